@@ -1,0 +1,17 @@
+# What every target of the project is compiled with, as one interface target.
+set(KESTRUNE_SANITIZER "" CACHE STRING "Value of -fsanitize=, empty for none")
+
+add_library(kestrune_options INTERFACE)
+target_compile_options(kestrune_options INTERFACE
+  -Wall -Wextra -Wpedantic -Werror
+  -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
+  # The engine's numbers are part of its contract: no sum is fused behind the text's back.
+  -ffp-contract=off
+  # An exception carries its source file: as the project knows it, not as the build machine does.
+  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+
+if(KESTRUNE_SANITIZER)
+  target_compile_options(kestrune_options INTERFACE
+    -fsanitize=${KESTRUNE_SANITIZER} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  target_link_options(kestrune_options INTERFACE -fsanitize=${KESTRUNE_SANITIZER})
+endif()

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "zlib/common/ZMessageBox.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+struct ShownBox
+{
+    ZMessageBox::Kind kind;
+    std::string title;
+    std::string text;
+};
+
+/// Takes the place of the message box for the life of the object.
+class BoxRecorder
+{
+public:
+    BoxRecorder()
+        : mBefore(ZMessageBox::SetPresenter(
+              [this](ZMessageBox::Kind kind, const ZString& title, const ZString& text) {
+                  boxes.push_back({kind, title.ToNarrow(), text.ToNarrow()});
+                  if (whileOpen)
+                      whileOpen();
+              }))
+    {
+    }
+    ~BoxRecorder() { ZMessageBox::SetPresenter(mBefore); }
+
+    std::vector<ShownBox> boxes;
+    std::function<void()> whileOpen;
+
+private:
+    ZMessageBox::Presenter mBefore;
+};
+
+}  // namespace orvane
