@@ -1,0 +1,59 @@
+#include "zdsp/common/ZFourierTransform.h"
+
+#include "zdsp/sse/ZFourierTransformSSE.h"
+#include "zlib/common/ZException.h"
+
+#include <new>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kGeneralFailure = -1;
+constexpr std::int32_t kOutOfMemory = 2;
+
+[[noreturn]] void raiseNotSupported()
+{
+    throw ZException(kGeneralFailure, "Fourier Transform is not supported on your processor.");
+}
+
+}  // namespace
+
+std::unique_ptr<ZFourierTransform> ZFourierTransform::Create(int order, int direction,
+                                                             int realSignal)
+{
+    // The library behind it chooses its own vector code, so it serves every class of processor.
+    std::unique_ptr<ZFourierTransform> transform(new (std::nothrow) ZFourierTransformSSE);
+    if (!transform)
+        throw ZException(kOutOfMemory, "Could not create a ZFourierTransform object");
+    transform->Init(order, direction, realSignal);
+    return transform;
+}
+
+ZFourierTransform::ZFourierTransform(const char* name)
+    : ZDSPObject(name)
+{
+}
+
+void ZFourierTransform::Init(int, int, int)
+{
+}
+
+void ZFourierTransform::TransformReal(ZBuffer&, ZBuffer&, ZBuffer&)
+{
+    raiseNotSupported();
+}
+
+void ZFourierTransform::TransformComplex(const ZBuffer&, const ZBuffer&, ZBuffer&, ZBuffer&)
+{
+    raiseNotSupported();
+}
+
+void ZFourierTransform::TransformInPlace(ZBuffer&, ZBuffer&)
+{
+    raiseNotSupported();
+}
+
+}  // namespace orvane

@@ -1,0 +1,18 @@
+#include "zdsp/common/ZVectorSupport.h"
+
+#include "zdsp/common/ZGain.h"
+
+namespace orvane
+{
+
+int ZVectorSupport::ProcessorClass() noexcept
+{
+    return kPlain;
+}
+
+std::unique_ptr<ZGain> ZVectorSupport::CreateGain()
+{
+    return nullptr;
+}
+
+}  // namespace orvane

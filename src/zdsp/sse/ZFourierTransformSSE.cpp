@@ -1,0 +1,157 @@
+#include "zdsp/sse/ZFourierTransformSSE.h"
+
+#include "zlib/common/ZException.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <numbers>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kGeneralFailure = -1;
+constexpr int kMinOrder = 1;
+constexpr int kMaxOrder = 24;
+
+std::unique_ptr<ZBuffer> makeWork(std::uint32_t length)
+{
+    try {
+        return std::make_unique<ZBuffer>(length, "ZBuffer");
+    } catch (const ZException&) {
+        throw ZException(kGeneralFailure, "Unable to Create a Working Buffer.");
+    }
+}
+
+}  // namespace
+
+ZFourierTransformSSE::ZFourierTransformSSE()
+    : ZFourierTransform("ZFourierTransformSSE")
+{
+}
+
+void ZFourierTransformSSE::Init(int order, int direction, int realSignal)
+{
+    if (order < kMinOrder || order > kMaxOrder)
+        throw ZException(kGeneralFailure, "Fourier Transform order must lie between 1 and 24.");
+    mLength = 1u << order;
+    mDirection = direction;
+    mRealSignal = realSignal;
+    const std::uint32_t complexLength = realSignal ? mLength / 2 : mLength;
+    mPacked = std::make_unique<ZBuffer>(2 * complexLength, "ZBuffer");
+    mTransform = std::make_unique<ZComplexTransform>(
+        complexLength, direction == kForward ? ZComplexTransform::Direction::kForward
+                                             : ZComplexTransform::Direction::kInverse);
+    if (realSignal)
+        MakeTwiddles();
+    else
+        mWork = makeWork(2 * complexLength);
+}
+
+void ZFourierTransformSSE::MakeTwiddles()
+{
+    const std::uint32_t half = mLength / 2;
+    mCosine = std::make_unique<ZBuffer>(half + 1, "ZBuffer");
+    mSine = std::make_unique<ZBuffer>(half + 1, "ZBuffer");
+    for (std::uint32_t k = 0; k <= half; ++k) {
+        const double angle = std::numbers::pi * k / half;
+        mCosine->Data()[k] = static_cast<float>(std::cos(angle));
+        mSine->Data()[k] = static_cast<float>(std::sin(angle));
+    }
+}
+
+void ZFourierTransformSSE::TransformReal(ZBuffer& time, ZBuffer& re, ZBuffer& im) noexcept
+{
+    assert(mRealSignal && time.Length() >= mLength);
+    if (mDirection == kForward) {
+        mTransform->Run(time.Data(), mPacked->Data());
+        Split(re, im);
+    } else {
+        Join(re, im);
+        mTransform->Run(mPacked->Data(), time.Data());
+    }
+}
+
+// With M = N / 2, z[n] = x[2n] + i x[2n+1] and Z its transform, the even and odd samples have the
+// spectra E = (Z[k] + Z*[M-k]) / 2 and O = (Z[k] - Z*[M-k]) / 2i, and X[k] = E + exp(-i pi k/M) O.
+// (Press et al., Numerical Recipes, "FFT of real functions".)
+void ZFourierTransformSSE::Split(ZBuffer& reBuffer, ZBuffer& imBuffer) const noexcept
+{
+    const std::uint32_t half = mLength / 2;
+    const std::uint32_t bins = std::min({reBuffer.Length(), imBuffer.Length(), half + 1});
+    const float* const z = mPacked->Data();
+    const float* const cosine = mCosine->Data();
+    const float* const sine = mSine->Data();
+    float* const re = reBuffer.Data();
+    float* const im = imBuffer.Data();
+    const float scale = 1.0f / static_cast<float>(mLength);
+
+    for (std::uint32_t k = 1; k < std::min(bins, half); ++k) {
+        const float* const low = z + 2 * k;
+        const float* const high = z + 2 * (half - k);
+        const float sumRe = low[0] + high[0];
+        const float sumIm = low[1] - high[1];
+        const float differenceRe = low[0] - high[0];
+        const float differenceIm = low[1] + high[1];
+        const float oddRe = cosine[k] * differenceIm - sine[k] * differenceRe;
+        const float oddIm = cosine[k] * differenceRe + sine[k] * differenceIm;
+        re[k] = 0.5f * scale * (sumRe + oddRe);
+        im[k] = 0.5f * scale * (sumIm - oddIm);
+    }
+    re[0] = scale * (z[0] + z[1]);
+    im[0] = 0.0f;
+    if (bins > half) {
+        re[half] = scale * (z[0] - z[1]);
+        im[half] = 0.0f;
+    }
+}
+
+// The way back of Split: E + i O, twice, which leaves the inverse with no scale.
+void ZFourierTransformSSE::Join(const ZBuffer& reBuffer, const ZBuffer& imBuffer) noexcept
+{
+    const std::uint32_t half = mLength / 2;
+    assert(reBuffer.Length() > half && imBuffer.Length() > half);
+    const float* const re = reBuffer.Data();
+    const float* const im = imBuffer.Data();
+    float* const z = mPacked->Data();
+    z[0] = re[0] + re[half];
+    z[1] = re[0] - re[half];
+    for (std::uint32_t k = 1; k < half; ++k) {
+        const float differenceRe = re[k] - re[half - k];
+        const float differenceIm = im[k] + im[half - k];
+        const float cosine = mCosine->Data()[k];
+        const float sine = mSine->Data()[k];
+        const float oddRe = cosine * differenceRe - sine * differenceIm;
+        const float oddIm = cosine * differenceIm + sine * differenceRe;
+        z[2 * k] = re[k] + re[half - k] - oddIm;
+        z[2 * k + 1] = im[k] - im[half - k] + oddRe;
+    }
+}
+
+void ZFourierTransformSSE::TransformComplex(const ZBuffer& inRe, const ZBuffer& inIm,
+                                            ZBuffer& outRe, ZBuffer& outIm) noexcept
+{
+    outRe.CopyFrom(inRe);
+    outIm.CopyFrom(inIm);
+    TransformInPlace(outRe, outIm);
+}
+
+void ZFourierTransformSSE::TransformInPlace(ZBuffer& re, ZBuffer& im) noexcept
+{
+    assert(!mRealSignal && re.Length() >= mLength && im.Length() >= mLength);
+    for (std::uint32_t k = 0; k < mLength; ++k) {
+        mPacked->Data()[2 * k] = re.Data()[k];
+        mPacked->Data()[2 * k + 1] = im.Data()[k];
+    }
+    mTransform->Run(mPacked->Data(), mWork->Data());
+    const float scale = mDirection == kForward ? 1.0f / static_cast<float>(mLength) : 1.0f;
+    for (std::uint32_t k = 0; k < mLength; ++k) {
+        re.Data()[k] = scale * mWork->Data()[2 * k];
+        im.Data()[k] = scale * mWork->Data()[2 * k + 1];
+    }
+}
+
+}  // namespace orvane
