@@ -1,0 +1,49 @@
+#pragma once
+
+#include "tools/singer/ControlTrack.h"
+#include "tools/singer/Song.h"
+#include "tools/singer/VocalTract.h"
+
+#include <array>
+
+namespace orvane
+{
+
+/// How a song is sung: what voice and mouth do at each moment, at any sample rate alike.
+class Performance
+{
+public:
+    struct Moment
+    {
+        double pitchHz;
+        double voicing;     ///< amplitude of the glottal pulses
+        double effort;      ///< 0 soft .. 1 firm
+        double aspiration;  ///< amplitude of the noise at the glottis, that of voicing apart
+        double hiss;        ///< amplitude of the noise at the teeth
+        Formants formants;
+    };
+
+    explicit Performance(const Song& song);
+
+    [[nodiscard]] Moment at(double seconds) const;
+
+private:
+    void addPitch(const SungNote& note);
+    void addVibrato(const SungNote& note);
+    void addVoicing(const SungNote& note, bool endsPhrase);
+    void addMouth(const SungNote& note);
+    void addConsonantNoise(const SungNote& note);
+    void addBreath(const SungNote& note);
+    void moveMouth(double fromSeconds, double toSeconds, const Formants& formants);
+
+    ControlTrack mCents;  // above A4
+    ControlTrack mVibrato;
+    ControlTrack mDrift;
+    ControlTrack mVoicing;
+    ControlTrack mShimmer;
+    ControlTrack mAspiration;
+    ControlTrack mHiss;
+    std::array<ControlTrack, kMovingFormants> mFormants;
+};
+
+}  // namespace orvane

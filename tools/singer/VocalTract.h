@@ -1,0 +1,54 @@
+#pragma once
+
+#include "tools/singer/Song.h"
+
+#include <array>
+#include <vector>
+
+namespace orvane
+{
+
+/// A resonator of unit gain at 0 Hz, the element of D. Klatt, "Software for a cascade/parallel
+/// formant synthesizer", Journal of the Acoustical Society of America 67, 1980, equation 1.
+class Resonator
+{
+public:
+    /// Frequency and bandwidth in Hz; the sound in it goes on.
+    void set(double hz, double bandwidthHz, double sampleRate);
+    double next(double input);
+
+private:
+    double mGain = 1.0;
+    double mFirst = 0.0;  // weights of the last two outputs
+    double mSecond = 0.0;
+    double mLast = 0.0;
+    double mBeforeLast = 0.0;
+};
+
+constexpr std::size_t kMovingFormants = 5;
+/// Frequencies in Hz of the formants that tell the vowels apart.
+using Formants = std::array<double, kMovingFormants>;
+
+Formants formantsOf(Vowel vowel);
+/// The tract behind closed lips.
+Formants murmurFormants();
+
+/// The way from glottis to lips: formants in cascade, five that move and above them the evenly
+/// spaced ones of a tube of that length, which keep the spectrum from falling too fast.
+class VocalTract
+{
+public:
+    explicit VocalTract(double sampleRate);
+
+    /// The lowest formant is held above pitchHz: singers open the mouth as they go up (J. Sundberg,
+    /// "Formant technique in a professional female singer", Acustica 32, 1975).
+    void set(const Formants& formants, double pitchHz);
+    double next(double input);
+
+private:
+    double mSampleRate;
+    std::array<Resonator, kMovingFormants> mMoving;
+    std::vector<Resonator> mUpper;
+};
+
+}  // namespace orvane
