@@ -2,6 +2,7 @@
 
 #include "zlib/common/ZMessageBox.h"
 
+#include <exception>
 #include <string>
 #include <utility>
 
@@ -22,6 +23,21 @@ void ZException::Report() const
                              ". You should close the plugin and remove it from any inserts before "
                              "trying to use it again";
     ZMessageBox::Show(ZMessageBox::kError, "An exception has occurred", body);
+}
+
+void reportCurrentException() noexcept
+try {
+    try {
+        throw;
+    } catch (const ZException& exception) {
+        exception.Report();
+    } catch (const std::exception& exception) {
+        ZException(-1, exception.what()).Report();
+    } catch (...) {
+        ZException(-1, "Unknown exception").Report();
+    }
+} catch (...) {
+    // No memory to say it in: nothing is left that could be told.
 }
 
 }  // namespace orvane

@@ -36,4 +36,8 @@ private:
     std::int32_t mLine;
 };
 
+/// Reports the exception that is being handled, whatever its type: for where one must go no
+/// further. Never on the audio thread.
+void reportCurrentException() noexcept;
+
 }  // namespace orvane

@@ -20,10 +20,10 @@ struct BoxState
     std::vector<ZString> onShow;  // texts of the boxes that are open now
 };
 
-// Lives as long as the library: a failure may be reported until the very end of it.
+// Never destroyed: a failure may be reported until the very end of the process.
 BoxState& state()
 {
-    static BoxState instance;
+    static auto& instance = *new BoxState;
     return instance;
 }
 
