@@ -1,0 +1,137 @@
+#include "zlib/common/ZInterfaceThread.h"
+
+#include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZThread.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <mutex>
+#include <utility>
+
+namespace orvane
+{
+
+struct ZInterfaceThread::Engine
+{
+    ZEventLoop loop{ZEventLoop::Locking::kUnderInterfaceLock};
+    std::unique_ptr<ZThread> thread;
+
+    static void Run(void* shared);
+    static std::shared_ptr<Engine> Start();
+    static void StopAtExit();
+    /// Ends the loop and waits for the thread, -1 without limit.
+    void Stop(std::int32_t limitMicroseconds);
+};
+
+namespace
+{
+
+thread_local bool onInterfaceThread = false;
+
+// What an orderly end of the thread may take while the process exits. A thread that is caught in a
+// call of the host for longer is left to the end of the process.
+constexpr std::int32_t kExitLimitMicroseconds = 250'000;
+
+}  // namespace
+
+struct ZInterfaceThread::Shared
+{
+    std::mutex mutex;  // guards all below
+    std::shared_ptr<Engine> engine;
+    int holds = 0;
+    bool stopsAtExit = false;
+
+    // Never destroyed: boxes may be raised, and holds let go, until the very end of the process.
+    static Shared& Get()
+    {
+        static auto& shared = *new Shared;
+        return shared;
+    }
+};
+
+void ZInterfaceThread::Engine::Run(void* shared)
+{
+    // The thread's own share, so that the last hold may be let go on the thread itself.
+    const std::unique_ptr<std::shared_ptr<Engine>> own(
+        static_cast<std::shared_ptr<Engine>*>(shared));
+    onInterfaceThread = true;
+    (*own)->loop.Run();
+}
+
+std::shared_ptr<ZInterfaceThread::Engine> ZInterfaceThread::Engine::Start()
+{
+    auto engine = std::make_shared<Engine>();
+    auto share = std::make_unique<std::shared_ptr<Engine>>(engine);
+    engine->thread = std::make_unique<ZThread>("interface", &Engine::Run, share.get());
+    static_cast<void>(share.release());  // the thread deletes it
+    engine->thread->Resume();
+    return engine;
+}
+
+void ZInterfaceThread::Engine::Stop(std::int32_t limitMicroseconds)
+{
+    loop.End();
+    const ZInterfaceUnlock unlocked;
+    static_cast<void>(thread->Join(limitMicroseconds));
+}
+
+void ZInterfaceThread::Engine::StopAtExit()
+{
+    std::shared_ptr<Engine> engine;
+    {
+        Shared& shared = Shared::Get();
+        const std::lock_guard lock(shared.mutex);
+        engine = shared.engine;
+    }
+    if (engine)
+        engine->Stop(kExitLimitMicroseconds);
+}
+
+ZInterfaceThread::ZInterfaceThread()
+{
+    Shared& shared = Shared::Get();
+    const std::lock_guard lock(shared.mutex);
+    if (!shared.engine)
+        shared.engine = Engine::Start();
+    // Registered late, so that it runs before anything the thread uses is destroyed; in a library
+    // it also runs as the library is unloaded.
+    if (!std::exchange(shared.stopsAtExit, true))
+        static_cast<void>(std::atexit(&Engine::StopAtExit));
+    ++shared.holds;
+    mEngine = shared.engine;
+}
+
+ZInterfaceThread::~ZInterfaceThread()
+{
+    std::shared_ptr<Engine> last;
+    {
+        Shared& shared = Shared::Get();
+        const std::lock_guard lock(shared.mutex);
+        if (--shared.holds == 0)
+            last = std::move(shared.engine);
+    }
+    if (last)
+        last->Stop(-1);
+}
+
+ZEventLoop& ZInterfaceThread::GetLoop() const
+{
+    return mEngine->loop;
+}
+
+bool ZInterfaceThread::Post(ZEventLoop::Callback callback)
+{
+    Shared& shared = Shared::Get();
+    const std::lock_guard lock(shared.mutex);
+    if (!shared.engine)
+        return false;
+    shared.engine->loop.Post(std::move(callback));
+    return true;
+}
+
+bool ZInterfaceThread::IsCurrent()
+{
+    return onInterfaceThread;
+}
+
+}  // namespace orvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "zlib/common/ZEventLoop.h"
+
+#include <memory>
+
+namespace orvane
+{
+
+/// One user's hold on the interface thread, the one thread that serves all instances of the
+/// process. The first hold starts it, the last one to go ends and joins it, and a later one starts
+/// it anew. A hold that is never let go does not keep the process from ending: the thread is
+/// stopped at exit.
+class ZInterfaceThread
+{
+public:
+    /// Throws ZException -1 when the thread cannot be made. [any thread but the audio thread]
+    ZInterfaceThread();
+    ZInterfaceThread(const ZInterfaceThread&) = delete;
+    ZInterfaceThread& operator=(const ZInterfaceThread&) = delete;
+    /// Gives up the interface lock while it joins. Let go on the interface thread itself, the last
+    /// hold ends the thread without joining it.
+    ~ZInterfaceThread();
+
+    /// The thread's loop, for as long as the hold lasts.
+    [[nodiscard]] ZEventLoop& GetLoop() const;
+
+    /// Posts to the thread's loop if there is one running: false, with nothing posted, if not. What
+    /// the thread has not come to when it ends is dropped. [any thread but the audio thread]
+    [[nodiscard]] static bool Post(ZEventLoop::Callback callback);
+    /// True on the interface thread.
+    [[nodiscard]] static bool IsCurrent();
+
+private:
+    struct Engine;
+    struct Shared;
+
+    std::shared_ptr<Engine> mEngine;
+};
+
+}  // namespace orvane
