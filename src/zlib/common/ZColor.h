@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvane
+{
+
+/// A colour in parts of 255; an alpha of 255 covers what is below.
+struct ZColor
+{
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+    std::uint8_t alpha = 0;
+
+    bool operator==(const ZColor&) const = default;
+};
+
+}  // namespace orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvane
+{
+
+/// A place in pixels, x to the right and y down.
+struct ZPoint
+{
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+
+    bool operator==(const ZPoint&) const = default;
+};
+
+}  // namespace orvane
