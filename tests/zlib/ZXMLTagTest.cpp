@@ -1,0 +1,136 @@
+#include "zlib/common/ZXMLTag.h"
+
+#include "zlib/common/ZTrace.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Attributes = std::vector<std::pair<std::string, std::string>>;
+
+ZXMLTag read(const std::string& text)
+{
+    ZXMLTag tag;
+    EXPECT_EQ(tag.Read(text, 0), text.find('>')) << text;
+    return tag;
+}
+
+Attributes attributes(const ZXMLTag& tag)
+{
+    Attributes found;
+    for (std::int32_t i = 0; i < tag.AttributeCount(); ++i)
+        found.emplace_back(tag.AttributeName(i), tag.AttributeValue(i));
+    return found;
+}
+
+std::vector<std::string> traced;
+
+}  // namespace
+
+TEST(ZXMLTagTest, ReadsQuotedAndBareValuesInOrder)
+{
+    const ZXMLTag tag = read(R"(<a b="1" c=2.5 d="x/y">)");
+    EXPECT_EQ(tag.Name(), "a");
+    EXPECT_EQ(tag.GetKind(), ZXMLTag::kOpening);
+    EXPECT_EQ(attributes(tag), (Attributes{{"b", "1"}, {"c", "2.5"}, {"d", "x/y"}}));
+}
+
+TEST(ZXMLTagTest, EndsAtTheFirstBracketEvenInQuotes)
+{
+    const ZXMLTag tag = read(R"(<a x="0" b="1 > 2">)");
+    EXPECT_EQ(attributes(tag), (Attributes{{"x", "0"}}));
+}
+
+TEST(ZXMLTagTest, ABareValueThatTheBracketEndsIsNotStored)
+{
+    EXPECT_EQ(attributes(read("<a b=1 c=2>")), (Attributes{{"b", "1"}}));
+}
+
+TEST(ZXMLTagTest, ABareMinusLosesItsSign)
+{
+    EXPECT_EQ(attributes(read("<a b=-1 >")), (Attributes{{"b", "1"}}));
+}
+
+TEST(ZXMLTagTest, TellsTheKindsApart)
+{
+    const std::vector<std::pair<std::string, std::pair<std::string, int>>> cases{
+        {"<a>", {"a", 1}},
+        {"</a>", {"a", -1}},
+        {"<a />", {"a", 0}},
+        {"<a/>", {"a/", 1}},
+        {"<a b=\"1\"/>", {"a", 0}},
+        {"<a b=\"1\" />", {"a", 0}},
+        {"< a>", {"a", 1}},
+        {"<<a>", {"a", 1}},
+        {"</ a>", {"", -1}},
+        {"<>", {"", 0}},
+        {"<!-- note -->", {"!--", 0}},
+        {"<!--note-->", {"!--note--", 1}},
+        {"<a\tb=\"1\">", {"a\tb=\"1\"", 1}},
+        {"<?xml version=\"1.0\" ?>", {"?xml", 1}},
+    };
+    for (const auto& [text, expected] : cases) {
+        ZXMLTag heading;
+        EXPECT_NE(heading.ReadHeading(text, 0), 0u) << text;
+        const ZXMLTag tag = read(text);
+        EXPECT_EQ(tag.Name(), expected.first) << text;
+        EXPECT_EQ(tag.GetKind(), expected.second) << text;
+        EXPECT_EQ(heading.Name(), tag.Name()) << text;
+        EXPECT_EQ(heading.GetKind(), tag.GetKind()) << text;
+    }
+}
+
+TEST(ZXMLTagTest, TheEndOfTheDeclarationIsNoAttribute)
+{
+    EXPECT_EQ(attributes(read(R"(<?xml version="1.0" standalone="yes" ?>)")),
+              (Attributes{{"version", "1.0"}, {"standalone", "yes"}}));
+}
+
+TEST(ZXMLTagTest, TracesWhatItSkips)
+{
+    traced.clear();
+    const auto before = ZTrace::SetSink([](std::string_view line) { traced.emplace_back(line); });
+    const ZXMLTag tag = read(R"(<a b c="1" d=/x">)");
+    ZXMLTag heading;
+    heading.ReadHeading("<a b c>", 0);  // silent
+    ZTrace::SetSink(before);
+    EXPECT_EQ(attributes(tag), (Attributes{{"b", "1"}, {"d", "x"}}));
+    EXPECT_EQ(traced, (std::vector<std::string>{"ERROR: assignment expected in xml (c found)\n",
+                                                "ERROR: Value expected, tag termination found\n"}));
+}
+
+TEST(ZXMLTagTest, KeepsWhatFitsOfLongNamesAndValues)
+{
+    const std::string name(5000, 'n');
+    const std::string value(100000, 'v');
+    const ZXMLTag tag = read("<" + name + " " + name + "=\"" + value + "\" last=\"1\">");
+    EXPECT_EQ(tag.Name(), name.substr(0, 63));
+    EXPECT_EQ(attributes(tag),
+              (Attributes{{name.substr(0, 511), value.substr(0, 39999)}, {"last", "1"}}));
+}
+
+TEST(ZXMLTagTest, LeavesNulBytesOut)
+{
+    using namespace std::string_literals;
+    const ZXMLTag tag = read("<a\0b c\0=\"1\0\0002\" d=\"3\">"s);
+    EXPECT_EQ(tag.Name(), "ab");
+    EXPECT_EQ(attributes(tag), (Attributes{{"c", "12"}, {"d", "3"}}));
+}
+
+TEST(ZXMLTagTest, ATextThatEndsInsideATagGivesNoTag)
+{
+    const std::string text = R"(<a b="1" c=2.5 />)";
+    ZXMLTag tag;
+    for (std::size_t length = 1; length < text.size(); ++length)
+        EXPECT_EQ(tag.Read(std::string_view(text).substr(0, length), 0), 0u) << length;
+}
+
+}  // namespace orvane
