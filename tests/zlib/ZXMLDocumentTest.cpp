@@ -1,0 +1,219 @@
+#include "zlib/common/ZXMLDocument.h"
+
+#include "zlib/common/ZXMLElement.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+ZXMLDocument parse(const std::string& text,
+                   ZXMLDocument::Comments comments = ZXMLDocument::Comments::kBlanked)
+{
+    return {text.data(), static_cast<std::int32_t>(text.size()), comments};
+}
+
+/// Names of the direct children, joined by commas.
+std::string childNames(const ZXMLDocument& document)
+{
+    std::string names;
+    for (std::int32_t i = 0; i < document.GetChildCount(); ++i)
+        names += document.GetChild(i)->GetName() + ",";
+    return names;
+}
+
+std::string repeat(const std::string& text, std::size_t times)
+{
+    std::string all;
+    all.reserve(text.size() * times);
+    for (std::size_t i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
+/// Splits every element of the text, from the outside in, and counts them.
+std::int64_t countElements(const ZXMLDocument& document)
+{
+    std::int64_t count = 0;
+    std::vector<boost::shared_ptr<ZXMLElement>> pending;
+    const auto visit = [&](const ZXMLDocument& parent) {
+        const std::int32_t children = parent.GetChildCount();
+        for (std::int32_t i = 0; i < children; ++i)
+            pending.push_back(parent.GetChild(i));
+        count += children;
+    };
+    visit(document);
+    while (!pending.empty()) {
+        const auto element = std::move(pending.back());
+        pending.pop_back();
+        visit(*element);
+    }
+    return count;
+}
+
+}  // namespace
+
+TEST(ZXMLDocumentTest, AChildHoldsTheRawTextBetweenItsTags)
+{
+    const ZXMLDocument document = parse("outside <x><x> inner </x></x> outside");
+    ASSERT_EQ(document.GetChildCount(), 1);
+    EXPECT_TRUE(document.GetChild(0)->IsNamed("x"));
+    EXPECT_EQ(document.GetChild(0)->GetText(), "<x> inner </x>");
+    EXPECT_EQ(document.GetChild("x")->GetChild("x")->GetText(), " inner ");
+}
+
+TEST(ZXMLDocumentTest, ChildrenAreFoundByPlaceAndByName)
+{
+    const ZXMLDocument document =
+        parse("<b i=\"0\" /><a i=\"1\" /><b i=\"2\" /><c /><b i=\"3\" />");
+    EXPECT_EQ(document.GetChildCount(), 5);
+    EXPECT_EQ(document.GetChildCount("b"), 3);
+    EXPECT_EQ(document.GetChild("b")->GetInt32("i"), 0);
+    EXPECT_EQ(document.GetChild("b", 2)->GetInt32("i"), 3);
+    EXPECT_EQ(document.GetChild("a")->GetInt32("i"), 1);
+    EXPECT_EQ(document.GetChild("b", 3), nullptr);
+    EXPECT_EQ(document.GetChild("b", -1), nullptr);
+    EXPECT_EQ(document.GetChild("none"), nullptr);
+    EXPECT_EQ(document.GetChildCount("none"), 0);
+    EXPECT_EQ(document.GetChild(5), nullptr);
+    EXPECT_EQ(document.GetChild(-1), nullptr);
+    EXPECT_EQ(ZXMLDocument().GetChild("b"), nullptr);
+}
+
+TEST(ZXMLDocumentTest, TheDeclarationIsNoChild)
+{
+    EXPECT_EQ(childNames(parse(R"(<?xml version="1.0" standalone="yes" ?><a></a><b />)")), "a,b,");
+}
+
+TEST(ZXMLDocumentTest, DepthCountsAllTagsAlike)
+{
+    // A tag is closed by any other, as long as the counts come out.
+    const ZXMLDocument crossed = parse("<a><b></x></a><c />");
+    EXPECT_EQ(childNames(crossed), "a,c,");
+    EXPECT_EQ(crossed.GetChild("a")->GetText(), "<b></x>");
+    // One closing tag too many: nothing that closes itself stands at depth 0 any more.
+    EXPECT_EQ(childNames(parse("</x><c /><a></a>")), "a,");
+    // A name and a slash in one word open a tag, which only its own name closes.
+    EXPECT_EQ(childNames(parse("<a/><b></b>")), "a/,");
+}
+
+TEST(ZXMLDocumentTest, CutTextsKeepWhatCameBefore)
+{
+    const ZXMLDocument document = parse("<a>one<b>two</b>three<c");
+    ASSERT_EQ(childNames(document), "a,");
+    EXPECT_EQ(document.GetChild("a")->GetText(), "one<b>two</b>three");
+    EXPECT_EQ(document.GetChild("a")->GetChild("b")->GetText(), "two");
+    EXPECT_EQ(parse("<").GetChildCount(), 0);
+    EXPECT_EQ(parse("").GetChildCount(), 0);
+    EXPECT_EQ(ZXMLDocument(nullptr, 7).GetChildCount(), 0);
+}
+
+TEST(ZXMLDocumentTest, BlanksCommentsThatHoldNoBracket)
+{
+    EXPECT_EQ(parse("a<!-- b --><c /><!---->").GetText(), "a          <c />       ");
+    EXPECT_EQ(parse("<!-- a > b -->").GetText(), "<!-- a > b -->");
+    EXPECT_EQ(parse("<!-- <a> -->").GetText(), "<!-- <a> -->");
+    EXPECT_EQ(parse("<!-->").GetText(), "     ");
+    EXPECT_EQ(childNames(parse("<!-- a --><b />")), "b,");
+    EXPECT_EQ(childNames(parse("<!-- a --><b />", ZXMLDocument::Comments::kKept)), "!--,b,");
+}
+
+TEST(ZXMLDocumentTest, KeepsNulBytesInItsText)
+{
+    using namespace std::string_literals;
+    const ZXMLDocument document = parse("<a>1\0002</a><b />"s);
+    EXPECT_EQ(document.GetChild("a")->GetText(), "1\0002"s);
+    EXPECT_NE(document.GetChild("b"), nullptr);
+}
+
+TEST(ZXMLDocumentTest, SplitsAnewAfterAnAppend)
+{
+    ZXMLDocument document = parse("<a>1</a>");
+    const auto first = document.GetChild("a");
+    document.AppendText("<b />");
+    document.AppendBytes("<c />no", 5);
+    for (const char character : std::string("<d />"))
+        document.AppendChar(character);
+    EXPECT_EQ(childNames(document), "a,b,c,d,");
+    EXPECT_EQ(first->GetText(), "1");
+    EXPECT_NE(first, document.GetChild("a"));
+
+    first->AppendText("2");
+    EXPECT_EQ(first->GetText(), "12");
+    EXPECT_EQ(document.GetChild("a")->GetText(), "1");
+}
+
+TEST(ZXMLDocumentTest, ACopySharesNothingThatChanges)
+{
+    ZXMLDocument document = parse("<a />");
+    const ZXMLDocument copy(document);
+    document.AppendText("<b />");
+    EXPECT_EQ(childNames(copy), "a,");
+    EXPECT_EQ(childNames(document), "a,b,");
+}
+
+TEST(ZXMLDocumentTest, RefusesOtherDeclarations)
+{
+    const std::string declaration = R"(<?xml version="1.0" standalone="yes" ?>)";
+    const auto isValid = [](const std::string& text) {
+        return HasValidDeclaration(text.data(), static_cast<std::int32_t>(text.size()));
+    };
+    EXPECT_TRUE(isValid(declaration + "\n"));
+    EXPECT_FALSE(isValid(declaration));
+    EXPECT_FALSE(isValid(" " + declaration + "\n"));
+    EXPECT_FALSE(isValid(R"(<?xml version="1.0" encoding="UTF-8"?><app></app>)"));
+    EXPECT_FALSE(HasValidDeclaration(nullptr, 100));
+}
+
+// Deep and wide texts: the characters that reading looks at must be in proportion to the text's,
+// and neither splitting nor the end of the elements may need stack for each level.
+TEST(ZXMLDocumentTest, ReadingIsLinearHoweverTagsAreNestedAndRepeated)
+{
+    const std::size_t times = 300000;
+    struct Case
+    {
+        const char* what;
+        std::string text;
+        std::int64_t elements;
+    };
+    const auto all = static_cast<std::int64_t>(times);
+    const std::vector<Case> cases{
+        {"nested", repeat("<a>", times) + repeat("</a>", times), all},
+        {"nested, never closed", repeat("<a>", times), all},
+        {"nested in two names", repeat("<a><b>", times / 2) + repeat("</b></a>", times / 2), all},
+        {"repeated", repeat("<a></a>", times), all},
+        {"repeated, closing themselves", repeat("<a />", times), all},
+        {"closing only", repeat("</a>", times), 0},
+        {"brackets only", repeat("<", times), 0},
+        {"one tag of many attributes", "<a " + repeat("b=\"1\" ", times) + ">", 1},
+    };
+    for (const Case& trial : cases) {
+        SCOPED_TRACE(trial.what);
+        const std::int64_t before = ZXMLTag::CharactersRead();
+        const ZXMLDocument document = parse(trial.text);
+        EXPECT_EQ(countElements(document), trial.elements);
+        // Each tag once to find it and once to take its attributes.
+        EXPECT_LE(ZXMLTag::CharactersRead() - before,
+                  2 * static_cast<std::int64_t>(trial.text.size()));
+    }
+}
+
+TEST(ZXMLDocumentTest, ElementsThatHoldOneAnotherAreReleasedLevelByLevel)
+{
+    // Walked down by the children's own pointers, each level keeps the next one.
+    const std::size_t depth = 300000;
+    const ZXMLDocument document = parse(repeat("<a>", depth));
+    boost::shared_ptr<ZXMLElement> element = document.GetChild("a");
+    std::size_t level = 0;
+    for (; element; ++level)
+        element = element->GetChild("a");
+    EXPECT_EQ(level, depth);
+}
+
+}  // namespace orvane
