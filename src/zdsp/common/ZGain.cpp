@@ -7,6 +7,7 @@
 #include <bit>
 #include <cassert>
 #include <cmath>
+#include <limits>
 #include <new>
 
 namespace orvane
@@ -16,6 +17,10 @@ namespace
 {
 
 constexpr std::int32_t kOutOfMemory = 2;
+
+// Decibels of a factor of 2.
+constexpr float kPowerOctave = 3.0102999566398120f;
+constexpr float kAmplitudeOctave = 6.0205999132796239f;
 
 constexpr float kFloorDecibels = -96.0f;
 constexpr float kFloorPower = 2.5118864315095823e-10f;     // 10^-9.6
@@ -93,11 +98,34 @@ float peakOf(const ZBuffer& buffer, std::uint32_t count) noexcept
     return peak;
 }
 
-void toDecibels(ZBuffer& buffer, float factor, float above, float floor) noexcept
+/// log2 of a normal positive number, within 2 units in the last place. In a form that compilers
+/// turn into vector code, a tenth of the work of the library's: one call a spectrum bin is a fair
+/// share of what the whole engine may take.
+/// x = m 2^e with m from sqrt(1/2) to sqrt(2), ln m = 2 artanh((m - 1) / (m + 1)) by its series.
+float logarithm2(float x) noexcept
 {
+    constexpr std::uint32_t kMantissa = 0x7FFFFFu;
+    constexpr std::uint32_t kSqrtHalf = 0x3F3504F3u;  // bits of sqrt(1/2)
+    constexpr float kTwoOverLn2 = 2.8853900817779268f;
+    const std::uint32_t above = std::bit_cast<std::uint32_t>(x) - kSqrtHalf;
+    const auto exponent = static_cast<float>(static_cast<std::int32_t>(above) >> 23);
+    const float mantissa = std::bit_cast<float>((above & kMantissa) + kSqrtHalf);
+    const float s = (mantissa - 1.0f) / (mantissa + 1.0f);
+    const float s2 = s * s;
+    const float series =
+        s + s * s2 * (1.0f / 3 + s2 * (1.0f / 5 + s2 * (1.0f / 7 + s2 * (1.0f / 9))));
+    return exponent + kTwoOverLn2 * series;
+}
+
+/// decibelsPerOctave: dB of a factor of 2. Below the normal numbers everything is floor.
+void toDecibels(ZBuffer& buffer, float decibelsPerOctave, float above, float floor) noexcept
+{
+    const float least = std::max(above, std::numeric_limits<float>::min());
     float* const samples = buffer.Data();
-    for (std::uint32_t i = 0; i < buffer.Length(); ++i)
-        samples[i] = samples[i] > above ? factor * std::log10(samples[i]) : floor;
+    for (std::uint32_t i = 0; i < buffer.Length(); ++i) {
+        const float decibels = decibelsPerOctave * logarithm2(samples[i]);
+        samples[i] = samples[i] > least ? decibels : floor;
+    }
 }
 
 }  // namespace
@@ -288,17 +316,17 @@ void ZGain::ScaleAddAt(const ZBuffer& source, float gain, ZBuffer& out,
 
 void ZGain::PowerToDecibels(ZBuffer& buffer, float floor) noexcept
 {
-    toDecibels(buffer, 10.0f, std::pow(10.0f, floor / 10.0f), floor);
+    toDecibels(buffer, kPowerOctave, std::pow(10.0f, floor / 10.0f), floor);
 }
 
 void ZGain::PowerToDecibels96(ZBuffer& buffer) noexcept
 {
-    toDecibels(buffer, 10.0f, kFloorPower, kFloorDecibels);
+    toDecibels(buffer, kPowerOctave, kFloorPower, kFloorDecibels);
 }
 
 void ZGain::AmplitudeToDecibels96(ZBuffer& buffer) noexcept
 {
-    toDecibels(buffer, 20.0f, kFloorAmplitude, kFloorDecibels);
+    toDecibels(buffer, kAmplitudeOctave, kFloorAmplitude, kFloorDecibels);
 }
 
 void ZGain::ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffer& bRe,
