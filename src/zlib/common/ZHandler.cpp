@@ -12,7 +12,7 @@ namespace orvane
 namespace
 {
 
-std::atomic<ZApp*> currentApp{nullptr};
+std::atomic<ZApplication*> currentApp{nullptr};
 
 }  // namespace
 
@@ -49,7 +49,7 @@ void ZHandler::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
     throw ZException(-2, "Implement ExtractBody\n");
 }
 
-ZApp* ZHandler::GetApp()
+ZApplication* ZHandler::GetApp()
 {
     return mLooper ? mLooper->GetApp() : currentApp.load(std::memory_order_acquire);
 }
@@ -78,7 +78,7 @@ void ZHandler::PostZMessage(boost::shared_ptr<const ZMessage> message)
         mLooper->PostZMessage(std::move(message), this);
 }
 
-void ZHandler::SetCurrentApp(ZApp* app)
+void ZHandler::SetCurrentApp(ZApplication* app)
 {
     currentApp.store(app, std::memory_order_release);
 }

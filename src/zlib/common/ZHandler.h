@@ -5,7 +5,7 @@
 namespace orvane
 {
 
-class ZApp;
+class ZApplication;
 class ZLooper;
 class ZMessage;
 
@@ -30,7 +30,7 @@ public:
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 
     /// The application of the looper; without a looper, the one named last by SetCurrentApp.
-    [[nodiscard]] virtual ZApp* GetApp();
+    [[nodiscard]] virtual ZApplication* GetApp();
     /// Leaves the old looper's list and enters the new one's; null leaves only.
     virtual void SetLooper(ZLooper* looper);
     [[nodiscard]] virtual ZLooper* GetLooper();
@@ -42,7 +42,7 @@ public:
     void PostZMessage(boost::shared_ptr<const ZMessage> message);
 
     /// Names the application that handlers without a looper belong to. [any thread]
-    static void SetCurrentApp(ZApp* app);
+    static void SetCurrentApp(ZApplication* app);
 
 private:
     friend class ZLooper;  // clears the pointer when it lets a handler go

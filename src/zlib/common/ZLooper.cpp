@@ -36,7 +36,7 @@ std::optional<std::uint64_t> changedElement(const ZMessage& message)
 
 }  // namespace
 
-ZLooper::ZLooper(std::string_view name, ZApp* app)
+ZLooper::ZLooper(std::string_view name, ZApplication* app)
     : ZHandler(name)
     , mApp(app)
 {
@@ -66,7 +66,7 @@ const char* ZLooper::GetClassName() const
     return "ZLooperClass";
 }
 
-ZApp* ZLooper::GetApp()
+ZApplication* ZLooper::GetApp()
 {
     return mApp;
 }

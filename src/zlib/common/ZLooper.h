@@ -51,14 +51,14 @@ public:
     static constexpr std::int32_t kTickMicroseconds = 41666;
 
     /// The application may be null; the looper does not own it.
-    explicit ZLooper(std::string_view name, ZApp* app = nullptr);
+    explicit ZLooper(std::string_view name, ZApplication* app = nullptr);
     /// Ends the looper's thread, lets all handlers go, stops the timers and drops the queue. A
     /// derived class that overrides what a tick calls first calls StopTimers in its own destructor.
     ~ZLooper() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    [[nodiscard]] ZApp* GetApp() override;
+    [[nodiscard]] ZApplication* GetApp() override;
     /// ZLOOPERSTART: Started, then whoever waits in Run goes on. ZQUEUECHANGED: ProcessQueue.
     /// ZQUIT: stops the timers and ends the message loop.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
@@ -149,7 +149,7 @@ private:
     std::unique_ptr<ZInterfaceThread> mInterfaceThread;  // served mode, from InitLooper on
     std::atomic<std::int32_t> mQueueTimer{-1};
     ZLock mQueueLock{"looper locker"};
-    ZApp* mApp;
+    ZApplication* mApp;
     std::unique_ptr<ZThread> mThread;
     ZLock mTimerLock{"looper timers"};
     std::map<std::int32_t, ZEventLoop::SourceId> mTimers;  // guarded by mTimerLock
