@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace orvane
+{
+
+/// Test signals, all at full scale 1.0 and the same on every run.
+
+/// Sum of harmonics h = 1, 2, ... with amplitudes 1 / h, below limitHz, scaled to a peak near 0.5.
+std::vector<float> harmonicTone(double pitchHz, double sampleRate, int samples,
+                                double limitHz = 20000.0);
+std::vector<float> sine(double frequencyHz, double amplitude, double sampleRate, int samples);
+/// Seeded white noise, uniform in -amplitude .. amplitude.
+std::vector<float> whiteNoise(float amplitude, int samples, std::uint32_t seed);
+std::vector<float> square(double frequencyHz, float amplitude, double sampleRate, int samples);
+
+}  // namespace orvane
