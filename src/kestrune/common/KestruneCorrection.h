@@ -18,7 +18,8 @@ public:
     void SetReferenceFrequency(float hz) noexcept;
     /// Targets in semitones above the root, rising; at most kMaxTones are taken. [audio thread]
     void SetTones(const float* tones, int count) noexcept;
-    /// Twelve flags by semitone above the root, 1 leaving that note alone; not owned. [audio thread]
+    /// Twelve flags by semitone above the root, 1 leaving that note alone; not owned. [audio
+    /// thread]
     void SetIgnoredNotes(ZBuffer* buffer) noexcept { mIgnoredNotes = buffer; }
     /// Share of the error that an update leaves: a quarter after seconds, at one update a block.
     /// [audio thread]

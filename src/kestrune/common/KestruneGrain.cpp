@@ -111,11 +111,14 @@ void KestruneGrain::Resample(int channel, int resampledLength, float formantFact
 void KestruneGrain::Shift(const float* grain, int length, float offset) noexcept
 {
     float* const resampled = mResampled.data();
-    const int whole = std::max(static_cast<int>(offset), 0);
+    const int whole = static_cast<int>(std::floor(offset));
+    int k = 0;
+    for (; k + whole < 0; ++k)
+        resampled[k] = grain[0] + (static_cast<float>(k) + offset) * (grain[1] - grain[0]);
     const float* const from = grain + whole;
-    for (int k = 0; k < length; ++k) {
-        // The sum is rounded as the general form rounds it; at a whole number either neighbour
-        // gives the same value.
+    for (; k < length; ++k) {
+        // Rounded as the general form rounds it. Near a whole number the interval may be the other
+        // neighbour's, which gives the same value.
         const float r = (static_cast<float>(k) + offset) - static_cast<float>(k + whole);
         resampled[k] = from[k] + r * (from[k + 1] - from[k]);
     }

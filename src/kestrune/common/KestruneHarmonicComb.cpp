@@ -1,5 +1,7 @@
 #include "kestrune/common/KestruneHarmonicComb.h"
 
+#include "kestrune/common/KestruneGeometry.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
@@ -19,22 +21,31 @@ int harmonicCount(float spectrumTop, float frequency)
     return static_cast<int>(std::floor(spectrumTop / frequency));
 }
 
-/// Bins that the widest range takes, which is more than any other does: a higher low limit has
-/// fewer candidates and fewer harmonics at each index, a lower high limit fewer of both.
-std::size_t mostBins()
+/// Places that the widest range takes, with all lanes as long as a group's first; no other range
+/// takes more: a higher low limit has fewer candidates and fewer harmonics at each index, a lower
+/// high limit fewer of both.
+std::size_t mostBins(int lanes)
 {
     std::size_t bins = 0;
-    for (float frequency = 20.0f; frequency <= 1500.0f; frequency *= kCandidateRatio)
-        bins += static_cast<std::size_t>(harmonicCount(1.5f * 1500.0f, frequency));
+    int lane = 0;
+    const float top = kSpectrumTopFactor * kHighestMaxFrequency;
+    for (float frequency = kLowestMinFrequency; frequency <= kHighestMaxFrequency;
+         frequency *= kCandidateRatio)
+    {
+        if (lane == 0)
+            bins += static_cast<std::size_t>(lanes * harmonicCount(top, frequency));
+        lane = (lane + 1) % lanes;
+    }
     return bins;
 }
 
 }  // namespace
 
 KestruneHarmonicComb::KestruneHarmonicComb()
-    : mComb(kMaxCandidates, 0.0f)
-    , mFirstBin(kMaxCandidates + 1, 0)
-    , mHarmonicBins(mostBins(), 0)
+    : mComb((kMaxCandidates + kLanes - 1) / kLanes * kLanes, 0.0f)
+    , mHarmonicCount(mComb.size(), 0)
+    , mFirstBin(mComb.size() / kLanes, 0)
+    , mHarmonicBins(mostBins(kLanes), 0)
 {
     float weight = 1.0f;
     for (float& harmonic : mHarmonicWeights) {
@@ -48,15 +59,23 @@ void KestruneHarmonicComb::SetRange(float minHz, float maxHz, float spectrumTop,
 {
     mMinFrequency = minHz;
     mCandidateCount = 0;
-    std::uint32_t bin = 0;
+    std::fill(mHarmonicCount.begin(), mHarmonicCount.end(), std::uint8_t{0});
+    std::uint32_t end = 0;
     for (float frequency = minHz; frequency <= maxHz; frequency *= kCandidateRatio) {
+        assert(mCandidateCount < kMaxCandidates);
+        const auto candidate = static_cast<std::size_t>(mCandidateCount++);
         const int count = harmonicCount(spectrumTop, frequency);
-        assert(mCandidateCount < kMaxCandidates && bin + count <= mHarmonicBins.size());
-        for (int h = 1; h <= count; ++h) {
-            const float position = static_cast<float>(h) * frequency * binsPerHz;
-            mHarmonicBins[bin++] = static_cast<std::uint16_t>(position + 0.5f);
+        mHarmonicCount[candidate] = static_cast<std::uint8_t>(count);
+        if (candidate % kLanes == 0) {
+            mFirstBin[candidate / kLanes] = end;
+            end += static_cast<std::uint32_t>(kLanes * count);
         }
-        mFirstBin[static_cast<std::size_t>(++mCandidateCount)] = bin;
+        assert(end <= mHarmonicBins.size());
+        std::size_t place = mFirstBin[candidate / kLanes] + candidate % kLanes;
+        for (int h = 1; h <= count; ++h, place += kLanes) {
+            const float position = static_cast<float>(h) * frequency * binsPerHz;
+            mHarmonicBins[place] = static_cast<std::uint16_t>(position + 0.5f);
+        }
     }
 }
 
@@ -66,43 +85,61 @@ float KestruneHarmonicComb::Find(std::span<const float> spectrum, float voicing)
     float best = -1000000.0f;
     float found = mMinFrequency;
     float frequency = mMinFrequency;
-    for (int candidate = 0; candidate < mCandidateCount; ++candidate) {
-        float& comb = mComb[static_cast<std::size_t>(candidate)];
-        comb = kept * comb + voicing * WeightedSum(spectrum.data(), candidate);
-        if (comb > best) {
-            best = comb;
-            found = frequency;
+    for (int first = 0; first < mCandidateCount; first += kLanes) {
+        const Sums sums = WeightedSums(spectrum.data(), first / kLanes);
+        float* const comb = mComb.data() + first;
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            comb[lane] = kept * comb[lane] + voicing * sums[lane];
+        const int lanes = std::min(kLanes, mCandidateCount - first);
+        for (int lane = 0; lane < lanes; ++lane) {
+            if (comb[lane] > best) {
+                best = comb[lane];
+                found = frequency;
+            }
+            frequency *= kCandidateRatio;
         }
-        frequency *= kCandidateRatio;
     }
     return found;
 }
 
-float KestruneHarmonicComb::WeightedSum(const float* spectrum, int candidate) const noexcept
+KestruneHarmonicComb::Sums KestruneHarmonicComb::WeightedSums(const float* spectrum,
+                                                              int group) const noexcept
 {
-    const std::span<const std::uint16_t> bins = HarmonicBins(candidate);
-    const std::size_t count = bins.size();
-    float sum = 0.0f;
-    std::size_t h = 0;
-    // Four to a round: the loop's own work would cost as much as the sum.
-    for (; h + 4 <= count; h += 4) {
-        sum += spectrum[bins[h]] * mHarmonicWeights[h];
-        sum += spectrum[bins[h + 1]] * mHarmonicWeights[h + 1];
-        sum += spectrum[bins[h + 2]] * mHarmonicWeights[h + 2];
-        sum += spectrum[bins[h + 3]] * mHarmonicWeights[h + 3];
+    const std::uint8_t* const counts = mHarmonicCount.data() + group * kLanes;
+    const std::uint16_t* bins = mHarmonicBins.data() + mFirstBin[static_cast<std::size_t>(group)];
+    const int shared = counts[kLanes - 1];
+    Sums sums{};
+    int h = 0;
+    for (; h < shared; ++h, bins += kLanes) {
+        const float weight = mHarmonicWeights[static_cast<std::size_t>(h)];
+        const Sums values{spectrum[bins[0]], spectrum[bins[1]], spectrum[bins[2]],
+                          spectrum[bins[3]]};
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            sums[lane] += values[lane] * weight;
     }
-    for (; h < count; ++h)
-        sum += spectrum[bins[h]] * mHarmonicWeights[h];
-    return sum;
+    // Past the harmonics that all lanes have, each lane ends by itself.
+    for (; h < counts[0]; ++h, bins += kLanes)
+        for (std::size_t lane = 0; lane < kLanes && h < counts[lane]; ++lane)
+            sums[lane] += spectrum[bins[lane]] * mHarmonicWeights[static_cast<std::size_t>(h)];
+    return sums;
 }
 
-void KestruneHarmonicComb::Clear() noexcept { std::fill(mComb.begin(), mComb.end(), 0.0f); }
-
-std::span<const std::uint16_t> KestruneHarmonicComb::HarmonicBins(int candidate) const noexcept
+void KestruneHarmonicComb::Clear() noexcept
 {
-    const std::uint32_t first = mFirstBin[static_cast<std::size_t>(candidate)];
-    const std::uint32_t end = mFirstBin[static_cast<std::size_t>(candidate) + 1];
-    return {mHarmonicBins.data() + first, end - first};
+    std::fill(mComb.begin(), mComb.end(), 0.0f);
+}
+
+int KestruneHarmonicComb::HarmonicCount(int candidate) const noexcept
+{
+    return mHarmonicCount[static_cast<std::size_t>(candidate)];
+}
+
+int KestruneHarmonicComb::HarmonicBin(int candidate, int harmonic) const noexcept
+{
+    assert(harmonic < HarmonicCount(candidate));
+    const std::uint32_t first = mFirstBin[static_cast<std::size_t>(candidate / kLanes)];
+    const int place = harmonic * kLanes + candidate % kLanes;
+    return mHarmonicBins[first + static_cast<std::size_t>(place)];
 }
 
 }  // namespace orvane

@@ -33,16 +33,22 @@ public:
     void Clear() noexcept;
 
     [[nodiscard]] int CandidateCount() const noexcept { return mCandidateCount; }
-    /// Bins of the harmonics of a candidate, rising.
-    [[nodiscard]] std::span<const std::uint16_t> HarmonicBins(int candidate) const noexcept;
+    /// How many harmonics of a candidate are weighed, and the bin of each, from 0 on.
+    [[nodiscard]] int HarmonicCount(int candidate) const noexcept;
+    [[nodiscard]] int HarmonicBin(int candidate, int harmonic) const noexcept;
 
 private:
-    [[nodiscard]] float WeightedSum(const float* spectrum, int candidate) const noexcept;
+    /// Neighbouring candidates are summed side by side, in the lanes of a vector register.
+    static constexpr int kLanes = 4;
+    using Sums = std::array<float, kLanes>;
+
+    [[nodiscard]] Sums WeightedSums(const float* spectrum, int group) const noexcept;
 
     std::array<float, kMaxHarmonics> mHarmonicWeights;  // 0.8^h
     std::vector<float> mComb;
-    std::vector<std::uint32_t> mFirstBin;      // by candidate, into mHarmonicBins, one past the last too
-    std::vector<std::uint16_t> mHarmonicBins;  // of all candidates, one after the other
+    std::vector<std::uint8_t> mHarmonicCount;  // by candidate; never rises
+    std::vector<std::uint32_t> mFirstBin;      // by group, into mHarmonicBins
+    std::vector<std::uint16_t> mHarmonicBins;  // of a group: harmonic by harmonic, its lanes
     float mMinFrequency = 0.0f;
     int mCandidateCount = 0;
 };

@@ -142,8 +142,8 @@ float KestruneRecordRing::At(double time, float KestruneAnalysisRecord::*value) 
         at = next;
         next = (next + 1) % count;
     }
-    const auto share = static_cast<float>((time - record[at].time) /
-                                          (record[next].time - record[at].time));
+    const auto share =
+        static_cast<float>((time - record[at].time) / (record[next].time - record[at].time));
     return record[at].*value + share * (record[next].*value - record[at].*value);
 }
 

@@ -14,7 +14,10 @@ constexpr float kLargestSample = 1.0e9f;
 
 /// A comparison, not a test for finite numbers: it holds for NaN as for infinities and needs no
 /// branch.
-float bounded(float sample) { return std::fabs(sample) <= kLargestSample ? sample : 0.0f; }
+float bounded(float sample)
+{
+    return std::fabs(sample) <= kLargestSample ? sample : 0.0f;
+}
 
 void addTo(float* __restrict sum, const float* __restrict samples, int count)
 {

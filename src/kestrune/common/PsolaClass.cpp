@@ -32,21 +32,30 @@ PsolaClass::PsolaClass()
 
 PsolaClass::~PsolaClass() = default;
 
-void PsolaClass::SetPitchShift(float octaves) noexcept { mPitchShift = boundedOctaves(octaves); }
+void PsolaClass::SetPitchShift(float octaves) noexcept
+{
+    mPitchShift = boundedOctaves(octaves);
+}
 
 void PsolaClass::SetFormantShift(float octaves) noexcept
 {
     mFormantShift = boundedOctaves(octaves);
 }
 
-void PsolaClass::SetReferenceFrequency(float hz) noexcept { mCorrection.SetReferenceFrequency(hz); }
+void PsolaClass::SetReferenceFrequency(float hz) noexcept
+{
+    mCorrection.SetReferenceFrequency(hz);
+}
 
 void PsolaClass::SetScaleTones(const float* tones, int count) noexcept
 {
     mCorrection.SetTones(tones, count);
 }
 
-void PsolaClass::SetIgnoredNotes(ZBuffer* buffer) noexcept { mCorrection.SetIgnoredNotes(buffer); }
+void PsolaClass::SetIgnoredNotes(ZBuffer* buffer) noexcept
+{
+    mCorrection.SetIgnoredNotes(buffer);
+}
 
 void PsolaClass::SetCorrectionTime(float ms) noexcept
 {
@@ -74,18 +83,30 @@ void PsolaClass::SetPitchReference(std::int16_t reference) noexcept
     mPitchReference = reference;
 }
 
-void PsolaClass::SetTransposeEnabled(bool enabled) noexcept { mTransposeEnabled = enabled; }
+void PsolaClass::SetTransposeEnabled(bool enabled) noexcept
+{
+    mTransposeEnabled = enabled;
+}
 
 float PsolaClass::GetCorrectionCents() const noexcept
 {
     return 1200.0f * std::log10(mCorrection.Ratio()) / std::log10(2.0f);
 }
 
-float PsolaClass::GetInputPitch() const noexcept { return mInputPitch; }
+float PsolaClass::GetInputPitch() const noexcept
+{
+    return mInputPitch;
+}
 
-float PsolaClass::GetOutputPitch() const noexcept { return mOutputPitch; }
+float PsolaClass::GetOutputPitch() const noexcept
+{
+    return mOutputPitch;
+}
 
-int PsolaClass::GetLatency() const noexcept { return mGeometry.latency; }
+int PsolaClass::GetLatency() const noexcept
+{
+    return mGeometry.latency;
+}
 
 bool PsolaClass::Initialize(float sampleRate, int blockSize)
 {
