@@ -133,6 +133,7 @@ void ZThread::State::ApplyPriority(Priority priority)
     setNice(mThreadId, kNice[static_cast<std::size_t>(priority)]);
 }
 
+// Only once the body has let go of the mutex for good.
 void ZThread::State::JoinHandle()
 {
     const std::lock_guard lock(mMutex);
@@ -161,7 +162,7 @@ ZThread::~ZThread()
     if (pthread_equal(pthread_self(), mState->mHandle))
         pthread_detach(mState->mHandle);
     else
-        mState->JoinHandle();
+        static_cast<void>(Join(-1));
 }
 
 void ZThread::Resume()
