@@ -1,0 +1,320 @@
+#include "zlib/common/ZEventLoop.h"
+
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZSemaphore.h"
+
+#include "support/BoxRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+namespace orvane
+{
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// An event loop with a thread that serves it.
+class ServedLoop
+{
+public:
+    explicit ServedLoop(ZEventLoop::Locking locking = ZEventLoop::Locking::kUnderInterfaceLock)
+        : loop(locking)
+        , mThread([this] { loop.Run(); })
+    {
+    }
+    ~ServedLoop()
+    {
+        loop.End();
+        mThread.join();
+    }
+
+    /// Returns when all that was posted before has been delivered.
+    void Flush()
+    {
+        ZSemaphore done("done", 0);
+        loop.Post([&] { done.Release(); });
+        done.Wait();
+    }
+
+    ZEventLoop loop;
+
+private:
+    std::thread mThread;
+};
+
+}  // namespace
+
+TEST(ZEventLoopTest, DeliversWhatIsPostedInOrderOnItsThread)
+{
+    ServedLoop served;
+    std::vector<int> order;
+    bool onThread = true;
+    for (int i = 0; i < 100; ++i)
+        served.loop.Post([&, i] {
+            order.push_back(i);
+            onThread = onThread && served.loop.IsLoopThread() && ZInterfaceLock::IsHeld();
+        });
+    served.Flush();
+    ASSERT_EQ(order.size(), 100u);
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    EXPECT_TRUE(onThread);
+    EXPECT_FALSE(served.loop.IsLoopThread());
+}
+
+TEST(ZEventLoopTest, ATimerKeepsItsPeriodInMicroseconds)
+{
+    ServedLoop served;
+    ZSemaphore ticks("ticks", 0);
+    const auto start = std::chrono::steady_clock::now();
+    served.loop.AddTimer(1500us, [&] { ticks.Release(); });
+    for (int i = 0; i < 10; ++i)
+        ticks.Wait();
+    const auto taken = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(taken, 15ms);
+    EXPECT_LT(taken, 1s);
+}
+
+TEST(ZEventLoopTest, ALateTickIsNotMadeUpInABurst)
+{
+    ServedLoop served;
+    std::atomic<int> ticks{0};
+    const auto timer = served.loop.AddTimer(20ms, [&] { ++ticks; });
+    served.loop.Post([] { std::this_thread::sleep_for(400ms); });
+    served.Flush();
+    std::this_thread::sleep_for(1ms);
+    served.loop.Remove(timer);
+    EXPECT_LE(ticks, 5) << "20 ticks were missed";
+}
+
+TEST(ZEventLoopTest, ServesADescriptorUntilItIsRemoved)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ServedLoop served;
+    ZSemaphore readable("readable", 0);
+    const auto source = served.loop.AddDescriptor(ends[0], [&] {
+        char byte = 0;
+        if (read(ends[0], &byte, 1) == 1)
+            readable.Release();
+    });
+    ASSERT_EQ(write(ends[1], "ab", 2), 2);
+    readable.Wait();
+    readable.Wait();
+    served.loop.Remove(source);
+    ASSERT_EQ(write(ends[1], "c", 1), 1);
+    EXPECT_EQ(readable.Wait(10'000), 1);
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST(ZEventLoopTest, ADescriptorThatIsClosedUnderTheLoopIsDropped)
+{
+    ServedLoop served;  // first, lest its own descriptor takes the number that becomes free
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[1]);
+    close(ends[0]);
+    std::atomic<int> calls{0};
+    served.loop.AddDescriptor(ends[0], [&] { ++calls; });
+    served.Flush();
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(ZEventLoopTest, RemovingWaitsForTheCallbackThatRuns)
+{
+    ServedLoop served;
+    ZSemaphore entered("entered", 0);
+    std::atomic<bool> left{false};
+    const auto timer = served.loop.AddTimer(1ms, [&] {
+        entered.Release();
+        std::this_thread::sleep_for(20ms);
+        left = true;
+    });
+    entered.Wait();
+    served.loop.Remove(timer);
+    EXPECT_TRUE(left);
+    left = false;
+    std::this_thread::sleep_for(5ms);
+    EXPECT_FALSE(left);
+}
+
+TEST(ZEventLoopTest, ACallbackMayRemoveItself)
+{
+    ServedLoop served;
+    std::atomic<int> ticks{0};
+    ZEventLoop::SourceId timer = 0;
+    served.loop.Post([&] {
+        timer = served.loop.AddTimer(1ms, [&] {
+            ++ticks;
+            served.loop.Remove(timer);
+        });
+    });
+    std::this_thread::sleep_for(20ms);
+    served.Flush();
+    EXPECT_EQ(ticks, 1);
+}
+
+TEST(ZEventLoopTest, WhoHoldsTheInterfaceLockRemovesWithoutWaiting)
+{
+    ServedLoop served;
+    ZSemaphore entered("entered", 0);
+    ZSemaphore goOn("go on", 0);
+    const auto source = served.loop.Post([&] {
+        const ZInterfaceUnlock unlocked;
+        entered.Release();
+        goOn.Wait();
+    });
+    entered.Wait();
+    {
+        const ZInterfaceLock lock;
+        served.loop.Remove(source);
+        goOn.Release();
+    }
+    std::atomic<int> ticks{0};
+    const ZInterfaceLock lock;
+    const auto timer = served.loop.AddTimer(1ms, [&] { ++ticks; });
+    std::this_thread::sleep_for(10ms);
+    served.loop.Remove(timer);
+    EXPECT_EQ(ticks, 0) << "what the lock keeps back never runs";
+}
+
+TEST(ZEventLoopTest, TimersComeAndGoFromManyThreadsWhileTheyFire)
+{
+    ServedLoop served;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([&] {
+            for (int n = 0; n < 50; ++n) {
+                int fired = 0;  // plain: a callback after the removal would be a race
+                const auto timer = served.loop.AddTimer(100us, [&fired] { ++fired; });
+                std::this_thread::sleep_for(200us);
+                served.loop.Remove(timer);
+                ++fired;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(ZEventLoopTest, AnExceptionIsReportedAndTheLoopGoesOn)
+{
+    BoxRecorder recorder;
+    ServedLoop served;
+    served.loop.Post([] { throw ZException(-1, "first"); });
+    served.loop.Post([] { throw std::runtime_error("second"); });
+    served.Flush();
+    ASSERT_EQ(recorder.boxes.size(), 2u);
+    EXPECT_EQ(recorder.boxes[1].text.substr(0, 6), "second");
+}
+
+TEST(ZModalRunTest, ServesAllElseAndBlocksNobody)
+{
+    ServedLoop served;
+    ZSemaphore ended("ended", 0);
+    std::atomic<int> ticks{0};
+    ZModalRun menu(served.loop, &menu);
+    const auto timer = served.loop.AddTimer(1ms, [&] { ++ticks; });
+    served.loop.Post([&] {
+        menu.Run();
+        EXPECT_TRUE(ZInterfaceLock::IsHeld());
+        ended.Release();
+    });
+    served.Flush();  // delivered inside the modal run
+    const int before = ticks;
+    {
+        const ZInterfaceLock lock;  // free, although a callback is in progress
+    }
+    while (ticks <= before + 2)
+        std::this_thread::sleep_for(1ms);
+    EXPECT_EQ(ended.Wait(0), 1);
+    menu.End();
+    EXPECT_EQ(ended.Wait(), 0);
+    served.loop.Remove(timer);
+}
+
+TEST(ZModalRunTest, EndsWithTheRunAroundIt)
+{
+    ServedLoop served;
+    std::vector<int> left;
+    ZModalRun outer(served.loop, &outer);
+    ZModalRun inner(served.loop, &inner);
+    served.loop.Post([&] {
+        outer.Run();
+        left.push_back(1);
+    });
+    served.loop.Post([&] {
+        inner.Run();
+        left.push_back(2);
+    });
+    served.Flush();
+    outer.End();
+    served.loop.EndModalRuns(&outer);
+    EXPECT_EQ(left, (std::vector<int>{2, 1}));
+}
+
+TEST(ZModalRunTest, ClosingAnOwnerEndsItsRunsAndWaitsForTheirCallbacks)
+{
+    ServedLoop served;
+    const int owner = 0;
+    bool callbackLeft = false;  // guarded by the interface lock
+    served.loop.Post([&] {
+        ZModalRun menu(served.loop, &owner);
+        menu.Run();
+        std::this_thread::sleep_for(5ms);
+        callbackLeft = true;
+    });
+    served.Flush();
+    const ZInterfaceLock lock;
+    served.loop.EndModalRuns(&owner);
+    EXPECT_TRUE(callbackLeft);
+    EXPECT_TRUE(ZInterfaceLock::IsHeld());
+}
+
+TEST(ZInterfaceLockTest, IsRecursiveAndGivenUpWholly)
+{
+    EXPECT_FALSE(ZInterfaceLock::IsHeld());
+    const ZInterfaceLock first;
+    const ZInterfaceLock second;
+    bool reached = false;
+    {
+        const ZInterfaceUnlock unlocked;
+        EXPECT_FALSE(ZInterfaceLock::IsHeld());
+        const ZInterfaceUnlock again;
+        std::thread([&] {
+            const ZInterfaceLock lock;
+            reached = true;
+        }).join();
+    }
+    EXPECT_TRUE(ZInterfaceLock::IsHeld());
+    EXPECT_TRUE(reached);
+}
+
+TEST(ZInterfaceLockTest, AThreadThatAsksAgainAtOnceDoesNotStarveAnother)
+{
+    std::atomic<bool> stop{false};
+    std::thread greedy([&] {
+        while (!stop) {
+            const ZInterfaceLock lock;
+            std::this_thread::sleep_for(1ms);
+        }
+    });
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 20; ++i) {
+        const ZInterfaceLock lock;
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+    stop = true;
+    greedy.join();
+}
+
+}  // namespace orvane
