@@ -81,7 +81,7 @@ void ZInterfaceThread::Engine::StopAtExit()
     {
         Shared& shared = Shared::Get();
         const std::lock_guard lock(shared.mutex);
-        engine = shared.engine;
+        engine = std::move(shared.engine);
     }
     if (engine)
         engine->Stop(kExitLimitMicroseconds);

@@ -25,9 +25,10 @@ public:
     /// The thread's loop, for as long as the hold lasts.
     [[nodiscard]] ZEventLoop& GetLoop() const;
 
-    /// Posts to the thread's loop if there is one running: false, with nothing posted, if not. What
-    /// the thread has not come to when it ends is dropped. [any thread but the audio thread]
-    [[nodiscard]] static bool Post(ZEventLoop::Callback callback);
+    /// Posts to the thread's loop if there is one running: false, with the callback dropped, if
+    /// not. What the thread has not come to when it ends is dropped too. [any thread but the audio
+    /// thread]
+    static bool Post(ZEventLoop::Callback callback);
     /// True on the interface thread.
     [[nodiscard]] static bool IsCurrent();
 
