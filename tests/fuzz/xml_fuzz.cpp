@@ -1,0 +1,66 @@
+// Any bytes as XML: read whole, against the plain reading, and through every read of an element.
+
+#include "support/PlainXml.h"
+#include "zlib/common/ZString.h"
+#include "zlib/common/ZXMLSignature.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+namespace orvane
+{
+
+namespace
+{
+
+void require(bool condition, const char* what)
+{
+    if (condition)
+        return;
+    std::fprintf(stderr, "%s\n", what);
+    std::abort();
+}
+
+void readAttributes(const ZXMLElement& element)
+{
+    for (std::int32_t i = 0; i < element.GetAttributeCount(); ++i) {
+        const char* const name = element.GetAttributeName(i);
+        require(element.HasAttribute(name), "an attribute is not found by its own name");
+        require(element.GetAttributeString(name) != nullptr, "an attribute gives no string");
+        const double value = element.GetDouble(name);
+        require(value - value == 0.0, "a number is not finite");
+        static_cast<void>(element.GetInt8(name));
+        static_cast<void>(element.GetUInt64(name));
+    }
+}
+
+void readChildren(const ZXMLDocument& document)
+{
+    for (std::int32_t i = 0; i < document.GetChildCount(); ++i) {
+        const auto child = document.GetChild(i);
+        require(document.GetChildCount(child->GetName()) > 0, "a child is not found by its name");
+        readAttributes(*child);
+    }
+    ZXMLElement copy("copy");
+    if (const auto child = document.GetChild(0))
+        copy.AddChild(*child, 1);
+    static_cast<void>(copy.GetChildCount());
+}
+
+}  // namespace
+
+}  // namespace orvane
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using namespace orvane;
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    const auto length = static_cast<std::int32_t>(size);
+    const std::string difference = differenceFromPlain(text);
+    require(difference.empty(), difference.c_str());
+    readChildren(ZXMLDocument(text.data(), length));
+    require(!VerifySignature(text.data(), length), "a signature out of nothing");
+    static_cast<void>(HasValidDeclaration(text.data(), length));
+    return 0;
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "zlib/common/ZXMLDocument.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+/// A child as the plain way of reading gives it: with a copy of its text, read by itself.
+struct PlainChild
+{
+    ZXMLTag tag;
+    std::string text;
+};
+
+/// The rules for children in their plain form: one scan a level and a counter for the depth.
+inline std::vector<PlainChild> plainChildren(const std::string& text)
+{
+    std::vector<PlainChild> children;
+    bool inside = false;
+    std::int32_t depth = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        std::size_t end = i;
+        ZXMLTag tag;
+        if (text[i] == '<') {
+            end = tag.Read(text, i);
+            if (end == 0)
+                break;
+            depth += tag.GetKind();
+            if (inside && depth == 0 && tag.Name() == children.back().tag.Name()) {
+                inside = false;
+            } else if (!inside && tag.Name() == "?xml") {
+                depth -= tag.GetKind();
+            } else if (!inside && (tag.GetKind() > 0 || (tag.GetKind() == 0 && depth == 0))) {
+                inside = tag.GetKind() > 0;
+                children.push_back({tag, {}});
+                i = end;
+                continue;
+            }
+        }
+        if (inside)
+            children.back().text += text.substr(i, end + 1 - i);
+        i = end;
+    }
+    return children;
+}
+
+/// Reads all elements both ways and tells the first element that differs; empty when none does.
+inline std::string differenceFromPlain(const ZXMLDocument& document, const std::string& text)
+{
+    const auto expected = plainChildren(text);
+    if (document.GetChildCount() != static_cast<std::int32_t>(expected.size()))
+        return "number of children in: " + text;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const auto child = document.GetChild(static_cast<std::int32_t>(i));
+        const ZXMLTag& tag = expected[i].tag;
+        if (child->GetName() != tag.Name() || child->GetAttributeCount() != tag.AttributeCount() ||
+            child->GetText() != expected[i].text)
+            return "child " + std::to_string(i) + " in: " + text;
+        const std::string difference = differenceFromPlain(*child, expected[i].text);
+        if (!difference.empty())
+            return difference;
+    }
+    return {};
+}
+
+inline std::string differenceFromPlain(const std::string& text)
+{
+    const ZXMLDocument document(text.data(), static_cast<std::int32_t>(text.size()),
+                                ZXMLDocument::Comments::kKept);
+    return differenceFromPlain(document, text);
+}
+
+}  // namespace orvane
