@@ -23,6 +23,13 @@ ZHandler::ZHandler(std::string_view name, ZLooper* looper)
         ZHandler::SetLooper(looper);
 }
 
+ZHandler::ZHandler(const boost::shared_ptr<ZXMLElement>& xml, ZLooper* looper)
+    : ZObject(xml)
+{
+    if (looper)
+        ZHandler::SetLooper(looper);
+}
+
 ZHandler::~ZHandler()
 {
     if (mLooper)

@@ -19,6 +19,8 @@ class ZHandler : public ZObject
 public:
     /// With a looper the handler is entered in that looper's list.
     explicit ZHandler(std::string_view name = {}, ZLooper* looper = nullptr);
+    /// The same with the name of the element's attribute.
+    explicit ZHandler(const boost::shared_ptr<ZXMLElement>& xml, ZLooper* looper);
     /// Leaves the looper's list; what waits in its queue for this handler is never delivered.
     ~ZHandler() override;
 
@@ -26,7 +28,7 @@ public:
     [[nodiscard]] const char* GetClassName() const override;
     /// Classes that are archived replace these two.
     /// Throws ZException -2: not implemented here.
-    [[nodiscard]] virtual boost::shared_ptr<ZXMLElement> ExtractHeader() const;
+    [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 
     /// The application of the looper; without a looper, the one named last by SetCurrentApp.

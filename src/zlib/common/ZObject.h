@@ -18,6 +18,8 @@ class ZObject
 public:
     /// The name is UTF-8 and need not be unique.
     explicit ZObject(std::string_view name = {});
+    /// Takes the name from the attribute `name`; empty without one.
+    explicit ZObject(const boost::shared_ptr<ZXMLElement>& xml);
     ZObject(const ZObject&) = delete;
     ZObject& operator=(const ZObject&) = delete;
     virtual ~ZObject() = default;
@@ -26,12 +28,17 @@ public:
     [[nodiscard]] virtual bool IsKindOf(std::string_view className) const;
     /// The name of the object's class as it stands in an archive.
     [[nodiscard]] virtual const char* GetClassName() const;
+    /// A new element with the object's opening data: here a tag "ZObject" with name and class.
+    [[nodiscard]] virtual boost::shared_ptr<ZXMLElement> ExtractHeader() const;
     /// Writes the object's state into the element. Nothing here.
     virtual void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const;
     /// Applies an archived state to the object as it stands. Nothing here.
     virtual void RestoreBody(const boost::shared_ptr<ZXMLElement>& xml);
     /// Tells a person who looks for a fault what the object holds. Nothing here.
     virtual void Dump() const;
+
+    /// The object's archive: its header with its state in it.
+    [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractXML() const;
 
     [[nodiscard]] const std::string& GetName() const { return mName; }
     void SetName(std::string_view name) { mName = name; }
