@@ -15,18 +15,25 @@
 namespace orvane
 {
 
+class ZClassRegistry;
+
 /// A number with named, typed fields. Its sender builds it; once handed on, nobody changes it and
 /// it is held by shared pointers to const, which makes it safe to pass between threads.
 class ZMessage : public ZObject
 {
 public:
     explicit ZMessage(std::int32_t id);
+    /// Reads a message: the attribute `id` is a name of the message registry; each child is a
+    /// field, its tag the type, its attributes `name` and `value` the rest. Tags that name no type
+    /// are skipped. Objects are made by the class registry.
+    /// Throws ZException -1 when either registry does not know a name.
+    ZMessage(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     /// Messages are not archived.
     /// Throws ZException -2.
-    [[nodiscard]] virtual boost::shared_ptr<ZXMLElement> ExtractHeader() const;
+    [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 
     [[nodiscard]] std::int32_t GetId() const { return mId; }
@@ -46,6 +53,8 @@ protected:
     void RemoveItems() { mItems.clear(); }
 
 private:
+    void AddField(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes);
+
     std::int32_t mId;
     std::map<std::string, std::unique_ptr<ZMsgItem>, std::less<>> mItems;
 };
