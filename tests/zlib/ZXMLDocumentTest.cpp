@@ -175,7 +175,7 @@ TEST(ZXMLDocumentTest, RefusesOtherDeclarations)
 // and neither splitting nor the end of the elements may need stack for each level.
 TEST(ZXMLDocumentTest, ReadingIsLinearHoweverTagsAreNestedAndRepeated)
 {
-    const std::size_t times = 300000;
+    const std::size_t times = 100000;
     struct Case
     {
         const char* what;
@@ -207,7 +207,7 @@ TEST(ZXMLDocumentTest, ReadingIsLinearHoweverTagsAreNestedAndRepeated)
 TEST(ZXMLDocumentTest, ElementsThatHoldOneAnotherAreReleasedLevelByLevel)
 {
     // Walked down by the children's own pointers, each level keeps the next one.
-    const std::size_t depth = 300000;
+    const std::size_t depth = 100000;
     const ZXMLDocument document = parse(repeat("<a>", depth));
     boost::shared_ptr<ZXMLElement> element = document.GetChild("a");
     std::size_t level = 0;
