@@ -21,7 +21,6 @@ constexpr double kVowelPeak = 0.5;
 constexpr double kSongPeak = 0.65;
 constexpr double kVowelEffort = 0.7;
 constexpr double kFadeInSeconds = 0.02;
-constexpr double kControlSeconds = 0.0005;  // pitch and formants move in steps of this
 constexpr double kLowestSongHz = 100.0;
 constexpr double kBreathiness = 0.004;  // noise that goes with the voice
 constexpr double kNoiseRate = 44100.0;  // at which the noise levels are meant
@@ -61,7 +60,8 @@ private:
     double mBefore = 0.0;
 };
 
-/// The sound of a moment after the other.
+/// Throat and mouth, told anew for each sample what to do: formants that move in steps would be
+/// heard as a buzz.
 class Voice
 {
 public:
@@ -73,25 +73,16 @@ public:
     {
     }
 
-    /// Appends count samples in which the amplitudes go straight from one moment to the next.
-    void sing(const Performance::Moment& from, const Performance::Moment& to, int count,
-              std::vector<float>& out)
+    double next(const Performance::Moment& moment)
     {
-        mSource.set(from.pitchHz, from.effort);
-        mTract.set(from.formants, from.pitchHz);
-        for (int i = 0; i < count; ++i) {
-            const double place = static_cast<double>(i) / count;
-            const double voicing = std::lerp(from.voicing, to.voicing, place);
-            const double aspiration = std::lerp(from.aspiration, to.aspiration, place);
-            const double hiss = std::lerp(from.hiss, to.hiss, place);
-            const double noise = mNoiseGain * mNoise.next();
-            // Air is noisy while the glottis is open, which is away from the closure at phase 0.
-            const double open = 0.5 - 0.5 * std::cos(2.0 * kPi * mSource.phase());
-            const double breath = (aspiration + kBreathiness * voicing * open) * noise;
-            const double sample =
-                mTract.next(voicing * mSource.next() + breath) + mHiss.next(hiss * noise);
-            out.push_back(static_cast<float>(sample));
-        }
+        mSource.set(moment.pitchHz, moment.effort);
+        mTract.set(moment.formants, moment.pitchHz);
+        const double noise = mNoiseGain * mNoise.next();
+        // Air is noisy while the glottis is open, which is away from the closure at phase 0.
+        const double open = 0.5 - 0.5 * std::cos(2.0 * kPi * mSource.phase());
+        const double air = (moment.aspiration + kBreathiness * moment.voicing * open) * noise;
+        const double glottis = moment.voicing * mSource.next() + air;
+        return mTract.next(glottis) + mHiss.next(moment.hiss * noise);
     }
 
 private:
@@ -126,16 +117,11 @@ std::vector<float> renderSong(const Song& song, double sampleRate)
     assert(sampleRate > 0.0);
     const Performance performance(song);
     Voice voice(sampleRate);
-    const auto total = static_cast<std::size_t>(song.seconds * sampleRate);
-    const int step = std::max(1, static_cast<int>(kControlSeconds * sampleRate));
-    std::vector<float> out;
-    out.reserve(total + static_cast<std::size_t>(step));
-    while (out.size() < total) {
-        const auto place = static_cast<double>(out.size());
-        voice.sing(performance.at(place / sampleRate), performance.at((place + step) / sampleRate),
-                   step, out);
+    std::vector<float> out(static_cast<std::size_t>(song.seconds * sampleRate));
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        const double seconds = static_cast<double>(i) / sampleRate;
+        out[i] = static_cast<float>(voice.next(performance.at(seconds)));
     }
-    out.resize(total);
     scaleToPeak(out, kSongPeak);
     return out;
 }

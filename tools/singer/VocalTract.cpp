@@ -11,12 +11,12 @@ namespace
 {
 
 constexpr double kPi = std::numbers::pi;
-constexpr std::array<double, kMovingFormants> kBandwidths{80.0, 90.0, 120.0, 150.0, 180.0};
-constexpr double kFirstOverPitch = 1.05;
+constexpr std::array<double, kMovingFormants> kBandwidths{85.0, 90.0, 120.0, 150.0, 180.0};
+constexpr double kFirstOverPitch = 1.12;
 constexpr double kUpperFrom = 4700.0;
 constexpr double kUpperSpacing = 1000.0;
-constexpr double kUpperTo = 11000.0;
-constexpr double kUpperBandwidth = 0.08;  // of the frequency
+constexpr double kUpperTo = 16500.0;
+constexpr double kUpperBandwidth = 0.06;  // of the frequency
 constexpr double kHighestOfSampleRate = 0.45;
 
 }  // namespace

@@ -1,0 +1,80 @@
+#include "tools/measure/ClipNotes.h"
+#include "tools/measure/NoteAccuracy.h"
+#include "tools/measure/PitchTracker.h"
+#include "tools/measure/SoundClip.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+using namespace orvane;
+
+namespace
+{
+
+struct Arguments
+{
+    std::string notes;
+    std::string input;
+    std::string output;
+    int latency = 0;  // samples
+};
+
+void printNotes(const std::vector<ClipNote>& notes, const PitchTracker& input,
+                const PitchTracker& output, double delay)
+{
+    std::puts("Medians of the notes, cents from the intended:");
+    std::puts("     from      to  intended     input    output");
+    for (const ClipNote& note : notes)
+        std::printf("  %5.2f s %5.2f s %6.1f Hz    %+6.1f    %+6.1f\n", note.startSeconds,
+                    note.endSeconds, note.intendedHz,
+                    quantile(centsFromIntended(input, note, 0.0), 0.5),
+                    quantile(centsFromIntended(output, note, delay), 0.5));
+}
+
+void printAccuracy(const char* name, const NoteAccuracy& accuracy)
+{
+    std::printf("%s: median %.1f cents, 95th percentile %.1f cents, %.0f %% pitched\n", name,
+                accuracy.medianCents, accuracy.percentile95Cents, 100.0 * accuracy.pitchedShare);
+}
+
+void measure(const Arguments& arguments)
+{
+    const std::vector<ClipNote> notes = readClipNotes(arguments.notes);
+    const SoundClip inputClip = readSoundClip(arguments.input);
+    const SoundClip outputClip = readSoundClip(arguments.output);
+    const PitchTracker input(inputClip.samples, inputClip.sampleRate);
+    const PitchTracker output(outputClip.samples, outputClip.sampleRate);
+    const double delay = static_cast<double>(arguments.latency) / outputClip.sampleRate;
+    printNotes(notes, input, output, delay);
+    std::printf("Distance from the intended notes, without the first %.0f and last %.0f ms of "
+                "each:\n",
+                1000.0 * kSettlingSeconds, 1000.0 * kEndingSeconds);
+    printAccuracy("  input ", noteAccuracy(input, notes, 0.0));
+    printAccuracy("  output", noteAccuracy(output, notes, delay));
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    Arguments arguments;
+    CLI::App app("Tells how far a sung clip and what was made of it are from the intended notes.");
+    app.add_option("NOTES", arguments.notes, "JSON list of the intended notes")->required();
+    app.add_option("IN", arguments.input, "the clip as it was sung")->required();
+    app.add_option("OUT", arguments.output, "the processed clip")->required();
+    app.add_option("--latency", arguments.latency, "samples by which OUT comes later than IN");
+    try {
+        app.parse(argc, argv);
+        measure(arguments);
+    } catch (const CLI::Success& success) {
+        return app.exit(success);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "kestrune-measure: %s\n", failure.what());
+        return 2;
+    }
+    return 0;
+}
