@@ -24,9 +24,9 @@ constexpr double kAttackLevel = 0.85;  // of a note's level; it swells from ther
 constexpr double kEndLevel = 0.8;
 constexpr double kMurmurLevel = 0.4;
 constexpr double kTiedLevel = 0.7;
-constexpr double kBreathLevel = 0.01;
-constexpr double kConsonantLevel = 0.03;
-constexpr double kHissLevel = 0.03;
+constexpr double kBreathLevel = 0.02;
+constexpr double kConsonantLevel = 0.06;
+constexpr double kHissLevel = 0.1;
 
 /// Smooth random movement between -size and size, a knot every stepSeconds.
 ControlTrack wander(double seconds, double stepSeconds, double size, std::uint64_t seed)

@@ -22,7 +22,7 @@ constexpr double kSongPeak = 0.65;
 constexpr double kVowelEffort = 0.7;
 constexpr double kFadeInSeconds = 0.02;
 constexpr double kLowestSongHz = 100.0;
-constexpr double kBreathiness = 0.004;  // noise that goes with the voice
+constexpr double kBreathiness = 0.01;   // noise that goes with the voice
 constexpr double kNoiseRate = 44100.0;  // at which the noise levels are meant
 
 void scaleToPeak(std::vector<float>& samples, double peak)

@@ -35,26 +35,26 @@ constexpr int kC5 = 72, kD5 = 74, kE5 = 76;
 // Where a semitone is next, at E - F and B - C, the voice strays the other way or not far.
 constexpr Row kScore[] = {
     {0.00, Consonant::kMurmur, 0.07, Vowel::kA, kG3, 0.50, -35, 0.08, 0, 0.90},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kO, kC4, 0.55, +40, 0.06, 10, 0.95},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kO, kC4, 0.55, +40, 0.06, 15, 0.95},
     {0.00, Consonant::kNone, 0.00, Vowel::kA, kE4, 0.50, -50, 0.08, 0, 0.90},
     {0.00, Consonant::kMurmur, 0.06, Vowel::kI, kD4, 0.45, +30, 0.06, 0, 0.95},
-    {0.00, Consonant::kNone, 0.00, Vowel::kE, kC4, 1.10, -22, 0.07, 15, 0.90},
+    {0.00, Consonant::kNone, 0.00, Vowel::kE, kC4, 1.10, -22, 0.07, 18, 0.90},
 
     {0.35, Consonant::kHiss, 0.08, Vowel::kO, kE4, 0.45, -40, 0.08, 0, 0.85},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kG4, 0.60, +55, 0.06, 12, 0.85},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kG4, 0.60, +55, 0.06, 15, 0.85},
     {0.00, Consonant::kNone, 0.00, Vowel::kE, kA4, 0.45, -30, 0.06, 0, 0.90},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kU, kG4, 1.10, +45, 0.06, 18, 0.80},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kU, kG4, 1.10, +45, 0.06, 22, 0.80},
 
-    {0.35, Consonant::kBreath, 0.07, Vowel::kA, kC5, 0.55, +25, 0.08, 0, 0.80},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kE5, 0.95, -60, 0.07, 20, 0.90},
+    {0.35, Consonant::kBreath, 0.07, Vowel::kA, kC5, 0.55, +25, 0.08, 15, 0.80},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kE5, 0.95, -60, 0.07, 25, 0.90},
     {0.00, Consonant::kNone, 0.00, Vowel::kO, kD5, 0.45, +35, 0.06, 0, 0.75},
     {0.00, Consonant::kMurmur, 0.06, Vowel::kI, kB4, 0.45, -45, 0.07, 0, 0.90},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kC5, 1.20, +28, 0.06, 20, 0.85},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kC5, 1.20, +28, 0.06, 25, 0.85},
 
     {0.35, Consonant::kStop, 0.07, Vowel::kE, kA4, 0.45, -55, 0.08, 0, 0.85},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kO, kF4, 0.55, +50, 0.07, 10, 0.90},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kO, kF4, 0.55, +50, 0.07, 15, 0.90},
     {0.00, Consonant::kNone, 0.00, Vowel::kA, kD4, 0.50, -25, 0.08, 0, 0.85},
-    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kC4, 1.40, +60, 0.06, 16, 0.90},
+    {0.00, Consonant::kMurmur, 0.06, Vowel::kA, kC4, 1.40, +60, 0.06, 22, 0.90},
 };
 
 }  // namespace

@@ -1,0 +1,103 @@
+#include "tools/measure/PitchTracker.h"
+#include "tools/measure/NoteAccuracy.h"
+#include "tools/singer/SeededNoise.h"
+#include "tools/singer/Singer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr double kRate = 44100.0;
+
+/// One sample in each period, the others 0: periods of whole samples.
+std::vector<float> pulses(std::size_t periodSamples, std::size_t count)
+{
+    std::vector<float> out(count, 0.0f);
+    for (std::size_t i = 0; i < count; i += periodSamples)
+        out[i] = 0.5f;
+    return out;
+}
+
+/// A sine whose pitch is at centreHz at 0.5 s and rises by octavesPerSecond.
+std::vector<float> risingSine(double centreHz, double octavesPerSecond)
+{
+    std::vector<float> out(44100);
+    double phase = 0.0;
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        out[i] = static_cast<float>(0.5 * std::sin(2.0 * std::numbers::pi * phase));
+        const double seconds = static_cast<double>(i) / kRate;
+        phase += centreHz * std::exp2(octavesPerSecond * (seconds - 0.5)) / kRate;
+    }
+    return out;
+}
+
+void expectPitch(const PitchTracker& tracker, double seconds, double hz, double toleranceCents)
+{
+    const auto found = tracker.at(seconds);
+    ASSERT_TRUE(found) << hz;
+    EXPECT_NEAR(1200.0 * std::log2(*found / hz), 0.0, toleranceCents) << hz;
+}
+
+}  // namespace
+
+TEST(PitchTrackerTest, FindsSinesAndPulsesWithinATenthOfACent)
+{
+    for (const double hz : {140.0, 196.0, 311.1, 659.3, 950.0})
+        expectPitch(PitchTracker(risingSine(hz, 0.0), kRate), 0.3, hz, 0.1);
+    for (const std::size_t period : {60u, 147u, 300u})
+        expectPitch(PitchTracker(pulses(period, 44100), kRate), 0.3,
+                    kRate / static_cast<double>(period), 0.1);
+}
+
+TEST(PitchTrackerTest, TellsThePitchOfTheMomentWhileItMoves)
+{
+    for (const double octavesPerSecond : {-0.5, 0.5})
+        expectPitch(PitchTracker(risingSine(300.0, octavesPerSecond), kRate), 0.5, 300.0, 1.0);
+}
+
+TEST(PitchTrackerTest, SilenceNoiseAndTheEndsHaveNoPitch)
+{
+    const std::vector<float> silence(44100, 0.0f);
+    EXPECT_FALSE(PitchTracker(silence, kRate).at(0.5));
+    std::vector<float> noise(44100);
+    SeededNoise generator(7);
+    for (float& sample : noise)
+        sample = static_cast<float>(generator.next());
+    EXPECT_FALSE(PitchTracker(noise, kRate).at(0.5));
+    const PitchTracker sine(risingSine(300.0, 0.0), kRate);
+    for (const double seconds : {-1.0, 0.001, 0.999, 2.0})
+        EXPECT_FALSE(sine.at(seconds)) << seconds;
+    EXPECT_FALSE(PitchTracker({}, kRate).at(0.0));
+}
+
+TEST(PitchTrackerTest, AccuracyIsThatOfASteadyToneBesideItsNote)
+{
+    // Half a second late and 30 cents flat.
+    std::vector<float> tone(22050, 0.0f);
+    const auto vowel = steadyVowel(Vowel::kA, 440.0 * std::exp2(-30.0 / 1200.0), kRate, 1.0);
+    tone.insert(tone.end(), vowel.begin(), vowel.end());
+    const std::vector<ClipNote> notes{{0.0, 0.9, 440.0, -30.0}};
+    const PitchTracker tracker(tone, kRate);
+    const NoteAccuracy late = noteAccuracy(tracker, notes, 0.5);
+    EXPECT_NEAR(late.medianCents, 30.0, 0.1);
+    EXPECT_NEAR(late.percentile95Cents, 30.0, 0.1);
+    EXPECT_EQ(late.pitchedShare, 1.0);
+    EXPECT_LT(noteAccuracy(tracker, notes, 0.0).pitchedShare, 0.7);
+}
+
+TEST(PitchTrackerTest, QuantilesAreThoseOfTheSortedValues)
+{
+    EXPECT_EQ(quantile({5, 1, 4, 2, 3}, 0.5), 3);
+    EXPECT_EQ(quantile({5, 1, 4, 2, 3}, 1.0), 5);
+    EXPECT_EQ(quantile({}, 0.5), 0);
+}
+
+}  // namespace orvane

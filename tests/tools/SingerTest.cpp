@@ -1,0 +1,139 @@
+#include "tools/singer/Singer.h"
+#include "tools/singer/GlottalSource.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <numeric>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr double kPi = std::numbers::pi;
+constexpr int kRate = 44100;
+
+/// Amplitude in dB of the sinusoid at a frequency, in one second under a Blackman window.
+double levelAt(const std::vector<float>& signal, double hz)
+{
+    std::complex<double> sum;
+    for (int i = 0; i < kRate; ++i) {
+        const double place = 2.0 * kPi * i / kRate;
+        const double window = 0.42 - 0.5 * std::cos(place) + 0.08 * std::cos(2.0 * place);
+        const double sample = signal[signal.size() - kRate + static_cast<std::size_t>(i)];
+        sum += window * sample * std::polar(1.0, -hz * place);
+    }
+    return 20.0 * std::log10(2.0 * std::abs(sum) / (0.42 * kRate) + 1e-12);
+}
+
+float peakOf(const std::vector<float>& signal)
+{
+    return std::accumulate(signal.begin(), signal.end(), 0.0f,
+                           [](float peak, float s) { return std::max(peak, std::fabs(s)); });
+}
+
+double shapeAt(const std::vector<std::complex<double>>& harmonics, double phase)
+{
+    double value = 0.0;
+    for (std::size_t i = 0; i < harmonics.size(); ++i)
+        value += 2.0 * std::real(harmonics[i] *
+                                 std::polar(1.0, 2.0 * kPi * static_cast<double>(i + 1) * phase));
+    return value;
+}
+
+}  // namespace
+
+TEST(SingerTest, GlottalPulseOpensSlowlyAndClosesAtPhaseZero)
+{
+    for (const double rd : {0.5, 1.0, 2.0}) {
+        const auto harmonics = glottalHarmonics(rd, 2000);
+        double lowest = 0.0;
+        double lowestPhase = 0.0;
+        double highest = 0.0;
+        for (int i = -500; i < 500; ++i) {
+            const double value = shapeAt(harmonics, i / 1000.0);
+            highest = std::max(highest, value);
+            if (value < lowest) {
+                lowest = value;
+                lowestPhase = i / 1000.0;
+            }
+        }
+        EXPECT_NEAR(lowest, -1.0, 0.05) << rd;
+        EXPECT_NEAR(lowestPhase, 0.0, 0.0011) << rd;
+        // The flow falls several times faster than it rises.
+        EXPECT_GT(highest, 0.1) << rd;
+        EXPECT_LT(highest, 0.7) << rd;
+    }
+}
+
+TEST(SingerTest, SteadyVowelRepeatsToTheLastBitOfSixteenOnceSettled)
+{
+    for (const Vowel vowel : {Vowel::kA, Vowel::kE, Vowel::kI, Vowel::kO, Vowel::kU}) {
+        const auto signal = steadyVowel(vowel, 220.5, kRate, 0.5);  // 200 samples a period
+        EXPECT_FLOAT_EQ(peakOf(signal), 0.5f);
+        for (std::size_t i = 8820; i < signal.size(); ++i)
+            ASSERT_NEAR(signal[i], signal[i - 200], 1e-5) << i;
+    }
+}
+
+TEST(SingerTest, NothingFoldsBackBetweenOrAboveTheHarmonics)
+{
+    const auto signal = steadyVowel(Vowel::kI, 523.0, kRate, 1.5);
+    const double fundamental = levelAt(signal, 523.0);
+    // A harmonic h that folds back lies at 523 h - 44100 or its mirror: 168 Hz above some other
+    // harmonic, or below one.
+    for (double harmonic = 523.0; harmonic < 21000.0; harmonic += 523.0) {
+        EXPECT_LT(levelAt(signal, harmonic + 168.0), fundamental - 110.0) << harmonic;
+        EXPECT_LT(levelAt(signal, harmonic - 168.0), fundamental - 110.0) << harmonic;
+    }
+    EXPECT_LT(levelAt(signal, 523.0 * 33), fundamental - 110.0);
+}
+
+TEST(SingerTest, VowelsDifferByTheirFormants)
+{
+    // 100 Hz apart, so that the harmonics sample the formants: [a] has its second near 1.1 kHz,
+    // [i] a dip there and its second near 2.1 kHz.
+    const auto a = steadyVowel(Vowel::kA, 100.0, kRate, 1.5);
+    const auto i = steadyVowel(Vowel::kI, 100.0, kRate, 1.5);
+    EXPECT_GT(levelAt(a, 1100.0), levelAt(a, 2100.0) + 15.0);
+    EXPECT_GT(levelAt(i, 2100.0), levelAt(i, 1100.0) + 10.0);
+}
+
+TEST(SingerTest, SongIsTheSameOnEveryRunAndWithinItsLimits)
+{
+    const Song song = demoSong();
+    const auto once = renderSong(song, kRate);
+    EXPECT_EQ(renderSong(song, kRate), once);
+    EXPECT_GE(once.size(), static_cast<std::size_t>(13 * kRate));
+    EXPECT_LE(peakOf(once), 0.7f);
+    // A click would be a bend far sharper than the sharpest of the pulses, at every 4 ms or so.
+    std::vector<double> bends;
+    for (std::size_t i = 2; i < once.size(); ++i)
+        bends.push_back(std::fabs(once[i] - 2.0 * once[i - 1] + once[i - 2]));
+    std::sort(bends.rbegin(), bends.rend());
+    EXPECT_LT(bends[0], 1.1 * bends[20]);
+}
+
+TEST(SingerTest, EveryNoteIsOffKeyAndNearestToItsOwnToneOfCMajor)
+{
+    constexpr int kMajor[] = {0, 2, 4, 5, 7, 9, 11, 12};
+    for (const SungNote& note : demoSong().notes) {
+        EXPECT_GE(std::fabs(note.offKeyCents), 20.0);
+        EXPECT_LE(std::fabs(note.offKeyCents), 60.0);
+        EXPECT_GE(note.seconds, 0.4);
+        const double furthest = std::fabs(note.offKeyCents) + note.vibratoCents + 5.0;
+        const double sign = note.offKeyCents < 0.0 ? -1.0 : 1.0;
+        const double degree = note.key % 12 + sign * furthest / 100.0;
+        EXPECT_NE(std::find(kMajor, std::end(kMajor), note.key % 12), std::end(kMajor));
+        for (const int tone : kMajor)
+            EXPECT_GE(std::fabs(degree - tone), furthest / 100.0 - 1e-9) << note.onsetSeconds;
+    }
+}
+
+}  // namespace orvane
