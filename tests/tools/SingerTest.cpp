@@ -105,17 +105,22 @@ TEST(SingerTest, VowelsDifferByTheirFormants)
     EXPECT_GT(levelAt(i, 2100.0), levelAt(i, 1100.0) + 10.0);
 }
 
-TEST(SingerTest, SongIsTheSameOnEveryRunAndWithinItsLimits)
+TEST(SingerTest, SongIsTheSameOnEveryRun)
 {
-    const Song song = demoSong();
-    const auto once = renderSong(song, kRate);
-    EXPECT_EQ(renderSong(song, kRate), once);
-    EXPECT_GE(once.size(), static_cast<std::size_t>(13 * kRate));
-    EXPECT_LE(peakOf(once), 0.7f);
+    Song start = demoSong();
+    start.seconds = 1.0;
+    EXPECT_EQ(renderSong(start, kRate), renderSong(start, kRate));
+}
+
+TEST(SingerTest, SongIsLongEnoughAndHasRoomBelowFullScaleAndNoClick)
+{
+    const auto song = renderSong(demoSong(), kRate);
+    EXPECT_GE(song.size(), static_cast<std::size_t>(13 * kRate));
+    EXPECT_LE(peakOf(song), 0.7f);
     // A click would be a bend far sharper than the sharpest of the pulses, at every 4 ms or so.
     std::vector<double> bends;
-    for (std::size_t i = 2; i < once.size(); ++i)
-        bends.push_back(std::fabs(once[i] - 2.0 * once[i - 1] + once[i - 2]));
+    for (std::size_t i = 2; i < song.size(); ++i)
+        bends.push_back(std::fabs(song[i] - 2.0 * song[i - 1] + song[i - 2]));
     std::sort(bends.rbegin(), bends.rend());
     EXPECT_LT(bends[0], 1.1 * bends[20]);
 }

@@ -1,7 +1,6 @@
 #include "tools/singer/GlottalSource.h"
 
 #include <algorithm>
-#include <cassert>
 #include <cmath>
 #include <numbers>
 

@@ -114,7 +114,7 @@ std::vector<float> steadyVowel(Vowel vowel, double pitchHz, double sampleRate, d
 
 std::vector<float> renderSong(const Song& song, double sampleRate)
 {
-    assert(sampleRate > 0.0);
+    assert(sampleRate > 0.0 && !song.notes.empty());
     const Performance performance(song);
     Voice voice(sampleRate);
     std::vector<float> out(static_cast<std::size_t>(song.seconds * sampleRate));

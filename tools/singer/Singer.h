@@ -15,7 +15,7 @@ namespace orvane
 std::vector<float> steadyVowel(Vowel vowel, double pitchHz, double sampleRate, double seconds);
 
 /// The whole song with all that makes it sound sung: glides, vibrato, drift, breath, consonants.
-/// Peak 0.65. Pitch and timing do not depend on the sample rate.
+/// Peak 0.65. Pitch and timing do not depend on the sample rate. There must be a note.
 std::vector<float> renderSong(const Song& song, double sampleRate);
 
 }  // namespace orvane
