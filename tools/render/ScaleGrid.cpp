@@ -1,0 +1,74 @@
+#include "tools/render/ScaleGrid.h"
+
+#include "tools/render/RenderSettings.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr double kConcertPitch = 440.0;    // Hz
+constexpr double kConcertPosition = 57.0;  // semitones above C0
+constexpr double kCentsPerSemitone = 100.0;
+
+}  // namespace
+
+ScaleGrid::ScaleGrid(const RenderSettings& settings)
+    : mKey(settings.Index(Setting::kKey))
+    , mRoot(
+          Position(static_cast<double>(referenceFrequency(mKey, settings.Value(Setting::kDetune)))))
+{
+    const auto cents = intonationCents(settings.Index(Setting::kIntonation));
+    for (std::size_t d = 0; d < mTones.size(); ++d)
+        mTones[d] = static_cast<double>(d) + cents[d] / kCentsPerSemitone;
+    mIsInScale[0] = true;
+    for (const std::int32_t degree : builtInScaleDegrees(settings.Index(Setting::kScale)))
+        mIsInScale[static_cast<std::size_t>(degree)] = true;
+}
+
+double ScaleGrid::Position(double hz)
+{
+    return kConcertPosition + kDegrees * std::log2(hz / kConcertPitch);
+}
+
+double ScaleGrid::CentsOff(double hz) const
+{
+    const double above = Position(hz) - mRoot;
+    const double semitones = above - kDegrees * std::floor(above / kDegrees);
+    double nearest = kDegrees - semitones;  // to the root above
+    for (std::size_t d = 0; d < mTones.size(); ++d) {
+        if (mIsInScale[d])
+            nearest = std::min(nearest, std::fabs(semitones - mTones[d]));
+    }
+    return nearest * kCentsPerSemitone;
+}
+
+std::vector<ScaleGrid::Note> ScaleGrid::Notes(double low, double high) const
+{
+    std::vector<Note> notes;
+    const int firstOctave = static_cast<int>(std::floor((low - mRoot) / kDegrees)) - 1;
+    const int lastOctave = static_cast<int>(std::ceil((high - mRoot) / kDegrees)) + 1;
+    for (int octave = firstOctave; octave <= lastOctave; ++octave) {
+        for (int d = 0; d < kDegrees; ++d) {
+            const auto degree = static_cast<std::size_t>(d);
+            const double position = mRoot + octave * kDegrees + mTones[degree];
+            if (position < low || position > high)
+                continue;
+            // Named after the note that the degree has in equal temperament.
+            const int number = static_cast<int>(kConcertPosition) + mKey + octave * kDegrees + d;
+            const auto key = static_cast<std::size_t>((mKey + d) % kDegrees);
+            const double pitchOctave = std::floor(number / static_cast<double>(kDegrees));
+            notes.push_back({position, fmt::format("{}{:.0f}", kKeyNames[key], pitchOctave),
+                             mIsInScale[degree], d == 0});
+        }
+    }
+    return notes;
+}
+
+}  // namespace orvane
