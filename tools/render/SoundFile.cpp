@@ -1,0 +1,183 @@
+#include "tools/render/SoundFile.h"
+
+#include "zlib/common/ZException.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// The lossy encoders keep their workspace on the stack, so they are fed in pieces.
+constexpr int kFramesPerWrite = 4096;
+
+struct NameEnding
+{
+    std::string_view ending;
+    std::array<int, 3> containers;  // those that go by it; 0 fills up
+};
+constexpr std::array<NameEnding, 10> kNameEndings{{
+    {".wav", {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMAT_RF64}},
+    {".flac", {SF_FORMAT_FLAC}},
+    {".ogg", {SF_FORMAT_OGG}},
+    {".oga", {SF_FORMAT_OGG}},
+    {".opus", {SF_FORMAT_OGG}},
+    {".mp3", {SF_FORMAT_MPEG}},
+    {".aif", {SF_FORMAT_AIFF}},
+    {".aiff", {SF_FORMAT_AIFF}},
+    {".au", {SF_FORMAT_AU}},
+    {".caf", {SF_FORMAT_CAF}},
+}};
+
+constexpr std::array<int, 8> kKeptTexts{SF_STR_TITLE,       SF_STR_COPYRIGHT, SF_STR_ARTIST,
+                                        SF_STR_COMMENT,     SF_STR_DATE,      SF_STR_ALBUM,
+                                        SF_STR_TRACKNUMBER, SF_STR_GENRE};
+
+std::string formatName(int code)
+{
+    SF_FORMAT_INFO info{};
+    info.format = code;
+    sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info);
+    return info.name ? info.name : "unknown";
+}
+
+SF_INFO infoOf(const SoundFormat& format)
+{
+    SF_INFO info{};
+    info.samplerate = format.rate;
+    info.channels = format.channels;
+    info.format = format.code;
+    return info;
+}
+
+std::string lowered(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+}  // namespace
+
+std::string SoundFormat::Describe() const
+{
+    return fmt::format("{}, {}, {}", formatName(code & SF_FORMAT_TYPEMASK),
+                       formatName(code & SF_FORMAT_SUBMASK), channels == 1 ? "mono" : "stereo");
+}
+
+SoundReader::SoundReader(const std::filesystem::path& path)
+    : mName(path.string())
+{
+    if (!std::filesystem::exists(path))
+        throw ZException(-1, fmt::format("cannot read {}: there is no such file", mName));
+    if (std::filesystem::is_directory(path))
+        throw ZException(-1,
+                         fmt::format("cannot read {}: it is a folder; name a sound file", mName));
+    SF_INFO info{};
+    mFile.reset(sf_open(path.c_str(), SFM_READ, &info));
+    if (!mFile)
+        throw ZException(-1,
+                         fmt::format("cannot read {} as a sound file ({}): WAV, AIFF, FLAC, Ogg "
+                                     "and their like can be read",
+                                     mName, sf_strerror(nullptr)));
+    if (info.channels > 2)
+        throw ZException(-1, fmt::format("{} has {} channels: a voice has one or two; split the "
+                                         "file into mono or stereo files first",
+                                         mName, info.channels));
+    mFormat = {info.samplerate, info.channels, info.format};
+    mExpectedFrames = info.frames;
+}
+
+int SoundReader::Read(StereoBlock& block)
+{
+    const auto channels = static_cast<std::size_t>(mFormat.channels);
+    const std::size_t room = block[0].size();
+    mInterleaved.resize(room * channels);
+    const auto frames = static_cast<std::size_t>(
+        sf_readf_float(mFile.get(), mInterleaved.data(), static_cast<sf_count_t>(room)));
+    if (sf_error(mFile.get()) != SF_ERR_NO_ERROR)
+        throw ZException(-1, fmt::format("{} is damaged ({}): mend or export it again", mName,
+                                         sf_strerror(mFile.get())));
+    for (float& sample : std::span(mInterleaved).first(frames * channels)) {
+        if (std::isfinite(sample))
+            continue;
+        sample = 0.0f;
+        ++mBadSamples;
+    }
+    for (std::size_t c = 0; c < block.size(); ++c) {
+        const std::size_t from = std::min(c, channels - 1);
+        for (std::size_t i = 0; i < frames; ++i)
+            block[c][i] = mInterleaved[i * channels + from];
+        std::fill(block[c].begin() + static_cast<std::ptrdiff_t>(frames), block[c].end(), 0.0f);
+    }
+    return static_cast<int>(frames);
+}
+
+SoundWriter::SoundWriter(const std::filesystem::path& path, const std::string& name,
+                         const SoundReader& source)
+    : mName(name)
+    , mChannels(source.Format().channels)
+{
+    SF_INFO info = infoOf(source.Format());
+    if (!sf_format_check(&info))
+        throw ZException(-1, fmt::format("{} cannot be written: files of the kind {} can only be "
+                                         "read; convert the input to WAV or FLAC first",
+                                         mName, source.Format().Describe()));
+    mFile.reset(sf_open(path.c_str(), SFM_WRITE, &info));
+    if (!mFile)
+        throw ZException(-1, fmt::format("cannot write {}: {}", mName, sf_strerror(nullptr)));
+    // Held at full scale, not wrapped; with this, the way to float and back is exact, too.
+    sf_command(mFile.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
+    for (const int kind : kKeptTexts) {
+        if (const char* text = source.Text(kind))
+            sf_set_string(mFile.get(), kind, text);
+    }
+}
+
+void SoundWriter::Write(const StereoBlock& block, int first, int count)
+{
+    const auto channels = static_cast<std::size_t>(mChannels);
+    mInterleaved.resize(static_cast<std::size_t>(kFramesPerWrite) * channels);
+    for (int done = 0; done < count;) {
+        const int frames = std::min(count - done, kFramesPerWrite);
+        for (std::size_t c = 0; c < channels; ++c) {
+            const float* samples = block[c].data() + first + done;
+            for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i)
+                mInterleaved[i * channels + c] = samples[i];
+        }
+        if (sf_writef_float(mFile.get(), mInterleaved.data(), frames) != frames)
+            throw ZException(-1,
+                             fmt::format("cannot write {}: {}", mName, sf_strerror(mFile.get())));
+        done += frames;
+    }
+}
+
+void SoundWriter::Close()
+{
+    const int error = sf_close(mFile.release());
+    if (error != SF_ERR_NO_ERROR)
+        throw ZException(-1, fmt::format("cannot write {}: {}", mName, sf_error_number(error)));
+}
+
+void requireFittingName(const std::filesystem::path& path, const SoundFormat& format)
+{
+    const std::string ending = lowered(path.extension().string());
+    const auto named = std::find_if(kNameEndings.begin(), kNameEndings.end(),
+                                    [&](const NameEnding& n) { return n.ending == ending; });
+    if (named == kNameEndings.end())
+        return;
+    const auto& containers = named->containers;
+    const int container = format.code & SF_FORMAT_TYPEMASK;
+    if (std::find(containers.begin(), containers.end(), container) == containers.end())
+        throw ZException(-1,
+                         fmt::format("{} is named like another format: the output keeps that of "
+                                     "the input, {}; name it so",
+                                     path.string(), formatName(container)));
+}
+
+}  // namespace orvane

@@ -1,0 +1,80 @@
+#include "tools/render/TargetFile.h"
+
+#include "zlib/common/ZException.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+[[noreturn]] void refuse(const std::filesystem::path& path, std::string_view reason)
+{
+    throw ZException(-1, fmt::format("cannot write {}: {}", path.string(), reason));
+}
+
+/// A device or a folder would be replaced by the final move.
+void requireFileOrNothing(const std::filesystem::path& path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status))
+        refuse(path, "it is a folder; name a file in it");
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        refuse(path, "it is not an ordinary file; name another");
+}
+
+/// A new empty file beside path, with the rights that the user's mask gives to new files.
+std::filesystem::path makeTemporary(const std::filesystem::path& path)
+{
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error))
+        refuse(path, fmt::format("there is no folder {}; make it first", folder.string()));
+    std::string name = (folder / ".kestrune-render-XXXXXX").string();
+    const int descriptor = mkstemp(name.data());
+    if (descriptor < 0)
+        refuse(path, std::strerror(errno));
+    const mode_t mask = umask(0);
+    umask(mask);
+    fchmod(descriptor, 0666 & ~mask);
+    close(descriptor);
+    return name;
+}
+
+}  // namespace
+
+TargetFile::TargetFile(std::filesystem::path path)
+    : mPath(std::move(path))
+{
+    requireFileOrNothing(mPath);
+    mTemporary = makeTemporary(mPath);
+}
+
+TargetFile::~TargetFile()
+{
+    std::error_code ignored;
+    if (!mTemporary.empty())
+        std::filesystem::remove(mTemporary, ignored);
+}
+
+void TargetFile::Commit()
+{
+    std::error_code error;
+    std::filesystem::rename(mTemporary, mPath, error);
+    if (error)
+        refuse(mPath, error.message());
+    mTemporary.clear();
+}
+
+}  // namespace orvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace orvane
+{
+
+/// A file that appears whole or not at all: it is written under another name beside its place and
+/// moved there by Commit. Without that, nothing is left of it.
+class TargetFile
+{
+public:
+    /// Throws ZException that says why, where path cannot be written.
+    explicit TargetFile(std::filesystem::path path);
+    ~TargetFile();
+    TargetFile(const TargetFile&) = delete;
+    TargetFile& operator=(const TargetFile&) = delete;
+
+    /// Where to write.
+    [[nodiscard]] const std::filesystem::path& TemporaryPath() const { return mTemporary; }
+    /// What the user calls it.
+    [[nodiscard]] std::string Name() const { return mPath.string(); }
+    /// Puts the file in its place, over what was there. Throws ZException.
+    void Commit();
+
+private:
+    std::filesystem::path mPath;
+    std::filesystem::path mTemporary;  // empty once it is in its place
+};
+
+}  // namespace orvane
