@@ -1,0 +1,52 @@
+#pragma once
+
+#include "tools/render/PitchTrack.h"
+#include "tools/render/RenderSettings.h"
+#include "tools/render/SoundFile.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+class VoiceProcessor;
+
+/// What the user asked for.
+struct RenderRequest
+{
+    std::filesystem::path input;
+    std::filesystem::path output;
+    std::filesystem::path plot;    // empty: none
+    std::filesystem::path report;  // empty: none
+    RenderSettings settings;
+    int blockFrames = 512;  // frames fed at a time, 1 .. 65536
+    bool keepsLatency = false;
+};
+
+/// What became of it.
+struct RenderResult
+{
+    SoundFormat format;
+    std::int64_t frames = 0;  // of the input
+    int latency = 0;          // frames
+    double timesRealtime = 0.0;
+    std::int64_t badSamples = 0;  // of the input, not finite and taken as 0
+    float peak = 0.0f;            // of the output, full scale at 1.0
+    ScaleDistance before;
+    ScaleDistance after;
+    std::vector<PitchPoint> points;
+
+    [[nodiscard]] double Seconds() const { return static_cast<double>(frames) / format.rate; }
+    [[nodiscard]] double LatencyMs() const { return 1000.0 * latency / format.rate; }
+};
+
+/// Renders the input to the output, with the picture and the report asked for, all of them or none.
+/// The output has as many frames as the input, aligned with it; with keepsLatency it has the
+/// processor's latency more, at its start. Throws ZException for what cannot be, Interruption where
+/// the user breaks off.
+[[nodiscard]] RenderResult renderOffline(const RenderRequest& request, VoiceProcessor& processor);
+
+}  // namespace orvane

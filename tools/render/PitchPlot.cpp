@@ -1,0 +1,358 @@
+#include "tools/render/PitchPlot.h"
+
+#include "tools/render/OfflineRender.h"
+#include "tools/render/ScaleGrid.h"
+#include "zlib/common/ZException.h"
+
+#include <cairo.h>
+#include <fmt/format.h>
+#include <pango/pangocairo.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+// The frame around the curves, in pixels.
+constexpr double kLeft = 84.0;
+constexpr double kTop = 104.0;
+constexpr double kRight = kPlotWidth - 32.0;
+constexpr double kBottom = kPlotHeight - 70.0;
+
+// Colours, as 0xRRGGBB.
+constexpr unsigned kPaper = 0xFFFFFF;
+constexpr unsigned kInk = 0x1B2430;
+constexpr unsigned kPaleInk = 0x66707E;
+constexpr unsigned kOffScaleRow = 0xF5F6F8;
+constexpr unsigned kOffScaleLine = 0xE6E9ED;
+constexpr unsigned kScaleLine = 0xB4BECB;
+constexpr unsigned kRootLine = 0x55647A;
+constexpr unsigned kTimeLine = 0xECEEF2;
+constexpr unsigned kFrameLine = 0xC5CCD6;
+
+constexpr double kInputWidth = 6.0;  // wide and under the other, so that it shows where they agree
+constexpr double kOutputWidth = 2.5;
+constexpr double kFewestSemitones = 14.0;
+constexpr double kMarginSemitones = 1.6;
+/// A wider step from one place to the next is a new note or an error, not a line that was sung.
+constexpr double kJoinedSemitones = 3.0;
+
+struct CairoFreer
+{
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+struct GObjectFreer
+{
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+struct Span
+{
+    double low;
+    double high;
+};
+
+enum class Align
+{
+    kStart,
+    kCentre,
+    kEnd
+};
+
+struct TextStyle
+{
+    double size;  // pixels
+    unsigned colour;
+    bool isBold = false;
+    Align align = Align::kStart;
+};
+
+/// Semitones to show: all voiced pitches but the outermost hundredth each way, with some air.
+Span pitchSpan(const std::vector<PitchPoint>& points)
+{
+    std::vector<double> positions;
+    for (const PitchPoint& point : points) {
+        if (!point.isVoiced)
+            continue;
+        for (const float hz : {point.inputHz, point.outputHz})
+            positions.push_back(ScaleGrid::Position(static_cast<double>(hz)));
+    }
+    if (positions.empty())
+        return {36.0, 60.0};  // C3 to C5
+    std::sort(positions.begin(), positions.end());
+    const std::size_t cut = positions.size() / 100;
+    const double low = positions[cut] - kMarginSemitones;
+    const double high = positions[positions.size() - 1 - cut] + kMarginSemitones;
+    const double missing = std::max(kFewestSemitones - (high - low), 0.0);
+    return {low - missing / 2, high + missing / 2};
+}
+
+/// A step of 1, 2 or 5 times a power of ten that cuts the duration into 16 pieces at most.
+double timeStep(double seconds)
+{
+    const double least = seconds / 16.0;
+    const double decade = std::pow(10.0, std::floor(std::log10(least)));
+    for (const double factor : {1.0, 2.0, 5.0}) {
+        if (factor * decade >= least)
+            return factor * decade;
+    }
+    return 10.0 * decade;
+}
+
+std::string settingsText(const RenderSettings& settings)
+{
+    std::string text =
+        fmt::format("{} {}  ·  {} intonation", settings.Text(Setting::kKey),
+                    settings.Text(Setting::kScale), settings.Text(Setting::kIntonation));
+    if (settings.Value(Setting::kDetune) != 0.0f)
+        text += fmt::format("  ·  detuned {:+} cents", settings.Value(Setting::kDetune));
+    text += settings.IsOn(Setting::kPitchCorrectionOnOff)
+                ? fmt::format("  ·  correction in {}", settings.Text(Setting::kPitchCorrectionTime))
+                : "  ·  no correction";
+    if (settings.IsOn(Setting::kTransposeOnOff))
+        text += fmt::format("  ·  pitch {:+}, formants {:+} cents",
+                            settings.Value(Setting::kPitchShift),
+                            settings.Value(Setting::kFormantShift));
+    return text + "  ·  " + settings.Text(Setting::kSourceType);
+}
+
+class PitchPlot
+{
+public:
+    PitchPlot(const RenderRequest& request, const RenderResult& result)
+        : mRequest(request)
+        , mResult(result)
+        , mSpan(pitchSpan(result.points))
+        , mSeconds(std::max(result.Seconds(), 1e-3))
+        , mSurface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, kPlotWidth, kPlotHeight))
+        , mContext(cairo_create(mSurface.get()))
+    {
+    }
+
+    void Draw()
+    {
+        SetColour(kPaper);
+        cairo_paint(mContext.get());
+        DrawTimes();
+        DrawNotes();
+        DrawFrame();
+        DrawCurve(&PitchPoint::inputHz, kInputCurveColour, kInputWidth);
+        DrawCurve(&PitchPoint::outputHz, kOutputCurveColour, kOutputWidth);
+        DrawHeading();
+        DrawLegend();
+    }
+
+    [[nodiscard]] cairo_status_t Write(const std::filesystem::path& path) const
+    {
+        return cairo_surface_write_to_png(mSurface.get(), path.c_str());
+    }
+
+private:
+    [[nodiscard]] double X(double seconds) const
+    {
+        return kLeft + (kRight - kLeft) * seconds / mSeconds;
+    }
+
+    [[nodiscard]] double Y(double position) const
+    {
+        return kBottom - (kBottom - kTop) * (position - mSpan.low) / (mSpan.high - mSpan.low);
+    }
+
+    void SetColour(unsigned colour)
+    {
+        const auto part = [colour](int shift) { return ((colour >> shift) & 0xFFu) / 255.0; };
+        cairo_set_source_rgb(mContext.get(), part(16), part(8), part(0));
+    }
+
+    void Line(double x1, double y1, double x2, double y2, unsigned colour, double width)
+    {
+        SetColour(colour);
+        cairo_set_line_width(mContext.get(), width);
+        cairo_move_to(mContext.get(), x1, y1);
+        cairo_line_to(mContext.get(), x2, y2);
+        cairo_stroke(mContext.get());
+    }
+
+    /// y is the middle of the line of text; one that is wider than limit ends in dots.
+    void Text(const std::string& text, double x, double y, const TextStyle& style,
+              double limit = kRight - kLeft)
+    {
+        const std::unique_ptr<PangoLayout, GObjectFreer> layout(
+            pango_cairo_create_layout(mContext.get()));
+        PangoFontDescription* font =
+            pango_font_description_from_string("Liberation Sans, DejaVu Sans, Sans");
+        pango_font_description_set_absolute_size(font, style.size * PANGO_SCALE);
+        pango_font_description_set_weight(font,
+                                          style.isBold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+        pango_layout_set_font_description(layout.get(), font);
+        pango_font_description_free(font);
+        pango_layout_set_text(layout.get(), text.c_str(), -1);
+        int width = 0;
+        int height = 0;
+        pango_layout_get_pixel_size(layout.get(), &width, &height);
+        if (width > limit) {
+            pango_layout_set_width(layout.get(), static_cast<int>(limit * PANGO_SCALE));
+            pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_MIDDLE);
+            width = static_cast<int>(limit);
+        }
+        const double shift = style.align == Align::kStart    ? 0.0
+                             : style.align == Align::kCentre ? width / 2.0
+                                                             : width;
+        SetColour(style.colour);
+        cairo_move_to(mContext.get(), x - shift, y - height / 2.0);
+        pango_cairo_show_layout(mContext.get(), layout.get());
+    }
+
+    void DrawTimes()
+    {
+        const double step = timeStep(mSeconds);
+        const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
+        for (int i = 0; i * step <= mSeconds * (1.0 + 1e-9); ++i) {
+            const double x = std::round(X(i * step)) + 0.5;
+            Line(x, kTop, x, kBottom, kTimeLine, 1.0);
+            Line(x, kBottom, x, kBottom + 6, kFrameLine, 1.0);
+            Text(fmt::format("{:.{}f}", i * step, decimals), x, kBottom + 19,
+                 {14.0, kPaleInk, false, Align::kCentre});
+        }
+        Text("seconds", (kLeft + kRight) / 2, kBottom + 47,
+             {15.0, kPaleInk, false, Align::kCentre});
+    }
+
+    void DrawNotes()
+    {
+        const ScaleGrid grid(mRequest.settings);
+        const double row = (kBottom - kTop) / (mSpan.high - mSpan.low);  // height of a semitone
+        const auto notes = grid.Notes(mSpan.low - 1, mSpan.high + 1);
+        cairo_save(mContext.get());
+        cairo_rectangle(mContext.get(), kLeft, kTop, kRight - kLeft, kBottom - kTop);
+        cairo_clip(mContext.get());
+        for (const ScaleGrid::Note& note : notes) {
+            if (!note.isInScale)
+                DrawOffScaleRow(note, row);
+        }
+        for (const ScaleGrid::Note& note : notes)
+            DrawNoteLine(note);
+        cairo_restore(mContext.get());
+        for (const ScaleGrid::Note& note : grid.Notes(mSpan.low, mSpan.high))
+            DrawNoteName(note, row);
+    }
+
+    void DrawOffScaleRow(const ScaleGrid::Note& note, double row)
+    {
+        SetColour(kOffScaleRow);
+        cairo_rectangle(mContext.get(), kLeft, Y(note.position) - row / 2, kRight - kLeft, row);
+        cairo_fill(mContext.get());
+    }
+
+    void DrawNoteLine(const ScaleGrid::Note& note)
+    {
+        const double y = std::round(Y(note.position)) + (note.isRoot ? 0.0 : 0.5);
+        const unsigned colour = note.isRoot      ? kRootLine
+                                : note.isInScale ? kScaleLine
+                                                 : kOffScaleLine;
+        Line(kLeft, y, kRight, y, colour, note.isRoot ? 2.0 : 1.0);
+    }
+
+    /// Where the rows are too low for every name, those that matter least are left out.
+    void DrawNoteName(const ScaleGrid::Note& note, double row)
+    {
+        const double needed = note.isRoot ? 0.0 : note.isInScale ? 8.5 : 13.0;
+        if (row < needed)
+            return;
+        const double size = std::clamp(row * 0.9, 11.0, 16.0);
+        const unsigned colour = note.isInScale ? kInk : 0x9AA3AF;
+        Text(note.name, kLeft - 12, Y(note.position), {size, colour, note.isRoot, Align::kEnd});
+    }
+
+    void DrawFrame()
+    {
+        SetColour(kFrameLine);
+        cairo_set_line_width(mContext.get(), 1.0);
+        cairo_rectangle(mContext.get(), kLeft + 0.5, kTop + 0.5, kRight - kLeft, kBottom - kTop);
+        cairo_stroke(mContext.get());
+    }
+
+    void DrawCurve(float PitchPoint::*pitch, unsigned colour, double width)
+    {
+        cairo_save(mContext.get());
+        cairo_rectangle(mContext.get(), kLeft, kTop, kRight - kLeft, kBottom - kTop);
+        cairo_clip(mContext.get());
+        cairo_set_line_cap(mContext.get(), CAIRO_LINE_CAP_ROUND);
+        cairo_set_line_join(mContext.get(), CAIRO_LINE_JOIN_ROUND);
+        bool isJoined = false;
+        double last = 0.0;
+        for (const PitchPoint& point : mResult.points) {
+            const double position = ScaleGrid::Position(static_cast<double>(point.*pitch));
+            isJoined = isJoined && std::fabs(position - last) <= kJoinedSemitones;
+            if (point.isVoiced)
+                Continue(X(point.seconds), Y(position), isJoined);
+            isJoined = point.isVoiced;
+            last = position;
+        }
+        SetColour(colour);
+        cairo_set_line_width(mContext.get(), width);
+        cairo_stroke(mContext.get());
+        cairo_restore(mContext.get());
+    }
+
+    void Continue(double x, double y, bool isJoined)
+    {
+        if (!isJoined)
+            cairo_move_to(mContext.get(), x, y);
+        cairo_line_to(mContext.get(), x, y);  // a dot, where the pen has just been set down
+    }
+
+    void DrawHeading()
+    {
+        const double limit = kRight - kLeft - 420;  // as far as the legend
+        Text(mRequest.input.filename().string(), kLeft, 38, {25.0, kInk, true}, limit);
+        Text(settingsText(mRequest.settings), kLeft, 74, {16.0, kPaleInk}, kRight - kLeft);
+        if (!mResult.before.median)
+            Text("no voice found", (kLeft + kRight) / 2, (kTop + kBottom) / 2,
+                 {22.0, kPaleInk, false, Align::kCentre});
+    }
+
+    void DrawLegend()
+    {
+        const auto entry = [this](const std::string& name, const ScaleDistance& distance, double x,
+                                  unsigned colour, double width) {
+            cairo_set_line_cap(mContext.get(), CAIRO_LINE_CAP_ROUND);
+            Line(x, 38, x + 34, 38, colour, width);
+            const std::string off =
+                distance.median ? fmt::format("{}, {:.1f} cents off", name, *distance.median)
+                                : name;
+            Text(off, x + 46, 38, {16.0, kInk}, 160);
+        };
+        entry("input", mResult.before, kRight - 406, kInputCurveColour, kInputWidth);
+        entry("output", mResult.after, kRight - 184, kOutputCurveColour, kOutputWidth);
+    }
+
+    const RenderRequest& mRequest;
+    const RenderResult& mResult;
+    Span mSpan;  // semitones above C0
+    double mSeconds;
+    std::unique_ptr<cairo_surface_t, CairoFreer> mSurface;
+    std::unique_ptr<cairo_t, CairoFreer> mContext;
+};
+
+}  // namespace
+
+void writePitchPlot(const std::filesystem::path& path, const std::string& name,
+                    const RenderRequest& request, const RenderResult& result)
+{
+    PitchPlot plot(request, result);
+    plot.Draw();
+    const cairo_status_t status = plot.Write(path);
+    if (status != CAIRO_STATUS_SUCCESS)
+        throw ZException(-1,
+                         fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
+}
+
+}  // namespace orvane

@@ -1,0 +1,122 @@
+#include "tools/render/EngineProcessor.h"
+#include "tools/render/Interruption.h"
+#include "tools/render/OfflineRender.h"
+#include "tools/render/RenderReport.h"
+#include "zlib/common/ZException.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr int kFailed = 2;
+constexpr int kLongestBlock = 65536;
+
+constexpr const char* kPurpose =
+    "Renders a sound file through the pitch processor: corrects its pitch to a key and scale, and "
+    "shifts pitch and formants. The output has the input's format and length.";
+
+std::string footer()
+{
+    return "Settings:\n" + settingsHelp() + R"(
+A mono file is heard on both sides, and its output is the left one. Distances from the scale are
+those of the voiced places: loud enough, periodic and steady.
+
+Examples:
+  kestrune-render voice.wav tuned.wav --set pitchCorrectionOnOff=On --set key=D --set scale=Minor
+  kestrune-render voice.flac hard.flac --set pitchCorrectionOnOff=On --set pitchCorrectionTime=0 \
+      --plot hard.png --report hard.json
+  kestrune-render voice.wav low.wav --set transposeOnOff=On --set PitchShift=-300 \
+      --set FormantShift=-150
+)";
+}
+
+void failWith(std::string message)
+{
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    fmt::print(stderr, "kestrune-render: {}\n", message);
+}
+
+/// Ends the program as the signal would have, so that a calling shell sees what happened.
+[[noreturn]] void endBySignal(int signal)
+{
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+    std::_Exit(128 + signal);
+}
+
+void run(RenderRequest request, const std::vector<std::string>& assignments)
+{
+    for (const std::string& assignment : assignments)
+        request.settings.Assign(assignment);
+    watchForInterruption();
+    EngineProcessor processor;
+    const RenderResult result = renderOffline(request, processor);
+    fmt::print("{}", textReport(request, result));
+}
+
+int parseAndRun(int argc, char** argv)
+{
+    RenderRequest request;
+    std::vector<std::string> assignments;
+    CLI::App app(kPurpose, "kestrune-render");
+    app.footer(footer);
+    app.set_version_flag("--version", "kestrune-render " KESTRUNE_VERSION);
+    app.add_option("IN", request.input, "Sound file, mono or stereo")->required();
+    app.add_option("OUT", request.output, "File to write, in the format of IN")->required();
+    app.add_option("--set", assignments, "A setting; can be given many times")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    app.add_option("--block", request.blockFrames,
+                   "Frames fed at a time, as a host would; the sound is the same for all")
+        ->check(CLI::Range(1, kLongestBlock))
+        ->capture_default_str();
+    app.add_option("--plot", request.plot, "Draws the pitch before and after")
+        ->type_name("FILE.png");
+    app.add_option("--report", request.report, "Writes all figures and the pitch track")
+        ->type_name("FILE.json");
+    app.add_flag("--keep-latency", request.keepsLatency,
+                 "Leaves the latency at the start of the output, which is longer by it");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+            return app.exit(error);
+        failWith(std::string(error.what()) + " (--help tells how to call it)");
+        return kFailed;
+    }
+    run(request, assignments);
+    return 0;
+}
+
+}  // namespace
+
+}  // namespace orvane
+
+int main(int argc, char** argv)
+{
+    using namespace orvane;
+    try {
+        return parseAndRun(argc, argv);
+    } catch (const Interruption& interruption) {
+        endBySignal(interruption.signal);
+    } catch (const ZException& exception) {
+        failWith(exception.GetMessage().ToNarrow());
+    } catch (const std::exception& exception) {
+        failWith(exception.what());
+    }
+    return kFailed;
+}
