@@ -1,0 +1,192 @@
+#include "tools/RenderProgram.h"
+
+#include "kestrune/common/KestruneScales.h"
+#include "tools/render/EngineProcessor.h"
+#include "tools/render/PitchTrack.h"
+#include "tools/render/RenderSettings.h"
+#include "tools/render/ScaleGrid.h"
+#include "tools/render/SoundFile.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr int kRate = 44100;
+
+double hzAt(double semitonesFromConcertPitch)
+{
+    return 440.0 * std::exp2(semitonesFromConcertPitch / 12.0);
+}
+
+ScaleGrid gridWith(std::initializer_list<const char*> assignments)
+{
+    RenderSettings settings;
+    for (const char* assignment : assignments)
+        settings.Assign(assignment);
+    return ScaleGrid(settings);
+}
+
+std::vector<float> processed(EngineProcessor& processor, const std::vector<float>& input)
+{
+    std::vector<float> left(input.size());
+    std::vector<float> right(input.size());
+    const float* const inputs[] = {input.data(), input.data()};
+    float* const outputs[] = {left.data(), right.data()};
+    processor.Process(inputs, outputs, static_cast<int>(input.size()));
+    return left;
+}
+
+/// Share of places that count as voiced when an engine tells of hz, steady, all over a sound.
+double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents = 0.0f)
+{
+    PitchTrack track(kRate, static_cast<int>(sound.size()), 2);
+    track.Feed({sound, sound}, static_cast<int>(sound.size()));
+    std::vector<PitchReading> readings;
+    for (std::int64_t frame = 2000; frame < std::ssize(sound) - 2000; frame += 512) {
+        const float sign = readings.size() % 2 == 0 ? 0.5f : -0.5f;
+        const float pitch = hz * std::exp2(sign * wobbleCents / 1200.0f);
+        readings.push_back({frame, pitch, pitch});
+    }
+    track.Add(readings);
+    track.Finish(std::ssize(sound));
+    const auto& points = track.Points();
+    const auto voiced =
+        std::count_if(points.begin(), points.end(), [](const PitchPoint& p) { return p.isVoiced; });
+    return static_cast<double>(voiced) / static_cast<double>(points.size());
+}
+
+}  // namespace
+
+TEST(EngineProcessorTest, LatencyIsThatOfEngineAndHopAtEveryRate)
+{
+    EngineProcessor processor;
+    for (const auto& [rate, latency] : {std::pair(44100, 18871), std::pair(48000, 20536),
+                                        std::pair(88200, 37722), std::pair(96000, 41063)})
+    {
+        processor.Prepare(rate);
+        EXPECT_EQ(processor.Latency(), latency) << rate;
+    }
+}
+
+TEST(EngineProcessorTest, SettingsGivenBeforeAndAfterPrepareAreInForceFromTheStart)
+{
+    const std::vector<float> voice = testVoice(1, 1.0).samples;
+    EngineProcessor before;
+    before.Set("pitchCorrectionOnOff", 1.0f);
+    before.Set("key", 1.0f);
+    before.Prepare(kRate);
+    EngineProcessor after;
+    after.Prepare(kRate);
+    after.Set("key", 1.0f);
+    after.Set("pitchCorrectionOnOff", 1.0f);
+    EngineProcessor dry;
+    dry.Prepare(kRate);
+    const std::vector<float> wet = processed(before, voice);
+    EXPECT_EQ(wet, processed(after, voice));
+    EXPECT_NE(wet, processed(dry, voice));
+}
+
+TEST(EngineProcessorTest, PreparingAgainForgetsTheSound)
+{
+    const std::vector<float> voice = testVoice(1, 0.6).samples;
+    EngineProcessor processor;
+    processor.Set("pitchCorrectionOnOff", 1.0f);
+    processor.Prepare(kRate);
+    const std::vector<float> first = processed(processor, voice);
+    processor.Prepare(kRate);
+    EXPECT_EQ(processed(processor, voice), first);
+}
+
+// The pitch steps in the middle; the readings must step at that place of the input.
+TEST(EngineProcessorTest, ReadingsStandWhereThePitchWasSung)
+{
+    std::vector<float> voice = testVoice(1, 1.0).samples;
+    TestSound upper = testVoice(2, 1.0);
+    for (std::size_t i = 0; i < upper.Frames(); ++i)
+        voice.push_back(upper.samples[2 * i + 1]);
+    const auto step = static_cast<std::int64_t>(voice.size() / 2);
+    EngineProcessor processor;
+    processor.Prepare(kRate);
+    processed(processor, voice);
+    std::int64_t found = -1;
+    for (const PitchReading& reading : processor.Readings()) {
+        if (found < 0 && reading.frame > kRate / 2 && reading.inputHz > 320.0f)
+            found = reading.frame;
+    }
+    EXPECT_NEAR(static_cast<double>(found - step) / kRate, 0.0, 0.03);
+}
+
+TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
+{
+    const ScaleGrid cMajor = gridWith({});
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(0.3)), 30.0, 1e-3);   // over A
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(1.1)), 90.0, 1e-3);   // A#, nearer to B
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(2.9)), 10.0, 1e-3);   // under the root
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(-33.0)), 0.0, 1e-3);  // a root, three octaves down
+    const ScaleGrid just = gridWith({"intonation=Classic Just"});
+    EXPECT_NEAR(just.CentsOff(hzAt(-5.0)), 14.0, 1e-3);  // E of equal temperament
+    EXPECT_NEAR(gridWith({"detune=50"}).CentsOff(hzAt(0.0)), 50.0, 1e-3);
+}
+
+TEST(ScaleGridTest, NotesCarryTheirNamesAndRank)
+{
+    const auto notes = gridWith({"key=A", "scale=Minor"}).Notes(56.5, 60.5);
+    ASSERT_EQ(notes.size(), 4u);
+    EXPECT_EQ(notes[0].name, "A4");
+    EXPECT_TRUE(notes[0].isRoot);
+    EXPECT_NEAR(notes[0].position, 57.0, 1e-6);
+    EXPECT_EQ(notes[1].name, "A#4");
+    EXPECT_FALSE(notes[1].isInScale);
+    EXPECT_EQ(notes[2].name, "B4");
+    EXPECT_TRUE(notes[2].isInScale);
+    EXPECT_EQ(notes[3].name, "C5");
+    EXPECT_FALSE(notes[3].isRoot);
+    EXPECT_EQ(gridWith({}).Notes(-0.5, 0.5).front().name, "C0");
+}
+
+TEST(PitchTrackTest, OnlyALoudPeriodicSteadyPlaceIsVoiced)
+{
+    const std::vector<float> voice = testVoice(1, 1.0).samples;
+    EXPECT_GT(voicedShare(voice, 223.845f), 0.95);
+    EXPECT_LT(voicedShare(voice, 310.0f), 0.05) << "not the period of the sound";
+    EXPECT_LT(voicedShare(voice, 223.845f, 100.0f), 0.05) << "not steady";
+
+    std::vector<float> soft = voice;
+    for (float& sample : soft)
+        sample *= 1e-4f;
+    EXPECT_EQ(voicedShare(soft, 223.845f), 0.0);
+
+    std::minstd_rand random(1);
+    std::uniform_real_distribution<float> uniform(-0.3f, 0.3f);
+    std::vector<float> noise(voice.size());
+    for (float& sample : noise)
+        sample = uniform(random);
+    EXPECT_LT(voicedShare(noise, 223.845f), 0.05);
+    EXPECT_EQ(voicedShare(std::vector<float>(voice.size(), 0.25f), 223.845f), 0.0) << "an offset";
+}
+
+TEST(PitchTrackTest, DistancesAreMedianAndNinetyFifthOfAHundred)
+{
+    std::vector<PitchPoint> points;
+    for (int cents = 100; cents > 0; --cents) {
+        const auto hz = static_cast<float>(hzAt(0.004 * cents));
+        points.push_back({0.0, hz, 440.0f, 1.0f, 1.0f, true});
+        points.push_back({0.0, 466.0f, 466.0f, 1.0f, 1.0f, false});
+    }
+    const ScaleGrid grid = gridWith({});
+    const ScaleDistance before = distanceFromScale(points, grid, &PitchPoint::inputHz);
+    EXPECT_NEAR(before.median.value(), 20.0, 0.01);
+    EXPECT_NEAR(before.percentile95.value(), 38.0, 0.01);
+    const ScaleDistance after = distanceFromScale(points, grid, &PitchPoint::outputHz);
+    EXPECT_NEAR(after.percentile95.value(), 0.0, 0.01);
+    EXPECT_FALSE(distanceFromScale({}, grid, &PitchPoint::inputHz).median.has_value());
+}
+
+}  // namespace orvane

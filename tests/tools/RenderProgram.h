@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <sndfile.h>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+/// Sound as a file holds it, channels interleaved.
+struct TestSound
+{
+    int rate = 44100;
+    int channels = 1;
+    int format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+    std::vector<float> samples;
+
+    [[nodiscard]] std::size_t Frames() const
+    {
+        return samples.size() / static_cast<std::size_t>(channels);
+    }
+};
+
+void writeSound(const std::filesystem::path& path, const TestSound& sound);
+[[nodiscard]] TestSound readSound(const std::filesystem::path& path);
+
+/// A vowel of 0.3 s and more, 30 cents above A3, on the left, and a softer octave on the right
+/// where there are two channels.
+[[nodiscard]] TestSound testVoice(int channels, double seconds, int rate = 44100);
+
+/// A folder that is gone with its object.
+class ScratchFolder
+{
+public:
+    ScratchFolder();
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    [[nodiscard]] std::string Path(const std::string& name) const { return mPath / name; }
+    /// Names of all that is in it, in order.
+    [[nodiscard]] std::vector<std::string> Names() const;
+
+private:
+    std::filesystem::path mPath;
+};
+
+/// How a run of the program ended.
+struct ProgramRun
+{
+    int status = -1;  // of its exit; -1 where a signal ended it
+    int signal = 0;
+    std::string out;
+    std::string err;
+};
+
+/// The program, running; its streams go to files.
+class RenderProgram
+{
+public:
+    explicit RenderProgram(const std::vector<std::string>& arguments);
+    [[nodiscard]] int Process() const { return mProcess; }
+    /// Waits for the end.
+    [[nodiscard]] ProgramRun Finish();
+
+private:
+    ScratchFolder mStreams;
+    int mProcess = 0;
+};
+
+[[nodiscard]] inline ProgramRun runRender(const std::vector<std::string>& arguments)
+{
+    return RenderProgram(arguments).Finish();
+}
+
+}  // namespace orvane

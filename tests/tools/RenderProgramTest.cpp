@@ -1,0 +1,374 @@
+#include "tools/RenderProgram.h"
+
+#include "tools/render/PitchPlot.h"
+
+#include <cairo.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <fstream>
+#include <limits>
+#include <memory>
+#include <set>
+#include <thread>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::size_t kLatency = 18871;  // at 44100 Hz
+
+using Words = std::vector<std::string>;
+
+Words operator+(Words words, const Words& more)
+{
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+const Words kCorrect{"--set", "pitchCorrectionOnOff=On"};
+
+nlohmann::json jsonIn(const std::string& path)
+{
+    return nlohmann::json::parse(std::ifstream(path));
+}
+
+class RenderProgramTest : public testing::Test
+{
+protected:
+    /// Renders a sound with more arguments; the run must succeed.
+    TestSound Render(const TestSound& sound, const Words& more)
+    {
+        writeSound(In(), sound);
+        const ProgramRun run = runRender(Words{In(), Out()} + more);
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(run.err, "");
+        return readSound(Out());
+    }
+
+    [[nodiscard]] std::string In() const { return mFolder.Path("in"); }
+    [[nodiscard]] std::string Out() const { return mFolder.Path("out"); }
+
+    ScratchFolder mFolder;
+};
+
+bool allFinite(const std::vector<float>& samples)
+{
+    return std::all_of(samples.begin(), samples.end(), [](float s) { return std::isfinite(s); });
+}
+
+}  // namespace
+
+TEST_F(RenderProgramTest, OutputDoesNotDependOnTheBlockSize)
+{
+    const TestSound voice = testVoice(2, 0.5);
+    const TestSound whole = Render(voice, kCorrect);
+    ASSERT_EQ(whole.Frames(), voice.Frames());
+    EXPECT_NE(whole.samples, voice.samples);
+    for (const char* block : {"1", "64", "512", "1000", "4096", "65536"})
+        EXPECT_EQ(Render(voice, kCorrect + Words{"--block", block}).samples, whole.samples)
+            << block;
+}
+
+TEST_F(RenderProgramTest, DryOutputIsTheInputInItsOwnFormat)
+{
+    for (const int format : {SF_FORMAT_WAV | SF_FORMAT_PCM_U8, SF_FORMAT_WAV | SF_FORMAT_PCM_16,
+                             SF_FORMAT_WAV | SF_FORMAT_PCM_24, SF_FORMAT_WAV | SF_FORMAT_FLOAT,
+                             SF_FORMAT_WAVEX | SF_FORMAT_PCM_24, SF_FORMAT_AIFF | SF_FORMAT_PCM_16,
+                             SF_FORMAT_FLAC | SF_FORMAT_PCM_16, SF_FORMAT_FLAC | SF_FORMAT_PCM_24})
+    {
+        for (const int channels : {1, 2}) {
+            SCOPED_TRACE(testing::Message() << std::hex << format << ", channels " << channels);
+            TestSound voice = testVoice(channels, 0.3);
+            voice.format = format;
+            voice.samples[100] = 1.0f;
+            voice.samples[102] = -1.0f;
+            const TestSound output = Render(voice, {});
+            const TestSound input = readSound(In());
+            EXPECT_EQ(output.format, input.format);
+            EXPECT_EQ(output.rate, input.rate);
+            EXPECT_EQ(output.channels, input.channels);
+            EXPECT_EQ(output.samples, input.samples);
+        }
+    }
+}
+
+TEST_F(RenderProgramTest, KeptLatencyLeavesTheDelayAtTheStart)
+{
+    const TestSound voice = testVoice(1, 0.3);
+    const TestSound output = Render(voice, {"--keep-latency"});
+    std::vector<float> delayed(kLatency, 0.0f);
+    delayed.insert(delayed.end(), voice.samples.begin(), voice.samples.end());
+    EXPECT_EQ(output.samples, delayed);
+}
+
+TEST_F(RenderProgramTest, CompensatedOutputIsTheKeptOneFromTheLatencyOn)
+{
+    const TestSound voice = testVoice(1, 0.4);
+    const std::vector<float> kept = Render(voice, kCorrect + Words{"--keep-latency"}).samples;
+    const std::vector<float> compensated = Render(voice, kCorrect).samples;
+    ASSERT_EQ(kept.size(), compensated.size() + kLatency);
+    EXPECT_TRUE(std::equal(compensated.begin(), compensated.end(), kept.begin() + kLatency));
+}
+
+TEST_F(RenderProgramTest, LossyFilesKeepTheirForm)
+{
+    TestSound voice = testVoice(2, 0.5);
+    voice.format = SF_FORMAT_OGG | SF_FORMAT_VORBIS;
+    const TestSound output = Render(voice, kCorrect);
+    EXPECT_EQ(output.format, voice.format);
+    EXPECT_EQ(output.rate, voice.rate);
+    EXPECT_EQ(output.channels, 2);
+    EXPECT_EQ(output.Frames(), voice.Frames());
+}
+
+TEST_F(RenderProgramTest, MonoIsTheLeftSideOfTheSameOnBothSides)
+{
+    const TestSound mono = testVoice(1, 0.3);
+    TestSound stereo = mono;
+    stereo.channels = 2;
+    stereo.samples.clear();
+    for (const float sample : mono.samples)
+        stereo.samples.insert(stereo.samples.end(), {sample, sample});
+    const std::vector<float> single = Render(mono, kCorrect).samples;
+    const std::vector<float> both = Render(stereo, kCorrect).samples;
+    ASSERT_EQ(both.size(), 2 * single.size());
+    for (std::size_t i = 0; i < single.size(); ++i)
+        ASSERT_EQ(single[i], both[2 * i]) << i;
+}
+
+TEST_F(RenderProgramTest, TextsAndNumbersOfSettingsMeanTheSame)
+{
+    const TestSound voice = testVoice(1, 0.3);
+    const auto with = [&](const Words& assignments) {
+        Words words;
+        for (const std::string& assignment : assignments)
+            words = words + Words{"--set", assignment};
+        return Render(voice, words).samples;
+    };
+    EXPECT_EQ(with({"pitchCorrectionOnOff=On", "key=G#", "scale=Blues", "intonation=Bali/Java",
+                    "sourceType=Male (D2 - B4)", "pitchReference=Left"}),
+              with({"pitchCorrectionOnOff=1", "key=11", "scale=3", "intonation=5", "sourceType=1",
+                    "pitchReference=0"}));
+    EXPECT_EQ(with({"TRANSPOSEonoff=oN", "pitchshift=+300", "FormantShift=-50"}),
+              with({"transposeOnOff=On", "PitchShift=300.0", "FormantShift=-50"}));
+}
+
+TEST_F(RenderProgramTest, ReportTellsWhatCorrectionDid)
+{
+    const std::string report = mFolder.Path("report.json");
+    Render(testVoice(1, 1.5), kCorrect + Words{"--set", "key=D", "--report", report});
+    const nlohmann::json json = jsonIn(report);
+    EXPECT_EQ(json["file"], In());
+    EXPECT_EQ(json["rate"], 44100);
+    EXPECT_EQ(json["channels"], 1);
+    EXPECT_EQ(json["frames"], 66150);
+    EXPECT_DOUBLE_EQ(json["duration_seconds"], 1.5);
+    EXPECT_EQ(json["latency_samples"], kLatency);
+    EXPECT_NEAR(json["latency_ms"], 427.9, 0.1);
+    EXPECT_EQ(json["settings"].size(), 11u);
+    EXPECT_EQ(json["settings"]["key"]["value"], 5);
+    EXPECT_EQ(json["settings"]["key"]["text"], "D");
+    EXPECT_EQ(json["settings"]["pitchCorrectionTime"]["text"], "50 ms");
+    EXPECT_GT(json["times_realtime"], 0.0);
+
+    EXPECT_NEAR(json["before"]["median_cents"], 30.0, 3.0);
+    EXPECT_LT(json["after"]["median_cents"], 3.0);
+    EXPECT_GE(json["before"]["p95_cents"], json["before"]["median_cents"]);
+
+    const nlohmann::json& pitch = json["pitch"];
+    for (const char* name : {"input_hz", "output_hz", "voiced"})
+        EXPECT_EQ(pitch[name].size(), pitch["time"].size()) << name;
+    EXPECT_NEAR(static_cast<double>(pitch["time"].size()), 1.5 / 0.0116, 3.0);
+    EXPECT_TRUE(std::is_sorted(pitch["time"].begin(), pitch["time"].end()));
+    const auto voiced = std::count(pitch["voiced"].begin(), pitch["voiced"].end(), true);
+    EXPECT_GT(static_cast<double>(voiced), 0.8 * static_cast<double>(pitch["time"].size()));
+}
+
+TEST_F(RenderProgramTest, SilenceHasNoVoiceToReportOn)
+{
+    const std::string report = mFolder.Path("report.json");
+    TestSound silence;
+    silence.samples.assign(44100, 0.0f);
+    const TestSound output =
+        Render(silence, kCorrect + Words{"--report", report, "--plot", mFolder.Path("p.png")});
+    EXPECT_EQ(output.samples, silence.samples);
+    EXPECT_TRUE(jsonIn(report)["before"]["median_cents"].is_null());
+}
+
+TEST_F(RenderProgramTest, ShortFilesKeepTheirLength)
+{
+    const Words all =
+        kCorrect + Words{"--report", mFolder.Path("r.json"), "--plot", mFolder.Path("p.png")};
+    for (const std::size_t frames : {0u, 1u, 511u, 512u, 1024u}) {
+        TestSound sound;
+        sound.channels = 2;
+        sound.samples.assign(2 * frames, 0.25f);
+        EXPECT_EQ(Render(sound, all).Frames(), frames);
+        EXPECT_EQ(Render(sound, {}).samples, sound.samples) << frames;
+    }
+    EXPECT_EQ(Render(TestSound{}, {"--keep-latency"}).Frames(), 0u);
+}
+
+TEST_F(RenderProgramTest, RatesFromLowToHighAreRendered)
+{
+    for (const int rate : {8000, 48000, 384000}) {
+        const std::string report = mFolder.Path("report.json");
+        const TestSound voice = testVoice(1, 1.0, rate);
+        const TestSound output = Render(voice, kCorrect + Words{"--report", report});
+        EXPECT_EQ(output.Frames(), voice.Frames()) << rate;
+        EXPECT_TRUE(allFinite(output.samples));
+        EXPECT_LT(jsonIn(report)["after"]["median_cents"], 5.0) << rate;
+    }
+}
+
+TEST_F(RenderProgramTest, SamplesThatAreNoNumbersBecomeSilence)
+{
+    TestSound voice = testVoice(1, 0.5);
+    voice.samples[5000] = std::numeric_limits<float>::quiet_NaN();
+    voice.samples[5001] = std::numeric_limits<float>::infinity();
+    voice.samples[5002] = 3e38f;
+    const std::string report = mFolder.Path("report.json");
+    for (const Words& settings : {Words{}, kCorrect})
+        EXPECT_TRUE(allFinite(Render(voice, settings + Words{"--report", report}).samples));
+    EXPECT_EQ(jsonIn(report)["samples_not_finite"], 2);
+}
+
+TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
+{
+    writeSound(mFolder.Path("voice.wav"), testVoice(1, 0.1));
+    TestSound many = testVoice(1, 0.1);
+    many.channels = 8;
+    many.samples.resize(800);
+    writeSound(mFolder.Path("many.wav"), many);
+    writeSound(mFolder.Path("slow.wav"), {7000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, {0.0f}});
+    std::ofstream(mFolder.Path("text.wav")) << "not a sound";
+    std::filesystem::create_symlink("voice.wav", mFolder.Path("link.wav"));
+    const std::vector<std::string> names = mFolder.Names();
+    const std::vector<float> samples = readSound(mFolder.Path("voice.wav")).samples;
+
+    struct Refusal
+    {
+        Words arguments;
+        std::string says;
+    };
+    const std::string in = mFolder.Path("voice.wav");
+    const std::string out = mFolder.Path("out.wav");
+    const std::vector<Refusal> refusals{
+        {{in, out, "--set", "tempo=3"}, "settings are pitchCorrectionOnOff, transposeOnOff, key"},
+        {{in, out, "--set", "key"}, "NAME=VALUE"},
+        {{in, out, "--set", "key=H"}, "A (0), A# (1), B (2)"},
+        {{in, out, "--set", "key=12"}, "G# (11)"},
+        {{in, out, "--set", "key=1.5"}, "G# (11)"},
+        {{in, out, "--set", "PitchShift=1201"}, "from -1200 to 1200 (cents)"},
+        {{in, out, "--set", "PitchShift=nan"}, "from -1200 to 1200 (cents)"},
+        {{in, out, "--set", "pitchCorrectionTime=50ms"}, "from 0 to 400 (ms)"},
+        {{in, out, "--set", "detune="}, "from -50 to 50"},
+        {{in, out, "--block", "0"}, "not in range 1 to 65536"},
+        {{in, out, "--block", "65537"}, "not in range 1 to 65536"},
+        {{in, out, "--speed"}, "--help"},
+        {{in}, "OUT is required"},
+        {{}, "required"},
+        {{mFolder.Path("none.wav"), out}, "no such file"},
+        {{mFolder.Path("text.wav"), out}, "WAV, AIFF, FLAC"},
+        {{mFolder.Path("many.wav"), out}, "8 channels"},
+        {{mFolder.Path("slow.wav"), out}, "8000 to 768000 Hz"},
+        {{in, in}, "name another output"},
+        {{mFolder.Path("link.wav"), in}, "name another output"},
+        {{in, mFolder.Path("none/out.wav")}, "no folder"},
+        {{in, mFolder.Path("")}, "folder"},
+        {{in, "/dev/null"}, "not an ordinary file"},
+        {{in, mFolder.Path("out.flac")}, "keeps that of the input, WAV"},
+        {{in, out, "--plot", out}, "named twice"},
+        {{in, out, "--report", mFolder.Path("r"), "--plot", mFolder.Path("r")}, "named twice"},
+        {{in, out, "--plot", mFolder.Path("none/p.png")}, "no folder"},
+        {{in, out, "--report", mFolder.Path("none/r.json")}, "no folder"},
+    };
+    for (const Refusal& refusal : refusals) {
+        const ProgramRun run = runRender(refusal.arguments);
+        SCOPED_TRACE(refusal.says + " <- " + run.err);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
+        EXPECT_NE(run.err.find(refusal.says), std::string::npos);
+        EXPECT_EQ(mFolder.Names(), names);
+    }
+    EXPECT_EQ(readSound(mFolder.Path("voice.wav")).samples, samples);
+}
+
+TEST_F(RenderProgramTest, BreakingOffLeavesNothingAndEndsByTheSignal)
+{
+    TestSound quiet;
+    quiet.samples.assign(44100 * 60, 0.0f);
+    writeSound(In(), quiet);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        RenderProgram program(Words{In(), Out(), "--block", "1"} + kCorrect);
+        while (mFolder.Names().size() < 2)  // until the output is on its way
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        kill(program.Process(), signal);
+        EXPECT_EQ(program.Finish().signal, signal);
+        EXPECT_EQ(mFolder.Names(), Words{"in"});
+    }
+}
+
+TEST_F(RenderProgramTest, HelpAndVersionAreNoFailures)
+{
+    const ProgramRun help = runRender({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("Examples:"), std::string::npos);
+    EXPECT_NE(help.out.find("FormantShift"), std::string::npos);
+    const ProgramRun version = runRender({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out.rfind("kestrune-render ", 0), 0u);
+}
+
+namespace
+{
+
+/// Columns of a picture in which a colour, 0xRRGGBB, occurs below its heading.
+std::set<int> columnsWith(const std::string& path, unsigned colour)
+{
+    constexpr int kHeading = 100;  // pixels, with the legend in it
+    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> picture(
+        cairo_image_surface_create_from_png(path.c_str()), cairo_surface_destroy);
+    EXPECT_EQ(cairo_image_surface_get_width(picture.get()), kPlotWidth);
+    EXPECT_EQ(cairo_image_surface_get_height(picture.get()), kPlotHeight);
+    const unsigned char* data = cairo_image_surface_get_data(picture.get());
+    const int stride = cairo_image_surface_get_stride(picture.get());
+    std::set<int> columns;
+    for (int y = kHeading; data && y < kPlotHeight; ++y) {
+        for (int x = 0; x < kPlotWidth; ++x) {
+            const unsigned char* pixel = data + y * stride + 4 * x;
+            if ((pixel[0] | pixel[1] << 8 | pixel[2] << 16) == static_cast<int>(colour))
+                columns.insert(x);
+        }
+    }
+    return columns;
+}
+
+}  // namespace
+
+TEST_F(RenderProgramTest, PlotShowsBothCurvesAndLeavesSilenceEmpty)
+{
+    TestSound voice = testVoice(1, 1.0);
+    const std::vector<float> sung = voice.samples;
+    voice.samples.resize(2 * sung.size(), 0.0f);
+    voice.samples.insert(voice.samples.end(), sung.begin(), sung.end());
+    const std::string plot = mFolder.Path("plot.png");
+    Render(voice, kCorrect + Words{"--plot", plot});
+
+    const std::set<int> input = columnsWith(plot, kInputCurveColour);
+    const std::set<int> output = columnsWith(plot, kOutputCurveColour);
+    EXPECT_GT(input.size(), 700u);
+    EXPECT_GT(output.size(), 700u);
+    for (int x = kPlotWidth / 2 - 150; x < kPlotWidth / 2 + 150; ++x)
+        ASSERT_FALSE(input.contains(x) || output.contains(x)) << x;
+}
+
+}  // namespace orvane
