@@ -16,7 +16,7 @@ namespace
 
 // Stands for an application: the registry only hands the pointer on.
 char applicationStandIn = 0;
-ZApp* const kApp = reinterpret_cast<ZApp*>(&applicationStandIn);
+ZApplication* const kApp = reinterpret_cast<ZApplication*>(&applicationStandIn);
 
 struct Listener
 {
@@ -27,19 +27,19 @@ struct Listener
 class Plain : public ZObject
 {
 public:
-    Plain(const boost::shared_ptr<ZXMLElement>& xml, ZApp* app)
+    Plain(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* app)
         : ZObject(xml)
         , givenApp(app)
     {
     }
-    ZApp* givenApp;
+    ZApplication* givenApp;
 };
 
 /// Has its object part behind another base, and takes an argument of its own.
 class Mixed : public Listener, public ZHandler
 {
 public:
-    Mixed(const boost::shared_ptr<ZXMLElement>& xml, ZApp* /*app*/, int kind)
+    Mixed(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* /*app*/, int kind)
         : ZHandler(xml, nullptr)
         , givenKind(kind)
     {

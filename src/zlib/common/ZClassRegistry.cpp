@@ -14,7 +14,7 @@ ZClassRegistry::Registration standardClasses = nullptr;
 
 }  // namespace
 
-ZClassRegistry::ZClassRegistry(ZApp* app)
+ZClassRegistry::ZClassRegistry(ZApplication* app)
     : mApp(app)
 {
 }

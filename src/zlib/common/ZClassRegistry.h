@@ -23,7 +23,7 @@ public:
     using Registration = void (*)(ZClassRegistry& registry);
 
     /// Empty. The application may be null; it is not owned.
-    explicit ZClassRegistry(ZApp* app);
+    explicit ZClassRegistry(ZApplication* app);
     ZClassRegistry(const ZClassRegistry&) = delete;
     ZClassRegistry& operator=(const ZClassRegistry&) = delete;
 
@@ -44,7 +44,7 @@ public:
     Create(std::string_view className, const boost::shared_ptr<ZXMLElement>& xml) const;
 
 private:
-    ZApp* mApp;
+    ZApplication* mApp;
     std::map<std::string, std::unique_ptr<ZCreator>, std::less<>> mCreators;
 };
 

@@ -8,7 +8,7 @@
 namespace orvane
 {
 
-class ZApp;
+class ZApplication;
 class ZXMLElement;
 
 /// Makes objects of one class from their descriptions.
@@ -31,7 +31,7 @@ template <class T, auto... kArguments>
 class ZStandardCreator : public ZCreator
 {
 public:
-    explicit ZStandardCreator(ZApp* app)
+    explicit ZStandardCreator(ZApplication* app)
         : mApp(app)
     {
     }
@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    ZApp* mApp;
+    ZApplication* mApp;
 };
 
 }  // namespace orvane
