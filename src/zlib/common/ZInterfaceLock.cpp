@@ -1,5 +1,7 @@
 #include "zlib/common/ZInterfaceLock.h"
 
+#include "zlib/common/ZUndying.h"
+
 #include <cassert>
 #include <condition_variable>
 #include <cstdint>
@@ -62,8 +64,8 @@ private:
 // the process ends.
 FairRecursiveLock& theLock()
 {
-    static auto& lock = *new FairRecursiveLock;
-    return lock;
+    static const ZUndying<FairRecursiveLock> lock;
+    return *lock;
 }
 
 }  // namespace

@@ -2,9 +2,9 @@
 
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZThread.h"
+#include "zlib/common/ZUndying.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <mutex>
 #include <utility>
 
@@ -18,7 +18,6 @@ struct ZInterfaceThread::Engine
 
     static void Run(void* shared);
     static std::shared_ptr<Engine> Start();
-    static void StopAtExit();
     /// Ends the loop and waits for the thread, -1 without limit.
     void Stop(std::int32_t limitMicroseconds);
 };
@@ -39,14 +38,21 @@ struct ZInterfaceThread::Shared
     std::mutex mutex;  // guards all below
     std::shared_ptr<Engine> engine;
     int holds = 0;
-    bool stopsAtExit = false;
 
     // Never destroyed: boxes may be raised, and holds let go, until the very end of the process.
     static Shared& Get()
     {
-        static auto& shared = *new Shared;
-        return shared;
+        static const ZUndying<Shared> shared;
+        return *shared;
     }
+};
+
+/// Stops the thread as the process exits, or as the library is unloaded. An object rather than a
+/// function given to atexit: the system knows to which library the object belongs.
+struct ZInterfaceThread::AtExit
+{
+    AtExit() = default;
+    ~AtExit();
 };
 
 void ZInterfaceThread::Engine::Run(void* shared)
@@ -75,7 +81,7 @@ void ZInterfaceThread::Engine::Stop(std::int32_t limitMicroseconds)
     static_cast<void>(thread->Join(limitMicroseconds));
 }
 
-void ZInterfaceThread::Engine::StopAtExit()
+ZInterfaceThread::AtExit::~AtExit()
 {
     std::shared_ptr<Engine> engine;
     {
@@ -93,10 +99,8 @@ ZInterfaceThread::ZInterfaceThread()
     const std::lock_guard lock(shared.mutex);
     if (!shared.engine)
         shared.engine = Engine::Start();
-    // Registered late, so that it runs before anything the thread uses is destroyed; in a library
-    // it also runs as the library is unloaded.
-    if (!std::exchange(shared.stopsAtExit, true))
-        static_cast<void>(std::atexit(&Engine::StopAtExit));
+    // Made late, so that it goes before anything the thread uses is destroyed.
+    static const AtExit atExit;
     ++shared.holds;
     mEngine = shared.engine;
 }

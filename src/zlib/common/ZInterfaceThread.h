@@ -33,6 +33,7 @@ public:
     [[nodiscard]] static bool IsCurrent();
 
 private:
+    struct AtExit;
     struct Engine;
     struct Shared;
 

@@ -1,14 +1,15 @@
 #include "zlib/common/ZMessageBox.h"
 
 #include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/ZUndying.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -21,14 +22,15 @@ struct BoxState
     std::mutex mutex;
     ZMessageBox::Presenter presenter;
     ZMessageBox::ModalPresenter modalPresenter;
-    std::vector<ZString> onShow;  // texts of the boxes that are open or handed over
+    // Texts of the boxes that are open or handed over; a list, since it keeps no memory when empty.
+    std::list<ZString> onShow;
 };
 
 // Never destroyed: a failure may be reported until the very end of the process.
 BoxState& state()
 {
-    static auto& instance = *new BoxState;
-    return instance;
+    static const ZUndying<BoxState> boxes;
+    return *boxes;
 }
 
 const char* kindName(ZMessageBox::Kind kind)
