@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvane
+{
+
+/// Value of VstEvent::type for a VstMidiEvent; events of other types have another layout behind
+/// their heading.
+constexpr std::int32_t kVstMidiType = 1;
+
+/// The heading that all events share, with room for the rest.
+struct VstEvent
+{
+    std::int32_t type;
+    std::int32_t byteSize;     // without type and byteSize
+    std::int32_t deltaFrames;  // from the start of the next block
+    std::int32_t flags;
+    char data[16];
+};
+
+struct VstMidiEvent
+{
+    std::int32_t type;
+    std::int32_t byteSize;
+    std::int32_t deltaFrames;
+    std::int32_t flags;
+    std::int32_t noteLength;  // in sample frames, 0 where unknown
+    std::int32_t noteOffset;
+    char midiData[4];  // up to three bytes of MIDI, the rest 0
+    char detune;       // cents, -64 to 63
+    char noteOffVelocity;
+    char reserved1;
+    char reserved2;
+};
+
+/// A block's events, in order. The array is as long as numEvents says.
+struct VstEvents
+{
+    std::int32_t numEvents;
+    std::intptr_t reserved;
+    VstEvent* events[2];
+};
+
+}  // namespace orvane
