@@ -1,0 +1,58 @@
+#pragma once
+
+#include "pluginwrappers/common/AudioEffect.h"
+#include "pluginwrappers/common/VstEvents.h"
+#include "pluginwrappers/common/VstParameterProperties.h"
+
+#include <cstdint>
+#include <span>
+
+namespace orvane
+{
+
+/// Upper half of the plug-in interface's effect: what the interface gained with its second version.
+/// Most of its questions have one answer in this plug-in and are answered by the dispatcher itself;
+/// the operations are those that an effect may want to answer in its own way.
+class AudioEffectX : public AudioEffect
+{
+public:
+    using AudioEffect::AudioEffect;
+
+    std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                             void* ptr, float opt) override;
+
+    /// Fills properties when the parameter has some; true when it did.
+    virtual bool getParameterProperties(std::int32_t /*index*/,
+                                        VstParameterProperties* /*properties*/)
+    {
+        return false;
+    }
+    /// Name of any program; true when the program exists. category: -1 for all.
+    virtual bool getProgramNameIndexed(std::int32_t /*category*/, std::int32_t /*index*/,
+                                       std::span<char> /*text*/)
+    {
+        return false;
+    }
+    /// Takes the events of the block to come. [audio thread]
+    virtual std::int32_t processEvents(VstEvents* /*events*/) { return 1; }
+    virtual bool getVendorString(std::span<char> /*text*/) { return false; }
+    /// Both at once. [setup]
+    virtual bool setBlockSizeAndSampleRate(std::int32_t frames, float rate);
+
+protected:
+    /// Tells the host that latency or channels are others now.
+    bool ioChanged();
+    /// Asks the host for events.
+    void wantEvents();
+    /// A gesture of the user on a parameter begins and ends.
+    bool beginEdit(std::int32_t index);
+    bool endEdit(std::int32_t index);
+
+private:
+    std::intptr_t dispatchKey(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                              float opt);
+    std::intptr_t dispatchWithPointer(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                                      void* ptr);
+};
+
+}  // namespace orvane

@@ -1,0 +1,217 @@
+#include "pluginwrappers/common/AudioEffectX.h"
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "zlib/common/ZException.h"
+
+#include "support/BoxRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+// What the host and the objects under test did, in order.
+std::vector<std::string> gEvents;
+
+class NotingEditor : public AEffEditor
+{
+public:
+    using AEffEditor::AEffEditor;
+    ~NotingEditor() override { gEvents.emplace_back("editor deleted"); }
+
+    bool getRect(ERect** rect) override
+    {
+        *rect = &mRect;
+        return true;
+    }
+    bool open(void* parent) override
+    {
+        AEffEditor::open(parent);
+        return true;
+    }
+    void idle() override { gEvents.emplace_back("idle"); }
+    bool onKeyDown(VstKeyCode& key) override
+    {
+        lastKey = key;
+        return true;
+    }
+
+    VstKeyCode lastKey{};
+
+private:
+    ERect mRect{0, 0, 240, 320};
+};
+
+class NotingEffect : public AudioEffectX
+{
+public:
+    explicit NotingEffect(audioMasterCallback host)
+        : AudioEffectX(host, /*programs*/ 3, /*parameters*/ 2)
+    {
+    }
+    ~NotingEffect() override { gEvents.emplace_back("effect deleted"); }
+
+    std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                             void* ptr, float opt) override
+    {
+        if (failure && opcode != effClose)
+            failure();
+        return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
+    }
+    void processReplacing(float** /*inputs*/, float** /*outputs*/, std::int32_t /*frames*/) override
+    {
+        failure();
+    }
+    void process(float** inputs, float** outputs, std::int32_t frames) override
+    {
+        processReplacing(inputs, outputs, frames);
+    }
+    float getParameter(std::int32_t /*index*/) override
+    {
+        failure();
+        return 1.0f;
+    }
+    void setSampleRate(float /*rate*/) override { gEvents.emplace_back("rate"); }
+    void setBlockSize(std::int32_t frames) override
+    {
+        gEvents.push_back("size " + std::to_string(frames));
+    }
+
+    NotingEditor* AddEditor()
+    {
+        auto made = std::make_unique<NotingEditor>(this);
+        NotingEditor* const result = made.get();
+        setEditor(std::move(made));
+        return result;
+    }
+    void CallEveryService()
+    {
+        setParameterAutomated(1, 0.5f);
+        wantEvents();
+        ioChanged();
+        beginEdit(1);
+        endEdit(1);
+    }
+
+    void (*failure)() = nullptr;
+};
+
+std::intptr_t noteCall(AEffect* /*effect*/, std::int32_t opcode, std::int32_t index,
+                       std::intptr_t value, void* /*ptr*/, float opt)
+{
+    gEvents.push_back(std::to_string(opcode) + " " + std::to_string(index) + " " +
+                      std::to_string(value) + " " + std::to_string(opt));
+    return 0;
+}
+
+class AudioEffectXTest : public testing::Test
+{
+protected:
+    AudioEffectXTest() { gEvents.clear(); }
+    ~AudioEffectXTest() override { record->dispatcher(record, effClose, 0, 0, nullptr, 0.0f); }
+
+    std::intptr_t Ask(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
+                      void* ptr = nullptr, float opt = 0.0f) const
+    {
+        return record->dispatcher(record, opcode, index, value, ptr, opt);
+    }
+
+    NotingEffect* effect = new NotingEffect(noteCall);  // deleted by effClose
+    AEffect* record = effect->getAeffect();
+};
+
+}  // namespace
+
+TEST_F(AudioEffectXTest, EditorCallsReachTheEditorThatIsThere)
+{
+    EXPECT_EQ(record->flags & effFlagsHasEditor, 0);
+    NotingEditor* const editor = effect->AddEditor();
+    EXPECT_EQ(record->flags, effFlagsHasEditor);
+    ERect* rect = nullptr;
+    EXPECT_EQ(Ask(effEditGetRect), 0);
+    EXPECT_EQ(Ask(effEditGetRect, 0, 0, &rect), 1);
+    ASSERT_NE(rect, nullptr);
+    EXPECT_EQ(rect->right, 320);
+    EXPECT_EQ(Ask(effEditOpen, 0, 0, this), 1);
+    EXPECT_TRUE(editor->isOpen());
+    EXPECT_EQ(Ask(effEditIdle), 0);
+    EXPECT_EQ(gEvents, std::vector<std::string>{"idle"});
+    EXPECT_EQ(Ask(effEditClose), 0);
+    EXPECT_FALSE(editor->isOpen());
+    EXPECT_EQ(Ask(effEditKeyUp, 'a'), 0);
+    EXPECT_EQ(Ask(effSetEditKnobMode, 0, 1), 0);
+}
+
+TEST_F(AudioEffectXTest, AKeyIsMadeOfIndexValueAndOpt)
+{
+    NotingEditor* const editor = effect->AddEditor();
+    EXPECT_EQ(Ask(effEditKeyDown, 'a', 11, nullptr, 3.0f), 1);
+    EXPECT_EQ(editor->lastKey.character, 'a');
+    EXPECT_EQ(editor->lastKey.virt, 11);
+    EXPECT_EQ(editor->lastKey.modifier, 3);
+    for (const float opt : {-1.0f, 1e30f, std::numeric_limits<float>::quiet_NaN()}) {
+        EXPECT_EQ(Ask(effEditKeyDown, 'a', 256 + 11, nullptr, opt), 1);
+        EXPECT_EQ(editor->lastKey.virt, 0);
+        EXPECT_EQ(editor->lastKey.modifier, 0);
+    }
+}
+
+TEST_F(AudioEffectXTest, WhateverIsThrownIsReportedAndNeverReachesTheHost)
+{
+    BoxRecorder recorder;
+    effect->failure = [] { throw ZException(-1, "NULL preset file"); };
+    EXPECT_EQ(Ask(effIdentify), 0);
+    effect->failure = [] { throw std::bad_alloc(); };
+    record->processReplacing(record, nullptr, nullptr, 1);
+    effect->failure = [] { throw std::runtime_error("torn"); };
+    record->process(record, nullptr, nullptr, 1);
+    effect->failure = [] { throw 7; };
+    EXPECT_EQ(record->getParameter(record, 0), 0.0f);
+    ASSERT_EQ(recorder.boxes.size(), 4u);
+    EXPECT_TRUE(recorder.boxes[0].text.starts_with("NULL preset file\n\rCode -1."));
+    EXPECT_TRUE(recorder.boxes[2].text.starts_with("torn\n\rCode -1."));
+}
+
+TEST_F(AudioEffectXTest, ProgramsBelowTheCountAreSet)
+{
+    for (const std::intptr_t program : {2, 3, -1}) {
+        Ask(effSetProgram, 0, program);
+        EXPECT_EQ(Ask(effGetProgram), 2);
+    }
+}
+
+TEST_F(AudioEffectXTest, RateAndSizeAtOnceComeInThatOrder)
+{
+    EXPECT_EQ(Ask(effSetBlockSizeAndSampleRate, 0, 256, nullptr, 96000.0f), 1);
+    Ask(effSetBlockSize, 0, 0x100000100);  // its low half alone would be a size
+    EXPECT_EQ(gEvents, (std::vector<std::string>{"rate", "size 256", "size -1"}));
+}
+
+TEST_F(AudioEffectXTest, ServicesAreAskedByTheirNumbers)
+{
+    effect->CallEveryService();
+    EXPECT_EQ(gEvents,
+              (std::vector<std::string>{"0 1 0 0.500000", "6 0 1 0.000000", "13 0 0 0.000000",
+                                        "43 1 0 0.000000", "44 1 0 0.000000"}));
+}
+
+TEST(AudioEffectXCloseTest, DeletesTheEffectAfterTheDispatcherReturned)
+{
+    gEvents.clear();
+    auto* const effect = new NotingEffect(nullptr);
+    effect->AddEditor();
+    effect->CallEveryService();  // no host: no call
+    AEffect* const record = effect->getAeffect();
+    EXPECT_EQ(record->dispatcher(record, effClose, 0, 0, nullptr, 0.0f), 0);
+    EXPECT_EQ(gEvents, (std::vector<std::string>{"effect deleted", "editor deleted"}));
+}
+
+}  // namespace orvane
