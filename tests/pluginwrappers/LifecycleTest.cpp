@@ -1,0 +1,92 @@
+#include "TestHost.h"
+
+#include "pluginwrappers/common/VstOpcodes.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+// Opens, uses and closes instances in an order of its own.
+void useInstances(const TestHost& host, unsigned seed)
+{
+    std::mt19937 random(seed);
+    for (int round = 0; round < 20; ++round) {
+        std::vector<AEffect*> open;
+        for (int i = 0; i < 5; ++i)
+            open.push_back(host.Open());
+        std::shuffle(open.begin(), open.end(), random);
+        for (AEffect* const effect : open) {
+            ask(effect, effMainsChanged, 0, 1);
+            EXPECT_EQ(ask(effect, effGetVstVersion), 2400);
+            ask(effect, effMainsChanged, 0, 0);
+            closeEffect(effect);
+        }
+    }
+}
+
+// Ends the process as a host does that forgets an instance; a process that hangs is killed.
+[[noreturn]] void exitWithin(unsigned seconds)
+{
+    ::alarm(seconds);
+    std::exit(0);
+}
+
+[[noreturn]] void leaveAnInstanceOpen()
+{
+    static const TestHost host;
+    static AEffect* const effect = host.Open();
+    if (effect == nullptr)
+        std::abort();
+    exitWithin(/*seconds*/ 1);
+}
+
+}  // namespace
+
+TEST(LifecycleTest, InstancesComeAndGoInAnyOrderOnSeveralThreads)
+{
+    const TestHost host;
+    std::vector<std::thread> threads;
+    for (unsigned seed = 1; seed <= 4; ++seed)
+        threads.emplace_back([&host, seed] { useInstances(host, seed); });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(LifecycleTest, TheLastInstanceLeavesNoThreadAndTheLibraryUnloads)
+{
+    const std::size_t before = threadCount();
+    for (int round = 0; round < 3; ++round) {
+        {
+            const TestHost host;
+            AEffect* const first = host.Open();
+            AEffect* const second = host.Open();
+            ASSERT_NE(first, nullptr);
+            ASSERT_NE(second, nullptr);
+            closeEffect(first);
+            EXPECT_EQ(ask(second, effGetVstVersion), 2400);
+            closeEffect(second);
+            EXPECT_TRUE(threadsFallTo(before));
+        }
+        EXPECT_FALSE(PluginLibrary::IsLoaded());
+    }
+}
+
+TEST(LifecycleDeathTest, AProcessThatLeavesAnInstanceOpenEndsCleanlyAndAtOnce)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(leaveAnInstanceOpen(), testing::ExitedWithCode(0), "^$");
+}
+
+}  // namespace orvane

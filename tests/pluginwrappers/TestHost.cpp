@@ -1,0 +1,107 @@
+#include "TestHost.h"
+
+#include "pluginwrappers/common/VstOpcodes.h"
+
+#include <dlfcn.h>
+
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+namespace orvane
+{
+
+namespace
+{
+
+struct HostLog
+{
+    std::mutex mutex;
+    std::intptr_t versionAnswer = 0;
+    std::vector<HostCall> calls;
+};
+
+HostLog& hostLog()
+{
+    static HostLog log;
+    return log;
+}
+
+}  // namespace
+
+PluginLibrary::PluginLibrary()
+    : mHandle(::dlopen(KESTRUNE_PLUGIN_LIBRARY, RTLD_NOW | RTLD_LOCAL))
+{
+    if (mHandle == nullptr)
+        throw std::runtime_error(::dlerror());
+}
+
+PluginLibrary::~PluginLibrary()
+{
+    ::dlclose(mHandle);
+}
+
+PluginEntryProc PluginLibrary::Entry(const char* name) const
+{
+    return reinterpret_cast<PluginEntryProc>(::dlsym(mHandle, name));
+}
+
+bool PluginLibrary::IsLoaded()
+{
+    void* const handle = ::dlopen(KESTRUNE_PLUGIN_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
+    if (handle != nullptr)
+        ::dlclose(handle);
+    return handle != nullptr;
+}
+
+TestHost::TestHost(std::intptr_t versionAnswer)
+{
+    const std::lock_guard lock(hostLog().mutex);
+    hostLog().versionAnswer = versionAnswer;
+    hostLog().calls.clear();
+}
+
+std::intptr_t TestHost::callback(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
+                                 std::intptr_t value, void* /*ptr*/, float /*opt*/)
+{
+    const std::lock_guard lock(hostLog().mutex);
+    hostLog().calls.push_back({effect, opcode, value});
+    return opcode == audioMasterVersion ? hostLog().versionAnswer : 0;
+}
+
+std::vector<HostCall> TestHost::Calls()
+{
+    const std::lock_guard lock(hostLog().mutex);
+    return hostLog().calls;
+}
+
+std::intptr_t ask(AEffect* effect, std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                  void* ptr, float opt)
+{
+    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+}
+
+void closeEffect(AEffect* effect)
+{
+    ask(effect, effClose);
+}
+
+std::size_t threadCount()
+{
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
+}
+
+bool threadsFallTo(std::size_t count)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::seconds(1);
+    while (threadCount() > count && Clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return threadCount() <= count;
+}
+
+}  // namespace orvane
