@@ -3,9 +3,9 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZInterfaceLock.h"
 
 #include <cstddef>
-#include <limits>
 #include <utility>
 
 namespace orvane
@@ -250,7 +250,11 @@ void AudioEffect::setEditor(std::unique_ptr<AEffEditor> newEditor)
 std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                                     void* ptr, float opt)
 {
-    return audioMaster != nullptr ? audioMaster(&cEffect, opcode, index, value, ptr, opt) : 0;
+    if (audioMaster == nullptr)
+        return 0;
+    // The host may call back, and may wait for another of its threads that does.
+    const ZInterfaceUnlock unlocked;
+    return audioMaster(&cEffect, opcode, index, value, ptr, opt);
 }
 
 void AudioEffect::setFlag(AEffectFlags flag, bool state)

@@ -80,7 +80,8 @@ protected:
     /// Announces the editor, or takes it off with null.
     void setEditor(std::unique_ptr<AEffEditor> newEditor);
 
-    /// Asks a service of the host; 0 where there is no host. [host thread or interface thread]
+    /// Asks a service of the host; 0 where there is no host. The interface lock is given up
+    /// meanwhile, so whatever it guards may have changed. [host thread or interface thread]
     std::intptr_t callHost(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
                            void* ptr = nullptr, float opt = 0.0f);
 

@@ -3,6 +3,7 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZInterfaceLock.h"
 
 #include <memory>
 
@@ -28,6 +29,7 @@ AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
     try {
         if (!speaksTheInterface(audioMaster))
             return nullptr;
+        const ZInterfaceLock lock;
         auto plugin = std::make_unique<ZVSTPlugin>(audioMaster);
         plugin->SetWantsMidi(true);
         return plugin.release()->getAeffect();

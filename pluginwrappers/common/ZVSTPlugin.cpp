@@ -3,6 +3,7 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZInterfaceLock.h"
 
 #include <algorithm>
 #include <cmath>
@@ -39,10 +40,37 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host)
 
 ZVSTPlugin::~ZVSTPlugin()
 {
+    // Ends with the body: the lock is not held while the interface thread is joined.
+    const ZInterfaceLock lock;
     try {
         editor.reset();
     } catch (const ZException& exception) {
         exception.Report();
+    }
+}
+
+std::intptr_t ZVSTPlugin::dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                                     void* ptr, float opt)
+{
+    if (IsAudioCall(opcode))
+        return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
+    const ZInterfaceLock lock;
+    return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
+}
+
+// Some hosts switch processing on and off on the audio thread, which must not wait for a busy
+// interface; others do so on the thread that loaded the plug-in.
+bool ZVSTPlugin::IsAudioCall(std::int32_t opcode) const
+{
+    switch (opcode) {
+    case effMainsChanged:
+        return std::this_thread::get_id() != mEntryThread;
+    case effProcessEvents:
+    case effStartProcess:
+    case effStopProcess:
+        return true;
+    default:
+        return false;
     }
 }
 
