@@ -104,7 +104,8 @@ TEST(SingerTest, NothingFoldsBackBetweenOrAboveTheHarmonics)
     const double fundamental = levelAt(signal, 523.0);
     // A harmonic h that folds back lies at 523 h - 44100 or its mirror: 168 Hz above some other
     // harmonic, or below one.
-    for (double harmonic = 523.0; harmonic < 21000.0; harmonic += 523.0) {
+    for (int h = 1; h <= 40; ++h) {
+        const double harmonic = 523.0 * h;
         EXPECT_LT(levelAt(signal, harmonic + 168.0), fundamental - 110.0) << harmonic;
         EXPECT_LT(levelAt(signal, harmonic - 168.0), fundamental - 110.0) << harmonic;
     }

@@ -57,9 +57,7 @@ void measure(const Arguments& arguments)
     printAccuracy("  output", noteAccuracy(output, notes, delay));
 }
 
-}  // namespace
-
-int main(int argc, char** argv)
+int parseAndRun(int argc, char** argv)
 {
     Arguments arguments;
     CLI::App app("Tells how far a sung clip and what was made of it are from the intended notes.");
@@ -69,12 +67,21 @@ int main(int argc, char** argv)
     app.add_option("--latency", arguments.latency, "samples by which OUT comes later than IN");
     try {
         app.parse(argc, argv);
-        measure(arguments);
     } catch (const CLI::Success& success) {
         return app.exit(success);
+    }
+    measure(arguments);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return parseAndRun(argc, argv);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "kestrune-measure: %s\n", failure.what());
-        return 2;
     }
-    return 0;
+    return 2;
 }

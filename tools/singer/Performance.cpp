@@ -33,8 +33,9 @@ ControlTrack wander(double seconds, double stepSeconds, double size, std::uint64
 {
     SeededNoise noise(seed);
     ControlTrack track;
-    for (double time = 0.0; time <= seconds; time += stepSeconds)
-        track.add(time, size * noise.next());
+    const int knots = static_cast<int>(seconds / stepSeconds) + 1;
+    for (int i = 0; i < knots; ++i)
+        track.add(i * stepSeconds, size * noise.next());
     return track;
 }
 

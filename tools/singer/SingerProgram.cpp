@@ -28,9 +28,7 @@ void sing(const Arguments& arguments)
         writeClipNotes(arguments.notes, clipNotes(song));
 }
 
-}  // namespace
-
-int main(int argc, char** argv)
+int parseAndRun(int argc, char** argv)
 {
     Arguments arguments;
     CLI::App app("Sings the demonstration song, off key by known amounts, into a sound file.");
@@ -41,12 +39,21 @@ int main(int argc, char** argv)
         ->capture_default_str();
     try {
         app.parse(argc, argv);
-        sing(arguments);
     } catch (const CLI::Success& success) {
         return app.exit(success);
+    }
+    sing(arguments);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return parseAndRun(argc, argv);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "kestrune-singer: %s\n", failure.what());
-        return 2;
     }
-    return 0;
+    return 2;
 }

@@ -64,7 +64,8 @@ VocalTract::VocalTract(double sampleRate)
     : mSampleRate(sampleRate)
 {
     const double top = std::min(kUpperTo, kHighestOfSampleRate * sampleRate);
-    for (double hz = kUpperFrom; hz <= top; hz += kUpperSpacing) {
+    for (int i = 0; kUpperFrom + i * kUpperSpacing <= top; ++i) {
+        const double hz = kUpperFrom + i * kUpperSpacing;
         mUpper.emplace_back();
         mUpper.back().set(hz, kUpperBandwidth * hz, sampleRate);
     }
