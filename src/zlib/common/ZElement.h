@@ -240,11 +240,15 @@ protected:
 private:
     using Items = std::vector<boost::shared_ptr<const DiscreteItem>>;
 
-    /// Start and length of a ZRange.
-    struct SharedRange
+    class SharedRange
     {
-        std::atomic<std::int64_t> start{0};
-        std::atomic<std::int64_t> length{0};
+    public:
+        void Store(const ZRange& range) noexcept;
+        [[nodiscard]] ZRange Load() const noexcept;
+
+    private:
+        std::atomic<std::int64_t> mStart{0};
+        std::atomic<std::int64_t> mLength{0};
     };
 
     // Bits of mChanged.
@@ -253,18 +257,21 @@ private:
 
     void RequireType(Type type, const char* failure) const;
     [[nodiscard]] Items CopyItems() const;
-    std::int32_t AppendItem(const boost::shared_ptr<const DiscreteItem>& item);
     void ReplaceItems(Items items);
-    [[nodiscard]] boost::shared_ptr<const ZMessage> MakeMessage(std::int32_t id) const;
-    static void Post(const boost::shared_ptr<const ZMessage>& message, ZHandler& observer);
+    std::int32_t AppendItem(boost::shared_ptr<const DiscreteItem> item);
+    void BringIntoList(std::atomic<std::int32_t>& index) const;
+    void Notify(std::int32_t messageId, const ZHandler* sender);
+    void StoreSamples(const ZBuffer& buffer);
+    [[nodiscard]] std::unique_ptr<ZBuffer> CopySamples() const;
+
+    [[nodiscard]] boost::shared_ptr<ZElement> MakeChild(const boost::shared_ptr<ZXMLElement>& xml);
 
     void ReadLabels(const ZXMLElement& xml);
-    void ReadDefinition(const ZXMLElement& xml);
+    void ReadValue(const ZXMLElement& xml);
     void ReadDiscrete(const ZXMLElement& xml);
     void ReadFloat(const ZXMLElement& xml);
     void ReadBuffer(const ZXMLElement& xml);
     void ReadRanges(const ZXMLElement& xml);
-    void ReadChildren(const ZXMLElement& xml);
     void WriteValue(ZXMLElement& xml) const;
     void WriteChildren(ZXMLElement& xml) const;
     void WriteDiscrete(ZXMLElement& xml) const;
