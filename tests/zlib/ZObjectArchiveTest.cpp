@@ -21,7 +21,7 @@ namespace
 class Counter : public ZObject
 {
 public:
-    explicit Counter(const boost::shared_ptr<ZXMLElement>& xml, ZApp* /*app*/ = nullptr)
+    explicit Counter(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* /*app*/ = nullptr)
         : ZObject(xml)
     {
     }
