@@ -26,10 +26,13 @@ constexpr double kTop = 104.0;
 constexpr double kRight = kPlotWidth - 32.0;
 constexpr double kBottom = kPlotHeight - 70.0;
 
+constexpr double kTitleMiddle = 38.0;
+
 // Colours, as 0xRRGGBB.
 constexpr unsigned kPaper = 0xFFFFFF;
 constexpr unsigned kInk = 0x1B2430;
 constexpr unsigned kPaleInk = 0x66707E;
+constexpr unsigned kOffScaleInk = 0x9AA3AF;
 constexpr unsigned kOffScaleRow = 0xF5F6F8;
 constexpr unsigned kOffScaleLine = 0xE6E9ED;
 constexpr unsigned kScaleLine = 0xB4BECB;
@@ -86,7 +89,7 @@ Span pitchSpan(const std::vector<PitchPoint>& points)
             positions.push_back(ScaleGrid::Position(static_cast<double>(hz)));
     }
     if (positions.empty())
-        return {36.0, 60.0};  // C3 to C5
+        return {35.3, 60.7};  // C3 to C5
     std::sort(positions.begin(), positions.end());
     const std::size_t cut = positions.size() / 100;
     const double low = positions[cut] - kMarginSemitones;
@@ -147,7 +150,6 @@ public:
         DrawCurve(&PitchPoint::inputHz, kInputCurveColour, kInputWidth);
         DrawCurve(&PitchPoint::outputHz, kOutputCurveColour, kOutputWidth);
         DrawHeading();
-        DrawLegend();
     }
 
     [[nodiscard]] cairo_status_t Write(const std::filesystem::path& path) const
@@ -181,9 +183,10 @@ private:
         cairo_stroke(mContext.get());
     }
 
-    /// y is the middle of the line of text; one that is wider than limit ends in dots.
-    void Text(const std::string& text, double x, double y, const TextStyle& style,
-              double limit = kRight - kLeft)
+    /// y is the middle of the line of text; one that is wider than limit ends in dots. Gives the
+    /// width drawn.
+    double Text(const std::string& text, double x, double y, const TextStyle& style,
+                double limit = kRight - kLeft)
     {
         const std::unique_ptr<PangoLayout, GObjectFreer> layout(
             pango_cairo_create_layout(mContext.get()));
@@ -209,6 +212,7 @@ private:
         SetColour(style.colour);
         cairo_move_to(mContext.get(), x - shift, y - height / 2.0);
         pango_cairo_show_layout(mContext.get(), layout.get());
+        return width;
     }
 
     void DrawTimes()
@@ -241,8 +245,7 @@ private:
         for (const ScaleGrid::Note& note : notes)
             DrawNoteLine(note);
         cairo_restore(mContext.get());
-        for (const ScaleGrid::Note& note : grid.Notes(mSpan.low, mSpan.high))
-            DrawNoteName(note, row);
+        DrawNoteNames(grid.Notes(mSpan.low, mSpan.high), row);
     }
 
     void DrawOffScaleRow(const ScaleGrid::Note& note, double row)
@@ -261,15 +264,27 @@ private:
         Line(kLeft, y, kRight, y, colour, note.isRoot ? 2.0 : 1.0);
     }
 
-    /// Where the rows are too low for every name, those that matter least are left out.
-    void DrawNoteName(const ScaleGrid::Note& note, double row)
+    /// Where there is no room for every name, those that matter least are left out.
+    void DrawNoteNames(const std::vector<ScaleGrid::Note>& notes, double row)
     {
-        const double needed = note.isRoot ? 0.0 : note.isInScale ? 8.5 : 13.0;
-        if (row < needed)
-            return;
         const double size = std::clamp(row * 0.9, 11.0, 16.0);
-        const unsigned colour = note.isInScale ? kInk : 0x9AA3AF;
-        Text(note.name, kLeft - 12, Y(note.position), {size, colour, note.isRoot, Align::kEnd});
+        std::vector<double> taken;
+        const auto drawAll = [&](const auto& isMeant) {
+            for (const ScaleGrid::Note& note : notes) {
+                const double y = Y(note.position);
+                const bool isFree = std::none_of(taken.begin(), taken.end(), [=](double other) {
+                    return std::fabs(other - y) < size;
+                });
+                if (!isMeant(note) || !isFree)
+                    continue;
+                Text(note.name, kLeft - 12, y,
+                     {size, note.isInScale ? kInk : kOffScaleInk, note.isRoot, Align::kEnd});
+                taken.push_back(y);
+            }
+        };
+        drawAll([](const ScaleGrid::Note& note) { return note.isRoot; });
+        drawAll([](const ScaleGrid::Note& note) { return note.isInScale; });
+        drawAll([](const ScaleGrid::Note&) { return true; });
     }
 
     void DrawFrame()
@@ -312,27 +327,34 @@ private:
 
     void DrawHeading()
     {
-        const double limit = kRight - kLeft - 420;  // as far as the legend
-        Text(mRequest.input.filename().string(), kLeft, 38, {25.0, kInk, true}, limit);
-        Text(settingsText(mRequest.settings), kLeft, 74, {16.0, kPaleInk}, kRight - kLeft);
-        if (!mResult.before.median)
-            Text("no voice found", (kLeft + kRight) / 2, (kTop + kBottom) / 2,
-                 {22.0, kPaleInk, false, Align::kCentre});
+        const double legend = DrawLegend();
+        Text(mRequest.input.filename().string(), kLeft, kTitleMiddle, {25.0, kInk, true},
+             legend - 40 - kLeft);
+        const std::string found = mResult.before.median ? "" : "  ·  no voice found";
+        Text(settingsText(mRequest.settings) + found, kLeft, 74, {16.0, kPaleInk});
     }
 
-    void DrawLegend()
+    /// From the right edge leftwards; gives where it starts.
+    double DrawLegend()
     {
-        const auto entry = [this](const std::string& name, const ScaleDistance& distance, double x,
-                                  unsigned colour, double width) {
-            cairo_set_line_cap(mContext.get(), CAIRO_LINE_CAP_ROUND);
-            Line(x, 38, x + 34, 38, colour, width);
-            const std::string off =
-                distance.median ? fmt::format("{}, {:.1f} cents off", name, *distance.median)
-                                : name;
-            Text(off, x + 46, 38, {16.0, kInk}, 160);
-        };
-        entry("input", mResult.before, kRight - 406, kInputCurveColour, kInputWidth);
-        entry("output", mResult.after, kRight - 184, kOutputCurveColour, kOutputWidth);
+        const double output =
+            DrawLegendEntry("output", mResult.after, kRight, kOutputCurveColour, kOutputWidth);
+        return DrawLegendEntry("input", mResult.before, output - 40, kInputCurveColour,
+                               kInputWidth);
+    }
+
+    double DrawLegendEntry(const std::string& name, const ScaleDistance& distance, double right,
+                           unsigned colour, double width)
+    {
+        constexpr double kSample = 34.0;
+        constexpr double kGap = 12.0;
+        const std::string text =
+            distance.median ? fmt::format("{}, {:.1f} cents off", name, *distance.median) : name;
+        const double textLeft =
+            right - Text(text, right, kTitleMiddle, {16.0, kInk, false, Align::kEnd});
+        cairo_set_line_cap(mContext.get(), CAIRO_LINE_CAP_ROUND);
+        Line(textLeft - kGap - kSample, kTitleMiddle, textLeft - kGap, kTitleMiddle, colour, width);
+        return textLeft - kGap - kSample;
     }
 
     const RenderRequest& mRequest;
