@@ -6,9 +6,9 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <vector>
 
 namespace orvane
@@ -87,7 +87,7 @@ ZRange inside(const ZRange& range, std::int64_t length)
 
 void ZBuffer::Release::operator()(float* data) const noexcept
 {
-    std::free(data);
+    ::operator delete(data, std::align_val_t(kAlignment));
 }
 
 ZBuffer::Samples ZBuffer::Allocate(std::uint32_t length)
@@ -95,12 +95,13 @@ ZBuffer::Samples ZBuffer::Allocate(std::uint32_t length)
     if (length == 0)
         throw ZException(kGeneralFailure, "Error Trying to create a buffer of improper size.");
     constexpr std::uint32_t kMaxLength = std::numeric_limits<std::uint32_t>::max() - 3;
-    const std::size_t bytes = padded(length) * sizeof(float);
-    const std::size_t whole = (bytes + kAlignment - 1) / kAlignment * kAlignment;
-    Samples data(length > kMaxLength ? nullptr
-                                     : static_cast<float*>(std::aligned_alloc(kAlignment, whole)));
-    if (!data)
+    void* memory = nullptr;
+    if (length <= kMaxLength)
+        memory = ::operator new(padded(length) * sizeof(float), std::align_val_t(kAlignment),
+                                std::nothrow);
+    if (!memory)
         throw ZException(kOutOfMemory, "Unable to allocate zfloat buffer.");
+    Samples data(static_cast<float*>(memory));
     std::fill(data.get() + length, data.get() + padded(length), 0.0f);
     return data;
 }
