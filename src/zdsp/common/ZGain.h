@@ -84,8 +84,8 @@ public:
     virtual void PowerToDecibels96(ZBuffer& buffer) noexcept;
     /// x = 20 log10(x) where x is above 10^-4.8, else -96 dB.
     virtual void AmplitudeToDecibels96(ZBuffer& buffer) noexcept;
-    /// out = a x b as complex numbers, all six buffers of one length. No out may be an input.
-    /// The vector twin allocates when it meets its longest buffer so far.
+    /// out = a x b as complex numbers, all six buffers of one length. The vector twin allocates
+    /// when it meets its longest buffer so far.
     virtual void ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffer& bRe,
                                  const ZBuffer& bIm, ZBuffer& outRe, ZBuffer& outIm);
 

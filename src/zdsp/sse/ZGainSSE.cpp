@@ -247,13 +247,15 @@ void ZGainSSE::GrowScratch(std::uint32_t length)
 void ZGainSSE::ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffer& bRe,
                                const ZBuffer& bIm, ZBuffer& outRe, ZBuffer& outIm)
 {
-    GrowScratch(outRe.Length());
+    // The scratch may be longer than the buffers at hand, so the sums are counted.
+    const std::uint32_t count = outRe.Length();
+    GrowScratch(count);
     MultiplyTo(aIm, bIm, *mProduct);
     MultiplyTo(aRe, bRe, *mSum);
-    run<Target::kAdd>(*mProduct, Constant(-1.0f), *mSum);
+    ScaleAddCount(*mProduct, -1.0f, *mSum, count);
     MultiplyTo(aIm, bRe, *mProduct);
     MultiplyTo(aRe, bIm, outIm);
-    run<Target::kAdd>(*mProduct, Constant(1.0f), outIm);
+    ScaleAddCount(*mProduct, 1.0f, outIm, count);
     outRe.CopyFrom(*mSum);
 }
 
