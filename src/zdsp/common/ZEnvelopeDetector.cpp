@@ -1,0 +1,141 @@
+#include "zdsp/common/ZEnvelopeDetector.h"
+
+#include "zlib/common/ZBuffer.h"
+#include "zlib/common/ZException.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <limits>
+#include <new>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kOutOfMemory = 2;
+constexpr float kSilenceDecibels = -144.0f;
+
+/// 0 where the square is no normal number.
+float squareOf(float sample) noexcept
+{
+    const float square = sample * sample;
+    return square < std::numeric_limits<float>::min() ? 0.0f : square;
+}
+
+/// A sum beyond all numbers counts as the largest, or the level would never come back.
+float decibelsOf(float meanSquare) noexcept
+{
+    if (!(meanSquare > 0.0f))
+        return kSilenceDecibels;
+    return 10.0f * std::log10(std::min(meanSquare, std::numeric_limits<float>::max()));
+}
+
+/// Share of the way that n steps go.
+float overBlock(float step, std::uint32_t n) noexcept
+{
+    return 1.0f - std::pow(1.0f - step, static_cast<float>(n));
+}
+
+}  // namespace
+
+std::unique_ptr<ZEnvelopeDetector> ZEnvelopeDetector::Create(bool)
+{
+    std::unique_ptr<ZEnvelopeDetector> detector(new (std::nothrow) ZEnvelopeDetector);
+    if (!detector)
+        throw ZException(kOutOfMemory, "Unable to allocate a ZEnvelopeDetector.");
+    return detector;
+}
+
+ZEnvelopeDetector::ZEnvelopeDetector()
+    : ZDSPObject("ZEnvelopeDetector")
+{
+}
+
+float ZEnvelopeDetector::StepFor(float milliseconds) const noexcept
+{
+    if (milliseconds <= 0.0f)
+        return 1.0f;
+    const double samples = milliseconds * 0.001 * mSampleRate;
+    // 1 - 0.25^(1 / samples), by expm1: the plain difference loses its digits when it is small.
+    return static_cast<float>(-std::expm1(std::log(0.25) / samples));
+}
+
+void ZEnvelopeDetector::SetRiseTime(float milliseconds) noexcept
+{
+    mRiseTime = milliseconds;
+    mRiseStep = StepFor(milliseconds);
+    mDirty = true;
+}
+
+void ZEnvelopeDetector::SetFallTime(float milliseconds) noexcept
+{
+    mFallTime = milliseconds;
+    mFallStep = StepFor(milliseconds);
+    mDirty = true;
+}
+
+void ZEnvelopeDetector::SetSampleRate(float sampleRate) noexcept
+{
+    assert(sampleRate > 0.0f);
+    mSampleRate = sampleRate;
+    SetRiseTime(mRiseTime);
+    SetFallTime(mFallTime);
+}
+
+float ZEnvelopeDetector::Process(const ZBuffer& input) noexcept
+{
+    const std::uint32_t samples = input.Length();
+    Hold(samples);
+    float sum = 0.0f;
+    float before = 0.0f;
+    for (std::uint32_t i = 0; i < samples; ++i) {
+        const float square = squareOf(input.Data()[i]);
+        sum += square;
+        if (square > mPeak) {
+            mPeak = square;
+            mHoldElapsed = 0.0f;
+        }
+        CountClip(square, before);
+        before = square;
+    }
+    const float decibels = decibelsOf(sum / static_cast<float>(samples));
+    UpdateBlockSteps(samples);
+    mLevel += (decibels - mLevel) * (mLevel > decibels ? mFallBlock : mRiseBlock);
+    return mLevel;
+}
+
+void ZEnvelopeDetector::Hold(std::uint32_t samples) noexcept
+{
+    mHoldElapsed += static_cast<float>(samples) / mSampleRate;
+    if (mHoldTime < mHoldElapsed)
+        mPeak = 0.0f;
+}
+
+// One sample at full scale may be the top of a good recording; two in a row are cut off.
+void ZEnvelopeDetector::CountClip(float square, float squareBefore) noexcept
+{
+    const bool clipped = square > 1.0f || (square == 1.0f && squareBefore >= 1.0f);
+    if (clipped) {
+        ++mClippedSamples;
+        if (mClipRun++ == 0)
+            ++mClipEvents;
+    } else if (mClipRun > 0) {
+        mLastClipRun = mClipRun;
+        mClipRun = 0;
+    }
+}
+
+void ZEnvelopeDetector::UpdateBlockSteps(std::uint32_t samples) noexcept
+{
+    if (!mDirty && samples == mLastBlockLength)
+        return;
+    mFallBlock = overBlock(mFallStep, samples);
+    mRiseBlock = overBlock(mRiseStep, samples);
+    mLastBlockLength = samples;
+    mDirty = false;
+}
+
+}  // namespace orvane
