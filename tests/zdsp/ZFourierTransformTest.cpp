@@ -2,6 +2,7 @@
 
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
+#include "support/SystemCalls.h"
 #include "zdsp/Noise.h"
 #include "zlib/common/ZException.h"
 
@@ -239,6 +240,18 @@ TEST(ZFourierTransformTest, NeitherAllocatesNorWaits)
     inverse->TransformReal(time, spectrum.re, spectrum.im);
     complex->TransformInPlace(spectrum.re, spectrum.im);
     EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+}
+
+TEST(ZFourierTransformTest, MakesNoSystemCallInsideTheLibrary)
+{
+    ZBuffer time(8192, "ZBuffer");
+    Spectrum spectrum(13);
+    const auto transform = ZFourierTransform::Create(13, kForward, 1);
+    const auto calls =
+        systemCallsOf([&] { transform->TransformReal(time, spectrum.re, spectrum.im); });
+    if (!calls)
+        GTEST_SKIP() << "system calls cannot be counted here";
+    EXPECT_EQ(*calls, 0u);
 }
 
 }  // namespace orvane
