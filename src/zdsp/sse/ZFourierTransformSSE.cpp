@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <numbers>
 
@@ -29,7 +30,7 @@ std::unique_ptr<ZBuffer> makeWork(std::uint32_t length)
 
 // Four bins at once, in the compiler's own vector type, which every processor it knows can carry.
 using Four [[gnu::vector_size(16)]] = float;
-constexpr std::uint32_t kLanes = 4;
+constexpr std::size_t kLanes = 4;
 
 Four load(const float* from) noexcept
 {
@@ -112,11 +113,12 @@ void ZFourierTransformSSE::TransformReal(ZBuffer& time, ZBuffer& re, ZBuffer& im
 
 // With M = N / 2, z[n] = x[2n] + i x[2n+1] and Z its transform, the even and odd samples have the
 // spectra E = (Z[k] + Z*[M-k]) / 2 and O = (Z[k] - Z*[M-k]) / 2i, and X[k] = E + exp(-i pi k/M) O.
-// (Press et al., Numerical Recipes, "FFT of real functions".)
+// (Press et al., Numerical Recipes in C, 2nd ed. 1992, section 12.3.)
 void ZFourierTransformSSE::Split(ZBuffer& reBuffer, ZBuffer& imBuffer) const noexcept
 {
-    const std::uint32_t half = mLength / 2;
-    const std::uint32_t bins = std::min({reBuffer.Length(), imBuffer.Length(), half + 1});
+    const std::size_t half = mLength / 2;
+    const std::size_t bins =
+        std::min<std::size_t>({reBuffer.Length(), imBuffer.Length(), half + 1});
     const float* const z = mPacked->Data();
     const float* const cosine = mCosine->Data();
     const float* const sine = mSine->Data();
@@ -124,8 +126,8 @@ void ZFourierTransformSSE::Split(ZBuffer& reBuffer, ZBuffer& imBuffer) const noe
     float* const im = imBuffer.Data();
     const float scale = 1.0f / static_cast<float>(mLength);
 
-    const std::uint32_t end = std::min(bins, half);
-    std::uint32_t k = 1;
+    const std::size_t end = std::min(bins, half);
+    std::size_t k = 1;
     for (; k + kLanes <= end; k += kLanes) {
         const Four low = load(z + 2 * k);
         const Four next = load(z + 2 * k + 4);
@@ -158,14 +160,14 @@ void ZFourierTransformSSE::Split(ZBuffer& reBuffer, ZBuffer& imBuffer) const noe
 // The way back of Split: E + i O, twice, which leaves the inverse with no scale.
 void ZFourierTransformSSE::Join(const ZBuffer& reBuffer, const ZBuffer& imBuffer) noexcept
 {
-    const std::uint32_t half = mLength / 2;
+    const std::size_t half = mLength / 2;
     assert(reBuffer.Length() > half && imBuffer.Length() > half);
     const float* const re = reBuffer.Data();
     const float* const im = imBuffer.Data();
     float* const z = mPacked->Data();
     z[0] = re[0] + re[half];
     z[1] = re[0] - re[half];
-    for (std::uint32_t k = 1; k < half; ++k) {
+    for (std::size_t k = 1; k < half; ++k) {
         const float differenceRe = re[k] - re[half - k];
         const float differenceIm = im[k] + im[half - k];
         const float cosine = mCosine->Data()[k];
@@ -188,13 +190,13 @@ void ZFourierTransformSSE::TransformComplex(const ZBuffer& inRe, const ZBuffer& 
 void ZFourierTransformSSE::TransformInPlace(ZBuffer& re, ZBuffer& im) noexcept
 {
     assert(!mRealSignal && re.Length() >= mLength && im.Length() >= mLength);
-    for (std::uint32_t k = 0; k < mLength; ++k) {
+    for (std::size_t k = 0; k < mLength; ++k) {
         mPacked->Data()[2 * k] = re.Data()[k];
         mPacked->Data()[2 * k + 1] = im.Data()[k];
     }
     mTransform->Run(mPacked->Data(), mWork->Data());
     const float scale = mDirection == kForward ? 1.0f / static_cast<float>(mLength) : 1.0f;
-    for (std::uint32_t k = 0; k < mLength; ++k) {
+    for (std::size_t k = 0; k < mLength; ++k) {
         re.Data()[k] = scale * mWork->Data()[2 * k];
         im.Data()[k] = scale * mWork->Data()[2 * k + 1];
     }
