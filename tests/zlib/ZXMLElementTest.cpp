@@ -83,6 +83,8 @@ TEST(ZXMLElementTest, EveryFloatReadIsFinite)
     EXPECT_EQ(withValue("2.79397e-07").GetFloat("v"), 2.79397e-07f);
     EXPECT_EQ(withValue(" -1.5dB").GetFloat("v"), -1.5f);
     EXPECT_EQ(withValue(".5").GetFloat("v"), 0.5f);
+    EXPECT_EQ(withValue(".5").GetFloatValue(0), 0.5f);
+    EXPECT_EQ(withValue(".5").GetFloatValue(1), 0.0f);
     EXPECT_EQ(withValue("1,5").GetFloat("v"), 1.0f);
     EXPECT_EQ(withValue("0x10").GetFloat("v"), 0.0f);
     EXPECT_EQ(withValue("nan").GetFloat("v"), 0.0f);
