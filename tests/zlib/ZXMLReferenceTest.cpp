@@ -1,4 +1,5 @@
 #include "support/PlainXml.h"
+#include "support/TextMutation.h"
 
 #include <gtest/gtest.h>
 
@@ -8,36 +9,6 @@
 
 namespace orvane
 {
-
-namespace
-{
-
-std::size_t pick(std::mt19937& random, std::size_t count)
-{
-    return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
-}
-
-void mutate(std::string& text, std::mt19937& random)
-{
-    static const std::string odd("<>/=\" \0!-?\xFF", 11);
-    const std::size_t position = pick(random, text.size());
-    switch (pick(random, 4)) {
-    case 0:
-        text[position] = odd[pick(random, odd.size())];
-        break;
-    case 1:
-        text.insert(position, 1, odd[pick(random, odd.size())]);
-        break;
-    case 2:
-        text.erase(position, 1 + pick(random, 20));
-        text += ' ';
-        break;
-    default:
-        text.insert(position, std::string(text, pick(random, text.size()), 1 + pick(random, 40)));
-    }
-}
-
-}  // namespace
 
 TEST(ZXMLReferenceTest, SharedTextGivesTheChildrenOfThePlainReading)
 {

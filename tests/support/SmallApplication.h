@@ -1,0 +1,41 @@
+#pragma once
+
+#include "zlib/common/ZApplication.h"
+#include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZString.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace orvane
+{
+
+/// An application with a registry and a string table, and no more. Its queue runs when a test
+/// calls ProcessQueue.
+class SmallApplication : public ZApplication
+{
+public:
+    SmallApplication()
+        : ZApplication("SmallApplication")
+    {
+    }
+
+    [[nodiscard]] ZApplication* GetApp() override { return this; }
+    [[nodiscard]] ZClassRegistry& GetClassRegistry() override { return mRegistry; }
+    bool GetResourceString(std::int32_t id, ZString& out) override
+    {
+        const auto found = strings.find(id);
+        if (found == strings.end())
+            return false;
+        out = ZString(found->second);
+        return true;
+    }
+
+    std::map<std::int32_t, std::string> strings;
+
+private:
+    ZClassRegistry mRegistry{this};
+};
+
+}  // namespace orvane

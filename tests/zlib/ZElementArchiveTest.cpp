@@ -1,0 +1,340 @@
+#include "support/ElementArchiveCheck.h"
+#include "support/TextMutation.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+class Observer : public ZHandler
+{
+public:
+    using ZHandler::ZHandler;
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        changes += message->GetId() == ZELEMENTCHANGED ? 1 : 0;
+    }
+    int changes = 0;
+};
+
+class ZElementArchiveTest : public testing::Test
+{
+protected:
+    ZElementArchiveTest() { application.GetClassRegistry().AddStandard<ZElement>("ZElementClass"); }
+
+    [[nodiscard]] boost::shared_ptr<ZElement> Make(const std::string& text)
+    {
+        return makeElement(text, application);
+    }
+
+    [[nodiscard]] std::string Failure(const std::function<void()>& call, std::int32_t code = -1)
+    {
+        try {
+            call();
+        } catch (const ZException& exception) {
+            EXPECT_EQ(exception.GetCode(), code);
+            return exception.GetMessage().ToNarrow();
+        }
+        return "none";
+    }
+
+    SmallApplication application;
+};
+
+/// Can be made by name, but is no element.
+class SmallObject : public ZObject
+{
+public:
+    SmallObject(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* /*application*/)
+        : ZObject(xml)
+    {
+    }
+};
+
+/// The archive on one line.
+std::string archiveOf(const ZElement& element)
+{
+    std::string text;
+    for (const char character : element.ExtractXML()->Write(0))
+        if (character != '\n')
+            text += character;
+    return text;
+}
+
+const char* const kHead = "<element name=\"x\" class=\"ZElementClass\" ";
+
+}  // namespace
+
+TEST_F(ZElementArchiveTest, WritesTypeAndValueInOrder)
+{
+    const auto expect = [&](const std::string& body, const std::function<void(ZElement&)>& set,
+                            ZElement::Type type) {
+        ZElement element("x", type, &application, 2);
+        set(element);
+        EXPECT_EQ(archiveOf(element), kHead + body + "</element>");
+    };
+    expect(
+        "type=\"ZFLOAT\" floatvalue=\"2.79397e-07\" min=\"-1200\" max=\"1200\">",
+        [](ZElement& x) {
+            x.SetRange(-1200.0f, 1200.0f, true);
+            x.SetZFloat(2.793968e-7f, true);
+        },
+        ZElement::ZFLOAT);
+    expect(
+        "type=\"ZDISCRETE\" int32value=\"9\">", [](ZElement& x) { x.SetDiscrete(9, true); },
+        ZElement::ZDISCRETE);
+    expect(
+        "type=\"ZPOS\" int64value=\"9000000000\">", [](ZElement& x) { x.SetZPos(9000000000); },
+        ZElement::ZPOS);
+    expect(
+        "type=\"ZRANGE\" rangeStart=\"10\" rangeEnd=\"19\" rangeMin=\"0\" rangeMax=\"-1\">",
+        [](ZElement& x) {
+            x.SetZRange({10, 10});
+        },
+        ZElement::ZRANGE);
+    expect(
+        "type=\"ZMESSAGE\">", [](ZElement&) {}, ZElement::ZMESSAGE);
+    expect(
+        "type=\"ZBUFFER\" buffermin=\"0\" buffermax=\"1\">"
+        "<buffer name=\"ElementBuffer\" length=\"2\" samplerate=\"0\">"
+        "<data values=\"3f80000000000000\"></data></buffer>",
+        [](ZElement& x) {
+            x.SetZBufferRange(0.0f, 1.0f);
+            x.GetZBuffer()->Data()[0] = 1.0f;
+        },
+        ZElement::ZBUFFER);
+    EXPECT_EQ(Failure([&] {
+                  const ZElement odd("x", static_cast<ZElement::Type>(7), &application);
+                  static_cast<void>(odd.ExtractXML());
+              }),
+              "Trying to extract a non XML specified type.");
+}
+
+TEST_F(ZElementArchiveTest, AGroupWritesItsArchivableChildrenInOrder)
+{
+    ZElement group("x", ZElement::ZGROUP, &application);
+    for (const char* name : {"b", "hidden", "a"}) {
+        const auto child = boost::make_shared<ZElement>(name, ZElement::ZMESSAGE, &application);
+        child->SetArchivable(std::string(name) != "hidden");
+        group.AddSubElement(child);
+    }
+    EXPECT_EQ(archiveOf(group),
+              std::string(kHead) + "type=\"ZGROUP\"><subelements>" +
+                  "<element name=\"b\" class=\"ZElementClass\" type=\"ZMESSAGE\"></element>" +
+                  "<element name=\"a\" class=\"ZElementClass\" type=\"ZMESSAGE\"></element>" +
+                  "</subelements></element>");
+}
+
+TEST_F(ZElementArchiveTest, ADefinitionGivesAllThatItTells)
+{
+    application.strings[7] = "Translated";
+    const auto element =
+        Make("<element name=\"time\" type=\"ZFLOAT\" units=\"Milliseconds\" archivable=\"true\" "
+             "exposed=\"true\" floatvalue=\"50\" floatdefault=\"40\" min=\"0\" max=\"500\">"
+             "<label text=\"Time\" key=\"7\" type=\"full\"></label>"
+             "<label text=\"Tm\" key=\"8\" type=\"short\"></label></element>");
+    EXPECT_EQ(element->GetName(), "time");
+    EXPECT_EQ(element->GetLooper(), &application);
+    EXPECT_EQ(element->GetType(), ZElement::ZFLOAT);
+    EXPECT_EQ(element->GetUnits(), ZElement::kMilliseconds);
+    EXPECT_TRUE(element->IsArchivable());
+    EXPECT_TRUE(element->IsExposed());
+    EXPECT_EQ(element->GetZFloat(), 50.0f);
+    EXPECT_EQ(element->GetZFloatDefault(), 40.0f);
+    EXPECT_EQ(element->Min(), 0.0f);
+    EXPECT_EQ(element->Max(), 500.0f);
+    EXPECT_EQ(element->GetLabel(ZElement::kFullLabel), ZString("Translated"));
+    EXPECT_EQ(element->GetLabel(ZElement::kShortLabel), ZString("Tm")) << "no text of that id";
+
+    const auto key = Make("<element name=\"key\" type=\"ZDISCRETE\" int32default=\"1\" "
+                          "int32value=\"2\"><discrete name=\"A\"><element name=\"gain\" "
+                          "floatvalue=\"1\" /></discrete><discrete name=\"B\" /></element>");
+    EXPECT_EQ(key->CountDiscreteValues(), 2);
+    EXPECT_EQ(key->GetDiscrete(), 2);
+    EXPECT_EQ(key->GetDiscreteDefault(), 1);
+    EXPECT_EQ(*key->GetDiscreteString(1), ZString("B"));
+
+    const auto run = Make("<element type=\"ZRANGE\" rangeStart=\"5\" rangeEnd=\"9\" "
+                          "rangeMin=\"3\" rangeMax=\"1\" />");
+    EXPECT_EQ(run->GetZRange().mLength, 5);
+    EXPECT_EQ(run->GetZRangeLimit().mLength, 0);
+}
+
+TEST_F(ZElementArchiveTest, WhatADefinitionDoesNotTellHasItsStartValue)
+{
+    const auto group = Make("<element name=\"g\" />");
+    EXPECT_EQ(group->GetType(), ZElement::ZGROUP);
+    EXPECT_EQ(group->GetUnits(), ZElement::kGeneric);
+    EXPECT_FALSE(group->IsArchivable());
+    EXPECT_FALSE(group->IsExposed());
+    const auto number = Make("<element type=\"ZFLOAT\" archivable=\"yes\" />");
+    EXPECT_FALSE(number->IsArchivable());
+    EXPECT_EQ(number->GetZFloat(), 0.0f);
+    EXPECT_EQ(number->Min(), -1.0f);
+    EXPECT_EQ(number->Max(), 1.0f);
+    EXPECT_EQ(Make("<element type=\"ZPOS\" />")->GetZPos(), 0);
+    EXPECT_EQ(Make("<element type=\"ZRANGE\" />")->GetZRange().mLength, 0);
+}
+
+TEST_F(ZElementArchiveTest, ADefinitionThatCannotBeMadeSaysWhy)
+{
+    const auto failureOf = [&](const std::string& text) {
+        return Failure([&] { static_cast<void>(Make(text)); });
+    };
+    EXPECT_EQ(failureOf("<element type=\"ZDOUBLE\" />"), "Unrecognized Element Type.");
+    EXPECT_EQ(failureOf("<element units=\"Furlongs\" />"), "Unrecognized Units Type.");
+    EXPECT_EQ(failureOf("<element><subelements><element class=\"Foo\" /></subelements></element>"),
+              "Unregistered Class Foo found in xml\n");
+    application.GetClassRegistry().AddStandard<SmallObject>("Bar");
+    EXPECT_EQ(failureOf("<element><subelements><element name=\"n\" class=\"Bar\" /></subelements>"
+                        "</element>"),
+              "ERROR (ZElement::AddChildElements) 'Bar' class (name='n') found in XML, unable to "
+              "make instance!\n");
+    const std::string improper = "Error Trying to create a buffer of improper size.";
+    EXPECT_EQ(failureOf("<element type=\"ZBUFFER\" />"), improper);
+    for (const char* length : {"0", "-4", ""}) {
+        const std::string head = "<element type=\"ZBUFFER\"><buffer length=\"";
+        EXPECT_EQ(failureOf(head + length + "\"><data /></buffer></element>"), improper);
+    }
+    EXPECT_EQ(failureOf("<element type=\"ZBUFFER\"><buffer length=\"2147483647\">"
+                        "<data values=\"3f800000\" /></buffer></element>"),
+              "Buffer archive does not hold all samples of the buffer.");
+}
+
+TEST_F(ZElementArchiveTest, RestoringAppliesValuesByNameAndTellsEverybodyAtOnce)
+{
+    const auto tree = Make(elementsOfEachType());
+    const auto find = [&](const char* name) { return findBelow(*tree, name); };
+    Observer observer("observer", &application);
+    find("gain")->AddObserver(&observer);
+    const std::string values =
+        "<subelements><element name=\"unknown\" floatvalue=\"3\" />"
+        "<element name=\"gain\" type=\"ZFLOAT\" floatvalue=\"1.5\" min=\"5\" max=\"6\" />"
+        "<element name=\"key\" int32value=\"17\" /></subelements></element>";
+
+    tree->RestoreBody(firstElement("<element name=\"other\">" + values));
+    tree->RestoreBody({});
+    EXPECT_EQ(find("gain")->GetZFloat(), 0.5f);
+
+    tree->RestoreBody(firstElement("<element name=\"all\">" + values));
+    EXPECT_EQ(find("gain")->GetZFloat(), 1.5f) << "not clamped";
+    EXPECT_EQ(find("gain")->Max(), 1.0f) << "bounds are the definition's";
+    EXPECT_EQ(find("key")->GetDiscrete(), 1) << "clamped to the list";
+    EXPECT_EQ(find("place")->GetZPos(), 7) << "not mentioned";
+    application.ProcessQueue();
+    EXPECT_EQ(observer.changes, 1) << "without a flush";
+    EXPECT_FALSE(find("gain")->IsMarkedChanged());
+
+    find("key")->RestoreBody(firstElement("<element name=\"key\" int32value=\"-3\" />"));
+    EXPECT_EQ(find("key")->GetDiscrete(), 0);
+    find("gain")->RestoreBody(firstElement("<element name=\"gain\" floatvalue=\"nan\" />"));
+    EXPECT_EQ(find("gain")->GetZFloat(), 0.0f);
+}
+
+TEST_F(ZElementArchiveTest, AListIsArchivedWhereTheElementAsksForIt)
+{
+    ZElement names("names", ZElement::ZDISCRETE, &application);
+    names.AddDiscreteValue("Caf\xC3\xA9");
+    names.AddDiscreteValue("a \"quoted\" <b>");
+    names.SetDiscrete(1, true);
+    names.SetArchiveDiscreteList(true);
+    const auto archive = firstElement(names.ExtractXML()->Write(0));
+    EXPECT_EQ(archive->GetChildCount("discrete"), 2);
+    EXPECT_EQ(archive->GetChild("discrete", 1)->GetInt32("value"), 1);
+
+    ZElement restored("names", ZElement::ZDISCRETE, &application);
+    restored.SetArchiveDiscreteList(true);
+    for (int i = 0; i < 5; ++i)
+        restored.AddDiscreteValue("old");
+    restored.RestoreBody(archive);
+    EXPECT_EQ(restored.CountDiscreteValues(), 2);
+    EXPECT_EQ(restored.GetDiscrete(), 1);
+    EXPECT_EQ(*restored.GetDiscreteString(0), ZString("Caf\xC3\xA9"));
+    EXPECT_EQ(*restored.GetDiscreteString(1), ZString("a 'quoted' \xE2\x80\xB9"
+                                                      "b\xE2\x80\xBA"))
+        << "what an attribute cannot hold is written as signs that look like it";
+
+    ZElement plain("names", ZElement::ZDISCRETE, &application);
+    plain.AddDiscreteValue("mine");
+    plain.RestoreBody(archive);
+    EXPECT_EQ(*plain.GetDiscreteString(0), ZString("mine"));
+    EXPECT_EQ(plain.ExtractXML()->GetChildCount("discrete"), 0);
+}
+
+TEST_F(ZElementArchiveTest, ABufferComesBackBitByBit)
+{
+    ZElement flags("x", ZElement::ZBUFFER, &application, 3);
+    float* const samples = flags.GetZBuffer()->Data();
+    samples[0] = std::bit_cast<float>(0xffc12345u);  // not a number, with a load
+    samples[1] = -0.0f;
+    samples[2] = 1e-45f;
+    flags.GetZBuffer()->SetSampleRate(48000.0f);
+    const auto archive = firstElement(flags.ExtractXML()->Write(0));
+
+    ZElement restored("x", ZElement::ZBUFFER, &application, 3);
+    restored.RestoreBody(archive);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(std::bit_cast<std::uint32_t>(restored.GetZBuffer()->Data()[i]),
+                  std::bit_cast<std::uint32_t>(samples[i]));
+    EXPECT_EQ(restored.GetZBuffer()->SampleRate(), 48000.0f);
+    EXPECT_STREQ(restored.GetZBuffer()->Name(), "buffer");
+
+    ZElement longest("x", ZElement::ZBUFFER, &application, 4999);
+    longest.GetZBuffer()->Data()[4998] = 1.0f;
+    const auto copy = Make(longest.ExtractXML()->Write(0));
+    EXPECT_EQ(copy->GetZBuffer()->Data()[4998], 1.0f);
+    const ZElement longer("x", ZElement::ZBUFFER, &application, 5000);
+    EXPECT_EQ(Failure([&] { static_cast<void>(longer.ExtractXML()); }),
+              "Buffer is too long for an archive.");
+}
+
+TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
+{
+    ZElement flags("x", ZElement::ZBUFFER, &application, 2);
+    flags.GetZBuffer()->Data()[0] = 0.25f;
+    const auto restore = [&](const std::string& length, const std::string& attributes) {
+        flags.RestoreBody(firstElement("<element name=\"x\"><buffer length=\"" + length +
+                                       "\"><data " + attributes + " /></buffer></element>"));
+    };
+    const auto failureOf = [&](const std::string& length, const std::string& attributes) {
+        return Failure([&] { restore(length, attributes); });
+    };
+    EXPECT_EQ(failureOf("3", "values=\"3f8000003f8000003f800000\""),
+              "Incompatible buffer restore. Buffers are of different size.");
+    const std::string missing = "Buffer archive does not hold all samples of the buffer.";
+    EXPECT_EQ(failureOf("2", "values=\"3f8000003f80000\""), missing);
+    EXPECT_EQ(failureOf("2", "i0=\"1\""), missing);
+    EXPECT_EQ(failureOf("2", "i0=\"1\" i2=\"1\""), missing);
+    EXPECT_EQ(failureOf("2", "values=\"3f8000003f80000g\""),
+              "Buffer values hold something else than hex digits.");
+    EXPECT_EQ(flags.GetZBuffer()->Data()[0], 0.25f);
+
+    restore("2", "i0=\"1\" i1=\"-0.5\"");
+    EXPECT_EQ(flags.GetZBuffer()->Data()[0], 1.0f);
+    EXPECT_EQ(flags.GetZBuffer()->Data()[1], -0.5f);
+}
+
+TEST_F(ZElementArchiveTest, SpoiltArchivesLeaveElementsSound)
+{
+    const auto tree = Make(elementsOfEachType());
+    const std::vector<std::string> seeds{elementsOfEachType(), tree->ExtractXML()->Write(0)};
+    std::mt19937 random(11);
+    for (int round = 0; round < 3000; ++round) {
+        std::string text = seeds[pick(random, seeds.size())];
+        for (std::size_t i = 1 + pick(random, 8); i > 0; --i)
+            mutate(text, random);
+        ASSERT_EQ(elementArchiveFault(text), "") << text;
+    }
+}
+
+}  // namespace orvane
