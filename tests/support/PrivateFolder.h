@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+namespace orvane
+{
+
+/// A folder of the test's own, removed with what is in it at the end of the scope.
+class PrivateFolder
+{
+public:
+    /// Beside other temporary files, or in a folder that is named.
+    explicit PrivateFolder(const std::filesystem::path& where = "/tmp")
+    {
+        std::string name = (where / "kestrune.testXXXXXX").string();
+        if (!mkdtemp(name.data()))
+            throw std::runtime_error("no folder for the test in " + where.string());
+        mPath = name;
+    }
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+    ~PrivateFolder() { std::filesystem::remove_all(mPath); }
+
+    [[nodiscard]] std::string Path(const std::string& name = "") const
+    {
+        return name.empty() ? mPath.string() : (mPath / name).string();
+    }
+    /// Number of files and folders in it.
+    [[nodiscard]] std::ptrdiff_t Count() const
+    {
+        return std::distance(std::filesystem::directory_iterator(mPath), {});
+    }
+
+private:
+    std::filesystem::path mPath;
+};
+
+inline void writeTextFile(const std::string& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+/// What a file holds; of a missing one a text that no test writes.
+inline std::string readTextFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        return "(no file)";
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Sets an environment variable, or with null takes it away, for the life of the object.
+class EnvironmentVariable
+{
+public:
+    EnvironmentVariable(const char* name, const char* value)
+        : mName(name)
+    {
+        if (const char* before = std::getenv(name)) {
+            mWasSet = true;
+            mBefore = before;
+        }
+        Set(value);
+    }
+    EnvironmentVariable(const EnvironmentVariable&) = delete;
+    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+    ~EnvironmentVariable() { Set(mWasSet ? mBefore.c_str() : nullptr); }
+
+private:
+    void Set(const char* value) const
+    {
+        if (value)
+            setenv(mName.c_str(), value, 1);
+        else
+            unsetenv(mName.c_str());
+    }
+
+    std::string mName;
+    std::string mBefore;
+    bool mWasSet = false;
+};
+
+}  // namespace orvane
