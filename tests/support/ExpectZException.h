@@ -1,0 +1,26 @@
+#pragma once
+
+#include "zlib/common/ZException.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+namespace orvane
+{
+
+/// Expects that call() raises a ZException of that code and text.
+template <typename Call>
+void expectZException(std::int32_t code, const std::string& text, Call call)
+{
+    try {
+        call();
+        ADD_FAILURE() << "nothing raised, wanted: " << text;
+    } catch (const ZException& exception) {
+        EXPECT_EQ(exception.GetCode(), code) << text;
+        EXPECT_EQ(exception.GetMessage().ToNarrow(), text);
+    }
+}
+
+}  // namespace orvane

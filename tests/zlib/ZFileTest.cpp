@@ -1,0 +1,401 @@
+#include "zlib/common/ZFile.h"
+#include "zlib/common/ZFiletype.h"
+
+#include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include <boost/make_shared.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZFile> fileAt(const std::string& path)
+{
+    return boost::make_shared<ZFile>("file", path, "xml");
+}
+
+/// A file with text in it, closed.
+boost::shared_ptr<ZFile> fileWith(const std::string& path, const std::string& text)
+{
+    writeTextFile(path, text);
+    return fileAt(path);
+}
+
+/// Nothing can be put where it was once it has been moved away: a folder stands there.
+class FileThatBurnsItsBridge : public ZFile
+{
+public:
+    using ZFile::ZFile;
+
+    bool MoveTo(const boost::shared_ptr<ZFile>& other, bool overwrite) override
+    {
+        return ZFile::MoveTo(other, overwrite) &&
+               std::filesystem::create_directory(GetPath().ToNarrow());
+    }
+};
+
+class ZFileTest : public testing::Test
+{
+protected:
+    PrivateFolder mFolder;
+};
+
+}  // namespace
+
+TEST_F(ZFileTest, OpeningAMissingFileMakesAnEmptyOneForReadingToo)
+{
+    for (const std::int32_t mode : {1, 2, 3}) {
+        const auto file = fileAt(mFolder.Path(std::to_string(mode)));
+        EXPECT_TRUE(file->Open(mode, false));
+        EXPECT_EQ(file->GetMode(), mode);
+        EXPECT_EQ(readTextFile(mFolder.Path(std::to_string(mode))), "");
+    }
+}
+
+TEST_F(ZFileTest, OnlyCreateCutsWhatIsThere)
+{
+    const auto file = fileWith(mFolder.Path("kept"), "text");
+    for (const std::int32_t mode : {1, 2, 3}) {
+        EXPECT_TRUE(file->Open(mode, false));
+        EXPECT_EQ(file->GetSize(), 4);
+        file->Close();
+    }
+    EXPECT_TRUE(file->Open(ZFile::kModeRead, true));
+    EXPECT_EQ(file->GetSize(), 0);
+}
+
+TEST_F(ZFileTest, AnOpenFileIsNotOpenedAgain)
+{
+    const auto file = fileWith(mFolder.Path("open"), "text");
+    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
+    const ZFile::Handle handle = file->GetHandle();
+    EXPECT_TRUE(file->Open(ZFile::kModeReadWrite, true));
+    EXPECT_EQ(file->GetHandle(), handle);
+    EXPECT_EQ(file->GetMode(), ZFile::kModeRead);
+    EXPECT_EQ(file->GetSize(), 4);
+}
+
+TEST_F(ZFileTest, AClosedFileHasNoModeHandleSizeOrPosition)
+{
+    ZFile file("name", mFolder.Path("closed"), "xml");
+    file.SetMode(ZFile::kModeWrite);
+    EXPECT_EQ(file.GetMode(), ZFile::kModeClosed);
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(file.GetHandle(), ZNativeFile::kClosed);
+    EXPECT_EQ(file.GetSize(), 0);
+    EXPECT_EQ(file.GetPosition(), 0);
+    ASSERT_TRUE(file.Open(ZFile::kModeWrite, true));
+    file.Close();
+    EXPECT_EQ(file.GetMode(), ZFile::kModeClosed);
+    EXPECT_FALSE(file.IsOpen());
+}
+
+TEST_F(ZFileTest, WhatCannotBeOpenedGivesFalseAndAClosedFile)
+{
+    for (const std::string& path : {std::string(), mFolder.Path(), mFolder.Path("no folder/file"),
+                                    std::string("/dev/tty0/x")})
+        for (const std::int32_t mode : {1, 2, 3}) {
+            ZFile file("name", path, "");
+            EXPECT_FALSE(file.Open(mode, false)) << path << " in mode " << mode;
+            EXPECT_EQ(file.GetMode(), ZFile::kModeClosed);
+        }
+}
+
+TEST_F(ZFileTest, AFileWithoutPermissionCannotBeOpenedButExists)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "run as root, whom no permission stops";
+    std::filesystem::create_directory(mFolder.Path("locked"));
+    const auto file = fileWith(mFolder.Path("locked/file"), "text");
+    chmod(mFolder.Path("locked/file").c_str(), 0);
+    EXPECT_FALSE(file->Open(ZFile::kModeRead, false));
+    chmod(mFolder.Path("locked").c_str(), 0);
+    EXPECT_FALSE(file->Open(ZFile::kModeRead, false));
+    EXPECT_TRUE(file->Exists());
+    chmod(mFolder.Path("locked").c_str(), 0700);
+}
+
+TEST_F(ZFileTest, AnotherUsersFileInASharedFolderCanBeRead)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can make files of another user";
+    std::filesystem::create_directory(mFolder.Path("shared"));
+    chmod(mFolder.Path("shared").c_str(), 01777);
+    const auto file = fileWith(mFolder.Path("shared/file"), "text");
+    ASSERT_EQ(chown(mFolder.Path("shared/file").c_str(), 65534, 65534), 0);
+    EXPECT_TRUE(file->Open(ZFile::kModeRead, false));
+}
+
+TEST_F(ZFileTest, APipeWithoutOtherEndDoesNotHoldUpOpen)
+{
+    ASSERT_EQ(mkfifo(mFolder.Path("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(fileAt(mFolder.Path("pipe"))->Open(ZFile::kModeWrite, false));
+    const auto file = fileAt(mFolder.Path("pipe"));
+    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
+    char byte = 0;
+    EXPECT_EQ(file->Read(&byte, 1), 0);
+}
+
+TEST_F(ZFileTest, ExistsIsFalseOnlyWhereNothingCanBe)
+{
+    writeTextFile(mFolder.Path("file"), "");
+    std::filesystem::create_symlink("nowhere", mFolder.Path("dangling"));
+    std::filesystem::create_symlink("circle", mFolder.Path("circle"));
+    EXPECT_TRUE(fileAt(mFolder.Path("file"))->Exists());
+    EXPECT_TRUE(fileAt(mFolder.Path())->Exists());
+    EXPECT_FALSE(fileAt("")->Exists());
+    for (const char* name : {"missing", "file/below", "no folder/file", "dangling", "circle"})
+        EXPECT_FALSE(fileAt(mFolder.Path(name))->Exists()) << name;
+}
+
+TEST_F(ZFileTest, NumbersAndBytesComeBackFromWhereTheyWereWritten)
+{
+    const auto file = fileAt(mFolder.Path("größe ♪"));
+    ASSERT_TRUE(file->Open(ZFile::kModeReadWrite, true));
+    file->WriteLong(-123456789);
+    file->WriteShort(-1234);
+    EXPECT_EQ(file->Write("abcdef", 6), 6);
+    EXPECT_EQ(file->GetSize(), 12);
+    EXPECT_EQ(file->GetPosition(), 12);
+
+    file->Seek(0);
+    std::int32_t number = 0;
+    std::int16_t half = 0;
+    char text[8] = {};
+    file->ReadLong(number);
+    file->ReadShort(half);
+    EXPECT_EQ(number, -123456789);
+    EXPECT_EQ(half, -1234);
+    EXPECT_EQ(file->Read(text, 8), 6);
+    EXPECT_STREQ(text, "abcdef");
+    EXPECT_EQ(file->Read(text, 8), 0);
+    EXPECT_TRUE(std::filesystem::exists(mFolder.Path("größe ♪")));
+}
+
+TEST_F(ZFileTest, HalfANumberIsAFailureAndLeavesTheResultAlone)
+{
+    const auto file = fileWith(mFolder.Path("short"), "abc");
+    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
+    std::int32_t number = 77;
+    std::int16_t half = 77;
+    expectZException(-1, "Unable to read file.", [&] { file->ReadLong(number); });
+    file->Seek(2);
+    expectZException(-1, "Unable to read file.", [&] { file->ReadShort(half); });
+    EXPECT_EQ(number, 77);
+    EXPECT_EQ(half, 77);
+}
+
+TEST_F(ZFileTest, FailuresSayWhatCouldNotBeDone)
+{
+    const auto file = fileAt(mFolder.Path("file"));
+    char byte = 0;
+    std::int32_t number = 0;
+    std::int16_t half = 0;
+    expectZException(-1, "Unknown File Mode", [&] { file->Open(0, false); });
+    expectZException(-1, "Unknown File Mode", [&] { file->Open(4, true); });
+    EXPECT_FALSE(file->Exists());
+    expectZException(-2, "Implement ZFile::Rename", [&] { file->Rename(); });
+    expectZException(-1, "Unable to seek file as it has not been opened", [&] { file->Seek(0); });
+    expectZException(-1, "Unable to read file.", [&] { file->Read(&byte, 1); });
+
+    ASSERT_TRUE(file->Open(ZFile::kModeWrite, true));
+    expectZException(-1, "Unable to seek file", [&] { file->Seek(-1); });
+    expectZException(-1, "Unable to read file open write-only.", [&] { file->Read(&byte, 1); });
+    expectZException(-1, "Unable to read file.", [&] { file->ReadLong(number); });
+    expectZException(-1, "Unable to read file.", [&] { file->ReadShort(half); });
+
+    const auto full = fileAt("/dev/full");
+    ASSERT_TRUE(full->Open(ZFile::kModeWrite, false));
+    expectZException(-1, "Unable to write to file.", [&] { full->Write("a", 1); });
+    expectZException(-1, "Unable to write to file.", [&] { full->WriteLong(1); });
+    expectZException(-1, "Unable to write to file.", [&] { full->WriteShort(1); });
+}
+
+TEST_F(ZFileTest, ATemporaryFileGoesWithItsObjectAndNotBefore)
+{
+    const std::string path = mFolder.Path("temporary");
+    {
+        ZFile file("name", path, "xml");
+        file.SetDeleteOnClose(true);
+        ASSERT_TRUE(file.Open(ZFile::kModeWrite, true));
+        file.Close();
+        EXPECT_TRUE(file.Exists());
+    }
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(fileAt(path)->Delete());
+}
+
+TEST_F(ZFileTest, ACopyNamesTheSameFileButIsClosedAndHasNoFileType)
+{
+    ZFile file("name", mFolder.Path("name.xml"), "xml");
+    file.SetDeleteOnClose(true);
+    file.SetFiletype(boost::make_shared<ZFiletype>());
+    ASSERT_TRUE(file.Open(ZFile::kModeWrite, true));
+    {
+        const ZFile copy(file);
+        EXPECT_TRUE(copy.Equals(file));
+        EXPECT_FALSE(copy.IsOpen());
+        EXPECT_EQ(copy.GetFiletype(), nullptr);
+        EXPECT_TRUE(file.Exists());
+    }
+    EXPECT_FALSE(file.Exists());
+    EXPECT_FALSE(file.Equals(ZFile("name", file.GetPath(), "XML")));
+}
+
+TEST_F(ZFileTest, FiletypesAreToldByTheirExtensionInAnyCase)
+{
+    const auto filetype = boost::make_shared<ZFiletype>();
+    filetype->extension = "xÄml";
+    EXPECT_TRUE(ZFile("name", "path", "Xäml").IsOfFiletype(filetype));
+    EXPECT_FALSE(ZFile("name", "path", "xml").IsOfFiletype(filetype));
+    EXPECT_FALSE(ZFile("name", "path", "").IsOfFiletype(nullptr));
+}
+
+TEST_F(ZFileTest, CopyToWritesTheSameBytesAndReplacesOnlyWhenItMay)
+{
+    const std::string text(200000, 'x');
+    const auto from = fileWith(mFolder.Path("from"), text);
+    const auto to = fileWith(mFolder.Path("to"), "old, and to be gone " + text);
+    ASSERT_TRUE(from->Open(ZFile::kModeRead, false));
+
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(from->CopyTo(to, false));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Last Error = 17");
+    EXPECT_TRUE(from->CopyTo(to, true));
+    EXPECT_EQ(readTextFile(mFolder.Path("to")), text);
+    EXPECT_TRUE(from->CopyTo(fileAt(mFolder.Path("new")), false));
+    EXPECT_EQ(readTextFile(mFolder.Path("new")), text);
+    EXPECT_TRUE(from->IsOpen());
+    EXPECT_FALSE(from->CopyTo(nullptr, true));
+}
+
+TEST_F(ZFileTest, ACopyThatFailsLeavesBothFilesAsTheyWere)
+{
+    const auto file = fileWith(mFolder.Path("file"), "text");
+    std::filesystem::create_hard_link(mFolder.Path("file"), mFolder.Path("twin"));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(file->CopyTo(file, true));
+    EXPECT_FALSE(file->CopyTo(fileAt(mFolder.Path("twin")), true));
+    EXPECT_FALSE(fileAt(mFolder.Path())->CopyTo(file, true));
+    EXPECT_FALSE(fileAt(mFolder.Path("missing"))->CopyTo(file, true));
+    // A file that opens, but whose first byte cannot be read.
+    EXPECT_FALSE(fileAt("/proc/self/mem")->CopyTo(fileAt(mFolder.Path("new")), true));
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
+    EXPECT_FALSE(std::filesystem::exists(mFolder.Path("new")));
+}
+
+TEST_F(ZFileTest, MoveToClosesBothAndReplacesTheTarget)
+{
+    const auto from = fileWith(mFolder.Path("from"), "new");
+    const auto to = fileWith(mFolder.Path("to"), "old");
+    ASSERT_TRUE(from->Open(ZFile::kModeRead, false));
+    ASSERT_TRUE(to->Open(ZFile::kModeRead, false));
+    EXPECT_TRUE(from->MoveTo(to, true));
+    EXPECT_FALSE(from->IsOpen() || to->IsOpen());
+    EXPECT_EQ(readTextFile(mFolder.Path("to")), "new");
+    EXPECT_FALSE(from->Exists());
+
+    EXPECT_FALSE(from->MoveTo(nullptr, true));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(from->MoveTo(to, true));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Last Error = 2\n");
+    EXPECT_EQ(readTextFile(mFolder.Path("to")), "new");
+}
+
+TEST_F(ZFileTest, MoveToReachesAnotherVolume)
+{
+    struct stat here
+    {
+    };
+    struct stat there
+    {
+    };
+    if (stat("/tmp", &here) != 0 || stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev ||
+        access("/dev/shm", W_OK) != 0)
+        GTEST_SKIP() << "no second volume to write to";
+    const PrivateFolder other("/dev/shm");
+    const auto from = fileWith(mFolder.Path("from"), "new");
+    chmod(mFolder.Path("from").c_str(), 0640);
+    const auto to = fileWith(other.Path("to"), "old");
+    EXPECT_TRUE(from->MoveTo(to, true));
+    EXPECT_FALSE(from->Exists());
+    EXPECT_EQ(readTextFile(other.Path("to")), "new");
+    stat(other.Path("to").c_str(), &there);
+    EXPECT_EQ(there.st_mode & 0777, 0640u);
+
+    // A failure leaves nothing behind on either side.
+    std::filesystem::create_directory(other.Path("folder"));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(fileWith(mFolder.Path("from"), "new")->MoveTo(fileAt(other.Path("folder")), true));
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(readTextFile(mFolder.Path("from")), "new");
+    EXPECT_EQ(other.Count(), 2);
+}
+
+TEST_F(ZFileTest, ExchangeSwapsWhatTheFilesHold)
+{
+    const EnvironmentVariable temporary("TMPDIR", mFolder.Path().c_str());
+    const auto one = fileAt(mFolder.Path("one"));
+    const auto two = fileWith(mFolder.Path("two"), "second");
+    ASSERT_TRUE(one->Open(ZFile::kModeWrite, true));
+    one->Write("first", 5);
+    ASSERT_TRUE(two->Open(ZFile::kModeRead, false));
+    EXPECT_TRUE(one->Exchange(two));
+    EXPECT_FALSE(one->IsOpen() || two->IsOpen());
+    EXPECT_EQ(readTextFile(mFolder.Path("one")), "second");
+    EXPECT_EQ(readTextFile(mFolder.Path("two")), "first");
+    EXPECT_EQ(mFolder.Count(), 2);
+}
+
+TEST_F(ZFileTest, AnExchangeThatFailsPutsBothFilesBack)
+{
+    const PrivateFolder parking;
+    const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
+    const auto file = fileWith(mFolder.Path("file"), "text");
+    std::filesystem::create_directory(mFolder.Path("folder"));
+    writeTextFile(mFolder.Path("folder/inside"), "");
+
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(file->Exchange(nullptr));
+    EXPECT_FALSE(fileAt(mFolder.Path("missing"))->Exchange(file));  // at the first of three moves
+    EXPECT_FALSE(file->Exchange(fileAt(mFolder.Path("missing"))));  // at the second
+    {
+        const EnvironmentVariable nowhere("TMPDIR", mFolder.Path("missing").c_str());
+        EXPECT_FALSE(file->Exchange(fileWith(mFolder.Path("other"), "other")));
+    }
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
+    EXPECT_EQ(readTextFile(mFolder.Path("other")), "other");
+    EXPECT_EQ(parking.Count(), 0);
+}
+
+TEST_F(ZFileTest, AnExchangeThatCannotEvenPutBackLosesNothing)
+{
+    const PrivateFolder parking;
+    const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
+    const auto one = fileWith(mFolder.Path("one"), "first");
+    writeTextFile(mFolder.Path("two"), "second");
+    const auto two = boost::make_shared<FileThatBurnsItsBridge>("two", mFolder.Path("two"), "xml");
+
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(one->Exchange(two));
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(readTextFile(mFolder.Path("one")), "second");
+    ASSERT_EQ(parking.Count(), 1);
+    const auto parked = std::filesystem::directory_iterator(parking.Path())->path();
+    EXPECT_EQ(readTextFile(parked.string()), "first");
+}
+
+}  // namespace orvane

@@ -1,0 +1,76 @@
+#include "zlib/common/ZTempFile.h"
+
+#include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZString> shared(const std::string& text)
+{
+    return boost::make_shared<ZString>(text);
+}
+
+}  // namespace
+
+TEST(ZTempFileTest, StandsInTheTemporaryFolderUntilItsObjectGoes)
+{
+    const PrivateFolder folder;
+    const EnvironmentVariable temporary("TMPDIR", folder.Path().c_str());
+    boost::shared_ptr<ZFile> file;
+    MakeTempFile(shared("xml"), file);
+    ASSERT_NE(file, nullptr);
+    const std::string path = file->GetPath().ToNarrow();
+    EXPECT_TRUE(path.starts_with(folder.Path("sop"))) << path;
+    EXPECT_TRUE(path.ends_with(".xml")) << path;
+    EXPECT_EQ(file->GetMode(), ZFile::kModeRead);
+    EXPECT_EQ(file->GetName().ToNarrow(), "tempfile");
+    EXPECT_EQ(file->GetExtension().ToNarrow(), "xml");
+    EXPECT_EQ(folder.Count(), 1);
+
+    boost::shared_ptr<ZFile> second;
+    MakeTempFile(shared("xml"), second);
+    EXPECT_FALSE(second->Equals(*file));
+    second.reset();
+    file.reset();
+    EXPECT_EQ(folder.Count(), 0);
+}
+
+TEST(ZTempFileTest, TakesTheFolderPrefixAndExtensionGiven)
+{
+    const PrivateFolder folder;  // has a dot in its own name
+    for (const auto& [extension, ending] : {std::pair{"tmp", ".tmp"}, std::pair{".tmp", ".tmp"},
+                                            std::pair{".xml", ".xml"}, std::pair{"", "."}})
+    {
+        boost::shared_ptr<ZFile> file;
+        MakeTempFile(shared(folder.Path()), shared("my.prefix"), shared(extension), file);
+        const std::string path = file->GetPath().ToNarrow();
+        EXPECT_TRUE(path.starts_with(folder.Path("my.prefix"))) << path;
+        EXPECT_EQ(path.substr(path.rfind('.')), ending);
+        EXPECT_TRUE(file->IsOpen());
+        EXPECT_EQ(folder.Count(), 1);
+    }
+}
+
+TEST(ZTempFileTest, SaysWhatIsMissing)
+{
+    const PrivateFolder folder;
+    boost::shared_ptr<ZFile> file;
+    expectZException(-1, "Unable to GetTempFileName.", [&] {
+        MakeTempFile(shared(folder.Path("missing")), nullptr, shared("xml"), file);
+    });
+    const EnvironmentVariable temporary("TMPDIR", folder.Path("missing").c_str());
+    expectZException(-1, "Unable to GetTempPath.", [&] { MakeTempFile(shared("xml"), file); });
+    EXPECT_EQ(file, nullptr);
+}
+
+}  // namespace orvane
