@@ -1,5 +1,7 @@
 #include "zlib/common/ZXMLDocument.h"
 
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZFile.h"
 #include "zlib/common/ZTrace.h"
 #include "zlib/common/ZXMLElement.h"
 
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <numeric>
 #include <string>
 #include <utility>
@@ -42,6 +45,18 @@ void blankComments(std::string& text)
     }
 }
 
+std::string readWhole(ZFile& file)
+{
+    file.Seek(0);
+    const std::int64_t size = file.GetSize();
+    if (size >= std::numeric_limits<std::int32_t>::max())
+        throw ZException(-1, "Unable to read file.");
+    std::string characters(static_cast<std::size_t>(size), '\0');
+    const std::int32_t got = file.Read(characters.data(), static_cast<std::int32_t>(size));
+    characters.resize(static_cast<std::size_t>(got));
+    return characters;
+}
+
 }  // namespace
 
 ZXMLDocument::ZXMLDocument(const char* text, std::int32_t length, Comments comments)
@@ -50,6 +65,11 @@ ZXMLDocument::ZXMLDocument(const char* text, std::int32_t length, Comments comme
     if (comments == Comments::kBlanked)
         blankComments(characters);
     mText = boost::make_shared<ZXMLText>(std::move(characters));
+}
+
+ZXMLDocument::ZXMLDocument(const boost::shared_ptr<ZFile>& file)
+    : mText(boost::make_shared<ZXMLText>(readWhole(*file)))
+{
 }
 
 ZXMLDocument::ZXMLDocument(const ZXMLDocument& other)

@@ -14,6 +14,7 @@
 namespace orvane
 {
 
+class ZFile;
 class ZXMLElement;
 
 /// A run of raw text that is split into children when somebody asks for them. Not a general XML
@@ -34,6 +35,9 @@ public:
     ZXMLDocument() = default;
     /// Copies the text. A null text is empty.
     ZXMLDocument(const char* text, std::int32_t length, Comments comments = Comments::kBlanked);
+    /// Reads the whole of an open file, whose comments are kept. Throws ZException -1 when it
+    /// cannot be read, or its text would outgrow 32 bits.
+    explicit ZXMLDocument(const boost::shared_ptr<ZFile>& file);
     /// Copies the text; the children are split out anew.
     ZXMLDocument(const ZXMLDocument& other);
     ZXMLDocument& operator=(const ZXMLDocument&) = delete;
