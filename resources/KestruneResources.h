@@ -1,0 +1,14 @@
+#pragma once
+
+namespace orvane
+{
+
+class ZResources;
+
+/// What the product's library carries; packed from this folder by the build. [any thread]
+///
+/// "XML" "kestrune_vst.xml" is the application description, signed;
+/// "STRING" "strings.txt" the texts by number, for ZStringTable.
+[[nodiscard]] const ZResources& kestruneResources() noexcept;
+
+}  // namespace orvane
