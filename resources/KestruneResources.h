@@ -7,7 +7,7 @@ class ZResources;
 
 /// What the product's library carries; packed from this folder by the build. [any thread]
 ///
-/// "XML" "kestrune_vst.xml" is the application description, signed;
+/// "XML" "kestrune_vst.xml" is the application description, with its factory presets and signed;
 /// "STRING" "strings.txt" the texts by number, for ZStringTable.
 [[nodiscard]] const ZResources& kestruneResources() noexcept;
 
