@@ -30,19 +30,25 @@ function(kestrune_row name)
   target_include_directories(${name} PUBLIC ${include_root})
   target_link_libraries(${name} PUBLIC kestrune_options ${ROW_LINKS} ${ROW_LIBRARIES})
 
-  # Objects do not travel through object libraries, so each row tells what a program must link.
-  set(objects ${name})
-  foreach(row IN LISTS ROW_LINKS)
-    get_target_property(below ${row} KESTRUNE_OBJECT_ROWS)
-    list(APPEND objects ${below})
-  endforeach()
-  list(REMOVE_DUPLICATES objects)
-  set_target_properties(${name} PROPERTIES KESTRUNE_OBJECT_ROWS "${objects}")
+  set_target_properties(${name} PROPERTIES KESTRUNE_ROWS_BELOW "${ROW_LINKS}")
 endfunction()
 
-# Links a program or library with a row and all rows below it. Only objects that are linked by
-# name reach the program, hence the whole list.
+# Puts the row and all rows below it into the variable. Rows may be declared in any order, since
+# this is asked when all of them stand.
+function(kestrune_rows_from row result)
+  set(rows ${row})
+  get_target_property(links ${row} KESTRUNE_ROWS_BELOW)
+  foreach(link IN LISTS links)
+    kestrune_rows_from(${link} below)
+    list(APPEND rows ${below})
+  endforeach()
+  list(REMOVE_DUPLICATES rows)
+  set(${result} "${rows}" PARENT_SCOPE)
+endfunction()
+
+# Links a program or library with a row and all rows below it. Objects do not travel through object
+# libraries, so only those that are linked by name reach the program: hence the whole list.
 function(kestrune_link_row target row)
-  get_target_property(rows ${row} KESTRUNE_OBJECT_ROWS)
+  kestrune_rows_from(${row} rows)
   target_link_libraries(${target} PRIVATE ${rows})
 endfunction()
