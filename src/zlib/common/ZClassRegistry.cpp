@@ -35,6 +35,11 @@ void ZClassRegistry::SetStandardClasses(Registration registration)
     standardClasses = registration;
 }
 
+bool ZClassRegistry::Contains(std::string_view className) const
+{
+    return mCreators.contains(className);
+}
+
 boost::shared_ptr<ZObject> ZClassRegistry::Create(std::string_view className,
                                                   const boost::shared_ptr<ZXMLElement>& xml) const
 {

@@ -39,6 +39,7 @@ public:
     /// [library load]
     static void SetStandardClasses(Registration registration);
 
+    [[nodiscard]] bool Contains(std::string_view className) const;
     /// Makes an object of the named class. Throws ZException -1 when there is no such name.
     [[nodiscard]] boost::shared_ptr<ZObject>
     Create(std::string_view className, const boost::shared_ptr<ZXMLElement>& xml) const;
