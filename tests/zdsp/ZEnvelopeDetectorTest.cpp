@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -99,6 +100,22 @@ TEST_F(ZEnvelopeDetectorTest, OneSampleAtFullScaleIsNoClip)
     EXPECT_EQ(mDetector->ClipEvents(), 3u);
     EXPECT_EQ(mDetector->ClippedSamples(), 103u);
     EXPECT_EQ(mDetector->LastClipRun(), 1u);
+}
+
+TEST_F(ZEnvelopeDetectorTest, TakesAPartOfABufferAndForgetsClips)
+{
+    ZBuffer buffer(8, "ZBuffer");
+    std::fill_n(buffer.Data() + 4, 4, 2.0f);
+    mDetector->Process(std::span<const float>(buffer.Data(), 4));
+    EXPECT_EQ(mDetector->ClippedSamples(), 0u);
+    mDetector->Process(buffer);
+    EXPECT_EQ(mDetector->ClippedSamples(), 4u);
+    mDetector->ClearClips();
+    EXPECT_EQ(mDetector->ClippedSamples() + mDetector->ClipEvents(), 0u);
+    mDetector->Process(buffer);
+    EXPECT_EQ(mDetector->ClipEvents(), 1u) << "the run from before still counts as begun";
+    const float level = mDetector->Level();
+    EXPECT_EQ(mDetector->Process(std::span<const float>()), level);
 }
 
 TEST_F(ZEnvelopeDetectorTest, ComesBackFromWhatIsNoSound)

@@ -87,12 +87,19 @@ void ZEnvelopeDetector::SetSampleRate(float sampleRate) noexcept
 
 float ZEnvelopeDetector::Process(const ZBuffer& input) noexcept
 {
-    const std::uint32_t samples = input.Length();
+    return Process(std::span(input.Data(), input.Length()));
+}
+
+float ZEnvelopeDetector::Process(std::span<const float> input) noexcept
+{
+    if (input.empty())
+        return mLevel;
+    const auto samples = static_cast<std::uint32_t>(input.size());
     Hold(samples);
     float sum = 0.0f;
     float before = 0.0f;
-    for (std::uint32_t i = 0; i < samples; ++i) {
-        const float square = squareOf(input.Data()[i]);
+    for (const float sample : input) {
+        const float square = squareOf(sample);
         sum += square;
         if (square > mPeak) {
             mPeak = square;
@@ -105,6 +112,14 @@ float ZEnvelopeDetector::Process(const ZBuffer& input) noexcept
     UpdateBlockSteps(samples);
     mLevel += (decibels - mLevel) * (mLevel > decibels ? mFallBlock : mRiseBlock);
     return mLevel;
+}
+
+void ZEnvelopeDetector::ClearClips() noexcept
+{
+    mClipEvents = 0;
+    mClipRun = 0;
+    mLastClipRun = 0;
+    mClippedSamples = 0;
 }
 
 void ZEnvelopeDetector::Hold(std::uint32_t samples) noexcept

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 namespace orvane
 {
@@ -29,6 +30,11 @@ public:
 
     /// Takes the next block and gives the new level in dB. [audio thread]
     virtual float Process(const ZBuffer& input) noexcept;
+    /// The same for a block that is a part of a buffer; of no samples it leaves all as it is.
+    /// [audio thread]
+    float Process(std::span<const float> input) noexcept;
+    /// Counts clips from 0 again. [audio thread]
+    void ClearClips() noexcept;
 
     /// In dB; -144 at first and the level of silence.
     [[nodiscard]] float Level() const noexcept { return mLevel; }
