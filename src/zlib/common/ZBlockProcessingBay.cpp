@@ -43,6 +43,7 @@ boost::shared_ptr<ZBay> ZBlockProcessingBay::Clone()
     auto copy = boost::make_shared<ZBlockProcessingBay>(ExtractHeader(), GetApp());
     CopySettingsTo(*copy);
     copy->SetBlockSize(mAutoBlock ? -1 : mBlockSize);
+    copy->SetLatency(GetLatency() - mBlockSize);
     return copy;
 }
 

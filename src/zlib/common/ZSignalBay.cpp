@@ -88,8 +88,9 @@ boost::shared_ptr<ZBay> ZSignalBay::Clone()
     return copy;
 }
 
-void ZSignalBay::CopySettingsTo(ZSignalBay& copy) const
+void ZSignalBay::CopySettingsTo(ZSignalBay& copy)
 {
+    copy.SetLooper(GetLooper());
     copy.mSampleRate = mSampleRate;
     copy.mLatency = mLatency;
     copy.SetMaxBuffer(mMaxBuffer);

@@ -143,8 +143,8 @@ protected:
     [[nodiscard]] static std::int32_t ReadChannelCount(const ZXMLElement& xml, std::int32_t max);
     /// Throws ZException -1 unless count is 0 to kMaxChannels.
     void CheckChannelCount(std::int32_t count) const;
-    /// Sample rate, buffer size and latency, for a clone.
-    void CopySettingsTo(ZSignalBay& copy) const;
+    /// Looper, sample rate, buffer size and latency, for a clone.
+    void CopySettingsTo(ZSignalBay& copy);
     void MakeSink() { mIsSink = true; }
     /// Wakes the bay and all that it reads.
     void Activate();
