@@ -1,0 +1,17 @@
+// Any bytes as the description of a network.
+
+#include "support/BayArchiveCheck.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string fault = orvane::bayArchiveFault({reinterpret_cast<const char*>(data), size});
+    if (!fault.empty()) {
+        std::fprintf(stderr, "%s\n", fault.c_str());
+        std::abort();
+    }
+    return 0;
+}

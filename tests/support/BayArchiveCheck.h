@@ -1,0 +1,117 @@
+#pragma once
+
+#include "support/SmallApplication.h"
+#include "zlib/common/ZBlockProcessingBay.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZElementBay.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZInputBay.h"
+#include "zlib/common/ZMeterBay.h"
+#include "zlib/common/ZOutputBay.h"
+#include "zlib/common/ZThruBay.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <cstdint>
+#include <string>
+
+namespace orvane
+{
+
+inline void registerBays(ZClassRegistry& registry)
+{
+    registry.AddStandard<ZElement>("ZElementClass");
+    registry.AddStandard<ZSignalBay>("ZSignalBayClass");
+    registry.AddStandard<ZElementBay>("ZElementBayClass");
+    registry.AddStandard<ZThruBay>("ZThruBayClass");
+    registry.AddStandard<ZMeterBay>("ZMeterBayClass");
+    registry.AddStandard<ZBlockProcessingBay>("ZBlockProcessingBayClass");
+}
+
+/// A network with a bay of each class, a chain, a fan-out and a bay in a bay.
+inline std::string networkOfEachClass()
+{
+    return "<bay name=\"network\" class=\"ZSignalBayClass\">\n<bays>\n"
+           "<bay name=\"thru\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>\n"
+           "<bay name=\"inner\" class=\"ZSignalBayClass\">\n<bays>\n"
+           "<bay name=\"block\" class=\"ZBlockProcessingBayClass\" numchannels=\"2\"></bay>\n"
+           "</bays>\n<routes></routes>\n"
+           "<publish bay=\"block\" import=\"0\" /><publish bay=\"block\" import=\"1\" />\n"
+           "<publish bay=\"block\" export=\"1\" /><publish bay=\"block\" export=\"0\" />\n</bay>\n"
+           "<bay name=\"meter\" class=\"ZMeterBayClass\" numchannels=\"2\"></bay>\n"
+           "<bay name=\"knob\" class=\"ZElementBayClass\"><element name=\"gain\" "
+           "class=\"ZElementClass\" type=\"ZFLOAT\" floatvalue=\"0.5\"></element></bay>\n"
+           "</bays>\n<routes>\n"
+           "<route outbay=\"thru\" export=\"0\" inbay=\"inner\" import=\"0\" />\n"
+           "<route outbay=\"thru\" export=\"0\" inbay=\"inner\" import=\"1\" />\n"
+           "<route outbay=\"inner\" export=\"0\" inbay=\"meter\" import=\"0\" />\n"
+           "<route outbay=\"inner\" export=\"1\" inbay=\"meter\" import=\"1\" />\n"
+           "<route outbay=\"input\" export=\"0\" inbay=\"thru\" import=\"0\" />\n"
+           "</routes>\n"
+           "<publish bay=\"thru\" import=\"0\" /><publish bay=\"thru\" import=\"1\" />\n"
+           "<publish bay=\"meter\" export=\"0\" /><publish bay=\"meter\" export=\"1\" />\n</bay>\n";
+}
+
+inline boost::shared_ptr<ZXMLElement> firstBay(const std::string& text)
+{
+    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
+}
+
+/// Joins the network to two ends, as far as its ports go, and runs some passes.
+inline void runBetweenEnds(ZSignalBay& network)
+{
+    ZInputBay input("input", 2);
+    ZOutputBay output("output", 2);
+    input.SetFifoSize(64);
+    output.SetFifoSize(64);
+    output.Prepare();
+    for (std::int32_t i = 0; i < network.GetImportCount(); ++i)
+        network.Route(i, input, i % 2);
+    for (std::int32_t i = 0; i < 2 && i < network.GetExportCount(); ++i)
+        output.Route(i, network, i);
+    const ZBuffer block(64, "ZBuffer");
+    for (int pass = 0; pass < 3; ++pass) {
+        input.Write(block, input.Free(0), 0);
+        output.SetRequested(48);
+        output.RequestInputs();
+        output.Pull();
+    }
+}
+
+/// Reads any bytes as the description of a network, runs what comes of it, and as values for a
+/// network that stands. Tells what then is wrong; empty when nothing is.
+inline std::string bayArchiveFault(const std::string& text)
+{
+    SmallApplication application;
+    registerBays(application.GetClassRegistry());
+    const auto standing =
+        boost::make_shared<ZSignalBay>(firstBay(networkOfEachClass()), &application);
+    const auto xml = firstBay(text);
+    if (!xml)
+        return "";
+    try {
+        const auto network = boost::make_shared<ZSignalBay>(xml, &application);
+        network->Prepare();
+        network->SetMaxBuffer(64);
+        runBetweenEnds(*network);
+        static_cast<void>(network->ExtractXML());
+        static_cast<void>(network->Clone());
+        while (const auto bay = network->GetBay(network->GetBayCount() / 2))
+            network->RemoveBay(bay);
+        if (network->GetImportCount() + network->GetExportCount() != 0)
+            return "a network without bays publishes ports";
+    } catch (const ZException&) {
+    }
+    try {
+        standing->RestoreBody(xml);
+    } catch (const ZException&) {
+    }
+    const std::string once = standing->ExtractXML()->Write(0);
+    const ZSignalBay again(firstBay(once), &application);
+    const std::string twice = again.ExtractXML()->Write(0);
+    return once == twice ? ""
+                         : "building from its own archive makes of\n" + once + "this\n" + twice;
+}
+
+}  // namespace orvane

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "zlib/common/ZBuffer.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZOutputBay.h"
+#include "zlib/common/ZSignalBay.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <cstdint>
+#include <string>
+
+namespace orvane
+{
+
+/// A bay of any shape that counts its runs. Every export gives the sum of the imports and a value.
+class ProbeBay : public ZSignalBay
+{
+public:
+    ProbeBay(std::string_view name, std::int32_t imports, std::int32_t exports,
+             ZPort::Type type = ZPort::kAudio)
+        : ZSignalBay(name)
+    {
+        for (std::int32_t i = 0; i < imports; ++i)
+            MakeImport("in", type);
+        for (std::int32_t i = 0; i < exports; ++i)
+            MakeExport("out", type);
+    }
+
+    void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t /*firstExport*/,
+                       std::int32_t /*exportCount*/) noexcept override
+    {
+        ++runs;
+        lastPosition = position;
+        lastCount = count;
+        for (ZSignalPort* const port : SignalExports()) {
+            for (std::uint32_t i = 0; i < count; ++i)
+                port->GetBuffer()->Data()[i] = value + InputAt(i);
+            port->SetAvailable(count);
+        }
+    }
+
+    /// What import 0 reads.
+    [[nodiscard]] const ZBuffer& Input() const { return *SignalImports().front()->GetBuffer(); }
+
+    float value = 1.0f;
+    int runs = 0;
+    std::uint64_t lastPosition = 0;
+    std::uint32_t lastCount = 0;
+
+private:
+    [[nodiscard]] float InputAt(std::uint32_t i) const noexcept
+    {
+        float sum = 0.0f;
+        for (const ZSignalPort* const port : SignalImports())
+            sum += port->GetBuffer()->Data()[i];
+        return sum;
+    }
+};
+
+inline boost::shared_ptr<ProbeBay> probe(std::string_view name, std::int32_t imports = 1,
+                                         std::int32_t exports = 1, ZPort::Type type = ZPort::kAudio)
+{
+    return boost::make_shared<ProbeBay>(name, imports, exports, type);
+}
+
+/// One pass from a sink.
+inline void runPass(ZSignalBay& sink, std::uint32_t count)
+{
+    sink.SetRequested(count);
+    sink.RequestInputs();
+    sink.Pull();
+}
+
+/// Text of the failure that action ends in, or "none".
+template <typename Action>
+std::string failureOf(Action action)
+{
+    try {
+        action();
+    } catch (const ZException& failure) {
+        return failure.GetMessage().ToNarrow();
+    }
+    return "none";
+}
+
+}  // namespace orvane

@@ -1,0 +1,210 @@
+// Networks from descriptions, their archives, their clones.
+
+#include "support/BayArchiveCheck.h"
+#include "support/ProbeBay.h"
+#include "support/TextMutation.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+class ZBayArchiveTest : public testing::Test
+{
+protected:
+    ZBayArchiveTest() { registerBays(application.GetClassRegistry()); }
+
+    boost::shared_ptr<ZSignalBay> Build(const std::string& text)
+    {
+        return boost::make_shared<ZSignalBay>(firstBay(text), &application);
+    }
+    /// A network of two bays with these routes and publications.
+    boost::shared_ptr<ZSignalBay> BuildPair(const std::string& routes,
+                                            const std::string& published = "")
+    {
+        return Build("<bay name=\"n\"><bays>\n"
+                     "<bay name=\"a\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>\n"
+                     "<bay name=\"b\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>\n"
+                     "</bays>\n<routes>" +
+                     routes + "</routes>" + published + "</bay>\n");
+    }
+
+    SmallApplication application;
+};
+
+std::string route(const char* from, const char* exported, const char* to, const char* import)
+{
+    return std::string("<route outbay=\"") + from + "\" export=\"" + exported + "\" inbay=\"" + to +
+           "\" import=\"" + import + "\" />\n";
+}
+
+}  // namespace
+
+TEST_F(ZBayArchiveTest, ANetworkIsBuiltFromItsDescription)
+{
+    const auto network = Build(networkOfEachClass());
+    EXPECT_EQ(network->GetName(), "network");
+    EXPECT_EQ(network->GetLooper(), &application);
+    ASSERT_EQ(network->GetBayCount(), 4);
+    const auto thru = network->FindBay("thru");
+    const auto inner = network->FindBay("inner");
+    const auto meter = network->FindBay("meter");
+    EXPECT_EQ(thru->GetContainer(), network.get());
+    EXPECT_TRUE(inner->IsRouted(1, *thru, 0));
+    EXPECT_TRUE(meter->IsRouted(0, *inner, 0));
+    EXPECT_EQ(meter->GetImport(0)->GetRoutes()[0].port, inner->GetBay(0)->GetExport(1));
+    EXPECT_EQ(network->GetImport(1), thru->GetImport(1));
+    EXPECT_EQ(network->GetExport(0), meter->GetExport(0));
+    EXPECT_TRUE(thru->GetImport(0)->GetRoutes().empty()) << "\"input\" is no bay of the network";
+    boost::shared_ptr<ZElement> gain;
+    EXPECT_TRUE(network->GetElement()->FindSubElement("gain", gain));
+}
+
+TEST_F(ZBayArchiveTest, RoutesAndPublicationsThatCannotBeAreSkipped)
+{
+    const auto network = BuildPair(
+        route("a", "0", "b", "0") + route("a", "0", "b", "0") + route("a", "2", "b", "1") +
+            route("a", "-1", "b", "1") + route("a", "99999999999", "b", "1") +
+            route("b", "1", "a", "1") + route("a", "1", "a", "1") + route("c", "0", "b", "1") +
+            "<route outbay=\"a\" inbay=\"b\" />",
+        "<publish bay=\"a\" import=\"1\" export=\"0\" /><publish bay=\"a\" />"
+        "<publish bay=\"b\" import=\"2\" /><publish bay=\"b\" export=\"-7\" />"
+        "<publish bay=\"c\" import=\"0\" /><publish import=\"0\" />");
+    EXPECT_EQ(network->FindBay("a")->GetRouteCount(), 1);
+    EXPECT_EQ(network->FindBay("b")->GetRouteCount(), 0);
+    EXPECT_EQ(network->GetImportCount(), 1);
+    EXPECT_EQ(network->GetExportCount(), 0);
+    EXPECT_EQ(network->GetImport(0), network->FindBay("a")->GetImport(1));
+}
+
+TEST_F(ZBayArchiveTest, AClassThatMakesNoBayIsNamed)
+{
+    const std::string text =
+        "<bay name=\"n\"><bays><bay name=\"x\" class=\"Foo\"></bay></bays></bay>";
+    const std::string failure = "ERROR (ZBay::ZBay(xml)) 'Foo' class (name='x') found in XML, "
+                                "unable to make instance!\n";
+    EXPECT_EQ(failureOf([&] { Build(text); }), failure);
+    application.GetClassRegistry().AddStandard<ZElement>("Foo");
+    EXPECT_NE(failureOf([&] { Build(text); }), "none");
+}
+
+TEST_F(ZBayArchiveTest, BaysInBaysEndSomewhere)
+{
+    std::string text = "<bay name=\"leaf\" class=\"ZSignalBayClass\"></bay>";
+    for (int i = 0; i < ZBay::kMaxNesting; ++i)
+        text = "<bay name=\"n\" class=\"ZSignalBayClass\"><bays>" + text + "</bays></bay>";
+    EXPECT_EQ(failureOf([&] { Build(text); }), "none");
+    text = "<bay name=\"n\" class=\"ZSignalBayClass\"><bays>" + text + "</bays></bay>";
+    EXPECT_NE(failureOf([&] { Build(text); }), "none");
+    EXPECT_EQ(failureOf([&] { Build(networkOfEachClass()); }), "none");
+}
+
+TEST_F(ZBayArchiveTest, ChannelCountsThatCannotBeAreRefused)
+{
+    for (const char* const className :
+         {"ZThruBayClass", "ZMeterBayClass", "ZBlockProcessingBayClass"}) {
+        for (const char* const count :
+             {"", " numchannels=\"0\"", " numchannels=\"-1\"", " numchannels=\"2000000000\""})
+        {
+            const std::string text = std::string("<bay name=\"n\"><bays><bay name=\"x\" class=\"") +
+                                     className + "\"" + count + "></bay></bays></bay>";
+            EXPECT_NE(failureOf([&] { Build(text); }).find("numchannels"), std::string::npos)
+                << text;
+        }
+    }
+}
+
+TEST_F(ZBayArchiveTest, ArchivesReadBackAsTheyWereWritten)
+{
+    const auto network = Build(networkOfEachClass());
+    boost::shared_ptr<ZElement> gain;
+    ASSERT_TRUE(network->GetElement()->FindSubElement("gain", gain));
+    gain->SetZFloat(0.75f, true);
+    ZInputBay input("input", 2);
+    network->Route(0, input, 1);
+    const std::string archive = network->ExtractXML()->Write(0);
+    EXPECT_NE(archive.find("<route outbay=\"input\" export=\"1\" inbay=\"thru\" import=\"0\""),
+              std::string::npos)
+        << "the way in is written, too:\n"
+        << archive;
+    const auto again = Build(archive);
+    network->UnrouteImports();
+    EXPECT_EQ(again->ExtractXML()->Write(0), network->ExtractXML()->Write(0));
+}
+
+TEST_F(ZBayArchiveTest, RestoringChangesValuesAndNothingElse)
+{
+    const auto network = Build(networkOfEachClass());
+    const auto changed = Build(networkOfEachClass());
+    boost::shared_ptr<ZElement> gain;
+    ASSERT_TRUE(changed->GetElement()->FindSubElement("gain", gain));
+    gain->SetZFloat(0.25f, true);
+    changed->RemoveBay(changed->FindBay("thru"));
+    changed->AddBay(boost::make_shared<ZSignalBay>("unknown"));
+    network->RestoreBody(changed->ExtractXML());
+    network->RestoreBody(nullptr);
+    EXPECT_EQ(network->GetBayCount(), 4);
+    EXPECT_TRUE(network->FindBay("inner")->IsRouted(0, *network->FindBay("thru"), 0));
+    ASSERT_TRUE(network->GetElement()->FindSubElement("gain", gain));
+    EXPECT_EQ(gain->GetZFloat(), 0.25f);
+}
+
+TEST_F(ZBayArchiveTest, AnElementThatIsNotArchivableIsNotWritten)
+{
+    const auto leaf = probe("leaf");
+    leaf->AddElement(boost::make_shared<ZElement>("gain", ZElement::ZFLOAT, nullptr));
+    EXPECT_NE(leaf->ExtractXML()->GetChild("element"), nullptr);
+    leaf->GetElement()->SetArchivable(false);
+    EXPECT_EQ(leaf->ExtractXML()->GetChild("element"), nullptr);
+}
+
+TEST_F(ZBayArchiveTest, ACloneIsANetworkOfItsOwn)
+{
+    const auto network = Build(networkOfEachClass());
+    network->SetMaxBuffer(64);
+    boost::shared_ptr<ZElement> gain;
+    ASSERT_TRUE(network->GetElement()->FindSubElement("gain", gain));
+    gain->SetZFloat(0.125f, true);
+    const std::string archive = network->ExtractXML()->Write(0);
+    const auto clone = boost::dynamic_pointer_cast<ZSignalBay>(network->Clone());
+    ZInputBay input("input", 2);
+    network->Route(0, input, 0);
+    EXPECT_TRUE(clone->GetImport(0)->GetRoutes().empty());
+    EXPECT_EQ(clone->ExtractXML()->Write(0), archive);
+    EXPECT_EQ(clone->GetMaxBuffer(), 64);
+    EXPECT_NE(clone->GetImport(0), network->GetImport(0));
+    EXPECT_EQ(clone->GetImport(0)->GetOwner(), clone->FindBay("thru").get());
+}
+
+TEST_F(ZBayArchiveTest, ACloneOfALeafKeepsWhatOthersOwn)
+{
+    const auto other = probe("other");
+    const auto leaf = probe("leaf", 2, 0);
+    leaf->AddExport(other->ShareExport(0));
+    const auto clone = leaf->Clone();
+    EXPECT_EQ(clone->GetImportCount(), 2);
+    EXPECT_EQ(clone->GetImport(1)->GetOwner(), clone.get());
+    EXPECT_EQ(clone->GetImport(1)->GetIndex(), 1);
+    EXPECT_EQ(clone->GetImport(0)->GetName(), "in");
+    EXPECT_EQ(clone->GetExport(0), other->GetExport(0));
+}
+
+TEST_F(ZBayArchiveTest, SpoiltDescriptionsDoNoHarm)
+{
+    std::mt19937 random(11);
+    for (int i = 0; i < 10000; ++i) {
+        std::string text = networkOfEachClass();
+        for (std::size_t n = 1 + pick(random, 4); n > 0; --n)
+            mutate(text, random);
+        const std::string fault = bayArchiveFault(text);
+        ASSERT_EQ(fault, "") << text;
+    }
+}
+
+}  // namespace orvane

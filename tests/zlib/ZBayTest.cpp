@@ -1,0 +1,317 @@
+#include "zlib/common/ZBay.h"
+
+#include "support/ProbeBay.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZLooper.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Bays = std::vector<ZBay*>;
+
+/// Tells ranges of ports that control it.
+class Controlled : public ProbeBay
+{
+public:
+    Controlled()
+        : ProbeBay("controlled", 0, 1, ZPort::kControl)
+    {
+    }
+    void PortRangeChanged(ZPort& port) override { max = port.RangeMax(); }
+
+    float max = 0.0f;
+};
+
+/// A chain of bays, each reading the one before.
+std::vector<boost::shared_ptr<ProbeBay>> chainOf(std::int32_t count)
+{
+    std::vector<boost::shared_ptr<ProbeBay>> bays;
+    for (std::int32_t i = 0; i < count; ++i) {
+        bays.push_back(probe("bay" + std::to_string(i)));
+        if (i > 0)
+            bays[static_cast<std::size_t>(i)]->Route(0, *bays[static_cast<std::size_t>(i) - 1], 0);
+    }
+    return bays;
+}
+
+}  // namespace
+
+TEST(ZBayTest, PortsBelongToTheBayThatMadeThemAndAreNumberedThere)
+{
+    const auto bay = probe("bay", 3, 1);
+    ZSignalBay network("network");
+    network.AddBay(bay);
+    network.AddImport(bay->ShareImport(2));
+    EXPECT_EQ(network.GetImport(0), bay->GetImport(2));
+    EXPECT_EQ(network.GetImport(0)->GetOwner(), bay.get());
+    EXPECT_EQ(network.GetImport(0)->GetIndex(), 2);
+    EXPECT_EQ(bay->GetExport(0)->GetDirection(), ZPort::kExport);
+    EXPECT_EQ(network.GetInputChannelCount(), 1);
+    EXPECT_EQ(network.GetImport(1), nullptr);
+    EXPECT_EQ(network.GetImport(-1), nullptr);
+
+    const auto removed = bay->RemoveImport(0);
+    EXPECT_EQ(removed->GetOwner(), nullptr);
+    EXPECT_EQ(removed->GetIndex(), -1);
+    EXPECT_EQ(bay->GetImport(1)->GetIndex(), 1);
+    EXPECT_EQ(bay->RemoveImport(7), nullptr);
+    bay->RemoveImport(1);
+    EXPECT_EQ(network.GetImportCount(), 0) << "a port that is gone is still published";
+}
+
+TEST(ZBayTest, RoutesStandOnBothSidesUntilTheyAreRemoved)
+{
+    const auto source = probe("source");
+    const auto target = probe("target", 2);
+    target->Route(1, *source, 0);
+    target->Route(1, *source, 0);  // joined already
+    EXPECT_TRUE(target->IsRouted(1, *source, 0));
+    EXPECT_FALSE(target->IsRouted(0, *source, 0));
+    EXPECT_FALSE(target->IsRouted(5, *source, 0));
+    EXPECT_EQ(source->GetRouteCount(), 1);
+    ASSERT_EQ(source->GetExport(0)->GetRoutes().size(), 1u);
+    EXPECT_EQ(source->GetExport(0)->GetRoutes()[0].port, target->GetImport(1));
+    target->Unroute(0, *source, 0);  // there is no such route
+    EXPECT_EQ(source->GetRouteCount(), 1);
+    target->Unroute(1, *source, 0);
+    EXPECT_EQ(source->GetRouteCount(), 0);
+    EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
+    EXPECT_TRUE(target->GetImport(1)->GetRoutes().empty());
+}
+
+TEST(ZBayTest, AnImportReadsTheRouteThatWasMadeFirst)
+{
+    const auto target = probe("target");
+    const auto first = probe("first");
+    const auto second = probe("second");
+    target->Route(0, *first, 0);
+    target->Route(0, *second, 0);
+    const auto& import = dynamic_cast<const ZSignalPort&>(*target->GetImport(0));
+    EXPECT_EQ(import.GetSource(), first->GetExport(0));
+    target->Unroute(0, *first, 0);
+    EXPECT_EQ(import.GetSource(), second->GetExport(0));
+    target->Unroute(0, *second, 0);
+    EXPECT_EQ(import.GetSource(), nullptr);
+}
+
+TEST(ZBayTest, AControlTakesOverTheRangeOfWhatItControls)
+{
+    Controlled knob;
+    const auto target = probe("target", 1, 0, ZPort::kControl);
+    target->GetImport(0)->SetRange(2.0f, 9.0f);
+    target->Route(0, knob, 0);
+    EXPECT_EQ(knob.GetExport(0)->RangeMin(), 2.0f);
+    EXPECT_EQ(knob.max, 9.0f);
+}
+
+TEST(ZBayTest, RoutesThatCannotBeAreRefusedWithTheReason)
+{
+    const auto a = probe("a");
+    const auto b = probe("b");
+    EXPECT_EQ(failureOf([&] { a->Route(1, *b, 0); }), "Bay 'a' has no import 1, but 1 of them.");
+    EXPECT_EQ(failureOf([&] { a->Route(0, *b, -1); }), "Bay 'b' has no export -1, but 1 of them.");
+    EXPECT_EQ(failureOf([&] { a->Unroute(0, *b, 3); }), "Bay 'b' has no export 3, but 1 of them.");
+    EXPECT_EQ(failureOf([&] { a->Route(0, *a, 0); }), "The route from 'a' to 'a' closes a cycle.");
+    b->Route(0, *a, 0);
+    EXPECT_EQ(failureOf([&] { a->Route(0, *b, 0); }), "The route from 'b' to 'a' closes a cycle.");
+    EXPECT_EQ(b->GetRouteCount(), 0);
+    EXPECT_TRUE(a->GetImport(0)->GetRoutes().empty());
+}
+
+TEST(ZBayTest, APortHolds512RoutesAndABayFeeds64Imports)
+{
+    std::vector<boost::shared_ptr<ProbeBay>> others;
+    const auto target = probe("target");
+    for (std::int32_t i = 0; i < ZPort::kMaxRoutes; ++i) {
+        others.push_back(probe("source", 0));
+        target->Route(0, *others.back(), 0);
+    }
+    const auto late = probe("late");
+    EXPECT_EQ(failureOf([&] { target->Route(0, *late, 0); }),
+              "The route from 'late' to 'target' is one more than the 512 of a port.");
+    EXPECT_TRUE(late->GetExport(0)->GetRoutes().empty());
+
+    const auto source = probe("source", 0, 2);
+    for (std::int32_t i = 0; i < ZSignalBay::kMaxRequesters; ++i) {
+        others.push_back(probe("target"));
+        others.back()->Route(0, *source, i % 2);
+    }
+    EXPECT_EQ(
+        failureOf([&] { late->Route(0, *source, 0); }),
+        "The route from 'source' to 'late' is one more than the 64 imports that a bay feeds.");
+}
+
+TEST(ZBayTest, AChainIsNoLongerThanAStackTakes)
+{
+    auto upper = chainOf(200);
+    auto lower = chainOf(56);
+    lower.front()->Route(0, *upper.back(), 0);
+    const auto late = probe("late");
+    EXPECT_NE(failureOf([&] { late->Route(0, *lower.back(), 0); }).find("256 bays"),
+              std::string::npos);
+    EXPECT_NE(failureOf([&] { upper.front()->Route(0, *late, 0); }).find("256 bays"),
+              std::string::npos);
+    late->Route(0, *lower[54], 0);
+}
+
+TEST(ZBayTest, NeighboursAreListedByTheBaysThatDoTheWork)
+{
+    auto bays = chainOf(3);
+    const auto network = boost::make_shared<ZSignalBay>("network");
+    network->AddBay(bays[1]);
+    network->AddImport(bays[1]->ShareImport(0));
+    const auto side = probe("side", 2);
+    side->Route(0, *bays[0], 0);
+    side->Route(1, *bays[2], 0);
+    EXPECT_EQ(bays[0]->DownstreamBays(false, true), (Bays{bays[1].get(), side.get()}));
+    EXPECT_EQ(bays[0]->DownstreamBays(true, true),
+              (Bays{bays[1].get(), side.get(), bays[2].get()}));
+    EXPECT_EQ(bays[0]->DownstreamBays(true, false).size(), 4u);
+    EXPECT_EQ(side->UpstreamBays(true, true), (Bays{bays[0].get(), bays[2].get(), bays[1].get()}));
+    EXPECT_EQ(network->UpstreamBays(false, true), (Bays{bays[0].get()}));
+}
+
+TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)
+{
+    ZSignalBay network("network");
+    const auto chain = chainOf(3);
+    for (const auto& bay : chain)
+        network.AddBay(bay);
+    network.AddExport(chain[1]->ShareExport(0));
+    network.RemoveBay(chain[1]);
+    EXPECT_TRUE(chain[2]->IsRouted(0, *chain[0], 0));
+    EXPECT_TRUE(chain[1]->GetImport(0)->GetRoutes().empty());
+    EXPECT_EQ(chain[1]->GetContainer(), nullptr);
+    EXPECT_EQ(network.GetBayCount(), 2);
+    EXPECT_EQ(network.GetExportCount(), 0) << "what has left is still published";
+
+    const auto mixed = probe("mixed");
+    mixed->RemoveImport(0);
+    mixed->AddImport(boost::make_shared<ZSignalPort>("in", ZPort::kControl));
+    network.AddBay(mixed);
+    chain[2]->Unroute(0, *chain[0], 0);
+    mixed->Route(0, *chain[0], 0);
+    chain[2]->Route(0, *mixed, 0);
+    network.RemoveBay(mixed);
+    EXPECT_TRUE(chain[2]->GetImport(0)->GetRoutes().empty());
+    EXPECT_EQ(chain[0]->GetRouteCount(), 0);
+}
+
+TEST(ZBayTest, SplicingReachesThroughTheBaysThatPublish)
+{
+    const auto source = probe("source");
+    const auto sink = probe("sink");
+    const auto inner = probe("inner");
+    ZSignalBay network("network");
+    network.AddBay(inner);
+    network.AddImport(inner->ShareImport(0));
+    network.AddExport(inner->ShareExport(0));
+    network.Route(0, *source, 0);
+    sink->Route(0, network, 0);
+    EXPECT_EQ(network.GetRouteCount(), 1);
+    network.RemoveBay(inner);
+    EXPECT_TRUE(sink->IsRouted(0, *source, 0));
+    EXPECT_EQ(network.GetRouteCount(), 0);
+    EXPECT_EQ(network.GetImportCount(), 0);
+}
+
+TEST(ZBayTest, ABayThatGoesLeavesNoPortsAndNoRoutesBehind)
+{
+    const auto source = probe("source");
+    const auto sink = probe("sink");
+    {
+        ZSignalBay outer("outer");
+        const auto inner = boost::make_shared<ZSignalBay>("inner");
+        const auto leaf = probe("leaf");
+        outer.AddBay(inner);
+        inner->AddBay(leaf);
+        inner->AddImport(leaf->ShareImport(0));
+        inner->AddExport(leaf->ShareExport(0));
+        outer.AddImport(inner->ShareImport(0));
+        outer.Route(0, *source, 0);
+        sink->Route(0, *inner, 0);
+        leaf->RemoveExport(0);
+        EXPECT_EQ(inner->GetExportCount(), 0);
+        EXPECT_TRUE(sink->GetImport(0)->GetRoutes().empty());
+    }
+    EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
+
+    ZSignalBay stranger("stranger");
+    {
+        const auto shortLived = probe("shortLived");
+        stranger.AddImport(shortLived->ShareImport(0));
+        stranger.Route(0, *source, 0);
+    }
+    EXPECT_EQ(stranger.GetImport(0)->GetOwner(), nullptr);
+    EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
+    EXPECT_NE(failureOf([&] { stranger.Route(0, *source, 0); }).find("bay is gone"),
+              std::string::npos);
+}
+
+TEST(ZBayTest, ChildrenAreFoundByNameAndStandInOneBay)
+{
+    ZSignalBay network("network");
+    const auto first = probe("same");
+    const auto inner = boost::make_shared<ZSignalBay>("inner");
+    network.AddBay(first);
+    network.AddBay(probe("same"));
+    network.AddBay(inner);
+    EXPECT_EQ(network.FindBay("same"), first);
+    EXPECT_EQ(network.FindBay("other"), nullptr);
+    EXPECT_EQ(network.GetBay(2), inner);
+    EXPECT_EQ(network.GetBay(3), nullptr);
+    EXPECT_NE(failureOf([&] { inner->AddBay(first); }), "none");
+    const auto top = boost::make_shared<ZSignalBay>("top");
+    const auto below = boost::make_shared<ZSignalBay>("below");
+    top->AddBay(below);
+    EXPECT_NE(failureOf([&] { below->AddBay(top); }), "none");
+    network.RemoveBay(below);  // no child: nothing
+    EXPECT_EQ(below->GetContainer(), top.get());
+}
+
+TEST(ZBayTest, ElementsStandBelowThoseOfTheContainer)
+{
+    const auto leaf = probe("leaf");
+    const auto late = probe("late");
+    leaf->AddElement(boost::make_shared<ZElement>("gain", ZElement::ZFLOAT, nullptr));
+    ZSignalBay network("network");
+    network.AddBay(leaf);
+    network.AddBay(late);
+    late->AddElement(boost::make_shared<ZElement>("late", ZElement::ZFLOAT, nullptr));
+    const auto tree = network.GetElement();
+    EXPECT_EQ(tree->GetName(), "ContainerBay");
+    EXPECT_EQ(tree->GetSubElementCount(), 2);
+    boost::shared_ptr<ZElement> found;
+    ASSERT_TRUE(tree->FindSubElement("gain", found));
+    EXPECT_EQ(found->GetContainer()->GetName(), "ZBay");
+    EXPECT_TRUE(tree->FindSubElement("late", found));
+}
+
+TEST(ZBayTest, LooperAndDocumentAreHandedDown)
+{
+    ZLooper looper("looper");
+    ZSignalBay network("network");
+    const auto inner = boost::make_shared<ZSignalBay>("inner");
+    const auto leaf = probe("leaf");
+    network.AddBay(inner);
+    char documentStandIn = 0;
+    auto* const document = reinterpret_cast<ZDocument*>(&documentStandIn);
+    network.SetDocument(document);
+    inner->AddBay(leaf);
+    network.SetLooper(&looper);
+    EXPECT_EQ(leaf->GetDocument(), document);
+    EXPECT_EQ(leaf->GetLooper(), &looper);
+    network.SetLooper(nullptr);
+    EXPECT_FALSE(looper.HasHandler(leaf.get()));
+}
+
+}  // namespace orvane

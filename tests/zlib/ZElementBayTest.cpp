@@ -1,0 +1,102 @@
+#include "zlib/common/ZElementBay.h"
+
+#include "support/BayArchiveCheck.h"
+#include "support/ProbeBay.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A bay of an element with these attributes and children, and its export.
+struct Source
+{
+    explicit Source(const std::string& attributes, const std::string& children = "")
+        : bay(firstBay("<bay name=\"knob\" class=\"ZElementBayClass\"><element name=\"e\" " +
+                       attributes + ">" + children + "</element></bay>"),
+              nullptr)
+        , port(dynamic_cast<ZSignalPort&>(*bay.GetExport(0)))
+    {
+    }
+    void Run() { bay.ProcessSignal(0, 10, 0, 1); }
+
+    ZElementBay bay;
+    ZSignalPort& port;
+};
+
+const char* const kTwoSamples =
+    "<buffer length=\"2\" samplerate=\"44100\"><data values=\"3f80000040000000\" /></buffer>";
+
+}  // namespace
+
+TEST(ZElementBayTest, ANumberIsOneSample)
+{
+    Source source("type=\"ZFLOAT\" floatvalue=\"0.5\" floatdefault=\"0.25\"");
+    EXPECT_EQ(source.port.GetName(), "Element Bay");
+    EXPECT_EQ(source.port.GetType(), ZPort::kControl);
+    source.Run();
+    EXPECT_EQ(source.port.GetAvailable(), 1u);
+    EXPECT_EQ(source.port.GetBuffer()->Data()[0], 0.5f);
+    source.bay.SetDefaults();
+    source.Run();
+    EXPECT_EQ(source.port.GetBuffer()->Data()[0], 0.25f);
+
+    const auto target = probe("target", 1, 0, ZPort::kControl);
+    target->GetImport(0)->SetRange(-3.0f, 4.0f);
+    target->Route(0, source.bay, 0);
+    EXPECT_EQ(source.bay.GetElement()->Min(), -3.0f);
+    EXPECT_EQ(source.bay.GetElement()->Max(), 4.0f);
+}
+
+TEST(ZElementBayTest, ABufferIsASpectrumOfItsLength)
+{
+    Source source("type=\"ZBUFFER\"", kTwoSamples);
+    EXPECT_EQ(source.port.GetType(), ZPort::kSpectrum);
+    source.bay.SetMaxBuffer(64);
+    source.Run();
+    EXPECT_EQ(source.port.GetAvailable(), 2u);
+    EXPECT_STREQ(source.port.GetBuffer()->Name(), "SpectralBuffer");
+    EXPECT_EQ(source.port.GetBuffer()->Length(), 2u);
+    EXPECT_EQ(source.port.GetBuffer()->Data()[1], 2.0f);
+    source.bay.SetDefaults();
+}
+
+TEST(ZElementBayTest, AChoiceIsAskedOfTheElement)
+{
+    Source source("type=\"ZDISCRETE\" int32value=\"1\" int32default=\"0\"",
+                  "<discrete name=\"A\" /><discrete name=\"B\" />");
+    EXPECT_EQ(source.port.GetType(), ZPort::kDiscrete);
+    source.Run();
+    EXPECT_EQ(source.port.GetAvailable(), 0u);
+    EXPECT_EQ(source.bay.GetElement()->GetDiscrete(), 1);
+    source.bay.SetDefaults();
+    EXPECT_EQ(source.bay.GetElement()->GetDiscrete(), 0);
+}
+
+TEST(ZElementBayTest, WhatHasNoNumberGivesNone)
+{
+    Source source("type=\"ZPOS\" int64value=\"7\"");
+    EXPECT_EQ(source.port.GetType(), ZPort::kControl);
+    source.bay.PortRangeChanged(source.port);
+    source.Run();
+    EXPECT_EQ(source.port.GetAvailable(), 0u);
+}
+
+TEST(ZElementBayTest, WritesItsElementAndNeedsOne)
+{
+    Source source("type=\"ZFLOAT\" floatvalue=\"0.5\" archivable=\"false\"");
+    source.bay.GetElement()->SetZFloat(0.75f, true);
+    const auto xml = source.bay.ExtractXML();
+    ASSERT_NE(xml->GetChild("element"), nullptr);
+    EXPECT_EQ(xml->GetChild("element")->GetFloat("floatvalue"), 0.75f);
+    EXPECT_EQ(source.bay.Clone()->GetElement()->GetZFloat(), 0.75f);
+    EXPECT_EQ(failureOf([] { ZElementBay(boost::make_shared<ZXMLElement>("bay"), nullptr); }),
+              "No Element XML chunk found in Element Bay.");
+}
+
+}  // namespace orvane

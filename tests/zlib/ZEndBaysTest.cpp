@@ -1,0 +1,130 @@
+#include "support/ProbeBay.h"
+#include "support/RealtimeGuard.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZInputBay.h"
+#include "zlib/common/ZOutputBay.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A line from input to output, without anything between.
+class ZEndBaysTest : public testing::Test
+{
+protected:
+    ZEndBaysTest()
+    {
+        input.SetFifoSize(64);
+        output.SetFifoSize(64);
+        output.Prepare();
+        for (std::int32_t channel = 0; channel < 2; ++channel)
+            output.Route(channel, input, channel);
+    }
+
+    void Write(std::int32_t channel, std::vector<float> samples)
+    {
+        ZBuffer buffer(static_cast<std::uint32_t>(samples.size()), "ZBuffer");
+        std::copy(samples.begin(), samples.end(), buffer.Data());
+        input.Write(buffer, buffer.Length(), channel);
+    }
+
+    std::vector<float> Read(std::int32_t channel)
+    {
+        ZBuffer buffer(64, "ZBuffer");
+        const std::uint32_t count = output.Available(channel);
+        output.Read(buffer, count, channel);
+        return {buffer.Data(), buffer.Data() + count};
+    }
+
+    ZInputBay input{"input", 2};
+    ZOutputBay output{"output", 2};
+};
+
+}  // namespace
+
+TEST_F(ZEndBaysTest, WhatGoesInComesOut)
+{
+    Write(0, {1.0f, 2.0f, 3.0f});
+    Write(1, {-1.0f, -2.0f, -3.0f});
+    runPass(output, 2);
+    EXPECT_EQ(output.GetWritten(), 2u);
+    EXPECT_EQ(Read(0), (std::vector{1.0f, 2.0f}));
+    EXPECT_EQ(Read(1), (std::vector{-1.0f, -2.0f}));
+    runPass(output, 5);
+    EXPECT_EQ(Read(0), (std::vector{3.0f})) << "fewer than asked for";
+    runPass(output, 5);
+    EXPECT_EQ(output.GetWritten(), 0u);
+}
+
+TEST_F(ZEndBaysTest, AFullFifoTakesWhatItHasRoomFor)
+{
+    for (int pass = 0; pass < 3; ++pass) {
+        Write(0, std::vector<float>(30, 0.5f));
+        Write(1, std::vector<float>(30, 0.5f));
+        runPass(output, 30);
+    }
+    EXPECT_EQ(output.GetWritten(), 4u);
+    EXPECT_EQ(output.Available(0), 64u);
+    EXPECT_EQ(output.Free(1), 0u);
+    output.Reset();
+    EXPECT_EQ(output.Available(0), 0u);
+    Write(0, {1.0f});
+    input.Reset();
+    EXPECT_EQ(input.Available(0), 1u) << "the input keeps what waits";
+    input.SetFifoSize(128);
+    EXPECT_EQ(input.Available(0), 0u);
+    EXPECT_EQ(input.Free(0), 128u);
+}
+
+TEST_F(ZEndBaysTest, NobodyWritesOrReadsBeyondTheEnds)
+{
+    ZBuffer buffer(100, "ZBuffer");
+    EXPECT_EQ(failureOf([&] { input.Write(buffer, 65, 0); }), "Read first");
+    EXPECT_EQ(failureOf([&] { input.Write(buffer, 101, 0); }), "Read first");
+    EXPECT_EQ(failureOf([&] { input.Write(buffer, 1, 2); }), "Read first");
+    EXPECT_EQ(failureOf([&] { output.Read(buffer, 1, 0); }), "Write first");
+    EXPECT_EQ(failureOf([&] { output.Read(buffer, 0, -1); }), "Write first");
+    EXPECT_EQ(failureOf([&] { input.SetFifoSize(100); }), "Fifo Buffer must have power of 2 size");
+    EXPECT_NE(failureOf([&] { input.SetFifoSize(-4); }), "none");
+    EXPECT_EQ(input.Free(0), 64u);
+    EXPECT_NE(failureOf([] { ZInputBay("x", -1); }), "none");
+    EXPECT_NE(failureOf([] { ZOutputBay("x", 65); }), "none");
+    ZOutputBay fresh("fresh", 2);
+    fresh.Prepare();
+    fresh.Route(0, input, 0);
+    runPass(fresh, 10);
+    EXPECT_EQ(fresh.GetWritten(), 0u) << "there is no FIFO yet";
+}
+
+TEST_F(ZEndBaysTest, TheOutputIsASinkAndShowsItsPower)
+{
+    EXPECT_TRUE(output.IsSink());
+    EXPECT_TRUE(input.IsActive());
+    EXPECT_EQ(output.GetImport(0)->GetName(), "output");
+    EXPECT_EQ(output.GetInputChannelCount(), 2);
+    EXPECT_EQ(input.GetOutputChannelCount(), 2);
+    boost::shared_ptr<ZElement> power;
+    ASSERT_TRUE(output.GetElement()->FindSubElement("OutputPower", power));
+    EXPECT_EQ(power->GetZFloat(), 1.0f);
+    EXPECT_EQ(power->Min(), 0.0f);
+    EXPECT_FALSE(power->IsArchivable());
+}
+
+TEST_F(ZEndBaysTest, APassNeitherAllocatesNorWaits)
+{
+    ZBuffer buffer(64, "ZBuffer");
+    const RealtimeGuard guard;
+    input.Write(buffer, 64, 0);
+    input.Write(buffer, 64, 1);
+    runPass(output, 64);
+    output.Read(buffer, 64, 0);
+    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+}
+
+}  // namespace orvane

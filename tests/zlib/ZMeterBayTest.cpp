@@ -1,0 +1,128 @@
+#include "zlib/common/ZMeterBay.h"
+
+#include "support/ProbeBay.h"
+#include "support/RealtimeGuard.h"
+#include "support/SmallApplication.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZXMLElement> meterXml()
+{
+    auto xml = boost::make_shared<ZXMLElement>("bay");
+    xml->AddAttribute("name", "Out");
+    xml->AddAttribute("numchannels", 2);
+    return xml;
+}
+
+class ZMeterBayTest : public testing::Test
+{
+protected:
+    boost::shared_ptr<ZElement> Element(const std::string& name)
+    {
+        boost::shared_ptr<ZElement> element;
+        EXPECT_TRUE(meter.GetElement()->FindSubElement("Out" + name, element)) << name;
+        return element;
+    }
+
+    /// Runs a block on both channels whose samples all have this value.
+    void Run(float value, std::uint32_t count = 100)
+    {
+        for (std::int32_t i = 0; i < 2; ++i)
+            std::fill_n(dynamic_cast<ZSignalPort&>(*meter.GetImport(i)).GetBuffer()->Data(), count,
+                        value);
+        meter.ProcessSignal(0, count, 0, 2);
+    }
+
+    float Peak() { return Element("InstPeakdBChannel1")->GetZFloat(); }
+
+    SmallApplication application;
+    ZMeterBay meter{meterXml(), &application};
+};
+
+}  // namespace
+
+TEST_F(ZMeterBayTest, PassesItsChannelsThrough)
+{
+    Run(0.5f, 77);
+    const auto& port = dynamic_cast<const ZSignalPort&>(*meter.GetExport(1));
+    EXPECT_EQ(port.GetAvailable(), 77u);
+    EXPECT_EQ(port.GetBuffer()->Data()[76], 0.5f);
+    EXPECT_EQ(Element("Heartbeat")->GetZFloat(), 1.0f);
+    EXPECT_FALSE(Element("Heartbeat")->IsArchivable());
+    EXPECT_EQ(meter.ExtractHeader()->GetInt32("numchannels"), 2);
+    EXPECT_EQ(meter.Clone()->GetExportCount(), 2);
+}
+
+TEST_F(ZMeterBayTest, HoldsPeaksForATenthOfASecond)
+{
+    meter.Reset();
+    EXPECT_EQ(Peak(), -144.0f);
+    Run(0.0f);
+    EXPECT_EQ(Peak(), -144.0f);
+    Run(-0.5f);
+    EXPECT_NEAR(Peak(), -6.0206f, 1e-3f);
+    for (int block = 0; block < 44; ++block)  // 4400 of 4410 samples
+        Run(0.1f);
+    EXPECT_NEAR(Peak(), -6.0206f, 1e-3f);
+    Run(0.1f);
+    EXPECT_NEAR(Peak(), -20.0f, 1e-3f);
+    Run(0.1f);
+    Run(1.0f);
+    EXPECT_EQ(Peak(), 0.0f);
+}
+
+TEST_F(ZMeterBayTest, CountsClipsUntilSomebodyResetsThem)
+{
+    const auto clips = Element("ClipCountChannel0");
+    const auto reset = Element("ClipReset");
+    for (int i = 0; i < 3; ++i) {
+        Run(1.5f);
+        Run(0.5f, 10);  // what stands behind the block's end is no signal
+    }
+    EXPECT_EQ(clips->GetZFloat(), 3.0f);
+    reset->SetDiscrete(0, false);
+    Run(0.0f);
+    EXPECT_EQ(clips->GetZFloat(), 0.0f);
+    EXPECT_EQ(reset->GetDiscrete(), 1);
+    Run(1.5f);
+    EXPECT_EQ(clips->GetZFloat(), 1.0f);
+}
+
+TEST_F(ZMeterBayTest, CalibrationIsTheFloorOfThePeaks)
+{
+    const auto peak = Element("InstPeakdBChannel0");
+    EXPECT_EQ(peak->Min(), -96.0f);
+    for (const std::int32_t choice : {0, 1, 2}) {
+        Element("MeterCalibration")->SetDiscrete(choice, false);
+        Element("MeterCalibration")->FlushMark(nullptr);
+        application.ProcessQueue();
+        EXPECT_EQ(peak->Min(),
+                  (std::vector{-48.0f, -96.0f, -144.0f}[static_cast<std::size_t>(choice)]));
+        EXPECT_EQ(peak->GetZFloatDefault(), peak->Min());
+    }
+    meter.SetDefaults();
+    EXPECT_EQ(peak->Min(), -96.0f);
+    EXPECT_EQ(peak->GetZFloat(), -96.0f);
+}
+
+TEST_F(ZMeterBayTest, APassNeitherAllocatesNorWaits)
+{
+    Element("ClipReset")->SetDiscrete(0, false);
+    const RealtimeGuard guard;
+    meter.ProcessSignal(0, 64, 0, 2);
+    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+}
+
+}  // namespace orvane

@@ -1,0 +1,466 @@
+#include "zlib/common/ZSignalBay.h"
+
+#include "support/ProbeBay.h"
+#include "support/RealtimeGuard.h"
+#include "support/TextMutation.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <map>
+#include <random>
+#include <set>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A sink of one channel.
+boost::shared_ptr<ZOutputBay> sinkOf(std::int32_t channels = 1)
+{
+    const auto sink = boost::make_shared<ZOutputBay>("sink", channels);
+    sink->SetFifoSize(1024);
+    sink->Prepare();
+    return sink;
+}
+
+boost::shared_ptr<ZMessage> messageOf(std::int32_t id)
+{
+    return boost::make_shared<ZMessage>(id);
+}
+
+/// A random network of bays whose routes lead from lower to higher numbers, and the plain account
+/// of what a pass must do in it.
+class RandomNetwork
+{
+public:
+    explicit RandomNetwork(unsigned seed)
+        : mRandom(seed)
+    {
+        for (int i = 0; i < kBays; ++i) {
+            bays.push_back(probe("bay", i < 3 ? 0 : 1 + static_cast<int>(pick(mRandom, 3)), 2));
+            bays.back()->value = static_cast<float>(1 + pick(mRandom, 9));
+        }
+        for (std::int32_t i = 0; i < sink->GetImportCount(); ++i)
+            sink->Route(i, *bays[static_cast<std::size_t>(kBays - 1 - i)], 0);
+    }
+
+    void ChangeARoute()
+    {
+        const std::size_t target = 3 + pick(mRandom, kBays - 3);
+        const std::size_t source = pick(mRandom, target);
+        const auto import = static_cast<std::int32_t>(
+            pick(mRandom, static_cast<std::size_t>(bays[target]->GetImportCount())));
+        const auto exported = static_cast<std::int32_t>(pick(mRandom, 2));
+        if (bays[target]->IsRouted(import, *bays[source], exported))
+            bays[target]->Unroute(import, *bays[source], exported);
+        else
+            bays[target]->Route(import, *bays[source], exported);
+    }
+
+    /// Bays behind the first routes of the bay's imports.
+    static std::set<const ZBay*> SourcesOf(const ZBay& bay)
+    {
+        std::set<const ZBay*> sources;
+        for (std::int32_t i = 0; i < bay.GetImportCount(); ++i)
+            if (!bay.GetImport(i)->GetRoutes().empty())
+                sources.insert(bay.GetImport(i)->GetRoutes()[0].bay);
+        return sources;
+    }
+
+    /// How many live bays read each bay that lives.
+    [[nodiscard]] std::map<const ZBay*, int> Demands() const
+    {
+        std::map<const ZBay*, int> demands;
+        std::vector<const ZBay*> live{sink.get()};
+        for (std::size_t i = 0; i < live.size(); ++i)
+            for (const ZBay* const source : SourcesOf(*live[i]))
+                if (++demands[source] == 1)
+                    live.push_back(source);
+        return demands;
+    }
+
+    /// Samples and value that a bay delivers: none where an import has no source.
+    struct Outcome
+    {
+        std::uint32_t count = 0;
+        float value = 0.0f;
+    };
+    [[nodiscard]] Outcome OutcomeOf(const ZBay& bay, std::uint32_t requested) const
+    {
+        Outcome outcome{requested, dynamic_cast<const ProbeBay&>(bay).value};
+        for (std::int32_t i = 0; i < bay.GetImportCount(); ++i) {
+            if (bay.GetImport(i)->GetRoutes().empty())
+                return {};
+            const Outcome source = OutcomeOf(*bay.GetImport(i)->GetRoutes()[0].bay, requested);
+            outcome.count = std::min(outcome.count, source.count);
+            outcome.value += source.value;
+        }
+        return outcome;
+    }
+
+    static constexpr int kBays = 12;
+    std::vector<boost::shared_ptr<ProbeBay>> bays;
+    boost::shared_ptr<ZOutputBay> sink = sinkOf(3);
+
+private:
+    std::mt19937 mRandom;
+};
+
+void expectPlainPass(RandomNetwork& network, std::uint32_t count)
+{
+    for (const auto& bay : network.bays)
+        bay->runs = 0;
+    runPass(*network.sink, count);
+    const auto demands = network.Demands();
+    for (const auto& bay : network.bays) {
+        const bool isLive = demands.contains(bay.get());
+        ASSERT_EQ(bay->GetDemand(), isLive ? demands.at(bay.get()) : 0);
+        ASSERT_EQ(bay->IsActive(), isLive);
+        ASSERT_EQ(bay->runs, isLive ? 1 : 0);
+    }
+    ZBuffer out(count, "ZBuffer");
+    for (std::int32_t i = 0; i < network.sink->GetImportCount(); ++i) {
+        const auto source = network.bays[static_cast<std::size_t>(RandomNetwork::kBays - 1 - i)];
+        const auto expected = network.OutcomeOf(*source, count);
+        ASSERT_EQ(network.sink->Available(i), expected.count);
+        network.sink->Read(out, expected.count, i);
+        for (std::uint32_t k = 0; k < expected.count; ++k)
+            ASSERT_EQ(out.Data()[k], expected.value);
+    }
+}
+
+}  // namespace
+
+TEST(ZSignalBayTest, ABayThatFeedsTwoRunsOncePassAfterPass)
+{
+    const auto source = probe("source", 0);
+    const auto left = probe("left");
+    const auto right = probe("right");
+    const auto sink = sinkOf(2);
+    left->Route(0, *source, 0);
+    right->Route(0, *source, 0);
+    sink->Route(0, *left, 0);
+    sink->Route(1, *right, 0);
+    EXPECT_EQ(source->GetDemand(), 2);
+    for (int pass = 1; pass <= 3; ++pass) {
+        runPass(*sink, 100);
+        EXPECT_EQ(source->runs, pass);
+        EXPECT_EQ(left->runs + right->runs, 2 * pass);
+    }
+    EXPECT_EQ(&left->Input(), &right->Input()) << "samples are read in place";
+    EXPECT_EQ(sink->GetWritten(), 100u);
+}
+
+TEST(ZSignalBayTest, DemandCountsBaysHoweverManyRoutesLeadThere)
+{
+    const auto source = probe("source", 0, 2);
+    const auto stereo = probe("stereo", 2);
+    const auto sink = sinkOf();
+    stereo->Route(0, *source, 0);
+    stereo->Route(1, *source, 1);  // while nothing is awake
+    EXPECT_FALSE(source->IsActive());
+    sink->Route(0, *stereo, 0);
+    EXPECT_EQ(source->GetDemand(), 1);
+    stereo->Unroute(0, *source, 0);
+    EXPECT_TRUE(source->IsActive()) << "the second route still stands";
+    stereo->Route(0, *source, 1);
+    stereo->Unroute(1, *source, 1);
+    EXPECT_EQ(source->GetDemand(), 1);
+    stereo->Unroute(0, *source, 1);
+    EXPECT_EQ(source->GetDemand(), 0);
+    EXPECT_FALSE(source->IsActive());
+}
+
+TEST(ZSignalBayTest, TheLastRouteTakesAllToSleepThatOnlyItKeptAwake)
+{
+    const auto source = probe("source", 0);
+    const auto middle = probe("middle");
+    const auto other = probe("other");
+    const auto sink = sinkOf(2);
+    middle->Route(0, *source, 0);
+    other->Route(0, *source, 0);
+    sink->Route(0, *middle, 0);
+    sink->Route(1, *other, 0);
+    EXPECT_EQ(source->GetSink(), sink.get());
+    sink->Unroute(0, *middle, 0);
+    EXPECT_FALSE(middle->IsActive());
+    EXPECT_EQ(source->GetDemand(), 1);
+    sink->Unroute(1, *other, 0);
+    EXPECT_FALSE(source->IsActive());
+    EXPECT_EQ(source->GetSink(), nullptr);
+    EXPECT_TRUE(sink->IsActive());
+}
+
+TEST(ZSignalBayTest, ABayThatGoesWithItsRoutesLeavesTheDemandRight)
+{
+    const auto source = probe("source", 0);
+    auto middle = probe("middle");
+    {
+        const auto sink = sinkOf();
+        middle->Route(0, *source, 0);
+        sink->Route(0, *middle, 0);
+        middle.reset();
+        EXPECT_FALSE(source->IsActive());
+        sink->Route(0, *source, 0);
+        EXPECT_TRUE(source->IsActive());
+        runPass(*sink, 10);
+    }
+    EXPECT_EQ(source->GetDemand(), 0);
+    EXPECT_FALSE(source->IsActive());
+}
+
+TEST(ZSignalBayTest, RandomNetworksDoWhatThePlainAccountSays)
+{
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        SCOPED_TRACE(seed);
+        RandomNetwork network(seed);
+        for (int turn = 0; turn < 40; ++turn) {
+            for (int i = 0; i < 8; ++i)
+                network.ChangeARoute();
+            ASSERT_NO_FATAL_FAILURE(expectPlainPass(network, 16));
+        }
+        network.bays.clear();
+        runPass(*network.sink, 16);
+    }
+}
+
+TEST(ZSignalBayTest, APassReachesThroughNestedContainers)
+{
+    const auto source = probe("source", 0);
+    const auto leaf = probe("leaf");
+    const auto inner = boost::make_shared<ZSignalBay>("inner");
+    ZSignalBay outer("outer");
+    inner->AddBay(leaf);
+    outer.AddBay(inner);
+    for (ZSignalBay* const bay : {inner.get(), &outer}) {
+        bay->AddImport(bay->GetBay(0)->ShareImport(0));
+        bay->AddExport(bay->GetBay(0)->ShareExport(0));
+    }
+    const auto sink = sinkOf();
+    outer.Route(0, *source, 0);
+    sink->Route(0, outer, 0);
+    EXPECT_EQ(source->GetDemand(), 1);
+    runPass(*sink, 10);
+    EXPECT_EQ(source->runs + leaf->runs, 2);
+    ZBuffer out(10, "ZBuffer");
+    sink->Read(out, 10, 0);
+    EXPECT_EQ(out.Data()[9], 2.0f);
+    outer.RemoveBay(inner);
+    EXPECT_TRUE(sink->IsRouted(0, *source, 0));
+    runPass(*sink, 10);
+    EXPECT_EQ(source->runs, 2);
+    EXPECT_EQ(leaf->runs, 1);
+}
+
+TEST(ZSignalBayTest, ABayTakesTheSmallestOfItsAudioImports)
+{
+    const auto source = probe("source", 0);
+    const auto shortOne = probe("short", 0);
+    const auto mixer = probe("mixer", 2);
+    const auto control = probe("control", 0, 1, ZPort::kControl);
+    shortOne->SetMaxBuffer(30);
+    mixer->AddImport(boost::make_shared<ZSignalPort>("control", ZPort::kControl));
+    const auto sink = sinkOf();
+    sink->Route(0, *mixer, 0);
+    mixer->Route(0, *source, 0);
+    mixer->Route(1, *shortOne, 0);
+    control->SetMaxBuffer(5);
+    mixer->Route(2, *control, 0);
+    runPass(*sink, 100);
+    EXPECT_EQ(source->lastCount, 100u);
+    EXPECT_EQ(mixer->lastCount, 30u);
+    EXPECT_EQ(sink->GetWritten(), 30u);
+    mixer->Unroute(1, *shortOne, 0);
+    runPass(*sink, 100);
+    EXPECT_EQ(mixer->lastCount, 0u) << "an import without a source has no samples";
+}
+
+TEST(ZSignalBayTest, NoPassIsLongerThanTheBuffersOfItsPorts)
+{
+    const auto source = probe("source", 0);
+    const auto narrow = probe("narrow");
+    const auto sink = sinkOf();
+    sink->Route(0, *narrow, 0);
+    narrow->Route(0, *source, 0);
+    narrow->SetMaxBuffer(100);
+    runPass(*sink, 128);
+    EXPECT_EQ(narrow->lastCount, 100u);
+    EXPECT_EQ(source->lastCount, 100u) << "more would be lost";
+    runPass(*sink, 0xffffffff);
+    EXPECT_EQ(narrow->lastCount, 100u);
+}
+
+TEST(ZSignalBayTest, AnImportThatLosesItsSourceReadsZeros)
+{
+    auto source = probe("source", 0);
+    const auto target = probe("target");
+    const auto sink = sinkOf();
+    target->Route(0, *source, 0);
+    sink->Route(0, *target, 0);
+    runPass(*sink, 10);
+    EXPECT_EQ(target->Input().Data()[0], 1.0f);
+    source->SetMaxBuffer(2000);  // replaces the buffer that the target reads
+    EXPECT_EQ(target->Input().Data()[0], 0.0f);
+    runPass(*sink, 10);
+    EXPECT_EQ(target->Input().Data()[0], 1.0f);
+    source.reset();
+    EXPECT_EQ(target->Input().Data()[0], 0.0f);
+    EXPECT_EQ(target->Input().Length(), 512u);
+}
+
+TEST(ZSignalBayTest, ABayThatSleepsIgnoresRequests)
+{
+    const auto source = probe("source", 0);
+    const auto target = probe("target");
+    target->Route(0, *source, 0);
+    target->SetRequested(10);
+    target->RequestInputs();
+    EXPECT_EQ(source->GetRequested(), 0u);
+    target->Pull();
+    EXPECT_EQ(source->lastCount, 0u);
+    EXPECT_EQ(target->lastCount, 0u);
+}
+
+TEST(ZSignalBayTest, RequestsThatNobodyPullsDoNoHarm)
+{
+    const auto source = probe("source", 0);
+    auto target = probe("target");
+    const auto sink = sinkOf();
+    target->Route(0, *source, 0);
+    sink->Route(0, *target, 0);
+    for (int i = 0; i < 100; ++i) {
+        sink->SetRequested(10);
+        sink->RequestInputs();
+    }
+    target.reset();
+    source->Pull();  // must not serve the import that is gone
+    sink->Route(0, *source, 0);
+    runPass(*sink, 10);
+    EXPECT_EQ(sink->GetWritten(), 10u);
+}
+
+TEST(ZSignalBayTest, EachBayRunsOnItsOwnTimeBase)
+{
+    const auto source = probe("source", 0);
+    const auto target = probe("target");
+    const auto sink = sinkOf();
+    target->Route(0, *source, 0);
+    sink->Route(0, *target, 0);
+    sink->SetPosition(1000, false);
+    source->SetPosition(50, false);
+    runPass(*sink, 10);
+    EXPECT_EQ(target->lastPosition, 1000u);
+    EXPECT_EQ(source->lastPosition, 50u);
+    sink->SetPosition(1010, false);
+    runPass(*sink, 10);
+    EXPECT_EQ(source->lastPosition, 60u);
+    sink->SetPosition(3, true);
+    runPass(*sink, 10);
+    EXPECT_EQ(source->lastPosition, 3u);
+}
+
+TEST(ZSignalBayTest, ARangeIsRenderedInPassesAndEndsWhereTheSourceEnds)
+{
+    const auto source = probe("source", 0);
+    const auto sink = sinkOf();
+    sink->Route(0, *source, 0);
+    sink->PullRange(0, 700);
+    EXPECT_EQ(source->runs, 2);
+    EXPECT_EQ(source->lastPosition, 512u);
+    EXPECT_EQ(source->lastCount, 188u);
+    sink->Unroute(0, *source, 0);
+    sink->PullRange(0, 700);
+    EXPECT_EQ(source->runs, 2);
+}
+
+TEST(ZSignalBayTest, MessagesReachTheWholeNetwork)
+{
+    struct Listener : ProbeBay
+    {
+        Listener()
+            : ProbeBay("listener", 1, 1)
+        {
+        }
+        void SampleRateChanged() override { rate = GetSampleRate(); }
+        void SetDefaults() override { ++defaults; }
+        void Reset() override { ++resets; }
+        bool Prepare() override { return ++prepared > 0 && ProbeBay::Prepare(); }
+        float rate = 0.0f;
+        int defaults = 0;
+        int resets = 0;
+        int prepared = 0;
+    };
+    ZSignalBay network("network");
+    const auto listener = boost::make_shared<Listener>();
+    network.AddBay(listener);
+
+    const auto rate = messageOf(ZSAMPLERATECHANGED);
+    rate->Add<float>("rate", 96000.0f);
+    network.HandleZMessage(rate);
+    network.HandleZMessage(messageOf(ZSAMPLERATECHANGED));
+    EXPECT_EQ(listener->rate, 96000.0f);
+    const auto maxBuffer = messageOf(ZMAXBUFFERCHANGED);
+    maxBuffer->Add<std::int32_t>("maxbuf", 64);
+    network.HandleZMessage(maxBuffer);
+    network.HandleZMessage(messageOf(ZMAXBUFFERCHANGED));
+    EXPECT_EQ(listener->GetMaxBuffer(), 64);
+    EXPECT_EQ(listener->Input().Length(), 64u);
+    EXPECT_EQ(listener->prepared, 1);
+    network.HandleZMessage(messageOf(ZSETDEFAULTS));
+    network.HandleZMessage(messageOf(ZRESET));
+    network.HandleZMessage(messageOf(ZQUIT));
+    EXPECT_EQ(listener->defaults, 1);
+    EXPECT_EQ(listener->resets, 1);
+
+    const auto nonsense = messageOf(ZSAMPLERATECHANGED);
+    nonsense->Add<float>("rate", 0.0f);
+    network.HandleZMessage(nonsense);
+    EXPECT_EQ(network.GetSampleRate(), 96000.0f);
+    EXPECT_NE(failureOf([&] { network.SetMaxBuffer(0); }), "none");
+    EXPECT_EQ(network.GetMaxBuffer(), 64);
+}
+
+TEST(ZSignalBayTest, LatenciesOfChildrenAddUp)
+{
+    const auto network = boost::make_shared<ZSignalBay>("network");
+    network->SetLatency(7);
+    EXPECT_EQ(network->GetLatency(), 7);
+    for (const std::int32_t latency : {10, 200}) {
+        const auto bay = probe("bay");
+        bay->SetLatency(latency);
+        network->AddBay(bay);
+    }
+    EXPECT_EQ(network->GetLatency(), 210);
+    EXPECT_EQ(failureOf([&] { network->SetInputChannelCount(2); }),
+              "SetInputChannelCount not implemented in ZSignalBay, should be overridden!");
+    EXPECT_EQ(failureOf([&] { network->SetOutputChannelCount(2); }),
+              "SetOutputChannelCount not implemented in ZSignalBay, should be overridden!");
+}
+
+TEST(ZSignalBayTest, RoutesAreChangedWithTheSinkAtHand)
+{
+    const auto source = probe("source", 0);
+    const auto sink = sinkOf();
+    sink->Prepare();  // keeps the lock
+    EXPECT_NE(failureOf([&] { sink->Route(0, *source, 9); }), "none");
+    sink->Route(0, *source, 0);  // a refused route has not kept the lock
+    EXPECT_EQ(source->GetDemand(), 1);
+}
+
+TEST(ZSignalBayTest, APassNeitherAllocatesNorWaits)
+{
+    RandomNetwork network(7);
+    for (int i = 0; i < 60; ++i)
+        network.ChangeARoute();
+    const RealtimeGuard guard;
+    runPass(*network.sink, 64);
+    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+}
+
+}  // namespace orvane

@@ -1,0 +1,67 @@
+#include "zlib/common/ZThruBay.h"
+
+#include "support/ProbeBay.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZXMLElement> thruXml(std::int32_t channels)
+{
+    auto xml = boost::make_shared<ZXMLElement>("bay");
+    xml->AddAttribute("numchannels", channels);
+    return xml;
+}
+
+}  // namespace
+
+TEST(ZThruBayTest, TheLastInputGoesToAllOutputsThatAreLeft)
+{
+    ZThruBay thru(thruXml(3), nullptr);
+    const auto left = probe("left", 0);
+    const auto right = probe("right", 0);
+    right->value = 2.0f;
+    const auto sink = boost::make_shared<ZOutputBay>("sink", 3);
+    sink->SetFifoSize(16);
+    sink->Prepare();
+    for (std::int32_t i = 0; i < 3; ++i)
+        sink->Route(i, thru, i);
+    thru.Route(2, *left, 0);
+    thru.SetInputChannelCount(2);
+    thru.Route(0, *left, 0);
+    thru.Route(1, *right, 0);
+    runPass(*sink, 10);
+    ZBuffer out(16, "ZBuffer");
+    const float expected[] = {1.0f, 2.0f, 2.0f};
+    for (std::int32_t i = 0; i < 3; ++i) {
+        sink->Read(out, 10, i);
+        EXPECT_EQ(out.Data()[9], expected[i]);
+    }
+    thru.SetInputChannelCount(0);
+    runPass(*sink, 10);
+    sink->Read(out, 10, 1);
+    EXPECT_EQ(out.Data()[9], 0.0f);
+    EXPECT_FALSE(left->IsActive());
+}
+
+TEST(ZThruBayTest, HasAtMostAsManyInputsAsOutputs)
+{
+    ZThruBay thru(thruXml(2), nullptr);
+    EXPECT_EQ(failureOf([&] { thru.SetInputChannelCount(3); }),
+              "Cannot have more input channels than outputs");
+    EXPECT_NE(failureOf([&] { thru.SetInputChannelCount(-1); }), "none");
+    thru.SetInputChannelCount(1);
+    EXPECT_EQ(thru.GetInputChannelCount(), 1);
+    const auto clone = thru.Clone();
+    EXPECT_EQ(clone->GetImportCount(), 1);
+    EXPECT_EQ(clone->GetExportCount(), 2);
+    thru.SetInputChannelCount(2);
+    EXPECT_EQ(thru.GetImport(1)->GetIndex(), 1);
+}
+
+}  // namespace orvane
