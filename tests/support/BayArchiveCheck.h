@@ -97,6 +97,7 @@ inline std::string bayArchiveFault(const std::string& text)
         runBetweenEnds(*network);
         static_cast<void>(network->ExtractXML());
         static_cast<void>(network->Clone());
+        network->Dump();
         while (const auto bay = network->GetBay(network->GetBayCount() / 2))
             network->RemoveBay(bay);
         if (network->GetImportCount() + network->GetExportCount() != 0)

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 namespace orvane
 {
@@ -64,6 +65,23 @@ TEST(ZElementBayTest, ABufferIsASpectrumOfItsLength)
     EXPECT_EQ(source.port.GetBuffer()->Length(), 2u);
     EXPECT_EQ(source.port.GetBuffer()->Data()[1], 2.0f);
     source.bay.SetDefaults();
+}
+
+TEST(ZElementBayTest, ABufferIsStoredWhilePassesRun)
+{
+    Source source("type=\"ZBUFFER\"", kTwoSamples);
+    std::thread audio([&source] {
+        for (int i = 0; i < 2000; ++i)
+            source.Run();
+    });
+    ZBuffer samples(2, "ZBuffer");
+    for (int i = 0; i < 2000; ++i) {
+        samples.Data()[1] = static_cast<float>(i);
+        source.bay.GetElement()->SetZBuffer(samples, false);
+    }
+    audio.join();
+    source.Run();
+    EXPECT_EQ(source.port.GetBuffer()->Data()[1], 1999.0f);
 }
 
 TEST(ZElementBayTest, AChoiceIsAskedOfTheElement)

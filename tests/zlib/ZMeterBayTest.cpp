@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace orvane
@@ -115,6 +116,27 @@ TEST_F(ZMeterBayTest, CalibrationIsTheFloorOfThePeaks)
     meter.SetDefaults();
     EXPECT_EQ(peak->Min(), -96.0f);
     EXPECT_EQ(peak->GetZFloat(), -96.0f);
+}
+
+TEST_F(ZMeterBayTest, ElementsAreReadAndSetWhilePassesRun)
+{
+    const auto peak = Element("InstPeakdBChannel0");
+    const auto reset = Element("ClipReset");
+    const auto calibration = Element("MeterCalibration");
+    std::thread audio([this] {
+        for (int i = 0; i < 2000; ++i)
+            Run(1.5f, 16);
+    });
+    for (int i = 0; i < 500; ++i) {
+        reset->SetDiscrete(0, false);
+        calibration->SetDiscrete(i % 3, false);
+        for (const auto& element : {peak, reset, calibration})
+            element->FlushMark(nullptr);
+        application.ProcessQueue();
+        EXPECT_LT(peak->GetZFloat(), 4.0f);
+    }
+    audio.join();
+    EXPECT_EQ(Element("Heartbeat")->GetZFloat(), 2000.0f);
 }
 
 TEST_F(ZMeterBayTest, APassNeitherAllocatesNorWaits)

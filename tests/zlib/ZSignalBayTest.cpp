@@ -327,6 +327,25 @@ TEST(ZSignalBayTest, ABayThatSleepsIgnoresRequests)
     EXPECT_EQ(target->lastCount, 0u);
 }
 
+TEST(ZSignalBayTest, SleepingBaysAreNotRunOverAndOver)
+{
+    std::vector<boost::shared_ptr<ProbeBay>> bays;
+    for (std::size_t i = 0; i < 200; ++i) {
+        bays.push_back(probe("bay", i == 0 ? 0 : 2));
+        for (std::int32_t import = 0; import < bays[i]->GetImportCount(); ++import)
+            bays[i]->Route(import, *bays[i - 1], 0);
+    }
+    bays.back()->PullRange(0, 100);
+    EXPECT_EQ(bays.back()->runs, 1);
+    EXPECT_EQ(bays.front()->runs, 0);
+    const auto sink = sinkOf();
+    sink->Route(0, *bays.back(), 0);
+    for (int i = 0; i < 50; ++i)
+        sink->RequestInputs();
+    runPass(*sink, 1);
+    EXPECT_EQ(bays.front()->runs, 1);
+}
+
 TEST(ZSignalBayTest, RequestsThatNobodyPullsDoNoHarm)
 {
     const auto source = probe("source", 0);

@@ -160,8 +160,6 @@ void ZSignalBay::SampleRateChanged()
 
 void ZSignalBay::MaxBufferChanged()
 {
-    if (GetBayCount() > 0)
-        return;
     for (ZSignalPort* const port : mSignalImports)
         port->AllocateBuffer();
     for (ZSignalPort* const port : mSignalExports)
@@ -441,27 +439,43 @@ void ZSignalBay::RequestInputs() noexcept
 {
     for (ZSignalPort* const port : mSignalImports) {
         port->Prepare(mPosition, mRequested);
-        const ZSignalPort* const source = port->GetSource();
+        ZSignalBay* const source = LiveSourceOf(*port);
         port->SetReady(!source);
         if (!source)
             continue;
         port->SetAvailable(0);
-        source->GetSignalOwner()->RequestFrom(*port);
+        source->RequestFrom(*port);
     }
+}
+
+/// The bay that the import reads, null when it sleeps: then there is nothing to wait for.
+ZSignalBay* ZSignalBay::LiveSourceOf(const ZSignalPort& importPort) noexcept
+{
+    const ZSignalPort* const source = importPort.GetSource();
+    return source && source->GetSignalOwner()->mActive ? source->GetSignalOwner() : nullptr;
 }
 
 void ZSignalBay::RequestFrom(ZSignalPort& importPort) noexcept
 {
-    // More than fit can only ask when passes are requested and not pulled.
-    if (!mActive || mRequesterCount == kMaxRequesters)
+    if (!mActive)
         return;
     const bool isFirst = !HasAsked(importPort.GetOwner());
-    mRequesters[static_cast<std::size_t>(mRequesterCount++)] = &importPort;
+    EnterRequester(importPort);
     TakePosition(importPort.GetPosition());
     // The largest consumer sets the block, as far as the ports' buffers reach.
     SetRequested(std::max(mRequested, importPort.GetRequested()));
     if (isFirst && ++mConsumersHeard == mDemand)
         RequestInputs();
+}
+
+/// Enters an import once, so that all fit: a bay feeds no more.
+void ZSignalBay::EnterRequester(ZSignalPort& importPort) noexcept
+{
+    const auto end = mRequesters.begin() + mRequesterCount;
+    if (std::find(mRequesters.begin(), end, &importPort) != end)
+        return;
+    assert(mRequesterCount < kMaxRequesters);
+    mRequesters[static_cast<std::size_t>(mRequesterCount++)] = &importPort;
 }
 
 bool ZSignalBay::HasAsked(const ZBay* consumer) const noexcept
@@ -494,10 +508,10 @@ std::uint32_t ZSignalBay::PullImports() noexcept
 {
     std::uint32_t minimumAudio = mRequested;
     for (ZSignalPort* const port : mSignalImports) {
-        const ZSignalPort* const source = port->GetSource();
+        ZSignalBay* const source = LiveSourceOf(*port);
         if (source && !port->IsReady())
-            source->GetSignalOwner()->Pull();
-        port->SetAvailable(source ? source->GetAvailable() : 0);
+            source->Pull();
+        port->SetAvailable(source ? port->GetSource()->GetAvailable() : 0);
         if (port->GetType() == ZPort::kAudio)
             minimumAudio = std::min(minimumAudio, port->GetAvailable());
     }

@@ -70,7 +70,7 @@ public:
     [[nodiscard]] virtual std::int32_t GetOutputChannelCount() const;
     /// GetSampleRate is new. Nothing here.
     virtual void SampleRateChanged();
-    /// GetMaxBuffer is new: a bay without children replaces the buffers of its ports.
+    /// GetMaxBuffer is new: replaces the buffers of the own ports.
     virtual void MaxBufferChanged();
     virtual void SetDefaults();
     /// Makes ready to run; may come again. False when the bay cannot.
@@ -167,6 +167,8 @@ private:
     void RemoveConsumer();
     void ForgetRequester(const ZPort& importPort);
 
+    [[nodiscard]] static ZSignalBay* LiveSourceOf(const ZSignalPort& importPort) noexcept;
+    void EnterRequester(ZSignalPort& importPort) noexcept;
     [[nodiscard]] bool HasAsked(const ZBay* consumer) const noexcept;
     void TakePosition(std::uint64_t position) noexcept;
     [[nodiscard]] std::uint32_t PullImports() noexcept;
