@@ -80,6 +80,19 @@ TEST(ZMessageTest, CarriesSharedObjectsAndGeometryWhole)
     EXPECT_EQ(object.use_count(), 1) << "a message owns its fields";
 }
 
+TEST(ZMessageTest, ACopyCanBeAddedToWithoutTheOther)
+{
+    const auto message = boost::make_shared<ZMessage>(7);
+    message->Add<std::int32_t>("kept", 3);
+    const auto copy = message->Copy();
+    EXPECT_EQ(copy->GetId(), 7);
+    EXPECT_TRUE(copy->Add<std::int32_t>("added", 4));
+    std::int32_t value = 0;
+    EXPECT_FALSE(message->Find("added", value));
+    EXPECT_TRUE(copy->Find("kept", value));
+    EXPECT_EQ(value, 3);
+}
+
 TEST(ZMessageTest, CannotBeArchived)
 {
     const ZMessage message(ZOK);

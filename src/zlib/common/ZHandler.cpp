@@ -90,4 +90,9 @@ void ZHandler::SetCurrentApp(ZApplication* app)
     currentApp.store(app, std::memory_order_release);
 }
 
+void ZHandler::ClearCurrentApp(ZApplication* app)
+{
+    currentApp.compare_exchange_strong(app, nullptr, std::memory_order_acq_rel);
+}
+
 }  // namespace orvane

@@ -45,6 +45,8 @@ public:
 
     /// Names the application that handlers without a looper belong to. [any thread]
     static void SetCurrentApp(ZApplication* app);
+    /// Names none, if it is still this one that is named. [any thread]
+    static void ClearCurrentApp(ZApplication* app);
 
 private:
     friend class ZLooper;  // clears the pointer when it lets a handler go

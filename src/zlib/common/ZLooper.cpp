@@ -164,9 +164,7 @@ void ZLooper::RunThread(void* looper)
 
 void ZLooper::Quit()
 {
-    {
-        const Queue dropped = TakeAll();
-    }
+    DropMessages();
     if (mThread)
         PostZMessage(boost::make_shared<ZMessage>(ZQUIT), this);
     WaitForExit();
@@ -254,6 +252,11 @@ void ZLooper::ProcessNextMessage()
 
 void ZLooper::FlushElementChanges()
 {
+}
+
+void ZLooper::DropMessages()
+{
+    const Queue dropped = TakeAll();  // let go without the locks
 }
 
 void ZLooper::AddHandler(ZHandler* handler)

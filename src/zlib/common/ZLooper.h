@@ -121,6 +121,8 @@ protected:
     /// Sends the notifications of elements that were marked on other threads; the tick calls it
     /// before it runs the queue. Nothing here.
     virtual void FlushElementChanges();
+    /// Forgets what waits in the queue, undelivered.
+    void DropMessages();
 
 private:
     struct Record

@@ -115,6 +115,13 @@ void ZMessage::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
     throw ZException(-2, "Implement ExtractBody\n");
 }
 
+boost::shared_ptr<ZMessage> ZMessage::Copy() const
+{
+    auto copy = boost::make_shared<ZMessage>(mId);
+    copy->mItems = mItems;
+    return copy;
+}
+
 ZDictionary::ZDictionary()
     : ZMessage(0)
 {

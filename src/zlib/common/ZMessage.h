@@ -38,6 +38,9 @@ public:
 
     [[nodiscard]] std::int32_t GetId() const { return mId; }
 
+    /// A new message with the same id and fields, for whoever has to add to one that is shared.
+    [[nodiscard]] boost::shared_ptr<ZMessage> Copy() const;
+
     /// Adds a field. The type is named, as in Add<float>("rate", 44100), since the reader must ask
     /// for the very same one.
     /// False, with nothing changed, when the name is there: a field is never overwritten.
@@ -56,7 +59,8 @@ private:
     void AddField(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes);
 
     std::int32_t mId;
-    std::map<std::string, std::unique_ptr<ZMsgItem>, std::less<>> mItems;
+    // An item never changes, so copies of a message share it.
+    std::map<std::string, std::shared_ptr<const ZMsgItem>, std::less<>> mItems;
 };
 
 /// Fields by name without a meaning as a message.
@@ -76,7 +80,7 @@ bool ZMessage::Add(std::string_view name, const std::type_identity_t<T>& value)
 {
     if (mItems.contains(name))
         return false;
-    mItems.emplace(name, std::make_unique<ZMsgTemplateItem<T>>(value));
+    mItems.emplace(name, std::make_shared<const ZMsgTemplateItem<T>>(value));
     return true;
 }
 
