@@ -1,0 +1,63 @@
+#pragma once
+
+#include "zlib/common/ZDocument.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <cstdint>
+#include <string_view>
+
+namespace orvane
+{
+
+class ZAudioFormatElement;
+class ZBay;
+
+/// A document that owns signal networks, whose elements hang in its tree. The networks are built
+/// and prepared with the document. Other classes inherit it virtually. [interface thread]
+class ZAudioDocument : public ZDocument
+{
+public:
+    /// From a document type: `elements`, and under `networks` each `network` with its `bay`. Of
+    /// several networks of one type the last one counts. Throws ZException -1 for a class that is
+    /// not known or is none of bays. [setup]
+    ZAudioDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+    ~ZAudioDocument() override;
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    /// ZDOCUMENTCHANGED: BecameCurrent when "NewDocument" is this one; without the field throws
+    /// ZException -1. ZSETDEFAULTS, ZRESET: handed to both networks. ZUNDO, ZREDO: to the
+    /// transaction manager. The rest as ZDocument.
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
+
+    /// The network that takes the audio in, or puts it out; null when the description has none.
+    [[nodiscard]] virtual boost::shared_ptr<ZBay> GetInputNetwork() const { return mInputNetwork; }
+    [[nodiscard]] virtual boost::shared_ptr<ZBay> GetOutputNetwork() const
+    {
+        return mOutputNetwork;
+    }
+    /// Of the output network, in samples; 0 without one.
+    [[nodiscard]] virtual std::int32_t GetLatency() const;
+    /// The element "audioformat".
+    [[nodiscard]] const boost::shared_ptr<ZAudioFormatElement>& GetAudioFormat() const
+    {
+        return mAudioFormat;
+    }
+
+    /// Tells the observers of all marked leaves below the element, and takes the marks; each tick
+    /// calls it with the document itself.
+    void FlushChanges(const ZElement& element);
+
+private:
+    void BuildNetworks(const ZXMLElement& networks);
+    [[nodiscard]] boost::shared_ptr<ZBay> BuildNetwork(const ZXMLElement& network);
+    void SendToNetworks(const boost::shared_ptr<const ZMessage>& message);
+    void HandleDocumentChanged(const ZMessage& message);
+
+    boost::shared_ptr<ZAudioFormatElement> mAudioFormat;
+    boost::shared_ptr<ZBay> mInputNetwork;
+    boost::shared_ptr<ZBay> mOutputNetwork;
+};
+
+}  // namespace orvane
