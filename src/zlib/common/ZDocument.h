@@ -15,6 +15,7 @@ namespace orvane
 {
 
 class ZDocumentManager;
+class ZFile;
 class ZTransactionManager;
 
 /// The group at the top of an element tree, which a document manager makes and keeps. Documents are
@@ -49,6 +50,8 @@ public:
     virtual void BecameCurrent();
     /// False keeps the document open. True here.
     [[nodiscard]] virtual bool AgreesToClose();
+    /// Takes in what a file holds. False for a file that it cannot read; so here.
+    [[nodiscard]] virtual bool ReadFile(ZFile& file);
     /// An element that the document observes has changed: its identity, see elementIdOf. Nothing
     /// here.
     virtual void ElementChanged(std::uint64_t elementId);
@@ -66,9 +69,18 @@ public:
     [[nodiscard]] const std::string& GetTypeName() const { return mTypeName; }
     void SetTypeName(std::string_view name) { mTypeName = name; }
 
-private:
-    void AddDocumentManagers(const ZXMLElement& xml);
+    /// The managers of documents that belong to this one.
+    [[nodiscard]] const std::vector<std::unique_ptr<ZDocumentManager>>& GetDocumentManagers() const
+    {
+        return mDocumentManagers;
+    }
 
+protected:
+    /// Makes a manager of each `documentmanager`. Another tag than `documentmanagers` is traced and
+    /// passed over. [setup]
+    void AddDocumentManagers(const boost::shared_ptr<ZXMLElement>& xml);
+
+private:
     ZString mTitle;
     std::string mTypeName;
     std::vector<std::unique_ptr<ZDocumentManager>> mDocumentManagers;

@@ -38,10 +38,10 @@ public:
     /// ("Document"): see the operations. Throws ZException -1 when the field is missing. All else
     /// ends here.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// Makes a document, names it by the running count, makes it the current one and sends
-    /// ZDOCUMENTNEW with "Document". Throws as ZDocumentType::CreateDocument, with nothing changed
-    /// but the running count.
-    virtual void NewDocument(const ZDocumentType& type);
+    /// A new document, named by the running count, made the current one and told of by ZDOCUMENTNEW
+    /// with "Document". Throws as ZDocumentType::CreateDocument, with nothing changed, and what
+    /// those throw that are told.
+    virtual boost::shared_ptr<ZDocument> NewDocument(const ZDocumentType& type);
 
     /// True for the messages that HandleZMessage answers.
     [[nodiscard]] virtual bool Answers(std::int32_t messageId) const;

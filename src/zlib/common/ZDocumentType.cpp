@@ -1,0 +1,41 @@
+#include "zlib/common/ZDocumentType.h"
+
+#include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZDocument.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZTrace.h"
+#include "zlib/common/ZXMLElement.h"
+
+namespace orvane
+{
+
+namespace
+{
+
+std::string attributeOf(const ZXMLElement& xml, std::string_view name)
+{
+    const char* const value = xml.GetAttribute(name);
+    return value ? value : "";
+}
+
+}  // namespace
+
+ZDocumentType::ZDocumentType(const boost::shared_ptr<ZXMLElement>& doctype)
+    : name(attributeOf(*doctype, "name"))
+    , className(attributeOf(*doctype, "class"))
+    , xml(doctype)
+{
+    if (!doctype->IsNamed("doctype"))
+        throw ZException(-1, "ZDocumentType::ZDocumentType,  XML tag is not a <doctype>.");
+    ZTrace::Write("Creating ZDocumentType class='" + className + "' name='" + name + "'\n");
+}
+
+boost::shared_ptr<ZDocument> ZDocumentType::CreateDocument(const ZClassRegistry& classes) const
+{
+    const auto document = boost::dynamic_pointer_cast<ZDocument>(classes.Create(className, xml));
+    if (!document)
+        throw ZException(-1, "Document type failed to instanciate.");
+    return document;
+}
+
+}  // namespace orvane
