@@ -1,0 +1,147 @@
+#include "zlib/common/ZAudioDocument.h"
+
+#include "zlib/common/ZApplication.h"
+#include "zlib/common/ZAudioFormatElement.h"
+#include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZSignalBay.h"
+#include "zlib/common/ZTransactionManager.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <string>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+bool anotherFollows(const ZXMLElement& networks, std::int32_t index, const char* type)
+{
+    for (auto next = networks.GetChild("network", ++index); next;
+         next = networks.GetChild("network", ++index))
+        if (next->AttributeIs("type", type))
+            return true;
+    return false;
+}
+
+}  // namespace
+
+ZAudioDocument::ZAudioDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZDocument(xml, application)
+{
+    if (const auto networks = xml->GetChild("networks"))
+        BuildNetworks(*networks);
+    mAudioFormat = boost::make_shared<ZAudioFormatElement>("audioformat", application);
+    AddSubElement(mAudioFormat);
+}
+
+ZAudioDocument::~ZAudioDocument()
+{
+    // Bays may be held elsewhere for a moment longer than the document lives.
+    for (const auto& network : {mInputNetwork, mOutputNetwork})
+        if (network)
+            network->SetDocument(nullptr);
+}
+
+void ZAudioDocument::BuildNetworks(const ZXMLElement& networks)
+{
+    const std::int32_t count = networks.GetChildCount("network");
+    for (std::int32_t i = 0; i < count; ++i) {
+        const auto network = networks.GetChild("network", i);
+        for (const auto& [type, target] :
+             {std::pair{"input", &mInputNetwork}, std::pair{"output", &mOutputNetwork}})
+            // One that is replaced is not built: its elements would stay in the tree.
+            if (network->AttributeIs("type", type) && !anotherFollows(networks, i, type))
+                *target = BuildNetwork(*network);
+    }
+}
+
+boost::shared_ptr<ZBay> ZAudioDocument::BuildNetwork(const ZXMLElement& network)
+{
+    const auto xml = network.GetChild("bay");
+    if (!xml)
+        return nullptr;
+    const char* const given = xml->GetAttribute("class");
+    const std::string className = given ? given : "";
+    const auto bay =
+        boost::dynamic_pointer_cast<ZBay>(GetApp()->GetClassRegistry().Create(className, xml));
+    if (!bay)
+        throw ZException(-1, "ERROR (ZAudioDocument) '" + className +
+                                 "' class found in XML, unable to make instance!\n");
+    if (auto* const signal = dynamic_cast<ZSignalBay*>(bay.get()))
+        signal->Prepare();
+    if (const auto element = bay->GetElement())
+        AddSubElement(element);
+    bay->SetDocument(this);
+    return bay;
+}
+
+bool ZAudioDocument::IsKindOf(std::string_view className) const
+{
+    return className == "ZAudioDocumentClass" || ZDocument::IsKindOf(className);
+}
+
+const char* ZAudioDocument::GetClassName() const
+{
+    return "ZAudioDocumentClass";
+}
+
+void ZAudioDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZDOCUMENTCHANGED:
+        return HandleDocumentChanged(*message);
+    case ZSETDEFAULTS:
+    case ZRESET:
+        return SendToNetworks(message);
+    case ZUNDO:
+        GetTransactionManager()->Undo();
+        return BecameCurrent();
+    case ZREDO:
+        GetTransactionManager()->Redo();
+        return BecameCurrent();
+    default:
+        ZDocument::HandleZMessage(std::move(message));
+    }
+}
+
+void ZAudioDocument::HandleDocumentChanged(const ZMessage& message)
+{
+    boost::shared_ptr<ZDocument> document;
+    if (!message.Find("NewDocument", document))
+        throw ZException(-1, "Couldn't find NewDocument in msg");
+    if (document.get() == this)
+        BecameCurrent();
+}
+
+void ZAudioDocument::SendToNetworks(const boost::shared_ptr<const ZMessage>& message)
+{
+    for (const auto& network : {mInputNetwork, mOutputNetwork})
+        if (network)
+            network->HandleZMessage(message);
+}
+
+std::int32_t ZAudioDocument::GetLatency() const
+{
+    const auto* const network = dynamic_cast<const ZSignalBay*>(mOutputNetwork.get());
+    return network ? network->GetLatency() : 0;
+}
+
+void ZAudioDocument::FlushChanges(const ZElement& element)
+{
+    boost::shared_ptr<ZElement> child;
+    for (std::int32_t i = 0; element.GetSubElement(i, child); ++i) {
+        if (child->GetSubElementCount() > 0)
+            FlushChanges(*child);
+        else
+            child->FlushMark(GetApp());
+    }
+}
+
+}  // namespace orvane
