@@ -117,6 +117,10 @@ public:
     void SetResourceName(const ZString& name) { mResourceName = name; }
     [[nodiscard]] const ZString& GetResourceName() const { return mResourceName; }
     [[nodiscard]] const ZResources& GetResources() const { return mResources; }
+    /// A file to open once the application is built; empty for none.
+    void SetOpenAtStart(const ZString& path) { mOpenAtStart = path; }
+    /// What a stand-alone application's process ends with.
+    [[nodiscard]] std::int32_t GetQuitCode() const { return mQuitCode; }
     /// The description's own identifier comes in its place.
     void SetIdentifier(const ZString& identifier) { mIdentifier = identifier; }
     [[nodiscard]] const ZString& GetIdentifier() const { return mIdentifier; }
@@ -133,7 +137,8 @@ public:
 protected:
     /// The current document's marks, and those of the commands.
     void FlushElementChanges() override;
-    void SetAudioManager(std::unique_ptr<ZAudioManager> manager);
+    /// The one before goes; null for none.
+    void ReplaceAudioManager(std::unique_ptr<ZAudioManager> manager);
 
 private:
     void BuildFromDescription();
@@ -143,7 +148,7 @@ private:
     void CheckMenuSelection(const ZMessage& message) const;
     void HandleQuit(const boost::shared_ptr<const ZMessage>& message);
     void GoToUrl(const ZMessage& message);
-    void ReleaseManagers();
+    void OpenAtStart();
 
     const ZResources& mResources;
     std::thread::id mMainThreadId;
@@ -159,6 +164,8 @@ private:
     WindowKeeperMaker mMakeWindowKeeper = nullptr;
     bool mStandalone = true;
     std::unique_ptr<ZBrowserLaunch> mBrowser;
+    ZString mOpenAtStart;
+    std::int32_t mQuitCode = 0;
     std::vector<std::string> mFonts;
     ZSemaphore mBuilt{"built", 0};
 };
