@@ -241,6 +241,29 @@ TEST(ZLooperTest, TheTickFlushesAndServesOnTheInterfaceThread)
     looper.StopTimers();
 }
 
+TEST(ZLooperTest, BeatsThatTheFilterHoldsBackTickNothing)
+{
+    std::atomic<int> beats{0};
+    TickingLooper looper;
+    looper.SetBeatFilter([&beats] { return ++beats > 2; });
+    looper.InitLooper();
+    ASSERT_TRUE(eventually([&] { return looper.ticks > 0; }));
+    EXPECT_GE(beats, 3);
+
+    TickingLooper held;
+    held.SetBeatFilter([&beats] {
+        ++beats;
+        return false;
+    });
+    beats = 0;
+    held.InitLooper();
+    ASSERT_TRUE(eventually([&] { return beats >= 2; }));
+    EXPECT_EQ(held.ticks, 0);
+    const ZInterfaceLock lock;
+    held.Tick();
+    EXPECT_EQ(held.ticks, 1);
+}
+
 TEST(ZLooperTest, ATimerSendsItsIdUntilItIsRemoved)
 {
     TickingLooper looper;

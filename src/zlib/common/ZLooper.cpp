@@ -230,13 +230,19 @@ std::int32_t ZLooper::LooperWindowProc(ZLooperEvent event, std::int32_t timerId)
 void ZLooper::HandleTimer(std::int32_t timerId)
 {
     if (timerId == mQueueTimer) {
-        FlushElementChanges();
-        HandleZMessage(boost::make_shared<ZMessage>(ZQUEUECHANGED));
+        if (!mBeatTicks || mBeatTicks())
+            Tick();
         return;
     }
     const auto message = boost::make_shared<ZMessage>(ZTIMER);
     message->Add<std::uint32_t>("TimerID", static_cast<std::uint32_t>(timerId));
     HandleZMessage(message);
+}
+
+void ZLooper::Tick()
+{
+    FlushElementChanges();
+    HandleZMessage(boost::make_shared<ZMessage>(ZQUEUECHANGED));
 }
 
 void ZLooper::Started()

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -110,6 +111,12 @@ public:
     void RemoveTimer(std::int32_t id);
     /// Stops all timers, the tick included. [any thread]
     void StopTimers();
+    /// Sends the notifications of marked elements and runs the queue dry, as each beat of the
+    /// looper's own timer does. [looper's thread; in served mode any that holds the interface lock]
+    void Tick();
+    /// Asked at each beat of the looper's timer, on its thread: false leaves that beat's tick out,
+    /// for a time in which somebody else calls Tick. [before InitLooper]
+    void SetBeatFilter(std::function<bool()> ticks) { mBeatTicks = std::move(ticks); }
 
     /// True when a message waits: one atomic look, before the queue's lock is worth taking.
     /// [any thread, audio thread included]
@@ -150,6 +157,7 @@ private:
     std::unique_ptr<ZEventLoop> mOwnLoop;                // thread mode
     std::unique_ptr<ZInterfaceThread> mInterfaceThread;  // served mode, from InitLooper on
     std::atomic<std::int32_t> mQueueTimer{-1};
+    std::function<bool()> mBeatTicks;  // empty: every beat
     ZLock mQueueLock{"looper locker"};
     ZApplication* mApp;
     std::unique_ptr<ZThread> mThread;
