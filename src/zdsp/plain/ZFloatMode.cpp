@@ -1,0 +1,13 @@
+#include "zdsp/common/ZFloatMode.h"
+
+namespace orvane
+{
+
+ZFloatMode::ZFloatMode() noexcept
+    : mBefore(0)
+{
+}
+
+ZFloatMode::~ZFloatMode() = default;
+
+}  // namespace orvane
