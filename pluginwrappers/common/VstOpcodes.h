@@ -92,9 +92,13 @@ enum HostOpcode : std::int32_t
     audioMasterVersion = 1,
     audioMasterWantMidi = 6,
     audioMasterIOChanged = 13,
+    audioMasterGetCurrentProcessLevel = 23,
     audioMasterBeginEdit = 43,
     audioMasterEndEdit = 44,
 };
+
+/// Answer to audioMasterGetCurrentProcessLevel: the host renders, as fast as it can.
+constexpr std::int32_t kVstProcessLevelOffline = 4;
 
 /// Answer to effGetPlugCategory.
 constexpr std::int32_t kPlugCategEffect = 1;

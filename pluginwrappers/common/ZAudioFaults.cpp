@@ -1,0 +1,35 @@
+#include "pluginwrappers/common/ZAudioFaults.h"
+
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZInterfaceThread.h"
+
+#include <utility>
+
+namespace orvane
+{
+
+void ZAudioFaults::Keep() noexcept
+{
+    mCount.fetch_add(1, std::memory_order_relaxed);
+    if (mSlot.load(std::memory_order_acquire) == Slot::kFull)
+        return;
+    mFault = std::current_exception();
+    mSlot.store(Slot::kFull, std::memory_order_release);
+}
+
+void ZAudioFaults::Report()
+{
+    if (mSlot.load(std::memory_order_acquire) == Slot::kEmpty)
+        return;
+    // Posted, since a report may wait for the user, and the instance may be gone by then.
+    ZInterfaceThread::Post([fault = std::exchange(mFault, nullptr)] {
+        try {
+            std::rethrow_exception(fault);
+        } catch (...) {
+            reportCurrentException();
+        }
+    });
+    mSlot.store(Slot::kEmpty, std::memory_order_release);
+}
+
+}  // namespace orvane

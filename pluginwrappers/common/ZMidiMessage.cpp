@@ -1,0 +1,78 @@
+#include "pluginwrappers/common/ZMidiMessage.h"
+
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+
+#include <cstdint>
+#include <cstring>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kNoMessage = 0;
+
+struct ChannelMessage
+{
+    std::uint8_t status;
+    std::uint8_t first;
+    std::uint8_t second;
+};
+
+// The event is read as the bytes it is: the host may have laid it anywhere.
+ChannelMessage channelMessageOf(const VstEvent& event)
+{
+    VstMidiEvent midi;
+    std::memcpy(&midi, &event, sizeof midi);
+    return {static_cast<std::uint8_t>(midi.midiData[0]),
+            static_cast<std::uint8_t>(midi.midiData[1]),
+            static_cast<std::uint8_t>(midi.midiData[2])};
+}
+
+std::int32_t messageIdOf(const ChannelMessage& midi)
+{
+    switch (midi.status & 0xf0) {
+    case 0x80:
+        return ZMIDINOTEOFF;
+    case 0x90:  // without a velocity it is the end of the note
+        return midi.second != 0 ? ZMIDINOTEON : ZMIDINOTEOFF;
+    case 0xa0:
+        return ZMIDIPOLYPRESSURE;
+    case 0xb0:
+        return ZMIDICONTROLLER;
+    case 0xc0:
+        return ZMIDIPROGRAMCHANGE;
+    case 0xd0:
+        return ZMIDICHANNELPRESSURE;
+    case 0xe0:
+        return ZMIDIPITCHBEND;
+    default:
+        return kNoMessage;
+    }
+}
+
+}  // namespace
+
+boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent& event)
+{
+    if (event.type != kVstMidiType)
+        return nullptr;
+    const ChannelMessage midi = channelMessageOf(event);
+    const std::int32_t id = messageIdOf(midi);
+    if (id == kNoMessage)
+        return nullptr;
+    const bool isBend = id == ZMIDIPITCHBEND;
+    const auto message = boost::make_shared<ZMessage>(id);
+    message->Add<std::uint8_t>("Channel", midi.status & 0x0f);
+    message->Add<std::uint8_t>("Which", midi.first);
+    message->Add<std::uint8_t>("Amount", midi.second);
+    message->Add<std::uint16_t>(
+        "BigAmount", static_cast<std::uint16_t>(isBend ? midi.second << 7 | midi.first : 0));
+    return message;
+}
+
+}  // namespace orvane

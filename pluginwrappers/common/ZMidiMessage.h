@@ -1,0 +1,17 @@
+#pragma once
+
+#include "pluginwrappers/common/VstEvents.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+namespace orvane
+{
+
+class ZMessage;
+
+/// The message that a host's event stands for, with "Channel", "Which" and "Amount" (unsigned
+/// 8-bit) and "BigAmount" (unsigned 16-bit); null for an event that is none of MIDI's channel
+/// messages. Allocates. [audio thread]
+[[nodiscard]] boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent& event);
+
+}  // namespace orvane
