@@ -362,9 +362,9 @@ void ZLooper::StopTimers()
         loop->Remove(source);
 }
 
-bool ZLooper::HasMessages() const noexcept
+std::size_t ZLooper::CountMessages() const noexcept
 {
-    return mQueueLength.load(std::memory_order_acquire) != 0;
+    return mQueueLength.load(std::memory_order_acquire);
 }
 
 bool ZLooper::TakeNext(Record& record)

@@ -120,7 +120,9 @@ public:
 
     /// True when a message waits: one atomic look, before the queue's lock is worth taking.
     /// [any thread, audio thread included]
-    [[nodiscard]] bool HasMessages() const noexcept;
+    [[nodiscard]] bool HasMessages() const noexcept { return CountMessages() != 0; }
+    /// Messages that wait. [any thread, audio thread included]
+    [[nodiscard]] std::size_t CountMessages() const noexcept;
     /// Lets WaitForExit and Quit of a looper without a thread return.
     void ReleaseAlive() { mAlive.Release(); }
 

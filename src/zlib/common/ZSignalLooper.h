@@ -17,6 +17,7 @@ class ZInputBay;
 class ZOutputBay;
 class ZSignalBay;
 class ZSignalDriver;
+class ZThread;
 
 /// Owns the two ends of the signal network, the stereo bays "input" and "output", and runs passes
 /// through whatever lies between them. Its queue is run dry by whoever runs the passes, between two
@@ -81,9 +82,8 @@ public:
     /// thread]
     void Drain();
     /// Runs passes until count samples, or all there are, have reached the output FIFOs, and gives
-    /// back how many have. What a bay throws goes through, with the network ready for the next
-    /// pass. [audio thread]
-    std::uint32_t Fill(std::uint32_t count);
+    /// back how many have. [audio thread]
+    std::uint32_t Fill(std::uint32_t count) noexcept;
     /// The longest queue that Drain has met. [any thread]
     [[nodiscard]] std::size_t GetHighWater() const { return mHighWater; }
 
@@ -94,6 +94,28 @@ public:
     [[nodiscard]] bool IsRunning() const { return mRunning; }
     /// A driver's word that its device has taken samples. [any thread]
     void SignalFill();
+
+private:
+    class Pass;
+
+    static void RunFillThread(void* looper);
+    void FillWhileRunning();
+    void FillOutput();
+    std::uint32_t PassUntil(std::uint32_t count) noexcept;
+    static void RunPass(ZSignalBay& sink, std::uint32_t count) noexcept;
+
+    std::atomic<bool> mRunning{false};  // from Start to Stop
+    ZSemaphore mFillSemaphore{"fillsem", 0};
+    std::unique_ptr<ZThread> mFillThread;
+    std::atomic<bool> mInPass{false};  // somebody drains or fills
+    boost::shared_ptr<ZInputBay> mInputBay;
+    boost::shared_ptr<ZOutputBay> mOutputBay;
+    std::vector<ZSignalBay*> mExtraSinks;
+    std::uint32_t mPreferredBuffer = 512;
+    std::uint32_t mMaxBuffer = 512;
+    std::atomic<float> mSampleRate{44100.0f};
+    std::atomic<std::size_t> mHighWater{0};
+    boost::shared_ptr<ZSignalDriver> mDriver;
 };
 
 }  // namespace orvane

@@ -47,7 +47,7 @@ void ZSilentDriver::Stop()
     mWaiter.Release();
     {
         const ZInterfaceUnlock unlocked;
-        mThread.reset();
+        const auto joined = std::move(mThread);
     }
     static_cast<void>(mWaiter.Wait(0));  // the thread may have ended without a look at it
 }
