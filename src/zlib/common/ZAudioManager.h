@@ -3,6 +3,7 @@
 #include "zlib/common/ZHandler.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/weak_ptr.hpp>
 
 #include <cstdint>
 #include <functional>
@@ -48,7 +49,7 @@ public:
     [[nodiscard]] const char* GetClassName() const override;
     /// ZDOCUMENTCHANGED ("NewDocument"), ZDOCUMENTNEW ("Document"): AttachDocument, when the
     /// document is one to be followed. Throws ZException -1 without the field. ZPREFSCHANGED:
-    /// BuildDriverModel, when the user's settings name all of it. ZDONEBOUNCING: BounceFinish.
+    /// BuildDriverModel, when the user's settings name all of it.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
     /// Takes the document's rate, lets the network of the document before drop away and routes this
@@ -63,12 +64,36 @@ public:
     virtual void Start();
     virtual void Stop();
     /// Null before BuildDriverModel. Copied by the audio thread. [any thread]
-    [[nodiscard]] virtual boost::shared_ptr<ZSignalLooper> GetLooper() const { return mLooper; }
+    [[nodiscard]] virtual boost::shared_ptr<ZSignalLooper> GetSignalLooper() const
+    {
+        return mLooper;
+    }
     /// Empty for an index without a driver model.
     [[nodiscard]] virtual std::string GetDriverName(std::int32_t index) const;
     /// Makes looper and driver, in the place of those that are there. When that fails, tells the
     /// user, and a silent driver keeps the audio running. [setup]
     virtual void BuildDriverModel(const ZDriverSettings& settings);
+
+protected:
+    using DriverMaker = std::function<boost::shared_ptr<ZSignalDriver>()>;
+
+    /// What BuildDriverModel does, with the driver from the maker; null or an exception is a
+    /// failure.
+    void Build(const DriverMaker& makeDriver);
+
+private:
+    void FollowDocument(const ZMessage& message, const char* field);
+    [[nodiscard]] bool IsFollowed(const ZDocument& document) const;
+    void RebuildFromSettings();
+    void BuildSilent();
+    void RouteInput(ZBay& network);
+    void RouteOutput(ZBay& network);
+
+    boost::shared_ptr<ZSignalLooper> mLooper;
+    boost::weak_ptr<ZAudioDocument> mAttached;  // whose networks are routed to this looper
+    std::vector<std::string> mDriverNames;
+    std::vector<std::string> mDocumentTypes;
+    bool mFollowsDocuments = false;
 };
 
 }  // namespace orvane

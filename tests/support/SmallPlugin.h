@@ -1,0 +1,125 @@
+#pragma once
+
+#include "zlib/common/ZBlockProcessingBay.h"
+#include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZDocumentManager.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZPlugin.h"
+#include "zlib/common/ZResources.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstring>
+#include <memory>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+/// Multiplies by the value that its element "gain" had at the last tick. Its block, and with that
+/// its latency, is a hundredth of a second.
+class GainBay : public ZBlockProcessingBay
+{
+public:
+    GainBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+        : ZBlockProcessingBay(xml, application)
+        , mElement(boost::make_shared<ZElement>("gain", ZElement::ZFLOAT, application))
+    {
+        mElement->SetZFloat(1.0f, true);
+        mElement->AddObserver(this);
+        AddElement(mElement);
+    }
+    ~GainBay() override { mElement->RemoveObserver(this); }
+
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        if (message->GetId() == ZELEMENTCHANGED)
+            mGain = mElement->GetZFloat();
+        else
+            ZBlockProcessingBay::HandleZMessage(message);
+    }
+    bool Prepare() override
+    {
+        const bool prepared = ZBlockProcessingBay::Prepare();
+        SampleRateChanged();
+        return prepared;
+    }
+    void SampleRateChanged() override
+    {
+        SetBlockSize(static_cast<std::int32_t>(std::lround(GetSampleRate() / 100.0f)));
+    }
+    void ProcessBlock() noexcept override
+    {
+        const float gain = mGain;
+        for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
+            std::transform(InputBlock(channel).Data(), InputBlock(channel).Data() + GetBlockSize(),
+                           OutputBlock(channel).Data(),
+                           [gain](float sample) { return sample * gain; });
+    }
+
+private:
+    boost::shared_ptr<ZElement> mElement;
+    std::atomic<float> mGain{1.0f};
+};
+
+/// A plug-in's application with a document of one bay, and no description that would need a
+/// signature. Holds the interface lock while it is made and started.
+class SmallPlugin : public ZPlugin
+{
+public:
+    SmallPlugin()
+        : ZPlugin(kNoResources)
+    {
+        SetStandalone(false);
+        GetClassRegistry().AddStandard<GainBay>("GainBayClass");
+    }
+    ~SmallPlugin() override { StopTimers(); }
+
+    /// A started application, ticking.
+    static std::unique_ptr<SmallPlugin> Make()
+    {
+        const ZInterfaceLock lock;
+        auto app = std::make_unique<SmallPlugin>();
+        app->PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART), app.get());
+        app->ProcessQueue();
+        app->InitLooper();
+        return app;
+    }
+
+    void ReadDescription() override
+    {
+        const ZXMLDocument text(kDescription, static_cast<std::int32_t>(std::strlen(kDescription)));
+        AddAudioManager(text.GetChild("audiomanager"));
+        AddDocumentManager(text.GetChild("documentmanager"));
+        GetDocumentManager()->NewDocument(GetDocumentManager()->GetTypes().front());
+    }
+
+    /// The element "gain" of the current document.
+    [[nodiscard]] boost::shared_ptr<ZElement> Gain() const
+    {
+        return GetCurrentDocument()->FindElement("gain");
+    }
+
+private:
+    static constexpr ZResources kNoResources{std::span<const ZResources::Entry>()};
+    static constexpr const char* kDescription =
+        "<audiomanager>"
+        "<docchange mode=\"change\"><doctype name=\"Small\"></doctype></docchange>"
+        "<drivermodel name=\"None\"></drivermodel>"
+        "</audiomanager>"
+        "<documentmanager name=\"Small\" type=\"sdi\"><documenttypes>"
+        "<doctype class=\"ZAudioDocumentClass\" name=\"Type\"><networks><network type=\"output\">"
+        "<bay name=\"Network\" class=\"ZSignalBayClass\"><bays>"
+        "<bay name=\"Gain\" class=\"GainBayClass\" numchannels=\"2\"></bay></bays>"
+        "<publish bay=\"Gain\" import=\"0\"></publish><publish bay=\"Gain\" import=\"1\"></publish>"
+        "<publish bay=\"Gain\" export=\"0\"></publish><publish bay=\"Gain\" export=\"1\"></publish>"
+        "</bay></network></networks></doctype></documenttypes></documentmanager>";
+};
+
+}  // namespace orvane

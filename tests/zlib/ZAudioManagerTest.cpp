@@ -1,0 +1,194 @@
+#include "zlib/common/ZPluginAudioManager.h"
+
+#include "zlib/common/ZAudioDocument.h"
+#include "zlib/common/ZAudioFormatElement.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZInputBay.h"
+#include "zlib/common/ZOutputBay.h"
+#include "zlib/common/ZSignalLooper.h"
+#include "zlib/common/ZSilentDriver.h"
+
+#include "support/BoxRecorder.h"
+#include "support/SmallPlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZXMLElement> managerXml(const char* content)
+{
+    const std::string text = std::string("<audiomanager>") + content + "</audiomanager>";
+    return ZXMLDocument(text.c_str(), static_cast<std::int32_t>(text.size())).GetChild(0);
+}
+
+/// A manager that finds no driver, for whatever reason.
+class FailingManager : public ZAudioManager
+{
+public:
+    using ZAudioManager::ZAudioManager;
+    void BuildDriverModel(const ZDriverSettings& settings) override
+    {
+        Build([&]() -> boost::shared_ptr<ZSignalDriver> {
+            if (settings.model != 0)
+                throw std::runtime_error("no such thing");
+            return nullptr;
+        });
+    }
+};
+
+boost::shared_ptr<const ZMessage> documentMessage(std::int32_t id, const char* field,
+                                                  const boost::shared_ptr<ZDocument>& document)
+{
+    const auto message = boost::make_shared<ZMessage>(id);
+    message->Add<boost::shared_ptr<ZDocument>>(field, document);
+    return message;
+}
+
+boost::shared_ptr<ZAudioDocument> currentDocument(const ZApp& app)
+{
+    return boost::dynamic_pointer_cast<ZAudioDocument>(app.GetCurrentDocument());
+}
+
+}  // namespace
+
+TEST(ZAudioManagerTest, ReadsItsDescription)
+{
+    SmallPlugin app;
+    const ZPluginAudioManager bare(managerXml(""), &app);
+    EXPECT_EQ(bare.GetDriverName(0), "Silent");
+    EXPECT_FALSE(bare.FollowsDocuments());
+    EXPECT_EQ(bare.GetDocumentTypeCount(), 0);
+    EXPECT_EQ(bare.GetSignalLooper(), nullptr);
+
+    const ZPluginAudioManager manager(
+        managerXml(
+            "<docchange mode=\"change\"><doctype name=\"A\"></doctype>"
+            "<doctype name=\"B\"></doctype></docchange>"
+            "<drivermodel win=\"None\"></drivermodel><drivermodel name=\"X\"></drivermodel>"),
+        &app);
+    EXPECT_TRUE(manager.FollowsDocuments());
+    EXPECT_EQ(manager.GetDocumentTypeCount(), 2);
+    EXPECT_EQ(manager.GetDocumentType(1), "B");
+    EXPECT_EQ(manager.GetDocumentType(2), "");
+    EXPECT_EQ(manager.GetDocumentType(-1), "");
+    EXPECT_EQ(manager.GetDriverName(0), "");
+    EXPECT_EQ(manager.GetDriverName(1), "X");
+    EXPECT_THROW(static_cast<void>(manager.ExtractHeader()), ZException);
+}
+
+TEST(ZAudioManagerTest, APluginsDriverIsNeverStarted)
+{
+    SmallPlugin app;
+    ZPluginAudioManager manager(managerXml(""), &app);
+    manager.BuildDriverModel({});
+    ASSERT_NE(manager.GetSignalLooper(), nullptr);
+    EXPECT_TRUE(manager.GetSignalLooper()->GetDriver()->IsStopped());
+    EXPECT_TRUE(manager.GetSignalLooper()->GetOutputBay()->IsSink());
+    EXPECT_EQ(manager.GetSignalLooper()->GetApp(), &app);
+    EXPECT_EQ(manager.GetLooper(), &app) << "its messages are the application's to deliver";
+}
+
+TEST(ZAudioManagerTest, ASilentDriverStandsInWhenNoneCanBeBuilt)
+{
+    for (const std::int32_t model : {0, 1}) {
+        BoxRecorder recorder;
+        SmallPlugin app;
+        FailingManager manager(managerXml(""), &app);
+        ZDriverSettings settings;
+        settings.model = model;
+        manager.BuildDriverModel(settings);
+        ASSERT_EQ(recorder.boxes.size(), 1u);
+        EXPECT_EQ(recorder.boxes[0].kind, ZMessageBox::kNotice);
+        EXPECT_EQ(recorder.boxes[0].title, "Error");
+        EXPECT_EQ(recorder.boxes[0].text, "Cannot Find Sound Device.");
+        const auto looper = manager.GetSignalLooper();
+        ASSERT_NE(looper, nullptr);
+        EXPECT_NE(boost::dynamic_pointer_cast<ZSilentDriver>(looper->GetDriver()), nullptr);
+        EXPECT_TRUE(looper->IsRunning());
+        EXPECT_EQ(looper->GetPreferredBuffer(), 512u);
+        EXPECT_EQ(looper->GetSampleRate(), 44100.0f);
+    }
+}
+
+TEST(ZAudioManagerTest, TheBaseBuildsTheSilentDriverByItsName)
+{
+    const BoxRecorder recorder;
+    SmallPlugin app;
+    ZAudioManager manager(managerXml(""), &app);
+    manager.BuildDriverModel({});
+    EXPECT_TRUE(recorder.boxes.empty());
+    EXPECT_NE(boost::dynamic_pointer_cast<ZSilentDriver>(manager.GetSignalLooper()->GetDriver()),
+              nullptr);
+    manager.Start();
+    EXPECT_TRUE(manager.GetSignalLooper()->IsRunning());
+    manager.Stop();
+    EXPECT_FALSE(manager.GetSignalLooper()->IsRunning());
+}
+
+TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfItsTypes)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    const auto looper = app->GetAudioManager()->GetSignalLooper();
+    const auto network = currentDocument(*app)->GetOutputNetwork();
+    for (std::int32_t channel = 0; channel < 2; ++channel) {
+        EXPECT_TRUE(looper->GetOutputBay()->IsRouted(channel, *network, channel));
+        EXPECT_FALSE(network->IsRouted(channel, *looper->GetInputBay(), channel))
+            << "the input is the host's affair";
+    }
+
+    ZPluginAudioManager stranger(
+        managerXml("<docchange mode=\"change\"><doctype name=\"Other\"></doctype></docchange>"),
+        app.get());
+    stranger.BuildDriverModel({});
+    stranger.HandleZMessage(
+        documentMessage(ZDOCUMENTCHANGED, "NewDocument", app->GetCurrentDocument()));
+    EXPECT_EQ(network->GetRouteCount(), 2) << "a document of another type is not attached";
+}
+
+TEST(ZAudioManagerTest, ADocumentThatBecomesCurrentAgainChangesNothing)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    ZAudioManager& manager = *app->GetAudioManager();
+    manager.GetSignalLooper()->SetSampleRate(96000.0f);  // the host's
+    manager.HandleZMessage(
+        documentMessage(ZDOCUMENTCHANGED, "NewDocument", app->GetCurrentDocument()));
+    manager.HandleZMessage(documentMessage(ZDOCUMENTNEW, "Document", app->GetCurrentDocument()));
+    EXPECT_EQ(manager.GetSignalLooper()->GetSampleRate(), 96000.0f);
+    EXPECT_EQ(currentDocument(*app)->GetOutputNetwork()->GetRouteCount(), 2);
+}
+
+TEST(ZAudioManagerTest, ASecondDocumentTakesThePlaceOfTheFirst)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    const auto first = currentDocument(*app)->GetOutputNetwork();
+    app->GetDocumentManager()->NewDocument(app->GetDocumentManager()->GetTypes().front());
+    const auto second = currentDocument(*app)->GetOutputNetwork();
+    ASSERT_NE(first, second);
+    EXPECT_EQ(first->GetRouteCount(), 0);
+    EXPECT_EQ(second->GetRouteCount(), 2);
+}
+
+TEST(ZAudioManagerTest, AMessageWithoutItsDocumentIsRefused)
+{
+    SmallPlugin app;
+    ZPluginAudioManager manager(managerXml(""), &app);
+    for (const std::int32_t id : {ZDOCUMENTCHANGED, ZDOCUMENTNEW}) {
+        try {
+            manager.HandleZMessage(boost::make_shared<ZMessage>(id));
+            ADD_FAILURE() << id;
+        } catch (const ZException& exception) {
+            EXPECT_EQ(exception.GetMessage().ToNarrow(), "Couldn't find NewDocument in message");
+        }
+    }
+}
+
+}  // namespace orvane
