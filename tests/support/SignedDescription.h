@@ -1,0 +1,85 @@
+#pragma once
+
+#include "zlib/common/ZResources.h"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+
+namespace orvane
+{
+
+/// Signs a description with the build's own key, as the signing command does: all but its line
+/// ends, and the `<` of the signature itself.
+inline std::string signDescription(const std::string& text)
+{
+    using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
+    using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+        std::fopen(KESTRUNE_TEST_SIGNING_KEY, "r"), &std::fclose);
+    if (!file)
+        throw std::runtime_error("no signing key");
+    const Key key(PEM_read_PrivateKey(file.get(), nullptr, nullptr, nullptr), &EVP_PKEY_free);
+    const Context context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
+    std::string covered = text + "<";
+    std::erase_if(covered, [](char c) { return c == '\n' || c == '\r'; });
+    std::array<unsigned char, 256> signature{};
+    std::size_t length = signature.size();
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(covered.data());
+    if (EVP_DigestSignInit(context.get(), nullptr, EVP_sha1(), nullptr, key.get()) != 1 ||
+        EVP_DigestSign(context.get(), signature.data(), &length, bytes, covered.size()) != 1)
+        throw std::runtime_error("the description cannot be signed");
+    std::string result = text + "<signature data=\"";
+    for (const unsigned char byte : signature) {
+        std::array<char, 3> digits{};
+        std::snprintf(digits.data(), digits.size(), "%02x", byte);
+        result += digits.data();
+    }
+    return result + "\" />\n";
+}
+
+/// The resources of a small product: a description named "test.xml", and its texts.
+class TestResources
+{
+public:
+    /// What an `app` holds, in its declared and signed document.
+    explicit TestResources(const std::string& appContent,
+                           const std::string& appAttributes = " title=\"Test\"")
+        : TestResources(Whole{signDescription("<?xml version=\"1.0\" standalone=\"yes\" ?>\n<app" +
+                                              appAttributes + ">\n" + appContent + "</app>\n")})
+    {
+    }
+    /// A description as it stands.
+    struct Whole
+    {
+        std::string text;
+    };
+    explicit TestResources(Whole whole)
+        : mDescription(std::move(whole.text))
+        , mEntries{{{"XML", "test.xml", mDescription.data(),
+                     mDescription.data() + mDescription.size()},
+                    {"STRING", "strings.txt", kTexts.data(), kTexts.data() + kTexts.size()}}}
+        , mResources(mEntries)
+    {
+    }
+    TestResources(const TestResources&) = delete;
+    TestResources& operator=(const TestResources&) = delete;
+
+    operator const ZResources&() const { return mResources; }
+
+private:
+    static constexpr std::string_view kTexts = "7 seven\n";
+
+    const std::string mDescription;
+    const std::array<ZResources::Entry, 2> mEntries;
+    const ZResources mResources;
+};
+
+}  // namespace orvane

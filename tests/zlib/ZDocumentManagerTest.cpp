@@ -1,0 +1,272 @@
+#include "zlib/common/ZDocumentManager.h"
+
+#include "support/BoxRecorder.h"
+#include "support/ExpectZException.h"
+#include "zlib/DocumentFixture.h"
+#include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZDocument.h"
+#include "zlib/common/ZFile.h"
+#include "zlib/common/ZFileDocumentManager.h"
+#include "zlib/common/ZTransaction.h"
+#include "zlib/common/ZTransactionManager.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/smart_ptr/weak_ptr.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A document that may refuse to close, and counts how often it became the current one.
+class StubbornDocument : public ZDocument
+{
+public:
+    using ZDocument::ZDocument;
+    [[nodiscard]] bool AgreesToClose() override { return agrees; }
+    void DocumentMade() override { nameWhenMade = GetName(); }
+    void ElementChanged(std::uint64_t elementId) override { changed = elementId; }
+    using ZElement::ElementChanged;
+    bool ReadFile(ZFile& file) override { return file.GetName().ToNarrow() == "good"; }
+
+    bool agrees = true;
+    std::string nameWhenMade;
+    std::uint64_t changed = 0;
+};
+
+const char* const kManager =
+    "<documentmanager name=\"Media File\" type=\"sdi\" class=\"ZFileDocumentManager\">"
+    "<documenttypes><doctype class=\"StubbornDocumentClass\" name=\"Stubborn\" />"
+    "<doctype class=\"NobodyClass\" name=\"Unknown\" />"
+    "<doctype class=\"ZElementClass\" name=\"Element\" /></documenttypes>"
+    "<filetypes><filetype docclass=\"StubbornDocumentClass\" winext=\"stub\" mactype=\"Stub\" "
+    "mimetype=\"text/stub\" /></filetypes></documentmanager>";
+
+class ZDocumentManagerTest : public testing::Test
+{
+protected:
+    ZDocumentManagerTest()
+    {
+        app->GetClassRegistry().AddStandard<StubbornDocument>("StubbornDocumentClass");
+        app->AddDocumentManager(xmlOf(kManager));
+    }
+    boost::shared_ptr<StubbornDocument> New()
+    {
+        manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Stubborn"));
+        return boost::dynamic_pointer_cast<StubbornDocument>(manager().GetCurrentDocument());
+    }
+    [[nodiscard]] ZDocumentManager& manager() { return *app->GetDocumentManager(); }
+    [[nodiscard]] boost::shared_ptr<ZDocument> TakeNewCurrent()
+    {
+        boost::shared_ptr<ZDocument> document;
+        EXPECT_EQ(windows.Ids(), std::vector<std::int32_t>{ZDOCUMENTCHANGED});
+        EXPECT_TRUE(windows.told.at(0)->Find("NewDocument", document));
+        windows.told.clear();
+        return document;
+    }
+
+    const TestResources resources{""};
+    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    WindowRecorder& windows = addWindows(*app);
+};
+
+}  // namespace
+
+TEST_F(ZDocumentManagerTest, ADocumentIsNamedByACountThatNeverFalls)
+{
+    const auto first = New();
+    EXPECT_EQ(first->GetName(), "Untitled Media File 1");
+    EXPECT_EQ(first->GetTitle().ToNarrow(), "Untitled Media File 1");
+    EXPECT_EQ(first->nameWhenMade, "Untitled Media File 1");
+    EXPECT_EQ(first->GetTypeName(), "Media File");
+    EXPECT_TRUE(manager().CloseDocument(first));
+    EXPECT_EQ(New()->GetName(), "Untitled Media File 2");
+}
+
+TEST_F(ZDocumentManagerTest, WindowsHearOfANewDocumentAfterItIsCurrent)
+{
+    const auto document = New();
+    EXPECT_EQ(windows.Ids(), (std::vector<std::int32_t>{ZDOCUMENTCHANGED, ZDOCUMENTNEW}));
+    boost::shared_ptr<ZDocument> told;
+    EXPECT_TRUE(windows.told[1]->Find("Document", told));
+    EXPECT_EQ(told, document);
+}
+
+TEST_F(ZDocumentManagerTest, ATypeThatCannotBeMadeChangesNothing)
+{
+    manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "stubborn"));
+    expectZException(-1, "Unregistered Class NobodyClass found in xml\n", [&] {
+        manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Unknown"));
+    });
+    expectZException(-1, "Document type failed to instanciate.", [&] {
+        manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Element"));
+    });
+    EXPECT_EQ(manager().GetDocumentCount(), 0);
+    EXPECT_TRUE(windows.told.empty());
+    EXPECT_EQ(New()->GetName(), "Untitled Media File 1");
+}
+
+TEST_F(ZDocumentManagerTest, NextAndPreviousGoInACircle)
+{
+    manager().SelectNext();  // none
+    const auto first = New();
+    windows.told.clear();
+    manager().HandleZMessage(messageWith<ZString>(ZDOCNEXT, "DocNextName", "x"));
+    EXPECT_EQ(TakeNewCurrent(), first);
+    const auto second = New();
+    const auto third = New();
+    windows.told.clear();
+    manager().HandleZMessage(messageWith<ZString>(ZDOCNEXT, "DocNextName", "x"));
+    EXPECT_EQ(TakeNewCurrent(), first);
+    manager().HandleZMessage(messageWith<ZString>(ZDOCPREV, "DocPrevName", "x"));
+    EXPECT_EQ(TakeNewCurrent(), third);
+    manager().HandleZMessage(
+        messageWith<boost::shared_ptr<ZDocument>>(ZDOCSELECT, "Document", second));
+    EXPECT_EQ(TakeNewCurrent(), second);
+}
+
+TEST_F(ZDocumentManagerTest, AClosedDocumentGoesAndTheFirstThatRemainsIsCurrent)
+{
+    const auto first = New();
+    auto second = New();
+    const boost::weak_ptr<ZDocument> gone = second;
+    windows.told.clear();
+    auto close = messageWith<boost::shared_ptr<ZDocument>>(ZDOCCLOSE, "Document", second);
+    second->agrees = false;
+    manager().HandleZMessage(close);
+    EXPECT_EQ(manager().GetDocumentCount(), 2);
+    second->agrees = true;
+    manager().HandleZMessage(close);
+    EXPECT_EQ(windows.Ids(), (std::vector<std::int32_t>{ZDOCUMENTCLOSED, ZDOCUMENTCHANGED}));
+    EXPECT_EQ(manager().GetCurrentDocument(), first);
+    EXPECT_FALSE(manager().CloseDocument(second));
+    windows.told.clear();
+    second.reset();
+    close.reset();
+    EXPECT_TRUE(gone.expired());
+}
+
+TEST_F(ZDocumentManagerTest, AMissingFieldIsNamed)
+{
+    const std::vector<std::pair<std::int32_t, const char*>> texts = {
+        {ZDOCUMENTNEW, "Couldn't find NewFileName in message"},
+        {ZFILENEW, "Couldn't find NewFileName in message"},
+        {ZDOCNEXT, "Couldn't find DocNextName in message"},
+        {ZDOCPREV, "Couldn't find DocPrevName in message"},
+        {ZDOCCLOSE, "Couldn't find Document in message"},
+        {ZDOCSELECT, "Couldn't find Document in message"},
+        {ZFILEOPEN, "Couldn't find FileOpenName in message"},
+    };
+    for (const auto& [id, text] : texts) {
+        EXPECT_TRUE(manager().Answers(id)) << id;
+        expectZException(
+            -1, text, [&, id = id] { manager().HandleZMessage(boost::make_shared<ZMessage>(id)); });
+    }
+    EXPECT_FALSE(manager().Answers(ZPRESETSAVE));
+    const auto document = New();
+    expectZException(-1, "Couldn't find elementid in Message", [&] {
+        document->HandleZMessage(boost::make_shared<ZMessage>(ZELEMENTCHANGED));
+    });
+    document->HandleZMessage(messageWith<std::uint64_t>(ZELEMENTCHANGED, "elementid", 12));
+    EXPECT_EQ(document->changed, 12u);
+}
+
+TEST_F(ZDocumentManagerTest, OtherTagsAreRefusedByName)
+{
+    const auto other = xmlOf("<other></other>");
+    expectZException(-1, "ZDocumentManager::ZDocumentManager,  XML tag is not a <documentmanager>.",
+                     [&] { ZDocumentManager manager(other, app.get()); });
+    expectZException(-1,
+                     "ZFileDocumentManager :: ZFileDocumentManager,  XML tag is not a "
+                     "<documentmanager>.",
+                     [&] { ZFileDocumentManager manager(other, app.get()); });
+    expectZException(-1, "ZDocumentType::ZDocumentType,  XML tag is not a <doctype>.",
+                     [&] { ZDocumentType type(other); });
+    expectZException(-1, "ZApp::AddDocumentManager,  XML tag is not a <documentmanager>.",
+                     [&] { app->AddDocumentManager(other); });
+}
+
+TEST_F(ZDocumentManagerTest, ADocumentReadsTheFileOfItsKind)
+{
+    auto& files = dynamic_cast<ZFileDocumentManager&>(manager());
+    const auto good = boost::make_shared<ZFile>("good", "/nowhere/good.stub", "STUB");
+    const auto bad = boost::make_shared<ZFile>("bad", "/nowhere/bad.stub", "stub");
+    const auto kind = files.FindFiletype(*good);
+    ASSERT_NE(kind, nullptr);
+    EXPECT_EQ(kind->macType, 0x53747562u);
+    EXPECT_EQ(kind->mimeType, "text/stub");
+    EXPECT_EQ(kind->description.ToNarrow(), "None");
+
+    const auto open = messageWith<ZString>(ZFILEOPEN, "doctype", "Unknown");
+    open->Add<boost::shared_ptr<ZFile>>("file", good);
+    files.HandleZMessage(open);
+    ASSERT_EQ(files.GetDocumentCount(), 1);
+    EXPECT_EQ(files.GetCurrentDocument()->GetTitle().ToNarrow(), "good");
+
+    BoxRecorder recorder;
+    files.OpenDocument(bad, files.GetTypes().front());
+    EXPECT_EQ(files.GetDocumentCount(), 1);
+    ASSERT_EQ(recorder.boxes.size(), 1u);
+    EXPECT_EQ(recorder.boxes[0].title, "Error Opening Document");
+}
+
+TEST(ZFileDocumentManagerTest, NothingIsOpenedWithoutAWindowManager)
+{
+    const TestResources resources{""};
+    const auto app = makePlugin(resources);
+    app->AddDocumentManager(xmlOf(kManager));
+    auto& files = dynamic_cast<ZFileDocumentManager&>(*app->GetDocumentManager());
+    expectZException(-1, "Unable to open document because there is no WindowManager.", [&] {
+        files.OpenDocument(boost::make_shared<ZFile>("a", "/a.stub", "stub"),
+                           files.GetTypes().front());
+    });
+    EXPECT_EQ(files.GetDocumentCount(), 0);
+}
+
+TEST_F(ZDocumentManagerTest, ADocumentMayHaveManagersOfItsOwn)
+{
+    const ZDocument document(
+        xmlOf("<doctype><documentmanagers>"
+              "<documentmanager name=\"a\" class=\"ZFileDocumentManager\" />"
+              "<documentmanager name=\"b\" type=\"sdi\" /></documentmanagers></doctype>"),
+        app.get());
+    const auto& managers = document.GetDocumentManagers();
+    ASSERT_EQ(managers.size(), 2u);
+    EXPECT_TRUE(managers[0]->IsKindOf("ZFileDocumentManagerClass"));
+    EXPECT_TRUE(managers[0]->IsMultiple());
+    EXPECT_FALSE(managers[1]->IsKindOf("ZFileDocumentManagerClass"));
+    EXPECT_FALSE(managers[1]->IsMultiple());
+}
+
+TEST(ZTransactionManagerTest, StepsAreTakenBackAndMadeAgainUntilANewOneComes)
+{
+    struct Step : ZTransaction
+    {
+        Step(std::string& log, char name)
+            : mLog(log)
+            , mName(name)
+        {
+        }
+        void Undo() override { (mLog += '-') += mName; }
+        void Redo() override { (mLog += '+') += mName; }
+        std::string& mLog;
+        char mName;
+    };
+    std::string log;
+    ZTransactionManager transactions;
+    EXPECT_FALSE(transactions.Undo());
+    transactions.Add(std::make_unique<Step>(log, 'a'));
+    transactions.Add(std::make_unique<Step>(log, 'b'));
+    EXPECT_FALSE(transactions.Redo());
+    transactions.Undo();
+    transactions.Undo();
+    transactions.Redo();
+    transactions.Add(std::make_unique<Step>(log, 'c'));
+    EXPECT_FALSE(transactions.Redo());
+    transactions.Undo();
+    EXPECT_EQ(log, "-b-a+a-c");
+}
+
+}  // namespace orvane
