@@ -41,13 +41,7 @@ ZAudioDocument::ZAudioDocument(const boost::shared_ptr<ZXMLElement>& xml, ZAppli
     AddSubElement(mAudioFormat);
 }
 
-ZAudioDocument::~ZAudioDocument()
-{
-    // Bays may be held elsewhere for a moment longer than the document lives.
-    for (const auto& network : {mInputNetwork, mOutputNetwork})
-        if (network)
-            network->SetDocument(nullptr);
-}
+ZAudioDocument::~ZAudioDocument() = default;
 
 void ZAudioDocument::BuildNetworks(const ZXMLElement& networks)
 {
