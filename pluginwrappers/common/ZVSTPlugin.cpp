@@ -2,11 +2,22 @@
 
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
+#include "pluginwrappers/common/ZMidiMessage.h"
+#include "zdsp/common/ZFloatMode.h"
+#include "zlib/common/ZAudioDocument.h"
+#include "zlib/common/ZAudioManager.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZInputBay.h"
 #include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZSignalLooper.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include <boost/make_shared.hpp>
 
 namespace orvane
 {
@@ -18,17 +29,25 @@ constexpr std::int32_t kPrograms = 1;    // without factory presets
 constexpr std::int32_t kParameters = 0;  // without exposed elements
 constexpr int kChannels = 2;
 
-// A host that ignores the announced channels may hand over fewer arrays or none.
-bool hasChannel(float** inputs, float** outputs, int channel)
+// The way of a block where there is no network. A host that ignores the announced channels may hand
+// over fewer arrays or none.
+void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStream::Output output)
 {
-    return inputs != nullptr && outputs != nullptr && inputs[channel] != nullptr &&
-           outputs[channel] != nullptr;
+    for (int channel = 0; channel < kChannels; ++channel) {
+        const float* const in = inputs != nullptr ? inputs[channel] : nullptr;
+        float* const out = outputs != nullptr ? outputs[channel] : nullptr;
+        if (in == nullptr || out == nullptr)
+            continue;
+        for (std::int32_t i = 0; i < frames; ++i)
+            out[i] = output == ZHostStream::Output::kAdded ? out[i] + in[i] : in[i];
+    }
 }
 
 }  // namespace
 
-ZVSTPlugin::ZVSTPlugin(audioMasterCallback host)
+ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
     : AudioEffectX(host, kPrograms, kParameters)
+    , mApp(std::move(app))
 {
     setUniqueID(fourCharacters("ocmn"));
     setNumInputs(kChannels);
@@ -36,6 +55,14 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host)
     canMono(true);
     canProcessReplacing(true);
     programsAreChunks(true);
+    if (!mApp)
+        return;
+    mApp->SetBeatFilter([this] { return BeatTicks(); });
+    mDocument = boost::dynamic_pointer_cast<ZAudioDocument>(mApp->GetCurrentDocument());
+    if (!mDocument)
+        return;
+    RouteNetwork();
+    setInitialDelay(mDocument->GetLatency());
 }
 
 ZVSTPlugin::~ZVSTPlugin()
@@ -44,18 +71,55 @@ ZVSTPlugin::~ZVSTPlugin()
     const ZInterfaceLock lock;
     try {
         editor.reset();
+        mDocument.reset();
+        mApp.reset();
     } catch (const ZException& exception) {
         exception.Report();
     }
 }
 
+// The manager has routed the network to the output; the input is the host's affair.
+void ZVSTPlugin::RouteNetwork()
+{
+    const boost::shared_ptr<ZSignalLooper> looper = GetSignalLooper();
+    const boost::shared_ptr<ZSignalBay> network = GetNetwork();
+    if (!looper || !network)
+        return;
+    ZInputBay& input = *looper->GetInputBay();
+    network->Route(0, input, 0);
+    network->Route(1, input, input.GetExportCount() == 1 ? 0 : 1);
+}
+
+boost::shared_ptr<ZSignalLooper> ZVSTPlugin::GetSignalLooper() const
+{
+    const ZAudioManager* const manager = mApp ? mApp->GetAudioManager() : nullptr;
+    return manager != nullptr ? manager->GetSignalLooper() : nullptr;
+}
+
+boost::shared_ptr<ZSignalBay> ZVSTPlugin::GetNetwork() const
+{
+    return mDocument ? boost::dynamic_pointer_cast<ZSignalBay>(mDocument->GetOutputNetwork())
+                     : nullptr;
+}
+
 std::intptr_t ZVSTPlugin::dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                                      void* ptr, float opt)
 {
-    if (IsAudioCall(opcode))
+    if (!IsAudioCall(opcode)) {
+        const ZInterfaceLock lock;
         return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
-    const ZInterfaceLock lock;
-    return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
+    }
+    try {
+        return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
+    } catch (...) {
+        mFaults.Keep();
+        return 0;
+    }
+}
+
+bool ZVSTPlugin::IsEntryThread() const
+{
+    return std::this_thread::get_id() == mEntryThread;
 }
 
 // Some hosts switch processing on and off on the audio thread, which must not wait for a busy
@@ -64,7 +128,7 @@ bool ZVSTPlugin::IsAudioCall(std::int32_t opcode) const
 {
     switch (opcode) {
     case effMainsChanged:
-        return std::this_thread::get_id() != mEntryThread;
+        return !IsEntryThread();
     case effProcessEvents:
     case effStartProcess:
     case effStopProcess:
@@ -74,44 +138,136 @@ bool ZVSTPlugin::IsAudioCall(std::int32_t opcode) const
     }
 }
 
+void ZVSTPlugin::suspend()
+{
+    mClock.Restart();
+    if (const auto looper = GetSignalLooper()) {
+        looper->InitLooper();
+        looper->Drain();
+    }
+    if (mDocument)
+        mDocument->HandleZMessage(boost::make_shared<ZMessage>(ZRESET));
+}
+
 void ZVSTPlugin::resume()
 {
+    mClock.Restart();
     if (mWantsMidi)
         wantEvents();
+    if (mApp && IsEntryThread())
+        mApp->Tick();
 }
 
 void ZVSTPlugin::setSampleRate(float rate)
 {
-    if (std::isfinite(rate) && rate > 0.0f)
-        AudioEffectX::setSampleRate(rate);
+    const auto looper = GetSignalLooper();
+    if (!std::isfinite(rate) || rate <= 0.0f || (looper && looper->GetSampleRate() == rate))
+        return;
+    AudioEffectX::setSampleRate(rate);
+    if (const auto network = GetNetwork()) {
+        const auto message = boost::make_shared<ZMessage>(ZSAMPLERATECHANGED);
+        message->Add<float>("rate", rate);
+        network->HandleZMessage(message);
+    }
+    if (looper) {
+        looper->SetSampleRate(rate);
+        looper->InitLooper();
+        looper->Drain();
+    }
+    RefreshLatency();
 }
 
 void ZVSTPlugin::setBlockSize(std::int32_t frames)
 {
-    if (frames > 0)
-        AudioEffectX::setBlockSize(frames);
+    if (frames <= 0 || frames > ZHostStream::kMaxBlockSize)
+        return;
+    AudioEffectX::setBlockSize(frames);
+    if (const auto looper = GetSignalLooper()) {
+        looper->SetBufferSize(static_cast<std::uint32_t>(frames));
+        looper->InitLooper();
+        looper->Drain();
+    }
+    // The exact size here, a power of two there: the FIFOs need one, the bays only have to take
+    // what the host hands over.
+    if (const auto network = GetNetwork())
+        network->SetMaxBuffer(frames);
+    mStream.SetBlockSize(frames);
+    RefreshLatency();
+}
+
+void ZVSTPlugin::RefreshLatency()
+{
+    if (!mDocument || mDocument->GetLatency() == cEffect.initialDelay)
+        return;
+    setInitialDelay(mDocument->GetLatency());
+    ioChanged();
 }
 
 void ZVSTPlugin::processReplacing(float** inputs, float** outputs,
                                   std::int32_t sampleFrames) noexcept
 {
-    for (int channel = 0; channel < kChannels; ++channel) {
-        // In place there is nothing to do, and the ranges of a copy must not meet.
-        if (hasChannel(inputs, outputs, channel) && inputs[channel] != outputs[channel])
-            std::copy_n(inputs[channel], std::max(sampleFrames, 0), outputs[channel]);
-    }
+    RunBlock(inputs, outputs, sampleFrames, ZHostStream::Output::kReplaced);
 }
 
 void ZVSTPlugin::process(float** inputs, float** outputs, std::int32_t sampleFrames) noexcept
 {
-    for (int channel = 0; channel < kChannels; ++channel) {
-        if (!hasChannel(inputs, outputs, channel))
-            continue;
-        const float* const in = inputs[channel];
-        float* const out = outputs[channel];
-        for (std::int32_t i = 0; i < sampleFrames; ++i)
-            out[i] = static_cast<float>(static_cast<double>(out[i]) + static_cast<double>(in[i]));
+    RunBlock(inputs, outputs, sampleFrames, ZHostStream::Output::kAdded);
+}
+
+void ZVSTPlugin::RunBlock(float** inputs, float** outputs, std::int32_t frames,
+                          ZHostStream::Output output) noexcept
+{
+    if (frames <= 0)
+        return;
+    const auto looper = GetSignalLooper();
+    if (!looper) {
+        passThrough(inputs, outputs, frames, output);
+        return;
     }
+    TickByStream(frames, looper->GetSampleRate());
+    try {
+        const ZFloatMode mode;
+        mStream.Run(*looper, inputs, outputs, frames, output);
+    } catch (...) {
+        mFaults.Keep();
+    }
+}
+
+void ZVSTPlugin::TickByStream(std::int32_t frames, float rate) noexcept
+{
+    const auto now = ZStreamClock::Clock::now();
+    if (!mClock.BlockBegins(now, HostIsOffline(), frames, static_cast<double>(rate)))
+        return;
+    try {
+        const ZInterfaceLock lock;
+        mApp->Tick();
+    } catch (...) {
+        mFaults.Keep();
+    }
+}
+
+// Asked of the host directly, without a look at the interface lock: this thread does not hold it.
+bool ZVSTPlugin::HostIsOffline()
+{
+    return audioMaster != nullptr && audioMaster(&cEffect, audioMasterGetCurrentProcessLevel, 0, 0,
+                                                 nullptr, 0.0f) == kVstProcessLevelOffline;
+}
+
+bool ZVSTPlugin::BeatTicks()
+{
+    mFaults.Report();
+    return mClock.WallClockTicks(ZStreamClock::Clock::now());
+}
+
+std::int32_t ZVSTPlugin::processEvents(VstEvents* events)
+{
+    VstEvent* const* const all = events->events;
+    for (std::int32_t i = 0; mDocument && i < events->numEvents; ++i) {
+        const auto message = all[i] != nullptr ? midiMessageOf(*all[i]) : nullptr;
+        if (message)
+            mDocument->HandleZMessage(message);
+    }
+    return 1;
 }
 
 void ZVSTPlugin::setProgram(std::int32_t index)

@@ -1,27 +1,45 @@
 #pragma once
 
 #include "pluginwrappers/common/AudioEffectX.h"
+#include "pluginwrappers/common/ZAudioFaults.h"
+#include "pluginwrappers/common/ZHostStream.h"
+#include "pluginwrappers/common/ZStreamClock.h"
 #include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/ZPlugin.h"
 #include "zlib/common/ZString.h"
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <thread>
 
 namespace orvane
 {
 
+class ZAudioDocument;
+class ZSignalBay;
+class ZSignalLooper;
+
 /// The effect object: the host's whole view of the plug-in. Lives from the entry call to effClose.
 ///
 /// Keeps the interface thread alive, and holds the interface lock around each call of the
-/// dispatcher but those that a host makes in the course of its audio.
+/// dispatcher but those that a host makes in the course of its audio. What goes wrong in those is
+/// kept for the interface thread to report.
 ///
-/// Without a signal network it is a plain path: two channels in, the same two out, no latency.
+/// Changed values reach the engine at ticks: of the wall clock while a host plays, of the stream
+/// itself while it renders, see ZStreamClock. A tick of the stream runs on the host's rendering
+/// thread and takes the interface lock, the one place where audio waits for the interface.
+///
+/// Without an application it is a plain path: two channels in, the same two out, no latency.
 class ZVSTPlugin : public AudioEffectX
 {
 public:
+    /// Takes over an application that has been started, routes its document's network behind the
+    /// looper's input and tells the host the latency.
     /// Throws ZException when a part of the plug-in cannot be built. [host thread]
-    explicit ZVSTPlugin(audioMasterCallback host);
+    explicit ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app = nullptr);
     ~ZVSTPlugin() override;
 
     /// Whether the host is asked for MIDI before processing begins. [setup]
@@ -30,14 +48,22 @@ public:
     std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                              void* ptr, float opt) override;
 
+    /// Empties FIFOs and network. On the audio thread it does so without the interface lock: what
+    /// it touches belongs to the passes, which are at rest.
+    void suspend() override;
+    /// On the thread that called the entry function all that is pending is delivered before the
+    /// return, so that a stream begins with every earlier change in force; on another, perhaps the
+    /// audio thread, it is left to the ticks.
     void resume() override;
-    /// A rate that is no positive number changes nothing.
+    /// A rate that is no positive number, or is in force, changes nothing.
     void setSampleRate(float rate) override;
-    /// frames below 1 change nothing.
+    /// frames below 1 and above ZHostStream::kMaxBlockSize change nothing.
     void setBlockSize(std::int32_t frames) override;
     void processReplacing(float** inputs, float** outputs,
                           std::int32_t sampleFrames) noexcept override;
     void process(float** inputs, float** outputs, std::int32_t sampleFrames) noexcept override;
+    /// Sends each event of MIDI to the document, now and on this thread.
+    std::int32_t processEvents(VstEvents* events) override;
 
     [[nodiscard]] std::int32_t getProgram() override { return mCurrentProgram; }
     void setProgram(std::int32_t index) override;
@@ -46,10 +72,25 @@ public:
     bool getVendorString(std::span<char> text) override;
 
 private:
+    [[nodiscard]] bool IsEntryThread() const;
     [[nodiscard]] bool IsAudioCall(std::int32_t opcode) const;
+    [[nodiscard]] boost::shared_ptr<ZSignalLooper> GetSignalLooper() const;
+    [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
+    void RouteNetwork();
+    void RefreshLatency();
+    [[nodiscard]] bool BeatTicks();
+    void RunBlock(float** inputs, float** outputs, std::int32_t frames,
+                  ZHostStream::Output output) noexcept;
+    void TickByStream(std::int32_t frames, float rate) noexcept;
+    [[nodiscard]] bool HostIsOffline();
 
     ZInterfaceThread mInterfaceThread;  // first, since it outlives all that it serves
     const std::thread::id mEntryThread = std::this_thread::get_id();
+    ZAudioFaults mFaults;
+    ZStreamClock mClock;
+    ZHostStream mStream;
+    std::unique_ptr<ZPlugin> mApp;
+    boost::shared_ptr<ZAudioDocument> mDocument;
     std::int32_t mCurrentProgram = 0;
     ZString mProgramName = "Init";
     bool mWantsMidi = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zlib/common/ZAudioDocument.h"
 #include "zlib/common/ZBlockProcessingBay.h"
 #include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZDocumentManager.h"
@@ -16,6 +17,8 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
+#include <span>
+#include <vector>
 
 #include <boost/make_shared.hpp>
 
@@ -68,6 +71,22 @@ private:
     std::atomic<float> mGain{1.0f};
 };
 
+/// A document that keeps what it is told of MIDI.
+class SmallDocument : public ZAudioDocument
+{
+public:
+    using ZAudioDocument::ZAudioDocument;
+
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        if (message->GetId() >= ZMIDINOTEON && message->GetId() <= ZMIDIPITCHBEND)
+            midi.push_back(message);
+        ZAudioDocument::HandleZMessage(message);
+    }
+
+    std::vector<boost::shared_ptr<const ZMessage>> midi;
+};
+
 /// A plug-in's application with a document of one bay, and no description that would need a
 /// signature. Holds the interface lock while it is made and started.
 class SmallPlugin : public ZPlugin
@@ -78,17 +97,18 @@ public:
     {
         SetStandalone(false);
         GetClassRegistry().AddStandard<GainBay>("GainBayClass");
+        GetClassRegistry().AddStandard<SmallDocument>("SmallDocumentClass");
     }
     ~SmallPlugin() override { StopTimers(); }
 
-    /// A started application, ticking.
+    /// A started application. It ticks from InitLooper on.
     static std::unique_ptr<SmallPlugin> Make()
     {
         const ZInterfaceLock lock;
         auto app = std::make_unique<SmallPlugin>();
-        app->PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART), app.get());
+        static_cast<ZLooper&>(*app).PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART),
+                                                 app.get());
         app->ProcessQueue();
-        app->InitLooper();
         return app;
     }
 
@@ -100,6 +120,10 @@ public:
         GetDocumentManager()->NewDocument(GetDocumentManager()->GetTypes().front());
     }
 
+    [[nodiscard]] boost::shared_ptr<SmallDocument> Document() const
+    {
+        return boost::dynamic_pointer_cast<SmallDocument>(GetCurrentDocument());
+    }
     /// The element "gain" of the current document.
     [[nodiscard]] boost::shared_ptr<ZElement> Gain() const
     {
@@ -114,7 +138,7 @@ private:
         "<drivermodel name=\"None\"></drivermodel>"
         "</audiomanager>"
         "<documentmanager name=\"Small\" type=\"sdi\"><documenttypes>"
-        "<doctype class=\"ZAudioDocumentClass\" name=\"Type\"><networks><network type=\"output\">"
+        "<doctype class=\"SmallDocumentClass\" name=\"Type\"><networks><network type=\"output\">"
         "<bay name=\"Network\" class=\"ZSignalBayClass\"><bays>"
         "<bay name=\"Gain\" class=\"GainBayClass\" numchannels=\"2\"></bay></bays>"
         "<publish bay=\"Gain\" import=\"0\"></publish><publish bay=\"Gain\" import=\"1\"></publish>"

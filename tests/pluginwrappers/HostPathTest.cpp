@@ -1,0 +1,399 @@
+#include "pluginwrappers/common/VstEvents.h"
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/common/ZVSTPlugin.h"
+#include "zlib/common/ZAudioManager.h"
+#include "zlib/common/ZInputBay.h"
+#include "zlib/common/ZOutputBay.h"
+#include "zlib/common/ZSignalLooper.h"
+
+#include "support/BoxRecorder.h"
+#include "support/RealtimeGuard.h"
+#include "support/SmallPlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <limits>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+std::atomic<std::int32_t> gProcessLevel{0};
+std::atomic<int> gIoChanges{0};
+std::atomic<int> gMidiWishes{0};
+std::atomic<int> gCallsUnderLock{0};
+
+std::intptr_t callback(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
+                       std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
+{
+    if (opcode == audioMasterGetCurrentProcessLevel)
+        return gProcessLevel;
+    gIoChanges += opcode == audioMasterIOChanged ? 1 : 0;
+    gMidiWishes += opcode == audioMasterWantMidi ? 1 : 0;
+    gCallsUnderLock += ZInterfaceLock::IsHeld() ? 1 : 0;
+    return 0;
+}
+
+using Stereo = std::array<std::vector<float>, 2>;
+
+std::array<float*, 2> pointersTo(Stereo& block)
+{
+    return {block[0].data(), block[1].data()};
+}
+
+Stereo noise(std::size_t frames, unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<float> samples(-1.0f, 1.0f);
+    Stereo block{std::vector<float>(frames), std::vector<float>(frames)};
+    for (std::vector<float>& channel : block)
+        std::generate(channel.begin(), channel.end(), [&] { return samples(random); });
+    return block;
+}
+
+Stereo ones(std::size_t frames)
+{
+    return {std::vector<float>(frames, 1.0f), std::vector<float>(frames, 1.0f)};
+}
+
+void onAnotherThread(const std::function<void()>& call)
+{
+    std::thread(call).join();
+}
+
+/// The effect object over a small application, without a library or an entry function in between.
+class HostPathTest : public testing::Test
+{
+protected:
+    static constexpr std::int32_t kLatency = 441;  // at 44.1 kHz
+
+    HostPathTest()
+    {
+        gProcessLevel = 0;
+        gIoChanges = 0;
+        gMidiWishes = 0;
+        gCallsUnderLock = 0;
+        auto made = SmallPlugin::Make();
+        app = made.get();
+        looper = app->GetAudioManager()->GetSignalLooper();
+        const ZInterfaceLock lock;
+        plugin = std::make_unique<ZVSTPlugin>(callback, std::move(made));
+        plugin->SetWantsMidi(true);
+        effect = plugin->getAeffect();
+    }
+    ~HostPathTest() override { EXPECT_EQ(gCallsUnderLock, 0); }
+
+    std::intptr_t Ask(std::int32_t opcode, std::intptr_t value = 0, void* ptr = nullptr,
+                      float opt = 0.0f)
+    {
+        return effect->dispatcher(effect, opcode, 0, value, ptr, opt);
+    }
+    void Begin(std::int32_t blockSize)
+    {
+        Ask(effSetBlockSize, blockSize);
+        Ask(effMainsChanged, 1);
+    }
+    Stereo Replace(Stereo& in)
+    {
+        Stereo out = noise(in[0].size(), 99);
+        effect->processReplacing(effect, pointersTo(in).data(), pointersTo(out).data(),
+                                 static_cast<std::int32_t>(in[0].size()));
+        return out;
+    }
+    /// Sets the gain as the user does.
+    void SetGain(float gain) { app->Gain()->SetZFloat(gain, false); }
+    void StartTicking()
+    {
+        const ZInterfaceLock lock;
+        app->InitLooper();
+    }
+    /// Sends ones until a block of 441 has been heard, and gives its gain.
+    float HeardGain()
+    {
+        Stereo in = ones(kLatency);
+        Replace(in);
+        return Replace(in)[0].back();
+    }
+
+    SmallPlugin* app = nullptr;
+    boost::shared_ptr<ZSignalLooper> looper;
+    std::unique_ptr<ZVSTPlugin> plugin;
+    AEffect* effect = nullptr;
+};
+
+}  // namespace
+
+TEST_F(HostPathTest, BlocksOfAnySizeComeBackDelayedByTheLatencyThatIsReported)
+{
+    EXPECT_EQ(effect->initialDelay, kLatency);
+    Begin(512);
+    const Stereo voice = noise(20000, 1);
+    Stereo heard;
+    std::mt19937 random(2);
+    for (std::size_t done = 0; done < voice[0].size();) {
+        const std::size_t frames = std::min<std::size_t>(
+            std::uniform_int_distribution<std::size_t>(1, 512)(random), voice[0].size() - done);
+        Stereo block;
+        for (std::size_t channel = 0; channel < 2; ++channel) {
+            const auto first = voice[channel].begin() + static_cast<std::ptrdiff_t>(done);
+            block[channel].assign(first, first + static_cast<std::ptrdiff_t>(frames));
+        }
+        const Stereo out = Replace(block);
+        for (std::size_t channel = 0; channel < 2; ++channel)
+            heard[channel].insert(heard[channel].end(), out[channel].begin(), out[channel].end());
+        done += frames;
+    }
+    for (std::size_t channel = 0; channel < 2; ++channel) {
+        std::vector<float> expected(kLatency, 0.0f);
+        expected.insert(expected.end(), voice[channel].begin(), voice[channel].end() - kLatency);
+        EXPECT_EQ(heard[channel], expected) << channel;
+    }
+}
+
+TEST_F(HostPathTest, ABlockNeitherAllocatesNorLocks)
+{
+    StartTicking();
+    Begin(512);
+    Stereo in = noise(512, 3);
+    Stereo out = in;
+    const auto inputs = pointersTo(in);
+    auto outputs = pointersTo(out);
+    const RealtimeGuard guard;
+    for (std::int32_t frames = 1; frames <= 512; frames += 37) {
+        effect->processReplacing(effect, const_cast<float**>(inputs.data()), outputs.data(),
+                                 frames);
+        effect->process(effect, const_cast<float**>(inputs.data()), outputs.data(), frames);
+    }
+    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+}
+
+TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWrites)
+{
+    Begin(441);
+    Stereo in = noise(441, 4);
+    Replace(in);
+    Stereo sum = noise(441, 5);
+    const Stereo before = sum;
+    effect->process(effect, pointersTo(in).data(), pointersTo(sum).data(), 441);
+    for (std::size_t channel = 0; channel < 2; ++channel)
+        for (std::size_t i = 0; i < 441; ++i)
+            ASSERT_EQ(sum[channel][i], static_cast<float>(static_cast<double>(before[channel][i]) +
+                                                          static_cast<double>(in[channel][i])));
+}
+
+TEST_F(HostPathTest, BothWaysMayUseTheSameArraysCrosswise)
+{
+    Begin(441);
+    Stereo block = noise(441, 6);
+    const Stereo before = block;
+    std::array<float*, 2> in = pointersTo(block);
+    std::array<float*, 2> out{block[1].data(), block[0].data()};
+    effect->processReplacing(effect, in.data(), out.data(), 441);
+    Stereo next = ones(441);
+    const Stereo heard = Replace(next);
+    EXPECT_EQ(heard, before);
+}
+
+TEST_F(HostPathTest, WhatAHostLeavesOutDoesNoHarm)
+{
+    Stereo in = noise(100, 7);
+    EXPECT_EQ(Replace(in)[0], std::vector<float>(100, 0.0f)) << "no block size yet";
+    Stereo kept = noise(100, 8);
+    const Stereo before = kept;
+    effect->process(effect, pointersTo(in).data(), pointersTo(kept).data(), 100);
+    EXPECT_EQ(kept, before);
+
+    Begin(441);
+    std::array<float*, 2> none{nullptr, nullptr};
+    std::array<float*, 2> one{in[0].data(), nullptr};
+    effect->processReplacing(effect, none.data(), one.data(), 100);
+    effect->processReplacing(effect, nullptr, nullptr, 100);
+    effect->processReplacing(effect, one.data(), none.data(), 100);
+    for (const std::int32_t frames : {0, -1, INT32_MIN})
+        effect->processReplacing(effect, nullptr, pointersTo(kept).data(), frames);
+    EXPECT_EQ(kept, before);
+    EXPECT_EQ(looper->InputFree(0), looper->InputFree(1)) << "the channels stay in step";
+    EXPECT_EQ(looper->OutputAvailable(0), looper->OutputAvailable(1));
+}
+
+TEST_F(HostPathTest, WhatIsNoFiniteNumberComesInAsSilence)
+{
+    Begin(441);
+    Stereo in = ones(441);
+    in[0][3] = std::numeric_limits<float>::quiet_NaN();
+    in[1][4] = std::numeric_limits<float>::infinity();
+    in[1][5] = -std::numeric_limits<float>::infinity();
+    Replace(in);
+    const Stereo out = Replace(in);
+    Stereo expected = ones(441);
+    expected[0][3] = expected[1][4] = expected[1][5] = 0.0f;
+    EXPECT_EQ(out, expected);
+}
+
+TEST_F(HostPathTest, ABlockLongerThanAnnouncedIsAFaultThatTheInterfaceThreadReports)
+{
+    BoxRecorder recorder;
+    std::promise<void> shown;
+    recorder.whileOpen = [&shown] { shown.set_value(); };
+    StartTicking();
+    Begin(300);
+    Stereo in = noise(301, 9);
+    EXPECT_EQ(Replace(in), noise(301, 99)) << "the output holds what it held";
+    ASSERT_EQ(shown.get_future().wait_for(5s), std::future_status::ready);
+    EXPECT_TRUE(recorder.boxes[0].text.starts_with("Trying to load a Zbuffer with too much data."));
+    Stereo next = noise(300, 10);
+    Replace(next);
+    Stereo after = noise(300, 11);
+    EXPECT_EQ(Replace(after)[0][141], next[0][0]) << "the audio goes on";
+}
+
+TEST_F(HostPathTest, ABlockSizeReachesFifosNetworkAndTransferAndEmptiesTheFifos)
+{
+    const auto network =
+        boost::dynamic_pointer_cast<ZSignalBay>(app->Document()->GetOutputNetwork());
+    for (const std::intptr_t refused :
+         {std::intptr_t{0}, std::intptr_t{-1}, std::intptr_t{1} << 21, std::intptr_t{1} << 40})
+        Ask(effSetBlockSize, refused);
+    EXPECT_EQ(looper->GetPreferredBuffer(), 512u);
+    EXPECT_EQ(network->GetMaxBuffer(), 512);
+    Ask(effSetBlockSize, 300);
+    EXPECT_EQ(looper->GetMaxBuffer(), 512u);
+    EXPECT_EQ(network->GetMaxBuffer(), 300);
+    Ask(effSetBlockSize, 100);
+    EXPECT_EQ(looper->InputFree(1), 128u);
+    EXPECT_EQ(network->GetMaxBuffer(), 100);
+
+    ZBuffer samples(100, "samples");
+    looper->InputWrite(samples, 100, 0);
+    Ask(effSetBlockSize, 100);
+    EXPECT_EQ(looper->InputFree(0), 128u);
+}
+
+TEST_F(HostPathTest, ARateReachesTheNetworkAndTheHostHearsOfTheLatencyOnce)
+{
+    for (const float refused : {0.0f, -44100.0f, 44100.0f, std::numeric_limits<float>::quiet_NaN(),
+                                std::numeric_limits<float>::infinity()})
+        Ask(effSetSampleRate, 0, nullptr, refused);
+    EXPECT_EQ(gIoChanges, 0);
+    Ask(effSetSampleRate, 0, nullptr, 48000.0f);
+    EXPECT_EQ(effect->initialDelay, 480);
+    EXPECT_EQ(gIoChanges, 1);
+    EXPECT_EQ(looper->GetSampleRate(), 48000.0f);
+    EXPECT_EQ(looper->GetOutputBay()->GetSampleRate(), 48000.0f);
+    Ask(effSetSampleRate, 0, nullptr, 48000.0f);
+    Ask(effSetBlockSize, 64);
+    EXPECT_EQ(gIoChanges, 1);
+}
+
+TEST_F(HostPathTest, SuspendForgetsAllSignalOnWhateverThread)
+{
+    for (const bool onAudioThread : {false, true}) {
+        Begin(441);
+        Stereo in = ones(441);
+        Replace(in);
+        const std::function<void()> suspend = [this] { Ask(effMainsChanged, 0); };
+        {
+            const ZInterfaceLock busy;
+            onAudioThread ? onAnotherThread(suspend) : suspend();
+        }
+        Ask(effMainsChanged, 1);
+        Ask(effMainsChanged, 1);
+        Stereo zeros{std::vector<float>(441), std::vector<float>(441)};
+        EXPECT_EQ(Replace(in), zeros);
+    }
+    EXPECT_EQ(gMidiWishes, 6);
+}
+
+TEST_F(HostPathTest, AStreamBeginsWithEveryEarlierChangeInForceWhenTheLoadingThreadBeginsIt)
+{
+    Begin(441);
+    SetGain(0.5f);
+    EXPECT_EQ(HeardGain(), 1.0f) << "no tick yet";
+    onAnotherThread([this] { Ask(effMainsChanged, 1); });
+    EXPECT_EQ(HeardGain(), 1.0f) << "left to the ticks";
+    Ask(effMainsChanged, 1);
+    EXPECT_EQ(HeardGain(), 0.5f);
+}
+
+TEST_F(HostPathTest, ARealTimeHostHasItsChangesByTheWallClock)
+{
+    StartTicking();
+    Begin(441);
+    SetGain(0.5f);
+    for (int i = 0; i < 2000 && app->Gain()->IsMarkedChanged(); ++i)
+        std::this_thread::sleep_for(1ms);
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(HeardGain(), 0.5f);
+}
+
+TEST_F(HostPathTest, RendersAreTheSameEveryTimeWhateverTheirPace)
+{
+    StartTicking();
+    gProcessLevel = kVstProcessLevelOffline;
+    std::mt19937 random(12);
+    std::vector<std::vector<float>> renders;
+    for (int render = 0; render < 3; ++render) {
+        SetGain(1.0f);
+        Begin(441);
+        renders.emplace_back();
+        for (int block = 0; block < 40; ++block) {
+            SetGain(1.0f + static_cast<float>(block));
+            if (random() % 8 == 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(random() % 90));
+            Stereo in = ones(441);
+            std::thread([&] {
+                const Stereo out = Replace(in);
+                renders.back().insert(renders.back().end(), out[0].begin(), out[0].end());
+            }).join();
+        }
+        Ask(effMainsChanged, 0);
+    }
+    EXPECT_EQ(renders[0], renders[1]);
+    EXPECT_EQ(renders[0], renders[2]);
+    // Ticks before blocks 0, 5 and 9 of 10 ms; a block is heard one block later.
+    EXPECT_EQ(renders[0][1 * 441], 1.0f);
+    EXPECT_EQ(renders[0][5 * 441], 1.0f);
+    EXPECT_EQ(renders[0][6 * 441], 6.0f);
+    EXPECT_EQ(renders[0][10 * 441], 10.0f);
+}
+
+TEST_F(HostPathTest, EventsOfMidiReachTheDocumentInOrder)
+{
+    VstMidiEvent on{};
+    on.type = kVstMidiType;
+    on.midiData[0] = static_cast<char>(0x90);
+    on.midiData[1] = 60;
+    on.midiData[2] = 100;
+    VstMidiEvent off = on;
+    off.midiData[2] = 0;
+    VstEvent systemExclusive{};
+    systemExclusive.type = 6;
+    struct
+    {
+        VstEvents head;
+        VstEvent* more[2];
+    } list{{4, 0, {reinterpret_cast<VstEvent*>(&on), &systemExclusive}},
+           {nullptr, reinterpret_cast<VstEvent*>(&off)}};
+    EXPECT_EQ(Ask(effProcessEvents, 0, &list), 1);
+    ASSERT_EQ(app->Document()->midi.size(), 2u);
+    EXPECT_EQ(app->Document()->midi[0]->GetId(), ZMIDINOTEON);
+    EXPECT_EQ(app->Document()->midi[1]->GetId(), ZMIDINOTEOFF);
+    list.head.numEvents = 0;
+    EXPECT_EQ(Ask(effProcessEvents, 0, &list), 1);
+    list.head.numEvents = -1;
+    EXPECT_EQ(Ask(effProcessEvents, 0, &list), 1);
+    EXPECT_EQ(app->Document()->midi.size(), 2u);
+}
+
+}  // namespace orvane
