@@ -44,6 +44,8 @@ struct KestruneSourceRange
 {
     float lowHz;
     float highHz;
+
+    [[nodiscard]] bool operator==(const KestruneSourceRange&) const = default;
 };
 
 /// Target tones in semitones above the root, rising with the degree; without the root unless the
@@ -52,6 +54,8 @@ struct KestruneTones
 {
     std::array<float, kDegrees> values{};
     int count = 0;
+
+    [[nodiscard]] bool operator==(const KestruneTones&) const = default;
 };
 
 /// Degrees of a built-in scale; any other index gives "Chromatic". [any thread]
