@@ -137,20 +137,20 @@ TEST(KestruneElementsTest, EngineIsSparedWhatWouldBreakIt)
              {600.0f, 0.5f}, {5000.0f, 1.0f}, {-kInfinity, -1.0f}, {kNaN, 0.0f}})
     {
         shift.SetZFloat(stored, false);
-        EXPECT_EQ(elements.PitchShiftOctaves(), octaves) << stored;
+        EXPECT_EQ(elements.ReadSettings().pitchShiftOctaves, octaves) << stored;
     }
     EXPECT_NE(shift.GetZFloat(), shift.GetZFloat()) << "the element keeps what was stored";
 
     ZElement& time = elements[KestruneElements::kPitchCorrectionTime];
     time.SetZFloat(-5.0f, false);
-    EXPECT_EQ(elements.CorrectionTimeMs(), 0.0f);
+    EXPECT_EQ(elements.ReadSettings().correctionTimeMs, 0.0f);
     time.SetZFloat(kNaN, false);
-    EXPECT_EQ(elements.CorrectionTimeMs(), 50.0f);
+    EXPECT_EQ(elements.ReadSettings().correctionTimeMs, 50.0f);
 
     ZElement& reference = elements[KestruneElements::kPitchReference];
     for (const std::int32_t both : {-1, 2, 65536, 65537}) {
         reference.SetDiscrete(both, false);
-        EXPECT_EQ(elements.PitchReference(), 2);
+        EXPECT_EQ(elements.ReadSettings().pitchReference, 2);
     }
     ZElement& archivedScale = elements[KestruneElements::kCurrentScaleIndex];
     archivedScale.SetZFloat(kNaN, false);
@@ -163,20 +163,20 @@ TEST(KestruneElementsTest, ReferenceFollowsKeyAndDetuneAndStaysFinite)
 {
     KestruneElements elements(nullptr);
     elements.SetDefaults();
-    EXPECT_NEAR(elements.ReferenceHz(), 523.25f, 0.01f);
+    EXPECT_NEAR(elements.ReadSettings().referenceHz, 523.25f, 0.01f);
     ZElement& key = elements[KestruneElements::kKey];
     ZElement& detune = elements[KestruneElements::kDetune];
     key.SetDiscrete(0, false);
     detune.SetZFloat(50.0f, false);
-    EXPECT_NEAR(elements.ReferenceHz(), 452.893f, 0.001f);
+    EXPECT_NEAR(elements.ReadSettings().referenceHz, 452.893f, 0.001f);
     detune.SetZFloat(kNaN, false);
     for (const std::int32_t a : {0, 12, -12, 120}) {
         key.SetDiscrete(a, false);
-        EXPECT_EQ(elements.ReferenceHz(), 440.0f) << a;
+        EXPECT_EQ(elements.ReadSettings().referenceHz, 440.0f) << a;
     }
     key.SetDiscrete(std::numeric_limits<std::int32_t>::min(), false);
     detune.SetZFloat(kInfinity, false);
-    EXPECT_LT(elements.ReferenceHz(), 2000.0f);
+    EXPECT_LT(elements.ReadSettings().referenceHz, 2000.0f);
 }
 
 TEST(KestruneElementsTest, DisplaysThatRestAreNotToldAgain)

@@ -290,6 +290,51 @@ void KestruneElements::ShowNothing()
             mElements[index]->SetZFloat(0.0f, false);
 }
 
+KestruneEngineSettings KestruneElements::ReadSettings() const
+{
+    KestruneEngineSettings settings;
+    for (std::size_t i = 0; i < kElementCount; ++i)
+        ReadSetting(static_cast<Index>(i), settings);
+    return settings;
+}
+
+bool KestruneElements::ReadSetting(Index index, KestruneEngineSettings& settings) const
+{
+    switch (index) {
+    case kPitchShift:
+        settings.pitchShiftOctaves = Octaves(index);
+        return true;
+    case kFormantShift:
+        settings.formantShiftOctaves = Octaves(index);
+        return true;
+    case kPitchCorrectionOnOff:
+        settings.correctionOn = IsOn(index);
+        ++settings.correctionSwitches;
+        return true;
+    case kTransposeOnOff:
+        settings.transposeOn = IsOn(index);
+        return true;
+    case kKey:
+    case kDetune:
+        settings.referenceHz = ReferenceHz();
+        return true;
+    case kPitchCorrectionTime:
+        settings.correctionTimeMs = CorrectionTimeMs();
+        return true;
+    case kSourceType:
+        settings.range = sourceRange(mElements[index]->GetDiscrete());
+        return true;
+    case kPitchReference:
+        settings.pitchReference = PitchReference();
+        return true;
+    case kIgnoredNotes:
+        settings.ignoredNotes = mElements[index]->GetZBuffer();
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool KestruneElements::IsOn(Index index) const
 {
     return mElements[index]->GetDiscrete() != 0;
@@ -314,11 +359,6 @@ float KestruneElements::ReferenceHz() const
     const float detune = numberOr(mElements[kDetune]->GetZFloat(), 0.0f);
     return referenceFrequency(key < 0 ? key + kDegrees : key,
                               std::clamp(detune, -kCentsPerOctave, kCentsPerOctave));
-}
-
-KestruneSourceRange KestruneElements::SourceRange() const
-{
-    return sourceRange(mElements[kSourceType]->GetDiscrete());
 }
 
 std::int16_t KestruneElements::PitchReference() const
@@ -349,7 +389,7 @@ std::vector<float> KestruneElements::CopySamples(Index index) const
     return samples;
 }
 
-void KestruneElements::StoreSamples(Index index, std::span<const float> samples)
+void KestruneElements::StoreSamples(Index index, std::span<const float> samples) const
 {
     ZBuffer buffer(static_cast<std::uint32_t>(samples.size()), "ZBuffer");
     std::copy(samples.begin(), samples.end(), buffer.Data());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/common/KestruneScales.h"
+#include "kestrune/common/KestruneEngineSettings.h"
 #include "zlib/common/ZElement.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -74,16 +74,11 @@ public:
     /// The displays show 0; those that do so already are not notified again. [audio thread]
     void ShowNothing();
 
-    [[nodiscard]] bool IsCorrectionOn() const { return IsOn(kPitchCorrectionOnOff); }
-    [[nodiscard]] bool IsTransposeOn() const { return IsOn(kTransposeOnOff); }
-    [[nodiscard]] float PitchShiftOctaves() const { return Octaves(kPitchShift); }
-    [[nodiscard]] float FormantShiftOctaves() const { return Octaves(kFormantShift); }
-    /// At least 0.
-    [[nodiscard]] float CorrectionTimeMs() const;
-    /// Of the key's root, detuned.
-    [[nodiscard]] float ReferenceHz() const;
-    [[nodiscard]] KestruneSourceRange SourceRange() const;
-    [[nodiscard]] std::int16_t PitchReference() const;
+    /// Takes over what the element says to the engine; false when it says nothing by itself, as
+    /// those of scales do.
+    bool ReadSetting(Index index, KestruneEngineSettings& settings) const;
+    /// What all elements say, but for the tones.
+    [[nodiscard]] KestruneEngineSettings ReadSettings() const;
 
     /// Custom scales that have a name.
     [[nodiscard]] int NamedScaleCount() const;
@@ -93,11 +88,14 @@ public:
     /// A copy of a buffer element's samples, which other threads may be writing.
     [[nodiscard]] std::vector<float> CopySamples(Index index) const;
     /// Stores as many samples as both have, without notification.
-    void StoreSamples(Index index, std::span<const float> samples);
+    void StoreSamples(Index index, std::span<const float> samples) const;
 
 private:
     [[nodiscard]] bool IsOn(Index index) const;
     [[nodiscard]] float Octaves(Index index) const;
+    [[nodiscard]] float CorrectionTimeMs() const;
+    [[nodiscard]] float ReferenceHz() const;
+    [[nodiscard]] std::int16_t PitchReference() const;
     void SetDefault(Index index);
 
     List mElements;

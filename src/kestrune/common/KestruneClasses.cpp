@@ -1,0 +1,14 @@
+#include "kestrune/common/KestruneClasses.h"
+
+#include "kestrune/common/ZPsolaBay.h"
+#include "zlib/common/ZClassRegistry.h"
+
+namespace orvane
+{
+
+void registerKestruneClasses(ZClassRegistry& registry)
+{
+    registry.AddStandard<ZPsolaBay>("ZPsolaBayClass");
+}
+
+}  // namespace orvane

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace orvane
+{
+
+class ZClassRegistry;
+
+/// Enters the product's classes, for its description to name. [setup]
+void registerKestruneClasses(ZClassRegistry& registry);
+
+}  // namespace orvane
