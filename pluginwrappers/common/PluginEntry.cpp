@@ -1,11 +1,22 @@
 #include "pluginwrappers/common/PluginEntry.h"
 
+#include "kestrune/common/KestruneClasses.h"
+#include "kestrune/common/KestruneIdentity.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
+#include "resources/KestruneResources.h"
+#include "zlib/common/ZDocument.h"
+#include "zlib/common/ZDocumentManager.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZPlugin.h"
 
 #include <memory>
+#include <utility>
+
+#include <boost/make_shared.hpp>
 
 namespace orvane
 {
@@ -22,6 +33,22 @@ bool speaksTheInterface(audioMasterCallback audioMaster)
            audioMaster(nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) != 0;
 }
 
+// The application with all that its description names, and its parameters.
+std::unique_ptr<ZPlugin> startApplication()
+{
+    auto app = std::make_unique<ZPlugin>(kestruneResources());
+    app->SetIdentifier(applicationIdentifier());
+    app->SetName(productName());
+    registerKestruneClasses(app->GetClassRegistry());
+    app->SetStandalone(false);
+    app->SetResourceName(descriptionResourceName());
+    app->PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART), app.get());
+    app->ProcessQueue();
+    if (const auto document = app->GetDocumentManager()->GetCurrentDocument())
+        app->ExposeElements(*document);
+    return app;
+}
+
 }  // namespace
 
 AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
@@ -30,8 +57,11 @@ AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
         if (!speaksTheInterface(audioMaster))
             return nullptr;
         const ZInterfaceLock lock;
-        auto plugin = std::make_unique<ZVSTPlugin>(audioMaster);
+        std::unique_ptr<ZPlugin> app = startApplication();
+        ZPlugin& application = *app;
+        auto plugin = std::make_unique<ZVSTPlugin>(audioMaster, std::move(app));
         plugin->SetWantsMidi(true);
+        application.InitLooper();
         return plugin.release()->getAeffect();
     } catch (const ZException& exception) {
         if (exception.GetCode() != kEndWithoutReport)

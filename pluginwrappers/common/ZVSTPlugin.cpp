@@ -1,11 +1,14 @@
 #include "pluginwrappers/common/ZVSTPlugin.h"
 
+#include "pluginwrappers/common/HostParameter.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
 #include "pluginwrappers/common/ZMidiMessage.h"
+#include "pluginwrappers/common/ZVSTSetParameterFn.h"
 #include "zdsp/common/ZFloatMode.h"
 #include "zlib/common/ZAudioDocument.h"
 #include "zlib/common/ZAudioManager.h"
+#include "zlib/common/ZElement.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZInputBay.h"
 #include "zlib/common/ZInterfaceLock.h"
@@ -25,8 +28,7 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kPrograms = 1;    // without factory presets
-constexpr std::int32_t kParameters = 0;  // without exposed elements
+constexpr std::int32_t kPrograms = 1;  // without factory presets
 constexpr int kChannels = 2;
 
 // The way of a block where there is no network. A host that ignores the announced channels may hand
@@ -46,7 +48,7 @@ void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStre
 }  // namespace
 
 ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
-    : AudioEffectX(host, kPrograms, kParameters)
+    : AudioEffectX(host, kPrograms, app ? app->GetExposedCount() : 0)
     , mApp(std::move(app))
 {
     setUniqueID(fourCharacters("ocmn"));
@@ -63,6 +65,7 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
         return;
     RouteNetwork();
     setInitialDelay(mDocument->GetLatency());
+    mApp->SetParameterFn(boost::make_shared<ZVSTSetParameterFn>(*this));
 }
 
 ZVSTPlugin::~ZVSTPlugin()
@@ -268,6 +271,63 @@ std::int32_t ZVSTPlugin::processEvents(VstEvents* events)
             mDocument->HandleZMessage(message);
     }
     return 1;
+}
+
+boost::shared_ptr<ZElement> ZVSTPlugin::GetParameterElement(std::int32_t index) const
+{
+    return mApp ? mApp->GetExposedElement(index) : nullptr;
+}
+
+void ZVSTPlugin::setParameter(std::int32_t index, float value)
+{
+    if (mAutomatingParam.load(std::memory_order_relaxed) != kNotAutomating)
+        return;
+    if (const auto element = GetParameterElement(index))
+        setFromHost(*element, value);
+}
+
+float ZVSTPlugin::getParameter(std::int32_t index)
+{
+    const auto element = GetParameterElement(index);
+    return element ? hostValueOf(*element) : 0.0f;
+}
+
+void ZVSTPlugin::setParameterAutomated(std::int32_t index, float value)
+{
+    mAutomatingParam.store(index, std::memory_order_relaxed);
+    AudioEffectX::setParameterAutomated(index, value);
+    mAutomatingParam.store(kNotAutomating, std::memory_order_relaxed);
+}
+
+void ZVSTPlugin::getParameterDisplay(std::int32_t index, std::span<char> text)
+{
+    const auto element = GetParameterElement(index);
+    writeHostText(element ? displayOf(*element) : ZString(), text);
+}
+
+void ZVSTPlugin::getParameterName(std::int32_t index, std::span<char> text)
+{
+    writeHostText(mApp ? mApp->GetExposedLabel(index) : ZString(), text);
+}
+
+bool ZVSTPlugin::getParameterProperties(std::int32_t index, VstParameterProperties* properties)
+{
+    const auto element = GetParameterElement(index);
+    if (!element || element->GetType() != ZElement::ZDISCRETE ||
+        element->CountDiscreteValues() != 2)
+        return false;
+    *properties = {};
+    properties->stepFloat = 1.0f;
+    properties->smallStepFloat = 1.0f;
+    properties->largeStepFloat = 1.0f;
+    writeHostText(element->GetLabel(ZElement::kFullLabel), properties->label);
+    properties->flags = kVstParameterIsSwitch;
+    properties->maxInteger = 1;
+    properties->stepInteger = 1;
+    properties->largeStepInteger = 1;
+    writeHostText(element->GetLabel(ZElement::kShortLabel), properties->shortLabel);
+    properties->displayIndex = static_cast<std::int16_t>(index + 1);
+    return true;
 }
 
 void ZVSTPlugin::setProgram(std::int32_t index)

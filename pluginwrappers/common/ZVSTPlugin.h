@@ -10,6 +10,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -19,6 +20,7 @@ namespace orvane
 {
 
 class ZAudioDocument;
+class ZElement;
 class ZSignalBay;
 class ZSignalLooper;
 
@@ -65,6 +67,19 @@ public:
     /// Sends each event of MIDI to the document, now and on this thread.
     std::int32_t processEvents(VstEvents* events) override;
 
+    /// Stores the value; the engine follows at the next tick. Ignored while the plug-in itself
+    /// tells the host of a change. [any thread, audio thread included]
+    void setParameter(std::int32_t index, float value) override;
+    /// The value just set. [any thread, audio thread included]
+    [[nodiscard]] float getParameter(std::int32_t index) override;
+    void setParameterAutomated(std::int32_t index, float value) override;
+    void getParameterDisplay(std::int32_t index, std::span<char> text) override;
+    void getParameterName(std::int32_t index, std::span<char> text) override;
+    /// Of switches only, which are elements with two values.
+    bool getParameterProperties(std::int32_t index, VstParameterProperties* properties) override;
+    using AudioEffectX::beginEdit;
+    using AudioEffectX::endEdit;
+
     [[nodiscard]] std::int32_t getProgram() override { return mCurrentProgram; }
     void setProgram(std::int32_t index) override;
     void setProgramName(const char* text) override;
@@ -72,10 +87,13 @@ public:
     bool getVendorString(std::span<char> text) override;
 
 private:
+    static constexpr std::int32_t kNotAutomating = -1;
+
     [[nodiscard]] bool IsEntryThread() const;
     [[nodiscard]] bool IsAudioCall(std::int32_t opcode) const;
     [[nodiscard]] boost::shared_ptr<ZSignalLooper> GetSignalLooper() const;
     [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
+    [[nodiscard]] boost::shared_ptr<ZElement> GetParameterElement(std::int32_t index) const;
     void RouteNetwork();
     void RefreshLatency();
     [[nodiscard]] bool BeatTicks();
@@ -91,6 +109,8 @@ private:
     ZHostStream mStream;
     std::unique_ptr<ZPlugin> mApp;
     boost::shared_ptr<ZAudioDocument> mDocument;
+    // The parameter that is being told to the host, -1 at rest. Written by the interface thread.
+    std::atomic<std::int32_t> mAutomatingParam{kNotAutomating};
     std::int32_t mCurrentProgram = 0;
     ZString mProgramName = "Init";
     bool mWantsMidi = false;

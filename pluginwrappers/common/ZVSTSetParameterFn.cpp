@@ -1,0 +1,29 @@
+#include "pluginwrappers/common/ZVSTSetParameterFn.h"
+
+#include "pluginwrappers/common/HostParameter.h"
+#include "pluginwrappers/common/ZVSTPlugin.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZException.h"
+
+namespace orvane
+{
+
+void ZVSTSetParameterFn::SetParameter(const boost::shared_ptr<ZElement>& element,
+                                      std::int32_t index)
+{
+    if (element->GetType() != ZElement::ZFLOAT && element->GetType() != ZElement::ZDISCRETE)
+        throw ZException(-1, "non-automatable element");
+    mPlugin.setParameterAutomated(index, hostValueOf(*element));
+}
+
+void ZVSTSetParameterFn::BeginEdit(std::int32_t index)
+{
+    mPlugin.beginEdit(index);
+}
+
+void ZVSTSetParameterFn::EndEdit(std::int32_t index)
+{
+    mPlugin.endEdit(index);
+}
+
+}  // namespace orvane

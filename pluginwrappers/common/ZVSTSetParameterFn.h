@@ -1,0 +1,30 @@
+#pragma once
+
+#include "zlib/common/ZSetParameterFn.h"
+
+namespace orvane
+{
+
+class ZVSTPlugin;
+
+/// Takes changes made in the plug-in out to the host. The host is called with the interface lock
+/// given up. [interface thread]
+class ZVSTSetParameterFn : public ZSetParameterFn
+{
+public:
+    /// The plug-in is not owned and outlives this.
+    explicit ZVSTSetParameterFn(ZVSTPlugin& plugin)
+        : mPlugin(plugin)
+    {
+    }
+
+    /// Throws ZException -1 for an element that is neither float nor discrete.
+    void SetParameter(const boost::shared_ptr<ZElement>& element, std::int32_t index) override;
+    void BeginEdit(std::int32_t index) override;
+    void EndEdit(std::int32_t index) override;
+
+private:
+    ZVSTPlugin& mPlugin;
+};
+
+}  // namespace orvane
