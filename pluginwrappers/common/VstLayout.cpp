@@ -6,6 +6,7 @@
 #include "pluginwrappers/common/VstKeyCode.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstParameterProperties.h"
+#include "pluginwrappers/common/VstTimeInfo.h"
 
 #include <cstddef>
 
@@ -44,6 +45,10 @@ static_assert(offsetof(VstParameterProperties, shortLabel) == 96);
 static_assert(offsetof(VstParameterProperties, displayIndex) == 104);
 static_assert(offsetof(VstParameterProperties, categoryLabel) == 112);
 static_assert(sizeof(VstParameterProperties) == 152);
+
+static_assert(offsetof(VstTimeInfo, timeSigNumerator) == 64);
+static_assert(offsetof(VstTimeInfo, flags) == 84);
+static_assert(sizeof(VstTimeInfo) == 88);
 
 static_assert(offsetof(VstKeyCode, virt) == 4 && sizeof(VstKeyCode) == 8);
 static_assert(sizeof(ERect) == 8);

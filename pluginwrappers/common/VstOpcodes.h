@@ -85,20 +85,33 @@ enum EffectOpcode : std::int32_t
     effGetNumMidiOutputChannels,
 };
 
-/// What an effect asks its host; those that this plug-in uses.
+/// What an effect asks its host; those that this plug-in uses, and those that its offline host
+/// answers beside.
 enum HostOpcode : std::int32_t
 {
     audioMasterAutomate = 0,
     audioMasterVersion = 1,
     audioMasterWantMidi = 6,
+    audioMasterGetTime = 7,
     audioMasterIOChanged = 13,
+    audioMasterGetSampleRate = 16,
+    audioMasterGetBlockSize = 17,
     audioMasterGetCurrentProcessLevel = 23,
+    audioMasterGetVendorString = 32,
+    audioMasterGetProductString = 33,
+    audioMasterGetVendorVersion = 34,
+    audioMasterCanDo = 37,
+    audioMasterGetLanguage = 38,
+    audioMasterUpdateDisplay = 42,
     audioMasterBeginEdit = 43,
     audioMasterEndEdit = 44,
 };
 
 /// Answer to audioMasterGetCurrentProcessLevel: the host renders, as fast as it can.
 constexpr std::int32_t kVstProcessLevelOffline = 4;
+
+/// Answer to audioMasterGetLanguage: English.
+constexpr std::int32_t kVstLangEnglish = 1;
 
 /// Answer to effGetPlugCategory.
 constexpr std::int32_t kPlugCategEffect = 1;
