@@ -1,0 +1,161 @@
+#include "tools/render/PluginInstance.h"
+
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "zlib/common/ZException.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cstring>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Plug-ins write more than the interface allows them.
+constexpr std::size_t kTextRoom = 256;
+constexpr int kChannels = 2;
+
+AEffect* opened(PluginLibrary::EntryProc entry, audioMasterCallback host, const std::string& file)
+{
+    AEffect* const effect = entry(host);
+    if (!effect)
+        throw ZException(-1, fmt::format("the plug-in in {} does not start", file));
+    if (effect->magic != kEffectMagic)
+        throw ZException(-1, fmt::format("{} is no plug-in: it starts with no effect", file));
+    return effect;
+}
+
+}  // namespace
+
+void PluginInstance::Closer::operator()(AEffect* effect) const
+{
+    effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
+}
+
+PluginInstance::PluginInstance(const std::filesystem::path& library)
+    : mFile(library)
+    , mLibrary(library)
+    , mEffect(opened(mLibrary.Entry(), hostCallback, library.string()))
+{
+    mEffect->resvd1 = reinterpret_cast<std::intptr_t>(this);
+    RequireFitting();
+    Ask(effOpen);
+}
+
+PluginInstance::~PluginInstance()
+{
+    if (mIsOn)
+        Ask(effMainsChanged, 0, 0);
+}
+
+void PluginInstance::RequireFitting() const
+{
+    if (Inputs() != kChannels || Outputs() != kChannels)
+        throw ZException(-1, fmt::format("the plug-in in {} has {} inputs and {} outputs: two of "
+                                         "each are needed",
+                                         mFile.string(), Inputs(), Outputs()));
+    if (!(mEffect->flags & effFlagsCanReplacing) || !mEffect->processReplacing)
+        throw ZException(-1, fmt::format("the plug-in in {} gives no output of its own: it only "
+                                         "adds to another",
+                                         mFile.string()));
+}
+
+std::intptr_t PluginInstance::hostCallback(AEffect* effect, std::int32_t opcode,
+                                           std::int32_t /*index*/, std::intptr_t /*value*/,
+                                           void* ptr, float /*opt*/)
+{
+    // Until the entry has returned, nothing but the interface's version is asked.
+    if (!effect || effect->resvd1 == 0)
+        return opcode == audioMasterVersion ? kVstVersion : 0;
+    auto& self = *reinterpret_cast<PluginInstance*>(effect->resvd1);
+    if (opcode == audioMasterIOChanged)
+        self.mLatency = std::max(effect->initialDelay, 0);
+    return self.mHost.Answer(opcode, ptr);
+}
+
+std::intptr_t PluginInstance::Ask(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                                  void* ptr, float opt) const
+{
+    return mEffect->dispatcher(mEffect.get(), opcode, index, value, ptr, opt);
+}
+
+std::string PluginInstance::AskText(std::int32_t opcode, std::int32_t index,
+                                    std::intptr_t value) const
+{
+    std::array<char, kTextRoom> room{};
+    Ask(opcode, index, value, room.data());
+    room.back() = '\0';
+    return room.data();
+}
+
+void PluginInstance::SetFormat(int rate, int blockFrames)
+{
+    assert(!mIsOn);
+    mHost.SetFormat(rate, blockFrames);
+    Ask(effSetSampleRate, 0, 0, nullptr, static_cast<float>(rate));
+    Ask(effSetBlockSize, 0, blockFrames);
+}
+
+void PluginInstance::Start()
+{
+    mIsOn = true;
+    Ask(effMainsChanged, 0, 1);
+    mLatency = std::max(mEffect->initialDelay, 0);
+}
+
+void PluginInstance::Process(StereoBlock& input, StereoBlock& output, int count)
+{
+    assert(mIsOn);
+    std::array<float*, kChannels> inputs{input[0].data(), input[1].data()};
+    std::array<float*, kChannels> outputs{output[0].data(), output[1].data()};
+    mHost.MoveTo(mFrame);
+    mEffect->processReplacing(mEffect.get(), inputs.data(), outputs.data(), count);
+    mFrame += count;
+}
+
+std::string PluginInstance::ParameterName(int index) const
+{
+    return AskText(effGetParamName, index);
+}
+
+std::string PluginInstance::ParameterText(int index) const
+{
+    return AskText(effGetParamDisplay, index);
+}
+
+float PluginInstance::Parameter(int index) const
+{
+    return mEffect->getParameter(mEffect.get(), index);
+}
+
+void PluginInstance::SetParameter(int index, float value)
+{
+    mEffect->setParameter(mEffect.get(), index, value);
+}
+
+std::string PluginInstance::ProgramName(int index) const
+{
+    constexpr std::intptr_t kAllCategories = -1;
+    const std::string name = AskText(effGetProgramNameIndexed, index, kAllCategories);
+    if (name.empty() && index == Ask(effGetProgram))
+        return AskText(effGetProgramName);
+    return name;
+}
+
+std::string PluginInstance::Name() const
+{
+    const std::string name = AskText(effGetEffectName);
+    return name.empty() ? mFile.stem().string() : name;
+}
+
+std::string PluginInstance::Vendor() const
+{
+    return AskText(effGetVendorString);
+}
+
+}  // namespace orvane

@@ -1,0 +1,97 @@
+#include "tools/render/PluginLibrary.h"
+
+#include "zlib/common/ZException.h"
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <dlfcn.h>
+#include <sstream>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr const char* kProductLibrary = "CantorelMini.so";
+
+void* loaded(const fs::path& file)
+{
+    std::error_code error;
+    if (!fs::exists(file, error))
+        throw ZException(-1, fmt::format("{}: no such plug-in file", file.string()));
+    // A name without a slash would be looked for where the system's libraries are.
+    void* const handle = ::dlopen(fs::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle)
+        throw ZException(-1, fmt::format("{} cannot be loaded: {}", file.string(), ::dlerror()));
+    return handle;
+}
+
+void* entryIn(void* handle, const fs::path& file)
+{
+    for (const char* name : {"VSTPluginMain", "main"}) {
+        if (void* const entry = ::dlsym(handle, name))
+            return entry;
+    }
+    throw ZException(
+        -1, fmt::format("{} is no plug-in: it has neither VSTPluginMain nor main", file.string()));
+}
+
+/// Folders that an environment variable lists, with colons between.
+void addFolders(std::vector<fs::path>& folders, const char* variable)
+{
+    const char* const list = std::getenv(variable);
+    std::istringstream words(list ? list : "");
+    for (std::string folder; std::getline(words, folder, ':');) {
+        if (!folder.empty())
+            folders.emplace_back(folder);
+    }
+}
+
+std::vector<fs::path> foldersOfHosts()
+{
+    std::vector<fs::path> folders;
+    addFolders(folders, "VST_PATH");
+    addFolders(folders, "LXVST_PATH");
+    if (const char* const home = std::getenv("HOME"))
+        folders.insert(folders.end(), {fs::path(home) / ".vst", fs::path(home) / ".lxvst"});
+    folders.insert(folders.end(), {"/usr/lib/lxvst", "/usr/local/lib/lxvst", "/usr/lib/vst",
+                                   "/usr/local/lib/vst"});
+    return folders;
+}
+
+}  // namespace
+
+void PluginLibrary::Unloader::operator()(void* handle) const
+{
+    ::dlclose(handle);
+}
+
+PluginLibrary::PluginLibrary(const fs::path& file)
+    : mHandle(loaded(file))
+    , mEntry(reinterpret_cast<EntryProc>(entryIn(mHandle.get(), file)))
+{
+}
+
+fs::path findProductLibrary()
+{
+    std::error_code error;
+    std::vector<fs::path> folders{fs::read_symlink("/proc/self/exe", error).parent_path()};
+    const std::vector<fs::path> shared = foldersOfHosts();
+    folders.insert(folders.end(), shared.begin(), shared.end());
+    for (const fs::path& folder : folders) {
+        if (fs::exists(folder / kProductLibrary, error))
+            return folder / kProductLibrary;
+    }
+    throw ZException(-1, fmt::format("{} is neither beside the program nor where plug-ins are "
+                                     "installed: name it with --plugin",
+                                     kProductLibrary));
+}
+
+}  // namespace orvane
