@@ -1,7 +1,7 @@
 #include "tools/RenderProgram.h"
 
 #include "kestrune/common/KestruneScales.h"
-#include "tools/render/EngineProcessor.h"
+#include "tools/render/PitchReader.h"
 #include "tools/render/PitchTrack.h"
 #include "tools/render/RenderSettings.h"
 #include "tools/render/ScaleGrid.h"
@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -25,25 +26,28 @@ double hzAt(double semitonesFromConcertPitch)
     return 440.0 * std::exp2(semitonesFromConcertPitch / 12.0);
 }
 
-ScaleGrid gridWith(std::initializer_list<const char*> assignments)
+ScaleGrid gridWith(std::initializer_list<std::pair<Setting, float>> values)
 {
     RenderSettings settings;
-    for (const char* assignment : assignments)
-        settings.Assign(assignment);
+    for (const auto& [setting, value] : values)
+        settings.Set(setting, value);
     return ScaleGrid(settings);
 }
 
-std::vector<float> processed(EngineProcessor& processor, const std::vector<float>& input)
+/// All readings of a sound that is fed in pieces of a length.
+std::vector<PitchReading> readingsOf(const std::vector<float>& sound, int piece)
 {
-    std::vector<float> left(input.size());
-    std::vector<float> right(input.size());
-    const float* const inputs[] = {input.data(), input.data()};
-    float* const outputs[] = {left.data(), right.data()};
-    processor.Process(inputs, outputs, static_cast<int>(input.size()));
-    return left;
+    PitchReader reader(kRate, sourceRange(0), 2);
+    std::vector<PitchReading> readings;
+    const int frames = static_cast<int>(sound.size());
+    for (int first = 0; first < frames; first += piece) {
+        reader.Feed({sound, sound}, first, std::min(piece, frames - first));
+        readings.insert(readings.end(), reader.Readings().begin(), reader.Readings().end());
+    }
+    return readings;
 }
 
-/// Share of places that count as voiced when an engine tells of hz, steady, all over a sound.
+/// Share of places that count as voiced when a reader tells of hz, steady, all over a sound.
 double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents = 0.0f)
 {
     PitchTrack track(kRate, static_cast<int>(sound.size()), 2);
@@ -52,9 +56,9 @@ double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents 
     for (std::int64_t frame = 2000; frame < std::ssize(sound) - 2000; frame += 512) {
         const float sign = readings.size() % 2 == 0 ? 0.5f : -0.5f;
         const float pitch = hz * std::exp2(sign * wobbleCents / 1200.0f);
-        readings.push_back({frame, pitch, pitch});
+        readings.push_back({frame, pitch});
     }
-    track.Add(readings);
+    track.AddInput(readings);
     track.Finish(std::ssize(sound));
     const auto& points = track.Points();
     const auto voiced =
@@ -64,63 +68,51 @@ double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents 
 
 }  // namespace
 
-TEST(EngineProcessorTest, LatencyIsThatOfEngineAndHopAtEveryRate)
-{
-    EngineProcessor processor;
-    for (const auto& [rate, latency] : {std::pair(44100, 18871), std::pair(48000, 20536),
-                                        std::pair(88200, 37722), std::pair(96000, 41063)})
-    {
-        processor.Prepare(rate);
-        EXPECT_EQ(processor.Latency(), latency) << rate;
-    }
-}
-
-TEST(EngineProcessorTest, SettingsGivenBeforeAndAfterPrepareAreInForceFromTheStart)
-{
-    const std::vector<float> voice = testVoice(1, 1.0).samples;
-    EngineProcessor before;
-    before.Set("pitchCorrectionOnOff", 1.0f);
-    before.Set("key", 1.0f);
-    before.Prepare(kRate);
-    EngineProcessor after;
-    after.Prepare(kRate);
-    after.Set("key", 1.0f);
-    after.Set("pitchCorrectionOnOff", 1.0f);
-    EngineProcessor dry;
-    dry.Prepare(kRate);
-    const std::vector<float> wet = processed(before, voice);
-    EXPECT_EQ(wet, processed(after, voice));
-    EXPECT_NE(wet, processed(dry, voice));
-}
-
-TEST(EngineProcessorTest, PreparingAgainForgetsTheSound)
-{
-    const std::vector<float> voice = testVoice(1, 0.6).samples;
-    EngineProcessor processor;
-    processor.Set("pitchCorrectionOnOff", 1.0f);
-    processor.Prepare(kRate);
-    const std::vector<float> first = processed(processor, voice);
-    processor.Prepare(kRate);
-    EXPECT_EQ(processed(processor, voice), first);
-}
-
-// The pitch steps in the middle; the readings must step at that place of the input.
-TEST(EngineProcessorTest, ReadingsStandWhereThePitchWasSung)
+// The pitch steps in the middle; the readings must step at that place.
+TEST(PitchReaderTest, ReadingsStandWhereThePitchWasSung)
 {
     std::vector<float> voice = testVoice(1, 1.0).samples;
     TestSound upper = testVoice(2, 1.0);
     for (std::size_t i = 0; i < upper.Frames(); ++i)
         voice.push_back(upper.samples[2 * i + 1]);
     const auto step = static_cast<std::int64_t>(voice.size() / 2);
-    EngineProcessor processor;
-    processor.Prepare(kRate);
-    processed(processor, voice);
     std::int64_t found = -1;
-    for (const PitchReading& reading : processor.Readings()) {
-        if (found < 0 && reading.frame > kRate / 2 && reading.inputHz > 320.0f)
+    for (const PitchReading& reading : readingsOf(voice, 512)) {
+        if (found < 0 && reading.frame > kRate / 2 && reading.hz > 320.0f)
             found = reading.frame;
     }
     EXPECT_NEAR(static_cast<double>(found - step) / kRate, 0.0, 0.03);
+}
+
+TEST(PitchReaderTest, ReadingsAreNearThePitchWhateverThePieces)
+{
+    const std::vector<float> voice = testVoice(1, 1.0).samples;
+    const std::vector<PitchReading> whole = readingsOf(voice, 44100);
+    const std::vector<PitchReading> pieces = readingsOf(voice, 77);
+    ASSERT_EQ(whole.size(), pieces.size());
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        EXPECT_EQ(whole[i].frame, pieces[i].frame);
+        EXPECT_EQ(whole[i].hz, pieces[i].hz);
+        if (whole[i].frame > kRate / 10) {
+            EXPECT_NEAR(whole[i].hz, 223.845f, 1.0f) << whole[i].frame;
+        }
+    }
+}
+
+TEST(PitchTrackTest, OutputsBelongToThePlacesOfTheirOrder)
+{
+    PitchTrack track(kRate, 100, 2);
+    track.AddInput(std::vector<PitchReading>{{-400, 100.0f}, {112, 200.0f}});
+    track.AddOutput(std::vector<PitchReading>{{-400, 110.0f}});
+    track.AddInput(std::vector<PitchReading>{{624, 300.0f}, {1136, 400.0f}, {90000, 500.0f}});
+    track.AddOutput(std::vector<PitchReading>{{112, 210.0f}, {624, 310.0f}});
+    track.Finish(kRate);
+    const std::vector<PitchPoint>& points = track.Points();
+    ASSERT_EQ(points.size(), 3u);
+    EXPECT_EQ(points[0].inputHz, 200.0f);
+    EXPECT_EQ(points[0].outputHz, 210.0f);
+    EXPECT_EQ(points[1].outputHz, 310.0f);
+    EXPECT_EQ(points[2].outputHz, 0.0f) << "not known";
 }
 
 TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
@@ -130,14 +122,14 @@ TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
     EXPECT_NEAR(cMajor.CentsOff(hzAt(1.1)), 90.0, 1e-3);   // A#, nearer to B
     EXPECT_NEAR(cMajor.CentsOff(hzAt(2.9)), 10.0, 1e-3);   // under the root
     EXPECT_NEAR(cMajor.CentsOff(hzAt(-33.0)), 0.0, 1e-3);  // a root, three octaves down
-    const ScaleGrid just = gridWith({"intonation=Classic Just"});
+    const ScaleGrid just = gridWith({{Setting::kIntonation, 1.0f}});
     EXPECT_NEAR(just.CentsOff(hzAt(-5.0)), 14.0, 1e-3);  // E of equal temperament
-    EXPECT_NEAR(gridWith({"detune=50"}).CentsOff(hzAt(0.0)), 50.0, 1e-3);
+    EXPECT_NEAR(gridWith({{Setting::kDetune, 50.0f}}).CentsOff(hzAt(0.0)), 50.0, 1e-3);
 }
 
 TEST(ScaleGridTest, NotesCarryTheirNamesAndRank)
 {
-    const auto notes = gridWith({"key=A", "scale=Minor"}).Notes(56.5, 60.5);
+    const auto notes = gridWith({{Setting::kKey, 0.0f}, {Setting::kScale, 2.0f}}).Notes(56.5, 60.5);
     ASSERT_EQ(notes.size(), 4u);
     EXPECT_EQ(notes[0].name, "A4");
     EXPECT_TRUE(notes[0].isRoot);

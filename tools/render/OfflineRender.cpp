@@ -2,11 +2,13 @@
 
 #include "tools/render/Interruption.h"
 #include "tools/render/PitchPlot.h"
+#include "tools/render/PitchReader.h"
+#include "tools/render/PluginInstance.h"
+#include "tools/render/PluginSettings.h"
 #include "tools/render/ProgressBar.h"
 #include "tools/render/RenderReport.h"
 #include "tools/render/ScaleGrid.h"
 #include "tools/render/TargetFile.h"
-#include "tools/render/VoiceProcessor.h"
 #include "zlib/common/ZException.h"
 
 #include <fmt/format.h>
@@ -56,24 +58,44 @@ std::optional<TargetFile> optionalTarget(const fs::path& path)
     return path.empty() ? std::optional<TargetFile>() : std::optional<TargetFile>(path);
 }
 
-/// One run from the reader through the processor to the writer.
+StereoBlock silentBlock(int frames)
+{
+    StereoBlock block;
+    for (auto& channel : block)
+        channel.assign(static_cast<std::size_t>(frames), 0.0f);
+    return block;
+}
+
+/// Where the output's pitch is to be looked for: the voice's range, moved as the voice is.
+KestruneSourceRange outputRange(const RenderSettings& settings)
+{
+    KestruneSourceRange range = sourceRange(settings.Index(Setting::kSourceType));
+    if (!settings.IsOn(Setting::kTransposeOnOff))
+        return range;
+    const float ratio = std::exp2(settings.Value(Setting::kPitchShift) / 1200.0f);
+    return {range.lowHz * ratio, range.highHz * ratio};
+}
+
+/// One run from the reader through the plug-in to the writer.
 class RenderRun
 {
 public:
-    RenderRun(const RenderRequest& request, VoiceProcessor& processor, SoundReader& reader,
-              SoundWriter& writer)
-        : mProcessor(processor)
+    RenderRun(const RenderRequest& request, const RenderSettings& settings, PluginInstance& plugin,
+              SoundReader& reader, SoundWriter& writer)
+        : mPlugin(plugin)
         , mReader(reader)
         , mWriter(writer)
         , mBlock(request.blockFrames)
-        , mLatency(processor.Latency())
-        , mSkipped(request.keepsLatency ? 0 : mLatency)
-        , mTrack(reader.Format().rate, mBlock, request.settings.Index(Setting::kPitchReference))
+        , mKeepsLatency(request.keepsLatency)
+        , mLatency(plugin.Latency())
+        , mInputPitch(reader.Format().rate, sourceRange(settings.Index(Setting::kSourceType)),
+                      settings.Index(Setting::kPitchReference))
+        , mOutputPitch(reader.Format().rate, outputRange(settings),
+                       settings.Index(Setting::kPitchReference))
+        , mTrack(reader.Format().rate, mBlock, settings.Index(Setting::kPitchReference))
+        , mInput(silentBlock(mBlock))
+        , mOutput(silentBlock(mBlock))
     {
-        for (StereoBlock* block : {&mInput, &mOutput}) {
-            for (auto& channel : *block)
-                channel.assign(static_cast<std::size_t>(mBlock), 0.0f);
-        }
     }
 
     /// Feeds the whole input and silence after it until its end has come out.
@@ -82,18 +104,20 @@ public:
         ProgressBar progress(mReader.ExpectedFrames() + mLatency);
         while (true) {
             throwIfInterrupted();
-            const int read = mReader.Read(mInput);
-            mFrames += read;
-            if (mFrames == 0 || (read == 0 && mProduced >= mFrames + mLatency))
+            mFrames += mReader.Read(mInput);
+            const std::int64_t missing = mFrames == 0 ? 0 : mFrames + mLatency - mProduced;
+            const int count = static_cast<int>(std::min<std::int64_t>(missing, mBlock));
+            if (count == 0)
                 break;
-            Process();
-            WriteWanted();
+            Process(count);
+            WriteWanted(count);
             progress.Show(mProduced);
         }
-        mTrack.Finish(mFrames);
+        FinishTrack();
     }
 
     [[nodiscard]] std::int64_t Frames() const { return mFrames; }
+    [[nodiscard]] int Latency() const { return mLatency; }
     [[nodiscard]] float Peak() const { return mPeak; }
     [[nodiscard]] const std::vector<PitchPoint>& Points() const { return mTrack.Points(); }
 
@@ -105,28 +129,35 @@ public:
     }
 
 private:
-    void Process()
+    void Process(int count)
     {
-        const float* const inputs[] = {mInput[0].data(), mInput[1].data()};
-        float* const outputs[] = {mOutput[0].data(), mOutput[1].data()};
         const auto start = std::chrono::steady_clock::now();
-        mProcessor.Process(inputs, outputs, mBlock);
+        mPlugin.Process(mInput, mOutput, count);
         mSpent += std::chrono::steady_clock::now() - start;
-        mTrack.Feed(mInput, mBlock);
-        mTrack.Add(mProcessor.Readings());
+        // What has been written stays where it is, so that a later change comes too late.
+        if (!mHasWritten)
+            mLatency = mPlugin.Latency();
+        TrackInput(mInput, count);
     }
 
-    void WriteWanted()
+    void WriteWanted(int count)
     {
-        const auto within = [this](std::int64_t frame) {
+        const auto within = [this, count](std::int64_t frame) {
             return static_cast<int>(
-                std::clamp<std::int64_t>(frame - mProduced, 0, std::int64_t{mBlock}));
+                std::clamp<std::int64_t>(frame - mProduced, 0, std::int64_t{count}));
         };
-        const int first = within(mSkipped);
+        const int aligned = within(mLatency);
+        const int first = mKeepsLatency ? 0 : aligned;
         const int last = within(mFrames + mLatency);
-        mProduced += mBlock;
-        if (first >= last)
-            return;
+        mProduced += count;
+        TrackOutput(mOutput, aligned, std::max(last - aligned, 0));
+        if (first < last)
+            Write(first, last);
+    }
+
+    void Write(int first, int last)
+    {
+        mHasWritten = true;
         mWriter.Write(mOutput, first, last - first);
         for (const auto& channel : mOutput) {
             for (int i = first; i < last; ++i)
@@ -134,52 +165,84 @@ private:
         }
     }
 
-    VoiceProcessor& mProcessor;
+    void TrackInput(const StereoBlock& block, int count)
+    {
+        mTrack.Feed(block, count);
+        mInputPitch.Feed(block, 0, count);
+        mTrack.AddInput(mInputPitch.Readings());
+    }
+
+    /// The output without its latency, so that both pitches are read at the same places.
+    void TrackOutput(const StereoBlock& block, int first, int count)
+    {
+        mOutputPitch.Feed(block, first, count);
+        mTrack.AddOutput(mOutputPitch.Readings());
+    }
+
+    /// Readings come after their places, so that silence must follow for those of the end.
+    void FinishTrack()
+    {
+        const StereoBlock silence = silentBlock(mBlock);
+        for (int missing = mOutputPitch.Delay(); missing > 0; missing -= mBlock) {
+            TrackInput(silence, std::min(missing, mBlock));
+            TrackOutput(silence, 0, std::min(missing, mBlock));
+        }
+        mTrack.Finish(mFrames);
+    }
+
+    PluginInstance& mPlugin;
     SoundReader& mReader;
     SoundWriter& mWriter;
     int mBlock;
+    bool mKeepsLatency;
     int mLatency;
-    std::int64_t mSkipped;  // frames at the start that are not written
+    PitchReader mInputPitch;
+    PitchReader mOutputPitch;
     PitchTrack mTrack;
     StereoBlock mInput;
     StereoBlock mOutput;
     std::int64_t mFrames = 0;    // read
-    std::int64_t mProduced = 0;  // come out of the processor
+    std::int64_t mProduced = 0;  // come out of the plug-in
+    bool mHasWritten = false;
     float mPeak = 0.0f;
-    std::chrono::steady_clock::duration mSpent{};  // in the processor
+    std::chrono::steady_clock::duration mSpent{};  // in the plug-in
 };
 
-void prepare(VoiceProcessor& processor, int rate, const RenderSettings& settings)
+/// Makes the plug-in ready as hosts do; gives the settings in force.
+RenderSettings prepare(PluginInstance& plugin, int rate, const RenderRequest& request)
 {
-    processor.Prepare(rate);
-    for (std::size_t i = 0; i < kSettingCount; ++i) {
-        const auto setting = static_cast<Setting>(i);
-        processor.Set(settingRule(setting).name, settings.Value(setting));
-    }
+    const PluginSettings settings(plugin);
+    plugin.SetFormat(rate, request.blockFrames);
+    settings.Give(request.settings);
+    plugin.Start();
+    return settings.InForce();
 }
 
 }  // namespace
 
-RenderResult renderOffline(const RenderRequest& request, VoiceProcessor& processor)
+RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
 {
     SoundReader reader(request.input);
     requireDistinct(request);
     requireFittingName(request.output, reader.Format());
-    prepare(processor, reader.Format().rate, request.settings);
+    RenderResult result;
+    result.format = reader.Format();
+    result.plugin = plugin.Name();
+    result.settings = prepare(plugin, reader.Format().rate, request);
 
     TargetFile output(request.output);
     std::optional<TargetFile> plot = optionalTarget(request.plot);
     std::optional<TargetFile> report = optionalTarget(request.report);
     SoundWriter writer(output.TemporaryPath(), output.Name(), reader);
-    RenderRun run(request, processor, reader, writer);
+    RenderRun run(request, result.settings, plugin, reader, writer);
     run.Run();
     writer.Close();
 
-    const ScaleGrid grid(request.settings);
-    RenderResult result;
-    result.format = reader.Format();
+    const ScaleGrid grid(result.settings);
     result.frames = run.Frames();
-    result.latency = processor.Latency();
+    result.latency = run.Latency();
+    result.latencyMoved = plugin.Latency() != run.Latency();
+    result.parameterChanges = plugin.ParameterChanges();
     result.timesRealtime = run.TimesRealtime();
     result.badSamples = reader.BadSamples();
     result.peak = run.Peak();

@@ -12,7 +12,7 @@
 namespace orvane
 {
 
-class VoiceProcessor;
+class PluginInstance;
 
 /// What the user asked for.
 struct RenderRequest
@@ -30,8 +30,12 @@ struct RenderRequest
 struct RenderResult
 {
     SoundFormat format;
-    std::int64_t frames = 0;  // of the input
-    int latency = 0;          // frames
+    std::string plugin;         // its name
+    RenderSettings settings;    // those in force
+    std::int64_t frames = 0;    // of the input
+    int latency = 0;            // frames
+    bool latencyMoved = false;  // later, when it could not be compensated any more
+    int parameterChanges = 0;   // which the plug-in made of itself
     double timesRealtime = 0.0;
     std::int64_t badSamples = 0;  // of the input, not finite and taken as 0
     float peak = 0.0f;            // of the output, full scale at 1.0
@@ -45,8 +49,8 @@ struct RenderResult
 
 /// Renders the input to the output, with the picture and the report asked for, all of them or none.
 /// The output has as many frames as the input, aligned with it; with keepsLatency it has the
-/// processor's latency more, at its start. Throws ZException for what cannot be, Interruption where
+/// plug-in's latency more, at its start. Throws ZException for what cannot be, Interruption where
 /// the user breaks off.
-[[nodiscard]] RenderResult renderOffline(const RenderRequest& request, VoiceProcessor& processor);
+[[nodiscard]] RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin);
 
 }  // namespace orvane

@@ -232,7 +232,7 @@ private:
 
     void DrawNotes()
     {
-        const ScaleGrid grid(mRequest.settings);
+        const ScaleGrid grid(mResult.settings);
         const double row = (kBottom - kTop) / (mSpan.high - mSpan.low);  // height of a semitone
         const auto notes = grid.Notes(mSpan.low - 1, mSpan.high + 1);
         cairo_save(mContext.get());
@@ -331,7 +331,7 @@ private:
         Text(mRequest.input.filename().string(), kLeft, kTitleMiddle, {25.0, kInk, true},
              legend - 40 - kLeft);
         const std::string found = mResult.before.median ? "" : "  ·  no voice found";
-        Text(settingsText(mRequest.settings) + found, kLeft, 74, {16.0, kPaleInk});
+        Text(settingsText(mResult.settings) + found, kLeft, 74, {16.0, kPaleInk});
     }
 
     /// From the right edge leftwards; gives where it starts.

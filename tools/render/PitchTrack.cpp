@@ -58,11 +58,19 @@ void PitchTrack::Feed(const StereoBlock& block, int count)
         mHeard[static_cast<std::size_t>(mFed++) % mHeard.size()] = Heard(block, i);
 }
 
-void PitchTrack::Add(std::span<const PitchReading> readings)
+void PitchTrack::AddInput(std::span<const PitchReading> readings)
 {
     for (const PitchReading& reading : readings) {
-        if (reading.frame >= 0 && reading.inputHz > 0.0f)
+        if (reading.frame >= 0)
             mPoints.push_back(Examine(reading));
+    }
+}
+
+void PitchTrack::AddOutput(std::span<const PitchReading> readings)
+{
+    for (const PitchReading& reading : readings) {
+        if (reading.frame >= 0 && mOutputs < mPoints.size())
+            mPoints[mOutputs++].outputHz = reading.hz;
     }
 }
 
@@ -105,7 +113,7 @@ PitchPoint PitchTrack::Examine(const PitchReading& reading) const
 {
     const double rate = mRate;
     const double periodSeconds =
-        std::min(1.0 / static_cast<double>(reading.inputHz), kLongestPeriodSeconds);
+        std::min(1.0 / static_cast<double>(reading.hz), kLongestPeriodSeconds);
     const int period = static_cast<int>(periodSeconds * rate + 0.5);
     const int count = static_cast<int>(std::max(periodSeconds, kShortestWindowSeconds) * rate);
     const std::int64_t first = reading.frame - (count + period) / 2;
@@ -116,8 +124,8 @@ PitchPoint PitchTrack::Examine(const PitchReading& reading) const
     for (const int lag : {period - 1, period, period + 1})
         periodicity = std::max(periodicity, Correlation(first, lag, count, window.mean));
     return {static_cast<double>(reading.frame) / rate,
-            reading.inputHz,
-            reading.outputHz,
+            reading.hz,
+            0.0f,
             static_cast<float>(window.level),
             static_cast<float>(periodicity),
             false};

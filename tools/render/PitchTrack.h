@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tools/render/PitchReader.h"
 #include "tools/render/SoundFile.h"
-#include "tools/render/VoiceProcessor.h"
 
 #include <cstdint>
 #include <optional>
@@ -18,13 +18,13 @@ struct PitchPoint
 {
     double seconds;
     float inputHz;
-    float outputHz;
+    float outputHz;     // 0 where it is not known
     float level;        // root mean square around the place, full scale at 1.0
     float periodicity;  // how alike neighbouring periods of that pitch are, up to 1
     bool isVoiced;
 };
 
-/// Follows the pitch of a voice and decides where there is one, for an engine gives a pitch
+/// Follows the pitch of a voice and decides where there is one, for a reader gives a pitch
 /// everywhere and simply keeps the last in silence and noise. A place counts as voiced where
 /// - the level is within 40 dB of the loudest place and above -70 dB of full scale,
 /// - the waveform repeats after the period found: two stretches of a period, or of 10 ms where
@@ -41,7 +41,10 @@ public:
     void Feed(const StereoBlock& block, int count);
     /// Takes what was found out about frames fed up to now, at most half a second back from the
     /// start of the last block.
-    void Add(std::span<const PitchReading> readings);
+    void AddInput(std::span<const PitchReading> readings);
+    /// Takes what was found out about the output, at the same places in the same order, at any
+    /// later time.
+    void AddOutput(std::span<const PitchReading> readings);
     /// Decides what is voiced. Places outside [0, frames) are dropped.
     void Finish(std::int64_t frames);
 
@@ -66,6 +69,7 @@ private:
     std::vector<float> mHeard;  // a circle of the newest frames, as the detector hears them
     std::int64_t mFed = 0;
     std::vector<PitchPoint> mPoints;
+    std::size_t mOutputs = 0;  // points with an output
 };
 
 /// How far voiced places are from the scale, in cents; empty where none is voiced.

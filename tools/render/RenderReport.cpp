@@ -82,11 +82,11 @@ bool clips(const RenderResult& result)
 }
 
 /// What the user may not expect, a line each.
-std::string notes(const RenderRequest& request, const RenderResult& result)
+std::string notes(const RenderResult& result)
 {
     std::string text;
-    const bool isDry = !request.settings.IsOn(Setting::kPitchCorrectionOnOff) &&
-                       !request.settings.IsOn(Setting::kTransposeOnOff);
+    const bool isDry = !result.settings.IsOn(Setting::kPitchCorrectionOnOff) &&
+                       !result.settings.IsOn(Setting::kTransposeOnOff);
     if (isDry)
         text += "  note          neither pitchCorrectionOnOff nor transposeOnOff is on: "
                 "the sound is the input's\n";
@@ -94,6 +94,13 @@ std::string notes(const RenderRequest& request, const RenderResult& result)
         text +=
             fmt::format("  note          {} samples were no finite numbers and were taken as 0\n",
                         result.badSamples);
+    if (result.latencyMoved)
+        text +=
+            "  note          the plug-in changed its latency on the way: what came after is not "
+            "aligned\n";
+    if (result.parameterChanges > 0)
+        text += fmt::format("  note          the plug-in changed parameters of itself, {} times\n",
+                            result.parameterChanges);
     if (clips(result))
         text +=
             fmt::format("  note          the output reaches {:+.1f} dB and is held at full scale\n",
@@ -113,7 +120,7 @@ std::string textReport(const RenderRequest& request, const RenderResult& result)
     text += fmt::format("  off the scale before: {}\n", distanceText(result.before));
     text += fmt::format("                after:  {}\n", distanceText(result.after));
     text += fmt::format("  speed         {:.1f} times real time\n", result.timesRealtime);
-    return text + notes(request, result);
+    return text + notes(result);
 }
 
 void writeJsonReport(const std::filesystem::path& path, const std::string& name,
@@ -122,6 +129,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
     const Json report = {
         {"file", request.input.string()},
         {"output", request.output.string()},
+        {"plugin", result.plugin},
         {"format", result.format.Describe()},
         {"rate", result.format.rate},
         {"channels", result.format.channels},
@@ -134,7 +142,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"samples_not_finite", result.badSamples},
         {"output_peak", static_cast<double>(result.peak)},
         {"times_realtime", rounded(result.timesRealtime, 1e2)},
-        {"settings", settingsJson(request.settings)},
+        {"settings", settingsJson(result.settings)},
         {"before", distanceJson(result.before)},
         {"after", distanceJson(result.after)},
         {"pitch", pitchJson(result.points)},

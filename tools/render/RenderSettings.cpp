@@ -19,30 +19,63 @@ namespace orvane
 namespace
 {
 
-constexpr SettingRule choice(std::string_view name, std::span<const std::string_view> texts,
-                             float initial)
+/// Indices of `pitchTranspose`: semitones down from an octave up.
+constexpr std::array<std::string_view, 25> kPitchTransposeNames{"Up Octave",
+                                                                "Up 7th",
+                                                                "Up Minor 7th",
+                                                                "Up 6th",
+                                                                "Up Minor 6th",
+                                                                "Up 5th",
+                                                                "Up Augmented 4th",
+                                                                "Up 4th",
+                                                                "Up 3rd",
+                                                                "Up Minor 3rd",
+                                                                "Up 2nd",
+                                                                "Up Minor 2nd",
+                                                                "None",
+                                                                "Down Minor 2nd",
+                                                                "Down 2nd",
+                                                                "Down Minor 3rd",
+                                                                "Down 3rd",
+                                                                "Down 4th",
+                                                                "Down Augmented 4th",
+                                                                "Down 5th",
+                                                                "Down Minor 6th",
+                                                                "Down 6th",
+                                                                "Down Minor 7th",
+                                                                "Down 7th",
+                                                                "Down Octave"};
+
+/// Indices of `formantTranspose`.
+constexpr std::array<std::string_view, 11> kFormantTransposeNames{
+    "Smallest", "Smaller4", "Smaller3", "Smaller2", "Smaller1", "Natural",
+    "Bigger1",  "Bigger2",  "Bigger3",  "Bigger4",  "Biggest"};
+
+constexpr SettingRule choice(std::string_view name, std::string_view label,
+                             std::span<const std::string_view> texts, float initial)
 {
-    return {name, texts, 0.0f, static_cast<float>(texts.size() - 1), initial, ""};
+    return {name, label, "", texts, 0.0f, static_cast<float>(texts.size() - 1), initial, ""};
 }
 
-constexpr SettingRule number(std::string_view name, float low, float high, float initial,
-                             std::string_view unit)
+constexpr SettingRule cents(std::string_view name, std::string_view instead, float furthest)
 {
-    return {name, {}, low, high, initial, unit};
+    return {name, "", instead, {}, -furthest, furthest, 0.0f, "cents"};
 }
 
 constexpr std::array<SettingRule, kSettingCount> kRules{
-    choice("pitchCorrectionOnOff", kOnOffNames, 0),
-    choice("transposeOnOff", kOnOffNames, 0),
-    choice("key", kKeyNames, 3),
-    choice("scale", kBuiltInScaleNames, 1),
-    choice("intonation", kIntonationNames, 0),
-    choice("sourceType", kSourceTypeNames, 0),
-    number("detune", -50, 50, 0, "cents"),
-    number("pitchCorrectionTime", 0, 400, 50, "ms"),
-    choice("pitchReference", kPitchReferenceNames, 2),
-    number("PitchShift", -1200, 1200, 0, "cents"),
-    number("FormantShift", -1200, 1200, 0, "cents"),
+    choice("pitchCorrectionOnOff", "Correct Pitch", kOnOffNames, 0),
+    choice("transposeOnOff", "Transpose", kOnOffNames, 0),
+    choice("key", "Key", kKeyNames, 3),
+    choice("scale", "", kBuiltInScaleNames, 1),
+    choice("intonation", "", kIntonationNames, 0),
+    choice("sourceType", "Pitch Range", kSourceTypeNames, 0),
+    cents("detune", "", 50),
+    SettingRule{"pitchCorrectionTime", "Pitch Correcton Time", "", {}, 0, 400, 50, "ms"},
+    choice("pitchReference", "", kPitchReferenceNames, 2),
+    cents("PitchShift", "pitchTranspose", 1200),
+    cents("FormantShift", "formantTranspose", 1200),
+    choice("pitchTranspose", "Pitch Transposition", kPitchTransposeNames, 12),
+    choice("formantTranspose", "Formant Transposition", kFormantTransposeNames, 5),
 };
 
 char lowered(char c)
@@ -78,6 +111,30 @@ std::string rangeText(const SettingRule& rule)
     return fmt::format("one of: {}", fmt::join(choices, ", "));
 }
 
+std::vector<std::string_view> parameterNames()
+{
+    std::vector<std::string_view> names;
+    for (const SettingRule& rule : kRules) {
+        if (!rule.label.empty())
+            names.push_back(rule.name);
+    }
+    return names;
+}
+
+/// A host reaches parameters alone; all else is as the plug-in has it from its start.
+void requireParameter(Setting setting)
+{
+    const SettingRule& rule = settingRule(setting);
+    if (!rule.label.empty())
+        return;
+    if (!rule.instead.empty())
+        throw ZException(-1, fmt::format("{} is no parameter of the plug-in: use {} instead",
+                                         rule.name, rule.instead));
+    throw ZException(-1, fmt::format("{} is no parameter of the plug-in and stays at {}: use {}",
+                                     rule.name, RenderSettings().Text(setting),
+                                     fmt::join(parameterNames(), ", ")));
+}
+
 bool isWithin(const SettingRule& rule, float value)
 {
     const bool inRange = value >= rule.low && value <= rule.high;  // false for what is no number
@@ -109,21 +166,23 @@ const SettingRule& settingRule(Setting setting)
 
 Setting settingNamed(std::string_view name)
 {
-    std::vector<std::string_view> names;
     for (std::size_t i = 0; i < kSettingCount; ++i) {
-        if (equalWithoutCase(kRules[i].name, name))
+        const SettingRule& rule = kRules[i];
+        if (equalWithoutCase(rule.name, name) ||
+            (!rule.label.empty() && equalWithoutCase(rule.label, name)))
             return static_cast<Setting>(i);
-        names.push_back(kRules[i].name);
     }
     throw ZException(-1, fmt::format("there is no setting '{}': the settings are {}", name,
-                                     fmt::join(names, ", ")));
+                                     fmt::join(parameterNames(), ", ")));
 }
 
 std::string settingsHelp()
 {
     std::string help;
-    for (const SettingRule& rule : kRules)
-        help += fmt::format("  {:<21} {}\n", rule.name, rangeText(rule));
+    for (const SettingRule& rule : kRules) {
+        if (!rule.label.empty())
+            help += fmt::format("  {:<21} {}\n", rule.name, rangeText(rule));
+    }
     return help;
 }
 
@@ -140,12 +199,14 @@ void RenderSettings::Assign(std::string_view assignment)
         throw ZException(
             -1, fmt::format("'{}' is no setting: write NAME=VALUE, such as key=C", assignment));
     const Setting setting = settingNamed(assignment.substr(0, equals));
+    requireParameter(setting);
     const SettingRule& rule = settingRule(setting);
     const std::string_view text = assignment.substr(equals + 1);
     const std::optional<float> value = valueOf(rule, text);
     if (!value || !isWithin(rule, *value))
         refuseValue(rule, text);
     Set(setting, *value);
+    mIsAssigned[static_cast<std::size_t>(setting)] = true;
 }
 
 void RenderSettings::Set(Setting setting, float value)

@@ -23,14 +23,18 @@ enum class Setting : std::size_t
     kPitchReference,
     kPitchShift,
     kFormantShift,
+    kPitchTranspose,
+    kFormantTranspose,
 };
-inline constexpr std::size_t kSettingCount = 11;
+inline constexpr std::size_t kSettingCount = 13;
 
 /// What a setting may be: one of texts, its value then being the index, or, where there are none, a
-/// number from low to high in a unit.
+/// number from low to high in a unit. It has the name of the plug-in's element.
 struct SettingRule
 {
     std::string_view name;
+    std::string_view label;    // of the host parameter; empty where it is none
+    std::string_view instead;  // what can be set where it is none; empty where nothing does it
     std::span<const std::string_view> texts;
     float low;
     float high;
@@ -39,9 +43,10 @@ struct SettingRule
 };
 
 [[nodiscard]] const SettingRule& settingRule(Setting setting);
-/// Throws ZException, with the names there are, for any other name. Letters may be of either case.
+/// The setting with a name or a label. Throws ZException, with the names there are, for any other.
+/// Letters may be of either case.
 [[nodiscard]] Setting settingNamed(std::string_view name);
-/// All names with what they take, a line each: for the help.
+/// All names that can be set, with what they take, a line each: for the help.
 [[nodiscard]] std::string settingsHelp();
 
 /// One value for each setting, always within its rule.
@@ -51,8 +56,13 @@ public:
     RenderSettings();
 
     /// Takes "NAME=VALUE", where VALUE is a text of the setting, in letters of either case, or a
-    /// number. Throws ZException that says what would be right.
+    /// number. Throws ZException that says what would be right, also for what is no parameter of
+    /// the plug-in.
     void Assign(std::string_view assignment);
+    [[nodiscard]] bool IsAssigned(Setting setting) const
+    {
+        return mIsAssigned[static_cast<std::size_t>(setting)];
+    }
     /// Throws ZException for a value outside the setting's rule.
     void Set(Setting setting, float value);
 
@@ -65,6 +75,7 @@ public:
 
 private:
     std::array<float, kSettingCount> mValues;
+    std::array<bool, kSettingCount> mIsAssigned{};
 };
 
 }  // namespace orvane

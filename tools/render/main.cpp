@@ -1,6 +1,8 @@
-#include "tools/render/EngineProcessor.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/OfflineRender.h"
+#include "tools/render/PluginInstance.h"
+#include "tools/render/PluginLibrary.h"
+#include "tools/render/PluginListing.h"
 #include "tools/render/RenderReport.h"
 #include "zlib/common/ZException.h"
 
@@ -11,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -24,21 +27,23 @@ constexpr int kFailed = 2;
 constexpr int kLongestBlock = 65536;
 
 constexpr const char* kPurpose =
-    "Renders a sound file through the pitch processor: corrects its pitch to a key and scale, and "
+    "Renders a sound file through the plug-in, as a host does: corrects its pitch to a key, and "
     "shifts pitch and formants. The output has the input's format and length.";
 
 std::string footer()
 {
     return "Settings:\n" + settingsHelp() + R"(
 A mono file is heard on both sides, and its output is the left one. Distances from the scale are
-those of the voiced places: loud enough, periodic and steady.
+those of the voiced places: loud enough, periodic and steady. Settings are the parameters of the
+plug-in, under the names above or those that --list shows; all else is as the plug-in starts.
 
 Examples:
-  kestrune-render voice.wav tuned.wav --set pitchCorrectionOnOff=On --set key=D --set scale=Minor
+  kestrune-render --list
+  kestrune-render voice.wav tuned.wav --set pitchCorrectionOnOff=On --set key=D
   kestrune-render voice.flac hard.flac --set pitchCorrectionOnOff=On --set pitchCorrectionTime=0 \
       --plot hard.png --report hard.json
-  kestrune-render voice.wav low.wav --set transposeOnOff=On --set PitchShift=-300 \
-      --set FormantShift=-150
+  kestrune-render voice.wav low.wav --set transposeOnOff=On \
+      --set "pitchTranspose=Down Minor 3rd" --set formantTranspose=Bigger2
 )";
 }
 
@@ -56,13 +61,20 @@ void failWith(std::string message)
     std::_Exit(128 + signal);
 }
 
-void run(RenderRequest request, const std::vector<std::string>& assignments)
+void list(const std::filesystem::path& library)
+{
+    PluginInstance plugin(library);
+    fmt::print("{}", describePlugin(plugin));
+}
+
+void run(RenderRequest request, const std::vector<std::string>& assignments,
+         const std::filesystem::path& library)
 {
     for (const std::string& assignment : assignments)
         request.settings.Assign(assignment);
     watchForInterruption();
-    EngineProcessor processor;
-    const RenderResult result = renderOffline(request, processor);
+    PluginInstance plugin(library);
+    const RenderResult result = renderOffline(request, plugin);
     fmt::print("{}", textReport(request, result));
 }
 
@@ -70,16 +82,31 @@ int parseAndRun(int argc, char** argv)
 {
     RenderRequest request;
     std::vector<std::string> assignments;
+    std::filesystem::path library;
+    bool lists = false;
     CLI::App app(kPurpose, "kestrune-render");
     app.footer(footer);
     app.set_version_flag("--version", "kestrune-render " KESTRUNE_VERSION);
-    app.add_option("IN", request.input, "Sound file, mono or stereo")->required();
-    app.add_option("OUT", request.output, "File to write, in the format of IN")->required();
+    CLI::Option* const in =
+        app.add_option("IN", request.input, "Sound file, mono or stereo")->required();
+    CLI::Option* const out =
+        app.add_option("OUT", request.output, "File to write, in the format of IN")->required();
     app.add_option("--set", assignments, "A setting; can be given many times")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    app.add_option("--plugin", library,
+                   "Library to render with; else the program's own, or an installed one")
+        ->type_name("FILE");
+    app.add_flag_callback(
+        "--list",
+        [&] {
+            lists = true;
+            in->required(false);
+            out->required(false);
+        },
+        "Tells what the plug-in says of itself, with its parameters, and ends");
     app.add_option("--block", request.blockFrames,
                    "Frames fed at a time, as a host would; the sound is the same for all")
         ->check(CLI::Range(1, kLongestBlock))
@@ -98,7 +125,12 @@ int parseAndRun(int argc, char** argv)
         failWith(std::string(error.what()) + " (--help tells how to call it)");
         return kFailed;
     }
-    run(request, assignments);
+    if (library.empty())
+        library = findProductLibrary();
+    if (lists)
+        list(library);
+    else
+        run(request, assignments, library);
     return 0;
 }
 

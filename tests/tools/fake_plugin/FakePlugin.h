@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+/// What the fake plug-in has seen of its host since its entry was called last. The library gives it
+/// out through the function "fakePluginLog".
+struct FakePluginLog
+{
+    std::vector<std::int32_t> opcodes;  // asked of the dispatcher, without those for texts
+    std::vector<std::int32_t> blocks;   // frames of each
+    std::vector<double> positions;      // of each, in frames, as the host tells
+    std::vector<double> quarters;
+
+    // Answers of the host in the first block.
+    std::intptr_t version = 0;
+    std::intptr_t rate = 0;
+    std::intptr_t blockSize = 0;
+    std::intptr_t processLevel = 0;
+    std::intptr_t language = 0;
+    std::intptr_t sendsMidi = 0;
+    std::string vendor;
+    std::string product;
+};
+
+/// Latency in frames, and the one to which it changes where the environment asks for that.
+inline constexpr int kFakeLatency = 150;
+inline constexpr int kFakeLaterLatency = 230;
+
+/// How the fake behaves: the environment variable of this name holds "" or one of
+///   refuse     the entry gives null
+///   nomagic    the entry gives something else than an effect
+///   mono       one channel in and out
+///   adds       it cannot replace
+///   early      the latency changes in the first block
+///   late       the latency changes in the tenth block
+///   automates  it changes a parameter of itself in each block
+inline constexpr const char* kFakeMode = "KESTRUNE_FAKE_PLUGIN";
+
+}  // namespace orvane

@@ -1,0 +1,68 @@
+#include "tools/render/PitchReader.h"
+
+#include "zlib/common/ZException.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kHopSeconds = 0.0116f;
+
+int hopAt(int rate)
+{
+    const int hop = static_cast<int>(static_cast<float>(rate) * kHopSeconds + 0.5f);
+    if (!KestruneGeometry::Supports(static_cast<float>(rate), hop))
+        throw ZException(-1, fmt::format("a rate of {} Hz cannot be rendered: the engine takes "
+                                         "8000 to 768000 Hz; resample the file first",
+                                         rate));
+    return hop;
+}
+
+}  // namespace
+
+PitchReader::PitchReader(int rate, KestruneSourceRange range, int pitchReference)
+    : mHop(hopAt(rate))
+{
+    if (!mEngine.Initialize(static_cast<float>(rate), mHop))
+        throw ZException(-1, fmt::format("not enough memory to read pitches at {} Hz", rate));
+    mEngine.SetFrequencyRange(range.lowHz, range.highHz);
+    mEngine.SetPitchReference(static_cast<std::int16_t>(pitchReference));
+    const KestruneGeometry geometry = KestruneGeometry::For(static_cast<float>(rate), mHop);
+    mPitchDelay = geometry.latency - geometry.firstStreamPos;
+    for (StereoBlock* block : {&mInput, &mOutput}) {
+        for (auto& channel : *block)
+            channel.assign(static_cast<std::size_t>(mHop), 0.0f);
+    }
+}
+
+void PitchReader::Feed(const StereoBlock& block, int first, int count)
+{
+    mReadings.clear();
+    for (int done = 0; done < count;) {
+        const int frames = std::min(count - done, mHop - mFill);
+        for (std::size_t c = 0; c < block.size(); ++c)
+            std::copy_n(block[c].data() + first + done, frames, mInput[c].data() + mFill);
+        done += frames;
+        mFill += frames;
+        if (mFill == mHop)
+            ReadHop();
+    }
+}
+
+void PitchReader::ReadHop()
+{
+    const float* const inputs[] = {mInput[0].data(), mInput[1].data()};
+    float* const outputs[] = {mOutput[0].data(), mOutput[1].data()};
+    mEngine.Process(inputs, outputs, mHop);
+    mReadings.push_back({mFed - mPitchDelay, mEngine.GetInputPitch()});
+    mFed += mHop;
+    mFill = 0;
+}
+
+}  // namespace orvane

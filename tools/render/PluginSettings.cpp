@@ -1,0 +1,103 @@
+#include "tools/render/PluginSettings.h"
+
+#include "tools/render/PluginInstance.h"
+#include "zlib/common/ZException.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Of the way from one position to the next: a plug-in may cut the product that gives its index as
+/// well as round it, and in floating point the exact quotient may come out short.
+constexpr float kSafePart = 0.25f;
+
+float hostValue(const SettingRule& rule, float value)
+{
+    const float range = rule.high - rule.low;
+    if (rule.texts.empty())
+        return (value - rule.low) / range;
+    return std::min((value + kSafePart) / range, 1.0f);
+}
+
+float settingValue(const SettingRule& rule, float host)
+{
+    const float value = rule.low + (rule.high - rule.low) * host;
+    // Kept to the digits that a user gives, which the way through 0 to 1 blurs.
+    const float digits = rule.texts.empty() ? 1e3f : 1.0f;
+    return std::clamp(std::round(value * digits) / digits, rule.low, rule.high);
+}
+
+/// The plug-in sets both shifts when a transposition is chosen.
+void deriveShifts(RenderSettings& settings)
+{
+    const auto stepsUp = [&settings](Setting setting) {
+        return settingRule(setting).initial - settings.Value(setting);
+    };
+    const float pitch = 100.0f * stepsUp(Setting::kPitchTranspose);
+    settings.Set(Setting::kPitchShift, pitch);
+    settings.Set(Setting::kFormantShift,
+                 100.0f * stepsUp(Setting::kFormantTranspose) + 0.5f * pitch);
+}
+
+}  // namespace
+
+PluginSettings::PluginSettings(PluginInstance& plugin)
+    : mPlugin(plugin)
+{
+    for (int i = 0; i < plugin.ParameterCount(); ++i) {
+        const std::string name = plugin.ParameterName(i);
+        for (std::size_t s = 0; s < kSettingCount; ++s) {
+            if (!name.empty() && settingRule(static_cast<Setting>(s)).label == name)
+                mIndices[s] = i;
+        }
+    }
+}
+
+int PluginSettings::IndexOf(Setting setting) const
+{
+    if (const std::optional<int> index = mIndices[static_cast<std::size_t>(setting)])
+        return *index;
+    std::vector<std::string> names;
+    for (int i = 0; i < mPlugin.ParameterCount(); ++i)
+        names.push_back(mPlugin.ParameterName(i));
+    const SettingRule& rule = settingRule(setting);
+    throw ZException(
+        -1, fmt::format("{} cannot be set: the plug-in {} has no parameter '{}'; it has {}",
+                        rule.name, mPlugin.Name(), rule.label,
+                        names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "))));
+}
+
+void PluginSettings::Give(const RenderSettings& settings) const
+{
+    for (std::size_t s = 0; s < kSettingCount; ++s) {
+        const auto setting = static_cast<Setting>(s);
+        if (settings.IsAssigned(setting))
+            mPlugin.SetParameter(IndexOf(setting),
+                                 hostValue(settingRule(setting), settings.Value(setting)));
+    }
+}
+
+RenderSettings PluginSettings::InForce() const
+{
+    RenderSettings settings;
+    for (std::size_t s = 0; s < kSettingCount; ++s) {
+        const auto setting = static_cast<Setting>(s);
+        if (mIndices[s])
+            settings.Set(setting,
+                         settingValue(settingRule(setting), mPlugin.Parameter(*mIndices[s])));
+    }
+    deriveShifts(settings);
+    return settings;
+}
+
+}  // namespace orvane

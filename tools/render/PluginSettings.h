@@ -1,0 +1,33 @@
+#pragma once
+
+#include "tools/render/RenderSettings.h"
+
+#include <array>
+#include <optional>
+
+namespace orvane
+{
+
+class PluginInstance;
+
+/// Brings settings and a plug-in's parameters together, which are found by their labels: settings
+/// are indices and numbers in a unit, parameters go from 0 to 1.
+class PluginSettings
+{
+public:
+    explicit PluginSettings(PluginInstance& plugin);
+
+    /// Sets what is assigned. Throws ZException where the plug-in has no such parameter.
+    void Give(const RenderSettings& settings) const;
+    /// What the plug-in says is in force; what is no parameter is at its initial value, but the
+    /// shifts, which follow from the transpositions.
+    [[nodiscard]] RenderSettings InForce() const;
+
+private:
+    [[nodiscard]] int IndexOf(Setting setting) const;
+
+    PluginInstance& mPlugin;
+    std::array<std::optional<int>, kSettingCount> mIndices;
+};
+
+}  // namespace orvane
