@@ -1,6 +1,7 @@
 #include "pluginwrappers/common/VstEvents.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
+#include "zdsp/common/ZVectorSupport.h"
 #include "zlib/common/ZAudioManager.h"
 #include "zlib/common/ZInputBay.h"
 #include "zlib/common/ZOutputBay.h"
@@ -9,6 +10,7 @@
 #include "support/BoxRecorder.h"
 #include "support/RealtimeGuard.h"
 #include "support/SmallPlugin.h"
+#include "support/SystemCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -178,6 +180,35 @@ TEST_F(HostPathTest, ABlockNeitherAllocatesNorLocks)
     EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
 }
 
+TEST_F(HostPathTest, ABlockMakesNoSystemCall)
+{
+    Begin(512);
+    Stereo in = noise(512, 3);
+    Stereo out = in;
+    const auto inputs = pointersTo(in);
+    auto outputs = pointersTo(out);
+    const auto calls = systemCallsOf([&] {
+        for (int block = 0; block < 100; ++block)
+            effect->processReplacing(effect, const_cast<float**>(inputs.data()), outputs.data(),
+                                     512);
+    });
+    if (!calls)
+        GTEST_SKIP() << "system calls cannot be counted here";
+    EXPECT_EQ(*calls, 0u);
+}
+
+TEST_F(HostPathTest, NumbersTooSmallToHearAreFlushedAndTheHostsModeComesBack)
+{
+    if (ZVectorSupport::ProcessorClass() == ZVectorSupport::kPlain)
+        GTEST_SKIP() << "the mode is left alone";
+    Begin(441);
+    Stereo in{std::vector<float>(441, 1e-40f), std::vector<float>(441, 1e-40f)};
+    Replace(in);
+    EXPECT_EQ(Replace(in)[0][440], 0.0f);
+    volatile float tiny = 1e-40f;
+    EXPECT_GT(tiny * 1.0f, 0.0f);
+}
+
 TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWrites)
 {
     Begin(441);
@@ -333,7 +364,9 @@ TEST_F(HostPathTest, ARealTimeHostHasItsChangesByTheWallClock)
     SetGain(0.5f);
     for (int i = 0; i < 2000 && app->Gain()->IsMarkedChanged(); ++i)
         std::this_thread::sleep_for(1ms);
-    std::this_thread::sleep_for(50ms);
+    {
+        const ZInterfaceLock tickIsOver;
+    }
     EXPECT_EQ(HeardGain(), 0.5f);
 }
 
@@ -366,6 +399,35 @@ TEST_F(HostPathTest, RendersAreTheSameEveryTimeWhateverTheirPace)
     EXPECT_EQ(renders[0][5 * 441], 1.0f);
     EXPECT_EQ(renders[0][6 * 441], 6.0f);
     EXPECT_EQ(renders[0][10 * 441], 10.0f);
+}
+
+TEST_F(HostPathTest, AudioAndInterfaceWorkSideBySide)
+{
+    StartTicking();
+    Begin(441);
+    std::atomic<bool> done{false};
+    std::thread audio([&] {
+        Stereo in = ones(441);
+        for (int block = 0; block < 300; ++block) {
+            gProcessLevel = block / 30 % 2 == 0 ? kVstProcessLevelOffline : 0;
+            if (block % 50 == 49) {
+                Ask(effMainsChanged, 0);
+                Ask(effMainsChanged, 1);
+            }
+            Replace(in);
+            std::this_thread::sleep_for(100us);
+        }
+        done = true;
+    });
+    for (float gain = 0.0f; !done; gain += 1.0f) {
+        SetGain(gain);
+        Ask(effGetProgram);
+        std::this_thread::sleep_for(200us);
+    }
+    audio.join();
+    SetGain(2.0f);
+    Ask(effMainsChanged, 1);
+    EXPECT_EQ(HeardGain(), 2.0f);
 }
 
 TEST_F(HostPathTest, EventsOfMidiReachTheDocumentInOrder)
