@@ -371,19 +371,18 @@ TEST(ZPsolaBayTest, BlocksRunWhileTheInterfaceChangesEverything)
     Bench bench;
     bench.SetDiscrete("pitchCorrectionOnOff", 1);
     std::atomic<bool> done{false};
+    int wild = 0;
     std::thread audio([&] {
         const Stereo input = voice(kBlock);
         Stereo output = input;
-        float peak = 0.0f;
-        while (!done.load()) {
+        for (int block = 0; block < 200; ++block) {
             bench.Call(input, output, 0, kBlock);
             for (const float sample : output[0])
-                peak = std::max(peak, std::abs(sample));
+                wild += !(std::abs(sample) < 10.0f);  // what is no number, too
         }
-        EXPECT_TRUE(std::isfinite(peak));
-        EXPECT_LT(peak, 10.0f);
+        done.store(true);
     });
-    for (std::int32_t turn = 0; turn < 300; ++turn) {
+    for (std::int32_t turn = 0; !done.load(); ++turn) {
         const ZInterfaceLock lock;
         bench.SetDiscrete("transposeOnOff", turn & 1);
         bench.SetDiscrete("sourceType", turn % 5);
@@ -395,8 +394,8 @@ TEST(ZPsolaBayTest, BlocksRunWhileTheInterfaceChangesEverything)
         bench.Element("PitchShift").SetZFloat(static_cast<float>(turn % 240) * 10.0f, false);
         bench.Tick();
     }
-    done.store(true);
     audio.join();
+    EXPECT_EQ(wild, 0);
 }
 
 }  // namespace orvane
