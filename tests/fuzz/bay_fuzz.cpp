@@ -8,7 +8,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string fault = orvane::bayArchiveFault({reinterpret_cast<const char*>(data), size});
+    static orvane::BayArchiveCheck check;
+    const std::string fault = check.FaultAfter({reinterpret_cast<const char*>(data), size});
     if (!fault.empty()) {
         std::fprintf(stderr, "%s\n", fault.c_str());
         std::abort();

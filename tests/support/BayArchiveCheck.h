@@ -79,19 +79,39 @@ inline void runBetweenEnds(ZSignalBay& network)
     }
 }
 
-/// Reads any bytes as the description of a network, runs what comes of it, and as values for a
-/// network that stands. Tells what then is wrong; empty when nothing is.
-inline std::string bayArchiveFault(const std::string& text)
+/// Reads any bytes as the description of a network and runs what comes of it, and as values for a
+/// network that stands.
+class BayArchiveCheck
 {
-    SmallApplication application;
-    registerBays(application.GetClassRegistry());
-    const auto standing =
-        boost::make_shared<ZSignalBay>(firstBay(networkOfEachClass()), &application);
-    const auto xml = firstBay(text);
-    if (!xml)
-        return "";
-    try {
-        const auto network = boost::make_shared<ZSignalBay>(xml, &application);
+public:
+    BayArchiveCheck()
+    {
+        registerBays(mApplication.GetClassRegistry());
+        mStanding = boost::make_shared<ZSignalBay>(firstBay(networkOfEachClass()), &mApplication);
+    }
+
+    /// Tells what is wrong after that; empty when nothing is.
+    std::string FaultAfter(const std::string& text)
+    {
+        const auto xml = firstBay(text);
+        if (!xml)
+            return "";
+        std::string fault;
+        try {
+            fault = FaultOfBuilding(xml);
+        } catch (const ZException&) {
+        }
+        try {
+            mStanding->RestoreBody(xml);
+        } catch (const ZException&) {
+        }
+        return fault.empty() ? FaultOfArchive() : fault;
+    }
+
+private:
+    std::string FaultOfBuilding(const boost::shared_ptr<ZXMLElement>& xml)
+    {
+        const auto network = boost::make_shared<ZSignalBay>(xml, &mApplication);
         network->Prepare();
         network->SetMaxBuffer(64);
         runBetweenEnds(*network);
@@ -100,19 +120,25 @@ inline std::string bayArchiveFault(const std::string& text)
         network->Dump();
         while (const auto bay = network->GetBay(network->GetBayCount() / 2))
             network->RemoveBay(bay);
-        if (network->GetImportCount() + network->GetExportCount() != 0)
-            return "a network without bays publishes ports";
-    } catch (const ZException&) {
+        const bool publishes = network->GetImportCount() + network->GetExportCount() > 0;
+        return publishes ? "a network without bays publishes ports" : "";
     }
-    try {
-        standing->RestoreBody(xml);
-    } catch (const ZException&) {
+
+    /// What has been restored is written and built again as it is.
+    std::string FaultOfArchive()
+    {
+        const std::string once = mStanding->ExtractXML()->Write(0);
+        if (once == mArchive)
+            return "";
+        mArchive = once;
+        const ZSignalBay again(firstBay(once), &mApplication);
+        const std::string twice = again.ExtractXML()->Write(0);
+        return once == twice ? "" : "building its own archive makes of\n" + once + "this\n" + twice;
     }
-    const std::string once = standing->ExtractXML()->Write(0);
-    const ZSignalBay again(firstBay(once), &application);
-    const std::string twice = again.ExtractXML()->Write(0);
-    return once == twice ? ""
-                         : "building from its own archive makes of\n" + once + "this\n" + twice;
-}
+
+    SmallApplication mApplication;
+    boost::shared_ptr<ZSignalBay> mStanding;
+    std::string mArchive;  // of mStanding, when it was last built
+};
 
 }  // namespace orvane

@@ -13,7 +13,8 @@
 namespace orvane
 {
 
-/// A bay of any shape that counts its runs. Every export gives the sum of the imports and a value.
+/// A bay of any shape that counts its runs. Every export gives the sum of the audio imports and a
+/// value.
 class ProbeBay : public ZSignalBay
 {
 public:
@@ -53,7 +54,8 @@ private:
     {
         float sum = 0.0f;
         for (const ZSignalPort* const port : SignalImports())
-            sum += port->GetBuffer()->Data()[i];
+            if (port->GetType() == ZPort::kAudio)
+                sum += port->GetBuffer()->Data()[i];
         return sum;
     }
 };

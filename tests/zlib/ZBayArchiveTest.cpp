@@ -198,11 +198,12 @@ TEST_F(ZBayArchiveTest, ACloneOfALeafKeepsWhatOthersOwn)
 TEST_F(ZBayArchiveTest, SpoiltDescriptionsDoNoHarm)
 {
     std::mt19937 random(11);
+    BayArchiveCheck check;
     for (int i = 0; i < 10000; ++i) {
         std::string text = networkOfEachClass();
         for (std::size_t n = 1 + pick(random, 4); n > 0; --n)
             mutate(text, random);
-        const std::string fault = bayArchiveFault(text);
+        const std::string fault = check.FaultAfter(text);
         ASSERT_EQ(fault, "") << text;
     }
 }
