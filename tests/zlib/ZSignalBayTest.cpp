@@ -296,6 +296,26 @@ TEST(ZSignalBayTest, NoPassIsLongerThanTheBuffersOfItsPorts)
     EXPECT_EQ(narrow->lastCount, 100u);
 }
 
+TEST(ZSignalBayTest, TheRequestGoesOnWhenTheLastConsumerHasAsked)
+{
+    const auto source = probe("source", 0);
+    const auto middle = probe("middle");
+    const auto narrow = probe("narrow", 2);  // asks first, and twice
+    const auto wide = probe("wide");
+    const auto sink = sinkOf(2);
+    narrow->SetMaxBuffer(30);
+    middle->Route(0, *source, 0);
+    narrow->Route(0, *middle, 0);
+    narrow->Route(1, *middle, 0);
+    wide->Route(0, *middle, 0);
+    sink->Route(0, *narrow, 0);
+    sink->Route(1, *wide, 0);
+    runPass(*sink, 100);
+    EXPECT_EQ(source->lastCount, 100u) << "the largest consumer sets the block";
+    EXPECT_EQ(narrow->lastCount, 30u);
+    EXPECT_EQ(wide->lastCount, 100u);
+}
+
 TEST(ZSignalBayTest, AnImportThatLosesItsSourceReadsZeros)
 {
     auto source = probe("source", 0);
