@@ -131,10 +131,10 @@ TEST(PluginInstanceTest, AChangeOfLatencyThatComesTooLateIsToldAndKeepsTheLength
     EXPECT_EQ(render.Output().size(), voice.samples.size());
 }
 
-TEST(PluginInstanceTest, ParametersThatThePluginChangesAreCounted)
+TEST(PluginInstanceTest, CallsThatTellOfParametersAreCounted)
 {
     FakeRender render("automates");
-    EXPECT_EQ(render.Run(testVoice(1, 0.3)).parameterChanges,
+    EXPECT_EQ(render.Run(testVoice(1, 0.3)).automationCalls,
               static_cast<int>(fakePluginLog().blocks.size()));
 }
 

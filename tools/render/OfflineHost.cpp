@@ -62,7 +62,7 @@ std::intptr_t OfflineHost::Answer(std::int32_t opcode, void* ptr) noexcept
 {
     switch (opcode) {
     case audioMasterAutomate:
-        ++mParameterChanges;
+        ++mAutomationCalls;
         return 0;
     case audioMasterVersion:
         return kVstVersion;

@@ -21,14 +21,14 @@ public:
     /// The answer to a question of the plug-in. ptr: what came with the question. [any thread]
     [[nodiscard]] std::intptr_t Answer(std::int32_t opcode, void* ptr) noexcept;
 
-    /// How often the plug-in told of a parameter that it changed of itself.
-    [[nodiscard]] int ParameterChanges() const { return mParameterChanges; }
+    /// How often the plug-in told of a value of a parameter, new or not.
+    [[nodiscard]] int AutomationCalls() const { return mAutomationCalls; }
 
 private:
     int mRate = 44100;
     int mBlockFrames = 512;
     VstTimeInfo mTime{};
-    std::atomic<int> mParameterChanges{0};
+    std::atomic<int> mAutomationCalls{0};
 };
 
 }  // namespace orvane

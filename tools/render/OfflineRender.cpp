@@ -242,7 +242,7 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
     result.frames = run.Frames();
     result.latency = run.Latency();
     result.latencyMoved = plugin.Latency() != run.Latency();
-    result.parameterChanges = plugin.ParameterChanges();
+    result.automationCalls = plugin.AutomationCalls();
     result.timesRealtime = run.TimesRealtime();
     result.badSamples = reader.BadSamples();
     result.peak = run.Peak();

@@ -35,7 +35,7 @@ struct RenderResult
     std::int64_t frames = 0;    // of the input
     int latency = 0;            // frames
     bool latencyMoved = false;  // later, when it could not be compensated any more
-    int parameterChanges = 0;   // which the plug-in made of itself
+    int automationCalls = 0;    // in which the plug-in told of a parameter of its own
     double timesRealtime = 0.0;
     std::int64_t badSamples = 0;  // of the input, not finite and taken as 0
     float peak = 0.0f;            // of the output, full scale at 1.0

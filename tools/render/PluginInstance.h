@@ -42,8 +42,8 @@ public:
     /// Of any parameter, 0 to 1.
     [[nodiscard]] float Parameter(int index) const;
     void SetParameter(int index, float value);
-    /// How often the plug-in has changed a parameter of itself.
-    [[nodiscard]] int ParameterChanges() const { return mHost.ParameterChanges(); }
+    /// How often the plug-in has told of a value of a parameter.
+    [[nodiscard]] int AutomationCalls() const { return mHost.AutomationCalls(); }
 
     [[nodiscard]] int ProgramCount() const { return mEffect->numPrograms; }
     /// Empty where the plug-in does not tell.

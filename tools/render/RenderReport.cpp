@@ -98,9 +98,6 @@ std::string notes(const RenderResult& result)
         text +=
             "  note          the plug-in changed its latency on the way: what came after is not "
             "aligned\n";
-    if (result.parameterChanges > 0)
-        text += fmt::format("  note          the plug-in changed parameters of itself, {} times\n",
-                            result.parameterChanges);
     if (clips(result))
         text +=
             fmt::format("  note          the output reaches {:+.1f} dB and is held at full scale\n",
@@ -141,6 +138,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"block_frames", request.blockFrames},
         {"samples_not_finite", result.badSamples},
         {"output_peak", static_cast<double>(result.peak)},
+        {"automation_calls", result.automationCalls},
         {"times_realtime", rounded(result.timesRealtime, 1e2)},
         {"settings", settingsJson(result.settings)},
         {"before", distanceJson(result.before)},
