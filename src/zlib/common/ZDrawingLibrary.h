@@ -1,0 +1,25 @@
+#pragma once
+
+namespace orvane
+{
+
+class ZString;
+
+/// Keeps what drawing shares in a process: the fonts, installed and private. Each application
+/// holds one from before its first drawing to after its last; with the last one all of it is freed.
+/// Drawing without one works too, and then the fonts stay. [any thread but the audio thread]
+class ZDrawingLibrary
+{
+public:
+    ZDrawingLibrary();
+    ZDrawingLibrary(const ZDrawingLibrary&) = delete;
+    ZDrawingLibrary& operator=(const ZDrawingLibrary&) = delete;
+    ~ZDrawingLibrary();
+};
+
+/// Adds the fonts of a file to those that texts can name, for this library alone: neither the host
+/// nor another plug-in sees them. A file that is missing or holds no font is passed over, and one
+/// that was added before is not read again. [any thread but the audio thread]
+void AddPrivateFont(const ZString& path);
+
+}  // namespace orvane
