@@ -225,6 +225,57 @@ Point direction(const Point& from, const Point& to)
                         : Point{1.0, 0.0};
 }
 
+/// Strokes from edge to edge of the pixels in whose middles the line ends; a round cap reaches over
+/// them by itself. The points are in the device, the width that is set in units of the transform.
+void strokeLine(cairo_t* context, const ZPen& pen, const Point& from, const Point& to)
+{
+    const Point along = direction(from, to);
+    const double before = pen.roundStart ? 0.0 : 0.5;
+    const double behind = pen.roundEnd ? 0.0 : 0.5;
+    cairo_new_path(context);
+    cairo_save(context);
+    cairo_identity_matrix(context);
+    cairo_move_to(context, from.x - before * along.x, from.y - before * along.y);
+    cairo_line_to(context, to.x + behind * along.x, to.y + behind * along.y);
+    cairo_restore(context);
+    strokePath(context, pen, {{from}, {to}});
+}
+
+/// A hard line one pixel wide: one pixel in each column, or in each row of a steep line. Stroking
+/// leaves gaps where a line passes right between two pixels. The points are in the device.
+void fillThinLine(cairo_t* context, const ZColor& color, const Point& from, const Point& to)
+{
+    const bool steep = std::abs(to.y - from.y) > std::abs(to.x - from.x);
+    const auto turned = [steep](double x, double y) { return steep ? Point{y, x} : Point{x, y}; };
+    const Point start = turned(std::floor(from.x + 0.5), std::floor(from.y + 0.5));
+    const Point end = turned(std::floor(to.x + 0.5), std::floor(to.y + 0.5));
+    const double slope = start.x == end.x ? 0.0 : (end.y - start.y) / (end.x - start.x);
+    const auto across = [&](double step) {
+        return std::floor(start.y + slope * (step - start.x) + 0.5);
+    };
+
+    cairo_save(context);
+    cairo_identity_matrix(context);
+    cairo_new_path(context);
+    double left, top, right, bottom;
+    cairo_clip_extents(context, &left, &top, &right, &bottom);
+    const double last = std::min(std::max(start.x, end.x), turned(right, bottom).x);
+    double next = 0.0;
+    for (double step = std::max(std::min(start.x, end.x), turned(left, top).x); step <= last;
+         step = next)
+    {
+        next = step + 1.0;
+        while (next <= last && across(next) == across(step))
+            next += 1.0;
+        const Point corner = turned(step, across(step));
+        const Point size = turned(next - step, 1.0);
+        cairo_rectangle(context, corner.x, corner.y, size.x, size.y);
+    }
+    setColor(context, color);
+    cairo_fill(context);
+    cairo_restore(context);
+}
+
 /// The part of an image as a surface of its own, so that scaling takes in nothing beside it.
 CairoPointer<cairo_surface_t> partOf(cairo_surface_t* surface, const ZRect& part)
 {
@@ -254,6 +305,14 @@ std::int32_t layoutWidth(const ZRect& rect)
                                                                       : rect.GetWidth();
 }
 
+/// Cuts what is wider than its rectangle even so: one letter, or the ellipsis alone.
+void clipColumns(cairo_t* context, double left, double width)
+{
+    cairo_new_path(context);
+    cairo_rectangle(context, left, -kFarthest, within(width), 2.0 * kFarthest);
+    cairo_clip(context);
+}
+
 ZRect toPixels(const PangoRectangle& extents, std::int32_t left, std::int32_t top)
 {
     const auto pixels = [](std::int32_t origin, int units) {
@@ -278,33 +337,15 @@ ZGraphics::~ZGraphics() = default;
 void ZGraphics::StrokeLine(const ZPen& pen, const ZPoint& from, const ZPoint& to)
 {
     cairo_t* const context = mNative->context.get();
-    Point start = toDevice(context, from.x, from.y);
-    Point end = toDevice(context, to.x, to.y);
-    const Point along = direction(start, end);
+    const Point start = toDevice(context, from.x, from.y);
+    const Point end = toDevice(context, to.x, to.y);
     const double width = strokeWidth(context, pen);
-    const bool thinAndHard =
-        cairo_get_antialias(context) == CAIRO_ANTIALIAS_NONE && width * deviceScale(context) <= 1.0;
-    const OpenEnds ends{{{start.x + 0.5, start.y + 0.5}}, {{end.x + 0.5, end.y + 0.5}}};
-
-    cairo_save(context);
-    cairo_matrix_t matrix;
-    cairo_get_matrix(context, &matrix);
-    cairo_identity_matrix(context);
-    cairo_new_path(context);
-    // From edge to edge of the end pixels; a round cap reaches over them by itself.
-    const double before = pen.roundStart ? 0.0 : 0.5;
-    const double behind = pen.roundEnd ? 0.0 : 0.5;
-    cairo_move_to(context, start.x + 0.5 - before * along.x, start.y + 0.5 - before * along.y);
-    cairo_line_to(context, end.x + 0.5 + behind * along.x, end.y + 0.5 + behind * along.y);
-    if (thinAndHard) {
-        // So wide that each column, or row of a steep line, has one pixel.
-        cairo_set_line_width(context, std::max(std::abs(along.x), std::abs(along.y)));
-    } else {
-        cairo_set_matrix(context, &matrix);
-        cairo_set_line_width(context, width);
-    }
-    strokePath(context, pen, ends);
-    cairo_restore(context);
+    cairo_set_line_width(context, width);
+    const bool hard = cairo_get_antialias(context) == CAIRO_ANTIALIAS_NONE;
+    if (hard && width * deviceScale(context) <= 1.0)
+        fillThinLine(context, pen.color, start, end);
+    else
+        strokeLine(context, pen, {start.x + 0.5, start.y + 0.5}, {end.x + 0.5, end.y + 0.5});
 }
 
 void ZGraphics::StrokeRect(const ZPen& pen, const ZRect& rect)
@@ -413,8 +454,12 @@ void ZGraphics::DrawText(const ZString& text, const ZFont& font, const ZColor& c
     cairo_t* const context = mNative->context.get();
     ZTextLayout layout(context, text, font);
     layout.Fit(width, format);
+    cairo_save(context);
+    if (format.truncate)
+        clipColumns(context, within(rect.left), width);
     setColor(context, color);
     layout.Show(within(rect.left), within(rect.top));
+    cairo_restore(context);
 }
 
 ZRect ZGraphics::MeasureText(const ZString& text, const ZFont& font) const

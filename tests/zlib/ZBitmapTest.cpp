@@ -1,0 +1,315 @@
+#include "zlib/common/ZBitmap.h"
+
+#include "support/ExpectZException.h"
+#include "support/PngBytes.h"
+#include "support/PrivateFolder.h"
+#include "support/SmallApplication.h"
+#include "support/TextMutation.h"
+#include "zlib/Canvas.h"
+#include "zlib/common/ZFile.h"
+#include "zlib/common/ZResources.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <random>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+ZResources::Entry entry(std::string_view name, const PngBytes& bytes)
+{
+    const char* const begin = reinterpret_cast<const char*>(bytes.data());
+    return {"IMAGE", name, begin, begin + bytes.size()};
+}
+
+/// An application with pictures among its resources, and with files for others.
+class PictureApplication : public SmallApplication
+{
+public:
+    [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
+    boost::shared_ptr<ZFile> GetResourceFile(const ZString& name) override
+    {
+        return boost::make_shared<ZFile>(name, folder.Path(name.ToNarrow()), "png");
+    }
+
+    PrivateFolder folder;
+
+private:
+    PngBytes mPicture = makePng(4, 3);
+    PngBytes mOpaque = makePng(2, 2, false);
+    PngBytes mBroken = PngBytes(mPicture.begin(), mPicture.end() - 30);
+    std::array<ZResources::Entry, 3> mEntries{
+        {entry("nk1.png", mPicture), entry("opaque.png", mOpaque), entry("broken.png", mBroken)}};
+    ZResources mResources{mEntries};
+};
+
+void writeFile(const std::string& path, const PngBytes& bytes)
+{
+    writeTextFile(path, std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+}
+
+void expectEmpty(ZBitmap& bitmap)
+{
+    EXPECT_FALSE(bitmap.IsLoaded());
+    EXPECT_EQ(bitmap.GetFrame(), ZRect{});
+    EXPECT_TRUE(bitmap.LockPixels().empty());
+    EXPECT_FALSE(bitmap.IsLocked());
+    EXPECT_EQ(bitmap.MakeShadow(1, kBlack), nullptr);
+    Canvas canvas(2, 2);
+    canvas.DrawBitmap(bitmap, 0, 0, 1.0f);
+    canvas.DrawBitmap(bitmap, 0, 0, 2, 2, 0, 0, 2, 2, 0.5f);
+    EXPECT_EQ(canvas.Coverage(), 0.0);
+}
+
+/// A bitmap with one row of pixels.
+void fillRow(ZBitmap& bitmap, std::initializer_list<std::uint32_t> pixels)
+{
+    std::copy(pixels.begin(), pixels.end(), bitmap.LockPixels().begin());
+    bitmap.UnlockPixels();
+}
+
+}  // namespace
+
+TEST(ZBitmapTest, FindsItsPictureAmongTheResourcesWithoutCase)
+{
+    PictureApplication application;
+    for (const char* name : {"nk1.png", "NK1.PNG"}) {
+        ZBitmap bitmap(name, &application);
+        EXPECT_TRUE(bitmap.IsLoaded());
+        EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 4, 3}));
+        EXPECT_EQ(bitmap.LockPixels()[5], 0xFF050F19u);
+    }
+    ZBitmap opaque("opaque.png", &application);
+    EXPECT_EQ(opaque.LockPixels()[3], 0xFF03090Fu);
+}
+
+TEST(ZBitmapTest, ALoadedPictureCanBeDrawnInto)
+{
+    PictureApplication application;
+    ZBitmap bitmap("nk1.png", &application);
+    bitmap.SetBrushColor(kRed);
+    bitmap.FillRect(1, 0, 2, 1);
+    EXPECT_EQ(bitmap.LockPixels()[1], 0xFFFF0000u);
+}
+
+TEST(ZBitmapTest, StaysEmptyWhereNoPictureCanBeFoundOrRead)
+{
+    PictureApplication application;
+    writeTextFile(application.folder.Path("text.png"), "not a picture");
+    writeTextFile(application.folder.Path("empty.png"), "");
+    for (const char* name : {"", "missing.png", "broken.png", "text.png", "empty.png"}) {
+        SCOPED_TRACE(name);
+        ZBitmap bitmap(name, &application);
+        expectEmpty(bitmap);
+    }
+    ZBitmap nobodys("nk1.png", nullptr);
+    expectEmpty(nobodys);
+}
+
+TEST(ZBitmapTest, TriesAgainOnEachUseAndTakesTheApplicationsFileAtLast)
+{
+    PictureApplication application;
+    ZBitmap bitmap("late.png", &application);
+    EXPECT_FALSE(bitmap.IsLoaded());
+    EXPECT_EQ(application.folder.Count(), 0) << "looking for a picture made a file";
+    writeFile(application.folder.Path("late.png"), makePng(5, 6));
+    bitmap.Load(&application);
+    EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 5, 6}));
+    writeFile(application.folder.Path("late.png"), makePng(1, 1));
+    bitmap.Load(&application);
+    EXPECT_EQ(bitmap.GetWidth(), 5) << "a picture that is there was read again";
+}
+
+TEST(ZBitmapTest, IsNamedByATagAndWritesIt)
+{
+    PictureApplication application;
+    ZXMLElement xml("bitmap");
+    xml.AddAttribute("type", "w1");
+    xml.AddAttribute("id", "nk1.png");
+    const ZBitmap bitmap(xml, &application);
+    EXPECT_EQ(bitmap.GetWidth(), 4);
+    const auto written = bitmap.ExtractHeader("w1");
+    EXPECT_EQ(written->Write(0), xml.Write(0));
+    ZXMLElement background("bgbitmap");
+    background.AddAttribute("resource", "opaque.png");
+    EXPECT_TRUE(ZBitmap(background, &application).IsLoaded());
+    EXPECT_FALSE(ZBitmap(ZXMLElement("bitmap"), &application).IsLoaded());
+}
+
+TEST(ZBitmapTest, ASizeThatGivesNoImageIsToldByItsText)
+{
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    for (const ZPoint size : {ZPoint{0, 1}, ZPoint{1, -1}, ZPoint{kMax, kMax}, ZPoint{1, 20000}}) {
+        expectZException(-1, "Failed to create new Bitmap object",
+                         [&] { const ZBitmap bitmap(size.x, size.y, nullptr); });
+    }
+    const Canvas canvas(3, 2);
+    EXPECT_EQ(canvas.GetFrame(), (ZRect{0, 0, 3, 2}));
+    EXPECT_EQ(canvas.Coverage(), 0.0);
+}
+
+TEST(ZBitmapTest, IsDrawnWithItsAlphaTimesTheOneGiven)
+{
+    Canvas source(2, 1);
+    fillRow(source, {0xFFFF0000u, 0x80FF0000u});
+    Canvas canvas(2, 1);
+    canvas.DrawBitmap(source, {0, 0}, 1.0f);
+    EXPECT_EQ(canvas.Pixels(), source.Pixels());
+    Canvas half(2, 1);
+    half.DrawBitmap(source, {0, 0}, 0.5f);
+    EXPECT_NEAR(half.AlphaAt(0, 0), 128.0, 1.0);
+    EXPECT_NEAR(half.AlphaAt(1, 0), 64.0, 1.0);
+    for (const float none : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()})
+        canvas.DrawBitmap(half, {0, 0}, none);
+    EXPECT_EQ(canvas.Pixels(), source.Pixels());
+}
+
+TEST(ZBitmapTest, ReplacingTakesTheScaledAlphaAndNothingOfWhatWasThere)
+{
+    Canvas source(1, 1);
+    fillRow(source, {0xFFFF0000u});
+    Canvas canvas(2, 1);
+    canvas.SetBrushColor(kWhite);
+    canvas.FillRect(0, 0, 2, 1);
+    canvas.SetAlphaBlend(false);
+    canvas.DrawBitmap(source, 0, 0, 0.5f);
+    EXPECT_NEAR(canvas.AlphaAt(0, 0), 128.0, 1.0);
+    EXPECT_EQ(canvas.At(0, 0) & 0xFFFFFFu, 0xFF0000u);
+    EXPECT_EQ(canvas.At(1, 0), 0xFFFFFFFFu);
+}
+
+TEST(ZBitmapTest, StretchesAPartWithoutWhatLiesBesideIt)
+{
+    Canvas source(3, 1);
+    fillRow(source, {0xFF00FF00u, 0xFFFF0000u, 0xFF0000FFu});
+    Canvas canvas(12, 6);
+    canvas.DrawBitmap(source, 1, 0, 2, 1, 2, 1, 10, 5, 1.0f);
+    EXPECT_EQ(canvas.Ink(), (ZRect{2, 1, 10, 5}));
+    for (const std::uint32_t pixel : canvas.Pixels())
+        EXPECT_TRUE(pixel == 0u || pixel == 0xFFFF0000u) << std::hex << pixel;
+}
+
+TEST(ZBitmapTest, StretchesWholePictureToItsEdges)
+{
+    Canvas source(2, 1);
+    fillRow(source, {0xFF000000u, 0xFFFFFFFFu});
+    Canvas canvas(20, 3);
+    canvas.DrawBitmap(source, 0, 0, 2, 1, 0, 0, 20, 3, 1.0f);
+    EXPECT_EQ(canvas.Coverage(), 60.0);
+    EXPECT_EQ(canvas.At(0, 2), 0xFF000000u);
+    EXPECT_EQ(canvas.At(19, 0), 0xFFFFFFFFu);
+    for (std::int32_t x = 1; x < 20; ++x)
+        EXPECT_GE(canvas.At(x, 1), canvas.At(x - 1, 1));
+    Canvas small(1, 1);
+    small.DrawBitmap(canvas, 0, 0, 20, 3, 0, 0, 1, 1, 1.0f);
+    EXPECT_NEAR(small.At(0, 0) & 0xFFu, 128.0, 8.0);
+}
+
+TEST(ZBitmapTest, APartBeyondThePictureLeavesItsShareOfTheTargetAlone)
+{
+    Canvas source(2, 2);
+    source.FillRect(0, 0, 2, 2);
+    Canvas canvas(8, 8);
+    canvas.DrawBitmap(source, -1, -1, 3, 3, 0, 0, 8, 8, 1.0f);
+    EXPECT_EQ(canvas.Ink(), (ZRect{2, 2, 6, 6}));
+    EXPECT_EQ(canvas.Coverage(), 16.0);
+    canvas.DrawBitmap(source, 2, 0, 4, 2, 0, 0, 8, 8, 1.0f);
+    canvas.DrawBitmap(source, 1, 1, 0, 0, 0, 0, 8, 8, 1.0f);
+    canvas.DrawBitmap(source, 0, 0, 2, 2, 8, 8, 0, 0, 1.0f);
+    EXPECT_EQ(canvas.Coverage(), 16.0);
+}
+
+TEST(ZBitmapTest, LockedPixelsAreReadWithoutLossAndWrittenBack)
+{
+    Canvas bitmap(256, 256);
+    std::mt19937 random(7);
+    auto pixels = bitmap.LockPixels();
+    for (std::uint32_t& pixel : pixels)
+        pixel = static_cast<std::uint32_t>(random());
+    bitmap.UnlockPixels();
+    const std::vector<std::uint32_t> before(bitmap.GetNative()->GetPremultipliedPixels().begin(),
+                                            bitmap.GetNative()->GetPremultipliedPixels().end());
+    EXPECT_FALSE(bitmap.LockPixels().empty());
+    bitmap.UnlockPixels();
+    const auto after = bitmap.GetNative()->GetPremultipliedPixels();
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), after.begin()));
+    bitmap.UnlockPixels();  // not locked
+}
+
+TEST(ZBitmapTest, ClearsALockedBitmapOnly)
+{
+    Canvas bitmap(2, 2);
+    bitmap.Clear(kRed);
+    EXPECT_EQ(bitmap.Coverage(), 0.0);
+    bitmap.LockPixels();
+    bitmap.Clear({10, 20, 30, 255});
+    bitmap.UnlockPixels();
+    EXPECT_EQ(bitmap.Pixels(), std::vector<std::uint32_t>(4, 0xFF0A141Eu));
+}
+
+TEST(ZBitmapTest, AShadowSpreadsAlphaOverASquareInOneColour)
+{
+    Canvas bitmap(7, 7);
+    bitmap.SetBrushColor(kRed);
+    bitmap.FillRect(3, 3, 4, 4);
+    const auto shadow = bitmap.MakeShadow(1, {0, 0, 255, 255});
+    const auto pixels = shadow->LockPixels();
+    for (std::size_t y = 0; y < 7; ++y) {
+        for (std::size_t x = 0; x < 7; ++x) {
+            const bool inside = x >= 2 && x <= 4 && y >= 2 && y <= 4;
+            EXPECT_EQ(pixels[y * 7 + x], inside ? 0x1C0000FFu : 0u);  // 255 / 9
+        }
+    }
+    EXPECT_EQ(bitmap.MakeShadow(0, kBlack)->LockPixels()[3 * 7 + 3], 0xFF000000u);
+    const auto wide = bitmap.MakeShadow(std::numeric_limits<std::int32_t>::max(), kBlack);
+    EXPECT_EQ(wide->LockPixels()[0], 0u);
+}
+
+TEST(ZImageTest, RefusesASizeThatIsNoneOrTooLargeBeforeItTakesMemory)
+{
+    for (const ZPoint size : {ZPoint{0, 5}, ZPoint{5, 0}, ZPoint{30000, 1}, ZPoint{1, 0x7FFFFFFF},
+                              ZPoint{16384, 16384}, ZPoint{-1, 1}})
+    {
+        PngBytes png = makePng(2, 2);
+        putBigEndian(std::span(png).subspan(16), static_cast<std::uint32_t>(size.x));
+        putBigEndian(std::span(png).subspan(20), static_cast<std::uint32_t>(size.y));
+        repairCheckSums(png);
+        EXPECT_EQ(ZImage::Decode(png), nullptr) << size.x << " x " << size.y;
+    }
+}
+
+TEST(ZImageTest, DecodesNoCutPicture)
+{
+    const PngBytes png = makePng(9, 9);
+    ASSERT_NE(ZImage::Decode(png), nullptr);
+    for (std::size_t length = 0; length < png.size() - 12; ++length)
+        EXPECT_EQ(ZImage::Decode(std::span(png).first(length)), nullptr) << length;
+}
+
+TEST(ZImageTest, SpoiltBytesGiveAPictureOrNone)
+{
+    std::mt19937 random(20);
+    const PngBytes whole = makePng(11, 7);
+    for (int run = 0; run < 3000; ++run) {
+        PngBytes png = whole;
+        for (std::size_t spoilt = 0; spoilt <= pick(random, 4); ++spoilt)
+            png[pick(random, png.size())] = static_cast<std::byte>(pick(random, 256));
+        if (pick(random, 4) != 0)
+            repairCheckSums(png);
+        const auto image = ZImage::Decode(png);
+        if (!image)
+            continue;
+        EXPECT_EQ(image->ReadPixels().size(), static_cast<std::size_t>(image->GetWidth()) *
+                                                  static_cast<std::size_t>(image->GetHeight()));
+    }
+}
+
+}  // namespace orvane

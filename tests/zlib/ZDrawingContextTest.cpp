@@ -1,0 +1,412 @@
+#include "zlib/common/ZDrawingContext.h"
+
+#include "zlib/Canvas.h"
+#include "zlib/common/ZFont.h"
+#include "zlib/common/ZPath.h"
+#include "zlib/common/ZRegion.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kFar = std::numeric_limits<std::int32_t>::max();
+
+/// The pixels of a line between two points that lie inside: hard edges, a pixel wide.
+Rows line(const ZPoint& from, const ZPoint& to, std::int32_t side = 7)
+{
+    Canvas canvas(side, side);
+    canvas.DrawLine(from, to);
+    return canvas.Rows();
+}
+
+std::ptrdiff_t countPixels(const Rows& rows)
+{
+    std::ptrdiff_t count = 0;
+    for (const std::string& row : rows)
+        count += std::count(row.begin(), row.end(), '#');
+    return count;
+}
+
+}  // namespace
+
+TEST(ZDrawingContextTest, FillsThePixelsBetweenTheEdgesSmoothOrNot)
+{
+    for (const bool smooth : {false, true}) {
+        Canvas canvas(5, 4);
+        canvas.SetAntiAlias(smooth);
+        canvas.SetBrushColor(kRed);
+        canvas.FillRect(1, 1, 4, 3);
+        EXPECT_EQ(canvas.Rows(), Rows({".....", ".###.", ".###.", "....."}));
+        EXPECT_EQ(canvas.At(1, 1), 0xFFFF0000u);
+    }
+}
+
+TEST(ZDrawingContextTest, FillsNothingBetweenEdgesThatChangedSidesAndAllUpToTheFarthest)
+{
+    Canvas canvas(3, 3);
+    canvas.FillRect(2, 0, 1, 3);
+    canvas.FillRect(0, 2, 3, 2);
+    canvas.FillRect(kFar, kFar, -kFar, -kFar);
+    EXPECT_EQ(canvas.Coverage(), 0.0);
+    canvas.FillRect(-kFar - 1, -kFar - 1, kFar, kFar);
+    EXPECT_EQ(canvas.Coverage(), 9.0);
+    canvas.Translate(kFar, 0);
+    canvas.Translate(1 << 24, 0);
+    canvas.SetBrushColor(kWhite);
+    canvas.FillRect(0, 0, 3, 3);
+    EXPECT_EQ(canvas.At(0, 0), 0xFF000000u) << "what is drawn far off came round";
+}
+
+TEST(ZDrawingContextTest, BrushIsBlackUntilItIsSetWhateverItsColourSays)
+{
+    Canvas canvas(1, 1);
+    EXPECT_EQ(canvas.GetBrushColor(), (ZColor{100, 100, 100, 255}));
+    canvas.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.At(0, 0), 0xFF000000u);
+    canvas.SetBrushColor({100, 100, 100, 255});
+    canvas.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.At(0, 0), 0xFF646464u);
+}
+
+TEST(ZDrawingContextTest, LinesHoldBothEndPointsInAllDirectionsWithOnePixelAStep)
+{
+    const ZPoint middle{3, 3};
+    for (std::int32_t y = 0; y < 7; ++y) {
+        for (std::int32_t x = 0; x < 7; ++x) {
+            const Rows rows = line(middle, {x, y});
+            SCOPED_TRACE(testing::Message() << "to " << x << ", " << y);
+            EXPECT_EQ(countPixels(rows), std::max(std::abs(x - 3), std::abs(y - 3)) + 1);
+            EXPECT_EQ(rows[3][3], '#');
+            EXPECT_EQ(rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)], '#');
+        }
+    }
+    EXPECT_EQ(line({1, 1}, {4, 1}, 6)[1], ".####.");
+}
+
+TEST(ZDrawingContextTest, SmoothLinesAlongTheGridAreAsSharpAsHardOnes)
+{
+    Canvas canvas(6, 3);
+    canvas.SetAntiAlias(true);
+    canvas.DrawLine(4, 1, 1, 1);
+    EXPECT_EQ(canvas.Rows(), Rows({"......", ".####.", "......"}));
+}
+
+TEST(ZDrawingContextTest, WideLinesGrowAcrossAndNotAlong)
+{
+    Canvas canvas(6, 5);
+    canvas.SetPenWidth(3.0f);
+    canvas.DrawLine(1, 2, 4, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"......", ".####.", ".####.", ".####.", "......"}));
+    Canvas even(6, 5);
+    even.SetPenWidth(2.0f);
+    even.DrawLine(1, 2, 4, 2);
+    EXPECT_EQ(even.Coverage(), 8.0);
+    EXPECT_EQ(even.Ink(), (ZRect{1, 1, 5, 3}));
+}
+
+TEST(ZDrawingContextTest, APenIsNeverThinnerThanAPixel)
+{
+    for (const float width : {0.0f, 0.25f, -3.0f, std::numeric_limits<float>::quiet_NaN()}) {
+        Canvas canvas(5, 1);
+        canvas.SetAntiAlias(true);
+        canvas.SetPenWidth(width);
+        canvas.DrawLine(1, 0, 3, 0);
+        EXPECT_EQ(canvas.Rows(), Rows({".###."})) << width;
+    }
+}
+
+TEST(ZDrawingContextTest, OutlinesRunThroughThePixelsOfRightAndBottom)
+{
+    Canvas canvas(6, 5);
+    canvas.DrawRect(1, 1, 4, 3);
+    EXPECT_EQ(canvas.Rows(), Rows({"......", ".####.", ".#..#.", ".####.", "......"}));
+}
+
+TEST(ZDrawingContextTest, ACrossIsTheTwoDiagonals)
+{
+    Canvas canvas(5, 5);
+    canvas.DrawCross(1, 1, 3, 3);
+    EXPECT_EQ(canvas.Rows(), Rows({".....", ".#.#.", "..#..", ".#.#.", "....."}));
+}
+
+TEST(ZDrawingContextTest, NewPixelsBlendOrReplaceByTheBlendMode)
+{
+    Canvas canvas(2, 1);
+    canvas.SetBrushColor(kWhite);
+    canvas.FillRect(0, 0, 2, 1);
+    canvas.SetBrushColor({255, 0, 0, 51});
+    canvas.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.At(0, 0), 0xFFFFCCCCu);  // 255 - 51
+    canvas.SetAlphaBlend(false);
+    canvas.FillRect(1, 0, 2, 1);
+    EXPECT_EQ(canvas.At(1, 0), 0x33FF0000u);
+    canvas.SetAlphaBlend(true);
+    canvas.FillRect(1, 0, 2, 1);
+    EXPECT_EQ(canvas.AlphaAt(1, 0), 92u);  // 51 + 51 * (1 - 51 / 255)
+}
+
+TEST(ZDrawingContextTest, InvertsTwiceToWhatWasThere)
+{
+    Canvas canvas(2, 1);
+    canvas.SetBrushColor({10, 100, 200, 255});
+    canvas.FillRect(0, 0, 2, 1);
+    canvas.InvertRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.At(0, 0), 0xFFF59B37u);
+    EXPECT_EQ(canvas.At(1, 0), 0xFF0A64C8u);
+    canvas.InvertRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.At(0, 0), 0xFF0A64C8u);
+    EXPECT_EQ(canvas.At(1, 0), 0xFF0A64C8u);
+}
+
+TEST(ZDrawingContextTest, RestoringBringsBackClipTransformAndBlendingButNoColour)
+{
+    Canvas canvas(4, 4);
+    canvas.SetClip(ZRect{0, 0, 2, 4});
+    {
+        const ZSavedStateScope scope(canvas);
+        canvas.SetClip(ZRect{2, 0, 4, 4});
+        canvas.Translate(1, 1);
+        canvas.Scale(2.0f, 2.0f);
+        canvas.SetAlphaBlend(false);
+        canvas.SetPenColor(kWhite);
+        canvas.SetBrushColor(kRed);
+        canvas.SetPenWidth(4.0f);
+    }
+    EXPECT_EQ(canvas.GetPenColor(), kWhite);
+    EXPECT_EQ(canvas.GetPenWidth(), 2.0f);
+    canvas.FillRect(0, 0, 4, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"##..", "##..", "....", "...."}));
+    EXPECT_EQ(canvas.At(0, 0), 0xFFFF0000u);
+    canvas.SetBrushColor({0, 0, 0, 0});
+    canvas.FillRect(0, 0, 4, 2);
+    EXPECT_EQ(canvas.At(0, 0), 0xFFFF0000u) << "still replacing";
+    canvas.SetPenWidth(3.0f);
+    EXPECT_EQ(canvas.GetPenWidth(), 3.0f) << "the scale was left in force";
+}
+
+TEST(ZDrawingContextTest, AnOuterStateEndsInnerOnesAndAnEndedOneDoesNothing)
+{
+    Canvas canvas(4, 1);
+    auto outer = canvas.SaveState();
+    canvas.Translate(1, 0);
+    auto inner = canvas.SaveState();
+    canvas.Translate(1, 0);
+    canvas.RestoreState(outer);
+    EXPECT_EQ(outer, nullptr);
+    canvas.FillRect(0, 0, 1, 1);
+    canvas.Translate(3, 0);
+    canvas.RestoreState(inner);
+    canvas.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.Rows(), Rows({"#..#"}));
+    canvas.RestoreState(inner);  // null by now
+}
+
+TEST(ZDrawingContextTest, AStateOfAnotherTargetIsNotRestored)
+{
+    Canvas first(2, 1);
+    Canvas second(2, 1);
+    ZDrawingContext context;
+    context.SetGraphics(first.GetGraphics());
+    auto saved = context.SaveState();
+    context.SetGraphics(second.GetGraphics());
+    auto kept = context.SaveState();
+    context.Translate(1, 0);
+    context.RestoreState(saved);
+    context.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(second.Rows(), Rows({".#"}));
+    context.RestoreState(kept);
+}
+
+TEST(ZDrawingContextTest, WithoutATargetNothingIsDrawnAndAllMeasuresNothing)
+{
+    ZDrawingContext context;
+    Canvas bitmap(1, 1);
+    const ZString text("text");
+    context.DrawLine(0, 0, 1, 1);
+    context.FillRect(0, 0, 1, 1);
+    context.DrawRect(0, 0, 1, 1);
+    context.InvertRect(0, 0, 1, 1);
+    context.DrawBitmap(bitmap, 0, 0, 0.5f);
+    context.DrawString(text, {0, 0, 9, 9}, 1);
+    context.StrokePath();
+    context.FillPath();
+    context.SetClip(ZRect{});
+    context.SetAntiAlias(true);
+    context.Rotate(0, 0, 90.0f);
+    context.Scale(2.0f, 2.0f);
+    context.SetPenWidth(1.0f);
+    EXPECT_EQ(context.GetPenWidth(), 1.0f) << "scaled without a target";
+    auto saved = context.SaveState();
+    context.RestoreState(saved);
+    EXPECT_EQ(context.StringWidth(text), 0);
+    EXPECT_EQ(context.StringHeight(text), 0);
+    EXPECT_EQ(context.StringBounds(text, {1, 2, 30, 40}), ZRect{});
+    EXPECT_EQ(context.GetFrame(), ZRect{});
+    EXPECT_EQ(context.GetNative(), nullptr);
+}
+
+TEST(ZDrawingContextTest, ATargetTakesTheSmoothingOfItsContext)
+{
+    Canvas canvas(5, 5);
+    ZDrawingContext context;
+    context.SetAntiAlias(true);
+    context.SetGraphics(canvas.GetGraphics());
+    context.DrawLine(0, 0, 4, 2);
+    EXPECT_NE(canvas.Coverage(), 5.0);
+    EXPECT_GT(countPixels(line({0, 0}, {4, 2}, 5)), 4);
+}
+
+TEST(ZDrawingContextTest, APenKeepsItsDeviceWidthUnderAScale)
+{
+    Canvas canvas(9, 9);
+    canvas.Scale(2.0f, 1.0f);
+    canvas.SetPenWidth(2.0f);
+    EXPECT_EQ(canvas.GetPenWidth(), 1.0f);
+    canvas.Scale(0.0f, 1.0f);
+    canvas.Scale(1.0f, std::numeric_limits<float>::infinity());
+    canvas.SetPenWidth(2.0f);
+    EXPECT_EQ(canvas.GetPenWidth(), 1.0f) << "a scale that cannot be was kept";
+    canvas.FillRect(1, 1, 2, 2);
+    EXPECT_EQ(canvas.Ink(), (ZRect{2, 1, 4, 2}));
+    canvas.ResetTransform();
+    canvas.SetPenWidth(2.0f);
+    EXPECT_EQ(canvas.GetPenWidth(), 2.0f);
+}
+
+TEST(ZDrawingContextTest, TurnsAboutAPointClockwise)
+{
+    Canvas canvas(7, 7);
+    canvas.Rotate(3, 3, 90.0f);
+    canvas.FillRect(3, 3, 6, 4);  // to the right of the point: comes to lie below it
+    EXPECT_EQ(canvas.Ink(), (ZRect{2, 3, 3, 6}));
+    EXPECT_EQ(canvas.Coverage(), 3.0);
+    canvas.Translate(1, 0);
+    canvas.FillRect(3, 3, 4, 4);
+    EXPECT_EQ(canvas.AlphaAt(2, 4), 255u);
+}
+
+TEST(ZDrawingContextTest, EachClipReplacesTheOneBefore)
+{
+    Canvas canvas(6, 2);
+    canvas.SetClip(ZRect{0, 0, 1, 2});
+    canvas.SetClip(ZRect{2, 0, 4, 1});
+    canvas.FillRect(0, 0, 6, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"..##..", "......"}));
+    ZRegion region(ZRect{4, 0, 5, 1});
+    region.Add({5, 1, 6, 2});
+    canvas.SetClip(region);
+    canvas.FillRect(0, 0, 6, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"..####", "....##"}));
+    canvas.SetClip(ZRect{});
+    canvas.FillRect(0, 0, 6, 2);
+    EXPECT_EQ(canvas.Coverage(), 6.0);
+}
+
+TEST(ZDrawingContextTest, ClipsToThePathByTheEvenOddRule)
+{
+    ZPath path;
+    for (const std::int32_t inset : {0, 2}) {
+        const std::int32_t far = 7 - inset;
+        path.MoveTo({inset, inset});
+        path.LineTo({far, inset});
+        path.LineTo({far, far});
+        path.LineTo({inset, far});
+    }
+    Canvas canvas(7, 7);
+    canvas.SetClipPath(path);
+    canvas.FillRect(0, 0, 7, 7);
+    EXPECT_EQ(canvas.Rows(),
+              Rows({"#######", "#######", "##...##", "##...##", "##...##", "#######", "#######"}));
+}
+
+TEST(ZDrawingContextTest, PathsAreStrokedAndFilledAndStayUntilReset)
+{
+    Canvas canvas(6, 6);
+    canvas.AddPathLine({1, 1}, {4, 1});
+    canvas.AddPathLine({4, 4}, {1, 4});  // joined by a line down the right side
+    canvas.ClosePath();
+    canvas.StrokePath();
+    EXPECT_EQ(canvas.Rows(), Rows({"......", ".####.", ".#..#.", ".#..#.", ".####.", "......"}));
+    canvas.FillPath();
+    EXPECT_EQ(canvas.Coverage(), 16.0);
+    canvas.ResetPath();
+    canvas.SetBrushColor(kRed);
+    canvas.FillPath();
+    EXPECT_EQ(canvas.At(2, 2), 0xFF000000u);
+}
+
+TEST(ZDrawingContextTest, AFilledCircleHasItsAreaAndAnArcItsQuarter)
+{
+    Canvas canvas(40, 40);
+    canvas.SetAntiAlias(true);
+    canvas.AddPathArc({20, 20}, 15, 0, 360);
+    canvas.FillPath();
+    EXPECT_NEAR(canvas.Coverage(), std::numbers::pi * 15 * 15, 7.0);  // 1 %
+    EXPECT_EQ(canvas.Ink(), (ZRect{5, 5, 35, 35}));
+
+    Canvas quarter(40, 40);
+    quarter.SetAntiAlias(true);
+    auto path = boost::make_shared<ZPath>();
+    path->MoveTo({20, 20});
+    path->AddArc({20, 20}, 15, 0, 90);
+    quarter.AddPath(path);
+    quarter.AddPath(boost::shared_ptr<ZPath>());
+    quarter.FillPath();
+    EXPECT_NEAR(quarter.Coverage(), std::numbers::pi * 15 * 15 / 4, 2.0);
+    EXPECT_EQ(quarter.Ink(), (ZRect{20, 20, 35, 35})) << "from three o'clock, clockwise";
+}
+
+TEST(ZDrawingContextTest, CapsAreRoundAtTheEndsThatAskForIt)
+{
+    const auto ink = [](bool roundStart, bool roundEnd, bool asPath) {
+        Canvas canvas(30, 12);
+        canvas.SetAntiAlias(true);
+        canvas.SetPenColor({0, 0, 0, 128});
+        canvas.SetPenWidth(7.0f);
+        canvas.SetPenCaps(roundStart, roundEnd);
+        if (asPath) {
+            canvas.AddPathLine({10, 5}, {20, 5});
+            canvas.StrokePath();
+        } else {
+            canvas.DrawLine(10, 5, 20, 5);
+        }
+        for (const std::uint32_t pixel : canvas.Pixels())
+            EXPECT_LE(pixel >> 24, 128u) << "a pixel covered twice";
+        return canvas.Ink();
+    };
+    EXPECT_EQ(ink(false, false, false), (ZRect{10, 2, 21, 9}));
+    for (const bool asPath : {false, true}) {
+        EXPECT_EQ(ink(true, true, asPath), (ZRect{7, 2, 24, 9}));
+        EXPECT_EQ(ink(true, false, asPath).left, 7);
+        EXPECT_LE(ink(true, false, asPath).right, 21);
+        EXPECT_GE(ink(false, true, asPath).left, 10);
+        EXPECT_EQ(ink(false, true, asPath).right, 24);
+    }
+}
+
+TEST(ZDrawingContextTest, ClosedFiguresHaveNoCaps)
+{
+    Canvas canvas(20, 20);
+    canvas.SetAntiAlias(true);
+    canvas.SetPenWidth(3.0f);
+    canvas.SetPenCaps(true, false);
+    canvas.AddPathLine({5, 5}, {14, 5});
+    canvas.AddPathLine({14, 14}, {5, 14});
+    canvas.ClosePath();
+    canvas.StrokePath();
+    EXPECT_EQ(canvas.Ink(), (ZRect{4, 4, 16, 16}));
+    EXPECT_EQ(canvas.AlphaAt(4, 4), 255u) << "a mitred corner";
+}
+
+}  // namespace orvane

@@ -1,0 +1,363 @@
+#include "support/PrivateFolder.h"
+#include "zlib/Canvas.h"
+#include "zlib/common/ZDrawingLibrary.h"
+#include "zlib/common/ZFont.h"
+#include "zlib/common/ZMeasureScope.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <thread>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr const char* kInstalledFile =
+    "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf";
+
+/// A canvas with a font.
+class Page : public Canvas
+{
+public:
+    explicit Page(const char* typeface = "Arial", std::int32_t height = 20)
+        : Canvas(400, 120)
+    {
+        SetFont(boost::make_shared<ZFont>(typeface, height));
+    }
+};
+
+ZRect inkOf(const ZString& text, const ZRect& rect, std::int32_t align, bool truncate = false)
+{
+    Page page;
+    page.SetTruncate(truncate);
+    page.DrawString(text, rect, align);
+    return page.Ink();
+}
+
+void replaceAll(std::string& text, const std::string& from, const std::string& to)
+{
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at))
+        text.replace(at, from.size(), to);
+}
+
+/// Letters with a zero before each: a name in a font file has 16 bits a letter.
+std::string wide(const std::string& text)
+{
+    std::string result;
+    for (const char letter : text)
+        result += std::string(1, '\0') + letter;
+    return result;
+}
+
+/// An installed font under a name that no system has.
+std::string renamedFont()
+{
+    std::string font = readTextFile(kInstalledFile);
+    replaceAll(font, wide("Liberation"), wide("Kestrunely"));
+    replaceAll(font, "Liberation", "Kestrunely");
+    return font;
+}
+
+}  // namespace
+
+TEST(ZFontTest, ReadsItsTagAndKeepsTheDefaultsOfWhatIsAbsent)
+{
+    ZXMLElement xml("font");
+    const ZFont none(xml);
+    EXPECT_TRUE(none.GetTypeface().IsEmpty());
+    EXPECT_EQ(none.GetHeight(), 12);
+    xml.AddAttribute("typeface", "Kolm 5pt");
+    xml.AddAttribute("height", 5);
+    const ZFont font(xml);
+    EXPECT_EQ(font.GetTypeface().ToNarrow(), "Kolm 5pt");
+    EXPECT_EQ(font.GetHeight(), 5);
+    EXPECT_FALSE(font.IsBold() || font.IsItalic() || font.IsUnderline());
+    EXPECT_EQ(ZFont::MakeDefault()->GetTypeface().ToNarrow(), "Arial");
+    EXPECT_EQ(ZFont::MakeDefault()->GetHeight(), 12);
+}
+
+TEST(ZFontTest, TellsEachChange)
+{
+    struct Counting : ZFont
+    {
+        void FontChanged() override { ++changes; }
+        int changes = 0;
+    };
+    Counting font;
+    font.SetHeight(7);
+    font.SetUnderline(true);
+    font.SetBold(true);
+    font.SetItalic(true);
+    EXPECT_EQ(font.changes, 4);
+    EXPECT_TRUE(font.GetHeight() == 7 && font.IsUnderline() && font.IsBold() && font.IsItalic());
+}
+
+TEST(ZTextTest, InkLiesWithinWhatWasMeasured)
+{
+    for (const char* typeface : {"Arial", "DejaVu Sans", "No Such Typeface", ""}) {
+        for (const std::int32_t height : {5, 11, 18, 40}) {
+            Page page(typeface, height);
+            const ZString text("PITCH MH");
+            page.DrawString(text, {10, 5, 400, 120}, 1);
+            const ZRect box{10, 5, 10 + page.StringWidth(text), 5 + page.StringHeight(text)};
+            EXPECT_FALSE(page.Ink().IsEmpty());
+            EXPECT_EQ(page.Ink().Union(box), box) << typeface << ' ' << height;
+            EXPECT_LE(box.GetWidth() - page.Ink().GetWidth(), height) << "measured too wide";
+            EXPECT_EQ(page.StringBounds(text, {10, 5, 400, 120}), box);
+        }
+    }
+}
+
+TEST(ZTextTest, WidthsAddUpAndGrowWithTheHeight)
+{
+    Page page;
+    const std::int32_t once = page.StringWidth("MMM");
+    EXPECT_EQ(page.StringWidth("MMMMMM"), 2 * once);
+    EXPECT_EQ(page.StringWidth(""), 0);
+    EXPECT_EQ(page.StringHeight(""), 0);
+    EXPECT_EQ(page.StringHeight("A\nB"), 2 * page.StringHeight("A"));
+    page.SetFont(boost::make_shared<ZFont>("Arial", 40));
+    EXPECT_NEAR(page.StringWidth("MMM"), 2 * once, 4);
+}
+
+TEST(ZTextTest, TheHeightIsTheEmInPixels)
+{
+    Page page("Arial", 100);
+    // Of the typeface: a capital H is 1409 of 2048 units high, the M 1706 wide.
+    page.DrawString("H", {0, 0, 400, 120}, 1);
+    EXPECT_NEAR(page.Ink().GetHeight(), 68.8, 1.5);
+    EXPECT_NEAR(page.StringWidth("M"), 83.3, 1.5);
+}
+
+TEST(ZTextTest, AlignsLeftCentreAndRightAndAnyOtherNumberLeft)
+{
+    const ZRect rect{100, 10, 300, 60};
+    const ZRect left = inkOf("MMM", rect, 1);
+    const ZRect centre = inkOf("MMM", rect, 0);
+    const ZRect right = inkOf("MMM", rect, 2);
+    EXPECT_NEAR(left.left, 100, 3);
+    EXPECT_NEAR(centre.left + centre.right, 400, 3);
+    EXPECT_NEAR(right.right, 300, 3);
+    EXPECT_EQ(left.top, right.top) << "always from the top";
+    for (const std::int32_t other : {-1, 3, 99})
+        EXPECT_EQ(inkOf("MMM", rect, other), left);
+    EXPECT_NEAR(inkOf("\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", rect, 1).left, 100, 3)
+        << "a text that is read from the right";
+}
+
+TEST(ZTextTest, WrapsAtWordsInsideTheRectangle)
+{
+    Page page;
+    const std::int32_t lineHeight = page.StringHeight("X");
+    const std::int32_t width = page.StringWidth("TUNING");
+    const ZRect rect{10, 10, 10 + width, 15};
+    EXPECT_EQ(page.StringBounds("TUNING METER", rect).GetHeight(), 2 * lineHeight);
+    EXPECT_EQ(page.StringBounds("A B", rect).GetHeight(), lineHeight);
+    EXPECT_GE(page.StringBounds("TUNINGTUNINGTUNING", rect).GetHeight(), 3 * lineHeight)
+        << "a word that is too long";
+    const ZRect ink = inkOf("TUNING METER", rect, 1);
+    EXPECT_LE(ink.right, rect.right + 1);
+    EXPECT_GT(ink.GetHeight(), lineHeight);
+}
+
+TEST(ZTextTest, TruncatesToOneLineWithAnEllipsis)
+{
+    Page page;
+    page.SetTruncate(true);
+    const std::int32_t width = page.StringWidth("CHROMATIC");
+    const ZRect rect{10, 10, 10 + width, 15};
+    const ZRect cut = inkOf("CHROMATIC SCALE", rect, 1, true);
+    EXPECT_LE(cut.right, rect.right + 1);
+    EXPECT_LE(cut.GetHeight(), page.StringHeight("X"));
+    EXPECT_EQ(page.StringBounds("CHROMATIC SCALE", rect).GetHeight(), page.StringHeight("X"));
+    EXPECT_EQ(inkOf("CHROMATIC", rect, 1, true), inkOf("CHROMATIC", rect, 1, false))
+        << "cut although it fits";
+    Page ellipsis;
+    ellipsis.SetTruncate(true);
+    ellipsis.DrawString("HHHHHHHHHHHH", {0, 0, 60, 30}, 1);
+    // Dots on the base line at the end, where letters would reach up.
+    const ZRect ink = ellipsis.Ink();
+    EXPECT_EQ(ellipsis.AlphaAt(ink.right - 2, ink.top + 2), 0u);
+    EXPECT_NE(ellipsis.AlphaAt(ink.right - 2, ink.bottom - 1), 0u);
+}
+
+TEST(ZTextTest, ATooNarrowRectangleIsNotLeftToTheRight)
+{
+    for (const bool truncate : {false, true}) {
+        const ZRect ink = inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, truncate);
+        EXPECT_TRUE(ink.IsEmpty() || ink.left >= 19) << truncate;
+        EXPECT_TRUE(inkOf("WIDE TEXT", {20, 10, 19, 30}, 1, truncate).IsEmpty());
+        EXPECT_TRUE(inkOf("WIDE TEXT", {20, 10, -200, 30}, 1, truncate).IsEmpty());
+    }
+    EXPECT_LE(inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, true).right, 25);
+}
+
+TEST(ZTextTest, IsDrawnInThePensColourWithItsAlpha)
+{
+    Page page("Arial", 60);
+    page.SetBrushColor(kWhite);
+    page.SetPenColor({255, 0, 0, 128});
+    page.DrawString("H", {0, 0, 400, 120}, 1);
+    std::uint32_t most = 0;
+    for (const std::uint32_t pixel : page.Pixels()) {
+        most = std::max(most, pixel >> 24);
+        if (pixel != 0u) {
+            EXPECT_EQ(pixel & 0xFFFFu, 0u);
+        }
+    }
+    EXPECT_EQ(most, 128u);
+}
+
+TEST(ZTextTest, StylesShowInTheInk)
+{
+    const auto coverage = [](auto setStyle) {
+        Page page;
+        const auto font = boost::make_shared<ZFont>("Arial", 40);
+        setStyle(*font);
+        page.SetFont(font);
+        page.DrawString("HI", {10, 10, 400, 120}, 1);
+        return page.Coverage();
+    };
+    const double plain = coverage([](ZFont&) {});
+    EXPECT_GT(coverage([](ZFont& font) { font.SetBold(true); }), 1.2 * plain);
+    EXPECT_GT(coverage([](ZFont& font) { font.SetUnderline(true); }), 1.1 * plain);
+    EXPECT_NE(coverage([](ZFont& font) { font.SetItalic(true); }), plain);
+}
+
+TEST(ZTextTest, AnySizeAndAnyCharactersAreSafe)
+{
+    for (const std::int32_t height : {0, -5, std::numeric_limits<std::int32_t>::min()}) {
+        Page page("Arial", height);
+        page.DrawString("text", {0, 0, 100, 100}, 1);
+        EXPECT_EQ(page.Coverage(), 0.0);
+        EXPECT_EQ(page.StringWidth("text"), 0);
+    }
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    Page page("Arial", kMax);
+    page.DrawString("x", {0, 0, kMax, kMax}, 1);
+    EXPECT_GT(page.StringWidth("x"), 0);
+    Page small;
+    const ZString odd(std::string("a\0b\xFF\t\r\n\x01\xF0\x9F\x8E\xB5", 13));
+    small.DrawString(odd, {-kMax, -kMax, kMax, kMax}, 0);
+    EXPECT_GT(small.StringWidth(odd), 0);
+    EXPECT_GT(small.StringWidth(ZString(std::string(20000, 'x'))), 20000);
+}
+
+TEST(ZTextTest, AContextWithoutAFontTakesTheDefaultOne)
+{
+    Canvas canvas(100, 30);
+    EXPECT_EQ(canvas.GetFont(), nullptr);
+    const std::int32_t width = canvas.StringWidth("Text");
+    canvas.SetFont(ZFont::MakeDefault());
+    EXPECT_EQ(canvas.StringWidth("Text"), width);
+    EXPECT_GT(width, 0);
+}
+
+TEST(ZTextTest, CanBeMeasuredOutsideAPaintAsInOne)
+{
+    ZDrawingContext context;
+    context.SetFont(ZFont::MakeDefault());
+    {
+        const ZMeasureScope scope(context);
+        Page page("Arial", 12);
+        EXPECT_EQ(context.StringWidth("Text"), page.StringWidth("Text"));
+    }
+    EXPECT_EQ(context.GetGraphics(), nullptr);
+    Canvas canvas(1, 1);
+    context.SetGraphics(canvas.GetGraphics());
+    {
+        const ZMeasureScope scope(context);
+        EXPECT_EQ(context.GetGraphics(), canvas.GetGraphics());
+    }
+    EXPECT_EQ(context.GetGraphics(), canvas.GetGraphics());
+}
+
+TEST(ZTextTest, ArialHasAMetricTwin)
+{
+    for (const char* text : {"Formant Shift", "C# Db", "0.0"})
+        EXPECT_EQ(Page("Arial").StringWidth(text), Page("Liberation Sans").StringWidth(text));
+}
+
+TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
+{
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("private.ttf"), renamedFont());
+    const ZString text("Kestrune 12");
+    const auto draw = [&](const char* typeface) {
+        Page page(typeface);
+        page.DrawString(text, {0, 0, 400, 120}, 1);
+        return page.Pixels();
+    };
+    const auto fallback = draw("No Such Typeface");
+    const auto installed = draw("Liberation Sans");
+    ASSERT_NE(installed, fallback);
+    {
+        const ZDrawingLibrary library;
+        EXPECT_EQ(draw("Kestrunely Sans"), fallback);
+        AddPrivateFont(folder.Path("private.ttf"));
+        {
+            const ZDrawingLibrary another;
+            AddPrivateFont(folder.Path("private.ttf"));
+        }
+        EXPECT_EQ(draw("Kestrunely Sans"), installed);
+        EXPECT_EQ(Page("Kestrunely Sans").StringWidth(text),
+                  Page("Liberation Sans").StringWidth(text));
+        EXPECT_EQ(draw("Liberation Sans"), installed);
+    }
+    EXPECT_EQ(draw("Kestrunely Sans"), fallback);
+}
+
+TEST(ZPrivateFontTest, AFileThatIsMissingOrNoFontIsPassedOver)
+{
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("cut.ttf"), renamedFont().substr(0, 2000));
+    writeTextFile(folder.Path("text.ttf"), "no font");
+    const ZDrawingLibrary library;
+    for (const char* name : {"cut.ttf", "text.ttf", "missing.ttf"})
+        AddPrivateFont(folder.Path(name));
+    AddPrivateFont("");
+    EXPECT_GT(Page("Kestrunely Sans").StringWidth("text"), 0);
+}
+
+TEST(ZPrivateFontTest, ASystemWithoutAnyFontShowsNoText)
+{
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("fonts.conf"), "<fontconfig></fontconfig>");
+    {
+        const ZDrawingLibrary before;  // ends, and takes the fonts along
+    }
+    {
+        const ZDrawingLibrary library;
+        const EnvironmentVariable config("FONTCONFIG_FILE", folder.Path("fonts.conf").c_str());
+        Page page;
+        page.DrawString("text", {0, 0, 100, 100}, 1);
+        EXPECT_EQ(page.Coverage(), 0.0);
+        EXPECT_EQ(page.StringWidth("text"), 0);
+    }
+    EXPECT_GT(Page().StringWidth("text"), 0);
+}
+
+TEST(ZTextTest, SeveralThreadsDrawWhileFontsComeAndGo)
+{
+    const auto work = [] {
+        for (int i = 0; i < 20; ++i) {
+            const ZDrawingLibrary library;
+            AddPrivateFont("/nowhere/font.ttf");
+            Page page;
+            page.DrawString("text", {0, 0, 100, 100}, 1);
+            EXPECT_GT(page.Coverage(), 0.0);
+        }
+    };
+    std::thread other(work);
+    work();
+    other.join();
+}
+
+}  // namespace orvane
