@@ -1,0 +1,256 @@
+#include "tools/resources/PixelFont.h"
+#include "tools/resources/GlyphOutline.h"
+#include "tools/resources/TrueTypeFile.h"
+
+#include "resources/KestruneResources.h"
+#include "zlib/common/ZResources.h"
+
+#include <cairo-ft.h>
+#include <cairo.h>
+#include <fontconfig/fontconfig.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+using namespace orvane;
+
+namespace
+{
+
+const PixelFont& labelFont()
+{
+    static const PixelFont font = PixelFont::read(KESTRUNE_FONT_DRAWINGS);
+    return font;
+}
+
+PixelFont parsed(const std::string& text)
+{
+    std::istringstream stream(text);
+    return PixelFont::parse(stream);
+}
+
+/// A block of drawings; rows that are not given are empty.
+std::string block(const std::string& heading, std::initializer_list<const char*> rows,
+                  const char* emptyRow)
+{
+    std::string text = heading + "\n";
+    for (const char* row : rows)
+        text += std::string(row) + "\n";
+    for (std::size_t row = rows.size(); row < PixelFont::kRows; ++row)
+        text += std::string(emptyRow) + "\n";
+    return text;
+}
+
+/// Twice the area that the contours enclose; ink counts as positive, as TrueType turns.
+int doubledArea(const std::vector<OutlineContour>& contours)
+{
+    int area = 0;
+    for (const OutlineContour& contour : contours)
+        for (std::size_t index = 0; index < contour.size(); ++index) {
+            const OutlinePoint from = contour[index];
+            const OutlinePoint to = contour[(index + 1) % contour.size()];
+            area += to.x * from.y - from.x * to.y;
+        }
+    return area;
+}
+
+int countInk(const PixelGlyph& glyph)
+{
+    int count = 0;
+    for (const std::string& row : glyph.rows)
+        count += static_cast<int>(std::count(row.begin(), row.end(), '#'));
+    return count;
+}
+
+struct Freer
+{
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+    void operator()(cairo_font_face_t* face) const { cairo_font_face_destroy(face); }
+    void operator()(cairo_font_options_t* options) const { cairo_font_options_destroy(options); }
+    void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+};
+
+template <class T>
+using Owned = std::unique_ptr<T, Freer>;
+
+Owned<FcPattern> committedFont()
+{
+    int faces = 0;
+    return Owned<FcPattern>(
+        FcFreeTypeQuery(reinterpret_cast<const FcChar8*>(KESTRUNE_FONT_FILE), 0, nullptr, &faces));
+}
+
+std::string utf8(char32_t code)
+{
+    FcChar8 bytes[FC_UTF8_MAX_LEN];
+    const int count = FcUcs4ToUtf8(code, bytes);
+    return {bytes, bytes + count};
+}
+
+/// A small canvas that the committed font writes on at 5 pixels; 8 x 8 pixels, a line high.
+class FontCanvas
+{
+public:
+    explicit FontCanvas(cairo_hint_style_t hinting)
+        : mSurface(cairo_image_surface_create(CAIRO_FORMAT_A8, kSize, kSize))
+        , mContext(cairo_create(mSurface.get()))
+    {
+        const Owned<cairo_font_face_t> face(
+            cairo_ft_font_face_create_for_pattern(committedFont().get()));
+        const Owned<cairo_font_options_t> options(cairo_font_options_create());
+        cairo_font_options_set_hint_style(options.get(), hinting);
+        cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_GRAY);
+        cairo_set_font_options(mContext.get(), options.get());
+        cairo_set_font_face(mContext.get(), face.get());
+        cairo_set_font_size(mContext.get(), 5.0);
+    }
+
+    /// Writes a glyph alone; how much of each pixel it covers, 0 to 255.
+    std::vector<unsigned char> write(char32_t code)
+    {
+        cairo_set_operator(mContext.get(), CAIRO_OPERATOR_CLEAR);
+        cairo_paint(mContext.get());
+        cairo_set_operator(mContext.get(), CAIRO_OPERATOR_OVER);
+        cairo_move_to(mContext.get(), 0.0, PixelFont::kRowsAboveBaseline);
+        cairo_show_text(mContext.get(), utf8(code).c_str());
+        cairo_surface_flush(mSurface.get());
+        const unsigned char* const data = cairo_image_surface_get_data(mSurface.get());
+        return {data, data + kSize * kSize};
+    }
+
+    double advance(char32_t code)
+    {
+        cairo_text_extents_t extents;
+        cairo_text_extents(mContext.get(), utf8(code).c_str(), &extents);
+        return extents.x_advance;
+    }
+
+    cairo_font_extents_t lineExtents()
+    {
+        cairo_font_extents_t extents;
+        cairo_font_extents(mContext.get(), &extents);
+        return extents;
+    }
+
+private:
+    static constexpr int kSize = PixelFont::kRows;
+
+    Owned<cairo_surface_t> mSurface;
+    Owned<cairo_t> mContext;
+};
+
+std::vector<unsigned char> drawnPixels(const PixelGlyph& glyph)
+{
+    std::vector<unsigned char> pixels;
+    for (int row = 0; row < PixelFont::kRows; ++row)
+        for (int column = 0; column < PixelFont::kRows; ++column)
+            pixels.push_back(glyph.isInk(column, row) ? 255 : 0);
+    return pixels;
+}
+
+}  // namespace
+
+TEST(PixelFontTest, RefusesDrawingsThatDoNotFitTheirHeading)
+{
+    EXPECT_THROW(parsed(block("A B", {"##"}, "..")), std::runtime_error) << "a drawing is missing";
+    EXPECT_THROW(parsed(block("A", {"##"}, ".")), std::runtime_error) << "rows of two widths";
+    EXPECT_THROW(parsed(block("A", {"x"}, ".")), std::runtime_error) << "neither ink nor paper";
+    EXPECT_THROW(parsed("A\n#\n#\n"), std::runtime_error) << "rows are missing";
+    EXPECT_THROW(parsed(block("AB", {"#"}, ".")), std::runtime_error) << "no name of a glyph";
+    EXPECT_THROW(parsed(block("A U+0041", {"# #"}, ". .")), std::runtime_error) << "drawn twice";
+    EXPECT_EQ(parsed(block("U+0041 #", {"## #"}, ".. .")).glyph('A').width(), 2);
+}
+
+TEST(PixelFontTest, EveryPrintableAsciiCharacterHasADrawingOfItsOwn)
+{
+    std::set<std::vector<std::string>> drawings;
+    for (char32_t code = ' '; code <= '~'; ++code) {
+        const bool isNew = drawings.insert(labelFont().glyph(code).rows).second;
+        // A zero is as round as an O in a font this small; it comes first.
+        EXPECT_TRUE(isNew || code == 'O') << static_cast<char>(code);
+    }
+}
+
+TEST(PixelFontTest, TextIsAsWideAsItsGlyphsAndTheGapsBetweenThem)
+{
+    EXPECT_EQ(labelFont().textWidth(""), 0);
+    EXPECT_EQ(labelFont().textWidth("I"), 1);
+    EXPECT_EQ(labelFont().textWidth("KEY"), 4 + 1 + 4 + 1 + 3);
+}
+
+TEST(GlyphOutlineTest, HolesTurnTheOtherWayAndPixelsThatTouchAtACornerStayApart)
+{
+    const PixelFont ring = parsed(block("o", {"###", "#.#", "###"}, "..."));
+    const auto ringContours = traceOutline(ring.glyph('o'));
+    ASSERT_EQ(ringContours.size(), 2u);
+    EXPECT_EQ(doubledArea({ringContours[0]}), 2 * 9);
+    EXPECT_EQ(doubledArea({ringContours[1]}), -2);
+
+    const PixelFont steps = parsed(block("x", {"#.", ".#"}, ".."));
+    const auto stepContours = traceOutline(steps.glyph('x'));
+    ASSERT_EQ(stepContours.size(), 2u);
+    for (const OutlineContour& contour : stepContours)
+        EXPECT_EQ(contour.size(), 4u);
+}
+
+TEST(GlyphOutlineTest, OutlinesEncloseTheInkOfEveryGlyphWithCornersAlone)
+{
+    for (const PixelGlyph& glyph : labelFont().glyphs()) {
+        SCOPED_TRACE(static_cast<unsigned>(glyph.code));
+        const auto contours = traceOutline(glyph);
+        EXPECT_EQ(doubledArea(contours), 2 * countInk(glyph));
+        for (const OutlineContour& contour : contours)
+            for (std::size_t index = 0; index < contour.size(); ++index) {
+                const OutlinePoint before = contour[index];
+                const OutlinePoint at = contour[(index + 1) % contour.size()];
+                const OutlinePoint after = contour[(index + 2) % contour.size()];
+                EXPECT_NE(before.x == at.x, at.x == after.x);
+            }
+    }
+}
+
+TEST(TrueTypeFileTest, PackedFontIsWhatTheDrawingsGive)
+{
+    const auto packed = kestruneResources().Find("FONT", "Kolm 5pt.ttf");
+    ASSERT_TRUE(packed);
+    const std::vector<std::uint8_t> made = trueTypeFile(labelFont(), "Kolm 5pt");
+    EXPECT_TRUE(std::ranges::equal(*packed, std::as_bytes(std::span(made))))
+        << "scripts/make-artwork was not run after a change";
+}
+
+TEST(TrueTypeFileTest, FileCarriesItsNameAndTheSumThatReadersCheck)
+{
+    const std::vector<std::uint8_t> file = trueTypeFile(labelFont(), "Kolm 5pt");
+    std::uint32_t sum = 0;
+    for (std::size_t index = 0; index < file.size(); ++index)
+        sum += static_cast<std::uint32_t>(file[index]) << (24 - 8 * (index % 4));
+    EXPECT_EQ(sum, 0xB1B0AFBA);
+
+    const Owned<FcPattern> pattern = committedFont();
+    ASSERT_TRUE(pattern);
+    FcChar8* family = nullptr;
+    FcPatternGetString(pattern.get(), FC_FAMILY, 0, &family);
+    EXPECT_STREQ(reinterpret_cast<const char*>(family), "Kolm 5pt");
+}
+
+TEST(TrueTypeFileTest, AtFivePixelsEveryPixelOfADrawingIsOnePixelUnderAnyHinting)
+{
+    for (const cairo_hint_style_t hinting : {CAIRO_HINT_STYLE_DEFAULT, CAIRO_HINT_STYLE_NONE,
+                                             CAIRO_HINT_STYLE_SLIGHT, CAIRO_HINT_STYLE_FULL})
+    {
+        FontCanvas canvas(hinting);
+        EXPECT_NEAR(canvas.lineExtents().ascent, PixelFont::kRowsAboveBaseline, 1e-4);
+        EXPECT_NEAR(canvas.lineExtents().height, PixelFont::kRows, 1e-4);
+        for (const PixelGlyph& glyph : labelFont().glyphs()) {
+            SCOPED_TRACE(static_cast<unsigned>(glyph.code));
+            EXPECT_EQ(canvas.write(glyph.code), drawnPixels(glyph));
+            EXPECT_NEAR(canvas.advance(glyph.code), glyph.width() + PixelFont::kGapColumns, 1e-4);
+        }
+    }
+}

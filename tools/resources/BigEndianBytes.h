@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace orvane
+{
+
+/// Bytes as font files hold them: whole numbers with the highest byte first.
+class BigEndianBytes
+{
+public:
+    void add8(unsigned value) { mBytes.push_back(static_cast<std::uint8_t>(value)); }
+    /// The low 16 bits; so a negative number goes in as its two's complement.
+    void add16(int value)
+    {
+        add8(static_cast<unsigned>(value) >> 8);
+        add8(static_cast<unsigned>(value));
+    }
+    void add16(std::initializer_list<int> values)
+    {
+        for (const int value : values)
+            add16(value);
+    }
+    void add32(std::uint32_t value)
+    {
+        add16(static_cast<int>(value >> 16));
+        add16(static_cast<int>(value & 0xFFFF));
+    }
+    void addText(std::string_view text) { mBytes.insert(mBytes.end(), text.begin(), text.end()); }
+    void add(std::span<const std::uint8_t> bytes)
+    {
+        mBytes.insert(mBytes.end(), bytes.begin(), bytes.end());
+    }
+    /// Adds zeros up to a multiple of 4 bytes, the unit that tables and checksums count in.
+    void align() { mBytes.resize((mBytes.size() + 3) / 4 * 4); }
+
+    [[nodiscard]] std::size_t size() const { return mBytes.size(); }
+    [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return mBytes; }
+
+private:
+    std::vector<std::uint8_t> mBytes;
+};
+
+}  // namespace orvane
