@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cairo.h>
+
+#include <string_view>
+
+namespace orvane
+{
+
+class PixelFont;
+
+enum class BoxState
+{
+    kOff,
+    kOn,
+    kDisabled
+};
+
+enum class ButtonState
+{
+    kOff,
+    kOver,  // under the pointer
+    kDown   // held by the mouse, or latched
+};
+
+enum class ButtonLamp
+{
+    kNone,
+    kDark,
+    kLit
+};
+
+/// Paints a box of green glass in a well, 14 x 14 pixels, ticked and lit when on.
+void paintCheckBox(cairo_t* context, BoxState state);
+
+/// Paints the thumb of the horizontal slider with its shadow, 33 x 20 pixels.
+void paintSliderThumb(cairo_t* context);
+
+/// Paints a metal button with its label, in capitals, and perhaps a lamp; 72 x 15 pixels.
+void paintButton(cairo_t* context, const PixelFont& font, std::string_view label, ButtonState state,
+                 ButtonLamp lamp);
+
+}  // namespace orvane
