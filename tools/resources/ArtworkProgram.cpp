@@ -1,0 +1,84 @@
+#include "tools/resources/ArtworkTable.h"
+#include "tools/resources/PixelFont.h"
+#include "tools/resources/TrueTypeFile.h"
+#include "tools/resources/WindowMock.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+using namespace orvane;
+
+namespace
+{
+
+constexpr const char* kFontFamily = "Kolm 5pt";
+
+struct Arguments
+{
+    std::string drawings;
+    std::string resources;
+    std::string mock;
+    int scale = 1;
+};
+
+void writeFont(const PixelFont& font, const std::filesystem::path& file)
+{
+    const std::vector<std::uint8_t> bytes = trueTypeFile(font, kFontFamily);
+    std::ofstream out(file, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    if (!out.flush())
+        throw std::runtime_error("cannot write " + file.string());
+}
+
+void makeArtwork(const Arguments& arguments)
+{
+    const std::filesystem::path images = std::filesystem::path(arguments.resources) / "images";
+    const std::filesystem::path fonts = std::filesystem::path(arguments.resources) / "fonts";
+    std::filesystem::create_directories(images);
+    std::filesystem::create_directories(fonts);
+    const PixelFont font = PixelFont::read(arguments.drawings);
+    for (const Artwork& artwork : artworkTable())
+        writePng(paintArtwork(artwork, font).get(), images / artwork.name);
+    writeFont(font, fonts / (std::string(kFontFamily) + ".ttf"));
+    if (!arguments.mock.empty())
+        writePng(paintWindowMock(images, font, arguments.scale).get(), arguments.mock);
+}
+
+int parseAndRun(int argc, char** argv)
+{
+    Arguments arguments;
+    CLI::App app("Makes the pictures and the pixel font of the window.");
+    app.add_option("DRAWINGS", arguments.drawings, "glyphs of the pixel font")->required();
+    app.add_option("RESOURCES", arguments.resources, "folder that gets images and fonts")
+        ->required();
+    app.add_option("--mock", arguments.mock, "PNG file to write a picture of the whole window to");
+    app.add_option("--scale", arguments.scale, "how often the mock is enlarged")
+        ->check(CLI::Range(1, 8))
+        ->capture_default_str();
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& success) {
+        return app.exit(success);
+    }
+    makeArtwork(arguments);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return parseAndRun(argc, argv);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "kestrune-artwork: %s\n", failure.what());
+    }
+    return 2;
+}
