@@ -46,6 +46,9 @@ std::unique_ptr<ZPlugin> startApplication()
     app->ProcessQueue();
     if (const auto document = app->GetDocumentManager()->GetCurrentDocument())
         app->ExposeElements(*document);
+    // Delivers what the start has marked while nobody takes values out to the host: defaults are no
+    // automation, and must not come after a state that the host restores.
+    app->Tick();
     return app;
 }
 

@@ -31,6 +31,23 @@ namespace
 constexpr std::int32_t kPrograms = 1;  // without factory presets
 constexpr int kChannels = 2;
 
+/// True for the life of the object.
+class RaisedFlag
+{
+public:
+    explicit RaisedFlag(bool& flag)
+        : mFlag(flag)
+    {
+        mFlag = true;
+    }
+    RaisedFlag(const RaisedFlag&) = delete;
+    RaisedFlag& operator=(const RaisedFlag&) = delete;
+    ~RaisedFlag() { mFlag = false; }
+
+private:
+    bool& mFlag;
+};
+
 // The way of a block where there is no network. A host that ignores the announced channels may hand
 // over fewer arrays or none.
 void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStream::Output output)
@@ -243,6 +260,7 @@ void ZVSTPlugin::TickByStream(std::int32_t frames, float rate) noexcept
         return;
     try {
         const ZInterfaceLock lock;
+        const RaisedFlag ticks(mTicksByStream);
         mApp->Tick();
     } catch (...) {
         mFaults.Keep();
@@ -259,6 +277,7 @@ bool ZVSTPlugin::HostIsOffline()
 bool ZVSTPlugin::BeatTicks()
 {
     mFaults.Report();
+    TellHostOfWaiting();
     return mClock.WallClockTicks(ZStreamClock::Clock::now());
 }
 
@@ -297,6 +316,21 @@ void ZVSTPlugin::setParameterAutomated(std::int32_t index, float value)
     mAutomatingParam.store(index, std::memory_order_relaxed);
     AudioEffectX::setParameterAutomated(index, value);
     mAutomatingParam.store(kNotAutomating, std::memory_order_relaxed);
+}
+
+void ZVSTPlugin::TellHost(std::int32_t index)
+{
+    if (mTicksByStream)
+        mToldNextBeat.push_back(index);
+    else
+        setParameterAutomated(index, getParameter(index));
+}
+
+void ZVSTPlugin::TellHostOfWaiting()
+{
+    // Taken out first: the lock is given up around each call of the host.
+    for (const std::int32_t index : std::exchange(mToldNextBeat, {}))
+        setParameterAutomated(index, getParameter(index));
 }
 
 void ZVSTPlugin::getParameterDisplay(std::int32_t index, std::span<char> text)

@@ -15,6 +15,7 @@
 #include <memory>
 #include <span>
 #include <thread>
+#include <vector>
 
 namespace orvane
 {
@@ -73,6 +74,10 @@ public:
     /// The value just set. [any thread, audio thread included]
     [[nodiscard]] float getParameter(std::int32_t index) override;
     void setParameterAutomated(std::int32_t index, float value) override;
+    /// Tells the host of a change made in the plug-in: now, or from the interface thread when the
+    /// tick runs on the host's rendering thread, where such a call can lock a host up.
+    /// [whoever ticks]
+    void TellHost(std::int32_t index);
     void getParameterDisplay(std::int32_t index, std::span<char> text) override;
     void getParameterName(std::int32_t index, std::span<char> text) override;
     /// Of switches only, which are elements with two values.
@@ -101,6 +106,7 @@ private:
                   ZHostStream::Output output) noexcept;
     void TickByStream(std::int32_t frames, float rate) noexcept;
     [[nodiscard]] bool HostIsOffline();
+    void TellHostOfWaiting();
 
     ZInterfaceThread mInterfaceThread;  // first, since it outlives all that it serves
     const std::thread::id mEntryThread = std::this_thread::get_id();
@@ -111,6 +117,9 @@ private:
     boost::shared_ptr<ZAudioDocument> mDocument;
     // The parameter that is being told to the host, -1 at rest. Written by the interface thread.
     std::atomic<std::int32_t> mAutomatingParam{kNotAutomating};
+    // Both guarded by the interface lock.
+    bool mTicksByStream = false;              // a tick of the stream is running
+    std::vector<std::int32_t> mToldNextBeat;  // parameters that wait for the interface thread
     std::int32_t mCurrentProgram = 0;
     ZString mProgramName = "Init";
     bool mWantsMidi = false;

@@ -1,6 +1,5 @@
 #include "pluginwrappers/common/ZVSTSetParameterFn.h"
 
-#include "pluginwrappers/common/HostParameter.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "zlib/common/ZElement.h"
 #include "zlib/common/ZException.h"
@@ -13,7 +12,7 @@ void ZVSTSetParameterFn::SetParameter(const boost::shared_ptr<ZElement>& element
 {
     if (element->GetType() != ZElement::ZFLOAT && element->GetType() != ZElement::ZDISCRETE)
         throw ZException(-1, "non-automatable element");
-    mPlugin.setParameterAutomated(index, hostValueOf(*element));
+    mPlugin.TellHost(index);
 }
 
 void ZVSTSetParameterFn::BeginEdit(std::int32_t index)

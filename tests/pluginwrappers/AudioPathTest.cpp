@@ -1,9 +1,18 @@
 #include "TestHost.h"
 
+#include "pluginwrappers/common/VstOpcodes.h"
+
+#include "support/Measure.h"
+#include "support/Signals.h"
+#include "tools/singer/Singer.h"
+
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
+#include <cmath>
+#include <functional>
 #include <random>
+#include <span>
 #include <vector>
 
 namespace orvane
@@ -12,58 +21,124 @@ namespace orvane
 namespace
 {
 
-constexpr std::size_t kFrames = 333;
+constexpr std::int32_t kLargestBlock = 8192;
+constexpr int kCorrectPitch = 0;
+constexpr int kCorrectionTime = 4;
 
-std::vector<float> noise(unsigned seed)
+using BlockSizes = std::function<std::int32_t()>;
+
+BlockSizes always(std::int32_t frames)
 {
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<float> samples(-1.0f, 1.0f);
-    std::vector<float> result(kFrames);
-    for (float& sample : result)
-        sample = samples(random);
-    return result;
+    return [frames] { return frames; };
+}
+
+BlockSizes upToLargest(unsigned seed)
+{
+    return [random = std::mt19937(seed)]() mutable {
+        return static_cast<std::int32_t>(random() % kLargestBlock) + 1;
+    };
+}
+
+/// An instance in a host that renders, ready to play.
+class Stream
+{
+public:
+    Stream(const TestHost& host, float rate)
+        : effect(host.Open())
+    {
+        TestHost::SetOffline(true);
+        ask(effect, effOpen);
+        ask(effect, effSetSampleRate, 0, 0, nullptr, rate);
+        ask(effect, effSetBlockSize, 0, kLargestBlock);
+    }
+    ~Stream() { closeEffect(effect); }
+
+    /// Runs a signal through both channels and gives the left of them.
+    std::vector<float> Run(std::vector<float> signal, const BlockSizes& sizes) const
+    {
+        std::vector<float> left(signal.size());
+        std::vector<float> right(signal.size());
+        ask(effect, effMainsChanged, 0, 1);
+        for (std::size_t at = 0; at < signal.size();) {
+            const auto frames =
+                std::min<std::size_t>(static_cast<std::size_t>(sizes()), signal.size() - at);
+            float* in[] = {signal.data() + at, signal.data() + at};
+            float* out[] = {left.data() + at, right.data() + at};
+            effect->processReplacing(effect, in, out, static_cast<std::int32_t>(frames));
+            at += frames;
+        }
+        ask(effect, effMainsChanged, 0, 0);
+        return left;
+    }
+
+    AEffect* effect;
+};
+
+std::vector<float> corrected(const TestHost& host, const std::vector<float>& voice,
+                             const BlockSizes& sizes)
+{
+    const Stream stream(host, 44100.0f);
+    stream.effect->setParameter(stream.effect, kCorrectPitch, 1.0f);
+    stream.effect->setParameter(stream.effect, kCorrectionTime, 0.1f);
+    return stream.Run(voice, sizes);
 }
 
 }  // namespace
 
-TEST(AudioPathTest, ProcessAddsWhatProcessReplacingWrites)
+TEST(AudioPathTest, DryOutputIsTheInputDelayedByTheLatencyToldWhateverTheBlocks)
+{
+    struct Row
+    {
+        float rate;
+        std::int32_t latency;
+    };
+    const TestHost host;
+    for (const Row& row : {Row{44100.0f, 18871}, Row{48000.0f, 20536}, Row{88200.0f, 37722},
+                           Row{96000.0f, 41063}, Row{32000.0f, 0}, Row{192000.0f, 0}})
+    {
+        SCOPED_TRACE(row.rate);
+        const Stream stream(host, row.rate);
+        const std::int32_t latency = stream.effect->initialDelay;
+        if (row.latency != 0) {
+            EXPECT_EQ(latency, row.latency);
+        }
+        EXPECT_NEAR(static_cast<float>(latency) / row.rate, 0.428f, 0.001f);
+
+        const auto signal = whiteNoise(0.7f, latency + 20000, 9);
+        const std::vector<float> output = stream.Run(signal, upToLargest(7));
+        EXPECT_TRUE(std::all_of(output.begin(), output.begin() + latency,
+                                [](float sample) { return sample == 0.0f; }));
+        EXPECT_TRUE(std::equal(output.begin() + latency, output.end(), signal.begin()));
+    }
+}
+
+TEST(AudioPathTest, AVoiceComesOutInTuneAndTheSameForAllBlockSizes)
 {
     const TestHost host;
-    AEffect* const effect = host.Open();
-    ASSERT_NE(effect, nullptr);
-    const auto frames = static_cast<std::int32_t>(kFrames);
-    std::array<std::vector<float>, 2> in{noise(1), noise(2)};
-    std::array<std::vector<float>, 2> replaced{noise(3), noise(4)};
-    std::array<std::vector<float>, 2> added{noise(5), noise(6)};
-    const auto before = added;
-    float* inputs[] = {in[0].data(), in[1].data()};
-    float* overwritten[] = {replaced[0].data(), replaced[1].data()};
-    float* summed[] = {added[0].data(), added[1].data()};
-    effect->processReplacing(effect, inputs, overwritten, frames);
-    effect->process(effect, inputs, summed, frames);
-    EXPECT_EQ(replaced, in);  // no network: the plain path
-    for (std::size_t channel = 0; channel < 2; ++channel) {
-        for (std::size_t i = 0; i < kFrames; ++i)
-            ASSERT_FLOAT_EQ(added[channel][i], before[channel][i] + in[channel][i]);
-    }
-    closeEffect(effect);
+    const auto voice = steadyVowel(Vowel::kA, 220.0 * std::exp2(40.0 / 1200.0), 44100.0, 2.0);
+    const std::vector<float> output = corrected(host, voice, always(512));
+    const auto end = std::span(output).last(15000);
+    EXPECT_NEAR(centsBetween(measurePitch(end, 44100.0, 220.0), 220.0), 0.0, 5.0);
+    EXPECT_EQ(corrected(host, voice, always(512)), output);  // and every time
+    for (const std::int32_t frames : {37, 64, 1000, kLargestBlock})
+        EXPECT_EQ(corrected(host, voice, always(frames)), output) << frames;
+    EXPECT_EQ(corrected(host, voice, upToLargest(3)), output);
 }
 
 TEST(AudioPathTest, BearsInPlaceAndEmptyBlocksAndMissingChannels)
 {
     const TestHost host;
-    AEffect* const effect = host.Open();
-    ASSERT_NE(effect, nullptr);
-    std::vector<float> samples = noise(7);
-    const std::vector<float> before = samples;
+    const Stream stream(host, 44100.0f);
+    AEffect* const effect = stream.effect;
+    std::vector<float> samples = whiteNoise(0.5f, 333, 7);
     float* inPlace[] = {samples.data(), nullptr};
-    effect->processReplacing(effect, inPlace, inPlace, static_cast<std::int32_t>(kFrames));
+    effect->processReplacing(effect, inPlace, inPlace, 333);
+    EXPECT_EQ(samples, std::vector<float>(333, 0.0f));  // the latency's silence
     for (const std::int32_t frames : {0, -1, INT32_MIN}) {
         effect->processReplacing(effect, inPlace, inPlace, frames);
         effect->process(effect, inPlace, inPlace, frames);
+        effect->process(effect, nullptr, nullptr, 64);
     }
-    EXPECT_EQ(samples, before);
-    closeEffect(effect);
 }
 
 }  // namespace orvane

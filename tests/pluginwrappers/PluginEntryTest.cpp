@@ -46,12 +46,12 @@ TEST(PluginEntryTest, TheRecordIsFilledAsHostsExpectIt)
     ASSERT_NE(effect, nullptr);
     EXPECT_EQ(effect->magic, 0x56737450);
     EXPECT_EQ(effect->numPrograms, 1);
-    EXPECT_EQ(effect->numParams, 0);
+    EXPECT_EQ(effect->numParams, 5);
     EXPECT_EQ(effect->numInputs, 2);
     EXPECT_EQ(effect->numOutputs, 2);
     EXPECT_EQ(effect->flags & ~effFlagsHasEditor,
               effFlagsCanMono | effFlagsCanReplacing | effFlagsProgramChunks);
-    EXPECT_EQ(effect->initialDelay, 0);
+    EXPECT_EQ(effect->initialDelay, 18871);
     EXPECT_EQ(effect->ioRatio, 1.0f);
     EXPECT_NE(effect->object, nullptr);
     EXPECT_EQ(effect->uniqueID, 0x6f636d6e);  // ocmn

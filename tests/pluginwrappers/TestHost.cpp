@@ -21,6 +21,7 @@ struct HostLog
 {
     std::mutex mutex;
     std::intptr_t versionAnswer = 0;
+    bool offline = false;
     std::vector<HostCall> calls;
 };
 
@@ -61,15 +62,30 @@ TestHost::TestHost(std::intptr_t versionAnswer)
 {
     const std::lock_guard lock(hostLog().mutex);
     hostLog().versionAnswer = versionAnswer;
+    hostLog().offline = false;
     hostLog().calls.clear();
 }
 
-std::intptr_t TestHost::callback(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
-                                 std::intptr_t value, void* /*ptr*/, float /*opt*/)
+std::intptr_t TestHost::callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
+                                 std::intptr_t value, void* /*ptr*/, float opt)
 {
     const std::lock_guard lock(hostLog().mutex);
-    hostLog().calls.push_back({effect, opcode, value});
-    return opcode == audioMasterVersion ? hostLog().versionAnswer : 0;
+    switch (opcode) {
+    case audioMasterGetCurrentProcessLevel:  // at every block, so not for the log
+        return hostLog().offline ? kVstProcessLevelOffline : 0;
+    case audioMasterVersion:
+        hostLog().calls.push_back({effect, opcode, index, value, opt});
+        return hostLog().versionAnswer;
+    default:
+        hostLog().calls.push_back({effect, opcode, index, value, opt});
+        return 0;
+    }
+}
+
+void TestHost::SetOffline(bool offline)
+{
+    const std::lock_guard lock(hostLog().mutex);
+    hostLog().offline = offline;
 }
 
 std::vector<HostCall> TestHost::Calls()

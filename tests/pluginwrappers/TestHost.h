@@ -33,7 +33,9 @@ struct HostCall
 {
     AEffect* effect;
     std::int32_t opcode;
+    std::int32_t index;
     std::intptr_t value;
+    float opt;
 };
 
 /// A host's side of the interface. It has no place for an object in its callback, so there is one
@@ -46,6 +48,8 @@ public:
     static std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
                                   std::intptr_t value, void* ptr, float opt);
     [[nodiscard]] static std::vector<HostCall> Calls();
+    /// What the host says of its processing from now on: one that plays, unless it renders.
+    static void SetOffline(bool offline);
 
     /// Opens an instance; null when the plug-in does not load.
     [[nodiscard]] AEffect* Open() const { return mLibrary.Entry()(callback); }

@@ -134,8 +134,8 @@ TEST(PluginInstanceTest, AChangeOfLatencyThatComesTooLateIsToldAndKeepsTheLength
 TEST(PluginInstanceTest, CallsThatTellOfParametersAreCounted)
 {
     FakeRender render("automates");
-    EXPECT_EQ(render.Run(testVoice(1, 0.3)).automationCalls,
-              static_cast<int>(fakePluginLog().blocks.size()));
+    const int calls = render.Run(testVoice(1, 0.3)).automationCalls;
+    EXPECT_EQ(calls, static_cast<int>(fakePluginLog().blocks.size()));
 }
 
 TEST(PluginInstanceTest, ListingNamesParametersAndPrograms)
