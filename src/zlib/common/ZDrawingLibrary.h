@@ -5,9 +5,10 @@ namespace orvane
 
 class ZString;
 
-/// Keeps what drawing shares in a process: the fonts, installed and private. Each application
-/// holds one from before its first drawing to after its last; with the last one all of it is freed.
-/// Drawing without one works too, and then the fonts stay. [any thread but the audio thread]
+/// Keeps what drawing shares in a library: the fonts, installed and private. Each application holds
+/// one from before its first drawing to after its last. With the last one the private fonts are
+/// forgotten, and the library may be unloaded: the fonts in use are left to the process, which
+/// gives them to the next one. [any thread but the audio thread]
 class ZDrawingLibrary
 {
 public:

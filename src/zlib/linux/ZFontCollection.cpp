@@ -41,16 +41,38 @@ bool hasFonts(FcConfig* config)
     return holds(FcSetSystem) || holds(FcSetApplication);
 }
 
-GObjectPointer<PangoFontMap> makeFontMap(const std::vector<std::string>& files)
+PangoFontMap* makeFontMap(const std::vector<std::string>& files)
 {
     const ConfigPointer config = loadConfig(files);
     // Text layout takes it for granted that some font stands in for all others.
     if (!config || !hasFonts(config.get()))
         return nullptr;
-    GObjectPointer<PangoFontMap> map(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT));
+    PangoFontMap* const map = pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT);
     if (map)
-        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(map.get()), config.get());
+        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(map), config.get());
     return map;
+}
+
+/// The process keeps maps that nobody uses under the place of a function that is never unloaded and
+/// the files the map was made with.
+gconstpointer keepingPlace()
+{
+    return reinterpret_cast<gconstpointer>(&pango_cairo_show_layout);
+}
+
+GQuark keepingName(const std::vector<std::string>& files)
+{
+    std::string name = "orvane fonts";
+    for (const std::string& file : files)
+        name += '\n' + file;
+    return g_quark_from_string(name.c_str());
+}
+
+/// Taken, so that no second library in the process has it too.
+PangoFontMap* takeFontMap(const std::vector<std::string>& files)
+{
+    return static_cast<PangoFontMap*>(
+        g_dataset_id_remove_no_notify(keepingPlace(), keepingName(files)));
 }
 
 // Never destroyed: the interface thread may draw until the very end of the process.
@@ -74,8 +96,7 @@ void ZFontCollection::Release()
     const std::lock_guard lock(mMutex);
     if (--mUsers > 0)
         return;
-    mFontMap.reset();
-    mCurrent = false;
+    LeaveFontMap();
     mFiles = {};
 }
 
@@ -84,18 +105,28 @@ void ZFontCollection::AddFile(const std::string& path)
     const std::lock_guard lock(mMutex);
     if (std::find(mFiles.begin(), mFiles.end(), path) != mFiles.end())
         return;
-    mFiles.push_back(path);
     // A lookup may be under way in the map's own thread, so the configuration it reads is never
-    // changed: the next text gets a new one.
+    // changed: the next text gets another map.
+    LeaveFontMap();
+    mFiles.push_back(path);
+}
+
+void ZFontCollection::LeaveFontMap()
+{
+    if (mFontMap)
+        g_dataset_id_set_data(keepingPlace(), keepingName(mFiles), mFontMap);
+    mFontMap = nullptr;
     mCurrent = false;
 }
 
 PangoFontMap* ZFontCollection::GetFontMap()
 {
     if (!mCurrent)
+        mFontMap = takeFontMap(mFiles);
+    if (!mCurrent && !mFontMap)
         mFontMap = makeFontMap(mFiles);
     mCurrent = true;
-    return mFontMap.get();
+    return mFontMap;
 }
 
 ZDrawingLibrary::ZDrawingLibrary()

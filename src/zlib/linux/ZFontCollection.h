@@ -18,9 +18,13 @@ struct GObjectFreer
 template <typename T>
 using GObjectPointer = std::unique_ptr<T, GObjectFreer>;
 
-/// The fonts of the process's applications: a font map of our own over a fontconfig configuration
+/// The fonts of the library's applications: a font map of our own over a fontconfig configuration
 /// of our own, with the installed fonts and the private ones. The host, which may draw texts too,
-/// sees neither. One for the library; counted by ZDrawingLibrary and freed with the last.
+/// sees neither. Counted by ZDrawingLibrary.
+///
+/// A font map is never freed: it looks fonts up in a thread that it does not wait for, and that
+/// thread goes on with a map that is gone. Instead the last ZDrawingLibrary leaves it to the
+/// process, where the next one finds it, also when the library was unloaded in between.
 ///
 /// Font maps have no lock, and applications draw on more than one thread over time, so whoever uses
 /// the map holds Lock() all the while. [any thread but the audio thread]
@@ -39,11 +43,13 @@ public:
     [[nodiscard]] PangoFontMap* GetFontMap();
 
 private:
+    void LeaveFontMap();
+
     std::mutex mMutex;
     int mUsers = 0;
     std::vector<std::string> mFiles;
-    bool mCurrent = false;  // mFontMap is what the fonts of now give
-    GObjectPointer<PangoFontMap> mFontMap;
+    bool mCurrent = false;  // mFontMap is what mFiles give
+    PangoFontMap* mFontMap = nullptr;
 };
 
 }  // namespace orvane
