@@ -5,7 +5,9 @@
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZInterfaceLock.h"
 
+#include <chrono>
 #include <cstddef>
+#include <thread>
 #include <utility>
 
 namespace orvane
@@ -252,9 +254,27 @@ std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std
 {
     if (audioMaster == nullptr)
         return 0;
-    // The host may call back, and may wait for another of its threads that does.
-    const ZInterfaceUnlock unlocked;
-    return audioMaster(&cEffect, opcode, index, value, ptr, opt);
+    // Counted with the lock held on both sides: whoever holds it sees a call that is not yet back.
+    ++mHostCalls;
+    mCallingThread = std::this_thread::get_id();
+    std::intptr_t answer = 0;
+    {
+        // The host may call back, and may wait for another of its threads that does.
+        const ZInterfaceUnlock unlocked;
+        answer = audioMaster(&cEffect, opcode, index, value, ptr, opt);
+    }
+    --mHostCalls;
+    return answer;
+}
+
+void AudioEffect::waitForHostCalls()
+{
+    constexpr std::chrono::milliseconds kPause(1);
+    // A host that closes from inside a call waits for nobody: that call is its own.
+    while (mHostCalls > 0 && mCallingThread != std::this_thread::get_id()) {
+        const ZInterfaceUnlock unlocked;
+        std::this_thread::sleep_for(kPause);
+    }
 }
 
 void AudioEffect::setFlag(AEffectFlags flag, bool state)

@@ -3,9 +3,11 @@
 #include "pluginwrappers/common/AEffEditor.h"
 #include "pluginwrappers/common/AEffect.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <thread>
 
 namespace orvane
 {
@@ -85,6 +87,10 @@ protected:
     std::intptr_t callHost(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
                            void* ptr = nullptr, float opt = 0.0f);
 
+    /// Waits until the interface thread is back from the host, so that the object may go. The
+    /// interface lock, which is held, is given up meanwhile.
+    void waitForHostCalls();
+
     audioMasterCallback audioMaster;
     std::unique_ptr<AEffEditor> editor;
     float sampleRate = 44100.0f;  // Hz
@@ -95,6 +101,10 @@ protected:
     AEffect cEffect{};
 
 private:
+    // Calls of the host that are not yet back, and who made the newest of them.
+    std::atomic<int> mHostCalls{0};
+    std::atomic<std::thread::id> mCallingThread{};
+
     void setFlag(AEffectFlags flag, bool state);
     std::intptr_t dispatchProgram(std::int32_t opcode, std::intptr_t value, void* ptr);
     std::intptr_t dispatchParameterText(std::int32_t opcode, std::int32_t index, void* ptr);

@@ -89,6 +89,7 @@ ZVSTPlugin::~ZVSTPlugin()
 {
     // Ends with the body: the lock is not held while the interface thread is joined.
     const ZInterfaceLock lock;
+    waitForHostCalls();
     try {
         editor.reset();
         mDocument.reset();

@@ -185,6 +185,10 @@ void ZBuffer::StoreAs(Format* target, std::size_t stride, std::size_t offset,
 
 void ZBuffer::Load(const float* source, std::size_t stride, std::size_t offset, std::uint32_t count)
 {
+    if (stride == 1 && count <= mLength) {
+        std::copy_n(source + offset, count, mData.get());
+        return;
+    }
     LoadAs(source, stride, offset, count);
 }
 void ZBuffer::Load(const std::int8_t* source, std::size_t stride, std::size_t offset,
@@ -206,6 +210,11 @@ void ZBuffer::Load(const std::int32_t* source, std::size_t stride, std::size_t o
 void ZBuffer::Store(float* target, std::size_t stride, std::size_t offset,
                     std::uint32_t count) const
 {
+    // A whole channel, which is what every block of a host is: copied as it stands.
+    if (stride == 1 && count <= mLength) {
+        std::copy_n(mData.get(), count, target + offset);
+        return;
+    }
     StoreAs(target, stride, offset, count);
 }
 void ZBuffer::Store(std::int8_t* target, std::size_t stride, std::size_t offset,

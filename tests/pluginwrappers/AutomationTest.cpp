@@ -1,0 +1,155 @@
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/common/ZVSTPlugin.h"
+
+#include "support/SmallPlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+struct ToldHost
+{
+    std::int32_t opcode;
+    float value;
+    std::thread::id thread;
+};
+
+std::mutex gMutex;
+std::vector<ToldHost> gTold;
+std::atomic<std::int32_t> gProcessLevel{0};
+std::function<void(AEffect*)> gInsideAutomate;
+
+std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
+                       std::intptr_t /*value*/, void* /*ptr*/, float opt)
+{
+    if (opcode == audioMasterGetCurrentProcessLevel)
+        return gProcessLevel;
+    if (opcode == audioMasterAutomate || opcode == audioMasterBeginEdit ||
+        opcode == audioMasterEndEdit) {
+        const std::lock_guard guard(gMutex);
+        gTold.push_back({opcode, opt, std::this_thread::get_id()});
+    }
+    if (opcode == audioMasterAutomate && gInsideAutomate)
+        gInsideAutomate(effect);
+    return 0;
+}
+
+std::vector<ToldHost> told()
+{
+    const std::lock_guard guard(gMutex);
+    return gTold;
+}
+
+/// One parameter, the gain, from -1 to 1.
+class AutomationTest : public testing::Test
+{
+protected:
+    AutomationTest()
+    {
+        gTold.clear();
+        gProcessLevel = 0;
+        gInsideAutomate = nullptr;
+        auto made = SmallPlugin::Make();
+        app = made.get();
+        gain = app->Gain();
+        gain->SetExposed(true);
+        const ZInterfaceLock lock;
+        app->AddExposedElement(gain);
+        app->Tick();
+        plugin = std::make_unique<ZVSTPlugin>(callback, std::move(made));
+        app->InitLooper();
+    }
+
+    static bool ToldWithin(std::chrono::milliseconds time, std::size_t count)
+    {
+        const auto end = std::chrono::steady_clock::now() + time;
+        while (told().size() < count && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(2ms);
+        return told().size() >= count;
+    }
+
+    SmallPlugin* app = nullptr;
+    boost::shared_ptr<ZElement> gain;
+    std::unique_ptr<ZVSTPlugin> plugin;
+};
+
+}  // namespace
+
+TEST_F(AutomationTest, AUsersChangeReachesTheHostOnceATickWithItsGesture)
+{
+    {
+        const ZInterfaceLock lock;
+        app->BeginEdit(gain.get());
+        for (const float value : {0.1f, 0.2f, 0.5f})
+            gain->SetZFloat(value, false);
+    }
+    ASSERT_TRUE(ToldWithin(2s, 2));
+    {
+        const ZInterfaceLock lock;
+        app->EndEdit(gain.get());
+    }
+    const auto calls = told();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].opcode, audioMasterBeginEdit);
+    EXPECT_EQ(calls[1].opcode, audioMasterAutomate);
+    EXPECT_FLOAT_EQ(calls[1].value, 0.75f);
+    EXPECT_EQ(calls[2].opcode, audioMasterEndEdit);
+}
+
+TEST_F(AutomationTest, WhileTheHostIsToldItReadsTheNewValueAndSetsNone)
+{
+    std::atomic<float> read{-1.0f};
+    gInsideAutomate = [&](AEffect* effect) {
+        effect->setParameter(effect, 0, 0.0f);
+        read = effect->getParameter(effect, 0);
+    };
+    gain->SetZFloat(0.5f, false);
+    ASSERT_TRUE(ToldWithin(2s, 1));
+    {
+        const ZInterfaceLock lock;  // the call is back once the tick gives the lock up
+    }
+    EXPECT_FLOAT_EQ(read, 0.75f);
+    EXPECT_EQ(gain->GetZFloat(), 0.5f);
+}
+
+TEST_F(AutomationTest, ATickOfTheStreamLeavesTheTellingToTheInterfaceThread)
+{
+    gProcessLevel = kVstProcessLevelOffline;
+    AEffect* const effect = plugin->getAeffect();
+    effect->dispatcher(effect, effSetBlockSize, 0, 4410, nullptr, 0.0f);
+    gain->SetZFloat(-0.5f, false);
+    std::vector<float> channel(4410);
+    float* channels[] = {channel.data(), channel.data()};
+    effect->processReplacing(effect, channels, channels, 4410);
+    ASSERT_TRUE(ToldWithin(2s, 1));
+    EXPECT_NE(told().front().thread, std::this_thread::get_id());
+    EXPECT_FLOAT_EQ(told().front().value, 0.25f);
+}
+
+TEST_F(AutomationTest, ClosingWaitsForACallOfTheHostThatIsNotYetBack)
+{
+    std::atomic<bool> back{false};
+    gInsideAutomate = [&](AEffect*) {
+        std::this_thread::sleep_for(100ms);
+        back = true;
+    };
+    gain->SetZFloat(0.5f, false);
+    ASSERT_TRUE(ToldWithin(2s, 1));
+    plugin.reset();
+    EXPECT_TRUE(back);
+}
+
+}  // namespace orvane
