@@ -1,0 +1,106 @@
+#include "pluginwrappers/common/PluginEntry.h"
+#include "pluginwrappers/common/VstOpcodes.h"
+
+#include "support/RealtimeGuard.h"
+#include "support/Signals.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+
+constexpr float kRate = 44100.0f;
+constexpr std::int32_t kLargestBlock = 2048;
+
+std::intptr_t callback(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
+                       std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
+{
+    return opcode == audioMasterVersion ? 2400 : 0;
+}
+
+/// Two seconds, or what KESTRUNE_SOAK_SECONDS says.
+std::chrono::duration<double> soakTime()
+{
+    const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
+    return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 2.0);
+}
+
+/// What a host's other threads do while a stream plays.
+void changeParameters(AEffect* effect, unsigned seed, const std::atomic<bool>& playing)
+{
+    std::mt19937 random(seed);
+    std::array<char, 24> text;
+    while (playing) {
+        const auto index =
+            static_cast<std::int32_t>(random() % static_cast<unsigned>(effect->numParams));
+        effect->setParameter(effect, index, static_cast<float>(random() % 101) / 100.0f);
+        effect->getParameter(effect, index);
+        effect->dispatcher(effect, effGetParamDisplay, index, 0, text.data(), 0.0f);
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
+    }
+}
+
+}  // namespace
+
+TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobs)
+{
+    AEffect* const effect = openPlugin(callback);
+    ASSERT_NE(effect, nullptr);
+    effect->dispatcher(effect, effSetSampleRate, 0, 0, nullptr, kRate);
+    effect->dispatcher(effect, effSetBlockSize, 0, kLargestBlock, nullptr, 0.0f);
+    effect->dispatcher(effect, effMainsChanged, 0, 1, nullptr, 0.0f);
+
+    std::atomic<bool> playing{true};
+    std::thread automation([&] { changeParameters(effect, 1, playing); });
+    std::thread editor([&] { changeParameters(effect, 2, playing); });
+
+    const auto voice = harmonicTone(196.0, kRate, 44100);
+    std::vector<float> left(kLargestBlock);
+    std::vector<float> right(kLargestBlock);
+    float* outputs[] = {left.data(), right.data()};
+    std::mt19937 random(3);
+    unsigned violations = 0;
+    bool finite = true;
+    const auto begin = Clock::now();
+    const auto end = begin + soakTime();
+    double played = 0.0;  // seconds
+    while (Clock::now() < end) {
+        const auto frames = static_cast<std::int32_t>(random() % kLargestBlock) + 1;
+        std::vector<float> block(voice.begin(), voice.begin() + frames);
+        float* inputs[] = {block.data(), block.data()};
+        {
+            RealtimeGuard guard;
+            effect->processReplacing(effect, inputs, outputs, frames);
+            violations += guard.violations();
+        }
+        finite = finite && std::all_of(left.begin(), left.begin() + frames,
+                                       [](float sample) { return std::fabs(sample) < 8.0f; });
+        // At the pace of a host that plays: one that runs ahead has its ticks inside the blocks.
+        played += frames / static_cast<double>(kRate);
+        std::this_thread::sleep_until(begin + std::chrono::duration<double>(played));
+    }
+    playing = false;
+    automation.join();
+    editor.join();
+    effect->dispatcher(effect, effMainsChanged, 0, 0, nullptr, 0.0f);
+    effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
+    EXPECT_EQ(violations, 0u);
+    EXPECT_TRUE(finite);
+}
+
+}  // namespace orvane
