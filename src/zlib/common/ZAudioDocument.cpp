@@ -5,6 +5,7 @@
 #include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageBox.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZSignalBay.h"
 #include "zlib/common/ZTransactionManager.h"
@@ -14,12 +15,16 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace orvane
 {
 
 namespace
 {
+
+constexpr const char* kPresetClass = "ZAudioDocumentClass";  // of derived documents too
+constexpr const char* kPresetVersion = "1.0";
 
 bool anotherFollows(const ZXMLElement& networks, std::int32_t index, const char* type)
 {
@@ -28,6 +33,16 @@ bool anotherFollows(const ZXMLElement& networks, std::int32_t index, const char*
         if (next->AttributeIs("type", type))
             return true;
     return false;
+}
+
+void addNetwork(ZXMLElement& networks, const char* type, const boost::shared_ptr<ZBay>& bay)
+{
+    if (!bay)
+        return;
+    ZXMLElement network("network");
+    network.AddAttribute("type", type);
+    network.AddChild(*bay->ExtractXML());
+    networks.AddChild(network);
 }
 
 }  // namespace
@@ -119,6 +134,101 @@ void ZAudioDocument::SendToNetworks(const boost::shared_ptr<const ZMessage>& mes
     for (const auto& network : {mInputNetwork, mOutputNetwork})
         if (network)
             network->HandleZMessage(message);
+}
+
+boost::shared_ptr<ZXMLElement> ZAudioDocument::ExtractHeader() const
+{
+    auto xml = boost::make_shared<ZXMLElement>("document");
+    xml->AddAttribute("name", withoutMarkup(GetName()));
+    xml->AddAttribute("class", kPresetClass);
+    return xml;
+}
+
+void ZAudioDocument::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
+{
+    ZXMLElement networks("networks");
+    addNetwork(networks, "input", mInputNetwork);
+    addNetwork(networks, "output", mOutputNetwork);
+    xml->AddChild(networks);
+
+    ZXMLElement elements("elements");
+    boost::shared_ptr<ZElement> element;
+    for (std::int32_t i = 0; GetSubElement(i, element); ++i)
+        if (element->IsArchivable())
+            elements.AddChild(*element->ExtractXML());
+    xml->AddChild(elements);
+}
+
+void ZAudioDocument::SavePreset(ZXMLElement& parent)
+{
+    PresetBegins();
+    ZXMLElement preset("preset");
+    preset.AddAttribute("name", withoutMarkup(GetName()));
+    preset.AddAttribute("class", kPresetClass);
+    preset.AddAttribute("version", kPresetVersion);
+    preset.AddChild(*ExtractXML());
+    parent.AddChild(preset);
+    PresetEnds();
+}
+
+void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    if (!xml)
+        throw ZException(-1, "NULL preset file");
+    const auto preset = xml->GetChild("preset");
+    if (preset && !preset->AttributeIs("version", kPresetVersion))
+        return ZMessageBox::Show(ZMessageBox::kNotice, "Could not load preset",
+                                 "Incorrect Preset version.");
+    // What was changed before must not act on what is restored now.
+    FlushChanges(*this);
+    GetLooper()->ProcessQueue();
+    PresetBegins();
+    GetLooper()->BroadcastZMessage(boost::make_shared<ZMessage>(ZPRESETLOADBEGIN));
+    try {
+        RestoreElements(xml);
+    } catch (const ZException&) {
+        EndLoad();
+        throw;
+    }
+    EndLoad();
+}
+
+void ZAudioDocument::EndLoad()
+{
+    // After a failure too: nobody is to wait for an end that never comes.
+    GetLooper()->BroadcastZMessage(boost::make_shared<ZMessage>(ZPRESETLOADEND));
+    GetLooper()->ProcessQueue();
+    PresetEnds();
+}
+
+void ZAudioDocument::RestoreElements(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    // Not recursive: a host's text may nest its tags deeper than the stack is.
+    struct Level
+    {
+        boost::shared_ptr<ZXMLElement> xml;
+        std::int32_t next = 0;
+    };
+    std::vector<Level> levels{{xml}};
+    while (!levels.empty()) {
+        const auto child = levels.back().xml->GetChild(levels.back().next++);
+        if (!child) {
+            levels.pop_back();
+            continue;
+        }
+        if (child->IsNamed("element"))
+            RestoreElement(child);
+        levels.push_back({child});
+    }
+}
+
+void ZAudioDocument::RestoreElement(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    const char* const name = xml->GetAttribute("name");
+    if (!name)
+        return;
+    if (const auto element = FindElement(name))
+        element->RestoreBody(xml);
 }
 
 std::int32_t ZAudioDocument::GetLatency() const

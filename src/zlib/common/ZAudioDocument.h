@@ -14,7 +14,9 @@ class ZAudioFormatElement;
 class ZBay;
 
 /// A document that owns signal networks, whose elements hang in its tree. The networks are built
-/// and prepared with the document. Other classes inherit it virtually. [interface thread]
+/// and prepared with the document. A preset is the document as XML; loading one pours its values
+/// into the elements that stand, and never builds or drops anything. Other classes inherit it
+/// virtually. [interface thread]
 class ZAudioDocument : public ZDocument
 {
 public:
@@ -30,6 +32,11 @@ public:
     /// ZException -1. ZSETDEFAULTS, ZRESET: handed to both networks. ZUNDO, ZREDO: to the
     /// transaction manager. The rest as ZDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
+    /// A tag "document" with name and class.
+    [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
+    /// Adds `networks`, each with its bays, and `elements`, the archivable ones of the top level.
+    /// Throws as ZElement::ExtractBody.
+    void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 
     /// The network that takes the audio in, or puts it out; null when the description has none.
     [[nodiscard]] virtual boost::shared_ptr<ZBay> GetInputNetwork() const { return mInputNetwork; }
@@ -45,6 +52,17 @@ public:
         return mAudioFormat;
     }
 
+    /// Adds a `preset` with the document in it to the parent. Throws as ExtractBody.
+    virtual void SavePreset(ZXMLElement& parent);
+    /// Takes over the values of all elements that the XML names, at whatever depth they stand in
+    /// it; what it does not mention stays. The XML is a `preset`, or holds one; one of another
+    /// version is refused with a box. What waited for this looper is delivered first; then
+    /// ZPRESETLOADBEGIN, the changes and ZPRESETLOADEND reach their handlers before this returns.
+    /// Throws ZException -1 for null, with nothing changed, and as ZElement::RestoreBody for an
+    /// element that cannot be restored: what stands before it in the text has been taken over, and
+    /// the end has been told.
+    virtual void LoadPreset(const boost::shared_ptr<ZXMLElement>& xml);
+
     /// Tells the observers of all marked leaves below the element, and takes the marks; each tick
     /// calls it with the document itself.
     void FlushChanges(const ZElement& element);
@@ -54,6 +72,9 @@ private:
     [[nodiscard]] boost::shared_ptr<ZBay> BuildNetwork(const ZXMLElement& network);
     void SendToNetworks(const boost::shared_ptr<const ZMessage>& message);
     void HandleDocumentChanged(const ZMessage& message);
+    void RestoreElements(const boost::shared_ptr<ZXMLElement>& xml);
+    void RestoreElement(const boost::shared_ptr<ZXMLElement>& xml);
+    void EndLoad();
 
     boost::shared_ptr<ZAudioFormatElement> mAudioFormat;
     boost::shared_ptr<ZBay> mInputNetwork;

@@ -101,29 +101,6 @@ void writeRange(ZXMLElement& xml, std::string_view start, std::string_view end, 
     xml.AddAttribute(end, range.mStart + range.mLength - 1);
 }
 
-/// A user's text for an attribute, which has no way to hold these three: each is written as a sign
-/// that looks much like it.
-std::string withoutMarkup(const ZString& text)
-{
-    std::string result;
-    for (const char character : text.ToNarrow()) {
-        switch (character) {
-        case '"':
-            result += '\'';
-            break;
-        case '<':
-            result += "\u2039";
-            break;
-        case '>':
-            result += "\u203A";
-            break;
-        default:
-            result += character;
-        }
-    }
-    return result;
-}
-
 const char* orEmpty(const char* text)
 {
     return text ? text : "";
@@ -292,7 +269,7 @@ void ZElement::WriteDiscrete(ZXMLElement& xml) const
     std::int32_t index = 0;
     for (const auto& item : CopyItems()) {
         ZXMLElement discrete("discrete");
-        discrete.AddAttribute("name", withoutMarkup(item->GetText()));
+        discrete.AddAttribute("name", withoutMarkup(item->GetText().ToNarrow()));
         discrete.AddAttribute("value", index++);
         xml.AddChild(discrete);
     }

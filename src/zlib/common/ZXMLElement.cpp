@@ -269,4 +269,25 @@ void ZXMLElement::Dump() const
     ZTrace::Write(Write(0));
 }
 
+std::string withoutMarkup(std::string_view text)
+{
+    std::string result;
+    for (const char character : text) {
+        switch (character) {
+        case '"':
+            result += '\'';
+            break;
+        case '<':
+            result += "\u2039";
+            break;
+        case '>':
+            result += "\u203A";
+            break;
+        default:
+            result += character;
+        }
+    }
+    return result;
+}
+
 }  // namespace orvane

@@ -94,4 +94,8 @@ private:
     ZXMLTag mTag;
 };
 
+/// A user's text for an attribute, which has no way to hold " < and >: each is written as a sign
+/// that looks much like it.
+[[nodiscard]] std::string withoutMarkup(std::string_view text);
+
 }  // namespace orvane
