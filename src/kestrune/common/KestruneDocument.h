@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zlib/common/ZAudioDocument.h"
+#include "zlib/common/ZPluginPresetsAudioDocument.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -10,10 +10,10 @@ namespace orvane
 {
 
 /// The product's document: its network holds the pitch bay. [interface thread]
-class KestruneDocument : public ZAudioDocument
+class KestruneDocument : public ZPluginPresetsAudioDocument
 {
 public:
-    /// As ZAudioDocument. [setup]
+    /// As ZPluginPresetsAudioDocument. [setup]
     KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;

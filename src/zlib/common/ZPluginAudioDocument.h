@@ -1,0 +1,21 @@
+#pragma once
+
+#include "zlib/common/ZAudioDocument.h"
+
+#include <string_view>
+
+namespace orvane
+{
+
+/// A document with the plug-in's own kind of preset file. [interface thread]
+class ZPluginAudioDocument : public virtual ZAudioDocument
+{
+public:
+    /// As ZAudioDocument. [setup]
+    ZPluginAudioDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+};
+
+}  // namespace orvane
