@@ -91,6 +91,9 @@ ZVSTPlugin::~ZVSTPlugin()
     const ZInterfaceLock lock;
     waitForHostCalls();
     try {
+        // First of all: a dialog that is open stands on what goes now.
+        if (mApp)
+            mApp->EndModalRuns();
         editor.reset();
         mDocument.reset();
         mApp.reset();

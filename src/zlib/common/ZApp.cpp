@@ -8,9 +8,12 @@
 #include "zlib/common/ZCommandList.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZFile.h"
+#include "zlib/common/ZFileChooser.h"
 #include "zlib/common/ZFileDocumentManager.h"
 #include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZInterfaceThread.h"
 #include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageBox.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZResources.h"
 #include "zlib/common/ZSignalLooper.h"
@@ -55,6 +58,26 @@ void dropExisting(std::unique_ptr<Manager>& manager, const char* warning)
     manager.reset();
 }
 
+boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
+{
+    std::string extension = path.extension().string();
+    extension.erase(0, 1);  // the dot
+    return boost::make_shared<ZFile>(path.stem().string(), path.string(), extension);
+}
+
+boost::shared_ptr<ZFile> chooseFile(const ZFileRequest& request)
+{
+    const auto path = ZFileChooser::Choose(request);
+    if (!path)
+        return nullptr;
+    auto file = makeFile(*path);
+    // No folder, and nothing that the system's encoding of names holds and a text does not.
+    if (!file->GetName().IsEmpty() && file->GetPath().ToNarrow() == *path)
+        return file;
+    ZMessageBox::Show(ZMessageBox::kError, "File Error", file->GetPath());
+    return nullptr;
+}
+
 }  // namespace
 
 ZApp::ZApp(const ZResources& resources)
@@ -70,6 +93,7 @@ ZApp::ZApp(const ZResources& resources)
 
 ZApp::~ZApp()
 {
+    EndModalRuns();
     StopTimers();
     // In this order: the audio stops before what it plays goes, and windows let go of documents
     // before these end. Each pointer is null by the time that its manager dies.
@@ -81,6 +105,11 @@ ZApp::~ZApp()
     ClearCurrentApp(this);
     const ZInterfaceUnlock unlocked;
     mBrowser.reset();
+}
+
+void ZApp::EndModalRuns()
+{
+    ZInterfaceThread::EndModalRuns(this);
 }
 
 bool ZApp::IsKindOf(std::string_view className) const
@@ -177,6 +206,18 @@ void ZApp::OnStartup()
 
 void ZApp::ShowAbout()
 {
+}
+
+boost::shared_ptr<ZFile> ZApp::ChooseSaveFile(const ZString& prompt, const ZString& title,
+                                              const ZFiletypes& types, std::int32_t window)
+{
+    return chooseFile({ZFileRequest::kSave, prompt, title, types, window, this});
+}
+
+boost::shared_ptr<ZFile> ZApp::ChooseOpenFile(const ZString& prompt, const ZString& title,
+                                              const ZFiletypes& types, std::int32_t window)
+{
+    return chooseFile({ZFileRequest::kOpen, prompt, title, types, window, this});
 }
 
 void ZApp::WaitUntilBuilt()
@@ -300,10 +341,7 @@ void ZApp::OpenAtStart()
     auto* const documents = dynamic_cast<ZFileDocumentManager*>(mDocumentManager.get());
     if (!documents || mOpenAtStart.IsEmpty())
         return;
-    const std::filesystem::path path = mOpenAtStart.ToNarrow();
-    std::string extension = path.extension().string();
-    extension.erase(0, 1);  // the dot
-    const auto file = boost::make_shared<ZFile>(path.stem().string(), mOpenAtStart, extension);
+    const auto file = makeFile(mOpenAtStart.ToNarrow());
     const ZDocumentType* const type = documents->FindType(*file);
     if (!type)
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zlib/common/ZApplication.h"
+#include "zlib/common/ZFiletype.h"
 #include "zlib/common/ZSemaphore.h"
 #include "zlib/common/ZString.h"
 
@@ -22,6 +23,7 @@ class ZBrowserLaunch;
 class ZCommandList;
 class ZDocument;
 class ZDocumentManager;
+class ZFile;
 class ZResources;
 class ZWindow;
 class ZWindowKeeper;
@@ -74,6 +76,19 @@ public:
 
     /// Nothing here.
     virtual void ShowAbout();
+    /// Let the user choose where to save and what to open, see ZFileChooser; the file is named and
+    /// not opened. Null when none is chosen. The application outlives the dialog.
+    [[nodiscard]] virtual boost::shared_ptr<ZFile> ChooseSaveFile(const ZString& prompt,
+                                                                  const ZString& title,
+                                                                  const ZFiletypes& types,
+                                                                  std::int32_t window);
+    [[nodiscard]] virtual boost::shared_ptr<ZFile> ChooseOpenFile(const ZString& prompt,
+                                                                  const ZString& title,
+                                                                  const ZFiletypes& types,
+                                                                  std::int32_t window);
+    /// Ends the application's modal runs and waits until those have returned that began them, with
+    /// the interface lock given up. Comes before anything goes that they might touch.
+    void EndModalRuns();
     /// The current window of the window manager, or null. Throws ZException -1 without a manager.
     [[nodiscard]] virtual boost::shared_ptr<ZWindow> GetMainWindow() const;
     /// Finds, checks and reads the description and runs its start-up commands. Throws ZException

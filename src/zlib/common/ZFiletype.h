@@ -2,8 +2,11 @@
 
 #include "zlib/common/ZString.h"
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace orvane
 {
@@ -17,5 +20,7 @@ struct ZFiletype
     std::string extension;      // without the dot
     ZString description;        // for the user
 };
+
+using ZFiletypes = std::vector<boost::shared_ptr<ZFiletype>>;
 
 }  // namespace orvane

@@ -133,6 +133,18 @@ bool ZInterfaceThread::Post(ZEventLoop::Callback callback)
     return true;
 }
 
+void ZInterfaceThread::EndModalRuns(const void* owner)
+{
+    std::shared_ptr<Engine> engine;
+    {
+        Shared& shared = Shared::Get();
+        const std::lock_guard lock(shared.mutex);
+        engine = shared.engine;
+    }
+    if (engine)
+        engine->loop.EndModalRuns(owner);
+}
+
 bool ZInterfaceThread::IsCurrent()
 {
     return onInterfaceThread;

@@ -29,6 +29,8 @@ public:
     /// not. What the thread has not come to when it ends is dropped too. [any thread but the audio
     /// thread]
     static bool Post(ZEventLoop::Callback callback);
+    /// As the loop's EndModalRuns, if there is one running. [any thread but the audio thread]
+    static void EndModalRuns(const void* owner);
     /// True on the interface thread.
     [[nodiscard]] static bool IsCurrent();
 

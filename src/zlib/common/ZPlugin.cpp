@@ -31,6 +31,7 @@ ZPlugin::ZPlugin(const ZResources& resources)
 
 ZPlugin::~ZPlugin()
 {
+    EndModalRuns();
     StopTimers();
     // No thread of its own will do it, and whoever waits for the looper's end must go on.
     ReleaseAlive();
