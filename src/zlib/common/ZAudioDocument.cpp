@@ -1,9 +1,11 @@
 #include "zlib/common/ZAudioDocument.h"
 
-#include "zlib/common/ZApplication.h"
+#include "zlib/common/ZApp.h"
 #include "zlib/common/ZAudioFormatElement.h"
 #include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZFile.h"
+#include "zlib/common/ZFiletype.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageBox.h"
 #include "zlib/common/ZMessageIds.h"
@@ -14,6 +16,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -44,6 +47,48 @@ void addNetwork(ZXMLElement& networks, const char* type, const boost::shared_ptr
     network.AddChild(*bay->ExtractXML());
     networks.AddChild(network);
 }
+
+ZFiletypes presetTypes(const char* description)
+{
+    auto type = boost::make_shared<ZFiletype>();
+    type->extension = "xml";
+    type->description = description;
+    type->mimeType = "text/xml";
+    return {type};
+}
+
+std::int32_t windowOf(const ZMessage& message)
+{
+    std::int32_t window = 0;
+    return message.Find("CmdWindow", window) ? window : 0;
+}
+
+/// The file's text as an element without a name.
+boost::shared_ptr<ZXMLElement> wholeFile(const ZXMLDocument& read)
+{
+    auto whole = boost::make_shared<ZXMLElement>();
+    const std::string_view text = read.GetText();
+    whole->AppendBytes(text.data(), static_cast<std::int32_t>(text.size()));
+    return whole;
+}
+
+/// Closes a file however it was left.
+class OpenFile
+{
+public:
+    OpenFile(ZFile& file, ZFile::Mode mode, bool create)
+        : mFile(file)
+    {
+        if (!file.IsOpen() && !file.Open(mode, create))
+            throw ZException(-1, "Unable to open " + file.GetPath().ToNarrow());
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile() { mFile.Close(); }
+
+private:
+    ZFile& mFile;
+};
 
 }  // namespace
 
@@ -106,6 +151,12 @@ void ZAudioDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     switch (message->GetId()) {
     case ZDOCUMENTCHANGED:
         return HandleDocumentChanged(*message);
+    case ZPRESETSAVE:
+        return SavePresetFile("Preset", *message);
+    case ZPRESETLOAD:
+        if (LoadPresetFile("Glim preset xml", "Select Preset", &wholeFile, *message))
+            SendToNetworks(message);
+        return;
     case ZSETDEFAULTS:
     case ZRESET:
         return SendToNetworks(message);
@@ -161,6 +212,8 @@ void ZAudioDocument::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) cons
 
 void ZAudioDocument::SavePreset(ZXMLElement& parent)
 {
+    // A change that waits may bring others about: all or none are to be in the preset.
+    DeliverPending();
     PresetBegins();
     ZXMLElement preset("preset");
     preset.AddAttribute("name", withoutMarkup(GetName()));
@@ -180,8 +233,7 @@ void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
         return ZMessageBox::Show(ZMessageBox::kNotice, "Could not load preset",
                                  "Incorrect Preset version.");
     // What was changed before must not act on what is restored now.
-    FlushChanges(*this);
-    GetLooper()->ProcessQueue();
+    DeliverPending();
     PresetBegins();
     GetLooper()->BroadcastZMessage(boost::make_shared<ZMessage>(ZPRESETLOADBEGIN));
     try {
@@ -191,6 +243,12 @@ void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
         throw;
     }
     EndLoad();
+}
+
+void ZAudioDocument::DeliverPending()
+{
+    FlushChanges(*this);
+    GetLooper()->ProcessQueue();
 }
 
 void ZAudioDocument::EndLoad()
@@ -229,6 +287,42 @@ void ZAudioDocument::RestoreElement(const boost::shared_ptr<ZXMLElement>& xml)
         return;
     if (const auto element = FindElement(name))
         element->RestoreBody(xml);
+}
+
+void ZAudioDocument::SavePresetFile(const char* description, const ZMessage& message)
+{
+    ZApp* const app = ZApp::Of(*this);
+    const auto file = app ? app->ChooseSaveFile("Save your preset", "Save Preset",
+                                                presetTypes(description), windowOf(message))
+                          : nullptr;
+    if (!file)
+        return;
+    ZXMLElement saved;
+    SavePreset(saved);
+    const std::string_view text = saved.GetText();
+    const OpenFile open(*file, ZFile::kModeWrite, true);
+    file->Write(text.data(), static_cast<std::int32_t>(text.size()));
+}
+
+bool ZAudioDocument::LoadPresetFile(const char* description, const char* prompt,
+                                    PresetOfFile presetOfFile, const ZMessage& message)
+{
+    ZApp* const app = ZApp::Of(*this);
+    const auto file = app ? app->ChooseOpenFile(prompt, "Load Preset", presetTypes(description),
+                                                windowOf(message))
+                          : nullptr;
+    if (!file)
+        return false;
+    try {
+        // Opening makes a file that is not there.
+        if (!file->Exists())
+            throw ZException(-1, "No such file: " + file->GetPath().ToNarrow());
+        const OpenFile open(*file, ZFile::kModeRead, false);
+        LoadPreset(presetOfFile(ZXMLDocument(file)));
+    } catch (const ZException&) {
+        ZMessageBox::Show(ZMessageBox::kNotice, "Invalid File", "Invalid Preset File.");
+    }
+    return true;
 }
 
 std::int32_t ZAudioDocument::GetLatency() const

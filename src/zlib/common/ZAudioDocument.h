@@ -12,6 +12,7 @@ namespace orvane
 
 class ZAudioFormatElement;
 class ZBay;
+class ZXMLDocument;
 
 /// A document that owns signal networks, whose elements hang in its tree. The networks are built
 /// and prepared with the document. A preset is the document as XML; loading one pours its values
@@ -29,8 +30,9 @@ public:
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     /// ZDOCUMENTCHANGED: BecameCurrent when "NewDocument" is this one; without the field throws
-    /// ZException -1. ZSETDEFAULTS, ZRESET: handed to both networks. ZUNDO, ZREDO: to the
-    /// transaction manager. The rest as ZDocument.
+    /// ZException -1. ZPRESETSAVE: lets the user save a preset file. ZPRESETLOAD: lets the user
+    /// load one, and is then handed to both networks. ZSETDEFAULTS, ZRESET: handed to both. ZUNDO,
+    /// ZREDO: to the transaction manager. The rest as ZDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     /// A tag "document" with name and class.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
@@ -52,7 +54,8 @@ public:
         return mAudioFormat;
     }
 
-    /// Adds a `preset` with the document in it to the parent. Throws as ExtractBody.
+    /// Adds a `preset` with the document in it to the parent, once what waits for this looper has
+    /// been delivered. Throws as ExtractBody.
     virtual void SavePreset(ZXMLElement& parent);
     /// Takes over the values of all elements that the XML names, at whatever depth they stand in
     /// it; what it does not mention stays. The XML is a `preset`, or holds one; one of another
@@ -67,6 +70,18 @@ public:
     /// calls it with the document itself.
     void FlushChanges(const ZElement& element);
 
+protected:
+    /// The `preset` of a file that was read, or an element that holds it; null when there is none.
+    using PresetOfFile = boost::shared_ptr<ZXMLElement> (*)(const ZXMLDocument& read);
+
+    /// Asks for the file under the kind's description, and saves there. Throws ZException -1 when
+    /// it cannot be written.
+    void SavePresetFile(const char* description, const ZMessage& message);
+    /// Asks for the file and loads it; a failure is told in a box, and what was restored by then
+    /// stays. False when the user has chosen none.
+    bool LoadPresetFile(const char* description, const char* prompt, PresetOfFile presetOfFile,
+                        const ZMessage& message);
+
 private:
     void BuildNetworks(const ZXMLElement& networks);
     [[nodiscard]] boost::shared_ptr<ZBay> BuildNetwork(const ZXMLElement& network);
@@ -74,6 +89,7 @@ private:
     void HandleDocumentChanged(const ZMessage& message);
     void RestoreElements(const boost::shared_ptr<ZXMLElement>& xml);
     void RestoreElement(const boost::shared_ptr<ZXMLElement>& xml);
+    void DeliverPending();
     void EndLoad();
 
     boost::shared_ptr<ZAudioFormatElement> mAudioFormat;

@@ -1,7 +1,25 @@
 #include "zlib/common/ZPluginAudioDocument.h"
 
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <utility>
+
 namespace orvane
 {
+
+namespace
+{
+
+constexpr const char* kDescription = "Orvane Plug-In Preset";
+
+boost::shared_ptr<ZXMLElement> presetOf(const ZXMLDocument& read)
+{
+    return read.GetChild("preset");
+}
+
+}  // namespace
 
 ZPluginAudioDocument::ZPluginAudioDocument(const boost::shared_ptr<ZXMLElement>& xml,
                                            ZApplication* application)
@@ -17,6 +35,19 @@ bool ZPluginAudioDocument::IsKindOf(std::string_view className) const
 const char* ZPluginAudioDocument::GetClassName() const
 {
     return "ZPluginAudioDocumentClass";
+}
+
+void ZPluginAudioDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZPRESETSAVE:
+        return SavePresetFile(kDescription, *message);
+    case ZPRESETLOAD:
+        LoadPresetFile(kDescription, kDescription, &presetOf, *message);
+        return;
+    default:
+        ZAudioDocument::HandleZMessage(std::move(message));
+    }
 }
 
 }  // namespace orvane
