@@ -16,9 +16,8 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZPRESETSAVE, ZPRESETLOAD: as ZAudioDocument, but a load ends here,
-    /// and the version of the file does not count. The
-    /// rest as ZAudioDocument.
+    /// ZPRESETSAVE, ZPRESETLOAD: as ZAudioDocument, but a load ends here and the networks do not
+    /// hear of it, and the version of the file does not count. The rest as ZAudioDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 };
 
