@@ -60,7 +60,9 @@ TEST_F(ParameterTest, AreTheExposedElementsInTheOrderOfTheTreeAtTheirDefaults)
                         {"Transpose", "Bypass", 0.0f},
                         {"Key", "C", 3.0f / 11.0f},
                         {"Pitch Range", "Normal (D2 - E6)", 0.0f},
-                        {"Pitch Correcton Time", "50 ms", 0.125f}};
+                        {"Pitch Correcton Time", "50 ms", 0.125f},
+                        {"Pitch Transposition", "None", 0.5f},
+                        {"Formant Transposition", "Natural", 0.5f}};
     ASSERT_EQ(effect->numParams, static_cast<std::int32_t>(std::size(rows)));
     for (std::int32_t i = 0; i < effect->numParams; ++i) {
         const Row& row = rows[i];

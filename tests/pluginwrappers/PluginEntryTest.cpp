@@ -46,7 +46,7 @@ TEST(PluginEntryTest, TheRecordIsFilledAsHostsExpectIt)
     ASSERT_NE(effect, nullptr);
     EXPECT_EQ(effect->magic, 0x56737450);
     EXPECT_EQ(effect->numPrograms, 1);
-    EXPECT_EQ(effect->numParams, 5);
+    EXPECT_EQ(effect->numParams, 7);
     EXPECT_EQ(effect->numInputs, 2);
     EXPECT_EQ(effect->numOutputs, 2);
     EXPECT_EQ(effect->flags & ~effFlagsHasEditor,

@@ -1,0 +1,283 @@
+// The document of the shipped description: what the user's choices, notes of MIDI and the editing
+// of scales do to the elements of the pitch bay.
+
+#include "kestrune/common/KestruneDocument.h"
+#include "kestrune/ProductApplication.h"
+#include "kestrune/common/KestruneMessages.h"
+#include "kestrune/common/KestruneNameScaleDialog.h"
+#include "kestrune/common/KestruneScaleTable.h"
+#include "support/BoxRecorder.h"
+#include "support/RealtimeGuard.h"
+#include "zlib/common/ZBuffer.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Degrees = std::vector<std::int32_t>;
+
+constexpr std::int32_t kKeyOfC = 3;
+constexpr std::int32_t kKeyOfFSharp = 9;
+
+/// Answers the dialog for a scale's name, and keeps what it was asked.
+class NameAnswers
+{
+public:
+    /// Names in turn; after the last of them Cancel.
+    explicit NameAnswers(std::vector<std::string> names)
+        : mBefore(KestruneNameScaleDialog::SetRunner(
+              [this, names = std::move(names)](const ZString& resource, ZString& name) {
+                  EXPECT_EQ(resource.ToNarrow(), "SaveCustomScale");
+                  offered.push_back(name.ToNarrow());
+                  if (offered.size() > names.size())
+                      return false;
+                  name = ZString(names[offered.size() - 1]);
+                  return true;
+              }))
+    {
+    }
+    NameAnswers(const NameAnswers&) = delete;
+    NameAnswers& operator=(const NameAnswers&) = delete;
+    ~NameAnswers() { KestruneNameScaleDialog::SetRunner(mBefore); }
+
+    std::vector<std::string> offered;
+
+private:
+    KestruneNameScaleDialog::Runner mBefore;
+};
+
+class KestruneDocumentTest : public testing::Test
+{
+protected:
+    [[nodiscard]] ZElement& Element(const char* name) const { return *document->FindElement(name); }
+    void Choose(const char* name, std::int32_t choice) const
+    {
+        Element(name).SetDiscrete(choice, false);
+    }
+    void Send(std::int32_t id) const { document->HandleZMessage(boost::make_shared<ZMessage>(id)); }
+    void Broadcast(std::int32_t id) const
+    {
+        app->BroadcastZMessage(boost::make_shared<ZMessage>(id));
+    }
+    [[nodiscard]] std::pair<float, float> Shifts() const
+    {
+        return {Element("PitchShift").GetZFloat(), Element("FormantShift").GetZFloat()};
+    }
+    void Listen(std::int32_t key) const
+    {
+        Choose("AcceptMIDI", 1);
+        Choose("key", key);
+        app->Tick();
+    }
+    static boost::shared_ptr<const ZMessage> Note(std::int32_t id, int note)
+    {
+        const auto message = boost::make_shared<ZMessage>(id);
+        message->Add<std::uint8_t>("Which", static_cast<std::uint8_t>(note));
+        return message;
+    }
+    void Play(int note) const { document->HandleZMessage(Note(ZMIDINOTEON, note)); }
+    [[nodiscard]] Degrees Notes(const char* name = "notesInScale") const
+    {
+        return degreesOf({Element(name).GetZBuffer()->Data(), kDegrees});
+    }
+    void EditNotes(const Degrees& degrees) const
+    {
+        ZBuffer flags(kDegrees, "flags");
+        flagDegrees({flags.Data(), kDegrees}, degrees);
+        Element("notesInScale").SetZBuffer(flags, false);
+        app->Tick();
+    }
+
+    const std::unique_ptr<ZPlugin> app = startProduct();
+    const boost::shared_ptr<KestruneDocument> document =
+        boost::dynamic_pointer_cast<KestruneDocument>(app->GetCurrentDocument());
+};
+
+}  // namespace
+
+TEST_F(KestruneDocumentTest, AChoiceShiftsThePitchAndTakesHalfOfItIntoTheFormants)
+{
+    struct Row
+    {
+        std::int32_t pitch;
+        std::int32_t formant;
+        std::pair<float, float> cents;
+    };
+    EXPECT_EQ(Shifts(), std::pair(0.0f, 0.0f));
+    for (const Row& row :
+         {Row{0, 5, {1200.0f, 600.0f}}, Row{0, 0, {1200.0f, 1100.0f}},
+          Row{24, 10, {-1200.0f, -1100.0f}}, Row{5, 6, {700.0f, 250.0f}}, Row{12, 5, {0.0f, 0.0f}}})
+    {
+        Choose("pitchTranspose", row.pitch);
+        Choose("formantTranspose", row.formant);
+        app->Tick();
+        EXPECT_EQ(Shifts(), row.cents) << row.pitch << ", " << row.formant;
+        EXPECT_FALSE(Element("PitchShift").IsMarkedChanged()) << "not told in the same tick";
+    }
+}
+
+TEST_F(KestruneDocumentTest, WhatAPresetRestoresIsNotComputedAnewButALaterChoiceIs)
+{
+    Broadcast(ZPRESETLOADBEGIN);
+    Element("pitchTranspose").SetDiscrete(0, true);
+    Element("pitchTranspose").ElementChanged(nullptr, false);
+    Element("PitchShift").SetZFloat(-77.0f, true);
+    Broadcast(ZPRESETLOADEND);
+    app->ProcessQueue();
+    EXPECT_EQ(Shifts(), std::pair(-77.0f, 0.0f));
+
+    Choose("formantTranspose", 4);
+    app->Tick();
+    EXPECT_EQ(Shifts(), std::pair(1200.0f, 700.0f));
+}
+
+TEST_F(KestruneDocumentTest, ResetSettingsTakesTheChoicesBackToo)
+{
+    Choose("pitchTranspose", 3);
+    Choose("formantTranspose", 3);
+    app->Tick();
+    Send(ZSETDEFAULTS);
+    app->Tick();
+    EXPECT_EQ(Element("pitchTranspose").GetDiscrete(), 12);
+    EXPECT_EQ(Element("formantTranspose").GetDiscrete(), 5);
+    EXPECT_EQ(Shifts(), std::pair(0.0f, 0.0f));
+}
+
+TEST_F(KestruneDocumentTest, ANoteSwitchesItsDegreeOfTheKeyInWhateverOctave)
+{
+    Listen(kKeyOfC);
+    EXPECT_EQ(Notes(), (Degrees{0, 2, 4, 5, 7, 9, 11}));
+    for (const int note : {62, 61, 60, 127})  // D, C#, C: the root, G
+        Play(note);
+    document->HandleZMessage(Note(ZMIDINOTEOFF, 64));
+    app->Tick();
+    EXPECT_EQ(Notes(), (Degrees{0, 1, 4, 5, 9, 11}));
+    EXPECT_EQ(Notes("currentCustomScale"), Notes());
+    EXPECT_EQ(Element("currentScaleModified").GetDiscrete(), 1);
+
+    Listen(kKeyOfFSharp);
+    for (const int note : {66, 65, 8})  // F#: the root, F, and G# of the lowest octave
+        Play(note);
+    EXPECT_EQ(Notes(), (Degrees{0, 1, 2, 4, 5, 9}));
+}
+
+TEST_F(KestruneDocumentTest, TwoNotesBetweenTwoTicksBothCount)
+{
+    Listen(kKeyOfC);
+    const Degrees before = Notes();
+    Play(62);
+    Play(74);
+    Play(63);
+    app->Tick();
+    EXPECT_EQ(Notes(), (Degrees{0, 2, 3, 4, 5, 7, 9, 11}));
+    Play(63);
+    app->Tick();
+    EXPECT_EQ(Notes(), before);
+}
+
+TEST_F(KestruneDocumentTest, NotesAreIgnoredUnlessTheUserListensAndTheKeyIsOne)
+{
+    const Degrees before = Notes();
+    Play(62);
+    Listen(kKeyOfC);
+    for (const std::int32_t key : {-1, 12, INT32_MAX, INT32_MIN}) {
+        Element("key").SetDiscrete(key, true);
+        Play(62);
+    }
+    EXPECT_EQ(Notes(), before);
+}
+
+TEST_F(KestruneDocumentTest, NotesOfTheAudioThreadNeitherAllocateNorLockNorLoseAStep)
+{
+    Listen(kKeyOfC);
+    const auto note = Note(ZMIDINOTEON, 61);
+    std::atomic<bool> done = false;
+    std::thread audio([&] {
+        for (int i = 0; i < 20001; ++i) {
+            const RealtimeGuard guard;
+            document->HandleZMessage(note);
+            ASSERT_EQ(guard.violations(), 0u) << guard.firstViolation();
+        }
+        done = true;
+    });
+    while (!done)
+        app->Tick();
+    audio.join();
+    app->Tick();
+    EXPECT_EQ(Notes(), (Degrees{0, 1, 2, 4, 5, 7, 9, 11}));
+    EXPECT_EQ(Notes("currentCustomScale"), Notes());
+}
+
+TEST_F(KestruneDocumentTest, CancelBringsBackTheNotesOfTheChosenScale)
+{
+    const Degrees before = Notes();
+    EditNotes({0, 6});
+    Send(KESTRUNECUSTOMSCALECANCEL);
+    app->Tick();
+    EXPECT_EQ(Notes(), before);
+    EXPECT_EQ(Element("currentScaleModified").GetDiscrete(), 0);
+}
+
+TEST_F(KestruneDocumentTest, EditedNotesBecomeAScaleOfTheUsersNameWhichIsThenChosen)
+{
+    NameAnswers answers({"", "Mine"});
+    EditNotes({0, 3, 6});
+    Send(KESTRUNECUSTOMSCALEDONE);
+    app->Tick();
+    EXPECT_EQ(answers.offered, (std::vector<std::string>{"Major (copy)", ""}));
+    const ZElement& scale = Element("scale");
+    EXPECT_EQ(scale.CountDiscreteValues(), 5);
+    EXPECT_EQ(scale.GetDiscrete(), 4);
+    EXPECT_EQ(scale.GetDiscreteString(4)->ToNarrow(), "Mine");
+    EXPECT_EQ(Element("CustomScaleNames").GetDiscreteString(0)->ToNarrow(), "Mine");
+    EXPECT_EQ(Notes(), (Degrees{0, 3, 6}));
+    EXPECT_EQ(Element("currentScaleModified").GetDiscrete(), 0);
+}
+
+TEST_F(KestruneDocumentTest, NoScaleIsAddedWhenTheUserCancelsOrNobodyCanAsk)
+{
+    EditNotes({0, 3, 6});
+    Send(KESTRUNECUSTOMSCALEDONE);
+    NameAnswers cancelled({});
+    Send(KESTRUNECUSTOMSCALEDONE);
+    app->Tick();
+    EXPECT_EQ(cancelled.offered.size(), 1u);
+    EXPECT_EQ(Element("scale").CountDiscreteValues(), 4);
+    EXPECT_EQ(Notes(), (Degrees{0, 3, 6}));
+}
+
+TEST_F(KestruneDocumentTest, AScalesNameIsCutWhereTheDialogsFieldEnds)
+{
+    const NameAnswers answers({std::string(300, 'x')});
+    Send(KESTRUNECUSTOMSCALEDONE);
+    EXPECT_EQ(Element("scale").GetDiscreteString(4)->Length(), 256);
+}
+
+TEST_F(KestruneDocumentTest, TheUserHearsOnceThatNoMoreScalesAreSaved)
+{
+    BoxRecorder recorder;
+    const NameAnswers answers(std::vector<std::string>(17, "Same"));
+    for (int i = 0; i < 17; ++i)
+        Send(KESTRUNECUSTOMSCALEDONE);
+    ASSERT_EQ(recorder.boxes.size(), 1u);
+    EXPECT_EQ(recorder.boxes[0].text,
+              "You have added the maximum number of custom scales that may be saved in a preset "
+              "(or session).\n\nYou may continue to add custom scales in this session, but "
+              "additional ones will not be saved in preset files.");
+    EXPECT_EQ(Element("scale").CountDiscreteValues(), 21);
+}
+
+}  // namespace orvane
