@@ -51,6 +51,25 @@ const char* unitOf(ZElement::Units units)
     }
 }
 
+void setDiscrete(ZElement& element, float share) noexcept
+{
+    const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
+    const auto index = static_cast<std::int32_t>(static_cast<float>(last) * share);
+    if (index == element.GetDiscrete())
+        return;
+    element.SetDiscrete(index, true);
+    element.MarkChangedByHost();
+}
+
+void setFloat(ZElement& element, float share) noexcept
+{
+    const float number = element.Range() * share + element.Min();
+    if (number == element.GetZFloat())
+        return;
+    element.SetZFloat(number, true);
+    element.MarkChangedByHost();
+}
+
 }  // namespace
 
 float hostValueOf(const ZElement& element) noexcept
@@ -76,18 +95,13 @@ void setFromHost(ZElement& element, float value) noexcept
         return;
     const float share = std::clamp(value, 0.0f, 1.0f);
     switch (element.GetType()) {
-    case ZElement::ZDISCRETE: {
-        const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
-        element.SetDiscrete(static_cast<std::int32_t>(static_cast<float>(last) * share), true);
-        break;
-    }
+    case ZElement::ZDISCRETE:
+        return setDiscrete(element, share);
     case ZElement::ZFLOAT:
-        element.SetZFloat(element.Range() * share + element.Min(), true);
-        break;
+        return setFloat(element, share);
     default:
         return;
     }
-    element.MarkChangedByHost();
 }
 
 ZString displayOf(const ZElement& element)

@@ -14,8 +14,9 @@ class ZElement;
 /// included]
 [[nodiscard]] float hostValueOf(const ZElement& element) noexcept;
 /// Stores a host's value and marks the element as changed by the host. A value outside 0 to 1
-/// counts as the nearer end; what is not a number changes nothing. [any thread, audio thread
-/// included]
+/// counts as the nearer end; what is not a number changes nothing, nor does what the element holds:
+/// hosts set every parameter once more behind a chunk, and a choice that is no news must not act on
+/// what the chunk has restored. [any thread, audio thread included]
 void setFromHost(ZElement& element, float value) noexcept;
 /// The value as a person reads it: the text of a choice, or a number with its unit ("50 ms").
 /// [any but audio thread]
