@@ -28,7 +28,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kPrograms = 1;  // without factory presets
 constexpr int kChannels = 2;
 
 /// True for the life of the object.
@@ -48,6 +47,17 @@ private:
     bool& mFlag;
 };
 
+boost::shared_ptr<ZAudioDocument> documentOf(const ZPlugin* app)
+{
+    return app != nullptr ? boost::dynamic_pointer_cast<ZAudioDocument>(app->GetCurrentDocument())
+                          : nullptr;
+}
+
+ZProgramBank::Extent extentOf(bool isPreset)
+{
+    return isPreset ? ZProgramBank::Extent::kCurrent : ZProgramBank::Extent::kAll;
+}
+
 // The way of a block where there is no network. A host that ignores the announced channels may hand
 // over fewer arrays or none.
 void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStream::Output output)
@@ -65,8 +75,11 @@ void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStre
 }  // namespace
 
 ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
-    : AudioEffectX(host, kPrograms, app ? app->GetExposedCount() : 0)
+    : AudioEffectX(host, ZProgramBank::CountOf(documentOf(app.get()).get()),
+                   app ? app->GetExposedCount() : 0)
     , mApp(std::move(app))
+    , mDocument(documentOf(mApp.get()))
+    , mPrograms(mDocument.get())
 {
     setUniqueID(fourCharacters("ocmn"));
     setNumInputs(kChannels);
@@ -77,7 +90,6 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
     if (!mApp)
         return;
     mApp->SetBeatFilter([this] { return BeatTicks(); });
-    mDocument = boost::dynamic_pointer_cast<ZAudioDocument>(mApp->GetCurrentDocument());
     if (!mDocument)
         return;
     RouteNetwork();
@@ -178,7 +190,10 @@ void ZVSTPlugin::resume()
     mClock.Restart();
     if (mWantsMidi)
         wantEvents();
-    if (mApp && IsEntryThread())
+    if (!IsEntryThread())
+        return;
+    ReleaseChunk();
+    if (mApp)
         mApp->Tick();
 }
 
@@ -371,18 +386,62 @@ bool ZVSTPlugin::getParameterProperties(std::int32_t index, VstParameterProperti
 void ZVSTPlugin::setProgram(std::int32_t index)
 {
     AudioEffectX::setProgram(index);
-    mCurrentProgram = index;
+    mPrograms.SetCurrent(index);
 }
 
 // What the host could not read back is not read, and a text without an end does no harm.
 void ZVSTPlugin::setProgramName(const char* text)
 {
-    mProgramName = readHostText(text, kVstMaxProgNameLen);
+    mPrograms.SetName(readHostText(text, kVstMaxProgNameLen));
 }
 
 void ZVSTPlugin::getProgramName(std::span<char> text)
 {
-    writeHostText(mProgramName, text);
+    writeHostText(mPrograms.GetName(), text);
+}
+
+bool ZVSTPlugin::getProgramNameIndexed(std::int32_t /*category*/, std::int32_t index,
+                                       std::span<char> text)
+{
+    const auto name = mPrograms.GetName(index);
+    writeHostText(name.value_or(ZString()), text);
+    return name.has_value();
+}
+
+std::int32_t ZVSTPlugin::getChunk(void** data, bool isPreset)
+{
+    *data = nullptr;
+    ReleaseChunk();
+    try {
+        mChunk = mPrograms.Save(extentOf(isPreset));
+    } catch (const ZException& exception) {
+        exception.Report();
+    }
+    if (!mChunk.empty())
+        *data = mChunk.data();
+    return static_cast<std::int32_t>(mChunk.size());
+}
+
+std::int32_t ZVSTPlugin::setChunk(void* data, std::int32_t size, bool isPreset)
+{
+    if (!mDocument)
+        return 0;
+    try {
+        mPrograms.Load({static_cast<const char*>(data), static_cast<std::size_t>(size)},
+                       extentOf(isPreset));
+        // What came while the program was loaded; after a bank the tick sees to that.
+        if (isPreset)
+            mApp->ProcessQueue();
+        return 1;
+    } catch (const ZException& exception) {
+        exception.Report();
+        return 0;
+    }
+}
+
+void ZVSTPlugin::ReleaseChunk()
+{
+    std::string().swap(mChunk);
 }
 
 bool ZVSTPlugin::getVendorString(std::span<char> text)

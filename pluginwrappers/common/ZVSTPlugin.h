@@ -3,10 +3,10 @@
 #include "pluginwrappers/common/AudioEffectX.h"
 #include "pluginwrappers/common/ZAudioFaults.h"
 #include "pluginwrappers/common/ZHostStream.h"
+#include "pluginwrappers/common/ZProgramBank.h"
 #include "pluginwrappers/common/ZStreamClock.h"
 #include "zlib/common/ZInterfaceThread.h"
 #include "zlib/common/ZPlugin.h"
-#include "zlib/common/ZString.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -55,8 +56,8 @@ public:
     /// it touches belongs to the passes, which are at rest.
     void suspend() override;
     /// On the thread that called the entry function all that is pending is delivered before the
-    /// return, so that a stream begins with every earlier change in force; on another, perhaps the
-    /// audio thread, it is left to the ticks.
+    /// return, so that a stream begins with every earlier change in force, and the chunk is let go;
+    /// on another, perhaps the audio thread, delivery is left to the ticks.
     void resume() override;
     /// A rate that is no positive number, or is in force, changes nothing.
     void setSampleRate(float rate) override;
@@ -85,10 +86,18 @@ public:
     using AudioEffectX::beginEdit;
     using AudioEffectX::endEdit;
 
-    [[nodiscard]] std::int32_t getProgram() override { return mCurrentProgram; }
+    [[nodiscard]] std::int32_t getProgram() override { return mPrograms.GetCurrent(); }
     void setProgram(std::int32_t index) override;
+    /// Not shown while programs are factory presets.
     void setProgramName(const char* text) override;
     void getProgramName(std::span<char> text) override;
+    bool getProgramNameIndexed(std::int32_t category, std::int32_t index,
+                               std::span<char> text) override;
+    /// The bytes are the host's until the next call, until resume on the thread that called the
+    /// entry function, or until effClose. A failure is reported and gives no bytes.
+    std::int32_t getChunk(void** data, bool isPreset) override;
+    /// What cannot be loaded is reported and changes nothing.
+    std::int32_t setChunk(void* data, std::int32_t size, bool isPreset) override;
     bool getVendorString(std::span<char> text) override;
 
 private:
@@ -100,6 +109,7 @@ private:
     [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
     [[nodiscard]] boost::shared_ptr<ZElement> GetParameterElement(std::int32_t index) const;
     void RouteNetwork();
+    void ReleaseChunk();
     void RefreshLatency();
     [[nodiscard]] bool BeatTicks();
     void RunBlock(float** inputs, float** outputs, std::int32_t frames,
@@ -115,13 +125,13 @@ private:
     ZHostStream mStream;
     std::unique_ptr<ZPlugin> mApp;
     boost::shared_ptr<ZAudioDocument> mDocument;
+    ZProgramBank mPrograms;
+    std::string mChunk;  // lent to the host
     // The parameter that is being told to the host, -1 at rest. Written by the interface thread.
     std::atomic<std::int32_t> mAutomatingParam{kNotAutomating};
     // Both guarded by the interface lock.
     bool mTicksByStream = false;              // a tick of the stream is running
     std::vector<std::int32_t> mToldNextBeat;  // parameters that wait for the interface thread
-    std::int32_t mCurrentProgram = 0;
-    ZString mProgramName = "Init";
     bool mWantsMidi = false;
 };
 

@@ -28,13 +28,6 @@ protected:
     }
     ~DispatcherTest() override { closeEffect(effect); }
 
-    std::string ProgramName()
-    {
-        std::array<char, kVstMaxProgNameLen> room{};
-        ask(effect, effGetProgramName, 0, 0, room.data());
-        return room.data();
-    }
-
     TestHost host;
     AEffect* effect;
 };
@@ -197,38 +190,6 @@ TEST_F(DispatcherTest, SetsProgramsThatExistOnly)
     }
 }
 
-TEST_F(DispatcherTest, KeepsTheProgramsName)
-{
-    EXPECT_EQ(ProgramName(), "Init");
-    std::string name = "Lead, soft";
-    EXPECT_EQ(ask(effect, effSetProgramName, 0, 0, name.data()), 0);
-    EXPECT_EQ(ProgramName(), name);
-    name.clear();
-    ask(effect, effSetProgramName, 0, 0, name.data());
-    EXPECT_EQ(ProgramName(), "");
-}
-
-TEST_F(DispatcherTest, CutsAProgramsNameAtAWholeCharacterWithinTheHostsRoom)
-{
-    for (const std::string filler : {"", "a", "ab"}) {
-        std::string name = filler;
-        while (name.size() < 200)
-            name += "\xE2\x99\xAF";  // a sharp: three bytes
-        ask(effect, effSetProgramName, 0, 0, name.data());
-        FencedRoom room(kVstMaxProgNameLen);
-        ask(effect, effGetProgramName, 0, 0, room.Start());
-        EXPECT_TRUE(room.FenceStands());
-        EXPECT_EQ(room.Text(), name.substr(0, filler.size() + 21)) << filler;
-    }
-}
-
-TEST_F(DispatcherTest, ReadsNoNameBeyondItsLimit)
-{
-    std::vector<char> unterminated(kVstMaxProgNameLen, 'x');
-    ask(effect, effSetProgramName, 0, 0, unterminated.data());
-    EXPECT_EQ(ProgramName(), std::string(kVstMaxProgNameLen - 1, 'x'));
-}
-
 TEST_F(DispatcherTest, WritesTextsInsideTheHostsRoom)
 {
     struct Text
@@ -243,6 +204,7 @@ TEST_F(DispatcherTest, WritesTextsInsideTheHostsRoom)
         {effGetParamDisplay, kVstMaxParamStrLen, 0, ""},
         {effGetParamName, kVstMaxParamStrLen, 0, ""},
         {effGetVendorString, kVstMaxVendorStrLen, 1, "Orvane Inc."},
+        {effGetProgramNameIndexed, kVstMaxProgNameLen, 0, ""},
     };
     for (const Text& text : kTexts) {
         for (const std::int32_t index : {-1, INT32_MAX}) {
@@ -274,7 +236,7 @@ TEST_F(DispatcherTest, BearsExtremeNumbersWithEveryOpcode)
                 ask(effect, row.opcode, static_cast<std::int32_t>(value), value, nullptr, opt);
         }
     }
-    EXPECT_EQ(ask(effect, effGetProgram), 0);
+    EXPECT_EQ(ask(effect, effGetProgram), 1) << "the one value that is a program";
 }
 
 TEST_F(DispatcherTest, BearsRandomCalls)

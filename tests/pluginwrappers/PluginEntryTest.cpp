@@ -45,7 +45,7 @@ TEST(PluginEntryTest, TheRecordIsFilledAsHostsExpectIt)
     AEffect* const effect = host.Open();
     ASSERT_NE(effect, nullptr);
     EXPECT_EQ(effect->magic, 0x56737450);
-    EXPECT_EQ(effect->numPrograms, 1);
+    EXPECT_EQ(effect->numPrograms, 7);
     EXPECT_EQ(effect->numParams, 7);
     EXPECT_EQ(effect->numInputs, 2);
     EXPECT_EQ(effect->numOutputs, 2);

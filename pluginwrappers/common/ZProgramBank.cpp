@@ -1,0 +1,135 @@
+#include "pluginwrappers/common/ZProgramBank.h"
+
+#include "zlib/common/ZPluginPresetsAudioDocument.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr const char* kProgram = "VST_Program";
+
+boost::shared_ptr<ZXMLElement> makeProgram(const boost::shared_ptr<ZXMLElement>& preset,
+                                           std::int32_t number)
+{
+    auto program = boost::make_shared<ZXMLElement>(kProgram);
+    program->AddAttribute("Number", number);
+    if (preset)
+        program->AddChild(*preset);
+    return program;
+}
+
+const ZPluginPresetsAudioDocument* presetsOf(const ZAudioDocument* document)
+{
+    return dynamic_cast<const ZPluginPresetsAudioDocument*>(document);
+}
+
+}  // namespace
+
+ZProgramBank::ZProgramBank(ZAudioDocument* document)
+    : mDocument(document)
+    , mPresets(presetsOf(document))
+{
+    const std::int32_t presets = mPresets != nullptr ? mPresets->GetPresetCount() : 0;
+    for (std::int32_t i = 0; i < presets; ++i)
+        mPrograms.push_back(makeProgram(mPresets->GetPresetCopy(i), i));
+    if (mPrograms.empty())
+        mPrograms.push_back(nullptr);
+}
+
+std::int32_t ZProgramBank::CountOf(const ZAudioDocument* document)
+{
+    const auto* const presets = presetsOf(document);
+    return presets != nullptr ? std::max(presets->GetPresetCount(), 1) : 1;
+}
+
+ZProgramBank::Program& ZProgramBank::Current()
+{
+    return mPrograms[static_cast<std::size_t>(mCurrent)];
+}
+
+ZString ZProgramBank::GetName() const
+{
+    return mPresets != nullptr ? ZString(mPresets->GetPresetName(mCurrent)) : mName;
+}
+
+std::optional<ZString> ZProgramBank::GetName(std::int32_t index) const
+{
+    if (mPresets == nullptr || index < 0 || index >= mPresets->GetPresetCount())
+        return std::nullopt;
+    return ZString(mPresets->GetPresetName(index));
+}
+
+void ZProgramBank::SetCurrent(std::int32_t index)
+{
+    if (mDocument == nullptr || index < 0 || static_cast<std::size_t>(index) >= mPrograms.size())
+        return;
+    const Program present = ExtractProgram();
+    Current() = present;
+    mCurrent = index;
+    // A copy: what the load tells the host may bring another program into this place.
+    const Program program = Current();
+    LoadProgram(program, present);
+}
+
+std::string ZProgramBank::Save(Extent extent)
+{
+    if (mDocument == nullptr)
+        return {};
+    Current() = ExtractProgram();
+    ZXMLElement chunk("VST_Chunk");
+    if (extent == Extent::kCurrent) {
+        chunk.AddChild(*Current());
+    } else {
+        for (const Program& program : mPrograms)
+            if (program)
+                chunk.AddChild(*program);
+    }
+    return std::string(chunk.GetText());
+}
+
+void ZProgramBank::Load(std::string_view text, Extent extent)
+{
+    if (mDocument == nullptr)
+        return;
+    const ZXMLDocument chunk(text.data(), static_cast<std::int32_t>(text.size()));
+    Programs loaded = mPrograms;
+    if (extent == Extent::kCurrent) {
+        loaded[static_cast<std::size_t>(mCurrent)] = chunk.GetChild(kProgram);
+    } else {
+        const auto given = static_cast<std::size_t>(chunk.GetChildCount(kProgram));
+        for (std::size_t i = 0; i < std::min(given, loaded.size()); ++i)
+            loaded[i] = chunk.GetChild(kProgram, static_cast<std::int32_t>(i));
+    }
+    LoadProgram(loaded[static_cast<std::size_t>(mCurrent)], ExtractProgram());
+    mPrograms = std::move(loaded);
+}
+
+ZProgramBank::Program ZProgramBank::ExtractProgram() const
+{
+    Program program = makeProgram(nullptr, mCurrent);
+    mDocument->SavePreset(*program);
+    return program;
+}
+
+// A damaged program may have changed a part of the document before it turns out to be so.
+void ZProgramBank::LoadProgram(const Program& program, const Program& present)
+{
+    try {
+        mDocument->LoadPreset(program);
+    } catch (...) {
+        if (program)
+            mDocument->LoadPreset(present);
+        throw;
+    }
+}
+
+}  // namespace orvane
