@@ -1,0 +1,82 @@
+// Time that a host waits for its project to be saved and loaded: all programs, each with nearly as
+// many custom scales as a preset takes.
+
+#include "kestrune/common/KestruneScaleTable.h"
+#include "kestrune/common/ZPsolaBay.h"
+#include "pluginwrappers/ProductInstance.h"
+#include "zlib/common/ZAudioDocument.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+void addScales(const ProductInstance& plugin)
+{
+    const auto document =
+        boost::dynamic_pointer_cast<ZAudioDocument>(plugin.app->GetCurrentDocument());
+    const auto bay =
+        boost::dynamic_pointer_cast<ZPsolaBay>(document->GetOutputNetwork()->FindBay("PsolaBay"));
+    constexpr std::int32_t kDegreesOfScale[] = {2, 3, 5, 7, 10};
+    constexpr int kScales = KestruneScaleTable::kCustomRows - 2;  // one more shows a box
+    for (int i = 0; i < kScales; ++i)
+        bay->AddCustomScale("A scale of my own " + std::to_string(i), kDegreesOfScale);
+}
+
+/// An instance whose every program holds custom scales.
+class FullBank
+{
+public:
+    FullBank()
+    {
+        addScales(plugin);
+        const std::string program = plugin.Program();
+        for (std::int32_t i = 0; i < plugin.effect->numPrograms; ++i) {
+            plugin.Ask(effSetProgram, 0, i);
+            plugin.LoadProgram(program);
+        }
+    }
+
+    ProductInstance plugin;
+};
+
+void saveBank(benchmark::State& state)
+{
+    const FullBank bank;
+    for (auto _ : state) {
+        void* data = nullptr;
+        benchmark::DoNotOptimize(bank.plugin.Ask(effGetChunk, 0, 0, &data));
+    }
+    state.counters["bytes"] = static_cast<double>(bank.plugin.Bank().size());
+}
+
+void loadBank(benchmark::State& state)
+{
+    const FullBank bank;
+    std::string chunk = bank.plugin.Bank();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(bank.plugin.Ask(
+            effSetChunk, 0, static_cast<std::intptr_t>(chunk.size()), chunk.data()));
+}
+
+void switchPrograms(benchmark::State& state)
+{
+    const FullBank bank;
+    std::intptr_t program = 0;
+    for (auto _ : state)
+        bank.plugin.Ask(effSetProgram, 0, program++ % 7);
+}
+
+BENCHMARK(saveBank)->Unit(benchmark::kMillisecond);
+BENCHMARK(loadBank)->Unit(benchmark::kMillisecond);
+BENCHMARK(switchPrograms)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace orvane
