@@ -282,7 +282,7 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
         {{in, out, "--set", "pitchCorrectionTime=nan"}, "from 0 to 400 (ms)"},
         {{in, out, "--set", "pitchCorrectionTime=50ms"}, "from 0 to 400 (ms)"},
         {{in, out, "--set", "pitchCorrectionTime="}, "from 0 to 400 (ms)"},
-        {{in, out, "--set", "scale=Minor"}, "no parameter of the plug-in and stays at Major"},
+        {{in, out, "--set", "scale=Minor"}, "no parameter of the plug-in: give it by a preset"},
         {{in, out, "--set", "PitchShift=100"}, "use pitchTranspose instead"},
         {{in, out, "--plugin", mFolder.Path("none.so")}, "no such plug-in file"},
         {{"--list", "--plugin", mFolder.Path("none.so")}, "no such plug-in file"},

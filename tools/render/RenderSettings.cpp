@@ -83,12 +83,6 @@ char lowered(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool equalWithoutCase(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lowered(x) == lowered(y); });
-}
-
 /// The number that the whole text stands for, in the "C" form.
 std::optional<float> numberIn(std::string_view text)
 {
@@ -130,9 +124,9 @@ void requireParameter(Setting setting)
     if (!rule.instead.empty())
         throw ZException(-1, fmt::format("{} is no parameter of the plug-in: use {} instead",
                                          rule.name, rule.instead));
-    throw ZException(-1, fmt::format("{} is no parameter of the plug-in and stays at {}: use {}",
-                                     rule.name, RenderSettings().Text(setting),
-                                     fmt::join(parameterNames(), ", ")));
+    throw ZException(
+        -1, fmt::format("{} is no parameter of the plug-in: give it by a preset, or use {}",
+                        rule.name, fmt::join(parameterNames(), ", ")));
 }
 
 bool isWithin(const SettingRule& rule, float value)
@@ -159,6 +153,12 @@ std::optional<float> valueOf(const SettingRule& rule, std::string_view text)
 
 }  // namespace
 
+bool equalWithoutCase(std::string_view a, std::string_view b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lowered(x) == lowered(y); });
+}
+
 const SettingRule& settingRule(Setting setting)
 {
     return kRules[static_cast<std::size_t>(setting)];
@@ -174,6 +174,22 @@ Setting settingNamed(std::string_view name)
     }
     throw ZException(-1, fmt::format("there is no setting '{}': the settings are {}", name,
                                      fmt::join(parameterNames(), ", ")));
+}
+
+SettingValue settingValueIn(std::string_view name, std::string_view text)
+{
+    const Setting setting = settingNamed(name);
+    requireParameter(setting);
+    const SettingRule& rule = settingRule(setting);
+    const std::optional<float> value = valueOf(rule, text);
+    if (!value || !isWithin(rule, *value))
+        refuseValue(rule, text);
+    return {setting, *value};
+}
+
+bool canBe(Setting setting, float value)
+{
+    return isWithin(settingRule(setting), value);
 }
 
 std::string settingsHelp()
@@ -198,15 +214,10 @@ void RenderSettings::Assign(std::string_view assignment)
     if (equals == std::string_view::npos)
         throw ZException(
             -1, fmt::format("'{}' is no setting: write NAME=VALUE, such as key=C", assignment));
-    const Setting setting = settingNamed(assignment.substr(0, equals));
-    requireParameter(setting);
-    const SettingRule& rule = settingRule(setting);
-    const std::string_view text = assignment.substr(equals + 1);
-    const std::optional<float> value = valueOf(rule, text);
-    if (!value || !isWithin(rule, *value))
-        refuseValue(rule, text);
-    Set(setting, *value);
-    mIsAssigned[static_cast<std::size_t>(setting)] = true;
+    const SettingValue given =
+        settingValueIn(assignment.substr(0, equals), assignment.substr(equals + 1));
+    Set(given.setting, given.value);
+    mIsAssigned[static_cast<std::size_t>(given.setting)] = true;
 }
 
 void RenderSettings::Set(Setting setting, float value)

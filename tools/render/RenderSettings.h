@@ -46,6 +46,23 @@ struct SettingRule
 /// The setting with a name or a label. Throws ZException, with the names there are, for any other.
 /// Letters may be of either case.
 [[nodiscard]] Setting settingNamed(std::string_view name);
+
+/// A setting and what it is to be, within its rule.
+struct SettingValue
+{
+    Setting setting;
+    float value;
+};
+/// Reads the name or label of a setting, and one of its texts, in letters of either case, or a
+/// number. Throws ZException that says what would be right, also for what is no parameter of the
+/// plug-in.
+[[nodiscard]] SettingValue settingValueIn(std::string_view name, std::string_view text);
+
+/// Whether a value is within the rule.
+[[nodiscard]] bool canBe(Setting setting, float value);
+/// How names of all kinds are compared.
+[[nodiscard]] bool equalWithoutCase(std::string_view a, std::string_view b);
+
 /// All names that can be set, with what they take, a line each: for the help.
 [[nodiscard]] std::string settingsHelp();
 
@@ -55,9 +72,7 @@ class RenderSettings
 public:
     RenderSettings();
 
-    /// Takes "NAME=VALUE", where VALUE is a text of the setting, in letters of either case, or a
-    /// number. Throws ZException that says what would be right, also for what is no parameter of
-    /// the plug-in.
+    /// Takes "NAME=VALUE", each as settingValueIn does, and throws as it does.
     void Assign(std::string_view assignment);
     [[nodiscard]] bool IsAssigned(Setting setting) const
     {
