@@ -11,8 +11,10 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <numeric>
 #include <optional>
+#include <sstream>
 
 namespace orvane
 {
@@ -51,6 +53,19 @@ public:
 
     RenderRequest& Request() { return mRequest; }
 
+    std::filesystem::path File(const char* name, const std::string& text)
+    {
+        std::ofstream(mFolder.Path(name), std::ios::binary) << text;
+        return mFolder.Path(name);
+    }
+    [[nodiscard]] std::string Text(const char* name) const
+    {
+        std::ostringstream text;
+        text << std::ifstream(mFolder.Path(name), std::ios::binary).rdbuf();
+        return text.str();
+    }
+    [[nodiscard]] std::vector<std::string> Names() const { return mFolder.Names(); }
+
     RenderResult Run(const TestSound& sound)
     {
         writeSound(mRequest.input, sound);
@@ -87,7 +102,7 @@ TEST(PluginInstanceTest, ThePluginFindsAHostThatRendersOffline)
     EXPECT_EQ(log.blockSize, 300);
     EXPECT_EQ(log.processLevel, 4);
     EXPECT_EQ(log.language, 1);
-    EXPECT_EQ(log.sendsMidi, 0);
+    EXPECT_EQ(log.sendsMidi, 1);
     EXPECT_EQ(log.vendor, "Orvane Inc.");
     EXPECT_EQ(log.product, "kestrune-render");
 }
@@ -138,6 +153,83 @@ TEST(PluginInstanceTest, CallsThatTellOfParametersAreCounted)
     EXPECT_EQ(calls, static_cast<int>(fakePluginLog().blocks.size()));
 }
 
+TEST(PluginInstanceTest, EventsComeAtTheirFrameAndCutTheBlock)
+{
+    FakeRender render;
+    RenderRequest& request = render.Request();
+    request.blockFrames = 4410;
+    request.automation =
+        render.File("a.csv", "0.15,Key,A\n0,Correct Pitch,On\n0.15,Key,G#\n9,Key,A");
+    const std::string head{"MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0D", 22};
+    request.midi = render.File(
+        "m.mid", head + std::string{"\0\x90\x3C\x64\x1D\x3C\x00\x00\x3D\x01\x00\xC2\x07", 13});
+    const RenderResult result = render.Run(testVoice(1, 0.3));
+    const FakePluginLog& log = fakePluginLog();
+    // 29 of 96 ticks, two quarters a second: 0.151041 s.
+    EXPECT_EQ(log.events, (std::vector<std::string>{
+                              "0: Correct Pitch 1.00", "0: 1 90 60 100 after 0", "6615: Key 0.02",
+                              "6615: Key 1.00", "6661: 1 90 60 0 after 0",
+                              "6661: 1 90 61 1 after 0", "6661: 1 c2 7 0 after 0"}));
+    EXPECT_EQ(log.blocks, (std::vector<std::int32_t>{4410, 2205, 46, 2159, 4410, kFakeLatency}));
+    EXPECT_EQ(log.positions[3], 6661.0);
+    EXPECT_EQ(result.eventsLeft, 1u);
+}
+
+TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
+{
+    FakeRender render;
+    RenderRequest& request = render.Request();
+    request.state.program = "second";
+    request.state.loadChunk = render.File("c", std::string("a\0b", 3));
+    request.state.preset = render.File("p.xml", "<preset version=\"1.0\"></preset>");
+    request.settings = settingsWith({"key=G#"});
+    request.saveChunk = render.File("saved", "old");
+    const RenderResult result = render.Run(testVoice(1, 0.3));
+    const FakePluginLog& log = fakePluginLog();
+    EXPECT_EQ(log.events, (std::vector<std::string>{"0: program 1", "0: Key 1.00"}));
+    EXPECT_EQ(log.chunks, (std::vector<std::string>{
+                              std::string("bank a\0b", 8),
+                              "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
+                              "</preset>\n</VST_Program>\n"}));
+    EXPECT_EQ(log.opcodes, (std::vector<std::int32_t>{effOpen, effSetSampleRate, effSetBlockSize,
+                                                      effBeginSetProgram, effSetProgram,
+                                                      effEndSetProgram, effSetChunk, effSetChunk,
+                                                      effMainsChanged, effMainsChanged, effClose}));
+    EXPECT_EQ(render.Text("saved"), kFakeChunk);
+    EXPECT_EQ(result.settings.Value(Setting::kDetune), 12.5f);
+}
+
+TEST(PluginInstanceTest, StatesThatCannotBeLeaveNothingBehind)
+{
+    const std::string preset = "<preset version=\"1.0\"></preset>";
+    const auto refuse = [&](const char* mode, const char* says, auto ask) {
+        FakeRender render(mode);
+        ask(render, render.Request());
+        const std::vector<std::string> names = render.Names();
+        std::string text = says;
+        const std::string file = render.Request().state.preset.string();
+        if (const std::size_t place = text.find("FILE"); place != std::string::npos)
+            text.replace(place, 4, file);
+        expectZException(-1, text, [&] { render.Run(testVoice(1, 0.1)); });
+        EXPECT_EQ(render.Names().size(), names.size() + 1);  // the input
+    };
+    refuse("", "the plug-in Fake has no program '3'; it has First (0), Second (1),  (2)",
+           [](FakeRender&, RenderRequest& request) { request.state.program = "3"; });
+    for (const auto& [mode, says] :
+         {std::pair("picky", "the plug-in Fake refuses what FILE holds"),
+          std::pair("chunkless", "the plug-in Fake stores no chunks: neither a chunk nor a preset "
+                                 "can be given to it or taken from it")})
+        refuse(mode, says, [&](FakeRender& render, RenderRequest& request) {
+            request.state.preset = render.File("p", preset);
+        });
+    refuse("chunkless",
+           "the plug-in Fake stores no chunks: neither a chunk nor a preset can be given to it or "
+           "taken from it",
+           [](FakeRender& render, RenderRequest& request) {
+               request.saveChunk = render.File("c", "");
+           });
+}
+
 TEST(PluginInstanceTest, ListingNamesParametersAndPrograms)
 {
     PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
@@ -153,10 +245,10 @@ TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
     const PluginSettings settings(plugin);
     for (int key = 0; key < 12; ++key) {
         settings.Give(settingsWith({("key=" + std::to_string(key)).c_str()}));
-        EXPECT_EQ(settings.InForce().Index(Setting::kKey), key);
+        EXPECT_EQ(settings.InForce({}).Index(Setting::kKey), key);
     }
     settings.Give(settingsWith({"Pitch Correcton Time=123", "correct pitch=on"}));
-    const RenderSettings inForce = settings.InForce();
+    const RenderSettings inForce = settings.InForce({});
     EXPECT_EQ(inForce.Text(Setting::kPitchCorrectionTime), "123 ms");
     EXPECT_TRUE(inForce.IsOn(Setting::kPitchCorrectionOnOff));
     EXPECT_EQ(inForce.Index(Setting::kKey), 11);

@@ -26,6 +26,15 @@ std::intptr_t writeText(void* room, std::string_view text) noexcept
     return 1;
 }
 
+/// Notes and the time, no windows.
+std::intptr_t sendsWhat(const void* word) noexcept
+{
+    if (!word)
+        return 0;
+    const std::string_view asked = static_cast<const char*>(word);
+    return asked == "sendVstEvents" || asked == "sendVstMidiEvent" || asked == "sendVstTimeInfo";
+}
+
 }  // namespace
 
 void OfflineHost::SetFormat(int rate, int blockFrames)
@@ -68,6 +77,7 @@ std::intptr_t OfflineHost::Answer(std::int32_t opcode, void* ptr) noexcept
         return kVstVersion;
     case audioMasterGetTime:
         return reinterpret_cast<std::intptr_t>(&mTime);
+    case audioMasterWantMidi:
     case audioMasterIOChanged:
     case audioMasterUpdateDisplay:
         return 1;
@@ -85,7 +95,8 @@ std::intptr_t OfflineHost::Answer(std::int32_t opcode, void* ptr) noexcept
         return kVendorVersion;
     case audioMasterGetLanguage:
         return kVstLangEnglish;
-    case audioMasterCanDo:  // no MIDI, no windows, nothing but sound
+    case audioMasterCanDo:
+        return sendsWhat(ptr);
     default:
         return 0;
     }

@@ -1,5 +1,6 @@
 #include "tools/render/OfflineRender.h"
 
+#include "tools/render/EventSchedule.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/PitchPlot.h"
 #include "tools/render/PitchReader.h"
@@ -19,6 +20,8 @@
 #include <initializer_list>
 #include <optional>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -36,21 +39,28 @@ bool isSameFile(const fs::path& a, const fs::path& b)
     return fs::weakly_canonical(a, error) == fs::weakly_canonical(b, error);
 }
 
+void requireOther(const fs::path& path, const std::vector<fs::path>& others)
+{
+    for (const fs::path& other : others) {
+        if (!other.empty() && isSameFile(path, other))
+            throw ZException(-1, fmt::format("{} is named twice: each file needs a name of its own",
+                                             path.string()));
+    }
+}
+
 void requireDistinct(const RenderRequest& request)
 {
     if (isSameFile(request.input, request.output))
         throw ZException(-1, fmt::format("{} is both input and output: name another output",
                                          request.output.string()));
-    const auto requireOther = [](const fs::path& path, std::initializer_list<fs::path> others) {
-        for (const fs::path& other : others) {
-            if (!path.empty() && !other.empty() && isSameFile(path, other))
-                throw ZException(-1,
-                                 fmt::format("{} is named twice: each file needs a name of its own",
-                                             path.string()));
-        }
-    };
-    requireOther(request.plot, {request.input, request.output});
-    requireOther(request.report, {request.input, request.output, request.plot});
+    std::vector<fs::path> others{request.input, request.state.loadChunk, request.state.preset,
+                                 request.automation, request.midi};
+    for (const fs::path& target : {request.output, request.plot, request.report, request.saveChunk})
+    {
+        if (!target.empty())
+            requireOther(target, others);
+        others.push_back(target);
+    }
 }
 
 std::optional<TargetFile> optionalTarget(const fs::path& path)
@@ -81,8 +91,9 @@ class RenderRun
 {
 public:
     RenderRun(const RenderRequest& request, const RenderSettings& settings, PluginInstance& plugin,
-              SoundReader& reader, SoundWriter& writer)
+              EventSchedule& events, SoundReader& reader, SoundWriter& writer)
         : mPlugin(plugin)
+        , mEvents(events)
         , mReader(reader)
         , mWriter(writer)
         , mBlock(request.blockFrames)
@@ -132,7 +143,13 @@ private:
     void Process(int count)
     {
         const auto start = std::chrono::steady_clock::now();
-        mPlugin.Process(mInput, mOutput, count);
+        for (int done = 0; done < count;) {
+            const std::int64_t frame = mProduced + done;
+            mEvents.Give(mPlugin, frame);
+            const int frames = mEvents.BlockFrames(frame, count - done);
+            mPlugin.Process(mInput, mOutput, done, frames);
+            done += frames;
+        }
         mSpent += std::chrono::steady_clock::now() - start;
         // What has been written stays where it is, so that a later change comes too late.
         if (!mHasWritten)
@@ -191,6 +208,7 @@ private:
     }
 
     PluginInstance& mPlugin;
+    EventSchedule& mEvents;
     SoundReader& mReader;
     SoundWriter& mWriter;
     int mBlock;
@@ -208,14 +226,26 @@ private:
     std::chrono::steady_clock::duration mSpent{};  // in the plug-in
 };
 
-/// Makes the plug-in ready as hosts do; gives the settings in force.
-RenderSettings prepare(PluginInstance& plugin, int rate, const RenderRequest& request)
+EventSchedule scheduled(const RenderRequest& request, const PluginSettings& settings, int rate)
 {
-    const PluginSettings settings(plugin);
+    std::vector<AutomationPoint> automation;
+    std::vector<MidiEvent> messages;
+    if (!request.automation.empty())
+        automation = readAutomationFile(request.automation);
+    if (!request.midi.empty())
+        messages = readMidiFile(request.midi);
+    return {automation, std::move(messages), settings, rate};
+}
+
+/// Makes the plug-in ready as hosts do; gives the settings in force.
+RenderSettings prepare(PluginInstance& plugin, const PluginSettings& settings, int rate,
+                       const RenderRequest& request)
+{
     plugin.SetFormat(rate, request.blockFrames);
+    bringIntoState(plugin, request.state);
     settings.Give(request.settings);
     plugin.Start();
-    return settings.InForce();
+    return settings.InForce(request.settings);
 }
 
 }  // namespace
@@ -228,13 +258,18 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
     RenderResult result;
     result.format = reader.Format();
     result.plugin = plugin.Name();
-    result.settings = prepare(plugin, reader.Format().rate, request);
+    const PluginSettings settings(plugin);
+    EventSchedule events = scheduled(request, settings, reader.Format().rate);
+    result.settings = prepare(plugin, settings, reader.Format().rate, request);
 
     TargetFile output(request.output);
     std::optional<TargetFile> plot = optionalTarget(request.plot);
     std::optional<TargetFile> report = optionalTarget(request.report);
+    std::optional<TargetFile> chunk = optionalTarget(request.saveChunk);
+    if (chunk)
+        writeBankChunk(plugin, chunk->TemporaryPath(), chunk->Name());
     SoundWriter writer(output.TemporaryPath(), output.Name(), reader);
-    RenderRun run(request, result.settings, plugin, reader, writer);
+    RenderRun run(request, result.settings, plugin, events, reader, writer);
     run.Run();
     writer.Close();
 
@@ -242,6 +277,7 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
     result.frames = run.Frames();
     result.latency = run.Latency();
     result.latencyMoved = plugin.Latency() != run.Latency();
+    result.eventsLeft = events.Left();
     result.automationCalls = plugin.AutomationCalls();
     result.timesRealtime = run.TimesRealtime();
     result.badSamples = reader.BadSamples();
@@ -256,10 +292,10 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
         writeJsonReport(report->TemporaryPath(), report->Name(), request, result);
     throwIfInterrupted();
     output.Commit();
-    if (plot)
-        plot->Commit();
-    if (report)
-        report->Commit();
+    for (std::optional<TargetFile>* const other : {&plot, &report, &chunk}) {
+        if (*other)
+            (*other)->Commit();
+    }
     return result;
 }
 

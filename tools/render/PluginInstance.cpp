@@ -1,5 +1,6 @@
 #include "tools/render/PluginInstance.h"
 
+#include "pluginwrappers/common/VstEvents.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "zlib/common/ZException.h"
 
@@ -9,6 +10,7 @@
 #include <array>
 #include <cassert>
 #include <cstring>
+#include <vector>
 
 namespace orvane
 {
@@ -28,6 +30,15 @@ AEffect* opened(PluginLibrary::EntryProc entry, audioMasterCallback host, const 
     if (effect->magic != kEffectMagic)
         throw ZException(-1, fmt::format("{} is no plug-in: it starts with no effect", file));
     return effect;
+}
+
+VstMidiEvent recordOf(const MidiEvent& event)
+{
+    VstMidiEvent record{};
+    record.type = kVstMidiType;
+    record.byteSize = static_cast<std::int32_t>(sizeof record - 2 * sizeof(std::int32_t));
+    std::memcpy(record.midiData, event.bytes.data(), event.bytes.size());
+    return record;
 }
 
 }  // namespace
@@ -108,14 +119,29 @@ void PluginInstance::Start()
     mLatency = std::max(mEffect->initialDelay, 0);
 }
 
-void PluginInstance::Process(StereoBlock& input, StereoBlock& output, int count)
+void PluginInstance::Process(StereoBlock& input, StereoBlock& output, int first, int count)
 {
     assert(mIsOn);
-    std::array<float*, kChannels> inputs{input[0].data(), input[1].data()};
-    std::array<float*, kChannels> outputs{output[0].data(), output[1].data()};
+    std::array<float*, kChannels> inputs{input[0].data() + first, input[1].data() + first};
+    std::array<float*, kChannels> outputs{output[0].data() + first, output[1].data() + first};
     mHost.MoveTo(mFrame);
     mEffect->processReplacing(mEffect.get(), inputs.data(), outputs.data(), count);
     mFrame += count;
+}
+
+void PluginInstance::Send(std::span<const MidiEvent> events)
+{
+    std::vector<VstMidiEvent> records;
+    for (const MidiEvent& event : events)
+        records.push_back(recordOf(event));
+    // The interface's list has no end of its own: it is as long as its first field says.
+    std::vector<std::intptr_t> room(sizeof(VstEvents) / sizeof(std::intptr_t) + records.size());
+    auto& list = *reinterpret_cast<VstEvents*>(room.data());
+    VstEvent** const places = list.events;
+    for (std::size_t i = 0; i < records.size(); ++i)
+        places[i] = reinterpret_cast<VstEvent*>(&records[i]);
+    list.numEvents = static_cast<std::int32_t>(records.size());
+    Ask(effProcessEvents, 0, 0, &list);
 }
 
 std::string PluginInstance::ParameterName(int index) const
@@ -145,6 +171,28 @@ std::string PluginInstance::ProgramName(int index) const
     if (name.empty() && index == Ask(effGetProgram))
         return AskText(effGetProgramName);
     return name;
+}
+
+void PluginInstance::SetProgram(int index)
+{
+    Ask(effBeginSetProgram);
+    Ask(effSetProgram, 0, index);
+    Ask(effEndSetProgram);
+}
+
+std::string PluginInstance::Chunk(Extent extent) const
+{
+    void* data = nullptr;
+    const std::intptr_t size = Ask(effGetChunk, extent == Extent::kProgram ? 1 : 0, 0, &data);
+    if (!data || size <= 0)
+        return {};
+    return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
+}
+
+bool PluginInstance::SetChunk(std::string chunk, Extent extent)
+{
+    const auto size = static_cast<std::intptr_t>(chunk.size());
+    return Ask(effSetChunk, extent == Extent::kProgram ? 1 : 0, size, chunk.data()) != 0;
 }
 
 std::string PluginInstance::Name() const

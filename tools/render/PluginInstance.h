@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pluginwrappers/common/AEffect.h"
+#include "tools/render/MidiFile.h"
 #include "tools/render/OfflineHost.h"
 #include "tools/render/PluginLibrary.h"
 #include "tools/render/SoundFile.h"
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace orvane
@@ -31,9 +33,11 @@ public:
     void Start();
     /// Frames from input to output, as last told; needs Start.
     [[nodiscard]] int Latency() const { return mLatency; }
-    /// Runs the first count frames of a block of the announced size; count may be less than that
-    /// in the last block. Needs Start.
-    void Process(StereoBlock& input, StereoBlock& output, int count);
+    /// Runs count frames, from the frame first of both on; count is at most the announced size.
+    /// Needs Start.
+    void Process(StereoBlock& input, StereoBlock& output, int first, int count);
+    /// Messages that act from the next block on.
+    void Send(std::span<const MidiEvent> events);
 
     [[nodiscard]] int ParameterCount() const { return mEffect->numParams; }
     [[nodiscard]] std::string ParameterName(int index) const;
@@ -48,6 +52,20 @@ public:
     [[nodiscard]] int ProgramCount() const { return mEffect->numPrograms; }
     /// Empty where the plug-in does not tell.
     [[nodiscard]] std::string ProgramName(int index) const;
+    void SetProgram(int index);
+
+    /// All programs, or the current one alone.
+    enum class Extent
+    {
+        kBank,
+        kProgram,
+    };
+    /// Whether the plug-in stores itself as chunks.
+    [[nodiscard]] bool HasChunks() const { return (mEffect->flags & effFlagsProgramChunks) != 0; }
+    /// The plug-in's state, in a form of its own; empty where it gives none. Needs HasChunks.
+    [[nodiscard]] std::string Chunk(Extent extent) const;
+    /// False where the plug-in refuses the chunk. Needs HasChunks.
+    [[nodiscard]] bool SetChunk(std::string chunk, Extent extent);
 
     /// The plug-in's own name, or that of its file.
     [[nodiscard]] std::string Name() const;

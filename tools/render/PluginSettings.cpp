@@ -2,6 +2,7 @@
 
 #include "tools/render/PluginInstance.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZXMLElement.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -49,6 +50,35 @@ void deriveShifts(RenderSettings& settings)
                  100.0f * stepsUp(Setting::kFormantTranspose) + 0.5f * pitch);
 }
 
+/// Takes a value over as the plug-in has it in force: kept within the rule, as its engine does. A
+/// choice beyond those that every plug-in has is one of the user's own, and passed over.
+void takeElement(RenderSettings& settings, const ZXMLElement& element)
+{
+    for (std::size_t s = 0; s < kSettingCount; ++s) {
+        const auto setting = static_cast<Setting>(s);
+        const SettingRule& rule = settingRule(setting);
+        const char* const attribute = rule.texts.empty() ? "floatvalue" : "int32value";
+        if (!element.AttributeIs("name", rule.name) || !element.HasAttribute(attribute))
+            continue;
+        const float value = element.GetFloat(attribute);
+        const float kept = rule.texts.empty() ? std::clamp(value, rule.low, rule.high) : value;
+        if (canBe(setting, kept))
+            settings.Set(setting, kept);
+    }
+}
+
+/// Takes the values of all elements in a text over, the last one where there are many.
+void takeElements(RenderSettings& settings, const ZXMLDocument& text, int depth)
+{
+    constexpr int kDeepest = 64;  // far below what a stack bears, should the text be anything
+    for (std::int32_t i = 0; depth < kDeepest && i < text.GetChildCount(); ++i) {
+        const auto child = text.GetChild(i);
+        if (child->IsNamed("element"))
+            takeElement(settings, *child);
+        takeElements(settings, *child, depth + 1);
+    }
+}
+
 }  // namespace
 
 PluginSettings::PluginSettings(PluginInstance& plugin)
@@ -77,26 +107,39 @@ int PluginSettings::IndexOf(Setting setting) const
                         names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "))));
 }
 
+PluginSettings::HostValue PluginSettings::Placed(const SettingValue& given) const
+{
+    return {IndexOf(given.setting), hostValue(settingRule(given.setting), given.value)};
+}
+
 void PluginSettings::Give(const RenderSettings& settings) const
 {
     for (std::size_t s = 0; s < kSettingCount; ++s) {
         const auto setting = static_cast<Setting>(s);
-        if (settings.IsAssigned(setting))
-            mPlugin.SetParameter(IndexOf(setting),
-                                 hostValue(settingRule(setting), settings.Value(setting)));
+        if (!settings.IsAssigned(setting))
+            continue;
+        const HostValue placed = Placed({setting, settings.Value(setting)});
+        mPlugin.SetParameter(placed.index, placed.value);
     }
 }
 
-RenderSettings PluginSettings::InForce() const
+RenderSettings PluginSettings::InForce(const RenderSettings& given) const
 {
     RenderSettings settings;
+    if (mPlugin.HasChunks()) {
+        const std::string chunk = mPlugin.Chunk(PluginInstance::Extent::kProgram);
+        const auto length = static_cast<std::int32_t>(chunk.size());
+        takeElements(settings, ZXMLDocument(chunk.data(), length), 0);
+    }
     for (std::size_t s = 0; s < kSettingCount; ++s) {
         const auto setting = static_cast<Setting>(s);
         if (mIndices[s])
             settings.Set(setting,
                          settingValue(settingRule(setting), mPlugin.Parameter(*mIndices[s])));
     }
-    deriveShifts(settings);
+    if (!mPlugin.HasChunks() || given.IsAssigned(Setting::kPitchTranspose) ||
+        given.IsAssigned(Setting::kFormantTranspose))
+        deriveShifts(settings);
     return settings;
 }
 

@@ -17,11 +17,20 @@ class PluginSettings
 public:
     explicit PluginSettings(PluginInstance& plugin);
 
+    /// A value of a parameter, as hosts give it.
+    struct HostValue
+    {
+        int index;
+        float value;  // 0 to 1
+    };
+    /// Throws ZException where the plug-in has no such parameter.
+    [[nodiscard]] HostValue Placed(const SettingValue& given) const;
     /// Sets what is assigned. Throws ZException where the plug-in has no such parameter.
     void Give(const RenderSettings& settings) const;
-    /// What the plug-in says is in force; what is no parameter is at its initial value, but the
-    /// shifts, which follow from the transpositions.
-    [[nodiscard]] RenderSettings InForce() const;
+    /// What the plug-in says is in force. What is no parameter is as its chunk tells; without one
+    /// it is at its initial value, but the shifts, which follow from the transpositions.
+    /// given: what Give has set; the plug-in follows a transposition chosen there a moment later.
+    [[nodiscard]] RenderSettings InForce(const RenderSettings& given) const;
 
 private:
     [[nodiscard]] int IndexOf(Setting setting) const;

@@ -82,14 +82,18 @@ bool clips(const RenderResult& result)
 }
 
 /// What the user may not expect, a line each.
-std::string notes(const RenderResult& result)
+std::string notes(const RenderRequest& request, const RenderResult& result)
 {
     std::string text;
     const bool isDry = !result.settings.IsOn(Setting::kPitchCorrectionOnOff) &&
                        !result.settings.IsOn(Setting::kTransposeOnOff);
-    if (isDry)
+    if (isDry && request.automation.empty())
         text += "  note          neither pitchCorrectionOnOff nor transposeOnOff is on: "
                 "the sound is the input's\n";
+    if (result.eventsLeft > 0)
+        text += fmt::format("  note          {} points of automation or messages come after the "
+                            "end and were left out\n",
+                            result.eventsLeft);
     if (result.badSamples > 0)
         text +=
             fmt::format("  note          {} samples were no finite numbers and were taken as 0\n",
@@ -117,7 +121,7 @@ std::string textReport(const RenderRequest& request, const RenderResult& result)
     text += fmt::format("  off the scale before: {}\n", distanceText(result.before));
     text += fmt::format("                after:  {}\n", distanceText(result.after));
     text += fmt::format("  speed         {:.1f} times real time\n", result.timesRealtime);
-    return text + notes(result);
+    return text + notes(request, result);
 }
 
 void writeJsonReport(const std::filesystem::path& path, const std::string& name,
@@ -138,6 +142,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"block_frames", request.blockFrames},
         {"samples_not_finite", result.badSamples},
         {"output_peak", static_cast<double>(result.peak)},
+        {"events_after_end", result.eventsLeft},
         {"automation_calls", result.automationCalls},
         {"times_realtime", rounded(result.timesRealtime, 1e2)},
         {"settings", settingsJson(result.settings)},

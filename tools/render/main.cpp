@@ -34,8 +34,14 @@ std::string footer()
 {
     return "Settings:\n" + settingsHelp() + R"(
 A mono file is heard on both sides, and its output is the left one. Distances from the scale are
-those of the voiced places: loud enough, periodic and steady. Settings are the parameters of the
-plug-in, under the names above or those that --list shows; all else is as the plug-in starts.
+those of the voiced places: loud enough, periodic and steady, from the scale that is in force
+before automation; a scale of the user's own counts as Major there. Settings are the parameters of
+the plug-in, under the names above or those that --list shows; all else comes from a program, a
+chunk or a preset, else it is as the plug-in starts. The program comes first, then the chunk, the
+preset, the settings, and automation on the way.
+
+A line of automation is SECONDS,NAME,VALUE, such as 1.5,key,D. Automation and notes of a MIDI file
+act on what is fed from their time on, to the sample.
 
 Examples:
   kestrune-render --list
@@ -44,6 +50,7 @@ Examples:
       --plot hard.png --report hard.json
   kestrune-render voice.wav low.wav --set transposeOnOff=On \
       --set "pitchTranspose=Down Minor 3rd" --set formantTranspose=Bigger2
+  kestrune-render voice.wav out.wav --preset mine.xml --automate keys.csv --midi melody.mid
 )";
 }
 
@@ -78,6 +85,24 @@ void run(RenderRequest request, const std::vector<std::string>& assignments,
     fmt::print("{}", textReport(request, result));
 }
 
+void addStateOptions(CLI::App& app, RenderRequest& request)
+{
+    app.add_option("--program", request.state.program, "A program of the plug-in")
+        ->type_name("N|NAME");
+    app.add_option("--preset", request.state.preset, "A preset, taken into the current program")
+        ->type_name("FILE.xml");
+    app.add_option("--load-chunk", request.state.loadChunk,
+                   "The state of all programs, as --save-chunk wrote it")
+        ->type_name("FILE");
+    app.add_option("--save-chunk", request.saveChunk,
+                   "Writes the state of all programs, settings included, before automation")
+        ->type_name("FILE");
+    app.add_option("--automate", request.automation, "Values of settings by time")
+        ->type_name("FILE.csv");
+    app.add_option("--midi", request.midi, "Plays a Standard MIDI File into the plug-in")
+        ->type_name("FILE.mid");
+}
+
 int parseAndRun(int argc, char** argv)
 {
     RenderRequest request;
@@ -96,6 +121,7 @@ int parseAndRun(int argc, char** argv)
         ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    addStateOptions(app, request);
     app.add_option("--plugin", library,
                    "Library to render with; else the program's own, or an installed one")
         ->type_name("FILE");

@@ -1,6 +1,7 @@
 #include "tools/fake_plugin/FakePlugin.h"
 
 #include "pluginwrappers/common/AEffect.h"
+#include "pluginwrappers/common/VstEvents.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstTimeInfo.h"
 
@@ -34,6 +35,7 @@ struct Fake
     AEffect effect{};
     std::array<float, kNames.size()> values{0.0f, 3.0f / 11.0f, 0.125f, 0.5f};
     std::array<std::deque<float>, 2> delayed{};
+    std::int64_t frame = 0;  // taken in
 };
 
 Fake& fakeOf(AEffect* effect)
@@ -60,8 +62,41 @@ std::intptr_t writeDisplay(const Fake& fake, std::int32_t index, void* room)
     }
 }
 
+void logEvent(const Fake& fake, const std::string& event)
+{
+    fakeLog().events.push_back(std::to_string(fake.frame) + ": " + event);
+}
+
+std::intptr_t takeMessages(const Fake& fake, const VstEvents& events)
+{
+    for (std::int32_t i = 0; i < events.numEvents; ++i) {
+        const VstEvent* const* places = events.events;
+        const auto& message = *reinterpret_cast<const VstMidiEvent*>(places[i]);
+        std::array<char, 64> text{};
+        std::snprintf(text.data(), text.size(), "%d %02x %d %d after %d", message.type,
+                      static_cast<unsigned char>(message.midiData[0]), message.midiData[1],
+                      message.midiData[2], message.deltaFrames);
+        logEvent(fake, text.data());
+    }
+    return 1;
+}
+
+std::intptr_t giveChunk(void** place)
+{
+    static std::string chunk = kFakeChunk;
+    *place = chunk.data();
+    return static_cast<std::intptr_t>(chunk.size());
+}
+
+std::intptr_t takeChunk(const Fake& fake, bool isProgram, const char* data, std::intptr_t size)
+{
+    const std::string text(data, static_cast<std::size_t>(size));
+    fakeLog().chunks.push_back((isProgram ? "program " : "bank ") + text);
+    return fake.mode != "picky";
+}
+
 std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
-                       std::intptr_t /*value*/, void* ptr, float /*opt*/)
+                       std::intptr_t value, void* ptr, float /*opt*/)
 {
     Fake& fake = fakeOf(effect);
     switch (opcode) {
@@ -79,6 +114,17 @@ std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
         return 1;
     case effGetProgramName:
         return writeText(ptr, "Second");
+    case effProcessEvents:
+        return takeMessages(fake, *static_cast<const VstEvents*>(ptr));
+    case effGetChunk:
+        return giveChunk(static_cast<void**>(ptr));
+    case effSetProgram:
+        fakeLog().opcodes.push_back(opcode);
+        logEvent(fake, "program " + std::to_string(value));
+        break;
+    case effSetChunk:
+        fakeLog().opcodes.push_back(opcode);
+        return takeChunk(fake, index != 0, static_cast<const char*>(ptr), value);
     default:
         fakeLog().opcodes.push_back(opcode);
         break;
@@ -139,6 +185,7 @@ void replace(AEffect* effect, float** inputs, float** outputs, std::int32_t fram
         changeLatency(fake);
     if (fake.mode == "automates")
         askHost(fake, audioMasterAutomate);
+    fake.frame += frames;
     const float sign = fake.values[0] < 1.0f ? 1.0f : -1.0f;
     for (std::size_t c = 0; c < fake.delayed.size(); ++c) {
         for (std::int32_t i = 0; i < frames; ++i) {
@@ -151,7 +198,12 @@ void replace(AEffect* effect, float** inputs, float** outputs, std::int32_t fram
 
 void setParameter(AEffect* effect, std::int32_t index, float value)
 {
-    fakeOf(effect).values.at(static_cast<std::size_t>(index)) = value;
+    Fake& fake = fakeOf(effect);
+    fake.values.at(static_cast<std::size_t>(index)) = value;
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%s %.2f", kNames.at(static_cast<std::size_t>(index)),
+                  static_cast<double>(value));
+    logEvent(fake, text.data());
 }
 
 /// A choice gives the position that it has taken, cut down from the host's value.
@@ -178,6 +230,7 @@ AEffect* openFake(audioMasterCallback host)
     effect.numParams = static_cast<std::int32_t>(kNames.size());
     effect.numInputs = effect.numOutputs = fake->mode == "mono" ? 1 : 2;
     effect.flags = fake->mode == "adds" ? 0 : effFlagsCanReplacing;
+    effect.flags |= fake->mode == "chunkless" ? 0 : effFlagsProgramChunks;
     effect.initialDelay = kFakeLatency;
     effect.object = fake;
     effect.uniqueID = fourCharacters("fake");

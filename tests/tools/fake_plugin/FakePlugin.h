@@ -16,6 +16,9 @@ struct FakePluginLog
     std::vector<double> positions;      // of each, in frames, as the host tells
     std::vector<double> quarters;
 
+    std::vector<std::string> events;  // "FRAME: ..." for each value and message, where it came
+    std::vector<std::string> chunks;  // that came, "bank " or "program " before them
+
     // Answers of the host in the first block.
     std::intptr_t version = 0;
     std::intptr_t rate = 0;
@@ -31,6 +34,10 @@ struct FakePluginLog
 inline constexpr int kFakeLatency = 150;
 inline constexpr int kFakeLaterLatency = 230;
 
+/// Its only chunk: with an element that no parameter reaches.
+inline constexpr const char* kFakeChunk =
+    "<VST_Program><element name=\"detune\" floatvalue=\"12.5\"></element></VST_Program>";
+
 /// How the fake behaves: the environment variable of this name holds "" or one of
 ///   refuse     the entry gives null
 ///   nomagic    the entry gives something else than an effect
@@ -38,6 +45,8 @@ inline constexpr int kFakeLaterLatency = 230;
 ///   adds       it cannot replace
 ///   early      the latency changes in the first block
 ///   late       the latency changes in the tenth block
+///   chunkless  it stores no chunks
+///   picky      it refuses chunks
 ///   automates  it changes a parameter of itself in each block
 inline constexpr const char* kFakeMode = "KESTRUNE_FAKE_PLUGIN";
 

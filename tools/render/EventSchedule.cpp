@@ -1,0 +1,63 @@
+#include "tools/render/EventSchedule.h"
+
+#include "tools/render/PluginInstance.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+std::int64_t frameAt(double seconds, int rate)
+{
+    constexpr double kFurthest = 9e15;  // every frame up to there is a number of its own
+    return std::llround(std::min(seconds * rate, kFurthest));
+}
+
+}  // namespace
+
+EventSchedule::EventSchedule(const std::vector<AutomationPoint>& automation,
+                             std::vector<MidiEvent> messages, const PluginSettings& settings,
+                             int rate)
+    : mMessages(std::move(messages))
+{
+    for (const AutomationPoint& point : automation)
+        mChanges.push_back({frameAt(point.seconds, rate), settings.Placed(point.value)});
+    for (const MidiEvent& message : mMessages)
+        mMessageFrames.push_back(frameAt(message.seconds, rate));
+}
+
+void EventSchedule::Give(PluginInstance& plugin, std::int64_t frame)
+{
+    while (mNextChange < mChanges.size() && mChanges[mNextChange].frame <= frame) {
+        const PluginSettings::HostValue& value = mChanges[mNextChange++].value;
+        plugin.SetParameter(value.index, value.value);
+    }
+    const std::size_t first = mNextMessage;
+    while (mNextMessage < mMessages.size() && mMessageFrames[mNextMessage] <= frame)
+        ++mNextMessage;
+    if (first < mNextMessage)
+        plugin.Send(std::span(mMessages).subspan(first, mNextMessage - first));
+}
+
+int EventSchedule::BlockFrames(std::int64_t frame, int limit) const
+{
+    std::int64_t frames = limit;
+    if (mNextChange < mChanges.size())
+        frames = std::min(frames, mChanges[mNextChange].frame - frame);
+    if (mNextMessage < mMessages.size())
+        frames = std::min(frames, mMessageFrames[mNextMessage] - frame);
+    return static_cast<int>(frames);
+}
+
+std::size_t EventSchedule::Left() const
+{
+    return mChanges.size() - mNextChange + mMessages.size() - mNextMessage;
+}
+
+}  // namespace orvane

@@ -1,0 +1,100 @@
+#include "tools/render/PluginState.h"
+
+#include "tools/render/InputFile.h"
+#include "tools/render/PluginInstance.h"
+#include "tools/render/RenderSettings.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <charconv>
+#include <fstream>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::string_view kPresetVersion = "1.0";
+
+int programNamed(const PluginInstance& plugin, std::string_view asked)
+{
+    int number = -1;
+    const auto [end, error] = std::from_chars(asked.data(), asked.data() + asked.size(), number);
+    const bool isNumber = error == std::errc() && end == asked.data() + asked.size();
+    std::vector<std::string> programs;
+    for (int i = 0; i < plugin.ProgramCount(); ++i) {
+        const std::string name = plugin.ProgramName(i);
+        if (isNumber ? i == number : equalWithoutCase(name, asked))
+            return i;
+        programs.push_back(fmt::format("{} ({})", name, i));
+    }
+    throw ZException(-1, fmt::format("the plug-in {} has no program '{}'; it has {}", plugin.Name(),
+                                     asked, fmt::join(programs, ", ")));
+}
+
+void requireChunks(const PluginInstance& plugin)
+{
+    if (!plugin.HasChunks())
+        throw ZException(-1, fmt::format("the plug-in {} stores no chunks: neither a chunk nor a "
+                                         "preset can be given to it or taken from it",
+                                         plugin.Name()));
+}
+
+void giveChunk(PluginInstance& plugin, std::string chunk, PluginInstance::Extent extent,
+               const std::filesystem::path& path)
+{
+    requireChunks(plugin);
+    if (!plugin.SetChunk(std::move(chunk), extent))
+        throw ZException(
+            -1, fmt::format("the plug-in {} refuses what {} holds", plugin.Name(), path.string()));
+}
+
+}  // namespace
+
+std::string programChunkOf(std::string_view preset, const std::string& name)
+{
+    const ZXMLDocument text(preset.data(), static_cast<std::int32_t>(preset.size()));
+    const auto element = text.GetChild("preset");
+    if (!element)
+        throw ZException(-1, fmt::format("{} is no preset: it has no element 'preset'", name));
+    const char* const version = element->GetAttribute("version");
+    if (!version || version != kPresetVersion)
+        throw ZException(-1, fmt::format("{} is a preset of version {}: {} is needed", name,
+                                         version ? version : "none", kPresetVersion));
+    std::string chunk = "<VST_Program Number=\"0\">\n";
+    chunk += preset;
+    return chunk += "\n</VST_Program>\n";
+}
+
+void bringIntoState(PluginInstance& plugin, const StateRequest& request)
+{
+    using Extent = PluginInstance::Extent;
+    if (!request.program.empty())
+        plugin.SetProgram(programNamed(plugin, request.program));
+    if (!request.loadChunk.empty())
+        giveChunk(plugin, readInputFile(request.loadChunk), Extent::kBank, request.loadChunk);
+    if (!request.preset.empty())
+        giveChunk(plugin, programChunkOf(readInputFile(request.preset), request.preset.string()),
+                  Extent::kProgram, request.preset);
+}
+
+void writeBankChunk(const PluginInstance& plugin, const std::filesystem::path& path,
+                    const std::string& name)
+{
+    requireChunks(plugin);
+    const std::string chunk = plugin.Chunk(PluginInstance::Extent::kBank);
+    if (chunk.empty())
+        throw ZException(-1, fmt::format("the plug-in {} gives no chunk", plugin.Name()));
+    std::ofstream file(path, std::ios::binary);
+    file << chunk;
+    file.close();
+    if (!file)
+        throw ZException(-1, fmt::format("cannot write {}: the disk may be full", name));
+}
+
+}  // namespace orvane
