@@ -87,17 +87,6 @@ TEST(ZBitmapTest, FindsItsPictureAmongTheResourcesWithoutCase)
         EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 4, 3}));
         EXPECT_EQ(bitmap.LockPixels()[5], 0xFF050F19u);
     }
-    ZBitmap opaque("opaque.png", &application);
-    EXPECT_EQ(opaque.LockPixels()[3], 0xFF03090Fu);
-}
-
-TEST(ZBitmapTest, ALoadedPictureCanBeDrawnInto)
-{
-    PictureApplication application;
-    ZBitmap bitmap("nk1.png", &application);
-    bitmap.SetBrushColor(kRed);
-    bitmap.FillRect(1, 0, 2, 1);
-    EXPECT_EQ(bitmap.LockPixels()[1], 0xFFFF0000u);
 }
 
 TEST(ZBitmapTest, StaysEmptyWhereNoPictureCanBeFoundOrRead)
@@ -123,25 +112,6 @@ TEST(ZBitmapTest, TriesAgainOnEachUseAndTakesTheApplicationsFileAtLast)
     writeFile(application.folder.Path("late.png"), makePng(5, 6));
     bitmap.Load(&application);
     EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 5, 6}));
-    writeFile(application.folder.Path("late.png"), makePng(1, 1));
-    bitmap.Load(&application);
-    EXPECT_EQ(bitmap.GetWidth(), 5) << "a picture that is there was read again";
-}
-
-TEST(ZBitmapTest, IsNamedByATagAndWritesIt)
-{
-    PictureApplication application;
-    ZXMLElement xml("bitmap");
-    xml.AddAttribute("type", "w1");
-    xml.AddAttribute("id", "nk1.png");
-    const ZBitmap bitmap(xml, &application);
-    EXPECT_EQ(bitmap.GetWidth(), 4);
-    const auto written = bitmap.ExtractHeader("w1");
-    EXPECT_EQ(written->Write(0), xml.Write(0));
-    ZXMLElement background("bgbitmap");
-    background.AddAttribute("resource", "opaque.png");
-    EXPECT_TRUE(ZBitmap(background, &application).IsLoaded());
-    EXPECT_FALSE(ZBitmap(ZXMLElement("bitmap"), &application).IsLoaded());
 }
 
 TEST(ZBitmapTest, ASizeThatGivesNoImageIsToldByItsText)
@@ -172,20 +142,6 @@ TEST(ZBitmapTest, IsDrawnWithItsAlphaTimesTheOneGiven)
     EXPECT_EQ(canvas.Pixels(), source.Pixels());
 }
 
-TEST(ZBitmapTest, ReplacingTakesTheScaledAlphaAndNothingOfWhatWasThere)
-{
-    Canvas source(1, 1);
-    fillRow(source, {0xFFFF0000u});
-    Canvas canvas(2, 1);
-    canvas.SetBrushColor(kWhite);
-    canvas.FillRect(0, 0, 2, 1);
-    canvas.SetAlphaBlend(false);
-    canvas.DrawBitmap(source, 0, 0, 0.5f);
-    EXPECT_NEAR(canvas.AlphaAt(0, 0), 128.0, 1.0);
-    EXPECT_EQ(canvas.At(0, 0) & 0xFFFFFFu, 0xFF0000u);
-    EXPECT_EQ(canvas.At(1, 0), 0xFFFFFFFFu);
-}
-
 TEST(ZBitmapTest, StretchesAPartWithoutWhatLiesBesideIt)
 {
     Canvas source(3, 1);
@@ -195,22 +151,6 @@ TEST(ZBitmapTest, StretchesAPartWithoutWhatLiesBesideIt)
     EXPECT_EQ(canvas.Ink(), (ZRect{2, 1, 10, 5}));
     for (const std::uint32_t pixel : canvas.Pixels())
         EXPECT_TRUE(pixel == 0u || pixel == 0xFFFF0000u) << std::hex << pixel;
-}
-
-TEST(ZBitmapTest, StretchesWholePictureToItsEdges)
-{
-    Canvas source(2, 1);
-    fillRow(source, {0xFF000000u, 0xFFFFFFFFu});
-    Canvas canvas(20, 3);
-    canvas.DrawBitmap(source, 0, 0, 2, 1, 0, 0, 20, 3, 1.0f);
-    EXPECT_EQ(canvas.Coverage(), 60.0);
-    EXPECT_EQ(canvas.At(0, 2), 0xFF000000u);
-    EXPECT_EQ(canvas.At(19, 0), 0xFFFFFFFFu);
-    for (std::int32_t x = 1; x < 20; ++x)
-        EXPECT_GE(canvas.At(x, 1), canvas.At(x - 1, 1));
-    Canvas small(1, 1);
-    small.DrawBitmap(canvas, 0, 0, 20, 3, 0, 0, 1, 1, 1.0f);
-    EXPECT_NEAR(small.At(0, 0) & 0xFFu, 128.0, 8.0);
 }
 
 TEST(ZBitmapTest, APartBeyondThePictureLeavesItsShareOfTheTargetAlone)
@@ -242,17 +182,6 @@ TEST(ZBitmapTest, LockedPixelsAreReadWithoutLossAndWrittenBack)
     const auto after = bitmap.GetNative()->GetPremultipliedPixels();
     EXPECT_TRUE(std::equal(before.begin(), before.end(), after.begin()));
     bitmap.UnlockPixels();  // not locked
-}
-
-TEST(ZBitmapTest, ClearsALockedBitmapOnly)
-{
-    Canvas bitmap(2, 2);
-    bitmap.Clear(kRed);
-    EXPECT_EQ(bitmap.Coverage(), 0.0);
-    bitmap.LockPixels();
-    bitmap.Clear({10, 20, 30, 255});
-    bitmap.UnlockPixels();
-    EXPECT_EQ(bitmap.Pixels(), std::vector<std::uint32_t>(4, 0xFF0A141Eu));
 }
 
 TEST(ZBitmapTest, AShadowSpreadsAlphaOverASquareInOneColour)

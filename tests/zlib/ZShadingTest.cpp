@@ -57,11 +57,6 @@ TEST(ZShadingTest, AnyOtherNameIsToldByItsText)
         expectZException(-1, "Unimplemented Shader Function",
                          [&] { static_cast<void>(MakeShadingFunction(name)); });
     }
-    try {
-        static_cast<void>(MakeShadingFunction("no"));
-    } catch (const ZException& exception) {
-        EXPECT_NE(exception.GetFile().ToNarrow().find("ZShading"), std::string::npos);
-    }
 }
 
 TEST(ZShadingTest, AGradientIsHalfTheWayAtItsMiddlePoint)
@@ -73,14 +68,6 @@ TEST(ZShadingTest, AGradientIsHalfTheWayAtItsMiddlePoint)
     EXPECT_NEAR(greyAt(canvas, 0.25), 128.0, 2.0);
     EXPECT_NEAR(greyAt(canvas, 0.625), 191.5, 2.0);
     EXPECT_NEAR(greyAt(canvas, 1.0), 255.0, 2.0);
-}
-
-TEST(ZShadingTest, AlphaRunsLikeAColourAndBlends)
-{
-    Canvas canvas(kWidth, 1);
-    fillRow(canvas, ZLinearGradientShader({255, 0, 0, 0}, {255, 0, 0, 255}, 0.5f, 0.5f));
-    EXPECT_NEAR(canvas.AlphaAt(kWidth / 2, 0), 128.0, 2.0);
-    EXPECT_EQ(canvas.At(kWidth / 2, 0) & 0xFFFFFFu, 0xFF0000u);
 }
 
 TEST(ZShadingTest, FillsARegionAndNothingBesideIt)
