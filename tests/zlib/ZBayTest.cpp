@@ -1,8 +1,6 @@
 #include "zlib/common/ZBay.h"
 
 #include "support/ProbeBay.h"
-#include "zlib/common/ZElement.h"
-#include "zlib/common/ZLooper.h"
 
 #include <gtest/gtest.h>
 
@@ -17,19 +15,6 @@ namespace
 {
 
 using Bays = std::vector<ZBay*>;
-
-/// Tells ranges of ports that control it.
-class Controlled : public ProbeBay
-{
-public:
-    Controlled()
-        : ProbeBay("controlled", 0, 1, ZPort::kControl)
-    {
-    }
-    void PortRangeChanged(ZPort& port) override { max = port.RangeMax(); }
-
-    float max = 0.0f;
-};
 
 /// A chain of bays, each reading the one before.
 std::vector<boost::shared_ptr<ProbeBay>> chainOf(std::int32_t count)
@@ -54,8 +39,6 @@ TEST(ZBayTest, PortsBelongToTheBayThatMadeThemAndAreNumberedThere)
     EXPECT_EQ(network.GetImport(0), bay->GetImport(2));
     EXPECT_EQ(network.GetImport(0)->GetOwner(), bay.get());
     EXPECT_EQ(network.GetImport(0)->GetIndex(), 2);
-    EXPECT_EQ(bay->GetExport(0)->GetDirection(), ZPort::kExport);
-    EXPECT_EQ(network.GetInputChannelCount(), 1);
     EXPECT_EQ(network.GetImport(1), nullptr);
     EXPECT_EQ(network.GetImport(-1), nullptr);
 
@@ -63,54 +46,8 @@ TEST(ZBayTest, PortsBelongToTheBayThatMadeThemAndAreNumberedThere)
     EXPECT_EQ(removed->GetOwner(), nullptr);
     EXPECT_EQ(removed->GetIndex(), -1);
     EXPECT_EQ(bay->GetImport(1)->GetIndex(), 1);
-    EXPECT_EQ(bay->RemoveImport(7), nullptr);
     bay->RemoveImport(1);
     EXPECT_EQ(network.GetImportCount(), 0) << "a port that is gone is still published";
-}
-
-TEST(ZBayTest, RoutesStandOnBothSidesUntilTheyAreRemoved)
-{
-    const auto source = probe("source");
-    const auto target = probe("target", 2);
-    target->Route(1, *source, 0);
-    target->Route(1, *source, 0);  // joined already
-    EXPECT_TRUE(target->IsRouted(1, *source, 0));
-    EXPECT_FALSE(target->IsRouted(0, *source, 0));
-    EXPECT_FALSE(target->IsRouted(5, *source, 0));
-    EXPECT_EQ(source->GetRouteCount(), 1);
-    ASSERT_EQ(source->GetExport(0)->GetRoutes().size(), 1u);
-    EXPECT_EQ(source->GetExport(0)->GetRoutes()[0].port, target->GetImport(1));
-    target->Unroute(0, *source, 0);  // there is no such route
-    EXPECT_EQ(source->GetRouteCount(), 1);
-    target->Unroute(1, *source, 0);
-    EXPECT_EQ(source->GetRouteCount(), 0);
-    EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
-    EXPECT_TRUE(target->GetImport(1)->GetRoutes().empty());
-}
-
-TEST(ZBayTest, AnImportReadsTheRouteThatWasMadeFirst)
-{
-    const auto target = probe("target");
-    const auto first = probe("first");
-    const auto second = probe("second");
-    target->Route(0, *first, 0);
-    target->Route(0, *second, 0);
-    const auto& import = dynamic_cast<const ZSignalPort&>(*target->GetImport(0));
-    EXPECT_EQ(import.GetSource(), first->GetExport(0));
-    target->Unroute(0, *first, 0);
-    EXPECT_EQ(import.GetSource(), second->GetExport(0));
-    target->Unroute(0, *second, 0);
-    EXPECT_EQ(import.GetSource(), nullptr);
-}
-
-TEST(ZBayTest, AControlTakesOverTheRangeOfWhatItControls)
-{
-    Controlled knob;
-    const auto target = probe("target", 1, 0, ZPort::kControl);
-    target->GetImport(0)->SetRange(2.0f, 9.0f);
-    target->Route(0, knob, 0);
-    EXPECT_EQ(knob.GetExport(0)->RangeMin(), 2.0f);
-    EXPECT_EQ(knob.max, 9.0f);
 }
 
 TEST(ZBayTest, RoutesThatCannotBeAreRefusedWithTheReason)
@@ -125,6 +62,11 @@ TEST(ZBayTest, RoutesThatCannotBeAreRefusedWithTheReason)
     EXPECT_EQ(failureOf([&] { a->Route(0, *b, 0); }), "The route from 'b' to 'a' closes a cycle.");
     EXPECT_EQ(b->GetRouteCount(), 0);
     EXPECT_TRUE(a->GetImport(0)->GetRoutes().empty());
+
+    const auto top = boost::make_shared<ZSignalBay>("top");
+    const auto below = boost::make_shared<ZSignalBay>("below");
+    top->AddBay(below);
+    EXPECT_NE(failureOf([&] { below->AddBay(top); }), "none");
 }
 
 TEST(ZBayTest, APortHolds512RoutesAndABayFeeds64Imports)
@@ -190,8 +132,6 @@ TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)
     network.RemoveBay(chain[1]);
     EXPECT_TRUE(chain[2]->IsRouted(0, *chain[0], 0));
     EXPECT_TRUE(chain[1]->GetImport(0)->GetRoutes().empty());
-    EXPECT_EQ(chain[1]->GetContainer(), nullptr);
-    EXPECT_EQ(network.GetBayCount(), 2);
     EXPECT_EQ(network.GetExportCount(), 0) << "what has left is still published";
 
     const auto mixed = probe("mixed");
@@ -204,24 +144,6 @@ TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)
     network.RemoveBay(mixed);
     EXPECT_TRUE(chain[2]->GetImport(0)->GetRoutes().empty());
     EXPECT_EQ(chain[0]->GetRouteCount(), 0);
-}
-
-TEST(ZBayTest, SplicingReachesThroughTheBaysThatPublish)
-{
-    const auto source = probe("source");
-    const auto sink = probe("sink");
-    const auto inner = probe("inner");
-    ZSignalBay network("network");
-    network.AddBay(inner);
-    network.AddImport(inner->ShareImport(0));
-    network.AddExport(inner->ShareExport(0));
-    network.Route(0, *source, 0);
-    sink->Route(0, network, 0);
-    EXPECT_EQ(network.GetRouteCount(), 1);
-    network.RemoveBay(inner);
-    EXPECT_TRUE(sink->IsRouted(0, *source, 0));
-    EXPECT_EQ(network.GetRouteCount(), 0);
-    EXPECT_EQ(network.GetImportCount(), 0);
 }
 
 TEST(ZBayTest, ABayThatGoesLeavesNoPortsAndNoRoutesBehind)
@@ -255,63 +177,6 @@ TEST(ZBayTest, ABayThatGoesLeavesNoPortsAndNoRoutesBehind)
     EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
     EXPECT_NE(failureOf([&] { stranger.Route(0, *source, 0); }).find("bay is gone"),
               std::string::npos);
-}
-
-TEST(ZBayTest, ChildrenAreFoundByNameAndStandInOneBay)
-{
-    ZSignalBay network("network");
-    const auto first = probe("same");
-    const auto inner = boost::make_shared<ZSignalBay>("inner");
-    network.AddBay(first);
-    network.AddBay(probe("same"));
-    network.AddBay(inner);
-    EXPECT_EQ(network.FindBay("same"), first);
-    EXPECT_EQ(network.FindBay("other"), nullptr);
-    EXPECT_EQ(network.GetBay(2), inner);
-    EXPECT_EQ(network.GetBay(3), nullptr);
-    EXPECT_NE(failureOf([&] { inner->AddBay(first); }), "none");
-    const auto top = boost::make_shared<ZSignalBay>("top");
-    const auto below = boost::make_shared<ZSignalBay>("below");
-    top->AddBay(below);
-    EXPECT_NE(failureOf([&] { below->AddBay(top); }), "none");
-    network.RemoveBay(below);  // no child: nothing
-    EXPECT_EQ(below->GetContainer(), top.get());
-}
-
-TEST(ZBayTest, ElementsStandBelowThoseOfTheContainer)
-{
-    const auto leaf = probe("leaf");
-    const auto late = probe("late");
-    leaf->AddElement(boost::make_shared<ZElement>("gain", ZElement::ZFLOAT, nullptr));
-    ZSignalBay network("network");
-    network.AddBay(leaf);
-    network.AddBay(late);
-    late->AddElement(boost::make_shared<ZElement>("late", ZElement::ZFLOAT, nullptr));
-    const auto tree = network.GetElement();
-    EXPECT_EQ(tree->GetName(), "ContainerBay");
-    EXPECT_EQ(tree->GetSubElementCount(), 2);
-    boost::shared_ptr<ZElement> found;
-    ASSERT_TRUE(tree->FindSubElement("gain", found));
-    EXPECT_EQ(found->GetContainer()->GetName(), "ZBay");
-    EXPECT_TRUE(tree->FindSubElement("late", found));
-}
-
-TEST(ZBayTest, LooperAndDocumentAreHandedDown)
-{
-    ZLooper looper("looper");
-    ZSignalBay network("network");
-    const auto inner = boost::make_shared<ZSignalBay>("inner");
-    const auto leaf = probe("leaf");
-    network.AddBay(inner);
-    char documentStandIn = 0;
-    auto* const document = reinterpret_cast<ZDocument*>(&documentStandIn);
-    network.SetDocument(document);
-    inner->AddBay(leaf);
-    network.SetLooper(&looper);
-    EXPECT_EQ(leaf->GetDocument(), document);
-    EXPECT_EQ(leaf->GetLooper(), &looper);
-    network.SetLooper(nullptr);
-    EXPECT_FALSE(looper.HasHandler(leaf.get()));
 }
 
 }  // namespace orvane

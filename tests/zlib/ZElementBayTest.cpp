@@ -54,19 +54,6 @@ TEST(ZElementBayTest, ANumberIsOneSample)
     EXPECT_EQ(source.bay.GetElement()->Max(), 4.0f);
 }
 
-TEST(ZElementBayTest, ABufferIsASpectrumOfItsLength)
-{
-    Source source("type=\"ZBUFFER\"", kTwoSamples);
-    EXPECT_EQ(source.port.GetType(), ZPort::kSpectrum);
-    source.bay.SetMaxBuffer(64);
-    source.Run();
-    EXPECT_EQ(source.port.GetAvailable(), 2u);
-    EXPECT_STREQ(source.port.GetBuffer()->Name(), "SpectralBuffer");
-    EXPECT_EQ(source.port.GetBuffer()->Length(), 2u);
-    EXPECT_EQ(source.port.GetBuffer()->Data()[1], 2.0f);
-    source.bay.SetDefaults();
-}
-
 TEST(ZElementBayTest, ABufferIsStoredWhilePassesRun)
 {
     Source source("type=\"ZBUFFER\"", kTwoSamples);
@@ -82,27 +69,6 @@ TEST(ZElementBayTest, ABufferIsStoredWhilePassesRun)
     audio.join();
     source.Run();
     EXPECT_EQ(source.port.GetBuffer()->Data()[1], 1999.0f);
-}
-
-TEST(ZElementBayTest, AChoiceIsAskedOfTheElement)
-{
-    Source source("type=\"ZDISCRETE\" int32value=\"1\" int32default=\"0\"",
-                  "<discrete name=\"A\" /><discrete name=\"B\" />");
-    EXPECT_EQ(source.port.GetType(), ZPort::kDiscrete);
-    source.Run();
-    EXPECT_EQ(source.port.GetAvailable(), 0u);
-    EXPECT_EQ(source.bay.GetElement()->GetDiscrete(), 1);
-    source.bay.SetDefaults();
-    EXPECT_EQ(source.bay.GetElement()->GetDiscrete(), 0);
-}
-
-TEST(ZElementBayTest, WhatHasNoNumberGivesNone)
-{
-    Source source("type=\"ZPOS\" int64value=\"7\"");
-    EXPECT_EQ(source.port.GetType(), ZPort::kControl);
-    source.bay.PortRangeChanged(source.port);
-    source.Run();
-    EXPECT_EQ(source.port.GetAvailable(), 0u);
 }
 
 TEST(ZElementBayTest, WritesItsElementAndNeedsOne)
