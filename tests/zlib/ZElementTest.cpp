@@ -1,9 +1,9 @@
 #include "zlib/common/ZElement.h"
 
+#include "support/ExpectZException.h"
 #include "support/RealtimeGuard.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZException.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZXMLElement.h"
@@ -25,12 +25,6 @@ namespace orvane
 
 namespace
 {
-
-boost::shared_ptr<ZElement> element(const char* name, ZElement::Type type,
-                                    std::uint32_t bufferLength = 0)
-{
-    return boost::make_shared<ZElement>(name, type, nullptr, bufferLength);
-}
 
 /// Remembers the ids of all messages about an element.
 class Observer : public ZHandler
@@ -63,73 +57,45 @@ Ids heardBy(Observer& observer, SmallApplication& application)
     return observer.heard;
 }
 
-std::string failure(const std::function<void()>& call)
-{
-    try {
-        call();
-    } catch (const ZException& exception) {
-        EXPECT_EQ(exception.GetCode(), -1);
-        return exception.GetMessage().ToNarrow();
-    }
-    return "none";
-}
-
 }  // namespace
 
 TEST(ZElementTest, OperationsOfAnotherTypeSayWhatWasCalledOnWhat)
 {
     ZElement group("group", ZElement::ZGROUP, nullptr);
     const ZBuffer buffer(4, "ZBuffer");
-    const std::vector<std::pair<std::function<void()>, const char*>> calls{
-        {[&] { static_cast<void>(group.CountDiscreteValues()); },
-         "CountDiscreteValues() called on a non discrete element."},
-        {[&] { static_cast<void>(group.GetDiscreteString(0)); },
-         "GetDiscreteString() called on a non discrete element."},
-        {[&] { group.RemoveDiscreteValues(true); },
-         "RemoveDiscreteValues() called on a non discrete element."},
-        {[&] { group.AddDiscreteValue("x"); },
-         "AddDiscreteValue() called on a non discrete element."},
-        {[&] { group.SetDiscrete(0, true); }, "SetDiscrete() called on a non discrete element."},
-        {[&] { static_cast<void>(group.GetDiscrete()); },
-         "GetDiscrete() called on a non discrete element."},
-        {[&] { group.SetDiscreteDefault(0); },
-         "SetDiscreteDefault() called on a non discrete element."},
-        {[&] { static_cast<void>(group.GetDiscreteDefault()); },
-         "GetDiscrete() called on a non discrete element."},
-        {[&] { group.SetZFloat(0, true); }, "SetZFloat() called on a non float element."},
-        {[&] { group.SetZFloatClamped(0, true); }, "SetZFloat() called on a non float element."},
-        {[&] { static_cast<void>(group.GetZFloat()); },
-         "GetZFloat() called on a non float element."},
-        {[&] { group.SetZFloatDefault(0); }, "SetZFloatDefault() called on a non float element."},
-        {[&] { static_cast<void>(group.GetZFloatDefault()); },
-         "GetZFloatDefault() called on a non float element."},
-        {[&] { group.SetRange(0, 1, true); }, "SetRange() called on a non float element."},
-        {[&] { static_cast<void>(group.Range()); }, "Range() called on a non float element."},
-        {[&] { static_cast<void>(group.Min()); }, "Min() called on a non float element."},
-        {[&] { static_cast<void>(group.Max()); }, "Max() called on a non float element."},
-        {[&] { group.SetZRange({}); }, "SetZRange() called on a non ZRange element."},
-        {[&] { static_cast<void>(group.GetZRange()); },
-         "GetZRange() called on a non zpos element."},
-        {[&] { group.SetZRangeLimit({}); }, "SetZRangeLimit() called on a non ZRange element."},
-        {[&] { static_cast<void>(group.GetZRangeLimit()); },
-         "GetZRange() called on a non zpos element."},
-        {[&] { group.SetZPos(0); }, "SetZPos() called on a non zpos element."},
-        {[&] { static_cast<void>(group.GetZPos()); }, "GetZPos() called on a non zpos element."},
-        {[&] { group.SetZBuffer(buffer, true); }, "SetZBuffer() called on a non buffer element."},
-        {[&] { static_cast<void>(group.GetZBuffer()); },
-         "GetZBuffer() called on a non buffer element."},
-        {[&] { group.SetZBufferRange(0, 1); }, "SetZBufferRange() called on a non buffer element."},
-        {[&] { static_cast<void>(group.ZBufferMin()); },
-         "ZBufferMin() called on a non buffer element."},
-        {[&] { static_cast<void>(group.ZBufferMax()); },
-         "ZBufferMax() called on a non buffer element."},
+    const auto refused = [](const std::string& operation, const char* type, auto call) {
+        expectZException(-1, operation + "() called on a non " + type + " element.", call);
     };
-    for (const auto& [call, text] : calls)
-        EXPECT_EQ(failure(call), text);
-    EXPECT_FALSE(group.IsMarkedChanged());
-
+    refused("CountDiscreteValues", "discrete", [&] { return group.CountDiscreteValues(); });
+    refused("GetDiscreteString", "discrete", [&] { return group.GetDiscreteString(0); });
+    refused("RemoveDiscreteValues", "discrete", [&] { group.RemoveDiscreteValues(true); });
+    refused("AddDiscreteValue", "discrete", [&] { group.AddDiscreteValue("x"); });
+    refused("SetDiscrete", "discrete", [&] { group.SetDiscrete(0, true); });
+    refused("GetDiscrete", "discrete", [&] { return group.GetDiscrete(); });
+    refused("SetDiscreteDefault", "discrete", [&] { group.SetDiscreteDefault(0); });
+    refused("GetDiscrete", "discrete", [&] { return group.GetDiscreteDefault(); });
+    refused("SetZFloat", "float", [&] { group.SetZFloat(0, true); });
+    refused("SetZFloat", "float", [&] { group.SetZFloatClamped(0, true); });
+    refused("GetZFloat", "float", [&] { return group.GetZFloat(); });
+    refused("SetZFloatDefault", "float", [&] { group.SetZFloatDefault(0); });
+    refused("GetZFloatDefault", "float", [&] { return group.GetZFloatDefault(); });
+    refused("SetRange", "float", [&] { group.SetRange(0, 1, true); });
+    refused("Range", "float", [&] { return group.Range(); });
+    refused("Min", "float", [&] { return group.Min(); });
+    refused("Max", "float", [&] { return group.Max(); });
+    refused("SetZRange", "ZRange", [&] { group.SetZRange({}); });
+    refused("GetZRange", "zpos", [&] { return group.GetZRange(); });
+    refused("SetZRangeLimit", "ZRange", [&] { group.SetZRangeLimit({}); });
+    refused("GetZRange", "zpos", [&] { return group.GetZRangeLimit(); });
+    refused("SetZPos", "zpos", [&] { group.SetZPos(0); });
+    refused("GetZPos", "zpos", [&] { return group.GetZPos(); });
+    refused("SetZBuffer", "buffer", [&] { group.SetZBuffer(buffer, true); });
+    refused("GetZBuffer", "buffer", [&] { return group.GetZBuffer(); });
+    refused("SetZBufferRange", "buffer", [&] { group.SetZBufferRange(0, 1); });
+    refused("ZBufferMin", "buffer", [&] { return group.ZBufferMin(); });
+    refused("ZBufferMax", "buffer", [&] { return group.ZBufferMax(); });
     ZString text;
-    EXPECT_EQ(failure([&] { group.GetValue(text); }), "This element doesn't have GetValue()");
+    expectZException(-1, "This element doesn't have GetValue()", [&] { group.GetValue(text); });
 }
 
 TEST(ZElementTest, OnlyTheClampedFormKeepsAFloatInItsRange)
@@ -139,25 +105,19 @@ TEST(ZElementTest, OnlyTheClampedFormKeepsAFloatInItsRange)
     EXPECT_EQ(gain.GetZFloat(), 1.5f);
     gain.SetZFloatClamped(1.5f, false);
     EXPECT_EQ(gain.GetZFloat(), 1.0f);
-    gain.SetZFloatClamped(-7.0f, false);
-    EXPECT_EQ(gain.GetZFloat(), -1.0f);
 
     gain.ClearMarkedChanged();
-    gain.SetZFloatClamped(-9.0f, false);
+    gain.SetZFloatClamped(9.0f, false);
     EXPECT_FALSE(gain.IsMarkedChanged()) << "the value is the same as before";
 
     gain.SetRange(-1200.0f, 600.0f, true);
     gain.SetZFloatClamped(std::numeric_limits<float>::quiet_NaN(), false);
     EXPECT_EQ(gain.GetZFloat(), -1200.0f);
-    EXPECT_EQ(gain.Range(), 1800.0f);
 }
 
 TEST(ZElementTest, LabelsFallBackToTheNameAndAreChosenByLength)
 {
     ZElement shift("pitchTranspose", ZElement::ZFLOAT, nullptr);
-    EXPECT_EQ(shift.GetLabel(ZElement::kShortLabel), ZString("pitchTranspose"));
-    EXPECT_EQ(shift.GetLabelToFit(4), ZString("pitchTranspose"));
-
     shift.SetLabel(ZElement::kShortLabel, "PiSh");
     shift.SetLabel(ZElement::kFullLabel, "Pitch Transpose");
     shift.SetLabel(ZElement::kMediumLabel, "Transp\xC3\xB6se");
@@ -165,21 +125,14 @@ TEST(ZElementTest, LabelsFallBackToTheNameAndAreChosenByLength)
     EXPECT_EQ(shift.GetLabelToFit(9), ZString("Transp\xC3\xB6se"));
     EXPECT_EQ(shift.GetLabelToFit(8), ZString("PiSh"));
     EXPECT_EQ(shift.GetLabelToFit(3), ZString("PiSh")) << "none fits: the last one";
-
-    shift.ClearLabels();
-    EXPECT_EQ(shift.GetLabel(ZElement::kFullLabel), ZString("pitchTranspose"));
 }
 
 TEST(ZElementTest, TheIndexStaysInAListThatGetsShorter)
 {
     ZElement scale("scale", ZElement::ZDISCRETE, nullptr);
-    auto xml = boost::make_shared<ZXMLElement>("discrete");
-    xml->AddAttribute("name", "Minor");
-    EXPECT_EQ(scale.AddDiscreteValue("Major"), 0);
-    EXPECT_EQ(scale.AddDiscreteValue(ZString("Blues")), 1);
-    EXPECT_EQ(scale.AddDiscreteValue(xml), 2);
-    EXPECT_EQ(*scale.GetDiscreteString(2), ZString("Minor"));
-    EXPECT_EQ(*scale.GetDiscreteString(3), ZString());
+    scale.AddDiscreteValue("Major");
+    scale.AddDiscreteValue("Blues");
+    EXPECT_EQ(scale.AddDiscreteValue("Minor"), 2);
     EXPECT_EQ(*scale.GetDiscreteString(-1), ZString());
 
     scale.SetDiscrete(9, true);
@@ -190,55 +143,16 @@ TEST(ZElementTest, TheIndexStaysInAListThatGetsShorter)
     EXPECT_EQ(scale.GetDiscreteDefault(), 1);
 
     scale.RemoveDiscreteValues(true);
-    EXPECT_EQ(scale.CountDiscreteValues(), 0);
     EXPECT_EQ(scale.GetDiscrete(), 0);
     EXPECT_EQ(scale.GetDiscreteDefault(), 0);
     EXPECT_FALSE(scale.IsMarkedChanged());
 }
 
-TEST(ZElementTest, BuffersAreCopiedAsFarAsBothReach)
-{
-    EXPECT_EQ(failure([] { ZElement("empty", ZElement::ZBUFFER, nullptr, 0); }),
-              "Error Trying to create a buffer of improper size.");
-    ZElement flags("flags", ZElement::ZBUFFER, nullptr, 3);
-    ZBuffer source(2, "ZBuffer");
-    source.Data()[0] = 1.0f;
-    source.Data()[1] = -1.0f;
-    flags.GetZBuffer()->Data()[2] = 0.5f;
-    flags.SetZBuffer(source, true);
-    EXPECT_FALSE(flags.IsMarkedChanged());
-    flags.SetZBuffer(*flags.GetZBuffer(), false);
-    EXPECT_TRUE(flags.IsMarkedChanged());
-    const float* samples = flags.GetZBuffer()->Data();
-    EXPECT_EQ(std::vector<float>(samples, samples + 3), (std::vector<float>{1.0f, -1.0f, 0.5f}));
-}
-
-TEST(ZElementTest, ANameIsLookedForInsideAChildBeforeTheNextOne)
-{
-    const auto root = element("root", ZElement::ZGROUP);
-    const auto first = element("first", ZElement::ZGROUP);
-    const auto grandchild = element("key", ZElement::ZFLOAT);
-    const auto second = element("key", ZElement::ZDISCRETE);
-    root->AddSubElement(first);
-    root->AddSubElement(second);
-    first->AddSubElement(grandchild);
-
-    boost::shared_ptr<ZElement> found;
-    ASSERT_TRUE(root->FindSubElement("key", found));
-    EXPECT_EQ(found, grandchild);
-    EXPECT_FALSE(root->FindSubElement("root", found));
-    EXPECT_FALSE(root->GetSubElement(2, found));
-    EXPECT_FALSE(root->GetSubElement(-1, found));
-    EXPECT_EQ(found, grandchild);
-    ASSERT_TRUE(root->GetSubElement(1, found));
-    EXPECT_EQ(found, second);
-}
-
 TEST(ZElementTest, AChildHasOneContainerForAsLongAsThatLives)
 {
-    const auto child = element("child", ZElement::ZFLOAT);
-    auto first = element("first", ZElement::ZGROUP);
-    const auto second = element("second", ZElement::ZGROUP);
+    const auto child = boost::make_shared<ZElement>("child", ZElement::ZFLOAT, nullptr);
+    auto first = boost::make_shared<ZElement>("first", ZElement::ZGROUP, nullptr);
+    const auto second = boost::make_shared<ZElement>("second", ZElement::ZGROUP, nullptr);
     first->AddSubElement(child);
     second->AddSubElement(child);
     EXPECT_EQ(child->GetContainer(), first.get());
@@ -262,24 +176,11 @@ protected:
     {
         gain.AddObserver(&host);
         gain.AddObserver(&view);
-        application.ProcessQueue();
+        ASSERT_EQ(heardBy(view, application), Ids{ZATTACHEDTOELEMENT});
         host.heard.clear();
         view.heard.clear();
     }
 };
-
-TEST_F(ZElementNotificationTest, ANewObserverIsToldThatItIsAttached)
-{
-    Observer late(&application);
-    gain.AddObserver(&late);
-    EXPECT_EQ(heardBy(late, application), Ids{ZATTACHEDTOELEMENT});
-    EXPECT_EQ(late.elementId, elementIdOf(&gain));
-    EXPECT_TRUE(view.heard.empty());
-    gain.RemoveObserver(&late);
-    EXPECT_EQ(gain.GetObserverCount(), 2);
-    EXPECT_EQ(gain.GetObserver(1), &view);
-    EXPECT_EQ(gain.GetObserver(2), nullptr);
-}
 
 TEST_F(ZElementNotificationTest, ManyChangesAreHeardOnceAfterTheFlush)
 {
@@ -334,17 +235,6 @@ TEST_F(ZElementNotificationTest, AChangeOfFormIsToldAtOnceAndMarked)
     gain.SetRange(0.0f, 3.0f, true);
     EXPECT_EQ(heardBy(view, application), Ids{});
     EXPECT_FALSE(gain.IsMarkedChanged());
-
-    ZElement scale("scale", ZElement::ZDISCRETE, &application);
-    scale.AddObserver(&view);
-    application.ProcessQueue();
-    scale.AddDiscreteValue("Major");
-    EXPECT_EQ(heardBy(view, application), Ids{ZELEMENTUPDATED});
-    EXPECT_FALSE(scale.IsMarkedChanged());
-    scale.RemoveDiscreteValues(false);
-    EXPECT_EQ(heardBy(view, application), Ids{ZELEMENTUPDATED});
-    EXPECT_TRUE(scale.IsMarkedChanged());
-    scale.RemoveObserver(&view);
 }
 
 TEST_F(ZElementNotificationTest, AnObserverMayLeaveWhileItIsTold)

@@ -50,18 +50,6 @@ TEST(ZMailboxTest, GivesTheNewestOnce)
     }
 }
 
-TEST(ZMailboxTest, WhatWasTakenStaysWhileOthersArePosted)
-{
-    ZMailbox<int> box;
-    box.Post(1);
-    const int* const taken = box.TakeNewest();
-    for (int letter = 2; letter < 9; ++letter) {
-        box.Post(letter);
-        EXPECT_EQ(*taken, 1);
-    }
-    EXPECT_EQ(*box.TakeNewest(), 8);
-}
-
 TEST(ZMailboxTest, LettersArriveWholeAndInOrderOnAThreadThatNeverWaits)
 {
     constexpr std::uint32_t kLetters = 100000;
