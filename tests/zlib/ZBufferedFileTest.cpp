@@ -223,27 +223,6 @@ TEST_F(ZBufferedFileTest, BehavesAsItsModelUnderRandomCalls)
     }
 }
 
-TEST_F(ZBufferedFileTest, SeekBehindTheEndHoldsTheLastByteAndTheNextReadIsEmpty)
-{
-    writeTextFile(Path(), "0123456789");
-    const auto file = Make(4);
-    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
-    file->Seek(100);
-    EXPECT_EQ(file->GetPosition(), 9);
-    EXPECT_EQ(readBytes(*file, 1), "");
-    file->Seek(7);
-    EXPECT_EQ(readBytes(*file, 100), "789");
-}
-
-TEST_F(ZBufferedFileTest, SeekInAnEmptyFileChangesNothing)
-{
-    const auto file = Make(4);
-    ASSERT_TRUE(file->Open(ZFile::kModeReadWrite, true));
-    file->Seek(5);
-    EXPECT_EQ(file->GetPosition(), 0);
-    EXPECT_EQ(readBytes(*file, 3), "");
-}
-
 TEST_F(ZBufferedFileTest, ANumberBeforeALoneLastByteIsReadWhole)
 {
     // The second stretch begins with the last byte, before which a plain read stops.
@@ -261,22 +240,6 @@ TEST_F(ZBufferedFileTest, ANumberBeforeALoneLastByteIsReadWhole)
     EXPECT_EQ(half, 7);
 }
 
-TEST_F(ZBufferedFileTest, NumbersComeBackFromTheDisk)
-{
-    const auto file = Make(3);
-    ASSERT_TRUE(file->Open(ZFile::kModeWrite, true));
-    file->WriteShort(-2);
-    file->WriteLong(-70000);
-    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));  // closes and opens again
-    EXPECT_EQ(file->GetMode(), ZFile::kModeRead);
-    std::int16_t half = 0;
-    std::int32_t number = 0;
-    file->ReadShort(half);
-    file->ReadLong(number);
-    EXPECT_EQ(half, -2);
-    EXPECT_EQ(number, -70000);
-}
-
 TEST_F(ZBufferedFileTest, WhatOthersWroteBetweenTwoOpeningsIsSeen)
 {
     writeTextFile(Path(), "before");
@@ -287,17 +250,6 @@ TEST_F(ZBufferedFileTest, WhatOthersWroteBetweenTwoOpeningsIsSeen)
     writeTextFile(Path(), "after!");
     ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
     EXPECT_EQ(readBytes(*file, 6), "after!");
-}
-
-TEST_F(ZBufferedFileTest, ResetForgetsTheStretchHeld)
-{
-    writeTextFile(Path(), "0123456789");
-    const auto file = Make(4);
-    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
-    file->Seek(6);
-    file->Reset();
-    EXPECT_EQ(file->GetPosition(), 0);
-    EXPECT_EQ(readBytes(*file, 5), "01234");
 }
 
 TEST_F(ZBufferedFileTest, FailuresSayWhatCouldNotBeDone)
@@ -333,20 +285,6 @@ TEST_F(ZBufferedFileTest, AFullDiskIsToldAtCloseOrByABoxWhenTheObjectGoes)
         full.WriteLong(1);
     }
     EXPECT_EQ(recorder.boxes.size(), 1u);
-}
-
-TEST_F(ZBufferedFileTest, MoveToTellsByABoxThatTheDiskIsFull)
-{
-    BoxRecorder recorder;
-    ZBufferedFile full(ZFile("full", "/dev/full", ""), 64);
-    ASSERT_TRUE(full.Open(ZFile::kModeWrite, false));
-    full.WriteLong(1);
-    EXPECT_FALSE(full.MoveTo(boost::make_shared<ZFile>("to", Path(), ""), true));
-    ASSERT_EQ(recorder.boxes.size(), 1u);
-    EXPECT_EQ(recorder.boxes[0].kind, ZMessageBox::kNotice);
-    EXPECT_EQ(recorder.boxes[0].title, "File Open");
-    EXPECT_EQ(recorder.boxes[0].text, "Problem when writing file");
-    EXPECT_EQ(mFolder.Count(), 0);
 }
 
 }  // namespace orvane

@@ -97,22 +97,6 @@ TEST_F(ZUserSettingsTest, WithoutSettingsFolderTheHomeServesAndWithoutHomeNothin
     EXPECT_EQ(Get("a"), std::nullopt);
 }
 
-TEST_F(ZUserSettingsTest, NoIdentifierLeadsOutOfTheFolder)
-{
-    EXPECT_TRUE(ZUserSettings("../Mini/2").SetInt("a", 1));
-    EXPECT_EQ(readTextFile(mFolder.Path("Orvane/_._Mini_2.conf")), "a=1\n");
-}
-
-TEST_F(ZUserSettingsTest, ALinkToTheFileStaysALink)
-{
-    writeTextFile(mFolder.Path("elsewhere"), "a=1\n");
-    std::filesystem::create_directory(mFolder.Path("Orvane"));
-    std::filesystem::create_symlink("../elsewhere", FilePath());
-    EXPECT_TRUE(ZUserSettings("Mini").SetInt("a", 2));
-    EXPECT_TRUE(std::filesystem::is_symlink(FilePath()));
-    EXPECT_EQ(readTextFile(mFolder.Path("elsewhere")), "a=2\n");
-}
-
 TEST_F(ZUserSettingsTest, TheFileIsWholeWhileTwoWrite)
 {
     // The padding makes a file that is written in place long enough to be caught half done.
