@@ -71,12 +71,6 @@ TEST_F(ZCommandListTest, MenuIdsCountOnPastThoseThatCommandsBring)
     for (const auto& command : list().GetCommands())
         ids.push_back(command->GetMenuId());
     EXPECT_EQ(ids, (std::vector<std::int32_t>{50000, 7, 50001, 50002, 50003, 50004}));
-    boost::shared_ptr<ZCommand> found;
-    EXPECT_TRUE(list().GetCommandByMenuId(7, found));
-    EXPECT_STREQ(found->GetMenuName(), "Own");
-    EXPECT_FALSE(list().GetCommandByMenuId(8, found));
-    EXPECT_EQ(found, nullptr);
-    EXPECT_FALSE(list().GetCommand(static_cast<const char*>(nullptr), found));
 }
 
 TEST_F(ZCommandListTest, AKeyStrokeDispatchesTheFirstEnabledCommandWithItsModifiers)
@@ -136,18 +130,6 @@ TEST_F(ZCommandListTest, WithoutAReceiverDispatchOnlyTraces)
                   2, "ERROR: ZCommand::Dispatch, No target found for command message\n"));
 }
 
-TEST_F(ZCommandListTest, ALabelMessageRenamesACommand)
-{
-    const auto message = messageWith<ZString>(ZLABEL, "commandName", "first");
-    list().HandleZMessage(message);
-    EXPECT_STREQ(Command("first")->GetMenuName(), "First");
-    message->Add<ZString>("commandLabel", "Renamed");
-    list().HandleZMessage(message);
-    EXPECT_STREQ(Command("first")->GetMenuName(), "Renamed");
-    Command("first")->SetMenuName(nullptr);
-    EXPECT_STREQ(Command("first")->GetMenuName(), "");
-}
-
 TEST_F(ZCommandListTest, ACheckMarkFollowsItsElementOfTheCurrentDocument)
 {
     app->AddDocumentManager(xmlOf(kDocuments));
@@ -161,39 +143,6 @@ TEST_F(ZCommandListTest, ACheckMarkFollowsItsElementOfTheCurrentDocument)
     EXPECT_FALSE(Command("follower")->IsChecked());
     Command("follower")->AttachDocument(nullptr);
     EXPECT_EQ(element->GetObserverCount(), 0);
-}
-
-TEST_F(ZCommandListTest, ObserversHearOfACommandsStateAndAtTheTickOfItsCheckMark)
-{
-    struct Observer : ZHandler
-    {
-        using ZHandler::ZHandler;
-        void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
-        {
-            ids.push_back(message->GetId());
-        }
-        std::vector<std::int32_t> ids;
-    } observer("observer", app.get());
-    const auto command = Command("first");
-    command->AddObserver(&observer);
-    app->ProcessQueue();
-    observer.ids.clear();
-    command->Disable();
-    command->Check();
-    app->ProcessQueue();
-    EXPECT_EQ(observer.ids, std::vector<std::int32_t>{ZDISABLE});
-    app->Tick();
-    EXPECT_EQ(observer.ids, (std::vector<std::int32_t>{ZDISABLE, ZELEMENTCHANGED}));
-    command->RemoveObserver(&observer);
-}
-
-TEST_F(ZCommandListTest, AnotherTagLeavesTheListEmpty)
-{
-    const TraceRecorder trace;
-    const ZCommandList other(xmlOf("<commands><command name=\"x\" /></commands>"), app.get());
-    EXPECT_TRUE(other.GetCommands().empty());
-    EXPECT_TRUE(TraceRecorder::Has(
-        "\nError: ZCommandList::ZCommandList,  XML tag is not a <commandlist>.\n"));
 }
 
 }  // namespace orvane
