@@ -1,6 +1,5 @@
 #include "zlib/common/ZClassRegistry.h"
 
-#include "zlib/common/ZException.h"
 #include "zlib/common/ZHandler.h"
 #include "zlib/common/ZXMLElement.h"
 
@@ -74,41 +73,6 @@ TEST(ZClassRegistryTest, MakesTheClassOfTheNameFromElementAndApplication)
     EXPECT_EQ(mixed->givenKind, 3);
     EXPECT_EQ(mixed->heard, 7);
     EXPECT_EQ(object.use_count(), 2);
-}
-
-TEST(ZClassRegistryTest, AnUnknownNameIsNamed)
-{
-    ZClassRegistry registry(kApp);
-    registry.AddStandard<Plain>("PlainClass");
-    try {
-        static_cast<void>(registry.Create("plainclass", elementNamed("x")));
-        FAIL() << "names are told apart by case";
-    } catch (const ZException& exception) {
-        EXPECT_EQ(exception.GetCode(), -1);
-        EXPECT_EQ(exception.GetMessage().ToNarrow(),
-                  "Unregistered Class plainclass found in xml\n");
-    }
-}
-
-TEST(ZClassRegistryTest, TheFirstEntryOfANameStays)
-{
-    ZClassRegistry registry(kApp);
-    registry.AddStandard<Mixed, 1>("AClass");
-    registry.AddStandard<Mixed, 2>("AClass");
-    const auto object = registry.Create("AClass", elementNamed("x"));
-    EXPECT_EQ(boost::dynamic_pointer_cast<Mixed>(object)->givenKind, 1);
-}
-
-TEST(ZClassRegistryTest, StandardClassesComeFromTheRowsAbove)
-{
-    ZClassRegistry registry(kApp);
-    registry.RegisterStandardClasses();
-    EXPECT_THROW(static_cast<void>(registry.Create("PlainClass", elementNamed("x"))), ZException);
-    ZClassRegistry::SetStandardClasses(
-        [](ZClassRegistry& target) { target.AddStandard<Plain>("PlainClass"); });
-    registry.RegisterStandardClasses();
-    ZClassRegistry::SetStandardClasses(nullptr);
-    EXPECT_NE(registry.Create("PlainClass", elementNamed("x")), nullptr);
 }
 
 }  // namespace orvane

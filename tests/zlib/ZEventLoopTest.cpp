@@ -71,19 +71,6 @@ TEST(ZEventLoopTest, DeliversWhatIsPostedInOrderOnItsThread)
     EXPECT_FALSE(served.loop.IsLoopThread());
 }
 
-TEST(ZEventLoopTest, ATimerKeepsItsPeriodInMicroseconds)
-{
-    ServedLoop served;
-    ZSemaphore ticks("ticks", 0);
-    const auto start = std::chrono::steady_clock::now();
-    served.loop.AddTimer(1500us, [&] { ticks.Release(); });
-    for (int i = 0; i < 10; ++i)
-        ticks.Wait();
-    const auto taken = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(taken, 15ms);
-    EXPECT_LT(taken, 1s);
-}
-
 TEST(ZEventLoopTest, ALateTickIsNotMadeUpInABurst)
 {
     ServedLoop served;
@@ -115,19 +102,6 @@ TEST(ZEventLoopTest, ServesADescriptorUntilItIsRemoved)
     EXPECT_EQ(readable.Wait(10'000), 1);
     close(ends[0]);
     close(ends[1]);
-}
-
-TEST(ZEventLoopTest, ADescriptorThatIsClosedUnderTheLoopIsDropped)
-{
-    ServedLoop served;  // first, lest its own descriptor takes the number that becomes free
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    close(ends[1]);
-    close(ends[0]);
-    std::atomic<int> calls{0};
-    served.loop.AddDescriptor(ends[0], [&] { ++calls; });
-    served.Flush();
-    EXPECT_EQ(calls, 0);
 }
 
 TEST(ZEventLoopTest, RemovingWaitsForTheCallbackThatRuns)
@@ -240,26 +214,6 @@ TEST(ZModalRunTest, ServesAllElseAndBlocksNobody)
     menu.End();
     EXPECT_EQ(ended.Wait(), 0);
     served.loop.Remove(timer);
-}
-
-TEST(ZModalRunTest, EndsWithTheRunAroundIt)
-{
-    ServedLoop served;
-    std::vector<int> left;
-    ZModalRun outer(served.loop, &outer);
-    ZModalRun inner(served.loop, &inner);
-    served.loop.Post([&] {
-        outer.Run();
-        left.push_back(1);
-    });
-    served.loop.Post([&] {
-        inner.Run();
-        left.push_back(2);
-    });
-    served.Flush();
-    outer.End();
-    served.loop.EndModalRuns(&outer);
-    EXPECT_EQ(left, (std::vector<int>{2, 1}));
 }
 
 TEST(ZModalRunTest, ClosingAnOwnerEndsItsRunsAndWaitsForTheirCallbacks)

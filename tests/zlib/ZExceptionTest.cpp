@@ -10,18 +10,6 @@
 namespace orvane
 {
 
-TEST(ZExceptionTest, KnowsItsTextCodeAndPlace)
-{
-    try {
-        throw ZException(2, "Unable to allocate zfloat buffer.");
-    } catch (const ZException& exception) {
-        EXPECT_EQ(exception.GetCode(), 2);
-        EXPECT_EQ(exception.GetMessage().ToNarrow(), "Unable to allocate zfloat buffer.");
-        EXPECT_EQ(exception.GetFile().ToNarrow(), "tests/zlib/ZExceptionTest.cpp");
-        EXPECT_GT(exception.GetLine(), 0);
-    }
-}
-
 TEST(ZExceptionTest, ReportTellsTextCodeAndWhatToDo)
 {
     BoxRecorder recorder;
@@ -43,13 +31,6 @@ TEST(ZMessageBoxTest, ATextThatIsOnShowIsNotShownTwice)
     recorder.whileOpen = nullptr;
     ZMessageBox::Show(ZMessageBox::kError, "later", "same text");
     EXPECT_EQ(recorder.boxes.size(), 2u);
-}
-
-TEST(ZMessageBoxTest, WithoutPresenterABoxIsOneLineOnStandardError)
-{
-    testing::internal::CaptureStderr();
-    ZMessageBox::Show(ZMessageBox::kError, "Title", "one\n\rtwo");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Title (error): one  two\n");
 }
 
 }  // namespace orvane

@@ -56,7 +56,6 @@ TEST(ZStringTableTest, CutsLongTextsAtAWholeCharacter)
 {
     const std::string clef = "\xF0\x9D\x84\x9E";  // two units
     EXPECT_EQ(find("1 " + std::string(2000, 'x'), 1)->Length(), 1023);
-    EXPECT_EQ(find("1 " + std::string(1023, 'x'), 1)->Length(), 1023);
     EXPECT_EQ(find("1 " + std::string(1022, 'x') + clef, 1), ZString(std::string(1022, 'x')));
     EXPECT_EQ(find("1 " + std::string(1021, 'x') + clef, 1)->Length(), 1023);
 }
