@@ -2,7 +2,6 @@
 
 #include "zlib/common/ZAudioDocument.h"
 #include "zlib/common/ZAudioFormatElement.h"
-#include "zlib/common/ZException.h"
 #include "zlib/common/ZInputBay.h"
 #include "zlib/common/ZOutputBay.h"
 #include "zlib/common/ZSignalLooper.h"

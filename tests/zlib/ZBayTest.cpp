@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,26 +28,6 @@ std::vector<boost::shared_ptr<ProbeBay>> chainOf(std::int32_t count)
 }
 
 }  // namespace
-
-TEST(ZBayTest, PortsBelongToTheBayThatMadeThemAndAreNumberedThere)
-{
-    const auto bay = probe("bay", 3, 1);
-    ZSignalBay network("network");
-    network.AddBay(bay);
-    network.AddImport(bay->ShareImport(2));
-    EXPECT_EQ(network.GetImport(0), bay->GetImport(2));
-    EXPECT_EQ(network.GetImport(0)->GetOwner(), bay.get());
-    EXPECT_EQ(network.GetImport(0)->GetIndex(), 2);
-    EXPECT_EQ(network.GetImport(1), nullptr);
-    EXPECT_EQ(network.GetImport(-1), nullptr);
-
-    const auto removed = bay->RemoveImport(0);
-    EXPECT_EQ(removed->GetOwner(), nullptr);
-    EXPECT_EQ(removed->GetIndex(), -1);
-    EXPECT_EQ(bay->GetImport(1)->GetIndex(), 1);
-    bay->RemoveImport(1);
-    EXPECT_EQ(network.GetImportCount(), 0) << "a port that is gone is still published";
-}
 
 TEST(ZBayTest, RoutesThatCannotBeAreRefusedWithTheReason)
 {

@@ -8,7 +8,6 @@
 #include "zlib/Canvas.h"
 #include "zlib/common/ZFile.h"
 #include "zlib/common/ZResources.h"
-#include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 

@@ -12,8 +12,6 @@
 #include <random>
 #include <string>
 
-#include <boost/make_shared.hpp>
-
 namespace orvane
 {
 

@@ -1,4 +1,5 @@
 #include "support/ElementArchiveCheck.h"
+#include "support/ExpectZException.h"
 #include "support/TextMutation.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
@@ -6,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -37,17 +38,6 @@ protected:
         return makeElement(text, application);
     }
 
-    [[nodiscard]] std::string Failure(const std::function<void()>& call)
-    {
-        try {
-            call();
-        } catch (const ZException& exception) {
-            EXPECT_EQ(exception.GetCode(), -1);
-            return exception.GetMessage().ToNarrow();
-        }
-        return "none";
-    }
-
     SmallApplication application;
 };
 
@@ -71,48 +61,31 @@ std::string archiveOf(const ZElement& element)
     return text;
 }
 
-const char* const kHead = "<element name=\"x\" class=\"ZElementClass\" ";
+const std::string kHead = "<element name=\"x\" class=\"ZElementClass\" ";
 
 }  // namespace
 
 TEST_F(ZElementArchiveTest, WritesTypeAndValueInOrder)
 {
-    const auto expect = [&](const std::string& body, const std::function<void(ZElement&)>& set,
-                            ZElement::Type type) {
-        ZElement element("x", type, &application, 2);
-        set(element);
-        EXPECT_EQ(archiveOf(element), kHead + body + "</element>");
-    };
-    expect(
-        "type=\"ZFLOAT\" floatvalue=\"2.79397e-07\" min=\"-1200\" max=\"1200\">",
-        [](ZElement& x) {
-            x.SetRange(-1200.0f, 1200.0f, true);
-            x.SetZFloat(2.793968e-7f, true);
-        },
-        ZElement::ZFLOAT);
-    expect(
-        "type=\"ZDISCRETE\" int32value=\"9\">", [](ZElement& x) { x.SetDiscrete(9, true); },
-        ZElement::ZDISCRETE);
-    expect(
-        "type=\"ZRANGE\" rangeStart=\"10\" rangeEnd=\"19\" rangeMin=\"0\" rangeMax=\"-1\">",
-        [](ZElement& x) {
-            x.SetZRange({10, 10});
-        },
-        ZElement::ZRANGE);
-    expect(
-        "type=\"ZBUFFER\" buffermin=\"0\" buffermax=\"1\">"
-        "<buffer name=\"ElementBuffer\" length=\"2\" samplerate=\"0\">"
-        "<data values=\"3f80000000000000\"></data></buffer>",
-        [](ZElement& x) {
-            x.SetZBufferRange(0.0f, 1.0f);
-            x.GetZBuffer()->Data()[0] = 1.0f;
-        },
-        ZElement::ZBUFFER);
-    EXPECT_EQ(Failure([&] {
-                  const ZElement odd("x", static_cast<ZElement::Type>(7), &application);
-                  static_cast<void>(odd.ExtractXML());
-              }),
-              "Trying to extract a non XML specified type.");
+    ZElement number("x", ZElement::ZFLOAT, &application);
+    number.SetRange(-1200.0f, 1200.0f, true);
+    number.SetZFloat(2.793968e-7f, true);
+    EXPECT_EQ(archiveOf(number), kHead + "type=\"ZFLOAT\" floatvalue=\"2.79397e-07\" "
+                                         "min=\"-1200\" max=\"1200\"></element>");
+    ZElement choice("x", ZElement::ZDISCRETE, &application);
+    choice.SetDiscrete(9, true);
+    EXPECT_EQ(archiveOf(choice), kHead + "type=\"ZDISCRETE\" int32value=\"9\"></element>");
+    ZElement run("x", ZElement::ZRANGE, &application);
+    run.SetZRange({10, 10});
+    EXPECT_EQ(archiveOf(run), kHead + "type=\"ZRANGE\" rangeStart=\"10\" rangeEnd=\"19\" "
+                                      "rangeMin=\"0\" rangeMax=\"-1\"></element>");
+    ZElement flags("x", ZElement::ZBUFFER, &application, 2);
+    flags.SetZBufferRange(0.0f, 1.0f);
+    flags.GetZBuffer()->Data()[0] = 1.0f;
+    EXPECT_EQ(archiveOf(flags), kHead + "type=\"ZBUFFER\" buffermin=\"0\" buffermax=\"1\">"
+                                        "<buffer name=\"ElementBuffer\" length=\"2\" "
+                                        "samplerate=\"0\"><data values=\"3f80000000000000\">"
+                                        "</data></buffer></element>");
 }
 
 TEST_F(ZElementArchiveTest, AGroupWritesItsArchivableChildrenInOrder)
@@ -124,7 +97,7 @@ TEST_F(ZElementArchiveTest, AGroupWritesItsArchivableChildrenInOrder)
         group.AddSubElement(child);
     }
     EXPECT_EQ(archiveOf(group),
-              std::string(kHead) + "type=\"ZGROUP\"><subelements>" +
+              kHead + "type=\"ZGROUP\"><subelements>" +
                   "<element name=\"b\" class=\"ZElementClass\" type=\"ZMESSAGE\"></element>" +
                   "<element name=\"a\" class=\"ZElementClass\" type=\"ZMESSAGE\"></element>" +
                   "</subelements></element>");
@@ -155,27 +128,27 @@ TEST_F(ZElementArchiveTest, ADefinitionGivesAllThatItTells)
 
 TEST_F(ZElementArchiveTest, ADefinitionThatCannotBeMadeSaysWhy)
 {
-    const auto failureOf = [&](const std::string& text) {
-        return Failure([&] { static_cast<void>(Make(text)); });
-    };
-    EXPECT_EQ(failureOf("<element type=\"ZDOUBLE\" />"), "Unrecognized Element Type.");
-    EXPECT_EQ(failureOf("<element units=\"Furlongs\" />"), "Unrecognized Units Type.");
-    EXPECT_EQ(failureOf("<element><subelements><element class=\"Foo\" /></subelements></element>"),
-              "Unregistered Class Foo found in xml\n");
     application.GetClassRegistry().AddStandard<SmallObject>("Bar");
-    EXPECT_EQ(failureOf("<element><subelements><element name=\"n\" class=\"Bar\" /></subelements>"
-                        "</element>"),
-              "ERROR (ZElement::AddChildElements) 'Bar' class (name='n') found in XML, unable to "
-              "make instance!\n");
-    const std::string improper = "Error Trying to create a buffer of improper size.";
-    EXPECT_EQ(failureOf("<element type=\"ZBUFFER\" />"), improper);
-    for (const char* length : {"0", "-4", ""}) {
-        const std::string head = "<element type=\"ZBUFFER\"><buffer length=\"";
-        EXPECT_EQ(failureOf(head + length + "\"><data /></buffer></element>"), improper);
+    const char* const improper = "Error Trying to create a buffer of improper size.";
+    const std::pair<const char*, const char*> cases[] = {
+        {"type=\"ZDOUBLE\">", "Unrecognized Element Type."},
+        {"units=\"Furlongs\">", "Unrecognized Units Type."},
+        {"><subelements><element class=\"Foo\" /></subelements>",
+         "Unregistered Class Foo found in xml\n"},
+        {"><subelements><element name=\"n\" class=\"Bar\" /></subelements>",
+         "ERROR (ZElement::AddChildElements) 'Bar' class (name='n') found in XML, unable to "
+         "make instance!\n"},
+        {"type=\"ZBUFFER\">", improper},
+        {"type=\"ZBUFFER\"><buffer length=\"0\"><data /></buffer>", improper},
+        {"type=\"ZBUFFER\"><buffer length=\"-4\"><data /></buffer>", improper},
+        {"type=\"ZBUFFER\"><buffer length=\"\"><data /></buffer>", improper},
+        {"type=\"ZBUFFER\"><buffer length=\"2147483647\"><data values=\"3f800000\" /></buffer>",
+         "Buffer archive does not hold all samples of the buffer."},
+    };
+    for (const auto& [text, failure] : cases) {
+        expectZException(-1, failure,
+                         [&] { return Make(std::string("<element ") + text + "</element>"); });
     }
-    EXPECT_EQ(failureOf("<element type=\"ZBUFFER\"><buffer length=\"2147483647\">"
-                        "<data values=\"3f800000\" /></buffer></element>"),
-              "Buffer archive does not hold all samples of the buffer.");
 }
 
 TEST_F(ZElementArchiveTest, RestoringAppliesValuesByNameAndTellsEverybodyAtOnce)
@@ -250,8 +223,7 @@ TEST_F(ZElementArchiveTest, ABufferComesBackBitByBit)
     const auto copy = Make(longest.ExtractXML()->Write(0));
     EXPECT_EQ(copy->GetZBuffer()->Data()[4998], 1.0f);
     const ZElement longer("x", ZElement::ZBUFFER, &application, 5000);
-    EXPECT_EQ(Failure([&] { static_cast<void>(longer.ExtractXML()); }),
-              "Buffer is too long for an archive.");
+    expectZException(-1, "Buffer is too long for an archive.", [&] { return longer.ExtractXML(); });
 }
 
 TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
@@ -262,17 +234,13 @@ TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
         flags.RestoreBody(firstElement("<element name=\"x\"><buffer length=\"" + length +
                                        "\"><data " + attributes + " /></buffer></element>"));
     };
-    const auto failureOf = [&](const std::string& length, const std::string& attributes) {
-        return Failure([&] { restore(length, attributes); });
-    };
-    EXPECT_EQ(failureOf("3", "values=\"3f8000003f8000003f800000\""),
-              "Incompatible buffer restore. Buffers are of different size.");
-    const std::string missing = "Buffer archive does not hold all samples of the buffer.";
-    EXPECT_EQ(failureOf("2", "values=\"3f8000003f80000\""), missing);
-    EXPECT_EQ(failureOf("2", "i0=\"1\""), missing);
-    EXPECT_EQ(failureOf("2", "i0=\"1\" i2=\"1\""), missing);
-    EXPECT_EQ(failureOf("2", "values=\"3f8000003f80000g\""),
-              "Buffer values hold something else than hex digits.");
+    expectZException(-1, "Incompatible buffer restore. Buffers are of different size.",
+                     [&] { restore("3", "values=\"3f8000003f8000003f800000\""); });
+    for (const char* attributes : {"values=\"3f8000003f80000\"", "i0=\"1\"", "i0=\"1\" i2=\"1\""})
+        expectZException(-1, "Buffer archive does not hold all samples of the buffer.",
+                         [&] { restore("2", attributes); });
+    expectZException(-1, "Buffer values hold something else than hex digits.",
+                     [&] { restore("2", "values=\"3f8000003f80000g\""); });
     EXPECT_EQ(flags.GetZBuffer()->Data()[0], 0.25f);
 
     restore("2", "i0=\"1\" i1=\"-0.5\"");

@@ -13,7 +13,6 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <atomic>
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <string>

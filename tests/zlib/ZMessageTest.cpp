@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 namespace orvane
 {
@@ -97,18 +98,16 @@ TEST(ZMessageRegistryTest, KnowsTheFrozenNumbers)
     const ZMessageRegistry framework;
     EXPECT_EQ(framework.GetCount(), 168u);
     // From each end, and around every gap of the numbering.
-    EXPECT_EQ(framework.Find("ZERROR"), -1);
-    EXPECT_EQ(framework.Find("ZHZOOMOUT"), 44);
-    EXPECT_EQ(framework.Find("ZLOOPERSTART"), 46);
-    EXPECT_EQ(framework.Find("ZMAXBUFFERCHANGED"), 48);
-    EXPECT_EQ(framework.Find("ZMETER"), 51);
-    EXPECT_EQ(framework.Find("ZPORTVALUECHANGED"), 76);
-    EXPECT_EQ(framework.Find("ZPRINTLINE"), 80);
-    EXPECT_EQ(framework.Find("ZSAVEAS"), 91);
-    EXPECT_EQ(framework.Find("ZSELECTALL"), 93);
-    EXPECT_EQ(framework.Find("PLUGINRECALLPRESETD"), 170);
-    EXPECT_EQ(framework.Find("ZPRESETLOADEND"), 183);
-    EXPECT_EQ(framework.Find("ZUSERMESSAGESTART"), 16777216);
+    const std::pair<const char*, std::int32_t> numbers[] = {
+        {"ZERROR", -1},          {"ZHZOOMOUT", 44},
+        {"ZLOOPERSTART", 46},    {"ZMAXBUFFERCHANGED", 48},
+        {"ZMETER", 51},          {"ZPORTVALUECHANGED", 76},
+        {"ZPRINTLINE", 80},      {"ZSAVEAS", 91},
+        {"ZSELECTALL", 93},      {"PLUGINRECALLPRESETD", 170},
+        {"ZPRESETLOADEND", 183}, {"ZUSERMESSAGESTART", 16777216},
+    };
+    for (const auto& [name, number] : numbers)
+        EXPECT_EQ(framework.Find(name), number) << name;
 }
 
 TEST(ZMessageRegistryTest, RefusesUnknownAndRepeatedNames)

@@ -3,12 +3,9 @@
 #include "support/ProbeBay.h"
 #include "support/RealtimeGuard.h"
 #include "support/TextMutation.h"
-#include "zlib/common/ZMessage.h"
-#include "zlib/common/ZMessageIds.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <map>
 #include <random>
 #include <set>
@@ -27,11 +24,6 @@ boost::shared_ptr<ZOutputBay> sinkOf(std::int32_t channels = 1)
     sink->SetFifoSize(1024);
     sink->Prepare();
     return sink;
-}
-
-boost::shared_ptr<ZMessage> messageOf(std::int32_t id)
-{
-    return boost::make_shared<ZMessage>(id);
 }
 
 /// A random network of bays whose routes lead from lower to higher numbers, and the plain account
@@ -324,28 +316,6 @@ TEST(ZSignalBayTest, ARangeIsRenderedInPassesAndEndsWhereTheSourceEnds)
     sink->Unroute(0, *source, 0);
     sink->PullRange(0, 700);
     EXPECT_EQ(source->runs, 2);
-}
-
-TEST(ZSignalBayTest, MessagesReachTheWholeNetwork)
-{
-    ZSignalBay network("network");
-    const auto listener = probe("listener");
-    network.AddBay(listener);
-
-    const auto rate = messageOf(ZSAMPLERATECHANGED);
-    rate->Add<float>("rate", 96000.0f);
-    network.HandleZMessage(rate);
-    EXPECT_EQ(listener->GetSampleRate(), 96000.0f);
-    const auto maxBuffer = messageOf(ZMAXBUFFERCHANGED);
-    maxBuffer->Add<std::int32_t>("maxbuf", 64);
-    network.HandleZMessage(maxBuffer);
-    EXPECT_EQ(listener->Input().Length(), 64u);
-    const auto nonsense = messageOf(ZSAMPLERATECHANGED);
-    nonsense->Add<float>("rate", 0.0f);
-    network.HandleZMessage(nonsense);
-    EXPECT_EQ(network.GetSampleRate(), 96000.0f);
-    EXPECT_NE(failureOf([&] { network.SetMaxBuffer(0); }), "none");
-    EXPECT_EQ(network.GetMaxBuffer(), 64);
 }
 
 TEST(ZSignalBayTest, RoutesAreChangedWithTheSinkAtHand)

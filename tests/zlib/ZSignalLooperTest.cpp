@@ -1,20 +1,18 @@
 #include "zlib/common/ZSignalLooper.h"
 
-#include "zlib/common/ZBlockProcessingBay.h"
 #include "zlib/common/ZBuffer.h"
 #include "zlib/common/ZInputBay.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZOutputBay.h"
 #include "zlib/common/ZSilentDriver.h"
-#include "zlib/common/ZXMLElement.h"
 
+#include "support/ProbeBay.h"
 #include "support/RealtimeGuard.h"
 #include "support/SmallApplication.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstring>
 #include <thread>
 
 #include <boost/make_shared.hpp>
@@ -27,25 +25,12 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr std::int32_t kBlock = 64;
-
-boost::shared_ptr<ZXMLElement> childOf(const char* text)
-{
-    return ZXMLDocument(text, static_cast<std::int32_t>(std::strlen(text))).GetChild(0);
-}
-
-/// A looper with one bay of fixed blocks between its ends.
+/// A looper with one bay between its ends.
 class ZSignalLooperTest : public testing::Test
 {
 protected:
     ZSignalLooperTest()
-        : bay(boost::make_shared<ZBlockProcessingBay>(
-              childOf("<bay name=\"delay\" class=\"ZBlockProcessingBayClass\" numchannels=\"2\">"
-                      "</bay>"),
-              &app))
     {
-        bay->Prepare();
-        bay->SetBlockSize(kBlock);
         for (std::int32_t channel = 0; channel < ZSignalLooper::kChannels; ++channel) {
             bay->Route(channel, *looper.GetInputBay(), channel);
             looper.GetOutputBay()->Route(channel, *bay, channel);
@@ -69,7 +54,7 @@ protected:
 
     SmallApplication app;
     ZSignalLooper looper{&app};
-    boost::shared_ptr<ZBlockProcessingBay> bay;
+    boost::shared_ptr<ProbeBay> bay = probe("bay", 2, 2);
     ZBuffer transfer{4096, "transfer"};
 };
 

@@ -3,7 +3,6 @@
 #include "zlib/common/ZDrawingLibrary.h"
 #include "zlib/common/ZFont.h"
 #include "zlib/common/ZMeasureScope.h"
-#include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,5 @@
 #include "zlib/common/ZXMLSignature.h"
 
-#include "zlib/common/ZXMLDocument.h"
-#include "zlib/common/ZXMLElement.h"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -28,16 +25,6 @@ bool verifies(const std::string& text)
 }
 
 }  // namespace
-
-TEST(ZXMLSignatureTest, WhatTheBuildSignsVerifiesAndReads)
-{
-    const std::string text = signedDescription();
-    const auto length = static_cast<std::int32_t>(text.size());
-    EXPECT_TRUE(verifies(text));
-    EXPECT_TRUE(HasValidDeclaration(text.data(), length));
-    EXPECT_STREQ(ZXMLDocument(text.data(), length).GetChild("app")->GetAttribute("title"),
-                 "Signed");
-}
 
 TEST(ZXMLSignatureTest, NoByteUpToTheLastDigitCanBeAltered)
 {
