@@ -13,8 +13,6 @@ namespace orvane
 namespace
 {
 
-using Bays = std::vector<ZBay*>;
-
 /// A chain of bays, each reading the one before.
 std::vector<boost::shared_ptr<ProbeBay>> chainOf(std::int32_t count)
 {
@@ -82,23 +80,6 @@ TEST(ZBayTest, AChainIsNoLongerThanAStackTakes)
     EXPECT_NE(failureOf([&] { upper.front()->Route(0, *late, 0); }).find("256 bays"),
               std::string::npos);
     late->Route(0, *lower[54], 0);
-}
-
-TEST(ZBayTest, NeighboursAreListedByTheBaysThatDoTheWork)
-{
-    auto bays = chainOf(3);
-    const auto network = boost::make_shared<ZSignalBay>("network");
-    network->AddBay(bays[1]);
-    network->AddImport(bays[1]->ShareImport(0));
-    const auto side = probe("side", 2);
-    side->Route(0, *bays[0], 0);
-    side->Route(1, *bays[2], 0);
-    EXPECT_EQ(bays[0]->DownstreamBays(false, true), (Bays{bays[1].get(), side.get()}));
-    EXPECT_EQ(bays[0]->DownstreamBays(true, true),
-              (Bays{bays[1].get(), side.get(), bays[2].get()}));
-    EXPECT_EQ(bays[0]->DownstreamBays(true, false).size(), 4u);
-    EXPECT_EQ(side->UpstreamBays(true, true), (Bays{bays[0].get(), bays[2].get(), bays[1].get()}));
-    EXPECT_EQ(network->UpstreamBays(false, true), (Bays{bays[0].get()}));
 }
 
 TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)

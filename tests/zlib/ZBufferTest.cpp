@@ -80,22 +80,6 @@ TEST(ZBufferTest, RefusesALengthItCannotHaveAndStaysAsItWas)
     EXPECT_EQ(buffer.Data()[7], 0.0f);
 }
 
-TEST(ZBufferTest, ClearReachesThePaddingAndCopyStopsAtTheShorterLength)
-{
-    ZBuffer five(5, "ZBuffer");
-    std::fill_n(five.Data(), 8, 9.0f);
-    ZBuffer seven(7, "ZBuffer");
-    set(seven, {1, 2, 3, 4, 5, 6, 7});
-    five.CopyFrom(seven);
-    EXPECT_EQ(samplesOf(five), (std::vector<float>{1, 2, 3, 4, 5}));
-    EXPECT_EQ(five.Data()[5], 9.0f);
-    five.Clear();
-    for (std::uint32_t i = 0; i < five.Allocated(); ++i)
-        EXPECT_EQ(five.Data()[i], 0.0f);
-    seven.CopyFrom(five);
-    EXPECT_EQ(samplesOf(seven), (std::vector<float>{0, 0, 0, 0, 0, 6, 7}));
-}
-
 TEST(ZBufferTest, CopyRangeMovesWhatBothBuffersReach)
 {
     ZBuffer source(5, "ZBuffer");

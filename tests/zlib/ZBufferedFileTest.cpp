@@ -221,35 +221,6 @@ TEST_F(ZBufferedFileTest, BehavesAsItsModelUnderRandomCalls)
     }
 }
 
-TEST_F(ZBufferedFileTest, ANumberBeforeALoneLastByteIsReadWhole)
-{
-    // The second stretch begins with the last byte, before which a plain read stops.
-    writeTextFile(Path(), std::string("abcd\x01\x02\x03\x04\x05", 9));
-    const auto file = Make(8);
-    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
-    EXPECT_EQ(readBytes(*file, 9).size(), 8u);
-    file->Seek(0);
-    EXPECT_EQ(readBytes(*file, 5).size(), 5u);
-    std::int32_t number = 0;
-    file->ReadLong(number);
-    EXPECT_EQ(number, 0x05040302);
-    std::int16_t half = 7;
-    expectZException(-1, "Unable to read file.", [&] { file->ReadShort(half); });
-    EXPECT_EQ(half, 7);
-}
-
-TEST_F(ZBufferedFileTest, WhatOthersWroteBetweenTwoOpeningsIsSeen)
-{
-    writeTextFile(Path(), "before");
-    const auto file = Make(64);
-    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
-    EXPECT_EQ(readBytes(*file, 6), "before");
-    file->Close();
-    writeTextFile(Path(), "after!");
-    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
-    EXPECT_EQ(readBytes(*file, 6), "after!");
-}
-
 TEST_F(ZBufferedFileTest, FailuresSayWhatCouldNotBeDone)
 {
     const auto file = Make(4);

@@ -32,33 +32,11 @@ protected:
         input.Write(buffer, buffer.Length(), channel);
     }
 
-    std::vector<float> Read(std::int32_t channel)
-    {
-        ZBuffer buffer(64, "ZBuffer");
-        const std::uint32_t count = output.Available(channel);
-        output.Read(buffer, count, channel);
-        return {buffer.Data(), buffer.Data() + count};
-    }
-
     ZInputBay input{"input", 2};
     ZOutputBay output{"output", 2};
 };
 
 }  // namespace
-
-TEST_F(ZEndBaysTest, WhatGoesInComesOut)
-{
-    Write(0, {1.0f, 2.0f, 3.0f});
-    Write(1, {-1.0f, -2.0f, -3.0f});
-    runPass(output, 2);
-    EXPECT_EQ(output.GetWritten(), 2u);
-    EXPECT_EQ(Read(0), (std::vector{1.0f, 2.0f}));
-    EXPECT_EQ(Read(1), (std::vector{-1.0f, -2.0f}));
-    runPass(output, 5);
-    EXPECT_EQ(Read(0), (std::vector{3.0f})) << "fewer than asked for";
-    runPass(output, 5);
-    EXPECT_EQ(output.GetWritten(), 0u);
-}
 
 TEST_F(ZEndBaysTest, AFullFifoTakesWhatItHasRoomFor)
 {

@@ -134,21 +134,7 @@ TEST_F(ZFileTest, FailuresSayWhatCouldNotBeDone)
     expectZException(-1, "Unable to write to file.", [&] { full->Write("a", 1); });
 }
 
-TEST_F(ZFileTest, CopyToWritesTheSameBytesAndReplacesOnlyWhenItMay)
-{
-    const std::string text(200000, 'x');
-    const auto from = fileWith(mFolder.Path("from"), text);
-    const auto to = fileWith(mFolder.Path("to"), "old, and to be gone " + text);
-    ASSERT_TRUE(from->Open(ZFile::kModeRead, false));
-
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(from->CopyTo(to, false));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Last Error = 17");
-    EXPECT_TRUE(from->CopyTo(to, true));
-    EXPECT_EQ(readTextFile(mFolder.Path("to")), text);
-}
-
-TEST_F(ZFileTest, ACopyThatFailsLeavesBothFilesAsTheyWere)
+TEST_F(ZFileTest, CopyToReplacesOnlyWhenItMayAndAFailureChangesNothing)
 {
     const auto file = fileWith(mFolder.Path("file"), "text");
     std::filesystem::create_hard_link(mFolder.Path("file"), mFolder.Path("twin"));
@@ -162,6 +148,14 @@ TEST_F(ZFileTest, ACopyThatFailsLeavesBothFilesAsTheyWere)
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
     EXPECT_FALSE(std::filesystem::exists(mFolder.Path("new")));
+
+    const std::string text(200000, 'x');
+    const auto from = fileWith(mFolder.Path("from"), text);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(from->CopyTo(file, false));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Last Error = 17");
+    EXPECT_TRUE(from->CopyTo(file, true));
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), text);
 }
 
 TEST_F(ZFileTest, MoveToReachesAnotherVolume)
@@ -186,21 +180,7 @@ TEST_F(ZFileTest, MoveToReachesAnotherVolume)
     EXPECT_EQ(there.st_mode & 0777, 0640u);
 }
 
-TEST_F(ZFileTest, ExchangeSwapsWhatTheFilesHold)
-{
-    const EnvironmentVariable temporary("TMPDIR", mFolder.Path().c_str());
-    const auto one = fileAt(mFolder.Path("one"));
-    const auto two = fileWith(mFolder.Path("two"), "second");
-    ASSERT_TRUE(one->Open(ZFile::kModeWrite, true));
-    one->Write("first", 5);
-    ASSERT_TRUE(two->Open(ZFile::kModeRead, false));
-    EXPECT_TRUE(one->Exchange(two));
-    EXPECT_EQ(readTextFile(mFolder.Path("one")), "second");
-    EXPECT_EQ(readTextFile(mFolder.Path("two")), "first");
-    EXPECT_EQ(mFolder.Count(), 2);
-}
-
-TEST_F(ZFileTest, AnExchangeThatFailsPutsBothFilesBack)
+TEST_F(ZFileTest, ExchangeSwapsAndAFailurePutsBothFilesBack)
 {
     const PrivateFolder parking;
     const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
@@ -216,6 +196,9 @@ TEST_F(ZFileTest, AnExchangeThatFailsPutsBothFilesBack)
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
     EXPECT_EQ(readTextFile(mFolder.Path("other")), "other");
+    EXPECT_TRUE(file->Exchange(fileAt(mFolder.Path("other"))));
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), "other");
+    EXPECT_EQ(readTextFile(mFolder.Path("other")), "text");
     EXPECT_EQ(parking.Count(), 0);
 }
 

@@ -186,22 +186,6 @@ TEST(ZLooperTest, TheTickFlushesAndServesOnTheInterfaceThread)
     looper.StopTimers();
 }
 
-TEST(ZLooperTest, BeatsThatTheFilterHoldsBackTickNothing)
-{
-    std::atomic<int> beats{0};
-    TickingLooper held;
-    held.SetBeatFilter([&beats] {
-        ++beats;
-        return false;
-    });
-    held.InitLooper();
-    ASSERT_TRUE(eventually([&] { return beats >= 2; }));
-    EXPECT_EQ(held.ticks, 0);
-    const ZInterfaceLock lock;
-    held.Tick();
-    EXPECT_EQ(held.ticks, 1);
-}
-
 TEST(ZLooperTest, ATimerSendsItsIdUntilItIsRemoved)
 {
     TickingLooper looper;

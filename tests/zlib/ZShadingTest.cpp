@@ -70,18 +70,6 @@ TEST(ZShadingTest, AGradientIsHalfTheWayAtItsMiddlePoint)
     EXPECT_NEAR(greyAt(canvas, 1.0), 255.0, 2.0);
 }
 
-TEST(ZShadingTest, FillsARegionAndNothingBesideIt)
-{
-    ZRegion region(ZRect{0, 0, kWidth, 3});
-    region.Subtract(ZRegion(ZRect{50, 1, 150, 2}));
-    Canvas canvas(kWidth, 3);
-    const ZLinearGradientShader function(kBlack, kWhite, 0.5f, 0.5f);
-    canvas.FillRegion(ZShader({0, 0}, {kWidth, 0}, function), region);
-    EXPECT_EQ(canvas.Coverage(), kWidth * 3 - 100.0);
-    EXPECT_EQ(canvas.AlphaAt(100, 1), 0u);
-    EXPECT_NEAR(canvas.At(100, 2) & 0xFFu, 128.0, 2.0);
-}
-
 TEST(ZShadingTest, BetweenOnePointAndItselfThereIsNoBrushAndNothingIsFilled)
 {
     const auto function = MakeShadingFunction("ZNyquistTitleShader");

@@ -304,20 +304,6 @@ TEST(ZSignalBayTest, EachBayRunsOnItsOwnTimeBase)
     EXPECT_EQ(source->lastPosition, 3u);
 }
 
-TEST(ZSignalBayTest, ARangeIsRenderedInPassesAndEndsWhereTheSourceEnds)
-{
-    const auto source = probe("source", 0);
-    const auto sink = sinkOf();
-    sink->Route(0, *source, 0);
-    sink->PullRange(0, 700);
-    EXPECT_EQ(source->runs, 2);
-    EXPECT_EQ(source->lastPosition, 512u);
-    EXPECT_EQ(source->lastCount, 188u);
-    sink->Unroute(0, *source, 0);
-    sink->PullRange(0, 700);
-    EXPECT_EQ(source->runs, 2);
-}
-
 TEST(ZSignalBayTest, RoutesAreChangedWithTheSinkAtHand)
 {
     const auto source = probe("source", 0);

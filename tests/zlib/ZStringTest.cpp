@@ -34,12 +34,6 @@ TEST(ZStringTest, ANarrowBufferIsNeverOverrunNorACharacterCut)
     ASSERT_TRUE(ZString("abcdefgh").ToCString(buffer));
     EXPECT_STREQ(buffer.data(), "abcd");
     EXPECT_FALSE(ZString("a").ToCString({}));
-
-    std::array<unsigned char, 300> pascal{};
-    ASSERT_TRUE(ZString(std::string(280, 'x')).ToPString(pascal));
-    EXPECT_EQ(pascal[0], 255);
-    EXPECT_EQ(pascal[255], 'x');
-    EXPECT_EQ(pascal[256], 0);
 }
 
 TEST(ZStringTest, ReadsNumbersInOneFormWhateverTheLocale)

@@ -38,22 +38,6 @@ TEST(ZTempFileTest, StandsInTheTemporaryFolderUntilItsObjectGoes)
     EXPECT_EQ(folder.Count(), 0);
 }
 
-TEST(ZTempFileTest, TakesTheFolderPrefixAndExtensionGiven)
-{
-    const PrivateFolder folder;  // has a dot in its own name
-    for (const auto& [extension, ending] : {std::pair{"tmp", ".tmp"}, std::pair{".tmp", ".tmp"},
-                                            std::pair{".xml", ".xml"}, std::pair{"", "."}})
-    {
-        boost::shared_ptr<ZFile> file;
-        MakeTempFile(shared(folder.Path()), shared("my.prefix"), shared(extension), file);
-        const std::string path = file->GetPath().ToNarrow();
-        EXPECT_TRUE(path.starts_with(folder.Path("my.prefix"))) << path;
-        EXPECT_EQ(path.substr(path.rfind('.')), ending);
-        EXPECT_TRUE(file->IsOpen());
-        EXPECT_EQ(folder.Count(), 1);
-    }
-}
-
 TEST(ZTempFileTest, SaysWhatIsMissing)
 {
     const PrivateFolder folder;

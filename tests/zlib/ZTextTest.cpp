@@ -2,7 +2,6 @@
 #include "zlib/Canvas.h"
 #include "zlib/common/ZDrawingLibrary.h"
 #include "zlib/common/ZFont.h"
-#include "zlib/common/ZMeasureScope.h"
 
 #include <gtest/gtest.h>
 
@@ -161,18 +160,6 @@ TEST(ZTextTest, AnySizeAndAnyCharactersAreSafe)
     small.DrawString(odd, {-kMax, -kMax, kMax, kMax}, 0);
     EXPECT_GT(small.StringWidth(odd), 0);
     EXPECT_GT(small.StringWidth(ZString(std::string(20000, 'x'))), 20000);
-}
-
-TEST(ZTextTest, CanBeMeasuredOutsideAPaintAsInOne)
-{
-    ZDrawingContext context;
-    context.SetFont(ZFont::MakeDefault());
-    {
-        const ZMeasureScope scope(context);
-        Page page("Arial", 12);
-        EXPECT_EQ(context.StringWidth("Text"), page.StringWidth("Text"));
-    }
-    EXPECT_EQ(context.GetGraphics(), nullptr);
 }
 
 TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)

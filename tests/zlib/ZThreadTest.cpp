@@ -45,18 +45,6 @@ TEST(ZThreadTest, RunsOnlyOnceResumedAndCanBeJoinedTwice)
     EXPECT_FALSE(thread.IsRunning());
 }
 
-TEST(ZThreadTest, JoinTimesOutOnAThreadThatGoesOn)
-{
-    ZSemaphore end("end", 0);
-    ZThread thread(
-        "test", [](void* argument) { static_cast<ZSemaphore*>(argument)->Wait(); }, &end);
-    thread.Resume();
-    EXPECT_EQ(thread.Join(5'000), 1);
-    EXPECT_TRUE(thread.IsRunning());
-    end.Release();
-    EXPECT_EQ(thread.Join(-1), 0);
-}
-
 TEST(ZThreadTest, CarriesItsNameAndLeavesSignalsToTheHost)
 {
     struct Seen
