@@ -238,7 +238,7 @@ void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
     GetLooper()->BroadcastZMessage(boost::make_shared<ZMessage>(ZPRESETLOADBEGIN));
     try {
         RestoreElements(xml);
-    } catch (const ZException&) {
+    } catch (...) {
         EndLoad();
         throw;
     }

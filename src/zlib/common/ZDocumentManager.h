@@ -14,7 +14,6 @@
 namespace orvane
 {
 
-class ZApp;
 class ZDocument;
 class ZMessage;
 class ZXMLElement;
@@ -70,9 +69,6 @@ protected:
     /// The same for a derived class, with the text for another tag.
     ZDocumentManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application,
                      const char* wrongTag);
-
-    /// The application, when it is one that has managers; else null.
-    [[nodiscard]] ZApp* GetManagers();
 
 private:
     void AddDocumentTypes(const ZXMLElement& xml);

@@ -141,7 +141,9 @@ void ZFileDocumentManager::OpenDocument(const boost::shared_ptr<ZFile>& file,
 
 boost::shared_ptr<ZFile> ZFileDocumentManager::OpenDialog()
 {
-    return nullptr;
+    constexpr const char* kTitle = "Open File";
+    ZApp* const app = ZApp::Of(*this);
+    return app ? app->ChooseOpenFile(kTitle, kTitle, mFileTypes, 0) : nullptr;
 }
 
 boost::shared_ptr<ZFiletype> ZFileDocumentManager::FindFiletype(const ZFile& file) const

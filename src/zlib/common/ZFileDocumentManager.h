@@ -5,8 +5,6 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
-#include <vector>
-
 namespace orvane
 {
 
@@ -33,8 +31,7 @@ public:
     /// read the file. A document that cannot is closed again and the user is told. Throws
     /// ZException -1 when there is no window manager to show it.
     virtual void OpenDocument(const boost::shared_ptr<ZFile>& file, const ZDocumentType& type);
-    /// Lets the user choose a file under the title "Open File"; null when none is chosen. Nobody
-    /// shows a dialog here.
+    /// Lets the user choose a file of the manager's kinds; null when none is chosen.
     [[nodiscard]] virtual boost::shared_ptr<ZFile> OpenDialog();
 
     /// The kind of file that the file is; null when it is none of the manager's.
@@ -46,7 +43,7 @@ private:
     void AddFileTypes(const ZXMLElement& xml);
     void OpenFile(const ZMessage& message);
 
-    std::vector<boost::shared_ptr<ZFiletype>> mFileTypes;
+    ZFiletypes mFileTypes;
 };
 
 }  // namespace orvane
