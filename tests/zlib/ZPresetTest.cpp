@@ -198,7 +198,7 @@ TEST_F(ZPresetTest, ElementsAreFoundByNameWhereverTheyStandAndOthersPassedOver)
 
 TEST_F(ZPresetTest, TagsNestedDeeperThanTheStackLoad)
 {
-    constexpr int kDepth = 300'000;
+    constexpr int kDepth = 100'000;
     std::string text;
     for (int i = 0; i < kDepth; ++i)
         text += "<element name=\"ContainerBay\">";
