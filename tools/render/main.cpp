@@ -41,7 +41,7 @@ chunk or a preset, else it is as the plug-in starts. The program comes first, th
 preset, the settings, and automation on the way.
 
 A line of automation is SECONDS,NAME,VALUE, such as 1.5,key,D. Automation and notes of a MIDI file
-act on what is fed from their time on, to the sample.
+are given at the sample of their time; the plug-in takes changed values to its engine every 42 ms.
 
 Examples:
   kestrune-render --list
@@ -133,8 +133,10 @@ int parseAndRun(int argc, char** argv)
             out->required(false);
         },
         "Tells what the plug-in says of itself, with its parameters, and ends");
-    app.add_option("--block", request.blockFrames,
-                   "Frames fed at a time, as a host would; the sound is the same for all")
+    app.add_option(
+           "--block", request.blockFrames,
+           "Frames fed at a time, as a host would; the sound is the same for all, but for the "
+           "moment at which automation acts")
         ->check(CLI::Range(1, kLongestBlock))
         ->capture_default_str();
     app.add_option("--plot", request.plot, "Draws the pitch before and after")
