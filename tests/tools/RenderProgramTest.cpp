@@ -172,6 +172,73 @@ TEST_F(RenderProgramTest, TextsAndNumbersOfSettingsMeanTheSame)
               with({"pitchCorrectionOnOff=On", "key=A"}));
 }
 
+TEST_F(RenderProgramTest, ProgramsAreChosenByNumberAndByName)
+{
+    const TestSound voice = testVoice(1, 0.5);
+    const std::vector<float> byName = Render(voice, {"--program", "woman TO man"}).samples;
+    EXPECT_EQ(byName, Render(voice, {"--program", "6"}).samples);
+    EXPECT_NE(byName, Render(voice, {"--program", "1"}).samples);
+    EXPECT_EQ(Render(voice, {}).samples, voice.samples);
+    const ProgramRun run = runRender({In(), mFolder.Path("none"), "--program", "Man"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find("no program 'Man'; it has Default (0), "), std::string::npos) << run.err;
+    EXPECT_EQ(mFolder.Names(), (Words{"in", "out"}));
+}
+
+TEST_F(RenderProgramTest, ASavedChunkBringsTheSameSoundBack)
+{
+    const TestSound voice = testVoice(1, 0.5);
+    const Words program{"--program", "Adult to Child"};
+    const std::string chunk = mFolder.Path("chunk");
+    for (const Words& settings : {Words{}, Words{"--set", "pitchTranspose=Down 3rd"},
+                                  kCorrect + Words{"--set", "formantTranspose=Biggest"}})
+    {
+        const TestSound saved = Render(voice, program + settings + Words{"--save-chunk", chunk});
+        EXPECT_NE(saved.samples, voice.samples);
+        EXPECT_EQ(Render(voice, program + Words{"--load-chunk", chunk}).samples, saved.samples);
+    }
+    EXPECT_EQ(Render(voice, {"--load-chunk", chunk}).samples, voice.samples);
+    std::ofstream(chunk) << "<VST_Program><element";
+    EXPECT_EQ(runRender({In(), Out(), "--load-chunk", chunk}).signal, 0);
+}
+
+TEST_F(RenderProgramTest, APresetSetsWhatNoParameterReaches)
+{
+    const TestSound voice = testVoice(1, 1.5);
+    const std::string preset = mFolder.Path("preset.xml");
+    const std::string report = mFolder.Path("report.json");
+    std::ofstream(preset) << "<preset version=\"1.0\"><element name=\"detune\" floatvalue=\"30\">"
+                             "</element></preset>";
+    const Words words = kCorrect + Words{"--report", report};
+    const TestSound tuned = Render(voice, words + Words{"--preset", preset});
+    const nlohmann::json json = jsonIn(report);
+    EXPECT_EQ(json["settings"]["detune"]["value"], 30.0);
+    EXPECT_LT(json["before"]["median_cents"], 3.0);  // it was sung 30 cents sharp
+    EXPECT_LT(json["after"]["median_cents"], 3.0);
+    EXPECT_NE(Render(voice, words).samples, tuned.samples);
+    EXPECT_NEAR(jsonIn(report)["before"]["median_cents"], 30.0, 3.0);
+}
+
+TEST_F(RenderProgramTest, AutomationActsWithinATickOfItsTimeAndTheSameInEachRun)
+{
+    constexpr double kTickAndHop = 0.041666 + 0.0116;  // s, of the plug-in and of its engine
+    const TestSound voice = testVoice(1, 1.5);
+    const std::string automation = mFolder.Path("a.csv");
+    for (const double seconds : {0.7, 0.72}) {
+        std::ofstream(automation) << seconds << ",pitchCorrectionOnOff,On\n";
+        for (const char* block : {"64", "512"}) {
+            const Words words{"--automate", automation, "--block", block};
+            const std::vector<float> output = Render(voice, words).samples;
+            EXPECT_EQ(Render(voice, words).samples, output);
+            const auto turned = std::mismatch(output.begin(), output.end(), voice.samples.begin());
+            const double late =
+                static_cast<double>(turned.first - output.begin()) / voice.rate - seconds;
+            EXPECT_GE(late, -0.001);
+            EXPECT_LE(late, kTickAndHop + 0.001);
+        }
+    }
+}
+
 TEST_F(RenderProgramTest, ReportTellsWhatCorrectionDid)
 {
     const std::string report = mFolder.Path("report.json");
