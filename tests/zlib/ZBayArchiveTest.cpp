@@ -24,16 +24,6 @@ protected:
     {
         return boost::make_shared<ZSignalBay>(firstBay(text), &application);
     }
-    /// A network of two bays with these routes and publications.
-    boost::shared_ptr<ZSignalBay> BuildPair(const std::string& routes,
-                                            const std::string& published = "")
-    {
-        return Build("<bay name=\"n\"><bays>\n"
-                     "<bay name=\"a\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>\n"
-                     "<bay name=\"b\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>\n"
-                     "</bays>\n<routes>" +
-                     routes + "</routes>" + published + "</bay>\n");
-    }
 
     SmallApplication application;
 };
@@ -48,14 +38,16 @@ std::string route(const char* from, const char* exported, const char* to, const 
 
 TEST_F(ZBayArchiveTest, RoutesAndPublicationsThatCannotBeAreSkipped)
 {
-    const auto network = BuildPair(
+    const auto network = Build(
+        "<bay name=\"n\"><bays><bay name=\"a\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>"
+        "<bay name=\"b\" class=\"ZThruBayClass\" numchannels=\"2\"></bay></bays><routes>" +
         route("a", "0", "b", "0") + route("a", "0", "b", "0") + route("a", "2", "b", "1") +
-            route("a", "-1", "b", "1") + route("a", "99999999999", "b", "1") +
-            route("b", "1", "a", "1") + route("a", "1", "a", "1") + route("c", "0", "b", "1") +
-            "<route outbay=\"a\" inbay=\"b\" />",
+        route("a", "-1", "b", "1") + route("a", "99999999999", "b", "1") +
+        route("b", "1", "a", "1") + route("a", "1", "a", "1") + route("c", "0", "b", "1") +
+        "<route outbay=\"a\" inbay=\"b\" /></routes>"
         "<publish bay=\"a\" import=\"1\" export=\"0\" /><publish bay=\"a\" />"
         "<publish bay=\"b\" import=\"2\" /><publish bay=\"b\" export=\"-7\" />"
-        "<publish bay=\"c\" import=\"0\" /><publish import=\"0\" />");
+        "<publish bay=\"c\" import=\"0\" /><publish import=\"0\" /></bay>");
     EXPECT_EQ(network->FindBay("a")->GetRouteCount(), 1);
     EXPECT_EQ(network->FindBay("b")->GetRouteCount(), 0);
     EXPECT_EQ(network->GetImportCount(), 1);

@@ -86,6 +86,7 @@ TEST(ZBitmapTest, FindsItsPictureAmongTheResourcesWithoutCase)
         EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 4, 3}));
         EXPECT_EQ(bitmap.LockPixels()[5], 0xFF050F19u);
     }
+    EXPECT_EQ(ZBitmap("opaque.png", &application).LockPixels()[3], 0xFF03090Fu);
 }
 
 TEST(ZBitmapTest, StaysEmptyWhereNoPictureCanBeFoundOrRead)

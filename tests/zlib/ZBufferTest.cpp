@@ -102,16 +102,6 @@ TEST(ZBufferTest, CopyRangeMovesWhatBothBuffersReach)
     EXPECT_EQ(samplesOf(source), (std::vector<float>{1, 1, 2, 3, 4}));
 }
 
-TEST(ZBufferTest, TakesOneChannelOutOfAnInterleavedBlockAndPutsItBack)
-{
-    const std::vector<std::int16_t> block{1, 101, 2, 102, 3, 103};
-    ZBuffer right(3, "ZBuffer");
-    right.Load(block.data(), 2, 1, 3);
-    std::vector<std::int16_t> target(6, -1);
-    right.Store(target.data(), 2, 1, 3);
-    EXPECT_EQ(target, (std::vector<std::int16_t>{-1, 101, -1, 102, -1, 103}));
-}
-
 TEST(ZBufferTest, IntegersHaveTheirScalesAndComeBackAsTheyWere)
 {
     EXPECT_EQ(loaded<std::int8_t>({-128, 0, 64}), (std::vector<float>{-1.0f, 0.0f, 0.5f}));

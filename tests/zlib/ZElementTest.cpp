@@ -114,18 +114,6 @@ TEST(ZElementTest, OnlyTheClampedFormKeepsAFloatInItsRange)
     EXPECT_EQ(gain.GetZFloat(), -1200.0f);
 }
 
-TEST(ZElementTest, LabelsFallBackToTheNameAndAreChosenByLength)
-{
-    ZElement shift("pitchTranspose", ZElement::ZFLOAT, nullptr);
-    shift.SetLabel(ZElement::kShortLabel, "PiSh");
-    shift.SetLabel(ZElement::kFullLabel, "Pitch Transpose");
-    shift.SetLabel(ZElement::kMediumLabel, "Transp\xC3\xB6se");
-    EXPECT_EQ(shift.GetLabelToFit(14), ZString("pitchTranspose"));
-    EXPECT_EQ(shift.GetLabelToFit(9), ZString("Transp\xC3\xB6se"));
-    EXPECT_EQ(shift.GetLabelToFit(8), ZString("PiSh"));
-    EXPECT_EQ(shift.GetLabelToFit(3), ZString("PiSh")) << "none fits: the last one";
-}
-
 TEST(ZElementTest, TheIndexStaysInAListThatGetsShorter)
 {
     ZElement scale("scale", ZElement::ZDISCRETE, nullptr);

@@ -1,10 +1,7 @@
 #include "zlib/common/ZMeterBay.h"
 
-#include "support/ProbeBay.h"
+#include "support/BayArchiveCheck.h"
 #include "support/RealtimeGuard.h"
-#include "support/SmallApplication.h"
-#include "zlib/common/ZElement.h"
-#include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 
@@ -18,14 +15,6 @@ namespace orvane
 
 namespace
 {
-
-boost::shared_ptr<ZXMLElement> meterXml()
-{
-    auto xml = boost::make_shared<ZXMLElement>("bay");
-    xml->AddAttribute("name", "Out");
-    xml->AddAttribute("numchannels", 2);
-    return xml;
-}
 
 class ZMeterBayTest : public testing::Test
 {
@@ -49,7 +38,7 @@ protected:
     float Peak() { return Element("InstPeakdBChannel1")->GetZFloat(); }
 
     SmallApplication application;
-    ZMeterBay meter{meterXml(), &application};
+    ZMeterBay meter{firstBay("<bay name=\"Out\" numchannels=\"2\"></bay>"), &application};
 };
 
 }  // namespace

@@ -1,28 +1,16 @@
 #include "zlib/common/ZThruBay.h"
 
+#include "support/BayArchiveCheck.h"
 #include "support/ProbeBay.h"
-#include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 
 namespace orvane
 {
 
-namespace
-{
-
-boost::shared_ptr<ZXMLElement> thruXml(std::int32_t channels)
-{
-    auto xml = boost::make_shared<ZXMLElement>("bay");
-    xml->AddAttribute("numchannels", channels);
-    return xml;
-}
-
-}  // namespace
-
 TEST(ZThruBayTest, TheLastInputGoesToAllOutputsThatAreLeft)
 {
-    ZThruBay thru(thruXml(3), nullptr);
+    ZThruBay thru(firstBay("<bay numchannels=\"3\"></bay>"), nullptr);
     const auto left = probe("left", 0);
     const auto right = probe("right", 0);
     right->value = 2.0f;
@@ -46,7 +34,7 @@ TEST(ZThruBayTest, TheLastInputGoesToAllOutputsThatAreLeft)
 
 TEST(ZThruBayTest, HasAtMostAsManyInputsAsOutputs)
 {
-    ZThruBay thru(thruXml(2), nullptr);
+    ZThruBay thru(firstBay("<bay numchannels=\"2\"></bay>"), nullptr);
     EXPECT_EQ(failureOf([&] { thru.SetInputChannelCount(3); }),
               "Cannot have more input channels than outputs");
     EXPECT_NE(failureOf([&] { thru.SetInputChannelCount(-1); }), "none");
