@@ -101,6 +101,7 @@ void ZProgramBank::Load(std::string_view text, Extent extent)
     if (mDocument == nullptr)
         return;
     const ZXMLDocument chunk(text.data(), static_cast<std::int32_t>(text.size()));
+    const Program present = ExtractProgram();  // first: it may tell the host of what waits
     Programs loaded = mPrograms;
     if (extent == Extent::kCurrent) {
         loaded[static_cast<std::size_t>(mCurrent)] = chunk.GetChild(kProgram);
@@ -109,7 +110,7 @@ void ZProgramBank::Load(std::string_view text, Extent extent)
         for (std::size_t i = 0; i < std::min(given, loaded.size()); ++i)
             loaded[i] = chunk.GetChild(kProgram, static_cast<std::int32_t>(i));
     }
-    LoadProgram(loaded[static_cast<std::size_t>(mCurrent)], ExtractProgram());
+    LoadProgram(loaded[static_cast<std::size_t>(mCurrent)], present);
     mPrograms = std::move(loaded);
 }
 
