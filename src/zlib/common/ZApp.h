@@ -131,7 +131,7 @@ public:
 
     void SetResourceName(const ZString& name) { mResourceName = name; }
     [[nodiscard]] const ZString& GetResourceName() const { return mResourceName; }
-    [[nodiscard]] const ZResources& GetResources() const { return mResources; }
+    [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
     /// A file to open once the application is built; empty for none.
     void SetOpenAtStart(const ZString& path) { mOpenAtStart = path; }
     /// What a stand-alone application's process ends with.
