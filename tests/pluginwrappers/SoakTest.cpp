@@ -55,9 +55,26 @@ void changeParameters(AEffect* effect, unsigned seed, const std::atomic<bool>& p
     }
 }
 
+/// What a host does that saves its project and switches programs while a stream plays.
+void saveAndLoad(AEffect* effect, const std::atomic<bool>& playing)
+{
+    std::mt19937 random(4);
+    while (playing) {
+        const std::int32_t isPreset = random() % 2 != 0 ? 1 : 0;
+        void* data = nullptr;
+        const std::intptr_t size =
+            effect->dispatcher(effect, effGetChunk, isPreset, 0, &data, 0.0f);
+        std::vector<char> chunk(static_cast<char*>(data), static_cast<char*>(data) + size);
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 50));
+        EXPECT_EQ(effect->dispatcher(effect, effSetChunk, isPreset, size, chunk.data(), 0.0f), 1);
+        effect->dispatcher(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7),
+                           nullptr, 0.0f);
+    }
+}
+
 }  // namespace
 
-TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobs)
+TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobsAndSave)
 {
     AEffect* const effect = openPlugin(callback);
     ASSERT_NE(effect, nullptr);
@@ -68,6 +85,7 @@ TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobs)
     std::atomic<bool> playing{true};
     std::thread automation([&] { changeParameters(effect, 1, playing); });
     std::thread editor([&] { changeParameters(effect, 2, playing); });
+    std::thread project([&] { saveAndLoad(effect, playing); });
 
     const auto voice = harmonicTone(196.0, kRate, 44100);
     std::vector<float> left(kLargestBlock);
@@ -97,6 +115,7 @@ TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobs)
     playing = false;
     automation.join();
     editor.join();
+    project.join();
     effect->dispatcher(effect, effMainsChanged, 0, 0, nullptr, 0.0f);
     effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
     EXPECT_EQ(violations, 0u);
