@@ -1,0 +1,85 @@
+// Any bytes as calls of a host: opcode, index, value, number and what the pointer points to. Every
+// opcode whose pointer is plain room may be asked in any order.
+
+#include "pluginwrappers/common/PluginEntry.h"
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "zlib/common/ZMessageBox.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace
+{
+
+using namespace orvane;
+
+/// What the records that are asked for need; the sanitizer fences it.
+constexpr std::size_t kRoom = 256;
+
+struct Call
+{
+    std::int8_t opcode;
+    std::int32_t index;
+    std::int32_t value;
+    float opt;
+};
+
+std::intptr_t host(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
+                   std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
+{
+    return opcode == audioMasterVersion ? 2400 : 0;
+}
+
+AEffect* openQuietly()
+{
+    ZMessageBox::SetPresenter([](ZMessageBox::Kind, const ZString&, const ZString&) {});
+    AEffect* const effect = openPlugin(host);
+    if (effect == nullptr)
+        std::abort();
+    return effect;
+}
+
+/// Their pointers and values are addresses of things, or they end the instance.
+bool isPlain(std::int32_t opcode)
+{
+    return opcode != effClose && opcode != effProcessEvents && opcode != effEditOpen &&
+           opcode != effGetSpeakerArrangement;
+}
+
+void make(AEffect* effect, const Call& call, const std::uint8_t* data, std::size_t size)
+{
+    const auto room = std::make_unique<std::array<char, kRoom>>();
+    room->fill(0);
+    std::memcpy(room->data(), data, std::min(size, kRoom));
+    // A size that the host tells is that of what it hands over.
+    const std::intptr_t value =
+        call.opcode == effSetChunk
+            ? static_cast<std::intptr_t>(static_cast<std::uint32_t>(call.value) % kRoom)
+            : std::intptr_t{call.value};
+    // Blocks of a gigabyte are refused, but those below are made: they are no fault.
+    if (call.opcode == effSetBlockSize && value > 8192)
+        return;
+    effect->dispatcher(effect, call.opcode, call.index, value, room->data(), call.opt);
+    effect->setParameter(effect, call.index, call.opt);
+    effect->getParameter(effect, call.index);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static AEffect* const effect = openQuietly();
+    Call call;
+    while (size >= sizeof(call)) {
+        std::memcpy(&call, data, sizeof(call));
+        data += sizeof(call);
+        size -= sizeof(call);
+        if (isPlain(call.opcode))
+            make(effect, call, data, size);
+    }
+    return 0;
+}
