@@ -1,6 +1,7 @@
 #include "tools/render/RenderSettings.h"
 
 #include "kestrune/common/KestruneScales.h"
+#include "kestrune/common/KestruneTransposition.h"
 #include "zlib/common/ZException.h"
 
 #include <fmt/format.h>
@@ -18,38 +19,6 @@ namespace orvane
 
 namespace
 {
-
-/// Indices of `pitchTranspose`: semitones down from an octave up.
-constexpr std::array<std::string_view, 25> kPitchTransposeNames{"Up Octave",
-                                                                "Up 7th",
-                                                                "Up Minor 7th",
-                                                                "Up 6th",
-                                                                "Up Minor 6th",
-                                                                "Up 5th",
-                                                                "Up Augmented 4th",
-                                                                "Up 4th",
-                                                                "Up 3rd",
-                                                                "Up Minor 3rd",
-                                                                "Up 2nd",
-                                                                "Up Minor 2nd",
-                                                                "None",
-                                                                "Down Minor 2nd",
-                                                                "Down 2nd",
-                                                                "Down Minor 3rd",
-                                                                "Down 3rd",
-                                                                "Down 4th",
-                                                                "Down Augmented 4th",
-                                                                "Down 5th",
-                                                                "Down Minor 6th",
-                                                                "Down 6th",
-                                                                "Down Minor 7th",
-                                                                "Down 7th",
-                                                                "Down Octave"};
-
-/// Indices of `formantTranspose`.
-constexpr std::array<std::string_view, 11> kFormantTransposeNames{
-    "Smallest", "Smaller4", "Smaller3", "Smaller2", "Smaller1", "Natural",
-    "Bigger1",  "Bigger2",  "Bigger3",  "Bigger4",  "Biggest"};
 
 constexpr SettingRule choice(std::string_view name, std::string_view label,
                              std::span<const std::string_view> texts, float initial)
