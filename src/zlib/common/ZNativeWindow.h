@@ -30,7 +30,7 @@ struct ZNativeMouseEvent
 
     Action action = kMove;
     ZPoint position;
-    std::uint32_t modifiers = 0;   // as "MouseMods": 1 always, 2 shift, 8 alt, 0x10 control
+    std::uint32_t modifiers = 0;    // as "MouseMods": 1 always, 2 shift, 8 alt, 0x10 control
     std::int32_t wheelNotches = 0;  // up is positive
 };
 

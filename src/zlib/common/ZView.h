@@ -98,8 +98,8 @@ public:
     /// Bounds 0, 0, 1, 1.
     ZView(std::string_view name, ZLooper* looper);
     ZView(std::string_view name, const ZRect& rect, ZLooper* looper);
-    /// From a `view` tag, with its subviews. The application, which is the looper, may be null: then
-    /// pictures, texts by key and subviews by class are not found.
+    /// From a `view` tag, with its subviews. The application, which is the looper, may be null:
+    /// then pictures, texts by key and subviews by class are not found.
     ZView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZView() override;
 

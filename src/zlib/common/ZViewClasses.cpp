@@ -1,0 +1,10 @@
+#include "zlib/common/ZViewClasses.h"
+
+namespace orvane
+{
+
+void registerViewClasses(ZClassRegistry& /*registry*/)
+{
+}
+
+}  // namespace orvane

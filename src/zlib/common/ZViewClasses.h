@@ -1,0 +1,11 @@
+#pragma once
+
+namespace orvane
+{
+
+class ZClassRegistry;
+
+/// Enters the framework's views, which a description may name. [setup]
+void registerViewClasses(ZClassRegistry& registry);
+
+}  // namespace orvane
