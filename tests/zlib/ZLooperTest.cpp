@@ -1,5 +1,6 @@
 #include "zlib/common/ZLooper.h"
 
+#include "support/Eventually.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZInterfaceThread.h"
 #include "zlib/common/ZMessage.h"
@@ -86,14 +87,6 @@ public:
 protected:
     void FlushElementChanges() override { ++ticks; }
 };
-
-template <typename Condition>
-bool eventually(const Condition& condition)
-{
-    for (int i = 0; i < 2000 && !condition(); ++i)
-        std::this_thread::sleep_for(1ms);
-    return condition();
-}
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include "zlib/common/ZOutputBay.h"
 #include "zlib/common/ZSilentDriver.h"
 
+#include "support/Eventually.h"
 #include "support/ProbeBay.h"
 #include "support/RealtimeGuard.h"
 #include "support/SmallApplication.h"
@@ -57,14 +58,6 @@ protected:
     boost::shared_ptr<ProbeBay> bay = probe("bay", 2, 2);
     ZBuffer transfer{4096, "transfer"};
 };
-
-template <typename Condition>
-bool eventually(const Condition& condition)
-{
-    for (int i = 0; i < 2000 && !condition(); ++i)
-        std::this_thread::sleep_for(1ms);
-    return condition();
-}
 
 }  // namespace
 

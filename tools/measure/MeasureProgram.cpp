@@ -1,3 +1,4 @@
+#include "tools/common/RunProgram.h"
 #include "tools/measure/ClipNotes.h"
 #include "tools/measure/NoteAccuracy.h"
 #include "tools/measure/PitchTracker.h"
@@ -6,7 +7,6 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -57,7 +57,9 @@ void measure(const Arguments& arguments)
     printAccuracy("  output", noteAccuracy(output, notes, delay));
 }
 
-int parseAndRun(int argc, char** argv)
+}  // namespace
+
+int main(int argc, char** argv)
 {
     Arguments arguments;
     CLI::App app("Tells how far a sung clip and what was made of it are from the intended notes.");
@@ -65,23 +67,5 @@ int parseAndRun(int argc, char** argv)
     app.add_option("IN", arguments.input, "the clip as it was sung")->required();
     app.add_option("OUT", arguments.output, "the processed clip")->required();
     app.add_option("--latency", arguments.latency, "samples by which OUT comes later than IN");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& success) {
-        return app.exit(success);
-    }
-    measure(arguments);
-    return 0;
-}
-
-}  // namespace
-
-int main(int argc, char** argv)
-{
-    try {
-        return parseAndRun(argc, argv);
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "kestrune-measure: %s\n", failure.what());
-    }
-    return 2;
+    return runProgram("kestrune-measure", app, argc, argv, [&] { measure(arguments); });
 }

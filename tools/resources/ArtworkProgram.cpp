@@ -1,3 +1,4 @@
+#include "tools/common/RunProgram.h"
 #include "tools/resources/ArtworkTable.h"
 #include "tools/resources/PixelFont.h"
 #include "tools/resources/TrueTypeFile.h"
@@ -6,7 +7,6 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -51,7 +51,9 @@ void makeArtwork(const Arguments& arguments)
         writePng(paintWindowMock(images, font, arguments.scale).get(), arguments.mock);
 }
 
-int parseAndRun(int argc, char** argv)
+}  // namespace
+
+int main(int argc, char** argv)
 {
     Arguments arguments;
     CLI::App app("Makes the pictures and the pixel font of the window.");
@@ -62,23 +64,5 @@ int parseAndRun(int argc, char** argv)
     app.add_option("--scale", arguments.scale, "how often the mock is enlarged")
         ->check(CLI::Range(1, 8))
         ->capture_default_str();
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& success) {
-        return app.exit(success);
-    }
-    makeArtwork(arguments);
-    return 0;
-}
-
-}  // namespace
-
-int main(int argc, char** argv)
-{
-    try {
-        return parseAndRun(argc, argv);
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "kestrune-artwork: %s\n", failure.what());
-    }
-    return 2;
+    return runProgram("kestrune-artwork", app, argc, argv, [&] { makeArtwork(arguments); });
 }

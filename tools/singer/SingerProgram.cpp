@@ -1,3 +1,4 @@
+#include "tools/common/RunProgram.h"
 #include "tools/measure/ClipNotes.h"
 #include "tools/measure/SoundClip.h"
 #include "tools/singer/Singer.h"
@@ -5,7 +6,6 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <exception>
 #include <string>
 
 using namespace orvane;
@@ -28,7 +28,9 @@ void sing(const Arguments& arguments)
         writeClipNotes(arguments.notes, clipNotes(song));
 }
 
-int parseAndRun(int argc, char** argv)
+}  // namespace
+
+int main(int argc, char** argv)
 {
     Arguments arguments;
     CLI::App app("Sings the demonstration song, off key by known amounts, into a sound file.");
@@ -37,23 +39,5 @@ int parseAndRun(int argc, char** argv)
     app.add_option("--rate", arguments.sampleRate, "sample rate in Hz")
         ->check(CLI::Range(8000, 192000))
         ->capture_default_str();
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success& success) {
-        return app.exit(success);
-    }
-    sing(arguments);
-    return 0;
-}
-
-}  // namespace
-
-int main(int argc, char** argv)
-{
-    try {
-        return parseAndRun(argc, argv);
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "kestrune-singer: %s\n", failure.what());
-    }
-    return 2;
+    return runProgram("kestrune-singer", app, argc, argv, [&] { sing(arguments); });
 }
