@@ -1,0 +1,718 @@
+#include "zlib/common/ZView.h"
+
+#include "zlib/common/ZApplication.h"
+#include "zlib/common/ZBitmap.h"
+#include "zlib/common/ZDocument.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZFont.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZPlugin.h"
+#include "zlib/common/ZTrace.h"
+#include "zlib/common/ZWindow.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// named: how the failure's text calls the field.
+template <ZMsgValue T>
+T require(const ZMessage& message, const char* field, const char* named)
+{
+    T value{};
+    if (!message.Find<T>(field, value))
+        throw ZException(-1, ZString("Couldn't find " + std::string(named) + " in Message"));
+    return value;
+}
+
+template <ZMsgValue T>
+T require(const ZMessage& message, const char* field)
+{
+    return require<T>(message, field, field);
+}
+
+/// Windows and views hand on the document itself; managers hand on their hold of it.
+ZDocument* requireDocument(const ZMessage& message, const char* field)
+{
+    boost::shared_ptr<ZDocument> shared;
+    if (message.Find<boost::shared_ptr<ZDocument>>(field, shared))
+        return shared.get();
+    return require<ZDocument*>(message, field, "NewDocument");
+}
+
+boost::shared_ptr<ZMessage> mouseMessage(std::int32_t id, const char* field, const ZPoint& point,
+                                         std::uint32_t mods)
+{
+    const auto message = boost::make_shared<ZMessage>(id);
+    message->Add<ZPoint>(field, point);
+    message->Add<std::uint32_t>("MouseMods", mods);
+    return message;
+}
+
+bool containsWithEdges(const ZRect& rect, const ZPoint& point)
+{
+    return point.x >= rect.left && point.x <= rect.right && point.y >= rect.top &&
+           point.y <= rect.bottom;
+}
+
+}  // namespace
+
+ZView::ZView(std::string_view name, ZLooper* looper)
+    : ZHandler(name, looper)
+    , mFont(ZFont::MakeDefault())
+{
+}
+
+ZView::ZView(std::string_view name, const ZRect& rect, ZLooper* looper)
+    : ZView(name, looper)
+{
+    mBounds = rect;
+    mFrame = {0, 0, rect.GetWidth(), rect.GetHeight()};
+}
+
+ZView::~ZView()
+{
+    if (mDocument)
+        mDocument->RemoveObserver(this);
+    ClearSubviews();
+    ZView::DetachFromElements();
+    LeaveWindow();
+}
+
+bool ZView::IsKindOf(std::string_view className) const
+{
+    return className == "ZViewClass" || ZHandler::IsKindOf(className);
+}
+
+const char* ZView::GetClassName() const
+{
+    return "ZViewClass";
+}
+
+ZApplication* ZView::GetApplication()
+{
+    return GetApp();
+}
+
+void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZMOUSEDOWN:
+        return HandleMouseDown(*message);
+    case ZMOUSEDOUBLECLICK:
+        return HandleMouseDoubleClick(*message);
+    case ZMOUSEUP:
+        return HandleMouseUp(*message);
+    case ZMOUSEMOVED:
+        return HandleMouseMoved(*message);
+    case ZMOUSEWHEEL:
+        return HandleMouseWheel(*message);
+    case ZMOUSEENTERED:
+        return HandleMouseEntered(*message);
+    case ZMOUSELEFT:
+        return MouseLeft();
+    case ZATTACHED:
+        return HandleAttached(message);
+    case ZDETACHED:
+        return HandleDetached(message);
+    case ZDOCUMENTNEW:
+    case ZDOCUMENTCHANGED:
+        return HandleDocument(message);
+    case ZDOCUMENTCLOSED:
+        return HandleDocumentClosed(message);
+    case ZATTACHEDTOELEMENT:
+    case ZELEMENTCHANGED:
+        return ElementChanged(require<std::uint64_t>(*message, "elementid"));
+    case ZRESIZE:
+        return HandleResize(*message);
+    case ZCHILDRESIZED:
+        return HandleChildResized(message);
+    case ZWINDOWOFFSETCHANGED:
+        UpdateWindowOrigin();
+        return SendToSubviews(message);
+    case ZSCALEHORIZONTAL:
+        SetHorizontalScale(require<float>(*message, "Scale"));
+        return SendToSubviews(message);
+    case ZSCALEVERTICAL:
+        SetVerticalScale(require<float>(*message, "Scale"));
+        return SendToSubviews(message);
+    case ZPREFSCHANGED:
+    case ZSAMPLERATECHANGED:
+    case ZQTEVENT:
+    case ZENABLE:
+    case ZDISABLE:
+    case ZRELEASEMOVIE:
+        return SendToSubviews(message);
+    case ZHIDE:
+        return Hide();
+    case ZSHOW:
+        return Show();
+    case ZDRAW:
+        return;
+    case ZTIMER:
+        return HandleTimer(message);
+    default:
+        return ZHandler::HandleZMessage(message);
+    }
+}
+
+void ZView::HandleMouseDown(const ZMessage& message)
+{
+    const auto point = require<ZPoint>(message, "ClickPoint");
+    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto child = FindSubviewAt(point);
+    if (!child)
+        return MouseDown(point, mods);
+    child->HandleZMessage(mouseMessage(ZMOUSEDOWN, "ClickPoint", ToChild(*child, point), mods));
+}
+
+void ZView::HandleMouseDoubleClick(const ZMessage& message)
+{
+    const auto point = require<ZPoint>(message, "ClickPoint");
+    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto child = FindSubviewAt(point);
+    if (!child)
+        return MouseDoubleClick(point, mods);
+    child->HandleZMessage(
+        mouseMessage(ZMOUSEDOUBLECLICK, "ClickPoint", ToChild(*child, point), mods));
+}
+
+void ZView::HandleMouseUp(const ZMessage& message)
+{
+    const auto point = require<ZPoint>(message, "UpPoint");
+    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    if (const auto child = FindSubviewAt(point))
+        child->HandleZMessage(mouseMessage(ZMOUSEUP, "UpPoint", ToChild(*child, point), mods));
+    // All views on the way see the release.
+    MouseUp(point, mods);
+}
+
+void ZView::HandleMouseMoved(const ZMessage& message)
+{
+    const auto point = require<ZPoint>(message, "MovePoint");
+    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    mLastMove = point;
+    if (mMouseCaptured)
+        return MouseMoved(point, mods);
+    if (const auto child = FindSubviewAt(point))
+        child->HandleZMessage(mouseMessage(ZMOUSEMOVED, "MovePoint", ToChild(*child, point), mods));
+}
+
+void ZView::HandleMouseWheel(const ZMessage& message)
+{
+    const auto point = require<ZPoint>(message, "WheelPoint");
+    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto axis = require<std::int32_t>(message, "WheelAxis");
+    const auto delta = require<std::int32_t>(message, "WheelDelta");
+    const auto child = FindSubviewAt(point);
+    if (!child)
+        return MouseWheel(point, mods, axis, delta);
+    const auto forwarded = mouseMessage(ZMOUSEWHEEL, "WheelPoint", ToChild(*child, point), mods);
+    forwarded->Add<std::int32_t>("WheelAxis", axis);
+    forwarded->Add<std::int32_t>("WheelDelta", delta);
+    child->HandleZMessage(forwarded);
+}
+
+void ZView::HandleMouseEntered(const ZMessage& message)
+{
+    MouseEntered(require<ZPoint>(message, "EnteredPoint"));
+    if (mWindow)
+        mWindow->SetHoverView(this);
+}
+
+void ZView::HandleTimer(const boost::shared_ptr<const ZMessage>& message)
+{
+    if (!OnTimer(require<std::int64_t>(*message, "TimerID")))
+        SendToSubviews(message);
+}
+
+void ZView::HandleChildResized(const boost::shared_ptr<const ZMessage>& message)
+{
+    ChildResized();
+    if (mParent)
+        mParent->HandleZMessage(message);
+}
+
+void ZView::HandleAttached(const boost::shared_ptr<const ZMessage>& message)
+{
+    mWindow = require<ZWindow*>(*message, "AttachedWindow", "Window");
+    if (mWindow && (mViewFlags & kNavigable) != 0)
+        mWindow->AddNavigableView(this);
+    if (mFill && mParent)
+        FillParent();
+    RecordMargins();
+    if (mWindow && HasTooltip())
+        SetUpTooltip();
+    if (mWindow && mAnimated)
+        mWindow->AddIdleView(this);
+    UpdateWindowOrigin();
+    SendToSubviews(message);
+    OnAttached();
+}
+
+void ZView::HandleDetached(const boost::shared_ptr<const ZMessage>& message)
+{
+    if (mWindow && mAnimated)
+        mWindow->RemoveIdleView(this);
+    SendToSubviews(message);
+    OnDetached();
+    LeaveWindow();
+}
+
+void ZView::LeaveWindow()
+{
+    mMouseCaptured = false;
+    EndEdit();
+    if (!mWindow)
+        return;
+    mWindow->RemoveTool(this);
+    mWindow->ForgetView(this);
+    mWindow = nullptr;
+}
+
+void ZView::SetUpTooltip()
+{
+    UpdateWindowOrigin();
+    mWindow->AddTool(this, mFrame.Offset(mWindowOrigin.x, mWindowOrigin.y));
+}
+
+void ZView::SetNavigable(bool navigable)
+{
+    mViewFlags = navigable ? mViewFlags | kNavigable : mViewFlags & ~kNavigable;
+}
+
+void ZView::HandleDocument(const boost::shared_ptr<const ZMessage>& message)
+{
+    if (message->GetId() == ZDOCUMENTNEW) {
+        SetDocument(requireDocument(*message, "Document"));
+    } else {
+        ZDocument* const document = requireDocument(*message, "NewDocument");
+        ZTrace::Write(GetName() + " view: 'ZDOCUMENTCHANGED to " +
+                      (document ? document->GetName() : std::string()) + "'\n");
+        SetDocument(document);
+    }
+    SendToSubviews(message);
+}
+
+void ZView::SetDocument(ZDocument* document)
+{
+    if (mDocument)
+        mDocument->RemoveObserver(this);
+    mDocument = document;
+    if (mDocument)
+        mDocument->AddObserver(this);
+    DetachFromElements();
+    if (!mTargetName.empty())
+        AttachToElement(FindElement(mTargetName));
+    OnDocumentChanged();
+}
+
+void ZView::HandleDocumentClosed(const boost::shared_ptr<const ZMessage>& message)
+{
+    if (mDocument)
+        mDocument->RemoveObserver(this);
+    DetachFromElements();
+    OnDocumentClosed();
+    mDocument = nullptr;
+    SendToSubviews(message);
+}
+
+boost::shared_ptr<ZElement> ZView::FindElement(std::string_view name) const
+{
+    return mDocument ? mDocument->FindElement(name) : nullptr;
+}
+
+void ZView::AttachToElement(const boost::shared_ptr<ZElement>& element)
+{
+    if (mElement)
+        mElement->RemoveObserver(this);
+    mElement = element;
+    if (!mElement)
+        return;
+    OnElementAttached();
+    if (!mAnimated)
+        mElement->AddObserver(this);
+}
+
+void ZView::DetachFromElements()
+{
+    EndEdit();
+    if (mElement)
+        mElement->RemoveObserver(this);
+    mElement.reset();
+}
+
+void ZView::SetAnimated(bool animated)
+{
+    if (animated == mAnimated)
+        return;
+    mAnimated = animated;
+    if (mElement && animated)
+        mElement->RemoveObserver(this);
+    else if (mElement)
+        mElement->AddObserver(this);
+    if (mWindow && animated)
+        mWindow->AddIdleView(this);
+    else if (mWindow)
+        mWindow->RemoveIdleView(this);
+}
+
+void ZView::SetMouseCapture(bool capture, bool toWindow)
+{
+    mMouseCaptured = capture;
+    if (!toWindow)
+        return;
+    if (mWindow)
+        mWindow->SetCapturedView(capture ? this : nullptr);
+    // Last, since the host is called with the interface lock given up.
+    if (capture)
+        BeginEdit();
+    else
+        EndEdit();
+}
+
+void ZView::BeginEdit()
+{
+    auto* const plugin = dynamic_cast<ZPlugin*>(GetApplication());
+    const auto element = GetElement();
+    if (!plugin || !element || mEditedElement)
+        return;
+    mEditedElement = element;
+    plugin->BeginEdit(element.get());
+}
+
+void ZView::EndEdit()
+{
+    const auto edited = std::exchange(mEditedElement, nullptr);
+    auto* const plugin = dynamic_cast<ZPlugin*>(GetApplication());
+    if (edited && plugin)
+        plugin->EndEdit(edited.get());
+}
+
+// The tree.
+
+void ZView::AddSubview(const boost::shared_ptr<ZView>& view, bool atFront)
+{
+    if (!view || view.get() == this || view->mParent)
+        return;
+    {
+        const std::lock_guard guard(mChildViewLock);
+        mSubviews.insert(atFront ? mSubviews.begin() : mSubviews.end(), view);
+    }
+    TakeIn(*view);
+}
+
+void ZView::TakeIn(ZView& child)
+{
+    child.mParent = this;
+    child.SetContext(mContext);
+    if (mWindow) {
+        const auto attached = boost::make_shared<ZMessage>(ZATTACHED);
+        attached->Add<ZWindow*>("AttachedWindow", mWindow);
+        child.HandleZMessage(attached);
+    }
+    if (mDocument && !child.mDocument) {
+        const auto opened = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
+        opened->Add<ZDocument*>("Document", mDocument);
+        child.HandleZMessage(opened);
+    }
+    child.Invalidate();
+}
+
+void ZView::RemoveSubview(const boost::shared_ptr<ZView>& view)
+{
+    if (!view || view->mParent != this)
+        return;
+    {
+        const std::lock_guard guard(mChildViewLock);
+        std::erase(mSubviews, view);
+    }
+    LetGo(*view);
+    InvalidatePart(view->mBounds);
+}
+
+void ZView::LetGo(ZView& child)
+{
+    child.mParent = nullptr;
+    if (mWindow) {
+        const auto detached = boost::make_shared<ZMessage>(ZDETACHED);
+        detached->Add<ZWindow*>("DetachedWindow", mWindow);
+        child.HandleZMessage(detached);
+    }
+    child.SetContext(nullptr);
+    if (child.mDocument)
+        child.HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
+}
+
+void ZView::ClearSubviews()
+{
+    Children children;
+    {
+        const std::lock_guard guard(mChildViewLock);
+        children.swap(mSubviews);
+    }
+    for (const auto& child : children)
+        LetGo(*child);
+}
+
+ZView::Children ZView::CopyChildren() const
+{
+    const std::lock_guard guard(mChildViewLock);
+    return mSubviews;
+}
+
+boost::shared_ptr<ZView> ZView::SubviewAt(std::int32_t index) const
+{
+    const std::lock_guard guard(mChildViewLock);
+    if (index < 0 || index >= std::ssize(mSubviews))
+        return nullptr;
+    return mSubviews[static_cast<std::size_t>(index)];
+}
+
+std::int32_t ZView::IndexOfSubview(const ZView* view) const
+{
+    const std::lock_guard guard(mChildViewLock);
+    const auto found = std::find_if(mSubviews.begin(), mSubviews.end(),
+                                    [view](const auto& child) { return child.get() == view; });
+    return found == mSubviews.end() ? -1 : static_cast<std::int32_t>(found - mSubviews.begin());
+}
+
+std::int32_t ZView::GetSubviewCount() const
+{
+    const std::lock_guard guard(mChildViewLock);
+    return static_cast<std::int32_t>(mSubviews.size());
+}
+
+boost::shared_ptr<ZView> ZView::FindSubview(std::string_view name) const
+{
+    const std::lock_guard guard(mChildViewLock);
+    for (const auto& child : mSubviews) {
+        if (child->GetName() == name)
+            return child;
+        if (auto found = child->FindSubview(name))
+            return found;
+    }
+    return nullptr;
+}
+
+boost::shared_ptr<ZView> ZView::FindSubviewAt(const ZPoint& point) const
+{
+    const std::lock_guard guard(mChildViewLock);
+    const auto found =
+        std::find_if(mSubviews.rbegin(), mSubviews.rend(), [&point](const auto& child) {
+            return child->mVisible && containsWithEdges(child->mBounds, point);
+        });
+    return found == mSubviews.rend() ? nullptr : *found;
+}
+
+bool ZView::HitTest(ZView*& out, const ZPoint& point)
+{
+    if (!containsWithEdges(mFrame, point))
+        return false;
+    out = this;
+    const std::lock_guard guard(mChildViewLock);
+    const auto found =
+        std::find_if(mSubviews.begin(), mSubviews.end(), [&point](const auto& child) {
+            return child->mVisible && containsWithEdges(child->mBounds, point);
+        });
+    if (found != mSubviews.end())
+        (*found)->HitTest(out, ToChild(**found, point));
+    return true;
+}
+
+ZPoint ZView::OriginInParent() const
+{
+    return {mBounds.left - mFrame.left, mBounds.top - mFrame.top};
+}
+
+ZPoint ZView::ToChild(const ZView& child, const ZPoint& point)
+{
+    const ZPoint origin = child.OriginInParent();
+    return {point.x - origin.x, point.y - origin.y};
+}
+
+void ZView::SendToSubviews(const boost::shared_ptr<const ZMessage>& message)
+{
+    // A copy, which holds them: what a child does with the message may take views away.
+    for (const auto& child : CopyChildren())
+        child->HandleZMessage(message);
+}
+
+void ZView::Broadcast(std::int32_t messageId)
+{
+    SendToSubviews(boost::make_shared<ZMessage>(messageId));
+}
+
+void ZView::SetContext(const boost::shared_ptr<ZDrawingContext>& context)
+{
+    mContext = context;
+    const std::lock_guard guard(mChildViewLock);
+    for (const auto& child : mSubviews)
+        child->SetContext(context);
+}
+
+void ZView::SetFrameRate(float rate)
+{
+    for (const auto& child : CopyChildren())
+        child->SetFrameRate(rate);
+}
+
+void ZView::Show()
+{
+    mVisible = true;
+    Broadcast(ZSHOW);
+    OnShown();
+    Invalidate();
+}
+
+void ZView::Hide()
+{
+    mVisible = false;
+    Broadcast(ZHIDE);
+    OnHidden();
+    if (mParent)
+        mParent->InvalidatePart(mBounds);
+}
+
+// Places and sizes.
+
+void ZView::SetBoundsSize(std::int32_t width, std::int32_t height)
+{
+    mBounds.right = mBounds.left + width;
+    mBounds.bottom = mBounds.top + height;
+    mFrame.right = mFrame.left + width;
+    mFrame.bottom = mFrame.top + height;
+    RecordMargins();
+}
+
+void ZView::Resize(std::int32_t width, std::int32_t height)
+{
+    SetBoundsSize(width, height);
+    const auto message = boost::make_shared<ZMessage>(ZRESIZE);
+    message->Add<ZRect>("ResizeRect", mBounds);
+    SendToSubviews(message);
+    SizeChanged();
+}
+
+void ZView::MoveTo(const ZPoint& point)
+{
+    mBounds = {point.x, point.y, point.x + mBounds.GetWidth(), point.y + mBounds.GetHeight()};
+    if (mParent && mWindow)
+        HandleZMessage(boost::make_shared<ZMessage>(ZWINDOWOFFSETCHANGED));
+    PositionChanged();
+}
+
+void ZView::SetFrameOrigin(std::int32_t x, std::int32_t y)
+{
+    mFrame = {x, y, x + mFrame.GetWidth(), y + mFrame.GetHeight()};
+    HandleZMessage(boost::make_shared<ZMessage>(ZWINDOWOFFSETCHANGED));
+}
+
+void ZView::UpdateWindowOrigin()
+{
+    const ZPoint parent = mParent ? mParent->mWindowOrigin : ZPoint{};
+    const ZPoint origin = OriginInParent();
+    mWindowOrigin = {parent.x + origin.x, parent.y + origin.y};
+}
+
+void ZView::FillParent()
+{
+    SetBoundsSize(mParent->mBounds.GetWidth() - mMargins.left - mMargins.right,
+                  mParent->mBounds.GetHeight() - mMargins.top - mMargins.bottom);
+}
+
+void ZView::RecordMargins()
+{
+    if (mStretchMask == 0 || !mParent)
+        return;
+    mMargins = {mBounds.left, mBounds.top, mParent->mBounds.GetWidth() - mBounds.right,
+                mParent->mBounds.GetHeight() - mBounds.bottom};
+}
+
+void ZView::HandleResize(const ZMessage& message)
+{
+    const auto parent = require<ZRect>(message, "ResizeRect", "SizedRect");
+    ZRect bounds = mBounds;
+    if (mStretchMask & kFollowRight) {
+        bounds.right = parent.GetWidth() - mMargins.right;
+        if (!(mStretchMask & kKeepLeft))
+            bounds.left = bounds.right - mBounds.GetWidth();
+    }
+    if (mStretchMask & kFollowBottom) {
+        bounds.bottom = parent.GetHeight() - mMargins.bottom;
+        if (!(mStretchMask & kKeepTop))
+            bounds.top = bounds.bottom - mBounds.GetHeight();
+    }
+    if (bounds.left != mBounds.left || bounds.top != mBounds.top)
+        MoveTo({bounds.left, bounds.top});
+    if (bounds.GetWidth() != mBounds.GetWidth() || bounds.GetHeight() != mBounds.GetHeight())
+        Resize(bounds.GetWidth(), bounds.GetHeight());
+}
+
+// What classes replace.
+
+void ZView::ElementChanged(std::uint64_t /*elementId*/)
+{
+}
+
+void ZView::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+}
+
+void ZView::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+}
+
+void ZView::MouseUp(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+}
+
+void ZView::MouseMoved(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+}
+
+void ZView::MouseEntered(const ZPoint& /*point*/)
+{
+}
+
+void ZView::MouseWheel(const ZPoint& /*point*/, std::uint32_t /*mods*/, std::int32_t /*axis*/,
+                       std::int32_t /*delta*/)
+{
+}
+
+bool ZView::OnTimer(std::int64_t /*timerId*/)
+{
+    return false;
+}
+
+void ZView::SetFocus(bool /*focus*/)
+{
+}
+
+ZString ZView::GetTooltipText(const ZPoint& /*point*/)
+{
+    return mTooltipText;
+}
+
+void ZView::SetHorizontalScale(float scale)
+{
+    mHorizontalScale = scale;
+    Invalidate();
+}
+
+void ZView::SetVerticalScale(float scale)
+{
+    mVerticalScale = scale;
+    Invalidate();
+}
+
+}  // namespace orvane
