@@ -85,6 +85,13 @@ void ZHandler::PostZMessage(boost::shared_ptr<const ZMessage> message)
         mLooper->PostZMessage(std::move(message), this);
 }
 
+std::weak_ptr<const void> ZHandler::GetLife() const
+{
+    if (!mLife)
+        mLife = std::make_shared<char>();
+    return mLife;
+}
+
 void ZHandler::SetCurrentApp(ZApplication* app)
 {
     currentApp.store(app, std::memory_order_release);

@@ -2,6 +2,8 @@
 
 #include "zlib/common/ZObject.h"
 
+#include <memory>
+
 namespace orvane
 {
 
@@ -43,6 +45,10 @@ public:
     /// [any thread]
     void PostZMessage(boost::shared_ptr<const ZMessage> message);
 
+    /// Expires with the handler: for whoever comes back to it after what may have been its end,
+    /// such as a timer or a menu that was open. [the thread that owns the handler]
+    [[nodiscard]] std::weak_ptr<const void> GetLife() const;
+
     /// Names the application that handlers without a looper belong to. [any thread]
     static void SetCurrentApp(ZApplication* app);
     /// Names none, if it is still this one that is named. [any thread]
@@ -52,6 +58,7 @@ private:
     friend class ZLooper;  // clears the pointer when it lets a handler go
 
     ZLooper* mLooper = nullptr;
+    mutable std::shared_ptr<const void> mLife;  // made when it is first asked for
 };
 
 }  // namespace orvane
