@@ -89,6 +89,11 @@ public:
     /// Ends the application's modal runs and waits until those have returned that began them, with
     /// the interface lock given up. Comes before anything goes that they might touch.
     void EndModalRuns();
+    /// A dialog of the application opens; it has closed. While one is open, windows that are none
+    /// take nothing.
+    void BeginModal() { ++mModalWindows; }
+    void EndModal() { --mModalWindows; }
+    [[nodiscard]] bool IsModal() const { return mModalWindows > 0; }
     /// The current window of the window manager, or null. Throws ZException -1 without a manager.
     [[nodiscard]] virtual boost::shared_ptr<ZWindow> GetMainWindow() const;
     /// Finds, checks and reads the description and runs its start-up commands. Throws ZException
@@ -177,6 +182,7 @@ private:
     std::unique_ptr<ZCommandList> mCommandList;
     std::unique_ptr<ZClassRegistry> mClassRegistry;
     WindowKeeperMaker mMakeWindowKeeper = nullptr;
+    std::int32_t mModalWindows = 0;
     bool mStandalone = true;
     std::unique_ptr<ZBrowserLaunch> mBrowser;
     ZString mOpenAtStart;

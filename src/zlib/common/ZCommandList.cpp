@@ -98,6 +98,13 @@ void ZCommandList::HandleKey(const ZMessage& message)
         command->Dispatch();
 }
 
+bool ZCommandList::HasKeyCommand(const ZMessage& message) const
+{
+    std::int32_t key = 0;
+    boost::shared_ptr<ZCommand> command;
+    return message.Find("hotkey", key) && GetCommandByKey(key, modifiersOf(message), command);
+}
+
 void ZCommandList::HandleMenuChoice(const ZMessage& message)
 {
     std::int32_t menuId = 0;

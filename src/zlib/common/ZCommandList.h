@@ -45,6 +45,8 @@ public:
     virtual bool GetCommandByKey(std::int32_t key, std::int32_t modifiers,
                                  boost::shared_ptr<ZCommand>& out) const;
 
+    /// Whether ZKEYCOMMAND with these fields would dispatch a command.
+    [[nodiscard]] bool HasKeyCommand(const ZMessage& message) const;
     [[nodiscard]] const std::vector<boost::shared_ptr<ZCommand>>& GetCommands() const
     {
         return mCommands;
