@@ -1,16 +1,20 @@
 #include "zlib/common/ZViewClasses.h"
 
 #include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZPluginWindow.h"
 #include "zlib/common/ZStringView.h"
 #include "zlib/common/ZView.h"
+#include "zlib/common/ZWindow.h"
 
 namespace orvane
 {
 
 void registerViewClasses(ZClassRegistry& registry)
 {
+    registry.AddStandard<ZPluginWindow>("ZPluginWindowClass");
     registry.AddStandard<ZStringView>("ZStringViewClass");
     registry.AddStandard<ZView>("ZViewClass");
+    registry.AddStandard<ZWindow>("ZWindowClass");
 }
 
 }  // namespace orvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <string>
+
+namespace orvane
+{
+
+class ZApplication;
+class ZWindow;
+class ZXMLElement;
+
+/// A `windowtype`: what windows of that name are built from, as often as needed.
+class ZWindowType
+{
+public:
+    /// Another tag leaves the type empty.
+    explicit ZWindowType(const boost::shared_ptr<ZXMLElement>& xml);
+
+    [[nodiscard]] const std::string& GetName() const { return mName; }
+    [[nodiscard]] const std::string& GetClass() const { return mClass; }
+    /// The attribute `hidden`: ZWINNEW does not show the window.
+    [[nodiscard]] bool IsHidden() const;
+    /// Throws ZException -1 for a class that nobody knows or that is no window; what its
+    /// constructor throws goes through.
+    [[nodiscard]] boost::shared_ptr<ZWindow> BuildWindow(ZApplication& application) const;
+
+private:
+    std::string mName;
+    std::string mClass;
+    boost::shared_ptr<ZXMLElement> mXml;
+};
+
+}  // namespace orvane
