@@ -1,0 +1,88 @@
+#include "zlib/common/ZContentWindow.h"
+
+#include "zlib/common/ZBitmap.h"
+
+#include <algorithm>
+
+namespace orvane
+{
+
+std::unique_ptr<ZContentWindow> ZContentWindow::Create(const ZNativeWindow::Settings& settings,
+                                                       ZWindowContent& content)
+{
+    std::unique_ptr<ZContentWindow> window(new ZContentWindow(settings.rect, content));
+    window->mNative = ZNativeWindow::Create(settings, *window);
+    return window->mNative ? std::move(window) : nullptr;
+}
+
+ZContentWindow::ZContentWindow(const ZRect& rect, ZWindowContent& content)
+    : mContent(content)
+    , mPicture(std::make_unique<ZBitmap>(rect.GetWidth(), rect.GetHeight(), nullptr))
+{
+}
+
+ZContentWindow::~ZContentWindow() = default;
+
+void ZContentWindow::Show()
+{
+    mNative->Show();
+}
+
+void ZContentWindow::Redraw()
+{
+    mNative->Invalidate(mPicture->GetFrame());
+}
+
+void ZContentWindow::NativePaint(const ZRect& update)
+{
+    mContent.Draw(*mPicture);
+    mNative->Present(*mPicture->GetNative(), update);
+}
+
+void ZContentWindow::NativeMouse(const ZNativeMouseEvent& event)
+{
+    if (mContent.Mouse(event))
+        Redraw();
+}
+
+bool ZContentWindow::NativeKey(const ZNativeKeyEvent& event)
+{
+    if (mContent.Key(event))
+        Redraw();
+    return true;
+}
+
+void ZContentWindow::NativeMoved(const ZPoint& /*position*/)
+{
+}
+
+void ZContentWindow::NativeSized(std::int32_t /*width*/, std::int32_t /*height*/)
+{
+}
+
+void ZContentWindow::NativeFocus(bool focused)
+{
+    if (!focused)
+        mContent.FocusLost();
+}
+
+void ZContentWindow::NativeCloseRequested()
+{
+    mContent.Dismiss();
+}
+
+void ZContentWindow::NativeDestroyed()
+{
+    mContent.Dismiss();
+}
+
+ZRect keptOn(const ZRect& monitor, const ZRect& rect)
+{
+    const std::int32_t width = std::min(rect.GetWidth(), monitor.GetWidth());
+    const std::int32_t height = std::min(rect.GetHeight(), monitor.GetHeight());
+    const std::int32_t left = std::clamp(rect.left, monitor.left, monitor.right - width);
+    const std::int32_t top = std::clamp(rect.top, monitor.top, monitor.bottom - height);
+    return {left, top, left + width, top + height};
+}
+
+}  // namespace orvane

@@ -1,0 +1,78 @@
+#include "zlib/common/ZPanelStyle.h"
+
+#include "zlib/common/ZBitmap.h"
+#include "zlib/common/ZDrawingContext.h"
+#include "zlib/common/ZFont.h"
+#include "zlib/common/ZString.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kAlignLeft = 1;
+// No text of a window is higher.
+constexpr std::int32_t kMaxTextHeight = 4096;
+
+void drawIn(ZDrawingContext& context, const ZString& text, const ZRect& rect, std::int32_t align,
+            const ZColor& color)
+{
+    context.SetFont(ZPanelStyle::makeFont());
+    context.SetPenColor(color);
+    context.DrawString(text, rect, align);
+}
+
+}  // namespace
+
+boost::shared_ptr<ZFont> ZPanelStyle::makeFont()
+{
+    return boost::make_shared<ZFont>("Arial", kFontHeight);
+}
+
+ZPoint ZPanelStyle::measure(const ZString& text, std::int32_t width)
+{
+    ZBitmap context(1, 1, nullptr);
+    context.SetFont(makeFont());
+    const ZRect bounds = context.StringBounds(text, {0, 0, width, kMaxTextHeight});
+    // Rounded down there, and a text needs all of its pixels.
+    return {bounds.right + 1, bounds.bottom + 1};
+}
+
+void ZPanelStyle::drawGround(ZDrawingContext& context, const ZRect& rect)
+{
+    fill(context, rect, kGround);
+    fill(context, {rect.left, rect.top + 1, rect.right, rect.top + 2}, kHighlight);
+    drawEdge(context, rect, kEdge);
+}
+
+void ZPanelStyle::drawEdge(ZDrawingContext& context, const ZRect& rect, const ZColor& color)
+{
+    context.SetPenColor(color);
+    context.SetPenWidth(1.0f);
+    context.DrawRect(rect.left, rect.top, rect.right - 1, rect.bottom - 1);
+}
+
+void ZPanelStyle::fill(ZDrawingContext& context, const ZRect& rect, const ZColor& color)
+{
+    context.SetBrushColor(color);
+    context.FillRect(rect);
+}
+
+void ZPanelStyle::drawLine(ZDrawingContext& context, const ZString& text, const ZRect& rect,
+                           std::int32_t align, const ZColor& color)
+{
+    context.SetTruncate(true);
+    drawIn(context, text, rect, align, color);
+    context.SetTruncate(false);
+}
+
+void ZPanelStyle::drawText(ZDrawingContext& context, const ZString& text, const ZRect& rect,
+                           const ZColor& color)
+{
+    drawIn(context, text, rect, kAlignLeft, color);
+}
+
+}  // namespace orvane
