@@ -7,6 +7,7 @@
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZFont.h"
 #include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageDocument.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPlugin.h"
 #include "zlib/common/ZTrace.h"
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace orvane
@@ -40,13 +42,12 @@ T require(const ZMessage& message, const char* field)
     return require<T>(message, field, field);
 }
 
-/// Windows and views hand on the document itself; managers hand on their hold of it.
 ZDocument* requireDocument(const ZMessage& message, const char* field)
 {
-    boost::shared_ptr<ZDocument> shared;
-    if (message.Find<boost::shared_ptr<ZDocument>>(field, shared))
-        return shared.get();
-    return require<ZDocument*>(message, field, "NewDocument");
+    const std::optional<ZDocument*> document = documentOf(message, field);
+    if (!document)
+        throw ZException(-1, "Couldn't find NewDocument in Message");
+    return *document;
 }
 
 boost::shared_ptr<ZMessage> mouseMessage(std::int32_t id, const char* field, const ZPoint& point,

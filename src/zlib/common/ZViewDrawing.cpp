@@ -152,6 +152,20 @@ void ZView::MarkDirtyWithin(const ZRect& rect)
     }
 }
 
+void ZView::AddOverlay(const boost::shared_ptr<ZOverlay>& overlay)
+{
+    if (!overlay || std::ranges::count(mOverlays, overlay) != 0)
+        return;
+    mOverlays.push_back(overlay);
+    Invalidate();
+}
+
+void ZView::RemoveOverlay(const boost::shared_ptr<ZOverlay>& overlay)
+{
+    if (std::erase(mOverlays, overlay) != 0)
+        Invalidate();
+}
+
 bool ZView::CanDraw() const
 {
     return mContext && mContext->GetGraphics();
