@@ -68,6 +68,8 @@ public:
         return isOpaque ? ZRegion(GetFrame()) : ZRegion();
     }
 
+    void SetDirty() { mDirty = true; }
+
     bool takesTimers = false;
     bool isOpaque = false;
 
