@@ -1,0 +1,95 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace orvane
+{
+
+/// Calls the condition until it holds, at most for 20 s; whether it came to hold.
+[[nodiscard]] bool waitFor(const std::function<bool()>& condition);
+
+/// All else that is on the display DISPLAY names: the windows of a host, on a connection of its
+/// own, and the user, with real keys and buttons, who sees the screen.
+class DisplayProbe
+{
+public:
+    /// Throws std::runtime_error when there is no display.
+    DisplayProbe();
+    DisplayProbe(const DisplayProbe&) = delete;
+    DisplayProbe& operator=(const DisplayProbe&) = delete;
+    ~DisplayProbe();
+
+    [[nodiscard]] xcb_window_t GetRoot() const { return mScreen->root; }
+    /// A grey window, shown or not, which gets the keys that are typed in it.
+    xcb_window_t MakeWindow(const xcb_rectangle_t& rect, bool shown = true);
+    /// A window of 32 bits a pixel, as some hosts have; XCB_NONE where the display has none.
+    xcb_window_t MakeDeepWindow(const xcb_rectangle_t& rect);
+    void Show(xcb_window_t window);
+    void Hide(xcb_window_t window);
+    void Place(xcb_window_t window, const xcb_rectangle_t& rect);
+    void Reparent(xcb_window_t window, xcb_window_t parent, int x, int y);
+    void Destroy(xcb_window_t window);
+    /// Sends a message of 32 bit items to a window, as a window manager does.
+    void SendMessage(xcb_window_t window, const char* type, std::uint32_t first);
+    [[nodiscard]] xcb_atom_t GetAtom(std::string_view name);
+
+    /// Moves the pointer to a place on the screen.
+    void MovePointer(int x, int y);
+    void Press(std::uint8_t button);
+    void Release(std::uint8_t button);
+    /// Several times, without a pause.
+    void Click(std::uint8_t button, int times = 1);
+    /// Holds the mouse as another program does; whether it could.
+    [[nodiscard]] bool Grab();
+    void Ungrab();
+    /// The key that bears the symbol unshifted goes down or up.
+    void PressKey(std::uint32_t symbol);
+    void ReleaseKey(std::uint32_t symbol);
+    void TypeKey(std::uint32_t symbol);
+    /// Gives the key that bears a symbol another one.
+    void ChangeKey(std::uint32_t symbol, std::uint32_t other);
+    /// Has the keys go to a window.
+    void Focus(xcb_window_t window);
+    [[nodiscard]] xcb_window_t GetFocus();
+    /// Symbols of the keys that went down in the host's own windows since the last call.
+    [[nodiscard]] std::vector<std::uint32_t> TakeKeys();
+
+    /// The pixel of the screen at a place, as 0xRRGGBB.
+    [[nodiscard]] std::uint32_t PixelAt(int x, int y);
+    [[nodiscard]] std::vector<xcb_window_t> GetChildren(xcb_window_t window);
+    [[nodiscard]] xcb_rectangle_t GetPlace(xcb_window_t window);
+    /// The property's bytes; empty where there is none.
+    [[nodiscard]] std::vector<std::uint8_t> GetProperty(xcb_window_t window, const char* name);
+    /// Windows, pictures and whatever else the server keeps for programs other than this probe.
+    [[nodiscard]] std::uint32_t CountResources();
+    /// Programs on the display, this probe not counted.
+    [[nodiscard]] std::uint32_t CountClients();
+    /// Waits until the server has done what was asked for.
+    void Sync();
+
+private:
+    struct Freer
+    {
+        void operator()(void* memory) const;
+    };
+    template <typename T>
+    using Pointer = std::unique_ptr<T, Freer>;
+
+    void Fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
+    [[nodiscard]] xcb_keycode_t FindKey(std::uint32_t symbol) const;
+    [[nodiscard]] std::uint32_t FindSymbol(xcb_keycode_t key) const;
+    [[nodiscard]] std::vector<std::uint32_t> GetOtherClients();
+
+    xcb_connection_t* const mConnection;
+    const xcb_screen_t* mScreen = nullptr;
+    Pointer<xcb_get_keyboard_mapping_reply_t> mKeys;
+};
+
+}  // namespace orvane
