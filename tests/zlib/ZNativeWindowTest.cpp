@@ -190,9 +190,8 @@ TEST_F(ZNativeWindowTest, AChildIsSeenFromShowToHideAtItsPlaceInTheParent)
     client->window->Update();
     EXPECT_TRUE(client->window->IsVisible());
     ASSERT_EQ(client->paints.size(), 1u) << "the first picture does not wait for the server";
-    probe->Sync();
-    EXPECT_EQ(probe->PixelAt(110, 120), kGreen);
-    EXPECT_EQ(probe->PixelAt(309, 219), kGreen);
+    EXPECT_TRUE(ShowsAt(110, 120, kGreen));
+    EXPECT_TRUE(ShowsAt(309, 219, kGreen));
     EXPECT_EQ(probe->PixelAt(109, 120), kParentColor);
     EXPECT_EQ(probe->PixelAt(310, 219), kParentColor);
     EXPECT_EQ(client->window->ToScreen({1, 2}), (ZPoint{111, 122}));
@@ -525,7 +524,7 @@ TEST_F(ZNativeWindowTest, WindowsThatComeAndGoLeaveNothingOnTheServer)
         another.window->Update();
         another.window->SetCapture(true);
     }
-    EXPECT_EQ(probe->CountResources(), before);
+    EXPECT_TRUE(waitFor([&] { return probe->CountResources() == before; }));
     const ZInterfaceLock lock;
     client.reset();
     EXPECT_TRUE(waitFor([&] { return probe->CountClients() == 0; }));
@@ -550,6 +549,7 @@ TEST_F(ZNativeWindowTest, ADialogTellsTheWindowManagerWhatItIs)
     client = std::make_unique<Client>(ZNativeWindow::Settings{
         ZNativeWindow::Kind::kDialog, parent, {300, 200, 500, 300}, "Caf\xC3\xA9"});
     const auto window = static_cast<xcb_window_t>(client->window->GetHandle());
+    EXPECT_TRUE(waitFor([&] { return !probe->GetProperty(window, "_NET_WM_NAME").empty(); }));
     const auto name = probe->GetProperty(window, "_NET_WM_NAME");
     EXPECT_EQ(std::string(name.begin(), name.end()), "Caf\xC3\xA9");
     const auto owner = probe->GetProperty(window, "WM_TRANSIENT_FOR");
@@ -557,7 +557,7 @@ TEST_F(ZNativeWindowTest, ADialogTellsTheWindowManagerWhatItIs)
     EXPECT_EQ(*reinterpret_cast<const xcb_window_t*>(owner.data()), parent);
     EXPECT_FALSE(probe->GetProperty(window, "WM_NORMAL_HINTS").empty());
     client->window->SetTitle("Other");
-    EXPECT_EQ(probe->GetProperty(window, "_NET_WM_NAME").size(), 5u);
+    EXPECT_TRUE(waitFor([&] { return probe->GetProperty(window, "WM_NAME").size() == 5; }));
     const ZInterfaceUnlock unlocked;
     probe->SendMessage(window, "WM_PROTOCOLS", probe->GetAtom("WM_DELETE_WINDOW"));
     EXPECT_TRUE(Comes([&] { return client->closeRequests == 1; }));

@@ -239,13 +239,17 @@ void ZDisplayConnection::PostDrain()
     });
 }
 
-// Events of a kind may be served by a modal run inside the loop, so nothing is kept aside here. A
-// client may let the last window go, and with it everybody else's share of this.
+// A client may let the last window go, and with it everybody else's share of this. Or it runs the
+// loop modally, which then must come to the events that are left.
 void ZDisplayConnection::Drain()
 {
     const ZDisplayUse use(shared_from_this());
-    for (ReadEvents(); !mEvents.empty(); ReadEvents())
-        Dispatch(*TakeEvent());
+    for (ReadEvents(); !mEvents.empty(); ReadEvents()) {
+        const auto event = TakeEvent();
+        if (!mEvents.empty())
+            PostDrain();
+        Dispatch(*event);
+    }
     if (IsBroken())
         TellLoss();
 }
