@@ -143,8 +143,8 @@ TEST(DescriptionTest, HoldsItsSectionsInTheOrderOfBuilding)
     std::vector<std::string> sections;
     for (const auto& section : childrenOf(app))
         sections.push_back(section->GetName());
-    EXPECT_EQ(sections, (std::vector<std::string>{"commandlist", "audiomanager", "documentmanager",
-                                                  "startup"}));
+    EXPECT_EQ(sections, (std::vector<std::string>{"commandlist", "windowmanager", "audiomanager",
+                                                  "documentmanager", "startup"}));
     EXPECT_EQ(outlineOf(at(app, {"startup"})), "startup\n"
                                                " startupitem command=cmdFileNewMediaFile\n");
     EXPECT_EQ(outlineOf(at(app, {"audiomanager"})), "audiomanager\n"
