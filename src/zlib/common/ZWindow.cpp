@@ -119,8 +119,7 @@ void ZWindow::BuildViews(const ZXMLElement& xml)
     root->SetStretchMask(ZView::kStretchAll);
     root->SetBoundsSize(mSize.x, mSize.y);
     root->SetContext(mContext);
-    if (const auto subviews = xml.GetChild("subviews"))
-        root->LayoutSubviews(*subviews);
+    root->LayoutSubviews(xml);
 }
 
 void ZWindow::AddWindowManagers(const ZXMLElement& xml)
