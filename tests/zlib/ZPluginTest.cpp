@@ -140,6 +140,20 @@ TEST_F(ZPluginTest, AGestureNamesTheParameter)
     EXPECT_EQ(host->TakeLog(), "begin1 end1 ");
 }
 
+TEST_F(ZPluginTest, TheLastChangeOfAGestureReachesTheHostOnceAndBeforeItsEnd)
+{
+    app->BeginEdit(Find("choice").get());
+    Find("choice")->SetDiscrete(1, false);
+    app->EndEdit(Find("choice").get());
+    app->Tick();
+    EXPECT_EQ(host->TakeLog(), "begin1 choice=1 end1 ");
+
+    app->BeginEdit(Find("level").get());
+    Find("level")->MarkChangedByHost();
+    app->EndEdit(Find("level").get());
+    EXPECT_EQ(host->TakeLog(), "begin0 end0 ") << "what the host has set itself is not told";
+}
+
 TEST_F(ZPluginTest, ValuesAreReadAndSetByTypeAsTheUsersChanges)
 {
     app->SetExposedValue(*Find("level"), 0.75f);

@@ -492,6 +492,12 @@ void ZElement::MarkChangedByHost()
     mChanged.exchange(kChanged, std::memory_order_acq_rel);
 }
 
+bool ZElement::TakeTellingFromFlush()
+{
+    std::uint8_t mark = kChanged | kHostUnaware;
+    return mChanged.compare_exchange_strong(mark, kChanged, std::memory_order_acq_rel);
+}
+
 void ZElement::FlushMark(const ZHandler* application)
 {
     if (!IsMarkedChanged())

@@ -215,6 +215,9 @@ public:
     /// The mark of a value that the host itself has set: at the flush all observers hear of it but
     /// the application, which would hand it back to the host. [any thread, audio thread included]
     void MarkChangedByHost();
+    /// Whether there is a change that the host has not heard of; the caller tells it now, and from
+    /// here on the mark is one of MarkChangedByHost.
+    [[nodiscard]] bool TakeTellingFromFlush();
     /// The flush's step for one element: takes the mark and, where it was set, tells the observers;
     /// all but the application when the host knows already. A change that comes meanwhile is told
     /// at the next flush. [interface thread]

@@ -131,9 +131,14 @@ void ZPlugin::BeginEdit(const ZElement* element)
 
 void ZPlugin::EndEdit(const ZElement* element)
 {
-    for (std::int32_t i = 0; mSetParameterFn && i < GetExposedCount(); ++i)
-        if (GetExposedElement(i).get() == element)
-            mSetParameterFn->EndEdit(i);
+    for (std::int32_t i = 0; mSetParameterFn && i < GetExposedCount(); ++i) {
+        const auto exposed = GetExposedElement(i);
+        if (exposed.get() != element)
+            continue;
+        if (exposed->TakeTellingFromFlush())
+            mSetParameterFn->SetParameter(exposed, i);
+        mSetParameterFn->EndEdit(i);
+    }
 }
 
 float ZPlugin::GetExposedValue(const ZElement& element) const

@@ -41,8 +41,9 @@ public:
     [[nodiscard]] virtual ZString GetExposedLabel(std::int32_t index) const;
     /// Null when there is no such parameter.
     [[nodiscard]] virtual boost::shared_ptr<ZElement> GetExposedElement(std::int32_t index) const;
-    /// The user takes hold of a control of the element, or lets it go. Nothing for an element that
-    /// is no parameter.
+    /// The user takes hold of a control of the element, or lets it go. A change that waits for the
+    /// tick goes out before the end: what comes after it is not recorded as the user's. Nothing for
+    /// an element that is no parameter.
     virtual void BeginEdit(const ZElement* element);
     virtual void EndEdit(const ZElement* element);
     /// Index of a discrete element, value of a float one; 0 for others. [any thread]
