@@ -36,6 +36,11 @@ struct ZRect
     {
         return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
     }
+    /// The same with the edges at right and bottom.
+    [[nodiscard]] constexpr bool ContainsWithEdges(const ZPoint& point) const
+    {
+        return point.x >= left && point.x <= right && point.y >= top && point.y <= bottom;
+    }
     /// True when the two share a pixel; an empty one shares none.
     [[nodiscard]] constexpr bool Intersects(const ZRect& other) const
     {

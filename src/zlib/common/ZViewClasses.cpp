@@ -1,7 +1,9 @@
 #include "zlib/common/ZViewClasses.h"
 
 #include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZMetalSlider.h"
 #include "zlib/common/ZPluginWindow.h"
+#include "zlib/common/ZSlider.h"
 #include "zlib/common/ZStringView.h"
 #include "zlib/common/ZView.h"
 #include "zlib/common/ZWindow.h"
@@ -11,7 +13,9 @@ namespace orvane
 
 void registerViewClasses(ZClassRegistry& registry)
 {
+    registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");
     registry.AddStandard<ZPluginWindow>("ZPluginWindowClass");
+    registry.AddStandard<ZSlider>("ZSliderClass");
     registry.AddStandard<ZStringView>("ZStringViewClass");
     registry.AddStandard<ZView>("ZViewClass");
     registry.AddStandard<ZWindow>("ZWindowClass");
