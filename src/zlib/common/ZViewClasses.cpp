@@ -1,5 +1,7 @@
 #include "zlib/common/ZViewClasses.h"
 
+#include "zlib/common/ZBitmapButton.h"
+#include "zlib/common/ZCheckBox.h"
 #include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZMetalSlider.h"
 #include "zlib/common/ZPluginWindow.h"
@@ -13,6 +15,8 @@ namespace orvane
 
 void registerViewClasses(ZClassRegistry& registry)
 {
+    registry.AddStandard<ZBitmapButton>("ZBitmapButtonClass");
+    registry.AddStandard<ZCheckBox>("ZCheckBoxClass");
     registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");
     registry.AddStandard<ZPluginWindow>("ZPluginWindowClass");
     registry.AddStandard<ZSlider>("ZSliderClass");

@@ -1,0 +1,82 @@
+#include "zlib/common/ZCheckBox.h"
+
+#include "zlib/common/ZBitmap.h"
+#include "zlib/common/ZEditScope.h"
+#include "zlib/common/ZElement.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZViewTags.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <algorithm>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kGapToTitle = 2;
+constexpr std::int32_t kLeftAligned = 1;
+
+}  // namespace
+
+ZCheckBox::ZCheckBox(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZView(xml, application)
+    , mOffBitmap(readBitmap(*xml, "off", application))
+    , mOnBitmap(readBitmap(*xml, "on", application))
+    , mTitle(xml->GetAttribute("title"))
+{
+}
+
+bool ZCheckBox::IsKindOf(std::string_view className) const
+{
+    return className == "ZCheckBoxClass" || ZView::IsKindOf(className);
+}
+
+const char* ZCheckBox::GetClassName() const
+{
+    return "ZCheckBoxClass";
+}
+
+void ZCheckBox::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    if (message->GetId() == ZELEMENTCHANGED)
+        Invalidate();
+    else
+        ZView::HandleZMessage(message);
+}
+
+void ZCheckBox::OnAttached()
+{
+    if (mOffBitmap)
+        Resize(mFrame.GetWidth(), mOffBitmap->GetHeight());
+}
+
+void ZCheckBox::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+    if (mElement)
+        editDiscrete(mElement, mElement->GetDiscrete() > 0 ? 0 : 1);
+}
+
+void ZCheckBox::Draw(const ZRect& /*update*/)
+{
+    const bool isOn = mElement && mElement->GetDiscrete() == 1;
+    if (const auto& bitmap = isOn ? mOnBitmap : mOffBitmap)
+        DrawBitmap(*bitmap, 0, 0);
+    DrawTitle();
+}
+
+// Beside the picture, in the middle of its height.
+void ZCheckBox::DrawTitle()
+{
+    const std::int32_t width = mOffBitmap ? mOffBitmap->GetWidth() : 0;
+    const std::int32_t height = mOffBitmap ? mOffBitmap->GetHeight() : 0;
+    const std::int32_t lower = (height - StringHeight(mTitle)) / 2;
+    ZRect title = mFrame;
+    title.left += width + kGapToTitle;
+    title.top += std::max(lower, 0);
+    DrawString(mTitle, title, 0, kLeftAligned, 1);
+}
+
+}  // namespace orvane
