@@ -3,8 +3,10 @@
 #include "zlib/common/ZBitmapButton.h"
 #include "zlib/common/ZCheckBox.h"
 #include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZMetalPopupMenu.h"
 #include "zlib/common/ZMetalSlider.h"
 #include "zlib/common/ZPluginWindow.h"
+#include "zlib/common/ZPopupMenu.h"
 #include "zlib/common/ZSlider.h"
 #include "zlib/common/ZStringView.h"
 #include "zlib/common/ZView.h"
@@ -17,8 +19,10 @@ void registerViewClasses(ZClassRegistry& registry)
 {
     registry.AddStandard<ZBitmapButton>("ZBitmapButtonClass");
     registry.AddStandard<ZCheckBox>("ZCheckBoxClass");
+    registry.AddStandard<ZMetalPopupMenu>("ZMetalPopupMenuClass");
     registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");
     registry.AddStandard<ZPluginWindow>("ZPluginWindowClass");
+    registry.AddStandard<ZPopupMenu>("ZPopupMenuClass");
     registry.AddStandard<ZSlider>("ZSliderClass");
     registry.AddStandard<ZStringView>("ZStringViewClass");
     registry.AddStandard<ZView>("ZViewClass");
