@@ -1,10 +1,13 @@
 #include "zlib/common/ZViewClasses.h"
 
+#include "zlib/common/ZBevelView.h"
 #include "zlib/common/ZBitmapButton.h"
 #include "zlib/common/ZCheckBox.h"
 #include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZMetalPopupMenu.h"
 #include "zlib/common/ZMetalSlider.h"
+#include "zlib/common/ZPluginBackground.h"
+#include "zlib/common/ZPluginLogoView.h"
 #include "zlib/common/ZPluginWindow.h"
 #include "zlib/common/ZPopupMenu.h"
 #include "zlib/common/ZSlider.h"
@@ -17,10 +20,13 @@ namespace orvane
 
 void registerViewClasses(ZClassRegistry& registry)
 {
+    registry.AddStandard<ZBevelView>("ZBevelViewClass");
     registry.AddStandard<ZBitmapButton>("ZBitmapButtonClass");
     registry.AddStandard<ZCheckBox>("ZCheckBoxClass");
     registry.AddStandard<ZMetalPopupMenu>("ZMetalPopupMenuClass");
     registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");
+    registry.AddStandard<ZPluginBackground>("ZPluginBackgroundClass");
+    registry.AddStandard<ZPluginLogoView>("ZPluginLogoViewClass");
     registry.AddStandard<ZPluginWindow>("ZPluginWindowClass");
     registry.AddStandard<ZPopupMenu>("ZPopupMenuClass");
     registry.AddStandard<ZSlider>("ZSliderClass");

@@ -1,0 +1,102 @@
+#include "zlib/common/ZPluginLogoView.h"
+
+#include "zlib/common/ZBitmap.h"
+#include "zlib/common/ZWindow.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <string>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int64_t kVersionMicroseconds = 10'000'000;
+
+std::string partOf(const ZXMLElement& version, std::string_view attribute, const char* absent)
+{
+    const char* const part = version.GetAttribute(attribute);
+    return part ? part : absent;
+}
+
+std::string readVersion(const ZXMLElement& view)
+{
+    const auto version = view.GetChild("version");
+    if (!version)
+        return "X.Y.Z.bbb";
+    return partOf(*version, "major", "X") + "." + partOf(*version, "minor", "Y") + "." +
+           partOf(*version, "sub", "Z") + "." + partOf(*version, "build", "bbbb");
+}
+
+}  // namespace
+
+ZPluginLogoView::ZPluginLogoView(const boost::shared_ptr<ZXMLElement>& xml,
+                                 ZApplication* application)
+    : ZStringView(xml, application)
+    , mVersionTimer(ZWindow::kNoTimer)
+{
+    mText = ZString(readVersion(*xml));
+    if (const auto name = xml->GetChild("productnamebitmap"))
+        mProductNameBitmap = boost::make_shared<ZBitmap>(*name, application);
+}
+
+ZPluginLogoView::~ZPluginLogoView()
+{
+    StopVersionTimer();
+}
+
+bool ZPluginLogoView::IsKindOf(std::string_view className) const
+{
+    return className == "ZPluginLogoViewClass" || ZStringView::IsKindOf(className);
+}
+
+const char* ZPluginLogoView::GetClassName() const
+{
+    return "ZPluginLogoViewClass";
+}
+
+void ZPluginLogoView::OnDetached()
+{
+    StopVersionTimer();
+    ZStringView::OnDetached();
+}
+
+void ZPluginLogoView::StopVersionTimer()
+{
+    const std::int64_t timer = std::exchange(mVersionTimer, ZWindow::kNoTimer);
+    if (mWindow && timer != ZWindow::kNoTimer)
+        mWindow->StopTimer(timer);
+}
+
+void ZPluginLogoView::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+    mShowVersion = !mShowVersion;
+    Invalidate();
+    StopVersionTimer();
+    if (mWindow)
+        mVersionTimer = mWindow->StartTimer(kVersionMicroseconds, *this);
+}
+
+bool ZPluginLogoView::OnTimer(std::int64_t timerId)
+{
+    if (mVersionTimer == ZWindow::kNoTimer || timerId != mVersionTimer)
+        return false;
+    StopVersionTimer();
+    mShowVersion = false;
+    Invalidate();
+    return true;
+}
+
+void ZPluginLogoView::Draw(const ZRect& /*update*/)
+{
+    if (mShowVersion)
+        DrawString(mText, mFrame, 0, mAlign, 1);
+    else if (mProductNameBitmap)
+        DrawBitmap(*mProductNameBitmap, 0, 0);
+}
+
+}  // namespace orvane
