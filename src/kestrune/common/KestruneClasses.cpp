@@ -1,5 +1,6 @@
 #include "kestrune/common/KestruneClasses.h"
 
+#include "kestrune/common/KestruneCentsSlider.h"
 #include "kestrune/common/KestruneDocument.h"
 #include "kestrune/common/ZPsolaBay.h"
 #include "zlib/common/ZClassRegistry.h"
@@ -9,6 +10,7 @@ namespace orvane
 
 void registerKestruneClasses(ZClassRegistry& registry)
 {
+    registry.AddStandard<KestruneCentsSlider>("KestruneCentsSliderClass");
     registry.AddStandard<KestruneDocument>("KestruneDocumentClass");
     registry.AddStandard<ZPsolaBay>("ZPsolaBayClass");
 }
