@@ -1,0 +1,213 @@
+#include "zlib/ViewCanvas.h"
+#include "zlib/common/ZBitmapButton.h"
+#include "zlib/common/ZCheckBox.h"
+#include "zlib/common/ZCommand.h"
+#include "zlib/common/ZFont.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Counts how often it is run.
+class CountingCommand : public ZCommand
+{
+public:
+    explicit CountingCommand(ZApplication* application)
+        : ZCommand(xmlOf("<command name=\"count\"></command>"), application)
+    {
+    }
+    void Dispatch() override { ++runs; }
+
+    int runs = 0;
+};
+
+class ZBitmapButtonTest : public ViewCanvasTest
+{
+protected:
+    using Picture = ZBitmapButton::Picture;
+
+    boost::shared_ptr<ZBitmapButton> MakeButton(bool momentary,
+                                                const std::vector<Picture>& pictures)
+    {
+        auto button = Make<ZBitmapButton>(momentary ? "momentary=\"true\"" : "");
+        for (const Picture picture : pictures) {
+            mBitmaps[picture] = plainBitmap(4, 4);
+            button->SetPicture(picture, mBitmaps[picture]);
+        }
+        return button;
+    }
+    /// Which picture the button shows; kPictureCount for none.
+    Picture Shown(const ZBitmapButton& button) const
+    {
+        for (const auto& [picture, bitmap] : mBitmaps)
+            if (bitmap == button.GetBitmap())
+                return picture;
+        return ZBitmapButton::kPictureCount;
+    }
+
+    static constexpr ZPoint kInside{50, 10};
+    static constexpr ZPoint kOutside{111, 10};
+
+private:
+    std::map<Picture, boost::shared_ptr<ZBitmap>> mBitmaps;
+};
+
+TEST_F(ZBitmapButtonTest, ALatchingButtonFlipsOnThePressAndKeepsTheMouseFree)
+{
+    const auto button =
+        MakeButton(false, {ZBitmapButton::kOff, ZBitmapButton::kOn, ZBitmapButton::kOver});
+    const auto element = MakeDiscrete({"off", "on"});
+    button->AttachToElement(element);
+    app.ProcessQueue();
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOff);
+    button->MouseEntered(kInside);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOver);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+    EXPECT_FALSE(button->HasMouseCapture());
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOver) << "until the element has told";
+    Tell(*element);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOn);
+    button->MouseUp(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 0);
+}
+
+TEST_F(ZBitmapButtonTest, AMomentaryButtonRunsItsCommandOnlyWhenReleasedInside)
+{
+    const auto button = MakeButton(true, {ZBitmapButton::kOff, ZBitmapButton::kPressWhileOff});
+    const auto command = boost::make_shared<CountingCommand>(&app);
+    button->SetMomentaryCommand(command);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_TRUE(button->HasMouseCapture());
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kPressWhileOff);
+    button->MouseMoved(kOutside, ZView::kMouseButton);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOff);
+    button->MouseMoved({110, 20}, ZView::kMouseButton);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kPressWhileOff) << "the edges belong to the button";
+    button->MouseUp({110, 20}, ZView::kMouseButton);
+    EXPECT_EQ(command->runs, 1);
+    EXPECT_FALSE(button->HasMouseCapture());
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOff);
+
+    button->MouseDown(kInside, ZView::kMouseButton);
+    button->MouseUp(kOutside, ZView::kMouseButton);
+    EXPECT_FALSE(button->HasMouseCapture());
+    button->MouseUp(kInside, ZView::kMouseButton);
+    EXPECT_EQ(command->runs, 1) << "nor where the press was elsewhere";
+}
+
+TEST_F(ZBitmapButtonTest, ACommandThatIsDisabledGreysTheButtonAndTakesNoPress)
+{
+    const auto command = boost::make_shared<CountingCommand>(&app);
+    {
+        const auto button = MakeButton(
+            true, {ZBitmapButton::kOff, ZBitmapButton::kOver, ZBitmapButton::kDisabledOff});
+        button->SetMomentaryCommand(command);
+        command->Disable();
+        app.ProcessQueue();
+        button->MouseEntered(kInside);
+        EXPECT_EQ(Shown(*button), ZBitmapButton::kDisabledOff);
+        button->MouseDown(kInside, ZView::kMouseButton);
+        EXPECT_FALSE(button->HasMouseCapture());
+        command->Enable();
+        app.ProcessQueue();
+        EXPECT_EQ(Shown(*button), ZBitmapButton::kOver);
+
+        button->MouseDown(kInside, ZView::kMouseButton);
+        command->Disable();
+        app.ProcessQueue();
+        button->MouseUp(kInside, ZView::kMouseButton);
+        EXPECT_FALSE(button->HasMouseCapture()) << "disabled while it is held";
+        EXPECT_EQ(command->runs, 0);
+    }
+    EXPECT_EQ(command->GetObserverCount(), 0);
+}
+
+TEST_F(ZBitmapButtonTest, WithoutACommandAMomentaryButtonFlipsItsElement)
+{
+    const auto button = MakeButton(true, {ZBitmapButton::kOff});
+    const auto element = MakeDiscrete({"off", "on"});
+    button->AttachToElement(element);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 0);
+    button->MouseUp(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+}
+
+TEST_F(ZBitmapButtonTest, ThePictureIsTheFirstThatFitsTheState)
+{
+    struct Case
+    {
+        std::vector<Picture> pictures;
+        bool on, pressed, over, enabled;
+        Picture shown;
+    };
+    using B = ZBitmapButton;
+    const std::vector<Picture> all{
+        B::kOff,         B::kOn,         B::kPress, B::kPressWhileOn, B::kPressWhileOff,
+        B::kDisabledOff, B::kDisabledOn, B::kOver,  B::kOverWhileOn,  B::kOverWhileOff};
+    const std::vector<Case> cases{
+        {all, true, true, true, true, B::kPress},
+        {all, false, false, true, true, B::kOver},
+        {all, true, false, true, true, B::kOverWhileOn},
+        {all, false, false, true, false, B::kOverWhileOff},
+        {all, true, false, false, false, B::kDisabledOn},
+        {all, false, false, false, false, B::kDisabledOff},
+        {all, true, false, false, true, B::kOn},
+        {all, false, false, false, true, B::kOff},
+        {{B::kOff, B::kPressWhileOn, B::kPressWhileOff}, true, true, false, true, B::kPressWhileOn},
+        {{B::kOff, B::kPressWhileOn, B::kPressWhileOff},
+         false,
+         true,
+         false,
+         true,
+         B::kPressWhileOff},
+        {{B::kOff, B::kDisabledOff}, true, false, false, false, B::kDisabledOff},
+        {{B::kOff}, true, true, true, true, B::kOff},
+        {{B::kOff}, false, false, false, false, B::kOff},
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        SCOPED_TRACE(i);
+        const Case& c = cases[i];
+        const auto button = MakeButton(true, c.pictures);
+        const auto element = MakeDiscrete({"off", "on"});
+        element->SetDiscrete(c.on ? 1 : 0, true);
+        button->AttachToElement(element);
+        if (c.pressed)
+            button->MouseDown(kInside, ZView::kMouseButton);
+        if (c.over)
+            button->MouseEntered(kInside);
+        button->SetEnabled(c.enabled);
+        EXPECT_EQ(Shown(*button), c.shown);
+    }
+}
+
+using ZCheckBoxTest = ViewCanvasTest;
+
+TEST_F(ZCheckBoxTest, ItIsOnAtOneAndAPressSwitchesItOffFromAnyIndexAboveZero)
+{
+    const auto box = Make<ZCheckBox>("title=\"TITLE\"");
+    const auto element = MakeDiscrete({"a", "b", "c"});
+    box->MouseDown({5, 5}, ZView::kMouseButton);
+    box->AttachToElement(element);
+    box->MouseDown({5, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+    EXPECT_FALSE(box->HasMouseCapture());
+    element->SetDiscrete(2, true);
+    box->MouseDown({5, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 0);
+}
+
+}  // namespace
+
+}  // namespace orvane
