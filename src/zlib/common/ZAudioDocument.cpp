@@ -333,13 +333,7 @@ std::int32_t ZAudioDocument::GetLatency() const
 
 void ZAudioDocument::FlushChanges(const ZElement& element)
 {
-    boost::shared_ptr<ZElement> child;
-    for (std::int32_t i = 0; element.GetSubElement(i, child); ++i) {
-        if (child->GetSubElementCount() > 0)
-            FlushChanges(*child);
-        else
-            child->FlushMark(GetApp());
-    }
+    element.FlushMarksBelow(GetApp());
 }
 
 }  // namespace orvane

@@ -500,10 +500,22 @@ bool ZElement::TakeTellingFromFlush()
 
 void ZElement::FlushMark(const ZHandler* application)
 {
-    if (!IsMarkedChanged())
+    if ((mChanged.load(kRelaxed) & kChanged) == 0)
         return;
     const std::uint8_t mark = mChanged.exchange(0, std::memory_order_acq_rel);
     ElementChanged((mark & kHostUnaware) != 0 ? nullptr : application, false);
+}
+
+// By index: an observer that hears of a change at once may add an element.
+void ZElement::FlushMarksBelow(const ZHandler* application) const
+{
+    for (std::size_t i = 0; i < mSubElements.size(); ++i) {
+        ZElement& child = *mSubElements[i];
+        if (child.mSubElements.empty())
+            child.FlushMark(application);
+        else
+            child.FlushMarksBelow(application);
+    }
 }
 
 }  // namespace orvane

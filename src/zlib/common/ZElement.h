@@ -222,6 +222,8 @@ public:
     /// all but the application when the host knows already. A change that comes meanwhile is told
     /// at the next flush. [interface thread]
     void FlushMark(const ZHandler* application);
+    /// That step for all elements below this one that have no children. [interface thread]
+    void FlushMarksBelow(const ZHandler* application) const;
 
     [[nodiscard]] Type GetType() const { return mType; }
     /// Only archivable children are written with their group.
