@@ -26,7 +26,7 @@ ZRingBuffer::ZRingBuffer(std::uint32_t size)
     : mSize(checkedSize(size))
     , mBigMask(2 * size - 1)
     , mSmallMask(size - 1)
-    , mBuffer(new (std::nothrow) std::byte[size]())
+    , mBuffer(new (std::align_val_t(kCacheLine), std::nothrow) std::byte[size]())
 {
     if (!mBuffer)
         throw ZException(2, "Unable to allocate a ring buffer.");
@@ -38,6 +38,11 @@ std::uint32_t ZRingBuffer::Available() const noexcept
     const std::uint32_t write = mWriteIndex.load(std::memory_order_acquire);
     const std::uint32_t read = mReadIndex.load(std::memory_order_acquire);
     return (write - read) & mBigMask;
+}
+
+void ZRingBuffer::Release::operator()(std::byte* bytes) const noexcept
+{
+    ::operator delete[](bytes, std::align_val_t(kCacheLine));
 }
 
 bool ZRingBuffer::Write(const void* bytes, std::uint32_t count) noexcept

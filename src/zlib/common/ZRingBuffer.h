@@ -36,10 +36,15 @@ public:
 private:
     static constexpr std::size_t kCacheLine = 64;
 
+    struct Release
+    {
+        void operator()(std::byte* bytes) const noexcept;
+    };
+
     std::uint32_t mSize;
-    std::uint32_t mBigMask;    // 2 x size - 1
-    std::uint32_t mSmallMask;  // size - 1
-    std::unique_ptr<std::byte[]> mBuffer;
+    std::uint32_t mBigMask;                         // 2 x size - 1
+    std::uint32_t mSmallMask;                       // size - 1
+    std::unique_ptr<std::byte[], Release> mBuffer;  // begins at a cache line
     // Apart in memory, so that the two threads do not take the line from each other.
     alignas(kCacheLine) std::atomic<std::uint32_t> mWriteIndex = 0;  // written by the producer
     alignas(kCacheLine) std::atomic<std::uint32_t> mReadIndex = 0;   // written by the consumer
