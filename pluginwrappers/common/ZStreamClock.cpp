@@ -31,11 +31,10 @@ bool ZStreamClock::BlockBegins(Time now, bool offline, std::int32_t frames,
     Measure(now);
     mBlockSeconds = frames / sampleRate;
     const bool byStream = offline || mLeadSeconds > kLeadSeconds;
-    const bool entered = byStream && !mByStream.exchange(byStream, std::memory_order_relaxed);
-    if (!byStream) {
-        mByStream.store(false, std::memory_order_relaxed);
+    const bool entered = byStream && !mByStream.load(std::memory_order_relaxed);
+    mByStream.store(byStream, std::memory_order_relaxed);
+    if (!byStream)
         return false;
-    }
     // What changed before the stream took over is in force from its first block on.
     if (entered)
         mSecondsToTick = 0.0;
@@ -50,7 +49,10 @@ void ZStreamClock::Measure(Time now) noexcept
 {
     const Time last{Clock::duration(mLastBlock.load(std::memory_order_relaxed))};
     mLastBlock.store(now.time_since_epoch().count(), std::memory_order_relaxed);
-    if (mRestarted.exchange(false, std::memory_order_relaxed)) {
+    // Looked at first, since an exchange costs as much as many loads.
+    if (mRestarted.load(std::memory_order_relaxed) &&
+        mRestarted.exchange(false, std::memory_order_relaxed))
+    {
         mLeadSeconds = 0.0;
         return;
     }
