@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 namespace orvane
 {
@@ -39,11 +40,12 @@ public:
              std::int32_t frames, Output output);
 
 private:
-    void LoadChannel(const float* input, std::uint32_t count);
-    void ReadChannel(ZSignalLooper& looper, std::int32_t channel, std::uint32_t count);
-    void StoreChannel(float* output, std::uint32_t count, Output how) const;
+    [[nodiscard]] std::span<const float> FiniteSamples(const float* input, std::uint32_t count);
+    static void ReadChannel(ZSignalLooper& looper, std::int32_t channel, std::span<float> samples);
+    void AddTo(float* output, std::uint32_t count) const;
 
-    std::unique_ptr<ZBuffer> mTransfer;  // one channel at a time; null before SetBlockSize
+    std::unique_ptr<ZBuffer> mTransfer;  // for what a channel of the host cannot hold; null before
+                                         // SetBlockSize
 };
 
 }  // namespace orvane

@@ -262,13 +262,13 @@ TEST_F(HostPathTest, WhatIsNoFiniteNumberComesInAsSilence)
 {
     Begin(441);
     Stereo in = ones(441);
-    in[0][3] = std::numeric_limits<float>::quiet_NaN();
+    in[0][3] = in[0][440] = std::numeric_limits<float>::quiet_NaN();
     in[1][4] = std::numeric_limits<float>::infinity();
     in[1][5] = -std::numeric_limits<float>::infinity();
     Replace(in);
     const Stereo out = Replace(in);
     Stereo expected = ones(441);
-    expected[0][3] = expected[1][4] = expected[1][5] = 0.0f;
+    expected[0][3] = expected[0][440] = expected[1][4] = expected[1][5] = 0.0f;
     EXPECT_EQ(out, expected);
 }
 

@@ -20,6 +20,12 @@ std::uint32_t bytesFor(std::uint32_t capacity)
     return capacity <= kMaxCapacity ? capacity * kSampleBytes : 0;
 }
 
+/// samples: at most kMaxCapacity.
+std::uint32_t bytesOf(std::span<const float> samples)
+{
+    return static_cast<std::uint32_t>(samples.size_bytes());
+}
+
 }  // namespace
 
 ZFifoBuffer::ZFifoBuffer(std::uint32_t capacity)
@@ -41,14 +47,24 @@ std::uint32_t ZFifoBuffer::Available() const noexcept
 void ZFifoBuffer::Write(const ZBuffer& buffer, std::uint32_t count)
 {
     assert(count <= buffer.Length());
-    if (count > Free() || !mRing.Write(buffer.Data(), count * kSampleBytes))
-        throw ZException(-1, "Read first");
+    Write({buffer.Data(), count});
 }
 
 void ZFifoBuffer::Read(ZBuffer& buffer, std::uint32_t count)
 {
     assert(count <= buffer.Length());
-    if (count > Available() || !mRing.Read(buffer.Data(), count * kSampleBytes))
+    Read({buffer.Data(), count});
+}
+
+void ZFifoBuffer::Write(std::span<const float> samples)
+{
+    if (samples.size() > mCapacity || !mRing.Write(samples.data(), bytesOf(samples)))
+        throw ZException(-1, "Read first");
+}
+
+void ZFifoBuffer::Read(std::span<float> samples)
+{
+    if (samples.size() > mCapacity || !mRing.Read(samples.data(), bytesOf(samples)))
         throw ZException(-1, "Write first");
 }
 

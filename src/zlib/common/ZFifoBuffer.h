@@ -3,6 +3,7 @@
 #include "zlib/common/ZRingBuffer.h"
 
 #include <cstdint>
+#include <span>
 
 namespace orvane
 {
@@ -30,6 +31,9 @@ public:
     /// ZException code -1, and gives none, when count is above Available(); callers look first.
     /// [consumer]
     void Read(ZBuffer& buffer, std::uint32_t count);
+    /// The same two with samples that stand in no buffer: all of the run. [producer; consumer]
+    void Write(std::span<const float> samples);
+    void Read(std::span<float> samples);
     /// Empties it. [setup]
     void Reset() noexcept { mRing.Reset(); }
 

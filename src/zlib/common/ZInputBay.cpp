@@ -58,10 +58,17 @@ std::uint32_t ZInputBay::Available(std::int32_t channel) const noexcept
 
 void ZInputBay::Write(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
 {
-    ZFifoBuffer* const fifo = mFifos.Get(channel);
-    if (!fifo || count > buffer.Length())
+    if (count > buffer.Length())
         throw ZException(-1, "Read first");
-    fifo->Write(buffer, count);
+    Write({buffer.Data(), count}, channel);
+}
+
+void ZInputBay::Write(std::span<const float> samples, std::int32_t channel)
+{
+    ZFifoBuffer* const fifo = mFifos.Get(channel);
+    if (!fifo)
+        throw ZException(-1, "Read first");
+    fifo->Write(samples);
 }
 
 void ZInputBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_t count,

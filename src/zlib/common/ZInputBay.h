@@ -3,6 +3,8 @@
 #include "zlib/common/ZFifoList.h"
 #include "zlib/common/ZSignalBay.h"
 
+#include <span>
+
 namespace orvane
 {
 
@@ -32,6 +34,8 @@ public:
     /// Puts the buffer's first count samples into the channel's FIFO. Throws ZException -1, with
     /// none taken, when count is above Free or the buffer's length. [audio thread]
     void Write(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
+    /// The same with samples that stand in no buffer: all of the run. [audio thread]
+    void Write(std::span<const float> samples, std::int32_t channel);
 
 private:
     ZFifoList mFifos;

@@ -77,10 +77,17 @@ std::uint32_t ZOutputBay::Available(std::int32_t channel) const noexcept
 
 void ZOutputBay::Read(ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
 {
-    ZFifoBuffer* const fifo = mFifos.Get(channel);
-    if (!fifo || count > buffer.Length())
+    if (count > buffer.Length())
         throw ZException(-1, "Write first");
-    fifo->Read(buffer, count);
+    Read({buffer.Data(), count}, channel);
+}
+
+void ZOutputBay::Read(std::span<float> samples, std::int32_t channel)
+{
+    ZFifoBuffer* const fifo = mFifos.Get(channel);
+    if (!fifo)
+        throw ZException(-1, "Write first");
+    fifo->Read(samples);
 }
 
 void ZOutputBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_t /*count*/,

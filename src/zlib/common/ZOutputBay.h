@@ -3,6 +3,8 @@
 #include "zlib/common/ZFifoList.h"
 #include "zlib/common/ZSignalBay.h"
 
+#include <span>
+
 namespace orvane
 {
 
@@ -37,6 +39,8 @@ public:
     /// Takes count samples out of the channel's FIFO to the buffer's start. Throws ZException -1,
     /// with none taken, when count is above Available or the buffer's length. [audio thread]
     void Read(ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
+    /// The same with samples that stand in no buffer: all of the run. [audio thread]
+    void Read(std::span<float> samples, std::int32_t channel);
     /// Samples that the last pass put into the FIFO of the last channel. [audio thread]
     [[nodiscard]] std::uint32_t GetWritten() const noexcept { return mWritten; }
 

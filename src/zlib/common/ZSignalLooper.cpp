@@ -167,6 +167,11 @@ void ZSignalLooper::InputWrite(const ZBuffer& buffer, std::uint32_t count, std::
     mInputBay->Write(buffer, count, channel);
 }
 
+void ZSignalLooper::InputWrite(std::span<const float> samples, std::int32_t channel)
+{
+    mInputBay->Write(samples, channel);
+}
+
 std::uint32_t ZSignalLooper::OutputAvailable(std::int32_t channel) const noexcept
 {
     return mOutputBay->Available(channel);
@@ -175,6 +180,11 @@ std::uint32_t ZSignalLooper::OutputAvailable(std::int32_t channel) const noexcep
 void ZSignalLooper::OutputRead(ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
 {
     mOutputBay->Read(buffer, count, channel);
+}
+
+void ZSignalLooper::OutputRead(std::span<float> samples, std::int32_t channel)
+{
+    mOutputBay->Read(samples, channel);
 }
 
 void ZSignalLooper::Drain()

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace orvane
@@ -73,10 +74,12 @@ public:
     [[nodiscard]] std::uint32_t InputFree(std::int32_t channel) const noexcept;
     /// Appends the first count samples, at most InputFree. [writer]
     void InputWrite(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
+    void InputWrite(std::span<const float> samples, std::int32_t channel);
     /// Samples in the FIFO of an output channel. [reader]
     [[nodiscard]] std::uint32_t OutputAvailable(std::int32_t channel) const noexcept;
     /// Takes count samples, at most OutputAvailable, to the start of buffer. [reader]
     void OutputRead(ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
+    void OutputRead(std::span<float> samples, std::int32_t channel);
 
     /// Delivers what is posted to the looper's handlers. Takes no lock when nothing waits. [audio
     /// thread]
