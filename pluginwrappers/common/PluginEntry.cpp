@@ -12,6 +12,8 @@
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPlugin.h"
+#include "zlib/common/ZViewClasses.h"
+#include "zlib/common/ZWindowManager.h"
 
 #include <memory>
 #include <utility>
@@ -40,6 +42,8 @@ std::unique_ptr<ZPlugin> startApplication()
     app->SetIdentifier(applicationIdentifier());
     app->SetName(productName());
     registerKestruneClasses(app->GetClassRegistry());
+    registerViewClasses(app->GetClassRegistry());
+    app->SetWindowKeeperMaker(&ZWindowManager::Make);
     app->SetStandalone(false);
     app->SetResourceName(descriptionResourceName());
     app->PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART), app.get());

@@ -5,11 +5,33 @@
 namespace orvane
 {
 
+/// The interface's own virtual keys, as far as an editor here looks at them.
+enum VstVirtualKey : std::uint8_t
+{
+    VKEY_BACK = 1,
+    VKEY_TAB = 2,
+    VKEY_RETURN = 4,
+    VKEY_SPACE = 7,
+    VKEY_END = 9,
+    VKEY_HOME = 10,
+    VKEY_LEFT = 11,
+    VKEY_UP = 12,
+    VKEY_RIGHT = 13,
+    VKEY_DOWN = 14,
+    VKEY_ENTER = 19,
+    VKEY_DELETE = 22,
+    VKEY_NUMPAD0 = 24,
+    VKEY_NUMPAD9 = 33,
+    VKEY_DECIMAL = 38,
+    VKEY_SHIFT = 54,
+    VKEY_CONTROL = 55,
+};
+
 /// A key as the host hands it to the editor.
 struct VstKeyCode
 {
     std::int32_t character;  // 0 where the key has none
-    std::uint8_t virt;       // the interface's own virtual key, 0 for none
+    std::uint8_t virt;       // a VstVirtualKey or another, 0 for none
     std::uint8_t modifier;   // bits: 1 shift, 2 alternate, 4 command, 8 control
 };
 

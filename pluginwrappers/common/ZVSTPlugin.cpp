@@ -4,6 +4,7 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
 #include "pluginwrappers/common/ZMidiMessage.h"
+#include "pluginwrappers/common/ZVSTEditor.h"
 #include "pluginwrappers/common/ZVSTSetParameterFn.h"
 #include "zdsp/common/ZFloatMode.h"
 #include "zlib/common/ZAudioDocument.h"
@@ -15,9 +16,12 @@
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZSignalLooper.h"
+#include "zlib/common/ZWindow.h"
+#include "zlib/common/ZWindowKeeper.h"
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include <boost/make_shared.hpp>
@@ -53,6 +57,12 @@ boost::shared_ptr<ZAudioDocument> documentOf(const ZPlugin* app)
                           : nullptr;
 }
 
+boost::shared_ptr<ZWindow> windowOf(const ZPlugin* app)
+{
+    const ZWindowKeeper* const windows = app != nullptr ? app->GetWindowManager() : nullptr;
+    return windows != nullptr ? windows->GetCurrentWindow() : nullptr;
+}
+
 ZProgramBank::Extent extentOf(bool isPreset)
 {
     return isPreset ? ZProgramBank::Extent::kCurrent : ZProgramBank::Extent::kAll;
@@ -79,6 +89,7 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
                    app ? app->GetExposedCount() : 0)
     , mApp(std::move(app))
     , mDocument(documentOf(mApp.get()))
+    , mWindow(windowOf(mApp.get()))
     , mPrograms(mDocument.get())
 {
     setUniqueID(fourCharacters("ocmn"));
@@ -90,6 +101,7 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
     if (!mApp)
         return;
     mApp->SetBeatFilter([this] { return BeatTicks(); });
+    MakeEditor();
     if (!mDocument)
         return;
     RouteNetwork();
@@ -106,12 +118,23 @@ ZVSTPlugin::~ZVSTPlugin()
         // First of all: a dialog that is open stands on what goes now.
         if (mApp)
             mApp->EndModalRuns();
+        mWindow.reset();
         editor.reset();
         mDocument.reset();
         mApp.reset();
     } catch (const ZException& exception) {
         exception.Report();
     }
+}
+
+void ZVSTPlugin::MakeEditor()
+{
+    if (!mWindow)
+        return;
+    std::unique_ptr<ZVSTEditor> made(new (std::nothrow) ZVSTEditor(this, mWindow));
+    if (!made)
+        throw ZException(-1, "Could Not Create The VST Editor Layer.");
+    setEditor(std::move(made));
 }
 
 // The manager has routed the network to the output; the input is the host's affair.
@@ -213,6 +236,8 @@ void ZVSTPlugin::setSampleRate(float rate)
         looper->InitLooper();
         looper->Drain();
     }
+    if (editor)
+        static_cast<ZVSTEditor&>(*editor).SampleRateChanged(rate);  // no other is ever set
     RefreshLatency();
 }
 

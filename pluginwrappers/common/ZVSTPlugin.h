@@ -25,6 +25,7 @@ class ZAudioDocument;
 class ZElement;
 class ZSignalBay;
 class ZSignalLooper;
+class ZWindow;
 
 /// The effect object: the host's whole view of the plug-in. Lives from the entry call to effClose.
 ///
@@ -36,7 +37,8 @@ class ZSignalLooper;
 /// itself while it renders, see ZStreamClock. A tick of the stream runs on the host's rendering
 /// thread and takes the interface lock, the one place where audio waits for the interface.
 ///
-/// Without an application it is a plain path: two channels in, the same two out, no latency.
+/// Has an editor where the description has a window. Without an application it is a plain path: two
+/// channels in, the same two out, no latency.
 class ZVSTPlugin : public AudioEffectX
 {
 public:
@@ -108,6 +110,7 @@ private:
     [[nodiscard]] boost::shared_ptr<ZSignalLooper> GetSignalLooper() const;
     [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
     [[nodiscard]] boost::shared_ptr<ZElement> GetParameterElement(std::int32_t index) const;
+    void MakeEditor();
     void RouteNetwork();
     void ReleaseChunk();
     void RefreshLatency();
@@ -125,6 +128,7 @@ private:
     ZHostStream mStream;
     std::unique_ptr<ZPlugin> mApp;
     boost::shared_ptr<ZAudioDocument> mDocument;
+    boost::shared_ptr<ZWindow> mWindow;  // null where the description has none
     ZProgramBank mPrograms;
     std::string mChunk;  // lent to the host
     // The parameter that is being told to the host, -1 at rest. Written by the interface thread.

@@ -1,0 +1,285 @@
+#include "pluginwrappers/common/ZVSTEditor.h"
+
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/common/ZVSTPlugin.h"
+#include "zlib/common/ZException.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZWindow.h"
+#include "zlib/common/ZWindowKeeper.h"
+#include "zlib/common/ZXMLDocument.h"
+#include "zlib/common/ZXMLElement.h"
+
+#include "support/BoxRecorder.h"
+#include "support/SmallPlugin.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Notes = std::vector<std::string>;
+
+boost::shared_ptr<ZXMLElement> parsed(const char* tag, std::string_view text)
+{
+    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(tag);
+}
+
+/// Keeps what the editor asks of it, and knows no display.
+class NotingWindow : public ZWindow
+{
+public:
+    explicit NotingWindow(ZApplication* application = nullptr)
+        : ZWindow(parsed("windowtype",
+                         "<windowtype class=\"ZWindowClass\" child=\"true\" name=\"W\">"
+                         "<rect left=\"0\" top=\"0\" width=\"640\" height=\"250\"></rect>"
+                         "</windowtype>"),
+                  application)
+    {
+    }
+
+    bool Create(ZWindow* /*parent*/, ZNativeHandle nativeParent) override
+    {
+        Note("create in " + std::to_string(nativeParent));
+        return nativeParent != 0;
+    }
+    void Invalidate(const ZRect& rect) override
+    {
+        Note("paint " + std::to_string(rect.GetWidth()) + " x " + std::to_string(rect.GetHeight()));
+    }
+    void Show() override { Note("show"); }
+    void Hide() override { Note("hide"); }
+    void Detach() override { Note("detach"); }
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        messages.push_back(message);
+    }
+
+    Notes TakeNotes() { return std::exchange(mNotes, {}); }
+
+    std::string failsAt;
+    std::vector<boost::shared_ptr<const ZMessage>> messages;
+
+private:
+    void Note(const std::string& what)
+    {
+        mNotes.push_back(what);
+        if (what == failsAt)
+            throw ZException(-1, "No " + what);
+    }
+
+    Notes mNotes;
+};
+
+class ZVSTEditorTest : public testing::Test
+{
+protected:
+    bool OpenIn(std::uintptr_t parent)
+    {
+        return editor.open(reinterpret_cast<void*>(parent));  // NOLINT: as hosts do
+    }
+    bool Press(std::uint8_t virt, std::int32_t character = 0, std::uint8_t modifier = 0)
+    {
+        window->messages.clear();
+        VstKeyCode key{character, virt, modifier};
+        return editor.onKeyDown(key);
+    }
+    /// What the window was told of a key: "8", "16 shift", "text 5", or nothing.
+    [[nodiscard]] std::string Told() const
+    {
+        if (window->messages.empty())
+            return "nothing";
+        const ZMessage& message = *window->messages.back();
+        ZString text;
+        if (message.GetId() == ZTEXTINPUT && message.Find<ZString>("Text", text))
+            return "text " + text.ToNarrow();
+        std::uint8_t key = 0;
+        bool shift = false;
+        EXPECT_EQ(message.GetId(), ZKEYDOWN);
+        EXPECT_TRUE(message.Find<std::uint8_t>("Key", key));
+        EXPECT_TRUE(message.Find<bool>("shift", shift));
+        return std::to_string(key) + (shift ? " shift" : "");
+    }
+
+    BoxRecorder recorder;
+    boost::shared_ptr<NotingWindow> window = boost::make_shared<NotingWindow>();
+    ZVSTEditor editor{nullptr, window};
+};
+
+}  // namespace
+
+TEST_F(ZVSTEditorTest, TheSizeIsTheDescriptionsOpenOrNot)
+{
+    for (const bool open : {false, true}) {
+        EXPECT_EQ(open && !OpenIn(7), false);
+        ERect* rect = nullptr;
+        ASSERT_TRUE(editor.getRect(&rect));
+        EXPECT_EQ(rect->top, 0);
+        EXPECT_EQ(rect->left, 0);
+        EXPECT_EQ(rect->right, 640);
+        EXPECT_EQ(rect->bottom, 250);
+    }
+}
+
+TEST_F(ZVSTEditorTest, OpensPaintedAndClosesDetached)
+{
+    for (const std::uintptr_t parent : {7u, 9u}) {
+        EXPECT_TRUE(OpenIn(parent));
+        EXPECT_TRUE(editor.isOpen());
+        editor.idle();
+        EXPECT_EQ(window->TakeNotes(),
+                  (Notes{"create in " + std::to_string(parent), "paint 640 x 250", "show"}));
+        editor.close();
+        EXPECT_FALSE(editor.isOpen());
+        EXPECT_EQ(window->TakeNotes(), (Notes{"hide", "detach"}));
+    }
+}
+
+TEST_F(ZVSTEditorTest, AParentThatIsNoneIsRefusedAndChangesNothing)
+{
+    EXPECT_FALSE(OpenIn(0));
+    EXPECT_FALSE(editor.isOpen());
+    EXPECT_EQ(window->TakeNotes(), Notes{"create in 0"});
+    EXPECT_TRUE(OpenIn(7));
+    EXPECT_FALSE(OpenIn(0));
+    EXPECT_TRUE(editor.isOpen()) << "the first opening holds";
+    EXPECT_TRUE(OpenIn(9)) << "moves to another parent";
+}
+
+TEST_F(ZVSTEditorTest, FailuresAreReportedAndLeaveItClosed)
+{
+    for (const char* const step : {"create in 7", "show"}) {
+        window->failsAt = step;
+        EXPECT_FALSE(OpenIn(7)) << step;
+        EXPECT_FALSE(editor.isOpen()) << step;
+    }
+    window->failsAt.clear();
+    EXPECT_TRUE(OpenIn(7));
+    window->failsAt = "hide";
+    editor.close();
+    EXPECT_FALSE(editor.isOpen());
+    window->failsAt.clear();
+    EXPECT_EQ(recorder.boxes.size(), 3u);
+}
+
+TEST_F(ZVSTEditorTest, KeysOfTheTableReachTheWindowAtOnce)
+{
+    struct Row
+    {
+        int virt;
+        const char* told;
+    };
+    for (const Row& row :
+         {Row{1, "8"}, Row{2, "9"}, Row{9, "35"}, Row{10, "36"}, Row{11, "37"}, Row{12, "38"},
+          Row{13, "39"}, Row{14, "40"}, Row{22, "46"}, Row{54, "16 shift"}, Row{55, "17"}})
+    {
+        constexpr std::uint8_t kShiftHeld = 1;
+        EXPECT_TRUE(Press(static_cast<std::uint8_t>(row.virt), 'x', kShiftHeld)) << row.virt;
+        EXPECT_EQ(Told(), row.told) << row.virt;
+    }
+}
+
+TEST_F(ZVSTEditorTest, TextReachesTheWindowAndAllElseStaysWithTheHost)
+{
+    struct Row
+    {
+        int virt;
+        int character;
+        const char* told;
+    };
+    for (const Row& row :
+         {Row{24, 0, "text 0"}, Row{29, 'x', "text 5"}, Row{33, 0, "text 9"}, Row{19, 0, "text \3"},
+          Row{4, 0, "text \r"}, Row{38, 0, "text ."}, Row{0, 'a', "text a"}, Row{0, 0xe9, "text é"},
+          Row{0, 0x141, "text A"}, Row{23, 0, "nothing"}, Row{34, 0, "nothing"},
+          Row{7, 0, "nothing"}, Row{0, ' ', "nothing"}, Row{0, 0x100, "nothing"},
+          Row{0, 0, "nothing"}, Row{255, 0, "nothing"}})
+    {
+        const bool taken = Press(static_cast<std::uint8_t>(row.virt), row.character);
+        EXPECT_EQ(Told(), row.told) << row.virt;
+        EXPECT_EQ(taken, Told() != "nothing") << row.virt;
+    }
+    VstKeyCode key{'a', 0, 0};
+    EXPECT_FALSE(editor.onKeyUp(key));
+    EXPECT_FALSE(editor.onWheel(1.0f));
+    EXPECT_FALSE(editor.setKnobMode(1));
+}
+
+namespace
+{
+
+class OneWindow : public ZWindowKeeper
+{
+public:
+    explicit OneWindow(ZApp* app)
+        : ZWindowKeeper("OneWindow", app)
+        , window(boost::make_shared<NotingWindow>(app))
+    {
+    }
+    static std::unique_ptr<ZWindowKeeper> Make(const boost::shared_ptr<ZXMLElement>& /*xml*/,
+                                               ZApp* app)
+    {
+        return std::make_unique<OneWindow>(app);
+    }
+
+    [[nodiscard]] boost::shared_ptr<ZWindow> GetCurrentWindow() const override { return window; }
+
+    const boost::shared_ptr<NotingWindow> window;
+};
+
+}  // namespace
+
+TEST(ZVSTPluginEditorTest, ADescriptionWithAWindowHasAnEditorThatGoesWithThePlugin)
+{
+    auto app = SmallPlugin::Make();
+    app->SetWindowKeeperMaker(&OneWindow::Make);
+    app->AddWindowManager(parsed("windowmanager", "<windowmanager></windowmanager>"));
+    const auto window = static_cast<OneWindow&>(*app->GetWindowManager()).window;
+    AEffect* const effect = (new ZVSTPlugin(nullptr, std::move(app)))->getAeffect();
+    EXPECT_EQ(effect->flags, 0x39);
+    const auto ask = [effect](std::int32_t opcode, void* ptr = nullptr, float opt = 0.0f) {
+        return effect->dispatcher(effect, opcode, 0, 0, ptr, opt);
+    };
+    ERect* rect = nullptr;
+    EXPECT_EQ(ask(effEditGetRect, &rect), 1);
+    EXPECT_EQ(rect->right, 640);
+    int parent = 0;
+    EXPECT_EQ(ask(effEditOpen, &parent), 1);
+    EXPECT_EQ(ask(effEditIdle), 0);
+    EXPECT_EQ(effect->dispatcher(effect, effEditKeyDown, 'q', 0, nullptr, 0.0f), 1);
+    EXPECT_EQ(effect->dispatcher(effect, effEditKeyDown, 0, VKEY_SPACE, nullptr, 0.0f), 0);
+
+    window->messages.clear();
+    ask(effSetSampleRate, nullptr, 96000.0f);
+    ask(effSetSampleRate, nullptr, 96000.0f);
+    float rate = 0.0f;
+    ASSERT_EQ(window->messages.size(), 1u) << "a rate that is in force is no news";
+    EXPECT_EQ(window->messages[0]->GetId(), ZSAMPLERATECHANGED);
+    EXPECT_TRUE(window->messages[0]->Find<float>("rate", rate));
+    EXPECT_EQ(rate, 96000.0f);
+
+    window->TakeNotes();
+    ask(effClose);
+    EXPECT_EQ(window->TakeNotes(), (Notes{"hide", "detach"}));
+}
+
+TEST(ZVSTPluginEditorTest, ADescriptionWithoutAWindowHasNoEditor)
+{
+    ZVSTPlugin plugin(nullptr, SmallPlugin::Make());
+    AEffect* const effect = plugin.getAeffect();
+    EXPECT_EQ(effect->flags, 0x38);
+    ERect* rect = nullptr;
+    EXPECT_EQ(effect->dispatcher(effect, effEditGetRect, 0, 0, &rect, 0.0f), 0);
+    EXPECT_EQ(rect, nullptr);
+}
+
+}  // namespace orvane
