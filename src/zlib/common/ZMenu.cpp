@@ -1,6 +1,7 @@
 #include "zlib/common/ZMenu.h"
 
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZMenuWindow.h"
 #include "zlib/common/ZUndying.h"
 
 #include <utility>
@@ -57,7 +58,8 @@ bool ZMenu::Popup(const ZPoint& screenPosition, ZWindow* window, std::int32_t& i
     if (mKind != Kind::kPopup)
         throw ZException(-1, "Menu " + GetName() + " is not a popup");
     const std::optional<std::int32_t> chosen =
-        replacement() ? replacement()(*this, screenPosition, window) : std::nullopt;
+        replacement() ? replacement()(*this, screenPosition, window)
+                      : ZMenuWindow::Show(*this, screenPosition, window);
     index = chosen.value_or(0);
     return chosen.has_value();
 }

@@ -13,7 +13,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kAlignLeft = 1;
 // No text of a window is higher.
 constexpr std::int32_t kMaxTextHeight = 4096;
 
@@ -72,7 +71,7 @@ void ZPanelStyle::drawLine(ZDrawingContext& context, const ZString& text, const 
 void ZPanelStyle::drawText(ZDrawingContext& context, const ZString& text, const ZRect& rect,
                            const ZColor& color)
 {
-    drawIn(context, text, rect, kAlignLeft, color);
+    drawIn(context, text, rect, ZPanelStyle::kAlignLeft, color);
 }
 
 }  // namespace orvane

@@ -29,6 +29,9 @@ constexpr ZColor kFaintText{122, 122, 126, 255};
 constexpr ZColor kAccent{150, 24, 32, 255};
 constexpr ZColor kAccentText{255, 255, 255, 255};
 
+/// As ZDrawingContext::DrawString takes it.
+constexpr std::int32_t kAlignCentre = 0;
+constexpr std::int32_t kAlignLeft = 1;
 /// Of all texts, in pixels.
 constexpr std::int32_t kFontHeight = 12;
 
@@ -37,7 +40,7 @@ constexpr std::int32_t kFontHeight = 12;
 [[nodiscard]] ZPoint measure(const ZString& text, std::int32_t width);
 /// The ground of a window with its edge.
 void drawGround(ZDrawingContext& context, const ZRect& rect);
-/// Without alpha blending of the edge: one pixel inside the rectangle.
+/// One pixel wide, inside the rectangle.
 void drawEdge(ZDrawingContext& context, const ZRect& rect, const ZColor& color);
 void fill(ZDrawingContext& context, const ZRect& rect, const ZColor& color);
 /// align as for ZDrawingContext::DrawString; one line, which ends in an ellipsis where it is long.

@@ -1,0 +1,57 @@
+#include "zlib/common/ZMenuWindow.h"
+
+#include "zlib/common/ZApplication.h"
+#include "zlib/common/ZContentWindow.h"
+#include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/ZMenuContent.h"
+#include "zlib/common/ZWindow.h"
+
+#include <chrono>
+
+namespace orvane
+{
+
+namespace
+{
+
+// How fast items scroll under a pointer that rests on an arrow.
+constexpr std::chrono::milliseconds kScrollPeriod{70};
+
+}  // namespace
+
+std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& screenPosition,
+                                              ZWindow* window)
+{
+    const ZNativeWindow* const owner = window ? window->GetNativeWindow() : nullptr;
+    if (!owner || menu.GetItems().empty() || !ZInterfaceThread::IsCurrent())
+        return std::nullopt;
+    ZMenuContent content(menu);
+    const ZRect wanted = ZRect{0, 0, content.GetSize().x, content.GetSize().y}.Offset(
+        screenPosition.x, screenPosition.y);
+    const ZRect rect = keptOn(owner->GetMonitor(screenPosition), wanted);
+    content.SetSize({rect.GetWidth(), rect.GetHeight()});
+    const auto popup = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kPopup,
+                                               .parent = owner->GetHandle(),
+                                               .rect = rect,
+                                               .title = {}},
+                                              content);
+    if (!popup)
+        return std::nullopt;
+
+    const ZInterfaceThread thread;
+    ZModalRun run(thread.GetLoop(), window->GetApp());
+    content.SetEnded([&run] { run.End(); });
+    const auto beat = thread.GetLoop().AddTimer(kScrollPeriod, [&content, &popup] {
+        if (content.Tick())
+            popup->Redraw();
+    });
+    popup->Show();
+    // Where another program holds the mouse the menu still works by what reaches it.
+    static_cast<void>(popup->GetNative().SetCapture(true));
+    popup->GetNative().SetFocus();
+    run.Run();
+    thread.GetLoop().Remove(beat);
+    return content.GetChosen();
+}
+
+}  // namespace orvane
