@@ -411,6 +411,21 @@ TEST_F(ZNativeWindowTest, EventsReachAWindowThatRunsModallyInsideOne)
     EXPECT_TRUE(Comes([&] { return ended; }));
 }
 
+TEST_F(ZNativeWindowTest, EventsThatCameWithAnAnswerArriveAllTheSame)
+{
+    MakeChild();
+    // On the loop's own thread, which cannot see meanwhile that there was something to read.
+    thread.GetLoop().Post([&] {
+        client->window->Show();
+        static_cast<void>(waitFor([&] {
+            static_cast<void>(client->window->ToScreen({}));
+            client->window->Present(*client->image, {0, 0, 200, 100});
+            return probe->PixelAt(115, 125) == kGreen;
+        }));
+    });
+    EXPECT_TRUE(Comes([&] { return !client->paints.empty(); }));
+}
+
 TEST_F(ZNativeWindowTest, AClientMayDestroyItsWindowWhateverItIsTold)
 {
     const std::vector<std::function<void()>> causes{

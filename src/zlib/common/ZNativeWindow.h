@@ -35,8 +35,9 @@ struct ZNativeMouseEvent
 };
 
 /// A key that went down. code is the virtual key that hosts use too (8 backspace, 9 tab, 13 return,
-/// 0x1b escape, 0x20 space, 0x21 to 0x28 page up, page down, end, home, left, up, right, down, 0x2e
-/// delete, letters and digits by their capital), 0 for others. text is what it types, often empty.
+/// 0x10 shift, 0x11 control, 0x1b escape, 0x20 space, 0x21 to 0x28 page up, page down, end, home,
+/// left, up, right, down, 0x2e delete, letters and digits by their capital), 0 for others. text is
+/// what it types, often empty, and always so while control or alt is held.
 struct ZNativeKeyEvent
 {
     std::uint8_t code = 0;

@@ -1,0 +1,52 @@
+#include "zlib/linux/ZPipeSignalBlock.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+volatile sig_atomic_t signals = 0;
+
+void countSignal(int)
+{
+    signals = signals + 1;
+}
+
+}  // namespace
+
+TEST(ZPipeSignalBlockTest, ABrokenPipeRaisesNothingInsideAndAsBeforeOutside)
+{
+    struct sigaction counting
+    {
+    };
+    struct sigaction before
+    {
+    };
+    counting.sa_handler = countSignal;
+    sigaction(SIGPIPE, &counting, &before);
+    std::array<int, 2> ends{};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
+    close(ends[1]);
+    {
+        const ZPipeSignalBlock outer;
+        const ZPipeSignalBlock inner;
+        EXPECT_EQ(write(ends[0], "x", 1), -1);
+        EXPECT_EQ(errno, EPIPE);
+    }
+    EXPECT_EQ(signals, 0);
+    EXPECT_EQ(write(ends[0], "x", 1), -1);
+    EXPECT_EQ(signals, 1) << "the host's own";
+    close(ends[0]);
+    sigaction(SIGPIPE, &before, nullptr);
+}
+
+}  // namespace orvane
