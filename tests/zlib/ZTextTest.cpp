@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
 #include <limits>
+#include <span>
 #include <string>
 #include <thread>
 
@@ -189,6 +192,27 @@ TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
         EXPECT_EQ(draw("Liberation Sans"), installed);
     }
     EXPECT_EQ(draw("Kestrunely Sans"), fallback);
+}
+
+TEST(ZPrivateFontTest, AFontInMemoryIsOneFileHoweverOftenItIsAdded)
+{
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator files("/proc/self/fd");
+        return std::distance(begin(files), end(files));
+    };
+    const std::string font = renamedFont();
+    const auto widthOf = [](const char* typeface) {
+        return Page(typeface).StringWidth("Kestrune");
+    };
+    const auto before = openFiles();
+    for (int i = 0; i < 3; ++i) {
+        const ZDrawingLibrary library;
+        AddPrivateFont(std::as_bytes(std::span(font)));
+        AddPrivateFont(std::as_bytes(std::span("no font")));
+        EXPECT_EQ(widthOf("Kestrunely Sans"), widthOf("Liberation Sans"));
+        EXPECT_NE(widthOf("Kestrunely Sans"), widthOf("No Such Typeface"));
+    }
+    EXPECT_EQ(openFiles(), before + 2);
 }
 
 TEST(ZPrivateFontTest, AFileThatIsMissingOrNoFontIsPassedOver)

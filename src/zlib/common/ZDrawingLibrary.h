@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <span>
+
 namespace orvane
 {
 
@@ -22,5 +25,8 @@ public:
 /// nor another plug-in sees them. A file that is missing or holds no font is passed over, and one
 /// that was added before is not read again. [any thread but the audio thread]
 void AddPrivateFont(const ZString& path);
+
+/// The same for the bytes of a font file, which are copied.
+void AddPrivateFont(std::span<const std::byte> font);
 
 }  // namespace orvane

@@ -8,6 +8,10 @@
 #include <pango/pangofc-fontmap.h>
 
 #include <algorithm>
+#include <optional>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace orvane
 {
@@ -73,6 +77,39 @@ PangoFontMap* takeFontMap(const std::vector<std::string>& files)
 {
     return static_cast<PangoFontMap*>(
         g_dataset_id_remove_no_notify(keepingPlace(), keepingName(files)));
+}
+
+using CharPointer = std::unique_ptr<char, decltype(&g_free)>;
+
+/// A file in memory with these bytes, by its path; it stays open. None when there can be none.
+std::optional<std::string> makeMemoryFile(std::span<const std::byte> bytes)
+{
+    const int descriptor = memfd_create("orvane font", MFD_CLOEXEC);
+    if (descriptor < 0)
+        return std::nullopt;
+    const auto size = static_cast<ssize_t>(bytes.size());
+    if (write(descriptor, bytes.data(), bytes.size()) == size)
+        return "/proc/self/fd/" + std::to_string(descriptor);
+    close(descriptor);
+    return std::nullopt;
+}
+
+/// The path under which the font library can read the bytes. It knows files alone, and reads them
+/// whenever it likes to; so the file stays with the process, as the font maps that name it do, and
+/// whoever brings the same bytes gets the same one.
+std::optional<std::string> memoryFileOf(std::span<const std::byte> bytes)
+{
+    const CharPointer sum(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
+                                                      reinterpret_cast<const guchar*>(bytes.data()),
+                                                      bytes.size()),
+                          &g_free);
+    const GQuark name = g_quark_from_string(("orvane font " + std::string(sum.get())).c_str());
+    if (const void* const kept = g_dataset_id_get_data(keepingPlace(), name))
+        return static_cast<const char*>(kept);
+    const auto path = makeMemoryFile(bytes);
+    if (path)
+        g_dataset_id_set_data(keepingPlace(), name, g_strdup(path->c_str()));
+    return path;
 }
 
 // Never destroyed: the interface thread may draw until the very end of the process.
@@ -143,6 +180,12 @@ void AddPrivateFont(const ZString& path)
 {
     if (!path.IsEmpty())
         ZFontCollection::Get().AddFile(path.ToNarrow());
+}
+
+void AddPrivateFont(std::span<const std::byte> font)
+{
+    if (const auto path = memoryFileOf(font))
+        ZFontCollection::Get().AddFile(*path);
 }
 
 }  // namespace orvane
