@@ -1,6 +1,7 @@
 #include "pluginwrappers/common/PluginEntry.h"
 
 #include "kestrune/common/KestruneClasses.h"
+#include "kestrune/common/KestruneFonts.h"
 #include "kestrune/common/KestruneIdentity.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
@@ -69,6 +70,7 @@ AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
         auto plugin = std::make_unique<ZVSTPlugin>(audioMaster, std::move(app));
         plugin->SetWantsMidi(true);
         application.InitLooper();
+        addProductFonts(application);
         return plugin.release()->getAeffect();
     } catch (const ZException& exception) {
         if (exception.GetCode() != kEndWithoutReport)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zlib/common/ZDocumentMap.h"
+#include "zlib/common/ZDrawingLibrary.h"
 #include "zlib/common/ZLockedList.h"
 #include "zlib/common/ZNativeWindow.h"
 #include "zlib/common/ZWindowKeeper.h"
@@ -81,6 +82,7 @@ private:
     static void SendToNested(const ZWindow& window, const Message& message);
     void SendToNestedOfCurrent(const Message& message) const;
 
+    const ZDrawingLibrary mDrawing;  // outlives the windows, which draw
     ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentMaps{"document maps"};
     ZLockedList<std::shared_ptr<const ZWindowType>> mWindowTypes{"window types"};
     ZLockedList<boost::shared_ptr<ZWindow>> mWindows{"window instances"};
