@@ -7,6 +7,8 @@
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPlugin.h"
+#include "zlib/common/ZViewClasses.h"
+#include "zlib/common/ZWindowManager.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -23,6 +25,8 @@ inline std::unique_ptr<ZPlugin> startProduct()
     plugin->SetStandalone(false);
     plugin->SetResourceName(descriptionResourceName());
     registerKestruneClasses(plugin->GetClassRegistry());
+    registerViewClasses(plugin->GetClassRegistry());
+    plugin->SetWindowKeeperMaker(&ZWindowManager::Make);
     plugin->ZHandler::PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART));
     plugin->ProcessQueue();
     plugin->ExposeElements(*plugin->GetCurrentDocument());

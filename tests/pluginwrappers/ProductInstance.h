@@ -20,12 +20,12 @@ namespace orvane
 class ProductInstance
 {
 public:
-    ProductInstance()
+    explicit ProductInstance(audioMasterCallback host = nullptr)
     {
         const ZInterfaceLock lock;
         auto made = startProduct();
         app = made.get();
-        plugin = std::make_unique<ZVSTPlugin>(nullptr, std::move(made));
+        plugin = std::make_unique<ZVSTPlugin>(host, std::move(made));
         effect = plugin->getAeffect();
     }
 
