@@ -376,6 +376,7 @@ TEST_F(EditorUseTest, AHostMayCloseThePluginFromInsideAGesture)
     for (const char* view : {"PitchCorrectionTimeSlider", "Transpose Enable"}) {
         SCOPED_TRACE(view);
         hostNotes() = {};
+        window.reset();
         product = std::make_unique<ProductInstance>(noteTaking);
         {
             const ZInterfaceLock lock;

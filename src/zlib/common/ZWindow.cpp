@@ -77,8 +77,11 @@ ZWindow::~ZWindow()
 {
     StopFrameTimer();
     mNativeWindow.reset();
-    // Views forget the window while it still is one.
+    // Views forget the window while it still is one, and the document while it is there: those that
+    // are in the middle of a message outlive both.
     mCapturedView = nullptr;
+    mRootView->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
+    mRootView->HandleZMessage(boost::make_shared<ZMessage>(ZDETACHED));
     mRootView.reset();
 }
 

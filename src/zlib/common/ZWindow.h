@@ -216,6 +216,7 @@ private:
     [[nodiscard]] bool IsBlocked(const ZMessage& message);
     void CallFilters(const ZMessage& message);
     void SendToRoot(const boost::shared_ptr<const ZMessage>& message);
+    void SendToCaptured(const boost::shared_ptr<const ZMessage>& message);
     void CloseByStyle();
     void TakeDocument(const ZMessage& message, const char* field);
     void LoseDocument(const boost::shared_ptr<const ZMessage>& message);

@@ -169,6 +169,12 @@ void ZWindow::SendToRoot(const Message& message)
     root->HandleZMessage(message);
 }
 
+void ZWindow::SendToCaptured(const Message& message)
+{
+    const auto root = mRootView;  // likewise
+    mCapturedView->HandleZMessage(message);
+}
+
 void ZWindow::SendToFocus(const Message& message)
 {
     if (mFocusView)
@@ -225,7 +231,7 @@ void ZWindow::RouteClick(const ZMessage& message, const char* field)
     const auto point = require<ZPoint>(message, field);
     const auto mods = require<std::uint32_t>(message, "MouseMods");
     if (mCapturedView)
-        return mCapturedView->HandleZMessage(
+        return SendToCaptured(
             mouseMessage(message.GetId(), field, pointIn(*mCapturedView, point), mods));
     if (message.GetId() != ZMOUSEUP)
         SetFocusView(nullptr);
@@ -238,7 +244,7 @@ void ZWindow::RouteMove(const Message& message)
     const auto mods = require<std::uint32_t>(*message, "MouseMods");
     UpdateHover(point);
     if (mCapturedView)
-        return mCapturedView->HandleZMessage(
+        return SendToCaptured(
             mouseMessage(ZMOUSEMOVED, "MovePoint", pointIn(*mCapturedView, point), mods));
     SendToRoot(message);
 }
