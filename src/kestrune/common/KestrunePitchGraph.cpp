@@ -142,6 +142,16 @@ void KestrunePitchGraph::IdleTick()
     Invalidate(mGraphFrame.left, mGraphFrame.top, mGraphFrame.right, mGraphFrame.bottom);
 }
 
+void KestrunePitchGraph::SetFrameRate(float rate)
+{
+    ZGraphAxisView::SetFrameRate(rate);
+    if (!(rate > 0.0f))
+        return;
+    const float seconds = static_cast<float>(kHistoryLength) / rate;
+    SetXMin(-seconds);
+    SetXWidth(seconds);
+}
+
 void KestrunePitchGraph::Draw(const ZRect& rect)
 {
     DrawBackground();
@@ -230,8 +240,7 @@ void KestrunePitchGraph::DrawNoteAxis()
 {
     constexpr std::int32_t kRows = 12;
     for (std::int32_t k = 1; k <= kRows; ++k) {
-        const std::int32_t row = mGraphFrame.GetHeight() * k / (kRows + 1);
-        const std::int32_t y = ToPlot({0, row}).y;
+        const std::int32_t y = ToPlot({0, RowAt(k, kRows)}).y;
         DrawYTick(mGraphFrame.top + y);
         DrawYLabel(noteAt(FrequencyAt(y)), mGraphFrame.top + y);
     }
@@ -240,14 +249,19 @@ void KestrunePitchGraph::DrawNoteAxis()
 void KestrunePitchGraph::DrawHertzAxis()
 {
     constexpr float kRowsUnscaled = 5.0f;
-    const std::int32_t height = mGraphFrame.GetHeight();
-    const auto rows = static_cast<std::int32_t>(
-        std::clamp(mVerticalScale * kRowsUnscaled, 0.0f, static_cast<float>(std::max(height, 0))));
-    for (std::int32_t k = 1; k <= rows; ++k) {
-        const std::int32_t y = height * k / (rows + 1);
+    const auto most = static_cast<float>(mFrame.GetHeight());
+    const float rows = std::min(std::max(0.0f, mVerticalScale * kRowsUnscaled), most);
+    const auto count = static_cast<std::int32_t>(rows);
+    for (std::int32_t k = 1; k <= count; ++k) {
+        const std::int32_t y = RowAt(k, count);
         DrawYTick(mGraphFrame.top + y);
         DrawYLabel(YLabel(FrequencyAt(y)), mGraphFrame.top + y);
     }
+}
+
+std::int32_t KestrunePitchGraph::RowAt(std::int32_t k, std::int32_t rows) const
+{
+    return static_cast<std::int32_t>(std::int64_t{mGraphFrame.GetHeight()} * k / (rows + 1));
 }
 
 }  // namespace orvane

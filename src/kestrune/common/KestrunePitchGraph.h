@@ -36,6 +36,8 @@ public:
     void OnDocumentClosed() override;
     /// Takes the next pitches in and scrolls.
     void IdleTick() override;
+    /// Frames a second, which tell how many seconds the horizontal axis goes back.
+    void SetFrameRate(float rate) override;
     void Draw(const ZRect& rect) override;
     void DrawYAxis() override;
     /// As far as the rectangle reaches.
@@ -62,6 +64,8 @@ private:
     void ShowPitchRange();
     void DrawNoteAxis();
     void DrawHertzAxis();
+    /// Height of one of so many rows, from the plot's upper edge.
+    [[nodiscard]] std::int32_t RowAt(std::int32_t k, std::int32_t rows) const;
     void DrawCurve(const std::vector<float>& history, const ZColor& color);
     [[nodiscard]] ZPoint PlaceOf(float x, float frequency) const;
 

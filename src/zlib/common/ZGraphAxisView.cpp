@@ -75,6 +75,12 @@ std::int32_t scaled(float scale, std::int32_t pixels)
     return static_cast<std::int32_t>(std::clamp(product, -kOutsideAnyWindow, kOutsideAnyWindow));
 }
 
+/// No more than one a pixel.
+std::int32_t ticksOn(std::int32_t count, std::int32_t pixels)
+{
+    return std::clamp(count, 0, std::max(pixels, 0));
+}
+
 /// The value at a part, 0 to 1, of an axis. A logarithmic one needs ends above 0.
 float valueAt(float part, float min, float range, bool logarithmic)
 {
@@ -296,7 +302,7 @@ void ZGraphAxisView::PaintEdges()
 void ZGraphAxisView::DrawXAxis()
 {
     const std::int32_t width = mGraphFrame.GetWidth();
-    const std::int32_t count = std::clamp(mXTickCount, 0, std::max(width, 0));
+    const std::int32_t count = ticksOn(mXTickCount, std::min(width, mFrame.GetWidth()));
     for (std::int32_t k = 1; k <= count; ++k) {
         const float part = static_cast<float>(k) / static_cast<float>(count + 1);
         const std::int32_t x = mGraphFrame.left + scaled(part, width);
@@ -308,7 +314,7 @@ void ZGraphAxisView::DrawXAxis()
 void ZGraphAxisView::DrawYAxis()
 {
     const std::int32_t height = mGraphFrame.GetHeight();
-    const std::int32_t count = std::clamp(mYTickCount, 0, std::max(height, 0));
+    const std::int32_t count = ticksOn(mYTickCount, std::min(height, mFrame.GetHeight()));
     for (std::int32_t k = 1; k <= count; ++k) {
         const float part = static_cast<float>(k) / static_cast<float>(count + 1);
         const std::int32_t y = mGraphFrame.bottom - scaled(part, height);
@@ -353,7 +359,8 @@ void ZGraphAxisView::DrawYTick(std::int32_t y)
     mPenColor = kTickLight;
     DrawLine(left, y + 1, right, y + 1);
     mPenColor = kGridDots;
-    for (std::int32_t x = mGraphFrame.left + kDotDistance; x < mGraphFrame.right; x += kDotDistance)
+    const std::int32_t end = std::min(mGraphFrame.right, mFrame.right);
+    for (std::int32_t x = mGraphFrame.left + kDotDistance; x < end; x += kDotDistance)
         DrawLine(x, y, x, y);
 }
 

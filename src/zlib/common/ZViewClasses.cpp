@@ -1,9 +1,11 @@
 #include "zlib/common/ZViewClasses.h"
 
+#include "zlib/common/ZBWKeys.h"
 #include "zlib/common/ZBevelView.h"
 #include "zlib/common/ZBitmapButton.h"
 #include "zlib/common/ZCheckBox.h"
 #include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZGraphAxisView.h"
 #include "zlib/common/ZMetalPopupMenu.h"
 #include "zlib/common/ZMetalSlider.h"
 #include "zlib/common/ZPluginBackground.h"
@@ -20,9 +22,11 @@ namespace orvane
 
 void registerViewClasses(ZClassRegistry& registry)
 {
+    registry.AddStandard<ZBWKeys>("ZBWKeysClass");
     registry.AddStandard<ZBevelView>("ZBevelViewClass");
     registry.AddStandard<ZBitmapButton>("ZBitmapButtonClass");
     registry.AddStandard<ZCheckBox>("ZCheckBoxClass");
+    registry.AddStandard<ZGraphAxisView>("ZGraphAxisViewClass");
     registry.AddStandard<ZMetalPopupMenu>("ZMetalPopupMenuClass");
     registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");
     registry.AddStandard<ZPluginBackground>("ZPluginBackgroundClass");
