@@ -1,0 +1,145 @@
+// The bar that tells by how many cents the voice is bent.
+
+#include "kestrune/common/KestruneCorrectionMeter.h"
+#include "kestrune/ViewBench.h"
+#include "support/ExpectZException.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::uint32_t kGround = 0xff333333;
+constexpr std::uint32_t kBar = 0xffffcc66;
+
+const char* const kMeterTag =
+    "<view name=\"correctionMeter\"><element target=\"correctionMeter\"/>"
+    "<rect name=\"bounds\" left=\"0\" top=\"0\" width=\"42\" height=\"270\"/>"
+    "<rect name=\"meterframe\" left=\"30\" top=\"0\" width=\"10\" height=\"270\"/></view>";
+
+class KestruneCorrectionMeterTest : public ::testing::Test
+{
+protected:
+    using Meter = Counted<KestruneCorrectionMeter>;
+
+    KestruneCorrectionMeterTest() { cents->SetRange(-200.0f, 200.0f, true); }
+
+    boost::shared_ptr<Meter> Make(const char* tag = kMeterTag)
+    {
+        return bench.Make<KestruneCorrectionMeter>(tag, 42, 270);
+    }
+    /// First and last row of the bar, -1 for none.
+    std::pair<std::int32_t, std::int32_t> BarOf(Meter& meter, float value)
+    {
+        cents->SetZFloat(value, true);
+        const auto picture = ViewBench::Paint(meter);
+        std::pair<std::int32_t, std::int32_t> rows{-1, -1};
+        for (std::int32_t y = 0; y < 270; ++y) {
+            EXPECT_EQ(picture.At(30, y), kGround) << "a pixel inside the frame on each side";
+            EXPECT_EQ(picture.At(39, y), kGround);
+            EXPECT_EQ(picture.At(31, y), picture.At(38, y));
+            if (picture.At(31, y) != kBar)
+                continue;
+            rows.first = rows.first < 0 ? y : rows.first;
+            rows.second = y;
+        }
+        return rows;
+    }
+
+    ViewBench bench;
+    boost::shared_ptr<ZElement> cents = bench.Add("correctionMeter", ZElement::ZFLOAT);
+};
+
+TEST_F(KestruneCorrectionMeterTest, TheBarRisesAndFallsFromTheMiddle)
+{
+    using Rows = std::pair<std::int32_t, std::int32_t>;
+    const auto meter = Make();
+    EXPECT_EQ(BarOf(*meter, 0.0f), Rows(-1, -1));
+    EXPECT_EQ(BarOf(*meter, 200.0f), Rows(0, 134));
+    EXPECT_EQ(BarOf(*meter, -200.0f), Rows(135, 269));
+    EXPECT_EQ(BarOf(*meter, 100.0f), Rows(135 - 67, 134)) << "cut to whole pixels";
+    EXPECT_EQ(BarOf(*meter, -100.0f), Rows(135, 135 + 66));
+    EXPECT_EQ(BarOf(*meter, 1.0f), Rows(-1, -1));
+    EXPECT_EQ(BarOf(*meter, 1e30f), Rows(0, 134)) << "what is beyond the view is cut by it";
+    EXPECT_EQ(BarOf(*meter, -1000.0f), Rows(135, 269));
+    for (const float value :
+         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()})
+        EXPECT_EQ(BarOf(*meter, value), Rows(-1, -1));
+}
+
+TEST_F(KestruneCorrectionMeterTest, ARangeOfNothingShowsNoBar)
+{
+    const auto meter = Make();
+    cents->SetRange(7.0f, 7.0f, true);
+    EXPECT_EQ(BarOf(*meter, 7.0f).first, -1);
+}
+
+TEST_F(KestruneCorrectionMeterTest, TicksAndLabelsStandAtTheEndsAndTheMiddle)
+{
+    const auto picture = ViewBench::Paint(*Make());
+    for (const std::int32_t y : {1, 135, 269}) {
+        for (std::int32_t x = 25; x < 30; ++x) {
+            EXPECT_EQ(picture.At(x, y), 0xffe1e1e1u) << x << ", " << y;
+            EXPECT_TRUE(y == 269 || picture.At(x, y + 1) == 0xff585858u) << x << ", " << y;
+        }
+    }
+    for (const auto& [top, bottom] : {std::pair{0, 16}, {127, 144}, {254, 270}}) {
+        bool inked = false;
+        for (std::int32_t y = top; y < bottom; ++y)
+            for (std::int32_t x = 0; x < 25; ++x)
+                inked = inked || picture.AlphaAt(x, y) > 128;
+        EXPECT_TRUE(inked) << top;
+    }
+    EXPECT_EQ(picture.AlphaAt(20, 60), 0u);
+}
+
+TEST_F(KestruneCorrectionMeterTest, AsksForARepaintOfTheBarWhenTheValueIsAnother)
+{
+    const auto meter = Make();
+    const auto twin = Make();
+    EXPECT_EQ(cents->GetObserverCount(), 0) << "it looks, and does not listen";
+    meter->IdleTick();
+    EXPECT_EQ(meter->repaints, 0) << "a meter starts at 0";
+    cents->SetZFloat(12.0f, true);
+    meter->IdleTick();
+    meter->IdleTick();
+    EXPECT_EQ(meter->repaints, 1);
+    EXPECT_EQ(meter->lastPart, (ZRect{30, 0, 40, 270}));
+    twin->IdleTick();
+    EXPECT_EQ(twin->repaints, 1) << "each meter has a memory of its own";
+    cents->SetZFloat(std::numeric_limits<float>::quiet_NaN(), true);
+    meter->IdleTick();
+    meter->IdleTick();
+    EXPECT_EQ(meter->repaints, 2);
+}
+
+TEST_F(KestruneCorrectionMeterTest, AFrameOfTheBarAloneLeavesTheScaleAsItIs)
+{
+    const auto meter = Make();
+    const auto canvas = boost::make_shared<Canvas>(42, 270);
+    meter->SetContext(canvas);
+    meter->Draw(meter->GetMeterFrame());
+    EXPECT_EQ(canvas->Ink(), (ZRect{30, 0, 40, 270}));
+}
+
+TEST_F(KestruneCorrectionMeterTest, StandsWithoutElementAndFrame)
+{
+    const auto meter = Make("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"42\" "
+                            "height=\"270\"/></view>");
+    EXPECT_EQ(meter->GetMeterFrame(), (ZRect{0, 0, 42, 270}));
+    meter->IdleTick();
+    EXPECT_EQ(meter->repaints, 0);
+    ViewBench::Paint(*meter);
+    expectZException(-1, "Implement ExtractHeader\n", [&] { (void)meter->ExtractHeader(); });
+    expectZException(-1, "Implement ExtractBody\n", [&] { meter->ExtractBody(nullptr); });
+}
+
+}  // namespace
+
+}  // namespace orvane
