@@ -293,12 +293,11 @@ TEST_F(KestruneKeyboardViewTest, WhatIsOffTheScaleOrNoPitchChangesNothing)
     ASSERT_EQ(Sing(*keys, kC4), 48);
     using Limits = std::numeric_limits<float>;
     const int before = keys->repaints;
-    for (const float pitch :
-         {277.18f, kC4, 0.0f, -kC4, Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity()})
+    for (const float pitch : {277.18f, kC4, 0.0f, -kC4, Limits::denorm_min(), Limits::quiet_NaN(),
+                              Limits::infinity(), -Limits::infinity()})
         EXPECT_EQ(Sing(*keys, pitch), 48) << pitch;
     EXPECT_EQ(keys->repaints, before);
-    for (const float pitch : {Limits::max(), Limits::denorm_min()})
-        EXPECT_TRUE(keys->IsKeyLit(Sing(*keys, pitch))) << pitch;
+    EXPECT_TRUE(keys->IsKeyLit(Sing(*keys, Limits::max())));
 }
 
 TEST_F(KestruneKeyboardViewTest, WithCorrectionOffNoKeyFollowsTheVoice)

@@ -135,7 +135,8 @@ void KestruneKeyboardView::FollowPitch()
     if (!mTrackPitch || mTrackPitch->GetDiscrete() != 1)
         return;
     const float pitchHz = mPlayingPitch->GetZFloat();
-    if (!std::isfinite(pitchHz) || pitchHz <= 0.0f)
+    constexpr float kNoVoiceBelowHz = 1.0f;
+    if (!std::isfinite(pitchHz) || pitchHz < kNoVoiceBelowHz)
         return;
     int note = 0;
     FrequencyToNote(pitchHz, &note, nullptr, nullptr);

@@ -45,7 +45,8 @@ void append(std::vector<float>& history, const ZElement* pitch)
 
 ZString noteAt(float frequency)
 {
-    if (!std::isfinite(frequency) || frequency <= 0.0f)
+    constexpr float kNoNoteBelowHz = 1.0f;
+    if (!std::isfinite(frequency) || frequency < kNoNoteBelowHz)
         return {};
     int octave = 0;
     int pitchClass = 0;
