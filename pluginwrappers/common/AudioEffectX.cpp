@@ -53,6 +53,8 @@ std::intptr_t AudioEffectX::dispatcher(std::int32_t opcode, std::int32_t index, 
         return kPlugCategEffect;
     case effSetBlockSizeAndSampleRate:
         return setBlockSizeAndSampleRate(hostNumber(value), opt);
+    case effVendorSpecific:
+        return vendorSpecific(index, value, ptr, opt);
     case effGetVstVersion:
         return kVstVersion;
     case effEditKeyDown:

@@ -36,6 +36,12 @@ public:
     /// Takes the events of the block to come. [audio thread]
     virtual std::int32_t processEvents(VstEvents* /*events*/) { return 1; }
     virtual bool getVendorString(std::span<char> /*text*/) { return false; }
+    /// A question that the interface does not know; 0 for one that the effect does not either.
+    virtual std::intptr_t vendorSpecific(std::int32_t /*index*/, std::intptr_t /*value*/,
+                                         void* /*ptr*/, float /*opt*/)
+    {
+        return 0;
+    }
     /// Both at once. [setup]
     virtual bool setBlockSizeAndSampleRate(std::int32_t frames, float rate);
 

@@ -1,8 +1,11 @@
 #include "pluginwrappers/common/ZVSTEditor.h"
 
 #include "pluginwrappers/common/VstKeyCode.h"
+#include "pluginwrappers/common/WindowPicture.h"
 #include "zlib/common/ZApp.h"
+#include "zlib/common/ZBitmap.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZImage.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZWindow.h"
@@ -127,6 +130,18 @@ bool ZVSTEditor::SampleRateChanged(float rate)
     message->Add<float>("rate", rate);
     Send(message);
     return true;
+}
+
+void ZVSTEditor::GetPicture(WindowPicture& picture)
+{
+    // Views that are attached for the first time wait for their elements to tell their values.
+    mWindow->AttachViews();
+    if (ZApp* const app = ZApp::Of(*mWindow))
+        app->ProcessQueue();
+    const ZBitmap& bitmap = mWindow->RenderOffscreen();
+    const auto pixels = bitmap.GetNative()->GetPremultipliedPixels();
+    mPicture.assign(pixels.begin(), pixels.end());
+    picture = {bitmap.GetWidth(), bitmap.GetHeight(), mPicture.data()};
 }
 
 void ZVSTEditor::Send(const boost::shared_ptr<const ZMessage>& message)

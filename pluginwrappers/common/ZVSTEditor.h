@@ -6,12 +6,14 @@
 
 #include <cstdint>
 #include <map>
+#include <vector>
 
 namespace orvane
 {
 
 class ZMessage;
 class ZWindow;
+struct WindowPicture;
 
 /// What the host sees as the plug-in's editor. It draws nothing: it lends the description's window
 /// to the host's parent window between open and close, and hands on the keys that the host sends.
@@ -37,13 +39,17 @@ public:
     bool onKeyDown(VstKeyCode& key) override;
     /// Tells the views. rate in Hz. [setup, any thread under the interface lock]
     virtual bool SampleRateChanged(float rate);
+    /// Draws the window as it stands and lends what it shows, open or not. Throws ZException for a
+    /// window that cannot be drawn.
+    void GetPicture(WindowPicture& picture);
 
 private:
     void Send(const boost::shared_ptr<const ZMessage>& message);
 
     boost::shared_ptr<ZWindow> mWindow;
     std::map<std::uint8_t, std::uint8_t> mKeyMap;  // from the interface's keys to the window's
-    ERect mRect{};                                 // lent to the host
+    ERect mRect{};                                 // lent to the host, as are the next
+    std::vector<std::uint32_t> mPicture;           // empty until somebody asks
 };
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include "pluginwrappers/common/HostParameter.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
+#include "pluginwrappers/common/WindowPicture.h"
 #include "pluginwrappers/common/ZMidiMessage.h"
 #include "pluginwrappers/common/ZVSTEditor.h"
 #include "pluginwrappers/common/ZVSTSetParameterFn.h"
@@ -137,6 +138,12 @@ void ZVSTPlugin::MakeEditor()
     setEditor(std::move(made));
 }
 
+// No other is ever set.
+ZVSTEditor& ZVSTPlugin::GetEditor()
+{
+    return static_cast<ZVSTEditor&>(*editor);
+}
+
 // The manager has routed the network to the output; the input is the host's affair.
 void ZVSTPlugin::RouteNetwork()
 {
@@ -237,7 +244,7 @@ void ZVSTPlugin::setSampleRate(float rate)
         looper->Drain();
     }
     if (editor)
-        static_cast<ZVSTEditor&>(*editor).SampleRateChanged(rate);  // no other is ever set
+        GetEditor().SampleRateChanged(rate);
     RefreshLatency();
 }
 
@@ -473,6 +480,15 @@ bool ZVSTPlugin::getVendorString(std::span<char> text)
 {
     writeHostText("Orvane Inc.", text);
     return true;
+}
+
+std::intptr_t ZVSTPlugin::vendorSpecific(std::int32_t index, std::intptr_t value, void* ptr,
+                                         float /*opt*/)
+{
+    if (index != kVendorOrvane || value != kVendorWindowPicture || ptr == nullptr || !editor)
+        return 0;
+    GetEditor().GetPicture(*static_cast<WindowPicture*>(ptr));
+    return 1;
 }
 
 }  // namespace orvane

@@ -25,6 +25,7 @@ class ZAudioDocument;
 class ZElement;
 class ZSignalBay;
 class ZSignalLooper;
+class ZVSTEditor;
 class ZWindow;
 
 /// The effect object: the host's whole view of the plug-in. Lives from the entry call to effClose.
@@ -101,6 +102,9 @@ public:
     /// What cannot be loaded is reported and changes nothing.
     std::int32_t setChunk(void* data, std::int32_t size, bool isPreset) override;
     bool getVendorString(std::span<char> text) override;
+    /// Answers the one question of WindowPicture.h.
+    std::intptr_t vendorSpecific(std::int32_t index, std::intptr_t value, void* ptr,
+                                 float opt) override;
 
 private:
     static constexpr std::int32_t kNotAutomating = -1;
@@ -111,6 +115,7 @@ private:
     [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
     [[nodiscard]] boost::shared_ptr<ZElement> GetParameterElement(std::int32_t index) const;
     void MakeEditor();
+    [[nodiscard]] ZVSTEditor& GetEditor();
     void RouteNetwork();
     void ReleaseChunk();
     void RefreshLatency();

@@ -1,6 +1,7 @@
 #include "pluginwrappers/common/ZVSTEditor.h"
 
 #include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/common/WindowPicture.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZMessage.h"
@@ -266,6 +267,19 @@ TEST(ZVSTPluginEditorTest, ADescriptionWithAWindowHasAnEditorThatGoesWithThePlug
     EXPECT_EQ(window->messages[0]->GetId(), ZSAMPLERATECHANGED);
     EXPECT_TRUE(window->messages[0]->Find<float>("rate", rate));
     EXPECT_EQ(rate, 96000.0f);
+
+    WindowPicture picture{};
+    const auto askPicture = [&](std::int32_t index, std::intptr_t value, void* ptr) {
+        return effect->dispatcher(effect, effVendorSpecific, index, value, ptr, 0.0f);
+    };
+    EXPECT_EQ(askPicture(kVendorOrvane, 0, &picture), 0);
+    EXPECT_EQ(askPicture(0, kVendorWindowPicture, &picture), 0);
+    EXPECT_EQ(askPicture(kVendorOrvane, kVendorWindowPicture, nullptr), 0);
+    EXPECT_EQ(picture.pixels, nullptr);
+    EXPECT_EQ(askPicture(kVendorOrvane, kVendorWindowPicture, &picture), 1);
+    EXPECT_EQ(picture.width, 640);
+    EXPECT_EQ(picture.height, 250);
+    EXPECT_EQ(picture.pixels[640 * 250 - 1], 0xFF000000u) << "an empty window is black";
 
     window->TakeNotes();
     ask(effClose);
