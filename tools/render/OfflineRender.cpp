@@ -18,6 +18,7 @@
 #include <chrono>
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -55,7 +56,8 @@ void requireDistinct(const RenderRequest& request)
                                          request.output.string()));
     std::vector<fs::path> others{request.input, request.state.loadChunk, request.state.preset,
                                  request.automation, request.midi};
-    for (const fs::path& target : {request.output, request.plot, request.report, request.saveChunk})
+    for (const fs::path& target :
+         {request.output, request.plot, request.report, request.saveChunk, request.window.file})
     {
         if (!target.empty())
             requireOther(target, others);
@@ -91,11 +93,12 @@ class RenderRun
 {
 public:
     RenderRun(const RenderRequest& request, const RenderSettings& settings, PluginInstance& plugin,
-              EventSchedule& events, SoundReader& reader, SoundWriter& writer)
+              EventSchedule& events, SoundReader& reader, SoundWriter& writer, WindowShot* window)
         : mPlugin(plugin)
         , mEvents(events)
         , mReader(reader)
         , mWriter(writer)
+        , mWindow(window)
         , mBlock(request.blockFrames)
         , mKeepsLatency(request.keepsLatency)
         , mLatency(plugin.Latency())
@@ -124,6 +127,8 @@ public:
             WriteWanted(count);
             progress.Show(mProduced);
         }
+        if (mWindow)
+            mWindow->Take();
         FinishTrack();
     }
 
@@ -145,6 +150,8 @@ private:
         const auto start = std::chrono::steady_clock::now();
         for (int done = 0; done < count;) {
             const std::int64_t frame = mProduced + done;
+            if (mWindow)
+                mWindow->Pass(frame);
             mEvents.Give(mPlugin, frame);
             const int frames = mEvents.BlockFrames(frame, count - done);
             mPlugin.Process(mInput, mOutput, done, frames);
@@ -211,6 +218,7 @@ private:
     EventSchedule& mEvents;
     SoundReader& mReader;
     SoundWriter& mWriter;
+    WindowShot* mWindow;  // null for none
     int mBlock;
     bool mKeepsLatency;
     int mLatency;
@@ -225,6 +233,15 @@ private:
     float mPeak = 0.0f;
     std::chrono::steady_clock::duration mSpent{};  // in the plug-in
 };
+
+std::optional<WindowShot> windowShot(const WindowRequest& request, const PluginInstance& plugin,
+                                     int rate)
+{
+    if (request.file.empty())
+        return std::nullopt;
+    constexpr std::int64_t kAtTheEnd = std::numeric_limits<std::int64_t>::max();
+    return WindowShot(plugin, request.seconds ? std::llround(*request.seconds * rate) : kAtTheEnd);
+}
 
 EventSchedule scheduled(const RenderRequest& request, const PluginSettings& settings, int rate)
 {
@@ -266,10 +283,13 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
     std::optional<TargetFile> plot = optionalTarget(request.plot);
     std::optional<TargetFile> report = optionalTarget(request.report);
     std::optional<TargetFile> chunk = optionalTarget(request.saveChunk);
+    std::optional<TargetFile> picture = optionalTarget(request.window.file);
+    std::optional<WindowShot> window = windowShot(request.window, plugin, reader.Format().rate);
     if (chunk)
         writeBankChunk(plugin, chunk->TemporaryPath(), chunk->Name());
     SoundWriter writer(output.TemporaryPath(), output.Name(), reader);
-    RenderRun run(request, result.settings, plugin, events, reader, writer);
+    RenderRun run(request, result.settings, plugin, events, reader, writer,
+                  window ? &*window : nullptr);
     run.Run();
     writer.Close();
 
@@ -290,13 +310,26 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
         writePitchPlot(plot->TemporaryPath(), plot->Name(), request, result);
     if (report)
         writeJsonReport(report->TemporaryPath(), report->Name(), request, result);
+    if (picture)
+        window->Write(picture->TemporaryPath(), picture->Name(), request.window.scale);
     throwIfInterrupted();
     output.Commit();
-    for (std::optional<TargetFile>* const other : {&plot, &report, &chunk}) {
+    for (std::optional<TargetFile>* const other : {&plot, &report, &chunk, &picture}) {
         if (*other)
             (*other)->Commit();
     }
     return result;
+}
+
+void drawWindow(const RenderRequest& request, PluginInstance& plugin)
+{
+    constexpr int kRate = 44100;
+    prepare(plugin, PluginSettings(plugin), kRate, request);
+    TargetFile picture(request.window.file);
+    WindowShot window(plugin, 0);
+    window.Take();
+    window.Write(picture.TemporaryPath(), picture.Name(), request.window.scale);
+    picture.Commit();
 }
 
 }  // namespace orvane

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,14 @@ namespace orvane
 
 class PluginInstance;
 
+/// A picture of the plug-in's window.
+struct WindowRequest
+{
+    std::filesystem::path file;     // empty: none
+    std::optional<double> seconds;  // of the input that have gone in; else all of it
+    int scale = 1;                  // pixels of the picture for one of the window, each way
+};
+
 /// What the user asked for.
 struct RenderRequest
 {
@@ -22,6 +31,7 @@ struct RenderRequest
     std::filesystem::path output;
     std::filesystem::path plot;    // empty: none
     std::filesystem::path report;  // empty: none
+    WindowRequest window;
     StateRequest state;
     RenderSettings settings;           // which come after the state
     std::filesystem::path saveChunk;   // with state and settings in force; empty: none
@@ -59,5 +69,9 @@ struct RenderResult
 /// plug-in's latency more, at its start. Throws ZException for what cannot be, Interruption where
 /// the user breaks off.
 [[nodiscard]] RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin);
+
+/// Writes the picture of the window in the state and with the settings asked for, without any
+/// sound. Throws ZException for what cannot be.
+void drawWindow(const RenderRequest& request, PluginInstance& plugin);
 
 }  // namespace orvane

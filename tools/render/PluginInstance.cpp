@@ -2,6 +2,7 @@
 
 #include "pluginwrappers/common/VstEvents.h"
 #include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/common/WindowPicture.h"
 #include "zlib/common/ZException.h"
 
 #include <fmt/format.h>
@@ -193,6 +194,17 @@ bool PluginInstance::SetChunk(std::string chunk, Extent extent)
 {
     const auto size = static_cast<std::intptr_t>(chunk.size());
     return Ask(effSetChunk, extent == Extent::kProgram ? 1 : 0, size, chunk.data()) != 0;
+}
+
+WindowPixels PluginInstance::Window() const
+{
+    WindowPicture picture{};
+    if (Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture) != 1)
+        throw ZException(-1, fmt::format("the plug-in in {} does not tell what its window shows",
+                                         mFile.string()));
+    const auto count =
+        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+    return {picture.width, picture.height, {picture.pixels, picture.pixels + count}};
 }
 
 std::string PluginInstance::Name() const

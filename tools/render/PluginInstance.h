@@ -5,6 +5,7 @@
 #include "tools/render/OfflineHost.h"
 #include "tools/render/PluginLibrary.h"
 #include "tools/render/SoundFile.h"
+#include "tools/render/WindowShot.h"
 
 #include <atomic>
 #include <cstdint>
@@ -66,6 +67,9 @@ public:
     [[nodiscard]] std::string Chunk(Extent extent) const;
     /// False where the plug-in refuses the chunk. Needs HasChunks.
     [[nodiscard]] bool SetChunk(std::string chunk, Extent extent);
+
+    /// What its window shows now. Throws ZException where the plug-in does not tell.
+    [[nodiscard]] WindowPixels Window() const;
 
     /// The plug-in's own name, or that of its file.
     [[nodiscard]] std::string Name() const;

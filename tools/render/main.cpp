@@ -25,6 +25,7 @@ namespace
 
 constexpr int kFailed = 2;
 constexpr int kLongestBlock = 65536;
+constexpr int kLargestScale = 8;
 
 constexpr const char* kPurpose =
     "Renders a sound file through the plug-in, as a host does: corrects its pitch to a key, and "
@@ -50,6 +51,7 @@ Examples:
       --plot hard.png --report hard.json
   kestrune-render voice.wav low.wav --set transposeOnOff=On \
       --set "pitchTranspose=Down Minor 3rd" --set formantTranspose=Bigger2
+  kestrune-render --window window.png --program 3
   kestrune-render voice.wav out.wav --preset mine.xml --automate keys.csv --midi melody.mid
 )";
 }
@@ -81,6 +83,8 @@ void run(RenderRequest request, const std::vector<std::string>& assignments,
         request.settings.Assign(assignment);
     watchForInterruption();
     PluginInstance plugin(library);
+    if (request.input.empty())
+        return drawWindow(request, plugin);
     const RenderResult result = renderOffline(request, plugin);
     fmt::print("{}", textReport(request, result));
 }
@@ -101,6 +105,28 @@ void addStateOptions(CLI::App& app, RenderRequest& request)
         ->type_name("FILE.csv");
     app.add_option("--midi", request.midi, "Plays a Standard MIDI File into the plug-in")
         ->type_name("FILE.mid");
+}
+
+/// A picture of the window needs no sound; with sound, all else is as without a picture.
+void addWindowOptions(CLI::App& app, RenderRequest& request, CLI::Option* in, CLI::Option* out)
+{
+    CLI::Option* const window = app.add_option_function<std::string>(
+        "--window",
+        [&request, in, out](const std::string& file) {
+            request.window.file = file;
+            in->required(false)->needs(out);
+            out->required(false)->needs(in);
+        },
+        "Draws the plug-in's window with the state and the settings given; with IN, at its end");
+    window->type_name("FILE.png");
+    app.add_option("--window-at", request.window.seconds, "Draws it when so much of IN has gone in")
+        ->type_name("SECONDS")
+        ->check(CLI::NonNegativeNumber)
+        ->needs(window)
+        ->needs(in);
+    app.add_option("--window-scale", request.window.scale, "Draws it so many times as large")
+        ->check(CLI::Range(1, kLargestScale))
+        ->needs(window);
 }
 
 int parseAndRun(int argc, char** argv)
@@ -145,6 +171,10 @@ int parseAndRun(int argc, char** argv)
         ->type_name("FILE.json");
     app.add_flag("--keep-latency", request.keepsLatency,
                  "Leaves the latency at the start of the output, which is longer by it");
+    addWindowOptions(app, request, in, out);
+    for (const char* const ofSound :
+         {"--save-chunk", "--automate", "--midi", "--plot", "--report", "--keep-latency"})
+        app.get_option(ofSound)->needs(in);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
