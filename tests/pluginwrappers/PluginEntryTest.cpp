@@ -49,8 +49,8 @@ TEST(PluginEntryTest, TheRecordIsFilledAsHostsExpectIt)
     EXPECT_EQ(effect->numParams, 7);
     EXPECT_EQ(effect->numInputs, 2);
     EXPECT_EQ(effect->numOutputs, 2);
-    EXPECT_EQ(effect->flags & ~effFlagsHasEditor,
-              effFlagsCanMono | effFlagsCanReplacing | effFlagsProgramChunks);
+    EXPECT_EQ(effect->flags,
+              effFlagsHasEditor | effFlagsCanMono | effFlagsCanReplacing | effFlagsProgramChunks);
     EXPECT_EQ(effect->initialDelay, 18871);
     EXPECT_EQ(effect->ioRatio, 1.0f);
     EXPECT_NE(effect->object, nullptr);

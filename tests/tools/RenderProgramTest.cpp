@@ -373,6 +373,12 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
         {{in, out, "--plot", out}, "named twice"},
         {{in, out, "--report", mFolder.Path("r"), "--plot", mFolder.Path("r")}, "named twice"},
         {{in, out, "--plot", mFolder.Path("none/p.png")}, "no folder"},
+        {{in, out, "--window", out}, "named twice"},
+        {{in, out, "--window-at", "1"}, "--window"},
+        {{in, out, "--window", mFolder.Path("w.png"), "--window-at", "-1"}, "--window-at"},
+        {{in, out, "--window", mFolder.Path("w.png"), "--window-scale", "9"}, "1 to 8"},
+        {{"--window", mFolder.Path("w.png"), in}, "OUT"},
+        {{"--window", mFolder.Path("w.png"), "--plot", out}, "requires IN"},
         {{in, out, "--report", mFolder.Path("none/r.json")}, "no folder"},
     };
     for (const Refusal& refusal : refusals) {
@@ -467,12 +473,30 @@ TEST_F(RenderProgramTest, HelpAndVersionAreNoFailures)
 namespace
 {
 
+using Picture = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
+
+Picture pictureIn(const std::string& path)
+{
+    return {cairo_image_surface_create_from_png(path.c_str()), cairo_surface_destroy};
+}
+
+/// All pixels as 0xAARRGGBB.
+std::vector<std::uint32_t> pixelsIn(const std::string& path)
+{
+    const Picture picture = pictureIn(path);
+    EXPECT_EQ(cairo_surface_status(picture.get()), CAIRO_STATUS_SUCCESS) << path;
+    const auto* const data =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture.get()));
+    const int count = cairo_image_surface_get_stride(picture.get()) / 4 *
+                      cairo_image_surface_get_height(picture.get());
+    return {data, data + count};
+}
+
 /// Columns of a picture in which a colour, 0xRRGGBB, occurs below its heading.
 std::set<int> columnsWith(const std::string& path, unsigned colour)
 {
     constexpr int kHeading = 100;  // pixels, with the legend in it
-    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> picture(
-        cairo_image_surface_create_from_png(path.c_str()), cairo_surface_destroy);
+    const Picture picture = pictureIn(path);
     EXPECT_EQ(cairo_image_surface_get_width(picture.get()), kPlotWidth);
     EXPECT_EQ(cairo_image_surface_get_height(picture.get()), kPlotHeight);
     const unsigned char* data = cairo_image_surface_get_data(picture.get());
@@ -505,6 +529,38 @@ TEST_F(RenderProgramTest, PlotShowsBothCurvesAndLeavesSilenceEmpty)
     EXPECT_GT(output.size(), 700u);
     for (int x = kPlotWidth / 2 - 150; x < kPlotWidth / 2 + 150; ++x)
         ASSERT_FALSE(input.contains(x) || output.contains(x)) << x;
+}
+
+TEST_F(RenderProgramTest, WindowShowsTheStateThatTheOptionsMake)
+{
+    const auto drawn = [this](const Words& options) {
+        const std::string file = mFolder.Path("window.png");
+        const ProgramRun run = runRender(Words{"--window", file} + options);
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(run.err, "");
+        return pixelsIn(file);
+    };
+    const std::vector<std::uint32_t> first = drawn({});
+    EXPECT_TRUE(drawn({}) == first);
+    EXPECT_TRUE(drawn({"--set", "key=A"}) != first);
+    EXPECT_TRUE(drawn({"--program", "3"}) != first);
+    const std::vector<std::uint32_t> doubled = drawn({"--window-scale", "2"});
+    ASSERT_EQ(doubled.size(), 4 * first.size());
+    EXPECT_EQ(doubled.front(), first.front());
+    EXPECT_EQ(doubled.back(), first.back());
+}
+
+TEST_F(RenderProgramTest, APictureOnTheWayShowsTheVoiceAndLeavesTheSoundAsItIs)
+{
+    const TestSound voice = testVoice(1, 1.5);
+    const TestSound plain = Render(voice, kCorrect);
+    const std::string early = mFolder.Path("early.png");
+    const std::string late = mFolder.Path("late.png");
+    EXPECT_EQ(Render(voice, kCorrect + Words{"--window", early, "--window-at", "0"}).samples,
+              plain.samples);
+    EXPECT_EQ(Render(voice, kCorrect + Words{"--window", late, "--window-at", "1"}).samples,
+              plain.samples);
+    EXPECT_TRUE(pixelsIn(early) != pixelsIn(late)) << "meter and keyboard follow the voice";
 }
 
 }  // namespace orvane
