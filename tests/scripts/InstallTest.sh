@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# What scripts/install puts somewhere, and that it takes all of that away: InstallTest.sh LIBRARY
+set -euo pipefail
+install=$(cd "$(dirname "$0")/../.." && pwd)/scripts/install
+library=$1
+place=$(mktemp -d)
+trap 'rm -rf "$place"' EXIT
+export DESTDIR=$place HOME=/home/singer
+unset XDG_DATA_HOME
+
+expect_files() {
+  found=$(cd "$place" && find . -type f -o -type l | sort)
+  [ "$found" = "$1" ] || { echo "expected:"$'\n'"$1"$'\n'"found:"$'\n'"$found"; exit 1; }
+}
+
+mkdir -p "$place/home/singer/.vst"
+touch "$place/home/singer/.vst/Other.so"
+"$install" --library "$library"
+"$install" --library "$library" # again, over what is there
+cmp "$library" "$place/home/singer/.vst/CantorelMini.so"
+expect_files "./home/singer/.local/share/Orvane/Kolm 5pt.ttf
+./home/singer/.lxvst/CantorelMini.so
+./home/singer/.vst/CantorelMini.so
+./home/singer/.vst/Other.so"
+[ "$(readlink "$place/home/singer/.lxvst/CantorelMini.so")" = /home/singer/.vst/CantorelMini.so ]
+"$install" --uninstall
+"$install" --uninstall
+expect_files "./home/singer/.vst/Other.so"
+
+"$install" --system --library "$library"
+expect_files "./home/singer/.vst/Other.so
+./usr/local/lib/vst/CantorelMini.so
+./usr/local/share/Orvane/Kolm 5pt.ttf"
+"$install" --uninstall --system
+expect_files "./home/singer/.vst/Other.so"
+if "$install" --library "$place/none" 2>/dev/null || "$install" --everywhere 2>/dev/null; then
+  echo "a wrong call is taken"
+  exit 1
+fi
