@@ -29,6 +29,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <atomic>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -57,6 +58,8 @@ void dropExisting(std::unique_ptr<Manager>& manager, const char* warning)
     ZTrace::Write(warning);
     manager.reset();
 }
+
+std::atomic<std::int32_t> instances{0};
 
 boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
 {
@@ -89,11 +92,14 @@ ZApp::ZApp(const ZResources& resources)
     registerStandardClasses(*mClassRegistry);
     mClassRegistry->RegisterStandardClasses();
     SetName("ZApp");
+    ++instances;
 }
 
 ZApp::~ZApp()
 {
     EndModalRuns();
+    if (--instances == 0)
+        ZInterfaceThread::EndModalRuns(nullptr);
     StopTimers();
     // In this order: the audio stops before what it plays goes, and windows let go of documents
     // before these end. Each pointer is null by the time that its manager dies.
@@ -105,6 +111,11 @@ ZApp::~ZApp()
     ClearCurrentApp(this);
     const ZInterfaceUnlock unlocked;
     mBrowser.reset();
+}
+
+std::int32_t ZApp::CountInstances()
+{
+    return instances;
 }
 
 void ZApp::EndModalRuns()

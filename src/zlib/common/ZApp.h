@@ -151,6 +151,10 @@ public:
     [[nodiscard]] std::thread::id GetMainThreadId() const { return mMainThreadId; }
     [[nodiscard]] const std::vector<std::string>& GetFonts() const { return mFonts; }
 
+    /// Applications that live. With the last one end the modal runs that belong to nobody, so that
+    /// no thread stays behind in them when the library goes. [any thread]
+    [[nodiscard]] static std::int32_t CountInstances();
+
     /// The application of a handler, when it is one that has managers; else null.
     [[nodiscard]] static ZApp* Of(ZHandler& handler);
 
