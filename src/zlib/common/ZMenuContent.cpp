@@ -1,6 +1,7 @@
 #include "zlib/common/ZMenuContent.h"
 
 #include "zlib/common/ZDrawingContext.h"
+#include "zlib/common/ZKeyCode.h"
 #include "zlib/common/ZPanelStyle.h"
 
 #include <algorithm>
@@ -26,20 +27,6 @@ constexpr std::int32_t kMaxTextWidth = 400;
 constexpr std::int32_t kStillRadius = 3;
 
 constexpr std::int32_t kWheelItems = 3;
-
-/// Codes of keys, as ZNativeKeyEvent has them.
-enum KeyCode : std::uint8_t
-{
-    kReturn = 0x0d,
-    kEscape = 0x1b,
-    kSpace = 0x20,
-    kPageUp = 0x21,
-    kPageDown = 0x22,
-    kEnd = 0x23,
-    kHome = 0x24,
-    kUp = 0x26,
-    kDown = 0x28,
-};
 
 char16_t firstLetter(ZString text)
 {
@@ -211,25 +198,25 @@ bool ZMenuContent::Tick()
 
 bool ZMenuContent::Key(const ZNativeKeyEvent& event)
 {
-    if (mItems.empty() || event.code == kEscape) {
+    if (mItems.empty() || event.code == kKeyEscape) {
         End();
         return false;
     }
     switch (event.code) {
-    case kUp:
+    case kKeyUp:
         return HighlightInSight(mHighlight <= 0 ? Count() - 1 : mHighlight - 1);
-    case kDown:
+    case kKeyDown:
         return HighlightInSight((mHighlight + 1) % Count());
-    case kHome:
+    case kKeyHome:
         return HighlightInSight(0);
-    case kEnd:
+    case kKeyEnd:
         return HighlightInSight(Count() - 1);
-    case kPageUp:
+    case kKeyPageUp:
         return Step(-mInSight);
-    case kPageDown:
+    case kKeyPageDown:
         return Step(mInSight);
-    case kReturn:
-    case kSpace:
+    case kKeyReturn:
+    case kKeySpace:
         if (mHighlight != kNone)
             Choose(mHighlight);
         return false;

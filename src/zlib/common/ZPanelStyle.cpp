@@ -13,6 +13,14 @@ namespace orvane
 namespace
 {
 
+constexpr ZColor kMetalUpper{230, 230, 230, 255};
+constexpr ZColor kMetalLower{203, 203, 203, 255};
+constexpr ZColor kMetalUpperOver{250, 250, 250, 255};
+constexpr ZColor kMetalLowerOver{231, 231, 231, 255};
+constexpr ZColor kMetalUpperPressed{150, 150, 150, 255};
+constexpr ZColor kMetalLowerPressed{176, 176, 176, 255};
+constexpr ZColor kMetalText{28, 28, 30, 255};
+constexpr ZColor kMetalTextOver{150, 16, 24, 255};
 // No text of a window is higher.
 constexpr std::int32_t kMaxTextHeight = 4096;
 
@@ -72,6 +80,26 @@ void ZPanelStyle::drawText(ZDrawingContext& context, const ZString& text, const 
                            const ZColor& color)
 {
     drawIn(context, text, rect, ZPanelStyle::kAlignLeft, color);
+}
+
+void ZPanelStyle::drawButton(ZDrawingContext& context, const ZString& text, const ZRect& rect,
+                             ButtonState state)
+{
+    const bool isOver = state == ButtonState::kOver;
+    const bool isPressed = state == ButtonState::kPressed;
+    const std::int32_t middle = (rect.top + rect.bottom) / 2;
+    fill(context, {rect.left, rect.top, rect.right, middle},
+         isPressed ? kMetalUpperPressed
+         : isOver  ? kMetalUpperOver
+                   : kMetalUpper);
+    fill(context, {rect.left, middle, rect.right, rect.bottom},
+         isPressed ? kMetalLowerPressed
+         : isOver  ? kMetalLowerOver
+                   : kMetalLower);
+    drawEdge(context, rect, kEdge);
+    const std::int32_t top = middle - measure(text, rect.GetWidth()).y / 2 + (isPressed ? 1 : 0);
+    drawLine(context, text, {rect.left + 2, top, rect.right - 2, rect.bottom}, kAlignCentre,
+             isOver ? kMetalTextOver : kMetalText);
 }
 
 }  // namespace orvane

@@ -50,6 +50,16 @@ void drawLine(ZDrawingContext& context, const ZString& text, const ZRect& rect, 
 void drawText(ZDrawingContext& context, const ZString& text, const ZRect& rect,
               const ZColor& color);
 
+enum class ButtonState
+{
+    kNormal,
+    kOver,
+    kPressed,
+};
+/// A push button of light metal.
+void drawButton(ZDrawingContext& context, const ZString& text, const ZRect& rect,
+                ButtonState state);
+
 }  // namespace ZPanelStyle
 
 }  // namespace orvane

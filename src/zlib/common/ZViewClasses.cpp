@@ -6,6 +6,7 @@
 #include "zlib/common/ZCheckBox.h"
 #include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZGraphAxisView.h"
+#include "zlib/common/ZLabelButton.h"
 #include "zlib/common/ZMetalPopupMenu.h"
 #include "zlib/common/ZMetalSlider.h"
 #include "zlib/common/ZPluginBackground.h"
@@ -14,6 +15,7 @@
 #include "zlib/common/ZPopupMenu.h"
 #include "zlib/common/ZSlider.h"
 #include "zlib/common/ZStringView.h"
+#include "zlib/common/ZTextEdit.h"
 #include "zlib/common/ZView.h"
 #include "zlib/common/ZWindow.h"
 
@@ -27,6 +29,7 @@ void registerViewClasses(ZClassRegistry& registry)
     registry.AddStandard<ZBitmapButton>("ZBitmapButtonClass");
     registry.AddStandard<ZCheckBox>("ZCheckBoxClass");
     registry.AddStandard<ZGraphAxisView>("ZGraphAxisViewClass");
+    registry.AddStandard<ZLabelButton>("ZLabelButtonClass");
     registry.AddStandard<ZMetalPopupMenu>("ZMetalPopupMenuClass");
     registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");
     registry.AddStandard<ZPluginBackground>("ZPluginBackgroundClass");
@@ -35,6 +38,7 @@ void registerViewClasses(ZClassRegistry& registry)
     registry.AddStandard<ZPopupMenu>("ZPopupMenuClass");
     registry.AddStandard<ZSlider>("ZSliderClass");
     registry.AddStandard<ZStringView>("ZStringViewClass");
+    registry.AddStandard<ZTextEdit>("ZTextEditClass");
     registry.AddStandard<ZView>("ZViewClass");
     registry.AddStandard<ZWindow>("ZWindowClass");
 }

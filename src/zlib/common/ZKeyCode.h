@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvane
+{
+
+/// Keys by the codes that ZNativeKeyEvent and ZKEYDOWN carry; letters and digits are their capital.
+enum ZKeyCode : std::uint8_t
+{
+    kKeyBackspace = 0x08,
+    kKeyReturn = 0x0d,
+    kKeyEscape = 0x1b,
+    kKeySpace = 0x20,
+    kKeyPageUp = 0x21,
+    kKeyPageDown = 0x22,
+    kKeyEnd = 0x23,
+    kKeyHome = 0x24,
+    kKeyLeft = 0x25,
+    kKeyUp = 0x26,
+    kKeyRight = 0x27,
+    kKeyDown = 0x28,
+    kKeyDelete = 0x2e,
+};
+
+}  // namespace orvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "zlib/common/ZStringView.h"
+
+#include <functional>
+
+namespace orvane
+{
+
+/// A push button with a text; the tag `label` gives the text.
+class ZLabelButton : public ZStringView
+{
+public:
+    ZLabelButton(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+
+    /// What the release over the button does; the button may be gone after it.
+    void SetAction(std::function<void()> action) { mAction = std::move(action); }
+
+    void Draw(const ZRect& rect) override;
+    void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
+    void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
+    void MouseUp(const ZPoint& point, std::uint32_t mods) override;
+    void MouseEntered(const ZPoint& point) override;
+    void MouseLeft() override;
+
+private:
+    void SetOver(bool over);
+
+    bool mOver = false;
+    std::function<void()> mAction;
+};
+
+}  // namespace orvane

@@ -1,0 +1,195 @@
+#include "zlib/common/ZTooltip.h"
+
+#include "support/SmallApplication.h"
+#include "zlib/Canvas.h"
+#include "zlib/TestView.h"
+#include "zlib/common/ZContentWindow.h"
+#include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZKeyCode.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageBoxContent.h"
+#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZTooltipContent.h"
+#include "zlib/common/ZWindow.h"
+#include "zlib/common/ZWindowTimers.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A tip whose timers run out when the test says so. Its lock keeps the real ones waiting.
+class ZTooltipTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        first->SetTooltipText("first");
+        tip.AddTool(first.get(), {10, 10, 30, 30});
+        tip.AddTool(second.get(), {30, 10, 50, 30});
+    }
+
+    boost::shared_ptr<ZView> Make(const char* name)
+    {
+        return boost::make_shared<ZView>(name, ZRect{10, 10, 30, 30}, nullptr);
+    }
+    void RunOut()
+    {
+        const auto message = boost::make_shared<ZMessage>(ZTIMER);
+        message->Add<std::int64_t>("TimerID", tip.GetTimer());
+        tip.HandleZMessage(message);
+    }
+    [[nodiscard]] bool Waits() const { return tip.GetTimer() != ZWindow::kNoTimer; }
+
+    const ZInterfaceLock lock;
+    SmallApplication app;
+    ZWindow window{viewXml("<windowtype name=\"Window\"><rect left=\"0\" top=\"0\" width=\"100\" "
+                           "height=\"80\" /></windowtype>"),
+                   &app};
+    boost::shared_ptr<ZView> first = Make("first");
+    boost::shared_ptr<ZView> second = Make("second");
+    ZTooltip tip{window};
+};
+
+}  // namespace
+
+TEST_F(ZTooltipTest, ComesAfterTheRestGoesByItselfAndStaysAwayUntilThePointerHasLeft)
+{
+    tip.MouseMoved({5, 5});
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({12, 12});
+    const auto wait = tip.GetTimer();
+    EXPECT_TRUE(Waits());
+    tip.MouseMoved({12, 12});
+    EXPECT_EQ(tip.GetTimer(), wait);
+    tip.MouseMoved({13, 12});
+    EXPECT_NE(tip.GetTimer(), wait);
+    EXPECT_FALSE(tip.IsShown());
+    RunOut();
+    EXPECT_TRUE(tip.IsShown());
+    EXPECT_EQ(tip.GetText().ToNarrow(), "first");
+    tip.MouseMoved({14, 12});
+    EXPECT_TRUE(tip.IsShown());
+    RunOut();
+    EXPECT_FALSE(tip.IsShown());
+    tip.MouseMoved({15, 12});
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({5, 5});
+    tip.MouseMoved({15, 12});
+    EXPECT_TRUE(Waits());
+}
+
+TEST_F(ZTooltipTest, TheNextToolShowsItsOwnAndOneWithoutATextTheWindowsName)
+{
+    tip.MouseMoved({12, 12});
+    RunOut();
+    tip.MouseMoved({40, 12});
+    EXPECT_FALSE(tip.IsShown());
+    RunOut();
+    EXPECT_TRUE(tip.IsShown());
+    EXPECT_EQ(tip.GetText().ToNarrow(), "Window");
+    tip.Left();
+    EXPECT_FALSE(tip.IsShown());
+    EXPECT_FALSE(Waits());
+}
+
+TEST_F(ZTooltipTest, AClickSendsItAwayAndAToolThatGoesTakesItAlong)
+{
+    tip.MouseMoved({12, 12});
+    tip.MouseDown();
+    tip.MouseMoved({13, 12});
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({40, 12});
+    RunOut();
+    EXPECT_TRUE(tip.IsShown());
+    tip.RemoveTool(second.get());
+    EXPECT_FALSE(tip.IsShown());
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({40, 13});
+    EXPECT_FALSE(Waits());
+}
+
+TEST_F(ZTooltipTest, TheTextIsCutToTheTipsLengthAtAWholeCharacter)
+{
+    first->SetTooltipText(ZString(std::string(79, 'x') + "\xf0\x9f\x8e\xb5"));
+    tip.MouseMoved({12, 12});
+    RunOut();
+    EXPECT_EQ(tip.GetText().ToNarrow(), std::string(79, 'x'));
+}
+
+TEST_F(ZTooltipTest, LeavesNoTimerBehind)
+{
+    const std::int32_t before = ZWindowTimers::Count();
+    {
+        ZTooltip other(window);
+        other.AddTool(first.get(), {0, 0, 9, 9});
+        other.MouseMoved({1, 1});
+        EXPECT_EQ(ZWindowTimers::Count(), before + 1);
+    }
+    EXPECT_EQ(ZWindowTimers::Count(), before);
+}
+
+TEST(ZContentWindowTest, KeepsARectangleOnTheMonitor)
+{
+    const ZRect monitor{100, 0, 500, 300};
+    EXPECT_EQ(keptOn(monitor, {150, 50, 200, 90}), (ZRect{150, 50, 200, 90}));
+    EXPECT_EQ(keptOn(monitor, {480, 290, 530, 330}), (ZRect{450, 260, 500, 300}));
+    EXPECT_EQ(keptOn(monitor, {0, -9, 50, 31}), (ZRect{100, 0, 150, 40}));
+    EXPECT_EQ(keptOn(monitor, {0, 40, 50, 900}), (ZRect{100, 0, 150, 300}));
+}
+
+TEST(ZContentWindowTest, ContentsFillTheSizeThatTheyAskFor)
+{
+    ZTooltipContent tip(ZString("Slide left for faster pitch correction"));
+    Canvas canvas(tip.GetSize().x, tip.GetSize().y);
+    tip.Draw(canvas);
+    EXPECT_EQ(canvas.Ink(), canvas.GetFrame());
+    EXPECT_LT(tip.GetSize().y, 30);
+    EXPECT_GT(
+        ZTooltipContent(ZString(std::string(40, 'W') + " " + std::string(40, 'W'))).GetSize().y,
+        30);
+}
+
+TEST(ZMessageBoxContentTest, ReturnEscapeTheButtonAndTheTitleBarEndIt)
+{
+    ZMessageBoxContent box(ZMessageBox::kError, ZString("An exception has occurred"));
+    int ends = 0;
+    box.SetEnded([&ends] { ++ends; });
+    for (const std::uint8_t code : {kKeyReturn, kKeyEscape, kKeySpace, kKeyDown})
+        box.Key({.code = code, .text = {}});
+    EXPECT_EQ(ends, 3);
+    box.Dismiss();
+    EXPECT_EQ(ends, 4);
+    const ZPoint button{box.GetButtonRect().left + 3, box.GetButtonRect().top + 3};
+    const auto send = [&](ZNativeMouseEvent::Action action, const ZPoint& at) {
+        box.Mouse({.action = action, .position = at, .modifiers = 1, .wheelNotches = 0});
+    };
+    send(ZNativeMouseEvent::kDown, {1, 1});
+    send(ZNativeMouseEvent::kUp, button);
+    send(ZNativeMouseEvent::kDown, button);
+    send(ZNativeMouseEvent::kUp, {1, 1});
+    EXPECT_EQ(ends, 4);
+    send(ZNativeMouseEvent::kDown, button);
+    send(ZNativeMouseEvent::kUp, button);
+    EXPECT_EQ(ends, 5);
+}
+
+TEST(ZMessageBoxContentTest, ALongTextWrapsAboveTheButton)
+{
+    std::string text;
+    for (int i = 0; i < 60; ++i)
+        text += "words ";
+    const ZMessageBoxContent shorter(ZMessageBox::kWarning, ZString("words"));
+    const ZMessageBoxContent longer(ZMessageBox::kWarning, ZString(text));
+    EXPECT_LT(longer.GetSize().x, 500);
+    EXPECT_GT(longer.GetSize().y, shorter.GetSize().y);
+    EXPECT_EQ(longer.GetSize().y - longer.GetButtonRect().bottom,
+              shorter.GetSize().y - shorter.GetButtonRect().bottom);
+}
+
+}  // namespace orvane
