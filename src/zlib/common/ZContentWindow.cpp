@@ -30,11 +30,15 @@ void ZContentWindow::Show()
 
 void ZContentWindow::Redraw()
 {
-    mNative->Invalidate(mPicture->GetFrame());
+    if (mNative)
+        mNative->Invalidate(mPicture->GetFrame());
 }
 
 void ZContentWindow::NativePaint(const ZRect& update)
 {
+    // Its own creation may ask for the first picture.
+    if (!mNative)
+        return;
     mContent.Draw(*mPicture);
     mNative->Present(*mPicture->GetNative(), update);
 }

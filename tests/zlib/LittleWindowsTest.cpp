@@ -1,0 +1,226 @@
+// Menus, tips and boxes on a display of the test's own, with a user's mouse and keys.
+
+#include "support/DisplayProbe.h"
+#include "support/SmallPlugin.h"
+#include "support/VirtualDisplay.h"
+#include "zlib/TestView.h"
+#include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/ZMenu.h"
+#include "zlib/common/ZMenuContent.h"
+#include "zlib/common/ZMenuWindow.h"
+#include "zlib/common/ZMessageBoxContent.h"
+#include "zlib/common/ZMessageBoxWindow.h"
+#include "zlib/common/ZTooltip.h"
+#include "zlib/common/ZWindow.h"
+
+#include <gtest/gtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+class LittleWindowsTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!VirtualDisplay::IsAvailable())
+            GTEST_SKIP() << "no virtual display here";
+        display.emplace();
+        probe.emplace();
+        const ZInterfaceLock lock;
+        app = std::make_unique<SmallPlugin>();
+        for (int i = 0; i < 8; ++i)
+            menu.AddItem(ZString("Item " + std::to_string(i)), i);
+        window = std::make_unique<ZWindow>(
+            viewXml("<windowtype name=\"W\"><rect left=\"300\" top=\"300\" width=\"200\" "
+                    "height=\"100\" /></windowtype>"),
+            app.get());
+        ASSERT_TRUE(window->Create(nullptr, 0));
+        window->Show();
+        probe->Sync();
+        before = probe->GetChildren(probe->GetRoot());
+    }
+    void TearDown() override
+    {
+        const ZInterfaceLock lock;
+        window.reset();
+        app.reset();
+    }
+
+    /// Opens the menu on the interface thread.
+    void OpenMenu(const ZPoint& at)
+    {
+        ended = false;
+        ZInterfaceThread::Post([this, at] {
+            chosen = ZMenuWindow::Show(menu, at, window.get());
+            ended = true;
+        });
+        ASSERT_TRUE(waitFor([this] { return FindNew() != XCB_NONE; }));
+        probe->Sync();
+    }
+    [[nodiscard]] bool Ends()
+    {
+        return waitFor([this] { return ended && FindNew() == XCB_NONE; });
+    }
+    /// The window that has come since the start and can be seen.
+    [[nodiscard]] xcb_window_t FindNew()
+    {
+        for (const xcb_window_t each : probe->GetChildren(probe->GetRoot()))
+            if (std::ranges::count(before, each) == 0)
+                return each;
+        return XCB_NONE;
+    }
+    /// The middle of an item, on the screen.
+    [[nodiscard]] ZPoint PlaceOf(std::int32_t item)
+    {
+        ZMenuContent twin(menu);
+        twin.SetSize(twin.GetSize());
+        const ZRect rect = twin.GetItemRect(item);
+        const xcb_rectangle_t place = probe->GetPlace(FindNew());
+        return {place.x + rect.left + 30, place.y + (rect.top + rect.bottom) / 2};
+    }
+    void PointAt(const ZPoint& point)
+    {
+        probe->MovePointer(point.x, point.y);
+        probe->Sync();
+    }
+    /// Waits for a colour in the middle of a rectangle of the screen.
+    [[nodiscard]] bool Shows(const ZPoint& at, std::uint32_t color)
+    {
+        return waitFor([&] { return probe->PixelAt(at.x, at.y) == color; });
+    }
+
+    std::optional<VirtualDisplay> display;
+    std::optional<DisplayProbe> probe;
+    const ZInterfaceThread thread;
+    ZMenu menu{"menu", ZMenu::Kind::kPopup};
+    std::unique_ptr<SmallPlugin> app;
+    std::unique_ptr<ZWindow> window;
+    std::vector<xcb_window_t> before;
+    std::atomic<bool> ended{false};
+    std::optional<std::int32_t> chosen;
+};
+
+constexpr std::uint32_t kGround = 0x262629;
+constexpr std::uint32_t kAccent = 0x961820;
+
+}  // namespace
+
+TEST_F(LittleWindowsTest, AMenuTakesAClickAndGivesBackTheItem)
+{
+    OpenMenu({100, 120});
+    EXPECT_EQ(probe->GetPlace(FindNew()).x, 100);
+    EXPECT_EQ(probe->GetPlace(FindNew()).y, 120);
+    const ZPoint item = PlaceOf(3);
+    EXPECT_TRUE(Shows({item.x - 25, item.y - 8}, kGround));
+    PointAt({item.x, item.y - 40});
+    PointAt(item);
+    EXPECT_TRUE(Shows({item.x - 25, item.y - 8}, kAccent));
+    probe->Click(1);
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(chosen, 3);
+}
+
+TEST_F(LittleWindowsTest, AMenuStaysOnTheMonitorAndEndsWithAClickElsewhere)
+{
+    OpenMenu({1000, 760});
+    const xcb_rectangle_t place = probe->GetPlace(FindNew());
+    EXPECT_EQ(place.x + place.width, 1024);
+    EXPECT_EQ(place.y + place.height, 768);
+    PointAt({20, 20});
+    probe->Click(1);
+    ASSERT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, AMenuIsWorkedByKeys)
+{
+    OpenMenu({100, 120});
+    ASSERT_TRUE(waitFor([this] { return probe->GetFocus() == FindNew(); }));
+    for (const std::uint32_t key : {XKB_KEY_End, XKB_KEY_Up, XKB_KEY_Return})
+        probe->TypeKey(key);
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(chosen, 6);
+    OpenMenu({100, 120});
+    ASSERT_TRUE(waitFor([this] { return probe->GetFocus() == FindNew(); }));
+    probe->TypeKey(XKB_KEY_Escape);
+    ASSERT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, AMenuEndsWithItsApplicationOrItsDisplay)
+{
+    OpenMenu({100, 120});
+    {
+        const ZInterfaceLock lock;
+        app->EndModalRuns();
+        EXPECT_TRUE(ended) << "whoever ends the runs finds nobody in them any more";
+    }
+    ASSERT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+    OpenMenu({100, 120});
+    display->Kill();
+    EXPECT_TRUE(waitFor([this] { return ended.load(); }));
+}
+
+TEST_F(LittleWindowsTest, ABoxIsShownUntilItsButtonOrTheLastApplicationEndsIt)
+{
+    const auto raise = [this] {
+        ended = false;
+        ZInterfaceThread::Post([this] {
+            EXPECT_TRUE(ZMessageBoxWindow::Show(ZMessageBox::kError, "Title", "Text"));
+            ended = true;
+        });
+        xcb_rectangle_t place{};
+        EXPECT_TRUE(waitFor([&] {
+            place = FindNew() == XCB_NONE ? place : probe->GetPlace(FindNew());
+            return place.x != 0 && probe->PixelAt(place.x + 5, place.y + 5) == kGround;
+        }));
+        return place;
+    };
+    const xcb_rectangle_t place = raise();
+    const ZRect button = ZMessageBoxContent(ZMessageBox::kError, "Text").GetButtonRect();
+    PointAt({place.x + button.left + 5, place.y + button.top + 5});
+    probe->Click(1);
+    EXPECT_TRUE(Ends());
+    raise();
+    const ZInterfaceLock lock;
+    window.reset();
+    app.reset();
+    EXPECT_TRUE(ended);
+    EXPECT_FALSE(ZMessageBoxWindow::Show(ZMessageBox::kError, "Title", "Text"));
+}
+
+TEST_F(LittleWindowsTest, ATipComesBelowThePointerAndGoesWithAClick)
+{
+    const auto view = boost::make_shared<ZView>("view", ZRect{0, 0, 50, 50}, nullptr);
+    view->SetTooltipText("Choose the current key");
+    std::optional<ZTooltip> tip;
+    const auto begin = std::chrono::steady_clock::now();
+    {
+        const ZInterfaceLock lock;
+        tip.emplace(*window);
+        tip->AddTool(view.get(), {0, 0, 50, 50});
+        tip->MouseMoved({10, 10});
+    }
+    ASSERT_TRUE(waitFor([this] { return FindNew() != XCB_NONE; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(790));
+    EXPECT_EQ(probe->GetPlace(FindNew()).x, 310);
+    EXPECT_GT(probe->GetPlace(FindNew()).y, 310);
+    const ZInterfaceLock lock;
+    tip->MouseDown();
+    EXPECT_TRUE(waitFor([this] { return FindNew() == XCB_NONE; }));
+    tip.reset();
+}
+
+}  // namespace orvane
