@@ -11,6 +11,7 @@
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageBoxWindow.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPlugin.h"
 #include "zlib/common/ZViewClasses.h"
@@ -44,6 +45,7 @@ std::unique_ptr<ZPlugin> startApplication()
     app->SetName(productName());
     registerKestruneClasses(app->GetClassRegistry());
     registerViewClasses(app->GetClassRegistry());
+    ZMessageBoxWindow::Install();
     app->SetWindowKeeperMaker(&ZWindowManager::Make);
     app->SetStandalone(false);
     app->SetResourceName(descriptionResourceName());
