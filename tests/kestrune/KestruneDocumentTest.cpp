@@ -39,7 +39,8 @@ public:
     /// Names in turn; after the last of them Cancel.
     explicit NameAnswers(std::vector<std::string> names)
         : mBefore(KestruneNameScaleDialog::SetRunner(
-              [this, names = std::move(names)](const ZString& resource, ZString& name) {
+              [this, names = std::move(names)](ZApplication*, const ZString& resource,
+                                               ZString& name) {
                   EXPECT_EQ(resource.ToNarrow(), "SaveCustomScale");
                   offered.push_back(name.ToNarrow());
                   if (offered.size() > names.size())

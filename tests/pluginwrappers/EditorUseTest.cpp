@@ -311,11 +311,12 @@ TEST_F(EditorUseTest, AScaleThatIsNamedJoinsTheMenu)
 {
     const BoxRecorder boxes;
     bool heldInDialog = true;
-    const auto before = KestruneNameScaleDialog::SetRunner([&](const ZString&, ZString& name) {
-        heldInDialog = window->GetCapturedView() != nullptr;
-        name = "Mine";
-        return true;
-    });
+    const auto before =
+        KestruneNameScaleDialog::SetRunner([&](ZApplication*, const ZString&, ZString& name) {
+            heldInDialog = window->GetCapturedView() != nullptr;
+            name = "Mine";
+            return true;
+        });
     // A key turns the scale into one that is not in the menu.
     ZBuffer& notes = *Element("notesInScale").GetZBuffer();
     notes.Data()[1] = 1.0f;

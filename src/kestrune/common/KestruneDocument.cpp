@@ -87,9 +87,9 @@ std::vector<std::int32_t> degreesIn(ZElement& notes)
 }
 
 /// The name that the user gives a scale, asked for until there is one; nothing after a Cancel.
-std::optional<ZString> askForName(const ZString& editedScale)
+std::optional<ZString> askForName(ZApplication* application, const ZString& editedScale)
 {
-    KestruneNameScaleDialog dialog("SaveCustomScale", editedScale);
+    KestruneNameScaleDialog dialog(application, "SaveCustomScale", editedScale);
     while (dialog.Run())
         if (!dialog.GetName().IsEmpty())
             return dialog.GetName();
@@ -235,7 +235,7 @@ void KestruneDocument::SaveCustomScale()
     if (!bay || !mNotesInScale || !mScale)
         return;
     const std::vector<std::int32_t> degrees = degreesIn(*mNotesInScale);
-    const auto name = askForName(*mScale->GetDiscreteString(mScale->GetDiscrete()));
+    const auto name = askForName(GetApp(), *mScale->GetDiscreteString(mScale->GetDiscrete()));
     if (!name)
         return;
     bay->AddCustomScale(*name, degrees);

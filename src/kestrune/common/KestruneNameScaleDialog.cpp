@@ -1,5 +1,7 @@
 #include "kestrune/common/KestruneNameScaleDialog.h"
 
+#include "kestrune/common/KestruneNameScaleWindow.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -17,9 +19,11 @@ KestruneNameScaleDialog::Runner& currentRunner()
 
 }  // namespace
 
-KestruneNameScaleDialog::KestruneNameScaleDialog(const ZString& resourceName,
+KestruneNameScaleDialog::KestruneNameScaleDialog(ZApplication* application,
+                                                 const ZString& resourceName,
                                                  const ZString& scaleName)
-    : mResourceName(resourceName)
+    : mApplication(application)
+    , mResourceName(resourceName)
     , mName(scaleName)
 {
     mName.Append(" (copy)");
@@ -28,9 +32,9 @@ KestruneNameScaleDialog::KestruneNameScaleDialog(const ZString& resourceName,
 bool KestruneNameScaleDialog::Run()
 {
     // A copy: the dialog may be on for long, and the runner be replaced meanwhile.
-    const Runner run = currentRunner();
+    const Runner run = currentRunner() ? currentRunner() : &KestruneNameScaleWindow::Run;
     ZString name = mName;
-    if (!run || !run(mResourceName, name))
+    if (!run(mApplication, mResourceName, name))
         return false;
     mName.SetChars(name.Chars(), std::min(name.Length(), kMaxNameUnits));
     return true;

@@ -8,31 +8,37 @@
 namespace orvane
 {
 
-/// Asks the user for the name of a custom scale. What the dialog looks like is the business of the
-/// windows, which stand in a row above and install a runner; so do tests. Where there is none, the
-/// dialog counts as cancelled: nothing ever waits for an answer that cannot come.
+class ZApplication;
+
+/// Asks the user for the name of a custom scale. Tests put a runner of their own in the place of
+/// the window. Where there is no display the dialog counts as cancelled: nothing ever waits for an
+/// answer that cannot come.
 /// [interface thread]
 class KestruneNameScaleDialog
 {
 public:
     /// Shows the dialog of that resource with the name in its field until the user ends it. On OK
-    /// true, with the field's text as the name; on Cancel false.
-    using Runner = std::function<bool(const ZString& resourceName, ZString& name)>;
+    /// true, with the field's text as the name; on Cancel, and when the application ends it, false.
+    using Runner =
+        std::function<bool(ZApplication* application, const ZString& resourceName, ZString& name)>;
 
     /// The name to begin with is that of the scale that was edited, and says that this is a copy.
-    KestruneNameScaleDialog(const ZString& resourceName, const ZString& scaleName);
+    /// The application, which may be null, is the one that the dialog belongs to.
+    KestruneNameScaleDialog(ZApplication* application, const ZString& resourceName,
+                            const ZString& scaleName);
 
     /// Whether the user says OK; the name is then the user's, of kMaxNameUnits at most.
     [[nodiscard]] bool Run();
     [[nodiscard]] const ZString& GetName() const { return mName; }
 
-    /// Replaces the runner and gives back the one before; an empty one cancels every dialog.
+    /// Replaces the runner and gives back the one before; an empty one means the product's window.
     /// [interface thread, or setup]
     static Runner SetRunner(Runner runner);
 
     static constexpr std::int32_t kMaxNameUnits = 256;
 
 private:
+    ZApplication* mApplication;
     ZString mResourceName;
     ZString mName;
 };

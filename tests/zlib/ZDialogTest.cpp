@@ -1,0 +1,44 @@
+#include "zlib/common/ZDialog.h"
+
+#include "support/ExpectZException.h"
+#include "zlib/DocumentFixture.h"
+#include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZResources.h"
+#include "zlib/common/ZTextEdit.h"
+#include "zlib/common/ZViewClasses.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string_view>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::string_view kBare = "<windowtype></windowtype>";
+constexpr std::string_view kUnsigned =
+    "<?xml version=\"1.0\" standalone=\"yes\" ?>\n<windowtype></windowtype>\n";
+
+}  // namespace
+
+TEST(ZDialogTest, AResourceThatIsNoDialogIsRefusedByItsFault)
+{
+    const std::array entries{
+        ZResources::Entry{"XML", "Bare", kBare.begin(), kBare.end()},
+        ZResources::Entry{"XML", "Unsigned", kUnsigned.begin(), kUnsigned.end()},
+    };
+    const ZResources resources{entries};
+    const ZInterfaceLock lock;
+    const auto app = makePlugin(resources);
+    expectZException(-1, "WindowManager failed to load XML dialog resource.",
+                     [&] { ZDialog(*app, "None"); });
+    expectZException(-1, "A resource file does not begin with a valid XML document declaration.",
+                     [&] { ZDialog(*app, "Bare"); });
+    expectZException(5, "XML setup file does not contain a valid signature.",
+                     [&] { ZDialog(*app, "Unsigned"); });
+}
+
+}  // namespace orvane
