@@ -122,6 +122,37 @@ TEST_F(ZTooltipTest, TheTextIsCutToTheTipsLengthAtAWholeCharacter)
     EXPECT_EQ(tip.GetText().ToNarrow(), std::string(79, 'x'));
 }
 
+TEST_F(ZTooltipTest, AWindowTellsItWhatThePointerDoesOverItsViews)
+{
+    EXPECT_EQ(window.GetTooltip(), nullptr);
+    const auto view = boost::make_shared<ZView>(
+        viewXml("<view><rect name=\"bounds\" left=\"60\" top=\"20\" width=\"20\" height=\"20\" />"
+                "<tooltip type=\"short\" text=\"tip\" /></view>"),
+        &app);
+    window.GetRootView()->AddSubview(view, false);
+    window.AttachViews();
+    ZTooltip* const own = window.GetTooltip();
+    ASSERT_NE(own, nullptr);
+    const auto waitsAfter = [&](ZNativeMouseEvent::Action action, const ZPoint& at) {
+        window.NativeMouse({.action = action, .position = at, .modifiers = 1, .wheelNotches = 0});
+        return own->GetTimer() != ZWindow::kNoTimer;
+    };
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kDown, {65, 25}));
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25}));
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
+    window.SetCapturedView(view.get());
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    window.SetCapturedView(nullptr);
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    window.Hide();
+    EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    window.GetRootView()->RemoveSubview(view);
+    EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
+}
+
 TEST_F(ZTooltipTest, LeavesNoTimerBehind)
 {
     const std::int32_t before = ZWindowTimers::Count();

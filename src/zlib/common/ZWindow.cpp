@@ -7,6 +7,7 @@
 #include "zlib/common/ZImage.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZTooltip.h"
 #include "zlib/common/ZTrace.h"
 #include "zlib/common/ZView.h"
 #include "zlib/common/ZWindowManager.h"
@@ -176,6 +177,7 @@ ZNativeWindow::Settings ZWindow::NativeSettings(const ZWindow* parent,
 
 void ZWindow::Destroy()
 {
+    HideTooltip();
     ReleaseCapture();
     mHoverView = nullptr;
     mPaused = true;
@@ -220,6 +222,7 @@ void ZWindow::Show()
 
 void ZWindow::Hide()
 {
+    HideTooltip();
     ReleaseCapture();
     LeaveHover();
     // Nobody sees the frames of a window that is hidden, and hosts keep many of those.
@@ -386,12 +389,21 @@ void ZWindow::RemoveNavigableView(ZView* view)
 
 void ZWindow::AddTool(ZView* view, const ZRect& rect)
 {
-    mTools.push_back({view, rect});
+    if (!mTooltip)
+        mTooltip = std::make_unique<ZTooltip>(*this);
+    mTooltip->AddTool(view, rect);
+}
+
+void ZWindow::HideTooltip()
+{
+    if (mTooltip)
+        mTooltip->Left();
 }
 
 void ZWindow::RemoveTool(ZView* view)
 {
-    std::erase_if(mTools, [view](const Tool& tool) { return tool.view == view; });
+    if (mTooltip)
+        mTooltip->RemoveTool(view);
 }
 
 ZWindow::TimerId ZWindow::StartTimer(std::int64_t microseconds, ZHandler& handler)

@@ -22,6 +22,7 @@ namespace orvane
 class ZApplication;
 class ZBitmap;
 class ZDocument;
+class ZTooltip;
 class ZView;
 class ZWindowManager;
 class ZXMLElement;
@@ -160,6 +161,8 @@ public:
     /// The tip of a view with a tooltip; rect in window coordinates.
     void AddTool(ZView* view, const ZRect& rect);
     void RemoveTool(ZView* view);
+    /// Null while no view has a tip.
+    [[nodiscard]] ZTooltip* GetTooltip() const { return mTooltip.get(); }
 
     /// The window shows this document, or none: title, root view and nested managers are not told.
     void SetDocument(ZDocument* document);
@@ -202,12 +205,6 @@ protected:
     void SetAttached(bool attached) { mAttached = attached; }
 
 private:
-    struct Tool
-    {
-        ZView* view;
-        ZRect rect;
-    };
-
     // Construction.
     void ReadAttributes(const ZXMLElement& xml);
     void BuildViews(const ZXMLElement& xml);
@@ -222,6 +219,8 @@ private:
     void LoseDocument(const boost::shared_ptr<const ZMessage>& message);
     void RouteClick(const ZMessage& message, const char* field);
     void RouteMove(const boost::shared_ptr<const ZMessage>& message);
+    void TellTooltip(const ZNativeMouseEvent& event);
+    void HideTooltip();
     void UpdateHover(const ZPoint& point);
     void LeaveHover();
     void HandleSized(const ZMessage& message);
@@ -278,7 +277,7 @@ private:
     ZView* mHoverView = nullptr;
     ZView* mFocusView = nullptr;
     std::multimap<std::int32_t, ZWindowFilter*> mFilters;
-    std::vector<Tool> mTools;
+    std::unique_ptr<ZTooltip> mTooltip;  // made for the first view that has a tip
     ZLockedList<ZView*> mIdleViews{"idle view list"};
     ZLockedList<ZView*> mNavigableViews{"navigable view list"};
     ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentChanges{"docchange list"};

@@ -6,6 +6,7 @@
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageDocument.h"
 #include "zlib/common/ZMessageIds.h"
+#include "zlib/common/ZTooltip.h"
 #include "zlib/common/ZView.h"
 #include "zlib/common/ZWindow.h"
 #include "zlib/common/ZWindowKeeper.h"
@@ -304,6 +305,7 @@ void ZWindow::HandleTimer(const Message& message)
 void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
 {
     mLastMouse = event.position;
+    TellTooltip(event);
     if (event.action == ZNativeMouseEvent::kWheel)
         return HandleZMessage(wheelMessage(event));
     if (mModalDisabled)
@@ -329,8 +331,25 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
     }
 }
 
+void ZWindow::TellTooltip(const ZNativeMouseEvent& event)
+{
+    if (!mTooltip)
+        return;
+    const ZApp* const app = ZApp::Of(*this);
+    const bool isBlocked = mModalDisabled || (app && app->IsModal() && !mDialog);
+    if (event.action == ZNativeMouseEvent::kLeave || isBlocked)
+        return mTooltip->Left();
+    if (event.action != ZNativeMouseEvent::kMove)
+        return mTooltip->MouseDown();
+    // A drag goes over other views, and they have nothing to tell then.
+    if (!mCapturedView)
+        mTooltip->MouseMoved(event.position);
+}
+
 bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
 {
+    if (mTooltip)
+        mTooltip->MouseDown();
     if (mFocusView)
         return TypeInFocus(event);
     return !event.alt && event.code != 0 && DispatchHotKey(event);
