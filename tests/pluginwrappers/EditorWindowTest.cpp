@@ -1,0 +1,251 @@
+// The library's window in windows of a host, on a display of the test's own: what hosts do with
+// their windows, one habit a test.
+
+#include "TestHost.h"
+
+#include "pluginwrappers/common/ERect.h"
+#include "pluginwrappers/common/VstOpcodes.h"
+#include "support/DisplayProbe.h"
+#include "support/VirtualDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kCorrectPitch = 0;
+constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
+
+void openEditor(AEffect* effect, xcb_window_t parent)
+{
+    EXPECT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{parent})), 1);
+}
+
+void closeEditor(AEffect* effect)
+{
+    ask(effect, effEditClose);
+}
+
+/// One block of silence.
+void process(AEffect* effect)
+{
+    std::array<float, 256> channel{};
+    std::array<float*, 2> channels{channel.data(), channel.data()};
+    effect->processReplacing(effect, channels.data(), channels.data(), 256);
+}
+
+class EditorWindowTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!VirtualDisplay::IsAvailable())
+            GTEST_SKIP() << "no X server for tests";
+        StartDisplay();
+        effect = host.Open();
+    }
+    void TearDown() override
+    {
+        if (effect)
+            closeEffect(effect);
+    }
+
+    void StartDisplay()
+    {
+        display = std::make_unique<VirtualDisplay>();
+        probe = std::make_unique<DisplayProbe>();
+        parent = probe->MakeWindow(kPlace);
+    }
+    /// Whether the plug-in's title comes to be seen where a parent lies, which is grey itself.
+    [[nodiscard]] bool IsSeen(const xcb_rectangle_t& place = kPlace)
+    {
+        return waitFor([&] { return probe->PixelAt(place.x + 300, place.y + 15) != 0x808080; });
+    }
+    [[nodiscard]] bool IsGone(const xcb_rectangle_t& place = kPlace)
+    {
+        return waitFor([&] { return probe->PixelAt(place.x + 300, place.y + 15) == 0x808080; });
+    }
+    [[nodiscard]] bool ResourcesFallTo(std::uint32_t count)
+    {
+        return waitFor([&] { return probe->CountResources() == count; });
+    }
+
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<DisplayProbe> probe;
+    xcb_window_t parent = XCB_NONE;
+    const TestHost host;
+    AEffect* effect = nullptr;
+};
+
+}  // namespace
+
+TEST_F(EditorWindowTest, AWindowThatIsOpenedAndClosedLeavesNothing)
+{
+    for (int i = 0; i < 200; ++i) {
+        openEditor(effect, parent);
+        if (i % 50 == 0) {
+            EXPECT_TRUE(IsSeen());
+        }
+        closeEditor(effect);
+    }
+    EXPECT_TRUE(IsGone());
+    EXPECT_TRUE(ResourcesFallTo(0));
+    EXPECT_EQ(probe->CountClients(), 0u);
+}
+
+TEST_F(EditorWindowTest, TwentyWindowsAreOpenAtOnceAndCloseInAnyOrder)
+{
+    std::vector<AEffect*> effects;
+    std::vector<xcb_rectangle_t> places;
+    for (int i = 0; i < 20; ++i) {
+        places.push_back(
+            {static_cast<std::int16_t>(20 * i), static_cast<std::int16_t>(16 * i), 454, 430});
+        effects.push_back(host.Open());
+        openEditor(effects.back(), probe->MakeWindow(places.back()));
+        EXPECT_TRUE(IsSeen(places.back())) << i;
+    }
+    EXPECT_EQ(probe->CountClients(), 1u) << "one connection for all";
+    for (std::size_t i = 0; i < 20; i += 2)
+        closeEditor(effects[i]);
+    for (std::size_t i = 0; i < 20; ++i)
+        closeEffect(effects[19 - i]);
+    EXPECT_TRUE(ResourcesFallTo(0));
+}
+
+TEST_F(EditorWindowTest, AParentMayBeTinyAndHiddenAtFirst)
+{
+    const xcb_window_t tiny = probe->MakeWindow({100, 100, 1, 1}, false);
+    const xcb_window_t frame = probe->MakeWindow({200, 50, 500, 500});
+    openEditor(effect, tiny);
+    ERect* rect = nullptr;
+    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, &rect), 1);
+    ASSERT_NE(rect, nullptr);
+    probe->Place(tiny, {0, 0, static_cast<std::uint16_t>(rect->right),
+                        static_cast<std::uint16_t>(rect->bottom)});
+    probe->Reparent(tiny, frame, 10, 20);
+    probe->Show(tiny);
+    EXPECT_TRUE(IsSeen({210, 70, 454, 430}));
+    probe->Hide(frame);
+    for (int i = 0; i < 5; ++i)
+        ask(effect, effEditIdle);
+    probe->Show(frame);
+    EXPECT_TRUE(IsSeen({210, 70, 454, 430})) << "shown once more, without a call";
+}
+
+TEST_F(EditorWindowTest, AParentMayGoWithoutAClose)
+{
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    probe->Destroy(parent);
+    ask(effect, effEditIdle);
+    process(effect);
+    EXPECT_TRUE(ResourcesFallTo(0)) << "the connection had one window";
+    parent = probe->MakeWindow(kPlace);
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    probe->Destroy(parent);
+    closeEditor(effect);
+    parent = probe->MakeWindow(kPlace);
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    closeEffect(effect);
+    effect = nullptr;
+    EXPECT_TRUE(IsGone()) << "the instance's end is the window's";
+}
+
+TEST_F(EditorWindowTest, ASecondOpenMovesTheWindow)
+{
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    const xcb_window_t other = probe->MakeWindow({560, 100, 454, 430});
+    openEditor(effect, other);
+    EXPECT_TRUE(IsSeen({560, 100, 454, 430}));
+    EXPECT_TRUE(IsGone());
+    EXPECT_TRUE(waitFor([&] { return probe->GetChildren(parent).empty(); }));
+    EXPECT_EQ(probe->GetChildren(other).size(), 1u);
+}
+
+TEST_F(EditorWindowTest, WithoutAParentOrADisplayThereIsNoWindowAndAllElseWorks)
+{
+    for (const auto none : {std::uintptr_t{0}, std::uintptr_t{0x7654321}, ~std::uintptr_t{0}})
+        EXPECT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(none)), 0);
+    setenv("DISPLAY", ":none", 1);
+    EXPECT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{parent})), 0);
+    ERect* rect = nullptr;
+    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, &rect), 1);
+    process(effect);
+    closeEditor(effect);
+}
+
+TEST_F(EditorWindowTest, TheEndOfTheServerEndsTheWindowAndNothingElse)
+{
+    openEditor(effect, parent);
+    AEffect* const second = host.Open();
+    openEditor(second, parent);
+    EXPECT_TRUE(IsSeen());
+    probe.reset();
+    display->Kill();
+    for (int i = 0; i < 20; ++i) {
+        ask(effect, effEditIdle);
+        process(effect);
+        effect->setParameter(effect, kCorrectPitch, i % 2 == 0 ? 0.0f : 1.0f);
+    }
+    closeEditor(effect);
+    display.reset();
+    StartDisplay();
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    closeEffect(second);
+    EXPECT_EQ(probe->GetChildren(parent).size(), 1u);
+}
+
+TEST_F(EditorWindowTest, TheMouseChangesAValueAndTheHostIsTold)
+{
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    const float before = effect->getParameter(effect, kCorrectPitch);
+    probe->MovePointer(kPlace.x + 22, kPlace.y + 164);  // the box of pitch correction
+    probe->Click(1);
+    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kCorrectPitch) != before; }));
+    EXPECT_TRUE(waitFor([] {
+        const auto calls = TestHost::Calls();
+        return std::any_of(calls.begin(), calls.end(), [](const HostCall& call) {
+            return call.opcode == audioMasterAutomate && call.index == kCorrectPitch;
+        });
+    }));
+}
+
+TEST_F(EditorWindowTest, TheEditorMayHaveAThreadOfItsOwn)
+{
+    std::thread editor([&] {
+        for (int i = 0; i < 20; ++i) {
+            openEditor(effect, parent);
+            for (int idle = 0; idle < 5; ++idle) {
+                ask(effect, effEditIdle);
+                probe->MovePointer(kPlace.x + 20 * i, kPlace.y + 150 + 10 * idle);
+                probe->Click(1, idle % 2);
+            }
+            closeEditor(effect);
+        }
+    });
+    for (int i = 0; i < 200; ++i) {
+        process(effect);
+        effect->setParameter(effect, i % 5, 0.25f * static_cast<float>(i % 4));
+        if (i % 20 == 0)
+            ask(effect, effSetProgram, 0, i / 20);
+    }
+    editor.join();
+    EXPECT_TRUE(ResourcesFallTo(0));
+}
+
+}  // namespace orvane
