@@ -352,6 +352,14 @@ TEST_F(ZNativeWindowTest, KeysComeWithCodeAndText)
     probe->TypeKey(XKB_KEY_q);
     ASSERT_TRUE(Comes([&] { return client->keys.size() == 8; }));
     EXPECT_EQ(client->keys.back().text.ToNarrow(), "\xC3\xA4") << "the user's new map";
+    probe->ChangeKey(XKB_KEY_w, XKB_KEY_dead_acute);
+    probe->TypeKey(XKB_KEY_w);
+    probe->TypeKey(XKB_KEY_e);
+    probe->TypeKey(XKB_KEY_e);
+    ASSERT_TRUE(Comes([&] { return client->keys.size() == 11; }));
+    EXPECT_TRUE(client->keys[8].text.IsEmpty());
+    EXPECT_EQ(client->keys[9].text.ToNarrow(), "\xC3\xA9") << "an accent and its letter";
+    EXPECT_EQ(client->keys[10].text.ToNarrow(), "e");
     probe->Focus(parent);
     ASSERT_TRUE(Comes([&] { return !client->focused; }));
 }

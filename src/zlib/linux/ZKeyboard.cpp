@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <clocale>
 #include <span>
 
 // The header of this one has a word of C++ for a name.
@@ -65,6 +66,13 @@ ZString textOf(xkb_keysym_t symbol)
     return isText ? ZString(text.data()) : ZString();
 }
 
+/// Whether the symbol begins a text of several keys.
+bool isDead(xkb_keysym_t symbol)
+{
+    return symbol == XKB_KEY_Multi_key ||
+           (symbol >= XKB_KEY_dead_grave && symbol <= XKB_KEY_dead_greek);
+}
+
 }  // namespace
 
 ZKeyboard::ZKeyboard(xcb_connection_t* connection)
@@ -83,7 +91,7 @@ ZNativeKeyEvent ZKeyboard::Translate(const xcb_key_press_event_t& event)
     const xkb_keysym_t symbol = GetSymbol(event);
     key.code = codeOf(GetLatinSymbol(event.detail, symbol));
     if (!key.control && !key.alt)
-        key.text = textOf(symbol);
+        key.text = Compose(symbol);
     return key;
 }
 
@@ -159,6 +167,37 @@ xkb_keysym_t ZKeyboard::GetPlainSymbol(const xcb_key_press_event_t& event) const
         return symbols[index];
     const xkb_keysym_t shifted = perKey > 1 ? symbols[index + 1] : XKB_KEY_NoSymbol;
     return shifted == XKB_KEY_NoSymbol ? xkb_keysym_to_upper(symbols[index]) : shifted;
+}
+
+ZString ZKeyboard::Compose(xkb_keysym_t symbol)
+{
+    if (!mComposer && isDead(symbol))
+        LoadComposer();
+    xkb_compose_state* const composer = mComposer.get();
+    if (!composer || xkb_compose_state_feed(composer, symbol) == XKB_COMPOSE_FEED_IGNORED)
+        return textOf(symbol);
+    std::array<char, 64> text{};
+    switch (xkb_compose_state_get_status(composer)) {
+    case XKB_COMPOSE_NOTHING:
+        return textOf(symbol);
+    case XKB_COMPOSE_COMPOSED:
+        xkb_compose_state_get_utf8(composer, text.data(), text.size());
+        return text.data();
+    default:
+        return {};
+    }
+}
+
+// The rules of the user's language, in a file of thousands of lines that most never need.
+void ZKeyboard::LoadComposer()
+{
+    const char* const locale = std::setlocale(LC_CTYPE, nullptr);
+    const XkbPointer<xkb_compose_table> table(
+        mContext ? xkb_compose_table_new_from_locale(mContext.get(), locale ? locale : "C",
+                                                     XKB_COMPOSE_COMPILE_NO_FLAGS)
+                 : nullptr);
+    if (table)
+        mComposer.reset(xkb_compose_state_new(table.get(), XKB_COMPOSE_STATE_NO_FLAGS));
 }
 
 // Shortcuts go by Latin letters: where the layout in force has none on the key, another has.
