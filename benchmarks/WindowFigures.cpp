@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -48,17 +49,32 @@ double milliseconds(std::chrono::nanoseconds time)
     return std::chrono::duration<double, std::milli>(time).count();
 }
 
-/// Time that the library's interface thread has been running on a processor, 0 without one.
-std::chrono::nanoseconds interfaceTime()
+/// What the system tells of the library's interface thread.
+struct InterfaceUse
+{
+    double milliseconds = 0.0;  // on a processor
+    long wakes = 0;
+};
+
+InterfaceUse operator-(const InterfaceUse& a, const InterfaceUse& b)
+{
+    return {a.milliseconds - b.milliseconds, a.wakes - b.wakes};
+}
+
+InterfaceUse interfaceUse()
 {
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
         std::string name;
         std::getline(std::ifstream(task.path() / "comm"), name);
-        long long nanoseconds = 0;
-        if (name == "interface" && std::ifstream(task.path() / "schedstat") >> nanoseconds)
-            return std::chrono::nanoseconds(nanoseconds);
+        if (name != "interface")
+            continue;
+        InterfaceUse use;
+        double waiting = 0.0;
+        std::ifstream(task.path() / "schedstat") >> use.milliseconds >> waiting >> use.wakes;
+        use.milliseconds /= 1e6;
+        return use;
     }
-    return 0ns;
+    return {};
 }
 
 /// An instance with its window in a parent of its own.
@@ -133,12 +149,12 @@ void printRepaint(Entry entry, DisplayProbe& probe)
     const Editor editor(entry, probe, 0, 0);
     editor.Open();
     static_cast<void>(waitFor([&] { return editor.IsSeen(probe); }));
-    const auto before = interfaceTime();
+    const auto before = interfaceUse();
     for (int i = 0; i < kTimes; ++i) {
         probe.Destroy(probe.MakeWindow(editor.place));
         static_cast<void>(waitFor([&] { return editor.IsSeen(probe); }));
     }
-    std::printf("  a full repaint: %.2f ms\n", milliseconds(interfaceTime() - before) / kTimes);
+    std::printf("  a full repaint: %.2f ms\n", (interfaceUse() - before).milliseconds / kTimes);
 }
 
 /// Milliseconds of the interface thread in a second, while the voice is heard in real time.
@@ -146,7 +162,7 @@ double loadOf(const std::vector<const Editor*>& editors, const std::vector<float
 {
     constexpr int kSeconds = 8;
     const auto begin = Clock::now();
-    const auto before = interfaceTime();
+    const auto before = interfaceUse();
     const int blocks = kSeconds * static_cast<int>(kRate) / kBlock;
     const std::size_t room = voice.size() - kBlock;
     for (int i = 0; i < blocks; ++i) {
@@ -155,7 +171,7 @@ double loadOf(const std::vector<const Editor*>& editors, const std::vector<float
             editor->Process(voice.data() + at);
         std::this_thread::sleep_until(begin + std::chrono::microseconds(11'610) * (i + 1));
     }
-    return milliseconds(interfaceTime() - before) / kSeconds;
+    return (interfaceUse() - before).milliseconds / kSeconds;
 }
 
 void printMeter(Entry entry, DisplayProbe& probe, const std::vector<float>& voice)
@@ -173,11 +189,11 @@ void printIdle(Entry entry, DisplayProbe& probe)
     const Editor editor(entry, probe, 0, 0);
     editor.Open();
     std::this_thread::sleep_for(1s);
-    const auto before = interfaceTime();
+    const auto before = interfaceUse();
     std::this_thread::sleep_for(10s);
-    const double load = milliseconds(interfaceTime() - before) / 10.0;
-    std::printf("  an open window at rest: %.2f ms a second, %.1f us a tick\n", load,
-                1000.0 * load / kTicksASecond);
+    const InterfaceUse use = interfaceUse() - before;
+    std::printf("  an open window at rest: %.2f ms and %.1f wakes a second\n",
+                use.milliseconds / 10.0, static_cast<double>(use.wakes) / 10.0);
 }
 
 void printCrowd(Entry entry, DisplayProbe& probe, const std::vector<float>& voice)

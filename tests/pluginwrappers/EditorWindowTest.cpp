@@ -17,6 +17,8 @@
 #include <thread>
 #include <vector>
 
+#include <unistd.h>
+
 namespace orvane
 {
 
@@ -52,7 +54,7 @@ protected:
         if (!VirtualDisplay::IsAvailable())
             GTEST_SKIP() << "no X server for tests";
         StartDisplay();
-        effect = host.Open();
+        effect = host->Open();
     }
     void TearDown() override
     {
@@ -83,9 +85,16 @@ protected:
     std::unique_ptr<VirtualDisplay> display;
     std::unique_ptr<DisplayProbe> probe;
     xcb_window_t parent = XCB_NONE;
-    const TestHost host;
+    std::unique_ptr<TestHost> host = std::make_unique<TestHost>();
     AEffect* effect = nullptr;
 };
+
+/// Ends the process as a host does that forgets an instance; a process that hangs is killed.
+[[noreturn]] void exitAtOnce()
+{
+    ::alarm(2);
+    std::exit(0);
+}
 
 }  // namespace
 
@@ -103,6 +112,26 @@ TEST_F(EditorWindowTest, AWindowThatIsOpenedAndClosedLeavesNothing)
     EXPECT_EQ(probe->CountClients(), 0u);
 }
 
+TEST_F(EditorWindowTest, AfterTheLastWindowTheLibraryUnloads)
+{
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    closeEffect(effect);
+    effect = nullptr;
+    host.reset();
+    EXPECT_FALSE(PluginLibrary::IsLoaded());
+    EXPECT_TRUE(threadsFallTo(1));
+    EXPECT_TRUE(ResourcesFallTo(0));
+}
+
+TEST_F(EditorWindowTest, AProcessThatLeavesAWindowOpenEndsCleanlyAndAtOnce)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    EXPECT_EXIT(exitAtOnce(), testing::ExitedWithCode(0), "^$");
+}
+
 TEST_F(EditorWindowTest, TwentyWindowsAreOpenAtOnceAndCloseInAnyOrder)
 {
     std::vector<AEffect*> effects;
@@ -110,7 +139,7 @@ TEST_F(EditorWindowTest, TwentyWindowsAreOpenAtOnceAndCloseInAnyOrder)
     for (int i = 0; i < 20; ++i) {
         places.push_back(
             {static_cast<std::int16_t>(20 * i), static_cast<std::int16_t>(16 * i), 454, 430});
-        effects.push_back(host.Open());
+        effects.push_back(host->Open());
         openEditor(effects.back(), probe->MakeWindow(places.back()));
         EXPECT_TRUE(IsSeen(places.back())) << i;
     }
@@ -190,7 +219,7 @@ TEST_F(EditorWindowTest, WithoutAParentOrADisplayThereIsNoWindowAndAllElseWorks)
 TEST_F(EditorWindowTest, TheEndOfTheServerEndsTheWindowAndNothingElse)
 {
     openEditor(effect, parent);
-    AEffect* const second = host.Open();
+    AEffect* const second = host->Open();
     openEditor(second, parent);
     EXPECT_TRUE(IsSeen());
     probe.reset();
