@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <functional>
 #include <map>
@@ -26,6 +27,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -94,10 +96,7 @@ protected:
     {
         hostNotes() = {};
         product = std::make_unique<ProductInstance>(noteTaking);
-        const ZInterfaceLock lock;
-        window = product->app->GetMainWindow();
-        window->AttachViews();
-        product->app->Tick();
+        window = MainWindow();
     }
     ~EditorUseTest() override
     {
@@ -105,6 +104,15 @@ protected:
         ZMenu::SetPresenter(mMenusBefore);
     }
 
+    /// With its views attached and bound.
+    [[nodiscard]] boost::shared_ptr<ZWindow> MainWindow() const
+    {
+        const ZInterfaceLock lock;
+        const auto main = product->app->GetMainWindow();
+        main->AttachViews();
+        product->app->Tick();
+        return main;
+    }
     /// The view's own point in the window.
     [[nodiscard]] ZPoint At(const std::string& view, const ZPoint& point) const
     {
@@ -372,25 +380,45 @@ TEST_F(EditorUseTest, APluginMayCloseWhileItsMenuIsOpen)
     EXPECT_EQ(product, nullptr);
 }
 
-TEST_F(EditorUseTest, AHostMayCloseThePluginFromInsideAGesture)
+TEST_F(EditorUseTest, AHostMayCloseTheWindowFromInsideAGesture)
 {
+    const ZPoint at = At("PitchCorrectionTimeSlider", {50, 8});
+    hostNotes().onBegin = [&] { product->Ask(effEditClose); };
+    Mouse(ZNativeMouseEvent::kDown, at);
+    EXPECT_EQ(takeNotes(), (Notes{"begin 4", "end 4"}));
+    EXPECT_EQ(window->GetCapturedView(), nullptr);
+    Mouse(ZNativeMouseEvent::kMove, {at.x + 20, at.y});
+    Mouse(ZNativeMouseEvent::kUp, at);
+    const Notes rest = takeNotes();
+    EXPECT_EQ(std::count(rest.begin(), rest.end(), "end 4"), 0);
+}
+
+TEST_F(EditorUseTest, APluginThatIsClosedWaitsForTheGestureThatTheHostIsToldOf)
+{
+    using namespace std::chrono_literals;
     for (const char* view : {"PitchCorrectionTimeSlider", "Transpose Enable"}) {
         SCOPED_TRACE(view);
         hostNotes() = {};
         window.reset();
         product = std::make_unique<ProductInstance>(noteTaking);
-        {
-            const ZInterfaceLock lock;
-            window = product->app->GetMainWindow();
-            window->AttachViews();
-        }
+        window = MainWindow();
         const ZPoint at = At(view, {5, 5});
         ZWindow* const kept = window.get();
         window.reset();
-        hostNotes().onBegin = [&] { product.reset(); };
-        const ZInterfaceLock lock;
-        kept->NativeMouse({ZNativeMouseEvent::kDown, at, ZView::kMouseButton, 0});
-        EXPECT_EQ(product, nullptr);
+        std::thread closer;
+        hostNotes().onBegin = [&] {
+            closer = std::thread([&] { product.reset(); });
+            std::this_thread::sleep_for(10ms);  // it may come as far as it can
+        };
+        {
+            const ZInterfaceLock lock;
+            kept->NativeMouse({ZNativeMouseEvent::kDown, at, ZView::kMouseButton, 0});
+        }
+        closer.join();
+        const Notes notes = takeNotes();
+        EXPECT_EQ(std::count(notes.begin(), notes.end(), notes.front()), 1);
+        EXPECT_EQ(notes.front().substr(0, 5), "begin");
+        EXPECT_EQ(notes.back().substr(0, 3), "end");
     }
 }
 

@@ -108,6 +108,19 @@ TEST_F(ZPopupMenuTest, AViewThatGoesWhileItsMenuIsOpenLosesNoChoice)
     EXPECT_EQ(element->GetObserverCount(), 0);
 }
 
+TEST_F(ZPopupMenuTest, AChoiceThatIsNoLongerThereCountsForNothing)
+{
+    const auto element = MakeDiscrete({"A", "B"});
+    const auto menu = MakeMenu(element);
+    user = [&] {
+        element->RemoveDiscreteValues(true);
+        element->AddDiscreteValue("Other");
+        return 1;
+    };
+    menu->MouseDown({5, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 0);
+}
+
 TEST_F(ZPopupMenuTest, WithoutAnElementItSaysSoAndOpensNothing)
 {
     const auto menu = MakeMenu(nullptr);

@@ -32,7 +32,7 @@ ZEditScope::~ZEditScope()
         plugin->EndEdit(mElement.get());
 }
 
-void editDiscrete(const boost::shared_ptr<ZElement>& element, std::int32_t index)
+void editDiscrete(boost::shared_ptr<ZElement> element, std::int32_t index)
 {
     if (!element)
         return;

@@ -29,7 +29,7 @@ private:
 };
 
 /// One edit that changes a discrete element; nothing for null. Throws ZException -1 for another
-/// type of element.
-void editDiscrete(const boost::shared_ptr<ZElement>& element, std::int32_t index);
+/// type of element. By value: the caller may be gone before the edit is over.
+void editDiscrete(boost::shared_ptr<ZElement> element, std::int32_t index);
 
 }  // namespace orvane

@@ -151,6 +151,9 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
     std::int32_t chosen = 0;
     if (!menu->Popup(MenuPosition(point), mWindow, chosen))
         return;
+    // A preset that was loaded meanwhile may have taken the item away.
+    if (chosen >= element->CountDiscreteValues())
+        return;
     menu->CheckItem(current, false);
     menu->CheckItem(chosen, true);
     editDiscrete(element, chosen);
