@@ -329,7 +329,7 @@ void ZView::HandleDocumentClosed(const boost::shared_ptr<const ZMessage>& messag
 
 boost::shared_ptr<ZElement> ZView::FindElement(std::string_view name) const
 {
-    return mDocument ? mDocument->FindElement(name) : nullptr;
+    return mDocument && !name.empty() ? mDocument->FindElement(name) : nullptr;
 }
 
 void ZView::AttachToElement(const boost::shared_ptr<ZElement>& element)
