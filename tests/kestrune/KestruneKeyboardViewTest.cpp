@@ -249,6 +249,22 @@ TEST_F(KestruneKeyboardViewTest, LeavingThePressedKeyLiftsItAndLeavesTheScale)
     EXPECT_EQ(samplesOf(*notes), kMajor) << "a release without a press";
 }
 
+TEST_F(KestruneKeyboardViewTest, QuickPressesAndSecondButtonsArePresses)
+{
+    const auto keys = Make();
+    const ZPoint c = middleOf(keys->GetLowerRect(48));
+    const ZPoint d = middleOf(keys->GetLowerRect(50));
+    keys->MouseDown(c, ZView::kMouseButton);
+    keys->MouseDoubleClick(d, ZView::kMouseButton);
+    EXPECT_FALSE(keys->IsKeyDown(48));
+    EXPECT_TRUE(keys->IsKeyDown(50));
+    keys->MouseUp(d, ZView::kMouseButton);
+    keys->MouseUp(c, ZView::kMouseButton);
+    EXPECT_FALSE(IsAnyDown(*keys));
+    EXPECT_EQ(samplesOf(*notes)[2], 0.0f);
+    EXPECT_EQ(samplesOf(*notes)[0], 1.0f);
+}
+
 TEST_F(KestruneKeyboardViewTest, APressEndsWhenTheKeyboardMovesOrGoes)
 {
     const auto keys = Make();

@@ -147,7 +147,6 @@ void KestruneIgnoreKeysView::DrawBox(std::int32_t note)
 
 void KestruneIgnoreKeysView::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 {
-    mPressedNote = kNoNote;
     for (std::int32_t note = mStartNote; note < mEndNote; ++note) {
         if (IsOn(GetBoxRect(note), point))
             return FlipBox(note - mStartNote);

@@ -161,7 +161,7 @@ void KestruneKeyboardView::SetKeyDown(std::int32_t note, bool down)
 
 void KestruneKeyboardView::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 {
-    mPressedNote = kNoNote;
+    CancelPress();  // of another button
     SetMouseCapture(true, true);
     for (std::int32_t note = mStartNote; note < mStartNote + kDegrees; ++note) {
         const auto place = static_cast<std::size_t>(note);

@@ -286,4 +286,9 @@ void ZBWKeys::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
     Invalidate();
 }
 
+void ZBWKeys::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
 }  // namespace orvane

@@ -37,6 +37,8 @@ public:
     void OnDetached() override;
     void Draw(const ZRect& rect) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
+    /// The second press of a quick hand is a press.
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
 
     /// Lights the key; nothing for a note that there is not. x and y tell where a key was struck,
     /// for keyboards that care.
