@@ -137,6 +137,16 @@ void ZBWKeys::CancelPress()
 {
     if (HasMouseCapture())
         SetMouseCapture(false, true);
+    LiftPressedKey();
+}
+
+void ZBWKeys::OnCaptureLost()
+{
+    LiftPressedKey();
+}
+
+void ZBWKeys::LiftPressedKey()
+{
     if (mPressedNote == kNoNote)
         return;
     SetKeyDown(mPressedNote, false);
@@ -176,8 +186,7 @@ bool ZBWKeys::IsBlack(std::int32_t note)
 
 bool ZBWKeys::IsOn(const ZRect& rect, const ZPoint& point)
 {
-    return !rect.IsEmpty() && point.x >= rect.left && point.x <= rect.right &&
-           point.y >= rect.top && point.y <= rect.bottom;
+    return !rect.IsEmpty() && rect.ContainsWithEdges(point);
 }
 
 ZRect ZBWKeys::WhiteFrame() const

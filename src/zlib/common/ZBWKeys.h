@@ -37,6 +37,7 @@ public:
     void OnDetached() override;
     void Draw(const ZRect& rect) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
+    void OnCaptureLost() override;
     /// The second press of a quick hand is a press.
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
 
@@ -62,7 +63,7 @@ protected:
     static constexpr std::int32_t kNoNote = -1;
 
     static bool IsBlack(std::int32_t note);
-    /// With all four edges, as views count points for their own; an empty rectangle has none.
+    /// With all four edges; an empty rectangle has none.
     static bool IsOn(const ZRect& rect, const ZPoint& point);
 
     /// Presses or lets go the key of a note for the mouse.
@@ -95,6 +96,7 @@ private:
         kDown,
     };
 
+    void LiftPressedKey();
     void ReadBitmaps(const ZXMLElement& xml, ZApplication* application);
     void PlaceWhiteKeys();
     void PlaceBlackKeys();

@@ -195,6 +195,11 @@ void ZBitmapButton::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
         command->Dispatch();
 }
 
+void ZBitmapButton::OnCaptureLost()
+{
+    ShowPressed(false);
+}
+
 void ZBitmapButton::ShowPressed(bool pressed)
 {
     mPressed = pressed;

@@ -50,6 +50,7 @@ public:
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
     void MouseEntered(const ZPoint& point) override;
     void MouseLeft() override;
+    void OnCaptureLost() override;
 
     virtual void SetMomentary(bool momentary) { mMomentary = momentary; }
     /// Observes it from then on; null for none.

@@ -134,6 +134,9 @@ public:
     virtual void MouseUp(const ZPoint& point, std::uint32_t mods);
     /// Only while the view holds the capture.
     virtual void MouseMoved(const ZPoint& point, std::uint32_t mods);
+    /// The window is about to take the capture away: what a press has begun ends with nothing done.
+    /// Nothing here.
+    virtual void OnCaptureLost() {}
     virtual void MouseEntered(const ZPoint& point);
     virtual void MouseLeft() {}
     /// delta is in notches, up is positive.

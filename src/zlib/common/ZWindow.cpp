@@ -359,8 +359,11 @@ void ZWindow::SetCapturedView(ZView* view)
 void ZWindow::ReleaseCapture()
 {
     // Through the view, so that what it told the host about the edit of an element has its end.
-    if (mCapturedView)
+    // That comes last, since the host may do anything.
+    if (mCapturedView) {
+        mCapturedView->OnCaptureLost();
         mCapturedView->SetMouseCapture(false, true);
+    }
     SetCapturedView(nullptr);
 }
 
