@@ -1,17 +1,13 @@
 // The shipped window in the hands of a user: what the mouse does in it, as the host, the document
 // and the engine come to know of it. Without a display; it ticks when a test says so.
 
-#include "pluginwrappers/ProductInstance.h"
+#include "pluginwrappers/EditorBench.h"
 #include "support/BoxRecorder.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
 
 #include "kestrune/common/KestruneNameScaleDialog.h"
 #include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZMenu.h"
-#include "zlib/common/ZPopupMenu.h"
-#include "zlib/common/ZView.h"
-#include "zlib/common/ZWindow.h"
 #include "zlib/common/ZWindowKeeper.h"
 
 #include <gtest/gtest.h>
@@ -21,11 +17,9 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 #include <span>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -83,81 +77,15 @@ Notes takeNotes()
     return std::exchange(hostNotes().notes, {});
 }
 
-class EditorUseTest : public testing::Test
+class EditorUseTest : public EditorBench
 {
 protected:
     EditorUseTest()
-        : mMenusBefore(ZMenu::SetPresenter([this](const ZMenu& menu, const ZPoint&, ZWindow*) {
-            shownMenu.clear();
-            for (const ZMenu::Item& item : menu.GetItems())
-                shownMenu.push_back(item.text.ToNarrow());
-            return choose();
-        }))
+        : EditorBench(noteTaking)
     {
         hostNotes() = {};
-        product = std::make_unique<ProductInstance>(noteTaking);
-        window = MainWindow();
     }
-    ~EditorUseTest() override
-    {
-        hostNotes() = {};
-        ZMenu::SetPresenter(mMenusBefore);
-    }
-
-    /// With its views attached and bound.
-    [[nodiscard]] boost::shared_ptr<ZWindow> MainWindow() const
-    {
-        const ZInterfaceLock lock;
-        const auto main = product->app->GetMainWindow();
-        main->AttachViews();
-        product->app->Tick();
-        return main;
-    }
-    /// The view's own point in the window.
-    [[nodiscard]] ZPoint At(const std::string& view, const ZPoint& point) const
-    {
-        const ZPoint origin = Find(view).GetWindowOrigin();
-        return {origin.x + point.x, origin.y + point.y};
-    }
-    [[nodiscard]] ZView& Find(const std::string& view) const
-    {
-        const auto found = window->GetRootView()->FindSubview(view);
-        if (!found)
-            throw std::runtime_error("no view " + view);
-        return *found;
-    }
-    void Mouse(ZNativeMouseEvent::Action action, const ZPoint& at,
-               std::uint32_t mods = ZView::kMouseButton, std::int32_t notches = 0) const
-    {
-        const ZInterfaceLock lock;
-        window->NativeMouse({action, at, mods, notches});
-    }
-    void Click(const std::string& view, const ZPoint& point = {5, 5},
-               std::uint32_t mods = ZView::kMouseButton) const
-    {
-        const ZPoint at = At(view, point);
-        Mouse(ZNativeMouseEvent::kMove, at, mods);
-        Mouse(ZNativeMouseEvent::kDown, at, mods);
-        Mouse(ZNativeMouseEvent::kUp, at, mods);
-    }
-    void ChooseInMenu(const std::string& view, std::int32_t index)
-    {
-        choose = [index] { return index; };
-        Click(view);
-    }
-    [[nodiscard]] std::string TextOf(const std::string& view) const
-    {
-        return dynamic_cast<const ZPopupMenu&>(Find(view)).GetText().ToNarrow();
-    }
-    ZElement& Element(const std::string& name) const { return product->Element(name); }
-
-    std::unique_ptr<ProductInstance> product;
-    boost::shared_ptr<ZWindow> window;
-    std::function<std::optional<std::int32_t>()> choose = [] { return std::nullopt; };
-    std::vector<std::string> shownMenu;
-
-private:
-    ZMenu::Presenter mMenusBefore;
+    ~EditorUseTest() override { hostNotes() = {}; }
 };
 
 TEST_F(EditorUseTest, ADragOfTheSliderIsOneGestureThatEndsWithTheLastValue)
