@@ -1,0 +1,295 @@
+// Keyboard and ignore boxes of the shipped window in the hands of a user, down to the notes that
+// are heard. Without a display; it ticks when a test says so.
+
+#include "pluginwrappers/EditorBench.h"
+#include "support/BoxRecorder.h"
+#include "support/Measure.h"
+#include "support/Signals.h"
+
+#include "kestrune/common/KestruneIgnoreKeysView.h"
+#include "kestrune/common/KestruneKeyboardView.h"
+#include "kestrune/common/KestruneNameScaleDialog.h"
+#include "pluginwrappers/common/VstEvents.h"
+#include "zlib/common/ZBitmap.h"
+#include "zlib/common/ZImage.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kRate = 44100.0f;
+constexpr std::int32_t kBlock = 512;
+constexpr std::int32_t kKeyParameter = 2;
+// In the key of C, whose keyboard begins at note 48.
+constexpr std::int32_t kA = 57;
+constexpr std::int32_t kASharp = 58;
+constexpr double kFlatASharp = 231.0;  // Hz: nearer to A# than to A or B, and nearer to A than to B
+constexpr double kHzOfA = 220.0;
+constexpr double kHzOfASharp = 233.082;
+
+class EditorKeysTest : public EditorBench
+{
+protected:
+    EditorKeysTest()
+    {
+        product->Ask(effSetSampleRate, 0, 0, nullptr, kRate);
+        product->Ask(effSetBlockSize, 0, kBlock);
+        product->Ask(effMainsChanged, 0, 1);
+        Element("pitchCorrectionOnOff").SetDiscrete(1, false);
+        Element("pitchCorrectionTime").SetZFloat(0.0f, false);
+        product->Tick();
+    }
+
+    [[nodiscard]] const KestruneKeyboardView& Keys() const
+    {
+        return dynamic_cast<const KestruneKeyboardView&>(Find("PianoKeyboard"));
+    }
+    [[nodiscard]] const KestruneIgnoreKeysView& Boxes() const
+    {
+        return dynamic_cast<const KestruneIgnoreKeysView&>(Find("IgnoreKeys"));
+    }
+    [[nodiscard]] ZPoint OnKey(std::int32_t note) const
+    {
+        const ZRect rect = Keys().GetUpperRect(note);
+        return {(rect.left + rect.right) / 2, 60};
+    }
+    void ClickKey(std::int32_t note)
+    {
+        Click("PianoKeyboard", OnKey(note));
+        TickTwice();
+    }
+    void ClickBox(std::int32_t note)
+    {
+        const ZRect box = Boxes().GetBoxRect(note);
+        Click("IgnoreKeys", {box.left + 3, 3});
+        TickTwice();
+    }
+    /// What follows from a change is told a tick later.
+    void TickTwice()
+    {
+        product->Tick();
+        product->Tick();
+    }
+    void PlayNote(std::int32_t key)
+    {
+        VstMidiEvent on{};
+        on.type = kVstMidiType;
+        on.midiData[0] = static_cast<char>(0x90);
+        on.midiData[1] = static_cast<char>(key);
+        on.midiData[2] = 100;
+        VstEvents list{1, 0, {reinterpret_cast<VstEvent*>(&on)}};
+        product->Ask(effProcessEvents, 0, 0, &list);
+        TickTwice();
+    }
+    /// What comes out at the end of a steady voice of that pitch, in Hz.
+    double Hear(double hz, double expectedHz)
+    {
+        auto input = harmonicTone(hz, kRate, kBlock * 160);
+        std::vector<float> output(input.size());
+        std::vector<float> other(input.size());
+        for (std::size_t at = 0; at < input.size(); at += kBlock) {
+            float* in[] = {input.data() + at, input.data() + at};
+            float* out[] = {output.data() + at, other.data() + at};
+            product->effect->processReplacing(product->effect, in, out, kBlock);
+        }
+        constexpr std::size_t kHeard = 16384;
+        const std::span<const float> end(output.data() + output.size() - kHeard, kHeard);
+        return measurePitch(end, kRate, expectedHz);
+    }
+    void ExpectToHear(double hz) { EXPECT_NEAR(centsBetween(Hear(kFlatASharp, hz), hz), 0.0, 3.0); }
+    [[nodiscard]] std::vector<std::uint32_t> Picture()
+    {
+        TickTwice();
+        const ZInterfaceLock lock;
+        window->RedrawAll();
+        return window->RenderOffscreen().GetNative()->ReadPixels();
+    }
+};
+
+TEST_F(EditorKeysTest, AKeyThatIsClickedBecomesATargetThatIsHeardAndShown)
+{
+    ExpectToHear(kHzOfA);
+    TickTwice();
+    EXPECT_EQ(Keys().GetPlayingNote(), kA);
+    ClickKey(kASharp);
+    EXPECT_TRUE(Keys().IsKeyLit(kASharp));
+    EXPECT_EQ(TextOf("ScaleMenu"), "\"  Major");
+    ExpectToHear(kHzOfASharp);
+    TickTwice();
+    EXPECT_EQ(Keys().GetPlayingNote(), kASharp);
+    ClickKey(kASharp);
+    ExpectToHear(kHzOfA);
+
+    Click("Pitch Correction Enable");
+    TickTwice();
+    EXPECT_EQ(Keys().GetPlayingNote(), -1);
+}
+
+TEST_F(EditorKeysTest, ANoteOfMidiIsSwitchedOnTheKeyboardWhileMidiIsOn)
+{
+    constexpr std::int32_t kMidiASharp = 70;
+    PlayNote(kMidiASharp);
+    EXPECT_FALSE(Keys().IsKeyLit(kASharp));
+    Click("AcceptsMIDIButton");
+    TickTwice();
+    PlayNote(kMidiASharp);
+    EXPECT_TRUE(Keys().IsKeyLit(kASharp));
+    ExpectToHear(kHzOfASharp);
+    PlayNote(kMidiASharp);
+    EXPECT_FALSE(Keys().IsKeyLit(kASharp));
+    ExpectToHear(kHzOfA);
+}
+
+TEST_F(EditorKeysTest, ANoteWhoseBoxIsCheckedIsLeftAsItIsSung)
+{
+    ClickBox(kASharp);
+    EXPECT_TRUE(Boxes().IsIgnored(10));
+    ExpectToHear(kFlatASharp);
+    ClickBox(kASharp);
+    ExpectToHear(kHzOfA);
+}
+
+TEST_F(EditorKeysTest, AScaleOfTheUsersIsNamedChosenAndShownAgain)
+{
+    const BoxRecorder boxes;
+    const auto before = KestruneNameScaleDialog::SetRunner([](const ZString&, ZString& name) {
+        name = "Mine";
+        return true;
+    });
+    ClickKey(kASharp);
+    Click("CustomScaleDoneButton");
+    TickTwice();
+    KestruneNameScaleDialog::SetRunner(before);
+    EXPECT_EQ(TextOf("ScaleMenu"), "Mine");
+    EXPECT_TRUE(Keys().IsKeyLit(kASharp));
+
+    ChooseInMenu("ScaleMenu", 1);
+    TickTwice();
+    EXPECT_EQ(TextOf("ScaleMenu"), "Major");
+    EXPECT_FALSE(Keys().IsKeyLit(kASharp));
+    ExpectToHear(kHzOfA);
+    ASSERT_EQ(shownMenu.back(), "Mine");
+    ChooseInMenu("ScaleMenu", static_cast<std::int32_t>(shownMenu.size()) - 1);
+    TickTwice();
+    EXPECT_TRUE(Keys().IsKeyLit(kASharp));
+    ExpectToHear(kHzOfASharp);
+
+    // An edit is taken back by the button.
+    ClickKey(kA);
+    EXPECT_FALSE(Keys().IsKeyLit(kA));
+    Click("CustomScaleCancelButton");
+    TickTwice();
+    EXPECT_TRUE(Keys().IsKeyLit(kA));
+    EXPECT_EQ(TextOf("ScaleMenu"), "Mine");
+}
+
+TEST_F(EditorKeysTest, PresetsChangeThePictureByWhatTheWindowShows)
+{
+    // The two differ in shifts, detuning and intonation, which have no view.
+    constexpr std::int32_t kElectricAlien = 3;
+    constexpr std::int32_t kProcessedVox = 5;
+    std::vector<std::vector<std::uint32_t>> pictures;
+    for (std::int32_t program = 0; program < product->effect->numPrograms; ++program) {
+        product->Ask(effSetProgram, 0, program);
+        pictures.push_back(Picture());
+    }
+    EXPECT_EQ(pictures[kElectricAlien], pictures[kProcessedVox]);
+    const std::set<std::vector<std::uint32_t>> different(pictures.begin(), pictures.end());
+    EXPECT_EQ(different.size(), pictures.size() - 1);
+    product->Ask(effSetProgram, 0, 2);
+    EXPECT_EQ(Picture(), pictures[2]);
+}
+
+TEST_F(EditorKeysTest, KeyboardAndBoxesMoveTogetherWithTheKey)
+{
+    ClickBox(kASharp);
+    for (std::int32_t key = 0; key < 12; ++key) {
+        product->effect->setParameter(product->effect, kKeyParameter,
+                                      static_cast<float>(key) / 11.0f);
+        TickTwice();
+        ASSERT_EQ(Keys().GetStartNote(), 45 + key);
+        ASSERT_EQ(Boxes().GetStartNote(), 45 + key);
+        for (std::int32_t note = 45 + key; note < 57 + key; ++note) {
+            const ZRect upper = Keys().GetUpperRect(note);
+            const ZRect box = Boxes().GetBoxRect(note);
+            EXPECT_NEAR(box.left + box.right, upper.left + upper.right, 1) << key << ", " << note;
+        }
+        EXPECT_TRUE(Boxes().IsIgnored(10));
+        EXPECT_TRUE(Keys().IsKeyLit(45 + key + 7)) << "the fifth of the major scale";
+    }
+}
+
+TEST_F(EditorKeysTest, AnEditorClosedInTheMiddleOfAPressLeavesNothingBehind)
+{
+    const auto before = Picture();
+    const ZPoint at = At("PianoKeyboard", OnKey(kASharp));
+    for (const bool reopens : {true, false}) {
+        Mouse(ZNativeMouseEvent::kDown, at);
+        ASSERT_TRUE(Keys().IsKeyDown(kASharp));
+        {
+            const ZInterfaceLock lock;
+            window->Hide();
+            window->Destroy();
+            if (reopens)
+                window->Show();
+        }
+        Mouse(ZNativeMouseEvent::kUp, at);
+        TickTwice();
+        EXPECT_FALSE(Keys().IsKeyDown(kASharp));
+        EXPECT_FALSE(Keys().HasMouseCapture());
+        EXPECT_EQ(window->GetCapturedView(), nullptr);
+        EXPECT_EQ(TextOf("ScaleMenu"), "Major");
+    }
+    {
+        const ZInterfaceLock lock;
+        window->Show();
+    }
+    EXPECT_EQ(Picture(), before);
+    ClickKey(kASharp);
+    EXPECT_TRUE(Keys().IsKeyLit(kASharp));
+}
+
+TEST_F(EditorKeysTest, WhatOneInstanceShowsIsNoBusinessOfAnother)
+{
+    const ProductInstance other;
+    boost::shared_ptr<ZWindow> otherWindow;
+    {
+        const ZInterfaceLock lock;
+        otherWindow = other.app->GetMainWindow();
+        otherWindow->AttachViews();
+    }
+    other.Tick();
+    const auto picture = [&] {
+        const ZInterfaceLock lock;
+        otherWindow->RedrawAll();
+        return otherWindow->RenderOffscreen().GetNative()->ReadPixels();
+    };
+    const auto before = picture();
+    ClickKey(kASharp);
+    ClickBox(kASharp);
+    Hear(kFlatASharp, kFlatASharp);
+    const ZPoint at = At("PianoKeyboard", OnKey(kA));
+    Mouse(ZNativeMouseEvent::kDown, at);
+    {
+        const ZInterfaceLock lock;
+        window->IdleFrame();
+        otherWindow->IdleFrame();
+    }
+    product->Tick();
+    other.Tick();
+    EXPECT_EQ(picture(), before);
+    Mouse(ZNativeMouseEvent::kUp, at);
+}
+
+}  // namespace
+
+}  // namespace orvane
