@@ -558,8 +558,8 @@ TEST_F(RenderProgramTest, APictureOnTheWayShowsTheVoiceAndLeavesTheSoundAsItIs)
     const std::string late = mFolder.Path("late.png");
     EXPECT_EQ(Render(voice, kCorrect + Words{"--window", early, "--window-at", "0"}).samples,
               plain.samples);
-    EXPECT_EQ(Render(voice, kCorrect + Words{"--window", late, "--window-at", "1"}).samples,
-              plain.samples);
+    const Words both{"--window", late, "--window-at", "1", "--plot", mFolder.Path("plot.png")};
+    EXPECT_EQ(Render(voice, kCorrect + both).samples, plain.samples);
     EXPECT_TRUE(pixelsIn(early) != pixelsIn(late)) << "meter and keyboard follow the voice";
 }
 

@@ -382,7 +382,9 @@ void writePitchPlot(const std::filesystem::path& path, const std::string& name,
     PitchPlot plot(request, result);
     plot.Draw();
     const cairo_status_t status = plot.Write(path);
-    giveBackFonts();
+    // A plug-in that has drawn its window still has fonts of the same libraries.
+    if (request.window.file.empty())
+        giveBackFonts();
     if (status != CAIRO_STATUS_SUCCESS)
         throw ZException(-1,
                          fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
