@@ -4,8 +4,7 @@
 #include "zlib/DocumentFixture.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZResources.h"
-#include "zlib/common/ZTextEdit.h"
-#include "zlib/common/ZViewClasses.h"
+#include "zlib/common/ZWindowManager.h"
 
 #include <gtest/gtest.h>
 
@@ -39,6 +38,25 @@ TEST(ZDialogTest, AResourceThatIsNoDialogIsRefusedByItsFault)
                      [&] { ZDialog(*app, "Bare"); });
     expectZException(5, "XML setup file does not contain a valid signature.",
                      [&] { ZDialog(*app, "Unsigned"); });
+}
+
+TEST(ZDialogTest, AMessageToTheWindowManagerShowsOne)
+{
+    const ZResources resources{std::span<const ZResources::Entry>()};
+    const ZInterfaceLock lock;
+    const auto app = makePlugin(resources);
+    ZWindowManager manager(xmlOf("<windowmanager></windowmanager>"), app.get());
+    const auto message = boost::make_shared<ZMessage>(ZSHOWDIALOG);
+    const auto expectFailure = [&](const char* text) {
+        expectZException(-1, text, [&] { manager.HandleZMessage(message); });
+    };
+    expectFailure("Couldn't find DialogName in message");
+    message->Add<ZString>("DialogName", "None");
+    expectFailure("Couldn't find SourceXML in message");
+    message->Add<ZString>("SourceXML", "XML");
+    expectFailure("Couldn't find CmdWindow in message");
+    message->Add<std::int32_t>("CmdWindow", 0);
+    expectFailure("WindowManager failed to load XML dialog resource.");
 }
 
 }  // namespace orvane

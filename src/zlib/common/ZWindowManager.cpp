@@ -1,6 +1,7 @@
 #include "zlib/common/ZWindowManager.h"
 
 #include "zlib/common/ZApp.h"
+#include "zlib/common/ZDialog.h"
 #include "zlib/common/ZDocument.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZMessage.h"
@@ -30,12 +31,18 @@ ZDocument* requireDocument(const ZMessage& message, const char* field, const cha
     return *document;
 }
 
+template <typename T>
+T require(const ZMessage& message, const char* field)
+{
+    T value{};
+    if (!message.Find<T>(field, value))
+        throw ZException(-1, std::string("Couldn't find ") + field + " in message");
+    return value;
+}
+
 std::string requireName(const ZMessage& message)
 {
-    ZString name;
-    if (!message.Find("WindowName", name))
-        throw ZException(-1, "Couldn't find WindowName in message");
-    return name.ToNarrow();
+    return require<ZString>(message, "WindowName").ToNarrow();
 }
 
 boost::shared_ptr<ZMessage> newDocumentMessage(ZDocument* document)
@@ -120,6 +127,8 @@ void ZWindowManager::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         return HandleWindowNew(message);
     case ZSHOW:
         return HandleShow(message);
+    case ZSHOWDIALOG:
+        return HandleShowDialog(*message);
     case ZWINFORCEREDRAW:
         return UpdateWindows();
     case ZWINHALFNORMALSIZE:
@@ -317,6 +326,29 @@ void ZWindowManager::SendToNestedOfCurrent(const Message& message) const
 {
     if (const auto window = CurrentWindow())
         SendToNested(*window, message);
+}
+
+void ZWindowManager::HandleShowDialog(const ZMessage& message)
+{
+    const auto name = require<ZString>(message, "DialogName");
+    // Tells those who write the message where the dialog stands; there is one place only.
+    static_cast<void>(require<ZString>(message, "SourceXML"));
+    const auto parent = FindWindow(require<std::int32_t>(message, "CmdWindow"));
+    ZApp* const app = ZApp::Of(*this);
+    if (!app)
+        return;
+    ZDialog dialog(*app, name);
+    static_cast<void>(dialog.Run(parent.get()));
+}
+
+/// The window of that number, else the current one.
+boost::shared_ptr<ZWindow> ZWindowManager::FindWindow(std::int32_t nativeHandle) const
+{
+    const auto number = static_cast<ZNativeHandle>(static_cast<std::uint32_t>(nativeHandle));
+    for (const auto& window : mWindows.Copy())
+        if (window->GetNativeWindow() && window->GetNativeWindow()->GetHandle() == number)
+            return window;
+    return CurrentWindow();
 }
 
 }  // namespace orvane

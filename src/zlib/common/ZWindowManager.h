@@ -69,9 +69,11 @@ private:
     void HandleDocumentClosed(const Message& message);
     void HandleWindowNew(const Message& message);
     void HandleShow(const Message& message);
+    void HandleShowDialog(const ZMessage& message);
     void HandleEnabling(const Message& message);
     void SetWindowScale(const ZMessage& message, double scale);
     void UpdateWindows();
+    [[nodiscard]] boost::shared_ptr<ZWindow> FindWindow(std::int32_t nativeHandle) const;
 
     void MakeWindows(const ZDocumentMap& map, const Message& message);
     [[nodiscard]] Types FindTypes(const std::string& name) const;
