@@ -3,7 +3,6 @@
 
 #include "TestHost.h"
 
-#include "pluginwrappers/common/ERect.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "support/DisplayProbe.h"
 #include "support/VirtualDisplay.h"
@@ -13,8 +12,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <unistd.h>
@@ -26,6 +27,7 @@ namespace
 {
 
 constexpr std::int32_t kCorrectPitch = 0;
+constexpr std::int32_t kPitchRange = 3;
 constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
 
 void openEditor(AEffect* effect, xcb_window_t parent)
@@ -77,6 +79,25 @@ protected:
     {
         return waitFor([&] { return probe->PixelAt(place.x + 300, place.y + 15) == 0x808080; });
     }
+    /// Presses the button on the menu of pitch ranges, which lies on top then.
+    void OpenMenu()
+    {
+        openEditor(effect, parent);
+        EXPECT_TRUE(IsSeen());
+        const auto before = probe->GetChildren(probe->GetRoot());
+        probe->MovePointer(kPlace.x + 60, kPlace.y + 66);
+        probe->Press(1);
+        EXPECT_TRUE(
+            waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before.size(); }));
+        menu = probe->GetChildren(probe->GetRoot()).back();
+    }
+    [[nodiscard]] bool MenuIsGone()
+    {
+        return waitFor([&] {
+            const auto windows = probe->GetChildren(probe->GetRoot());
+            return std::count(windows.begin(), windows.end(), menu) == 0;
+        });
+    }
     [[nodiscard]] bool ResourcesFallTo(std::uint32_t count)
     {
         return waitFor([&] { return probe->CountResources() == count; });
@@ -87,6 +108,7 @@ protected:
     xcb_window_t parent = XCB_NONE;
     std::unique_ptr<TestHost> host = std::make_unique<TestHost>();
     AEffect* effect = nullptr;
+    xcb_window_t menu = XCB_NONE;
 };
 
 /// Ends the process as a host does that forgets an instance; a process that hangs is killed.
@@ -151,24 +173,18 @@ TEST_F(EditorWindowTest, TwentyWindowsAreOpenAtOnceAndCloseInAnyOrder)
     EXPECT_TRUE(ResourcesFallTo(0));
 }
 
-TEST_F(EditorWindowTest, AParentMayBeTinyAndHiddenAtFirst)
+TEST_F(EditorWindowTest, AHostThatHidesItsWindowShowsTheSameLater)
 {
-    const xcb_window_t tiny = probe->MakeWindow({100, 100, 1, 1}, false);
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
     const xcb_window_t frame = probe->MakeWindow({200, 50, 500, 500});
-    openEditor(effect, tiny);
-    ERect* rect = nullptr;
-    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, &rect), 1);
-    ASSERT_NE(rect, nullptr);
-    probe->Place(tiny, {0, 0, static_cast<std::uint16_t>(rect->right),
-                        static_cast<std::uint16_t>(rect->bottom)});
-    probe->Reparent(tiny, frame, 10, 20);
-    probe->Show(tiny);
+    probe->Reparent(parent, frame, 10, 20);
     EXPECT_TRUE(IsSeen({210, 70, 454, 430}));
     probe->Hide(frame);
     for (int i = 0; i < 5; ++i)
         ask(effect, effEditIdle);
     probe->Show(frame);
-    EXPECT_TRUE(IsSeen({210, 70, 454, 430})) << "shown once more, without a call";
+    EXPECT_TRUE(IsSeen({210, 70, 454, 430})) << "without a call";
 }
 
 TEST_F(EditorWindowTest, AParentMayGoWithoutAClose)
@@ -190,30 +206,6 @@ TEST_F(EditorWindowTest, AParentMayGoWithoutAClose)
     closeEffect(effect);
     effect = nullptr;
     EXPECT_TRUE(IsGone()) << "the instance's end is the window's";
-}
-
-TEST_F(EditorWindowTest, ASecondOpenMovesTheWindow)
-{
-    openEditor(effect, parent);
-    EXPECT_TRUE(IsSeen());
-    const xcb_window_t other = probe->MakeWindow({560, 100, 454, 430});
-    openEditor(effect, other);
-    EXPECT_TRUE(IsSeen({560, 100, 454, 430}));
-    EXPECT_TRUE(IsGone());
-    EXPECT_TRUE(waitFor([&] { return probe->GetChildren(parent).empty(); }));
-    EXPECT_EQ(probe->GetChildren(other).size(), 1u);
-}
-
-TEST_F(EditorWindowTest, WithoutAParentOrADisplayThereIsNoWindowAndAllElseWorks)
-{
-    for (const auto none : {std::uintptr_t{0}, std::uintptr_t{0x7654321}, ~std::uintptr_t{0}})
-        EXPECT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(none)), 0);
-    setenv("DISPLAY", ":none", 1);
-    EXPECT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{parent})), 0);
-    ERect* rect = nullptr;
-    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, &rect), 1);
-    process(effect);
-    closeEditor(effect);
 }
 
 TEST_F(EditorWindowTest, TheEndOfTheServerEndsTheWindowAndNothingElse)
@@ -238,20 +230,46 @@ TEST_F(EditorWindowTest, TheEndOfTheServerEndsTheWindowAndNothingElse)
     EXPECT_EQ(probe->GetChildren(parent).size(), 1u);
 }
 
-TEST_F(EditorWindowTest, TheMouseChangesAValueAndTheHostIsTold)
+TEST_F(EditorWindowTest, AnEntryOfAMenuIsChosenWithTheMouse)
 {
-    openEditor(effect, parent);
-    EXPECT_TRUE(IsSeen());
-    const float before = effect->getParameter(effect, kCorrectPitch);
-    probe->MovePointer(kPlace.x + 22, kPlace.y + 164);  // the box of pitch correction
-    probe->Click(1);
-    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kCorrectPitch) != before; }));
-    EXPECT_TRUE(waitFor([] {
-        const auto calls = TestHost::Calls();
-        return std::any_of(calls.begin(), calls.end(), [](const HostCall& call) {
-            return call.opcode == audioMasterAutomate && call.index == kCorrectPitch;
-        });
-    }));
+    OpenMenu();
+    const float before = effect->getParameter(effect, kPitchRange);
+    probe->MovePointer(kPlace.x + 70, kPlace.y + 80);
+    probe->MovePointer(kPlace.x + 80, kPlace.y + 95);
+    probe->Release(1);
+    EXPECT_TRUE(MenuIsGone());
+    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kPitchRange) != before; }));
+}
+
+TEST_F(EditorWindowTest, WhateverEndsUnderAnOpenMenuTakesTheMenuAlong)
+{
+    const std::vector<std::function<void()>> ends{
+        [&] { closeEditor(effect); },
+        [&] { probe->Destroy(parent); },
+        [&] { openEditor(effect, probe->MakeWindow(kPlace)); },
+        [&] { closeEffect(std::exchange(effect, nullptr)); },
+    };
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+        OpenMenu();
+        ends[i]();
+        EXPECT_TRUE(MenuIsGone()) << i;
+        probe->Release(1);
+        if (effect) {
+            process(effect);
+            closeEditor(effect);
+        }
+        EXPECT_TRUE(ResourcesFallTo(0));
+        parent = probe->MakeWindow(kPlace);
+    }
+}
+
+TEST_F(EditorWindowTest, AServerMayEndUnderAnOpenMenu)
+{
+    OpenMenu();
+    probe.reset();
+    display->Kill();
+    ask(effect, effEditIdle);
+    closeEffect(std::exchange(effect, nullptr));
 }
 
 TEST_F(EditorWindowTest, TheEditorMayHaveAThreadOfItsOwn)

@@ -155,6 +155,8 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
     auto native = ZNativeWindow::Create(NativeSettings(parent, nativeParent), *this);
     if (!native)
         return false;
+    if (mNativeWindow)
+        EndModalRuns();
     ReleaseCapture();
     mHoverView = nullptr;
     mNativeWindow = std::move(native);
@@ -185,6 +187,13 @@ void ZWindow::Destroy()
     mNativeWindow.reset();
     SetGraphics(nullptr);
     mOffscreenBitmap.reset();
+}
+
+// Menus and dialogs that stand above the window have nothing to stand above any more.
+void ZWindow::EndModalRuns()
+{
+    if (ZApp* const app = ZApp::Of(*this))
+        app->EndModalRuns();
 }
 
 void ZWindow::Detach()

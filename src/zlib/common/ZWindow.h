@@ -235,6 +235,7 @@ private:
     // The window of the system.
     [[nodiscard]] ZNativeWindow::Settings NativeSettings(const ZWindow* parent,
                                                          ZNativeHandle nativeParent) const;
+    void EndModalRuns();
     void SizeChanged();
     void ReleaseCapture();
     void ComposeTitle();

@@ -412,6 +412,7 @@ void ZWindow::NativeCloseRequested()
 
 void ZWindow::NativeDestroyed()
 {
+    EndModalRuns();
     Destroy();
 }
 
