@@ -103,6 +103,26 @@ TEST(ZBitmapTest, StaysEmptyWhereNoPictureCanBeFoundOrRead)
     expectEmpty(nobodys);
 }
 
+TEST(ZBitmapTest, BitmapsOfAResourceShareItUntilOneIsDrawnInto)
+{
+    PictureApplication application;
+    ZBitmap drawn("nk1.png", &application);
+    ZBitmap locked("nk1.png", &application);
+    const ZBitmap kept("NK1.png", &application);
+    const auto before = kept.GetNative()->ReadPixels();
+    EXPECT_EQ(drawn.GetNative(), kept.GetNative());
+    drawn.FillRect(0, 0, 1, 1);
+    locked.LockPixels()[1] = 0xFF112233u;
+    locked.UnlockPixels();
+    EXPECT_EQ(kept.GetNative()->ReadPixels(), before);
+    auto expected = before;
+    expected[0] = 0xFF000000u;
+    EXPECT_EQ(drawn.GetNative()->ReadPixels(), expected);
+    expected = before;
+    expected[1] = 0xFF112233u;
+    EXPECT_EQ(locked.GetNative()->ReadPixels(), expected);
+}
+
 TEST(ZBitmapTest, TriesAgainOnEachUseAndTakesTheApplicationsFileAtLast)
 {
     PictureApplication application;
@@ -189,8 +209,11 @@ TEST(ZImageTest, DecodesNoCutPicture)
 {
     const PngBytes png = makePng(9, 9);
     ASSERT_NE(ZImage::Decode(png), nullptr);
-    for (std::size_t length = 0; length < png.size() - 12; ++length)
+    EXPECT_TRUE(ZImage::ReadSize(png));
+    for (std::size_t length = 0; length < png.size() - 12; ++length) {
         EXPECT_EQ(ZImage::Decode(std::span(png).first(length)), nullptr) << length;
+        EXPECT_FALSE(ZImage::ReadSize(std::span(png).first(length))) << length;
+    }
 }
 
 TEST(ZImageTest, SpoiltBytesGiveAPictureOrNone)
@@ -204,8 +227,10 @@ TEST(ZImageTest, SpoiltBytesGiveAPictureOrNone)
         if (pick(random, 4) != 0)
             repairCheckSums(png);
         const auto image = ZImage::Decode(png);
+        const auto size = ZImage::ReadSize(png);
         if (!image)
             continue;
+        EXPECT_TRUE(!size || size->width == image->GetWidth());
         EXPECT_EQ(image->ReadPixels().size(), static_cast<std::size_t>(image->GetWidth()) *
                                                   static_cast<std::size_t>(image->GetHeight()));
     }

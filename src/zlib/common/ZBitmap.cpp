@@ -124,16 +124,21 @@ ZBitmap::~ZBitmap() = default;
 
 void ZBitmap::Load(ZApplication* application)
 {
-    if (mImage || mResourceName.IsEmpty())
+    if (IsLoaded() || mResourceName.IsEmpty())
         return;
     if (application)
         mResources = &application->GetResources();
     const auto bytes =
         mResources ? mResources->Find("IMAGE", mResourceName.ToNarrow()) : std::nullopt;
-    if (bytes)
-        Adopt(ZImage::Decode(*bytes));
-    else if (application)
-        Adopt(imageOfFile(application->GetResourceFile(mResourceName)));
+    if (!bytes) {
+        if (application)
+            Adopt(imageOfFile(application->GetResourceFile(mResourceName)));
+        return;
+    }
+    const auto size = ZImage::ReadSize(*bytes).value_or(ZImage::Size{0, 0});
+    mPng = *bytes;
+    mWidth = size.width;
+    mHeight = size.height;
 }
 
 void ZBitmap::Adopt(std::unique_ptr<ZImage> image)
@@ -143,14 +148,40 @@ void ZBitmap::Adopt(std::unique_ptr<ZImage> image)
     mImage = std::move(image);
     mWidth = mImage->GetWidth();
     mHeight = mImage->GetHeight();
-    mImageGraphics = std::make_unique<ZGraphics>(*mImage);
-    SetGraphics(mImageGraphics.get());
+}
+
+const ZImage* ZBitmap::GetNative() const
+{
+    if (mImage)
+        return mImage.get();
+    if (!mShared && IsLoaded())
+        mShared = ZImage::Share(mPng);
+    return mShared.get();
+}
+
+ZImage* ZBitmap::MakeOwn() const
+{
+    if (!mImage && GetNative()) {
+        mImage = mShared->Copy();
+        mShared.reset();
+    }
+    return mImage.get();
+}
+
+ZGraphics* ZBitmap::GetGraphics() const
+{
+    if (!mImageGraphics && MakeOwn()) {
+        mImageGraphics = std::make_unique<ZGraphics>(*mImage);
+        mImageGraphics->SetAntiAlias(IsAntiAlias());
+    }
+    return mImageGraphics.get();
 }
 
 std::span<std::uint32_t> ZBitmap::LockPixels()
 {
-    if (mImage && !mLocked) {
-        mLockData = mImage->ReadPixels();
+    const ZImage* const image = GetNative();
+    if (image && !mLocked) {
+        mLockData = image->ReadPixels();
         mLocked = true;
     }
     return mLockData;
@@ -160,7 +191,8 @@ void ZBitmap::UnlockPixels()
 {
     if (!mLocked)
         return;
-    mImage->WritePixels(mLockData);
+    if (ZImage* const image = MakeOwn())
+        image->WritePixels(mLockData);
     mLockData = {};
     mLocked = false;
 }
@@ -172,9 +204,10 @@ void ZBitmap::Clear(const ZColor& color)
 
 boost::shared_ptr<ZBitmap> ZBitmap::MakeShadow(std::int32_t radius, const ZColor& color) const
 {
-    if (!mImage)
+    const ZImage* const image = GetNative();
+    if (!image)
         return nullptr;
-    std::vector<std::uint32_t> pixels = mImage->ReadPixels();
+    std::vector<std::uint32_t> pixels = image->ReadPixels();
     std::vector<float> alpha(pixels.size());
     std::transform(pixels.begin(), pixels.end(), alpha.begin(),
                    [](std::uint32_t pixel) { return static_cast<float>(pixel >> 24); });

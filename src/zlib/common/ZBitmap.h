@@ -20,7 +20,9 @@ class ZXMLElement;
 
 /// An image that can be drawn and drawn into. One that is named is found among the resources of
 /// type "IMAGE"; where none can be found or read it stays empty, measures 0 by 0 and draws nothing.
-/// [interface thread]
+/// A resource is decoded when it is first drawn, since hosts start far more instances than they
+/// open windows, and is shared by all bitmaps that show it until one is drawn into. [interface
+/// thread]
 class ZBitmap : public ZDrawingContext
 {
 public:
@@ -39,7 +41,7 @@ public:
     /// file that the application has under that name. Without an application the resources of the
     /// one that was given before are asked again.
     void Load(ZApplication* application);
-    [[nodiscard]] bool IsLoaded() const { return mImage != nullptr; }
+    [[nodiscard]] bool IsLoaded() const { return mWidth > 0; }
     [[nodiscard]] std::int32_t GetWidth() const { return mWidth; }
     [[nodiscard]] std::int32_t GetHeight() const { return mHeight; }
     [[nodiscard]] bool HasAlpha() const { return mHasAlpha; }
@@ -60,12 +62,15 @@ public:
     /// The tag `bitmap` that names the resource; type tells what the owner uses it for.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader(std::string_view type) const;
 
-    [[nodiscard]] ZImage* GetNative() const override { return mImage.get(); }
+    [[nodiscard]] const ZImage* GetNative() const override;
     [[nodiscard]] ZRect GetFrame() const override { return {0, 0, mWidth, mHeight}; }
+    [[nodiscard]] ZGraphics* GetGraphics() const override;
 
 private:
-    /// Takes an image, which may be null, and makes its target.
+    /// Takes an image, which may be null, as its own.
     void Adopt(std::unique_ptr<ZImage> image);
+    /// The image as one's own, to write into; null without one.
+    ZImage* MakeOwn() const;
 
     ZString mResourceName;
     const ZResources* mResources = nullptr;  // read-only data of the library
@@ -74,8 +79,12 @@ private:
     bool mLocked = false;
     bool mHasAlpha = false;
     std::vector<std::uint32_t> mLockData;
-    std::unique_ptr<ZImage> mImage;
-    std::unique_ptr<ZGraphics> mImageGraphics;
+    std::span<const std::byte> mPng;  // of the resource
+    // Made when they are first asked for: the resource's picture, or an image of one's own with its
+    // target.
+    mutable std::shared_ptr<const ZImage> mShared;
+    mutable std::unique_ptr<ZImage> mImage;
+    mutable std::unique_ptr<ZGraphics> mImageGraphics;
 };
 
 }  // namespace orvane

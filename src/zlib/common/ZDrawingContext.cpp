@@ -36,8 +36,8 @@ ZGraphics::Align toAlign(std::int32_t align)
 
 void ZDrawingContext::DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2)
 {
-    if (mGraphics)
-        mGraphics->StrokeLine(mPen, {x1, y1}, {x2, y2});
+    if (ZGraphics* const target = GetGraphics())
+        target->StrokeLine(mPen, {x1, y1}, {x2, y2});
 }
 
 void ZDrawingContext::DrawLine(const ZPoint& from, const ZPoint& to)
@@ -47,26 +47,28 @@ void ZDrawingContext::DrawLine(const ZPoint& from, const ZPoint& to)
 
 void ZDrawingContext::StrokePath()
 {
-    if (mGraphics)
-        mGraphics->Stroke(mPen, mPath);
+    if (ZGraphics* const target = GetGraphics())
+        target->Stroke(mPen, mPath);
 }
 
 void ZDrawingContext::FillPath()
 {
-    if (mGraphics)
-        mGraphics->Fill(mBrush, mPath);
+    if (ZGraphics* const target = GetGraphics())
+        target->Fill(mBrush, mPath);
 }
 
 void ZDrawingContext::FillRegion(const ZShader& shader, const ZRegion& region)
 {
-    if (mGraphics && shader.GetBrush())
-        mGraphics->FillRegion(*shader.GetBrush(), region);
+    ZGraphics* const target = GetGraphics();
+    if (target && shader.GetBrush())
+        target->FillRegion(*shader.GetBrush(), region);
 }
 
 void ZDrawingContext::FillRect(const ZShader& shader, const ZRect& rect)
 {
-    if (mGraphics && shader.GetBrush())
-        mGraphics->FillRect(*shader.GetBrush(), rect);
+    ZGraphics* const target = GetGraphics();
+    if (target && shader.GetBrush())
+        target->FillRect(*shader.GetBrush(), rect);
 }
 
 void ZDrawingContext::AddPathLine(const ZPoint& from, const ZPoint& to)
@@ -105,22 +107,22 @@ void ZDrawingContext::ResetPath()
 void ZDrawingContext::DrawRect(std::int32_t left, std::int32_t top, std::int32_t right,
                                std::int32_t bottom)
 {
-    if (mGraphics)
-        mGraphics->StrokeRect(mPen, {left, top, right, bottom});
+    if (ZGraphics* const target = GetGraphics())
+        target->StrokeRect(mPen, {left, top, right, bottom});
 }
 
 void ZDrawingContext::FillRect(std::int32_t left, std::int32_t top, std::int32_t right,
                                std::int32_t bottom)
 {
-    if (mGraphics)
-        mGraphics->FillRect(mBrush, ZRect{left, top, right, bottom});
+    if (ZGraphics* const target = GetGraphics())
+        target->FillRect(mBrush, ZRect{left, top, right, bottom});
 }
 
 void ZDrawingContext::InvertRect(std::int32_t left, std::int32_t top, std::int32_t right,
                                  std::int32_t bottom)
 {
-    if (mGraphics)
-        mGraphics->InvertRect({left, top, right, bottom});
+    if (ZGraphics* const target = GetGraphics())
+        target->InvertRect({left, top, right, bottom});
 }
 
 void ZDrawingContext::DrawCross(std::int32_t left, std::int32_t top, std::int32_t right,
@@ -134,9 +136,9 @@ void ZDrawingContext::DrawString(const ZString& text, std::int32_t left, std::in
                                  std::int32_t right, std::int32_t bottom, std::int32_t,
                                  std::int32_t align, std::int32_t)
 {
-    if (mGraphics)
-        mGraphics->DrawText(text, *FontInForce(), mPenColor, {left, top, right, bottom},
-                            {toAlign(align), mTruncate});
+    if (ZGraphics* const target = GetGraphics())
+        target->DrawText(text, *FontInForce(), mPenColor, {left, top, right, bottom},
+                         {toAlign(align), mTruncate});
 }
 
 void ZDrawingContext::DrawString(const ZString& text, const ZRect& rect, std::int32_t align)
@@ -151,9 +153,10 @@ void ZDrawingContext::DrawBitmap(ZBitmap& bitmap, std::int32_t sourceLeft, std::
 {
     bitmap.Load(nullptr);
     const ZImage* const image = bitmap.GetNative();
-    if (mGraphics && image)
-        mGraphics->DrawImage(*image, {sourceLeft, sourceTop, sourceRight, sourceBottom},
-                             {left, top, right, bottom}, alpha);
+    ZGraphics* const target = GetGraphics();
+    if (target && image)
+        target->DrawImage(*image, {sourceLeft, sourceTop, sourceRight, sourceBottom},
+                          {left, top, right, bottom}, alpha);
 }
 
 void ZDrawingContext::DrawBitmap(ZBitmap& bitmap, std::int32_t x, std::int32_t y, float alpha)
@@ -172,21 +175,23 @@ void ZDrawingContext::DrawBitmap(ZBitmap& bitmap, const ZPoint& point, float alp
 
 void ZDrawingContext::Translate(std::int32_t x, std::int32_t y)
 {
-    if (mGraphics)
-        mGraphics->Translate(x, y);
+    if (ZGraphics* const target = GetGraphics())
+        target->Translate(x, y);
 }
 
 void ZDrawingContext::Rotate(std::int32_t x, std::int32_t y, float degrees)
 {
-    if (!mGraphics || !mGraphics->Translate(x, y))
+    ZGraphics* const target = GetGraphics();
+    if (!target || !target->Translate(x, y))
         return;
-    mGraphics->Rotate(degrees);
-    mGraphics->Translate(-static_cast<double>(x), -static_cast<double>(y));
+    target->Rotate(degrees);
+    target->Translate(-static_cast<double>(x), -static_cast<double>(y));
 }
 
 void ZDrawingContext::Scale(float horizontal, float vertical)
 {
-    if (!mGraphics || !mGraphics->Scale(horizontal, vertical))
+    ZGraphics* const target = GetGraphics();
+    if (!target || !target->Scale(horizontal, vertical))
         return;
     mHorizontalScale = horizontal;
     mVerticalScale = vertical;
@@ -194,23 +199,23 @@ void ZDrawingContext::Scale(float horizontal, float vertical)
 
 void ZDrawingContext::ResetTransform()
 {
-    if (mGraphics)
-        mGraphics->ResetTransform();
+    if (ZGraphics* const target = GetGraphics())
+        target->ResetTransform();
     mHorizontalScale = 1.0f;
     mVerticalScale = 1.0f;
 }
 
 void ZDrawingContext::SetAlphaBlend(bool on)
 {
-    if (mGraphics)
-        mGraphics->SetAlphaBlend(on);
+    if (ZGraphics* const target = GetGraphics())
+        target->SetAlphaBlend(on);
 }
 
 void ZDrawingContext::SetAntiAlias(bool on)
 {
     mAntiAlias = on;
-    if (mGraphics)
-        mGraphics->SetAntiAlias(on);
+    if (ZGraphics* const target = GetGraphics())
+        target->SetAntiAlias(on);
 }
 
 void ZDrawingContext::SetPenWidth(float width)
@@ -249,17 +254,20 @@ boost::shared_ptr<ZFont> ZDrawingContext::FontInForce() const
 
 std::int32_t ZDrawingContext::StringWidth(const ZString& text) const
 {
-    return mGraphics ? mGraphics->MeasureText(text, *FontInForce()).right : 0;
+    const ZGraphics* const target = GetGraphics();
+    return target ? target->MeasureText(text, *FontInForce()).right : 0;
 }
 
 std::int32_t ZDrawingContext::StringHeight(const ZString& text) const
 {
-    return mGraphics ? mGraphics->MeasureText(text, *FontInForce()).bottom : 0;
+    const ZGraphics* const target = GetGraphics();
+    return target ? target->MeasureText(text, *FontInForce()).bottom : 0;
 }
 
 ZRect ZDrawingContext::StringBounds(const ZString& text, const ZRect& rect) const
 {
-    return mGraphics ? mGraphics->MeasureText(text, *FontInForce(), rect, mTruncate) : ZRect{};
+    const ZGraphics* const target = GetGraphics();
+    return target ? target->MeasureText(text, *FontInForce(), rect, mTruncate) : ZRect{};
 }
 
 void ZDrawingContext::SetTruncate(bool on)
@@ -269,14 +277,14 @@ void ZDrawingContext::SetTruncate(bool on)
 
 void ZDrawingContext::SetClip(const ZRect& rect)
 {
-    if (mGraphics)
-        mGraphics->SetClip(rect);
+    if (ZGraphics* const target = GetGraphics())
+        target->SetClip(rect);
 }
 
 void ZDrawingContext::SetClipPath(const ZPath& path)
 {
-    if (mGraphics)
-        mGraphics->SetClip(path.GetNative());
+    if (ZGraphics* const target = GetGraphics())
+        target->SetClip(path.GetNative());
 }
 
 void ZDrawingContext::SetClip(const ZRegion& region)
@@ -286,9 +294,10 @@ void ZDrawingContext::SetClip(const ZRegion& region)
 
 std::unique_ptr<ZSavedGraphicsState> ZDrawingContext::SaveState()
 {
-    const std::int32_t level = mGraphics ? mGraphics->Save() : 0;
+    ZGraphics* const target = GetGraphics();
+    const std::int32_t level = target ? target->Save() : 0;
     return std::unique_ptr<ZSavedGraphicsState>(
-        new ZSavedGraphicsState(mGraphics, level, mHorizontalScale, mVerticalScale));
+        new ZSavedGraphicsState(target, level, mHorizontalScale, mVerticalScale));
 }
 
 void ZDrawingContext::RestoreState(std::unique_ptr<ZSavedGraphicsState>& saved)
@@ -296,8 +305,9 @@ void ZDrawingContext::RestoreState(std::unique_ptr<ZSavedGraphicsState>& saved)
     if (!saved)
         return;
     // A target that came since has states of its own, none of them this one.
-    if (mGraphics && saved->mGraphics == mGraphics) {
-        mGraphics->Restore(saved->mLevel);
+    ZGraphics* const target = GetGraphics();
+    if (target && saved->mGraphics == target) {
+        target->Restore(saved->mLevel);
         mHorizontalScale = saved->mHorizontalScale;
         mVerticalScale = saved->mVerticalScale;
     }

@@ -126,7 +126,7 @@ public:
     virtual void SetClip(const ZRegion& region);
 
     /// The image of a bitmap; null for a context that is none.
-    [[nodiscard]] virtual ZImage* GetNative() const { return nullptr; }
+    [[nodiscard]] virtual const ZImage* GetNative() const { return nullptr; }
     /// 0, 0, width and height of a bitmap, else all zero.
     [[nodiscard]] virtual ZRect GetFrame() const { return {}; }
 
@@ -136,7 +136,7 @@ public:
 
     /// Takes a target, or none, and gives it the context's smoothing. The target is not owned.
     virtual void SetGraphics(ZGraphics* graphics);
-    [[nodiscard]] ZGraphics* GetGraphics() const { return mGraphics; }
+    [[nodiscard]] virtual ZGraphics* GetGraphics() const { return mGraphics; }
 
     [[nodiscard]] float GetPenWidth() const { return mPen.width; }
     [[nodiscard]] bool IsAntiAlias() const { return mAntiAlias; }

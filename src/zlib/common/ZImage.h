@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -23,6 +24,18 @@ public:
     [[nodiscard]] static std::unique_ptr<ZImage> Create(std::int32_t width, std::int32_t height);
     /// From the bytes of a PNG; null when they are none, are damaged, or tell of too large a size.
     [[nodiscard]] static std::unique_ptr<ZImage> Decode(std::span<const std::byte> png);
+    /// The same, decoded once for all who hold it at a time. The bytes, by whose place it is known,
+    /// are read-only data that lives as long as the library. [any thread]
+    [[nodiscard]] static std::shared_ptr<const ZImage> Share(std::span<const std::byte> png);
+    struct Size
+    {
+        std::int32_t width;
+        std::int32_t height;
+    };
+    /// What Decode will give, told without decoding; none for bytes that are no whole PNG.
+    [[nodiscard]] static std::optional<Size> ReadSize(std::span<const std::byte> png);
+    /// The same pixels once more; null when memory is short.
+    [[nodiscard]] std::unique_ptr<ZImage> Copy() const;
     explicit ZImage(std::unique_ptr<Native> native);
     ZImage(const ZImage&) = delete;
     ZImage& operator=(const ZImage&) = delete;

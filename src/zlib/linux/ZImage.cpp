@@ -39,6 +39,23 @@ bool beginsAsAllowedPng(Bytes png)
            isAllowed(bigEndian(png.subspan(16)), bigEndian(png.subspan(20)));
 }
 
+/// A PNG is a row of chunks, each with its length before it and a sum behind it, to the one that
+/// ends it.
+bool endsAsPng(Bytes png)
+{
+    constexpr std::size_t kSignature = 8;
+    constexpr std::size_t kAround = 12;  // length, name and sum of a chunk
+    for (Bytes rest = png.subspan(kSignature); rest.size() >= kAround;) {
+        const std::size_t length = bigEndian(rest);
+        if (length > rest.size() - kAround)
+            return false;
+        if (std::memcmp(&rest[4], "IEND", 4) == 0)
+            return true;
+        rest = rest.subspan(kAround + length);
+    }
+    return false;
+}
+
 cairo_status_t readBytes(void* rest, unsigned char* out, unsigned length)
 {
     Bytes& bytes = *static_cast<Bytes*>(rest);
@@ -116,6 +133,26 @@ std::unique_ptr<ZImage> ZImage::Decode(std::span<const std::byte> png)
         return nullptr;
     return imageOf(withAlpha(CairoPointer<cairo_surface_t>(
         cairo_image_surface_create_from_png_stream(readBytes, &png))));
+}
+
+std::optional<ZImage::Size> ZImage::ReadSize(std::span<const std::byte> png)
+{
+    if (!beginsAsAllowedPng(png) || !endsAsPng(png))
+        return std::nullopt;
+    return Size{static_cast<std::int32_t>(bigEndian(png.subspan(16))),
+                static_cast<std::int32_t>(bigEndian(png.subspan(20)))};
+}
+
+std::unique_ptr<ZImage> ZImage::Copy() const
+{
+    auto copy = Create(GetWidth(), GetHeight());
+    if (!copy)
+        return nullptr;
+    const CairoPointer<cairo_t> context(cairo_create(copy->mNative->surface.get()));
+    cairo_set_operator(context.get(), CAIRO_OPERATOR_SOURCE);
+    cairo_set_source_surface(context.get(), mNative->surface.get(), 0.0, 0.0);
+    cairo_paint(context.get());
+    return copy;
 }
 
 ZImage::ZImage(std::unique_ptr<Native> native)
