@@ -6,6 +6,7 @@
 #include "zlib/common/ZCommandList.h"
 #include "zlib/common/ZDocumentManager.h"
 #include "zlib/common/ZInterfaceLock.h"
+#include "zlib/common/ZInterfaceThread.h"
 #include "zlib/common/ZPluginWindow.h"
 #include "zlib/common/ZWindowTimers.h"
 
@@ -296,6 +297,23 @@ TEST_F(ZWindowTest, WhileADialogIsOpenOnlyDialogsTakeMessages)
     EXPECT_EQ(Send(*dialog, {Mouse::kWheel, {15, 12}, 1, 1}), Log{"a:wheel 5,2 1 1"});
     mApp->EndModal();
     EXPECT_EQ(Send(*window, {Mouse::kWheel, {15, 12}, 1, 1}), Log{"a:wheel 5,2 1 1"});
+}
+
+TEST_F(ZWindowTest, ModalRunsEndWithTheWindowThatTheyStandAbove)
+{
+    const auto window = Make();
+    const ZInterfaceThread thread;
+    bool running = false;
+    bool ended = false;
+    thread.GetLoop().Post([&] {
+        ZModalRun run(thread.GetLoop(), mApp.get());
+        running = true;
+        run.Run();
+        ended = true;
+    });
+    ASSERT_TRUE(waitFor([&] { return running; }));
+    thread.GetLoop().Post([&] { window->NativeDestroyed(); });
+    EXPECT_TRUE(waitFor([&] { return ended; }));
 }
 
 TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilTheMouseTakesTheFocusAway)

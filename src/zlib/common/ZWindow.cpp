@@ -98,7 +98,6 @@ void ZWindow::ReadAttributes(const ZXMLElement& xml)
     mChild = xml.GetAttributeBool("child");
     mDialog = xml.GetAttributeBool("dialog");
     mMdiChild = xml.GetAttributeBool("mdichild");
-    mVisibleWhenCreated = !xml.AttributeIs("visiblewhencreated", "false");
     mTitleAttribute = ZString(xml.GetAttribute("title"));
     mTitleStyle = titleStyleOf(xml);
     mCloseStyle = closeStyleOf(xml);

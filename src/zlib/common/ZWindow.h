@@ -255,7 +255,6 @@ private:
     bool mChild = false;
     bool mDialog = false;
     bool mMdiChild = false;
-    bool mVisibleWhenCreated = true;
     bool mResizable = true;
     ZPoint mFirstPosition;
     ZPoint mFirstSize;
