@@ -18,6 +18,7 @@
 #include <random>
 #include <set>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -32,6 +33,21 @@ constexpr float kRate = 44100.0f;
 constexpr std::int32_t kBlock = 512;
 constexpr std::size_t kParameters = 7;
 constexpr xcb_rectangle_t kEditor{40, 30, 454, 430};
+
+// Where something in the window can be pressed: menus, check boxes, the slider, buttons, a key.
+constexpr std::array<std::pair<int, int>, 13> kControls{{{100, 65},
+                                                         {100, 121},
+                                                         {240, 121},
+                                                         {240, 200},
+                                                         {345, 200},
+                                                         {20, 98},
+                                                         {20, 163},
+                                                         {70, 204},
+                                                         {30, 204},
+                                                         {50, 310},
+                                                         {50, 330},
+                                                         {50, 352},
+                                                         {200, 380}}};
 
 // Symbols of keys.
 constexpr std::uint32_t kShift = 0xffe1;
@@ -186,13 +202,18 @@ public:
     [[nodiscard]] unsigned Below(std::size_t end) { return static_cast<unsigned>(mRandom() % end); }
 
 private:
-    // Mostly in the window, and there mostly a step from where it was, as a drag is.
+    // Mostly a step from where it was, as a drag is, else to a control.
     void Move()
     {
-        if (Below(3) != 0) {
+        const unsigned where = Below(20);
+        if (where < 10) {
             mX = std::clamp(mX + static_cast<int>(Below(41)) - 20, 0, 1000);
             mY = std::clamp(mY + static_cast<int>(Below(41)) - 20, 0, 760);
-        } else if (Below(8) != 0) {
+        } else if (where < 16) {
+            const auto [x, y] = kControls[Below(kControls.size())];
+            mX = kEditor.x + x;
+            mY = kEditor.y + y;
+        } else if (where < 19) {
             mX = kEditor.x + static_cast<int>(Below(kEditor.width));
             mY = kEditor.y + static_cast<int>(Below(kEditor.height));
         } else {
