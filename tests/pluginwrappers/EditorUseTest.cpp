@@ -211,6 +211,20 @@ TEST_F(EditorUseTest, TheSwitchesSwitchAndTellTheHost)
     EXPECT_EQ(takeNotes(), Notes{}) << "no parameter";
 }
 
+TEST_F(EditorUseTest, EachPressOfAQuickHandCounts)
+{
+    const ZPoint box = At("Transpose Enable", {5, 5});
+    const ZPoint slider = At("PitchCorrectionTimeSlider", {90, 8});
+    Click("Transpose Enable");
+    Mouse(ZNativeMouseEvent::kDoubleClick, box);
+    Mouse(ZNativeMouseEvent::kUp, box);
+    EXPECT_EQ(Element("transposeOnOff").GetDiscrete(), 0);
+    Mouse(ZNativeMouseEvent::kDoubleClick, slider);
+    Mouse(ZNativeMouseEvent::kMove, {slider.x + 100, slider.y});
+    EXPECT_EQ(Element("pitchCorrectionTime").GetZFloat(), Element("pitchCorrectionTime").Max());
+    Mouse(ZNativeMouseEvent::kUp, slider);
+}
+
 TEST_F(EditorUseTest, WhatTheMenusChooseIsHeard)
 {
     Click("Transpose Enable");

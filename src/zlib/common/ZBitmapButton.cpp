@@ -171,6 +171,12 @@ void ZBitmapButton::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
     SetMouseCapture(true, true);
 }
 
+// The second press of a quick hand is a press.
+void ZBitmapButton::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
 void ZBitmapButton::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
 {
     if (mMomentary && HasMouseCapture())

@@ -46,6 +46,7 @@ public:
     void SetEnabled(bool enabled) override;
     void Draw(const ZRect& update) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
     void MouseEntered(const ZPoint& point) override;

@@ -59,6 +59,12 @@ void ZCheckBox::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
         editDiscrete(mElement, mElement->GetDiscrete() > 0 ? 0 : 1);
 }
 
+// The second press of a quick hand is a press.
+void ZCheckBox::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
 void ZCheckBox::Draw(const ZRect& /*update*/)
 {
     const bool isOn = mElement && mElement->GetDiscrete() == 1;

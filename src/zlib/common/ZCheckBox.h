@@ -26,6 +26,7 @@ public:
     void OnAttached() override;
     void Draw(const ZRect& update) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
 
 private:
     void DrawTitle();

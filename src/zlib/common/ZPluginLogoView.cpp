@@ -81,6 +81,12 @@ void ZPluginLogoView::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
         mVersionTimer = mWindow->StartTimer(kVersionMicroseconds, *this);
 }
 
+// The second press of a quick hand is a press.
+void ZPluginLogoView::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
 bool ZPluginLogoView::OnTimer(std::int64_t timerId)
 {
     if (mVersionTimer == ZWindow::kNoTimer || timerId != mVersionTimer)

@@ -23,6 +23,7 @@ public:
     void OnDetached() override;
     void Draw(const ZRect& update) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
     bool OnTimer(std::int64_t timerId) override;
 
     [[nodiscard]] bool ShowsVersion() const { return mShowVersion; }

@@ -159,6 +159,12 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
     editDiscrete(element, chosen);
 }
 
+// The second press of a quick hand is a press.
+void ZPopupMenu::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
 ZString ZPopupMenu::GetText() const
 {
     if (!mElement)

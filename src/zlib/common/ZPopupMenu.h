@@ -38,6 +38,7 @@ public:
     /// Opens the menu over the text; without an element nothing. The view may be gone when it
     /// returns.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
 
     [[nodiscard]] const ZMenu& GetMenu() const { return *mMenu; }
     [[nodiscard]] std::int32_t GetCheckedIndex() const { return mCheckedIndex; }

@@ -145,6 +145,12 @@ void ZSlider::MouseDown(const ZPoint& point, std::uint32_t mods)
     TrackMouse(point, mods);
 }
 
+// The second press of a quick hand is a press.
+void ZSlider::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
 void ZSlider::MouseMoved(const ZPoint& point, std::uint32_t mods)
 {
     TrackMouse(point, mods);

@@ -33,6 +33,7 @@ public:
     /// Beside the thumb its middle jumps to the mouse; on the thumb, edges included, it stays under
     /// the mouse where it was taken. With alt nothing happens before the release.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
     /// With alt: the default.
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
