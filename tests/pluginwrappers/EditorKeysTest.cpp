@@ -161,10 +161,11 @@ TEST_F(EditorKeysTest, ANoteWhoseBoxIsCheckedIsLeftAsItIsSung)
 TEST_F(EditorKeysTest, AScaleOfTheUsersIsNamedChosenAndShownAgain)
 {
     const BoxRecorder boxes;
-    const auto before = KestruneNameScaleDialog::SetRunner([](const ZString&, ZString& name) {
-        name = "Mine";
-        return true;
-    });
+    const auto before =
+        KestruneNameScaleDialog::SetRunner([](ZApplication*, const ZString&, ZString& name) {
+            name = "Mine";
+            return true;
+        });
     ClickKey(kASharp);
     Click("CustomScaleDoneButton");
     TickTwice();
