@@ -34,15 +34,10 @@ WindowPixels enlarged(const WindowPixels& from, int scale)
 
 }  // namespace
 
-void WindowShot::Take()
+void writePicture(const WindowPixels& from, const std::filesystem::path& path,
+                  const std::string& name, int scale)
 {
-    if (mPixels.values.empty())
-        mPixels = mPlugin.Window();
-}
-
-void WindowShot::Write(const std::filesystem::path& path, const std::string& name, int scale) const
-{
-    WindowPixels pixels = enlarged(mPixels, scale);
+    WindowPixels pixels = enlarged(from, scale);
     // Cairo's form is the same: whole rows of 32 bits, colours multiplied.
     constexpr int kPixelBytes = 4;
     const Surface surface(cairo_image_surface_create_for_data(
@@ -52,6 +47,17 @@ void WindowShot::Write(const std::filesystem::path& path, const std::string& nam
     if (status != CAIRO_STATUS_SUCCESS)
         throw ZException(-1,
                          fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
+}
+
+void WindowShot::Take()
+{
+    if (mPixels.values.empty())
+        mPixels = mPlugin.Window();
+}
+
+void WindowShot::Write(const std::filesystem::path& path, const std::string& name, int scale) const
+{
+    writePicture(mPixels, path, name, scale);
 }
 
 }  // namespace orvane

@@ -19,6 +19,11 @@ struct WindowPixels
     std::vector<std::uint32_t> values;
 };
 
+/// Writes a PNG, each pixel as a square of scale by scale. name is what an error calls the file.
+/// Throws ZException -1 where the file cannot be written.
+void writePicture(const WindowPixels& pixels, const std::filesystem::path& path,
+                  const std::string& name, int scale);
+
 /// One picture of a plug-in's window, taken on the way.
 class WindowShot
 {
@@ -38,8 +43,7 @@ public:
     }
     /// Takes the picture, if there is none yet. Throws as Pass.
     void Take();
-    /// Writes it as a PNG, each pixel as a square of scale by scale. name is what an error calls
-    /// the file. Needs Take; throws ZException where the file cannot be written.
+    /// As writePicture. Needs Take.
     void Write(const std::filesystem::path& path, const std::string& name, int scale) const;
 
 private:
