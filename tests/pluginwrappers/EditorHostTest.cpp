@@ -1,4 +1,4 @@
-// Hosts that open the editor, on a display of the test's own.
+// What the editor shows on the screen is the state of its own instance, wherever a host puts it.
 
 #include "TestHost.h"
 
@@ -10,13 +10,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <memory>
-#include <thread>
 #include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -126,47 +122,6 @@ TEST_F(EditorHostTest, ShowsTheSameStateInOneParentAfterAnother)
     EXPECT_TRUE(Holds(second, 0));
 }
 
-TEST_F(EditorHostTest, TellsTheHostOfAGestureWithItsBeginAndEnd)
-{
-    EXPECT_EQ(Open(effect, ParentAt(0, 0)), 1);
-    EXPECT_TRUE(Shows(effect, 0, 0));
-    probe->MovePointer(kBoxX, kBoxY);
-    probe->Click(1);
-    const auto gesture = [] {
-        std::vector<std::int32_t> opcodes;
-        for (const HostCall& call : TestHost::Calls()) {
-            if (call.opcode == audioMasterBeginEdit || call.opcode == audioMasterEndEdit ||
-                call.opcode == audioMasterAutomate)
-                opcodes.push_back(call.opcode);
-        }
-        std::ranges::sort(opcodes);  // the value follows at the tick, before or after the release
-        return opcodes;
-    };
-    EXPECT_TRUE(waitFor([&] {
-        return gesture() == std::vector<std::int32_t>{audioMasterAutomate, audioMasterBeginEdit,
-                                                      audioMasterEndEdit};
-    }));
-}
-
-TEST_F(EditorHostTest, ShowsItselfInAParentThatIsMadeReadyLater)
-{
-    // As a host does that asks the size only after it has opened.
-    const xcb_window_t parent = probe->MakeWindow({0, 0, 1, 1}, /*shown*/ false);
-    EXPECT_EQ(Open(effect, parent), 1);
-    const ERect size = SizeOf(effect);
-    const xcb_window_t frame = probe->MakeWindow({50, 40, 800, 600});
-    probe->Place(parent, {0, 0, static_cast<std::uint16_t>(size.right),
-                          static_cast<std::uint16_t>(size.bottom)});
-    probe->Reparent(parent, frame, 10, 20);
-    probe->Show(parent);
-    EXPECT_TRUE(Shows(effect, 60, 60));
-    probe->Hide(parent);
-    for (int i = 0; i < 3; ++i)
-        ask(effect, effEditIdle);
-    probe->Show(parent);
-    EXPECT_TRUE(Shows(effect, 60, 60));
-}
-
 TEST_F(EditorHostTest, ParentsThatAreNoneAreRefusedAndAllElseGoesOn)
 {
     const xcb_window_t gone = ParentAt(0, 0);
@@ -185,35 +140,6 @@ TEST_F(EditorHostTest, ParentsThatAreNoneAreRefusedAndAllElseGoesOn)
     EXPECT_TRUE(Shows(effect, 0, 0)) << "the first opening holds";
 }
 
-TEST_F(EditorHostTest, ASecondOpeningMovesTheWindow)
-{
-    const xcb_window_t first = ParentAt(0, 0);
-    const xcb_window_t second = ParentAt(300, 200);
-    EXPECT_EQ(Open(effect, first), 1);
-    EXPECT_EQ(Open(effect, second), 1);
-    EXPECT_TRUE(Holds(first, 0));
-    EXPECT_TRUE(Holds(second, 1));
-    EXPECT_TRUE(Shows(effect, 300, 200));
-}
-
-TEST_F(EditorHostTest, AParentMayVanishWhileItIsOpen)
-{
-    for (const bool closes : {true, false}) {
-        const xcb_window_t parent = ParentAt(0, 0);
-        EXPECT_EQ(Open(effect, parent), 1);
-        EXPECT_TRUE(Shows(effect, 0, 0));
-        probe->Destroy(parent);
-        probe->Sync();
-        effect->setParameter(effect, kKey, 0.5f);
-        ask(effect, effEditIdle);
-        if (closes)
-            ask(effect, effEditClose);
-    }
-    const xcb_window_t parent = ParentAt(0, 0);
-    EXPECT_EQ(Open(effect, parent), 1);
-    EXPECT_TRUE(Shows(effect, 0, 0));
-}
-
 TEST_F(EditorHostTest, InstancesShowTheirOwnStatesAndGoInAnyOrder)
 {
     std::array<AEffect*, 2> others{host.Open(), host.Open()};
@@ -230,55 +156,6 @@ TEST_F(EditorHostTest, InstancesShowTheirOwnStatesAndGoInAnyOrder)
     EXPECT_TRUE(Shows(others[1], 460, 330));
     closeEffect(others[1]);
     closeEffect(others[0]);
-}
-
-TEST_F(EditorHostTest, AnotherThreadThanTheMainOneMayHaveTheEditor)
-{
-    const xcb_window_t parent = ParentAt(0, 0);
-    std::thread gui([&] {
-        for (int i = 0; i < 5; ++i) {
-            EXPECT_EQ(Open(effect, parent), 1);
-            ask(effect, effEditIdle);
-            ask(effect, effEditKeyDown, 'a');
-            EXPECT_EQ(SizeOf(effect).top, 0);
-            ask(effect, effEditClose);
-        }
-        EXPECT_EQ(Open(effect, parent), 1);
-    });
-    std::array<float, 512> silence{};
-    std::array<float*, 2> channels{silence.data(), silence.data()};
-    ask(effect, effSetBlockSize, 0, 512);
-    ask(effect, effMainsChanged, 0, 1);
-    for (int i = 0; i < 200; ++i) {
-        effect->setParameter(effect, kKey, static_cast<float>(i % 12) / 11.0f);
-        effect->processReplacing(effect, channels.data(), channels.data(), 512);
-    }
-    gui.join();
-    EXPECT_TRUE(Shows(effect, 0, 0));
-}
-
-TEST(EditorWithoutDisplayTest, EverythingButOpeningWorks)
-{
-    const char* const before = std::getenv("DISPLAY");
-    const std::string display = before != nullptr ? before : "";
-    ::unsetenv("DISPLAY");
-    const TestHost host;
-    AEffect* const effect = host.Open();
-    ASSERT_NE(effect, nullptr);
-    EXPECT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{7})), 0);
-    ERect* rect = nullptr;
-    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
-    EXPECT_GT(rect->right, 0);
-    EXPECT_GT(rect->bottom, 0);
-    WindowPicture picture{};
-    EXPECT_EQ(ask(effect, effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture), 1);
-    EXPECT_EQ(picture.width, rect->right);
-    EXPECT_EQ(picture.height, rect->bottom);
-    ask(effect, effEditIdle);
-    ask(effect, effEditClose);
-    closeEffect(effect);
-    if (before != nullptr)
-        ::setenv("DISPLAY", display.c_str(), 1);
 }
 
 }  // namespace orvane

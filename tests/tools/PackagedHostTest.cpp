@@ -1,3 +1,5 @@
+#include "tools/RenderProgram.h"
+
 #include "tools/render/PluginInstance.h"
 
 #include <gtest/gtest.h>
@@ -5,6 +7,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -81,6 +84,38 @@ TEST(PackagedHostTest, QtractorFindsTheEffectWithItsPortsAndParameters)
     EXPECT_EQ(fields[4], std::to_string(plugin.ParameterCount()) + ":0");
     EXPECT_EQ(fields[6], library.string());
     EXPECT_EQ(fields[8], "0x6f636d6e\n");
+}
+
+TEST(PackagedHostTest, ArdourListsTheProgramsByTheirNames)
+{
+    const fs::path folder = "/usr/lib/ardour7";
+    if (!fs::exists(folder / "ardour-vst-scanner") || !fs::exists("/usr/bin/ardour7-lua"))
+        GTEST_SKIP() << "the host Ardour 7 is not installed";
+    if (kNeedsSanitizer)
+        GTEST_SKIP() << "no host loads a library that is built with a sanitizer";
+    const ScratchFolder home;
+    const fs::path library = fs::path(KESTRUNE_RENDER_PROGRAM).parent_path() / "CantorelMini.so";
+    const std::string environment =
+        "HOME='" + home.Path("") + "' LXVST_PATH='" + library.parent_path().string() + "' ";
+    outputOf(environment + "LD_LIBRARY_PATH=" + folder.string() + " timeout 60 " +
+             (folder / "ardour-vst-scanner").string() + " -f '" + library.string() + "' 2>&1");
+    std::ofstream(home.Path("list.lua"))
+        << "AudioEngine:set_backend('None (Dummy)', '', '')\n"
+           "create_session('"
+        << home.Path("session")
+        << "', 'session', 48000)\n"
+           "local info = ARDOUR.LuaAPI.new_plugin_info('CantorelMini', ARDOUR.PluginType.LXVST)\n"
+           "for preset in info:get_presets(false):iter() do print('> ' .. preset.label) end\n"
+           "close_session()\nquit()\n";
+    const std::string said =
+        outputOf(environment + "timeout 60 ardour7-lua '" + home.Path("list.lua") + "' 2>&1");
+    const PluginInstance plugin(library);
+    ASSERT_EQ(plugin.ProgramCount(), 7);
+    for (int program = 0; program < plugin.ProgramCount(); ++program) {
+        const std::string line =
+            "> " + std::to_string(program) + " - " + plugin.ProgramName(program) + "\n";
+        EXPECT_NE(said.find(line), std::string::npos) << line << said;
+    }
 }
 
 }  // namespace orvane
