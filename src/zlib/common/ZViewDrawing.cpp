@@ -69,9 +69,8 @@ ZRect edgeOf(const ZRect& rect)
     return {rect.left, rect.top, rect.right - 1, rect.bottom - 1};
 }
 
-void addRectPath(ZDrawingContext& context, const ZRect& frame)
+void addRectPath(ZDrawingContext& context, const ZRect& edge)
 {
-    const ZRect edge = edgeOf(frame);
     context.ResetPath();
     context.AddPathLine({edge.left, edge.top}, {edge.right, edge.top});
     context.AddPathLine({edge.right, edge.top}, {edge.right, edge.bottom});
@@ -315,7 +314,7 @@ void ZView::DrawFrame(const ZRect& rect)
     if (isRounded)
         addRoundedPath(*mContext, mFrame, mFrameWidth, mFrameRadius);
     else
-        addRectPath(*mContext, mFrame);
+        addRectPath(*mContext, edgeOf(mFrame));
     mContext->SetAntiAlias(isRounded);
     switch (mFrameStyle) {
     case kFrameDebug:
