@@ -8,8 +8,7 @@
 #include "zlib/common/ZDialog.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZInterfaceThread.h"
-#include "zlib/common/ZLabelButton.h"
-#include "zlib/common/ZTextEdit.h"
+#include "zlib/common/ZView.h"
 
 #include <gtest/gtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -82,13 +81,13 @@ protected:
         const ZPoint at = OnScreen(point);
         return probe->PixelAt(at.x, at.y);
     }
-    void Click(const char* button)
+    void Click(const char* view)
     {
         ZPoint at;
         {
             const ZInterfaceLock lock;
             const ZDialog twin(*app, "SaveCustomScale");
-            const ZRect bounds = twin.Find<ZLabelButton>(button)->GetBounds();
+            const ZRect bounds = twin.Find<ZView>(view)->GetBounds();
             at = OnScreen({bounds.left + 9, bounds.top + 9});
         }
         probe->MovePointer(at.x, at.y);
@@ -127,6 +126,10 @@ TEST_F(KestruneNameScaleWindowTest, CancelEscapeTheTitleBarAndTheApplicationEndI
     const std::function<void()> ways[] = {
         [this] { Click("Cancel"); },
         [this] { probe->TypeKey(XKB_KEY_Escape); },
+        [this] {
+            Click("Note");
+            probe->TypeKey(XKB_KEY_Escape);
+        },
         [this] {
             probe->SendMessage(Dialog(), "WM_PROTOCOLS", probe->GetAtom("WM_DELETE_WINDOW"));
         },

@@ -151,6 +151,7 @@ TEST_F(LittleWindowsTest, AMenuIsWorkedByKeys)
         probe->TypeKey(key);
     ASSERT_TRUE(Ends());
     EXPECT_EQ(chosen, 6);
+    EXPECT_EQ(probe->GetFocus(), window->GetNativeWindow()->GetHandle());
     OpenMenu({100, 120});
     ASSERT_TRUE(waitFor([this] { return probe->GetFocus() == FindNew(); }));
     probe->TypeKey(XKB_KEY_Escape);

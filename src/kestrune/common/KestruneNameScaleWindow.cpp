@@ -37,7 +37,7 @@ bool KestruneNameScaleWindow::Run(ZApplication* application, const ZString& reso
     edit->SetEscapeAction(cancel);
     setAction(dialog, "OK", accept);
     setAction(dialog, "Cancel", cancel);
-    dialog.GetWindow().SetFocusView(edit.get());
+    dialog.SetKeyView(*edit);
 
     ZWindowKeeper* const keeper = app->GetWindowManager();
     const auto parent = keeper ? keeper->GetCurrentWindow() : nullptr;

@@ -3,6 +3,7 @@
 #include "zlib/common/ZBitmap.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane
 {
@@ -66,7 +67,7 @@ void ZContentWindow::NativeSized(std::int32_t /*width*/, std::int32_t /*height*/
 
 void ZContentWindow::NativeFocus(bool focused)
 {
-    if (!focused)
+    if (std::exchange(mHasFocus, focused) && !focused)
         mContent.FocusLost();
 }
 

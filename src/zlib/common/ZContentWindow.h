@@ -48,6 +48,8 @@ public:
     void Show();
     void Redraw();
     [[nodiscard]] ZNativeWindow& GetNative() const { return *mNative; }
+    /// Whether the keys come here.
+    [[nodiscard]] bool HasFocus() const { return mHasFocus; }
 
 private:
     ZContentWindow(const ZRect& rect, ZWindowContent& content);
@@ -64,6 +66,7 @@ private:
     ZWindowContent& mContent;
     std::unique_ptr<ZBitmap> mPicture;
     std::unique_ptr<ZNativeWindow> mNative;
+    bool mHasFocus = false;
 };
 
 /// The rectangle moved, and where it is too large cut, so that it lies within the monitor.

@@ -21,6 +21,8 @@ namespace
 {
 
 constexpr std::int32_t kBadSignature = 5;
+// The window's end, and the end of a click, which takes the keys from the view that had them.
+constexpr std::int32_t kFiltered[] = {ZCLOSE, ZMOUSEUP};
 
 boost::shared_ptr<ZXMLElement> loadWindowType(const ZResources& resources, const ZString& name)
 {
@@ -46,12 +48,14 @@ ZDialog::ZDialog(ZApp& app, const ZString& resourceName)
     : mApp(app)
     , mWindow(ZWindowType(loadWindowType(app.GetResources(), resourceName)).BuildWindow(app))
 {
-    mWindow->AddFilter(ZCLOSE, this);
+    for (const std::int32_t id : kFiltered)
+        mWindow->AddFilter(id, this);
 }
 
 ZDialog::~ZDialog()
 {
-    mWindow->RemoveFilter(ZCLOSE, this);
+    for (const std::int32_t id : kFiltered)
+        mWindow->RemoveFilter(id, this);
     mWindow->Destroy();
 }
 
@@ -60,9 +64,18 @@ boost::shared_ptr<ZView> ZDialog::FindView(std::string_view name) const
     return mWindow->GetRootView()->FindSubview(name);
 }
 
-void ZDialog::FilterMessage(const ZMessage& /*message*/)
+void ZDialog::SetKeyView(ZView& view)
 {
-    End(false);
+    mKeyView = &view;
+    mWindow->SetFocusView(mKeyView);
+}
+
+void ZDialog::FilterMessage(const ZMessage& message)
+{
+    if (message.GetId() == ZCLOSE)
+        End(false);
+    else if (!mWindow->GetFocusView())
+        mWindow->SetFocusView(mKeyView);
 }
 
 bool ZDialog::Run(ZWindow* parent)

@@ -33,6 +33,9 @@ public:
         return boost::dynamic_pointer_cast<View>(FindView(name));
     }
 
+    /// The view that gets the keys when no other has them, from now on; one of the dialog's.
+    void SetKeyView(ZView& view);
+
     /// Shows the window above parent, which may be null, and waits, with the interface lock given
     /// up, until End. False when that said so, when the user or the application closed the window,
     /// and at once where there is no display or this is another thread. The application is there at
@@ -48,6 +51,7 @@ private:
 
     ZApp& mApp;
     boost::shared_ptr<ZWindow> mWindow;
+    ZView* mKeyView = nullptr;
     ZModalRun* mRun = nullptr;
     bool mResult = false;
 };

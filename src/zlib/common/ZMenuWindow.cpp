@@ -38,6 +38,7 @@ std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& s
     if (!popup)
         return std::nullopt;
 
+    const auto windowLife = window->GetLife();
     const ZInterfaceThread thread;
     ZModalRun run(thread.GetLoop(), window->GetApp());
     content.SetEnded([&run] { run.End(); });
@@ -51,6 +52,9 @@ std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& s
     popup->GetNative().SetFocus();
     run.Run();
     thread.GetLoop().Remove(beat);
+    // The system would leave the keys with nobody; but who has taken them meanwhile keeps them.
+    if (popup->HasFocus() && !windowLife.expired() && window->GetNativeWindow())
+        window->GetNativeWindow()->SetFocus();
     return content.GetChosen();
 }
 
