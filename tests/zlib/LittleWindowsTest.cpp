@@ -159,8 +159,19 @@ TEST_F(LittleWindowsTest, AMenuIsWorkedByKeys)
     EXPECT_FALSE(chosen.has_value());
 }
 
-TEST_F(LittleWindowsTest, AMenuEndsWithItsApplicationOrItsDisplay)
+TEST_F(LittleWindowsTest, AMenuEndsWithItsWindowItsApplicationOrItsDisplay)
 {
+    OpenMenu({100, 120});
+    {
+        const ZInterfaceLock lock;
+        window->Hide();
+    }
+    ASSERT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+    {
+        const ZInterfaceLock lock;
+        window->Show();
+    }
     OpenMenu({100, 120});
     {
         const ZInterfaceLock lock;

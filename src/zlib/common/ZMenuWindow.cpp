@@ -14,8 +14,9 @@ namespace orvane
 namespace
 {
 
-// How fast items scroll under a pointer that rests on an arrow.
-constexpr std::chrono::milliseconds kScrollPeriod{70};
+// How fast items scroll under a pointer that rests on an arrow, and how soon the menu notices that
+// its window is no longer to be seen.
+constexpr std::chrono::milliseconds kBeat{70};
 
 }  // namespace
 
@@ -42,8 +43,10 @@ std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& s
     const ZInterfaceThread thread;
     ZModalRun run(thread.GetLoop(), window->GetApp());
     content.SetEnded([&run] { run.End(); });
-    const auto beat = thread.GetLoop().AddTimer(kScrollPeriod, [&content, &popup] {
-        if (content.Tick())
+    const auto beat = thread.GetLoop().AddTimer(kBeat, [&] {
+        if (windowLife.expired() || !window->IsVisible())
+            content.Dismiss();
+        else if (content.Tick())
             popup->Redraw();
     });
     popup->Show();

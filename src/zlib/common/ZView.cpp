@@ -15,8 +15,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <algorithm>
-#include <mutex>
 #include <optional>
 #include <utility>
 
