@@ -378,6 +378,7 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
         {{in, out, "--window", mFolder.Path("w.png"), "--window-at", "-1"}, "--window-at"},
         {{in, out, "--window", mFolder.Path("w.png"), "--window-scale", "9"}, "1 to 8"},
         {{"--window", mFolder.Path("w.png"), in}, "OUT"},
+        {{"--window", mFolder.Path("w.png"), "--plugin", KESTRUNE_FAKE_PLUGIN}, "does not tell"},
         {{"--window", mFolder.Path("w.png"), "--plot", out}, "requires IN"},
         {{in, out, "--report", mFolder.Path("none/r.json")}, "no folder"},
     };
