@@ -4,11 +4,13 @@
 #include "kestrune/common/KestruneDocument.h"
 #include "kestrune/common/ZPsolaBay.h"
 #include "zlib/common/ZAudioManager.h"
+#include "zlib/common/ZClassRegistry.h"
 #include "zlib/common/ZCommand.h"
 #include "zlib/common/ZCommandList.h"
 #include "zlib/common/ZOutputBay.h"
 #include "zlib/common/ZPlugin.h"
 #include "zlib/common/ZSignalLooper.h"
+#include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 
@@ -72,6 +74,22 @@ TEST(ProductStartTest, ResetSettingsPutsTheDefaultsBack)
     ASSERT_TRUE(plugin->GetCommandList()->GetCommand("cmdSetDefaults", reset));
     reset->Dispatch();
     EXPECT_EQ(time->GetZFloat(), time->GetZFloatDefault());
+}
+
+TEST(ProductStartTest, ADescriptionCanNameEveryViewOfTheProduct)
+{
+    const auto plugin = startProduct();
+    for (const std::string name :
+         {"KestruneCentsSlider", "KestruneCorrectionMeter", "KestruneIgnoreKeysView",
+          "KestruneKeyboardLabel", "KestruneKeyboardView", "KestrunePitchGraph", "ZBWKeys",
+          "ZGraphAxisView"})
+    {
+        const std::string className = name + "Class";
+        const auto view =
+            plugin->GetClassRegistry().Create(className, boost::make_shared<ZXMLElement>("view"));
+        EXPECT_EQ(view->GetClassName(), className);
+        EXPECT_TRUE(view->IsKindOf("ZViewClass")) << name;
+    }
 }
 
 }  // namespace orvane
