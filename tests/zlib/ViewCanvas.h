@@ -2,16 +2,18 @@
 
 #include "support/SmallApplication.h"
 #include "zlib/Canvas.h"
-#include "zlib/DocumentFixture.h"
 #include "zlib/common/ZElement.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZView.h"
+#include "zlib/common/ZXMLDocument.h"
+#include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <boost/make_shared.hpp>
 
@@ -41,10 +43,11 @@ protected:
     boost::shared_ptr<View> Make(const std::string& attributes, const std::string& tags = "",
                                  const std::string& size = "width=\"110\" height=\"20\"")
     {
-        return boost::make_shared<View>(xmlOf("<view name=\"view\" " + attributes +
-                                              "><rect name=\"bounds\" left=\"0\" " + "top=\"0\" " +
-                                              size + "></rect>" + tags + "</view>"),
-                                        &app);
+        const std::string text = "<view name=\"view\" " + attributes +
+                                 "><rect name=\"bounds\" left=\"0\" top=\"0\" " + size +
+                                 "></rect>" + tags + "</view>";
+        const ZXMLDocument document(text.data(), static_cast<std::int32_t>(text.size()));
+        return boost::make_shared<View>(document.GetChild(0), &app);
     }
     boost::shared_ptr<ZElement> MakeFloat(float min, float max, float value)
     {

@@ -1,4 +1,5 @@
 #include "support/ExpectZException.h"
+#include "zlib/DocumentFixture.h"
 #include "zlib/ViewCanvas.h"
 #include "zlib/common/ZBevelView.h"
 #include "zlib/common/ZPluginBackground.h"

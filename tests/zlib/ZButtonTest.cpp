@@ -1,3 +1,4 @@
+#include "zlib/DocumentFixture.h"
 #include "zlib/ViewCanvas.h"
 #include "zlib/common/ZBitmapButton.h"
 #include "zlib/common/ZCheckBox.h"
