@@ -234,6 +234,26 @@ TEST(ZModalRunTest, ClosingAnOwnerEndsItsRunsAndWaitsForTheirCallbacks)
     EXPECT_TRUE(ZInterfaceLock::IsHeld());
 }
 
+TEST(ZModalRunTest, RunsOfNobodyEndAndTheLoopGoesOn)
+{
+    ServedLoop served;
+    ZSemaphore open("open", 0);
+    ZSemaphore alive("alive", 0);
+    std::atomic<bool> boxLeft{false};
+    served.loop.Post([&] {
+        ZModalRun box(served.loop, nullptr);
+        served.loop.Post([&] { open.Release(); });
+        box.Run();
+        boxLeft = true;
+    });
+    open.Wait();
+    served.loop.EndModalRuns(nullptr);
+    EXPECT_TRUE(boxLeft);
+    served.loop.EndModalRuns(nullptr);
+    served.loop.Post([&] { alive.Release(); });
+    EXPECT_EQ(alive.Wait(5'000'000), 0) << "the loop itself belongs to nobody, too";
+}
+
 TEST(ZInterfaceLockTest, IsRecursiveAndGivenUpWholly)
 {
     EXPECT_FALSE(ZInterfaceLock::IsHeld());

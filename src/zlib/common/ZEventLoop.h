@@ -62,9 +62,10 @@ public:
     void Run();
     /// Ends Run and all modal runs inside it, for good. [any thread]
     void End();
-    /// Ends the modal runs of an owner and waits until the callbacks that began them have returned;
-    /// on the loop's own thread it only ends them. Gives up the interface lock while it waits; a
-    /// caller that holds the lock can then be sure there are none. [any thread]
+    /// Ends the modal runs of an owner, or with null those that have none, and waits until the
+    /// callbacks that began them have returned; on the loop's own thread it only ends them. Gives
+    /// up the interface lock while it waits; a caller that holds the lock can then be sure there
+    /// are none. [any thread]
     void EndModalRuns(const void* owner);
 
     [[nodiscard]] bool IsLoopThread() const;
@@ -113,7 +114,8 @@ private:
 class ZModalRun
 {
 public:
-    /// The owner is whoever must not go while the run lasts, see ZEventLoop::EndModalRuns.
+    /// The owner is whoever must not go while the run lasts, see ZEventLoop::EndModalRuns; null
+    /// for none.
     ZModalRun(ZEventLoop& loop, const void* owner);
     ZModalRun(const ZModalRun&) = delete;
     ZModalRun& operator=(const ZModalRun&) = delete;

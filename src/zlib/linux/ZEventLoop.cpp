@@ -184,7 +184,6 @@ void ZEventLoop::EndRun(ZModalRun& run)
 
 void ZEventLoop::EndModalRuns(const void* owner)
 {
-    assert(owner);
     while (const std::optional<std::uint64_t> delivery = EndOuterRun(owner)) {
         Wake();
         if (IsLoopThread())
@@ -197,8 +196,9 @@ void ZEventLoop::EndModalRuns(const void* owner)
 std::optional<std::uint64_t> ZEventLoop::EndOuterRun(const void* owner)
 {
     const std::lock_guard lock(mMutex);
-    const auto run = std::find_if(mRuns.begin(), mRuns.end(),
-                                  [=](const ZModalRun* each) { return each->mOwner == owner; });
+    const auto run = std::find_if(mRuns.begin(), mRuns.end(), [&](const ZModalRun* each) {
+        return each->mOwner == owner && each != mMainRun.get();
+    });
     if (run == mRuns.end())
         return std::nullopt;
     (*run)->mEnded = true;  // and with it all that run inside
