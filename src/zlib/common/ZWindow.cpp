@@ -188,7 +188,8 @@ void ZWindow::Destroy()
     mOffscreenBitmap.reset();
 }
 
-// Menus and dialogs that stand above the window have nothing to stand above any more.
+// Menus and dialogs above the window have lost their ground, and a dialog itself waits for an end
+// that cannot come any more.
 void ZWindow::EndModalRuns()
 {
     if (ZApp* const app = ZApp::Of(*this))

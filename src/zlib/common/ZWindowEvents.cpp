@@ -414,10 +414,6 @@ void ZWindow::NativeDestroyed()
 {
     EndModalRuns();
     Destroy();
-    // A dialog waits for an end that cannot come any more, and what stands above another window has
-    // lost its ground.
-    if (ZApp* const app = ZApp::Of(*this))
-        app->EndModalRuns();
 }
 
 }  // namespace orvane
