@@ -26,6 +26,7 @@ constexpr const char* kServer = "/usr/bin/Xvfb";
                                        "-noreset", "-nolisten",  "tcp"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
