@@ -88,6 +88,7 @@ const char* RealtimeGuard::firstViolation() const noexcept
         return next(a, b, c, d, e, f, g);                                                          \
     }
 
+#ifndef __SANITIZE_THREAD__
 // Locks, waits and wake-ups. A try does not wait, so it may pass.
 KESTRUNE_COUNT(pthread_mutex_lock)
 KESTRUNE_COUNT(pthread_mutex_timedlock)
@@ -109,6 +110,7 @@ KESTRUNE_COUNT(sem_clockwait)
 KESTRUNE_COUNT(sem_post)
 KESTRUNE_COUNT(pthread_create)
 KESTRUNE_COUNT(pthread_join)
+#endif
 
 // System calls.
 KESTRUNE_COUNT(syscall)

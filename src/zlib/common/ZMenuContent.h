@@ -19,6 +19,8 @@ class ZMenuContent : public ZWindowContent
 {
 public:
     explicit ZMenuContent(const ZMenu& menu);
+    /// Where the pointer is as the menu opens; else it counts as being where it is first heard of.
+    void StartAt(const ZPoint& pointer) { mStart = pointer; }
 
     /// What it takes to show all items.
     [[nodiscard]] ZPoint GetSize() const { return mSize; }

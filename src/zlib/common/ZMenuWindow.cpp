@@ -31,6 +31,8 @@ std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& s
         screenPosition.x, screenPosition.y);
     const ZRect rect = keptOn(owner->GetMonitor(screenPosition), wanted);
     content.SetSize({rect.GetWidth(), rect.GetHeight()});
+    const ZPoint pointer = window->ToScreen(window->GetLastMouse());
+    content.StartAt({pointer.x - rect.left, pointer.y - rect.top});
     const auto popup = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kPopup,
                                                .parent = owner->GetHandle(),
                                                .rect = rect,

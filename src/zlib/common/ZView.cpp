@@ -74,8 +74,7 @@ ZView::ZView(std::string_view name, const ZRect& rect, ZLooper* looper)
 
 ZView::~ZView()
 {
-    if (mDocument)
-        mDocument->RemoveObserver(this);
+    StopObservingDocument();
     ClearSubviews();
     ZView::DetachFromElements();
     LeaveWindow();
@@ -298,21 +297,28 @@ void ZView::HandleDocument(const boost::shared_ptr<const ZMessage>& message)
 
 void ZView::SetDocument(ZDocument* document)
 {
-    if (mDocument)
-        mDocument->RemoveObserver(this);
+    StopObservingDocument();
     mDocument = document;
-    if (mDocument)
+    if (mDocument) {
+        mDocumentLife = mDocument->GetLife();
         mDocument->AddObserver(this);
+    }
     DetachFromElements();
     if (!mTargetName.empty())
         AttachToElement(FindElement(mTargetName));
     OnDocumentChanged();
 }
 
+void ZView::StopObservingDocument()
+{
+    // One that has gone without a word has taken its observers along.
+    if (mDocument && !mDocumentLife.expired())
+        mDocument->RemoveObserver(this);
+}
+
 void ZView::HandleDocumentClosed(const boost::shared_ptr<const ZMessage>& message)
 {
-    if (mDocument)
-        mDocument->RemoveObserver(this);
+    StopObservingDocument();
     DetachFromElements();
     OnDocumentClosed();
     mDocument = nullptr;

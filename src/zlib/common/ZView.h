@@ -323,6 +323,7 @@ protected:
     ZView* mParent = nullptr;
     ZWindow* mWindow = nullptr;
     ZDocument* mDocument = nullptr;
+    std::weak_ptr<const void> mDocumentLife;
     std::string mTargetName;
     boost::shared_ptr<ZDrawingContext> mContext;
     ZColor mPenColor{0, 0, 0, 255};
@@ -373,6 +374,7 @@ private:
     void HandleAttached(const boost::shared_ptr<const ZMessage>& message);
     void HandleDetached(const boost::shared_ptr<const ZMessage>& message);
     void HandleDocument(const boost::shared_ptr<const ZMessage>& message);
+    void StopObservingDocument();
     void HandleDocumentClosed(const boost::shared_ptr<const ZMessage>& message);
 
     void FillParent();
