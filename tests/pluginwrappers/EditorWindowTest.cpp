@@ -103,6 +103,7 @@ protected:
         return waitFor([&] { return probe->CountResources() == count; });
     }
 
+    const std::size_t threadsBefore = threadCount();
     std::unique_ptr<VirtualDisplay> display;
     std::unique_ptr<DisplayProbe> probe;
     xcb_window_t parent = XCB_NONE;
@@ -142,7 +143,7 @@ TEST_F(EditorWindowTest, AfterTheLastWindowTheLibraryUnloads)
     effect = nullptr;
     host.reset();
     EXPECT_FALSE(PluginLibrary::IsLoaded());
-    EXPECT_TRUE(threadsFallTo(1));
+    EXPECT_TRUE(threadsFallTo(threadsBefore));
     EXPECT_TRUE(ResourcesFallTo(0));
 }
 
