@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <optional>
 
+#include <dlfcn.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -18,6 +19,18 @@ namespace orvane
 
 namespace
 {
+
+/// Text drawing registers types with a library that is never unloaded and runs a thread of its own,
+/// so it must not be unloaded either when a host unloads us. Never undone.
+void keepTextLibraryLoaded()
+{
+    [[maybe_unused]] static const bool kept = [] {
+        Dl_info info;
+        const void* const function = reinterpret_cast<const void*>(&pango_cairo_show_layout);
+        return dladdr(function, &info) != 0 &&
+               dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
+    }();
+}
 
 struct ConfigFreer
 {
@@ -119,6 +132,7 @@ const ZUndying<ZFontCollection> fontCollection;
 
 ZFontCollection& ZFontCollection::Get()
 {
+    keepTextLibraryLoaded();
     return *fontCollection;
 }
 
@@ -184,8 +198,9 @@ void AddPrivateFont(const ZString& path)
 
 void AddPrivateFont(std::span<const std::byte> font)
 {
+    ZFontCollection& fonts = ZFontCollection::Get();
     if (const auto path = memoryFileOf(font))
-        ZFontCollection::Get().AddFile(*path);
+        fonts.AddFile(*path);
 }
 
 }  // namespace orvane

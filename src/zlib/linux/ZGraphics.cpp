@@ -6,8 +6,6 @@
 #include "zlib/linux/ZImageNative.h"
 #include "zlib/linux/ZTextLayout.h"
 
-#include <dlfcn.h>
-
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -32,18 +30,6 @@ struct Point
     double x;
     double y;
 };
-
-/// Text drawing registers types with a library that is never unloaded and runs a thread of its own,
-/// so it must not be unloaded either when a host unloads us. Never undone.
-void keepTextLibraryLoaded()
-{
-    [[maybe_unused]] static const bool kept = [] {
-        Dl_info info;
-        const void* const function = reinterpret_cast<const void*>(&pango_cairo_show_layout);
-        return dladdr(function, &info) != 0 &&
-               dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
-    }();
-}
 
 bool applyTransform(cairo_t* context, const cairo_matrix_t& change)
 {
@@ -327,7 +313,6 @@ ZRect toPixels(const PangoRectangle& extents, std::int32_t left, std::int32_t to
 ZGraphics::ZGraphics(ZImage& image)
     : mNative(std::make_unique<Native>())
 {
-    keepTextLibraryLoaded();
     mNative->context.reset(cairo_create(image.GetNative().surface.get()));
     SetAntiAlias(false);
 }
