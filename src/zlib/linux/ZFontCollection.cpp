@@ -22,15 +22,16 @@ namespace
 
 /// Text drawing registers types with a library that is never unloaded and runs a thread of its own,
 /// so it must not be unloaded either when a host unloads us. Never undone.
-void keepTextLibraryLoaded()
+bool keepTextLibraryLoaded()
 {
-    [[maybe_unused]] static const bool kept = [] {
-        Dl_info info;
-        const void* const function = reinterpret_cast<const void*>(&pango_cairo_show_layout);
-        return dladdr(function, &info) != 0 &&
-               dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
-    }();
+    Dl_info info;
+    const void* const function = reinterpret_cast<const void*>(&pango_cairo_show_layout);
+    return dladdr(function, &info) != 0 &&
+           dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
 }
+
+// At load, since what the libraries make when they are loaded would be lost with each of us.
+[[maybe_unused]] const bool kTextLibraryIsKept = keepTextLibraryLoaded();
 
 struct ConfigFreer
 {
@@ -132,7 +133,6 @@ const ZUndying<ZFontCollection> fontCollection;
 
 ZFontCollection& ZFontCollection::Get()
 {
-    keepTextLibraryLoaded();
     return *fontCollection;
 }
 
@@ -148,7 +148,8 @@ void ZFontCollection::Release()
     if (--mUsers > 0)
         return;
     LeaveFontMap();
-    mFiles = {};
+    // With its memory, which would be lost with the library.
+    std::vector<std::string>().swap(mFiles);
 }
 
 void ZFontCollection::AddFile(const std::string& path)
