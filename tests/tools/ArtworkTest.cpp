@@ -1,6 +1,5 @@
 #include "tools/resources/ArtworkTable.h"
 #include "tools/resources/PixelFont.h"
-#include "tools/resources/WindowMock.h"
 
 #include "resources/KestruneResources.h"
 #include "zlib/common/ZResources.h"
@@ -14,7 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <span>
-#include <stdexcept>
 
 using namespace orvane;
 
@@ -245,12 +243,3 @@ public:
 };
 
 const auto* const kDrawingCaches = testing::AddGlobalTestEnvironment(new DrawingCaches);
-
-TEST(ArtworkTest, MockShowsTheWholeWindowAndMissesNoPicture)
-{
-    const ArtworkSurface mock = paintWindowMock(KESTRUNE_IMAGE_FOLDER, labelFont(), 2);
-    EXPECT_EQ(cairo_image_surface_get_width(mock.get()), 2 * 454);
-    EXPECT_EQ(cairo_image_surface_get_height(mock.get()), 2 * 430);
-    EXPECT_THROW(static_cast<void>(paintWindowMock("/nowhere", labelFont(), 1)),
-                 std::runtime_error);
-}

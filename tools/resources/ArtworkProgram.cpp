@@ -2,7 +2,6 @@
 #include "tools/resources/ArtworkTable.h"
 #include "tools/resources/PixelFont.h"
 #include "tools/resources/TrueTypeFile.h"
-#include "tools/resources/WindowMock.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,8 +22,6 @@ struct Arguments
 {
     std::string drawings;
     std::string resources;
-    std::string mock;
-    int scale = 1;
 };
 
 void writeFont(const PixelFont& font, const std::filesystem::path& file)
@@ -47,8 +44,6 @@ void makeArtwork(const Arguments& arguments)
     for (const Artwork& artwork : artworkTable())
         writePng(paintArtwork(artwork, font).get(), images / artwork.name);
     writeFont(font, fonts / (std::string(kFontFamily) + ".ttf"));
-    if (!arguments.mock.empty())
-        writePng(paintWindowMock(images, font, arguments.scale).get(), arguments.mock);
 }
 
 }  // namespace
@@ -60,9 +55,5 @@ int main(int argc, char** argv)
     app.add_option("DRAWINGS", arguments.drawings, "glyphs of the pixel font")->required();
     app.add_option("RESOURCES", arguments.resources, "folder that gets images and fonts")
         ->required();
-    app.add_option("--mock", arguments.mock, "PNG file to write a picture of the whole window to");
-    app.add_option("--scale", arguments.scale, "how often the mock is enlarged")
-        ->check(CLI::Range(1, 8))
-        ->capture_default_str();
     return runProgram("kestrune-artwork", app, argc, argv, [&] { makeArtwork(arguments); });
 }
