@@ -28,6 +28,7 @@ namespace
 
 constexpr std::int32_t kCorrectPitch = 0;
 constexpr std::int32_t kPitchRange = 3;
+constexpr std::int32_t kCorrectionTime = 4;
 constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
 
 void openEditor(AEffect* effect, xcb_window_t parent)
@@ -111,6 +112,19 @@ protected:
     AEffect* effect = nullptr;
     xcb_window_t menu = XCB_NONE;
 };
+
+/// The gestures and values of a parameter that the host has been told, in order.
+std::vector<std::int32_t> toldOf(std::int32_t parameter)
+{
+    std::vector<std::int32_t> opcodes;
+    for (const HostCall& call : TestHost::Calls()) {
+        const bool tells = call.opcode == audioMasterBeginEdit ||
+                           call.opcode == audioMasterAutomate || call.opcode == audioMasterEndEdit;
+        if (tells && call.index == parameter)
+            opcodes.push_back(call.opcode);
+    }
+    return opcodes;
+}
 
 /// Ends the process as a host does that forgets an instance; a process that hangs is killed.
 [[noreturn]] void exitAtOnce()
@@ -229,6 +243,59 @@ TEST_F(EditorWindowTest, TheEndOfTheServerEndsTheWindowAndNothingElse)
     EXPECT_TRUE(IsSeen());
     closeEffect(second);
     EXPECT_EQ(probe->GetChildren(parent).size(), 1u);
+}
+
+TEST_F(EditorWindowTest, TheSliderIsDraggedInOneGestureWhateverEndsIt)
+{
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    const float before = effect->getParameter(effect, kCorrectionTime);
+    probe->MovePointer(kPlace.x + 42, kPlace.y + 204);
+    probe->Press(1);
+    probe->MovePointer(kPlace.x + 90, kPlace.y + 204);
+    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kCorrectionTime) > before; }));
+    probe->Release(1);
+    const auto count = [](std::int32_t opcode) {
+        const auto told = toldOf(kCorrectionTime);
+        return std::count(told.begin(), told.end(), opcode);
+    };
+    ASSERT_TRUE(waitFor([&] { return count(audioMasterEndEdit) == 1; }));
+    EXPECT_GE(count(audioMasterAutomate), 1);
+    const auto told = toldOf(kCorrectionTime);
+    EXPECT_EQ(told.front(), audioMasterBeginEdit);
+    EXPECT_EQ(told.back(), audioMasterEndEdit);
+    probe->Press(1);
+    EXPECT_TRUE(waitFor([&] { return count(audioMasterBeginEdit) == 2; }));
+    closeEditor(effect);
+    EXPECT_TRUE(waitFor([&] { return count(audioMasterEndEdit) == 2; }))
+        << "the close ends what is held";
+    probe->Release(1);
+}
+
+TEST_F(EditorWindowTest, AKeyIsSwitchedWithTheMouseAndKeepsItsStateInTheNextWindow)
+{
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    const auto hasRedDot = [&] {
+        const std::uint32_t pixel = probe->PixelAt(kPlace.x + 157, kPlace.y + 377);
+        return (pixel >> 16 & 0xFF) > 150 && (pixel >> 8 & 0xFF) < 100;
+    };
+    const auto click = [&] {
+        probe->MovePointer(kPlace.x + 157, kPlace.y + 365);
+        probe->Press(1);
+        probe->Release(1);
+        probe->MovePointer(kPlace.x + 300, kPlace.y + 60);
+    };
+    EXPECT_TRUE(waitFor(hasRedDot)) << "a D is in C major";
+    click();
+    EXPECT_TRUE(waitFor([&] { return !hasRedDot(); }));
+    closeEditor(effect);
+    EXPECT_TRUE(IsGone());
+    openEditor(effect, parent);
+    EXPECT_TRUE(IsSeen());
+    EXPECT_TRUE(waitFor([&] { return !hasRedDot(); }));
+    click();
+    EXPECT_TRUE(waitFor(hasRedDot));
 }
 
 TEST_F(EditorWindowTest, AnEntryOfAMenuIsChosenWithTheMouse)
