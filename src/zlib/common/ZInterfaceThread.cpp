@@ -47,14 +47,6 @@ struct ZInterfaceThread::Shared
     }
 };
 
-/// Stops the thread as the process exits, or as the library is unloaded. An object rather than a
-/// function given to atexit: the system knows to which library the object belongs.
-struct ZInterfaceThread::AtExit
-{
-    AtExit() = default;
-    ~AtExit();
-};
-
 void ZInterfaceThread::Engine::Run(void* shared)
 {
     // The thread's own share, so that the last hold may be let go on the thread itself.

@@ -34,8 +34,20 @@ public:
     /// True on the interface thread.
     [[nodiscard]] static bool IsCurrent();
 
+    /// Stops the thread at its own end, as the process exits or the library is unloaded: for a
+    /// static object, made after the first use of what cleans up after itself at exit, so that it
+    /// goes before that does. An object rather than a function given to atexit: the system knows to
+    /// which library the object belongs.
+    class AtExit
+    {
+    public:
+        AtExit() = default;
+        AtExit(const AtExit&) = delete;
+        AtExit& operator=(const AtExit&) = delete;
+        ~AtExit();
+    };
+
 private:
-    struct AtExit;
     struct Engine;
     struct Shared;
 

@@ -1,5 +1,6 @@
 #include "zlib/common/ZGraphics.h"
 
+#include "zlib/common/ZInterfaceThread.h"
 #include "zlib/common/ZPathOutline.h"
 #include "zlib/common/ZRegion.h"
 #include "zlib/linux/ZGradientBrushNative.h"
@@ -445,6 +446,8 @@ void ZGraphics::DrawText(const ZString& text, const ZFont& font, const ZColor& c
     setColor(context, color);
     layout.Show(within(rect.left), within(rect.top));
     cairo_restore(context);
+    // The libraries below have made by now what they free at exit, and the thread may be drawing.
+    static const ZInterfaceThread::AtExit stopsTheThreadBefore;
 }
 
 ZRect ZGraphics::MeasureText(const ZString& text, const ZFont& font) const
