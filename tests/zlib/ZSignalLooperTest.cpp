@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -116,7 +117,7 @@ TEST_F(ZSignalLooperTest, TwoThreadsThatClockOneNetworkDoNotMeetInIt)
     std::size_t written = 0;
     std::size_t read = 0;
     const auto pass = [&] {
-        if (looper.InputFree(1) >= 64) {
+        if (std::min(looper.InputFree(0), looper.InputFree(1)) >= 64) {
             Write(64);
             written += 64;
         }
