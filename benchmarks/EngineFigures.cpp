@@ -110,11 +110,17 @@ double unitRatioError(const std::vector<float>& signal, int reach, std::size_t l
     return best;
 }
 
+/// Grains have whole samples: windows add up to 1 the closer, the less two of the found periods
+/// fall short of a whole number of samples, so that tones differ.
 void printUnitRatio()
 {
     std::puts("Difference from the delayed input at the unit ratio, dB");
-    std::printf("  steady tone of 220.5 Hz  %6.1f\n",
-                unitRatioError(harmonicTone(220.5, kRate, 3 * 44100), 110, 20000));
+    std::vector<double> tones;
+    for (double hz = 80.0; hz < 500.0; hz *= 1.0116)
+        tones.push_back(unitRatioError(harmonicTone(hz, kRate, 172 * kHop), 0, 20000));
+    std::sort(tones.begin(), tones.end());
+    std::printf("  %zu steady tones of 80 to 500 Hz: best %.1f, middle %.1f, worst %.1f\n",
+                tones.size(), tones.front(), tones[tones.size() / 2], tones.back());
     std::printf("  steady vowel at 220 Hz   %6.1f\n",
                 unitRatioError(steadyVowel(Vowel::kA, 220.0, kRate, 3.0), 110, 20000));
     const std::vector<float> song = renderSong(demoSong(), kRate);

@@ -5,14 +5,17 @@
 
 #include "tools/singer/Singer.h"
 
+#include <benchmark/benchmark.h>
 #include <dlfcn.h>
 #include <malloc.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <random>
 #include <thread>
 #include <vector>
@@ -63,19 +66,23 @@ void start(AEffect* effect, bool correct)
     ask(effect, effMainsChanged, 1);
 }
 
-/// Calls block for each hop of the voice and gives microseconds a block, of the fastest of rounds.
+/// Calls block with 0 to blocks - 1 and gives microseconds a block, of the fastest of rounds.
 template <class Block>
-double microsecondsABlock(const std::vector<float>& voice, Block block)
+double microsecondsABlock(int blocks, Block block)
 {
     double best = 1e9;
-    for (int round = 0; round < 5; ++round) {
-        int blocks = 0;
+    for (int round = 0; round < 10; ++round) {
         const auto begin = Clock::now();
-        for (std::size_t at = 0; at + kHop <= voice.size(); at += kHop, ++blocks)
-            block(voice.data() + at);
+        for (int i = 0; i < blocks; ++i)
+            block(i);
         best = std::min(best, 1000.0 * milliseconds(Clock::now() - begin) / blocks);
     }
     return best;
+}
+
+int blocksOf(const std::vector<float>& voice)
+{
+    return static_cast<int>(voice.size()) / kHop;
 }
 
 double engineCost(const std::vector<float>& voice)
@@ -90,28 +97,71 @@ double engineCost(const std::vector<float>& voice)
     engine.SetCorrectionEnabled(true);
     std::vector<float> left(kHop);
     std::vector<float> right(kHop);
-    return microsecondsABlock(voice, [&](const float* samples) {
+    return microsecondsABlock(blocksOf(voice), [&](int i) {
+        const float* const samples = voice.data() + i * kHop;
         const float* const in[] = {samples, samples};
         float* const out[] = {left.data(), right.data()};
         engine.Process(in, out, kHop);
     });
 }
 
-double pluginCost(Entry entry, const std::vector<float>& voice, bool correct)
+double wetCost(Entry entry, std::vector<float> voice)
 {
     AEffect* const effect = open(entry);
-    start(effect, correct);
-    std::vector<float> input(kHop);
+    start(effect, true);
     std::vector<float> left(kHop);
     std::vector<float> right(kHop);
-    const double cost = microsecondsABlock(voice, [&](const float* samples) {
-        std::copy_n(samples, kHop, input.data());
-        float* in[] = {input.data(), input.data()};
+    const double cost = microsecondsABlock(blocksOf(voice), [&](int i) {
+        float* const samples = voice.data() + i * kHop;
+        float* in[] = {samples, samples};
         float* out[] = {left.data(), right.data()};
         effect->processReplacing(effect, in, out, kHop);
     });
     ask(effect, effClose);
     return cost;
+}
+
+/// Of a stream that was dry from its start. What is in the samples makes no difference to it.
+double dryCost(Entry entry)
+{
+    AEffect* const effect = open(entry);
+    start(effect, false);
+    std::vector<float> channels(4 * kHop, 0.1f);
+    float* in[] = {channels.data(), channels.data() + kHop};
+    float* out[] = {in[1] + kHop, in[1] + 2 * kHop};
+    const double cost =
+        microsecondsABlock(5000, [&](int) { effect->processReplacing(effect, in, out, kHop); });
+    ask(effect, effClose);
+    return cost;
+}
+
+/// The copies on a dry block's road and nothing else: from the host into a FIFO, a port, the block,
+/// the delay line and back, eight for each channel. No road of these copies costs less.
+double copiesAlone()
+{
+    constexpr std::size_t kLine = 65536;
+    constexpr std::size_t kDelay = 18432;
+    struct Channel
+    {
+        std::array<std::array<float, kHop>, 8> stops{};
+        std::vector<float> line = std::vector<float>(kLine);
+    };
+    std::vector<Channel> channels(2);
+    // Read afresh each time, so that no copy is left out.
+    const auto copy = [](float* to, const float* from) {
+        std::memcpy(to, from, kHop * sizeof(float));
+        benchmark::ClobberMemory();
+    };
+    return microsecondsABlock(5000, [&](int i) {
+        const std::size_t write = static_cast<std::size_t>(i) * kHop % kLine;
+        for (Channel& channel : channels) {
+            auto& stops = channel.stops;
+            for (const std::size_t stop : {1, 2, 3, 5, 6, 7})
+                copy(stops[stop].data(), stops[stop - 1].data());
+            copy(channel.line.data() + write, stops[3].data());
+            copy(stops[4].data(), channel.line.data() + (write + kLine - kDelay) % kLine);
+        }
+    });
 }
 
 void printOpening(Entry entry)
@@ -194,12 +244,15 @@ int main(int argc, char** argv)
     printMemory(entry);
     const std::vector<float> voice = renderSong(demoSong(), kRate);
     const double engine = engineCost(voice);
-    const double wet = pluginCost(entry, voice, true);
-    const double dry = pluginCost(entry, voice, false);
+    const double wet = wetCost(entry, voice);
+    const double dry = dryCost(entry);
+    const double copies = copiesAlone();
+    std::puts("A block of 512 at 44100 Hz");
+    std::printf("  engine alone %.2f us, plug-in wet %.2f us (%+.1f %%)\n", engine, wet,
+                100.0 * (wet / engine - 1.0));
     std::printf(
-        "  a block of 512 at 44100 Hz: engine alone %.2f us, plug-in wet %.2f us (%+.1f %%), "
-        "settled dry %.2f us (%.1f %% of wet)\n",
-        engine, wet, 100.0 * (wet / engine - 1.0), dry, 100.0 * dry / wet);
+        "  settled dry %.2f us (%.1f %% of wet), of which the copies alone %.2f us (%.1f %%)\n",
+        dry, 100.0 * dry / wet, copies, 100.0 * copies / wet);
     printCrowd(entry, argc > 2 ? std::atoi(argv[2]) : 100);
     ::dlclose(library);
     return 0;
