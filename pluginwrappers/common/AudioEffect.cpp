@@ -1,5 +1,6 @@
 #include "pluginwrappers/common/AudioEffect.h"
 
+#include "pluginwrappers/common/LateClosing.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
 #include "zlib/common/ZException.h"
@@ -44,7 +45,7 @@ std::intptr_t dispatcherEntry(AEffect* record, std::int32_t opcode, std::int32_t
         return effect.dispatcher(opcode, index, value, ptr, opt);
     });
     if (opcode == effClose)
-        delete effectOf(record);
+        guarded(record, [](AudioEffect& effect) { effect.Close(); });
     return answer;
 }
 
@@ -80,6 +81,37 @@ std::span<char> textRoom(void* ptr, VstTextSize bytes)
 {
     return {static_cast<char*>(ptr), static_cast<std::size_t>(bytes)};
 }
+
+/// A call of the host that the thread is in, and with it those around it.
+class CallOfHost
+{
+public:
+    explicit CallOfHost(const AudioEffect& effect)
+        : mEffect(effect)
+        , mOuter(innermost)
+    {
+        innermost = this;
+    }
+    CallOfHost(const CallOfHost&) = delete;
+    CallOfHost& operator=(const CallOfHost&) = delete;
+    ~CallOfHost() { innermost = mOuter; }
+
+    static bool IsMadeFor(const AudioEffect& effect)
+    {
+        const CallOfHost* call = innermost;
+        while (call != nullptr && &call->mEffect != &effect)
+            call = call->mOuter;
+        return call != nullptr;
+    }
+
+private:
+    static thread_local const CallOfHost* innermost;
+
+    const AudioEffect& mEffect;
+    const CallOfHost* const mOuter;
+};
+
+thread_local const CallOfHost* CallOfHost::innermost = nullptr;
 
 }  // namespace
 
@@ -252,26 +284,35 @@ void AudioEffect::setEditor(std::unique_ptr<AEffEditor> newEditor)
 std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                                     void* ptr, float opt)
 {
-    if (audioMaster == nullptr)
+    if (audioMaster == nullptr || mIsClosed)
         return 0;
     // Counted with the lock held on both sides: whoever holds it sees a call that is not yet back.
     ++mHostCalls;
-    mCallingThread = std::this_thread::get_id();
     std::intptr_t answer = 0;
     {
+        const CallOfHost call(*this);
         // The host may call back, and may wait for another of its threads that does.
         const ZInterfaceUnlock unlocked;
         answer = audioMaster(&cEffect, opcode, index, value, ptr, opt);
     }
-    --mHostCalls;
+    --mHostCalls;  // after which a caller without the lock may find the object gone
     return answer;
+}
+
+void AudioEffect::Close()
+{
+    if (!CallOfHost::IsMadeFor(*this)) {
+        delete this;
+        return;
+    }
+    mIsClosed = true;
+    closeLater(this);
 }
 
 void AudioEffect::waitForHostCalls()
 {
     constexpr std::chrono::milliseconds kPause(1);
-    // A host that closes from inside a call waits for nobody: that call is its own.
-    while (mHostCalls > 0 && mCallingThread != std::this_thread::get_id()) {
+    while (mHostCalls > 0) {
         const ZInterfaceUnlock unlocked;
         std::this_thread::sleep_for(kPause);
     }

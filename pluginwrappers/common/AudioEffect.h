@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <thread>
 
 namespace orvane
 {
@@ -17,7 +16,8 @@ namespace orvane
 /// reported and answered by 0.
 ///
 /// Texts are written to the room that the host hands over, terminated; an index may be any number.
-/// The object is deleted by the host's effClose.
+/// The object is deleted by the host's effClose. A derived class waits in its destructor, under the
+/// interface lock, for its calls of the host.
 class AudioEffect
 {
 public:
@@ -29,6 +29,11 @@ public:
 
     /// The record, valid as long as the object. [any thread]
     [[nodiscard]] AEffect* getAeffect() { return &cEffect; }
+
+    /// Deletes the object; the host is not called any more. Where the host closes from inside a
+    /// call that this thread makes of it, the frames around that call still need the object: then
+    /// another thread deletes it once they are done. [host thread or interface thread]
+    void Close();
 
     /// Answers an opcode; 0 for one it does not know. [host thread]
     virtual std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
@@ -83,12 +88,13 @@ protected:
     void setEditor(std::unique_ptr<AEffEditor> newEditor);
 
     /// Asks a service of the host; 0 where there is no host. The interface lock is given up
-    /// meanwhile, so whatever it guards may have changed. [host thread or interface thread]
+    /// meanwhile, so whatever it guards may have changed; a caller that does not hold it must not
+    /// touch the object any more, which the host may have closed. [host thread or interface thread]
     std::intptr_t callHost(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
                            void* ptr = nullptr, float opt = 0.0f);
 
-    /// Waits until the interface thread is back from the host, so that the object may go. The
-    /// interface lock, which is held, is given up meanwhile.
+    /// Waits until other threads are back from the host, so that the object may go. The interface
+    /// lock, which is held, is given up meanwhile.
     void waitForHostCalls();
 
     audioMasterCallback audioMaster;
@@ -101,9 +107,8 @@ protected:
     AEffect cEffect{};
 
 private:
-    // Calls of the host that are not yet back, and who made the newest of them.
-    std::atomic<int> mHostCalls{0};
-    std::atomic<std::thread::id> mCallingThread{};
+    std::atomic<int> mHostCalls{0};      // not yet back
+    std::atomic<bool> mIsClosed{false};  // by the host, from inside one of them
 
     void setFlag(AEffectFlags flag, bool state);
     std::intptr_t dispatchProgram(std::int32_t opcode, std::intptr_t value, void* ptr);

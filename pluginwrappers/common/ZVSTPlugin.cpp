@@ -218,10 +218,11 @@ void ZVSTPlugin::suspend()
 void ZVSTPlugin::resume()
 {
     mClock.Restart();
+    const bool onEntryThread = IsEntryThread();
     if (mWantsMidi)
         wantEvents();
-    if (!IsEntryThread())
-        return;
+    if (!onEntryThread)
+        return;  // without the lock: the host may have closed the object
     ReleaseChunk();
     if (mApp)
         mApp->Tick();

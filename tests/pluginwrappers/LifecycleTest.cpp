@@ -43,6 +43,15 @@ void useInstances(const TestHost& host, unsigned seed)
     std::exit(0);
 }
 
+// A host that closes an instance while it is told of a latency.
+std::intptr_t closingHost(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
+                          std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
+{
+    if (opcode == audioMasterIOChanged)
+        closeEffect(effect);
+    return opcode == audioMasterVersion ? 2400 : 0;
+}
+
 // Never unloaded, as by a host that forgets an instance, and kept where a leak checker sees it.
 const TestHost* gForgetfulHost = nullptr;
 
@@ -83,6 +92,21 @@ TEST(LifecycleTest, TheLastInstanceLeavesNoThreadAndTheLibraryUnloads)
         }
         EXPECT_FALSE(PluginLibrary::IsLoaded());
     }
+}
+
+TEST(LifecycleTest, TheLibraryMayGoAtOnceWhenAnInstanceWasClosedFromInsideItsOwnCall)
+{
+    const std::size_t before = threadCount();
+    for (int round = 0; round < 5; ++round) {
+        {
+            const PluginLibrary library;
+            AEffect* const effect = library.Entry()(closingHost);
+            ASSERT_NE(effect, nullptr);
+            ask(effect, effSetSampleRate, 0, 0, nullptr, 48000.0f);
+        }
+        EXPECT_FALSE(PluginLibrary::IsLoaded());
+    }
+    EXPECT_TRUE(threadsFallTo(before));
 }
 
 TEST(LifecycleDeathTest, AProcessThatLeavesAnInstanceOpenEndsCleanlyAndAtOnce)
