@@ -23,7 +23,7 @@ namespace
     throw ZException(-1, fmt::format("cannot write {}: {}", path.string(), reason));
 }
 
-/// A device or a folder would be replaced by the final move.
+/// A device, a folder, or a file that must not be written, would be replaced by the final move.
 void requireFileOrNothing(const std::filesystem::path& path)
 {
     std::error_code error;
@@ -32,6 +32,16 @@ void requireFileOrNothing(const std::filesystem::path& path)
         refuse(path, "it is a folder; name a file in it");
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
         refuse(path, "it is not an ordinary file; name another");
+    if (std::filesystem::exists(status) && access(path.c_str(), W_OK) != 0)
+        refuse(path, std::strerror(errno));
+}
+
+/// Where path leads, so that the final move does not take the place of a link.
+std::filesystem::path behindLinks(const std::filesystem::path& path)
+{
+    std::error_code error;
+    const std::filesystem::path place = std::filesystem::canonical(path, error);
+    return error ? path : place;
 }
 
 /// A new empty file beside path, with the rights that the user's mask gives to new files.
@@ -58,7 +68,8 @@ TargetFile::TargetFile(std::filesystem::path path)
     : mPath(std::move(path))
 {
     requireFileOrNothing(mPath);
-    mTemporary = makeTemporary(mPath);
+    mPlace = behindLinks(mPath);
+    mTemporary = makeTemporary(mPlace);
 }
 
 TargetFile::~TargetFile()
@@ -71,7 +82,7 @@ TargetFile::~TargetFile()
 void TargetFile::Commit()
 {
     std::error_code error;
-    std::filesystem::rename(mTemporary, mPath, error);
+    std::filesystem::rename(mTemporary, mPlace, error);
     if (error)
         refuse(mPath, error.message());
     mTemporary.clear();

@@ -21,11 +21,13 @@ public:
     [[nodiscard]] const std::filesystem::path& TemporaryPath() const { return mTemporary; }
     /// What the user calls it.
     [[nodiscard]] std::string Name() const { return mPath.string(); }
-    /// Puts the file in its place, over what was there. Throws ZException.
+    /// Puts the file in its place, over what was there; a link stays, and leads to it. Throws
+    /// ZException.
     void Commit();
 
 private:
     std::filesystem::path mPath;
+    std::filesystem::path mPlace;      // the same, but for links
     std::filesystem::path mTemporary;  // empty once it is in its place
 };
 
