@@ -36,6 +36,8 @@ TEST(AutomationFileTest, AWrongLineIsToldByItsNumber)
         {"1s,key,C", "'1s' is no time: write seconds from the start, such as 1.5"},
         {"1,Pitch Correcton Time,401",
          "pitchCorrectionTime cannot be '401': it takes a number from 0 to 400 (ms)"},
+        {"1,key," + std::string(1000, 'C'),
+         "it is too long: write SECONDS,NAME,VALUE, such as 1.5,key,C"},
     };
     for (const auto& [line, says] : lines)
         expectZException(-1, "f, line 3: " + says, [&line = line] {

@@ -140,6 +140,17 @@ TEST_F(RenderProgramTest, LossyFilesKeepTheirForm)
     EXPECT_EQ(output.Frames(), voice.Frames());
 }
 
+TEST_F(RenderProgramTest, ALinkKeepsLeadingToTheOutput)
+{
+    std::filesystem::create_directory(mFolder.Path("folder"));
+    std::ofstream(mFolder.Path("folder/target"));
+    std::filesystem::create_symlink("folder/target", Out());
+    const TestSound voice = testVoice(1, 0.3);
+    EXPECT_EQ(Render(voice, {}).samples, voice.samples);
+    EXPECT_EQ(readSound(mFolder.Path("folder/target")).samples, voice.samples);
+    EXPECT_TRUE(std::filesystem::is_symlink(Out()));
+}
+
 TEST_F(RenderProgramTest, MonoIsTheLeftSideOfTheSameOnBothSides)
 {
     const TestSound mono = testVoice(1, 0.3);
@@ -376,6 +387,10 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
         {{in, out, "--window", out}, "named twice"},
         {{in, out, "--window-at", "1"}, "--window"},
         {{in, out, "--window", mFolder.Path("w.png"), "--window-at", "-1"}, "--window-at"},
+        {{in, out, "--window", mFolder.Path("w.png"), "--window-at", "nan"}, "write seconds"},
+        {{in, out, "--preset", ""}, "--preset: it is empty"},
+        {{in, ""}, "OUT: it is empty"},
+        {{"--list", in, out}, "IN means nothing beside --list"},
         {{in, out, "--window", mFolder.Path("w.png"), "--window-scale", "9"}, "1 to 8"},
         {{"--window", mFolder.Path("w.png"), in}, "OUT"},
         {{"--window", mFolder.Path("w.png"), "--plugin", KESTRUNE_FAKE_PLUGIN}, "does not tell"},

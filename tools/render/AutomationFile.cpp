@@ -31,19 +31,11 @@ std::string_view trimmed(std::string_view text)
     return text;
 }
 
-double secondsIn(std::string_view text)
-{
-    double seconds = -1.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    const bool isWhole = error == std::errc() && end == text.data() + text.size();
-    if (!isWhole || !std::isfinite(seconds) || seconds < 0.0)
-        throw ZException(
-            -1, fmt::format("'{}' is no time: write seconds from the start, such as 1.5", text));
-    return seconds;
-}
-
 AutomationPoint pointIn(std::string_view line)
 {
+    constexpr std::size_t kLongest = 200;  // far above every point, for an error quotes the line
+    if (line.size() > kLongest)
+        throw ZException(-1, "it is too long: write SECONDS,NAME,VALUE, such as 1.5,key,C");
     const std::size_t first = line.find(',');
     const std::size_t second = line.find(',', first + 1);
     if (first == std::string_view::npos || second == std::string_view::npos)
@@ -74,6 +66,17 @@ std::string_view takeLine(std::string_view& text)
 }
 
 }  // namespace
+
+double secondsIn(std::string_view text)
+{
+    double seconds = -1.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    const bool isWhole = error == std::errc() && end == text.data() + text.size();
+    if (!isWhole || !std::isfinite(seconds) || seconds < 0.0)
+        throw ZException(
+            -1, fmt::format("'{}' is no time: write seconds from the start, such as 1.5", text));
+    return seconds;
+}
 
 std::vector<AutomationPoint> automationIn(std::string_view text, const std::string& name)
 {

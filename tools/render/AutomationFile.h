@@ -17,6 +17,8 @@ struct AutomationPoint
     SettingValue value;
 };
 
+/// The time that a text stands for, finite and at least 0. Throws ZException for any other text.
+[[nodiscard]] double secondsIn(std::string_view text);
 /// The points of a text, in order of time, those of one moment as they stand. A line is
 /// "SECONDS,NAME,VALUE"; empty lines, lines after a # and a first line that begins with "time" or
 /// "seconds" say nothing. Throws ZException that gives name and the line's number.

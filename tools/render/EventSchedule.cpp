@@ -10,16 +10,11 @@
 namespace orvane
 {
 
-namespace
-{
-
 std::int64_t frameAt(double seconds, int rate)
 {
     constexpr double kFurthest = 9e15;  // every frame up to there is a number of its own
     return std::llround(std::min(seconds * rate, kFurthest));
 }
-
-}  // namespace
 
 EventSchedule::EventSchedule(const std::vector<AutomationPoint>& automation,
                              std::vector<MidiEvent> messages, const PluginSettings& settings,

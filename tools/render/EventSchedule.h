@@ -13,6 +13,9 @@ namespace orvane
 
 class PluginInstance;
 
+/// The frame at a time, at least 0, of a stream; one that never comes for times beyond all streams.
+[[nodiscard]] std::int64_t frameAt(double seconds, int rate);
+
 /// What a plug-in gets while it runs, each at its frame of the stream: values of parameters and
 /// messages. Those of one frame come together, parameters first.
 class EventSchedule

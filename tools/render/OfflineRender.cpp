@@ -240,7 +240,7 @@ std::optional<WindowShot> windowShot(const WindowRequest& request, const PluginI
     if (request.file.empty())
         return std::nullopt;
     constexpr std::int64_t kAtTheEnd = std::numeric_limits<std::int64_t>::max();
-    return WindowShot(plugin, request.seconds ? std::llround(*request.seconds * rate) : kAtTheEnd);
+    return WindowShot(plugin, request.seconds ? frameAt(*request.seconds, rate) : kAtTheEnd);
 }
 
 EventSchedule scheduled(const RenderRequest& request, const PluginSettings& settings, int rate)

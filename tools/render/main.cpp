@@ -1,3 +1,4 @@
+#include "tools/render/AutomationFile.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/OfflineRender.h"
 #include "tools/render/PluginInstance.h"
@@ -10,8 +11,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <string>
@@ -56,9 +59,12 @@ Examples:
 )";
 }
 
+/// One line, whatever bytes of a file it quotes.
 void failWith(std::string message)
 {
-    std::replace(message.begin(), message.end(), '\n', ' ');
+    std::replace_if(
+        message.begin(), message.end(),
+        [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }, ' ');
     fmt::print(stderr, "kestrune-render: {}\n", message);
 }
 
@@ -70,10 +76,17 @@ void failWith(std::string message)
     std::_Exit(128 + signal);
 }
 
+/// Throws ZException where nobody takes the text.
+void tell(const std::string& text)
+{
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw ZException(-1, fmt::format("cannot print the report: {}", std::strerror(errno)));
+}
+
 void list(const std::filesystem::path& library)
 {
     PluginInstance plugin(library);
-    fmt::print("{}", describePlugin(plugin));
+    tell(describePlugin(plugin));
 }
 
 void run(RenderRequest request, const std::vector<std::string>& assignments,
@@ -86,7 +99,23 @@ void run(RenderRequest request, const std::vector<std::string>& assignments,
     if (request.input.empty())
         return drawWindow(request, plugin);
     const RenderResult result = renderOffline(request, plugin);
-    fmt::print("{}", textReport(request, result));
+    tell(textReport(request, result));
+}
+
+/// What a shell makes of a variable that is not set.
+std::string refuseNothing(const std::string& text)
+{
+    return text.empty() ? "it is empty" : "";
+}
+
+std::string refuseNoTime(const std::string& text)
+{
+    try {
+        static_cast<void>(secondsIn(text));
+        return "";
+    } catch (const ZException& exception) {
+        return exception.GetMessage().ToNarrow();
+    }
 }
 
 void addStateOptions(CLI::App& app, RenderRequest& request)
@@ -121,12 +150,30 @@ void addWindowOptions(CLI::App& app, RenderRequest& request, CLI::Option* in, CL
     window->type_name("FILE.png");
     app.add_option("--window-at", request.window.seconds, "Draws it when so much of IN has gone in")
         ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber)
+        ->check(refuseNoTime)
         ->needs(window)
         ->needs(in);
     app.add_option("--window-scale", request.window.scale, "Draws it so many times as large")
         ->check(CLI::Range(1, kLargestScale))
         ->needs(window);
+}
+
+void refuseEmptyValues(CLI::App& app)
+{
+    for (CLI::Option* const option : app.get_options()) {
+        if (option->get_items_expected_max() > 0)
+            option->check(refuseNothing);
+    }
+}
+
+/// Not by the parser's own means, which would say so beside every option of the help.
+void requireListingAlone(const CLI::App& app)
+{
+    for (const CLI::Option* const option : app.get_options()) {
+        const std::string name = option->get_name();
+        if (option->count() > 0 && name != "--list" && name != "--plugin")
+            throw ZException(-1, name + " means nothing beside --list, which renders no sound");
+    }
 }
 
 int parseAndRun(int argc, char** argv)
@@ -175,6 +222,7 @@ int parseAndRun(int argc, char** argv)
     for (const char* const ofSound :
          {"--save-chunk", "--automate", "--midi", "--plot", "--report", "--keep-latency"})
         app.get_option(ofSound)->needs(in);
+    refuseEmptyValues(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -183,6 +231,8 @@ int parseAndRun(int argc, char** argv)
         failWith(std::string(error.what()) + " (--help tells how to call it)");
         return kFailed;
     }
+    if (lists)
+        requireListingAlone(app);
     if (library.empty())
         library = findProductLibrary();
     if (lists)
