@@ -125,20 +125,4 @@ TEST(AudioPathTest, AVoiceComesOutInTuneAndTheSameForAllBlockSizes)
     EXPECT_EQ(corrected(host, voice, upToLargest(3)), output);
 }
 
-TEST(AudioPathTest, BearsInPlaceAndEmptyBlocksAndMissingChannels)
-{
-    const TestHost host;
-    const Stream stream(host, 44100.0f);
-    AEffect* const effect = stream.effect;
-    std::vector<float> samples = whiteNoise(0.5f, 333, 7);
-    float* inPlace[] = {samples.data(), nullptr};
-    effect->processReplacing(effect, inPlace, inPlace, 333);
-    EXPECT_EQ(samples, std::vector<float>(333, 0.0f));  // the latency's silence
-    for (const std::int32_t frames : {0, -1, INT32_MIN}) {
-        effect->processReplacing(effect, inPlace, inPlace, frames);
-        effect->process(effect, inPlace, inPlace, frames);
-        effect->process(effect, nullptr, nullptr, 64);
-    }
-}
-
 }  // namespace orvane

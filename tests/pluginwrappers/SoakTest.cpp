@@ -1,4 +1,5 @@
 #include "pluginwrappers/common/PluginEntry.h"
+#include "pluginwrappers/common/VstEvents.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 
 #include "support/RealtimeGuard.h"
@@ -40,6 +41,12 @@ std::chrono::duration<double> soakTime()
     return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 2.0);
 }
 
+std::intptr_t ask(AEffect* effect, std::int32_t opcode, std::int32_t index = 0,
+                  std::intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
+{
+    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+}
+
 /// What a host's other threads do while a stream plays.
 void changeParameters(AEffect* effect, unsigned seed, const std::atomic<bool>& playing)
 {
@@ -50,7 +57,7 @@ void changeParameters(AEffect* effect, unsigned seed, const std::atomic<bool>& p
             static_cast<std::int32_t>(random() % static_cast<unsigned>(effect->numParams));
         effect->setParameter(effect, index, static_cast<float>(random() % 101) / 100.0f);
         effect->getParameter(effect, index);
-        effect->dispatcher(effect, effGetParamDisplay, index, 0, text.data(), 0.0f);
+        ask(effect, effGetParamDisplay, index, 0, text.data());
         std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
     }
 }
@@ -62,14 +69,27 @@ void saveAndLoad(AEffect* effect, const std::atomic<bool>& playing)
     while (playing) {
         const std::int32_t isPreset = random() % 2 != 0 ? 1 : 0;
         void* data = nullptr;
-        const std::intptr_t size =
-            effect->dispatcher(effect, effGetChunk, isPreset, 0, &data, 0.0f);
+        const std::intptr_t size = ask(effect, effGetChunk, isPreset, 0, &data);
         std::vector<char> chunk(static_cast<char*>(data), static_cast<char*>(data) + size);
         std::this_thread::sleep_for(std::chrono::milliseconds(random() % 50));
-        EXPECT_EQ(effect->dispatcher(effect, effSetChunk, isPreset, size, chunk.data(), 0.0f), 1);
-        effect->dispatcher(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7),
-                           nullptr, 0.0f);
+        EXPECT_EQ(ask(effect, effSetChunk, isPreset, size, chunk.data()), 1);
+        ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));
     }
+}
+
+/// What comes between two blocks on the audio thread: notes, automation, now and then a new start.
+void betweenBlocks(AEffect* effect, int block)
+{
+    VstMidiEvent note{};
+    note.type = kVstMidiType;
+    note.midiData[0] = static_cast<char>(0x90);
+    note.midiData[1] = static_cast<char>(block % 128);
+    note.midiData[2] = 100;
+    VstEvents events{1, 0, {reinterpret_cast<VstEvent*>(&note)}};
+    ask(effect, effProcessEvents, 0, 0, &events);
+    effect->setParameter(effect, block % 7, static_cast<float>(block % 25) / 24.0f);
+    if (block % 40 == 39)
+        ask(effect, effMainsChanged, 0, 1);
 }
 
 }  // namespace
@@ -78,9 +98,9 @@ TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobsAndSave)
 {
     AEffect* const effect = openPlugin(callback);
     ASSERT_NE(effect, nullptr);
-    effect->dispatcher(effect, effSetSampleRate, 0, 0, nullptr, kRate);
-    effect->dispatcher(effect, effSetBlockSize, 0, kLargestBlock, nullptr, 0.0f);
-    effect->dispatcher(effect, effMainsChanged, 0, 1, nullptr, 0.0f);
+    ask(effect, effSetSampleRate, 0, 0, nullptr, kRate);
+    ask(effect, effSetBlockSize, 0, kLargestBlock);
+    ask(effect, effMainsChanged, 0, 1);
 
     std::atomic<bool> playing{true};
     std::thread automation([&] { changeParameters(effect, 1, playing); });
@@ -97,10 +117,11 @@ TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobsAndSave)
     const auto begin = Clock::now();
     const auto end = begin + soakTime();
     double played = 0.0;  // seconds
-    while (Clock::now() < end) {
+    for (int block = 0; Clock::now() < end; ++block) {
+        betweenBlocks(effect, block);
         const auto frames = static_cast<std::int32_t>(random() % kLargestBlock) + 1;
-        std::vector<float> block(voice.begin(), voice.begin() + frames);
-        float* inputs[] = {block.data(), block.data()};
+        std::vector<float> samples(voice.begin(), voice.begin() + frames);
+        float* inputs[] = {samples.data(), samples.data()};
         {
             RealtimeGuard guard;
             effect->processReplacing(effect, inputs, outputs, frames);
@@ -116,8 +137,8 @@ TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobsAndSave)
     automation.join();
     editor.join();
     project.join();
-    effect->dispatcher(effect, effMainsChanged, 0, 0, nullptr, 0.0f);
-    effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
+    ask(effect, effMainsChanged, 0, 0);
+    ask(effect, effClose, 0, 0);
     EXPECT_EQ(violations, 0u);
     EXPECT_TRUE(finite);
 }

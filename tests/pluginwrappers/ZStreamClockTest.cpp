@@ -65,13 +65,8 @@ TEST(ZStreamClockTest, AHostThatSaysItIsOfflineHasATickAtItsFirstBlockAndEvery41
     EXPECT_FALSE(host.clock.WallClockTicks(host.now));
     // And the last before the block at 999.99 s: 24000 x 41.666 ms = 999.984 s.
     EXPECT_EQ(MadeUpHost::CountOf(host.Play(99990, 1us, true)), 24000 + 1 - 3);
-}
-
-TEST(ZStreamClockTest, TheTicksOfARenderAreTheSameWhateverItsPace)
-{
-    MadeUpHost fast;
     MadeUpHost slow;
-    EXPECT_EQ(fast.Play(1000, 1us, true), slow.Play(1000, 300ms, true));
+    EXPECT_EQ(slow.Play(10, 300ms, true), ticks) << "whatever the pace";
 }
 
 TEST(ZStreamClockTest, ABlockLongerThanATickHasOneTick)
@@ -94,6 +89,9 @@ TEST(ZStreamClockTest, AStreamThatRunsAheadBecomesTheClockUntilItFallsBackIntoSt
     host.Play(120, 10ms);
     EXPECT_TRUE(host.clock.WallClockTicks(host.now));
     EXPECT_EQ(MadeUpHost::CountOf(host.Play(100, 10ms)), 0);
+    host.Play(100, 1us);
+    host.clock.Restart();
+    EXPECT_EQ(MadeUpHost::CountOf(host.Play(100, 1us)), 0) << "what came before does not count";
 }
 
 TEST(ZStreamClockTest, AStreamThatStopsGivesTheTicksBack)
@@ -108,14 +106,6 @@ TEST(ZStreamClockTest, AStreamThatStopsGivesTheTicksBack)
     EXPECT_EQ(host.Play(1, 1us, true), std::vector<bool>{true}) << "a stream begins with a tick";
     EXPECT_EQ(host.Play(1, 1us, false), std::vector<bool>{false}) << "in real time again";
     EXPECT_TRUE(host.clock.WallClockTicks(host.now));
-}
-
-TEST(ZStreamClockTest, WhatHasRunAheadBeforeARestartDoesNotCount)
-{
-    MadeUpHost host;
-    host.Play(100, 1us);
-    host.clock.Restart();
-    EXPECT_EQ(MadeUpHost::CountOf(host.Play(100, 1us)), 0);
 }
 
 }  // namespace orvane

@@ -2,7 +2,6 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZInterfaceThread.h"
 
 #include "support/BoxRecorder.h"
 
@@ -98,39 +97,18 @@ TEST_F(ZVSTPluginTest, CallsOfTheAudioThreadDoNotWaitForABusyInterface)
     EXPECT_FALSE(returnsWhileTheInterfaceIsBusy([this] { Ask(effGetProgram); }));
 }
 
-TEST_F(ZVSTPluginTest, TheInterfaceThreadRunsAsLongAsAnInstanceIsOpen)
-{
-    std::promise<bool> onInterfaceThread;
-    EXPECT_TRUE(ZInterfaceThread::Post(
-        [&] { onInterfaceThread.set_value(ZInterfaceThread::IsCurrent()); }));
-    EXPECT_TRUE(onInterfaceThread.get_future().get());
-    AEffect* const second = openPlugin(callbackThroughAnotherThread);
-    second->dispatcher(second, effClose, 0, 0, nullptr, 0.0f);
-    EXPECT_TRUE(ZInterfaceThread::Post([] {}));
-}
-
 TEST(PluginEntryFailureTest, AFailureGivesNothingAndIsReportedUnlessItIsAPlainEnd)
 {
     BoxRecorder recorder;
+    static std::int32_t code;
     const auto failing = [](AEffect*, std::int32_t, std::int32_t, std::intptr_t, void*,
-                            float) -> std::intptr_t { throw ZException(-1, "no description"); };
-    EXPECT_EQ(openPlugin(failing), nullptr);
-    ASSERT_EQ(recorder.boxes.size(), 1u);
+                            float) -> std::intptr_t { throw ZException(code, "no description"); };
+    for (const std::int32_t each : {-1, 3}) {
+        code = each;
+        EXPECT_EQ(openPlugin(failing), nullptr);
+        ASSERT_EQ(recorder.boxes.size(), 1u);
+    }
     EXPECT_TRUE(recorder.boxes[0].text.starts_with("no description"));
-
-    const auto ending = [](AEffect*, std::int32_t, std::int32_t, std::intptr_t, void*,
-                           float) -> std::intptr_t { throw ZException(3, "an end"); };
-    EXPECT_EQ(openPlugin(ending), nullptr);
-    EXPECT_EQ(recorder.boxes.size(), 1u);
-}
-
-TEST(ZVSTPluginCloseTest, ClosingTheLastInstanceEndsTheInterfaceThread)
-{
-    AEffect* const effect = openPlugin(callbackThroughAnotherThread);
-    ASSERT_NE(effect, nullptr);
-    effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0f);
-    EXPECT_FALSE(ZInterfaceThread::Post([] {}));
-    EXPECT_FALSE(ZInterfaceLock::IsHeld());
 }
 
 }  // namespace orvane
