@@ -10,7 +10,6 @@ namespace orvane
 
 void ZAudioFaults::Keep() noexcept
 {
-    mCount.fetch_add(1, std::memory_order_relaxed);
     if (mSlot.load(std::memory_order_acquire) == Slot::kFull)
         return;
     mFault = std::current_exception();

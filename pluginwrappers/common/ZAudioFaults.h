@@ -8,7 +8,7 @@ namespace orvane
 {
 
 /// Takes what goes wrong on the audio thread to where the user can be told. One fault fits in;
-/// those that come before it has been taken out are only counted.
+/// those that come before it has been taken out are passed over, being mostly the same.
 class ZAudioFaults
 {
 public:
@@ -17,8 +17,6 @@ public:
     /// Has the fault that is kept reported by the interface thread, after what it is doing now.
     /// [interface thread]
     void Report();
-    /// Faults ever. [any thread]
-    [[nodiscard]] std::uint32_t GetCount() const noexcept { return mCount; }
 
 private:
     enum class Slot : std::uint8_t
@@ -27,7 +25,6 @@ private:
         kFull,   // the interface thread's
     };
 
-    std::atomic<std::uint32_t> mCount{0};
     std::atomic<Slot> mSlot{Slot::kEmpty};
     std::exception_ptr mFault;  // belongs to whom mSlot says
 };
