@@ -51,6 +51,15 @@ const char* unitOf(ZElement::Units units)
     }
 }
 
+/// What a host's project or a preset by hand brings may lie outside its range, or be no number:
+/// hosts count on 0 to 1.
+float shareOf(float part, float whole) noexcept
+{
+    const float share = whole != 0.0f ? part / whole : 0.0f;
+    // In this order: a comparison with what is not a number is false, which leaves 0.
+    return std::max(0.0f, std::min(share, 1.0f));
+}
+
 void setDiscrete(ZElement& element, float share) noexcept
 {
     const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
@@ -76,14 +85,11 @@ float hostValueOf(const ZElement& element) noexcept
 {
     switch (element.GetType()) {
     case ZElement::ZDISCRETE: {
-        const std::int32_t last = element.CountDiscreteValues() - 1;
-        return last > 0 ? static_cast<float>(element.GetDiscrete()) / static_cast<float>(last)
-                        : 0.0f;
+        const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
+        return shareOf(static_cast<float>(element.GetDiscrete()), static_cast<float>(last));
     }
-    case ZElement::ZFLOAT: {
-        const float range = element.Range();
-        return range != 0.0f ? (element.GetZFloat() - element.Min()) / range : 0.0f;
-    }
+    case ZElement::ZFLOAT:
+        return shareOf(element.GetZFloat() - element.Min(), element.Range());
     default:
         return 0.0f;
     }

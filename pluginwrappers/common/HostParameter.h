@@ -10,8 +10,8 @@ class ZElement;
 // How the host sees an element: a value from 0 to 1 and a text. A discrete element spreads its list
 // over that range, a float one its bounds.
 
-/// 0 for an element that has neither kind of value, or a single one. [any thread, audio thread
-/// included]
+/// Always from 0 to 1, whatever the element holds. 0 for an element that has neither kind of value,
+/// or a single one. [any thread, audio thread included]
 [[nodiscard]] float hostValueOf(const ZElement& element) noexcept;
 /// Stores a host's value and marks the element as changed by the host. A value outside 0 to 1
 /// counts as the nearer end; what is not a number changes nothing, nor does what the element holds:

@@ -234,6 +234,24 @@ TEST_F(ZProgramBankTest, AnotherVersionIsRefusedWithABox)
     EXPECT_EQ(boxes.boxes[0].text, "Incorrect Preset version.");
 }
 
+TEST_F(ZProgramBankTest, WhatLiesOutsideItsRangeIsTheNearerEndToTheHost)
+{
+    struct Row
+    {
+        const char* key;
+        const char* time;
+        float keyShare;
+        float timeShare;
+    };
+    const std::string program = plugin.Program();
+    for (const Row& row : {Row{"99", "nan", 1.0f, 0.0f}, Row{"-5", "1e30", 0.0f, 1.0f}}) {
+        const std::string timed = withValue(program, "pitchCorrectionTime", "floatvalue", row.time);
+        EXPECT_EQ(plugin.LoadProgram(withValue(timed, "key", "int32value", row.key)), 1);
+        EXPECT_EQ(plugin.effect->getParameter(plugin.effect, 2), row.keyShare);
+        EXPECT_EQ(plugin.effect->getParameter(plugin.effect, 4), row.timeShare);
+    }
+}
+
 TEST(ZProgramBankWithoutPresetsTest, HasOneProgramOfTheHostsNameAndNothingToReload)
 {
     BoxRecorder boxes;
