@@ -326,8 +326,16 @@ TEST_F(ZPresetTest, AFileThatIsSavedLoadsAgain)
     Send(ZPRESETLOAD);
     EXPECT_EQ(folder.Count(), 1);
     EXPECT_TRUE(boxes.boxes.empty());
-
     ASSERT_EQ(asked.size(), 4u);
+
+    Choose(folder.Path("take 1.5"));
+    Send(ZPRESETSAVE);
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("take 1.5.xml")));
+    Choose(folder.Path("mine"));
+    Send(ZPRESETSAVE);
+    EXPECT_EQ(folder.Count(), 2);
+    ASSERT_EQ(boxes.boxes.size(), 1u) << "nobody was asked about mine.xml";
+    EXPECT_EQ(boxes.boxes[0].title, "File Error");
     EXPECT_EQ(asked[0].purpose, ZFileRequest::kSave);
     EXPECT_EQ(asked[0].prompt.ToNarrow(), "Save your preset");
     EXPECT_EQ(asked[0].title.ToNarrow(), "Save Preset");

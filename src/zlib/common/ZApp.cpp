@@ -29,6 +29,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <string_view>
@@ -68,17 +69,38 @@ boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
     return boost::make_shared<ZFile>(path.stem().string(), path.string(), extension);
 }
 
+/// The path with the extension of the kind that is saved, where the user has typed none: not every
+/// desktop's chooser adds it, and the next dialog lists files of these kinds only.
+std::string completed(const std::string& path, const ZFileRequest& request)
+{
+    const auto file = makeFile(path);
+    const bool isWhole = request.purpose == ZFileRequest::kOpen || request.types.empty() ||
+                         file->GetName().IsEmpty() ||
+                         std::any_of(request.types.begin(), request.types.end(),
+                                     [&](const auto& type) { return file->IsOfFiletype(type); });
+    return isWhole ? path : path + "." + request.types.front()->extension;
+}
+
+boost::shared_ptr<ZFile> refuse(const ZString& reason)
+{
+    ZMessageBox::Show(ZMessageBox::kError, "File Error", reason);
+    return nullptr;
+}
+
 boost::shared_ptr<ZFile> chooseFile(const ZFileRequest& request)
 {
-    const auto path = ZFileChooser::Choose(request);
-    if (!path)
+    const auto chosen = ZFileChooser::Choose(request);
+    if (!chosen)
         return nullptr;
-    auto file = makeFile(*path);
+    const std::string path = completed(*chosen, request);
+    const auto file = makeFile(path);
     // No folder, and nothing that the system's encoding of names holds and a text does not.
-    if (!file->GetName().IsEmpty() && file->GetPath().ToNarrow() == *path)
-        return file;
-    ZMessageBox::Show(ZMessageBox::kError, "File Error", file->GetPath());
-    return nullptr;
+    if (file->GetName().IsEmpty() || file->GetPath().ToNarrow() != path)
+        return refuse(file->GetPath());
+    // The user has agreed to replace a file of the name as it was typed, and of no other.
+    if (path != *chosen && file->Exists())
+        return refuse(path + " exists already.");
+    return file;
 }
 
 }  // namespace

@@ -77,7 +77,9 @@ public:
     /// Nothing here.
     virtual void ShowAbout();
     /// Let the user choose where to save and what to open, see ZFileChooser; the file is named and
-    /// not opened. Null when none is chosen. The application outlives the dialog.
+    /// not opened. A file to save is of one of the types: a name that is not gains the extension of
+    /// the first. Null when none is chosen, or when the box "File Error" has told why it cannot be.
+    /// The application outlives the dialog.
     [[nodiscard]] virtual boost::shared_ptr<ZFile> ChooseSaveFile(const ZString& prompt,
                                                                   const ZString& title,
                                                                   const ZFiletypes& types,
