@@ -1,21 +1,17 @@
-// Presets of the shipped document: each state comes back in an instance that knows nothing of it.
+// Presets of the shipped document: those of the factory, the user's memories, and files.
 
-#include "kestrune/common/KestruneClasses.h"
-#include "kestrune/common/KestruneDocument.h"
-#include "kestrune/common/KestruneIdentity.h"
-#include "kestrune/common/ZPsolaBay.h"
-#include "resources/KestruneResources.h"
+#include "kestrune/ProductApplication.h"
 #include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZMessage.h"
-#include "zlib/common/ZMessageIds.h"
-#include "zlib/common/ZPlugin.h"
+#include "zlib/common/ZCommand.h"
+#include "zlib/common/ZCommandList.h"
+#include "zlib/common/ZPluginPresetsAudioDocument.h"
 #include "zlib/common/ZXMLElement.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <memory>
+#include <sstream>
 #include <string>
 
 namespace orvane
@@ -24,124 +20,134 @@ namespace orvane
 namespace
 {
 
-/// The product as the host's project opens it: not one tick has passed when a preset comes.
-class Instance
+class ProductPresetTest : public testing::Test
 {
-public:
-    Instance()
-        : mApp(std::make_unique<ZPlugin>(kestruneResources()))
+protected:
+    [[nodiscard]] ZElement& operator[](const std::string& name) const
     {
-        mApp->SetStandalone(false);
-        mApp->SetResourceName(descriptionResourceName());
-        registerKestruneClasses(mApp->GetClassRegistry());
-        mApp->ZHandler::PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART));
-        mApp->ProcessQueue();
-        mDocument = boost::dynamic_pointer_cast<KestruneDocument>(mApp->GetCurrentDocument());
+        return *document->FindElement(name);
     }
-
-    [[nodiscard]] KestruneDocument& Document() { return *mDocument; }
-    [[nodiscard]] ZElement& operator[](const char* name) { return *mDocument->FindElement(name); }
-    [[nodiscard]] boost::shared_ptr<ZXMLElement> Save()
+    /// The value as an archive writes it.
+    [[nodiscard]] std::string ValueOf(const std::string& name) const
     {
-        const auto parent = boost::make_shared<ZXMLElement>();
-        mDocument->SavePreset(*parent);
-        return parent->GetChild("preset");
+        const ZElement& element = (*this)[name];
+        std::ostringstream text;
+        if (element.GetType() == ZElement::ZFLOAT)
+            text << element.GetZFloat();
+        else
+            text << element.GetDiscrete();
+        return text.str();
     }
-    /// The preset, with the name that every buffer has once it was restored.
-    [[nodiscard]] std::string Text()
+    void Dispatch(const std::string& name) const
     {
-        std::string text(Save()->GetText());
-        const std::string name = "ElementBuffer";
-        for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name))
-            text.replace(at, name.size(), "buffer");
-        return text;
+        boost::shared_ptr<ZCommand> command;
+        ASSERT_TRUE(app->GetCommandList()->GetCommand(name, command)) << name;
+        command->Dispatch();
     }
-    void Tick() { mApp->Tick(); }
-    [[nodiscard]] ZPsolaBay& Bay()
-    {
-        return dynamic_cast<ZPsolaBay&>(*mDocument->GetOutputNetwork()->FindBay("PsolaBay"));
-    }
-    /// Chooses notes of a scale of the user's own.
-    void EditNotes(const std::string& flags)
-    {
-        ZElement& notes = (*this)["notesInScale"];
-        for (std::size_t i = 0; i < flags.size(); ++i)
-            notes.GetZBuffer()->Data()[i] = flags[i] == '1' ? 1.0f : 0.0f;
-        notes.ElementChanged(nullptr, true);
-    }
-    [[nodiscard]] std::string Notes()
+    /// The flags of the memories, A first.
+    [[nodiscard]] std::string Flags() const
     {
         std::string flags;
-        for (std::size_t i = 0; i < 12; ++i)
-            flags += (*this)["notesInScale"].GetZBuffer()->Data()[i] == 1.0f ? '1' : '0';
+        for (const char letter : {'A', 'B', 'C', 'D'})
+            flags += ValueOf(std::string("Preset") + letter + "Active");
         return flags;
     }
 
-private:
-    std::unique_ptr<ZPlugin> mApp;
-    boost::shared_ptr<KestruneDocument> mDocument;
+    const std::unique_ptr<ZPlugin> app = startProduct();
+    const boost::shared_ptr<ZPluginPresetsAudioDocument> document =
+        boost::dynamic_pointer_cast<ZPluginPresetsAudioDocument>(app->GetCurrentDocument());
 };
 
 }  // namespace
 
-TEST(ProductPresetTest, EveryFactoryPresetComesBackInANewInstance)
+// Projects name a preset by its number and expect the sound it always had: rows are never changed.
+TEST_F(ProductPresetTest, EachFactoryPresetBringsTheValuesOfItsSound)
 {
-    for (std::int32_t i = 0; i < 7; ++i) {
-        Instance first;
-        ASSERT_EQ(first.Document().GetPresetCount(), 7);
-        first.Document().LoadFactoryPreset(i);
-        Instance second;
-        second.Document().LoadPreset(first.Save());
-        second.Tick();
-        EXPECT_EQ(second.Text(), first.Text()) << first.Document().GetPresetName(i);
-        EXPECT_EQ(second.Notes(), first.Notes());
+    constexpr std::array kNames{"PitchShift",
+                                "FormantShift",
+                                "pitchCorrectionOnOff",
+                                "transposeOnOff",
+                                "key",
+                                "intonation",
+                                "sourceType",
+                                "detune",
+                                "pitchCorrectionTime",
+                                "pitchReference",
+                                "currentScaleIndex"};
+    struct Preset
+    {
+        const char* name;
+        const char* values;
+    };
+    constexpr Preset kPresets[] = {
+        {"Default", "2.79397e-07 2.79397e-07 0 0 3 0 0 1.16415e-08 50 2 1 "},
+        {"Adult to Child", "1200 800 0 1 9 6 3 -50 215 2 0 "},
+        {"Bassline", "-1200 -700 0 1 3 0 1 0 50 2 1 "},
+        {"Electric Alien", "-1200 1200 1 1 3 8 0 -1.68539 0 2 0 "},
+        {"It Came From Below", "-200 -1200 1 1 9 6 0 -50 215 2 0 "},
+        {"RnB Processed Vox", "50 0 1 1 3 0 0 -50 0 2 0 "},
+        {"Woman to Man", "-500 -500 0 1 3 0 2 0 125 2 0 "},
+    };
+    ASSERT_EQ(document->GetPresetCount(), static_cast<std::int32_t>(std::size(kPresets)));
+    for (std::int32_t i = 0; i < document->GetPresetCount(); ++i) {
+        document->LoadFactoryPreset(i);
+        std::string values;
+        for (const char* name : kNames)
+            values += ValueOf(name) + " ";
+        EXPECT_STREQ(document->GetPresetName(i), kPresets[i].name);
+        EXPECT_EQ(values, kPresets[i].values) << kPresets[i].name;
     }
+    for (const std::int32_t none : {-1, 7}) {
+        EXPECT_STREQ(document->GetPresetName(none), "Init");
+        EXPECT_EQ(document->GetPresetCopy(none), nullptr);
+        document->LoadFactoryPreset(none);
+    }
+    EXPECT_EQ(ValueOf("detune"), "0") << "nothing comes from a preset that there is not";
 }
 
-TEST(ProductPresetTest, AnEditedScaleComesBackAlsoWhenNoTickHasPassed)
+TEST_F(ProductPresetTest, EachMemoryBringsItsStateBackAndRaisesItsFlag)
 {
-    Instance first;
-    first.Tick();
-    first.EditNotes("100100010010");
-    const auto saved = first.Save();
-    Instance second;
-    second.Document().LoadPreset(saved);
-    second.Tick();
-    EXPECT_EQ(second.Notes(), "100100010010");
-    EXPECT_EQ(second["currentScaleModified"].GetDiscrete(), 1);
-    EXPECT_EQ(second.Text(), first.Text());
+    const std::string letters = "ABCD";
+    const std::array<std::string, 4> raised{"1000", "0100", "0010", "0001"};
+    Dispatch("cmdRecallPresetB");
+    EXPECT_EQ(Flags(), "0000") << "an empty one";
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        (*this)["key"].SetDiscrete(static_cast<std::int32_t>(i), false);
+        Dispatch(std::string("cmdSaveToPreset") + letters[i]);
+    }
+    EXPECT_EQ(Flags(), "0000") << "saving alone";
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        Dispatch(std::string("cmdRecallPreset") + letters[i]);
+        EXPECT_EQ(ValueOf("key"), std::to_string(i));
+        EXPECT_EQ(Flags(), raised[i]);
+    }
+    document->SaveToMemory(4);
+    document->RecallMemory(-1);
+    EXPECT_EQ(Flags(), "0001");
 }
 
-TEST(ProductPresetTest, AScaleOfTheUsersOwnComesBackByNameAndTones)
+TEST_F(ProductPresetTest, WhatWaitsForTheTickIsSavedWithWhatFollowsFromIt)
 {
-    Instance first;
-    first.Tick();
-    first.Bay().AddCustomScale("Mine \"1\"", std::array{0, 3, 7});
-    first["scale"].SetDiscrete(4, false);
-    const auto saved = first.Save();
-    Instance second;
-    second.EditNotes("111111111111");
-    second["scale"].SetDiscrete(2, false);
-    second.Document().LoadPreset(saved);
-    second.Tick();
-    EXPECT_EQ(second["scale"].GetDiscrete(), 4);
-    EXPECT_EQ(second["scale"].GetDiscreteString(4)->ToNarrow(), "Mine '1'");
-    EXPECT_EQ(second.Notes(), "100100010000");
-    EXPECT_EQ(second["currentScaleModified"].GetDiscrete(), 0);
+    (*this)["pitchTranspose"].SetDiscrete(0, false);
+    ZXMLElement saved;
+    document->SavePreset(saved);
+    const std::string text(saved.GetText());
+    EXPECT_NE(text.find("name=\"FormantShift\" class=\"ZElementClass\" type=\"ZFLOAT\" "
+                        "floatvalue=\"600\""),
+              std::string::npos);
 }
 
-TEST(ProductPresetTest, AFileOfAnOlderVersionLeavesTheRestAsItIs)
+TEST_F(ProductPresetTest, AFileOfAnOlderVersionLeavesTheRestAsItIs)
 {
-    Instance instance;
-    instance.Bay().AddCustomScale("Mine", std::array{0, 3, 7});
-    instance["AcceptMIDI"].SetDiscrete(1, false);
+    (*this)["AcceptMIDI"].SetDiscrete(1, false);
+    (*this)["detune"].SetZFloat(12.5f, false);
     const std::string text =
         "<preset version=\"0.9\"><element name=\"key\" int32value=\"9\" /></preset>";
-    instance.Document().LoadPreset(
+    document->LoadPreset(
         ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0));
-    EXPECT_EQ(instance["key"].GetDiscrete(), 9);
-    EXPECT_EQ(instance["scale"].CountDiscreteValues(), 5);
-    EXPECT_EQ(instance["AcceptMIDI"].GetDiscrete(), 1);
+    EXPECT_EQ(ValueOf("key"), "9");
+    EXPECT_EQ(ValueOf("detune"), "12.5");
+    EXPECT_EQ(ValueOf("AcceptMIDI"), "1");
 }
 
 }  // namespace orvane
