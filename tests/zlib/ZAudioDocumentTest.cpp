@@ -1,14 +1,24 @@
+// The document with its networks, and its presets: what reaches the observers in which order, and
+// what the user's files bring.
+
 #include "zlib/common/ZAudioDocument.h"
 
+#include "support/BoxRecorder.h"
 #include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
 #include "zlib/DocumentFixture.h"
 #include "zlib/common/ZAudioFormatElement.h"
 #include "zlib/common/ZClassRegistry.h"
+#include "zlib/common/ZFileChooser.h"
+#include "zlib/common/ZPluginAudioDocument.h"
 #include "zlib/common/ZSignalBay.h"
 #include "zlib/common/ZTransaction.h"
 #include "zlib/common/ZTransactionManager.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <utility>
 
 namespace orvane
 {
@@ -16,7 +26,9 @@ namespace orvane
 namespace
 {
 
-/// A bay with a float element of its own name, a latency, and an eye on what it is told.
+using Ids = std::vector<std::int32_t>;
+
+/// A bay with a float element and a buffer, a latency, and an eye on what it is told.
 class GainBay : public ZSignalBay
 {
 public:
@@ -26,7 +38,9 @@ public:
         SetLatency(xml->GetInt32("latency"));
         AddElement(
             boost::make_shared<ZElement>("gain of " + GetName(), ZElement::ZFLOAT, application));
+        AddElement(boost::make_shared<ZElement>("tones", ZElement::ZBUFFER, application, 4));
     }
+    [[nodiscard]] const char* GetClassName() const override { return "GainBayClass"; }
     bool Prepare() override
     {
         prepared = true;
@@ -38,26 +52,12 @@ public:
     }
 
     bool prepared = false;
-    std::vector<std::int32_t> told;
+    Ids told;
 };
 
-class ZAudioDocumentTest : public testing::Test
-{
-protected:
-    ZAudioDocumentTest() { app->GetClassRegistry().AddStandard<GainBay>("GainBayClass"); }
-
-    boost::shared_ptr<ZAudioDocument> Make(const std::string& content)
-    {
-        return boost::make_shared<ZAudioDocument>(xmlOf("<doctype>" + content + "</doctype>"),
-                                                  app.get());
-    }
-
-    const TestResources resources{""};
-    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
-};
-
-const char* const kNetworks =
-    "<elements><element name=\"own\" class=\"ZElementClass\" type=\"ZDISCRETE\" /></elements>"
+const char* const kContent =
+    "<elements><element name=\"own\" class=\"ZElementClass\" type=\"ZFLOAT\" archivable=\"true\" />"
+    "<element name=\"unsaved\" class=\"ZElementClass\" type=\"ZFLOAT\" /></elements>"
     "<networks>"
     "<network type=\"output\"><bay name=\"old\" class=\"GainBayClass\" latency=\"9\" /></network>"
     "<network type=\"none\"><bay name=\"skipped\" class=\"NobodyClass\" /></network>"
@@ -67,98 +67,84 @@ const char* const kNetworks =
     "<network type=\"input\"><bay name=\"in\" class=\"GainBayClass\" latency=\"5\" /></network>"
     "</networks>";
 
+struct Listener : ZHandler
+{
+    using ZHandler::ZHandler;
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        if (message->GetId() != ZATTACHEDTOELEMENT && message->GetId() != ZELEMENTUPDATED)
+            heard.push_back(message->GetId());
+    }
+    Ids heard;
+};
+
+class ZAudioDocumentTest : public testing::Test
+{
+protected:
+    ZAudioDocumentTest() { app->GetClassRegistry().AddStandard<GainBay>("GainBayClass"); }
+    ~ZAudioDocumentTest() override { ZFileChooser::SetPresenter(nullptr); }
+
+    template <typename Document>
+    boost::shared_ptr<Document> Make(const std::string& content)
+    {
+        return boost::make_shared<Document>(xmlOf("<doctype>" + content + "</doctype>"), app.get());
+    }
+    /// The user chooses this file, or none, when the document asks.
+    void Send(ZDocument& document, std::int32_t id, std::optional<std::string> path)
+    {
+        ZFileChooser::SetPresenter([this, path](const ZFileRequest& request) {
+            asked.push_back(request);
+            return path;
+        });
+        document.HandleZMessage(boost::make_shared<ZMessage>(id));
+    }
+
+    const TestResources resources{""};
+    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    BoxRecorder boxes;
+    std::vector<ZFileRequest> asked;
+};
+
+std::string setOwn(const std::string& value)
+{
+    return "<element name=\"own\" floatvalue=\"" + value + "\" />";
+}
+
+float own(const ZDocument& document)
+{
+    return document.FindElement("own")->GetZFloat();
+}
+
 }  // namespace
 
-TEST_F(ZAudioDocumentTest, NetworksAreBuiltPreparedAndHungIntoTheTree)
+TEST_F(ZAudioDocumentTest, NetworksAreBuiltPreparedHungIntoTheTreeAndTold)
 {
-    const auto document = Make(kNetworks);
-    const auto output = document->GetOutputNetwork();
-    ASSERT_NE(output, nullptr);
-    EXPECT_EQ(output->GetName(), "whole");
-    EXPECT_EQ(document->GetInputNetwork()->GetName(), "in");
+    const auto document = Make<ZAudioDocument>(kContent);
     EXPECT_EQ(document->GetLatency(), 7);
     for (const char* name : {"one", "two"}) {
-        const auto bay = boost::dynamic_pointer_cast<GainBay>(output->FindBay(name));
+        const auto bay =
+            boost::dynamic_pointer_cast<GainBay>(document->GetOutputNetwork()->FindBay(name));
         ASSERT_NE(bay, nullptr);
         EXPECT_TRUE(bay->prepared);
         EXPECT_EQ(bay->GetDocument(), document.get());
     }
-
-    std::vector<std::string> names;
-    boost::shared_ptr<ZElement> child;
-    for (std::int32_t i = 0; document->GetSubElement(i, child); ++i)
-        names.push_back(child->GetName());
-    EXPECT_EQ(names, (std::vector<std::string>{"own", "ContainerBay", "ZBay", "audioformat"}));
     EXPECT_NE(document->FindElement("gain of two"), nullptr);
     EXPECT_EQ(document->FindElement("gain of old"), nullptr) << "one that was replaced";
-}
 
-TEST_F(ZAudioDocumentTest, WithoutNetworksThereIsNoLatency)
-{
-    const auto document = Make("");
-    EXPECT_EQ(document->GetOutputNetwork(), nullptr);
-    EXPECT_EQ(document->GetLatency(), 0);
-    document->HandleZMessage(boost::make_shared<ZMessage>(ZRESET));
-    EXPECT_FALSE(document->FindElement("audioformat")->IsArchivable());
-}
-
-TEST_F(ZAudioDocumentTest, ANetworkThatIsNoneIsRefused)
-{
-    expectZException(-1, "Unregistered Class NobodyClass found in xml\n", [&] {
-        Make(
-            "<networks><network type=\"input\"><bay class=\"NobodyClass\" /></network></networks>");
-    });
-    EXPECT_THROW(Make("<networks><network type=\"input\"><bay class=\"ZElementClass\" /></network>"
-                      "</networks>"),
-                 ZException);
-}
-
-TEST_F(ZAudioDocumentTest, TheTickTellsObserversOfMarkedLeavesAtAnyDepth)
-{
-    const auto document = Make(kNetworks);
-    struct Observer : ZHandler
-    {
-        using ZHandler::ZHandler;
-        void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
-        {
-            if (message->GetId() == ZELEMENTCHANGED)
-                ++changes;
-        }
-        int changes = 0;
-    } observer("observer", app.get());
-    const auto deep = document->FindElement("gain of two");
-    const auto own = document->FindElement("own");
-    for (const auto& element : {deep, own})
-        element->AddObserver(&observer);
-    deep->SetZFloat(0.5f, false);
-    deep->SetZFloat(0.6f, false);
-    own->SetDiscrete(1, true);
-    document->FlushChanges(*document);
-    app->ProcessQueue();
-    EXPECT_EQ(observer.changes, 1) << "quiet changes are told by whoever makes them";
-    EXPECT_FALSE(deep->IsMarkedChanged());
-    document->FlushChanges(*document);
-    app->ProcessQueue();
-    EXPECT_EQ(observer.changes, 1);
-    for (const auto& element : {deep, own})
-        element->RemoveObserver(&observer);
-}
-
-TEST_F(ZAudioDocumentTest, DefaultsAndResetReachBothNetworks)
-{
-    const auto document =
-        Make("<networks>"
-             "<network type=\"input\"><bay name=\"in\" class=\"GainBayClass\" /></network>"
-             "<network type=\"output\"><bay name=\"out\" class=\"GainBayClass\" /></network>"
-             "</networks>");
     for (const std::int32_t id : {ZSETDEFAULTS, ZRESET, ZPLAY})
         document->HandleZMessage(boost::make_shared<ZMessage>(id));
-    for (const auto& network : {document->GetInputNetwork(), document->GetOutputNetwork()})
-        EXPECT_EQ(boost::dynamic_pointer_cast<GainBay>(network)->told,
-                  (std::vector<std::int32_t>{ZSETDEFAULTS, ZRESET}));
+    const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());
+    ASSERT_NE(input, nullptr);
+    EXPECT_EQ(input->told, (Ids{ZSETDEFAULTS, ZRESET}));
+
+    EXPECT_EQ(Make<ZAudioDocument>("")->GetLatency(), 0);
+    for (const char* name : {"NobodyClass", "ZElementClass"})
+        EXPECT_THROW(Make<ZAudioDocument>("<networks><network type=\"input\"><bay class=\"" +
+                                          std::string(name) + "\" /></network></networks>"),
+                     ZException);
 }
 
-TEST_F(ZAudioDocumentTest, KnowsWhenItBecomesTheCurrentOne)
+TEST_F(ZAudioDocumentTest, ItsTurnComesWithTheChoiceOfItAndWithEachStepBackAndForth)
 {
     struct Counting : ZAudioDocument
     {
@@ -166,30 +152,48 @@ TEST_F(ZAudioDocumentTest, KnowsWhenItBecomesTheCurrentOne)
         void BecameCurrent() override { ++turns; }
         int turns = 0;
     };
-    const auto document = boost::make_shared<Counting>(xmlOf("<doctype></doctype>"), app.get());
-    const auto changedTo = [](const boost::shared_ptr<ZDocument>& to) {
-        return messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", to);
+    struct Step : ZTransaction
+    {
+        explicit Step(std::string& steps)
+            : log(steps)
+        {
+        }
+        void Undo() override { log += "undo "; }
+        void Redo() override { log += "redo "; }
+        std::string& log;
     };
-    document->HandleZMessage(changedTo(document));
-    EXPECT_EQ(document->turns, 1);
-    document->HandleZMessage(changedTo(Make("")));
+    const auto document = Make<Counting>("");
+    for (const boost::shared_ptr<ZDocument>& to :
+         {boost::shared_ptr<ZDocument>(document),
+          boost::shared_ptr<ZDocument>(Make<ZAudioDocument>(""))})
+        document->HandleZMessage(
+            messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", to));
     EXPECT_EQ(document->turns, 1);
     expectZException(-1, "Couldn't find NewDocument in msg", [&] {
         document->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCHANGED));
     });
-    document->HandleZMessage(boost::make_shared<ZMessage>(ZUNDO));
-    EXPECT_EQ(document->turns, 2);
+
+    std::string steps;
+    ZTransactionManager& transactions = *document->GetTransactionManager();
+    transactions.Add(std::make_unique<Step>(steps));
+    for (const std::int32_t id : {ZREDO, ZUNDO, ZUNDO, ZREDO, ZREDO, ZUNDO})
+        document->HandleZMessage(boost::make_shared<ZMessage>(id));
+    EXPECT_EQ(steps, "undo redo undo ");
+    EXPECT_EQ(document->turns, 7);
+    transactions.Add(std::make_unique<Step>(steps));
+    EXPECT_FALSE(transactions.Redo()) << "a new step forgets what was taken back";
 }
 
 TEST_F(ZAudioDocumentTest, TheFormatIsReadAndWrittenWholeOrNotAtAll)
 {
-    const auto format = Make("")->GetAudioFormat();
-    ZMessage before(ZOK);
-    format->GetFormat(before);
-    std::int32_t rate = 0;
-    EXPECT_TRUE(before.Find("Framerate", rate));
-    EXPECT_EQ(rate, 44100);
-
+    const auto format = Make<ZAudioDocument>("")->GetAudioFormat();
+    const auto rate = [&] {
+        ZMessage now(ZOK);
+        format->GetFormat(now);
+        std::int32_t value = 0;
+        EXPECT_TRUE(now.Find("Framerate", value));
+        return value;
+    };
     ZMessage changed(ZOK);
     const auto set = [&] { format->SetFormat(changed); };
     expectZException(-1, "Couldn't find frame rate in Message", set);
@@ -197,19 +201,147 @@ TEST_F(ZAudioDocumentTest, TheFormatIsReadAndWrittenWholeOrNotAtAll)
     expectZException(-1, "Couldn't find snumber of channels in Message", set);
     changed.Add<std::int32_t>("Numchannels", 1);
     expectZException(-1, "Couldn't find bits per channel in Message", set);
-    ZMessage still(ZOK);
-    format->GetFormat(still);
-    EXPECT_TRUE(still.Find("Framerate", rate));
-    EXPECT_EQ(rate, 44100);
-
     changed.Add<std::int32_t>("Bitspersample", 24);
+    EXPECT_EQ(rate(), 44100);
     changed.Add<std::int64_t>("Framecount", 7);
     set();
-    ZMessage after(ZOK);
-    format->GetFormat(after);
-    EXPECT_TRUE(after.Find("Framerate", rate));
-    EXPECT_EQ(rate, 96000);
-    EXPECT_TRUE(format->IsMarkedChanged());
+    EXPECT_EQ(rate(), 96000);
+}
+
+TEST_F(ZAudioDocumentTest, APresetHoldsBothNetworksAndTheElementsThatAreSaved)
+{
+    const auto document = Make<ZAudioDocument>(kContent);
+    document->SetName("Take \"1\"");
+    ZXMLElement parent("parent");
+    document->SavePreset(parent);
+    const auto preset = parent.GetChild("preset");
+    ASSERT_NE(preset, nullptr);
+    for (const auto& named : {preset, preset->GetChild("document")}) {
+        EXPECT_STREQ(named->GetAttribute("name"), "Take '1'");
+        EXPECT_STREQ(named->GetAttribute("class"), "ZAudioDocumentClass");
+    }
+    EXPECT_STREQ(preset->GetAttribute("version"), "1.0");
+    const auto networks = preset->GetChild("document")->GetChild("networks");
+    EXPECT_TRUE(networks->GetChild(0)->AttributeIs("type", "input"));
+    EXPECT_TRUE(networks->GetChild(1)->AttributeIs("type", "output"));
+    const auto elements = preset->GetChild("document")->GetChild("elements");
+    std::string names;
+    for (std::int32_t i = 0; i < elements->GetChildCount(); ++i)
+        names += std::string(elements->GetChild(i)->GetAttribute("name")) + " ";
+    EXPECT_EQ(names, "own ContainerBay ZBay ");
+}
+
+TEST_F(ZAudioDocumentTest, ALoadDeliversWhatWaitedThenItsChangesBetweenBeginAndEnd)
+{
+    const auto document = Make<ZAudioDocument>(kContent);
+    const auto unsaved = document->FindElement("unsaved");
+    Listener listener("listener", app.get());
+    for (const auto& element : {document->FindElement("own"), unsaved})
+        element->AddObserver(&listener);
+    app->ProcessQueue();
+    unsaved->SetZFloat(0.5f, false);
+    // Elements count wherever they stand; what nobody knows is passed over.
+    document->LoadPreset(xmlOf("<any><what><element name=\"nobody\">" + setOwn("0.4") +
+                               "</element></what><Element name=\"unsaved\" floatvalue=\"1\" />"
+                               "<element floatvalue=\"1\" />" +
+                               setOwn("0.5") + "</any>"));
+    EXPECT_EQ(own(*document), 0.5f);
+    EXPECT_EQ(unsaved->GetZFloat(), 0.5f);
+    EXPECT_EQ(std::exchange(listener.heard, {}),
+              (Ids{ZELEMENTCHANGED, ZPRESETLOADBEGIN, ZELEMENTCHANGED, ZPRESETLOADEND}));
+
+    const std::string wrongTones = "<element name=\"tones\"><buffer length=\"5\"><data values=\"" +
+                                   std::string(40, '0') + "\" /></buffer></element>";
+    expectZException(-1, "Incompatible buffer restore. Buffers are of different size.", [&] {
+        document->LoadPreset(
+            xmlOf("<preset>" + setOwn("0.6") + wrongTones + setOwn("0.7") + "</preset>"));
+    });
+    EXPECT_EQ(own(*document), 0.6f) << "what stands before the damage";
+    EXPECT_EQ(listener.heard, (Ids{ZPRESETLOADBEGIN, ZELEMENTCHANGED, ZPRESETLOADEND}));
+    for (const auto& element : {document->FindElement("own"), unsaved})
+        element->RemoveObserver(&listener);
+}
+
+TEST_F(ZAudioDocumentTest, AFileThatIsSavedLoadsAgain)
+{
+    const auto document = Make<ZPluginAudioDocument>(kContent);
+    const PrivateFolder folder;
+    document->FindElement("own")->SetZFloat(0.25f, false);
+    Send(*document, ZPRESETSAVE, folder.Path("mine.xml"));
+    document->FindElement("own")->SetZFloat(0.5f, false);
+    Send(*document, ZPRESETLOAD, folder.Path("mine.xml"));
+    EXPECT_EQ(own(*document), 0.25f);
+    Send(*document, ZPRESETSAVE, std::nullopt);
+    Send(*document, ZPRESETLOAD, std::nullopt);
+    EXPECT_EQ(folder.Count(), 1);
+    EXPECT_TRUE(boxes.boxes.empty());
+
+    EXPECT_EQ(asked[0].purpose, ZFileRequest::kSave);
+    EXPECT_EQ(asked[0].prompt.ToNarrow(), "Save your preset");
+    EXPECT_EQ(asked[0].title.ToNarrow(), "Save Preset");
+    EXPECT_EQ(asked[1].purpose, ZFileRequest::kOpen);
+    EXPECT_EQ(asked[1].prompt.ToNarrow(), "Orvane Plug-In Preset");
+    EXPECT_EQ(asked[1].title.ToNarrow(), "Load Preset");
+    EXPECT_EQ(ZFileChooser::FilterName(*asked[1].types.at(0)), "Orvane Plug-In Preset (*.xml)");
+
+    Send(*document, ZPRESETSAVE, folder.Path("take 1.5"));
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("take 1.5.xml")));
+    for (const std::string& refused : {folder.Path("mine"), folder.Path() + "/"}) {
+        Send(*document, ZPRESETSAVE, refused);
+        ASSERT_FALSE(boxes.boxes.empty()) << refused;
+        EXPECT_EQ(boxes.boxes.back().title, "File Error");
+        boxes.boxes.clear();
+    }
+    EXPECT_EQ(folder.Count(), 2);
+    EXPECT_THROW(Send(*document, ZPRESETSAVE, folder.Path("none/file.xml")), ZException);
+}
+
+TEST_F(ZAudioDocumentTest, AFileThatIsNoPresetChangesNothing)
+{
+    const auto document = Make<ZPluginAudioDocument>(kContent);
+    const PrivateFolder folder;
+    Send(*document, ZPRESETLOAD, folder.Path("missing.xml"));
+    for (const std::string& text : {std::string(), std::string("\xff no XML < at all"),
+                                    "<other>" + setOwn("0.5") + "</other>"})
+    {
+        writeTextFile(folder.Path("file.xml"), text);
+        Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    }
+    ASSERT_EQ(boxes.boxes.size(), 4u);
+    for (const ShownBox& box : boxes.boxes) {
+        EXPECT_EQ(box.kind, ZMessageBox::kNotice);
+        EXPECT_EQ(box.title, "Invalid File");
+        EXPECT_EQ(box.text, "Invalid Preset File.");
+    }
+    EXPECT_EQ(own(*document), 0.0f);
+    EXPECT_EQ(folder.Count(), 1);
+
+    writeTextFile(folder.Path("file.xml"), "<!-- by hand, of any version --><preset "
+                                           "version=\"2.0\">" +
+                                               setOwn("0.5") + "</preset>");
+    Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    EXPECT_EQ(own(*document), 0.5f);
+}
+
+TEST_F(ZAudioDocumentTest, TheCommonDocumentTestsTheVersionAndTellsItsNetworks)
+{
+    const auto document = Make<ZAudioDocument>(kContent);
+    const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("file.xml"), "<preset>" + setOwn("0.5") + "</preset>");
+    Send(*document, ZPRESETLOAD, std::nullopt);
+    const auto loads = [&] {
+        return std::count(input->told.begin(), input->told.end(), ZPRESETLOAD);
+    };
+    EXPECT_EQ(loads(), 0);
+    Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    EXPECT_EQ(loads(), 1);
+    EXPECT_EQ(own(*document), 0.0f);
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    EXPECT_EQ(boxes.boxes[0].title, "Could not load preset");
+    EXPECT_EQ(boxes.boxes[0].text, "Incorrect Preset version.");
+    EXPECT_EQ(asked[0].prompt.ToNarrow(), "Select Preset");
+    EXPECT_EQ(asked[0].types.at(0)->description.ToNarrow(), "Glim preset xml");
 }
 
 }  // namespace orvane
