@@ -65,14 +65,6 @@ protected:
 
 }  // namespace
 
-TEST_F(ZCommandListTest, MenuIdsCountOnPastThoseThatCommandsBring)
-{
-    std::vector<std::int32_t> ids;
-    for (const auto& command : list().GetCommands())
-        ids.push_back(command->GetMenuId());
-    EXPECT_EQ(ids, (std::vector<std::int32_t>{50000, 7, 50001, 50002, 50003, 50004}));
-}
-
 TEST_F(ZCommandListTest, AKeyStrokeDispatchesTheFirstEnabledCommandWithItsModifiers)
 {
     Stroke(65, false, false);
@@ -88,20 +80,30 @@ TEST_F(ZCommandListTest, AKeyStrokeDispatchesTheFirstEnabledCommandWithItsModifi
                      [&] { list().HandleZMessage(boost::make_shared<ZMessage>(ZKEYCOMMAND)); });
 }
 
-TEST_F(ZCommandListTest, EnablingReachesOneCommandOrAll)
+TEST_F(ZCommandListTest, EnablingReachesOneCommandOrAllAndALabelTheOneItNames)
 {
     list().HandleZMessage(messageWith<ZString>(ZDISABLE, "commandName", "first"));
     EXPECT_FALSE(Command("first")->IsEnabled());
     EXPECT_TRUE(Command("own")->IsEnabled());
     EXPECT_FALSE(Command("off")->IsEnabled());
     list().HandleZMessage(messageWith<ZString>(ZENABLE, "commandName", "nobody"));
+    const auto label = messageWith<ZString>(ZLABEL, "commandName", "own");
+    label->Add<ZString>("commandLabel", "Renamed");
+    list().HandleZMessage(label);
+    EXPECT_STREQ(Command("own")->GetMenuName(), "Renamed");
     list().HandleZMessage(boost::make_shared<ZMessage>(ZENABLE));
     for (const auto& command : list().GetCommands())
         EXPECT_TRUE(command->IsEnabled()) << command->GetName();
 }
 
-TEST_F(ZCommandListTest, AMenuChoiceAddsItsWindowToTheMessageForThatOnce)
+TEST_F(ZCommandListTest, AMenuChoiceByItsIdAddsItsWindowToTheMessageForThatOnce)
 {
+    std::vector<std::int32_t> ids;
+    for (const auto& command : list().GetCommands())
+        ids.push_back(command->GetMenuId());
+    EXPECT_EQ(ids, (std::vector<std::int32_t>{50000, 7, 50001, 50002, 50003, 50004}))
+        << "they count on past those that commands bring";
+
     const auto choice = messageWith<std::int32_t>(ZCommandList::kMenuChoice, "MenuID", 50000);
     choice->Add<std::int32_t>("CmdWindow", 42);
     list().HandleZMessage(choice);
@@ -120,7 +122,7 @@ TEST_F(ZCommandListTest, AMenuChoiceAddsItsWindowToTheMessageForThatOnce)
     });
 }
 
-TEST_F(ZCommandListTest, WithoutAReceiverDispatchOnlyTraces)
+TEST_F(ZCommandListTest, WithoutADocumentDispatchOnlyTracesAndWithOneACheckMarkFollowsItsElement)
 {
     const TraceRecorder trace;
     Command("lost")->Dispatch();
@@ -128,10 +130,7 @@ TEST_F(ZCommandListTest, WithoutAReceiverDispatchOnlyTraces)
     EXPECT_EQ(TraceRecorder::lines,
               std::vector<std::string>(
                   2, "ERROR: ZCommand::Dispatch, No target found for command message\n"));
-}
 
-TEST_F(ZCommandListTest, ACheckMarkFollowsItsElementOfTheCurrentDocument)
-{
     app->AddDocumentManager(xmlOf(kDocuments));
     EXPECT_FALSE(Command("follower")->IsChecked());
     app->GetDocumentManager()->HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Plain"));

@@ -1,6 +1,7 @@
 // The desktop's own file chooser: programs of the test's own stand for it.
 
 #include "support/BoxRecorder.h"
+#include "support/Eventually.h"
 #include "support/PrivateFolder.h"
 #include "zlib/DocumentFixture.h"
 #include "zlib/common/ZFile.h"
@@ -19,32 +20,13 @@ namespace
 
 using namespace std::chrono_literals;
 
-/// A variable of the environment, as it was again in the end.
-class Variable
-{
-public:
-    Variable(const char* name, const std::string& value)
-        : mName(name)
-        , mBefore(std::getenv(name) ? std::getenv(name) : "")
-    {
-        setenv(name, value.c_str(), 1);
-    }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() { setenv(mName, mBefore.c_str(), 1); }
-
-private:
-    const char* const mName;
-    const std::string mBefore;
-};
-
 class ZFileChooserTest : public testing::Test
 {
 protected:
     /// A program of that name that the shell runs.
     void Install(const std::string& name, const std::string& script)
     {
-        std::ofstream(folder.Path(name)) << "#!/bin/sh\n" << script << '\n';
+        writeTextFile(folder.Path(name), "#!/bin/sh\n" + script + "\n");
         std::filesystem::permissions(folder.Path(name), std::filesystem::perms::owner_all);
     }
     /// Asks on the interface thread; gives back the path, or "none".
@@ -64,16 +46,12 @@ protected:
     {
         return asked.wait_for(20s) == std::future_status::ready ? asked.get() : "no answer";
     }
-    void WaitForFile(const std::string& name) const
-    {
-        for (int i = 0; i < 2000 && !std::filesystem::exists(folder.Path(name)); ++i)
-            std::this_thread::sleep_for(10ms);
-    }
 
     const PrivateFolder folder;
-    const Variable path{"PATH", folder.Path()};
-    const Variable display{"DISPLAY", ":none"};
-    const Variable desktop{"XDG_CURRENT_DESKTOP", "GNOME"};
+    const std::string folderPath = folder.Path();
+    const EnvironmentVariable path{"PATH", folderPath.c_str()};
+    const EnvironmentVariable display{"DISPLAY", ":none"};
+    const EnvironmentVariable desktop{"XDG_CURRENT_DESKTOP", "GNOME"};
     BoxRecorder boxes;
     const TestResources resources{""};
     const std::unique_ptr<ZPlugin> app = makePlugin(resources);
@@ -87,13 +65,12 @@ TEST_F(ZFileChooserTest, TheUsersChoiceIsNamedAndACancelledOneIsNone)
     Install("zenity", "for a in \"$@\"; do echo \"$a\"; done > " + folder.Path("arguments") +
                           "; echo '/tmp/a b.xml'");
     EXPECT_EQ(Answer(Ask()), "/tmp/a b.xml");
-    std::ifstream arguments(folder.Path("arguments"));
-    const std::string text(std::istreambuf_iterator<char>(arguments), {});
+    const std::string text = readTextFile(folder.Path("arguments"));
     EXPECT_NE(text.find("--title=Title\n"), std::string::npos);
     EXPECT_NE(text.find("--file-filter=Kind (*.xml) | *.xml\n"), std::string::npos);
 
     Install("kdialog", "exit 1");
-    const Variable kde("XDG_CURRENT_DESKTOP", "KDE");
+    const EnvironmentVariable kde("XDG_CURRENT_DESKTOP", "KDE");
     EXPECT_EQ(Answer(Ask()), "none");
     EXPECT_TRUE(boxes.boxes.empty());
 }
@@ -102,8 +79,8 @@ TEST_F(ZFileChooserTest, WithoutAProgramOrADisplayABoxSaysSo)
 {
     EXPECT_EQ(Answer(Ask()), "none");
     Install("zenity", "echo /tmp/file.xml");
-    const Variable wayland("WAYLAND_DISPLAY", "");
-    const Variable none("DISPLAY", "");
+    const EnvironmentVariable wayland("WAYLAND_DISPLAY", "");
+    const EnvironmentVariable none("DISPLAY", "");
     EXPECT_EQ(Answer(Ask()), "none");
     ASSERT_EQ(boxes.boxes.size(), 2u);
     EXPECT_EQ(boxes.boxes[0].title, "Title");
@@ -113,7 +90,7 @@ TEST_F(ZFileChooserTest, AnOpenChooserBlocksNobodyAndEndsWithItsInstance)
 {
     Install("zenity", ": > " + folder.Path("open") + "; while :; do :; done");
     auto asked = Ask();
-    WaitForFile("open");
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(folder.Path("open")); }));
     EXPECT_EQ(Answer(Ask()), "none") << "a second one";
     EXPECT_EQ(boxes.boxes.size(), 1u);
     const ZInterfaceLock lock;

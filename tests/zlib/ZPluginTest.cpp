@@ -118,31 +118,11 @@ TEST_F(ZPluginTest, AChangeGoesOutToTheHostAtTheTickAndTheHostsOwnDoesNot)
     app->Tick();
 }
 
-TEST_F(ZPluginTest, TheAudioThreadMayReadAndSetParameters)
-{
-    const boost::shared_ptr<ZElement> choice = Find("choice");
-    const RealtimeGuard guard;
-    const std::int32_t last = app->GetExposedCount() - 1;
-    const bool same = app->GetExposedElement(last) == choice;
-    app->SetExposedValue(*choice, 1.0f);
-    const float value = app->GetExposedValue(*choice);
-    EXPECT_EQ(guard.violations(), 0u);
-    EXPECT_TRUE(same);
-    EXPECT_EQ(value, 1.0f);
-}
-
-TEST_F(ZPluginTest, AGestureNamesTheParameter)
-{
-    app->BeginEdit(Find("choice").get());
-    app->EndEdit(Find("choice").get());
-    app->BeginEdit(Find("hidden").get());
-    app->BeginEdit(nullptr);
-    EXPECT_EQ(host->TakeLog(), "begin1 end1 ");
-}
-
 TEST_F(ZPluginTest, TheLastChangeOfAGestureReachesTheHostOnceAndBeforeItsEnd)
 {
     app->BeginEdit(Find("choice").get());
+    app->BeginEdit(Find("hidden").get());
+    app->BeginEdit(nullptr);
     Find("choice")->SetDiscrete(1, false);
     app->EndEdit(Find("choice").get());
     app->Tick();
@@ -154,19 +134,28 @@ TEST_F(ZPluginTest, TheLastChangeOfAGestureReachesTheHostOnceAndBeforeItsEnd)
     EXPECT_EQ(host->TakeLog(), "begin0 end0 ") << "what the host has set itself is not told";
 }
 
-TEST_F(ZPluginTest, ValuesAreReadAndSetByTypeAsTheUsersChanges)
+TEST_F(ZPluginTest, ValuesAreReadAndSetByTypeAsTheUsersChangesAlsoOnTheAudioThread)
 {
-    app->SetExposedValue(*Find("level"), 0.75f);
-    app->SetExposedValue(*Find("choice"), 1.9f);
-    app->SetExposedValue(*Find("place"), 1.0f);
-    EXPECT_EQ(app->GetExposedValue(*Find("level")), 0.75f);
-    EXPECT_EQ(app->GetExposedValue(*Find("choice")), 1.0f);
-    EXPECT_EQ(app->GetExposedValue(*Find("place")), 0.0f);
+    const auto level = Find("level");
+    const auto choice = Find("choice");
+    const auto place = Find("place");
+    const RealtimeGuard guard;
+    const bool same = app->GetExposedElement(app->GetExposedCount() - 1) == choice;
+    app->SetExposedValue(*level, 0.75f);
+    app->SetExposedValue(*choice, 1.9f);
+    app->SetExposedValue(*place, 1.0f);
+    const float values[] = {app->GetExposedValue(*level), app->GetExposedValue(*choice),
+                            app->GetExposedValue(*place)};
+    EXPECT_EQ(guard.violations(), 0u);
+    EXPECT_TRUE(same);
+    EXPECT_EQ(values[0], 0.75f);
+    EXPECT_EQ(values[1], 1.0f);
+    EXPECT_EQ(values[2], 0.0f);
     app->Tick();
     EXPECT_EQ(host->TakeLog(), "level=0 choice=1 ");
 }
 
-TEST_F(ZPluginTest, TheInterfaceThreadTicksAndTheEndIsCleanWhileItDoes)
+TEST_F(ZPluginTest, TheInterfaceThreadTicksAndElementsOutliveAnEndWhileItDoes)
 {
     auto other = makePlugin(resources);
     start(*other);
@@ -176,22 +165,12 @@ TEST_F(ZPluginTest, TheInterfaceThreadTicksAndTheEndIsCleanWhileItDoes)
         other->SetParameterFn(host);
         other->InitLooper();
     }
+    const auto document = other->GetCurrentDocument();
     const auto level = other->GetExposedElement(0);
     level->SetZFloat(0.25f, false);
     EXPECT_EQ(host->WaitForLog(), "level=0 ");
     level->SetZFloat(0.5f, false);
     const ZInterfaceLock lock;  // as the host shell holds it
-    other.reset();
-}
-
-TEST_F(ZPluginTest, ElementsMayOutliveTheirPlugin)
-{
-    auto other = makePlugin(resources);
-    start(*other);
-    const auto document = other->GetCurrentDocument();
-    other->ExposeElements(*document);
-    const auto level = document->FindElement("level");
-    EXPECT_EQ(level->GetObserverCount(), 1);
     other.reset();
     EXPECT_EQ(level->GetObserverCount(), 0);
 }
