@@ -1,6 +1,7 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 
+#include "support/Eventually.h"
 #include "support/SmallPlugin.h"
 
 #include <gtest/gtest.h>
@@ -73,12 +74,9 @@ protected:
         app->InitLooper();
     }
 
-    static bool ToldWithin(std::chrono::milliseconds time, std::size_t count)
+    static bool AreTold(std::size_t count)
     {
-        const auto end = std::chrono::steady_clock::now() + time;
-        while (told().size() < count && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(2ms);
-        return told().size() >= count;
+        return eventually([count] { return told().size() >= count; });
     }
 
     SmallPlugin* app = nullptr;
@@ -96,7 +94,7 @@ TEST_F(AutomationTest, AUsersChangeReachesTheHostOnceATickWithItsGesture)
         for (const float value : {0.1f, 0.2f, 0.5f})
             gain->SetZFloat(value, false);
     }
-    ASSERT_TRUE(ToldWithin(2s, 2));
+    ASSERT_TRUE(AreTold(2));
     {
         const ZInterfaceLock lock;
         app->EndEdit(gain.get());
@@ -117,10 +115,7 @@ TEST_F(AutomationTest, WhileTheHostIsToldItReadsTheNewValueAndSetsNone)
         read = effect->getParameter(effect, 0);
     };
     gain->SetZFloat(0.5f, false);
-    ASSERT_TRUE(ToldWithin(2s, 1));
-    {
-        const ZInterfaceLock lock;  // the call is back once the tick gives the lock up
-    }
+    ASSERT_TRUE(eventually([&] { return read != -1.0f; }));
     EXPECT_FLOAT_EQ(read, 0.75f);
     EXPECT_EQ(gain->GetZFloat(), 0.5f);
 }
@@ -134,7 +129,7 @@ TEST_F(AutomationTest, ATickOfTheStreamLeavesTheTellingToTheInterfaceThread)
     std::vector<float> channel(4410);
     float* channels[] = {channel.data(), channel.data()};
     effect->processReplacing(effect, channels, channels, 4410);
-    ASSERT_TRUE(ToldWithin(2s, 1));
+    ASSERT_TRUE(AreTold(1));
     EXPECT_NE(told().front().thread, std::this_thread::get_id());
     EXPECT_FLOAT_EQ(told().front().value, 0.25f);
 }
@@ -147,7 +142,7 @@ TEST_F(AutomationTest, ClosingWaitsForACallOfTheHostThatIsNotYetBack)
         back = true;
     };
     gain->SetZFloat(0.5f, false);
-    ASSERT_TRUE(ToldWithin(2s, 1));
+    ASSERT_TRUE(AreTold(1));
     plugin.reset();
     EXPECT_TRUE(back);
 }
