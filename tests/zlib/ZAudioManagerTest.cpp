@@ -58,10 +58,12 @@ boost::shared_ptr<ZAudioDocument> currentDocument(const ZApp& app)
 
 TEST(ZAudioManagerTest, ASilentDriverStandsInWhenNoneCanBeBuilt)
 {
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    const auto document = currentDocument(*app);
     for (const std::int32_t model : {0, 1}) {
         BoxRecorder recorder;
-        SmallPlugin app;
-        FailingManager manager(managerXml(""), &app);
+        FailingManager manager(managerXml(""), app.get());
         ZDriverSettings settings;
         settings.model = model;
         manager.BuildDriverModel(settings);
@@ -71,6 +73,9 @@ TEST(ZAudioManagerTest, ASilentDriverStandsInWhenNoneCanBeBuilt)
         ASSERT_NE(looper, nullptr);
         EXPECT_NE(boost::dynamic_pointer_cast<ZSilentDriver>(looper->GetDriver()), nullptr);
         EXPECT_TRUE(looper->IsRunning());
+        manager.AttachDocument(document);
+        EXPECT_TRUE(looper->GetOutputBay()->IsRouted(1, *document->GetOutputNetwork(), 1));
+        EXPECT_TRUE(looper->IsRunning()) << "it rests while routes are made, then goes on";
     }
 }
 

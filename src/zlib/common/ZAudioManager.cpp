@@ -153,6 +153,8 @@ void ZAudioManager::AttachDocument(const boost::shared_ptr<ZAudioDocument>& docu
     if (!mLooper || mAttached.lock() == document)
         return;
     mLooper->SetSampleRate(static_cast<float>(framerateOf(*document)));
+    const bool wasRunning = mLooper->IsRunning();  // by a silent driver; routes wait for its passes
+    mLooper->Stop();
     mLooper->InitLooper();
     mLooper->GetOutputBay()->UnrouteImports();
     mLooper->GetOutputBay()->UnrouteExports();
@@ -161,6 +163,8 @@ void ZAudioManager::AttachDocument(const boost::shared_ptr<ZAudioDocument>& docu
     if (const auto network = document->GetOutputNetwork())
         RouteOutput(*network);
     mAttached = document;
+    if (wasRunning)
+        mLooper->Start();
 }
 
 void ZAudioManager::RouteInput(ZBay& network)
