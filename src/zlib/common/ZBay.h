@@ -165,6 +165,7 @@ private:
     void BuildRoute(const ZXMLElement& xml);
     void WriteRoutes(ZXMLElement& xml) const;
     void WritePublished(ZXMLElement& xml, ZPort::Direction direction) const;
+    void DumpPorts(ZPort::Direction direction) const;
     void AdoptElement(const boost::shared_ptr<ZElement>& element, const char* groupName);
 
     [[nodiscard]] std::string RouteFault(std::int32_t importIndex, const ZBay& farBay,

@@ -192,24 +192,29 @@ void ZBay::RestoreBody(const boost::shared_ptr<ZXMLElement>& xml)
 void ZBay::Dump() const
 {
     ZTrace::Write("----  " + GetName() + "  -----\n");
-    for (const ZPort::Direction direction : {ZPort::kImport, ZPort::kExport}) {
-        const std::string kind = indexWord(direction);
-        const std::string farKind = direction == ZPort::kImport ? "export " : "import ";
-        ZTrace::Write(std::to_string(PortsOf(direction).size()) + " " + kind + "s\n");
-        std::int32_t index = 0;
-        for (const auto& port : PortsOf(direction)) {
-            ZTrace::Write("  " + kind + " " + std::to_string(index++) + " : " + port->GetName() +
-                          "\n");
-            for (const ZPort::RouteRecord& route : port->GetRoutes())
-                ZTrace::Write("     route connected to " + farKind +
-                              std::to_string(route.port->GetIndex()) + " on bay " +
-                              route.bay->GetName() + "\n");
-        }
-    }
+    DumpPorts(ZPort::kImport);
+    DumpPorts(ZPort::kExport);
     ZTrace::Write(std::to_string(mRouteCount) + " active routes\n");
     for (const auto& bay : CopyBays()) {
         bay->Dump();
         ZTrace::Write(bay->GetName() + " contained\n");
+    }
+}
+
+void ZBay::DumpPorts(ZPort::Direction direction) const
+{
+    const std::string kind = indexWord(direction);
+    const std::string farKind = direction == ZPort::kImport ? "export " : "import ";
+    ZTrace::Write(std::to_string(PortsOf(direction).size()) + " " + kind + "s\n");
+    std::int32_t index = 0;
+    for (const auto& port : PortsOf(direction)) {
+        ZTrace::Write("  " + kind + " " + std::to_string(index++) + " : " + port->GetName() + "\n");
+        ZTrace::Write("  " + std::to_string(port->GetRoutes().size()) + " routes\n");
+        std::int32_t entry = 0;
+        for (const ZPort::RouteRecord& route : port->GetRoutes())
+            ZTrace::Write("     route " + std::to_string(entry++) + " connected to " + farKind +
+                          std::to_string(route.port->GetIndex()) + " on bay " +
+                          route.bay->GetName() + "\n");
     }
 }
 
