@@ -75,9 +75,6 @@ public:
     /// Writes `currentScaleIndex` and `customScaleTones`, silently.
     void PackCustomScales() const;
 
-    /// Samples that the engine, and the dry path as well, add to the block.
-    [[nodiscard]] std::int32_t GetEngineLatency() const noexcept { return mEngineLatency; }
-
 private:
     [[nodiscard]] std::int32_t BlockAtRate() const;
     void TakeLatency(const PsolaClass& engine);
@@ -103,7 +100,7 @@ private:
     // The pass's own, but for [setup].
     bool mIsWet = false;
     std::int32_t mChangeCount = 0;    // samples since the last change of state
-    std::int32_t mEngineLatency = 0;  // samples
+    std::int32_t mEngineLatency = 0;  // samples that engine and dry path add to the block
     bool mEngineRuns = false;         // the engine is there and has its memory
     std::unique_ptr<PsolaClass> mEngine;
     std::array<std::unique_ptr<ZDelayBuffer>, kMaxBlockChannels> mDelay;
