@@ -19,9 +19,9 @@ public:
     explicit ZFifoBuffer(std::uint32_t capacity);
 
     [[nodiscard]] std::uint32_t Capacity() const noexcept { return mCapacity; }
-    /// Samples that can be written. [any thread]
+    /// Samples that can be written. [producer, consumer]
     [[nodiscard]] std::uint32_t Free() const noexcept;
-    /// Samples that can be read. [any thread]
+    /// Samples that can be read. [producer, consumer]
     [[nodiscard]] std::uint32_t Available() const noexcept;
 
     /// Takes the first count samples of buffer, which holds as many. Throws ZException code -1, and

@@ -21,9 +21,10 @@ public:
     ZRingBuffer& operator=(const ZRingBuffer&) = delete;
 
     [[nodiscard]] std::uint32_t Size() const noexcept { return mSize; }
-    /// Bytes that can be written. Only ever grows under the producer's eyes. [any thread]
+    /// Bytes that can be written. Only ever grows under the producer's eyes. [producer, consumer]
     [[nodiscard]] std::uint32_t Free() const noexcept { return mSize - Available(); }
-    /// Bytes that can be read. Only ever grows under the consumer's eyes. [any thread]
+    /// Bytes that can be read. Only ever grows under the consumer's eyes. A third thread could
+    /// catch the two indices at moments that do not belong together. [producer, consumer]
     [[nodiscard]] std::uint32_t Available() const noexcept;
 
     /// Takes all the bytes, or none and gives false when there is no room. [producer]
