@@ -220,12 +220,6 @@ double ZXMLElement::GetDouble(std::string_view name) const
     return value ? parseDouble(value) : 0.0;
 }
 
-float ZXMLElement::GetFloatValue(std::int32_t index) const
-{
-    const char* const value = GetAttributeValue(index);
-    return value ? toFloat(parseDouble(value)) : 0.0f;
-}
-
 void ZXMLElement::AddAttribute(std::string_view name, std::string_view value)
 {
     mTag.AddAttribute(name, value);

@@ -61,8 +61,6 @@ public:
     [[nodiscard]] std::uint64_t GetUInt64(std::string_view name) const;
     [[nodiscard]] float GetFloat(std::string_view name) const;
     [[nodiscard]] double GetDouble(std::string_view name) const;
-    /// By position, for tags that hold a number an attribute in thousands.
-    [[nodiscard]] float GetFloatValue(std::int32_t index) const;
 
     /// Appends an attribute, also when the name exists.
     void AddAttribute(std::string_view name, std::string_view value);
