@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -20,12 +20,11 @@
 namespace orvane
 {
 
-using namespace std::chrono_literals;
-
 namespace
 {
 
 using MessagePtr = boost::shared_ptr<const ZMessage>;
+using Ids = std::vector<std::int32_t>;
 
 MessagePtr messageOf(std::int32_t id)
 {
@@ -50,16 +49,21 @@ void sendChange(ZLooper& looper, const ZObject& element, ZHandler& target)
 class RecordingHandler : public ZHandler
 {
 public:
-    using ZHandler::ZHandler;
+    explicit RecordingHandler(ZLooper& looper)
+        : ZHandler("recording", &looper)
+    {
+    }
     void HandleZMessage(MessagePtr message) override
     {
         ids.push_back(message->GetId());
         if (onMessage)
             onMessage();
+        ++delivered;
     }
 
-    std::vector<std::int32_t> ids;
+    Ids ids;
     std::function<void()> onMessage;
+    std::atomic<int> delivered{0};
 };
 
 /// A looper that counts its ticks and the timers that come to it.
@@ -79,6 +83,12 @@ public:
     }
     void Started() override { started = true; }
 
+    /// Waits for the next beats of the looper's own timer.
+    [[nodiscard]] bool SeesTicks(int count)
+    {
+        return eventually([this, end = ticks + count] { return ticks >= end; });
+    }
+
     std::atomic<int> ticks{0};
     std::atomic<int> timers{0};
     std::atomic<bool> started{false};
@@ -93,24 +103,23 @@ protected:
 TEST(ZLooperTest, DeliversInOrderOfPostingAndOnlyWhenServed)
 {
     ZLooper looper("test");
-    RecordingHandler handler("h", &looper);
+    RecordingHandler handler(looper);
     looper.ProcessQueue();
-    EXPECT_FALSE(looper.HasMessages());
     handler.PostZMessage(messageOf(ZMUTE));
     looper.PostZMessage(messageOf(ZPLAY), &handler);
     handler.PostZMessage(messageOf(ZMUTE));
     EXPECT_TRUE(looper.HasMessages());
     EXPECT_TRUE(handler.ids.empty());
     looper.HandleZMessage(messageOf(ZQUEUECHANGED));
-    EXPECT_EQ(handler.ids, (std::vector<std::int32_t>{ZMUTE, ZPLAY, ZMUTE}));
+    EXPECT_EQ(handler.ids, (Ids{ZMUTE, ZPLAY, ZMUTE}));
     EXPECT_FALSE(looper.HasMessages());
 }
 
-TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesce)
+TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesceUntilOneIsDelivered)
 {
     ZLooper looper("test");
-    RecordingHandler first("1", &looper);
-    RecordingHandler second("2", &looper);
+    RecordingHandler first(looper);
+    RecordingHandler second(looper);
     const ZObject element;
     const ZObject other;
     for (int i = 0; i < 3; ++i) {
@@ -120,33 +129,21 @@ TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesce)
     sendChange(looper, other, first);
     EXPECT_FALSE(looper.IsElementChangePending(*messageOf(ZELEMENTCHANGED), &first));
     EXPECT_FALSE(looper.IsElementChangePending(*messageOf(ZMUTE), &first));
-    looper.ProcessQueue();
-    EXPECT_EQ(first.ids.size(), 2u);
-    EXPECT_EQ(second.ids.size(), 1u);
-}
-
-TEST(ZLooperTest, AChangeDuringDeliveryOfItsLikeIsKept)
-{
-    ZLooper looper("test");
-    RecordingHandler handler("h", &looper);
-    const ZObject element;
-    handler.onMessage = [&] {
-        if (handler.ids.size() == 1)
-            sendChange(looper, element, handler);
+    first.onMessage = [&] {
+        if (first.ids.size() == 1)
+            sendChange(looper, element, first);
     };
-    sendChange(looper, element, handler);
-    looper.ProcessNextMessage();
-    EXPECT_TRUE(looper.HasMessages());
     looper.ProcessQueue();
-    EXPECT_EQ(handler.ids.size(), 2u);
+    EXPECT_EQ(first.ids.size(), 3u) << "one for each element, and that during the delivery";
+    EXPECT_EQ(second.ids.size(), 1u);
 }
 
 TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
 {
     ZLooper looper("test");
-    RecordingHandler stays("stays", &looper);
+    RecordingHandler stays(looper);
     const ZObject element;
-    auto leaves = std::make_unique<RecordingHandler>("leaves", &looper);
+    auto leaves = std::make_unique<RecordingHandler>(looper);
     looper.PostZMessage(messageOf(ZPLAY), leaves.get());
     sendChange(looper, element, *leaves);
     sendChange(looper, element, stays);
@@ -161,57 +158,49 @@ TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
     EXPECT_EQ(stays.ids.size(), 1u);
 }
 
-TEST(ZLooperTest, TheTickFlushesAndServesOnTheInterfaceThread)
+TEST(ZLooperTest, TicksAndTimersComeOnTheInterfaceThreadUntilTheyAreRemoved)
 {
     TickingLooper looper;
-    RecordingHandler handler("h", &looper);
-    std::atomic<int> delivered{0};
-    std::atomic<bool> proper{true};
+    RecordingHandler handler(looper);
+    std::atomic<bool> proper{false};
     handler.onMessage = [&] {
         proper = ZInterfaceThread::IsCurrent() && ZInterfaceLock::IsHeld() && looper.ticks > 0;
-        ++delivered;
     };
     looper.InitLooper();
     looper.InitLooper();
     handler.PostZMessage(messageOf(ZPLAY));
-    EXPECT_TRUE(eventually([&] { return delivered == 1; }));
+    EXPECT_TRUE(eventually([&] { return handler.delivered == 1; }));
     EXPECT_TRUE(proper);
-    looper.StopTimers();
-}
 
-TEST(ZLooperTest, ATimerSendsItsIdUntilItIsRemoved)
-{
-    TickingLooper looper;
-    looper.InitLooper();
     const std::int32_t id = looper.AddTimer(2000, 0);
     EXPECT_TRUE(eventually([&] { return looper.timers >= 2; }));
     looper.RemoveTimer(id);
     EXPECT_EQ(looper.lastTimer, static_cast<std::uint32_t>(id));
     const int fired = looper.timers;
-    std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(looper.SeesTicks(2));
     EXPECT_EQ(looper.timers, fired);
 }
 
 TEST(ZLooperTest, ThreadModeStartsBeforeRunReturnsAndEndsAtQuit)
 {
     TickingLooper looper;
-    RecordingHandler handler("h", &looper);
-    std::atomic<int> delivered{0};
-    handler.onMessage = [&] { ++delivered; };
+    RecordingHandler handler(looper);
     looper.Run();
     EXPECT_TRUE(looper.started);
     handler.PostZMessage(messageOf(ZPLAY));
-    EXPECT_TRUE(eventually([&] { return delivered == 1; }));
+    EXPECT_TRUE(eventually([&] { return handler.delivered == 1; }));
     looper.Quit();
     handler.PostZMessage(messageOf(ZPLAY));
-    std::this_thread::sleep_for(60ms);
-    EXPECT_EQ(delivered, 1);
+    TickingLooper other;
+    other.InitLooper();
+    EXPECT_TRUE(other.SeesTicks(2));
+    EXPECT_EQ(handler.delivered, 1);
 }
 
-TEST(ZLooperTest, ThreadsPostWhileOneDrains)
+TEST(ZLooperTest, ThreadsPostAndBroadcastWhileHandlersComeAndGo)
 {
     ZLooper looper("test");
-    RecordingHandler handler("h", &looper);
+    RecordingHandler handler(looper);
     const ZObject element;
     std::atomic<int> posting{3};
     std::vector<std::thread> threads;
@@ -220,33 +209,20 @@ TEST(ZLooperTest, ThreadsPostWhileOneDrains)
             for (int n = 0; n < 500; ++n) {
                 handler.PostZMessage(messageOf(ZPLAY));
                 sendChange(looper, element, handler);
+                looper.BroadcastZMessage(messageOf(ZRESET));
             }
             --posting;
         });
-    while (posting > 0)
-        looper.ProcessQueue();
+    while (posting > 0) {
+        const RecordingHandler passing(looper);
+        looper.ProcessNextMessage();
+    }
     for (std::thread& thread : threads)
         thread.join();
     looper.ProcessQueue();
     EXPECT_EQ(std::count(handler.ids.begin(), handler.ids.end(), ZPLAY), 1500);
+    EXPECT_EQ(std::count(handler.ids.begin(), handler.ids.end(), ZRESET), 1500);
     EXPECT_FALSE(looper.IsElementChangePending(*changeOf(element), &handler));
-}
-
-TEST(ZLooperTest, HandlersComeAndGoUnderBroadcasts)
-{
-    ZLooper looper("test");
-    std::atomic<bool> stop{false};
-    std::thread sender([&] {
-        while (!stop)
-            looper.BroadcastZMessage(messageOf(ZRESET));
-    });
-    for (int i = 0; i < 500; ++i) {
-        const RecordingHandler handler("passing", &looper);
-        looper.ProcessNextMessage();
-    }
-    stop = true;
-    sender.join();
-    looper.ProcessQueue();
 }
 
 }  // namespace orvane
