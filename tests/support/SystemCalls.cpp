@@ -1,47 +1,12 @@
 #include "support/SystemCalls.h"
 
-#if defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-
 #include <algorithm>
-#include <array>
-#include <csignal>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <new>
 
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/mman.h>
-#include <sys/prctl.h>
+#include <signal.h>
+#include <sys/ptrace.h>
 #include <sys/syscall.h>
-#include <sys/ucontext.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-// The one place from which the kernel lets calls through: number and six arguments, as in C. The
-// second label is what the kernel sees as the caller's next instruction.
-asm(R"(
-    .text
-    .type kestruneSystemCall, @function
-kestruneSystemCall:
-    mov %rdi, %rax
-    mov %rsi, %rdi
-    mov %rdx, %rsi
-    mov %rcx, %rdx
-    mov %r8, %r10
-    mov %r9, %r8
-    mov 8(%rsp), %r9
-    syscall
-kestruneSystemCallDone:
-    ret
-    .size kestruneSystemCall, . - kestruneSystemCall
-)");
-
-extern "C" {
-long kestruneSystemCall(long number, long a, long b, long c, long d, long e, long f);
-extern const char kestruneSystemCallDone;
-}
 
 namespace orvane
 {
@@ -49,105 +14,76 @@ namespace orvane
 namespace
 {
 
-// In memory that parent and child share.
-struct Report
-{
-    volatile unsigned calls = 0;
-    volatile bool filtered = false;
-    volatile bool finished = false;
-};
-
-Report* report = nullptr;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kCanCount = false;
+#else
+constexpr bool kCanCount = true;
+#endif
 
 constexpr unsigned kPatienceSeconds = 60;
+constexpr long kMark = 0x4D61726B;  // an argument by which a call without arguments is known
 
-/// Counts the call that the filter stopped and makes it after all.
-void onFilteredCall(int, siginfo_t*, void* context)
-{
-    report->calls = report->calls + 1;
-    auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
-    registers[REG_RAX] = kestruneSystemCall(
-        registers[REG_RAX], registers[REG_RDI], registers[REG_RSI], registers[REG_RDX],
-        registers[REG_R10], registers[REG_R8], registers[REG_R9]);
-}
-
-/// From here on each system call of this process raises SIGSYS, but for the way back from that
-/// signal and for kestruneSystemCall. False where the kernel does not allow it.
-bool installFilter()
-{
-    struct sigaction action = {};
-    action.sa_sigaction = onFilteredCall;
-    action.sa_flags = SA_SIGINFO | SA_NODEFER;
-    if (sigaction(SIGSYS, &action, nullptr) != 0 || prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
-        return false;
-
-    const auto pass = reinterpret_cast<std::uintptr_t>(&kestruneSystemCallDone);
-    const auto low = static_cast<std::uint32_t>(pass);
-    const auto high = static_cast<std::uint32_t>(pass >> 32);
-    constexpr std::uint32_t kNumber = offsetof(seccomp_data, nr);
-    constexpr std::uint32_t kCaller = offsetof(seccomp_data, instruction_pointer);
-    std::array<sock_filter, 8> program{{
-        {BPF_LD | BPF_W | BPF_ABS, 0, 0, kNumber},
-        {BPF_JMP | BPF_JEQ | BPF_K, 4, 0, SYS_rt_sigreturn},
-        {BPF_LD | BPF_W | BPF_ABS, 0, 0, kCaller},
-        {BPF_JMP | BPF_JEQ | BPF_K, 0, 3, low},
-        {BPF_LD | BPF_W | BPF_ABS, 0, 0, kCaller + 4},
-        {BPF_JMP | BPF_JEQ | BPF_K, 0, 1, high},
-        {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
-        {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_TRAP},
-    }};
-    sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
-    return prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter, 0, 0) == 0;
-}
-
-[[noreturn]] void runFiltered(const std::function<void()>& function)
+/// Runs the function between two marked calls, with the parent looking on.
+[[noreturn]] void runTraced(const std::function<void()>& function)
 {
     alarm(kPatienceSeconds);
-    if (installFilter()) {
-        report->filtered = true;
+    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0) {
+        raise(SIGSTOP);
+        syscall(SYS_getppid, kMark);
         function();
-        report->finished = true;
+        syscall(SYS_getppid, kMark);
     }
-    for (;;)
-        kestruneSystemCall(SYS_exit_group, 0, 0, 0, 0, 0, 0);
+    _exit(0);
+}
+
+struct Count
+{
+    int marks = 0;
+    unsigned calls = 0;  // between the marks
+};
+
+/// Counts the call that the stopped child is about to make, if it is not on the way back from one.
+void countCall(pid_t child, Count& count)
+{
+    __ptrace_syscall_info info{};
+    if (ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof(info), &info) <= 0 ||
+        info.op != PTRACE_SYSCALL_INFO_ENTRY)
+        return;
+    if (info.entry.nr == SYS_getppid && info.entry.args[0] == kMark)
+        ++count.marks;
+    else if (count.marks == 1)
+        ++count.calls;
+}
+
+/// Lets the child run from call to call until it ends.
+Count followCalls(pid_t child)
+{
+    constexpr int kCallStop = SIGTRAP | 0x80;  // as PTRACE_O_TRACESYSGOOD has it
+    Count count;
+    for (int status = 0; waitpid(child, &status, 0) == child && WIFSTOPPED(status);) {
+        const int stop = WSTOPSIG(status);
+        if (stop == SIGSTOP)
+            ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD);
+        if (stop == kCallStop)
+            countCall(child, count);
+        const bool isSignal = stop != SIGSTOP && stop != kCallStop;
+        ptrace(PTRACE_SYSCALL, child, nullptr, isSignal ? stop : 0);
+    }
+    return count;
 }
 
 }  // namespace
 
 std::optional<unsigned> systemCallsOf(const std::function<void()>& function)
 {
-    void* const shared =
-        mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    if (shared == MAP_FAILED)
-        return std::nullopt;
-    report = new (shared) Report;
-    const pid_t child = fork();
+    const pid_t child = kCanCount ? fork() : -1;
     if (child == 0)
-        runFiltered(function);
-    if (child > 0)
-        waitpid(child, nullptr, 0);
-    const unsigned calls = report->calls;
-    const bool filtered = report->filtered;
-    const bool finished = report->finished;
-    munmap(shared, sizeof(Report));
-    if (!filtered)
+        runTraced(function);
+    const Count count = child > 0 ? followCalls(child) : Count();
+    if (count.marks == 0)
         return std::nullopt;
-    // A function that did not come back was ended by a call that cannot be made for it.
-    return finished ? calls : std::max(calls, 1u);
+    // A function that did not come back was ended by a call, or a fault, of its own.
+    return count.marks == 2 ? count.calls : std::max(count.calls, 1u);
 }
 
 }  // namespace orvane
-
-#else
-
-namespace orvane
-{
-
-std::optional<unsigned> systemCallsOf(const std::function<void()>&)
-{
-    return std::nullopt;
-}
-
-}  // namespace orvane
-
-#endif
