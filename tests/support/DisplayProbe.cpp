@@ -103,20 +103,6 @@ void DisplayProbe::Hide(xcb_window_t window)
     Sync();
 }
 
-void DisplayProbe::Place(xcb_window_t window, const xcb_rectangle_t& rect)
-{
-    xcb_configure_window_value_list_t values{};
-    values.x = rect.x;
-    values.y = rect.y;
-    values.width = rect.width;
-    values.height = rect.height;
-    xcb_configure_window_aux(mConnection, window,
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                                 XCB_CONFIG_WINDOW_HEIGHT,
-                             &values);
-    Sync();
-}
-
 void DisplayProbe::Reparent(xcb_window_t window, xcb_window_t parent, int x, int y)
 {
     xcb_reparent_window(mConnection, window, parent, static_cast<std::int16_t>(x),

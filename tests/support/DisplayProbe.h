@@ -33,7 +33,6 @@ public:
     xcb_window_t MakeDeepWindow(const xcb_rectangle_t& rect);
     void Show(xcb_window_t window);
     void Hide(xcb_window_t window);
-    void Place(xcb_window_t window, const xcb_rectangle_t& rect);
     void Reparent(xcb_window_t window, xcb_window_t parent, int x, int y);
     void Destroy(xcb_window_t window);
     /// Sends a message of 32 bit items to a window, as a window manager does.
