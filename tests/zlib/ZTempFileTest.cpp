@@ -30,22 +30,15 @@ TEST(ZTempFileTest, StandsInTheTemporaryFolderUntilItsObjectGoes)
     MakeTempFile(shared("xml"), file);
     ASSERT_NE(file, nullptr);
     const std::string path = file->GetPath().ToNarrow();
-    EXPECT_TRUE(path.starts_with(folder.Path("sop"))) << path;
-    EXPECT_TRUE(path.ends_with(".xml")) << path;
+    EXPECT_TRUE(path.starts_with(folder.Path("sop")) && path.ends_with(".xml")) << path;
     EXPECT_EQ(folder.Count(), 1);
-
     file.reset();
     EXPECT_EQ(folder.Count(), 0);
-}
 
-TEST(ZTempFileTest, SaysWhatIsMissing)
-{
-    const PrivateFolder folder;
-    boost::shared_ptr<ZFile> file;
-    expectZException(-1, "Unable to GetTempFileName.", [&] {
-        MakeTempFile(shared(folder.Path("missing")), nullptr, shared("xml"), file);
-    });
-    const EnvironmentVariable temporary("TMPDIR", folder.Path("missing").c_str());
+    const auto missing = shared(folder.Path("missing"));
+    expectZException(-1, "Unable to GetTempFileName.",
+                     [&] { MakeTempFile(missing, nullptr, shared("xml"), file); });
+    const EnvironmentVariable nowhere("TMPDIR", missing->ToNarrow().c_str());
     expectZException(-1, "Unable to GetTempPath.", [&] { MakeTempFile(shared("xml"), file); });
     EXPECT_EQ(file, nullptr);
 }

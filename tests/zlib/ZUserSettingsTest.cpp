@@ -43,19 +43,17 @@ protected:
 
 TEST_F(ZUserSettingsTest, AValueIsThereForWhoeverAsksLater)
 {
-    constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+    const ZUserSettings settings("Mini");
     EXPECT_EQ(Get("KeyboardMode"), std::nullopt);
     EXPECT_EQ(mFolder.Count(), 0);  // asking makes no file
-    const ZUserSettings settings("Mini");
     EXPECT_TRUE(settings.SetInt("KeyboardMode", 2));
-    EXPECT_TRUE(settings.SetInt("a=b", kLeast));
+    EXPECT_TRUE(settings.SetInt("a=b", std::numeric_limits<std::int32_t>::min()));
     EXPECT_TRUE(settings.SetInt("KeyboardMode", 3));
     EXPECT_EQ(Get("KeyboardMode"), 3);
-    EXPECT_EQ(Get("a=b"), kLeast);
+    EXPECT_EQ(Get("a=b"), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(readTextFile(FilePath()), "KeyboardMode=3\na=b=-2147483648\n");
-    std::int32_t value = 7;
-    EXPECT_FALSE(ZUserSettings("Other").GetInt("KeyboardMode", value));
-    EXPECT_EQ(value, 7);
+    for (const char* name : {"", "a\nb"})
+        EXPECT_FALSE(settings.SetInt(name, 1)) << name;
 }
 
 TEST_F(ZUserSettingsTest, DamageIsPassedOver)
@@ -64,7 +62,6 @@ TEST_F(ZUserSettingsTest, DamageIsPassedOver)
           "twice=1\ntwice=2\nhex=0x10\nlast=-5"s);
     EXPECT_EQ(Get("blank"), 12);
     EXPECT_EQ(Get("twice"), 2);
-    EXPECT_EQ(Get("last"), -5);
     for (const char* name : {"big", "tail", "empty", "hex", "words", ""})
         EXPECT_EQ(Get(name), std::nullopt) << name;
 
@@ -74,17 +71,10 @@ TEST_F(ZUserSettingsTest, DamageIsPassedOver)
     EXPECT_NE(readTextFile(FilePath()).find("words\n"), std::string::npos);
 }
 
-TEST_F(ZUserSettingsTest, WhatCannotBeStoredSaysFalse)
-{
-    EXPECT_FALSE(ZUserSettings("Mini").SetInt("", 1));
-    EXPECT_FALSE(ZUserSettings("Mini").SetInt("a\nb", 1));
-    writeTextFile(mFolder.Path("Orvane"), "a file where the folder should be");
-    EXPECT_FALSE(ZUserSettings("Mini").SetInt("a", 1));
-    EXPECT_EQ(Get("a"), std::nullopt);
-}
-
 TEST_F(ZUserSettingsTest, WithoutSettingsFolderTheHomeServesAndWithoutHomeNothing)
 {
+    writeTextFile(mFolder.Path("Orvane"), "a file where the folder should be");
+    EXPECT_FALSE(ZUserSettings("Mini").SetInt("a", 1));
     const EnvironmentVariable relative("XDG_CONFIG_HOME", "relative");
     {
         const EnvironmentVariable home("HOME", mFolder.Path("home").c_str());
@@ -100,14 +90,10 @@ TEST_F(ZUserSettingsTest, WithoutSettingsFolderTheHomeServesAndWithoutHomeNothin
 TEST_F(ZUserSettingsTest, TheFileIsWholeWhileTwoWrite)
 {
     // The padding makes a file that is written in place long enough to be caught half done.
-    std::string padding;
-    for (int i = 0; i < 2000; ++i)
-        padding += "padding" + std::to_string(i) + "=0\n";
-    Write(padding + "a=0\n");
+    Write(std::string(30000, '#') + "\na=0\n");
     const auto write = [] {
-        const ZUserSettings settings("Mini");
         for (std::int32_t i = 0; i < 50; ++i)
-            EXPECT_TRUE(settings.SetInt("a", i));
+            EXPECT_TRUE(ZUserSettings("Mini").SetInt("a", i));
     };
     std::thread one(write);
     std::thread two(write);
