@@ -1,11 +1,11 @@
 #include "zlib/common/ZTextEdit.h"
 
 #include "zlib/common/ZDrawingContext.h"
-#include "zlib/common/ZException.h"
 #include "zlib/common/ZKeyCode.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPanelStyle.h"
+#include "zlib/common/ZViewMessage.h"
 #include "zlib/common/ZWindow.h"
 
 #include <algorithm>
@@ -55,18 +55,13 @@ const char* ZTextEdit::GetClassName() const
 
 void ZTextEdit::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
-    ZString text;
-    std::uint8_t key = 0;
     switch (message->GetId()) {
     case ZTEXTINPUT:
-        if (!message->Find<ZString>("Text", text))
-            throw ZException(-1, "Couldn't find Text in Message");
-        mField.Insert(text);
+        mField.Insert(requireField<ZString>(*message, "Text"));
         return Edited();
     case ZKEYDOWN:
-        if (!message->Find<std::uint8_t>("Key", key))
-            throw ZException(-1, "Couldn't find Key in Message");
-        return KeyDown(key, flag(*message, "shift") ? Select::kOn : Select::kNothing,
+        return KeyDown(requireField<std::uint8_t>(*message, "Key"),
+                       flag(*message, "shift") ? Select::kOn : Select::kNothing,
                        flag(*message, "control"));
     default:
         return ZView::HandleZMessage(message);

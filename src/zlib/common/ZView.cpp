@@ -4,60 +4,20 @@
 #include "zlib/common/ZBitmap.h"
 #include "zlib/common/ZDocument.h"
 #include "zlib/common/ZElement.h"
-#include "zlib/common/ZException.h"
 #include "zlib/common/ZFont.h"
 #include "zlib/common/ZMessage.h"
-#include "zlib/common/ZMessageDocument.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPlugin.h"
 #include "zlib/common/ZTrace.h"
+#include "zlib/common/ZViewMessage.h"
 #include "zlib/common/ZWindow.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <optional>
 #include <utility>
 
 namespace orvane
 {
-
-namespace
-{
-
-/// named: how the failure's text calls the field.
-template <ZMsgValue T>
-T require(const ZMessage& message, const char* field, const char* named)
-{
-    T value{};
-    if (!message.Find<T>(field, value))
-        throw ZException(-1, ZString("Couldn't find " + std::string(named) + " in Message"));
-    return value;
-}
-
-template <ZMsgValue T>
-T require(const ZMessage& message, const char* field)
-{
-    return require<T>(message, field, field);
-}
-
-ZDocument* requireDocument(const ZMessage& message, const char* field)
-{
-    const std::optional<ZDocument*> document = documentOf(message, field);
-    if (!document)
-        throw ZException(-1, "Couldn't find NewDocument in Message");
-    return *document;
-}
-
-boost::shared_ptr<ZMessage> mouseMessage(std::int32_t id, const char* field, const ZPoint& point,
-                                         std::uint32_t mods)
-{
-    const auto message = boost::make_shared<ZMessage>(id);
-    message->Add<ZPoint>(field, point);
-    message->Add<std::uint32_t>("MouseMods", mods);
-    return message;
-}
-
-}  // namespace
 
 ZView::ZView(std::string_view name, ZLooper* looper)
     : ZHandler(name, looper)
@@ -123,7 +83,7 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         return HandleDocumentClosed(message);
     case ZATTACHEDTOELEMENT:
     case ZELEMENTCHANGED:
-        return ElementChanged(require<std::uint64_t>(*message, "elementid"));
+        return ElementChanged(requireField<std::uint64_t>(*message, "elementid"));
     case ZRESIZE:
         return HandleResize(*message);
     case ZCHILDRESIZED:
@@ -132,10 +92,10 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         UpdateWindowOrigin();
         return SendToSubviews(message);
     case ZSCALEHORIZONTAL:
-        SetHorizontalScale(require<float>(*message, "Scale"));
+        SetHorizontalScale(requireField<float>(*message, "Scale"));
         return SendToSubviews(message);
     case ZSCALEVERTICAL:
-        SetVerticalScale(require<float>(*message, "Scale"));
+        SetVerticalScale(requireField<float>(*message, "Scale"));
         return SendToSubviews(message);
     case ZPREFSCHANGED:
     case ZSAMPLERATECHANGED:
@@ -159,71 +119,69 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 
 void ZView::HandleMouseDown(const ZMessage& message)
 {
-    const auto point = require<ZPoint>(message, "ClickPoint");
-    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto point = requireField<ZPoint>(message, "ClickPoint");
+    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
     const auto child = FindSubviewAt(point);
     if (!child)
         return MouseDown(point, mods);
-    child->HandleZMessage(mouseMessage(ZMOUSEDOWN, "ClickPoint", ToChild(*child, point), mods));
+    child->HandleZMessage(makeMouseMessage(ZMOUSEDOWN, "ClickPoint", ToChild(*child, point), mods));
 }
 
 void ZView::HandleMouseDoubleClick(const ZMessage& message)
 {
-    const auto point = require<ZPoint>(message, "ClickPoint");
-    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto point = requireField<ZPoint>(message, "ClickPoint");
+    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
     const auto child = FindSubviewAt(point);
     if (!child)
         return MouseDoubleClick(point, mods);
     child->HandleZMessage(
-        mouseMessage(ZMOUSEDOUBLECLICK, "ClickPoint", ToChild(*child, point), mods));
+        makeMouseMessage(ZMOUSEDOUBLECLICK, "ClickPoint", ToChild(*child, point), mods));
 }
 
 void ZView::HandleMouseUp(const ZMessage& message)
 {
-    const auto point = require<ZPoint>(message, "UpPoint");
-    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto point = requireField<ZPoint>(message, "UpPoint");
+    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
     if (const auto child = FindSubviewAt(point))
-        child->HandleZMessage(mouseMessage(ZMOUSEUP, "UpPoint", ToChild(*child, point), mods));
+        child->HandleZMessage(makeMouseMessage(ZMOUSEUP, "UpPoint", ToChild(*child, point), mods));
     // All views on the way see the release.
     MouseUp(point, mods);
 }
 
 void ZView::HandleMouseMoved(const ZMessage& message)
 {
-    const auto point = require<ZPoint>(message, "MovePoint");
-    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto point = requireField<ZPoint>(message, "MovePoint");
+    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
     mLastMove = point;
     if (mMouseCaptured)
         return MouseMoved(point, mods);
     if (const auto child = FindSubviewAt(point))
-        child->HandleZMessage(mouseMessage(ZMOUSEMOVED, "MovePoint", ToChild(*child, point), mods));
+        child->HandleZMessage(
+            makeMouseMessage(ZMOUSEMOVED, "MovePoint", ToChild(*child, point), mods));
 }
 
 void ZView::HandleMouseWheel(const ZMessage& message)
 {
-    const auto point = require<ZPoint>(message, "WheelPoint");
-    const auto mods = require<std::uint32_t>(message, "MouseMods");
-    const auto axis = require<std::int32_t>(message, "WheelAxis");
-    const auto delta = require<std::int32_t>(message, "WheelDelta");
+    const auto point = requireField<ZPoint>(message, "WheelPoint");
+    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
+    const auto axis = requireField<std::int32_t>(message, "WheelAxis");
+    const auto delta = requireField<std::int32_t>(message, "WheelDelta");
     const auto child = FindSubviewAt(point);
     if (!child)
         return MouseWheel(point, mods, axis, delta);
-    const auto forwarded = mouseMessage(ZMOUSEWHEEL, "WheelPoint", ToChild(*child, point), mods);
-    forwarded->Add<std::int32_t>("WheelAxis", axis);
-    forwarded->Add<std::int32_t>("WheelDelta", delta);
-    child->HandleZMessage(forwarded);
+    child->HandleZMessage(makeWheelMessage(ToChild(*child, point), mods, axis, delta));
 }
 
 void ZView::HandleMouseEntered(const ZMessage& message)
 {
-    MouseEntered(require<ZPoint>(message, "EnteredPoint"));
+    MouseEntered(requireField<ZPoint>(message, "EnteredPoint"));
     if (mWindow)
         mWindow->SetHoverView(this);
 }
 
 void ZView::HandleTimer(const boost::shared_ptr<const ZMessage>& message)
 {
-    if (!OnTimer(require<std::int64_t>(*message, "TimerID")))
+    if (!OnTimer(requireField<std::int64_t>(*message, "TimerID")))
         SendToSubviews(message);
 }
 
@@ -236,7 +194,7 @@ void ZView::HandleChildResized(const boost::shared_ptr<const ZMessage>& message)
 
 void ZView::HandleAttached(const boost::shared_ptr<const ZMessage>& message)
 {
-    mWindow = require<ZWindow*>(*message, "AttachedWindow", "Window");
+    mWindow = requireField<ZWindow*>(*message, "AttachedWindow", "Window");
     if (mWindow && (mViewFlags & kNavigable) != 0)
         mWindow->AddNavigableView(this);
     if (mFill && mParent)
@@ -454,7 +412,7 @@ void ZView::RecordMargins()
 
 void ZView::HandleResize(const ZMessage& message)
 {
-    const auto parent = require<ZRect>(message, "ResizeRect", "SizedRect");
+    const auto parent = requireField<ZRect>(message, "ResizeRect", "SizedRect");
     ZRect bounds = mBounds;
     if (mStretchMask & kFollowRight) {
         bounds.right = parent.GetWidth() - mMargins.right;

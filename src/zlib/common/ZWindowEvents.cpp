@@ -2,12 +2,12 @@
 #include "zlib/common/ZCommandList.h"
 #include "zlib/common/ZDocument.h"
 #include "zlib/common/ZDocumentManager.h"
-#include "zlib/common/ZException.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageDocument.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZTooltip.h"
 #include "zlib/common/ZView.h"
+#include "zlib/common/ZViewMessage.h"
 #include "zlib/common/ZWindow.h"
 #include "zlib/common/ZWindowKeeper.h"
 
@@ -26,39 +26,14 @@ namespace
 
 using Message = boost::shared_ptr<const ZMessage>;
 
-template <typename T>
-T require(const ZMessage& message, const char* field)
-{
-    T value{};
-    if (!message.Find<T>(field, value))
-        throw ZException(-1, std::string("Couldn't find ") + field + " in Message");
-    return value;
-}
+// The axis of a wheel.
+constexpr std::int32_t kVertical = 1;
 
 template <typename T>
 Message messageWith(std::int32_t id, const char* field, const T& value)
 {
     auto message = boost::make_shared<ZMessage>(id);
     message->Add<T>(field, value);
-    return message;
-}
-
-Message mouseMessage(std::int32_t id, const char* field, const ZPoint& point, std::uint32_t mods)
-{
-    auto message = boost::make_shared<ZMessage>(id);
-    message->Add<ZPoint>(field, point);
-    message->Add<std::uint32_t>("MouseMods", mods);
-    return message;
-}
-
-Message wheelMessage(const ZNativeMouseEvent& event)
-{
-    constexpr std::int32_t kVertical = 1;
-    auto message = boost::make_shared<ZMessage>(ZMOUSEWHEEL);
-    message->Add<ZPoint>("WheelPoint", event.position);
-    message->Add<std::uint32_t>("MouseMods", event.modifiers);
-    message->Add<std::int32_t>("WheelAxis", kVertical);
-    message->Add<std::int32_t>("WheelDelta", event.wheelNotches);
     return message;
 }
 
@@ -110,7 +85,7 @@ void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZMOUSEMOVED:
         return RouteMove(message);
     case ZMOVED:
-        mPosition = require<ZPoint>(*message, "MovePoint");
+        mPosition = requireField<ZPoint>(*message, "MovePoint");
         return;
     case ZQUIT:
         return HandleQuit(message);
@@ -212,11 +187,9 @@ void ZWindow::CloseByStyle()
 
 void ZWindow::TakeDocument(const ZMessage& message, const char* field)
 {
-    const auto document = documentOf(message, field);
-    if (!document)
-        throw ZException(-1, "Couldn't find NewDocument in Message");
-    SetDocument(*document);
-    SendToRoot(messageWith<ZDocument*>(message.GetId(), field, *document));
+    ZDocument* const document = requireDocument(message, field);
+    SetDocument(document);
+    SendToRoot(messageWith<ZDocument*>(message.GetId(), field, document));
 }
 
 void ZWindow::LoseDocument(const Message& message)
@@ -229,24 +202,24 @@ void ZWindow::LoseDocument(const Message& message)
 
 void ZWindow::RouteClick(const ZMessage& message, const char* field)
 {
-    const auto point = require<ZPoint>(message, field);
-    const auto mods = require<std::uint32_t>(message, "MouseMods");
+    const auto point = requireField<ZPoint>(message, field);
+    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
     if (mCapturedView)
         return SendToCaptured(
-            mouseMessage(message.GetId(), field, pointIn(*mCapturedView, point), mods));
+            makeMouseMessage(message.GetId(), field, pointIn(*mCapturedView, point), mods));
     if (message.GetId() != ZMOUSEUP)
         SetFocusView(nullptr);
-    SendToRoot(mouseMessage(message.GetId(), field, point, mods));
+    SendToRoot(makeMouseMessage(message.GetId(), field, point, mods));
 }
 
 void ZWindow::RouteMove(const Message& message)
 {
-    const auto point = require<ZPoint>(*message, "MovePoint");
-    const auto mods = require<std::uint32_t>(*message, "MouseMods");
+    const auto point = requireField<ZPoint>(*message, "MovePoint");
+    const auto mods = requireField<std::uint32_t>(*message, "MouseMods");
     UpdateHover(point);
     if (mCapturedView)
         return SendToCaptured(
-            mouseMessage(ZMOUSEMOVED, "MovePoint", pointIn(*mCapturedView, point), mods));
+            makeMouseMessage(ZMOUSEMOVED, "MovePoint", pointIn(*mCapturedView, point), mods));
     SendToRoot(message);
 }
 
@@ -271,7 +244,7 @@ void ZWindow::LeaveHover()
 
 void ZWindow::HandleSized(const ZMessage& message)
 {
-    const auto rect = require<ZRect>(message, "SizedRect");
+    const auto rect = requireField<ZRect>(message, "SizedRect");
     SetSize(rect.GetWidth(), rect.GetHeight());
     SizeChanged();
 }
@@ -288,7 +261,7 @@ void ZWindow::SizeChanged()
 
 void ZWindow::HandleTimer(const Message& message)
 {
-    const auto id = require<TimerId>(*message, "TimerID");
+    const auto id = requireField<TimerId>(*message, "TimerID");
     if (id != mFrameTimer) {
         if (!OnTimer(id))
             SendToRoot(message);
@@ -307,11 +280,12 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
     mLastMouse = event.position;
     TellTooltip(event);
     if (event.action == ZNativeMouseEvent::kWheel)
-        return HandleZMessage(wheelMessage(event));
+        return HandleZMessage(
+            makeWheelMessage(event.position, event.modifiers, kVertical, event.wheelNotches));
     if (mModalDisabled)
         return;
     const auto send = [&](std::int32_t id, const char* field) {
-        HandleZMessage(mouseMessage(id, field, event.position, event.modifiers));
+        HandleZMessage(makeMouseMessage(id, field, event.position, event.modifiers));
     };
     switch (event.action) {
     case ZNativeMouseEvent::kMove:
