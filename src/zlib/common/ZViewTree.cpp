@@ -15,17 +15,6 @@
 namespace orvane
 {
 
-namespace
-{
-
-bool containsWithEdges(const ZRect& rect, const ZPoint& point)
-{
-    return point.x >= rect.left && point.x <= rect.right && point.y >= rect.top &&
-           point.y <= rect.bottom;
-}
-
-}  // namespace
-
 void ZView::AddSubview(const boost::shared_ptr<ZView>& view, bool atFront)
 {
     if (!view || view.get() == this || view->mParent)
@@ -135,20 +124,20 @@ boost::shared_ptr<ZView> ZView::FindSubviewAt(const ZPoint& point) const
     const std::lock_guard guard(mChildViewLock);
     const auto found =
         std::find_if(mSubviews.rbegin(), mSubviews.rend(), [&point](const auto& child) {
-            return child->mVisible && containsWithEdges(child->mBounds, point);
+            return child->mVisible && child->mBounds.ContainsWithEdges(point);
         });
     return found == mSubviews.rend() ? nullptr : *found;
 }
 
 bool ZView::HitTest(ZView*& out, const ZPoint& point)
 {
-    if (!containsWithEdges(mFrame, point))
+    if (!mFrame.ContainsWithEdges(point))
         return false;
     out = this;
     const std::lock_guard guard(mChildViewLock);
     const auto found =
         std::find_if(mSubviews.begin(), mSubviews.end(), [&point](const auto& child) {
-            return child->mVisible && containsWithEdges(child->mBounds, point);
+            return child->mVisible && child->mBounds.ContainsWithEdges(point);
         });
     if (found != mSubviews.end())
         (*found)->HitTest(out, ToChild(**found, point));
