@@ -57,14 +57,6 @@ bool ZContentWindow::NativeKey(const ZNativeKeyEvent& event)
     return true;
 }
 
-void ZContentWindow::NativeMoved(const ZPoint& /*position*/)
-{
-}
-
-void ZContentWindow::NativeSized(std::int32_t /*width*/, std::int32_t /*height*/)
-{
-}
-
 void ZContentWindow::NativeFocus(bool focused)
 {
     if (std::exchange(mHasFocus, focused) && !focused)

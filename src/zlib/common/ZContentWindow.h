@@ -57,8 +57,6 @@ private:
     void NativePaint(const ZRect& update) override;
     void NativeMouse(const ZNativeMouseEvent& event) override;
     bool NativeKey(const ZNativeKeyEvent& event) override;
-    void NativeMoved(const ZPoint& position) override;
-    void NativeSized(std::int32_t width, std::int32_t height) override;
     void NativeFocus(bool focused) override;
     void NativeCloseRequested() override;
     void NativeDestroyed() override;

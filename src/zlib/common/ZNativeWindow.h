@@ -61,8 +61,8 @@ public:
     /// False leaves the key to whoever holds the window.
     virtual bool NativeKey(const ZNativeKeyEvent& event) = 0;
     /// The top left corner, in the parent's coordinates.
-    virtual void NativeMoved(const ZPoint& position) = 0;
-    virtual void NativeSized(std::int32_t width, std::int32_t height) = 0;
+    virtual void NativeMoved(const ZPoint& /*position*/) {}
+    virtual void NativeSized(std::int32_t /*width*/, std::int32_t /*height*/) {}
     virtual void NativeFocus(bool focused) = 0;
     /// The user asks a window with a title bar to close.
     virtual void NativeCloseRequested() = 0;
