@@ -397,6 +397,7 @@ private:
     void ReadFrame(const ZXMLElement& xml);
     void ReadTooltips(const ZXMLElement& xml);
     void AddSubviewFrom(const boost::shared_ptr<ZXMLElement>& xml);
+    void WriteLayout(ZXMLElement& xml) const;
     void WriteBackground(ZXMLElement& xml) const;
     void WriteFrame(ZXMLElement& xml) const;
 

@@ -307,6 +307,7 @@ void ZView::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
         xml->AddChild(element);
     }
     addRect(*xml, "bounds", mBounds);
+    WriteLayout(*xml);
     addFont(*xml, *mFont);
     addColor(*xml, "pencolor", mPenColor);
     addColor(*xml, "brushcolor", mBrushColor);
@@ -322,6 +323,20 @@ void ZView::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
     for (const auto& child : CopyChildren())
         subviews.AddChild(*child->ExtractXML());
     xml->AddChild(subviews);
+}
+
+void ZView::WriteLayout(ZXMLElement& xml) const
+{
+    ZXMLElement constraint("constraint");
+    constraint.AddAttribute("minwidth", mMinSize.x);
+    constraint.AddAttribute("minheight", mMinSize.y);
+    constraint.AddAttribute("maxwidth", mMaxSize.x);
+    constraint.AddAttribute("maxheight", mMaxSize.y);
+    xml.AddChild(constraint);
+    ZXMLElement scale("scale");
+    scale.AddAttribute("horizontal", mHorizontalScale);
+    scale.AddAttribute("vertical", mVerticalScale);
+    xml.AddChild(scale);
 }
 
 void ZView::WriteBackground(ZXMLElement& xml) const
