@@ -34,7 +34,6 @@ bool KestruneNameScaleWindow::Run(ZApplication* application, const ZString& reso
     const auto cancel = [&dialog] { dialog.End(false); };
     edit->SetText(name);
     edit->SetReturnAction(accept);
-    edit->SetEscapeAction(cancel);
     setAction(dialog, "OK", accept);
     setAction(dialog, "Cancel", cancel);
     dialog.SetKeyView(*edit);

@@ -4,6 +4,7 @@
 #include "zlib/common/ZContentWindow.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/ZKeyCode.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZResources.h"
@@ -21,8 +22,8 @@ namespace
 {
 
 constexpr std::int32_t kBadSignature = 5;
-// The window's end, and the end of a click, which takes the keys from the view that had them.
-constexpr std::int32_t kFiltered[] = {ZCLOSE, ZMOUSEUP};
+// The window's end, keys, and the end of a click, which takes them from the view that had them.
+constexpr std::int32_t kFiltered[] = {ZCLOSE, ZKEYDOWN, ZMOUSEUP};
 
 boost::shared_ptr<ZXMLElement> loadWindowType(const ZResources& resources, const ZString& name)
 {
@@ -72,9 +73,16 @@ void ZDialog::SetKeyView(ZView& view)
 
 void ZDialog::FilterMessage(const ZMessage& message)
 {
-    if (message.GetId() == ZCLOSE)
+    std::uint8_t key = 0;
+    if (message.GetId() == ZMOUSEUP)
+        return KeepKeyView();
+    if (message.GetId() == ZCLOSE || (message.Find("Key", key) && key == kKeyEscape))
         End(false);
-    else if (!mWindow->GetFocusView())
+}
+
+void ZDialog::KeepKeyView()
+{
+    if (!mWindow->GetFocusView())
         mWindow->SetFocusView(mKeyView);
 }
 

@@ -33,13 +33,14 @@ public:
         return boost::dynamic_pointer_cast<View>(FindView(name));
     }
 
-    /// The view that gets the keys when no other has them, from now on; one of the dialog's.
+    /// The view that gets the keys when no other has them, from now on; one of the dialog's. The
+    /// Tab key moves them on.
     void SetKeyView(ZView& view);
 
     /// Shows the window above parent, which may be null, and waits, with the interface lock given
-    /// up, until End. False when that said so, when the user or the application closed the window,
-    /// and at once where there is no display or this is another thread. The application is there at
-    /// the return, but all else may be gone.
+    /// up, until End. False when that said so, when the user closed the window, by Escape too, or
+    /// the application did, and at once where there is no display or this is another thread. The
+    /// application is there at the return, but all else may be gone.
     [[nodiscard]] bool Run(ZWindow* parent);
     /// For the dialog's own views: ends Run, which gives back the result.
     void End(bool result);
@@ -47,6 +48,7 @@ public:
 private:
     [[nodiscard]] boost::shared_ptr<ZView> FindView(std::string_view name) const;
     void FilterMessage(const ZMessage& message) override;
+    void KeepKeyView();
     void Centre(ZWindow* parent);
 
     ZApp& mApp;

@@ -9,6 +9,7 @@ namespace orvane
 enum ZKeyCode : std::uint8_t
 {
     kKeyBackspace = 0x08,
+    kKeyTab = 0x09,
     kKeyReturn = 0x0d,
     kKeyEscape = 0x1b,
     kKeySpace = 0x20,

@@ -1,6 +1,9 @@
 #include "zlib/common/ZLabelButton.h"
 
+#include "zlib/common/ZKeyCode.h"
+#include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZPanelStyle.h"
+#include "zlib/common/ZViewMessage.h"
 
 #include <utility>
 
@@ -10,6 +13,7 @@ namespace orvane
 ZLabelButton::ZLabelButton(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZStringView(xml, application)
 {
+    SetNavigable(true);
 }
 
 bool ZLabelButton::IsKindOf(std::string_view className) const
@@ -22,6 +26,15 @@ const char* ZLabelButton::GetClassName() const
     return "ZLabelButtonClass";
 }
 
+void ZLabelButton::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    if (message->GetId() != ZKEYDOWN)
+        return ZStringView::HandleZMessage(message);
+    const auto key = requireField<std::uint8_t>(*message, "Key");
+    if (key == kKeyReturn || key == kKeySpace)
+        Act();
+}
+
 void ZLabelButton::Draw(const ZRect& /*rect*/)
 {
     if (!mContext)
@@ -30,6 +43,8 @@ void ZLabelButton::Draw(const ZRect& /*rect*/)
                        : mOver                 ? ZPanelStyle::ButtonState::kOver
                                                : ZPanelStyle::ButtonState::kNormal;
     ZPanelStyle::drawButton(*mContext, mText, GetFrame(), state);
+    if (mFocused)
+        ZPanelStyle::drawEdge(*mContext, GetFrame(), ZPanelStyle::kAccent);
 }
 
 void ZLabelButton::SetOver(bool over)
@@ -62,9 +77,21 @@ void ZLabelButton::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
     SetMouseCapture(false, true);
     mOver = GetFrame().Contains(point);
     Invalidate();
+    if (mOver)
+        Act();
+}
+
+void ZLabelButton::Act() const
+{
     // A copy, since the action may end the button.
-    if (const auto action = mAction; mOver && action)
+    if (const auto action = mAction)
         action();
+}
+
+void ZLabelButton::SetFocus(bool focus)
+{
+    mFocused = focus;
+    Invalidate();
 }
 
 void ZLabelButton::MouseEntered(const ZPoint& /*point*/)

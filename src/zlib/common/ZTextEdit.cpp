@@ -28,19 +28,13 @@ bool flag(const ZMessage& message, const char* field)
     return message.Find<bool>(field, value) && value;
 }
 
-/// Calls a copy, since the action may end its owner.
-void callCopy(std::function<void()> action)
-{
-    if (action)
-        action();
-}
-
 }  // namespace
 
 ZTextEdit::ZTextEdit(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZView(xml, application)
 {
     SetFont(ZPanelStyle::makeFont());
+    SetNavigable(true);
 }
 
 bool ZTextEdit::IsKindOf(std::string_view className) const
@@ -72,9 +66,10 @@ void ZTextEdit::KeyDown(std::uint8_t key, Select select, bool control)
 {
     switch (key) {
     case kKeyReturn:
-        return callCopy(mReturn);
-    case kKeyEscape:
-        return callCopy(mEscape);
+        // A copy, since the action may end the view.
+        if (const auto action = mReturn)
+            action();
+        return;
     case kKeyBackspace:
         mField.EraseBefore();
         break;

@@ -9,7 +9,8 @@ namespace orvane
 {
 
 /// A field of one line to type into, by keyboard and mouse. The window gives it the keys while it
-/// has the focus, which a click takes.
+/// has the focus, which a click
+/// or the Tab key takes.
 class ZTextEdit : public ZView
 {
 public:
@@ -25,9 +26,8 @@ public:
     void SetText(const ZString& text);
     [[nodiscard]] ZString GetText() const { return mField.GetText(); }
     [[nodiscard]] const ZTextField& GetField() const { return mField; }
-    /// What Return and Escape do; the view may be gone after it.
+    /// What Return does; the view may be gone after it.
     void SetReturnAction(std::function<void()> action) { mReturn = std::move(action); }
-    void SetEscapeAction(std::function<void()> action) { mEscape = std::move(action); }
 
     void Draw(const ZRect& rect) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
@@ -49,7 +49,6 @@ private:
     std::int32_t mScroll = 0;  // pixels of the text that lie before the left edge
     bool mFocused = false;
     std::function<void()> mReturn;
-    std::function<void()> mEscape;
 };
 
 }  // namespace orvane

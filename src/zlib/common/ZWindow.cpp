@@ -394,11 +394,6 @@ void ZWindow::AddNavigableView(ZView* view)
     mNavigableViews.Append(view);
 }
 
-void ZWindow::RemoveNavigableView(ZView* view)
-{
-    mNavigableViews.Remove(view);
-}
-
 void ZWindow::AddTool(ZView* view, const ZRect& rect)
 {
     if (!mTooltip)

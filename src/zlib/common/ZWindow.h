@@ -145,8 +145,8 @@ public:
     void RemoveIdleView(ZView* view);
     /// The frame timer, kNoTimer while it does not run.
     [[nodiscard]] TimerId GetFrameTimer() const { return mFrameTimer; }
+    /// The views that the Tab key takes the focus to, in the order in which they have come.
     void AddNavigableView(ZView* view);
-    void RemoveNavigableView(ZView* view);
     /// All mouse events go to this view, also from outside of the window. Null for none.
     void SetCapturedView(ZView* view);
     [[nodiscard]] ZView* GetCapturedView() const { return mCapturedView; }
@@ -229,6 +229,9 @@ private:
     void SendToFocus(const boost::shared_ptr<const ZMessage>& message);
     void SendToManager(const boost::shared_ptr<const ZMessage>& message);
     bool TypeInFocus(const ZNativeKeyEvent& event);
+    /// To the next navigable view that is visible, or the one before, round and round; false when
+    /// there is no other.
+    bool MoveFocus(bool backwards);
     bool DispatchHotKey(const ZNativeKeyEvent& event);
     void SetSize(double width, double height);
 

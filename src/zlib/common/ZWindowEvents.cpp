@@ -2,6 +2,7 @@
 #include "zlib/common/ZCommandList.h"
 #include "zlib/common/ZDocument.h"
 #include "zlib/common/ZDocumentManager.h"
+#include "zlib/common/ZKeyCode.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageDocument.h"
 #include "zlib/common/ZMessageIds.h"
@@ -324,9 +325,26 @@ bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
 {
     if (mTooltip)
         mTooltip->MouseDown();
+    if (mFocusView && event.code == kKeyTab && !event.control && !event.alt &&
+        MoveFocus(event.shift))
+        return true;
     if (mFocusView)
         return TypeInFocus(event);
     return !event.alt && event.code != 0 && DispatchHotKey(event);
+}
+
+bool ZWindow::MoveFocus(bool backwards)
+{
+    std::vector<ZView*> views = mNavigableViews.Copy();
+    std::erase_if(views,
+                  [this](const ZView* view) { return !view->IsVisible() && view != mFocusView; });
+    if (backwards)
+        std::ranges::reverse(views);
+    const auto current = std::ranges::find(views, mFocusView);
+    if (current == views.end() || views.size() < 2)
+        return false;
+    SetFocusView(current + 1 == views.end() ? views.front() : *(current + 1));
+    return true;
 }
 
 bool ZWindow::TypeInFocus(const ZNativeKeyEvent& event)
