@@ -7,8 +7,10 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -20,25 +22,31 @@ inline boost::shared_ptr<ZXMLElement> viewXml(const std::string& text)
     return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
 }
 
-/// Fills itself with its brush, and keeps as lines what happens to it; all views of a test write to
-/// one log.
+/// Fills itself with its brush, and tells in a log that all views share what happens to it, as
+/// "name event".
 class TestView : public ZView
 {
 public:
     using Log = std::vector<std::string>;
+    using ZView::ZView;
 
-    TestView(const std::string& name, const ZRect& bounds, Log& log, ZLooper* looper = nullptr)
-        : ZView(name, bounds, looper)
-        , mLog(log)
+    /// What was told since the last call.
+    static Log TakeLog() { return std::exchange(log, {}); }
+
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
     {
+        messages.push_back(message);
+        ZView::HandleZMessage(message);
     }
-
     void Draw(const ZRect& rect) override
     {
         Add("draw", rect.left, rect.top);
         FillRect(rect);
     }
     void DrawOver() override { Add("over"); }
+    void IdleTick() override { Add("tick"); }
+    void SetFrameRate(float rate) override { Add("rate " + std::to_string(std::lround(rate))); }
+    void SetFocus(bool focus) override { Add(focus ? "focus" : "blur"); }
     void MouseDoubleClick(const ZPoint& at, std::uint32_t) override { Add("double", at.x, at.y); }
     void MouseDown(const ZPoint& at, std::uint32_t mods) override
     {
@@ -52,7 +60,11 @@ public:
     {
         Add("wheel" + std::to_string(axis) + std::to_string(delta), at.x, at.y);
     }
-    bool OnTimer(std::int64_t) override { return takesTimers; }
+    bool OnTimer(std::int64_t) override
+    {
+        Add("timer");
+        return takesTimers;
+    }
     void ElementChanged(std::uint64_t) override { Add("changed"); }
     void OnAttached() override { Add("attached"); }
     void OnDetached() override { Add("detached"); }
@@ -70,17 +82,17 @@ public:
 
     void SetDirty() { mDirty = true; }
 
+    inline static Log log;
+    std::vector<boost::shared_ptr<const ZMessage>> messages;
     bool takesTimers = false;
     bool isOpaque = false;
 
 private:
-    void Add(const std::string& what) { mLog.push_back(GetName() + " " + what); }
+    void Add(const std::string& what) { log.push_back(GetName() + " " + what); }
     void Add(const std::string& what, std::int32_t x, std::int32_t y)
     {
         Add(what + " " + std::to_string(x) + "," + std::to_string(y));
     }
-
-    Log& mLog;
 };
 
 }  // namespace orvane

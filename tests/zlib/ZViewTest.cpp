@@ -6,11 +6,11 @@
 #include "zlib/TestView.h"
 #include "zlib/common/ZStringView.h"
 #include "zlib/common/ZViewClasses.h"
+#include "zlib/common/ZViewMessage.h"
 #include "zlib/common/ZWindow.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace orvane
@@ -23,23 +23,13 @@ using Log = TestView::Log;
 
 boost::shared_ptr<ZMessage> mouse(std::int32_t id, const char* field, const ZPoint& point)
 {
-    const auto message = boost::make_shared<ZMessage>(id);
-    message->Add<ZPoint>(field, point);
-    message->Add<std::uint32_t>("MouseMods", 3);
-    return message;
+    return makeMouseMessage(id, field, point, 3);
 }
 
 boost::shared_ptr<ZMessage> documentMessage(ZDocument* document)
 {
     const auto message = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
     message->Add<ZDocument*>("Document", document);
-    return message;
-}
-
-boost::shared_ptr<ZMessage> resized(std::int32_t width, std::int32_t height)
-{
-    const auto message = boost::make_shared<ZMessage>(ZRESIZE);
-    message->Add<ZRect>("ResizeRect", ZRect{7, 7, 7 + width, 7 + height});
     return message;
 }
 
@@ -56,11 +46,15 @@ public:
 class ZViewTest : public testing::Test
 {
 protected:
-    ZViewTest() { registerViewClasses(app.GetClassRegistry()); }
+    ZViewTest()
+    {
+        registerViewClasses(app.GetClassRegistry());
+        TakeLog();
+    }
 
     boost::shared_ptr<TestView> Make(const std::string& name, const ZRect& bounds)
     {
-        return boost::make_shared<TestView>(name, bounds, log, &app);
+        return boost::make_shared<TestView>(name, bounds, &app);
     }
     /// In the root, at the end.
     boost::shared_ptr<TestView> Add(const std::string& name, const ZRect& bounds)
@@ -69,7 +63,7 @@ protected:
         root->AddSubview(view, false);
         return view;
     }
-    Log TakeLog() { return std::exchange(log, {}); }
+    static Log TakeLog() { return TestView::TakeLog(); }
     boost::shared_ptr<ZDocument> MakeDocument(const std::string& element)
     {
         const auto document = boost::make_shared<ZDocument>(viewXml("<doctype></doctype>"), &app);
@@ -84,35 +78,38 @@ protected:
             &app);
     }
 
-    Log log;
     SmallApplication app;
     boost::shared_ptr<TestView> root = Make("root", {0, 0, 100, 80});
 };
 
 }  // namespace
 
-TEST_F(ZViewTest, ReadsItsDescription)
+TEST_F(ZViewTest, ItsDescriptionAndItsArchiveMakeTheSameView)
 {
     app.strings[5] = "by key";
-    ZView view(
-        viewXml("<view name=\"v\" class=\"ZViewClass\" flex=\"3\" align=\"end\" fill=\"true\" "
-                "animated=\"true\"><element target=\"one\" /><element target=\"two\" />"
-                "<element other=\"x\" /><constraint minwidth=\"20\" maxheight=\"30\" />"
+    const ZView described(
+        viewXml("<view name=\"v\" class=\"ZViewClass\" flex=\"3\" align=\"end\" fill=\"true\">"
+                "<element target=\"one\" /><element target=\"two\" /><element other=\"x\" />"
+                "<constraint minwidth=\"20\" maxheight=\"30\" />"
                 "<rect name=\"bounds\" left=\"10\" top=\"20\" width=\"30\" height=\"40\" />"
                 "<scale horizontal=\"2\" vertical=\"0.5\" />"
                 "<pencolor red=\"300\" green=\"1\" blue=\"2\" alpha=\"3\" />"
+                "<bgcolor red=\"1\" green=\"2\" blue=\"3\" alpha=\"4\" />"
                 "<frame style=\"rounded\" width=\"3\" radius=\"4\">"
                 "<strokecolor red=\"9\" green=\"8\" blue=\"7\" alpha=\"6\" /></frame>"
                 "<tooltip type=\"long\" text=\"no\" />"
-                "<tooltip type=\"short\" text=\"yes\" key=\"5\" /></view>"),
+                "<tooltip type=\"short\" text=\"yes\" key=\"5\" />"
+                "<subviews><view name=\"s\" class=\"ZStringViewClass\">"
+                "<label text=\"words\" align=\"left\" /></view></subviews></view>"),
         &app);
+    const std::string archive = described.ExtractXML()->Write(0);
+    ZView view(viewXml(archive), &app);
+    EXPECT_EQ(view.ExtractXML()->Write(0), archive);
     EXPECT_EQ(view.GetName(), "v");
-    EXPECT_EQ(view.GetLooper(), &app);
     EXPECT_EQ(view.GetTargetName(), "two");
     EXPECT_EQ(view.GetFlex(), 3);
     EXPECT_EQ(view.GetAlign(), ZView::kAlignEnd);
     EXPECT_EQ(view.GetStretchMask(), ZView::kStretchAll);
-    EXPECT_TRUE(view.IsAnimated());
     EXPECT_EQ(view.GetMinWidth(), 20);
     EXPECT_EQ(view.GetMinHeight(), 1);
     EXPECT_EQ(view.GetMaxWidth(), 10000);
@@ -126,21 +123,17 @@ TEST_F(ZViewTest, ReadsItsDescription)
     EXPECT_EQ(view.GetFrameWidth(), 3);
     EXPECT_EQ(view.GetFrameRadius(), 4);
     EXPECT_EQ(view.GetStrokeColor(), (ZColor{9, 8, 7, 6}));
-    EXPECT_TRUE(view.HasTooltip());
-}
+    EXPECT_EQ(view.GetTooltipText({0, 0}).ToNarrow(), "by key");
+    EXPECT_EQ(view.SubviewAt(0)->GetClassName(), std::string("ZStringViewClass"));
 
-TEST_F(ZViewTest, WhatADescriptionLeavesOutStaysAtItsDefault)
-{
-    ZView view(viewXml("<view><tooltip type=\"long\" text=\"no\" />"
-                       "<rect name=\"frame\" left=\"5\" top=\"6\" width=\"7\" height=\"8\" />"
-                       "</view>"),
-               nullptr);
-    EXPECT_EQ(view.GetBounds(), (ZRect{5, 6, 12, 14}));
-    EXPECT_EQ(view.GetFrame(), (ZRect{0, 0, 1, 1}));
-    EXPECT_FALSE(view.HasTooltip());
-    EXPECT_FALSE(view.IsAnimated());
-    EXPECT_EQ(view.GetStretchMask(), 0);
-    EXPECT_EQ(view.GetTooltipText({0, 0}), ZString());
+    const ZView bare(viewXml("<view animated=\"true\"><tooltip type=\"long\" text=\"no\" />"
+                             "<rect name=\"frame\" left=\"5\" top=\"6\" width=\"7\" "
+                             "height=\"8\" /></view>"),
+                     nullptr);
+    EXPECT_EQ(bare.GetBounds(), (ZRect{5, 6, 12, 14}));
+    EXPECT_EQ(bare.GetFrame(), (ZRect{0, 0, 1, 1}));
+    EXPECT_TRUE(bare.IsAnimated());
+    EXPECT_FALSE(bare.HasTooltip());
 }
 
 TEST_F(ZViewTest, AClassThatNobodyKnowsBecomesALabelWithItsName)
@@ -149,40 +142,20 @@ TEST_F(ZViewTest, AClassThatNobodyKnowsBecomesALabelWithItsName)
                              "<view name=\"a\" class=\"ZViewClass\"><subviews>"
                              "<view name=\"b\" class=\"NobodyClass\"><rect name=\"bounds\" "
                              "left=\"1\" top=\"2\" width=\"3\" height=\"4\" /></view></subviews>"
-                             "</view><view name=\"b\" class=\"ZStringViewClass\">"
-                             "<label text=\"words\" align=\"right\" /></view></subviews></view>"),
+                             "</view><view name=\"b\" class=\"ZViewClass\"></view></subviews>"
+                             "</view>"),
                      &app);
     const auto label = boost::dynamic_pointer_cast<ZStringView>(view.FindSubview("b"));
     ASSERT_NE(label, nullptr);
     EXPECT_EQ(label->GetText().ToNarrow(), "NobodyClass");
     EXPECT_EQ(label->GetBounds(), (ZRect{1, 2, 4, 6}));
-    EXPECT_EQ(label->GetParent(), view.SubviewAt(0).get());
-    const auto words = boost::dynamic_pointer_cast<ZStringView>(view.SubviewAt(1));
-    ASSERT_NE(words, nullptr);
-    EXPECT_EQ(words->GetText().ToNarrow(), "words");
-    EXPECT_EQ(words->GetAlign(), 2);
     EXPECT_EQ(view.SubviewAt(2), nullptr);
     EXPECT_EQ(view.FindSubview("c"), nullptr);
 }
 
-TEST_F(ZViewTest, ItsArchiveMakesTheSameView)
-{
-    const ZView view(
-        viewXml("<view name=\"v\" class=\"ZViewClass\" align=\"stretch\"><element target=\"t\" />"
-                "<rect name=\"bounds\" left=\"1\" top=\"2\" width=\"3\" height=\"4\" />"
-                "<bgcolor red=\"1\" green=\"2\" blue=\"3\" alpha=\"4\" />"
-                "<frame style=\"rect\" width=\"2\" /><tooltip type=\"short\" text=\"tip\" />"
-                "<subviews><view name=\"s\" class=\"ZStringViewClass\">"
-                "<label text=\"words\" align=\"left\" /></view></subviews></view>"),
-        &app);
-    const std::string archive = view.ExtractXML()->Write(0);
-    EXPECT_EQ(ZView(viewXml(archive), &app).ExtractXML()->Write(0), archive);
-    EXPECT_NE(archive.find("words"), std::string::npos);
-}
-
 TEST_F(ZViewTest, TheChildOnTopGetsTheMouseInItsOwnCoordinatesEdgesIncluded)
 {
-    Add("below", {10, 10, 30, 30});
+    const auto below = Add("below", {10, 10, 30, 30});
     const auto above = Add("above", {20, 20, 40, 40});
     const auto inner = Make("inner", {5, 5, 10, 10});
     above->AddSubview(inner, false);
@@ -196,25 +169,20 @@ TEST_F(ZViewTest, TheChildOnTopGetsTheMouseInItsOwnCoordinatesEdgesIncluded)
     EXPECT_EQ(click({40, 40}), Log{"above down3 20,20"});
     EXPECT_EQ(click({26, 30}), Log{"inner down3 1,5"});
     EXPECT_EQ(click({41, 40}), Log{"root down3 41,40"});
-    above->Hide();
-    TakeLog();
-    EXPECT_EQ(click({21, 22}), Log{"below down3 11,12"});
-}
-
-TEST_F(ZViewTest, TheFirstSearchTakesTheFirstChildThatIsVisible)
-{
-    const auto first = Add("first", {10, 10, 30, 30});
-    const auto second = Add("second", {10, 10, 30, 30});
     ZView* found = nullptr;
     EXPECT_FALSE(root->HitTest(found, {101, 5}));
     EXPECT_EQ(found, nullptr);
     EXPECT_TRUE(root->HitTest(found, {100, 80}));
     EXPECT_EQ(found, root.get());
     EXPECT_TRUE(root->HitTest(found, {30, 30}));
-    EXPECT_EQ(found, first.get());
-    first->Hide();
-    EXPECT_TRUE(root->HitTest(found, {30, 30}));
-    EXPECT_EQ(found, second.get());
+    EXPECT_EQ(found, below.get()) << "this search begins at the bottom";
+    below->Hide();
+    EXPECT_TRUE(root->HitTest(found, {25, 25}));
+    EXPECT_EQ(found, inner.get());
+    below->Show();
+    above->Hide();
+    TakeLog();
+    EXPECT_EQ(click({21, 22}), Log{"below down3 11,12"});
 }
 
 TEST_F(ZViewTest, AllOnTheWaySeeTheReleaseAndOnlyTheCapturedSeeMoves)
@@ -231,10 +199,7 @@ TEST_F(ZViewTest, AllOnTheWaySeeTheReleaseAndOnlyTheCapturedSeeMoves)
     root->HandleZMessage(mouse(ZMOUSEMOVED, "MovePoint", {13, 14}));
     EXPECT_EQ(TakeLog(), Log{"child moved 3,4"});
 
-    const auto wheel = mouse(ZMOUSEWHEEL, "WheelPoint", {13, 14});
-    wheel->Add<std::int32_t>("WheelAxis", 1);
-    wheel->Add<std::int32_t>("WheelDelta", -2);
-    root->HandleZMessage(wheel);
+    root->HandleZMessage(makeWheelMessage({13, 14}, 1, 1, -2));
     EXPECT_EQ(TakeLog(), Log{"child wheel1-2 3,4"});
 }
 
@@ -262,31 +227,24 @@ TEST_F(ZViewTest, AMissingFieldIsNamed)
                      [&] { root->HandleZMessage(click); });
 }
 
-TEST_F(ZViewTest, ATimerGoesOnUntilAViewTakesIt)
-{
-    const auto child = Add("child", {});
-    const auto timer = boost::make_shared<ZMessage>(ZTIMER);
-    timer->Add<std::int64_t>("TimerID", 7);
-    child->takesTimers = true;
-    root->HandleZMessage(timer);
-    root->takesTimers = true;
-    root->HandleZMessage(timer);
-    child->HandleZMessage(boost::make_shared<ZMessage>(ZCHILDRESIZED));
-    EXPECT_EQ(TakeLog(), (Log{"child child resized", "root child resized"}));
-}
-
-TEST_F(ZViewTest, AHiddenViewStillHearsWhatIsHandedOn)
+TEST_F(ZViewTest, MessagesAreHandedOnToHiddenViewsAndTimersUntilOneTakesThem)
 {
     const auto child = Add("child", {0, 0, 10, 10});
     const auto inner = Make("inner", {0, 0, 5, 5});
     child->AddSubview(inner, false);
     child->Hide();
     EXPECT_EQ(TakeLog(), (Log{"inner hidden", "child hidden"}));
-    EXPECT_FALSE(inner->IsVisible());
     const auto scale = boost::make_shared<ZMessage>(ZSCALEHORIZONTAL);
     scale->Add<float>("Scale", 3.0f);
     root->HandleZMessage(scale);
     EXPECT_EQ(inner->GetHorizontalScale(), 3.0f);
+    child->HandleZMessage(boost::make_shared<ZMessage>(ZCHILDRESIZED));
+    EXPECT_EQ(TakeLog(), (Log{"child child resized", "root child resized"}));
+    const auto timer = boost::make_shared<ZMessage>(ZTIMER);
+    timer->Add<std::int64_t>("TimerID", 7);
+    child->takesTimers = true;
+    root->HandleZMessage(timer);
+    EXPECT_EQ(TakeLog(), (Log{"root timer", "child timer"}));
     root->HandleZMessage(boost::make_shared<ZMessage>(ZSHOW));
     EXPECT_EQ(TakeLog(), (Log{"inner shown", "child shown", "root shown"}));
 }
@@ -331,28 +289,17 @@ TEST_F(ZViewTest, ADocumentBindsByNameAndTheNextOneBindsAnew)
     root->HandleZMessage(documentMessage(other.get()));
     EXPECT_EQ(child->GetElement(), nullptr);
     root->HandleZMessage(documentMessage(second.get()));
+    root->RemoveSubview(child);
+    EXPECT_EQ(second->GetObserverCount(), 1);
+    EXPECT_EQ(second->FindElement("level")->GetObserverCount(), 0);
+    root->AddSubview(child, false);
+    EXPECT_EQ(child->GetElement(), second->FindElement("level")) << "of its parent's document";
 
     root->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
     EXPECT_EQ(child->GetElement(), nullptr);
     EXPECT_EQ(child->GetDocument(), nullptr);
     EXPECT_EQ(second->GetObserverCount(), 0);
     EXPECT_EQ(TakeLog().back(), "child closed");
-}
-
-TEST_F(ZViewTest, AChildJoinsTheDocumentOfItsParentAndLeavesItWithIt)
-{
-    const auto document = MakeDocument("level");
-    root->HandleZMessage(documentMessage(document.get()));
-    const auto child = Make("child", {});
-    child->SetTargetName("level");
-    root->AddSubview(child, false);
-    EXPECT_EQ(child->GetDocument(), document.get());
-    EXPECT_EQ(document->GetObserverCount(), 2);
-    root->RemoveSubview(child);
-    EXPECT_EQ(document->GetObserverCount(), 1);
-    EXPECT_EQ(document->FindElement("level")->GetObserverCount(), 0);
-    root->AddSubview(child, false);
-    EXPECT_EQ(child->GetElement(), document->FindElement("level"));
 }
 
 TEST_F(ZViewTest, AnAnimatedViewDoesNotListen)
@@ -370,7 +317,7 @@ TEST_F(ZViewTest, AnAnimatedViewDoesNotListen)
     EXPECT_EQ(element->GetObserverCount(), 0);
 }
 
-TEST_F(ZViewTest, AViewThatDiesLeavesNothingBehind)
+TEST_F(ZViewTest, AViewThatLeavesOrDiesLeavesNothingBehind)
 {
     const auto document = MakeDocument("level");
     const auto window = MakeWindow();
@@ -378,40 +325,37 @@ TEST_F(ZViewTest, AViewThatDiesLeavesNothingBehind)
     const auto view = Make("view", {0, 0, 10, 10});
     auto child = Make("child", {0, 0, 10, 10});
     child->SetTargetName("level");
-    child->SetNavigable(true);
+    child->SetAnimated(true);
     view->AddSubview(child, false);
-    window->GetRootView()->AddSubview(view, false);
-    view->HandleZMessage(documentMessage(document.get()));
-    child->SetMouseCapture(true, true);
-    window->SetHoverView(child.get());
-    window->SetFocusView(child.get());
-    EXPECT_EQ(window->GetCapturedView(), child.get());
-
-    view->RemoveSubview(child);
-    EXPECT_EQ(window->GetCapturedView(), nullptr);
-    EXPECT_EQ(window->GetHoverView(), nullptr);
-    EXPECT_FALSE(child->HasMouseCapture());
-    view->AddSubview(child, false);
-    window->SetHoverView(view.get());
-    window->GetRootView()->RemoveSubview(view);
-    EXPECT_EQ(child->GetWindow(), nullptr);
-    EXPECT_EQ(window->GetHoverView(), nullptr);
-
-    window->GetRootView()->AddSubview(view, false);
-    view->HandleZMessage(documentMessage(document.get()));
-    window->SetHoverView(child.get());
-    child.reset();
-    view->RemoveSubview(view->SubviewAt(0));
-    EXPECT_EQ(window->GetHoverView(), nullptr);
-    EXPECT_EQ(document->FindElement("level")->GetObserverCount(), 0);
-    EXPECT_EQ(document->GetObserverCount(), 1);
+    for (const bool dies : {false, true}) {
+        window->GetRootView()->AddSubview(view, false);
+        view->HandleZMessage(documentMessage(document.get()));
+        child->SetMouseCapture(true, true);
+        window->SetHoverView(child.get());
+        window->SetFocusView(child.get());
+        EXPECT_NE(window->GetFrameTimer(), ZWindow::kNoTimer);
+        if (dies) {
+            child.reset();
+            view->RemoveSubview(view->SubviewAt(0));
+        } else {
+            window->GetRootView()->RemoveSubview(view);
+            EXPECT_EQ(child->GetWindow(), nullptr);
+            EXPECT_FALSE(child->HasMouseCapture());
+        }
+        EXPECT_EQ(window->GetCapturedView(), nullptr);
+        EXPECT_EQ(window->GetHoverView(), nullptr);
+        EXPECT_EQ(window->GetFocusView(), nullptr);
+        EXPECT_EQ(window->GetFrameTimer(), ZWindow::kNoTimer);
+        EXPECT_EQ(document->FindElement("level")->GetObserverCount(), 0);
+        EXPECT_EQ(document->GetObserverCount(), dies ? 1 : 0);
+    }
 }
 
 TEST_F(ZViewTest, ADragIsOneGestureWhateverEndsIt)
 {
     EditRecorder plugin;
     const auto level = boost::make_shared<ZElement>("level", ZElement::ZFLOAT, &plugin);
-    auto view = boost::make_shared<TestView>("view", ZRect{}, log, &plugin);
+    auto view = boost::make_shared<TestView>("view", ZRect{}, &plugin);
     view->SetMouseCapture(true, true);
     view->SetMouseCapture(false, true);
     EXPECT_EQ(std::exchange(plugin.edits, {}), "");
@@ -467,6 +411,8 @@ TEST_F(ZViewTest, EdgesFollowTheParentAsTheMaskTells)
         {ZView::kStretchAll, {10, 10, 50, 25}},
         {ZView::kKeepLeft | ZView::kKeepTop, {10, 10, 30, 20}},
     };
+    const auto resized = boost::make_shared<ZMessage>(ZRESIZE);
+    resized->Add<ZRect>("ResizeRect", ZRect{7, 7, 127, 92});
     const auto window = MakeWindow();
     window->AttachViews();
     window->GetRootView()->AddSubview(root, false);
@@ -474,7 +420,7 @@ TEST_F(ZViewTest, EdgesFollowTheParentAsTheMaskTells)
         const auto child = Make("child", {10, 10, 30, 20});
         child->SetStretchMask(each.mask);
         root->AddSubview(child, false);
-        child->HandleZMessage(resized(120, 85));
+        child->HandleZMessage(resized);
         EXPECT_EQ(child->GetBounds(), each.expected) << each.mask;
         EXPECT_EQ(child->GetFrame().GetWidth(), each.expected.GetWidth()) << each.mask;
     }

@@ -3,10 +3,8 @@
 #include "support/ExpectZException.h"
 #include "zlib/WindowFixture.h"
 #include "zlib/common/ZDocument.h"
-#include "zlib/common/ZDocumentManager.h"
-#include "zlib/common/ZInterfaceLock.h"
 
-#include <gtest/gtest.h>
+#include <utility>
 
 namespace orvane
 {
@@ -14,22 +12,18 @@ namespace orvane
 namespace
 {
 
-using Log = std::vector<std::string>;
+using Log = TestView::Log;
 
-const std::string kNestedProbe = probe("n", "left=\"0\" top=\"0\" width=\"9\" height=\"9\"");
-
-/// Two types, of which one is named twice; the second holds a manager of its own.
+/// Two types; the second holds a manager of its own.
 const std::string kWindowTypes =
     "<windowtypes>" + windowType(" child=\"true\" title=\"Front\"") +
-    "<windowtype name=\"Side\" class=\"ZWindowClass\" hidden=\"true\" title=\"Beside\">"
+    "<windowtype name=\"Side\" class=\"ZWindowClass\" hidden=\"true\">"
     "<rect left=\"0\" top=\"0\" width=\"10\" height=\"10\" />"
     "<windowmanagers><windowmanager name=\"inner\"><documenttypes>"
     "<documenttype docname=\"Note\" winname=\"Inner\" show=\"true\" /></documenttypes>"
     "<windowtypes><windowtype name=\"Inner\" class=\"ZWindowClass\" child=\"true\">"
-    "<rect left=\"0\" top=\"0\" width=\"10\" height=\"10\" /><subviews>" +
-    kNestedProbe +
-    "</subviews></windowtype></windowtypes></windowmanager></windowmanagers></windowtype>"
-    "</windowtypes>";
+    "<rect left=\"0\" top=\"0\" width=\"10\" height=\"10\" /></windowtype></windowtypes>"
+    "</windowmanager></windowmanagers></windowtype></windowtypes>";
 
 std::string manager(const std::string& maps)
 {
@@ -37,18 +31,9 @@ std::string manager(const std::string& maps)
            kWindowTypes + "</windowmanager>";
 }
 
-class ZWindowManagerTest : public testing::Test
+class ZWindowManagerTest : public WindowFixture
 {
 protected:
-    ZWindowManagerTest()
-    {
-        registerWindowClasses(mApp->GetClassRegistry());
-        mApp->SetWindowKeeperMaker(&ZWindowManager::Make);
-        start(*mApp);
-        mDocument = MakeDocument("Song");
-        ProbeView::log.clear();
-    }
-
     boost::shared_ptr<ZDocument> MakeDocument(const std::string& typeName)
     {
         const auto document =
@@ -65,54 +50,49 @@ protected:
     {
         handler.HandleZMessage(messageWith<boost::shared_ptr<ZDocument>>(id, field, document));
     }
-    boost::shared_ptr<ZMessage> NewWindow(const std::string& name) const
+    void MakeWindow(ZWindowManager& windows, const char* name) const
     {
-        auto message = boost::make_shared<ZMessage>(ZWINNEW);
-        message->Add<boost::shared_ptr<ZDocument>>("NewDocument", mDocument);
+        auto message = messageWith<boost::shared_ptr<ZDocument>>(ZWINNEW, "NewDocument", mDocument);
         message->Add<ZString>("WindowName", ZString(name));
-        return message;
+        windows.HandleZMessage(message);
     }
 
-    const ZInterfaceLock mLock;
-    const TestResources mResources{""};
-    const std::unique_ptr<ZPlugin> mApp = makePlugin(mResources);
-    boost::shared_ptr<ZDocument> mDocument;
+    const boost::shared_ptr<ZDocument> mDocument = MakeDocument("Song");
 };
 
 constexpr const char* kSongMap = "<documenttype docname=\"Song\" winname=\"Main\" />";
 
 }  // namespace
 
-TEST_F(ZWindowManagerTest, ANewDocumentGetsAWindowForEachMapThatMatches)
+TEST_F(ZWindowManagerTest, ANewDocumentGetsAWindowForEachMapThatMatchesUntilItCloses)
 {
-    TraceRecorder trace;
+    const TraceRecorder trace;
     const auto windows = Make(std::string(kSongMap) +
                               "<documenttype docclass=\"ZDocumentClass\" winname=\"Main\" />"
                               "<documenttype docname=\"Note\" winname=\"Main\" />"
                               "<documenttype docclass=\"ZAudioDocumentClass\" winname=\"Main\" />"
                               "<documenttype winname=\"Nobody\" />");
     Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
+    Tell(*windows, ZDOCUMENTNEW, "Document", nullptr);
     ASSERT_EQ(windows->GetWindowCount(), 2);
     EXPECT_EQ(windows->GetCurrentWindow(), windows->GetWindow(0));
     EXPECT_EQ(windows->GetWindow(2), nullptr);
-    const auto window = windows->GetWindow(1);
-    EXPECT_EQ(window->GetDocument(), mDocument.get());
-    EXPECT_EQ(window->GetRootView()->FindSubview("a")->GetDocument(), mDocument.get());
-    EXPECT_FALSE(window->IsAttached());
-    EXPECT_EQ(window->GetNativeWindow(), nullptr);
-    EXPECT_TRUE(trace.Has("Creating window class = ZWindowClass name = Main\n"));
-}
+    const auto held = windows->GetWindow(1);
+    EXPECT_EQ(held->GetDocument(), mDocument.get());
+    EXPECT_EQ(View(*held, "a").GetDocument(), mDocument.get());
+    EXPECT_FALSE(held->IsAttached());
 
-TEST_F(ZWindowManagerTest, ADocumentOfNoMapAndNoDocumentGetNoWindow)
-{
-    TraceRecorder trace;
-    const auto windows = Make(kSongMap);
-    Tell(*windows, ZDOCUMENTNEW, "Document", MakeDocument("Note"));
-    Tell(*windows, ZDOCUMENTNEW, "Document", nullptr);
-    EXPECT_EQ(windows->GetWindowCount(), 0);
-    EXPECT_EQ(windows->GetCurrentWindow(), nullptr);
-    EXPECT_TRUE(trace.Has("\nError: ZWindowManager::HandleZMessage [ZDOCUMENTNEW] 'New document "
-                          "actually NULL'\n"));
+    Tell(*windows, ZDOCUMENTNEW, "Document", MakeDocument("Other"));
+    const auto other = windows->GetWindow(2);
+    Tell(*windows, ZDOCUMENTCLOSED, "CloseDocument", mDocument);
+    EXPECT_EQ(windows->GetWindowCount(), 1);
+    EXPECT_EQ(windows->GetCurrentWindow(), other);
+    EXPECT_EQ(held->GetDocument(), nullptr);
+    EXPECT_EQ(View(*held, "a").GetDocument(), nullptr);
+    for (const char* const line :
+         {"Creating window class = ZWindowClass name = Main\n", "Removing window Main\n",
+          "\nError: ZWindowManager::HandleZMessage [ZDOCUMENTNEW] 'New document actually NULL'\n"})
+        EXPECT_TRUE(trace.Has(line)) << line;
 }
 
 TEST_F(ZWindowManagerTest, AWindowTakesOverADocumentThatItsTypeNames)
@@ -128,122 +108,83 @@ TEST_F(ZWindowManagerTest, AWindowTakesOverADocumentThatItsTypeNames)
     EXPECT_TRUE(windows->GetWindow(0)->IsAttached());
     const auto second = MakeDocument("Song");
     Tell(*windows, ZDOCUMENTCHANGED, "NewDocument", second);
-    EXPECT_EQ(windows->GetWindow(0)->GetDocument(), mDocument.get());
-    EXPECT_EQ(windows->GetWindow(1)->GetDocument(), second.get());
     Tell(*windows, ZDOCUMENTCHANGED, "NewDocument", MakeDocument("Note"));
+    EXPECT_EQ(windows->GetWindow(0)->GetDocument(), mDocument.get());
     EXPECT_EQ(windows->GetWindow(1)->GetDocument(), second.get());
 }
 
-TEST_F(ZWindowManagerTest, TheWindowsOfAClosedDocumentGoAndLetGoOfIt)
-{
-    TraceRecorder trace;
-    const auto windows = Make(kSongMap);
-    const auto second = MakeDocument("Song");
-    for (const auto& document : {mDocument, second, mDocument})
-        Tell(*windows, ZDOCUMENTNEW, "Document", document);
-    const auto held = windows->GetWindow(0);
-    const auto other = windows->GetWindow(1);
-    Tell(*windows, ZDOCUMENTCLOSED, "CloseDocument", mDocument);
-    ASSERT_EQ(windows->GetWindowCount(), 1);
-    EXPECT_EQ(windows->GetCurrentWindow(), other);
-    EXPECT_EQ(held->GetDocument(), nullptr);
-    EXPECT_EQ(held->GetRootView()->FindSubview("a")->GetDocument(), nullptr);
-    EXPECT_TRUE(trace.Has("Removing window Main\n"));
-}
-
-TEST_F(ZWindowManagerTest, AWindowIsMadeByItsName)
-{
-    const auto windows = Make("");
-    windows->HandleZMessage(NewWindow("Main"));
-    ASSERT_EQ(windows->GetWindowCount(), 1);
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:attached", "b:attached"}));
-    EXPECT_EQ(windows->GetWindow(0)->GetDocument(), mDocument.get());
-
-    windows->HandleZMessage(NewWindow("Nobody"));
-    windows->HandleZMessage(NewWindow("Inner"));
-    EXPECT_EQ(windows->GetWindowCount(), 1);
-    EXPECT_EQ(ProbeView::TakeLog(), Log{});
-}
-
-TEST_F(ZWindowManagerTest, NestedManagersGetWhatTheirWindowsManagerHasNoUseFor)
+TEST_F(ZWindowManagerTest, WindowsAreMadeByNameAndByNestedManagersWhereTheirOwnHasNoUse)
 {
     const auto windows = Make("<documenttype docname=\"Note\" winname=\"Side\" />");
+    MakeWindow(*windows, "Nobody");
+    EXPECT_EQ(windows->GetWindowCount(), 0);
     const auto note = MakeDocument("Note");
     Tell(*windows, ZDOCUMENTNEW, "Document", note);
-    ASSERT_EQ(windows->GetWindowCount(), 1);
+    MakeWindow(*windows, "Main");
+    ASSERT_EQ(windows->GetWindowCount(), 2);
+    EXPECT_TRUE(windows->GetWindow(1)->IsAttached());
+    EXPECT_EQ(windows->GetWindow(1)->GetDocument(), mDocument.get());
+
     const auto nested = windows->GetWindow(0)->GetWindowManagers();
     ASSERT_EQ(nested.size(), 1u);
     EXPECT_EQ(nested.front()->GetWindowCount(), 1);
-    EXPECT_EQ(ProbeView::TakeLog(), Log{"n:attached"});
-    windows->HandleZMessage(NewWindow("Inner"));
-    EXPECT_EQ(windows->GetWindowCount(), 1);
+    MakeWindow(*windows, "Inner");
+    EXPECT_EQ(windows->GetWindowCount(), 2);
     EXPECT_EQ(nested.front()->GetWindowCount(), 2);
     windows->HandleZMessage(boost::make_shared<ZMessage>(ZMODALDISABLE));
     EXPECT_TRUE(windows->GetWindow(0)->IsModalDisabled());
     EXPECT_TRUE(nested.front()->GetWindow(1)->IsModalDisabled());
-    Tell(*windows, ZDOCUMENTCLOSED, "CloseDocument", note);
-    EXPECT_EQ(windows->GetWindowCount(), 0);
 }
 
-TEST_F(ZWindowManagerTest, ShowsWindowsByNameOrTitle)
-{
-    const auto windows = Make(kSongMap);
-    Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
-    const auto show = [&](const char* field, const char* text) {
-        windows->HandleZMessage(messageWith<ZString>(ZSHOW, field, ZString(text)));
-        return windows->GetWindow(0)->IsAttached();
-    };
-    EXPECT_FALSE(show("WindowName", "Front"));
-    EXPECT_FALSE(show("WindowTitle", "Main"));
-    EXPECT_TRUE(show("WindowTitle", "Front"));
-    expectZException(-1, "Couldn't find WindowName or WindowTitle in message",
-                     [&] { windows->HandleZMessage(boost::make_shared<ZMessage>(ZSHOW)); });
-}
-
-TEST_F(ZWindowManagerTest, EnablingReachesTheWindowsOfTheDocumentAndOtherMessagesAll)
+TEST_F(ZWindowManagerTest, MessagesReachTheWindowsThatTheyAreFor)
 {
     const auto windows = Make(kSongMap);
     Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
     Tell(*windows, ZDOCUMENTNEW, "Document", MakeDocument("Song"));
     const auto received = [&](std::int32_t index) {
-        auto view = windows->GetWindow(index)->GetRootView()->FindSubview("a");
-        return dynamic_cast<ProbeView&>(*view).messages.back()->GetId();
+        return View(*windows->GetWindow(index), "a").messages.back()->GetId();
     };
     Tell(*windows, ZDISABLE, "Document", mDocument);
     EXPECT_EQ(received(0), ZDISABLE);
     EXPECT_EQ(received(1), ZDOCUMENTNEW);
-    windows->HandleZMessage(boost::make_shared<ZMessage>(ZQTEVENT));
+    for (const std::int32_t id : {ZQTEVENT, ZWINFORCEREDRAW, ZWINRESTORE, ZWINTILEH})
+        windows->HandleZMessage(boost::make_shared<ZMessage>(id));
     EXPECT_EQ(received(0), ZQTEVENT);
     EXPECT_EQ(received(1), ZQTEVENT);
     windows->HandleZMessage(
         messageWith<ZString>(ZWINDOUBLENORMALSIZE, "WindowName", ZString("Main")));
     EXPECT_EQ(windows->GetWindow(1)->GetWidth(), 200);
-    for (const std::int32_t id : {ZWINFORCEREDRAW, ZWINRESTORE, ZWINTILEH})
-        windows->HandleZMessage(boost::make_shared<ZMessage>(id));
-    EXPECT_EQ(received(0), ZQTEVENT);
+
+    const auto isShownBy = [&](const char* field, const char* text) {
+        windows->HandleZMessage(messageWith<ZString>(ZSHOW, field, ZString(text)));
+        return windows->GetWindow(0)->IsAttached();
+    };
+    EXPECT_FALSE(isShownBy("WindowName", "Front"));
+    EXPECT_FALSE(isShownBy("WindowTitle", "Main"));
+    EXPECT_TRUE(isShownBy("WindowTitle", "Front"));
 }
 
 TEST_F(ZWindowManagerTest, AMissingFieldIsTold)
 {
     const auto windows = Make(kSongMap);
     const auto expectMissing = [&](const boost::shared_ptr<const ZMessage>& message,
-                                   const char* text) {
-        expectZException(-1, text, [&] { windows->HandleZMessage(message); });
+                                   const std::string& text) {
+        expectZException(-1, "Couldn't find " + text, [&] { windows->HandleZMessage(message); });
     };
-    const auto bare = [](std::int32_t id) { return boost::make_shared<ZMessage>(id); };
-    expectMissing(bare(ZDOCUMENTNEW), "Couldn't find Document in message");
-    expectMissing(bare(ZDOCUMENTCHANGED), "Couldn't find NewDocument in msg");
-    expectMissing(bare(ZDOCUMENTCLOSED), "Couldn't find CloseDocument in message");
-    expectMissing(bare(ZWINNEW), "Couldn't find NewDocument in message");
+    const std::pair<std::int32_t, const char*> cases[] = {
+        {ZDOCUMENTNEW, "Document in message"},          {ZDOCUMENTCHANGED, "NewDocument in msg"},
+        {ZDOCUMENTCLOSED, "CloseDocument in message"},  {ZWINNEW, "NewDocument in message"},
+        {ZWINNORMALSIZE, "WindowName in message"},      {ZENABLE, "Document in message"},
+        {ZSHOW, "WindowName or WindowTitle in message"}};
+    for (const auto& [id, text] : cases)
+        expectMissing(boost::make_shared<ZMessage>(id), text);
     expectMissing(messageWith<boost::shared_ptr<ZDocument>>(ZWINNEW, "NewDocument", mDocument),
-                  "Couldn't find WindowName in message");
-    expectMissing(bare(ZWINNORMALSIZE), "Couldn't find WindowName in message");
-    expectMissing(bare(ZENABLE), "Couldn't find Document in message");
+                  "WindowName in message");
 }
 
-TEST_F(ZWindowManagerTest, AnotherTagIsTracedAndPassedOver)
+TEST_F(ZWindowManagerTest, AnotherTagIsTracedAndATypeOfNoWindowIsAnError)
 {
-    TraceRecorder trace;
+    const TraceRecorder trace;
     const auto other = xmlOf("<other><other /></other>");
     ZWindowManager windows(other, mApp.get());
     windows.AddDocumentMapTypes(*other);
@@ -262,25 +203,13 @@ TEST_F(ZWindowManagerTest, AnotherTagIsTracedAndPassedOver)
           "ZWindowType::AddDocumentTypes,  XML tag is not a <documentchange>",
           "ZWindow::AddWindowManagers,  XML tag is not a <windowmanagers>"})
         EXPECT_TRUE(trace.Has("\nError: " + std::string(text) + ".\n")) << text;
-}
 
-TEST_F(ZWindowManagerTest, AnApplicationOwnsItsManagerAndHasAMainWindow)
-{
-    mApp->AddWindowManager(xmlOf(manager(kSongMap)));
-    EXPECT_EQ(mApp->GetMainWindow(), nullptr);
-    Tell(*mApp->GetWindowManager(), ZDOCUMENTNEW, "Document", mDocument);
-    ASSERT_NE(mApp->GetMainWindow(), nullptr);
-    EXPECT_EQ(mApp->GetMainWindow()->GetName(), "Main");
-}
-
-TEST_F(ZWindowManagerTest, ATypeOfNoWindowIsAnError)
-{
-    const auto windows = Make("<documenttype winname=\"Odd\" />");
-    windows->AddWindowTypes(
-        *xmlOf("<windowtypes><windowtype name=\"Odd\" class=\"ProbeViewClass\" /></windowtypes>"));
-    expectZException(-1, "Class 'ProbeViewClass' of window type 'Odd' is no window",
-                     [&] { Tell(*windows, ZDOCUMENTNEW, "Document", mDocument); });
-    EXPECT_EQ(windows->GetWindowCount(), 0);
+    const auto odd = Make("<documenttype winname=\"Odd\" />");
+    odd->AddWindowTypes(
+        *xmlOf("<windowtypes><windowtype name=\"Odd\" class=\"TestViewClass\" /></windowtypes>"));
+    expectZException(-1, "Class 'TestViewClass' of window type 'Odd' is no window",
+                     [&] { Tell(*odd, ZDOCUMENTNEW, "Document", mDocument); });
+    EXPECT_EQ(odd->GetWindowCount(), 0);
 }
 
 }  // namespace orvane

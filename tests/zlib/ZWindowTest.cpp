@@ -1,20 +1,16 @@
 #include "zlib/common/ZWindow.h"
 
+#include "support/Eventually.h"
 #include "support/ExpectZException.h"
 #include "zlib/Canvas.h"
 #include "zlib/WindowFixture.h"
 #include "zlib/common/ZCommandList.h"
 #include "zlib/common/ZDocumentManager.h"
-#include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/ZKeyCode.h"
 #include "zlib/common/ZPluginWindow.h"
 #include "zlib/common/ZWindowTimers.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <cmath>
-#include <thread>
+#include <utility>
 
 namespace orvane
 {
@@ -22,7 +18,7 @@ namespace orvane
 namespace
 {
 
-using Log = std::vector<std::string>;
+using Log = TestView::Log;
 using Mouse = ZNativeMouseEvent;
 
 const std::string kCommands =
@@ -32,15 +28,13 @@ const std::string kCommands =
     "<documentmanager name=\"Test File\" type=\"sdi\"><documenttypes>"
     "<doctype class=\"ZAudioDocumentClass\" name=\"Plain\" /></documenttypes></documentmanager>\n";
 
-/// A window of the type in a plug-in's application, without a window of the system.
-class ZWindowTest : public testing::Test
+/// A window of the type without a window of the system.
+class ZWindowTest : public WindowFixture
 {
 protected:
     ZWindowTest()
+        : WindowFixture(kCommands)
     {
-        registerWindowClasses(mApp->GetClassRegistry());
-        start(*mApp);
-        ProbeView::log.clear();
     }
 
     template <typename Window = ZWindow>
@@ -48,24 +42,28 @@ protected:
     {
         return std::make_unique<Window>(xmlOf(type), mApp.get());
     }
-    static ProbeView& View(const ZWindow& window, const char* name)
+    /// With its views attached, and that forgotten.
+    std::unique_ptr<ZWindow> MakeShown()
     {
-        return dynamic_cast<ProbeView&>(*window.GetRootView()->FindSubview(name));
+        auto window = Make();
+        window->Show();
+        TestView::TakeLog();
+        return window;
     }
     static Log Send(ZWindow& window, const Mouse& event)
     {
         window.NativeMouse(event);
-        return ProbeView::TakeLog();
+        return TestView::TakeLog();
     }
-
-    const ZInterfaceLock mLock;
-    const TestResources mResources{kCommands};
-    const std::unique_ptr<ZPlugin> mApp = makePlugin(mResources);
+    static Log Tick(ZWindow& window, ZWindow::TimerId timer)
+    {
+        window.HandleZMessage(messageWith<std::int64_t>(ZTIMER, "TimerID", timer));
+        return TestView::TakeLog();
+    }
 };
 
-class Timed : public ZHandler
+struct Timed : ZHandler
 {
-public:
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
     {
         std::int64_t id = 0;
@@ -75,36 +73,22 @@ public:
     std::vector<std::int64_t> fired;
 };
 
-/// Gives the lock up until the condition holds; false when it takes too long.
+/// With the lock given up between one look and the next.
 template <typename Condition>
-bool waitFor(Condition condition)
+bool comes(const Condition& condition)
 {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        const ZInterfaceUnlock unlocked;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
+    const ZInterfaceUnlock unlocked;
+    return eventually([&] {
+        const ZInterfaceLock lock;
+        return condition();
+    });
 }
 
 }  // namespace
 
 TEST_F(ZWindowTest, ReadsItsType)
 {
-    const auto plain = Make();
-    EXPECT_EQ(plain->GetWidth(), 100);
-    EXPECT_EQ(plain->GetHeight(), 50);
-    EXPECT_EQ(plain->GetPosition(), (ZPoint{5, 6}));
-    EXPECT_EQ(plain->GetRootView()->GetName(), "main");
-    EXPECT_EQ(plain->GetRootView()->GetBounds(), (ZRect{0, 0, 100, 50}));
-    EXPECT_EQ(plain->GetRootView()->GetStretchMask(), 15);
-    EXPECT_EQ(plain->GetMaxFramesPerSecond(), 30);
-    EXPECT_EQ(plain->GetCloseStyle(), ZWindow::CloseStyle::kApplication);
-    EXPECT_TRUE(plain->IsResizable());
-    EXPECT_FALSE(plain->IsChild());
-
+    EXPECT_EQ(Make()->GetMaxFramesPerSecond(), 30);
     EXPECT_EQ(Make(windowType(" maxfps=\"12\""))->GetMaxFramesPerSecond(), 12);
     EXPECT_EQ(Make(windowType(" maxfps=\"0\""))->GetMaxFramesPerSecond(), 30);
     EXPECT_EQ(Make(windowType(" tool=\"true\""))->GetCloseStyle(), ZWindow::CloseStyle::kHide);
@@ -114,57 +98,43 @@ TEST_F(ZWindowTest, ReadsItsType)
                      [&] { Make("<windowtype name=\"Bare\"></windowtype>"); });
 }
 
-TEST_F(ZWindowTest, ShowAttachesTheViewsOnce)
+TEST_F(ZWindowTest, ShowAttachesTheViewsOnceAndAPluginWindowDetachesThem)
 {
     const auto window = Make();
-    EXPECT_FALSE(window->IsAttached());
-    window->Show();
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:attached", "b:attached"}));
-    EXPECT_EQ(View(*window, "a").GetWindow(), window.get());
-    window->Hide();
-    window->Show();
-    window->Detach();
-    EXPECT_EQ(ProbeView::TakeLog(), Log{});
+    const auto plugin = Make<ZPluginWindow>();
+    for (ZWindow* const each : {window.get(), static_cast<ZWindow*>(plugin.get())}) {
+        each->Show();
+        each->Hide();
+        each->Show();
+        EXPECT_EQ(TestView::TakeLog(), (Log{"a attached", "b attached"}));
+        each->Detach();
+        each->Detach();
+    }
+    EXPECT_EQ(TestView::TakeLog(), (Log{"a detached", "b detached"}));
     EXPECT_TRUE(window->IsAttached());
-}
-
-TEST_F(ZWindowTest, APluginWindowDetachesItsViewsAndTakesAllKeys)
-{
-    const auto window = Make<ZPluginWindow>();
-    window->Show();
-    window->Detach();
-    window->Detach();
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:attached", "b:attached", "a:detached", "b:detached"}));
-    EXPECT_EQ(View(*window, "a").GetWindow(), nullptr);
-    EXPECT_TRUE(window->NativeKey({}));
-    EXPECT_FALSE(Make()->NativeKey({}));
+    EXPECT_TRUE(plugin->NativeKey({})) << "takes all keys";
+    EXPECT_FALSE(window->NativeKey({}));
 }
 
 TEST_F(ZWindowTest, TheFrameTimerRunsWhileThereAreIdleViewsAndFramesAreSeen)
 {
-    const auto window = Make(windowType(" maxfps=\"12\""));
-    window->Show();
+    const auto window = MakeShown();
     EXPECT_EQ(window->GetFrameTimer(), ZWindow::kNoTimer);
-    ProbeView::TakeLog();
-
     View(*window, "b").SetAnimated(true);
     View(*window, "a").SetAnimated(true);
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"b:rate 15", "a:rate 15"}));
+    EXPECT_EQ(TestView::TakeLog(), (Log{"b rate 15", "a rate 15"}));
     const auto timer = window->GetFrameTimer();
-    EXPECT_NE(timer, ZWindow::kNoTimer);
-    window->HandleZMessage(messageWith<std::int64_t>(ZTIMER, "TimerID", timer));
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"b:tick", "a:tick"}));
+    EXPECT_EQ(Tick(*window, timer), (Log{"b tick", "a tick"}));
 
     window->SetFramesPerSecond(5);
     EXPECT_EQ(window->GetFramesPerSecond(), 15);
-    window->HandleZMessage(messageWith<std::int64_t>(ZTIMER, "TimerID", timer));
+    Tick(*window, timer);
     EXPECT_EQ(window->GetFramesPerSecond(), 5);
     EXPECT_NE(window->GetFrameTimer(), timer);
 
     window->Hide();
     EXPECT_EQ(window->GetFrameTimer(), ZWindow::kNoTimer);
     window->Show();
-    EXPECT_NE(window->GetFrameTimer(), ZWindow::kNoTimer);
     View(*window, "a").SetAnimated(false);
     EXPECT_NE(window->GetFrameTimer(), ZWindow::kNoTimer);
     View(*window, "b").SetAnimated(false);
@@ -177,7 +147,7 @@ TEST_F(ZWindowTest, ATimerCallsItsHandlerUntilItIsStoppedAndNoHandlerThatHasDied
     const auto window = Make();
     Timed handler;
     const auto id = window->StartTimer(1000, handler);
-    ASSERT_TRUE(waitFor([&] { return handler.fired.size() >= 2; }));
+    ASSERT_TRUE(comes([&] { return handler.fired.size() >= 2; }));
     window->StopTimer(id);
     EXPECT_EQ(handler.fired.front(), id);
     EXPECT_EQ(ZWindowTimers::Count(), 0);
@@ -186,41 +156,33 @@ TEST_F(ZWindowTest, ATimerCallsItsHandlerUntilItIsStoppedAndNoHandlerThatHasDied
     auto dying = std::make_unique<Timed>();
     EXPECT_NE(window->StartTimer(1000, *dying), id);
     dying.reset();
-    EXPECT_TRUE(waitFor([] { return ZWindowTimers::Count() == 0; }));
-}
-
-TEST_F(ZWindowTest, ATimerOfNobodyGoesToTheViews)
-{
-    const auto window = Make();
-    window->HandleZMessage(messageWith<std::int64_t>(ZTIMER, "TimerID", 77));
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:timer 77", "b:timer 77"}));
+    EXPECT_TRUE(comes([] { return ZWindowTimers::Count() == 0; }));
 }
 
 TEST_F(ZWindowTest, PaintsWhatWasAskedForAndAllThatWasUncovered)
 {
     const auto window = Make();
-    window->NativePaint({0, 0, 100, 50});
-    EXPECT_EQ(ProbeView::TakeLog(), Log{}) << "nothing to paint into";
+    const auto paint = [&](const ZRect& update) {
+        window->NativePaint(update);
+        Log painted = TestView::TakeLog();
+        std::erase_if(painted, [](const std::string& line) { return line.ends_with("over"); });
+        return painted;
+    };
+    const Log both{"a draw 0,0", "b draw 0,0"};
+    EXPECT_EQ(paint({0, 0, 100, 50}), Log{}) << "nothing to paint into";
     const ZBitmap& picture = window->RenderOffscreen();
-    EXPECT_EQ(picture.GetWidth(), 100);
-    EXPECT_EQ(picture.GetHeight(), 50);
+    EXPECT_EQ(picture.GetFrame(), (ZRect{0, 0, 100, 50}));
     EXPECT_EQ(picture.GetNative()->ReadPixels().front(), 0xFF000000u);
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:attached", "b:attached", "a:draw", "b:draw"}));
-    window->NativePaint({0, 0, 1, 1});
-    EXPECT_EQ(ProbeView::TakeLog(), Log{});
-
+    TestView::TakeLog();
+    EXPECT_EQ(paint({0, 0, 1, 1}), Log{});
     View(*window, "b").Invalidate();
-    window->NativePaint({0, 0, 90, 40});
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:draw", "b:draw"})) << "more than was asked for";
+    EXPECT_EQ(paint({0, 0, 90, 40}), both) << "more than was asked for";
     View(*window, "a").Invalidate();
     window->Invalidate({0, 0, 90, 40});
-    window->NativePaint({0, 0, 90, 40});
-    EXPECT_EQ(ProbeView::TakeLog(), Log{"a:draw"});
-    window->NativePaint({60, 0, 90, 40});
-    EXPECT_EQ(ProbeView::TakeLog(), Log{"b:draw"}) << "uncovered";
+    EXPECT_EQ(paint({0, 0, 90, 40}), Log{"a draw 0,0"});
+    EXPECT_EQ(paint({60, 0, 90, 40}), Log{"b draw 0,0"}) << "uncovered";
     window->Invalidate({0, 0, 100, 50});
-    window->NativePaint({0, 0, 100, 50});
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:draw", "b:draw"})) << "the whole window";
+    EXPECT_EQ(paint({0, 0, 100, 50}), both) << "the whole window";
 }
 
 TEST_F(ZWindowTest, ASizeReachesTheViewsAndThePicture)
@@ -228,7 +190,6 @@ TEST_F(ZWindowTest, ASizeReachesTheViewsAndThePicture)
     const auto window = Make();
     static_cast<void>(window->RenderOffscreen());
     window->NativeSized(120, 40);
-    EXPECT_EQ(window->GetWidth(), 120);
     EXPECT_EQ(window->GetRootView()->GetBounds(), (ZRect{0, 0, 120, 40}));
     EXPECT_EQ(window->RenderOffscreen().GetWidth(), 120);
     window->NativeSized(0, -3);
@@ -240,115 +201,107 @@ TEST_F(ZWindowTest, ASizeReachesTheViewsAndThePicture)
     EXPECT_EQ(window->GetPosition(), (ZPoint{7, 8}));
 }
 
-TEST_F(ZWindowTest, TheMouseReachesTheViewUnderIt)
+TEST_F(ZWindowTest, TheMouseReachesTheViewUnderItOrTheOneThatHoldsIt)
 {
-    const auto window = Make();
-    window->Show();
-    ProbeView::TakeLog();
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a:entered 5,2"});
+    const auto window = MakeShown();
+    EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a entered 5,2"});
     EXPECT_EQ(Send(*window, {Mouse::kMove, {16, 12}, 1}), Log{});
     EXPECT_EQ(window->GetLastMouse(), (ZPoint{16, 12}));
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), (Log{"a:left", "b:entered 1,1"}));
-    EXPECT_EQ(Send(*window, {Mouse::kDown, {61, 11}, 3}), Log{"b:down 1,1 3"});
-    EXPECT_EQ(Send(*window, {Mouse::kUp, {61, 11}, 1}), Log{"b:up 1,1"});
-    EXPECT_EQ(Send(*window, {Mouse::kWheel, {61, 11}, 1, -2}), Log{"b:wheel 1,1 1 -2"});
-    EXPECT_EQ(Send(*window, {Mouse::kLeave, {61, 11}}), Log{"b:left"});
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), Log{"b:entered 1,1"});
-}
+    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), (Log{"a left", "b entered 1,1"}));
+    EXPECT_EQ(Send(*window, {Mouse::kDown, {61, 11}, 3}), Log{"b down3 1,1"});
+    EXPECT_EQ(Send(*window, {Mouse::kUp, {61, 11}, 1}), Log{"b up 1,1"});
+    EXPECT_EQ(Send(*window, {Mouse::kWheel, {61, 11}, 1, -2}), Log{"b wheel1-2 1,1"});
+    EXPECT_EQ(Send(*window, {Mouse::kLeave, {61, 11}}), Log{"b left"});
+    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), Log{"b entered 1,1"});
 
-TEST_F(ZWindowTest, ACapturedViewGetsAllMouseEventsInItsOwnCoordinates)
-{
-    const auto window = Make();
-    window->Show();
-    ProbeView& a = View(*window, "a");
-    Send(*window, {Mouse::kMove, {15, 12}, 1});
-    a.SetMouseCapture(true, true);
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {65, 12}, 1}), (Log{"a:left", "a:moved 55,2"}));
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a:moved 5,2"});
-    EXPECT_EQ(Send(*window, {Mouse::kUp, {-3, 99}, 1}), Log{"a:up -13,89"});
-    a.SetMouseCapture(false, true);
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a:entered 5,2"});
-
-    a.SetMouseCapture(true, true);
+    TestView& b = View(*window, "b");
+    b.SetMouseCapture(true, true);
+    EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), (Log{"b left", "b moved -45,2"}));
+    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), Log{"b moved 1,1"});
+    EXPECT_EQ(Send(*window, {Mouse::kUp, {-3, 99}, 1}), Log{"b up -63,89"});
+    b.SetMouseCapture(false, true);
+    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 12}, 1}), Log{"b entered 1,2"});
+    b.SetMouseCapture(true, true);
     window->Hide();
     EXPECT_EQ(window->GetCapturedView(), nullptr);
-    EXPECT_FALSE(a.HasMouseCapture());
+    EXPECT_FALSE(b.HasMouseCapture());
 }
 
-TEST_F(ZWindowTest, WhileModallyDisabledOnlyTheWheelPasses)
+TEST_F(ZWindowTest, AWindowThatIsDisabledTakesTheWheelAloneAndBelowADialogNothing)
 {
-    const auto window = Make();
-    window->Show();
+    const auto window = MakeShown();
+    const auto dialog = Make(windowType(" dialog=\"true\""));
+    const Mouse wheel{Mouse::kWheel, {15, 12}, 1, 1};
+    const Log turned{"a wheel11 5,2"};
     window->HandleZMessage(boost::make_shared<ZMessage>(ZMODALDISABLE));
-    ProbeView::TakeLog();
     for (const auto action : {Mouse::kMove, Mouse::kDown, Mouse::kUp, Mouse::kDoubleClick})
         EXPECT_EQ(Send(*window, {action, {15, 12}, 1}), Log{});
-    EXPECT_EQ(Send(*window, {Mouse::kWheel, {15, 12}, 1, 1}).size(), 1u);
+    EXPECT_EQ(Send(*window, wheel), turned);
     window->HandleZMessage(boost::make_shared<ZMessage>(ZMODALENABLE));
-    EXPECT_EQ(Send(*window, {Mouse::kDown, {15, 12}, 1}).size(), 1u);
-}
+    EXPECT_EQ(Send(*window, {Mouse::kDown, {15, 12}, 1}), Log{"a down1 5,2"});
 
-TEST_F(ZWindowTest, WhileADialogIsOpenOnlyDialogsTakeMessages)
-{
-    const auto window = Make();
-    const auto dialog = Make(windowType(" dialog=\"true\""));
     mApp->BeginModal();
-    EXPECT_EQ(Send(*window, {Mouse::kWheel, {15, 12}, 1, 1}), Log{});
-    EXPECT_EQ(Send(*dialog, {Mouse::kWheel, {15, 12}, 1, 1}), Log{"a:wheel 5,2 1 1"});
+    EXPECT_EQ(Send(*window, wheel), Log{});
+    EXPECT_EQ(Send(*dialog, wheel), turned);
     mApp->EndModal();
-    EXPECT_EQ(Send(*window, {Mouse::kWheel, {15, 12}, 1, 1}), Log{"a:wheel 5,2 1 1"});
-}
-
-TEST_F(ZWindowTest, ModalRunsEndWithTheWindowThatTheyStandAbove)
-{
-    const auto window = Make();
-    const ZInterfaceThread thread;
-    bool running = false;
-    bool ended = false;
-    thread.GetLoop().Post([&] {
-        ZModalRun run(thread.GetLoop(), mApp.get());
-        running = true;
-        run.Run();
-        ended = true;
-    });
-    ASSERT_TRUE(waitFor([&] { return running; }));
-    thread.GetLoop().Post([&] { window->NativeDestroyed(); });
-    EXPECT_TRUE(waitFor([&] { return ended; }));
+    EXPECT_EQ(Send(*window, wheel), turned);
 }
 
 TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilTheMouseTakesTheFocusAway)
 {
-    const auto window = Make();
-    window->Show();
-    ProbeView& a = View(*window, "a");
-    ProbeView& b = View(*window, "b");
-    ProbeView::TakeLog();
-    window->SetFocusView(&a);
+    const auto window = MakeShown();
+    TestView& b = View(*window, "b");
+    window->SetFocusView(&View(*window, "a"));
     window->SetFocusView(&b);
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"a:focus", "a:blur", "b:focus"}));
+    EXPECT_EQ(TestView::TakeLog(), (Log{"a focus", "a blur", "b focus"}));
 
+    using Ids = std::vector<std::int32_t>;
     const auto typed = [&](const ZNativeKeyEvent& event) {
         b.messages.clear();
         EXPECT_TRUE(window->NativeKey(event));
-        std::vector<std::int32_t> ids;
+        Ids ids;
         for (const auto& message : b.messages)
             ids.push_back(message->GetId());
         return ids;
     };
-    using Ids = std::vector<std::int32_t>;
-    EXPECT_EQ(typed({0x25, {}, true, false, false}), Ids{ZKEYDOWN});
+    EXPECT_EQ(typed({kKeyLeft, {}, true, false, false}), Ids{ZKEYDOWN});
     std::uint8_t key = 0;
     bool shift = false;
     EXPECT_TRUE(b.messages.front()->Find("Key", key) && b.messages.front()->Find("shift", shift));
-    EXPECT_EQ(key, 0x25);
+    EXPECT_EQ(key, kKeyLeft);
     EXPECT_TRUE(shift);
-    EXPECT_EQ(typed({13, ZString("\r"), false, false, false}), Ids{ZKEYDOWN});
-    EXPECT_EQ(typed({0, ZString("ä"), false, false, false}), Ids{ZTEXTINPUT});
-    EXPECT_EQ(typed({'X', ZString("x"), false, false, false}), (Ids{ZKEYDOWN, ZTEXTINPUT}));
+    EXPECT_EQ(typed({kKeyReturn, "\r", false, false, false}), Ids{ZKEYDOWN});
+    EXPECT_EQ(typed({0, "ä", false, false, false}), Ids{ZTEXTINPUT});
+    EXPECT_EQ(typed({'X', "x", false, false, false}), (Ids{ZKEYDOWN, ZTEXTINPUT}));
+    EXPECT_EQ(typed({kKeyTab, {}, false, false, false}), Ids{ZKEYDOWN}) << "nowhere to go";
 
     Send(*window, {Mouse::kDown, {1, 1}, 1});
     EXPECT_EQ(window->GetFocusView(), nullptr);
-    EXPECT_FALSE(window->NativeKey({'X', ZString("x"), false, false, false}));
+    EXPECT_FALSE(window->NativeKey({'X', "x", false, false, false}));
+}
+
+TEST_F(ZWindowTest, TheTabKeyTakesTheFocusRoundTheNavigableViewsThatAreSeen)
+{
+    const auto window = Make();
+    const auto last = boost::make_shared<TestView>("last", ZRect{}, nullptr);
+    window->GetRootView()->AddSubview(last, false);
+    for (const char* const name : {"a", "b", "last"})
+        View(*window, name).SetNavigable(true);
+    window->Show();
+    const auto focusAfterTab = [&](bool shift) {
+        EXPECT_TRUE(window->NativeKey({kKeyTab, {}, shift, false, false}));
+        return window->GetFocusView()->GetName();
+    };
+    EXPECT_FALSE(window->NativeKey({kKeyTab, {}, false, false, false})) << "no view has the keys";
+    window->SetFocusView(&View(*window, "a"));
+    EXPECT_EQ(focusAfterTab(false), "b");
+    EXPECT_EQ(focusAfterTab(false), "last");
+    EXPECT_EQ(focusAfterTab(false), "a");
+    EXPECT_EQ(focusAfterTab(true), "last");
+    View(*window, "b").Hide();
+    EXPECT_EQ(focusAfterTab(true), "a");
+    window->GetRootView()->RemoveSubview(last);
+    EXPECT_EQ(focusAfterTab(true), "a");
 }
 
 TEST_F(ZWindowTest, AKeyOfACommandIsTakenAndDispatched)
@@ -365,21 +318,18 @@ TEST_F(ZWindowTest, ComposesItsTitleFromApplicationAndDocument)
 {
     ZDocument document(xmlOf("<doctype name=\"Plain\"></doctype>"), mApp.get());
     document.SetTitle("Doc");
-    const auto titleOf = [&](const std::string& style, bool withDocument) {
-        const auto window = Make(windowType(" title=\"T\"" + style));
-        if (withDocument)
-            window->HandleZMessage(messageWith<ZDocument*>(ZDOCUMENTNEW, "Document", &document));
-        const std::string title = window->GetTitle().ToNarrow();
+    const std::pair<const char*, const char*> cases[] = {
+        {"title", "T"}, {"app-doc", "Test - Doc"}, {"doc", "Doc"}, {"app", "Test"}};
+    for (const auto& [style, title] : cases) {
+        const auto window =
+            Make(windowType(" title=\"T\" titlestyle=\"" + std::string(style) + "\""));
+        window->HandleZMessage(messageWith<ZDocument*>(ZDOCUMENTNEW, "Document", &document));
+        EXPECT_EQ(window->GetTitle().ToNarrow(), title);
         window->HandleZMessage(
             messageWith<ZDocument*>(ZDOCUMENTCLOSED, "CloseDocument", &document));
         EXPECT_EQ(window->GetDocument(), nullptr);
-        return title;
-    };
-    EXPECT_EQ(titleOf("", true), "T");
-    EXPECT_EQ(titleOf(" titlestyle=\"app-doc\"", true), "Test - Doc");
-    EXPECT_EQ(titleOf(" titlestyle=\"app-doc\"", false), "Test");
-    EXPECT_EQ(titleOf(" titlestyle=\"doc\"", true), "Doc");
-    EXPECT_EQ(titleOf(" titlestyle=\"app\"", true), "Test");
+    }
+    EXPECT_EQ(Make(windowType(" titlestyle=\"app-doc\""))->GetTitle().ToNarrow(), "Test");
 }
 
 TEST_F(ZWindowTest, ACloseRequestDoesWhatItsStyleSays)
@@ -387,73 +337,30 @@ TEST_F(ZWindowTest, ACloseRequestDoesWhatItsStyleSays)
     mApp->GetDocumentManager()->HandleZMessage(
         messageWith<ZString>(ZFILENEW, "filename", ZString("Plain")));
     const auto document = mApp->GetCurrentDocument();
-    ASSERT_NE(document, nullptr);
-    const auto close = [&](const std::string& style) {
+    const auto documentsAfterClose = [&](const std::string& style) {
         const auto window = Make(windowType(" closestyle=\"" + style + "\""));
         window->SetDocument(document.get());
-        window->Show();
         window->NativeCloseRequested();
+        return mApp->GetDocumentManager()->GetDocumentCount();
     };
-    close("hide");
-    close("app");
-    EXPECT_EQ(mApp->GetDocumentManager()->GetDocumentCount(), 1);
-    close("doc");
-    EXPECT_EQ(mApp->GetDocumentManager()->GetDocumentCount(), 0);
-}
-
-TEST_F(ZWindowTest, AMissingFieldIsTold)
-{
-    const auto window = Make();
-    const auto expectMissing = [&](std::int32_t id, const char* field) {
-        expectZException(-1, std::string("Couldn't find ") + field + " in Message",
-                         [&] { window->HandleZMessage(boost::make_shared<ZMessage>(id)); });
-    };
-    expectMissing(ZDOCUMENTNEW, "NewDocument");
-    expectMissing(ZDOCUMENTCHANGED, "NewDocument");
-    expectMissing(ZMOUSEDOWN, "ClickPoint");
-    expectMissing(ZMOUSEDOUBLECLICK, "ClickPoint");
-    expectMissing(ZMOUSEUP, "UpPoint");
-    expectMissing(ZMOUSEMOVED, "MovePoint");
-    expectMissing(ZMOVED, "MovePoint");
-    expectMissing(ZSIZED, "SizedRect");
-    expectMissing(ZTIMER, "TimerID");
-    expectZException(-1, "Couldn't find MouseMods in Message", [&] {
-        window->HandleZMessage(messageWith<ZPoint>(ZMOUSEDOWN, "ClickPoint", {1, 1}));
-    });
+    EXPECT_EQ(documentsAfterClose("hide"), 1);
+    EXPECT_EQ(documentsAfterClose("app"), 1);
+    EXPECT_EQ(documentsAfterClose("doc"), 0);
 }
 
 TEST_F(ZWindowTest, FiltersSeeAMessageBeforeTheWindowActs)
 {
     struct Filter : ZWindowFilter
     {
-        void FilterMessage(const ZMessage&) override { ProbeView::log.push_back("filter"); }
+        void FilterMessage(const ZMessage&) override { TestView::log.push_back("filter"); }
     } filter;
     const auto window = Make();
     window->AddFilter(ZTIMER, &filter);
     window->AddFilter(ZTIMER, &filter);
-    const auto timer = messageWith<std::int64_t>(ZTIMER, "TimerID", 1);
-    window->HandleZMessage(timer);
-    EXPECT_EQ(ProbeView::TakeLog(), (Log{"filter", "filter", "a:timer 1", "b:timer 1"}));
+    EXPECT_EQ(Tick(*window, 1), (Log{"filter", "filter", "a timer", "b timer"}));
     window->RemoveFilter(ZTIMER, &filter);
     window->RemoveFilter(ZQUIT, &filter);
-    window->HandleZMessage(timer);
-    EXPECT_EQ(ProbeView::TakeLog().size(), 3u);
-}
-
-TEST_F(ZWindowTest, ForgetsAViewThatDies)
-{
-    const auto window = Make();
-    window->Show();
-    auto view = window->GetRootView()->FindSubview("a");
-    view->SetAnimated(true);
-    view->SetMouseCapture(true, true);
-    window->SetHoverView(view.get());
-    window->SetFocusView(view.get());
-    window->GetRootView()->RemoveSubview(view);
-    EXPECT_EQ(window->GetHoverView(), nullptr);
-    EXPECT_EQ(window->GetFocusView(), nullptr);
-    EXPECT_EQ(window->GetCapturedView(), nullptr);
-    EXPECT_EQ(window->GetFrameTimer(), ZWindow::kNoTimer);
+    EXPECT_EQ(Tick(*window, 1).size(), 3u);
 }
 
 }  // namespace orvane
