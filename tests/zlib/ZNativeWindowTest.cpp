@@ -3,18 +3,12 @@
 
 #include "zlib/common/ZNativeWindow.h"
 
-#include "support/DisplayProbe.h"
-#include "support/VirtualDisplay.h"
+#include "support/DisplayTest.h"
 #include "zlib/common/ZImage.h"
-#include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZInterfaceThread.h"
 
-#include <gtest/gtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
-#include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -110,21 +104,24 @@ private:
     }
 };
 
-class ZNativeWindowTest : public testing::Test
+class ZNativeWindowTest : public DisplayTest
 {
 protected:
     void SetUp() override
     {
-        if (!VirtualDisplay::IsAvailable())
-            GTEST_SKIP() << "no X server for tests";
-        display = std::make_unique<VirtualDisplay>();
-        probe = std::make_unique<DisplayProbe>();
-        parent = probe->MakeWindow({100, 100, 400, 300});
+        DisplayTest::SetUp();
+        if (!IsSkipped())
+            parent = probe->MakeWindow({100, 100, 400, 300});
     }
     void TearDown() override
     {
         const ZInterfaceLock lock;
         client.reset();
+    }
+    void StartAnotherDisplay(const std::vector<std::string>& options = {})
+    {
+        StartDisplay(options);
+        parent = probe->MakeWindow({100, 100, 400, 300});
     }
 
     /// A child at 10, 20 in the parent, 200 x 100, on screen at 110, 120.
@@ -148,32 +145,24 @@ protected:
     {
         return {ZNativeWindow::Kind::kChild, parent, {10, 20, 210, 120}, ""};
     }
-    [[nodiscard]] bool ShowsAt(int x, int y, std::uint32_t color)
-    {
-        return waitFor([&] { return probe->PixelAt(x, y) == color; });
-    }
-    /// The condition is asked under the interface lock.
-    [[nodiscard]] static bool Comes(const std::function<bool()>& condition)
-    {
-        return waitFor([&] {
-            const ZInterfaceLock lock;
-            return condition();
-        });
-    }
     void OnNext(std::function<void()> callback) const
     {
         const ZInterfaceLock lock;
         client->onNext = std::move(callback);
+    }
+    /// With a key of the user's held meanwhile.
+    void TypeWith(std::uint32_t held, std::uint32_t key) const
+    {
+        probe->PressKey(held);
+        probe->TypeKey(key);
+        probe->ReleaseKey(held);
     }
     [[nodiscard]] bool ActionsAre(const std::vector<Action>& actions) const
     {
         return Comes([&] { return client->Actions() == actions; });
     }
 
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<DisplayProbe> probe;
     xcb_window_t parent = XCB_NONE;
-    const ZInterfaceThread thread;
     std::unique_ptr<Client> client;
 };
 
@@ -236,12 +225,8 @@ TEST_F(ZNativeWindowTest, MovesAndSizesAreTold)
         const ZInterfaceLock lock;
         client->window->SetRect({30, 40, 180, 120});
     }
-    ASSERT_TRUE(Comes([&] { return !client->sizes.empty(); }));
-    {
-        const ZInterfaceLock lock;
-        EXPECT_EQ(client->moves, (std::vector<ZPoint>{{30, 40}}));
-        EXPECT_EQ(client->sizes, (std::vector<ZPoint>{{150, 80}}));
-    }
+    EXPECT_TRUE(Comes([&] { return client->sizes == std::vector<ZPoint>{{150, 80}}; }));
+    EXPECT_EQ(client->moves, (std::vector<ZPoint>{{30, 40}}));
     EXPECT_TRUE(ShowsAt(131, 141, kGreen));
     EXPECT_TRUE(ShowsAt(111, 121, kParentColor));
 }
@@ -253,34 +238,20 @@ TEST_F(ZNativeWindowTest, TheMouseTellsButtonsWheelAndHeldKeys)
     ASSERT_TRUE(ActionsAre({Action::kMove}));
     EXPECT_EQ(client->mouse[0].position, (ZPoint{10, 20}));
     EXPECT_EQ(client->mouse[0].modifiers, 1u);
-    probe->Click(3);
-    probe->Click(4);
-    probe->Click(5);
-    probe->Click(6);
-    probe->PressKey(XKB_KEY_Shift_L);
-    probe->PressKey(XKB_KEY_Control_L);
-    probe->PressKey(XKB_KEY_Alt_L);
+    for (std::uint8_t button = 3; button <= 6; ++button)
+        probe->Click(button);
+    const std::uint32_t held[] = {XKB_KEY_Shift_L, XKB_KEY_Control_L, XKB_KEY_Alt_L};
+    for (const std::uint32_t key : held)
+        probe->PressKey(key);
     probe->Click(2);
-    probe->ReleaseKey(XKB_KEY_Alt_L);
-    probe->ReleaseKey(XKB_KEY_Control_L);
-    probe->ReleaseKey(XKB_KEY_Shift_L);
+    for (const std::uint32_t key : held)
+        probe->ReleaseKey(key);
     probe->MovePointer(99, 99);
     ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown, Action::kUp, Action::kWheel,
                             Action::kWheel, Action::kDown, Action::kUp, Action::kLeave}));
     EXPECT_EQ(client->mouse[3].wheelNotches, 1);
     EXPECT_EQ(client->mouse[4].wheelNotches, -1);
     EXPECT_EQ(client->mouse[5].modifiers, 1u | 2u | 8u | 0x10u);
-}
-
-TEST_F(ZNativeWindowTest, TwoQuickClicksAtOnePlaceAreADoubleClickAndAThirdIsNot)
-{
-    ShowChild();
-    probe->MovePointer(120, 140);
-    ASSERT_TRUE(ActionsAre({Action::kMove}));
-    probe->Click(1, 3);
-    const std::vector<Action> three{Action::kMove, Action::kDown, Action::kUp, Action::kDoubleClick,
-                                    Action::kUp,   Action::kDown, Action::kUp};
-    ASSERT_TRUE(ActionsAre(three));
 }
 
 TEST_F(ZNativeWindowTest, ACaptureBringsTheMouseFromEverywhere)
@@ -332,12 +303,8 @@ TEST_F(ZNativeWindowTest, KeysComeWithCodeAndText)
     }
     ASSERT_TRUE(Comes([&] { return client->focused; }));
     probe->TypeKey(XKB_KEY_a);
-    probe->PressKey(XKB_KEY_Shift_L);
-    probe->TypeKey(XKB_KEY_q);
-    probe->ReleaseKey(XKB_KEY_Shift_L);
-    probe->PressKey(XKB_KEY_Control_L);
-    probe->TypeKey(XKB_KEY_z);
-    probe->ReleaseKey(XKB_KEY_Control_L);
+    TypeWith(XKB_KEY_Shift_L, XKB_KEY_q);
+    TypeWith(XKB_KEY_Control_L, XKB_KEY_z);
     probe->TypeKey(XKB_KEY_Left);
     probe->TypeKey(XKB_KEY_Return);
     ASSERT_TRUE(Comes([&] { return client->keys.size() == 7; }));
@@ -386,37 +353,14 @@ TEST_F(ZNativeWindowTest, KeysThatAreNotTakenReachTheHostOnce)
 
 TEST_F(ZNativeWindowTest, WithoutTheKeyboardExtensionThePlainMapServes)
 {
-    display.reset();
-    probe.reset();
-    display = std::make_unique<VirtualDisplay>(std::vector<std::string>{"-extension", "XKEYBOARD"});
-    probe = std::make_unique<DisplayProbe>();
-    parent = probe->MakeWindow({100, 100, 400, 300});
+    StartAnotherDisplay({"-extension", "XKEYBOARD"});
     ShowChild();
     probe->Focus(static_cast<xcb_window_t>(client->window->GetHandle()));
     probe->TypeKey(XKB_KEY_a);
-    probe->PressKey(XKB_KEY_Shift_L);
-    probe->TypeKey(XKB_KEY_a);
-    probe->ReleaseKey(XKB_KEY_Shift_L);
+    TypeWith(XKB_KEY_Shift_L, XKB_KEY_a);
     ASSERT_TRUE(Comes([&] { return client->keys.size() == 3; }));
     EXPECT_EQ(client->keys[0].text.ToNarrow(), "a");
     EXPECT_EQ(client->keys[2].text.ToNarrow(), "A");
-}
-
-TEST_F(ZNativeWindowTest, EventsReachAWindowThatRunsModallyInsideOne)
-{
-    ShowChild();
-    probe->MovePointer(120, 140);
-    ASSERT_TRUE(ActionsAre({Action::kMove}));
-    bool ended = false;
-    OnNext([&] {
-        ZModalRun run(thread.GetLoop(), this);
-        OnNext([&] { run.End(); });
-        run.Run();
-        ended = true;
-    });
-    probe->Click(1);
-    EXPECT_TRUE(ActionsAre({Action::kMove, Action::kDown, Action::kUp}));
-    EXPECT_TRUE(Comes([&] { return ended; }));
 }
 
 TEST_F(ZNativeWindowTest, EventsThatCameWithAnAnswerArriveAllTheSame)
@@ -498,10 +442,7 @@ TEST_F(ZNativeWindowTest, TheEndOfTheServerEndsTheWindowsAndNothingElse)
         const ZInterfaceUnlock unlocked;
         EXPECT_TRUE(Comes([&] { return client->destroyed == 1 && second->destroyed == 1; }));
     }
-    display.reset();
-    display = std::make_unique<VirtualDisplay>();
-    probe = std::make_unique<DisplayProbe>();
-    parent = probe->MakeWindow({100, 100, 400, 300});
+    StartAnotherDisplay();
     const auto old = std::move(client);
     ShowChild();
     const ZInterfaceLock lock;
@@ -509,49 +450,24 @@ TEST_F(ZNativeWindowTest, TheEndOfTheServerEndsTheWindowsAndNothingElse)
     EXPECT_TRUE(client->window->IsAlive());
 }
 
-TEST_F(ZNativeWindowTest, NoWindowIsMadeInWhatIsNone)
+TEST_F(ZNativeWindowTest, WhereThereIsNoParentOrNoDisplayALineTellsSo)
 {
     MakeChild();
     const ZInterfaceLock lock;
-    for (const ZNativeHandle none : {ZNativeHandle{0}, ZNativeHandle{0x123456}, ~ZNativeHandle{0}})
-    {
+    const auto linesOf = [&](ZNativeHandle handle) {
         testing::internal::CaptureStderr();
-        parent = static_cast<xcb_window_t>(none);
-        EXPECT_FALSE(ZNativeWindow::Create({ZNativeWindow::Kind::kChild, none, {0, 0, 10, 10}, ""},
-                                           *client));
+        EXPECT_FALSE(ZNativeWindow::Create(
+            {ZNativeWindow::Kind::kChild, handle, {0, 0, 10, 10}, ""}, *client));
         const std::string told = testing::internal::GetCapturedStderr();
-        EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
-    }
+        return std::count(told.begin(), told.end(), '\n');
+    };
+    for (const ZNativeHandle none : {ZNativeHandle{0}, ZNativeHandle{0x123456}, ~ZNativeHandle{0}})
+        EXPECT_EQ(linesOf(none), 1) << none;
     EXPECT_TRUE(client->window->IsAlive());
-}
-
-TEST_F(ZNativeWindowTest, WithoutADisplayThereIsNoWindowAndOneLineForAll)
-{
+    client->window.reset();
     setenv("DISPLAY", ":none", 1);
-    const ZInterfaceLock lock;
-    testing::internal::CaptureStderr();
-    for (int i = 0; i < 3; ++i)
-        EXPECT_FALSE(Client(ChildSettings()).window);
-    const std::string told = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
-}
-
-TEST_F(ZNativeWindowTest, WindowsThatComeAndGoLeaveNothingOnTheServer)
-{
-    ShowChild();
-    const std::uint32_t before = probe->CountResources();
-    for (int i = 0; i < 200; ++i) {
-        const ZInterfaceLock lock;
-        Client another(ChildSettings());
-        another.window->Show();
-        another.window->Update();
-        another.window->SetCapture(true);
-    }
-    EXPECT_TRUE(waitFor([&] { return probe->CountResources() == before; }));
-    const ZInterfaceLock lock;
-    client.reset();
-    EXPECT_TRUE(waitFor([&] { return probe->CountClients() == 0; }));
-    EXPECT_EQ(probe->CountResources(), 0u);
+    EXPECT_EQ(linesOf(parent), 1);
+    EXPECT_EQ(linesOf(parent), 0) << "it has been told";
 }
 
 TEST_F(ZNativeWindowTest, APopupLiesWhereItIsPutOnTheScreenAndAboveAll)

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -16,23 +17,11 @@ namespace
 
 volatile sig_atomic_t signals = 0;
 
-void countSignal(int)
-{
-    signals = signals + 1;
-}
-
 }  // namespace
 
 TEST(ZPipeSignalBlockTest, ABrokenPipeRaisesNothingInsideAndAsBeforeOutside)
 {
-    struct sigaction counting
-    {
-    };
-    struct sigaction before
-    {
-    };
-    counting.sa_handler = countSignal;
-    sigaction(SIGPIPE, &counting, &before);
+    const auto before = std::signal(SIGPIPE, [](int) { signals = signals + 1; });
     std::array<int, 2> ends{};
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
     close(ends[1]);
@@ -46,7 +35,7 @@ TEST(ZPipeSignalBlockTest, ABrokenPipeRaisesNothingInsideAndAsBeforeOutside)
     EXPECT_EQ(write(ends[0], "x", 1), -1);
     EXPECT_EQ(signals, 1) << "the host's own";
     close(ends[0]);
-    sigaction(SIGPIPE, &before, nullptr);
+    std::signal(SIGPIPE, before);
 }
 
 }  // namespace orvane

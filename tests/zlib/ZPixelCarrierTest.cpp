@@ -23,15 +23,23 @@ std::uint32_t colorOf(std::int32_t picture)
     return 0x101010U + 0x123400U * static_cast<std::uint32_t>(picture);
 }
 
-/// Puts pictures, each of them above the last one's lower part, faster than any server takes them,
-/// and then looks whether each is there.
-void putMany(ZPixelCarrier::Route route)
+/// Both routes.
+class ZPixelCarrierTest : public testing::TestWithParam<ZPixelCarrier::Route>
 {
+};
+
+}  // namespace
+
+// Pictures, each of them above the last one's lower part, come faster than any server takes them.
+TEST_P(ZPixelCarrierTest, PicturesArriveWhole)
+{
+    if (!VirtualDisplay::IsAvailable())
+        GTEST_SKIP() << "no X server for tests";
     const VirtualDisplay display;
     DisplayProbe probe;
     const xcb_window_t window = probe.MakeWindow({0, 0, kWidth, kHeight});
     const XcbConnection connection(xcb_connect(nullptr, nullptr));
-    ZPixelCarrier carrier(connection.get(), probe.GetRoot(), 24, route);
+    ZPixelCarrier carrier(connection.get(), probe.GetRoot(), 24, GetParam());
     const auto image = ZImage::Create(kWidth, kHeight);
     for (std::int32_t i = 0; i < 10; ++i) {
         image->WritePixels(std::vector<std::uint32_t>(kWidth * kHeight, 0xFF000000U | colorOf(i)));
@@ -48,20 +56,8 @@ void putMany(ZPixelCarrier::Route route)
     EXPECT_EQ(probe.PixelAt(101, 100), colorOf(1));
 }
 
-}  // namespace
-
-TEST(ZPixelCarrierTest, PicturesArriveWholeThroughSharedMemory)
-{
-    if (!VirtualDisplay::IsAvailable())
-        GTEST_SKIP() << "no X server for tests";
-    putMany(ZPixelCarrier::Route::kBest);
-}
-
-TEST(ZPixelCarrierTest, PicturesArriveWholeThroughTheConnection)
-{
-    if (!VirtualDisplay::IsAvailable())
-        GTEST_SKIP() << "no X server for tests";
-    putMany(ZPixelCarrier::Route::kConnection);
-}
+INSTANTIATE_TEST_SUITE_P(Routes, ZPixelCarrierTest,
+                         testing::Values(ZPixelCarrier::Route::kBest,
+                                         ZPixelCarrier::Route::kConnection));
 
 }  // namespace orvane
