@@ -11,29 +11,18 @@
 namespace orvane
 {
 
-namespace
-{
-
-using Kind = ZPathOutline::Segment::Kind;
-
-std::vector<Kind> kinds(const ZPathOutline& outline)
-{
-    std::vector<Kind> result;
-    for (const auto& segment : outline.GetSegments())
-        result.push_back(segment.kind);
-    return result;
-}
-
-}  // namespace
-
 TEST(ZPathTest, AMoveClosesTheFigureAndBeginsOneWithALineOfNoLength)
 {
     ZPath path;
     path.MoveTo({1, 2});
     path.LineTo({5, 2});
     path.MoveTo({8, 9});
-    EXPECT_EQ(kinds(path.GetNative()), (std::vector{Kind::kMove, Kind::kLine, Kind::kLine,
-                                                    Kind::kClose, Kind::kMove, Kind::kLine}));
+    using Kind = ZPathOutline::Segment::Kind;
+    std::vector<Kind> kinds;
+    for (const auto& segment : path.GetNative().GetSegments())
+        kinds.push_back(segment.kind);
+    EXPECT_EQ(kinds, (std::vector{Kind::kMove, Kind::kLine, Kind::kLine, Kind::kClose, Kind::kMove,
+                                  Kind::kLine}));
     EXPECT_EQ(path.GetSegmentCount(), 3);
     EXPECT_EQ(path.GetStartPoint(), (ZPathPoint{8.0f, 9.0f}));
 }

@@ -109,35 +109,21 @@ TEST(ZTextTest, AlignsLeftCentreAndRightAndAnyOtherNumberLeft)
         << "a text that is read from the right";
 }
 
-TEST(ZTextTest, WrapsAtWordsInsideTheRectangle)
+TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
 {
     Page page;
     const std::int32_t lineHeight = page.StringHeight("X");
-    const std::int32_t width = page.StringWidth("TUNING");
-    const ZRect rect{10, 10, 10 + width, 15};
+    const ZRect rect{10, 10, 10 + page.StringWidth("TUNING"), 15};
     EXPECT_EQ(page.StringBounds("TUNING METER", rect).GetHeight(), 2 * lineHeight);
     EXPECT_EQ(page.StringBounds("A B", rect).GetHeight(), lineHeight);
-    const ZRect ink = inkOf("TUNING METER", rect, 1);
-    EXPECT_LE(ink.right, rect.right + 1);
-    EXPECT_GT(ink.GetHeight(), lineHeight);
-}
+    EXPECT_LE(inkOf("TUNING METER", rect, 1).right, rect.right + 1);
+    EXPECT_GT(inkOf("TUNING METER", rect, 1).GetHeight(), lineHeight);
 
-TEST(ZTextTest, TruncatesToOneLineWithAnEllipsis)
-{
-    Page page;
     page.SetTruncate(true);
-    const std::int32_t width = page.StringWidth("CHROMATIC");
-    const ZRect rect{10, 10, 10 + width, 15};
-    const ZRect cut = inkOf("CHROMATIC SCALE", rect, 1, true);
-    EXPECT_LE(cut.right, rect.right + 1);
-    EXPECT_LE(cut.GetHeight(), page.StringHeight("X"));
-    EXPECT_EQ(page.StringBounds("CHROMATIC SCALE", rect).GetHeight(), page.StringHeight("X"));
-    EXPECT_EQ(inkOf("CHROMATIC", rect, 1, true), inkOf("CHROMATIC", rect, 1, false))
-        << "cut although it fits";
-}
-
-TEST(ZTextTest, ATooNarrowRectangleIsNotLeftToTheRight)
-{
+    EXPECT_EQ(page.StringBounds("TUNING METER", rect).GetHeight(), lineHeight);
+    EXPECT_LE(inkOf("TUNING METER", rect, 1, true).right, rect.right + 1);
+    EXPECT_LE(inkOf("TUNING METER", rect, 1, true).GetHeight(), lineHeight);
+    EXPECT_EQ(inkOf("TUNING", rect, 1, true), inkOf("TUNING", rect, 1, false)) << "it fits";
     for (const bool truncate : {false, true}) {
         const ZRect ink = inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, truncate);
         EXPECT_TRUE(ink.IsEmpty() || ink.left >= 19) << truncate;
@@ -169,6 +155,8 @@ TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
 {
     const PrivateFolder folder;
     writeTextFile(folder.Path("private.ttf"), renamedFont());
+    writeTextFile(folder.Path("cut.ttf"), renamedFont().substr(0, 2000));
+    writeTextFile(folder.Path("text.ttf"), "no font");
     const ZString text("Kestrune 12");
     const auto draw = [&](const char* typeface) {
         Page page(typeface);
@@ -180,6 +168,8 @@ TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
     ASSERT_NE(installed, fallback);
     {
         const ZDrawingLibrary library;
+        for (const char* const none : {"cut.ttf", "text.ttf", "missing.ttf"})
+            AddPrivateFont(folder.Path(none));
         EXPECT_EQ(draw("Kestrunely Sans"), fallback);
         AddPrivateFont(folder.Path("private.ttf"));
         {
@@ -213,18 +203,6 @@ TEST(ZPrivateFontTest, AFontInMemoryIsOneFileHoweverOftenItIsAdded)
         EXPECT_NE(widthOf("Kestrunely Sans"), widthOf("No Such Typeface"));
     }
     EXPECT_EQ(openFiles(), before + 2);
-}
-
-TEST(ZPrivateFontTest, AFileThatIsMissingOrNoFontIsPassedOver)
-{
-    const PrivateFolder folder;
-    writeTextFile(folder.Path("cut.ttf"), renamedFont().substr(0, 2000));
-    writeTextFile(folder.Path("text.ttf"), "no font");
-    const ZDrawingLibrary library;
-    for (const char* name : {"cut.ttf", "text.ttf", "missing.ttf"})
-        AddPrivateFont(folder.Path(name));
-    AddPrivateFont("");
-    EXPECT_GT(Page("Kestrunely Sans").StringWidth("text"), 0);
 }
 
 TEST(ZPrivateFontTest, ASystemWithoutAnyFontShowsNoText)
