@@ -3,6 +3,7 @@
 #include "zlib/common/ZDrawingContext.h"
 #include "zlib/common/ZElement.h"
 #include "zlib/common/ZException.h"
+#include "zlib/common/ZViewTags.h"
 #include "zlib/common/ZXMLElement.h"
 #include "zlib/common/ZXMLGeometry.h"
 
@@ -34,10 +35,8 @@ KestruneCorrectionMeter::KestruneCorrectionMeter(const boost::shared_ptr<ZXMLEle
     : ZControl(xml, application)
     , mMeterFrame(GetFrame())
 {
-    for (std::int32_t i = 0; const auto rect = xml->GetChild("rect", i); ++i) {
-        if (rect->AttributeIs("name", "meterframe"))
-            mMeterFrame = readRect(*rect);
-    }
+    if (const auto rect = findTag(*xml, "rect", "name", "meterframe"))
+        mMeterFrame = readRect(*rect);
     SetAnimated(true);
 }
 
@@ -145,8 +144,7 @@ void KestruneCorrectionMeter::DrawTick(std::int32_t y)
 void KestruneCorrectionMeter::DrawLabel(const ZString& text, std::int32_t top, std::int32_t height)
 {
     constexpr std::int32_t kColumnWidth = 24;
-    constexpr std::int32_t kRight = 2;
-    DrawString(text, {0, top, kColumnWidth, top + height}, 0, kRight, 0);
+    DrawString(text, {0, top, kColumnWidth, top + height}, 0, kAlignEnd, 0);
 }
 
 }  // namespace orvane

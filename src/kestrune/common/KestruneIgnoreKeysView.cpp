@@ -3,9 +3,7 @@
 #include "zlib/common/ZBitmap.h"
 #include "zlib/common/ZBuffer.h"
 #include "zlib/common/ZElement.h"
-#include "zlib/common/ZXMLElement.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
+#include "zlib/common/ZViewTags.h"
 
 #include <algorithm>
 #include <atomic>
@@ -26,15 +24,11 @@ KestruneIgnoreKeysView::KestruneIgnoreKeysView(const boost::shared_ptr<ZXMLEleme
     : KestruneKeyboardView(xml, application)
     , mIgnoreElementName(readElementName(*xml, "ignorekeystate"))
     , mIgnoreElement(*this)
+    , mOffBitmap(readBitmap(*xml, "off", application))
+    , mOnBitmap(readBitmap(*xml, "on", application))
 {
     mEndNote =
         static_cast<std::uint16_t>(mStartNote + kNotesInOctave);  // no box on the upper tonic
-    for (std::int32_t i = 0; const auto bitmap = xml->GetChild("bitmap", i); ++i) {
-        if (bitmap->AttributeIs("type", "on"))
-            mOnBitmap = boost::make_shared<ZBitmap>(*bitmap, application);
-        else if (bitmap->AttributeIs("type", "off"))
-            mOffBitmap = boost::make_shared<ZBitmap>(*bitmap, application);
-    }
 }
 
 bool KestruneIgnoreKeysView::IsKindOf(std::string_view className) const

@@ -163,15 +163,14 @@ void KestrunePitchGraph::Draw(const ZRect& rect)
 void KestrunePitchGraph::PaintBackground()
 {
     ZGraphAxisView::PaintBackground();
-    constexpr std::int32_t kLeft = 1;
     const std::int32_t width = mGraphFrame.GetWidth();
     mPenColor = kLegendText;
     mBrushColor = kInputColor;
     FillRect({289, 10, 298, 16});
-    DrawString("INPUT PITCH", {301, 10, width, 15}, 0, kLeft, 1);
+    DrawString("INPUT PITCH", {301, 10, width, 15}, 0, kAlignBegin, 1);
     mBrushColor = kOutputColor;
     FillRect({289, 21, 298, 27});
-    DrawString("OUTPUT PITCH", {301, 21, width, 26}, 0, kLeft, 1);
+    DrawString("OUTPUT PITCH", {301, 21, width, 26}, 0, kAlignBegin, 1);
 }
 
 // The range fills the plot from edge to edge. Labels are the frequencies at their ticks by the same

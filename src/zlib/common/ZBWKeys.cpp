@@ -1,13 +1,10 @@
 #include "zlib/common/ZBWKeys.h"
 
 #include "zlib/common/ZBitmap.h"
-#include "zlib/common/ZXMLElement.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
+#include "zlib/common/ZViewTags.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <string_view>
 
 namespace orvane
@@ -77,19 +74,8 @@ constexpr ZColor kInkOnBlack{255, 255, 255, 255};
 ZBWKeys::ZBWKeys(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZView(xml, application)
 {
-    ReadBitmaps(*xml, application);
-}
-
-void ZBWKeys::ReadBitmaps(const ZXMLElement& xml, ZApplication* application)
-{
-    for (std::int32_t i = 0; const auto bitmap = xml.GetChild("bitmap", i); ++i) {
-        const char* type = bitmap->GetAttribute("type");
-        const auto found = std::find(kBitmapTypes.begin(), kBitmapTypes.end(), type ? type : "");
-        if (found == kBitmapTypes.end())
-            continue;
-        const auto place = static_cast<std::size_t>(std::distance(kBitmapTypes.begin(), found));
-        mKeyBitmaps[place] = boost::make_shared<ZBitmap>(*bitmap, application);
-    }
+    for (std::size_t i = 0; i < kBitmapTypes.size(); ++i)
+        mKeyBitmaps[i] = readBitmap(*xml, kBitmapTypes[i], application);
 }
 
 const char* ZBWKeys::NoteName(std::int32_t pitchClass)
@@ -263,7 +249,7 @@ void ZBWKeys::DrawKey(std::int32_t note, KeyLook look)
         DrawBitmap(*picture, mKeyPos[place].x, mKeyPos[place].y);
     constexpr std::int32_t kNameDrop = 10;  // below the key's upper edge, in pixels
     const ZString name(kNoteNames[static_cast<std::size_t>(note % kNotesInOctave)]);
-    DrawString(name, mUpperRect[place].Offset(0, kNameDrop), 0, 0, 0);
+    DrawString(name, mUpperRect[place].Offset(0, kNameDrop), 0, kAlignCentre, 0);
 }
 
 // The black keys lie on top of the white ones, so they come second.

@@ -97,7 +97,6 @@ private:
     };
 
     void LiftPressedKey();
-    void ReadBitmaps(const ZXMLElement& xml, ZApplication* application);
     void PlaceWhiteKeys();
     void PlaceBlackKeys();
     [[nodiscard]] KeyLook LookOf(std::int32_t note) const;

@@ -6,7 +6,6 @@
 #include "zlib/common/ZPath.h"
 #include "zlib/common/ZViewTags.h"
 #include "zlib/common/ZXMLElement.h"
-#include "zlib/common/ZXMLGeometry.h"
 
 namespace orvane
 {
@@ -19,12 +18,6 @@ constexpr ZColor kShade{0, 0, 0, 64};
 constexpr ZColor kInnerShade{124, 124, 124, 128};
 constexpr ZColor kLight{255, 255, 255, 48};
 constexpr ZColor kLowerLight{255, 255, 255, 117};
-
-void readNamedColor(const ZXMLElement& view, std::string_view name, ZColor& color)
-{
-    if (const auto tag = findTag(view, "color", "name", name))
-        color = readColor(*tag);
-}
 
 /// base + step * difference / steps, channel by channel.
 ZColor blend(const ZColor& base, const ZColor& high, const ZColor& low, std::int32_t step,

@@ -17,7 +17,6 @@ namespace
 {
 
 constexpr std::int32_t kGapToTitle = 2;
-constexpr std::int32_t kLeftAligned = 1;
 
 }  // namespace
 
@@ -82,7 +81,7 @@ void ZCheckBox::DrawTitle()
     ZRect title = mFrame;
     title.left += width + kGapToTitle;
     title.top += std::max(lower, 0);
-    DrawString(mTitle, title, 0, kLeftAligned, 1);
+    DrawString(mTitle, title, 0, kAlignBegin, 1);
 }
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include "zlib/common/ZBitmap.h"
 #include "zlib/common/ZLinearGradientShader.h"
 #include "zlib/common/ZShader.h"
+#include "zlib/common/ZViewTags.h"
 #include "zlib/common/ZXMLElement.h"
 #include "zlib/common/ZXMLGeometry.h"
 
@@ -35,9 +36,6 @@ constexpr std::int32_t kLabelGap = 2;
 constexpr std::int32_t kTickInset = 1;
 constexpr std::int32_t kDotDistance = 4;
 constexpr std::int32_t kTickReach = 5;
-
-constexpr std::int32_t kAlignCentre = 0;
-constexpr std::int32_t kAlignRight = 2;
 
 /// A context that stands in for a view's own until the end of the scope.
 class ContextScope
@@ -120,16 +118,10 @@ ZGraphAxisView::ZGraphAxisView(const boost::shared_ptr<ZXMLElement>& xml, ZAppli
 
 void ZGraphAxisView::ReadAttributes(const ZXMLElement& xml)
 {
-    for (std::int32_t i = 0; const auto rect = xml.GetChild("rect", i); ++i) {
-        if (rect->AttributeIs("name", "graphframe"))
-            mGraphFrame = readRect(*rect);
-    }
-    for (std::int32_t i = 0; const auto color = xml.GetChild("color", i); ++i) {
-        if (color->AttributeIs("name", "gradstartcolor"))
-            mGradStartColor = readColor(*color);
-        else if (color->AttributeIs("name", "gradendcolor"))
-            mGradEndColor = readColor(*color);
-    }
+    if (const auto rect = findTag(xml, "rect", "name", "graphframe"))
+        mGraphFrame = readRect(*rect);
+    readNamedColor(xml, "gradstartcolor", mGradStartColor);
+    readNamedColor(xml, "gradendcolor", mGradEndColor);
     readNumber(xml, "xaxisdecimalplaces", mXDecimalPlaces);
     readNumber(xml, "yaxisdecimalplaces", mYDecimalPlaces);
     readNumber(xml, "xaxisnumticks", mXTickCount);
@@ -369,7 +361,7 @@ void ZGraphAxisView::DrawYLabel(const ZString& text, std::int32_t y)
     mPenColor = kLabel;
     const std::int32_t bottom = y + 1;
     DrawString(text, {0, bottom - StringHeight(text), mGraphFrame.left - kTickReach, bottom}, 0,
-               kAlignRight, 0);
+               kAlignEnd, 0);
 }
 
 }  // namespace orvane

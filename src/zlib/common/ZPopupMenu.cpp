@@ -23,7 +23,6 @@ namespace
 
 constexpr const char* kUnknown = "Unknown";
 constexpr const char* kModifiedSign = "\"  ";
-constexpr std::int32_t kLeftAligned = 1;
 constexpr std::int32_t kTriangleSize = 6;
 
 boost::shared_ptr<ZBitmap> readMenuBitmap(const ZXMLElement& view, ZApplication* application)
@@ -32,32 +31,17 @@ boost::shared_ptr<ZBitmap> readMenuBitmap(const ZXMLElement& view, ZApplication*
     return tag ? boost::make_shared<ZBitmap>(*tag, application) : nullptr;
 }
 
-std::string readModifiedName(const ZXMLElement& view)
-{
-    std::string name;
-    for (std::int32_t i = 0; i < view.GetChildCount("element"); ++i) {
-        const auto element = view.GetChild("element", i);
-        if (const char* const modified = element->GetAttribute("itemModified"))
-            name = modified;
-    }
-    return name;
-}
-
 }  // namespace
 
 ZPopupMenu::ZPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZView(xml, application)
     , mMenuBitmap(readMenuBitmap(*xml, application))
     , mMenu(boost::make_shared<ZMenu>("popupmenu", ZMenu::Kind::kPopup))
-    , mItemModifiedName(readModifiedName(*xml))
+    , mItemModifiedName(readElementName(*xml, "itemModified"))
+    , mItemModifiedElement(*this)
 {
     if (const auto rect = findTag(*xml, "rect", "name", "stringrect"))
         mStringRect = readRect(*rect);
-}
-
-ZPopupMenu::~ZPopupMenu()
-{
-    LetModifiedElementGo();
 }
 
 bool ZPopupMenu::IsKindOf(std::string_view className) const
@@ -108,25 +92,13 @@ void ZPopupMenu::FillMenu()
 
 void ZPopupMenu::OnDocumentChanged()
 {
-    LetModifiedElementGo();
-    if (mItemModifiedName.empty())
-        return;
-    mItemModifiedElement = FindElement(mItemModifiedName);
-    if (mItemModifiedElement)
-        mItemModifiedElement->AddObserver(this);
+    mItemModifiedElement.Observe(FindElement(mItemModifiedName));
 }
 
 void ZPopupMenu::DetachFromElements()
 {
-    LetModifiedElementGo();
+    mItemModifiedElement.Release();
     ZView::DetachFromElements();
-}
-
-void ZPopupMenu::LetModifiedElementGo()
-{
-    if (mItemModifiedElement)
-        mItemModifiedElement->RemoveObserver(this);
-    mItemModifiedElement.reset();
 }
 
 ZPoint ZPopupMenu::MenuPosition(const ZPoint& click) const
@@ -186,7 +158,7 @@ void ZPopupMenu::Draw(const ZRect& /*update*/)
         DrawTriangle();
     }
     mContext->SetTruncate(true);
-    DrawString(GetText(), mStringRect, 0, kLeftAligned, 1);
+    DrawString(GetText(), mStringRect, 0, kAlignBegin, 1);
     mContext->SetTruncate(false);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zlib/common/ZObservedElement.h"
 #include "zlib/common/ZRect.h"
 #include "zlib/common/ZView.h"
 
@@ -23,7 +24,6 @@ class ZPopupMenu : public ZView
 {
 public:
     ZPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
-    ~ZPopupMenu() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
@@ -51,7 +51,6 @@ protected:
 
 private:
     void FillMenu();
-    void LetModifiedElementGo();
     [[nodiscard]] ZPoint MenuPosition(const ZPoint& click) const;
     void DrawTriangle();
 
@@ -60,7 +59,7 @@ private:
     ZRect mStringRect;
     std::int32_t mCheckedIndex = 0;
     std::string mItemModifiedName;  // empty for none
-    boost::shared_ptr<ZElement> mItemModifiedElement;
+    ZObservedElement mItemModifiedElement;
 };
 
 }  // namespace orvane

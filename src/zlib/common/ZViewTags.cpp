@@ -2,6 +2,7 @@
 
 #include "zlib/common/ZBitmap.h"
 #include "zlib/common/ZXMLElement.h"
+#include "zlib/common/ZXMLGeometry.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -25,6 +26,14 @@ boost::shared_ptr<ZBitmap> readBitmap(const ZXMLElement& view, std::string_view 
 {
     const auto tag = findTag(view, "bitmap", "type", type);
     return tag ? boost::make_shared<ZBitmap>(*tag, application) : nullptr;
+}
+
+bool readNamedColor(const ZXMLElement& view, std::string_view name, ZColor& color)
+{
+    const auto tag = findTag(view, "color", "name", name);
+    if (tag)
+        color = readColor(*tag);
+    return tag != nullptr;
 }
 
 std::int32_t readNumber(const ZXMLElement& tag, std::string_view attribute)
