@@ -21,8 +21,6 @@ constexpr ZColor kMark{0, 0, 0, 117};
 constexpr ZColor kMarkLight{255, 255, 255, 28};
 constexpr ZColor kMarkText{51, 51, 51, 255};
 constexpr std::int32_t kGapToGroove = 3;
-constexpr std::int32_t kAlignCentred = 0;
-constexpr std::int32_t kAlignLeft = 1;
 
 }  // namespace
 
@@ -67,6 +65,12 @@ void ZMetalSlider::SetThumbSize(std::int32_t size)
 {
     mScale.reset();
     ZSlider::SetThumbSize(size);
+}
+
+void ZMetalSlider::SetThumbHeight(std::int32_t height)
+{
+    mScale.reset();
+    ZSlider::SetThumbHeight(height);
 }
 
 void ZMetalSlider::SetScaleMarkCount(std::int32_t count)
@@ -175,11 +179,11 @@ void ZMetalSlider::DrawMarkLabel(ZBitmap& scale, std::int32_t index) const
     if (IsVertical())
         scale.DrawString(text,
                          {scale.GetWidth() - width, at - height / 2, scale.GetWidth(), at + height},
-                         kAlignLeft);
+                         kAlignBegin);
     else
         scale.DrawString(
             text, {at - width, scale.GetHeight() - height, at + width + 1, scale.GetHeight()},
-            kAlignCentred);
+            kAlignCentre);
 }
 
 std::string shortNumber(float value)

@@ -26,6 +26,7 @@ public:
     void SizeChanged() override;
     void ReadRange() override;
     void SetThumbSize(std::int32_t size) override;
+    void SetThumbHeight(std::int32_t height) override;
     void SetScaleMarkCount(std::int32_t count) override;
 
     /// Where a mark stands along the track, in the view's coordinates; the marks lie evenly from

@@ -7,7 +7,6 @@
 #include "zlib/common/ZViewTags.h"
 #include "zlib/common/ZWindow.h"
 #include "zlib/common/ZXMLElement.h"
-#include "zlib/common/ZXMLGeometry.h"
 
 #include <algorithm>
 #include <memory>
@@ -26,13 +25,9 @@ ZSlider::ZSlider(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
     , mScaleMarkCount(readNumber(*xml, "numberscalemarks"))
     , mDrawScaleText(xml->GetAttributeBool("drawscaletext"))
 {
-    const auto enabled = findTag(*xml, "color", "name", "enabledtrail");
-    const auto disabled = findTag(*xml, "color", "name", "disabledtrail");
-    mDrawTrail = enabled || disabled;
-    if (enabled)
-        mEnabledTrailColor = readColor(*enabled);
-    if (disabled)
-        mDisabledTrailColor = readColor(*disabled);
+    const bool hasEnabled = readNamedColor(*xml, "enabledtrail", mEnabledTrailColor);
+    const bool hasDisabled = readNamedColor(*xml, "disabledtrail", mDisabledTrailColor);
+    mDrawTrail = hasEnabled || hasDisabled;
     ZSlider::ComputeTrackLength();
 }
 
@@ -116,13 +111,15 @@ std::int32_t ZSlider::Along(const ZPoint& point) const
     return mVertical ? point.y : point.x;
 }
 
-// A value beyond the range, which elements do not refuse, leaves the thumb at the track's end.
+// A value beyond the range, which elements do not refuse, leaves the thumb at the track's end; what
+// is no number, at its beginning.
 std::int32_t ZSlider::ThumbOffset() const
 {
     if (Range() == 0.0f || mTrackLength <= 0)
         return 0;
     const float distance = mVertical ? mMax - GetValue() : GetValue() - mMin;
-    const float fraction = std::clamp(distance / Range(), 0.0f, 1.0f);
+    // In this order: a comparison with what is not a number is false, which leaves 0.
+    const float fraction = std::max(0.0f, std::min(distance / Range(), 1.0f));
     return static_cast<std::int32_t>(fraction * static_cast<float>(mTrackLength));
 }
 
@@ -158,12 +155,11 @@ void ZSlider::MouseMoved(const ZPoint& point, std::uint32_t mods)
 
 void ZSlider::MouseUp(const ZPoint& point, std::uint32_t mods)
 {
-    if (!mElement)
-        return;
-    if ((mods & kMouseAlt) != 0)
+    if (mElement && (mods & kMouseAlt) != 0)
         RestoreDefault();
     else if (HasMouseCapture())
         TrackMouse(point, mods);
+    // Also where the element went in the middle of a drag.
     SetMouseCapture(false, true);
 }
 
