@@ -1,5 +1,4 @@
 #include "support/ExpectZException.h"
-#include "zlib/DocumentFixture.h"
 #include "zlib/ViewCanvas.h"
 #include "zlib/common/ZBevelView.h"
 #include "zlib/common/ZPluginBackground.h"
@@ -8,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 namespace orvane
 {
@@ -15,24 +15,17 @@ namespace orvane
 namespace
 {
 
-class ZBasicViewsTest : public ViewCanvasTest
-{
-protected:
-    static std::string VersionOf(const std::string& tags, ZApplication* application)
-    {
-        const ZPluginLogoView view(xmlOf("<view>" + tags + "</view>"), application);
-        return view.GetText().ToNarrow();
-    }
-};
+using ZBasicViewsTest = ViewCanvasTest;
 
 TEST_F(ZBasicViewsTest, TheLogoTellsAVersionWithSignsForWhatIsMissing)
 {
-    EXPECT_EQ(VersionOf(R"(<version major="1" minor="0" sub="1" build="21944"></version>)", &app),
-              "1.0.1.21944");
-    EXPECT_EQ(VersionOf(R"(<version major="1" sub="1" build="21944"></version>)", &app),
-              "1.Y.1.21944");
-    EXPECT_EQ(VersionOf("<version></version>", &app), "X.Y.Z.bbbb");
-    EXPECT_EQ(VersionOf("", &app), "X.Y.Z.bbb");
+    for (const auto& [tag, text] :
+         {std::pair{R"(<version major="1" minor="0" sub="1" build="21944"></version>)",
+                    "1.0.1.21944"},
+          {R"(<version major="1" sub="1" build="21944"></version>)", "1.Y.1.21944"},
+          {"<version></version>", "X.Y.Z.bbbb"},
+          {"", "X.Y.Z.bbb"}})
+        EXPECT_EQ(Make<ZPluginLogoView>("", tag)->GetText().ToNarrow(), text);
 }
 
 TEST_F(ZBasicViewsTest, AClickOnTheLogoShowsTheVersionAndTheNextOneTheLogo)
@@ -46,6 +39,9 @@ TEST_F(ZBasicViewsTest, AClickOnTheLogoShowsTheVersionAndTheNextOneTheLogo)
     logo->MouseDown({5, 5}, ZView::kMouseButton);
     EXPECT_FALSE(logo->ShowsVersion());
     EXPECT_FALSE(logo->OnTimer(-1)) << "no timer runs";
+    logo->MouseDown({5, 5}, ZView::kMouseButton);
+    logo->OnDetached();
+    EXPECT_FALSE(logo->ShowsVersion()) << "without a window no timer would end it";
 }
 
 TEST_F(ZBasicViewsTest, TheBackgroundHasLightEdgesAndABandBelowTheTitle)
@@ -75,6 +71,7 @@ TEST_F(ZBasicViewsTest, GroupBoxesHaveCornersThatFitThem)
     EXPECT_EQ(radiusOf("width=\"100\" height=\"50\""), 5);
     EXPECT_EQ(radiusOf("width=\"100\" height=\"8\""), 4);
     EXPECT_EQ(radiusOf("width=\"6\" height=\"50\""), 3);
+
     const auto bevel = Make<ZBevelView>("radius=\"5\"", "", "width=\"100\" height=\"30\"");
     Paint(*bevel);
     EXPECT_EQ(canvas->At(0, 15) >> 24, 64u) << "shade on the left";

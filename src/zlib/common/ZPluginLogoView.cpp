@@ -62,6 +62,7 @@ const char* ZPluginLogoView::GetClassName() const
 void ZPluginLogoView::OnDetached()
 {
     StopVersionTimer();
+    mShowVersion = false;  // nothing would end it any more
     ZStringView::OnDetached();
 }
 
