@@ -58,26 +58,24 @@ protected:
 
 TEST_F(KestruneCorrectionMeterTest, TheBarRisesAndFallsFromTheMiddle)
 {
+    const auto meter = Make();
+    using Limits = std::numeric_limits<float>;
     using Rows = std::pair<std::int32_t, std::int32_t>;
-    const auto meter = Make();
-    EXPECT_EQ(BarOf(*meter, 0.0f), Rows(-1, -1));
-    EXPECT_EQ(BarOf(*meter, 200.0f), Rows(0, 134));
-    EXPECT_EQ(BarOf(*meter, -200.0f), Rows(135, 269));
-    EXPECT_EQ(BarOf(*meter, 100.0f), Rows(135 - 67, 134)) << "cut to whole pixels";
-    EXPECT_EQ(BarOf(*meter, -100.0f), Rows(135, 135 + 66));
-    EXPECT_EQ(BarOf(*meter, 1.0f), Rows(-1, -1));
-    EXPECT_EQ(BarOf(*meter, 1e30f), Rows(0, 134)) << "what is beyond the view is cut by it";
-    EXPECT_EQ(BarOf(*meter, -1000.0f), Rows(135, 269));
-    for (const float value :
-         {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()})
-        EXPECT_EQ(BarOf(*meter, value), Rows(-1, -1));
-}
-
-TEST_F(KestruneCorrectionMeterTest, ARangeOfNothingShowsNoBar)
-{
-    const auto meter = Make();
+    const Rows none(-1, -1);
+    // Cut to whole pixels, and by the view's edges.
+    for (const auto& [value, rows] : {std::pair{0.0f, none},
+                                      {200.0f, Rows(0, 134)},
+                                      {-200.0f, Rows(135, 269)},
+                                      {100.0f, Rows(135 - 67, 134)},
+                                      {-100.0f, Rows(135, 135 + 66)},
+                                      {1.0f, none},
+                                      {1e30f, Rows(0, 134)},
+                                      {-1000.0f, Rows(135, 269)},
+                                      {Limits::quiet_NaN(), none},
+                                      {Limits::infinity(), none}})
+        EXPECT_EQ(BarOf(*meter, value), rows) << value;
     cents->SetRange(7.0f, 7.0f, true);
-    EXPECT_EQ(BarOf(*meter, 7.0f).first, -1);
+    EXPECT_EQ(BarOf(*meter, 7.0f), none) << "a range of nothing";
 }
 
 TEST_F(KestruneCorrectionMeterTest, TicksAndLabelsStandAtTheEndsAndTheMiddle)
@@ -104,28 +102,24 @@ TEST_F(KestruneCorrectionMeterTest, AsksForARepaintOfTheBarWhenTheValueIsAnother
     const auto meter = Make();
     const auto twin = Make();
     EXPECT_EQ(cents->GetObserverCount(), 0) << "it looks, and does not listen";
-    meter->IdleTick();
-    EXPECT_EQ(meter->repaints, 0) << "a meter starts at 0";
-    cents->SetZFloat(12.0f, true);
-    meter->IdleTick();
-    meter->IdleTick();
-    EXPECT_EQ(meter->repaints, 1);
+    for (const float value : {0.0f, 12.0f, 12.0f, std::numeric_limits<float>::quiet_NaN(),
+                              std::numeric_limits<float>::quiet_NaN()})
+    {
+        cents->SetZFloat(value, true);
+        meter->IdleTick();
+    }
+    EXPECT_EQ(meter->repaints, 2);
     EXPECT_EQ(meter->lastPart, (ZRect{30, 0, 40, 270}));
+    cents->SetZFloat(12.0f, true);
     twin->IdleTick();
     EXPECT_EQ(twin->repaints, 1) << "each meter has a memory of its own";
-    cents->SetZFloat(std::numeric_limits<float>::quiet_NaN(), true);
-    meter->IdleTick();
-    meter->IdleTick();
-    EXPECT_EQ(meter->repaints, 2);
-}
 
-TEST_F(KestruneCorrectionMeterTest, AFrameOfTheBarAloneLeavesTheScaleAsItIs)
-{
-    const auto meter = Make();
     const auto canvas = boost::make_shared<Canvas>(42, 270);
     meter->SetContext(canvas);
     meter->Draw(meter->GetMeterFrame());
-    EXPECT_EQ(canvas->Ink(), (ZRect{30, 0, 40, 270}));
+    EXPECT_EQ(canvas->Ink(), (ZRect{30, 0, 40, 270})) << "the bar alone leaves the scale as it is";
+    expectZException(-2, "Implement ExtractHeader\n", [&] { (void)meter->ExtractHeader(); });
+    expectZException(-2, "Implement ExtractBody\n", [&] { meter->ExtractBody(nullptr); });
 }
 
 TEST_F(KestruneCorrectionMeterTest, StandsWithoutElementAndFrame)
@@ -136,8 +130,6 @@ TEST_F(KestruneCorrectionMeterTest, StandsWithoutElementAndFrame)
     meter->IdleTick();
     EXPECT_EQ(meter->repaints, 0);
     ViewBench::Paint(*meter);
-    expectZException(-1, "Implement ExtractHeader\n", [&] { (void)meter->ExtractHeader(); });
-    expectZException(-1, "Implement ExtractBody\n", [&] { meter->ExtractBody(nullptr); });
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Both throw ZException -1: the meter cannot be written back.
+    /// Both throw ZException -2: the meter cannot be written back.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     /// Asks for a repaint of the bar when the value is another than at the last frame.

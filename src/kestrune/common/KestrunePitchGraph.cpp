@@ -81,12 +81,12 @@ const char* KestrunePitchGraph::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> KestrunePitchGraph::ExtractHeader() const
 {
-    throw ZException(-1, "Implement ExtractHeader\n");
+    throw ZException(-2, "Implement ExtractHeader\n");
 }
 
 void KestrunePitchGraph::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-1, "Implement ExtractBody\n");
+    throw ZException(-2, "Implement ExtractBody\n");
 }
 
 void KestrunePitchGraph::DetachFromElements()

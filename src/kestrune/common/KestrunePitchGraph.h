@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Both throw ZException -1: the graph cannot be written back.
+    /// Both throw ZException -2: the graph cannot be written back.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     void ElementChanged(std::uint64_t elementId) override;
