@@ -27,6 +27,16 @@ inline boost::shared_ptr<ZXMLElement> tagOf(const std::string& text)
     return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
 }
 
+/// The tags `bitmap` of the four shapes of keys in a state.
+inline std::string keyPictures(const std::string& state, const std::string& file,
+                               const std::string& ending)
+{
+    std::string tags;
+    for (const char* shape : {"1", "2", "3", "4"})
+        tags += "<bitmap type=\"" + state + shape + "\" id=\"" + file + shape + ending + "\"/>";
+    return tags;
+}
+
 /// A view that counts how often it asks for a repaint, since only one in a window gets it.
 template <typename View>
 class Counted : public View
