@@ -2,6 +2,10 @@
 // and the engine come to know of it. Without a display; it ticks when a test says so.
 
 #include "pluginwrappers/EditorBench.h"
+#include "pluginwrappers/common/VstKeyCode.h"
+#include "pluginwrappers/common/WindowPicture.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
 
 #include <gtest/gtest.h>
 
@@ -161,6 +165,30 @@ TEST_F(EditorUseTest, TheSwitchesSwitchAndTellTheHost)
     Click("AcceptsMIDIButton");
     EXPECT_EQ(Element("AcceptMIDI").GetDiscrete(), 0);
     EXPECT_EQ(takeNotes(), Notes{}) << "no parameter";
+}
+
+TEST_F(EditorUseTest, TheWindowHearsOfKeysAndRatesAndLendsItsPicture)
+{
+    struct Ear : ZWindowFilter
+    {
+        void FilterMessage(const ZMessage& message) override { heard.push_back(message.GetId()); }
+        std::vector<std::int32_t> heard;
+    } ear;
+    for (const std::int32_t id : {ZSAMPLERATECHANGED, ZTEXTINPUT})
+        window->AddFilter(id, &ear);
+    product->Ask(effSetSampleRate, 0, 0, nullptr, 96000.0f);
+    product->Ask(effSetSampleRate, 0, 0, nullptr, 96000.0f);  // no news
+    EXPECT_EQ(product->Ask(effEditKeyDown, 'q'), 1);
+    EXPECT_EQ(product->Ask(effEditKeyDown, 0, VKEY_SPACE), 0);
+    EXPECT_EQ(ear.heard, (std::vector<std::int32_t>{ZSAMPLERATECHANGED, ZTEXTINPUT}));
+
+    WindowPicture picture{};
+    EXPECT_EQ(product->Ask(effVendorSpecific, kVendorOrvane, 0, &picture), 0);
+    EXPECT_EQ(product->Ask(effVendorSpecific, 0, kVendorWindowPicture, &picture), 0);
+    EXPECT_EQ(product->Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, nullptr), 0);
+    EXPECT_EQ(picture.pixels, nullptr);
+    EXPECT_EQ(product->Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture), 1);
+    EXPECT_EQ(picture.width * picture.height, 454 * 430);
 }
 
 TEST_F(EditorUseTest, EachPressOfAQuickHandCounts)

@@ -1,13 +1,11 @@
 #include "pluginwrappers/common/ZVSTEditor.h"
 
 #include "pluginwrappers/common/VstOpcodes.h"
-#include "pluginwrappers/common/WindowPicture.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "zlib/common/ZException.h"
 #include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZWindow.h"
-#include "zlib/common/ZWindowKeeper.h"
 #include "zlib/common/ZXMLDocument.h"
 #include "zlib/common/ZXMLElement.h"
 
@@ -18,7 +16,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -32,21 +29,20 @@ namespace
 
 using Notes = std::vector<std::string>;
 
-boost::shared_ptr<ZXMLElement> parsed(const char* tag, std::string_view text)
+boost::shared_ptr<ZXMLElement> parsed(std::string_view text)
 {
-    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(tag);
+    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
 }
 
 /// Keeps what the editor asks of it, and knows no display.
 class NotingWindow : public ZWindow
 {
 public:
-    explicit NotingWindow(ZApplication* application = nullptr)
-        : ZWindow(parsed("windowtype",
-                         "<windowtype class=\"ZWindowClass\" child=\"true\" name=\"W\">"
+    NotingWindow()
+        : ZWindow(parsed("<windowtype class=\"ZWindowClass\" child=\"true\" name=\"W\">"
                          "<rect left=\"0\" top=\"0\" width=\"640\" height=\"250\"></rect>"
                          "</windowtype>"),
-                  application)
+                  nullptr)
     {
     }
 
@@ -174,75 +170,7 @@ TEST_F(ZVSTEditorTest, KeysThatMoveAndTextReachTheWindowAndAllElseStaysWithTheHo
     }
 }
 
-namespace
-{
-
-class OneWindow : public ZWindowKeeper
-{
-public:
-    explicit OneWindow(ZApp* app)
-        : ZWindowKeeper("OneWindow", app)
-        , window(boost::make_shared<NotingWindow>(app))
-    {
-    }
-    static std::unique_ptr<ZWindowKeeper> Make(const boost::shared_ptr<ZXMLElement>& /*xml*/,
-                                               ZApp* app)
-    {
-        return std::make_unique<OneWindow>(app);
-    }
-
-    [[nodiscard]] boost::shared_ptr<ZWindow> GetCurrentWindow() const override { return window; }
-
-    const boost::shared_ptr<NotingWindow> window;
-};
-
-}  // namespace
-
-TEST(ZVSTPluginEditorTest, ADescriptionWithAWindowHasAnEditorThatGoesWithThePlugin)
-{
-    auto app = SmallPlugin::Make();
-    app->SetWindowKeeperMaker(&OneWindow::Make);
-    app->AddWindowManager(parsed("windowmanager", "<windowmanager></windowmanager>"));
-    const auto window = static_cast<OneWindow&>(*app->GetWindowManager()).window;
-    AEffect* const effect = (new ZVSTPlugin(nullptr, std::move(app)))->getAeffect();
-    EXPECT_EQ(effect->flags, 0x39);
-    const auto ask = [effect](std::int32_t opcode, void* ptr = nullptr, float opt = 0.0f) {
-        return effect->dispatcher(effect, opcode, 0, 0, ptr, opt);
-    };
-    ERect* rect = nullptr;
-    EXPECT_EQ(ask(effEditGetRect, &rect), 1);
-    int parent = 0;
-    EXPECT_EQ(ask(effEditOpen, &parent), 1);
-    EXPECT_EQ(ask(effEditIdle), 0);
-    EXPECT_EQ(effect->dispatcher(effect, effEditKeyDown, 'q', 0, nullptr, 0.0f), 1);
-    EXPECT_EQ(effect->dispatcher(effect, effEditKeyDown, 0, VKEY_SPACE, nullptr, 0.0f), 0);
-
-    window->messages.clear();
-    ask(effSetSampleRate, nullptr, 96000.0f);
-    ask(effSetSampleRate, nullptr, 96000.0f);
-    float rate = 0.0f;
-    ASSERT_EQ(window->messages.size(), 1u) << "a rate that is in force is no news";
-    EXPECT_TRUE(window->messages[0]->Find<float>("rate", rate));
-    EXPECT_EQ(rate, 96000.0f);
-
-    WindowPicture picture{};
-    const auto askPicture = [&](std::int32_t index, std::intptr_t value, void* ptr) {
-        return effect->dispatcher(effect, effVendorSpecific, index, value, ptr, 0.0f);
-    };
-    EXPECT_EQ(askPicture(kVendorOrvane, 0, &picture), 0);
-    EXPECT_EQ(askPicture(0, kVendorWindowPicture, &picture), 0);
-    EXPECT_EQ(askPicture(kVendorOrvane, kVendorWindowPicture, nullptr), 0);
-    EXPECT_EQ(picture.pixels, nullptr);
-    EXPECT_EQ(askPicture(kVendorOrvane, kVendorWindowPicture, &picture), 1);
-    ASSERT_EQ(picture.width * picture.height, 640 * 250);
-    EXPECT_EQ(picture.pixels[640 * 250 - 1], 0xFF000000u) << "an empty window is black";
-
-    window->TakeNotes();
-    ask(effClose);
-    EXPECT_EQ(window->TakeNotes(), (Notes{"hide", "detach"}));
-}
-
-TEST(ZVSTPluginEditorTest, ADescriptionWithoutAWindowHasNoEditor)
+TEST(ZVSTEditorlessTest, ADescriptionWithoutAWindowHasNoEditor)
 {
     ZVSTPlugin plugin(nullptr, SmallPlugin::Make());
     AEffect* const effect = plugin.getAeffect();
