@@ -122,38 +122,14 @@ TEST(SingerTest, VowelsDifferByTheirFormants)
     EXPECT_GT(levelAt(i, 2100.0), levelAt(i, 1100.0) + 10.0);
 }
 
-TEST(SingerTest, SongIsTheSameOnEveryRun)
-{
-    Song start = demoSong();
-    start.seconds = 1.0;
-    EXPECT_EQ(renderSong(start, kRate), renderSong(start, kRate));
-}
-
-TEST(SingerTest, SongIsLongEnoughAndHasRoomBelowFullScaleAndNoClick)
+TEST(SingerTest, SongHasRoomBelowFullScaleAndNoClick)
 {
     const auto song = renderSong(demoSong(), kRate);
-    EXPECT_GE(song.size(), static_cast<std::size_t>(13 * kRate));
     EXPECT_LE(peakOf(song), 0.7f);
     // A click bends the curve more than the pulses around it do, of which each 10 ms have one.
     const auto bends = sharpestBends(song, kRate / 100);
     for (std::size_t i = 1; i + 1 < bends.size(); ++i)
         EXPECT_LT(bends[i], 2.0 * std::max({bends[i - 1], bends[i + 1], 0.004})) << i << " / 100 s";
-}
-
-TEST(SingerTest, EveryNoteIsOffKeyAndNearestToItsOwnToneOfCMajor)
-{
-    constexpr int kMajor[] = {0, 2, 4, 5, 7, 9, 11, 12};
-    for (const SungNote& note : demoSong().notes) {
-        EXPECT_GE(std::fabs(note.offKeyCents), 20.0);
-        EXPECT_LE(std::fabs(note.offKeyCents), 60.0);
-        EXPECT_GE(note.seconds, 0.4);
-        const double furthest = std::fabs(note.offKeyCents) + note.vibratoCents + 5.0;
-        const double sign = note.offKeyCents < 0.0 ? -1.0 : 1.0;
-        const double degree = note.key % 12 + sign * furthest / 100.0;
-        EXPECT_NE(std::find(kMajor, std::end(kMajor), note.key % 12), std::end(kMajor));
-        for (const int tone : kMajor)
-            EXPECT_GE(std::fabs(degree - tone), furthest / 100.0 - 1e-9) << note.onsetSeconds;
-    }
 }
 
 }  // namespace orvane
