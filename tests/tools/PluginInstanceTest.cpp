@@ -215,7 +215,8 @@ TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
         settings.Give(settingsWith({("key=" + std::to_string(key)).c_str()}));
         EXPECT_EQ(settings.InForce({}).Index(Setting::kKey), key);
     }
-    settings.Give(settingsWith({"Pitch Correcton Time=123", "correct pitch=on"}));
+    settings.Give(settingsWith({"Key=g#"}));
+    settings.Give(settingsWith({"Pitch Correcton Time=+123.0", "PITCHcorrectionONoff=oN"}));
     const RenderSettings inForce = settings.InForce({});
     EXPECT_EQ(inForce.Text(Setting::kPitchCorrectionTime), "123 ms");
     EXPECT_TRUE(inForce.IsOn(Setting::kPitchCorrectionOnOff));

@@ -148,23 +148,6 @@ TEST_F(RenderProgramTest, MonoIsTheLeftSideOfTheSameOnBothSides)
         ASSERT_EQ(single[i], both[2 * i]) << i;
 }
 
-TEST_F(RenderProgramTest, TextsAndNumbersOfSettingsMeanTheSame)
-{
-    const TestSound voice = testVoice(1, 0.3);
-    const auto with = [&](const Words& assignments) {
-        Words words;
-        for (const std::string& assignment : assignments)
-            words = words + Words{"--set", assignment};
-        return Render(voice, words).samples;
-    };
-    EXPECT_EQ(with({"pitchCorrectionOnOff=On", "key=G#", "sourceType=Male (D2 - B4)"}),
-              with({"pitchCorrectionOnOff=1", "key=11", "sourceType=1"}));
-    EXPECT_EQ(with({"Correct Pitch=oN", "Pitch Correcton Time=+20"}),
-              with({"PITCHcorrectionONoff=On", "pitchCorrectionTime=20.0"}));
-    EXPECT_NE(with({"pitchCorrectionOnOff=On", "key=G#"}),
-              with({"pitchCorrectionOnOff=On", "key=A"}));
-}
-
 TEST_F(RenderProgramTest, ProgramsHaveNumbersAndNamesAndASavedChunkBringsTheSameSoundBack)
 {
     const TestSound voice = testVoice(1, 0.5);
@@ -441,41 +424,34 @@ TEST_F(RenderProgramTest, BreakingOffLeavesNothingAndEndsByTheSignal)
 namespace
 {
 
-using Picture = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
+/// All pixels of a picture as 0xAARRGGBB, and how many are in a row.
+struct Picture
+{
+    std::vector<std::uint32_t> pixels;
+    std::size_t width = 0;
+};
 
 Picture pictureIn(const std::string& path)
 {
-    return {cairo_image_surface_create_from_png(path.c_str()), cairo_surface_destroy};
-}
-
-/// All pixels as 0xAARRGGBB.
-std::vector<std::uint32_t> pixelsIn(const std::string& path)
-{
-    const Picture picture = pictureIn(path);
-    EXPECT_EQ(cairo_surface_status(picture.get()), CAIRO_STATUS_SUCCESS) << path;
+    cairo_surface_t* const surface = cairo_image_surface_create_from_png(path.c_str());
+    EXPECT_EQ(cairo_surface_status(surface), CAIRO_STATUS_SUCCESS) << path;
     const auto* const data =
-        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture.get()));
-    const int count = cairo_image_surface_get_stride(picture.get()) / 4 *
-                      cairo_image_surface_get_height(picture.get());
-    return {data, data + count};
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
+    const auto width = static_cast<std::size_t>(cairo_image_surface_get_stride(surface)) / 4;
+    const auto height = static_cast<std::size_t>(cairo_image_surface_get_height(surface));
+    Picture picture{{data, data + width * height}, width};
+    cairo_surface_destroy(surface);
+    return picture;
 }
 
 /// Columns of a picture in which a colour, 0xRRGGBB, occurs below its heading.
-std::set<int> columnsWith(const std::string& path, unsigned colour)
+std::set<int> columnsWith(const Picture& picture, unsigned colour)
 {
-    constexpr int kHeading = 100;  // pixels, with the legend in it
-    const Picture picture = pictureIn(path);
-    EXPECT_EQ(cairo_image_surface_get_width(picture.get()), kPlotWidth);
-    EXPECT_EQ(cairo_image_surface_get_height(picture.get()), kPlotHeight);
-    const unsigned char* data = cairo_image_surface_get_data(picture.get());
-    const int stride = cairo_image_surface_get_stride(picture.get());
+    constexpr std::size_t kHeading = 100;  // pixels, with the legend in it
     std::set<int> columns;
-    for (int y = kHeading; data && y < kPlotHeight; ++y) {
-        for (int x = 0; x < kPlotWidth; ++x) {
-            const unsigned char* pixel = data + y * stride + 4 * x;
-            if ((pixel[0] | pixel[1] << 8 | pixel[2] << 16) == static_cast<int>(colour))
-                columns.insert(x);
-        }
+    for (std::size_t i = kHeading * picture.width; i < picture.pixels.size(); ++i) {
+        if ((picture.pixels[i] & 0xFFFFFF) == colour)
+            columns.insert(static_cast<int>(i % picture.width));
     }
     return columns;
 }
@@ -491,8 +467,8 @@ TEST_F(RenderProgramTest, PlotShowsBothCurvesAndLeavesSilenceEmpty)
     const std::string plot = mFolder.Path("plot.png");
     Render(voice, kCorrect + Words{"--plot", plot});
 
-    const std::set<int> input = columnsWith(plot, kInputCurveColour);
-    const std::set<int> output = columnsWith(plot, kOutputCurveColour);
+    const std::set<int> input = columnsWith(pictureIn(plot), kInputCurveColour);
+    const std::set<int> output = columnsWith(pictureIn(plot), kOutputCurveColour);
     EXPECT_GT(input.size(), 700u);
     EXPECT_GT(output.size(), 700u);
     for (int x = kPlotWidth / 2 - 150; x < kPlotWidth / 2 + 150; ++x)
@@ -506,7 +482,7 @@ TEST_F(RenderProgramTest, WindowShowsTheStateThatTheOptionsMake)
         const ProgramRun run = runRender(Words{"--window", file} + options);
         EXPECT_EQ(run.status, 0) << run.err;
         EXPECT_EQ(run.err, "");
-        return pixelsIn(file);
+        return pictureIn(file).pixels;
     };
     const std::vector<std::uint32_t> first = drawn({});
     EXPECT_TRUE(drawn({}) == first);
@@ -528,7 +504,8 @@ TEST_F(RenderProgramTest, APictureOnTheWayShowsTheVoiceAndLeavesTheSoundAsItIs)
               plain.samples);
     const Words both{"--window", late, "--window-at", "1", "--plot", mFolder.Path("plot.png")};
     EXPECT_EQ(Render(voice, kCorrect + both).samples, plain.samples);
-    EXPECT_TRUE(pixelsIn(early) != pixelsIn(late)) << "meter and keyboard follow the voice";
+    EXPECT_TRUE(pictureIn(early).pixels != pictureIn(late).pixels)
+        << "meter and keyboard follow the voice";
 }
 
 }  // namespace orvane

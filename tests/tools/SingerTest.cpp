@@ -49,39 +49,7 @@ std::vector<double> sharpestBends(const std::vector<float>& signal, std::size_t 
     return bends;
 }
 
-double shapeAt(const std::vector<std::complex<double>>& harmonics, double phase)
-{
-    double value = 0.0;
-    for (std::size_t i = 0; i < harmonics.size(); ++i)
-        value += 2.0 * std::real(harmonics[i] *
-                                 std::polar(1.0, 2.0 * kPi * static_cast<double>(i + 1) * phase));
-    return value;
-}
-
 }  // namespace
-
-TEST(SingerTest, GlottalPulseOpensSlowlyAndClosesAtPhaseZero)
-{
-    for (const double rd : {0.5, 1.0, 2.0}) {
-        const auto harmonics = glottalHarmonics(rd, 2000);
-        double lowest = 0.0;
-        double lowestPhase = 0.0;
-        double highest = 0.0;
-        for (int i = -500; i < 500; ++i) {
-            const double value = shapeAt(harmonics, i / 1000.0);
-            highest = std::max(highest, value);
-            if (value < lowest) {
-                lowest = value;
-                lowestPhase = i / 1000.0;
-            }
-        }
-        EXPECT_NEAR(lowest, -1.0, 0.05) << rd;
-        EXPECT_NEAR(lowestPhase, 0.0, 0.0011) << rd;
-        // The flow falls several times faster than it rises.
-        EXPECT_GT(highest, 0.1) << rd;
-        EXPECT_LT(highest, 0.7) << rd;
-    }
-}
 
 TEST(SingerTest, SteadyVowelRepeatsToTheLastBitOfSixteenOnceSettled)
 {
