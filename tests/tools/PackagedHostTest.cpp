@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -53,14 +53,7 @@ std::string outputOf(const std::string& command)
     return output;
 }
 
-std::vector<std::string> fieldsOf(const std::string& line)
-{
-    std::vector<std::string> fields;
-    std::istringstream text(line);
-    for (std::string field; std::getline(text, field, '|');)
-        fields.push_back(field);
-    return fields;
-}
+const fs::path kLibrary = fs::path(KESTRUNE_RENDER_PROGRAM).parent_path() / "CantorelMini.so";
 
 }  // namespace
 
@@ -71,19 +64,12 @@ TEST(PackagedHostTest, QtractorFindsTheEffectWithItsPortsAndParameters)
         GTEST_SKIP() << "the host qtractor is not installed";
     if (kNeedsSanitizer)
         GTEST_SKIP() << "no host loads a library that is built with a sanitizer";
-    const fs::path library = fs::path(KESTRUNE_RENDER_PROGRAM).parent_path() / "CantorelMini.so";
     const std::string line =
-        outputOf("echo 'vst:" + library.string() + "' | timeout 60 '" + scanner.string() + "'");
+        outputOf("echo 'vst:" + kLibrary.string() + "' | timeout 60 '" + scanner.string() + "'");
     // Kind, name, audio and MIDI ports, parameters, habits, file, index and id of the effect.
-    const std::vector<std::string> fields = fieldsOf(line);
-    ASSERT_EQ(fields.size(), 9u) << line;
-    const PluginInstance plugin(library);
-    EXPECT_EQ(fields[0], "VST");
-    EXPECT_EQ(fields[1], "CantorelMini");
-    EXPECT_EQ(fields[2], "2:2");
-    EXPECT_EQ(fields[4], std::to_string(plugin.ParameterCount()) + ":0");
-    EXPECT_EQ(fields[6], library.string());
-    EXPECT_EQ(fields[8], "0x6f636d6e\n");
+    const std::string pattern = "VST\\|CantorelMini\\|2:2\\|[^|]*\\|7:0\\|[^|]*\\|" +
+                                kLibrary.string() + "\\|[^|]*\\|0x6f636d6e\n";
+    EXPECT_TRUE(std::regex_match(line, std::regex(pattern))) << line;
 }
 
 TEST(PackagedHostTest, ArdourListsTheProgramsByTheirNames)
@@ -93,12 +79,11 @@ TEST(PackagedHostTest, ArdourListsTheProgramsByTheirNames)
         GTEST_SKIP() << "the host Ardour 7 is not installed";
     if (kNeedsSanitizer)
         GTEST_SKIP() << "no host loads a library that is built with a sanitizer";
-    const ScratchFolder home;
-    const fs::path library = fs::path(KESTRUNE_RENDER_PROGRAM).parent_path() / "CantorelMini.so";
+    const PrivateFolder home;
     const std::string environment =
-        "HOME='" + home.Path("") + "' LXVST_PATH='" + library.parent_path().string() + "' ";
+        "HOME='" + home.Path("") + "' LXVST_PATH='" + kLibrary.parent_path().string() + "' ";
     outputOf(environment + "LD_LIBRARY_PATH=" + folder.string() + " timeout 60 " +
-             (folder / "ardour-vst-scanner").string() + " -f '" + library.string() + "' 2>&1");
+             (folder / "ardour-vst-scanner").string() + " -f '" + kLibrary.string() + "' 2>&1");
     std::ofstream(home.Path("list.lua"))
         << "AudioEngine:set_backend('None (Dummy)', '', '')\n"
            "create_session('"
@@ -109,7 +94,7 @@ TEST(PackagedHostTest, ArdourListsTheProgramsByTheirNames)
            "close_session()\nquit()\n";
     const std::string said =
         outputOf(environment + "timeout 60 ardour7-lua '" + home.Path("list.lua") + "' 2>&1");
-    const PluginInstance plugin(library);
+    const PluginInstance plugin(kLibrary);
     ASSERT_EQ(plugin.ProgramCount(), 7);
     for (int program = 0; program < plugin.ProgramCount(); ++program) {
         const std::string line =

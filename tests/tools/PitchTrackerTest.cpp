@@ -1,7 +1,8 @@
 #include "tools/measure/PitchTracker.h"
 #include "tools/measure/NoteAccuracy.h"
-#include "tools/singer/SeededNoise.h"
 #include "tools/singer/Singer.h"
+
+#include "support/Signals.h"
 
 #include <gtest/gtest.h>
 
@@ -60,13 +61,8 @@ TEST(PitchTrackerTest, FindsSinesAndPulsesAndThePitchOfTheMomentWhileItMoves)
 
 TEST(PitchTrackerTest, SilenceNoiseAndTheEndsHaveNoPitch)
 {
-    const std::vector<float> silence(44100, 0.0f);
-    EXPECT_FALSE(PitchTracker(silence, kRate).at(0.5));
-    std::vector<float> noise(44100);
-    SeededNoise generator(7);
-    for (float& sample : noise)
-        sample = static_cast<float>(generator.next());
-    EXPECT_FALSE(PitchTracker(noise, kRate).at(0.5));
+    EXPECT_FALSE(PitchTracker(std::vector<float>(44100, 0.0f), kRate).at(0.5));
+    EXPECT_FALSE(PitchTracker(whiteNoise(0.5f, 44100, 7), kRate).at(0.5));
     const PitchTracker sine(risingSine(300.0, 0.0), kRate);
     for (const double seconds : {-1.0, 0.001, 0.999, 2.0})
         EXPECT_FALSE(sine.at(seconds)) << seconds;

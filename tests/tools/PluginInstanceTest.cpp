@@ -10,9 +10,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <numeric>
-#include <sstream>
 
 namespace orvane
 {
@@ -53,16 +51,14 @@ public:
 
     std::filesystem::path File(const char* name, const std::string& text)
     {
-        std::ofstream(mFolder.Path(name), std::ios::binary) << text;
+        writeTextFile(mFolder.Path(name), text);
         return mFolder.Path(name);
     }
     [[nodiscard]] std::string Text(const char* name) const
     {
-        std::ostringstream text;
-        text << std::ifstream(mFolder.Path(name), std::ios::binary).rdbuf();
-        return text.str();
+        return readTextFile(mFolder.Path(name));
     }
-    [[nodiscard]] std::vector<std::string> Names() const { return mFolder.Names(); }
+    [[nodiscard]] std::ptrdiff_t Files() const { return mFolder.Count(); }
 
     RenderResult Run(const TestSound& sound)
     {
@@ -75,7 +71,7 @@ public:
 
 private:
     EnvironmentVariable mMode;
-    ScratchFolder mFolder;
+    PrivateFolder mFolder;
     RenderRequest mRequest;
 };
 
@@ -89,14 +85,7 @@ TEST(PluginInstanceTest, ThePluginIsCalledInTheOrderOfHostsAndFindsOneThatRender
     render.Run(testVoice(1, 0.3, 48000));
     EXPECT_EQ(log.opcodes, (std::vector<std::int32_t>{effOpen, effSetSampleRate, effSetBlockSize,
                                                       effMainsChanged, effMainsChanged, effClose}));
-    EXPECT_EQ(log.version, 2400);
-    EXPECT_EQ(log.rate, 48000);
-    EXPECT_EQ(log.blockSize, 500);
-    EXPECT_EQ(log.processLevel, 4);
-    EXPECT_EQ(log.language, 1);
-    EXPECT_EQ(log.sendsMidi, 1);
-    EXPECT_EQ(log.vendor, "Orvane Inc.");
-    EXPECT_EQ(log.product, "kestrune-render");
+    EXPECT_EQ(log.host, "2400 48000 500 4 1 1 Orvane Inc. kestrune-render");
     ASSERT_EQ(log.blocks.size(), 30u);
     for (std::size_t i = 0; i + 1 < log.blocks.size(); ++i) {
         EXPECT_EQ(log.blocks[i], 500) << i;
@@ -178,33 +167,34 @@ TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
 
 TEST(PluginInstanceTest, StatesThatCannotBeLeaveNothingBehind)
 {
-    const std::string preset = "<preset version=\"1.0\"></preset>";
-    const auto refuse = [&](const char* mode, const char* says, auto ask) {
-        FakeRender render(mode);
-        ask(render, render.Request());
-        const std::vector<std::string> names = render.Names();
-        std::string text = says;
-        const std::string file = render.Request().state.preset.string();
-        if (const std::size_t place = text.find("FILE"); place != std::string::npos)
-            text.replace(place, 4, file);
-        expectZException(-1, text, [&] { render.Run(testVoice(1, 0.1)); });
-        EXPECT_EQ(render.Names().size(), names.size() + 1);  // the input
+    enum class Asked
+    {
+        kProgram,
+        kPreset,
+        kSave,
     };
-    refuse("", "the plug-in Fake has no program '3'; it has First (0), Second (1),  (2)",
-           [](FakeRender&, RenderRequest& request) { request.state.program = "3"; });
-    for (const auto& [mode, says] :
-         {std::pair("picky", "the plug-in Fake refuses what FILE holds"),
-          std::pair("chunkless", "the plug-in Fake stores no chunks: neither a chunk nor a preset "
-                                 "can be given to it or taken from it")})
-        refuse(mode, says, [&](FakeRender& render, RenderRequest& request) {
-            request.state.preset = render.File("p", preset);
-        });
-    refuse("chunkless",
-           "the plug-in Fake stores no chunks: neither a chunk nor a preset can be given to it or "
-           "taken from it",
-           [](FakeRender& render, RenderRequest& request) {
-               request.saveChunk = render.File("c", "");
-           });
+    const auto refusal = [](const char* mode, Asked asked) {
+        FakeRender render(mode);
+        RenderRequest& request = render.Request();
+        const auto file = render.File("f", "<preset version=\"1.0\"></preset>");
+        request.state.program = asked == Asked::kProgram ? "3" : "";
+        (asked == Asked::kSave ? request.saveChunk : request.state.preset) = file;
+        std::string says;
+        try {
+            render.Run(testVoice(1, 0.1));
+        } catch (const ZException& exception) {
+            says = exception.GetMessage().ToNarrow();
+        }
+        EXPECT_EQ(render.Files(), 2) << "the input and the preset";
+        return says;
+    };
+    EXPECT_EQ(refusal("", Asked::kProgram),
+              "the plug-in Fake has no program '3'; it has First (0), Second (1),  (2)");
+    EXPECT_TRUE(refusal("picky", Asked::kPreset).starts_with("the plug-in Fake refuses what /"));
+    for (const Asked asked : {Asked::kPreset, Asked::kSave})
+        EXPECT_EQ(refusal("chunkless", asked),
+                  "the plug-in Fake stores no chunks: neither a chunk nor a preset can be given to "
+                  "it or taken from it");
 }
 
 TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)

@@ -3,29 +3,14 @@
 #include "tools/singer/Singer.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
 #include <spawn.h>
-#include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace orvane
 {
-
-namespace
-{
-
-std::string contents(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
-
-}  // namespace
 
 void writeSound(const std::filesystem::path& path, const TestSound& sound)
 {
@@ -70,24 +55,10 @@ TestSound testVoice(int channels, double seconds, int rate)
     return sound;
 }
 
-ScratchFolder::ScratchFolder()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "kestrune-test-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::runtime_error("no scratch folder");
-    mPath = name;
-}
-
-ScratchFolder::~ScratchFolder()
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(mPath, ignored);
-}
-
-std::vector<std::string> ScratchFolder::Names() const
+std::vector<std::string> namesIn(const PrivateFolder& folder)
 {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(mPath))
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
         names.push_back(entry.path().filename());
     std::sort(names.begin(), names.end());
     return names;
@@ -124,8 +95,8 @@ ProgramRun RenderProgram::Finish()
         run.status = WEXITSTATUS(state);
     if (WIFSIGNALED(state))
         run.signal = WTERMSIG(state);
-    run.out = contents(mStreams.Path("out"));
-    run.err = contents(mStreams.Path("err"));
+    run.out = readTextFile(mStreams.Path("out"));
+    run.err = readTextFile(mStreams.Path("err"));
     return run;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdint>
+#include "support/PrivateFolder.h"
+
 #include <filesystem>
 #include <sndfile.h>
 #include <string>
@@ -30,22 +31,8 @@ void writeSound(const std::filesystem::path& path, const TestSound& sound);
 /// where there are two channels.
 [[nodiscard]] TestSound testVoice(int channels, double seconds, int rate = 44100);
 
-/// A folder that is gone with its object.
-class ScratchFolder
-{
-public:
-    ScratchFolder();
-    ~ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    [[nodiscard]] std::string Path(const std::string& name) const { return mPath / name; }
-    /// Names of all that is in it, in order.
-    [[nodiscard]] std::vector<std::string> Names() const;
-
-private:
-    std::filesystem::path mPath;
-};
+/// Names of all that is in a folder, in order.
+[[nodiscard]] std::vector<std::string> namesIn(const PrivateFolder& folder);
 
 /// How a run of the program ended.
 struct ProgramRun
@@ -67,7 +54,7 @@ public:
     [[nodiscard]] ProgramRun Finish();
 
 private:
-    ScratchFolder mStreams;
+    PrivateFolder mStreams;
     int mProcess = 0;
 };
 

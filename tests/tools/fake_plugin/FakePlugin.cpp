@@ -49,19 +49,6 @@ std::intptr_t writeText(void* room, const char* text)
     return 1;
 }
 
-std::intptr_t writeDisplay(const Fake& fake, std::int32_t index, void* room)
-{
-    const auto value = static_cast<double>(fake.values.at(static_cast<std::size_t>(index)));
-    switch (index) {
-    case 0:
-        return writeText(room, value < 1.0 ? "Bypass" : "On");
-    case 2:
-        return std::snprintf(static_cast<char*>(room), kTextRoom, "%g ms", 400.0 * value);
-    default:
-        return std::snprintf(static_cast<char*>(room), kTextRoom, "%g", value);
-    }
-}
-
 void logEvent(const Fake& fake, const std::string& event)
 {
     fakeLog().events.push_back(std::to_string(fake.frame) + ": " + event);
@@ -102,8 +89,6 @@ std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
     switch (opcode) {
     case effGetParamName:
         return writeText(ptr, kNames.at(static_cast<std::size_t>(index)));
-    case effGetParamDisplay:
-        return writeDisplay(fake, index, ptr);
     case effGetEffectName:
         return writeText(ptr, "Fake");
     case effGetVendorString:
@@ -139,21 +124,20 @@ std::intptr_t askHost(Fake& fake, std::int32_t opcode, void* ptr = nullptr)
     return fake.host(&fake.effect, opcode, 0, 0, ptr, 0.0f);
 }
 
-void logHost(Fake& fake)
+std::string hostOf(Fake& fake)
 {
-    FakePluginLog& log = fakeLog();
-    std::array<char, 64> text{};
-    log.version = askHost(fake, audioMasterVersion);
-    log.rate = askHost(fake, audioMasterGetSampleRate);
-    log.blockSize = askHost(fake, audioMasterGetBlockSize);
-    log.processLevel = askHost(fake, audioMasterGetCurrentProcessLevel);
-    log.language = askHost(fake, audioMasterGetLanguage);
-    std::snprintf(text.data(), text.size(), "sendVstMidiEvent");
-    log.sendsMidi = askHost(fake, audioMasterCanDo, text.data());
-    askHost(fake, audioMasterGetVendorString, text.data());
-    log.vendor = text.data();
-    askHost(fake, audioMasterGetProductString, text.data());
-    log.product = text.data();
+    std::string host;
+    for (const std::int32_t opcode :
+         {audioMasterVersion, audioMasterGetSampleRate, audioMasterGetBlockSize,
+          audioMasterGetCurrentProcessLevel, audioMasterGetLanguage})
+        host += std::to_string(askHost(fake, opcode)) + " ";
+    std::array<char, 64> text{"sendVstMidiEvent"};
+    host += std::to_string(askHost(fake, audioMasterCanDo, text.data()));
+    for (const std::int32_t opcode : {audioMasterGetVendorString, audioMasterGetProductString}) {
+        askHost(fake, opcode, text.data());
+        host += std::string(" ") + text.data();
+    }
+    return host;
 }
 
 void changeLatency(Fake& fake)
@@ -168,7 +152,7 @@ void logBlock(Fake& fake, std::int32_t frames)
 {
     FakePluginLog& log = fakeLog();
     if (log.blocks.empty())
-        logHost(fake);
+        log.host = hostOf(fake);
     log.blocks.push_back(frames);
     const auto* const time =
         reinterpret_cast<const VstTimeInfo*>(askHost(fake, audioMasterGetTime));

@@ -15,19 +15,11 @@ struct FakePluginLog
     std::vector<std::int32_t> blocks;   // frames of each
     std::vector<double> positions;      // of each, in frames, as the host tells
     std::vector<double> quarters;
-
     std::vector<std::string> events;  // "FRAME: ..." for each value and message, where it came
     std::vector<std::string> chunks;  // that came, "bank " or "program " before them
-
-    // Answers of the host in the first block.
-    std::intptr_t version = 0;
-    std::intptr_t rate = 0;
-    std::intptr_t blockSize = 0;
-    std::intptr_t processLevel = 0;
-    std::intptr_t language = 0;
-    std::intptr_t sendsMidi = 0;
-    std::string vendor;
-    std::string product;
+    /// The host's version, rate, block size, process level, language, whether it sends MIDI, its
+    /// vendor and name, as it answers in the first block.
+    std::string host;
 };
 
 /// Latency in frames, and the one to which it changes where the environment asks for that.
