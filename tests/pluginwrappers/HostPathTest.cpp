@@ -8,6 +8,7 @@
 #include "zlib/common/ZSignalLooper.h"
 
 #include "support/BoxRecorder.h"
+#include "support/Eventually.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "support/SmallPlugin.h"
@@ -311,8 +312,7 @@ TEST_F(HostPathTest, ChangesAreInForceWhenTheLoadingThreadBeginsAStreamAndElseAt
 
     StartTicking();  // by the wall clock, while the host plays
     SetGain(0.25f);
-    for (int i = 0; i < 2000 && app->Gain()->IsMarkedChanged(); ++i)
-        std::this_thread::sleep_for(1ms);
+    EXPECT_TRUE(eventually([this] { return !app->Gain()->IsMarkedChanged(); }));
     {
         const ZInterfaceLock tickIsOver;
     }

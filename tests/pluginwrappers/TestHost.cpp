@@ -2,9 +2,10 @@
 
 #include "pluginwrappers/common/VstOpcodes.h"
 
+#include "support/Eventually.h"
+
 #include <dlfcn.h>
 
-#include <chrono>
 #include <filesystem>
 #include <iterator>
 #include <mutex>
@@ -118,11 +119,7 @@ std::size_t threadCount()
 
 bool threadsFallTo(std::size_t count)
 {
-    using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::seconds(1);
-    while (threadCount() > count && Clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return threadCount() <= count;
+    return eventually([count] { return threadCount() <= count; });
 }
 
 }  // namespace orvane

@@ -70,7 +70,7 @@ void closeEffect(AEffect* effect);
 [[nodiscard]] std::size_t threadCount();
 
 /// Whether the process has no more threads than that. One that was joined may be listed for a
-/// moment longer, so it is waited for, a second at most.
+/// moment longer, so it is waited for.
 [[nodiscard]] bool threadsFallTo(std::size_t count);
 
 }  // namespace orvane
