@@ -265,6 +265,19 @@ RenderSettings prepare(PluginInstance& plugin, const PluginSettings& settings, i
     return settings.InForce(request.settings);
 }
 
+/// What the run has found, measured by the settings in force.
+void addFigures(RenderResult& result, const RenderRun& run)
+{
+    const ScaleGrid grid(result.settings);
+    result.frames = run.Frames();
+    result.latency = run.Latency();
+    result.timesRealtime = run.TimesRealtime();
+    result.peak = run.Peak();
+    result.points = run.Points();
+    result.before = distanceFromScale(result.points, grid, &PitchPoint::inputHz);
+    result.after = distanceFromScale(result.points, grid, &PitchPoint::outputHz);
+}
+
 }  // namespace
 
 RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
@@ -293,18 +306,11 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
     run.Run();
     writer.Close();
 
-    const ScaleGrid grid(result.settings);
-    result.frames = run.Frames();
-    result.latency = run.Latency();
+    addFigures(result, run);
     result.latencyMoved = plugin.Latency() != run.Latency();
     result.eventsLeft = events.Left();
     result.automationCalls = plugin.AutomationCalls();
-    result.timesRealtime = run.TimesRealtime();
     result.badSamples = reader.BadSamples();
-    result.peak = run.Peak();
-    result.points = run.Points();
-    result.before = distanceFromScale(result.points, grid, &PitchPoint::inputHz);
-    result.after = distanceFromScale(result.points, grid, &PitchPoint::outputHz);
 
     if (plot)
         writePitchPlot(plot->TemporaryPath(), plot->Name(), request, result);

@@ -89,13 +89,29 @@ void list(const std::filesystem::path& library)
     tell(describePlugin(plugin));
 }
 
-void run(RenderRequest request, const std::vector<std::string>& assignments,
-         const std::filesystem::path& library)
+/// What the user has called for.
+struct CommandLine
 {
-    for (const std::string& assignment : assignments)
+    RenderRequest request;
+    std::vector<std::string> assignments;
+    std::filesystem::path library;  // empty: the product's own
+    bool lists = false;
+};
+
+/// The names that stand by themselves.
+struct SoundFiles
+{
+    CLI::Option* in;
+    CLI::Option* out;
+};
+
+void render(CommandLine& command)
+{
+    RenderRequest& request = command.request;
+    for (const std::string& assignment : command.assignments)
         request.settings.Assign(assignment);
     watchForInterruption();
-    PluginInstance plugin(library);
+    PluginInstance plugin(command.library);
     if (request.input.empty())
         return drawWindow(request, plugin);
     const RenderResult result = renderOffline(request, plugin);
@@ -118,8 +134,21 @@ std::string refuseNoTime(const std::string& text)
     }
 }
 
-void addStateOptions(CLI::App& app, RenderRequest& request)
+SoundFiles addSoundFiles(CLI::App& app, RenderRequest& request)
 {
+    return {
+        app.add_option("IN", request.input, "Sound file, mono or stereo")->required(),
+        app.add_option("OUT", request.output, "File to write, in the format of IN")->required()};
+}
+
+void addStateOptions(CLI::App& app, CommandLine& command)
+{
+    RenderRequest& request = command.request;
+    app.add_option("--set", command.assignments, "A setting; can be given many times")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     app.add_option("--program", request.state.program, "A program of the plug-in")
         ->type_name("N|NAME");
     app.add_option("--preset", request.state.preset, "A preset, taken into the current program")
@@ -136,15 +165,50 @@ void addStateOptions(CLI::App& app, RenderRequest& request)
         ->type_name("FILE.mid");
 }
 
+/// A listing needs no sound.
+void addPluginOptions(CLI::App& app, CommandLine& command, const SoundFiles& files)
+{
+    app.add_option("--plugin", command.library,
+                   "Library to render with; else the program's own, or an installed one")
+        ->type_name("FILE");
+    app.add_flag_callback(
+        "--list",
+        [&command, files] {
+            command.lists = true;
+            files.in->required(false);
+            files.out->required(false);
+        },
+        "Tells what the plug-in says of itself, with its parameters, and ends");
+}
+
+void addRenderOptions(CLI::App& app, RenderRequest& request, const SoundFiles& files)
+{
+    app.add_option(
+           "--block", request.blockFrames,
+           "Frames fed at a time, as a host would; the sound is the same for all, but for the "
+           "moment at which automation acts")
+        ->check(CLI::Range(1, kLongestBlock))
+        ->capture_default_str();
+    app.add_option("--plot", request.plot, "Draws the pitch before and after")
+        ->type_name("FILE.png");
+    app.add_option("--report", request.report, "Writes all figures and the pitch track")
+        ->type_name("FILE.json");
+    app.add_flag("--keep-latency", request.keepsLatency,
+                 "Leaves the latency at the start of the output, which is longer by it");
+    for (const char* const ofSound :
+         {"--save-chunk", "--automate", "--midi", "--plot", "--report", "--keep-latency"})
+        app.get_option(ofSound)->needs(files.in);
+}
+
 /// A picture of the window needs no sound; with sound, all else is as without a picture.
-void addWindowOptions(CLI::App& app, RenderRequest& request, CLI::Option* in, CLI::Option* out)
+void addWindowOptions(CLI::App& app, RenderRequest& request, const SoundFiles& files)
 {
     CLI::Option* const window = app.add_option_function<std::string>(
         "--window",
-        [&request, in, out](const std::string& file) {
+        [&request, files](const std::string& file) {
             request.window.file = file;
-            in->required(false)->needs(out);
-            out->required(false)->needs(in);
+            files.in->required(false)->needs(files.out);
+            files.out->required(false)->needs(files.in);
         },
         "Draws the plug-in's window with the state and the settings given; with IN, at its end");
     window->type_name("FILE.png");
@@ -152,7 +216,7 @@ void addWindowOptions(CLI::App& app, RenderRequest& request, CLI::Option* in, CL
         ->type_name("SECONDS")
         ->check(refuseNoTime)
         ->needs(window)
-        ->needs(in);
+        ->needs(files.in);
     app.add_option("--window-scale", request.window.scale, "Draws it so many times as large")
         ->check(CLI::Range(1, kLargestScale))
         ->needs(window);
@@ -178,50 +242,15 @@ void requireListingAlone(const CLI::App& app)
 
 int parseAndRun(int argc, char** argv)
 {
-    RenderRequest request;
-    std::vector<std::string> assignments;
-    std::filesystem::path library;
-    bool lists = false;
+    CommandLine command;
     CLI::App app(kPurpose, "kestrune-render");
     app.footer(footer);
     app.set_version_flag("--version", "kestrune-render " KESTRUNE_VERSION);
-    CLI::Option* const in =
-        app.add_option("IN", request.input, "Sound file, mono or stereo")->required();
-    CLI::Option* const out =
-        app.add_option("OUT", request.output, "File to write, in the format of IN")->required();
-    app.add_option("--set", assignments, "A setting; can be given many times")
-        ->type_name("NAME=VALUE")
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    addStateOptions(app, request);
-    app.add_option("--plugin", library,
-                   "Library to render with; else the program's own, or an installed one")
-        ->type_name("FILE");
-    app.add_flag_callback(
-        "--list",
-        [&] {
-            lists = true;
-            in->required(false);
-            out->required(false);
-        },
-        "Tells what the plug-in says of itself, with its parameters, and ends");
-    app.add_option(
-           "--block", request.blockFrames,
-           "Frames fed at a time, as a host would; the sound is the same for all, but for the "
-           "moment at which automation acts")
-        ->check(CLI::Range(1, kLongestBlock))
-        ->capture_default_str();
-    app.add_option("--plot", request.plot, "Draws the pitch before and after")
-        ->type_name("FILE.png");
-    app.add_option("--report", request.report, "Writes all figures and the pitch track")
-        ->type_name("FILE.json");
-    app.add_flag("--keep-latency", request.keepsLatency,
-                 "Leaves the latency at the start of the output, which is longer by it");
-    addWindowOptions(app, request, in, out);
-    for (const char* const ofSound :
-         {"--save-chunk", "--automate", "--midi", "--plot", "--report", "--keep-latency"})
-        app.get_option(ofSound)->needs(in);
+    const SoundFiles files = addSoundFiles(app, command.request);
+    addStateOptions(app, command);
+    addPluginOptions(app, command, files);
+    addRenderOptions(app, command.request, files);
+    addWindowOptions(app, command.request, files);
     refuseEmptyValues(app);
     try {
         app.parse(argc, argv);
@@ -231,14 +260,14 @@ int parseAndRun(int argc, char** argv)
         failWith(std::string(error.what()) + " (--help tells how to call it)");
         return kFailed;
     }
-    if (lists)
+    if (command.lists)
         requireListingAlone(app);
-    if (library.empty())
-        library = findProductLibrary();
-    if (lists)
-        list(library);
+    if (command.library.empty())
+        command.library = findProductLibrary();
+    if (command.lists)
+        list(command.library);
     else
-        run(request, assignments, library);
+        render(command);
     return 0;
 }
 
