@@ -71,6 +71,14 @@ void onAnotherThread(const std::function<void()>& call)
     std::thread(call).join();
 }
 
+template <typename T>
+T fieldOf(const ZMessage& message, const char* name)
+{
+    T value{};
+    EXPECT_TRUE(message.Find(name, value)) << name;
+    return value;
+}
+
 /// The effect object over a small application, without a library or an entry function in between.
 class HostPathTest : public testing::Test
 {
@@ -381,22 +389,61 @@ TEST_F(HostPathTest, AudioAndInterfaceWorkSideBySide)
 
 TEST_F(HostPathTest, EventsOfMidiReachTheDocumentInOrder)
 {
-    VstMidiEvent note{};
-    note.type = kVstMidiType;
-    note.midiData[0] = static_cast<char>(0x90);
-    VstEvent systemExclusive{};
-    systemExclusive.type = 6;
+    struct Row
+    {
+        int status;
+        int first;
+        int second;
+        std::int32_t id;  // 0: no message
+        int bigAmount;
+    };
+    constexpr Row kRows[] = {
+        {0x83, 60, 64, ZMIDINOTEOFF, 0},
+        {0x9f, 60, 64, ZMIDINOTEON, 0},
+        {0x90, 60, 0, ZMIDINOTEOFF, 0},
+        {0xa1, 61, 7, ZMIDIPOLYPRESSURE, 0},
+        {0xb2, 1, 127, ZMIDICONTROLLER, 0},
+        {0x7f, 1, 2, 0, 0},
+        {0xc0, 5, 0, ZMIDIPROGRAMCHANGE, 0},
+        {0xd0, 99, 0, ZMIDICHANNELPRESSURE, 0},
+        {0xf0, 1, 2, 0, 0},
+        {0xe0, 1, 0x40, ZMIDIPITCHBEND, 0x2001},
+    };
+    constexpr std::size_t kCount = std::size(kRows);
+    std::array<VstMidiEvent, kCount> events{};
     struct
     {
         VstEvents head;
-        VstEvent* more[2];
-    } list{{4, 0, {reinterpret_cast<VstEvent*>(&note), &systemExclusive}},
-           {nullptr, reinterpret_cast<VstEvent*>(&note)}};
-    for (const std::int32_t count : {4, 0, -1}) {
+        VstEvent* more[kCount];
+    } list{};
+    VstEvent** const places = list.head.events;
+    VstEvent systemExclusive{};
+    systemExclusive.type = 6;
+    places[0] = &systemExclusive;
+    places[1] = nullptr;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        events[i].type = kVstMidiType;
+        const char bytes[] = {static_cast<char>(kRows[i].status), static_cast<char>(kRows[i].first),
+                              static_cast<char>(kRows[i].second)};
+        std::copy(std::begin(bytes), std::end(bytes), events[i].midiData);
+        places[i + 2] = reinterpret_cast<VstEvent*>(&events[i]);
+    }
+    for (const std::int32_t count : {static_cast<std::int32_t>(kCount) + 2, 0, -1}) {
         list.head.numEvents = count;
         EXPECT_EQ(Ask(effProcessEvents, 0, &list), 1);
-        EXPECT_EQ(app->Document()->midi.size(), 2u) << count;
     }
+    std::size_t next = 0;
+    for (const Row& row : kRows) {
+        if (row.id == 0)
+            continue;
+        const ZMessage& message = *app->Document()->midi.at(next++);
+        EXPECT_EQ(message.GetId(), row.id);
+        EXPECT_EQ(fieldOf<std::uint8_t>(message, "Channel"), row.status & 0x0f);
+        EXPECT_EQ(fieldOf<std::uint8_t>(message, "Which"), row.first);
+        EXPECT_EQ(fieldOf<std::uint8_t>(message, "Amount"), row.second);
+        EXPECT_EQ(fieldOf<std::uint16_t>(message, "BigAmount"), row.bigAmount);
+    }
+    EXPECT_EQ(app->Document()->midi.size(), next);
 }
 
 }  // namespace orvane
