@@ -407,13 +407,6 @@ void ZApp::LoadFont(const std::string& path)
         mFonts.push_back(path);
 }
 
-void ZApp::GetVersion(ZString& out) const
-{
-    out = mVersion ? ZString(std::to_string((*mVersion)[0]) + "." + std::to_string((*mVersion)[1]) +
-                             "." + std::to_string((*mVersion)[2]))
-                   : ZString();
-}
-
 bool ZApp::GetResourceString(std::int32_t id, ZString& out)
 {
     const auto lines = mResources.FindText("STRING", "strings.txt");

@@ -7,10 +7,8 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
-#include <array>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -62,8 +60,9 @@ public:
     void Started() override;
 
     [[nodiscard]] virtual ZString GetTitle() const { return mTitle; }
-    /// Three numbers joined by dots; empty when nobody has told the version.
-    virtual void GetVersion(ZString& out) const;
+    /// Three numbers joined by dots where the library carries a record of its version; it carries
+    /// none here, which gives an empty text.
+    virtual void GetVersion(ZString& out) const { out = ZString(); }
 
     /// Each makes a manager from its element, in the place of one that is there. Throws ZException
     /// -1 for another tag; what the manager's constructor throws goes through. [setup]
@@ -146,7 +145,6 @@ public:
     /// The description's own identifier comes in its place.
     void SetIdentifier(const ZString& identifier) { mIdentifier = identifier; }
     [[nodiscard]] const ZString& GetIdentifier() const { return mIdentifier; }
-    void SetVersion(const std::array<std::int32_t, 3>& numbers) { mVersion = numbers; }
     /// Window managers stand in a row above. Null for none.
     void SetWindowKeeperMaker(WindowKeeperMaker maker) { mMakeWindowKeeper = maker; }
     /// The thread that read the description.
@@ -181,7 +179,6 @@ private:
     ZString mTitle;
     ZString mIdentifier;
     ZString mResourceName;
-    std::optional<std::array<std::int32_t, 3>> mVersion;
     std::unique_ptr<ZAudioManager> mAudioManager;
     std::unique_ptr<ZDocumentManager> mDocumentManager;
     std::unique_ptr<ZWindowKeeper> mWindowManager;
