@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -30,34 +31,6 @@ using Degrees = std::vector<std::int32_t>;
 
 constexpr std::int32_t kKeyOfC = 3;
 constexpr std::int32_t kKeyOfFSharp = 9;
-
-/// Answers the dialog for a scale's name, and keeps what it was asked.
-class NameAnswers
-{
-public:
-    /// Names in turn; after the last of them Cancel.
-    explicit NameAnswers(std::vector<std::string> names)
-        : mBefore(KestruneNameScaleDialog::SetRunner(
-              [this, names = std::move(names)](ZApplication*, const ZString& resource,
-                                               ZString& name) {
-                  EXPECT_EQ(resource.ToNarrow(), "SaveCustomScale");
-                  offered.push_back(name.ToNarrow());
-                  if (offered.size() > names.size())
-                      return false;
-                  name = ZString(names[offered.size() - 1]);
-                  return true;
-              }))
-    {
-    }
-    NameAnswers(const NameAnswers&) = delete;
-    NameAnswers& operator=(const NameAnswers&) = delete;
-    ~NameAnswers() { KestruneNameScaleDialog::SetRunner(mBefore); }
-
-    std::vector<std::string> offered;
-
-private:
-    KestruneNameScaleDialog::Runner mBefore;
-};
 
 class KestruneDocumentTest : public testing::Test
 {
@@ -181,18 +154,27 @@ TEST_F(KestruneDocumentTest, EditedNotesBecomeAScaleOfTheUsersNameUnlessTheUserC
     const Degrees edited{0, 3, 6};
     EditNotes(edited);
     Send(KESTRUNECUSTOMSCALEDONE);  // there is no display to ask on
-    NameAnswers cancelled({});
-    Send(KESTRUNECUSTOMSCALEDONE);
-    app->Tick();
-    EXPECT_EQ(cancelled.offered, std::vector<std::string>{"Major (copy)"});
     const ZElement& scale = Element("scale");
     EXPECT_EQ(scale.CountDiscreteValues(), 4);
-    EXPECT_EQ(Notes(), edited);
 
-    NameAnswers answers({"", std::string(300, 'x')});
+    std::vector<std::string> offered;
+    std::vector<std::optional<std::string>> answers{std::nullopt, "", std::string(300, 'x')};
+    const auto before = KestruneNameScaleDialog::SetRunner(
+        [&](ZApplication*, const ZString& resource, ZString& name) {
+            EXPECT_EQ(resource.ToNarrow(), "SaveCustomScale");
+            const auto& answer = answers.at(offered.size());
+            offered.push_back(name.ToNarrow());
+            name = ZString(answer.value_or(""));
+            return answer.has_value();
+        });
     Send(KESTRUNECUSTOMSCALEDONE);
     app->Tick();
-    EXPECT_EQ(answers.offered, (std::vector<std::string>{"Major (copy)", ""}));
+    EXPECT_EQ(scale.CountDiscreteValues(), 4) << "cancelled";
+    EXPECT_EQ(Notes(), edited);
+    Send(KESTRUNECUSTOMSCALEDONE);
+    app->Tick();
+    KestruneNameScaleDialog::SetRunner(before);
+    EXPECT_EQ(offered, (std::vector<std::string>{"Major (copy)", "Major (copy)", ""}));
     EXPECT_EQ(scale.CountDiscreteValues(), 5);
     EXPECT_EQ(scale.GetDiscrete(), 4);
     EXPECT_EQ(scale.GetDiscreteString(4)->ToNarrow(), std::string(256, 'x'))

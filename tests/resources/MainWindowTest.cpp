@@ -65,18 +65,6 @@ std::int32_t widthIn(const char* typeface)
 
 }  // namespace
 
-TEST_F(MainWindowTest, IsBuiltWithItsDocumentAndWaitsForAHost)
-{
-    EXPECT_TRUE(mWindow.IsChild());
-    EXPECT_FALSE(mWindow.IsResizable());
-    EXPECT_EQ(mWindow.GetMaxFramesPerSecond(), 12);
-    EXPECT_EQ(mWindow.GetDocument(), mProduct->GetCurrentDocument().get());
-    EXPECT_NE(mWindow.FindDocumentMap(*mProduct->GetCurrentDocument()), nullptr);
-    EXPECT_FALSE(mWindow.IsAttached());
-    EXPECT_EQ(mWindow.GetNativeWindow(), nullptr);
-    EXPECT_EQ(mWindow.GetFrameTimer(), ZWindow::kNoTimer);
-}
-
 TEST_F(MainWindowTest, ItsLabelsAreSetInTheFontThatTheLibraryCarries)
 {
     ASSERT_TRUE(mProduct->GetFonts().empty());
