@@ -104,13 +104,8 @@ TEST_F(ParameterTest, ASwitchHasPropertiesAndNothingElseHas)
         const bool isSwitch = i < 2;
         EXPECT_EQ(ask(effect, effGetParameterProperties, i, 0, &properties), isSwitch ? 1 : 0);
         EXPECT_EQ(properties.flags, isSwitch ? kVstParameterIsSwitch : 77);
-        if (!isSwitch)
-            continue;
-        EXPECT_EQ(properties.maxInteger, 1);
-        EXPECT_EQ(properties.stepFloat, 1.0f);
-        EXPECT_EQ(properties.displayIndex, i + 1);
-        EXPECT_STREQ(properties.label, i == 0 ? "Correct Pitch" : "Transpose");
-        EXPECT_STREQ(properties.shortLabel, i == 0 ? "CrPi" : "Tran");
+        EXPECT_EQ(properties.maxInteger, isSwitch ? 1 : 0);
+        EXPECT_STREQ(properties.shortLabel, i == 0 ? "CrPi" : i == 1 ? "Tran" : "");
     }
 }
 
