@@ -32,7 +32,6 @@ public:
     float Advance(float frequency, float hold) noexcept;
 
     [[nodiscard]] float Ratio() const noexcept { return mCorrectionRatio; }
-    [[nodiscard]] float Smoothing() const noexcept { return mSmoothing; }
 
 private:
     [[nodiscard]] float NearestTarget(float semitones) const noexcept;

@@ -23,15 +23,13 @@ public:
     /// that factor), around a mark of the output, in stream samples. [audio thread]
     void AddTo(KestruneStereoRing& output, double mark, float formantFactor) noexcept;
 
+private:
     /// The window of length samples whose middle lies fraction (0 .. 1) of a sample late.
     ///
     /// w(u) = (1 + 1.125 cos(pi u) - 0.125 cos(3 pi u)) / 2 for u in -1 .. 1, computed as
     /// t^2 (3 - 2 t) with t = cos^2(pi u / 2), which is the same by cos(3 a) = 4 cos^3 a - 3 cos a.
     /// w(u) + w(u - 1) = 1, so grains of two periods a period apart add up to the input.
-    /// [audio thread]
     static void FillWindow(float* window, int length, float fraction) noexcept;
-
-private:
     void Resample(int channel, int resampledLength, float formantFactor, float centre) noexcept;
     /// Resample at the unit ratio: every sample moves by one offset, which runs in vector
     /// registers.

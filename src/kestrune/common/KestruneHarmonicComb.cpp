@@ -129,17 +129,4 @@ void KestruneHarmonicComb::Clear() noexcept
     std::fill(mComb.begin(), mComb.end(), 0.0f);
 }
 
-int KestruneHarmonicComb::HarmonicCount(int candidate) const noexcept
-{
-    return mHarmonicCount[static_cast<std::size_t>(candidate)];
-}
-
-int KestruneHarmonicComb::HarmonicBin(int candidate, int harmonic) const noexcept
-{
-    assert(harmonic < HarmonicCount(candidate));
-    const std::uint32_t first = mFirstBin[static_cast<std::size_t>(candidate / kLanes)];
-    const int place = harmonic * kLanes + candidate % kLanes;
-    return mHarmonicBins[first + static_cast<std::size_t>(place)];
-}
-
 }  // namespace orvane

@@ -32,11 +32,6 @@ public:
     /// All sums 0. [audio thread]
     void Clear() noexcept;
 
-    [[nodiscard]] int CandidateCount() const noexcept { return mCandidateCount; }
-    /// How many harmonics of a candidate are weighed, and the bin of each, from 0 on.
-    [[nodiscard]] int HarmonicCount(int candidate) const noexcept;
-    [[nodiscard]] int HarmonicBin(int candidate, int harmonic) const noexcept;
-
 private:
     /// Neighbouring candidates are summed side by side, in the lanes of a vector register.
     static constexpr int kLanes = 4;

@@ -46,11 +46,6 @@ int KestruneStereoRing::Index(long long streamPos) const noexcept
     return index < 0 ? index + mLength : index;
 }
 
-const float* KestruneStereoRing::Channel(int channel) const noexcept
-{
-    return mSamples[channel].data();
-}
-
 void KestruneStereoRing::Write(const float* const* inputs, int pos, int count) noexcept
 {
     assert(count <= mLength && pos < mLength);

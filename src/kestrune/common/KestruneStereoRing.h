@@ -18,8 +18,6 @@ public:
     [[nodiscard]] int Length() const noexcept { return mLength; }
     /// Index of a stream position, which may be negative by less than the length.
     [[nodiscard]] int Index(long long streamPos) const noexcept;
-    /// One channel, [0, Length()).
-    [[nodiscard]] const float* Channel(int channel) const noexcept;
 
     /// Puts count samples of each of the two inputs at pos. Samples that are not finite or beyond
     /// +180 dB of full scale become 0, for their squares would end in the analysis as infinities.
