@@ -16,6 +16,8 @@ namespace
 using Degrees = std::vector<std::int32_t>;
 using Applied = std::pair<int, int>;
 
+const Degrees kMajor{0, 2, 4, 5, 7, 9, 11};
+
 /// Notes the scales that are put in force.
 class ScaleBay : public ZPsolaBay
 {
@@ -37,7 +39,6 @@ public:
     {
         EXPECT_TRUE(bay->Prepare());
         Tick();
-        bay->applied.clear();
     }
 
     void Add(int count)
@@ -67,48 +68,31 @@ std::vector<std::string> namesOf(const ZElement& element)
 
 }  // namespace
 
-TEST(ZPsolaBayScalesTest, DefaultsPutCMajorInForce)
-{
-    PsolaBayBench<ScaleBay> bench;
-    ASSERT_TRUE(bench.bay->Prepare());
-    EXPECT_TRUE(bench.bay->applied.empty());
-    bench.Tick();
-    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 2, 4, 5, 7, 9, 11}));
-    EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), 0);
-    EXPECT_EQ(bench.bay->applied.back(), Applied(1, 0));
-}
-
-TEST(ZPsolaBayScalesTest, ChosenScaleShowsItsNotesAndDoesNotHearThem)
+TEST(ZPsolaBayScalesTest, ChosenAndEditedScalesExcludeEachOther)
 {
     Bench bench;
+    const auto isInForce = [&bench](const Applied& scale, const Degrees& notes, bool modified) {
+        EXPECT_EQ(bench.bay->applied.back(), scale);
+        EXPECT_EQ(bench.Flags("notesInScale"), notes);
+        EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), modified ? 1 : 0);
+    };
+    isInForce({1, 0}, kMajor, false);  // the default
+    bench.bay->applied.clear();
     bench.SetDiscrete("scale", 3);
-    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 3, 5, 6, 7, 10}));
-    EXPECT_EQ(bench.bay->applied, (std::vector<Applied>{{3, 0}}));
+    isInForce({3, 0}, {0, 3, 5, 6, 7, 10}, false);
     bench.Tick();
-    EXPECT_EQ(bench.bay->applied.size(), 1u);
-    EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), 0);
-}
+    EXPECT_EQ(bench.bay->applied.size(), 1u) << "the bay does not hear the notes that it shows";
 
-TEST(ZPsolaBayScalesTest, EditedNotesReplaceTheChosenScaleUntilOneIsChosen)
-{
-    Bench bench;
     bench.SetFlags("notesInScale", {0, 6});
+    isInForce({-1, 0}, {0, 6}, true);
     EXPECT_EQ(bench.Flags("currentCustomScale"), (Degrees{0, 6}));
-    EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), 1);
-    EXPECT_EQ(bench.bay->applied, (std::vector<Applied>{{-1, 0}}));
-
     bench.SetDiscrete("scale", 1);
-    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 2, 4, 5, 7, 9, 11}));
-    EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), 0);
-}
+    isInForce({1, 0}, kMajor, false);
 
-TEST(ZPsolaBayScalesTest, IntonationTakesTheChosenScaleAlsoWhenNotesWereEdited)
-{
-    Bench bench;
+    // A change of intonation takes the chosen scale, also when notes were edited.
     bench.SetFlags("notesInScale", {0, 6});
     bench.SetDiscrete("intonation", 4);
-    EXPECT_EQ(bench.bay->applied.back(), Applied(1, 4));
-    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 2, 4, 5, 7, 9, 11}));
+    isInForce({1, 4}, kMajor, true);
 }
 
 TEST(ZPsolaBayScalesTest, RestoredIndexGivesWayToEditedNotes)
@@ -194,13 +178,18 @@ TEST(ZPsolaBayScalesTest, SixteenScalesComeBackAndTheSeventeenthIsANameOnly)
     EXPECT_TRUE(archiveOf(*other.bay) == archive);
 }
 
-TEST(ZPsolaBayScalesTest, EditedNotesComeBack)
+TEST(ZPsolaBayScalesTest, EditedNotesComeBackAndSavingThemTellsNobody)
 {
     Bench bench;
     bench.SetDiscrete("scale", 2);
     bench.SetFlags("notesInScale", {0, 1, 10});
+    bench.Tick();
+    const std::string archive = archiveOf(*bench.bay);
+    EXPECT_FALSE(bench.Element("customScaleTones").IsMarkedChanged());
+    EXPECT_FALSE(bench.Element("currentScaleIndex").IsMarkedChanged());
+    EXPECT_FALSE(bench.application.HasMessages());
     Bench other;
-    other.bay->RestoreBody(firstElement(archiveOf(*bench.bay)));
+    other.bay->RestoreBody(firstElement(archive));
     other.application.ProcessQueue();
     other.Tick();
     EXPECT_EQ(other.Flags("notesInScale"), (Degrees{0, 1, 10}));
@@ -221,17 +210,6 @@ TEST(ZPsolaBayScalesTest, FewerNamesLeaveNoScaleThatHasNone)
     EXPECT_EQ(bench.Element("scale").GetDiscrete(), 1);
     EXPECT_EQ(bench.Element("scale").GetDiscreteDefault(), 1);
     EXPECT_TRUE(archiveOf(*bench.bay) == archive);
-}
-
-TEST(ZPsolaBayScalesTest, SavingTellsNobody)
-{
-    Bench bench;
-    bench.Add(1);
-    bench.Tick();
-    static_cast<void>(archiveOf(*bench.bay));
-    EXPECT_FALSE(bench.Element("customScaleTones").IsMarkedChanged());
-    EXPECT_FALSE(bench.Element("currentScaleIndex").IsMarkedChanged());
-    EXPECT_FALSE(bench.application.HasMessages());
 }
 
 }  // namespace orvane
