@@ -1,7 +1,7 @@
 #include "support/ElementArchiveCheck.h"
 #include "support/ExpectZException.h"
+#include "support/MessageRecorder.h"
 #include "support/TextMutation.h"
-#include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 
 #include <gtest/gtest.h>
@@ -16,17 +16,6 @@ namespace orvane
 
 namespace
 {
-
-class Observer : public ZHandler
-{
-public:
-    using ZHandler::ZHandler;
-    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
-    {
-        changes += message->GetId() == ZELEMENTCHANGED ? 1 : 0;
-    }
-    int changes = 0;
-};
 
 class ZElementArchiveTest : public testing::Test
 {
@@ -144,7 +133,7 @@ TEST_F(ZElementArchiveTest, RestoringAppliesValuesByNameAndTellsEverybodyAtOnce)
 {
     const auto tree = Make(elementsOfEachType());
     const auto find = [&](const char* name) { return findBelow(*tree, name); };
-    Observer observer("observer", &application);
+    MessageRecorder observer(&application);
     find("gain")->AddObserver(&observer);
     const std::string values =
         "<subelements><element name=\"unknown\" floatvalue=\"3\" />"
@@ -160,7 +149,7 @@ TEST_F(ZElementArchiveTest, RestoringAppliesValuesByNameAndTellsEverybodyAtOnce)
     EXPECT_EQ(find("key")->GetDiscrete(), 1) << "clamped to the list";
     EXPECT_EQ(find("place")->GetZPos(), 7) << "not mentioned";
     application.ProcessQueue();
-    EXPECT_EQ(observer.changes, 1) << "without a flush";
+    EXPECT_EQ(observer.ids, (MessageIds{ZATTACHEDTOELEMENT, ZELEMENTCHANGED})) << "without a flush";
     EXPECT_FALSE(find("gain")->IsMarkedChanged());
 
     find("key")->RestoreBody(firstElement("<element name=\"key\" int32value=\"-3\" />"));

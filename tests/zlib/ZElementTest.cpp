@@ -1,10 +1,10 @@
 #include "zlib/common/ZElement.h"
 
 #include "support/ExpectZException.h"
+#include "support/MessageRecorder.h"
 #include "support/RealtimeGuard.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZMessage.h"
 #include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZXMLElement.h"
 
@@ -26,35 +26,12 @@ namespace orvane
 namespace
 {
 
-/// Remembers the ids of all messages about an element.
-class Observer : public ZHandler
-{
-public:
-    explicit Observer(ZLooper* looper)
-        : ZHandler("observer", looper)
-    {
-    }
-    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
-    {
-        heard.push_back(message->GetId());
-        std::uint64_t elementId = 0;
-        ASSERT_TRUE(message->Find("elementid", elementId));
-        if (onMessage)
-            onMessage();
-    }
-
-    std::vector<std::int32_t> heard;
-    std::function<void()> onMessage;
-};
-
-using Ids = std::vector<std::int32_t>;
-
 /// What the observer hears when the application's queue runs.
-Ids heardBy(Observer& observer, SmallApplication& application)
+MessageIds heardBy(MessageRecorder& observer, SmallApplication& application)
 {
-    observer.heard.clear();
+    observer.ids.clear();
     application.ProcessQueue();
-    return observer.heard;
+    return observer.ids;
 }
 
 }  // namespace
@@ -131,16 +108,16 @@ class ZElementNotificationTest : public testing::Test
 {
 protected:
     SmallApplication application;
-    Observer host{&application};
-    Observer view{&application};
+    MessageRecorder host{&application};
+    MessageRecorder view{&application};
     ZElement gain{"gain", ZElement::ZFLOAT, &application};
 
     void SetUp() override
     {
         gain.AddObserver(&host);
         gain.AddObserver(&view);
-        ASSERT_EQ(heardBy(view, application), Ids{ZATTACHEDTOELEMENT});
-        host.heard.clear();
+        ASSERT_EQ(heardBy(view, application), MessageIds{ZATTACHEDTOELEMENT});
+        host.ids.clear();
     }
 };
 
@@ -148,47 +125,48 @@ TEST_F(ZElementNotificationTest, ManyChangesAreHeardOnceAfterTheFlush)
 {
     gain.SetZFloat(0.1f, false);
     gain.SetZFloat(0.2f, false);
-    EXPECT_EQ(heardBy(view, application), Ids{}) << "a setter only marks";
+    EXPECT_EQ(heardBy(view, application), MessageIds{}) << "a setter only marks";
     gain.FlushMark(&host);
     gain.SetZFloat(0.3f, false);
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(view, application), Ids{ZELEMENTCHANGED});
-    EXPECT_EQ(host.heard, Ids{ZELEMENTCHANGED});
+    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED});
+    EXPECT_EQ(host.ids, MessageIds{ZELEMENTCHANGED});
     gain.SetZFloat(0.4f, true);
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(view, application), Ids{}) << "the mark is taken, the quiet form sets none";
+    EXPECT_EQ(heardBy(view, application), MessageIds{})
+        << "the mark is taken, the quiet form sets none";
 }
 
 TEST_F(ZElementNotificationTest, WhatTheHostHasSetIsNotHandedBackToIt)
 {
     gain.MarkChangedByHost();
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(view, application), Ids{ZELEMENTCHANGED});
-    EXPECT_TRUE(host.heard.empty());
+    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED});
+    EXPECT_TRUE(host.ids.empty());
 
     gain.MarkChangedByHost();
     gain.SetZFloat(0.2f, false);  // after the host's value: the host does not know this one
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(host, application), Ids{ZELEMENTCHANGED});
+    EXPECT_EQ(heardBy(host, application), MessageIds{ZELEMENTCHANGED});
 }
 
 TEST_F(ZElementNotificationTest, NeitherTheSenderNorWhoHasNoLooperHears)
 {
     gain.ElementChanged(&view, false);
-    EXPECT_EQ(heardBy(view, application), Ids{});
+    EXPECT_EQ(heardBy(view, application), MessageIds{});
     view.SetLooper(nullptr);
     gain.ElementChanged(nullptr, false);
-    EXPECT_EQ(heardBy(view, application), Ids{});
-    EXPECT_EQ(host.heard.size(), 2u);
+    EXPECT_EQ(heardBy(view, application), MessageIds{});
+    EXPECT_EQ(host.ids.size(), 2u);
 }
 
 TEST_F(ZElementNotificationTest, AChangeOfFormIsToldAtOnceAndMarked)
 {
     gain.SetRange(0.0f, 3.0f, true);
-    EXPECT_EQ(heardBy(view, application), Ids{});
+    EXPECT_EQ(heardBy(view, application), MessageIds{});
     EXPECT_FALSE(gain.IsMarkedChanged());
     gain.SetRange(0.0f, 2.0f, false);
-    EXPECT_EQ(heardBy(view, application), Ids{ZELEMENTUPDATED});
+    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTUPDATED});
     EXPECT_TRUE(gain.IsMarkedChanged());
 }
 
@@ -199,15 +177,15 @@ TEST_F(ZElementNotificationTest, AnObserverMayLeaveWhileItIsTold)
         gain.RemoveObserver(&view);
     };
     gain.ElementChanged(nullptr, false);
-    EXPECT_EQ(heardBy(view, application), Ids{ZELEMENTCHANGED}) << "it was on its way";
+    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED}) << "it was on its way";
     gain.ElementChanged(nullptr, false);
-    EXPECT_EQ(heardBy(view, application), Ids{});
+    EXPECT_EQ(heardBy(view, application), MessageIds{});
 }
 
 TEST(ZElementThreadTest, SettersNeitherAllocateNorLock)
 {
     SmallApplication application;
-    Observer view(&application);
+    MessageRecorder view(&application);
     ZElement gain("gain", ZElement::ZFLOAT, &application);
     ZElement key("key", ZElement::ZDISCRETE, &application);
     ZElement flags("flags", ZElement::ZBUFFER, &application, 12);
@@ -233,7 +211,7 @@ TEST(ZElementThreadTest, SettersNeitherAllocateNorLock)
 TEST(ZElementThreadTest, AudioThreadAndInterfaceThreadShareElements)
 {
     SmallApplication application;
-    Observer view(&application);
+    MessageRecorder view(&application);
     ZElement gain("gain", ZElement::ZFLOAT, &application);
     ZElement key("key", ZElement::ZDISCRETE, &application);
     ZElement flags("flags", ZElement::ZBUFFER, &application, 12);

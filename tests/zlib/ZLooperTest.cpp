@@ -1,6 +1,7 @@
 #include "zlib/common/ZLooper.h"
 
 #include "support/Eventually.h"
+#include "support/MessageRecorder.h"
 #include "zlib/common/ZInterfaceLock.h"
 #include "zlib/common/ZInterfaceThread.h"
 #include "zlib/common/ZMessage.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -24,7 +24,6 @@ namespace
 {
 
 using MessagePtr = boost::shared_ptr<const ZMessage>;
-using Ids = std::vector<std::int32_t>;
 
 MessagePtr messageOf(std::int32_t id)
 {
@@ -45,26 +44,6 @@ void sendChange(ZLooper& looper, const ZObject& element, ZHandler& target)
     if (!looper.IsElementChangePending(*change, &target))
         looper.PostZMessage(change, &target);
 }
-
-class RecordingHandler : public ZHandler
-{
-public:
-    explicit RecordingHandler(ZLooper& looper)
-        : ZHandler("recording", &looper)
-    {
-    }
-    void HandleZMessage(MessagePtr message) override
-    {
-        ids.push_back(message->GetId());
-        if (onMessage)
-            onMessage();
-        ++delivered;
-    }
-
-    Ids ids;
-    std::function<void()> onMessage;
-    std::atomic<int> delivered{0};
-};
 
 /// A looper that counts its ticks and the timers that come to it.
 class TickingLooper : public ZLooper
@@ -103,7 +82,7 @@ protected:
 TEST(ZLooperTest, DeliversInOrderOfPostingAndOnlyWhenServed)
 {
     ZLooper looper("test");
-    RecordingHandler handler(looper);
+    MessageRecorder handler(&looper);
     looper.ProcessQueue();
     handler.PostZMessage(messageOf(ZMUTE));
     looper.PostZMessage(messageOf(ZPLAY), &handler);
@@ -111,15 +90,15 @@ TEST(ZLooperTest, DeliversInOrderOfPostingAndOnlyWhenServed)
     EXPECT_TRUE(looper.HasMessages());
     EXPECT_TRUE(handler.ids.empty());
     looper.HandleZMessage(messageOf(ZQUEUECHANGED));
-    EXPECT_EQ(handler.ids, (Ids{ZMUTE, ZPLAY, ZMUTE}));
+    EXPECT_EQ(handler.ids, (MessageIds{ZMUTE, ZPLAY, ZMUTE}));
     EXPECT_FALSE(looper.HasMessages());
 }
 
 TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesceUntilOneIsDelivered)
 {
     ZLooper looper("test");
-    RecordingHandler first(looper);
-    RecordingHandler second(looper);
+    MessageRecorder first(&looper);
+    MessageRecorder second(&looper);
     const ZObject element;
     const ZObject other;
     for (int i = 0; i < 3; ++i) {
@@ -141,9 +120,9 @@ TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesceUntilOneIsDelivered)
 TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
 {
     ZLooper looper("test");
-    RecordingHandler stays(looper);
+    MessageRecorder stays(&looper);
     const ZObject element;
-    auto leaves = std::make_unique<RecordingHandler>(looper);
+    auto leaves = std::make_unique<MessageRecorder>(&looper);
     looper.PostZMessage(messageOf(ZPLAY), leaves.get());
     sendChange(looper, element, *leaves);
     sendChange(looper, element, stays);
@@ -161,7 +140,7 @@ TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
 TEST(ZLooperTest, TicksAndTimersComeOnTheInterfaceThreadUntilTheyAreRemoved)
 {
     TickingLooper looper;
-    RecordingHandler handler(looper);
+    MessageRecorder handler(&looper);
     std::atomic<bool> proper{false};
     handler.onMessage = [&] {
         proper = ZInterfaceThread::IsCurrent() && ZInterfaceLock::IsHeld() && looper.ticks > 0;
@@ -169,7 +148,7 @@ TEST(ZLooperTest, TicksAndTimersComeOnTheInterfaceThreadUntilTheyAreRemoved)
     looper.InitLooper();
     looper.InitLooper();
     handler.PostZMessage(messageOf(ZPLAY));
-    EXPECT_TRUE(eventually([&] { return handler.delivered == 1; }));
+    EXPECT_TRUE(eventually([&] { return handler.count == 1; }));
     EXPECT_TRUE(proper);
 
     const std::int32_t id = looper.AddTimer(2000, 0);
@@ -184,23 +163,23 @@ TEST(ZLooperTest, TicksAndTimersComeOnTheInterfaceThreadUntilTheyAreRemoved)
 TEST(ZLooperTest, ThreadModeStartsBeforeRunReturnsAndEndsAtQuit)
 {
     TickingLooper looper;
-    RecordingHandler handler(looper);
+    MessageRecorder handler(&looper);
     looper.Run();
     EXPECT_TRUE(looper.started);
     handler.PostZMessage(messageOf(ZPLAY));
-    EXPECT_TRUE(eventually([&] { return handler.delivered == 1; }));
+    EXPECT_TRUE(eventually([&] { return handler.count == 1; }));
     looper.Quit();
     handler.PostZMessage(messageOf(ZPLAY));
     TickingLooper other;
     other.InitLooper();
     EXPECT_TRUE(other.SeesTicks(2));
-    EXPECT_EQ(handler.delivered, 1);
+    EXPECT_EQ(handler.count, 1);
 }
 
 TEST(ZLooperTest, ThreadsPostAndBroadcastWhileHandlersComeAndGo)
 {
     ZLooper looper("test");
-    RecordingHandler handler(looper);
+    MessageRecorder handler(&looper);
     const ZObject element;
     std::atomic<int> posting{3};
     std::vector<std::thread> threads;
@@ -214,7 +193,7 @@ TEST(ZLooperTest, ThreadsPostAndBroadcastWhileHandlersComeAndGo)
             --posting;
         });
     while (posting > 0) {
-        const RecordingHandler passing(looper);
+        const MessageRecorder passing(&looper);
         looper.ProcessNextMessage();
     }
     for (std::thread& thread : threads)

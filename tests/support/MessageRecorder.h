@@ -1,0 +1,37 @@
+#pragma once
+
+#include "zlib/common/ZHandler.h"
+#include "zlib/common/ZMessage.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace orvane
+{
+
+using MessageIds = std::vector<std::int32_t>;
+
+/// A handler that remembers the messages it gets by their ids.
+class MessageRecorder : public ZHandler
+{
+public:
+    explicit MessageRecorder(ZLooper* looper)
+        : ZHandler("recorder", looper)
+    {
+    }
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        ids.push_back(message->GetId());
+        if (onMessage)
+            onMessage();
+        ++count;
+    }
+
+    MessageIds ids;
+    std::function<void()> onMessage;
+    std::atomic<int> count{0};  // [any thread]
+};
+
+}  // namespace orvane
