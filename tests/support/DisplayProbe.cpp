@@ -4,7 +4,6 @@
 #include <xcb/xtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <numeric>
 #include <span>
@@ -26,11 +25,6 @@ bool waitFor(const std::function<bool()>& condition)
     return true;
 }
 
-void DisplayProbe::Freer::operator()(void* memory) const
-{
-    std::free(memory);
-}
-
 DisplayProbe::DisplayProbe()
     : mConnection(xcb_connect(nullptr, nullptr))
 {
@@ -38,12 +32,9 @@ DisplayProbe::DisplayProbe()
         throw std::runtime_error("no display");
     const xcb_setup_t* const setup = xcb_get_setup(mConnection);
     mScreen = xcb_setup_roots_iterator(setup).data;
-    mKeys.reset(xcb_get_keyboard_mapping_reply(
-        mConnection,
-        xcb_get_keyboard_mapping(
-            mConnection, setup->min_keycode,
-            static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1)),
-        nullptr));
+    const int count = setup->max_keycode - setup->min_keycode + 1;
+    mKeys = Ask(xcb_get_keyboard_mapping, xcb_get_keyboard_mapping_reply, setup->min_keycode,
+                static_cast<std::uint8_t>(count));
 }
 
 DisplayProbe::~DisplayProbe()
@@ -91,29 +82,10 @@ xcb_window_t DisplayProbe::MakeDeepWindow(const xcb_rectangle_t& rect)
     return window;
 }
 
-void DisplayProbe::Show(xcb_window_t window)
-{
-    xcb_map_window(mConnection, window);
-    Sync();
-}
-
-void DisplayProbe::Hide(xcb_window_t window)
-{
-    xcb_unmap_window(mConnection, window);
-    Sync();
-}
-
 void DisplayProbe::Reparent(xcb_window_t window, xcb_window_t parent, int x, int y)
 {
-    xcb_reparent_window(mConnection, window, parent, static_cast<std::int16_t>(x),
-                        static_cast<std::int16_t>(y));
-    Sync();
-}
-
-void DisplayProbe::Destroy(xcb_window_t window)
-{
-    xcb_destroy_window(mConnection, window);
-    Sync();
+    Do(xcb_reparent_window, window, parent, static_cast<std::int16_t>(x),
+       static_cast<std::int16_t>(y));
 }
 
 void DisplayProbe::SendMessage(xcb_window_t window, const char* type, std::uint32_t first)
@@ -124,39 +96,20 @@ void DisplayProbe::SendMessage(xcb_window_t window, const char* type, std::uint3
     message.window = window;
     message.type = GetAtom(type);
     message.data.data32[0] = first;
-    xcb_send_event(mConnection, 0, window, 0, reinterpret_cast<const char*>(&message));
-    Sync();
+    Do(xcb_send_event, std::uint8_t{0}, window, 0u, reinterpret_cast<const char*>(&message));
 }
 
 xcb_atom_t DisplayProbe::GetAtom(std::string_view name)
 {
-    const Pointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        mConnection,
-        xcb_intern_atom(mConnection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr));
+    const auto reply = Ask(xcb_intern_atom, xcb_intern_atom_reply, std::uint8_t{0},
+                           static_cast<std::uint16_t>(name.size()), name.data());
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 void DisplayProbe::Fake(std::uint8_t type, std::uint8_t detail, int x, int y)
 {
-    xcb_test_fake_input(mConnection, type, detail, XCB_CURRENT_TIME, GetRoot(),
-                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
-    Sync();
-}
-
-void DisplayProbe::MovePointer(int x, int y)
-{
-    Fake(XCB_MOTION_NOTIFY, 0, x, y);
-}
-
-void DisplayProbe::Press(std::uint8_t button)
-{
-    Fake(XCB_BUTTON_PRESS, button);
-}
-
-void DisplayProbe::Release(std::uint8_t button)
-{
-    Fake(XCB_BUTTON_RELEASE, button);
+    Do(xcb_test_fake_input, type, detail, kNow, GetRoot(), static_cast<std::int16_t>(x),
+       static_cast<std::int16_t>(y), std::uint8_t{0});
 }
 
 void DisplayProbe::Click(std::uint8_t button, int times)
@@ -169,29 +122,11 @@ void DisplayProbe::Click(std::uint8_t button, int times)
 
 bool DisplayProbe::Grab()
 {
-    const Pointer<xcb_grab_pointer_reply_t> reply(xcb_grab_pointer_reply(
-        mConnection,
-        xcb_grab_pointer(mConnection, 0, GetRoot(), XCB_EVENT_MASK_BUTTON_PRESS,
-                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
-                         XCB_CURRENT_TIME),
-        nullptr));
+    const auto reply = Ask(xcb_grab_pointer, xcb_grab_pointer_reply, std::uint8_t{0}, GetRoot(),
+                           std::uint16_t{XCB_EVENT_MASK_BUTTON_PRESS},
+                           std::uint8_t{XCB_GRAB_MODE_ASYNC}, std::uint8_t{XCB_GRAB_MODE_ASYNC},
+                           xcb_window_t{XCB_NONE}, xcb_cursor_t{XCB_NONE}, kNow);
     return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-}
-
-void DisplayProbe::Ungrab()
-{
-    xcb_ungrab_pointer(mConnection, XCB_CURRENT_TIME);
-    Sync();
-}
-
-void DisplayProbe::PressKey(std::uint32_t symbol)
-{
-    Fake(XCB_KEY_PRESS, FindKey(symbol));
-}
-
-void DisplayProbe::ReleaseKey(std::uint32_t symbol)
-{
-    Fake(XCB_KEY_RELEASE, FindKey(symbol));
 }
 
 void DisplayProbe::TypeKey(std::uint32_t symbol)
@@ -219,21 +154,18 @@ std::uint32_t DisplayProbe::FindSymbol(xcb_keycode_t key) const
 void DisplayProbe::ChangeKey(std::uint32_t symbol, std::uint32_t other)
 {
     const std::vector<std::uint32_t> symbols(mKeys->keysyms_per_keycode, other);
-    xcb_change_keyboard_mapping(mConnection, 1, FindKey(symbol), mKeys->keysyms_per_keycode,
-                                symbols.data());
-    Sync();
+    Do(xcb_change_keyboard_mapping, std::uint8_t{1}, FindKey(symbol), mKeys->keysyms_per_keycode,
+       symbols.data());
 }
 
 void DisplayProbe::Focus(xcb_window_t window)
 {
-    xcb_set_input_focus(mConnection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
-    Sync();
+    Do(xcb_set_input_focus, std::uint8_t{XCB_INPUT_FOCUS_PARENT}, window, kNow);
 }
 
 xcb_window_t DisplayProbe::GetFocus()
 {
-    const Pointer<xcb_get_input_focus_reply_t> reply(
-        xcb_get_input_focus_reply(mConnection, xcb_get_input_focus(mConnection), nullptr));
+    const auto reply = Ask(xcb_get_input_focus, xcb_get_input_focus_reply);
     return reply ? reply->focus : xcb_window_t{XCB_NONE};
 }
 
@@ -251,19 +183,17 @@ std::vector<std::uint32_t> DisplayProbe::TakeKeys()
 
 std::uint32_t DisplayProbe::PixelAt(int x, int y)
 {
-    const Pointer<xcb_get_image_reply_t> reply(xcb_get_image_reply(
-        mConnection,
-        xcb_get_image(mConnection, XCB_IMAGE_FORMAT_Z_PIXMAP, GetRoot(),
-                      static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 1, 1, ~0U),
-        nullptr));
+    const auto reply =
+        Ask(xcb_get_image, xcb_get_image_reply, std::uint8_t{XCB_IMAGE_FORMAT_Z_PIXMAP}, GetRoot(),
+            static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), std::uint16_t{1},
+            std::uint16_t{1}, ~0U);
     const std::uint8_t* const bytes = xcb_get_image_data(reply.get());
     return static_cast<std::uint32_t>(bytes[2] << 16 | bytes[1] << 8 | bytes[0]);
 }
 
 std::vector<xcb_window_t> DisplayProbe::GetChildren(xcb_window_t window)
 {
-    const Pointer<xcb_query_tree_reply_t> reply(
-        xcb_query_tree_reply(mConnection, xcb_query_tree(mConnection, window), nullptr));
+    const auto reply = Ask(xcb_query_tree, xcb_query_tree_reply, window);
     if (!reply)
         return {};
     const xcb_window_t* const first = xcb_query_tree_children(reply.get());
@@ -272,18 +202,15 @@ std::vector<xcb_window_t> DisplayProbe::GetChildren(xcb_window_t window)
 
 xcb_rectangle_t DisplayProbe::GetPlace(xcb_window_t window)
 {
-    const Pointer<xcb_get_geometry_reply_t> reply(
-        xcb_get_geometry_reply(mConnection, xcb_get_geometry(mConnection, window), nullptr));
+    const auto reply = Ask(xcb_get_geometry, xcb_get_geometry_reply, window);
     return reply ? xcb_rectangle_t{reply->x, reply->y, reply->width, reply->height}
                  : xcb_rectangle_t{};
 }
 
 std::vector<std::uint8_t> DisplayProbe::GetProperty(xcb_window_t window, const char* name)
 {
-    const Pointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        mConnection,
-        xcb_get_property(mConnection, 0, window, GetAtom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 100),
-        nullptr));
+    const auto reply = Ask(xcb_get_property, xcb_get_property_reply, std::uint8_t{0}, window,
+                           GetAtom(name), xcb_atom_t{XCB_GET_PROPERTY_TYPE_ANY}, 0u, 100u);
     if (!reply)
         return {};
     const auto* const bytes = static_cast<const std::uint8_t*>(xcb_get_property_value(reply.get()));
@@ -292,8 +219,7 @@ std::vector<std::uint8_t> DisplayProbe::GetProperty(xcb_window_t window, const c
 
 std::vector<std::uint32_t> DisplayProbe::GetOtherClients()
 {
-    const Pointer<xcb_res_query_clients_reply_t> reply(
-        xcb_res_query_clients_reply(mConnection, xcb_res_query_clients(mConnection), nullptr));
+    const auto reply = Ask(xcb_res_query_clients, xcb_res_query_clients_reply);
     std::vector<std::uint32_t> others;
     const std::span all(
         xcb_res_query_clients_clients(reply.get()),
@@ -316,9 +242,8 @@ std::uint32_t DisplayProbe::CountResources()
 {
     std::uint32_t count = 0;
     for (const std::uint32_t client : GetOtherClients()) {
-        const Pointer<xcb_res_query_client_resources_reply_t> reply(
-            xcb_res_query_client_resources_reply(
-                mConnection, xcb_res_query_client_resources(mConnection, client), nullptr));
+        const auto reply =
+            Ask(xcb_res_query_client_resources, xcb_res_query_client_resources_reply, client);
         if (!reply)
             continue;
         const std::span types(
@@ -329,12 +254,6 @@ std::uint32_t DisplayProbe::CountResources()
             [](std::uint32_t sum, const xcb_res_type_t& type) { return sum + type.count; });
     }
     return count;
-}
-
-void DisplayProbe::Sync()
-{
-    const Pointer<xcb_get_input_focus_reply_t> reply(
-        xcb_get_input_focus_reply(mConnection, xcb_get_input_focus(mConnection), nullptr));
 }
 
 }  // namespace orvane

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -31,26 +32,26 @@ public:
     xcb_window_t MakeWindow(const xcb_rectangle_t& rect, bool shown = true);
     /// A window of 32 bits a pixel, as some hosts have; XCB_NONE where the display has none.
     xcb_window_t MakeDeepWindow(const xcb_rectangle_t& rect);
-    void Show(xcb_window_t window);
-    void Hide(xcb_window_t window);
+    void Show(xcb_window_t window) { Do(xcb_map_window, window); }
+    void Hide(xcb_window_t window) { Do(xcb_unmap_window, window); }
     void Reparent(xcb_window_t window, xcb_window_t parent, int x, int y);
-    void Destroy(xcb_window_t window);
+    void Destroy(xcb_window_t window) { Do(xcb_destroy_window, window); }
     /// Sends a message of 32 bit items to a window, as a window manager does.
     void SendMessage(xcb_window_t window, const char* type, std::uint32_t first);
     [[nodiscard]] xcb_atom_t GetAtom(std::string_view name);
 
     /// Moves the pointer to a place on the screen.
-    void MovePointer(int x, int y);
-    void Press(std::uint8_t button);
-    void Release(std::uint8_t button);
+    void MovePointer(int x, int y) { Fake(XCB_MOTION_NOTIFY, 0, x, y); }
+    void Press(std::uint8_t button) { Fake(XCB_BUTTON_PRESS, button); }
+    void Release(std::uint8_t button) { Fake(XCB_BUTTON_RELEASE, button); }
     /// Several times, without a pause.
     void Click(std::uint8_t button, int times = 1);
     /// Holds the mouse as another program does; whether it could.
     [[nodiscard]] bool Grab();
-    void Ungrab();
+    void Ungrab() { Do(xcb_ungrab_pointer, kNow); }
     /// The key that bears the symbol unshifted goes down or up.
-    void PressKey(std::uint32_t symbol);
-    void ReleaseKey(std::uint32_t symbol);
+    void PressKey(std::uint32_t symbol) { Fake(XCB_KEY_PRESS, FindKey(symbol)); }
+    void ReleaseKey(std::uint32_t symbol) { Fake(XCB_KEY_RELEASE, FindKey(symbol)); }
     void TypeKey(std::uint32_t symbol);
     /// Gives the key that bears a symbol another one.
     void ChangeKey(std::uint32_t symbol, std::uint32_t other);
@@ -71,15 +72,33 @@ public:
     /// Programs on the display, this probe not counted.
     [[nodiscard]] std::uint32_t CountClients();
     /// Waits until the server has done what was asked for.
-    void Sync();
+    void Sync() { static_cast<void>(GetFocus()); }
 
 private:
+    static constexpr xcb_timestamp_t kNow = XCB_CURRENT_TIME;
+
     struct Freer
     {
-        void operator()(void* memory) const;
+        void operator()(void* memory) const { std::free(memory); }
     };
     template <typename T>
     using Pointer = std::unique_ptr<T, Freer>;
+
+    /// Makes a request and waits until it is done.
+    template <typename Request, typename... Arguments>
+    void Do(Request request, Arguments... arguments)
+    {
+        request(mConnection, arguments...);
+        Sync();
+    }
+    /// Makes a request and takes its reply; null where the server refuses.
+    template <typename Request, typename Cookie, typename Reply, typename... Arguments>
+    Pointer<Reply> Ask(Request request,
+                       Reply* (*take)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
+                       Arguments... arguments)
+    {
+        return Pointer<Reply>(take(mConnection, request(mConnection, arguments...), nullptr));
+    }
 
     void Fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
     [[nodiscard]] xcb_keycode_t FindKey(std::uint32_t symbol) const;
