@@ -2,6 +2,7 @@
 
 #include "support/ExpectZException.h"
 #include "support/PrivateFolder.h"
+#include "zlib/common/ZTempFile.h"
 
 #include <gtest/gtest.h>
 
@@ -177,6 +178,27 @@ TEST_F(ZFileTest, ExchangeSwapsAndAFailurePutsBothFilesBack)
     EXPECT_EQ(readTextFile(mFolder.Path("file")), "other");
     EXPECT_EQ(readTextFile(mFolder.Path("other")), "text");
     EXPECT_EQ(parking.Count(), 0);
+}
+
+TEST_F(ZFileTest, ATemporaryFileStandsInTheTemporaryFolderUntilItsObjectGoes)
+{
+    const auto xml = boost::make_shared<ZString>("xml");
+    const EnvironmentVariable temporary("TMPDIR", mFolder.Path().c_str());
+    boost::shared_ptr<ZFile> file;
+    MakeTempFile(xml, file);
+    ASSERT_NE(file, nullptr);
+    const std::string path = file->GetPath().ToNarrow();
+    EXPECT_TRUE(path.starts_with(mFolder.Path("sop")) && path.ends_with(".xml")) << path;
+    EXPECT_EQ(mFolder.Count(), 1);
+    file.reset();
+    EXPECT_EQ(mFolder.Count(), 0);
+
+    const auto missing = boost::make_shared<ZString>(mFolder.Path("missing"));
+    expectZException(-1, "Unable to GetTempFileName.",
+                     [&] { MakeTempFile(missing, nullptr, xml, file); });
+    const EnvironmentVariable nowhere("TMPDIR", missing->ToNarrow().c_str());
+    expectZException(-1, "Unable to GetTempPath.", [&] { MakeTempFile(xml, file); });
+    EXPECT_EQ(file, nullptr);
 }
 
 }  // namespace orvane

@@ -1,12 +1,22 @@
 #include "zlib/common/ZXMLDocument.h"
 
+#include "support/ExpectZException.h"
+#include "support/PlainXml.h"
+#include "support/PrivateFolder.h"
+#include "support/TextMutation.h"
+#include "zlib/common/ZFile.h"
 #include "zlib/common/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <filesystem>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <boost/make_shared.hpp>
 
 namespace orvane
 {
@@ -135,6 +145,51 @@ TEST(ZXMLDocumentTest, ElementsThatHoldOneAnotherAreReleasedLevelByLevel)
     for (auto element = document.GetChild("a"); element; element = element->GetChild("a"))
         ++level;
     EXPECT_EQ(level, 100000);
+}
+
+TEST(ZXMLDocumentTest, ReadsTheWholeFileAndRefusesOneThatOutgrowsTheText)
+{
+    const PrivateFolder folder;
+    const std::string path = folder.Path("preset.xml");
+    const char* const text = "<preset version=\"1.0\"><!-- kept --><key>\xC3\xA4</key></preset>\n";
+    writeTextFile(path, text);
+    const auto file = boost::make_shared<ZFile>("preset", path, "xml");
+    expectZException(-1, "Unable to seek file as it has not been opened",
+                     [&] { const ZXMLDocument closed(file); });
+    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
+    file->Seek(5);
+    EXPECT_EQ(ZXMLDocument(file).GetText(), text);
+
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 31);  // a hole
+    expectZException(-1, "Unable to read file.", [&] { const ZXMLDocument document(file); });
+}
+
+TEST(ZXMLDocumentTest, GivesTheChildrenOfThePlainReadingWhateverTheText)
+{
+    const std::vector<std::string> pieces{
+        "<a>",     "</a>",     "<a />", "<b>",        "</b>", "<b />",
+        "<a/>",    "<?xml ?>", "<",     "<!-- x -->", "text", "<a c=\"1\" d=2>",
+        "</?xml>", ">",        "</a ",
+    };
+    const std::string description =
+        "<?xml version=\"1.0\" standalone=\"yes\" ?>\n<!-- note -->\n<app title=\"x\">\n"
+        "\t<element name=\"key\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=3>\n"
+        "\t\t<label text=\"a/b\" type=\"full\" />\n\t</element>\n"
+        "\t<buffer length=\"2\"><data values=\"3f8000007fc00001\"></data></buffer>\n</app>\n";
+    std::mt19937 random(20);
+    for (int round = 0; round < 20000; ++round) {
+        std::string composed;
+        // Few unfinished tags: they end the text for all that follows.
+        for (std::size_t i = pick(random, 24); i > 0; --i) {
+            const std::string& piece = pieces[pick(random, pieces.size())];
+            composed += (piece == "<" || piece == "</a ") && pick(random, 4) ? "<a>" : piece;
+        }
+        ASSERT_EQ(differenceFromPlain(composed), "");
+        std::string spoilt = description;
+        for (std::size_t i = 1 + pick(random, 8); i > 0; --i)
+            mutate(spoilt, random);
+        ASSERT_EQ(differenceFromPlain(spoilt), "");
+    }
 }
 
 }  // namespace orvane
