@@ -8,22 +8,9 @@
 #include <numeric>
 #include <span>
 #include <stdexcept>
-#include <thread>
 
 namespace orvane
 {
-
-bool waitFor(const std::function<bool()>& condition)
-{
-    using namespace std::chrono_literals;
-    const auto end = std::chrono::steady_clock::now() + 20s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(2ms);
-    }
-    return true;
-}
 
 DisplayProbe::DisplayProbe()
     : mConnection(xcb_connect(nullptr, nullptr))

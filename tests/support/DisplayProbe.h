@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Eventually.h"
+
 #include <xcb/xcb.h>
 
 #include <chrono>
@@ -13,8 +15,11 @@
 namespace orvane
 {
 
-/// Calls the condition until it holds, at most for 20 s; whether it came to hold.
-[[nodiscard]] bool waitFor(const std::function<bool()>& condition);
+/// As eventually, for what is seen on the display.
+[[nodiscard]] inline bool waitFor(const std::function<bool()>& condition)
+{
+    return eventually(condition);
+}
 
 /// All else that is on the display DISPLAY names: the windows of a host, on a connection of its
 /// own, and the user, with real keys and buttons, who sees the screen.

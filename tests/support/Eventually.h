@@ -6,15 +6,19 @@
 namespace orvane
 {
 
-/// Waits until the condition holds, for ten seconds at most; whether it does.
+/// Asks until the condition holds, for twenty seconds at most; whether it came to hold. It is not
+/// asked again after that.
 template <typename Condition>
 [[nodiscard]] bool eventually(const Condition& condition)
 {
     using namespace std::chrono_literals;
-    const auto end = std::chrono::steady_clock::now() + 10s;
-    while (!condition() && std::chrono::steady_clock::now() < end)
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
         std::this_thread::sleep_for(1ms);
-    return condition();
+    }
+    return true;
 }
 
 }  // namespace orvane
