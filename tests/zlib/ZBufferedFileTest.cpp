@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <random>
 #include <string>
 
@@ -25,18 +24,6 @@ std::string readBytes(ZBufferedFile& file, std::int32_t bytes)
     text.resize(static_cast<std::size_t>(file.Read(text.data(), bytes)));
     return text;
 }
-
-class ZBufferedFileTest : public testing::Test
-{
-protected:
-    std::unique_ptr<ZBufferedFile> Make(std::int32_t bufferSize) const
-    {
-        return std::make_unique<ZBufferedFile>(ZFile("name", Path(), "raw"), bufferSize);
-    }
-    [[nodiscard]] std::string Path() const { return mFolder.Path("file"); }
-
-    PrivateFolder mFolder;
-};
 
 /// Opens in a random mode and makes random calls on the file and on the text that the disk holds.
 /// Only where a read ends is the file's own affair: it may leave the last byte.
@@ -75,24 +62,26 @@ void expectPlainSession(ZBufferedFile& file, std::string& disk, std::mt19937& ra
 
 }  // namespace
 
-TEST_F(ZBufferedFileTest, ReadsAndWritesAsAPlainTextDoesUnderRandomCalls)
+TEST(ZBufferedFileTest, ReadsAndWritesAsAPlainTextDoesUnderRandomCalls)
 {
+    const PrivateFolder folder;
+    const std::string path = folder.Path("file");
     for (const std::int32_t bufferSize : {1, 2, 3, 8, 50}) {
         for (std::uint32_t seed = 1; seed <= 40; ++seed) {
             SCOPED_TRACE(testing::Message() << "buffer of " << bufferSize << ", seed " << seed);
-            writeTextFile(Path(), "");
+            writeTextFile(path, "");
             std::string disk;
             std::mt19937 random(seed);
-            const auto file = Make(bufferSize);
+            ZBufferedFile file(ZFile("name", path, "raw"), bufferSize);
             for (int session = 0; session < 10; ++session) {
-                ASSERT_NO_FATAL_FAILURE(expectPlainSession(*file, disk, random));
-                ASSERT_EQ(readTextFile(Path()), disk);
+                ASSERT_NO_FATAL_FAILURE(expectPlainSession(file, disk, random));
+                ASSERT_EQ(readTextFile(path), disk);
             }
         }
     }
 }
 
-TEST_F(ZBufferedFileTest, AFullDiskIsToldAtCloseOrByABoxWhenTheObjectGoes)
+TEST(ZBufferedFileTest, AFullDiskIsToldAtCloseOrByABoxWhenTheObjectGoes)
 {
     BoxRecorder recorder;
     {

@@ -18,7 +18,6 @@
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace orvane
 {
