@@ -13,6 +13,8 @@
 
 #include <pthread.h>
 #include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace orvane
 {
@@ -51,21 +53,25 @@ TEST(ZThreadTest, RunsOnlyOnceResumedAndAnExceptionEndsTheThreadAlone)
     EXPECT_EQ(recorder.boxes[0].text.substr(0, 4), "lost");
 }
 
-TEST(ZThreadTest, CarriesItsNameAndLeavesSignalsToTheHost)
+TEST(ZThreadTest, CarriesItsNameAndPriorityAndLeavesSignalsToTheHost)
 {
     struct Seen
     {
         std::array<char, 16> name{};
         sigset_t blocked{};
+        int nice = 0;
     } seen;
     const auto look = [](void* argument) {
         auto& out = *static_cast<Seen*>(argument);
         pthread_getname_np(pthread_self(), out.name.data(), out.name.size());
         pthread_sigmask(SIG_BLOCK, nullptr, &out.blocked);
+        out.nice = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
     };
     ZThread thread("looper message thread", look, &seen);
+    thread.SetPriority(ZThread::kIdle);
     thread.Resume();
     ASSERT_EQ(thread.Join(-1), 0);
+    EXPECT_EQ(seen.nice, 19);
     EXPECT_STREQ(seen.name.data(), "looper message ");
     EXPECT_EQ(sigismember(&seen.blocked, SIGTERM), 1);
     EXPECT_EQ(sigismember(&seen.blocked, SIGSEGV), 0) << "a fault is the thread's own";
