@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 
 namespace orvane
@@ -19,52 +20,30 @@ namespace
 
 constexpr std::int32_t kWidth = 200;
 
-/// The grey at a place from 0 to 1 of a row that was filled from its left to its right end.
-double greyAt(const Canvas& canvas, double place)
+/// The greys at five places of a row, its ends among them, that the shading fills from left to
+/// right.
+void expectGreys(const ZShadingFunction& function, const std::array<double, 5>& places,
+                 const std::array<double, 5>& greys)
 {
-    const auto x = static_cast<std::int32_t>(std::lround(place * (kWidth - 1)));
-    return canvas.At(x, 0) & 0xFFu;
-}
-
-void fillRow(Canvas& canvas, const ZShadingFunction& function)
-{
-    canvas.FillRect(ZShader({0, 0}, {kWidth, 0}, function), {0, 0, kWidth, 1});
-}
-
-void expectThreeGreys(const char* name, double first, double middle, double last)
-{
-    SCOPED_TRACE(name);
     Canvas canvas(kWidth, 1);
-    fillRow(canvas, *MakeShadingFunction(name));
-    EXPECT_NEAR(greyAt(canvas, 0.0), first, 1.5);
-    EXPECT_NEAR(greyAt(canvas, 0.25), (first + middle) / 2, 1.5);
-    EXPECT_NEAR(greyAt(canvas, 0.5), middle, 1.5);
-    EXPECT_NEAR(greyAt(canvas, 1.0), last, 1.5);
+    canvas.FillRect(ZShader({0, 0}, {kWidth, 0}, function), {0, 0, kWidth, 1});
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto x = static_cast<std::int32_t>(std::lround(places[i] * (kWidth - 1)));
+        EXPECT_NEAR(canvas.At(x, 0) & 0xFFu, greys[i], 2.0) << places[i];
+    }
 }
 
 }  // namespace
 
-TEST(ZShadingTest, TheNamedShadingsRunThroughTheirThreeGreys)
+TEST(ZShadingTest, ShadingsRunThroughTheirThreeGreys)
 {
-    expectThreeGreys("ZNyquistBkgdShader", 40, 73, 40);
-    expectThreeGreys("ZNyquistTitleShader", 88, 162, 73);
-}
-
-TEST(ZShadingTest, AnyOtherNameIsToldByItsText)
-{
+    constexpr std::array kQuarters{0.0, 0.25, 0.5, 0.75, 1.0};
+    expectGreys(*MakeShadingFunction("ZNyquistBkgdShader"), kQuarters, {40, 56.5, 73, 56.5, 40});
+    expectGreys(*MakeShadingFunction("ZNyquistTitleShader"), kQuarters, {88, 125, 162, 117.5, 73});
+    expectGreys(ZLinearGradientShader(kBlack, kWhite, 0.25f, 0.9f), {0.0, 0.125, 0.25, 0.625, 1.0},
+                {0, 64, 128, 191.5, 255});
     expectZException(-1, "Unimplemented Shader Function",
                      [] { static_cast<void>(MakeShadingFunction("ZLinearGradientShader")); });
-}
-
-TEST(ZShadingTest, AGradientIsHalfTheWayAtItsMiddlePoint)
-{
-    Canvas canvas(kWidth, 1);
-    fillRow(canvas, ZLinearGradientShader(kBlack, kWhite, 0.25f, 0.9f));
-    EXPECT_NEAR(greyAt(canvas, 0.0), 0.0, 2.0);
-    EXPECT_NEAR(greyAt(canvas, 0.125), 64.0, 2.0);
-    EXPECT_NEAR(greyAt(canvas, 0.25), 128.0, 2.0);
-    EXPECT_NEAR(greyAt(canvas, 0.625), 191.5, 2.0);
-    EXPECT_NEAR(greyAt(canvas, 1.0), 255.0, 2.0);
 }
 
 TEST(ZShadingTest, BetweenOnePointAndItselfThereIsNoBrushAndNothingIsFilled)

