@@ -44,9 +44,11 @@ protected:
             accepted = KestruneNameScaleWindow::Run(app.get(), "SaveCustomScale", name);
             ended = true;
         });
-        ASSERT_TRUE(waitFor([this] { return Dialog() != XCB_NONE; }));
-        const ZPoint corner = OnScreen({5, 5});
-        ASSERT_TRUE(ShowsAt(corner.x, corner.y, 0x262629));
+        ASSERT_TRUE(waitFor([this] {
+            // It is made first and then put in its place.
+            const ZPoint corner = Dialog() == XCB_NONE ? ZPoint{} : OnScreen({5, 5});
+            return probe->PixelAt(corner.x, corner.y) == 0x262629;
+        }));
         probe->Focus(Dialog());
         probe->Sync();
     }
