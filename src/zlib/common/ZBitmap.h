@@ -51,7 +51,6 @@ public:
     /// UnlockPixels puts them back; none without an image. What is drawn in between is lost.
     std::span<std::uint32_t> LockPixels();
     void UnlockPixels();
-    [[nodiscard]] bool IsLocked() const { return mLocked; }
     /// Writes the colour into each pixel of a locked bitmap; of one that is not, into none.
     void Clear(const ZColor& color);
     /// A bitmap of the same size in one colour, its alpha that of this one averaged over a square

@@ -140,7 +140,6 @@ public:
 
     [[nodiscard]] float GetPenWidth() const { return mPen.width; }
     [[nodiscard]] bool IsAntiAlias() const { return mAntiAlias; }
-    [[nodiscard]] bool IsTruncate() const { return mTruncate; }
 
 private:
     [[nodiscard]] boost::shared_ptr<ZFont> FontInForce() const;

@@ -25,7 +25,6 @@ public:
 
     void Add(const ZRect& rect);
     void Subtract(const ZRegion& other);
-    void Intersect(const ZRect& rect);
     void Translate(std::int32_t x, std::int32_t y);
 
     [[nodiscard]] bool IsEmpty() const;

@@ -406,7 +406,6 @@ private:
     void MarkDirtyWithin(const ZRect& rect);
     void MakeShadedBitmap();
     void DrawBackgroundBitmap(const ZRect& rect);
-    void StretchBitmap(const ZRect& target);
     void TileBitmap();
     void RepairUnder(const ZView& view, const ZPoint& offset, const ZRect& rect);
     void DrawFrame(const ZRect& rect);

@@ -180,7 +180,6 @@ public:
     [[nodiscard]] const ZPoint& GetPosition() const { return mPosition; }
     [[nodiscard]] const ZPoint& GetLastMouse() const { return mLastMouse; }
     [[nodiscard]] bool IsChild() const { return mChild; }
-    [[nodiscard]] bool IsDialog() const { return mDialog; }
     [[nodiscard]] bool IsModalDisabled() const { return mModalDisabled; }
     [[nodiscard]] CloseStyle GetCloseStyle() const { return mCloseStyle; }
     [[nodiscard]] bool IsResizable() const { return mResizable; }

@@ -73,12 +73,6 @@ void ZRegion::Subtract(const ZRegion& other)
     cairo_region_subtract(mNative->region.get(), other.mNative->region.get());
 }
 
-void ZRegion::Intersect(const ZRect& rect)
-{
-    const cairo_rectangle_int_t kept = toCairo(rect);
-    cairo_region_intersect_rectangle(mNative->region.get(), &kept);
-}
-
 void ZRegion::Translate(std::int32_t x, std::int32_t y)
 {
     cairo_region_translate(mNative->region.get(), edge(x), edge(y));
