@@ -3,6 +3,7 @@
 
 #include "TestHost.h"
 
+#include "pluginwrappers/common/ERect.h"
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/WindowPicture.h"
 #include "support/DisplayProbe.h"
@@ -281,6 +282,10 @@ std::chrono::duration<double> soakTime()
 
 TEST_F(EditorWindowTest, ShowsTheSameStateInOneParentAfterAnother)
 {
+    ERect* rect = nullptr;
+    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
+    EXPECT_EQ(rect->right - rect->left, kPlace.width);
+    EXPECT_EQ(rect->bottom - rect->top, kPlace.height);
     Open();
     probe->MovePointer(kPlace.x + 22, kPlace.y + 163);
     probe->Click(1);

@@ -1,5 +1,4 @@
 #include "tools/resources/PixelFont.h"
-#include "tools/resources/GlyphOutline.h"
 #include "tools/resources/TrueTypeFile.h"
 
 #include "resources/KestruneResources.h"
@@ -137,31 +136,16 @@ std::vector<unsigned char> drawnPixels(const PixelGlyph& glyph)
 
 TEST(PixelFontTest, RefusesDrawingsThatDoNotFitTheirHeading)
 {
-    EXPECT_THROW(parsed(block("A B", {"##"}, "..")), std::runtime_error) << "a drawing is missing";
-    EXPECT_THROW(parsed(block("A", {"##"}, ".")), std::runtime_error) << "rows of two widths";
-    EXPECT_THROW(parsed(block("A", {"x"}, ".")), std::runtime_error) << "neither ink nor paper";
-    EXPECT_THROW(parsed("A\n#\n#\n"), std::runtime_error) << "rows are missing";
-    EXPECT_THROW(parsed(block("AB", {"#"}, ".")), std::runtime_error) << "no name of a glyph";
-    EXPECT_THROW(parsed(block("A U+0041", {"# #"}, ". .")), std::runtime_error) << "drawn twice";
+    for (const std::string& text : {
+             block("A B", {"##"}, ".."),         // a drawing is missing
+             block("A", {"##"}, "."),            // rows of two widths
+             block("A", {"x"}, "."),             // neither ink nor paper
+             std::string("A\n#\n#\n"),           // rows are missing
+             block("AB", {"#"}, "."),            // no name of a glyph
+             block("A U+0041", {"# #"}, ". ."),  // drawn twice
+         })
+        EXPECT_THROW(parsed(text), std::runtime_error) << text;
     EXPECT_EQ(parsed(block("U+0041 #", {"## #"}, ".. .")).glyph('A').width(), 2);
-}
-
-TEST(PixelFontTest, TextIsAsWideAsItsGlyphsAndTheGapsBetweenThem)
-{
-    EXPECT_EQ(labelFont().textWidth(""), 0);
-    EXPECT_EQ(labelFont().textWidth("I"), 1);
-    EXPECT_EQ(labelFont().textWidth("KEY"), 4 + 1 + 4 + 1 + 3);
-}
-
-TEST(GlyphOutlineTest, HolesAndPixelsThatTouchAtACornerHaveContoursOfTheirOwn)
-{
-    for (const auto& rows : {std::vector{"###", "#.#", "###"}, {"#..", ".#.", "..."}}) {
-        const PixelFont font = parsed(block("o", rows, "..."));
-        const auto contours = traceOutline(font.glyph('o'));
-        EXPECT_EQ(contours.size(), 2u);
-        for (const OutlineContour& contour : contours)
-            EXPECT_EQ(contour.size(), 4u) << "corners alone";
-    }
 }
 
 TEST(TrueTypeFileTest, PackedFontIsWhatTheDrawingsGive)
