@@ -37,6 +37,7 @@ namespace
 
 constexpr std::int32_t kCorrectPitch = 0;
 constexpr std::int32_t kKey = 2;
+constexpr std::int32_t kPitchRange = 3;
 constexpr std::int32_t kCorrectionTime = 4;
 
 xcb_rectangle_t placeAt(int x, int y)
@@ -201,24 +202,22 @@ public:
         const unsigned what = Below(100);
         if (what < 50)
             Move();
-        else if (what < 75)
+        else if (what < 71)
             TurnButton(Below(8) != 0 ? 1 : static_cast<std::uint8_t>(2 + Below(2)));
-        else if (what < 82)
+        else if (what < 78)
             mDisplay.Click(static_cast<std::uint8_t>(4 + Below(2)));
-        else if (what < 92)
+        else if (what < 88)
             mDisplay.TypeKey(kKeys[Below(std::size(kKeys))]);
         else if (what < 96)
-            TurnKey(kModifiers[Below(std::size(kModifiers))]);
+            TurnButtonWith(kModifiers[Below(std::size(kModifiers))]);
         else
             LetGo();
     }
-    /// Lets all go that is held.
+    /// Lets all buttons go.
     void LetGo()
     {
         for (const std::uint8_t button : std::exchange(mButtons, {}))
             mDisplay.Release(button);
-        for (const std::uint32_t key : std::exchange(mHeldKeys, {}))
-            mDisplay.ReleaseKey(key);
     }
     [[nodiscard]] unsigned Below(std::size_t end) { return static_cast<unsigned>(mRandom() % end); }
 
@@ -247,12 +246,11 @@ private:
         mButtons.insert(button);
         mDisplay.Press(button);
     }
-    void TurnKey(std::uint32_t key)
+    void TurnButtonWith(std::uint32_t modifier)
     {
-        if (mHeldKeys.erase(key) != 0)
-            return mDisplay.ReleaseKey(key);
-        mHeldKeys.insert(key);
-        mDisplay.PressKey(key);
+        mDisplay.PressKey(modifier);
+        TurnButton(1);
+        mDisplay.ReleaseKey(modifier);
     }
 
     DisplayProbe& mDisplay;
@@ -261,7 +259,6 @@ private:
     int mX = 0;
     int mY = 0;
     std::set<std::uint8_t> mButtons;
-    std::set<std::uint32_t> mHeldKeys;
 };
 
 /// Three seconds, or what KESTRUNE_SOAK_SECONDS says.
@@ -473,26 +470,40 @@ TEST_F(EditorWindowTest, WhateverMouseAndKeysDoEachGestureEndsAndAudioGoesOn)
     EXPECT_EQ(Gestures().mistakes, 0);
 }
 
+TEST_F(EditorWindowTest, AnEntryOfAMenuIsChosenWithTheMouse)
+{
+    OpenMenu();
+    const float before = effect->getParameter(effect, kPitchRange);
+    probe->MovePointer(kPlace.x + 70, kPlace.y + 80);
+    probe->MovePointer(kPlace.x + 80, kPlace.y + 95);
+    probe->Release(1);
+    EXPECT_TRUE(MenuIsGone());
+    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kPitchRange) != before; }));
+}
+
 TEST_F(EditorWindowTest, WhateverEndsUnderAnOpenMenuTakesTheMenuAlong)
 {
     const std::vector<std::function<void()>> ends{
         [&] { closeEditor(effect); },
         [&] { probe->Destroy(parent); },
         [&] { openEditor(effect, MakeParent()); },
-        [&] { closeEffect(std::exchange(effect, nullptr)); },
+        [&] { closeEffect(std::exchange(effect, host->Open())); },
     };
     for (std::size_t i = 0; i < ends.size(); ++i) {
         OpenMenu();
         ends[i]();
         EXPECT_TRUE(MenuIsGone()) << i;
         probe->Release(1);
-        if (effect) {
-            process(effect);
-            closeEditor(effect);
-        }
+        process(effect);
+        closeEditor(effect);
         EXPECT_TRUE(IsFree());
         parent = MakeParent();
     }
+    OpenMenu();
+    probe.reset();
+    display->Kill();
+    ask(effect, effEditIdle);
+    closeEffect(std::exchange(effect, nullptr));
 }
 
 TEST_F(EditorWindowTest, TheEditorMayHaveAThreadOfItsOwn)
