@@ -1,6 +1,7 @@
 #include "kestrune/common/KestruneNameScaleDialog.h"
 
 #include "kestrune/common/KestruneNameScaleWindow.h"
+#include "zlib/common/ZUndying.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,8 +14,8 @@ namespace
 
 KestruneNameScaleDialog::Runner& currentRunner()
 {
-    static KestruneNameScaleDialog::Runner runner;
-    return runner;
+    static const ZUndying<KestruneNameScaleDialog::Runner> runner;
+    return *runner;
 }
 
 }  // namespace
