@@ -68,15 +68,13 @@ void ZBitmapButton::SetMomentaryCommand(const boost::shared_ptr<ZCommand>& comma
     mMomentaryCommand = command;
     if (mMomentaryCommand)
         mMomentaryCommand->AddObserver(this);
-    UpdateBitmap();
-    Invalidate();
+    ShowState();
 }
 
 void ZBitmapButton::SetPicture(Picture picture, const boost::shared_ptr<ZBitmap>& bitmap)
 {
     mPictures[picture] = bitmap;
-    UpdateBitmap();
-    Invalidate();
+    ShowState();
 }
 
 bool ZBitmapButton::IsOn() const
@@ -129,6 +127,12 @@ boost::shared_ptr<ZBitmap> ZBitmapButton::ChooseBitmap() const
     return isActive ? mPictures[kOff] : mCurrentBitmap;
 }
 
+void ZBitmapButton::ShowState()
+{
+    UpdateBitmap();
+    Invalidate();
+}
+
 void ZBitmapButton::ElementChanged(std::uint64_t /*elementId*/)
 {
     const auto shown = mCurrentBitmap;
@@ -139,23 +143,18 @@ void ZBitmapButton::ElementChanged(std::uint64_t /*elementId*/)
 
 void ZBitmapButton::OnAttached()
 {
-    UpdateBitmap();
-    if (GetDocument())
-        Invalidate();
+    ShowState();
 }
 
 void ZBitmapButton::OnDocumentChanged()
 {
-    UpdateBitmap();
-    if (GetDocument())
-        Invalidate();
+    ShowState();
 }
 
 void ZBitmapButton::SetEnabled(bool enabled)
 {
     ZControl::SetEnabled(enabled);
-    UpdateBitmap();
-    Invalidate();
+    ShowState();
 }
 
 void ZBitmapButton::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
@@ -209,8 +208,7 @@ void ZBitmapButton::OnCaptureLost()
 void ZBitmapButton::ShowPressed(bool pressed)
 {
     mPressed = pressed;
-    UpdateBitmap();
-    Invalidate();
+    ShowState();
 }
 
 void ZBitmapButton::Flip()
@@ -238,8 +236,7 @@ void ZBitmapButton::SetMouseOver(bool over)
     mMouseOver = over;
     if (!mPictures[kOver] && !mPictures[kOverWhileOn] && !mPictures[kOverWhileOff])
         return;
-    UpdateBitmap();
-    Invalidate();
+    ShowState();
 }
 
 void ZBitmapButton::Draw(const ZRect& /*update*/)

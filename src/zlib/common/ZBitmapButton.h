@@ -71,6 +71,7 @@ private:
     [[nodiscard]] boost::shared_ptr<ZBitmap> ChooseBitmap() const;
     [[nodiscard]] bool LooksActive() const;
     [[nodiscard]] bool TakesPress() const;
+    void ShowState();
     void ShowPressed(bool pressed);
     void SetMouseOver(bool over);
     void Flip();
