@@ -181,6 +181,8 @@ TEST_F(EditorUseTest, TheWindowHearsOfKeysAndRatesAndLendsItsPicture)
     EXPECT_EQ(product->Ask(effEditKeyDown, 'q'), 1);
     EXPECT_EQ(product->Ask(effEditKeyDown, 0, VKEY_SPACE), 0);
     EXPECT_EQ(ear.heard, (std::vector<std::int32_t>{ZSAMPLERATECHANGED, ZTEXTINPUT}));
+    for (const std::int32_t id : ear.heard)
+        window->RemoveFilter(id, &ear);
 
     WindowPicture picture{};
     EXPECT_EQ(product->Ask(effVendorSpecific, kVendorOrvane, 0, &picture), 0);
@@ -208,24 +210,24 @@ TEST_F(EditorUseTest, EachPressOfAQuickHandCounts)
 TEST_F(EditorUseTest, WhateverEndsADragTheHostHearsItsEnd)
 {
     const ZPoint at = At("PitchCorrectionTimeSlider", {50, 8});
-    const auto endOf = [&](const std::function<void()>& finish) {
+    const std::function<void()> ends[] = {
+        [&] { product->Ask(effEditClose); },
+        [&] {
+            const ZInterfaceLock lock;
+            window->Hide();
+        },
+        [&] {
+            window.reset();
+            product.reset();
+        },
+    };
+    for (const auto& end : ends) {
         Mouse(ZNativeMouseEvent::kDown, at);
         EXPECT_EQ(takeNotes().front(), "begin 4");
-        finish();
+        end();
         const Notes notes = takeNotes();
-        return std::count(notes.begin(), notes.end(), "end 4");
-    };
-    EXPECT_EQ(endOf([&] { product->Ask(effEditClose); }), 1);
-    EXPECT_EQ(endOf([&] {
-                  const ZInterfaceLock lock;
-                  window->Hide();
-              }),
-              1);
-    EXPECT_EQ(endOf([&] {
-                  window.reset();
-                  product.reset();
-              }),
-              1);
+        EXPECT_EQ(std::count(notes.begin(), notes.end(), "end 4"), 1);
+    }
 }
 
 TEST_F(EditorUseTest, APluginMayCloseWhileItsMenuIsOpen)
