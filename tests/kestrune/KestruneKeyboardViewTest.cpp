@@ -212,11 +212,10 @@ TEST_F(KestruneKeyboardViewTest, LeavingThePressedKeyLiftsItAndLeavesTheScale)
 TEST_F(KestruneKeyboardViewTest, APressEndsWhenTheKeyboardMovesOrGoes)
 {
     const ZPoint point = middleOf(view->GetLowerRect(48));
-    for (const std::function<void()>& end :
-         {std::function<void()>([&] { Choose(kKeyOfGSharp); }),
-          std::function<void()>([&] { view->OnDetached(); }),
-          std::function<void()>([&] { ViewBench::CloseDocument(*view); })})
-    {
+    const std::function<void()> ends[] = {[&] { Choose(kKeyOfGSharp); },
+                                          [&] { view->OnDetached(); },
+                                          [&] { ViewBench::CloseDocument(*view); }};
+    for (const auto& end : ends) {
         Press(point);
         ASSERT_NE(Down(), Notes{});
         end();

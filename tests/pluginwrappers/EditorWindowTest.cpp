@@ -16,6 +16,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
 #include <functional>
 #include <iterator>
@@ -55,14 +56,15 @@ void closeEditor(AEffect* effect)
     ask(effect, effEditClose);
 }
 
-/// One block, a period of a low voice.
-void process(AEffect* effect)
+/// One block, a period of a low voice. Whether what comes out is sound.
+bool process(AEffect* effect)
 {
     std::array<float, 256> channel{};
     for (std::size_t i = 0; i < channel.size(); ++i)
         channel[i] = static_cast<float>(i) / 512.0f - 0.25f;
     std::array<float*, 2> channels{channel.data(), channel.data()};
     effect->processReplacing(effect, channels.data(), channels.data(), 256);
+    return std::ranges::all_of(channel, [](float sample) { return std::fabs(sample) < 8.0f; });
 }
 
 class EditorWindowTest : public testing::Test
@@ -423,49 +425,50 @@ TEST_F(EditorWindowTest, TheSliderIsDraggedInOneGestureWhateverEndsIt)
 
 TEST_F(EditorWindowTest, WhateverMouseAndKeysDoEachGestureEndsAndAudioGoesOn)
 {
-    using Clock = std::chrono::steady_clock;
     Open();
     std::atomic<bool> runs{true};
-    std::thread audio([&] {
-        while (runs) {
-            process(effect);
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-    });
-    std::thread automation([&] {
-        std::mt19937 random(5);
-        while (runs) {
-            effect->setParameter(effect, static_cast<std::int32_t>(random() % 7),
-                                 static_cast<float>(random() % 101) / 100.0f);
-            std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
-        }
-    });
-    RandomUser user(*probe, kPlace);
-    int actions = 0;
-    for (const auto end = Clock::now() + soakTime(); Clock::now() < end; ++actions) {
-        user.Act();
-        probe->Sync();
-        std::this_thread::sleep_for(std::chrono::milliseconds(user.Below(4)));
-        if (actions % 20 == 0)
-            ask(effect, effEditIdle);
-        if (actions % 1000 == 999) {
+    // The editor has a thread of its own, as in some hosts.
+    std::thread editor([&] {
+        const auto end = std::chrono::steady_clock::now() + soakTime();
+        RandomUser user(*probe, kPlace);
+        for (int actions = 1; std::chrono::steady_clock::now() < end; ++actions) {
+            user.Act();
+            probe->Sync();
+            std::this_thread::sleep_for(std::chrono::milliseconds(user.Below(4)));
+            if (actions % 20 == 0)
+                ask(effect, effEditIdle);
+            if (actions % 500 != 0)
+                continue;
             closeEditor(effect);
             // A switch that was pressed just now may still be between its begin and its end.
             EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); }))
                 << "a window that closes lets go of its controls";
             EXPECT_EQ(openEditor(effect, parent), 1);
         }
+        user.LetGo();
+        runs = false;
+    });
+    std::thread audio([&] {
+        while (runs) {
+            EXPECT_TRUE(process(effect));
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    });
+    for (std::mt19937 random(5); runs;) {
+        effect->setParameter(effect, static_cast<std::int32_t>(random() % 7),
+                             static_cast<float>(random() % 101) / 100.0f);
+        if (random() % 50 == 0)
+            ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
     }
-    user.LetGo();
+    editor.join();
+    audio.join();
     probe->MovePointer(1000, 700);
     for (int i = 0; i < 3; ++i)
         probe->TypeKey(XKB_KEY_Escape);
     EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); }));
     EXPECT_TRUE(waitFor([&] { return probe->Grab(); })) << "the mouse is free";
     probe->Ungrab();
-    runs = false;
-    automation.join();
-    audio.join();
     EXPECT_GT(Gestures().begun, 0);
     EXPECT_EQ(Gestures().mistakes, 0);
 }
@@ -504,28 +507,6 @@ TEST_F(EditorWindowTest, WhateverEndsUnderAnOpenMenuTakesTheMenuAlong)
     display->Kill();
     ask(effect, effEditIdle);
     closeEffect(std::exchange(effect, nullptr));
-}
-
-TEST_F(EditorWindowTest, TheEditorMayHaveAThreadOfItsOwn)
-{
-    std::thread editor([&] {
-        for (int i = 0; i < 20; ++i) {
-            EXPECT_EQ(openEditor(effect, parent), 1);
-            for (int idle = 0; idle < 5; ++idle) {
-                ask(effect, effEditIdle);
-                probe->MovePointer(kPlace.x + 20 * i, kPlace.y + 150 + 10 * idle);
-                probe->Click(1, idle % 2);
-            }
-            closeEditor(effect);
-        }
-    });
-    for (int i = 0; i < 200; ++i) {
-        process(effect);
-        effect->setParameter(effect, i % 5, 0.25f * static_cast<float>(i % 4));
-        if (i % 20 == 0)
-            ask(effect, effSetProgram, 0, i / 20);
-    }
-    editor.join();
 }
 
 }  // namespace orvane
