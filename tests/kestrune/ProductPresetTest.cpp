@@ -132,22 +132,10 @@ TEST_F(ProductPresetTest, WhatWaitsForTheTickIsSavedWithWhatFollowsFromIt)
     ZXMLElement saved;
     document->SavePreset(saved);
     const std::string text(saved.GetText());
+    EXPECT_EQ(text.find("AcceptMIDI"), std::string::npos);
     EXPECT_NE(text.find("name=\"FormantShift\" class=\"ZElementClass\" type=\"ZFLOAT\" "
                         "floatvalue=\"600\""),
               std::string::npos);
-}
-
-TEST_F(ProductPresetTest, AFileOfAnOlderVersionLeavesTheRestAsItIs)
-{
-    (*this)["AcceptMIDI"].SetDiscrete(1, false);
-    (*this)["detune"].SetZFloat(12.5f, false);
-    const std::string text =
-        "<preset version=\"0.9\"><element name=\"key\" int32value=\"9\" /></preset>";
-    document->LoadPreset(
-        ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0));
-    EXPECT_EQ(ValueOf("key"), "9");
-    EXPECT_EQ(ValueOf("detune"), "12.5");
-    EXPECT_EQ(ValueOf("AcceptMIDI"), "1");
 }
 
 }  // namespace orvane

@@ -103,14 +103,18 @@ TEST_F(AutomationTest, AUsersChangeIsToldOnceATickAndTheHostThatIsToldReadsItAnd
     EXPECT_FLOAT_EQ(read, 0.75f);
     EXPECT_EQ(gain->GetZFloat(), 0.5f);
     {
+        // What waits for the tick is told before a gesture ends, and no more at the tick.
         const ZInterfaceLock lock;
+        gain->SetZFloat(-0.5f, false);
         app->EndEdit(gain.get());
+        app->Tick();
     }
     std::vector<std::int32_t> opcodes;
     for (const ToldHost& call : told())
         opcodes.push_back(call.opcode);
     EXPECT_EQ(opcodes, (std::vector<std::int32_t>{audioMasterBeginEdit, audioMasterAutomate,
-                                                  audioMasterEndEdit}));
+                                                  audioMasterAutomate, audioMasterEndEdit}));
+    EXPECT_FLOAT_EQ(told()[2].value, 0.25f);
 }
 
 TEST_F(AutomationTest, ATickOfTheStreamLeavesTheTellingToTheInterfaceThread)

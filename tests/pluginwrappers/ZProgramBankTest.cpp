@@ -227,8 +227,6 @@ TEST(ZProgramBankWithoutPresetsTest, HasOneProgramOfTheHostsNameAndNothingToRelo
     };
     EXPECT_EQ(effect->numPrograms, 1);
     EXPECT_EQ(name(), "Init");
-    plugin.setProgramName("Lead, soft");
-    EXPECT_EQ(name(), "Lead, soft");
     plugin.setProgramName("Sharps: \u266F\u266F\u266F\u266F\u266F\u266F");
     EXPECT_EQ(name(), "Sharps: \u266F\u266F\u266F\u266F\u266F") << "cut at a whole character";
     const std::vector<char> unterminated(kVstMaxProgNameLen, 'x');
