@@ -1,4 +1,6 @@
 #include "zlib/ViewCanvas.h"
+#include "zlib/common/ZMessage.h"
+#include "zlib/common/ZMessageIds.h"
 #include "zlib/common/ZMetalSlider.h"
 
 #include <gtest/gtest.h>
@@ -128,6 +130,9 @@ TEST_F(ZSliderTest, WithoutAnElementOrRoomNothingMovesAndNothingFails)
     lone->MouseWheel({5, 5}, 0, 1, 1);
     lone->Nudge(1);
     Paint(*lone);
+    lone->SetActionMessage(boost::make_shared<ZMessage>(ZDISABLE));
+    lone->SendAction();
+    EXPECT_FALSE(lone->IsEnabled()) << "the action is its own to take";
 
     const auto element = MakeFloat(3.0f, 3.0f, 3.0f);
     const auto narrow = MakeSlider(element, kHorizontal, "width=\"20\" height=\"20\"");

@@ -29,10 +29,6 @@ public:
     void SetThumbHeight(std::int32_t height) override;
     void SetScaleMarkCount(std::int32_t count) override;
 
-    /// Where a mark stands along the track, in the view's coordinates; the marks lie evenly from
-    /// one end of the groove to the other.
-    [[nodiscard]] std::int32_t GetMarkPosition(std::int32_t index) const;
-
 protected:
     void DrawTrack(const ZRect& update) override;
     /// The marks, from a picture that is built once.
@@ -42,6 +38,9 @@ protected:
 
 private:
     [[nodiscard]] std::int32_t GetLength() const;
+    /// Along the track, in the view's coordinates; the marks lie evenly from one end of the groove
+    /// to the other.
+    [[nodiscard]] std::int32_t GetMarkPosition(std::int32_t index) const;
     [[nodiscard]] float GetMarkValue(std::int32_t index) const;
     [[nodiscard]] std::unique_ptr<ZBitmap> BuildScale() const;
     void DrawMark(ZBitmap& scale, std::int32_t index) const;

@@ -55,8 +55,6 @@ public:
     virtual void SetThumbBitmap(const boost::shared_ptr<ZBitmap>& bitmap);
     virtual void SetScaleMarkCount(std::int32_t count);
 
-    /// How far the thumb's origin can travel, in pixels.
-    [[nodiscard]] std::int32_t GetTrackLength() const { return mTrackLength; }
     /// The value that was read from the element last.
     [[nodiscard]] float GetLastValue() const { return mValue; }
     [[nodiscard]] bool IsVertical() const { return mVertical; }
@@ -88,8 +86,8 @@ private:
     void DrawTrail();
 
     float mValue = 0.0f;
-    std::int32_t mTrackLength = 0;
-    std::int32_t mThumbRange;  // track length that the description gives, 0 for none
+    std::int32_t mTrackLength = 0;  // how far the thumb's origin can travel, in pixels
+    std::int32_t mThumbRange;       // track length that the description gives, 0 for none
     boost::shared_ptr<ZBitmap> mBackgroundPicture;
     boost::shared_ptr<ZBitmap> mThumbBitmap;
     bool mVertical;
