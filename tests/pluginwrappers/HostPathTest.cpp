@@ -39,12 +39,12 @@ std::atomic<int> gMidiWishes{0};
 std::atomic<int> gCallsUnderLock{0};
 
 std::intptr_t callback(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
-                       std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
+                       std::intptr_t value, void* /*ptr*/, float /*opt*/)
 {
     if (opcode == audioMasterGetCurrentProcessLevel)
         return gProcessLevel;
     gIoChanges += opcode == audioMasterIOChanged ? 1 : 0;
-    gMidiWishes += opcode == audioMasterWantMidi ? 1 : 0;
+    gMidiWishes += opcode == audioMasterWantMidi && value == 1 ? 1 : 0;
     gCallsUnderLock += ZInterfaceLock::IsHeld() ? 1 : 0;
     return 0;
 }

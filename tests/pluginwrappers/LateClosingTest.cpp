@@ -17,8 +17,6 @@
 namespace orvane
 {
 
-using namespace std::chrono_literals;
-
 namespace
 {
 
@@ -36,67 +34,65 @@ void ask(AEffect* effect, std::int32_t opcode, std::intptr_t value, float opt = 
 std::intptr_t closingHost(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
                           std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
 {
-    if (gIsClosed)
-        ++gCallsAfter;
+    gCallsAfter += gIsClosed ? 1 : 0;
     if (opcode == gClosesInside && !gIsClosed.exchange(true)) {
         ask(effect, effClose, 0);
-        std::this_thread::sleep_for(10ms);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
         gStoodInside = !gDocument.expired();
     }
     return 0;
 }
 
-}  // namespace
-
-TEST(LateClosingTest, AnEffectThatIsClosedFromInsideItsOwnCallGoesOnceThatCallIsBack)
+void userGesture(SmallPlugin& app, AEffect* /*effect*/)
 {
-    struct Case
+    const ZInterfaceLock lock;  // as around each event of the window
+    app.BeginEdit(app.Gain().get());
+    app.EndEdit(app.Gain().get());
+}
+
+class LateClosingTest : public testing::Test
+{
+protected:
+    /// Opens an effect whose host closes inside a call, which the function brings about.
+    static void CloseInside(std::int32_t call, void (*raise)(SmallPlugin& app, AEffect* effect))
     {
-        std::int32_t call;
-        void (*raise)(SmallPlugin& app, AEffect* effect);
-    };
-    const Case cases[] = {
-        {audioMasterAutomate,
-         [](SmallPlugin& app, AEffect*) { app.Gain()->SetZFloat(0.5f, false); }},
-        {audioMasterBeginEdit,
-         [](SmallPlugin& app, AEffect*) {
-             const ZInterfaceLock lock;  // as around each event of the window
-             app.BeginEdit(app.Gain().get());
-             app.EndEdit(app.Gain().get());
-         }},
-        {audioMasterIOChanged,
-         [](SmallPlugin&, AEffect* effect) { ask(effect, effSetSampleRate, 0, 48e3f); }},
-        {audioMasterWantMidi,
-         [](SmallPlugin&, AEffect* effect) { ask(effect, effMainsChanged, 1); }},
-        {audioMasterWantMidi,
-         [](SmallPlugin&, AEffect* effect) {
-             std::thread(ask, effect, effMainsChanged, 1, 0.0f).join();
-         }},
-    };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.call);
-        gClosesInside = each.call;
+        gClosesInside = call;
         gIsClosed = gStoodInside = false;
         gCallsAfter = 0;
         auto made = SmallPlugin::Make();
         SmallPlugin& app = *made;
         gDocument = app.Document();
-        AEffect* effect = nullptr;
+        ZVSTPlugin* plugin = nullptr;
         {
             const ZInterfaceLock lock;
             app.Gain()->SetExposed(true);
             app.AddExposedElement(app.Gain());
             app.Tick();
-            auto* const plugin = new ZVSTPlugin(closingHost, std::move(made));
+            plugin = new ZVSTPlugin(closingHost, std::move(made));
             plugin->SetWantsMidi(true);
             app.InitLooper();
-            effect = plugin->getAeffect();
         }
-        each.raise(app, effect);
+        raise(app, plugin->getAeffect());
         EXPECT_TRUE(eventually([] { return gIsClosed && gDocument.expired(); }));
-        EXPECT_TRUE(gStoodInside);
-        EXPECT_EQ(gCallsAfter, 0);
+        EXPECT_TRUE(gStoodInside) << call;
+        EXPECT_EQ(gCallsAfter, 0) << call;
     }
+};
+
+}  // namespace
+
+TEST_F(LateClosingTest, AnEffectThatIsClosedFromInsideItsOwnCallGoesOnceThatCallIsBack)
+{
+    CloseInside(audioMasterAutomate,
+                [](SmallPlugin& app, AEffect*) { app.Gain()->SetZFloat(0.5f, false); });
+    CloseInside(audioMasterBeginEdit, userGesture);
+    CloseInside(audioMasterIOChanged,
+                [](SmallPlugin&, AEffect* effect) { ask(effect, effSetSampleRate, 0, 48e3f); });
+    CloseInside(audioMasterWantMidi,
+                [](SmallPlugin&, AEffect* effect) { ask(effect, effMainsChanged, 1); });
+    CloseInside(audioMasterWantMidi, [](SmallPlugin&, AEffect* effect) {
+        std::thread(ask, effect, effMainsChanged, 1, 0.0f).join();
+    });
 }
 
 }  // namespace orvane

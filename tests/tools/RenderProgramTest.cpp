@@ -169,8 +169,8 @@ TEST_F(RenderProgramTest, APresetSetsWhatNoParameterReaches)
     const TestSound voice = testVoice(1, 1.5);
     const std::string preset = mFolder.Path("preset.xml");
     const std::string report = mFolder.Path("report.json");
-    std::ofstream(preset) << "<preset version=\"1.0\"><element name=\"detune\" floatvalue=\"30\">"
-                             "</element></preset>";
+    writeTextFile(preset, "<preset version=\"1.0\"><element name=\"detune\" floatvalue=\"30\">"
+                          "</element></preset>");
     const Words words = kCorrect + Words{"--report", report};
     const TestSound tuned = Render(voice, words + Words{"--preset", preset});
     const nlohmann::json json = jsonIn(report);
@@ -267,7 +267,8 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
     many.samples.resize(800);
     writeSound(mFolder.Path("many.wav"), many);
     writeSound(mFolder.Path("slow.wav"), {7000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, {0.0f}});
-    std::ofstream(mFolder.Path("text.wav")) << "not a sound";
+    writeTextFile(mFolder.Path("text.wav"), "not a sound");
+    writeTextFile(mFolder.Path("old.xml"), "<preset></preset>");
     std::filesystem::create_symlink("voice.wav", mFolder.Path("link.wav"));
     const std::vector<std::string> names = namesIn(mFolder);
     const std::vector<float> samples = readSound(mFolder.Path("voice.wav")).samples;
@@ -314,6 +315,8 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
         {{in, out, "--window", mFolder.Path("w.png"), "--window-at", "nan"}, "write seconds"},
         {{in, out, "--preset", ""}, "--preset: it is empty"},
         {{in, out, "--program", "Man"}, "no program 'Man'; it has Default (0), "},
+        {{in, out, "--preset", mFolder.Path("text.wav")}, "no element 'preset'"},
+        {{in, out, "--preset", mFolder.Path("old.xml")}, "preset of version none: 1.0 is needed"},
         {{in, ""}, "OUT: it is empty"},
         {{"--list", in, out}, "IN means nothing beside --list"},
         {{in, out, "--window", mFolder.Path("w.png"), "--window-scale", "9"}, "1 to 8"},
