@@ -5,11 +5,15 @@
 #include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstTimeInfo.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <string_view>
+#include <utility>
 
 namespace orvane
 {
@@ -35,7 +39,7 @@ struct Fake
     AEffect effect{};
     std::array<float, kNames.size()> values{0.0f, 3.0f / 11.0f, 0.125f, 0.5f};
     std::array<std::deque<float>, 2> delayed{};
-    std::int64_t frame = 0;  // taken in
+    int blocks = 0;  // begun
 };
 
 Fake& fakeOf(AEffect* effect)
@@ -49,21 +53,20 @@ std::intptr_t writeText(void* room, const char* text)
     return 1;
 }
 
-void logEvent(const Fake& fake, const std::string& event)
+template <typename... Parts>
+void note(fmt::format_string<Parts...> text, Parts&&... parts)
 {
-    fakeLog().events.push_back(std::to_string(fake.frame) + ": " + event);
+    fakeLog().push_back(fmt::format(text, std::forward<Parts>(parts)...));
 }
 
-std::intptr_t takeMessages(const Fake& fake, const VstEvents& events)
+std::intptr_t takeMessages(const VstEvents& events)
 {
     for (std::int32_t i = 0; i < events.numEvents; ++i) {
         const VstEvent* const* places = events.events;
         const auto& message = *reinterpret_cast<const VstMidiEvent*>(places[i]);
-        std::array<char, 64> text{};
-        std::snprintf(text.data(), text.size(), "%d %02x %d %d after %d", message.type,
-                      static_cast<unsigned char>(message.midiData[0]), message.midiData[1],
-                      message.midiData[2], message.deltaFrames);
-        logEvent(fake, text.data());
+        note("{}: {:02x} {} {} after {}", message.type,
+             static_cast<unsigned char>(message.midiData[0]), int{message.midiData[1]},
+             int{message.midiData[2]}, message.deltaFrames);
     }
     return 1;
 }
@@ -77,13 +80,13 @@ std::intptr_t giveChunk(void** place)
 
 std::intptr_t takeChunk(const Fake& fake, bool isProgram, const char* data, std::intptr_t size)
 {
-    const std::string text(data, static_cast<std::size_t>(size));
-    fakeLog().chunks.push_back((isProgram ? "program " : "bank ") + text);
+    note("{} {}", isProgram ? "program" : "bank",
+         std::string_view(data, static_cast<std::size_t>(size)));
     return fake.mode != "picky";
 }
 
 std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
-                       std::intptr_t value, void* ptr, float /*opt*/)
+                       std::intptr_t value, void* ptr, float opt)
 {
     Fake& fake = fakeOf(effect);
     switch (opcode) {
@@ -100,23 +103,17 @@ std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
     case effGetProgramName:
         return writeText(ptr, "Second");
     case effProcessEvents:
-        return takeMessages(fake, *static_cast<const VstEvents*>(ptr));
+        return takeMessages(*static_cast<const VstEvents*>(ptr));
     case effGetChunk:
         return giveChunk(static_cast<void**>(ptr));
-    case effSetProgram:
-        fakeLog().opcodes.push_back(opcode);
-        logEvent(fake, "program " + std::to_string(value));
-        break;
     case effSetChunk:
-        fakeLog().opcodes.push_back(opcode);
         return takeChunk(fake, index != 0, static_cast<const char*>(ptr), value);
     default:
-        fakeLog().opcodes.push_back(opcode);
-        break;
+        note("opcode {}: {} {:g}", opcode, value, opt);
+        if (opcode == effClose)
+            delete &fake;
+        return 0;
     }
-    if (opcode == effClose)
-        delete &fake;
-    return 0;
 }
 
 std::intptr_t askHost(Fake& fake, std::int32_t opcode, void* ptr = nullptr)
@@ -124,20 +121,17 @@ std::intptr_t askHost(Fake& fake, std::int32_t opcode, void* ptr = nullptr)
     return fake.host(&fake.effect, opcode, 0, 0, ptr, 0.0f);
 }
 
-std::string hostOf(Fake& fake)
+void noteHost(Fake& fake)
 {
-    std::string host;
-    for (const std::int32_t opcode :
-         {audioMasterVersion, audioMasterGetSampleRate, audioMasterGetBlockSize,
-          audioMasterGetCurrentProcessLevel, audioMasterGetLanguage})
-        host += std::to_string(askHost(fake, opcode)) + " ";
-    std::array<char, 64> text{"sendVstMidiEvent"};
-    host += std::to_string(askHost(fake, audioMasterCanDo, text.data()));
-    for (const std::int32_t opcode : {audioMasterGetVendorString, audioMasterGetProductString}) {
-        askHost(fake, opcode, text.data());
-        host += std::string(" ") + text.data();
-    }
-    return host;
+    std::array<char, 64> sends{"sendVstMidiEvent"};
+    std::array<char, 64> vendor{};
+    std::array<char, 64> product{};
+    askHost(fake, audioMasterGetVendorString, vendor.data());
+    askHost(fake, audioMasterGetProductString, product.data());
+    note("host {} {} {} {} {} {} {} {}", askHost(fake, audioMasterVersion),
+         askHost(fake, audioMasterGetSampleRate), askHost(fake, audioMasterGetBlockSize),
+         askHost(fake, audioMasterGetCurrentProcessLevel), askHost(fake, audioMasterGetLanguage),
+         askHost(fake, audioMasterCanDo, sends.data()), vendor.data(), product.data());
 }
 
 void changeLatency(Fake& fake)
@@ -148,28 +142,23 @@ void changeLatency(Fake& fake)
     askHost(fake, audioMasterIOChanged);
 }
 
-void logBlock(Fake& fake, std::int32_t frames)
+void beginBlock(Fake& fake, std::int32_t frames)
 {
-    FakePluginLog& log = fakeLog();
-    if (log.blocks.empty())
-        log.host = hostOf(fake);
-    log.blocks.push_back(frames);
+    if (++fake.blocks == 1)
+        noteHost(fake);
     const auto* const time =
         reinterpret_cast<const VstTimeInfo*>(askHost(fake, audioMasterGetTime));
-    log.positions.push_back(time->samplePos);
-    log.quarters.push_back(time->ppqPos);
+    note("{} frames at {:g}, quarter {:.3f}", frames, time->samplePos, time->ppqPos);
+    if ((fake.mode == "early" && fake.blocks == 1) || (fake.mode == "late" && fake.blocks == 10))
+        changeLatency(fake);
+    if (fake.mode == "automates")
+        askHost(fake, audioMasterAutomate);
 }
 
 void replace(AEffect* effect, float** inputs, float** outputs, std::int32_t frames)
 {
     Fake& fake = fakeOf(effect);
-    logBlock(fake, frames);
-    const std::size_t block = fakeLog().blocks.size();
-    if ((fake.mode == "early" && block == 1) || (fake.mode == "late" && block == 10))
-        changeLatency(fake);
-    if (fake.mode == "automates")
-        askHost(fake, audioMasterAutomate);
-    fake.frame += frames;
+    beginBlock(fake, frames);
     const float sign = fake.values[0] < 1.0f ? 1.0f : -1.0f;
     for (std::size_t c = 0; c < fake.delayed.size(); ++c) {
         for (std::int32_t i = 0; i < frames; ++i) {
@@ -182,12 +171,8 @@ void replace(AEffect* effect, float** inputs, float** outputs, std::int32_t fram
 
 void setParameter(AEffect* effect, std::int32_t index, float value)
 {
-    Fake& fake = fakeOf(effect);
-    fake.values.at(static_cast<std::size_t>(index)) = value;
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%s %.2f", kNames.at(static_cast<std::size_t>(index)),
-                  static_cast<double>(value));
-    logEvent(fake, text.data());
+    fakeOf(effect).values.at(static_cast<std::size_t>(index)) = value;
+    note("{} {:.2f}", kNames.at(static_cast<std::size_t>(index)), value);
 }
 
 /// A choice gives the position that it has taken, cut down from the host's value.

@@ -1,26 +1,16 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace orvane
 {
 
-/// What the fake plug-in has seen of its host since its entry was called last. The library gives it
-/// out through the function "fakePluginLog".
-struct FakePluginLog
-{
-    std::vector<std::int32_t> opcodes;  // asked of the dispatcher, without those for texts
-    std::vector<std::int32_t> blocks;   // frames of each
-    std::vector<double> positions;      // of each, in frames, as the host tells
-    std::vector<double> quarters;
-    std::vector<std::string> events;  // "FRAME: ..." for each value and message, where it came
-    std::vector<std::string> chunks;  // that came, "bank " or "program " before them
-    /// The host's version, rate, block size, process level, language, whether it sends MIDI, its
-    /// vendor and name, as it answers in the first block.
-    std::string host;
-};
+/// What the fake plug-in has seen of its host since its entry was called last, in order: the
+/// host's answers before the first block, opcodes by number but for those that ask for texts,
+/// parameters, messages, chunks, and each block with its time. The library gives it out through the
+/// function "fakePluginLog".
+using FakePluginLog = std::vector<std::string>;
 
 /// Latency in frames, and the one to which it changes where the environment asks for that.
 inline constexpr int kFakeLatency = 150;
