@@ -1,6 +1,5 @@
 #include "zdsp/common/ZEnvelopeDetector.h"
 
-#include "support/RealtimeGuard.h"
 #include "zlib/common/ZBuffer.h"
 
 #include <algorithm>
@@ -54,12 +53,6 @@ TEST_F(ZEnvelopeDetectorTest, RisesByThreeQuartersInTheRiseTimeAtEveryRateAndBlo
     }
 }
 
-TEST_F(ZEnvelopeDetectorTest, FirstBlockOfARiseOf30MillisecondsGoes42Percent)
-{
-    mDetector->SetRiseTime(30.0f);
-    EXPECT_NEAR(processConstant(1.0f), -144.0 * std::pow(0.25, 512.0 / 1323.0), 1e-3);
-}
-
 TEST_F(ZEnvelopeDetectorTest, RiseAndFallHaveTheirOwnTimes)
 {
     EXPECT_EQ(processConstant(1.0f), -144.0f);  // no time is set
@@ -82,11 +75,13 @@ TEST_F(ZEnvelopeDetectorTest, PeakIsTheSquareAndIsHeldForThreeSeconds)
     EXPECT_EQ(mDetector->Peak(), 0.25f);
     processConstant(0.1f, 1000);
     EXPECT_FLOAT_EQ(mDetector->Peak(), 0.01f);
+    const float level = mDetector->Level();
+    EXPECT_EQ(mDetector->Process(std::span<const float>()), level);
     process({1e-20f});  // its square is no normal number
     EXPECT_FLOAT_EQ(mDetector->Peak(), 0.01f);
 }
 
-TEST_F(ZEnvelopeDetectorTest, OneSampleAtFullScaleIsNoClip)
+TEST_F(ZEnvelopeDetectorTest, OneSampleAtFullScaleIsNoClipAndClipsCountUntilCleared)
 {
     process({0.5f, 1.0f, 0.5f, -1.0f});
     EXPECT_EQ(mDetector->ClippedSamples(), 0u);
@@ -100,22 +95,10 @@ TEST_F(ZEnvelopeDetectorTest, OneSampleAtFullScaleIsNoClip)
     EXPECT_EQ(mDetector->ClipEvents(), 3u);
     EXPECT_EQ(mDetector->ClippedSamples(), 103u);
     EXPECT_EQ(mDetector->LastClipRun(), 1u);
-}
-
-TEST_F(ZEnvelopeDetectorTest, TakesAPartOfABufferAndForgetsClips)
-{
-    ZBuffer buffer(8, "ZBuffer");
-    std::fill_n(buffer.Data() + 4, 4, 2.0f);
-    mDetector->Process(std::span<const float>(buffer.Data(), 4));
-    EXPECT_EQ(mDetector->ClippedSamples(), 0u);
-    mDetector->Process(buffer);
-    EXPECT_EQ(mDetector->ClippedSamples(), 4u);
     mDetector->ClearClips();
     EXPECT_EQ(mDetector->ClippedSamples() + mDetector->ClipEvents(), 0u);
-    mDetector->Process(buffer);
+    processConstant(2.0f);
     EXPECT_EQ(mDetector->ClipEvents(), 1u) << "the run from before still counts as begun";
-    const float level = mDetector->Level();
-    EXPECT_EQ(mDetector->Process(std::span<const float>()), level);
 }
 
 TEST_F(ZEnvelopeDetectorTest, ComesBackFromWhatIsNoSound)
@@ -129,15 +112,6 @@ TEST_F(ZEnvelopeDetectorTest, ComesBackFromWhatIsNoSound)
         EXPECT_TRUE(std::isfinite(mDetector->Level())) << value;
         EXPECT_NEAR(processConstant(0.1f), -20.0, 1e-4) << value;
     }
-}
-
-TEST_F(ZEnvelopeDetectorTest, NeitherAllocatesNorWaits)
-{
-    const ZBuffer block(64, "ZBuffer");
-    const RealtimeGuard guard;
-    mDetector->SetSampleRate(48000.0f);
-    mDetector->Process(block);
-    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
 }
 
 }  // namespace orvane
