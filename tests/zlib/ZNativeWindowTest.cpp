@@ -440,6 +440,19 @@ TEST_F(ZNativeWindowTest, WhereThereIsNoParentOrNoDisplayALineTellsSo)
     EXPECT_EQ(linesOf(parent), 0) << "it has been told";
 }
 
+TEST_F(ZNativeWindowTest, WindowsThatComeAndGoLeaveNothingOnTheServer)
+{
+    ShowChild();
+    const std::uint32_t before = probe->CountResources();
+    for (int i = 0; i < 200; ++i) {
+        const ZInterfaceLock lock;
+        const Client another(ChildSettings());
+        another.window->Show();
+        another.window->SetCapture(true);
+    }
+    EXPECT_TRUE(waitFor([&] { return probe->CountResources() == before; }));
+}
+
 TEST_F(ZNativeWindowTest, ADialogTellsTheWindowManagerWhatItIs)
 {
     const ZInterfaceLock lock;
