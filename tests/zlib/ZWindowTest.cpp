@@ -335,19 +335,4 @@ TEST_F(ZWindowTest, TheKeyOfACommandIsDispatchedAndACloseRequestGoesByItsStyle)
     EXPECT_EQ(documentsAfterClose("doc"), 0);
 }
 
-TEST_F(ZWindowTest, FiltersSeeAMessageBeforeTheWindowActs)
-{
-    struct Filter : ZWindowFilter
-    {
-        void FilterMessage(const ZMessage&) override { TestView::log.push_back("filter"); }
-    } filter;
-    const auto window = Make();
-    window->AddFilter(ZTIMER, &filter);
-    window->AddFilter(ZTIMER, &filter);
-    EXPECT_EQ(Tick(*window, 1), (Log{"filter", "filter", "a timer", "b timer"}));
-    window->RemoveFilter(ZTIMER, &filter);
-    window->RemoveFilter(ZQUIT, &filter);
-    EXPECT_EQ(Tick(*window, 1).size(), 3u);
-}
-
 }  // namespace orvane
