@@ -10,21 +10,14 @@
 #include "support/VirtualDisplay.h"
 
 #include <gtest/gtest.h>
-#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <memory>
-#include <random>
-#include <set>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -76,6 +69,8 @@ protected:
             GTEST_SKIP() << "no X server for tests";
         StartDisplay();
         effect = host->Open();
+        ask(effect, effSetBlockSize, 0, 256);
+        ask(effect, effMainsChanged, 0, 1);
     }
     void TearDown() override
     {
@@ -175,100 +170,6 @@ struct Gestures
     int mistakes = 0;
     std::map<std::int32_t, int> open;
 };
-
-// Where something in the window can be pressed: menus, check boxes, the slider, buttons, a key.
-constexpr xcb_point_t kControls[] = {
-    xcb_point_t{100, 65},  xcb_point_t{100, 121}, xcb_point_t{240, 121}, xcb_point_t{240, 200},
-    xcb_point_t{345, 200}, xcb_point_t{20, 98},   xcb_point_t{20, 163},  xcb_point_t{70, 204},
-    xcb_point_t{30, 204},  xcb_point_t{50, 310},  xcb_point_t{50, 330},  xcb_point_t{50, 352},
-    xcb_point_t{200, 380}};
-
-constexpr std::uint32_t kModifiers[] = {XKB_KEY_Shift_L, XKB_KEY_Control_L, XKB_KEY_Alt_L};
-constexpr std::uint32_t kKeys[] = {XKB_KEY_a,      XKB_KEY_z,      XKB_KEY_5,    XKB_KEY_space,
-                                   XKB_KEY_Return, XKB_KEY_Escape, XKB_KEY_Left, XKB_KEY_Up,
-                                   XKB_KEY_Right,  XKB_KEY_Down,   XKB_KEY_Tab,  XKB_KEY_BackSpace,
-                                   XKB_KEY_End,    XKB_KEY_Delete};
-
-/// Knows buttons, keys and a window, and no plan; the same in every run.
-class RandomUser
-{
-public:
-    RandomUser(DisplayProbe& display, const xcb_rectangle_t& editor)
-        : mDisplay(display)
-        , mEditor(editor)
-    {
-    }
-
-    void Act()
-    {
-        const unsigned what = Below(100);
-        if (what < 50)
-            Move();
-        else if (what < 71)
-            TurnButton(Below(8) != 0 ? 1 : static_cast<std::uint8_t>(2 + Below(2)));
-        else if (what < 78)
-            mDisplay.Click(static_cast<std::uint8_t>(4 + Below(2)));
-        else if (what < 88)
-            mDisplay.TypeKey(kKeys[Below(std::size(kKeys))]);
-        else if (what < 96)
-            TurnButtonWith(kModifiers[Below(std::size(kModifiers))]);
-        else
-            LetGo();
-    }
-    /// Lets all buttons go.
-    void LetGo()
-    {
-        for (const std::uint8_t button : std::exchange(mButtons, {}))
-            mDisplay.Release(button);
-    }
-    [[nodiscard]] unsigned Below(std::size_t end) { return static_cast<unsigned>(mRandom() % end); }
-
-private:
-    // Mostly a step from where it was, as a drag is, else to a control.
-    void Move()
-    {
-        const unsigned where = Below(20);
-        if (where < 10) {
-            mX = std::clamp(mX + static_cast<int>(Below(41)) - 20, 0, 1000);
-            mY = std::clamp(mY + static_cast<int>(Below(41)) - 20, 0, 760);
-        } else if (where < 17) {
-            const xcb_point_t control = kControls[Below(std::size(kControls))];
-            mX = mEditor.x + control.x;
-            mY = mEditor.y + control.y;
-        } else {
-            mX = static_cast<int>(Below(700));
-            mY = static_cast<int>(Below(700));
-        }
-        mDisplay.MovePointer(mX, mY);
-    }
-    void TurnButton(std::uint8_t button)
-    {
-        if (mButtons.erase(button) != 0)
-            return mDisplay.Release(button);
-        mButtons.insert(button);
-        mDisplay.Press(button);
-    }
-    void TurnButtonWith(std::uint32_t modifier)
-    {
-        mDisplay.PressKey(modifier);
-        TurnButton(1);
-        mDisplay.ReleaseKey(modifier);
-    }
-
-    DisplayProbe& mDisplay;
-    const xcb_rectangle_t mEditor;
-    std::mt19937 mRandom{7};
-    int mX = 0;
-    int mY = 0;
-    std::set<std::uint8_t> mButtons;
-};
-
-/// Three seconds, or what KESTRUNE_SOAK_SECONDS says.
-std::chrono::duration<double> soakTime()
-{
-    const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
-    return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 3.0);
-}
 
 /// Ends the process as a host does that forgets an instance; a process that hangs is killed.
 [[noreturn]] void exitAtOnce()
@@ -421,56 +322,6 @@ TEST_F(EditorWindowTest, TheSliderIsDraggedInOneGestureWhateverEndsIt)
     EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); })) << "the close ends what is held";
     EXPECT_EQ(Gestures().mistakes, 0);
     probe->Release(1);
-}
-
-TEST_F(EditorWindowTest, WhateverMouseAndKeysDoEachGestureEndsAndAudioGoesOn)
-{
-    Open();
-    std::atomic<bool> runs{true};
-    // The editor has a thread of its own, as in some hosts.
-    std::thread editor([&] {
-        const auto end = std::chrono::steady_clock::now() + soakTime();
-        RandomUser user(*probe, kPlace);
-        for (int actions = 1; std::chrono::steady_clock::now() < end; ++actions) {
-            user.Act();
-            probe->Sync();
-            std::this_thread::sleep_for(std::chrono::milliseconds(user.Below(4)));
-            if (actions % 20 == 0)
-                ask(effect, effEditIdle);
-            if (actions % 500 != 0)
-                continue;
-            closeEditor(effect);
-            // A switch that was pressed just now may still be between its begin and its end.
-            EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); }))
-                << "a window that closes lets go of its controls";
-            EXPECT_EQ(openEditor(effect, parent), 1);
-        }
-        user.LetGo();
-        runs = false;
-    });
-    std::thread audio([&] {
-        while (runs) {
-            EXPECT_TRUE(process(effect));
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-    });
-    for (std::mt19937 random(5); runs;) {
-        effect->setParameter(effect, static_cast<std::int32_t>(random() % 7),
-                             static_cast<float>(random() % 101) / 100.0f);
-        if (random() % 50 == 0)
-            ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));
-        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
-    }
-    editor.join();
-    audio.join();
-    probe->MovePointer(1000, 700);
-    for (int i = 0; i < 3; ++i)
-        probe->TypeKey(XKB_KEY_Escape);
-    EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); }));
-    EXPECT_TRUE(waitFor([&] { return probe->Grab(); })) << "the mouse is free";
-    probe->Ungrab();
-    EXPECT_GT(Gestures().begun, 0);
-    EXPECT_EQ(Gestures().mistakes, 0);
 }
 
 TEST_F(EditorWindowTest, AnEntryOfAMenuIsChosenWithTheMouse)

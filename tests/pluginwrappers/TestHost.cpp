@@ -6,6 +6,7 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
 #include <filesystem>
 #include <iterator>
 #include <mutex>
@@ -22,7 +23,7 @@ struct HostLog
 {
     std::mutex mutex;
     std::intptr_t versionAnswer = 0;
-    bool offline = false;
+    std::atomic<bool> offline = false;  // asked at every block, so neither locked nor in the log
     std::vector<HostCall> calls;
 };
 
@@ -70,22 +71,15 @@ TestHost::TestHost(std::intptr_t versionAnswer)
 std::intptr_t TestHost::callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
                                  std::intptr_t value, void* /*ptr*/, float opt)
 {
-    const std::lock_guard lock(hostLog().mutex);
-    switch (opcode) {
-    case audioMasterGetCurrentProcessLevel:  // at every block, so not for the log
+    if (opcode == audioMasterGetCurrentProcessLevel)
         return hostLog().offline ? kVstProcessLevelOffline : 0;
-    case audioMasterVersion:
-        hostLog().calls.push_back({effect, opcode, index, value, opt});
-        return hostLog().versionAnswer;
-    default:
-        hostLog().calls.push_back({effect, opcode, index, value, opt});
-        return 0;
-    }
+    const std::lock_guard lock(hostLog().mutex);
+    hostLog().calls.push_back({effect, opcode, index, value, opt});
+    return opcode == audioMasterVersion ? hostLog().versionAnswer : 0;
 }
 
 void TestHost::SetOffline(bool offline)
 {
-    const std::lock_guard lock(hostLog().mutex);
     hostLog().offline = offline;
 }
 
