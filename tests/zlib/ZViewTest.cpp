@@ -171,18 +171,13 @@ TEST_F(ZViewTest, AllOnTheWaySeeTheReleaseAndOnlyTheCapturedSeeMoves)
 {
     const auto child = Add("child", {10, 10, 30, 30});
     root->HandleZMessage(mouse(ZMOUSEUP, "UpPoint", {11, 12}));
-    EXPECT_EQ(TakeLog(), (Log{"child up 1,2", "root up 11,12"}));
     root->HandleZMessage(mouse(ZMOUSEDOUBLECLICK, "ClickPoint", {11, 12}));
-    EXPECT_EQ(TakeLog(), Log{"child double 1,2"});
     root->HandleZMessage(mouse(ZMOUSEMOVED, "MovePoint", {11, 12}));
-    EXPECT_EQ(TakeLog(), Log{});
-    EXPECT_EQ(child->GetLastMove(), (ZPoint{1, 2}));
+    EXPECT_EQ(TakeLog(), (Log{"child up 1,2", "root up 11,12", "child double 1,2"}));
     child->SetMouseCapture(true, false);
     root->HandleZMessage(mouse(ZMOUSEMOVED, "MovePoint", {13, 14}));
-    EXPECT_EQ(TakeLog(), Log{"child moved 3,4"});
-
     root->HandleZMessage(makeWheelMessage({13, 14}, 1, 1, -2));
-    EXPECT_EQ(TakeLog(), Log{"child wheel1-2 3,4"});
+    EXPECT_EQ(TakeLog(), (Log{"child moved 3,4", "child wheel1-2 3,4"}));
 }
 
 TEST_F(ZViewTest, AMissingFieldIsNamed)
