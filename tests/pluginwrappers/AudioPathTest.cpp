@@ -38,23 +38,27 @@ public:
     }
     ~Stream() { closeEffect(effect); }
 
-    /// Runs a signal through both channels, in blocks of a size or, with 0, of any, and gives the
-    /// left of them.
+    /// Runs a signal through the left channel, and as much of it through the right that both can be
+    /// told apart, in blocks of a size or, with 0, of any. Gives the left.
     std::vector<float> Run(std::vector<float> signal, std::size_t blockSize) const
     {
         std::mt19937 random(7);
+        const auto forRight = [](float sample) { return -0.5f * sample; };
+        std::vector<float> other(signal.size());
+        std::ranges::transform(signal, other.begin(), forRight);
         std::vector<float> left(signal.size());
         std::vector<float> right(signal.size());
         ask(effect, effMainsChanged, 0, 1);
         for (std::size_t at = 0; at < signal.size();) {
             const std::size_t size = blockSize > 0 ? blockSize : random() % kLargestBlock + 1;
             const std::size_t frames = std::min(size, signal.size() - at);
-            float* in[] = {signal.data() + at, signal.data() + at};
+            float* in[] = {signal.data() + at, other.data() + at};
             float* out[] = {left.data() + at, right.data() + at};
             effect->processReplacing(effect, in, out, static_cast<std::int32_t>(frames));
             at += frames;
         }
         ask(effect, effMainsChanged, 0, 0);
+        EXPECT_TRUE(std::ranges::equal(right, left, {}, {}, forRight));
         return left;
     }
 
