@@ -312,7 +312,7 @@ void AudioEffect::Close()
 void AudioEffect::waitForHostCalls()
 {
     constexpr std::chrono::milliseconds kPause(1);
-    while (mHostCalls > 0) {
+    while (IsInHostCall()) {
         const ZInterfaceUnlock unlocked;
         std::this_thread::sleep_for(kPause);
     }

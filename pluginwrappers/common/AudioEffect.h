@@ -34,6 +34,8 @@ public:
     /// call that this thread makes of it, the frames around that call still need the object: then
     /// another thread deletes it once they are done. [host thread or interface thread]
     void Close();
+    /// Whether a call of the host is not yet back. [any thread]
+    [[nodiscard]] bool IsInHostCall() const { return mHostCalls > 0; }
 
     /// Answers an opcode; 0 for one it does not know. [host thread]
     virtual std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,

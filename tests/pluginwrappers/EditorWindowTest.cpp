@@ -127,6 +127,11 @@ protected:
         EXPECT_TRUE(
             waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before.size(); }));
         menu = probe->GetChildren(probe->GetRoot()).back();
+        // It is painted once it has the mouse.
+        const xcb_rectangle_t place = probe->GetPlace(menu);
+        EXPECT_TRUE(waitFor([&] {
+            return probe->PixelAt(place.x + 4, place.y + place.height - 8) == kMenuGround;
+        }));
     }
     [[nodiscard]] bool MenuIsGone()
     {
@@ -137,6 +142,7 @@ protected:
     }
 
     static constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
+    static constexpr std::uint32_t kMenuGround = 0x262629;
 
     const std::size_t threadsBefore = threadCount();
     std::unique_ptr<VirtualDisplay> display;

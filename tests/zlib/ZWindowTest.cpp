@@ -220,6 +220,8 @@ TEST_F(ZWindowTest, TheMouseReachesTheViewUnderItOrTheOneThatHoldsIt)
     EXPECT_EQ(Send(*window, {Mouse::kUp, {-3, 99}, 1}), Log{"b up -63,89"});
     b.SetMouseCapture(false, true);
     EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 12}, 1}), Log{"b entered 1,2"});
+    window->Destroy();
+    EXPECT_EQ(TestView::TakeLog(), Log{"b left"}) << "a host may open the same again elsewhere";
     b.SetMouseCapture(true, true);
     window->Hide();
     EXPECT_EQ(window->GetCapturedView(), nullptr);

@@ -121,8 +121,7 @@ boost::shared_ptr<ZBay> ZAudioDocument::BuildNetwork(const ZXMLElement& network)
     const auto xml = network.GetChild("bay");
     if (!xml)
         return nullptr;
-    const char* const given = xml->GetAttribute("class");
-    const std::string className = given ? given : "";
+    const std::string className = xml->GetAttributeOr("class", "");
     const auto bay =
         boost::dynamic_pointer_cast<ZBay>(GetApp()->GetClassRegistry().Create(className, xml));
     if (!bay)

@@ -45,10 +45,8 @@ constexpr std::array<std::pair<const char*, std::int32_t ZDriverSettings::*>, 9>
 std::vector<std::string> childNames(const ZXMLElement& xml, const char* tag)
 {
     std::vector<std::string> names;
-    for (std::int32_t i = 0; i < xml.GetChildCount(tag); ++i) {
-        const char* const name = xml.GetChild(tag, i)->GetAttribute("name");
-        names.emplace_back(name != nullptr ? name : "");
-    }
+    for (std::int32_t i = 0; i < xml.GetChildCount(tag); ++i)
+        names.emplace_back(xml.GetChild(tag, i)->GetAttributeOr("name", ""));
     return names;
 }
 

@@ -16,11 +16,6 @@ namespace orvane
 namespace
 {
 
-std::string orEmpty(const char* text)
-{
-    return text ? text : "";
-}
-
 /// Counts the bays that are being built inside one another on this thread.
 class Nesting
 {
@@ -65,8 +60,8 @@ void ZBay::BuildBays(const ZXMLElement& list)
 
 boost::shared_ptr<ZBay> ZBay::MakeBay(const boost::shared_ptr<ZXMLElement>& xml)
 {
-    const std::string name = orEmpty(xml->GetAttribute("name"));
-    const std::string className = orEmpty(xml->GetAttribute("class"));
+    const std::string name = xml->GetAttributeOr("name", "");
+    const std::string className = xml->GetAttributeOr("class", "");
     ZTrace::Write("Bay '" + GetName() + "' is adding an instance of class '" + className +
                   "' named '" + name + "'\n");
     ZApplication* const application = GetApp();
@@ -91,8 +86,8 @@ void ZBay::BuildRoutes(const ZXMLElement& list)
 
 void ZBay::BuildRoute(const ZXMLElement& xml)
 {
-    const auto target = FindBay(orEmpty(xml.GetAttribute("inbay")));
-    const auto source = FindBay(orEmpty(xml.GetAttribute("outbay")));
+    const auto target = FindBay(xml.GetAttributeOr("inbay", ""));
+    const auto source = FindBay(xml.GetAttributeOr("outbay", ""));
     if (!target || !source)
         return;
     const std::int32_t importIndex = xml.GetInt32("import");
@@ -178,7 +173,7 @@ void ZBay::RestoreBody(const boost::shared_ptr<ZXMLElement>& xml)
         const std::int32_t count = bays->GetChildCount("bay");
         for (std::int32_t i = 0; i < count; ++i) {
             const auto bayXml = bays->GetChild("bay", i);
-            if (const auto bay = FindBay(orEmpty(bayXml->GetAttribute("name"))))
+            if (const auto bay = FindBay(bayXml->GetAttributeOr("name", "")))
                 bay->RestoreBody(bayXml);
         }
         return;

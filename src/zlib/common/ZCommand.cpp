@@ -16,21 +16,10 @@
 namespace orvane
 {
 
-namespace
-{
-
-std::string textOf(const ZXMLElement& xml, std::string_view attribute)
-{
-    const char* const text = xml.GetAttribute(attribute);
-    return text ? text : "";
-}
-
-}  // namespace
-
 ZCommand::ZCommand(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZElement(xml, application)
     , mEnabled(!xml->AttributeIs("state", "disabled"))
-    , mTarget(textOf(*xml, "target"))
+    , mTarget(xml->GetAttributeOr("target", ""))
 {
     if (const auto menu = xml->GetChild("menu"))
         ReadMenu(*menu);
@@ -41,7 +30,7 @@ ZCommand::ZCommand(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* appl
     if (const auto message = xml->GetChild("message"))
         mMessage = boost::make_shared<const ZMessage>(message, application->GetClassRegistry());
     if (const auto element = xml->GetChild("element"))
-        mElementName = textOf(*element, "target");
+        mElementName = element->GetAttributeOr("target", "");
 }
 
 ZCommand::~ZCommand()
@@ -51,7 +40,7 @@ ZCommand::~ZCommand()
 
 void ZCommand::ReadMenu(const ZXMLElement& menu)
 {
-    mMenuName = textOf(menu, "name");
+    mMenuName = menu.GetAttributeOr("name", "");
     if (menu.HasAttribute("id"))
         mMenuId = menu.GetInt32("id");
 }

@@ -7,26 +7,15 @@
 namespace orvane
 {
 
-namespace
-{
-
-std::string attributeOf(const ZXMLElement& xml, const char* name)
-{
-    const char* const value = xml.GetAttribute(name);
-    return value ? value : "";
-}
-
-}  // namespace
-
 ZDocumentMap::ZDocumentMap(const ZXMLElement& xml)
 {
     if (!xml.IsNamed("documenttype")) {
         ZTrace::Write("\nError: ZDocumentMap::ZDocumentMap,  XML tag is not a <documenttype>.\n");
         return;
     }
-    mDocumentName = attributeOf(xml, "docname");
-    mDocumentClass = attributeOf(xml, "docclass");
-    mWindowName = attributeOf(xml, "winname");
+    mDocumentName = xml.GetAttributeOr("docname", "");
+    mDocumentClass = xml.GetAttributeOr("docclass", "");
+    mWindowName = xml.GetAttributeOr("winname", "");
     mShow = xml.GetAttributeBool("show");
 }
 

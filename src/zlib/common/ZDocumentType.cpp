@@ -9,20 +9,9 @@
 namespace orvane
 {
 
-namespace
-{
-
-std::string attributeOf(const ZXMLElement& xml, std::string_view name)
-{
-    const char* const value = xml.GetAttribute(name);
-    return value ? value : "";
-}
-
-}  // namespace
-
 ZDocumentType::ZDocumentType(const boost::shared_ptr<ZXMLElement>& doctype)
-    : name(attributeOf(*doctype, "name"))
-    , className(attributeOf(*doctype, "class"))
+    : name(doctype->GetAttributeOr("name", ""))
+    , className(doctype->GetAttributeOr("class", ""))
     , xml(doctype)
 {
     if (!doctype->IsNamed("doctype"))

@@ -101,11 +101,6 @@ void writeRange(ZXMLElement& xml, std::string_view start, std::string_view end, 
     xml.AddAttribute(end, range.mStart + range.mLength - 1);
 }
 
-const char* orEmpty(const char* text)
-{
-    return text ? text : "";
-}
-
 }  // namespace
 
 ZElement::ZElement(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
@@ -165,8 +160,8 @@ void ZElement::AddChildElements(const ZXMLElement& xml)
 
 boost::shared_ptr<ZElement> ZElement::MakeChild(const boost::shared_ptr<ZXMLElement>& xml)
 {
-    const std::string name = orEmpty(xml->GetAttribute("name"));
-    const std::string className = orEmpty(xml->GetAttribute("class"));
+    const std::string name = xml->GetAttributeOr("name", "");
+    const std::string className = xml->GetAttributeOr("class", "");
     ZTrace::Write("Element (" + GetName() + "): Adding " + className + " instance named '" + name +
                   "' ");
     ZApplication* const application = GetApp();
@@ -331,7 +326,7 @@ void ZElement::RestoreChildren(const ZXMLElement& xml)
     for (std::int32_t i = 0; i < count; ++i) {
         const auto childXml = xml.GetChild("element", i);
         boost::shared_ptr<ZElement> child;
-        if (FindSubElement(orEmpty(childXml->GetAttribute("name")), child))
+        if (FindSubElement(childXml->GetAttributeOr("name", ""), child))
             child->RestoreBody(childXml);
     }
 }

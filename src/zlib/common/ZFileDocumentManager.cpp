@@ -22,12 +22,6 @@ namespace orvane
 namespace
 {
 
-std::string textOf(const ZXMLElement& xml, std::string_view attribute, const char* absent)
-{
-    const char* const text = xml.GetAttribute(attribute);
-    return text ? text : absent;
-}
-
 /// The four characters as one number, the first on top; 0 for any other length.
 std::uint32_t packed(std::string_view text)
 {
@@ -42,11 +36,11 @@ std::uint32_t packed(std::string_view text)
 boost::shared_ptr<ZFiletype> readFiletype(const ZXMLElement& xml)
 {
     auto type = boost::make_shared<ZFiletype>();
-    type->docClass = textOf(xml, "docclass", "");
-    type->mimeType = textOf(xml, "mimetype", "");
-    type->macType = packed(textOf(xml, "mactype", ""));
-    type->extension = textOf(xml, "winext", "");
-    type->description = textOf(xml, "description", "None");
+    type->docClass = xml.GetAttributeOr("docclass", "");
+    type->mimeType = xml.GetAttributeOr("mimetype", "");
+    type->macType = packed(xml.GetAttributeOr("mactype", ""));
+    type->extension = xml.GetAttributeOr("winext", "");
+    type->description = xml.GetAttributeOr("description", "None");
     return type;
 }
 

@@ -15,11 +15,6 @@ namespace orvane
 namespace
 {
 
-const char* textOr(const char* text, const char* absent)
-{
-    return text ? text : absent;
-}
-
 using AddFunction = void (*)(ZMessage& message, std::string_view name, const ZXMLElement& xml);
 
 template <ZMsgValue T, T (ZXMLElement::*kRead)(std::string_view) const>
@@ -74,7 +69,7 @@ ZMessage::ZMessage(std::int32_t id)
 
 ZMessage::ZMessage(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes)
     : ZObject(xml)
-    , mId(ZMessageRegistry::Get().Find(textOr(xml->GetAttribute("id"), "")))
+    , mId(ZMessageRegistry::Get().Find(xml->GetAttributeOr("id", "")))
 {
     for (std::int32_t i = 0; i < xml->GetChildCount(); ++i)
         AddField(xml->GetChild(i), classes);
@@ -82,9 +77,9 @@ ZMessage::ZMessage(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegist
 
 void ZMessage::AddField(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes)
 {
-    const char* const name = textOr(xml->GetAttribute("name"), "");
+    const char* const name = xml->GetAttributeOr("name", "");
     if (xml->IsNamed("ZObject")) {
-        const char* const className = textOr(xml->GetAttribute("class"), "");
+        const char* const className = xml->GetAttributeOr("class", "");
         Add<boost::shared_ptr<ZObject>>(name, classes.Create(className, xml));
         return;
     }

@@ -17,19 +17,16 @@ namespace
 
 constexpr std::int64_t kVersionMicroseconds = 10'000'000;
 
-std::string partOf(const ZXMLElement& version, std::string_view attribute, const char* absent)
-{
-    const char* const part = version.GetAttribute(attribute);
-    return part ? part : absent;
-}
-
 std::string readVersion(const ZXMLElement& view)
 {
     const auto version = view.GetChild("version");
     if (!version)
         return "X.Y.Z.bbb";
-    return partOf(*version, "major", "X") + "." + partOf(*version, "minor", "Y") + "." +
-           partOf(*version, "sub", "Z") + "." + partOf(*version, "build", "bbbb");
+    std::string text = version->GetAttributeOr("major", "X");
+    text.append(".").append(version->GetAttributeOr("minor", "Y"));
+    text.append(".").append(version->GetAttributeOr("sub", "Z"));
+    text.append(".").append(version->GetAttributeOr("build", "bbbb"));
+    return text;
 }
 
 }  // namespace

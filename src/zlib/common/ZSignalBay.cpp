@@ -49,8 +49,7 @@ const char* ZSignalBay::GetClassName() const
 
 void ZSignalBay::Publish(const ZXMLElement& xml)
 {
-    const char* const name = xml.GetAttribute("bay");
-    const auto bay = FindBay(name ? name : "");
+    const auto bay = FindBay(xml.GetAttributeOr("bay", ""));
     if (!bay)
         return;
     const std::int32_t importIndex = xml.GetInt32("import");
@@ -67,8 +66,7 @@ std::int32_t ZSignalBay::ReadChannelCount(const ZXMLElement& xml, std::int32_t m
     const std::int32_t count = xml.GetInt32("numchannels");
     if (count >= 1 && count <= max)
         return count;
-    const char* const name = xml.GetAttribute("name");
-    throw ZException(-1, "Bay '" + std::string(name ? name : "") +
+    throw ZException(-1, "Bay '" + std::string(xml.GetAttributeOr("name", "")) +
                              "' needs numchannels from 1 to " + std::to_string(max) + ".");
 }
 

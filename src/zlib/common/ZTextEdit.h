@@ -9,8 +9,7 @@ namespace orvane
 {
 
 /// A field of one line to type into, by keyboard and mouse. The window gives it the keys while it
-/// has the focus, which a click
-/// or the Tab key takes.
+/// has the focus, which a click or the Tab key takes.
 class ZTextEdit : public ZView
 {
 public:

@@ -87,12 +87,6 @@ void readColor(const ZXMLElement& xml, const char* tag, ZColor& out)
         out = readColor(*color);
 }
 
-std::string textOf(const ZXMLElement& xml, const char* attribute)
-{
-    const char* const text = xml.GetAttribute(attribute);
-    return text ? text : "";
-}
-
 void addColor(ZXMLElement& xml, const char* tag, const ZColor& color)
 {
     ZXMLElement child(tag);
@@ -272,9 +266,9 @@ void ZView::LayoutSubviews(const ZXMLElement& xml)
 
 void ZView::AddSubviewFrom(const boost::shared_ptr<ZXMLElement>& xml)
 {
-    const std::string className = textOf(*xml, "class");
+    const std::string className = xml->GetAttributeOr("class", "");
     ZTrace::Write("View (" + GetName() + "): Adding " + className + " instance named '" +
-                  textOf(*xml, "name") + "' \n");
+                  xml->GetAttributeOr("name", "") + "' \n");
     ZApplication* const application = GetApplication();
     boost::shared_ptr<ZView> view;
     if (application && application->GetClassRegistry().Contains(className))

@@ -157,7 +157,7 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
     if (mNativeWindow)
         EndModalRuns();
     ReleaseCapture();
-    mHoverView = nullptr;
+    LeaveHover();
     mNativeWindow = std::move(native);
     MakeOffscreen();
     return true;
@@ -180,7 +180,7 @@ void ZWindow::Destroy()
 {
     HideTooltip();
     ReleaseCapture();
-    mHoverView = nullptr;
+    LeaveHover();
     mPaused = true;
     UpdateFrameTimer();
     mNativeWindow.reset();

@@ -16,10 +16,8 @@ ZWindowType::ZWindowType(const boost::shared_ptr<ZXMLElement>& xml)
         ZTrace::Write("\nError: ZWindowType::ZWindowType,  XML tag is not a <windowtype>.\n");
         return;
     }
-    const char* const name = xml->GetAttribute("name");
-    mName = name ? name : "";
-    const char* const className = xml->GetAttribute("class");
-    mClass = className ? className : "";
+    mName = xml->GetAttributeOr("name", "");
+    mClass = xml->GetAttributeOr("class", "");
     mXml = xml;
 }
 

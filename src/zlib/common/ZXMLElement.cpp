@@ -144,6 +144,12 @@ const char* ZXMLElement::GetAttribute(std::string_view name) const
     return mTag.FindValue(name);
 }
 
+const char* ZXMLElement::GetAttributeOr(std::string_view name, const char* absent) const
+{
+    const char* const value = GetAttribute(name);
+    return value ? value : absent;
+}
+
 boost::shared_ptr<ZString> ZXMLElement::GetAttributeString(std::string_view name) const
 {
     for (std::int32_t i = GetAttributeCount() - 1; i >= 0; --i)

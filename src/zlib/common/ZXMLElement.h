@@ -42,6 +42,8 @@ public:
     [[nodiscard]] bool HasAttribute(std::string_view name) const;
     /// The value of the first attribute of that name; null when there is none.
     [[nodiscard]] const char* GetAttribute(std::string_view name) const;
+    /// The same; absent where there is none.
+    [[nodiscard]] const char* GetAttributeOr(std::string_view name, const char* absent) const;
     /// The value of the last attribute of that name; null when there is none.
     [[nodiscard]] boost::shared_ptr<ZString> GetAttributeString(std::string_view name) const;
     /// True when the value is exactly "true".
