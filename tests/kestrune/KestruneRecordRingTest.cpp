@@ -35,34 +35,17 @@ KestruneRecordRing ringOf(const std::vector<Frame>& frames)
 
 }  // namespace
 
-TEST(KestruneRecordRingTest, OneFrameAnOctaveOffIsReplacedWhenItIsFourBlocksOld)
+TEST(KestruneRecordRingTest, AnOctaveErrorFourBlocksOldIsReplacedAndAGlideLeftAlone)
 {
+    std::vector<Frame> frames;
+    for (int i = 0; i < 9; ++i)
+        frames.push_back({200.0f * std::exp2(static_cast<float>(i) / 100.0f), 1.0f});
+    EXPECT_EQ(ringOf(frames).Back(4).period, frames[4].period);
     for (const float wrong : {100.0f, 400.0f}) {
-        std::vector<Frame> frames(9, {200.0f, 1.0f});
         frames[4].period = wrong;
         EXPECT_EQ(ringOf({frames.begin(), frames.begin() + 8}).Back(3).period, wrong);
-        EXPECT_EQ(ringOf(frames).Back(4).period, 200.0f);
+        EXPECT_NEAR(ringOf(frames).Back(4).period, 205.0f, 3.0f);
     }
-}
-
-TEST(KestruneRecordRingTest, AGlideOfUnderAWholeToneIsLeftAlone)
-{
-    std::vector<Frame> frames;
-    for (int i = 0; i < 12; ++i)
-        frames.push_back({200.0f * std::exp2(static_cast<float>(i) / 100.0f), 1.0f});
-    const auto ring = ringOf(frames);
-    for (int age = 0; age < 9; ++age)
-        EXPECT_EQ(ring.Back(age).period, frames[static_cast<std::size_t>(11 - age)].period);
-}
-
-TEST(KestruneRecordRingTest, TheMedianListensToVoicedFramesAndWithoutAnyToTheShortestPeriod)
-{
-    std::vector<Frame> frames;
-    for (const float period : {90.0f, 200.0f, 90.0f, 201.0f, 90.0f, 202.0f, 90.0f, 203.0f, 90.0f})
-        frames.push_back({period, period == 90.0f ? 0.0f : 1.0f});
-    EXPECT_EQ(ringOf(frames).Back(4).period, 201.0f);  // where half of the weight is reached
-    EXPECT_EQ(ringOf({{200.0f, 0.0f}}).Back(4).period, 200.0f);
-    EXPECT_EQ(ringOf({{400.0f, 0.0f}}).Back(4).period, 300.0f);
 }
 
 TEST(KestruneRecordRingTest, FadingFramesKeepTheOneBeforeThemMarkedAsVoiced)

@@ -257,6 +257,25 @@ TEST(PsolaClassTest, BothChannelsShareMarksAndGrainsAndMayBeChangedInPlace)
     }
 }
 
+TEST(PsolaClassTest, TheReferenceNamesTheChannelThatIsHeard)
+{
+    const auto tone = harmonicTone(220.0, kRate, 44100);
+    const auto other = harmonicTone(330.0, kRate, 44100);
+    const std::vector<float> silence(tone.size());
+    const struct
+    {
+        std::int16_t reference;
+        const std::vector<float>& left;
+        const std::vector<float>& right;
+    } rows[] = {{0, tone, other}, {1, other, tone}, {2, silence, tone}, {7, tone, silence}};
+    for (const auto& row : rows) {
+        auto engine = engineAt(kRate);
+        engine->SetPitchReference(row.reference);
+        runEngine(*engine, kHop, row.left, row.right);
+        EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 5.0) << row.reference;
+    }
+}
+
 TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
 {
     std::vector<float> song = renderSong(demoSong(), kRate);
@@ -388,6 +407,8 @@ TEST(PsolaClassTest, AChangeOfRateOrBlockStartsAfresh)
     engine->SetFrequencyRange(330.0f, 1500.0f);
     runEngine(*engine, 557, harmonicTone(660.0, 48000.0, 48000));
     EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 660.0), 0.0, 6.0);
+    EXPECT_FALSE(engine->SetBlockSize(0));
+    EXPECT_FALSE(engine->SetBlockSize(100000));
     EXPECT_FALSE(engine->SetSampleRate(100.0f));
     EXPECT_EQ(engine->GetLatency(), 0);
     ASSERT_TRUE(engine->Initialize(kRate, kHop));
