@@ -101,8 +101,11 @@ TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)
     chain[2]->Unroute(0, *chain[0], 0);
     mixed->Route(0, *chain[0], 0);
     chain[2]->Route(0, *mixed, 0);
+    const auto other = probe("other");
+    other->Route(0, *mixed, 0);
     network.RemoveBay(mixed);
     EXPECT_TRUE(chain[2]->GetImport(0)->GetRoutes().empty());
+    EXPECT_TRUE(other->GetImport(0)->GetRoutes().empty());
     EXPECT_EQ(chain[0]->GetRouteCount(), 0);
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <numeric>
 #include <random>
 #include <string>
 
@@ -128,7 +129,7 @@ TEST(ZBlockProcessingBayTest, ANegativeSizeFollowsTheLongestPass)
     EXPECT_EQ(bay.GetBlockSize(), 200);
 }
 
-TEST(ZBlockProcessingBayTest, APassNeitherAllocatesNorWaits)
+TEST(ZBlockProcessingBayTest, APassThroughNestedBaysNeitherAllocatesNorWaits)
 {
     SmallApplication application;
     registerBays(application.GetClassRegistry());
@@ -145,14 +146,23 @@ TEST(ZBlockProcessingBayTest, APassNeitherAllocatesNorWaits)
         network.Route(i, input, i);
         output.Route(i, network, i);
     }
-    const ZBuffer buffer(64, "ZBuffer");
-    const RealtimeGuard guard;
-    input.Write(buffer, 64, 0);
-    input.Write(buffer, 64, 1);
-    runPass(output, 64);
-    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
-    EXPECT_EQ(output.GetWritten(), 64u);
+    ZBuffer buffer(64, "ZBuffer");
+    std::iota(buffer.Data(), buffer.Data() + 64, 1.0f);
+    {
+        const RealtimeGuard guard;
+        input.Write(buffer, 64, 0);
+        input.Write(buffer, 64, 1);
+        runPass(output, 64);
+        EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+    }
     EXPECT_EQ(block->GetFill(), 16u);
+    for (std::int32_t i = 0; i < 2; ++i) {
+        ASSERT_EQ(output.Available(i), 64u);
+        output.Read(buffer, 64, i);
+        EXPECT_EQ(buffer.Data()[23], 0.0f);
+        EXPECT_EQ(buffer.Data()[24], 1.0f);
+        EXPECT_EQ(buffer.Data()[63], 40.0f);
+    }
 }
 
 }  // namespace orvane

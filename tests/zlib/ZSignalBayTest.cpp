@@ -146,31 +146,6 @@ TEST(ZSignalBayTest, RandomNetworksDoWhatThePlainAccountSays)
     }
 }
 
-TEST(ZSignalBayTest, APassReachesThroughNestedContainers)
-{
-    const auto source = probe("source", 0);
-    const auto leaf = probe("leaf");
-    const auto inner = boost::make_shared<ZSignalBay>("inner");
-    ZSignalBay outer("outer");
-    inner->AddBay(leaf);
-    outer.AddBay(inner);
-    for (ZSignalBay* const bay : {inner.get(), &outer}) {
-        bay->AddImport(bay->GetBay(0)->ShareImport(0));
-        bay->AddExport(bay->GetBay(0)->ShareExport(0));
-    }
-    const auto sink = sinkOf();
-    outer.Route(0, *source, 0);
-    sink->Route(0, outer, 0);
-    EXPECT_EQ(source->GetDemand(), 1);
-    runPass(*sink, 10);
-    EXPECT_EQ(source->runs + leaf->runs, 2);
-    ZBuffer out(10, "ZBuffer");
-    sink->Read(out, 10, 0);
-    EXPECT_EQ(out.Data()[9], 2.0f);
-    outer.RemoveBay(inner);
-    EXPECT_TRUE(sink->IsRouted(0, *source, 0)) << "the neighbours are joined";
-}
-
 TEST(ZSignalBayTest, ABayTakesTheSmallestOfItsAudioImportsAndNoMoreThanItsPortsHold)
 {
     const auto source = probe("source", 0);
@@ -234,7 +209,7 @@ TEST(ZSignalBayTest, AnImportThatLosesItsSourceReadsZeros)
     EXPECT_EQ(target->Input().Data()[0], 0.0f);
 }
 
-TEST(ZSignalBayTest, SleepingBaysAreNotRunOverAndOver)
+TEST(ZSignalBayTest, RequestsThatNobodyPullsDoNoHarmAndSleepersAreNotAsked)
 {
     std::vector<boost::shared_ptr<ProbeBay>> bays;
     for (std::size_t i = 0; i < 200; ++i) {
@@ -244,29 +219,19 @@ TEST(ZSignalBayTest, SleepingBaysAreNotRunOverAndOver)
     }
     bays.back()->PullRange(0, 100);
     EXPECT_EQ(bays.back()->runs, 1);
-    EXPECT_EQ(bays.front()->runs, 0);
+    EXPECT_EQ(bays[198]->runs, 0);
     const auto sink = sinkOf();
     sink->Route(0, *bays.back(), 0);
-    for (int i = 0; i < 50; ++i)
-        sink->RequestInputs();
-    runPass(*sink, 1);
-    EXPECT_EQ(bays.front()->runs, 1);
-}
-
-TEST(ZSignalBayTest, RequestsThatNobodyPullsDoNoHarm)
-{
-    const auto source = probe("source", 0);
-    auto target = probe("target");
-    const auto sink = sinkOf();
-    target->Route(0, *source, 0);
-    sink->Route(0, *target, 0);
     for (int i = 0; i < 100; ++i) {
         sink->SetRequested(10);
         sink->RequestInputs();
     }
-    target.reset();
-    source->Pull();  // must not serve the import that is gone
-    sink->Route(0, *source, 0);
+    runPass(*sink, 1);
+    EXPECT_EQ(bays.front()->runs, 1) << "not once for each way that leads to it";
+    sink->RequestInputs();
+    bays.resize(1);
+    bays.front()->Pull();  // must not serve imports that are gone
+    sink->Route(0, *bays.front(), 0);
     runPass(*sink, 10);
     EXPECT_EQ(sink->GetWritten(), 10u);
 }
@@ -289,16 +254,6 @@ TEST(ZSignalBayTest, EachBayRunsOnItsOwnTimeBase)
     sink->SetPosition(3, true);
     runPass(*sink, 10);
     EXPECT_EQ(source->lastPosition, 3u);
-}
-
-TEST(ZSignalBayTest, RoutesAreChangedWithTheSinkAtHand)
-{
-    const auto source = probe("source", 0);
-    const auto sink = sinkOf();
-    sink->Prepare();  // keeps the lock
-    EXPECT_NE(failureOf([&] { sink->Route(0, *source, 9); }), "none");
-    sink->Route(0, *source, 0);  // a refused route has not kept the lock
-    EXPECT_EQ(source->GetDemand(), 1);
 }
 
 }  // namespace orvane
