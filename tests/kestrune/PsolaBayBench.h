@@ -1,6 +1,5 @@
 #pragma once
 
-#include "kestrune/common/KestruneClasses.h"
 #include "kestrune/common/KestruneElements.h"
 #include "kestrune/common/ZPsolaBay.h"
 #include "support/ElementArchiveCheck.h"

@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <memory>
 #include <thread>
 
 namespace orvane
@@ -67,20 +66,7 @@ public:
     }
 };
 
-/// An engine by itself, ready and told what the defaults of the elements mean.
-std::unique_ptr<PsolaClass> engineWithDefaults()
-{
-    auto engine = std::make_unique<PsolaClass>();
-    EXPECT_TRUE(engine->Initialize(44100.0f, kBlock));
-    const KestruneTones tones = tonesOf(1, 0);
-    engine->SetScaleTones(tones.values.data(), tones.count);
-    engine->SetReferenceFrequency(referenceFrequency(3, 0.0f));
-    engine->SetCorrectionTime(50.0f);
-    engine->SetFrequencyRange(73.0f, 1318.0f);
-    engine->SetPitchReference(2);
-    return engine;
-}
-
+/// What an engine by itself makes of the input.
 Stereo runAlone(PsolaClass& engine, const Stereo& input)
 {
     EngineOutput output = runEngine(engine, kBlock, input[0], input[1]);
@@ -124,25 +110,26 @@ TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
     ZBuffer ignored(12, "ZBuffer");
     ignored.Data()[8] = 1.0f;
     const KestruneTones tones = tonesOf(std::vector<std::int32_t>{0, 6, 9}, 1);
-    const auto engine = engineWithDefaults();
-    engine->SetScaleTones(tones.values.data(), tones.count);
-    engine->SetReferenceFrequency(referenceFrequency(5, 20.0f));
-    engine->SetCorrectionTime(5.0f);
-    engine->SetFrequencyRange(73.0f, 494.0f);
-    engine->SetPitchReference(0);
-    engine->SetPitchShift(-0.25f);
-    engine->SetFormantShift(200.0f / 1200.0f);
-    engine->SetIgnoredNotes(&ignored);
-    engine->SetTransposeEnabled(true);
-    engine->SetCorrectionEnabled(true);
-    const Stereo expected = runAlone(*engine, input);
+    PsolaClass engine;
+    ASSERT_TRUE(engine.Initialize(44100.0f, kBlock));
+    engine.SetScaleTones(tones.values.data(), tones.count);
+    engine.SetReferenceFrequency(referenceFrequency(5, 20.0f));
+    engine.SetCorrectionTime(5.0f);
+    engine.SetFrequencyRange(73.0f, 494.0f);
+    engine.SetPitchReference(0);
+    engine.SetPitchShift(-0.25f);
+    engine.SetFormantShift(200.0f / 1200.0f);
+    engine.SetIgnoredNotes(&ignored);
+    engine.SetTransposeEnabled(true);
+    engine.SetCorrectionEnabled(true);
+    const Stereo expected = runAlone(engine, input);
 
     // The old, dry path first, then the engine, a block later than by itself.
     EXPECT_EQ(countNotDelayed(output, input, kLatency, 0, kChange), 0u);
     EXPECT_EQ(countNotDelayed(output, expected, kBlock, kChange, 90 * kBlock), 0u);
-    EXPECT_EQ(bench.Element("correctionMeter").GetZFloat(), engine->GetCorrectionCents());
-    EXPECT_EQ(bench.Element("inputPitch").GetZFloat(), engine->GetInputPitch());
-    EXPECT_EQ(bench.Element("outputPitch").GetZFloat(), engine->GetOutputPitch());
+    EXPECT_EQ(bench.Element("correctionMeter").GetZFloat(), engine.GetCorrectionCents());
+    EXPECT_EQ(bench.Element("inputPitch").GetZFloat(), engine.GetInputPitch());
+    EXPECT_EQ(bench.Element("outputPitch").GetZFloat(), engine.GetOutputPitch());
 }
 
 TEST(ZPsolaBayTest, SwitchingOffLeavesTheEngineOnTheAirForOneLatency)
@@ -159,12 +146,15 @@ TEST(ZPsolaBayTest, SwitchingOffLeavesTheEngineOnTheAirForOneLatency)
     bench.SetDiscrete("transposeOnOff", 0);
     const Stereo output = bench.Run(late);
 
-    const auto engine = engineWithDefaults();
-    engine->SetPitchShift(700.0f / 1200.0f);
-    engine->SetTransposeEnabled(true);
-    static_cast<void>(runAlone(*engine, early));
-    engine->SetTransposeEnabled(false);
-    const Stereo old = runAlone(*engine, late);
+    PsolaClass engine;
+    ASSERT_TRUE(engine.Initialize(44100.0f, kBlock));
+    engine.SetFrequencyRange(73.0f, 1318.0f);
+    engine.SetPitchReference(2);
+    engine.SetPitchShift(700.0f / 1200.0f);
+    engine.SetTransposeEnabled(true);
+    static_cast<void>(runAlone(engine, early));
+    engine.SetTransposeEnabled(false);
+    const Stereo old = runAlone(engine, late);
     EXPECT_EQ(countNotDelayed(output, old, kBlock, kBlock, kChange), 0u);
     EXPECT_EQ(countNotDelayed(output, late, kLatency, kChange, end - off), 0u);
     EXPECT_EQ(bench.Element("outputPitch").GetZFloat(), 0.0f);
