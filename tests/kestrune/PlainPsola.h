@@ -1,9 +1,12 @@
 #pragma once
 
+#include "zdsp/common/ZFourierTransform.h"
+#include "zlib/common/ZBuffer.h"
+
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <cstdint>
+#include <memory>
 #include <numbers>
 #include <utility>
 #include <vector>
@@ -12,7 +15,7 @@ namespace orvane
 {
 
 /// The pitch engine in its plain form: every bin, every cosine, one sample and one modulo at a
-/// time, with a textbook transform in double precision. Slow, and the measure of the fast one.
+/// time. Slow, and the measure of the fast one.
 /// Both channels are the same here, and the detector hears their sum.
 class PlainPsola
 {
@@ -23,8 +26,10 @@ public:
         , mMinHz(minHz)
         , mMaxHz(maxHz)
     {
-        while (mFftSize < 2 * mN)
+        int order = 0;
+        for (; mFftSize < 2 * mN; ++order)
             mFftSize *= 2;
+        mFourier = ZFourierTransform::Create(order, ZFourierTransform::kForward, 1);
         // The engine is made ready before it is told its range: it starts with 100 to 1300 Hz.
         const int periods = static_cast<int>(mRate / 100.0f) + static_cast<int>(mRate / 1300.0f);
         for (Record& record : mRecords)
@@ -68,8 +73,6 @@ public:
     }
 
 private:
-    using Complex = std::complex<double>;
-
     struct Record
     {
         double time = 0.0;
@@ -77,28 +80,6 @@ private:
         float strength = 0.0f;
         float hold = 0.0f;
     };
-
-    /// Cooley and Tukey's recursion by halves.
-    static void Transform(std::vector<Complex>& values)
-    {
-        const std::size_t size = values.size();
-        if (size == 1)
-            return;
-        std::vector<Complex> even(size / 2);
-        std::vector<Complex> odd(size / 2);
-        for (std::size_t i = 0; i < size / 2; ++i) {
-            even[i] = values[2 * i];
-            odd[i] = values[2 * i + 1];
-        }
-        Transform(even);
-        Transform(odd);
-        const double step = -2.0 * std::numbers::pi / static_cast<double>(size);
-        for (std::size_t i = 0; i < size / 2; ++i) {
-            const Complex turned = std::polar(1.0, step * static_cast<double>(i)) * odd[i];
-            values[i] = even[i] + turned;
-            values[i + size / 2] = even[i] - turned;
-        }
-    }
 
     static std::size_t Wrapped(std::int64_t pos, std::size_t length)
     {
@@ -108,7 +89,7 @@ private:
 
     void Analyze()
     {
-        std::vector<Complex> frame(static_cast<std::size_t>(mFftSize));
+        ZBuffer frame(static_cast<std::uint32_t>(mFftSize), "ZBuffer");
         float energy = 0.0f;
         const auto start = static_cast<std::int64_t>(mInputWritePos) - mFrameLength;
         for (int i = 0; i < mFrameLength; ++i) {
@@ -116,10 +97,9 @@ private:
                                 static_cast<float>(mFrameLength);
             const float sample = mInputRing[Wrapped(start + i, mInputRing.size())];
             const float value = 2.0f * sample * (0.54f - 0.46f * std::cos(angle));
-            frame[static_cast<std::size_t>(i)] = value;
+            frame.Data()[i] = value;
             energy += value * value;
         }
-        Transform(frame);
         float voicing = 0.0f;
         const std::vector<float> spectrum = NormalizedSpectrum(frame, voicing);
         const float level =
@@ -130,15 +110,17 @@ private:
                                   mRate / Detect(spectrum, voicing), voicing, voicing};
     }
 
-    std::vector<float> NormalizedSpectrum(const std::vector<Complex>& bins, float& voicing) const
+    std::vector<float> NormalizedSpectrum(ZBuffer& frame, float& voicing) const
     {
+        ZBuffer re(frame.Length() / 2 + 1, "ZBuffer");
+        ZBuffer im(frame.Length() / 2 + 1, "ZBuffer");
+        mFourier->TransformReal(frame, re, im);
         const auto fftSize = static_cast<float>(mFftSize);
         const auto lo = static_cast<std::size_t>(fftSize * mMinHz / mRate + 0.5f);
         const auto hi = static_cast<std::size_t>(fftSize * mMaxHz * 1.5f / mRate + 0.5f);
         std::vector<float> values(hi + 1);
         for (std::size_t b = lo; b <= hi; ++b) {
-            const auto power =
-                static_cast<float>(std::norm(bins[b] / static_cast<double>(fftSize)));
+            const float power = re.Data()[b] * re.Data()[b] + im.Data()[b] * im.Data()[b];
             values[b] = power > std::pow(10.0f, -9.6f) ? 10.0f * std::log10(power) : -96.0f;
         }
         const auto band = values.begin() + static_cast<std::ptrdiff_t>(lo);
@@ -298,6 +280,7 @@ private:
     const int mN = 1 + static_cast<int>(mRate / 20.0f);
     const int mG = 4 * mN + 2;
     int mFftSize = 1;
+    std::unique_ptr<ZFourierTransform> mFourier;
     const int mFrameLength = 2 * static_cast<int>(mRate / mMinHz);
     std::vector<float> mInputRing =
         std::vector<float>(static_cast<std::size_t>(11 * mBlock + 6 * mN + 3));

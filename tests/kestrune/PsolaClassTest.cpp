@@ -279,7 +279,7 @@ TEST(PsolaClassTest, TheReferenceNamesTheChannelThatIsHeard)
 TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
 {
     std::vector<float> song = renderSong(demoSong(), kRate);
-    song.resize(6 * 44100);
+    song.resize(8 * 44100);
     const struct
     {
         float rate;
