@@ -29,13 +29,30 @@ constexpr int kHop = 512;
 constexpr int kLatency = 18359;
 const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
 
-std::unique_ptr<PsolaClass> engineAt(float rate, float minHz = 73.0f, float maxHz = 1318.0f)
+/// An engine that hears both channels and shifts by octaves.
+std::unique_ptr<PsolaClass> engineAt(float rate, float minHz = 73.0f, float maxHz = 1318.0f,
+                                     float pitch = 0.0f, float formant = 0.0f)
 {
     auto engine = std::make_unique<PsolaClass>();
     EXPECT_TRUE(engine->Initialize(rate, hopAt(rate)));
     engine->SetFrequencyRange(minHz, maxHz);
     engine->SetPitchReference(2);
+    engine->SetTransposeEnabled(true);
+    engine->SetPitchShift(pitch);
+    engine->SetFormantShift(formant);
     return engine;
+}
+
+std::unique_ptr<PsolaClass> shiftingEngine(float pitch, float formant)
+{
+    return engineAt(kRate, 73.0f, 1318.0f, pitch, formant);
+}
+
+void correct(PsolaClass& engine)
+{
+    engine.SetScaleTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
+    engine.SetCorrectionTime(50.0f);
+    engine.SetCorrectionEnabled(true);
 }
 
 /// A vowel at a pitch that never moves.
@@ -163,9 +180,7 @@ TEST(PsolaClassTest, EverySemitoneOfTranspositionLandsWithinFiveCentsOfWhatItAsk
 {
     const auto voice = steadyVoice(220.0, 2.5);
     for (int semitone = -12; semitone <= 12; ++semitone) {
-        auto engine = engineAt(kRate);
-        engine->SetTransposeEnabled(true);
-        engine->SetPitchShift(static_cast<float>(semitone) / 12.0f);
+        auto engine = shiftingEngine(static_cast<float>(semitone) / 12.0f, 0.0f);
         const auto output = runEngine(*engine, kHop, voice);
         const double asked = engine->GetInputPitch() * std::exp2(semitone / 12.0);
         EXPECT_NEAR(centsBetween(engine->GetOutputPitch(), asked), 0.0, 0.1);
@@ -178,9 +193,8 @@ TEST(PsolaClassTest, ShiftsWaitForTransposingToBeOn)
 {
     const auto voice = steadyVoice(220.0, 1.5);
     auto plain = engineAt(kRate);
-    auto shifted = engineAt(kRate);
-    shifted->SetPitchShift(0.5f);
-    shifted->SetFormantShift(-0.5f);
+    auto shifted = shiftingEngine(0.5f, -0.5f);
+    shifted->SetTransposeEnabled(false);
     EXPECT_EQ(runEngine(*shifted, kHop, voice), runEngine(*plain, kHop, voice));
 }
 
@@ -200,10 +214,7 @@ TEST(PsolaClassTest, PitchAndFormantsMoveApartFromEachOther)
                 {0, 3, 0.7, 3500}};
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.pitch << " and " << row.formant);
-        auto engine = engineAt(kRate);
-        engine->SetTransposeEnabled(true);
-        engine->SetPitchShift(row.pitch / 12.0f);
-        engine->SetFormantShift(row.formant / 12.0f);
+        auto engine = shiftingEngine(row.pitch / 12.0f, row.formant / 12.0f);
         const auto output = runEngine(*engine, kHop, voice);
         const double asked = 130.0 * std::exp2(row.pitch / 12.0);
         const double pitch = measurePitch(settled(output), kRate, asked);
@@ -218,9 +229,7 @@ TEST(PsolaClassTest, CorrectionBringsAVoiceOntoTheNearestToneOfTheScale)
 {
     for (const double cents : {-45.0, 20.0, 40.0}) {
         auto engine = engineAt(kRate);
-        engine->SetCorrectionEnabled(true);
-        engine->SetScaleTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
-        engine->SetCorrectionTime(50.0f);
+        correct(*engine);
         const auto voice = steadyVoice(220.0 * std::exp2(cents / 1200.0), 2.5);
         const auto output = runEngine(*engine, kHop, voice);
         EXPECT_NEAR(centsBetween(measurePitch(settled(output), kRate, 220.0), 220.0), 0.0, 5.0);
@@ -236,20 +245,12 @@ TEST(PsolaClassTest, BothChannelsShareMarksAndGrainsAndMayBeChangedInPlace)
     auto right = left;
     for (float& sample : right)
         sample *= -0.5f;
-    std::vector<float> expected;
-    for (const bool isInPlace : {false, true}) {
-        auto engine = engineAt(kRate);
-        engine->SetPitchReference(0);
-        engine->SetTransposeEnabled(true);
-        engine->SetPitchShift(0.3f);
-        if (!isInPlace) {
-            expected = runEngine(*engine, kHop, left, right).left;
-            continue;
-        }
-        for (std::size_t at = 0; at + kHop <= left.size(); at += kHop) {
-            float* const channels[] = {left.data() + at, right.data() + at};
-            engine->Process(channels, channels, kHop);
-        }
+    auto apart = shiftingEngine(0.3f, 0.0f);
+    auto inPlace = shiftingEngine(0.3f, 0.0f);
+    const auto expected = runEngine(*apart, kHop, left, right).left;
+    for (std::size_t at = 0; at + kHop <= left.size(); at += kHop) {
+        float* const channels[] = {left.data() + at, right.data() + at};
+        inPlace->Process(channels, channels, kHop);
     }
     for (std::size_t i = 0; i < left.size() / kHop * kHop; ++i) {
         ASSERT_EQ(left[i], expected[i]) << i;
@@ -296,16 +297,11 @@ TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
         SCOPED_TRACE(testing::Message()
                      << row.minHz << " Hz at " << row.rate << " by " << row.pitch);
         const int hop = hopAt(row.rate);
-        auto engine = engineAt(row.rate, row.minHz, row.maxHz);
+        auto engine = engineAt(row.rate, row.minHz, row.maxHz, row.pitch, row.formant);
         PlainPsola plain(row.rate, hop, row.minHz, row.maxHz);
-        engine->SetTransposeEnabled(true);
-        engine->SetPitchShift(row.pitch);
-        engine->SetFormantShift(row.formant);
         plain.SetShifts(row.pitch, row.formant);
         if (row.correction) {
-            engine->SetScaleTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
-            engine->SetCorrectionTime(50.0f);
-            engine->SetCorrectionEnabled(true);
+            correct(*engine);
             plain.SetCorrection(440.0f, kChromatic, 0.05f);
         }
         const bool sings = row.rate == kRate && row.minHz == 73.0f;
@@ -319,15 +315,11 @@ TEST(PsolaClassTest, ProcessNeitherAllocatesNorLocksNorCallsTheSystem)
     auto engine = engineAt(kRate);
     ZBuffer ignored(12, "ZBuffer");
     engine->SetIgnoredNotes(&ignored);
-    engine->SetTransposeEnabled(true);
     engine->SetCorrectionEnabled(true);
-    const auto voice = steadyVoice(220.0, 1.0);
-    std::vector<float> left(kHop);
-    std::vector<float> right(kHop);
+    auto voice = steadyVoice(220.0, 1.0);
     const auto work = [&] {
         for (int block = 0; block < 80; ++block) {
-            const float* const in[] = {voice.data() + block * kHop, voice.data() + block * kHop};
-            float* const out[] = {left.data(), right.data()};
+            float* const channels[] = {voice.data() + block * kHop, voice.data() + block * kHop};
             engine->SetPitchShift(static_cast<float>(block % 25 - 12) / 12.0f);
             engine->SetFormantShift(static_cast<float>(12 - block % 25) / 12.0f);
             engine->SetCorrectionTime(static_cast<float>(block));
@@ -335,7 +327,7 @@ TEST(PsolaClassTest, ProcessNeitherAllocatesNorLocksNorCallsTheSystem)
                 engine->SetFrequencyRange(block == 40 ? 20.0f : 73.0f, 1318.0f);
             if (block == 60)
                 engine->Reset();
-            engine->Process(in, out, kHop);
+            engine->Process(channels, channels, kHop);
         }
     };
     const auto calls = systemCallsOf(work);
@@ -354,7 +346,6 @@ TEST(PsolaClassTest, AnySoundGivesFiniteOutputAtEveryRate)
         engine->SetIgnoredNotes(&ignored);
         engine->SetCorrectionEnabled(true);
         engine->SetCorrectionTime(0.0f);
-        engine->SetTransposeEnabled(true);
         const int length = static_cast<int>(rate) / 2;
         for (const float octaves : {-1.0f, 1.0f}) {
             engine->SetPitchShift(octaves);
