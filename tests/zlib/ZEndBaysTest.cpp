@@ -25,13 +25,6 @@ protected:
             output.Route(channel, input, channel);
     }
 
-    void Write(std::int32_t channel, std::vector<float> samples)
-    {
-        ZBuffer buffer(static_cast<std::uint32_t>(samples.size()), "ZBuffer");
-        std::copy(samples.begin(), samples.end(), buffer.Data());
-        input.Write(buffer, buffer.Length(), channel);
-    }
-
     ZInputBay input{"input", 2};
     ZOutputBay output{"output", 2};
 };
@@ -40,9 +33,10 @@ protected:
 
 TEST_F(ZEndBaysTest, AFullFifoTakesWhatItHasRoomFor)
 {
+    const std::vector<float> samples(30, 0.5f);
     for (int pass = 0; pass < 3; ++pass) {
-        Write(0, std::vector<float>(30, 0.5f));
-        Write(1, std::vector<float>(30, 0.5f));
+        input.Write(samples, 0);
+        input.Write(samples, 1);
         runPass(output, 30);
     }
     EXPECT_EQ(output.GetWritten(), 4u);
