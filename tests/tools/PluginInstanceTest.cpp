@@ -1,5 +1,4 @@
 #include "tools/render/PluginInstance.h"
-#include "support/ExpectZException.h"
 #include "support/PrivateFolder.h"
 #include "tools/RenderProgram.h"
 #include "tools/fake_plugin/FakePlugin.h"
@@ -55,7 +54,6 @@ public:
     {
         return readTextFile(mFolder.Path(name));
     }
-    [[nodiscard]] std::ptrdiff_t Files() const { return mFolder.Count(); }
 
     RenderResult Run(const TestSound& sound)
     {
@@ -154,38 +152,6 @@ TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
     EXPECT_EQ(result.settings.Value(Setting::kDetune), 12.5f);
 }
 
-TEST(PluginInstanceTest, StatesThatCannotBeLeaveNothingBehind)
-{
-    enum class Asked
-    {
-        kProgram,
-        kPreset,
-        kSave,
-    };
-    const auto refusal = [](const char* mode, Asked asked) {
-        FakeRender render(mode);
-        RenderRequest& request = render.Request();
-        const auto file = render.File("f", "<preset version=\"1.0\"></preset>");
-        request.state.program = asked == Asked::kProgram ? "3" : "";
-        (asked == Asked::kSave ? request.saveChunk : request.state.preset) = file;
-        std::string says;
-        try {
-            render.Run(testVoice(1, 0.1));
-        } catch (const ZException& exception) {
-            says = exception.GetMessage().ToNarrow();
-        }
-        EXPECT_EQ(render.Files(), 2) << "the input and the preset";
-        return says;
-    };
-    EXPECT_EQ(refusal("", Asked::kProgram),
-              "the plug-in Fake has no program '3'; it has First (0), Second (1),  (2)");
-    EXPECT_TRUE(refusal("picky", Asked::kPreset).starts_with("the plug-in Fake refuses what /"));
-    for (const Asked asked : {Asked::kPreset, Asked::kSave})
-        EXPECT_EQ(refusal("chunkless", asked),
-                  "the plug-in Fake stores no chunks: neither a chunk nor a preset can be given to "
-                  "it or taken from it");
-}
-
 TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
 {
     PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
@@ -203,16 +169,6 @@ TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
     EXPECT_EQ(inForce.Text(Setting::kScale), "Major");
     EXPECT_EQ(inForce.Value(Setting::kPitchShift), 0.0f);
     EXPECT_EQ(plugin.Parameter(3), 0.5f);
-}
-
-TEST(PluginSettingsTest, WhatThePluginDoesNotHaveIsRefused)
-{
-    PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
-    const PluginSettings settings(plugin);
-    expectZException(-1,
-                     "transposeOnOff cannot be set: the plug-in Fake has no parameter 'Transpose'; "
-                     "it has Correct Pitch, Key, Pitch Correcton Time, Wobble",
-                     [&] { settings.Give(settingsWith({"transposeOnOff=On"})); });
 }
 
 }  // namespace orvane

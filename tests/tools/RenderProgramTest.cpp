@@ -340,17 +340,31 @@ TEST_F(RenderProgramTest, RefusalsSayInOneLineWhatWouldBeRightAndLeaveNothing)
 TEST_F(RenderProgramTest, PluginsThatDoNotServeAreRefusedInOneLine)
 {
     writeSound(In(), testVoice(1, 0.1));
-    for (const auto& [mode, says] :
-         {std::pair("refuse", "does not start"), std::pair("nomagic", "is no plug-in"),
-          std::pair("mono", "1 inputs and 1 outputs"), std::pair("adds", "only adds")})
+    const std::string preset = mFolder.Path("p");
+    writeTextFile(preset, "<preset version=\"1.0\"></preset>");
+    struct Refusal
     {
-        const EnvironmentVariable environment(kFakeMode, mode);
-        const ProgramRun run = runRender({In(), Out(), "--plugin", KESTRUNE_FAKE_PLUGIN});
+        const char* mode;
+        Words arguments;
+        const char* says;
+    };
+    for (const Refusal& refusal :
+         {Refusal{"refuse", {}, "does not start"}, Refusal{"nomagic", {}, "is no plug-in"},
+          Refusal{"mono", {}, "1 inputs and 1 outputs"}, Refusal{"adds", {}, "only adds"},
+          Refusal{"picky", {"--preset", preset}, "Fake refuses what "},
+          Refusal{"chunkless", {"--preset", preset}, "Fake stores no chunks"},
+          Refusal{"chunkless", {"--save-chunk", mFolder.Path("c")}, "Fake stores no chunks"},
+          Refusal{"", {"--program", "3"}, "no program '3'; it has First (0), Second (1),  (2)"},
+          Refusal{"", {"--set", "transposeOnOff=1"}, "no parameter 'Transpose'; it has Correct"}})
+    {
+        const EnvironmentVariable environment(kFakeMode, refusal.mode);
+        const ProgramRun run =
+            runRender(Words{In(), Out(), "--plugin", KESTRUNE_FAKE_PLUGIN} + refusal.arguments);
         SCOPED_TRACE(run.err);
         EXPECT_EQ(run.status, 2);
         EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1);
-        EXPECT_NE(run.err.find(says), std::string::npos) << says;
-        EXPECT_EQ(namesIn(mFolder), Words{"in"});
+        EXPECT_NE(run.err.find(refusal.says), std::string::npos) << refusal.says;
+        EXPECT_EQ(namesIn(mFolder), (Words{"in", "p"}));
     }
     const TestSound voice = testVoice(1, 0.3);
     TestSound turned = Render(voice, kCorrect + Words{"--plugin", KESTRUNE_FAKE_PLUGIN});
