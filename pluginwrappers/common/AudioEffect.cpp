@@ -301,7 +301,11 @@ std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std
 
 void AudioEffect::Close()
 {
-    if (!CallOfHost::IsMadeFor(*this)) {
+    // A host that has its calls answered by the very thread that closes never gets there if it
+    // waits for them.
+    constexpr std::chrono::seconds kPatience(1);
+    const ZInterfaceLock lock;
+    if (!CallOfHost::IsMadeFor(*this) && hostCallsReturn(kPatience)) {
         delete this;
         return;
     }
@@ -309,12 +313,20 @@ void AudioEffect::Close()
     closeLater(this);
 }
 
-void AudioEffect::waitForHostCalls()
+bool AudioEffect::hostCallsReturn(std::chrono::milliseconds limit) const
 {
     constexpr std::chrono::milliseconds kPause(1);
-    while (IsInHostCall()) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (IsInHostCall() && std::chrono::steady_clock::now() < end) {
         const ZInterfaceUnlock unlocked;
         std::this_thread::sleep_for(kPause);
+    }
+    return !IsInHostCall();
+}
+
+void AudioEffect::waitForHostCalls() const
+{
+    while (!hostCallsReturn(std::chrono::hours(1))) {
     }
 }
 

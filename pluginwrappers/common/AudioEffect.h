@@ -4,6 +4,7 @@
 #include "pluginwrappers/common/AEffect.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -97,7 +98,7 @@ protected:
 
     /// Waits until other threads are back from the host, so that the object may go. The interface
     /// lock, which is held, is given up meanwhile.
-    void waitForHostCalls();
+    void waitForHostCalls() const;
 
     audioMasterCallback audioMaster;
     std::unique_ptr<AEffEditor> editor;
@@ -112,6 +113,7 @@ private:
     std::atomic<int> mHostCalls{0};      // not yet back
     std::atomic<bool> mIsClosed{false};  // by the host, from inside one of them
 
+    [[nodiscard]] bool hostCallsReturn(std::chrono::milliseconds limit) const;
     void setFlag(AEffectFlags flag, bool state);
     std::intptr_t dispatchProgram(std::int32_t opcode, std::intptr_t value, void* ptr);
     std::intptr_t dispatchParameterText(std::int32_t opcode, std::int32_t index, void* ptr);
