@@ -354,7 +354,7 @@ TEST_F(HostPathTest, AudioAndInterfaceWorkSideBySide)
     EXPECT_EQ(HeardGain(), 2.0f);
 }
 
-TEST_F(HostPathTest, EventsOfMidiReachTheDocumentInOrder)
+TEST_F(HostPathTest, EventsOfMidiReachTheDocumentAsMessages)
 {
     struct Row
     {
@@ -376,41 +376,35 @@ TEST_F(HostPathTest, EventsOfMidiReachTheDocumentInOrder)
         {0xf0, 1, 2, 0, 0},
         {0xe0, 1, 0x40, ZMIDIPITCHBEND, 0x2001},
     };
-    constexpr std::size_t kCount = std::size(kRows);
-    std::array<VstMidiEvent, kCount> events{};
-    struct
-    {
-        VstEvents head;
-        VstEvent* more[kCount];
-    } list{};
-    VstEvent** const places = list.head.events;
+    const auto& midi = app->Document()->midi;
     VstEvent systemExclusive{};
     systemExclusive.type = 6;
-    places[0] = &systemExclusive;
-    places[1] = nullptr;
-    for (std::size_t i = 0; i < kCount; ++i) {
-        events[i].type = kVstMidiType;
-        const char bytes[] = {static_cast<char>(kRows[i].status), static_cast<char>(kRows[i].first),
-                              static_cast<char>(kRows[i].second)};
-        std::copy(std::begin(bytes), std::end(bytes), events[i].midiData);
-        places[i + 2] = reinterpret_cast<VstEvent*>(&events[i]);
-    }
-    for (const std::int32_t count : {static_cast<std::int32_t>(kCount) + 2, 0, -1}) {
-        list.head.numEvents = count;
-        EXPECT_EQ(Ask(effProcessEvents, 0, &list), 1);
-    }
-    std::size_t next = 0;
     for (const Row& row : kRows) {
+        SCOPED_TRACE(row.status);
+        VstMidiEvent event{};
+        event.type = kVstMidiType;
+        event.midiData[0] = static_cast<char>(row.status);
+        event.midiData[1] = static_cast<char>(row.first);
+        event.midiData[2] = static_cast<char>(row.second);
+        VstEvents events{2, 0, {&systemExclusive, reinterpret_cast<VstEvent*>(&event)}};
+        const std::size_t before = midi.size();
+        EXPECT_EQ(Ask(effProcessEvents, 0, &events), 1);
+        ASSERT_EQ(midi.size(), before + (row.id != 0 ? 1 : 0));
         if (row.id == 0)
             continue;
-        const ZMessage& message = *app->Document()->midi.at(next++);
+        const ZMessage& message = *midi.back();
         EXPECT_EQ(message.GetId(), row.id);
         EXPECT_EQ(fieldOf<std::uint8_t>(message, "Channel"), row.status & 0x0f);
         EXPECT_EQ(fieldOf<std::uint8_t>(message, "Which"), row.first);
         EXPECT_EQ(fieldOf<std::uint8_t>(message, "Amount"), row.second);
         EXPECT_EQ(fieldOf<std::uint16_t>(message, "BigAmount"), row.bigAmount);
     }
-    EXPECT_EQ(app->Document()->midi.size(), next);
+    const std::size_t before = midi.size();
+    for (const std::int32_t count : {0, -1, 1}) {
+        VstEvents events{count, 0, {nullptr, nullptr}};
+        EXPECT_EQ(Ask(effProcessEvents, 0, &events), 1);
+        EXPECT_EQ(midi.size(), before);
+    }
 }
 
 }  // namespace orvane
