@@ -2,8 +2,6 @@
 
 #include "kestrune/common/PsolaClass.h"
 
-#include <algorithm>
-#include <span>
 #include <vector>
 
 namespace orvane
@@ -15,31 +13,26 @@ inline int hopAt(float sampleRate)
     return static_cast<int>(sampleRate * 0.0116f + 0.5f);
 }
 
-/// Runs a stereo signal through an engine that is ready, in its blocks; a last block that is not
-/// full is dropped. Gives both channels.
-struct EngineOutput
-{
-    std::vector<float> left;
-    std::vector<float> right;
-};
+using Stereo = std::vector<std::vector<float>>;
 
-inline EngineOutput runEngine(PsolaClass& engine, int hop, std::span<const float> left,
-                              std::span<const float> right)
+/// Runs two channels through an engine that is ready, in its blocks; a last block that is not full
+/// is dropped.
+inline Stereo runEngine(PsolaClass& engine, int hop, const Stereo& input)
 {
-    EngineOutput out{std::vector<float>(left.size()), std::vector<float>(left.size())};
-    for (std::size_t at = 0; at + static_cast<std::size_t>(hop) <= left.size();
-         at += static_cast<std::size_t>(hop))
-    {
-        const float* const inputs[] = {left.data() + at, right.data() + at};
-        float* const outputs[] = {out.left.data() + at, out.right.data() + at};
+    Stereo out(2, std::vector<float>(input[0].size()));
+    const auto block = static_cast<std::size_t>(hop);
+    for (std::size_t at = 0; at + block <= input[0].size(); at += block) {
+        const float* const inputs[] = {input[0].data() + at, input[1].data() + at};
+        float* const outputs[] = {out[0].data() + at, out[1].data() + at};
         engine.Process(inputs, outputs, hop);
     }
     return out;
 }
 
-inline std::vector<float> runEngine(PsolaClass& engine, int hop, std::span<const float> both)
+/// The same with two channels alike; gives one of them.
+inline std::vector<float> runEngine(PsolaClass& engine, int hop, const std::vector<float>& both)
 {
-    return runEngine(engine, hop, both, both).left;
+    return runEngine(engine, hop, Stereo{both, both})[0];
 }
 
 }  // namespace orvane

@@ -247,7 +247,7 @@ TEST(PsolaClassTest, BothChannelsShareMarksAndGrainsAndMayBeChangedInPlace)
         sample *= -0.5f;
     auto apart = shiftingEngine(0.3f, 0.0f);
     auto inPlace = shiftingEngine(0.3f, 0.0f);
-    const auto expected = runEngine(*apart, kHop, left, right).left;
+    const auto expected = runEngine(*apart, kHop, Stereo{left, right})[0];
     for (std::size_t at = 0; at + kHop <= left.size(); at += kHop) {
         float* const channels[] = {left.data() + at, right.data() + at};
         inPlace->Process(channels, channels, kHop);
@@ -263,17 +263,13 @@ TEST(PsolaClassTest, TheReferenceNamesTheChannelThatIsHeard)
     const auto tone = harmonicTone(220.0, kRate, 44100);
     const auto other = harmonicTone(330.0, kRate, 44100);
     const std::vector<float> silence(tone.size());
-    const struct
-    {
-        std::int16_t reference;
-        const std::vector<float>& left;
-        const std::vector<float>& right;
-    } rows[] = {{0, tone, other}, {1, other, tone}, {2, silence, tone}, {7, tone, silence}};
-    for (const auto& row : rows) {
+    const std::vector<std::pair<std::int16_t, Stereo>> rows{
+        {0, {tone, other}}, {1, {other, tone}}, {2, {silence, tone}}, {7, {tone, silence}}};
+    for (const auto& [reference, input] : rows) {
         auto engine = engineAt(kRate);
-        engine->SetPitchReference(row.reference);
-        runEngine(*engine, kHop, row.left, row.right);
-        EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 5.0) << row.reference;
+        engine->SetPitchReference(reference);
+        runEngine(*engine, kHop, input);
+        EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 5.0) << reference;
     }
 }
 
