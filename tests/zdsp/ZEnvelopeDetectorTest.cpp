@@ -1,8 +1,5 @@
 #include "zdsp/common/ZEnvelopeDetector.h"
 
-#include "zlib/common/ZBuffer.h"
-
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -20,12 +17,7 @@ namespace
 class ZEnvelopeDetectorTest : public testing::Test
 {
 protected:
-    float process(const std::vector<float>& samples)
-    {
-        ZBuffer block(static_cast<std::uint32_t>(samples.size()), "ZBuffer");
-        std::copy(samples.begin(), samples.end(), block.Data());
-        return mDetector->Process(block);
-    }
+    float process(const std::vector<float>& samples) { return mDetector->Process(samples); }
     float processConstant(float value, std::size_t samples = 512)
     {
         return process(std::vector<float>(samples, value));

@@ -25,6 +25,13 @@ protected:
         return boost::make_shared<ZSignalBay>(firstBay(text), &application);
     }
 
+    static ZElement& GainOf(const ZBay& network)
+    {
+        boost::shared_ptr<ZElement> gain;
+        EXPECT_TRUE(network.GetElement()->FindSubElement("gain", gain));
+        return *gain;
+    }
+
     SmallApplication application;
 };
 
@@ -85,9 +92,7 @@ TEST_F(ZBayArchiveTest, ArchivesReadBackAsTheyWereWritten)
     EXPECT_TRUE(inner->IsRouted(1, *network->FindBay("thru"), 0));
     EXPECT_EQ(network->FindBay("meter")->GetImport(0)->GetRoutes()[0].port,
               inner->GetBay(0)->GetExport(1));
-    boost::shared_ptr<ZElement> gain;
-    ASSERT_TRUE(network->GetElement()->FindSubElement("gain", gain));
-    gain->SetZFloat(0.75f, true);
+    GainOf(*network).SetZFloat(0.75f, true);
     ZInputBay input("input", 2);
     network->Route(0, input, 1);
     const std::string archive = network->ExtractXML()->Write(0);
@@ -104,26 +109,21 @@ TEST_F(ZBayArchiveTest, RestoringChangesValuesAndNothingElse)
 {
     const auto network = Build(networkOfEachClass());
     const auto changed = Build(networkOfEachClass());
-    boost::shared_ptr<ZElement> gain;
-    ASSERT_TRUE(changed->GetElement()->FindSubElement("gain", gain));
-    gain->SetZFloat(0.25f, true);
+    GainOf(*changed).SetZFloat(0.25f, true);
     changed->RemoveBay(changed->FindBay("thru"));
     changed->AddBay(boost::make_shared<ZSignalBay>("unknown"));
     network->RestoreBody(changed->ExtractXML());
     network->RestoreBody(nullptr);
     EXPECT_EQ(network->GetBayCount(), 4);
     EXPECT_TRUE(network->FindBay("inner")->IsRouted(0, *network->FindBay("thru"), 0));
-    ASSERT_TRUE(network->GetElement()->FindSubElement("gain", gain));
-    EXPECT_EQ(gain->GetZFloat(), 0.25f);
+    EXPECT_EQ(GainOf(*network).GetZFloat(), 0.25f);
 }
 
 TEST_F(ZBayArchiveTest, ACloneIsANetworkOfItsOwn)
 {
     const auto network = Build(networkOfEachClass());
     network->SetMaxBuffer(64);
-    boost::shared_ptr<ZElement> gain;
-    ASSERT_TRUE(network->GetElement()->FindSubElement("gain", gain));
-    gain->SetZFloat(0.125f, true);
+    GainOf(*network).SetZFloat(0.125f, true);
     const std::string archive = network->ExtractXML()->Write(0);
     const auto clone = boost::dynamic_pointer_cast<ZSignalBay>(network->Clone());
     ZInputBay input("input", 2);
