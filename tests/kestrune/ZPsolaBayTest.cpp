@@ -83,14 +83,14 @@ TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
     bench.Element("PitchShift").SetZFloat(-300.0f, false);
     bench.Element("FormantShift").SetZFloat(200.0f, false);
     bench.SetFlags("notesInScale", {0, 6, 9});
-    bench.SetFlags("ignoredNotes", {8});
+    bench.SetFlags("ignoredNotes", {6});
     bench.SetDiscrete("pitchCorrectionOnOff", 1);
     bench.SetDiscrete("transposeOnOff", 1);
     const Stereo input = voice(90 * kBlock);
     const Stereo output = bench.Run(input, {333, 512, 2000});
 
     ZBuffer ignored(12, "ZBuffer");
-    ignored.Data()[8] = 1.0f;
+    ignored.Data()[6] = 1.0f;
     const KestruneTones tones = tonesOf(std::vector<std::int32_t>{0, 6, 9}, 1);
     PsolaClass engine;
     ASSERT_TRUE(engine.Initialize(44100.0f, kBlock));
@@ -112,6 +112,20 @@ TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
     EXPECT_EQ(bench.Element("correctionMeter").GetZFloat(), engine.GetCorrectionCents());
     EXPECT_EQ(bench.Element("inputPitch").GetZFloat(), engine.GetInputPitch());
     EXPECT_EQ(bench.Element("outputPitch").GetZFloat(), engine.GetOutputPitch());
+
+    // Later on what is new and nothing else; of correction also a switch to the state that was.
+    const Stereo more = voice(20 * kBlock);
+    const auto expectAlike = [&] {
+        const Stereo later = bench.Run(more);
+        const Stereo alone = runEngine(engine, kBlock, more);
+        EXPECT_EQ(countNotDelayed(later, alone, kBlock, kBlock, 20 * kBlock), 0u);
+    };
+    bench.SetDiscrete("pitchCorrectionOnOff", 1);
+    engine.SetCorrectionEnabled(true);
+    expectAlike();
+    bench.SetDiscrete("key", 6);  // the voice comes to a note that is ignored
+    engine.SetReferenceFrequency(referenceFrequency(6, 20.0f));
+    expectAlike();
 }
 
 TEST(ZPsolaBayTest, SwitchingOffLeavesTheEngineOnTheAirForOneLatency)
