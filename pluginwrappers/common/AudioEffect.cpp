@@ -86,15 +86,24 @@ std::span<char> textRoom(void* ptr, VstTextSize bytes)
 class CallOfHost
 {
 public:
-    explicit CallOfHost(const AudioEffect& effect)
+    /// count: of the calls that the effect is in. Where the lock is held, it is so on both sides:
+    /// whoever holds it sees a call that is not yet back. The count goes down last of all, since a
+    /// thread without the lock may find the effect gone after that.
+    CallOfHost(const AudioEffect& effect, std::atomic<int>& count)
         : mEffect(effect)
+        , mCount(count)
         , mOuter(innermost)
     {
+        ++mCount;
         innermost = this;
     }
     CallOfHost(const CallOfHost&) = delete;
     CallOfHost& operator=(const CallOfHost&) = delete;
-    ~CallOfHost() { innermost = mOuter; }
+    ~CallOfHost()
+    {
+        innermost = mOuter;
+        --mCount;
+    }
 
     static bool IsMadeFor(const AudioEffect& effect)
     {
@@ -108,6 +117,7 @@ private:
     static thread_local const CallOfHost* innermost;
 
     const AudioEffect& mEffect;
+    std::atomic<int>& mCount;
     const CallOfHost* const mOuter;
 };
 
@@ -286,17 +296,10 @@ std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std
 {
     if (audioMaster == nullptr || mIsClosed)
         return 0;
-    // Counted with the lock held on both sides: whoever holds it sees a call that is not yet back.
-    ++mHostCalls;
-    std::intptr_t answer = 0;
-    {
-        const CallOfHost call(*this);
-        // The host may call back, and may wait for another of its threads that does.
-        const ZInterfaceUnlock unlocked;
-        answer = audioMaster(&cEffect, opcode, index, value, ptr, opt);
-    }
-    --mHostCalls;  // after which a caller without the lock may find the object gone
-    return answer;
+    const CallOfHost call(*this, mHostCalls);
+    // The host may call back, and may wait for another of its threads that does.
+    const ZInterfaceUnlock unlocked;
+    return audioMaster(&cEffect, opcode, index, value, ptr, opt);
 }
 
 void AudioEffect::Close()
