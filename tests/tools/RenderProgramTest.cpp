@@ -170,10 +170,12 @@ TEST_F(RenderProgramTest, APresetSetsWhatNoParameterReaches)
     const TestSound voice = testVoice(1, 1.5);
     const std::string preset = mFolder.Path("preset.xml");
     writeTextFile(preset, "<preset version=\"1.0\"><element name=\"detune\" floatvalue=\"30\">"
+                          "</element><element name=\"currentScaleIndex\" floatvalue=\"0\">"
                           "</element></preset>");
     Render(voice, kCorrect + Report() + Words{"--preset", preset});
     const nlohmann::json json = Told();
     EXPECT_EQ(json["settings"]["detune"]["value"], 30.0);
+    EXPECT_EQ(json["settings"]["scale"]["text"], "Chromatic");
     EXPECT_LT(json["before"]["median_cents"], 3.0);  // it was sung 30 cents sharp
     EXPECT_LT(json["after"]["median_cents"], 3.0);
 }

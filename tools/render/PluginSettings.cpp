@@ -67,14 +67,25 @@ void takeElement(RenderSettings& settings, const ZXMLElement& element)
     }
 }
 
+/// What a state holds in the place of the scale, whose menu goes on with the user's own.
+void takeScale(RenderSettings& settings, const ZXMLElement& element)
+{
+    if (!element.AttributeIs("name", "currentScaleIndex") || !element.HasAttribute("floatvalue"))
+        return;
+    if (const float index = element.GetFloat("floatvalue"); canBe(Setting::kScale, index))
+        settings.Set(Setting::kScale, index);
+}
+
 /// Takes the values of all elements in a text over, the last one where there are many.
 void takeElements(RenderSettings& settings, const ZXMLDocument& text, int depth)
 {
     constexpr int kDeepest = 64;  // far below what a stack bears, should the text be anything
     for (std::int32_t i = 0; depth < kDeepest && i < text.GetChildCount(); ++i) {
         const auto child = text.GetChild(i);
-        if (child->IsNamed("element"))
+        if (child->IsNamed("element")) {
             takeElement(settings, *child);
+            takeScale(settings, *child);
+        }
         takeElements(settings, *child, depth + 1);
     }
 }

@@ -39,10 +39,10 @@ std::string footer()
     return "Settings:\n" + settingsHelp() + R"(
 A mono file is heard on both sides, and its output is the left one. Distances from the scale are
 those of the voiced places: loud enough, periodic and steady, from the scale that is in force
-before automation; a scale of the user's own counts as Major there. Settings are the parameters of
-the plug-in, under the names above or those that --list shows; all else comes from a program, a
-chunk or a preset, else it is as the plug-in starts. The program comes first, then the chunk, the
-preset, the settings, and automation on the way.
+before automation; a scale of the user's own counts as Major there, an edited one as what it was.
+Settings are the parameters of the plug-in, under the names above or those that --list shows; all
+else comes from a program, a chunk or a preset, else it is as the plug-in starts. The program comes
+first, then the chunk, the preset, the settings, and automation on the way.
 
 A line of automation is SECONDS,NAME,VALUE, such as 1.5,key,D. Automation and notes of a MIDI file
 are given at the sample of their time; the plug-in takes changed values to its engine every 42 ms.
