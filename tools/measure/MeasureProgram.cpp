@@ -6,8 +6,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <array>
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace orvane;
@@ -23,22 +25,35 @@ struct Arguments
     int latency = 0;  // samples
 };
 
+/// The median in a column of a table; empty where no pitch was found.
+std::string medianOf(std::vector<double> cents)
+{
+    std::array<char, 16> text{};
+    if (!cents.empty())
+        std::snprintf(text.data(), text.size(), "%+6.1f", quantile(std::move(cents), 0.5));
+    return text.data();
+}
+
 void printNotes(const std::vector<ClipNote>& notes, const PitchTracker& input,
                 const PitchTracker& output, double delay)
 {
     std::puts("Medians of the notes, cents from the intended:");
     std::puts("     from      to  intended     input    output");
     for (const ClipNote& note : notes)
-        std::printf("  %5.2f s %5.2f s %6.1f Hz    %+6.1f    %+6.1f\n", note.startSeconds,
+        std::printf("  %5.2f s %5.2f s %6.1f Hz    %6s    %6s\n", note.startSeconds,
                     note.endSeconds, note.intendedHz,
-                    quantile(centsFromIntended(input, note, 0.0), 0.5),
-                    quantile(centsFromIntended(output, note, delay), 0.5));
+                    medianOf(centsFromIntended(input, note, 0.0)).c_str(),
+                    medianOf(centsFromIntended(output, note, delay)).c_str());
 }
 
 void printAccuracy(const char* name, const NoteAccuracy& accuracy)
 {
-    std::printf("%s: median %.1f cents, 95th percentile %.1f cents, %.0f %% pitched\n", name,
-                accuracy.medianCents, accuracy.percentile95Cents, 100.0 * accuracy.pitchedShare);
+    if (accuracy.pitchedShare == 0.0)
+        std::printf("%s: no pitch found\n", name);
+    else
+        std::printf("%s: median %.1f cents, 95th percentile %.1f cents, %.0f %% pitched\n", name,
+                    accuracy.medianCents, accuracy.percentile95Cents,
+                    100.0 * accuracy.pitchedShare);
 }
 
 void measure(const Arguments& arguments)
