@@ -45,7 +45,7 @@ std::intptr_t dispatcherEntry(AEffect* record, std::int32_t opcode, std::int32_t
         return effect.dispatcher(opcode, index, value, ptr, opt);
     });
     if (opcode == effClose)
-        guarded(record, [](AudioEffect& effect) { effect.Close(); });
+        guarded(record, [](AudioEffect& effect) { effect.close(); });
     return answer;
 }
 
@@ -302,7 +302,7 @@ std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std
     return audioMaster(&cEffect, opcode, index, value, ptr, opt);
 }
 
-void AudioEffect::Close()
+void AudioEffect::close()
 {
     // A host that has its calls answered by the very thread that closes never gets there if it
     // waits for them.
@@ -320,11 +320,11 @@ bool AudioEffect::hostCallsReturn(std::chrono::milliseconds limit) const
 {
     constexpr std::chrono::milliseconds kPause(1);
     const auto end = std::chrono::steady_clock::now() + limit;
-    while (IsInHostCall() && std::chrono::steady_clock::now() < end) {
+    while (isInHostCall() && std::chrono::steady_clock::now() < end) {
         const ZInterfaceUnlock unlocked;
         std::this_thread::sleep_for(kPause);
     }
-    return !IsInHostCall();
+    return !isInHostCall();
 }
 
 void AudioEffect::waitForHostCalls() const

@@ -31,12 +31,13 @@ public:
     /// The record, valid as long as the object. [any thread]
     [[nodiscard]] AEffect* getAeffect() { return &cEffect; }
 
-    /// Deletes the object; the host is not called any more. Where the host closes from inside a
-    /// call that this thread makes of it, the frames around that call still need the object: then
-    /// another thread deletes it once they are done. [host thread or interface thread]
-    void Close();
+    /// Deletes the object, once other threads are back from the host. Where the host closes from
+    /// inside a call that this thread makes of it, the frames around that call still need the
+    /// object; then, and where another's call does not come back, another thread deletes it once
+    /// they are done, and the host is not called any more. [host thread or interface thread]
+    void close();
     /// Whether a call of the host is not yet back. [any thread]
-    [[nodiscard]] bool IsInHostCall() const { return mHostCalls > 0; }
+    [[nodiscard]] bool isInHostCall() const { return mHostCalls > 0; }
 
     /// Answers an opcode; 0 for one it does not know. [host thread]
     virtual std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,

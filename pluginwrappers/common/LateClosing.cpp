@@ -59,7 +59,7 @@ private:
     [[nodiscard]] bool WaitsForHost()
     {
         const std::lock_guard lock(mMutex);
-        return mEffect != nullptr && mEffect->IsInHostCall();
+        return mEffect != nullptr && mEffect->isInHostCall();
     }
 
     std::mutex mMutex;     // guards the next
