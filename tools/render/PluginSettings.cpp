@@ -109,6 +109,7 @@ int PluginSettings::IndexOf(Setting setting) const
     if (const std::optional<int> index = mIndices[static_cast<std::size_t>(setting)])
         return *index;
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(std::max(mPlugin.ParameterCount(), 0)));
     for (int i = 0; i < mPlugin.ParameterCount(); ++i)
         names.push_back(mPlugin.ParameterName(i));
     const SettingRule& rule = settingRule(setting);
@@ -144,9 +145,8 @@ RenderSettings PluginSettings::InForce(const RenderSettings& given) const
     }
     for (std::size_t s = 0; s < kSettingCount; ++s) {
         const auto setting = static_cast<Setting>(s);
-        if (mIndices[s])
-            settings.Set(setting,
-                         settingValue(settingRule(setting), mPlugin.Parameter(*mIndices[s])));
+        if (const std::optional<int> index = mIndices[s])
+            settings.Set(setting, settingValue(settingRule(setting), mPlugin.Parameter(*index)));
     }
     if (!mPlugin.HasChunks() || given.IsAssigned(Setting::kPitchTranspose) ||
         given.IsAssigned(Setting::kFormantTranspose))
