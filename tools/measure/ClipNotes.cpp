@@ -37,6 +37,7 @@ ClipNote fromJson(const nlohmann::json& note)
 std::vector<ClipNote> clipNotes(const Song& song)
 {
     std::vector<ClipNote> notes;
+    notes.reserve(song.notes.size());
     for (const SungNote& note : song.notes)
         notes.push_back(
             {note.onsetSeconds, note.endSeconds(), note.intendedHz(), note.offKeyCents});
