@@ -180,6 +180,21 @@ TEST_F(RenderProgramTest, APresetSetsWhatNoParameterReaches)
     EXPECT_LT(json["after"]["median_cents"], 3.0);
 }
 
+TEST_F(RenderProgramTest, NotesSwitchTheScaleWhereAPresetHasThePluginListen)
+{
+    // The A that is sung: it leaves the scale.
+    writeTextFile(mFolder.Path("m.mid"), std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\4"
+                                                     "\0\x90\x39\x64",
+                                                     26));
+    writeTextFile(mFolder.Path("p"), "<preset version=\"1.0\"><element name=\"AcceptMIDI\" "
+                                     "int32value=\"1\"></element></preset>");
+    const TestSound voice = testVoice(1, 0.5);
+    const std::vector<float> plain = Render(voice, kCorrect).samples;
+    const Words midi = kCorrect + Words{"--midi", mFolder.Path("m.mid")};
+    EXPECT_EQ(Render(voice, midi).samples, plain);
+    EXPECT_NE(Render(voice, midi + Words{"--preset", mFolder.Path("p")}).samples, plain);
+}
+
 TEST_F(RenderProgramTest, AutomationActsWithinATickOfItsTimeAndTheSameInEachRun)
 {
     constexpr double kTickAndHop = 0.041666 + 0.0116;  // s, of the plug-in and of its engine

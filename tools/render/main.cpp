@@ -45,7 +45,8 @@ else comes from a program, a chunk or a preset, else it is as the plug-in starts
 first, then the chunk, the preset, the settings, and automation on the way.
 
 A line of automation is SECONDS,NAME,VALUE, such as 1.5,key,D. Automation and notes of a MIDI file
-are given at the sample of their time; the plug-in takes changed values to its engine every 42 ms.
+are given at the sample of their time; the plug-in takes changed values to its engine every 42 ms. It
+takes notes where its MIDI input is on, which a preset does by the element AcceptMIDI.
 
 Examples:
   kestrune-render --list
