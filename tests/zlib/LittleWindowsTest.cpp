@@ -120,6 +120,24 @@ TEST_F(LittleWindowsTest, AMenuStaysOnTheMonitorAndEndsWithAClickElsewhereOrItsW
     EXPECT_FALSE(chosen.has_value());
 }
 
+TEST_F(LittleWindowsTest, AMenuEndsWithItsKeysItsApplicationOrItsDisplay)
+{
+    OpenMenu({100, 120});
+    probe->Focus(static_cast<xcb_window_t>(window->GetNativeWindow()->GetHandle()));
+    EXPECT_TRUE(Ends()) << "somebody took the keys";
+    OpenMenu({100, 120});
+    {
+        const ZInterfaceLock lock;
+        app->EndModalRuns();
+        EXPECT_TRUE(ended) << "whoever ends the runs finds nobody in them any more";
+    }
+    EXPECT_TRUE(Ends());
+    OpenMenu({100, 120});
+    display->Kill();
+    EXPECT_TRUE(waitFor([this] { return ended.load(); }));
+    EXPECT_FALSE(chosen.has_value());
+}
+
 TEST_F(LittleWindowsTest, ABoxIsShownUntilItsButtonOrTheLastApplicationEndsIt)
 {
     const auto raise = [this] {
