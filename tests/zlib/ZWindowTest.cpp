@@ -223,6 +223,9 @@ TEST_F(ZWindowTest, TheMouseReachesTheViewUnderItOrTheOneThatHoldsIt)
     window->Destroy();
     EXPECT_EQ(TestView::TakeLog(), Log{"b left"}) << "a host may open the same again elsewhere";
     b.SetMouseCapture(true, true);
+    window->Destroy();
+    EXPECT_FALSE(b.HasMouseCapture());
+    b.SetMouseCapture(true, true);
     window->Hide();
     EXPECT_EQ(window->GetCapturedView(), nullptr);
     EXPECT_FALSE(b.HasMouseCapture());
