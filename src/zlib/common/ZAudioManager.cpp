@@ -44,8 +44,10 @@ constexpr std::array<std::pair<const char*, std::int32_t ZDriverSettings::*>, 9>
 
 std::vector<std::string> childNames(const ZXMLElement& xml, const char* tag)
 {
+    const std::int32_t count = xml.GetChildCount(tag);
     std::vector<std::string> names;
-    for (std::int32_t i = 0; i < xml.GetChildCount(tag); ++i)
+    names.reserve(static_cast<std::size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i)
         names.emplace_back(xml.GetChild(tag, i)->GetAttributeOr("name", ""));
     return names;
 }
