@@ -48,6 +48,7 @@ public:
 ZDesktopProgram::ZDesktopProgram(std::vector<std::string> arguments, int output)
 {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
