@@ -1,6 +1,5 @@
 #include "kestrune/common/KestruneNameScaleDialog.h"
 
-#include "kestrune/common/KestruneNameScaleWindow.h"
 #include "zlib/common/ZUndying.h"
 
 #include <algorithm>
@@ -33,9 +32,9 @@ KestruneNameScaleDialog::KestruneNameScaleDialog(ZApplication* application,
 bool KestruneNameScaleDialog::Run()
 {
     // A copy: the dialog may be on for long, and the runner be replaced meanwhile.
-    const Runner run = currentRunner() ? currentRunner() : &KestruneNameScaleWindow::Run;
+    const Runner run = currentRunner();
     ZString name = mName;
-    if (!run(mApplication, mResourceName, name))
+    if (!run || !run(mApplication, mResourceName, name))
         return false;
     mName.SetChars(name.Chars(), std::min(name.Length(), kMaxNameUnits));
     return true;

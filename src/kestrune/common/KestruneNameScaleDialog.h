@@ -10,10 +10,10 @@ namespace orvane
 
 class ZApplication;
 
-/// Asks the user for the name of a custom scale. Tests put a runner of their own in the place of
-/// the window. Where there is no display the dialog counts as cancelled: nothing ever waits for an
-/// answer that cannot come.
-/// [interface thread]
+/// Asks the user for the name of a custom scale. The views of the product set the
+/// runner that shows their window; tests put one of their own in its place. Without a runner, and
+/// where there is no display the dialog counts as cancelled: nothing ever waits for an answer that
+/// cannot come. [interface thread]
 class KestruneNameScaleDialog
 {
 public:
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] bool Run();
     [[nodiscard]] const ZString& GetName() const { return mName; }
 
-    /// Replaces the runner and gives back the one before; an empty one means the product's window.
+    /// Replaces the runner and gives back the one before; with an empty one Run answers Cancel.
     /// [interface thread, or setup]
     static Runner SetRunner(Runner runner);
 
