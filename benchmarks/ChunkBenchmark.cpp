@@ -1,10 +1,10 @@
 // Time that a host waits for its project to be saved and loaded: all programs, each with nearly as
 // many custom scales as a preset takes.
 
-#include "kestrune/common/KestruneScaleTable.h"
-#include "kestrune/common/ZPsolaBay.h"
-#include "pluginwrappers/ProductInstance.h"
-#include "zlib/common/ZAudioDocument.h"
+#include "kestrune/common/pitch/KestruneScaleTable.h"
+#include "kestrune/common/pitch/ZPsolaBay.h"
+#include "pluginwrappers/common/ProductInstance.h"
+#include "zlib/common/documents/ZAudioDocument.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
-#include "kestrune/common/PsolaClass.h"
-#include "zlib/common/ZBuffer.h"
+#include "kestrune/common/engine/PsolaClass.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include "support/Measure.h"
 #include "support/Signals.h"

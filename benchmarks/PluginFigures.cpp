@@ -1,7 +1,7 @@
-#include "kestrune/common/PsolaClass.h"
-#include "pluginwrappers/common/AEffect.h"
-#include "pluginwrappers/common/VstOpcodes.h"
-#include "zlib/common/ZBuffer.h"
+#include "kestrune/common/engine/PsolaClass.h"
+#include "pluginwrappers/interface/AEffect.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include "tools/singer/Singer.h"
 

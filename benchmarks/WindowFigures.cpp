@@ -1,5 +1,5 @@
-#include "pluginwrappers/common/AEffect.h"
-#include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/interface/AEffect.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/DisplayProbe.h"
 #include "support/VirtualDisplay.h"
 #include "tools/singer/Singer.h"

@@ -1,36 +1,25 @@
-# kestrune_row(NAME LINKS row... LIBRARIES library... CLASSES folder/Class...)
+# kestrune_row(NAME FOLDERS folder... LINKS row... LIBRARIES library...)
 #
-# Declares a row of the architecture as an object library. Each class names its pair of files below
-# the folder SOURCE_ROOT, without ending; a class may have a header alone or a source alone.
-#
-# The framework's folder is flat, so a folder cannot tell the rows apart. Each row therefore sees
-# headers only through an include folder of links that holds its own headers, and through those of
-# the rows it links: an include against the arrows does not compile.
+# Declares a row of the architecture as an object library of all sources in its folders, which are
+# named from the root of the project: the common one and its platform's half. A program links the
+# row with the rows below it alone, so a call upwards does not link; RowIncludesTest does the same
+# for includes.
 function(kestrune_row name)
-  cmake_parse_arguments(ROW "" "SOURCE_ROOT" "LINKS;LIBRARIES;CLASSES" ${ARGN})
-  set(include_root ${CMAKE_BINARY_DIR}/rows/${name})
-  set(sources "")
-  file(REMOVE_RECURSE ${include_root})
-  foreach(class IN LISTS ROW_CLASSES)
-    set(base ${ROW_SOURCE_ROOT}/${class})
-    if(NOT EXISTS ${base}.h AND NOT EXISTS ${base}.cpp)
-      message(FATAL_ERROR "Row ${name}: neither ${class}.h nor ${class}.cpp exists")
-    endif()
-    if(EXISTS ${base}.h)
-      get_filename_component(folder ${class} DIRECTORY)
-      file(MAKE_DIRECTORY ${include_root}/${folder})
-      file(CREATE_LINK ${base}.h ${include_root}/${class}.h SYMBOLIC)
-    endif()
-    if(EXISTS ${base}.cpp)
-      list(APPEND sources ${base}.cpp)
-    endif()
-  endforeach()
+  cmake_parse_arguments(ROW "" "" "FOLDERS;LINKS;LIBRARIES" ${ARGN})
+  list(TRANSFORM ROW_FOLDERS PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE folders)
+  list(TRANSFORM folders APPEND /*.cpp OUTPUT_VARIABLE patterns)
+  file(GLOB sources CONFIGURE_DEPENDS ${patterns})
+  # A program's main function is no part of the row that the program shows.
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
 
   add_library(${name} OBJECT ${sources})
-  target_include_directories(${name} PUBLIC ${include_root})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC kestrune_options ${ROW_LINKS} ${ROW_LIBRARIES})
 
   set_target_properties(${name} PROPERTIES KESTRUNE_ROWS_BELOW "${ROW_LINKS}")
+  # One line a row, for RowIncludesTest: name, folders, rows that it links.
+  set_property(GLOBAL APPEND PROPERTY KESTRUNE_ROW_TABLE
+    "${name}|${ROW_FOLDERS}|${ROW_LINKS}")
 endfunction()
 
 # Puts the row and all rows below it into the variable. Rows may be declared in any order, since

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "pluginwrappers/common/ERect.h"
-#include "pluginwrappers/common/VstKeyCode.h"
+#include "pluginwrappers/interface/ERect.h"
+#include "pluginwrappers/interface/VstKeyCode.h"
 
 namespace orvane
 {

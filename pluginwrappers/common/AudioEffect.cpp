@@ -1,10 +1,10 @@
 #include "pluginwrappers/common/AudioEffect.h"
 
 #include "pluginwrappers/common/LateClosing.h"
-#include "pluginwrappers/common/VstOpcodes.h"
 #include "pluginwrappers/common/VstText.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZInterfaceLock.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <chrono>
 #include <cstddef>

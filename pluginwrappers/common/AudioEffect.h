@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pluginwrappers/common/AEffEditor.h"
-#include "pluginwrappers/common/AEffect.h"
+#include "pluginwrappers/interface/AEffect.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "pluginwrappers/common/AudioEffectX.h"
 
-#include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
 
 #include <cstddef>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "pluginwrappers/common/AudioEffect.h"
-#include "pluginwrappers/common/VstEvents.h"
-#include "pluginwrappers/common/VstParameterProperties.h"
+#include "pluginwrappers/interface/VstEvents.h"
+#include "pluginwrappers/interface/VstParameterProperties.h"
 
 #include <cstdint>
 #include <span>

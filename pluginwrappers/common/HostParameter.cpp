@@ -1,6 +1,6 @@
 #include "pluginwrappers/common/HostParameter.h"
 
-#include "zlib/common/ZElement.h"
+#include "zlib/common/elements/ZElement.h"
 
 #include <algorithm>
 #include <array>

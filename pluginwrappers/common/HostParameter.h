@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zlib/common/ZString.h"
+#include "zlib/common/objects/ZString.h"
 
 namespace orvane
 {

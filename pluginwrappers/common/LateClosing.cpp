@@ -1,7 +1,7 @@
 #include "pluginwrappers/common/LateClosing.h"
 
 #include "pluginwrappers/common/AudioEffect.h"
-#include "zlib/common/ZThread.h"
+#include "zlib/common/objects/ZThread.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "pluginwrappers/common/ZAudioFaults.h"
 
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
 
 #include <utility>
 

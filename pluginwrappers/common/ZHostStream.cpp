@@ -1,8 +1,8 @@
 #include "pluginwrappers/common/ZHostStream.h"
 
-#include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZSignalLooper.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/signals/ZSignalLooper.h"
 
 #include <algorithm>
 #include <array>

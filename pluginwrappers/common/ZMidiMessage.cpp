@@ -1,7 +1,7 @@
 #include "pluginwrappers/common/ZMidiMessage.h"
 
-#include "zlib/common/ZMessage.h"
-#include "zlib/common/ZMessageIds.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
 
 #include <cstdint>
 #include <cstring>

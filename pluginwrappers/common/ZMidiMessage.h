@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pluginwrappers/common/VstEvents.h"
+#include "pluginwrappers/interface/VstEvents.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 

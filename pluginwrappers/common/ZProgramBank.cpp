@@ -1,7 +1,7 @@
 #include "pluginwrappers/common/ZProgramBank.h"
 
-#include "zlib/common/ZPluginPresetsAudioDocument.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/documents/ZPluginPresetsAudioDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

@@ -1,14 +1,14 @@
 #include "pluginwrappers/common/ZVSTEditor.h"
 
-#include "pluginwrappers/common/VstKeyCode.h"
-#include "pluginwrappers/common/WindowPicture.h"
-#include "zlib/common/ZApp.h"
-#include "zlib/common/ZBitmap.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZImage.h"
-#include "zlib/common/ZMessage.h"
-#include "zlib/common/ZMessageIds.h"
-#include "zlib/common/ZWindow.h"
+#include "pluginwrappers/interface/VstKeyCode.h"
+#include "pluginwrappers/interface/WindowPicture.h"
+#include "zlib/common/documents/ZApp.h"
+#include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/drawing/ZImage.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/views/ZWindow.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

@@ -5,8 +5,8 @@
 #include "pluginwrappers/common/ZHostStream.h"
 #include "pluginwrappers/common/ZProgramBank.h"
 #include "pluginwrappers/common/ZStreamClock.h"
-#include "zlib/common/ZInterfaceThread.h"
-#include "zlib/common/ZPlugin.h"
+#include "zlib/common/documents/ZPlugin.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 

@@ -1,8 +1,8 @@
 #include "pluginwrappers/common/ZVSTSetParameterFn.h"
 
 #include "pluginwrappers/common/ZVSTPlugin.h"
-#include "zlib/common/ZElement.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZException.h"
 
 namespace orvane
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zlib/common/ZSetParameterFn.h"
+#include "zlib/common/documents/ZSetParameterFn.h"
 
 namespace orvane
 {

@@ -1,6 +1,6 @@
 // Any bytes as the chunk that a host gives back: the first says whether of one program or of all.
 
-#include "pluginwrappers/ChunkCheck.h"
+#include "pluginwrappers/common/ChunkCheck.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -2,8 +2,8 @@
 // opcode whose pointer is plain room may be asked in any order.
 
 #include "pluginwrappers/common/PluginEntry.h"
-#include "pluginwrappers/common/VstOpcodes.h"
-#include "zlib/common/ZMessageBox.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "zlib/common/objects/ZMessageBox.h"
 
 #include <algorithm>
 #include <array>

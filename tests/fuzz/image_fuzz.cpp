@@ -1,8 +1,8 @@
 // Any bytes as a picture: decoded, and what comes of it drawn.
 
 #include "support/PngBytes.h"
-#include "zlib/common/ZGraphics.h"
-#include "zlib/common/ZImage.h"
+#include "zlib/common/drawing/ZGraphics.h"
+#include "zlib/common/drawing/ZImage.h"
 
 #include <cstdint>
 #include <cstdlib>

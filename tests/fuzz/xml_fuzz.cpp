@@ -1,8 +1,8 @@
 // Any bytes as XML: read whole, against the plain reading, and through every read of an element.
 
 #include "support/PlainXml.h"
-#include "zlib/common/ZString.h"
-#include "zlib/common/ZXMLSignature.h"
+#include "zlib/common/objects/ZString.h"
+#include "zlib/common/objects/ZXMLSignature.h"
 
 #include <cstdint>
 #include <cstdio>

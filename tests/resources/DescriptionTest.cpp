@@ -1,11 +1,11 @@
-#include "kestrune/ProductApplication.h"
-#include "zlib/common/ZClassRegistry.h"
-#include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZResources.h"
-#include "zlib/common/ZString.h"
-#include "zlib/common/ZStringTable.h"
-#include "zlib/common/ZXMLDocument.h"
-#include "zlib/common/ZXMLElement.h"
+#include "kestrune/common/views/ProductApplication.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZResources.h"
+#include "zlib/common/objects/ZString.h"
+#include "zlib/common/objects/ZStringTable.h"
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <gtest/gtest.h>
 

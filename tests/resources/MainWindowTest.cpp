@@ -1,10 +1,10 @@
-#include "kestrune/ProductApplication.h"
-#include "kestrune/common/KestruneFonts.h"
+#include "kestrune/common/views/KestruneFonts.h"
+#include "kestrune/common/views/ProductApplication.h"
 #include "support/PrivateFolder.h"
-#include "zlib/Canvas.h"
-#include "zlib/common/ZFont.h"
-#include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZWindow.h"
+#include "zlib/common/drawing/Canvas.h"
+#include "zlib/common/drawing/ZFont.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/views/ZWindow.h"
 
 #include <gtest/gtest.h>
 

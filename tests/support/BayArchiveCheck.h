@@ -1,15 +1,15 @@
 #pragma once
 
 #include "support/SmallApplication.h"
-#include "zlib/common/ZBlockProcessingBay.h"
-#include "zlib/common/ZElement.h"
-#include "zlib/common/ZElementBay.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZInputBay.h"
-#include "zlib/common/ZMeterBay.h"
-#include "zlib/common/ZOutputBay.h"
-#include "zlib/common/ZThruBay.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/signals/ZBlockProcessingBay.h"
+#include "zlib/common/signals/ZElementBay.h"
+#include "zlib/common/signals/ZInputBay.h"
+#include "zlib/common/signals/ZMeterBay.h"
+#include "zlib/common/signals/ZOutputBay.h"
+#include "zlib/common/signals/ZThruBay.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zlib/common/ZMessageBox.h"
+#include "zlib/common/objects/ZMessageBox.h"
 
 #include <functional>
 #include <string>

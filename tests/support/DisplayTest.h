@@ -2,8 +2,8 @@
 
 #include "support/DisplayProbe.h"
 #include "support/VirtualDisplay.h"
-#include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZInterfaceThread.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
 
 #include <gtest/gtest.h>
 

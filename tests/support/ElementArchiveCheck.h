@@ -1,10 +1,10 @@
 #pragma once
 
 #include "support/SmallApplication.h"
-#include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZElement.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

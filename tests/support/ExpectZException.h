@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <gtest/gtest.h>
 

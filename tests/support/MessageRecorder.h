@@ -1,7 +1,7 @@
 #pragma once
 
-#include "zlib/common/ZHandler.h"
-#include "zlib/common/ZMessage.h"
+#include "zlib/common/objects/ZHandler.h"
+#include "zlib/common/objects/ZMessage.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "zlib/common/ZXMLDocument.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <cstdint>
 #include <string>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZOutputBay.h"
-#include "zlib/common/ZSignalBay.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/signals/ZOutputBay.h"
+#include "zlib/common/signals/ZSignalBay.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zlib/common/ZResources.h"
+#include "zlib/common/objects/ZResources.h"
 
 #include <array>
 #include <cstdio>

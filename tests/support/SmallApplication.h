@@ -1,8 +1,8 @@
 #pragma once
 
-#include "zlib/common/ZApplication.h"
-#include "zlib/common/ZClassRegistry.h"
-#include "zlib/common/ZString.h"
+#include "zlib/common/objects/ZApplication.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZString.h"
 
 #include <cstdint>
 #include <map>

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "zlib/common/ZAudioDocument.h"
-#include "zlib/common/ZBlockProcessingBay.h"
-#include "zlib/common/ZClassRegistry.h"
-#include "zlib/common/ZDocumentManager.h"
-#include "zlib/common/ZElement.h"
-#include "zlib/common/ZInterfaceLock.h"
-#include "zlib/common/ZMessage.h"
-#include "zlib/common/ZMessageIds.h"
-#include "zlib/common/ZPlugin.h"
-#include "zlib/common/ZResources.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/documents/ZDocumentManager.h"
+#include "zlib/common/documents/ZPlugin.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZResources.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/signals/ZBlockProcessingBay.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,7 +1,7 @@
 #include "tools/render/MidiFile.h"
 
 #include "tools/render/InputFile.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 

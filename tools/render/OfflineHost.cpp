@@ -1,6 +1,6 @@
 #include "tools/render/OfflineHost.h"
 
-#include "pluginwrappers/common/VstOpcodes.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pluginwrappers/common/VstTimeInfo.h"
+#include "pluginwrappers/interface/VstTimeInfo.h"
 
 #include <atomic>
 #include <cstdint>

@@ -10,7 +10,7 @@
 #include "tools/render/RenderReport.h"
 #include "tools/render/ScaleGrid.h"
 #include "tools/render/TargetFile.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 

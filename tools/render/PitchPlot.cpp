@@ -2,7 +2,7 @@
 
 #include "tools/render/OfflineRender.h"
 #include "tools/render/ScaleGrid.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <cairo.h>
 #include <fmt/format.h>

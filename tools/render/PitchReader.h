@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kestrune/common/KestruneScales.h"
-#include "kestrune/common/PsolaClass.h"
+#include "kestrune/common/engine/KestruneScales.h"
+#include "kestrune/common/engine/PsolaClass.h"
 #include "tools/render/SoundFile.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 #include "tools/render/PluginInstance.h"
 
-#include "pluginwrappers/common/VstEvents.h"
-#include "pluginwrappers/common/VstOpcodes.h"
-#include "pluginwrappers/common/WindowPicture.h"
-#include "zlib/common/ZException.h"
+#include "pluginwrappers/interface/VstEvents.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "pluginwrappers/interface/WindowPicture.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 

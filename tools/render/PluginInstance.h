@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pluginwrappers/common/AEffect.h"
+#include "pluginwrappers/interface/AEffect.h"
 #include "tools/render/MidiFile.h"
 #include "tools/render/OfflineHost.h"
 #include "tools/render/PluginLibrary.h"

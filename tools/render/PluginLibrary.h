@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pluginwrappers/common/AEffect.h"
+#include "pluginwrappers/interface/AEffect.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "tools/render/PluginSettings.h"
 
 #include "tools/render/PluginInstance.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

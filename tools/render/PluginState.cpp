@@ -3,8 +3,8 @@
 #include "tools/render/InputFile.h"
 #include "tools/render/PluginInstance.h"
 #include "tools/render/RenderSettings.h"
-#include "zlib/common/ZException.h"
-#include "zlib/common/ZXMLElement.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,7 +1,7 @@
 #include "tools/render/RenderReport.h"
 
 #include "tools/render/OfflineRender.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

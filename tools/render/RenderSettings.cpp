@@ -1,8 +1,8 @@
 #include "tools/render/RenderSettings.h"
 
-#include "kestrune/common/KestruneScales.h"
-#include "kestrune/common/KestruneTransposition.h"
-#include "zlib/common/ZException.h"
+#include "kestrune/common/engine/KestruneScales.h"
+#include "kestrune/common/engine/KestruneTransposition.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kestrune/common/KestruneScales.h"
+#include "kestrune/common/engine/KestruneScales.h"
 
 #include <array>
 #include <string>

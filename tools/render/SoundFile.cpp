@@ -1,6 +1,6 @@
 #include "tools/render/SoundFile.h"
 
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "tools/render/WindowShot.h"
 
 #include "tools/render/PluginInstance.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <cairo.h>
 #include <fmt/format.h>

@@ -5,7 +5,7 @@
 #include "tools/render/PluginLibrary.h"
 #include "tools/render/PluginListing.h"
 #include "tools/render/RenderReport.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

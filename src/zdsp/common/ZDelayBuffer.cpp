@@ -1,6 +1,6 @@
 #include "zdsp/common/ZDelayBuffer.h"
 
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,7 +1,7 @@
 #include "zdsp/common/ZEnvelopeDetector.h"
 
-#include "zlib/common/ZBuffer.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
 #include <cassert>

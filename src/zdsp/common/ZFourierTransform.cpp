@@ -1,7 +1,7 @@
 #include "zdsp/common/ZFourierTransform.h"
 
 #include "zdsp/sse/ZFourierTransformSSE.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <new>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "zdsp/common/ZDSPObject.h"
-#include "zlib/common/ZBuffer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include <cstdint>
 #include <memory>

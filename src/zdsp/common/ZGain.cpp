@@ -1,7 +1,7 @@
 #include "zdsp/common/ZGain.h"
 
 #include "zdsp/common/ZVectorSupport.h"
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,6 +1,6 @@
 #include "zdsp/common/ZHammingWindow.h"
 
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <cassert>
 #include <cmath>

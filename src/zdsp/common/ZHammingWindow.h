@@ -2,7 +2,7 @@
 
 #include "zdsp/common/ZDSPObject.h"
 #include "zdsp/common/ZGain.h"
-#include "zlib/common/ZBuffer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "zdsp/common/ZComplexTransform.h"
 
-#include "zlib/common/ZException.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <kiss_fft.h>
 

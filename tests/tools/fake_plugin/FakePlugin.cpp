@@ -1,9 +1,9 @@
 #include "tools/fake_plugin/FakePlugin.h"
 
-#include "pluginwrappers/common/AEffect.h"
-#include "pluginwrappers/common/VstEvents.h"
-#include "pluginwrappers/common/VstOpcodes.h"
-#include "pluginwrappers/common/VstTimeInfo.h"
+#include "pluginwrappers/interface/AEffect.h"
+#include "pluginwrappers/interface/VstEvents.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "pluginwrappers/interface/VstTimeInfo.h"
 
 #include <fmt/format.h>
 

@@ -1,0 +1,82 @@
+#include "kestrune/common/engine/KestruneCorrection.h"
+
+#include "zlib/common/buffers/ZBuffer.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kSemitones = 12.0f;
+constexpr float kConcertPitch = 440.0f;
+constexpr float kErrorLeft = 0.25f;
+
+float octavesBetween(float frequency, float reference)
+{
+    return std::log10(frequency / reference) / std::log10(2.0f);
+}
+
+}  // namespace
+
+void KestruneCorrection::SetReferenceFrequency(float hz) noexcept
+{
+    mReferenceFrequency = hz > 0.0f ? hz : kConcertPitch;
+}
+
+void KestruneCorrection::SetTones(const float* tones, int count) noexcept
+{
+    mToneCount = std::clamp(count, 0, kMaxTones);
+    std::copy_n(tones, mToneCount, mScaleTones.begin());
+}
+
+void KestruneCorrection::SetGlide(float seconds, float sampleRate, int blockSize) noexcept
+{
+    mSmoothing = 0.0f;
+    if (seconds > 0.0f)
+        mSmoothing = std::pow(kErrorLeft, static_cast<float>(blockSize) / (sampleRate * seconds));
+}
+
+float KestruneCorrection::Advance(float frequency, float hold) noexcept
+{
+    const float octaves = octavesBetween(frequency, mReferenceFrequency);
+    const float semitones = kSemitones * octaves - kSemitones * std::floor(octaves);
+    float wanted = 1.0f;
+    if (hold != 0.0f && !IsIgnored(semitones))
+        wanted = std::exp2((NearestTarget(semitones) - semitones) / kSemitones);
+    mCorrectionRatio = (1.0f - mSmoothing) * wanted + mSmoothing * mCorrectionRatio;
+    return mCorrectionRatio;
+}
+
+float KestruneCorrection::NearestTarget(float semitones) const noexcept
+{
+    // The root counts at both ends of the octave, whether or not the scale names it. Ties go to
+    // the root, then to the earliest tone.
+    const float upperRoot = std::floor(semitones / kSemitones + 0.5f);
+    float target = kSemitones * upperRoot;
+    float best = (semitones - target) * (semitones - target);
+    for (int i = 0; i < mToneCount; ++i) {
+        const float tone = mScaleTones[static_cast<std::size_t>(i)];
+        const float distance = (semitones - tone) * (semitones - tone);
+        if (distance < best) {
+            best = distance;
+            target = tone;
+        }
+    }
+    return target;
+}
+
+bool KestruneCorrection::IsIgnored(float semitones) const noexcept
+{
+    if (!mIgnoredNotes)
+        return false;
+    const auto degree = static_cast<std::size_t>(semitones + 0.5f) % 12;
+    // The interface may write the flags from its own thread.
+    return std::atomic_ref(mIgnoredNotes->Data()[degree]).load(std::memory_order_relaxed) == 1.0f;
+}
+
+}  // namespace orvane

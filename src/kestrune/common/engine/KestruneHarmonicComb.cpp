@@ -1,0 +1,132 @@
+#include "kestrune/common/engine/KestruneHarmonicComb.h"
+
+#include "kestrune/common/engine/KestruneGeometry.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// 2^(1/240): the grid's step of 5 cents.
+const float kCandidateRatio = static_cast<float>(std::exp2(1.0 / 240.0));
+constexpr float kHarmonicDecay = 0.8f;
+
+int harmonicCount(float spectrumTop, float frequency)
+{
+    return static_cast<int>(std::floor(spectrumTop / frequency));
+}
+
+/// Places that the widest range takes, with all lanes as long as a group's first; no other range
+/// takes more: a higher low limit has fewer candidates and fewer harmonics at each index, a lower
+/// high limit fewer of both.
+std::size_t mostBins(int lanes)
+{
+    std::size_t bins = 0;
+    int lane = 0;
+    const float top = kSpectrumTopFactor * kHighestMaxFrequency;
+    for (float frequency = kLowestMinFrequency; frequency <= kHighestMaxFrequency;
+         frequency *= kCandidateRatio)
+    {
+        if (lane == 0)
+            bins += static_cast<std::size_t>(lanes * harmonicCount(top, frequency));
+        lane = (lane + 1) % lanes;
+    }
+    return bins;
+}
+
+}  // namespace
+
+KestruneHarmonicComb::KestruneHarmonicComb()
+    : mComb((kMaxCandidates + kLanes - 1) / kLanes * kLanes, 0.0f)
+    , mHarmonicCount(mComb.size(), 0)
+    , mFirstBin(mComb.size() / kLanes, 0)
+    , mHarmonicBins(mostBins(kLanes), 0)
+{
+    float weight = 1.0f;
+    for (float& harmonic : mHarmonicWeights) {
+        harmonic = weight;
+        weight *= kHarmonicDecay;
+    }
+}
+
+void KestruneHarmonicComb::SetRange(float minHz, float maxHz, float spectrumTop,
+                                    float binsPerHz) noexcept
+{
+    mMinFrequency = minHz;
+    mCandidateCount = 0;
+    std::fill(mHarmonicCount.begin(), mHarmonicCount.end(), std::uint8_t{0});
+    std::uint32_t end = 0;
+    for (float frequency = minHz; frequency <= maxHz; frequency *= kCandidateRatio) {
+        assert(mCandidateCount < kMaxCandidates);
+        const auto candidate = static_cast<std::size_t>(mCandidateCount++);
+        const int count = harmonicCount(spectrumTop, frequency);
+        mHarmonicCount[candidate] = static_cast<std::uint8_t>(count);
+        if (candidate % kLanes == 0) {
+            mFirstBin[candidate / kLanes] = end;
+            end += static_cast<std::uint32_t>(kLanes * count);
+        }
+        assert(end <= mHarmonicBins.size());
+        std::size_t place = mFirstBin[candidate / kLanes] + candidate % kLanes;
+        for (int h = 1; h <= count; ++h, place += kLanes) {
+            const float position = static_cast<float>(h) * frequency * binsPerHz;
+            mHarmonicBins[place] = static_cast<std::uint16_t>(position + 0.5f);
+        }
+    }
+}
+
+float KestruneHarmonicComb::Find(std::span<const float> spectrum, float voicing) noexcept
+{
+    const float kept = 1.0f - voicing;
+    float best = -1000000.0f;
+    float found = mMinFrequency;
+    float frequency = mMinFrequency;
+    for (int first = 0; first < mCandidateCount; first += kLanes) {
+        const Sums sums = WeightedSums(spectrum.data(), first / kLanes);
+        float* const comb = mComb.data() + first;
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            comb[lane] = kept * comb[lane] + voicing * sums[lane];
+        const int lanes = std::min(kLanes, mCandidateCount - first);
+        for (int lane = 0; lane < lanes; ++lane) {
+            if (comb[lane] > best) {
+                best = comb[lane];
+                found = frequency;
+            }
+            frequency *= kCandidateRatio;
+        }
+    }
+    return found;
+}
+
+KestruneHarmonicComb::Sums KestruneHarmonicComb::WeightedSums(const float* spectrum,
+                                                              int group) const noexcept
+{
+    const std::uint8_t* const counts = mHarmonicCount.data() + group * kLanes;
+    const std::uint16_t* bins = mHarmonicBins.data() + mFirstBin[static_cast<std::size_t>(group)];
+    const int shared = counts[kLanes - 1];
+    Sums sums{};
+    int h = 0;
+    for (; h < shared; ++h, bins += kLanes) {
+        const float weight = mHarmonicWeights[static_cast<std::size_t>(h)];
+        const Sums values{spectrum[bins[0]], spectrum[bins[1]], spectrum[bins[2]],
+                          spectrum[bins[3]]};
+        for (std::size_t lane = 0; lane < kLanes; ++lane)
+            sums[lane] += values[lane] * weight;
+    }
+    // Past the harmonics that all lanes have, each lane ends by itself.
+    for (; h < counts[0]; ++h, bins += kLanes)
+        for (std::size_t lane = 0; lane < kLanes && h < counts[lane]; ++lane)
+            sums[lane] += spectrum[bins[lane]] * mHarmonicWeights[static_cast<std::size_t>(h)];
+    return sums;
+}
+
+void KestruneHarmonicComb::Clear() noexcept
+{
+    std::fill(mComb.begin(), mComb.end(), 0.0f);
+}
+
+}  // namespace orvane

@@ -1,0 +1,116 @@
+#include "kestrune/common/engine/KestruneSpectrum.h"
+
+#include "kestrune/common/engine/KestruneGeometry.h"
+#include "kestrune/common/engine/KestruneStereoRing.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+// A generalised Hamming window that ends on its minimum and never starts on it.
+constexpr float kWindowMean = 0.54f;
+constexpr float kWindowSwing = 0.46f;
+constexpr float kTwoPi = 6.2831854820251465f;
+
+// Variances of a normalised band: white noise has the first, a clear voice the second or more.
+constexpr float kNoiseVariance = 0.13f;
+constexpr float kVoiceVariance = 0.18f;
+
+constexpr float kEnergyFloor = 1.0e-10f;
+constexpr float kGateClosedDecibels = -60.0f;
+constexpr float kGateSpanDecibels = 10.0f;
+
+}  // namespace
+
+void KestruneSpectrum::Allocate(const KestruneGeometry& geometry)
+{
+    const auto fftSize = static_cast<std::uint32_t>(geometry.fftSize);
+    const auto bins = static_cast<std::uint32_t>(geometry.spectrumBins);
+    mAnalysisWindow.assign(static_cast<std::size_t>(geometry.maxWindowLength), 0.0f);
+    mFrameLength = 0;
+    mGain = ZGain::Create(false);
+    mFourier = ZFourierTransform::Create(geometry.order, 0, 1);
+    mFrame = std::make_unique<ZBuffer>(fftSize, "ZBuffer");
+    mSpectrum = std::make_unique<ZBuffer>(bins, "ZBuffer");
+    mImaginary = std::make_unique<ZBuffer>(bins, "ZBuffer");
+}
+
+void KestruneSpectrum::SetFrameLength(int length) noexcept
+{
+    assert(length > 0 && length <= static_cast<int>(mAnalysisWindow.size()));
+    if (length == mFrameLength)
+        return;
+    mFrameLength = length;
+    for (int i = 0; i < length; ++i) {
+        const float angle = kTwoPi * static_cast<float>(i + 1) / static_cast<float>(length);
+        mAnalysisWindow[static_cast<std::size_t>(i)] = kWindowMean - kWindowSwing * std::cos(angle);
+    }
+    mFrame->Clear();
+}
+
+void KestruneSpectrum::LoadFrame(const KestruneStereoRing& ring, int pos,
+                                 std::int16_t reference) noexcept
+{
+    float* frame = mFrame->Data();
+    const bool oneChannel = reference == 0 || reference == 1;
+    ring.Read(oneChannel ? reference : 0, pos, mFrameLength, frame);
+    if (!oneChannel)
+        ring.ReadAdd(1, pos, mFrameLength, frame);
+
+    double sum = 0.0;
+    for (int i = 0; i < mFrameLength; ++i) {
+        const float value = frame[i] * mAnalysisWindow[static_cast<std::size_t>(i)];
+        frame[i] = value;
+        sum += static_cast<double>(value) * value;
+    }
+    mFrameEnergy = static_cast<float>(sum / mFrameLength);
+}
+
+void KestruneSpectrum::Transform() noexcept
+{
+    mFourier->TransformReal(*mFrame, *mSpectrum, *mImaginary);
+    mGain->Multiply(*mSpectrum, *mSpectrum);
+    mGain->MultiplyAdd(*mImaginary, *mImaginary, *mSpectrum);
+    mGain->PowerToDecibels96(*mSpectrum);
+}
+
+float KestruneSpectrum::NormalizeBand(Band band) noexcept
+{
+    float* const first = mSpectrum->Data() + band.lo;
+    float* const last = mSpectrum->Data() + band.hi + 1;
+    const auto [smallest, largest] = std::minmax_element(first, last);
+    const float span = *largest - *smallest;
+    const float mid = (*largest + *smallest) * 0.5f;
+    const float scale = span > 0.0f ? 2.0f / span : 1.0f;
+
+    float sum = 0.0f;
+    float squares = 0.0f;
+    for (float* bin = first; bin != last; ++bin) {
+        *bin = (*bin - mid) * scale;
+        sum += *bin;
+        squares += *bin * *bin;
+    }
+    const auto count = static_cast<float>(band.hi - band.lo + 1);
+    const float mean = sum / count;
+    const float variance = squares / count - mean * mean;
+    return std::clamp((variance - kNoiseVariance) / (kVoiceVariance - kNoiseVariance), 0.0f, 1.0f);
+}
+
+float KestruneSpectrum::LevelGate() const noexcept
+{
+    const float decibels = 10.0f * std::log10(mFrameEnergy + kEnergyFloor);
+    return std::clamp((decibels - kGateClosedDecibels) / kGateSpanDecibels, 0.0f, 1.0f);
+}
+
+std::span<const float> KestruneSpectrum::Values() const noexcept
+{
+    return {mSpectrum->Data(), mSpectrum->Length()};
+}
+
+}  // namespace orvane

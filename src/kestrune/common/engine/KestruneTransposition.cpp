@@ -1,0 +1,31 @@
+#include "kestrune/common/engine/KestruneTransposition.h"
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr double kCentsPerStep = 100.0;
+constexpr double kFormantsPerPitch = 0.5;
+
+// In doubles from the start: an index may be any number.
+double centsAbove(std::int32_t choice, std::int32_t neutralChoice)
+{
+    return (static_cast<double>(neutralChoice) - choice) * kCentsPerStep;
+}
+
+}  // namespace
+
+float pitchShiftCents(std::int32_t pitchTranspose) noexcept
+{
+    return static_cast<float>(centsAbove(pitchTranspose, kNoPitchTranspose));
+}
+
+float formantShiftCents(std::int32_t formantTranspose, float pitchShiftCents) noexcept
+{
+    return static_cast<float>(centsAbove(formantTranspose, kNaturalFormants) +
+                              static_cast<double>(pitchShiftCents) * kFormantsPerPitch);
+}
+
+}  // namespace orvane

@@ -1,0 +1,277 @@
+#include "kestrune/common/engine/PsolaClass.h"
+
+#include "zlib/common/buffers/ZBuffer.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <new>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kMillisecond = 0.001f;
+constexpr float kWeakStrength = 0.3f;
+constexpr float kMostStretch = 2.0f;
+
+/// The formant ratio sizes the grain buffers, so it is bounded here whatever a caller says.
+float boundedOctaves(float octaves)
+{
+    return std::isnan(octaves) ? 0.0f : std::clamp(octaves, -1.0f, 1.0f);
+}
+
+}  // namespace
+
+PsolaClass::PsolaClass()
+{
+    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+}
+
+PsolaClass::~PsolaClass() = default;
+
+void PsolaClass::SetPitchShift(float octaves) noexcept
+{
+    mPitchShift = boundedOctaves(octaves);
+}
+
+void PsolaClass::SetFormantShift(float octaves) noexcept
+{
+    mFormantShift = boundedOctaves(octaves);
+}
+
+void PsolaClass::SetReferenceFrequency(float hz) noexcept
+{
+    mCorrection.SetReferenceFrequency(hz);
+}
+
+void PsolaClass::SetScaleTones(const float* tones, int count) noexcept
+{
+    mCorrection.SetTones(tones, count);
+}
+
+void PsolaClass::SetIgnoredNotes(ZBuffer* buffer) noexcept
+{
+    mCorrection.SetIgnoredNotes(buffer);
+}
+
+void PsolaClass::SetCorrectionTime(float ms) noexcept
+{
+    mCorrectionTime = ms > 0.0f ? ms * kMillisecond : 0.0f;
+    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+}
+
+void PsolaClass::SetFrequencyRange(float minHz, float maxHz) noexcept
+{
+    mMinFrequency = std::clamp(minHz, kLowestMinFrequency, kHighestMinFrequency);
+    mMaxFrequency = std::clamp(maxHz, kLowestMaxFrequency, kHighestMaxFrequency);
+    mSpectrumTop = mMaxFrequency * kSpectrumTopFactor;
+    if (IsAllocated())
+        UpdateRange();
+}
+
+void PsolaClass::SetCorrectionEnabled(bool enabled) noexcept
+{
+    mCorrection.Restart();
+    mCorrectionEnabled = enabled;
+}
+
+void PsolaClass::SetPitchReference(std::int16_t reference) noexcept
+{
+    mPitchReference = reference;
+}
+
+void PsolaClass::SetTransposeEnabled(bool enabled) noexcept
+{
+    mTransposeEnabled = enabled;
+}
+
+float PsolaClass::GetCorrectionCents() const noexcept
+{
+    return 1200.0f * std::log10(mCorrection.Ratio()) / std::log10(2.0f);
+}
+
+float PsolaClass::GetInputPitch() const noexcept
+{
+    return mInputPitch;
+}
+
+float PsolaClass::GetOutputPitch() const noexcept
+{
+    return mOutputPitch;
+}
+
+int PsolaClass::GetLatency() const noexcept
+{
+    return mGeometry.latency;
+}
+
+bool PsolaClass::Initialize(float sampleRate, int blockSize)
+{
+    mSampleRate = sampleRate;
+    mBlockSize = blockSize;
+    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    return AllocateBuffers();
+}
+
+bool PsolaClass::SetSampleRate(float sampleRate)
+{
+    const bool isNew = sampleRate != mSampleRate;
+    mSampleRate = sampleRate;
+    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    return !isNew || AllocateBuffers();
+}
+
+bool PsolaClass::SetBlockSize(int blockSize)
+{
+    const bool isNew = blockSize != mBlockSize;
+    mBlockSize = blockSize;
+    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    return !isNew || AllocateBuffers();
+}
+
+bool PsolaClass::AllocateBuffers()
+{
+    mGeometry = {};
+    if (!KestruneGeometry::Supports(mSampleRate, mBlockSize))
+        return false;
+    const KestruneGeometry geometry = KestruneGeometry::For(mSampleRate, mBlockSize);
+    try {
+        mInputRing.Allocate(geometry.inputRingLength);
+        mOutputRing.Allocate(geometry.outputRingLength);
+        mGrain.Allocate(geometry.grainCapacity, geometry.resampledCapacity);
+        mSpectrum.Allocate(geometry);
+        mRecords.Allocate(geometry.recordCount);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    mGeometry = geometry;
+    mStreamPos = geometry.firstStreamPos;
+    mInputWritePos = geometry.latency;
+    mOutputReadPos = 0;
+    mInputMark = geometry.firstMark;
+    mOutputMark = geometry.firstMark;
+    UpdateRange();
+    mRecords.Fill(static_cast<float>(mLongestPeriod + mShortestPeriod) * 0.5f);
+    return true;
+}
+
+void PsolaClass::UpdateRange() noexcept
+{
+    mShortestPeriod = static_cast<int>(mSampleRate / mMaxFrequency);
+    mLongestPeriod = static_cast<int>(mSampleRate / mMinFrequency);
+    mSpectrum.SetFrameLength(
+        static_cast<int>(kWindowFactor * static_cast<float>(mLongestPeriod) + 0.5f));
+    const float binsPerHz = static_cast<float>(mGeometry.fftSize) / mSampleRate;
+    mComb.SetRange(mMinFrequency, mMaxFrequency, mSpectrumTop, binsPerHz);
+}
+
+void PsolaClass::Reset() noexcept
+{
+    mInputRing.Clear();
+    mOutputRing.Clear();
+    mComb.Clear();
+    mDetectedFrequency = (mMinFrequency + mMaxFrequency) * 0.5f;
+    mVoicing = 1.0f;
+    mCorrection.Restart();
+    mInputPitch = mDetectedFrequency;
+    mOutputPitch = mDetectedFrequency;
+}
+
+void PsolaClass::Process(const float* const* inputs, float* const* outputs, int count) noexcept
+{
+    ProcessStereo(inputs, outputs, count);
+}
+
+void PsolaClass::ProcessStereo(const float* const* inputs, float* const* outputs,
+                               int count) noexcept
+{
+    assert(IsAllocated() && count == mBlockSize);
+    mInputRing.Write(inputs, mInputWritePos, count);
+    mInputWritePos = (mInputWritePos + count) % mInputRing.Length();
+    AnalyzeFrame();
+    SynthesizeStereo();
+    mOutputRing.Take(outputs, mOutputReadPos, count);
+    mOutputReadPos = (mOutputReadPos + count) % mOutputRing.Length();
+    mStreamPos += count;
+    mRecords.Advance();
+}
+
+void PsolaClass::AnalyzeFrame() noexcept
+{
+    const int length = mSpectrum.FrameLength();
+    mSpectrum.LoadFrame(mInputRing, mInputRing.Index(mInputWritePos - length), mPitchReference);
+    mSpectrum.Transform();
+    mVoicing = mSpectrum.NormalizeBand(AnalysedBand()) * mSpectrum.LevelGate();
+    mDetectedFrequency = mComb.Find(mSpectrum.Values(), mVoicing);
+
+    KestruneAnalysisRecord record;
+    record.time = static_cast<double>(mStreamPos + mGeometry.grainCapacity / 2 +
+                                      kAnalysisLeadBlocks * mBlockSize) -
+                  length * 0.5;
+    record.period = mSampleRate / mDetectedFrequency;
+    record.strength = mVoicing;
+    record.hold = mVoicing;
+    mRecords.Write(record);
+    mRecords.Repair();
+}
+
+KestruneSpectrum::Band PsolaClass::AnalysedBand() const noexcept
+{
+    const auto bin = [this](float frequency) {
+        const float position = static_cast<float>(mGeometry.fftSize) * frequency / mSampleRate;
+        return static_cast<int>(position + 0.5f);
+    };
+    return {bin(mMinFrequency), bin(mSpectrumTop)};
+}
+
+void PsolaClass::SynthesizeStereo() noexcept
+{
+    const float pitchFactor = mTransposeEnabled ? std::exp2(mPitchShift) : 1.0f;
+    const float formantFactor = mTransposeEnabled ? std::exp2(mFormantShift) : 1.0f;
+    while (static_cast<double>(mStreamPos) > mOutputMark) {
+        const VoiceAtMark voice = MoveInputMark();
+        const float frequency = 1.0f / (voice.period / mSampleRate);
+        float ratio = pitchFactor;
+        if (mCorrectionEnabled)
+            ratio *= ComputeCorrectionRatio(frequency, voice.hold);
+        mInputPitch = frequency;
+        mOutputPitch = frequency * ratio;
+
+        mGrain.Cut(mInputRing, mInputMark, GrainLength(voice.period, ratio));
+        mGrain.AddTo(mOutputRing, mOutputMark, formantFactor);
+        mOutputMark += mRecords.PeriodAt(mOutputMark) / ratio;
+    }
+    // Leaves the input mark beside the output mark for the next block.
+    MoveInputMark();
+}
+
+PsolaClass::VoiceAtMark PsolaClass::MoveInputMark() noexcept
+{
+    float period = mRecords.PeriodAt(mInputMark);
+    while (std::fabs(mInputMark + period - mOutputMark) < std::fabs(mInputMark - mOutputMark)) {
+        mInputMark += period;
+        period = mRecords.PeriodAt(mInputMark);
+    }
+    return {period, mRecords.HoldAt(mInputMark)};
+}
+
+int PsolaClass::GrainLength(float period, float ratio) const noexcept
+{
+    const int length = static_cast<int>(period * kGrainFactor);
+    const float strength = mRecords.StrengthAt(mOutputMark);
+    if (ratio >= 1.0f || strength > kWeakStrength)
+        return length;
+    // Marks further apart leave gaps in noise, which has no periodicity to hold it together.
+    const float stretch = 1.0f + (1.0f - strength) * 0.5f * (1.0f / ratio - 1.0f);
+    return static_cast<int>(static_cast<float>(length) * std::min(stretch, kMostStretch));
+}
+
+float PsolaClass::ComputeCorrectionRatio(float frequency, float hold) noexcept
+{
+    return mCorrection.Advance(frequency, hold);
+}
+
+}  // namespace orvane

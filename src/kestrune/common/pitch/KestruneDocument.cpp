@@ -1,0 +1,245 @@
+#include "kestrune/common/pitch/KestruneDocument.h"
+
+#include "kestrune/common/engine/KestruneScales.h"
+#include "kestrune/common/engine/KestruneTransposition.h"
+#include "kestrune/common/pitch/KestruneMessages.h"
+#include "kestrune/common/pitch/KestruneNameScaleDialog.h"
+#include "kestrune/common/pitch/KestruneScaleTable.h"
+#include "kestrune/common/pitch/ZPsolaBay.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/objects/ZApplication.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <atomic>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+struct Labels
+{
+    const char* full;
+    const char* medium;
+    const char* abbreviated;
+};
+
+boost::shared_ptr<ZElement> makeChoice(const char* name, const Labels& labels,
+                                       std::span<const std::string_view> choices,
+                                       std::int32_t defaultChoice, ZLooper* looper)
+{
+    auto element = boost::make_shared<ZElement>(name, ZElement::ZDISCRETE, looper);
+    element->SetLabel(ZElement::kFullLabel, labels.full);
+    element->SetLabel(ZElement::kMediumLabel, labels.medium);
+    element->SetLabel(ZElement::kShortLabel, labels.abbreviated);
+    for (const std::string_view choice : choices)
+        element->AddDiscreteValue(ZString(choice));
+    element->SetDiscrete(defaultChoice, true);
+    element->SetDiscreteDefault(defaultChoice);
+    element->SetArchivable(true);
+    element->SetExposed(true);
+    return element;
+}
+
+/// Stores a value of this document's own making. Its observers hear of it in the same run of the
+/// queue, so that a choice reaches the engine within one tick.
+void store(ZElement& element, float value)
+{
+    element.SetZFloat(value, false);
+    element.FlushMark(nullptr);
+}
+
+/// The degree of the scale that a note is, 0 for the root; nothing for a key that there is not.
+std::optional<std::int32_t> degreeOf(std::uint8_t note, std::int32_t key)
+{
+    constexpr std::int32_t kKeyOfC = 3;  // keys count from A, notes of MIDI from C
+    if (key < 0 || key >= kDegrees)
+        return std::nullopt;
+    return (note % kDegrees + kKeyOfC - key + kDegrees) % kDegrees;
+}
+
+/// Bit by bit, so that no two switchings, from whatever threads, become one.
+void switchFlag(float& flag)
+{
+    const std::atomic_ref<float> shared(flag);
+    float before = shared.load(std::memory_order_relaxed);
+    while (!shared.compare_exchange_weak(before, before == 1.0f ? 0.0f : 1.0f,
+                                         std::memory_order_relaxed))
+    {
+    }
+}
+
+std::vector<std::int32_t> degreesIn(ZElement& notes)
+{
+    ZBuffer& buffer = *notes.GetZBuffer();
+    std::vector<float> flags;
+    for (std::uint32_t i = 0; i < buffer.Length(); ++i)
+        flags.push_back(std::atomic_ref(buffer.Data()[i]).load(std::memory_order_relaxed));
+    return degreesOf(flags);
+}
+
+/// The name that the user gives a scale, asked for until there is one; nothing after a Cancel.
+std::optional<ZString> askForName(ZApplication* application, const ZString& editedScale)
+{
+    KestruneNameScaleDialog dialog(application, "SaveCustomScale", editedScale);
+    while (dialog.Run())
+        if (!dialog.GetName().IsEmpty())
+            return dialog.GetName();
+    return std::nullopt;
+}
+
+}  // namespace
+
+KestruneDocument::KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml,
+                                   ZApplication* application)
+    : ZAudioDocument(xml, application)
+    , ZPluginPresetsAudioDocument(xml, application)
+    , mNotesInScale(FindElement("notesInScale"))
+    , mKey(FindElement("key"))
+    , mScale(FindElement("scale"))
+    , mPitchShift(FindElement("PitchShift"))
+    , mFormantShift(FindElement("FormantShift"))
+    , mTransposeOnOff(FindElement("transposeOnOff"))
+    , mAcceptMIDI(FindElement("AcceptMIDI"))
+{
+    MakeChoices(application);
+    for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose})
+        if (element)
+            element->AddObserver(this);
+}
+
+// The host's list of parameters may keep elements for longer than the document is there.
+KestruneDocument::~KestruneDocument()
+{
+    for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose})
+        if (element)
+            element->RemoveObserver(this);
+}
+
+void KestruneDocument::MakeChoices(ZApplication* application)
+{
+    mPitchTranspose = makeChoice("pitchTranspose", {"Pitch Transposition", "Ptch Tns", "PtTs"},
+                                 kPitchTransposeNames, kNoPitchTranspose, application);
+    mFormantTranspose =
+        makeChoice("formantTranspose", {"Formant Transposition", "Frmt Tns", "Ftps"},
+                   kFormantTransposeNames, kNaturalFormants, application);
+    AddSubElement(mPitchTranspose);
+    AddSubElement(mFormantTranspose);
+}
+
+bool KestruneDocument::IsKindOf(std::string_view className) const
+{
+    return className == "KestruneDocumentClass" || ZPluginPresetsAudioDocument::IsKindOf(className);
+}
+
+const char* KestruneDocument::GetClassName() const
+{
+    return "KestruneDocumentClass";
+}
+
+void KestruneDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZMIDINOTEON:
+        return TakeNote(*message);
+    case ZMIDINOTEOFF:
+        return;
+    case ZPRESETLOADBEGIN:
+    case ZPRESETLOADEND:
+        mIsLoading = message->GetId() == ZPRESETLOADBEGIN;
+        break;
+    case ZSETDEFAULTS:
+        SetChoicesToDefaults();
+        break;
+    case KESTRUNECUSTOMSCALEDONE:
+        return SaveCustomScale();
+    case KESTRUNECUSTOMSCALECANCEL:
+        return CancelCustomScale();
+    default:
+        break;
+    }
+    ZPluginPresetsAudioDocument::HandleZMessage(std::move(message));
+}
+
+// Transposition.
+
+void KestruneDocument::ElementChanged(std::uint64_t elementId)
+{
+    const bool isChoice = elementId == elementIdOf(mPitchTranspose.get()) ||
+                          elementId == elementIdOf(mFormantTranspose.get());
+    if (isChoice && !mIsLoading)
+        ShiftByChoices();
+    ZPluginPresetsAudioDocument::ElementChanged(elementId);
+}
+
+void KestruneDocument::ShiftByChoices()
+{
+    if (!mPitchShift || !mFormantShift)
+        return;
+    store(*mPitchShift, pitchShiftCents(mPitchTranspose->GetDiscrete()));
+    store(*mFormantShift,
+          formantShiftCents(mFormantTranspose->GetDiscrete(), mPitchShift->GetZFloat()));
+}
+
+// The bay puts the shifts back; choices that stayed would tell the user of shifts that are gone.
+void KestruneDocument::SetChoicesToDefaults()
+{
+    for (const auto& choice : {mPitchTranspose, mFormantTranspose})
+        choice->SetDiscrete(choice->GetDiscreteDefault(), false);
+}
+
+// Notes of MIDI, which come on the audio thread: the scale hears of the mark at the next tick.
+
+void KestruneDocument::TakeNote(const ZMessage& message)
+{
+    constexpr std::int32_t kListen = 1;
+    std::uint8_t note = 0;
+    if (!mAcceptMIDI || !mKey || !mNotesInScale || mAcceptMIDI->GetDiscrete() != kListen ||
+        !message.Find<std::uint8_t>("Which", note))
+        return;
+    if (const auto degree = degreeOf(note, mKey->GetDiscrete()); degree && *degree > 0)
+        SwitchDegree(*degree);
+}
+
+void KestruneDocument::SwitchDegree(std::int32_t degree)
+{
+    ZBuffer& notes = *mNotesInScale->GetZBuffer();
+    if (static_cast<std::uint32_t>(degree) >= notes.Length())
+        return;
+    switchFlag(notes.Data()[degree]);
+    mNotesInScale->SetZBuffer(notes, false);
+}
+
+// Custom scales.
+
+void KestruneDocument::CancelCustomScale()
+{
+    // The notice brings back the notes of the scale.
+    if (mScale)
+        mScale->SetDiscrete(mScale->GetDiscrete(), false);
+}
+
+void KestruneDocument::SaveCustomScale()
+{
+    const auto network = GetOutputNetwork();
+    const auto bay =
+        boost::dynamic_pointer_cast<ZPsolaBay>(network ? network->FindBay("PsolaBay") : nullptr);
+    if (!bay || !mNotesInScale || !mScale)
+        return;
+    const std::vector<std::int32_t> degrees = degreesIn(*mNotesInScale);
+    const auto name = askForName(GetApp(), *mScale->GetDiscreteString(mScale->GetDiscrete()));
+    if (!name)
+        return;
+    bay->AddCustomScale(*name, degrees);
+    mScale->SetDiscrete(mScale->CountDiscreteValues() - 1, false);
+}
+
+}  // namespace orvane

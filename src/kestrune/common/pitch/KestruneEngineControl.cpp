@@ -1,0 +1,57 @@
+#include "kestrune/common/pitch/KestruneEngineControl.h"
+
+#include "kestrune/common/engine/PsolaClass.h"
+
+namespace orvane
+{
+
+namespace
+{
+
+using Settings = KestruneEngineSettings;
+
+/// Tells the engine every setting whose field isNew names.
+template <class IsNew>
+void tell(PsolaClass& engine, const Settings& settings, const IsNew& isNew) noexcept
+{
+    if (isNew(&Settings::pitchShiftOctaves))
+        engine.SetPitchShift(settings.pitchShiftOctaves);
+    if (isNew(&Settings::formantShiftOctaves))
+        engine.SetFormantShift(settings.formantShiftOctaves);
+    if (isNew(&Settings::correctionTimeMs))
+        engine.SetCorrectionTime(settings.correctionTimeMs);
+    if (isNew(&Settings::referenceHz))
+        engine.SetReferenceFrequency(settings.referenceHz);
+    if (isNew(&Settings::tones))
+        engine.SetScaleTones(settings.tones.values.data(), settings.tones.count);
+    if (isNew(&Settings::ignoredNotes))
+        engine.SetIgnoredNotes(settings.ignoredNotes);
+    if (isNew(&Settings::range))
+        engine.SetFrequencyRange(settings.range.lowHz, settings.range.highHz);
+    if (isNew(&Settings::pitchReference))
+        engine.SetPitchReference(settings.pitchReference);
+    if (isNew(&Settings::transposeOn))
+        engine.SetTransposeEnabled(settings.transposeOn);
+    if (isNew(&Settings::correctionSwitches))
+        engine.SetCorrectionEnabled(settings.correctionOn);
+}
+
+}  // namespace
+
+void KestruneEngineControl::ApplyAll(PsolaClass& engine) noexcept
+{
+    if (const Settings* const newest = mMailbox.TakeNewest())
+        mInForce = *newest;
+    tell(engine, mInForce, [](auto) { return true; });
+}
+
+void KestruneEngineControl::ApplyNews(PsolaClass& engine) noexcept
+{
+    const Settings* const newest = mMailbox.TakeNewest();
+    if (!newest)
+        return;
+    tell(engine, *newest, [&](auto field) { return newest->*field != mInForce.*field; });
+    mInForce = *newest;
+}
+
+}  // namespace orvane

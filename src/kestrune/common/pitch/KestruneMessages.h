@@ -1,0 +1,18 @@
+#pragma once
+
+#include "zlib/common/objects/ZMessageIds.h"
+
+#include <cstdint>
+
+namespace orvane
+{
+
+/// The product's own messages, which its commands send to the document: they end the editing of a
+/// custom scale. Descriptions can name them.
+enum KestruneMessageId : std::int32_t
+{
+    KESTRUNECUSTOMSCALEDONE = ZUSERMESSAGESTART,
+    KESTRUNECUSTOMSCALECANCEL,
+};
+
+}  // namespace orvane

@@ -1,0 +1,48 @@
+#include "kestrune/common/pitch/KestruneNameScaleDialog.h"
+
+#include "zlib/common/objects/ZUndying.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+KestruneNameScaleDialog::Runner& currentRunner()
+{
+    static const ZUndying<KestruneNameScaleDialog::Runner> runner;
+    return *runner;
+}
+
+}  // namespace
+
+KestruneNameScaleDialog::KestruneNameScaleDialog(ZApplication* application,
+                                                 const ZString& resourceName,
+                                                 const ZString& scaleName)
+    : mApplication(application)
+    , mResourceName(resourceName)
+    , mName(scaleName)
+{
+    mName.Append(" (copy)");
+}
+
+bool KestruneNameScaleDialog::Run()
+{
+    // A copy: the dialog may be on for long, and the runner be replaced meanwhile.
+    const Runner run = currentRunner();
+    ZString name = mName;
+    if (!run || !run(mApplication, mResourceName, name))
+        return false;
+    mName.SetChars(name.Chars(), std::min(name.Length(), kMaxNameUnits));
+    return true;
+}
+
+KestruneNameScaleDialog::Runner KestruneNameScaleDialog::SetRunner(Runner runner)
+{
+    return std::exchange(currentRunner(), std::move(runner));
+}
+
+}  // namespace orvane

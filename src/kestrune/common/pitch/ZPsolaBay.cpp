@@ -1,0 +1,266 @@
+#include "kestrune/common/pitch/ZPsolaBay.h"
+
+#include "kestrune/common/engine/PsolaClass.h"
+#include "zdsp/common/ZDelayBuffer.h"
+#include "zlib/common/objects/ZApplication.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <new>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kBlockSeconds = 0.0116f;
+
+std::unique_ptr<PsolaClass> makeEngine(float sampleRate, std::int32_t blockSize)
+{
+    try {
+        auto engine = std::make_unique<PsolaClass>();
+        return engine->Initialize(sampleRate, blockSize) ? std::move(engine) : nullptr;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+ZPsolaBay::ZPsolaBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZBlockProcessingBay(xml, application)
+    , mElements(application)
+{
+    ZPsolaBay::BuildScaleTable();
+    for (const auto& element : mElements.GetList())
+        AddElement(element);
+    mElements.AddObserver(this);
+}
+
+ZPsolaBay::~ZPsolaBay()
+{
+    mElements.RemoveObserver(this);
+}
+
+bool ZPsolaBay::IsKindOf(std::string_view className) const
+{
+    return className == "ZPsolaBayClass" || ZBlockProcessingBay::IsKindOf(className);
+}
+
+const char* ZPsolaBay::GetClassName() const
+{
+    return "ZPsolaBayClass";
+}
+
+void ZPsolaBay::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
+{
+    PackCustomScales();
+    ZBlockProcessingBay::ExtractBody(xml);
+}
+
+boost::shared_ptr<ZBay> ZPsolaBay::Clone()
+{
+    auto copy = boost::make_shared<ZPsolaBay>(ExtractHeader(), GetApp());
+    CopySettingsTo(*copy);
+    copy->mScaleTable = mScaleTable;
+    return copy;
+}
+
+// Setting up.
+
+/// Does not follow the host's blocks, so that the engine's work and latency are the same
+/// everywhere.
+std::int32_t ZPsolaBay::BlockAtRate() const
+{
+    // For a rate that no engine takes the block only has to be one.
+    constexpr float kMost = 65536.0f;
+    const float samples = GetSampleRate() * kBlockSeconds + 0.5f;
+    return static_cast<std::int32_t>(std::max(1.0f, std::min(samples, kMost)));
+}
+
+bool ZPsolaBay::Prepare()
+{
+    if (!ZBlockProcessingBay::Prepare())
+        return false;
+    mEngineRuns = false;
+    mDelay = {};
+    SetBlockSize(BlockAtRate());
+    mEngine = makeEngine(GetSampleRate(), GetBlockSize());
+    if (!mEngine)
+        return false;
+    TakeLatency(*mEngine);
+    MakeDelayLines();
+    SetDefaults();
+    // The notices of the defaults have yet to come, the first block need not wait for them.
+    mSettings = mElements.ReadSettings();
+    mSettings.tones =
+        tonesOf(mScaleTable.Degrees(mElements[KestruneElements::kScale].GetDiscrete()),
+                mElements[KestruneElements::kIntonation].GetDiscrete());
+    PostSettings();
+    mControl.ApplyAll(*mEngine);
+    mEngineRuns = true;
+    mChangeCount = mEngineLatency;
+    mIsWet = false;
+    return true;
+}
+
+void ZPsolaBay::SampleRateChanged()
+{
+    ZBlockProcessingBay::SampleRateChanged();
+    if (!mEngine)
+        return;
+    mEngineRuns = false;
+    mDelay = {};
+    SetBlockSize(BlockAtRate());
+    // In one step: between the two an engine would have a rate and a block that do not go together.
+    mEngineRuns = mEngine->Initialize(GetSampleRate(), GetBlockSize());
+    if (mEngineRuns)
+        TakeLatency(*mEngine);
+    else
+        SetLatency(mEngineLatency);
+    MakeDelayLines();
+}
+
+void ZPsolaBay::TakeLatency(const PsolaClass& engine)
+{
+    mEngineLatency = engine.GetLatency();
+    SetLatency(mEngineLatency);
+}
+
+void ZPsolaBay::MakeDelayLines()
+{
+    const auto length = static_cast<std::uint32_t>(mEngineLatency + GetBlockSize()) * 2;
+    for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
+        mDelay[static_cast<std::size_t>(channel)] = ZDelayBuffer::Create(length);
+}
+
+void ZPsolaBay::SetDefaults()
+{
+    ZBlockProcessingBay::SetDefaults();
+    mElements.SetDefaults();
+    mSettings.correctionOn = false;
+    mSettings.transposeOn = false;
+    PostSettings();
+}
+
+void ZPsolaBay::Reset()
+{
+    if (mEngine)
+        mEngine->Reset();
+    for (const auto& delay : mDelay)
+        if (delay)
+            delay->Clear();
+    mElements.ResetDisplays();
+    ZBlockProcessingBay::Reset();
+}
+
+void ZPsolaBay::PostSettings()
+{
+    mControl.Post(mSettings);
+}
+
+void ZPsolaBay::SetPitchRange(int sourceType)
+{
+    mSettings.range = sourceRange(sourceType);
+    PostSettings();
+}
+
+// Changes of elements. Those of scales are in ZPsolaBayScales.cpp.
+
+void ZPsolaBay::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    if (message->GetId() != ZELEMENTCHANGED)
+        return ZBlockProcessingBay::HandleZMessage(message);
+    std::uint64_t elementId = 0;
+    if (!message->Find<std::uint64_t>("elementid", elementId))
+        return;
+    if (const auto index = mElements.Find(elementId))
+        ElementChanged(*index);
+}
+
+void ZPsolaBay::ElementChanged(KestruneElements::Index index)
+{
+    switch (index) {
+    case KestruneElements::kScale:
+        return ScaleChosen();
+    case KestruneElements::kIntonation:
+        return ApplyChosenScale();
+    case KestruneElements::kNotesInScale:
+        return NotesEdited();
+    case KestruneElements::kCurrentCustomScale:
+        return CustomScaleRestored();
+    case KestruneElements::kCurrentScaleIndex:
+        return ScaleIndexRestored();
+    case KestruneElements::kCustomScaleTones:
+        return mEngine ? RestoreCustomScales() : void();
+    case KestruneElements::kCustomNames:
+        return mEngine ? RebuildScaleNames() : void();
+    case KestruneElements::kSourceType:
+        return SetPitchRange(mElements[index].GetDiscrete());
+    default:
+        if (mElements.ReadSetting(index, mSettings))
+            PostSettings();
+    }
+}
+
+// One block.
+
+void ZPsolaBay::ProcessBlock() noexcept
+{
+    if (!mDelay[0])
+        return ZBlockProcessingBay::ProcessBlock();
+    if (mEngineRuns)
+        mControl.ApplyNews(*mEngine);
+    TakeState(mEngineRuns && mControl.InForce().IsWet());
+    const bool isChanging = mChangeCount < mEngineLatency;
+    if (isChanging)
+        mChangeCount += GetBlockSize();
+    // While the state changes both paths run, the new one first: the old one, which is still on the
+    // air, replaces its output.
+    if (mIsWet) {
+        RunEngine();
+        if (isChanging)
+            RunDelay();
+        mElements.ShowMeasured(mEngine->GetCorrectionCents(), mEngine->GetInputPitch(),
+                               mEngine->GetOutputPitch());
+    } else {
+        RunDelay();
+        if (isChanging)
+            RunEngine();
+        mElements.ShowNothing();
+    }
+}
+
+void ZPsolaBay::TakeState(bool isWet) noexcept
+{
+    if (isWet == mIsWet)
+        return;
+    mIsWet = isWet;
+    mChangeCount = 0;
+}
+
+void ZPsolaBay::RunEngine() noexcept
+{
+    if (!mEngineRuns)
+        return;
+    // A single channel stands for both, which then come out alike.
+    const std::int32_t second = GetChannelCount() - 1;
+    const float* const inputs[] = {InputBlock(0).Data(), InputBlock(second).Data()};
+    float* const outputs[] = {OutputBlock(0).Data(), OutputBlock(second).Data()};
+    mEngine->Process(inputs, outputs, GetBlockSize());
+}
+
+void ZPsolaBay::RunDelay() noexcept
+{
+    for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel) {
+        ZDelayBuffer& delay = *mDelay[static_cast<std::size_t>(channel)];
+        delay.Write(InputBlock(channel));
+        delay.Read(OutputBlock(channel), static_cast<std::uint32_t>(mEngineLatency));
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,150 @@
+#include "kestrune/common/views/KestruneCorrectionMeter.h"
+
+#include "zlib/common/drawing/ZDrawingContext.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/objects/ZXMLGeometry.h"
+#include "zlib/common/views/ZViewTags.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr ZColor kBarGround{51, 51, 51, 255};
+constexpr ZColor kBar{255, 204, 102, 255};
+constexpr ZColor kScaleText{212, 212, 212, 255};
+constexpr ZColor kTickLight{225, 225, 225, 255};
+constexpr ZColor kTickDark{88, 88, 88, 255};
+
+ZString wholeNumber(float value)
+{
+    return ZString(std::to_string(std::lround(value)));
+}
+
+}  // namespace
+
+KestruneCorrectionMeter::KestruneCorrectionMeter(const boost::shared_ptr<ZXMLElement>& xml,
+                                                 ZApplication* application)
+    : ZControl(xml, application)
+    , mMeterFrame(GetFrame())
+{
+    if (const auto rect = findTag(*xml, "rect", "name", "meterframe"))
+        mMeterFrame = readRect(*rect);
+    SetAnimated(true);
+}
+
+bool KestruneCorrectionMeter::IsKindOf(std::string_view className) const
+{
+    return className == "KestruneCorrectionMeterClass" || ZControl::IsKindOf(className);
+}
+
+const char* KestruneCorrectionMeter::GetClassName() const
+{
+    return "KestruneCorrectionMeterClass";
+}
+
+boost::shared_ptr<ZXMLElement> KestruneCorrectionMeter::ExtractHeader() const
+{
+    throw ZException(-2, "Implement ExtractHeader\n");
+}
+
+void KestruneCorrectionMeter::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
+{
+    throw ZException(-2, "Implement ExtractBody\n");
+}
+
+float KestruneCorrectionMeter::ReadCents() const
+{
+    const float cents = GetValue();
+    return std::isfinite(cents) ? cents : 0.0f;
+}
+
+void KestruneCorrectionMeter::IdleTick()
+{
+    const float cents = ReadCents();
+    if (cents == mShownCents)
+        return;
+    mShownCents = cents;
+    Invalidate(mMeterFrame.left, mMeterFrame.top, mMeterFrame.right, mMeterFrame.bottom);
+}
+
+// A value beyond the range goes on outside the view, which cuts it.
+std::int32_t KestruneCorrectionMeter::BarLength() const
+{
+    if (!mElement || mElement->Range() == 0.0f)
+        return 0;
+    constexpr float kOutsideAnyWindow = 1e6f;
+    const float pixelsPerCent = static_cast<float>(mMeterFrame.GetHeight()) / mElement->Range();
+    const float length = pixelsPerCent * ReadCents();
+    return static_cast<std::int32_t>(std::clamp(length, -kOutsideAnyWindow, kOutsideAnyWindow));
+}
+
+void KestruneCorrectionMeter::Draw(const ZRect& rect)
+{
+    DrawBar();
+    // A frame of the moving bar asks for no more than that.
+    if (rect.left < mMeterFrame.left)
+        DrawScale();
+}
+
+// Heights count from the view's upper edge, where the frame of the bar begins, too.
+void KestruneCorrectionMeter::DrawBar()
+{
+    mBrushColor = kBarGround;
+    FillRect(mMeterFrame);
+    const std::int32_t middle = mMeterFrame.GetHeight() / 2;
+    const std::int32_t end = middle - BarLength();
+    if (end == middle)
+        return;
+    mBrushColor = kBar;
+    FillRect({mMeterFrame.left + 1, std::min(middle, end), mMeterFrame.right - 1,
+              std::max(middle, end)});
+}
+
+void KestruneCorrectionMeter::DrawScale()
+{
+    const ZSavedStateScope saved(*mContext);
+    mContext->SetAntiAlias(true);
+    const std::int32_t height = mMeterFrame.GetHeight();
+    const std::int32_t middle = height / 2;
+    DrawTick(mMeterFrame.top + 1);
+    DrawTick(middle);
+    DrawTick(height - 1);
+    mPenColor = kScaleText;
+    const ZString zero("0");
+    const std::int32_t halfLine = (StringHeight(zero) + 1) / 2;
+    DrawLabel(zero, middle - halfLine, 2 * halfLine);
+    if (mElement) {
+        const ZString highest = wholeNumber(mElement->Max());
+        DrawLabel(highest, mMeterFrame.top, StringHeight(highest) + 1);
+        const ZString lowest = wholeNumber(mElement->Min());
+        const std::int32_t line = StringHeight(lowest) + 1;
+        DrawLabel(lowest, height - line, line);
+    }
+    mContext->SetAntiAlias(false);
+}
+
+void KestruneCorrectionMeter::DrawTick(std::int32_t y)
+{
+    const std::int32_t left = mMeterFrame.left - 5;
+    const std::int32_t right = mMeterFrame.left - 1;
+    mPenColor = kTickLight;
+    DrawLine(left, y, right, y);
+    mPenColor = kTickDark;
+    DrawLine(left, y + 1, right, y + 1);
+}
+
+void KestruneCorrectionMeter::DrawLabel(const ZString& text, std::int32_t top, std::int32_t height)
+{
+    constexpr std::int32_t kColumnWidth = 24;
+    DrawString(text, {0, top, kColumnWidth, top + height}, 0, kAlignEnd, 0);
+}
+
+}  // namespace orvane

@@ -1,0 +1,21 @@
+#include "kestrune/common/views/KestruneFonts.h"
+
+#include "zlib/common/documents/ZApp.h"
+#include "zlib/common/drawing/ZDrawingLibrary.h"
+#include "zlib/common/objects/ZResources.h"
+
+namespace orvane
+{
+
+void addProductFonts(const ZApp& app)
+{
+    for (const std::string& font : app.GetFonts())
+        AddPrivateFont(font);
+    if (!app.GetFonts().empty())
+        return;
+    // Most users copy the library alone.
+    if (const auto font = app.GetResources().Find("FONT", "Kolm 5pt.ttf"))
+        AddPrivateFont(*font);
+}
+
+}  // namespace orvane

@@ -1,0 +1,168 @@
+#include "kestrune/common/views/KestruneIgnoreKeysView.h"
+
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/views/ZViewTags.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr ZColor kGrooveShadow{0, 0, 0, 51};
+constexpr ZColor kGrooveLight{255, 255, 255, 120};
+
+}  // namespace
+
+KestruneIgnoreKeysView::KestruneIgnoreKeysView(const boost::shared_ptr<ZXMLElement>& xml,
+                                               ZApplication* application)
+    : KestruneKeyboardView(xml, application)
+    , mIgnoreElementName(readElementName(*xml, "ignorekeystate"))
+    , mIgnoreElement(*this)
+    , mOffBitmap(readBitmap(*xml, "off", application))
+    , mOnBitmap(readBitmap(*xml, "on", application))
+{
+    mEndNote =
+        static_cast<std::uint16_t>(mStartNote + kNotesInOctave);  // no box on the upper tonic
+}
+
+bool KestruneIgnoreKeysView::IsKindOf(std::string_view className) const
+{
+    return className == "KestruneIgnoreKeysViewClass" || KestruneKeyboardView::IsKindOf(className);
+}
+
+const char* KestruneIgnoreKeysView::GetClassName() const
+{
+    return "KestruneIgnoreKeysViewClass";
+}
+
+void KestruneIgnoreKeysView::DetachFromElements()
+{
+    KestruneKeyboardView::DetachFromElements();
+    mIgnoreElement.StopObserving();
+}
+
+void KestruneIgnoreKeysView::OnDocumentChanged()
+{
+    KestruneKeyboardView::OnDocumentChanged();
+    mIgnoreElement.Observe(FindElement(mIgnoreElementName));
+}
+
+void KestruneIgnoreKeysView::OnDocumentClosed()
+{
+    KestruneKeyboardView::OnDocumentClosed();
+    mIgnoreElement.Release();
+    mIgnored.reset();
+}
+
+void KestruneIgnoreKeysView::ElementChanged(std::uint64_t elementId)
+{
+    if (mIgnoreElement.Is(elementId))
+        ShowIgnored();
+    else
+        KestruneKeyboardView::ElementChanged(elementId);
+}
+
+void KestruneIgnoreKeysView::ShowIgnored()
+{
+    ZBuffer& flags = *mIgnoreElement->GetZBuffer();
+    mIgnored.reset();
+    for (std::uint32_t i = 0; i < std::min<std::uint32_t>(flags.Length(), kNotesInOctave); ++i)
+        mIgnored[i] = std::atomic_ref(flags.Data()[i]).load(std::memory_order_relaxed) != 0.0f;
+    Invalidate();
+}
+
+bool KestruneIgnoreKeysView::IsIgnored(std::int32_t degree) const
+{
+    return mIgnored.test(static_cast<std::size_t>(degree));
+}
+
+// In the middle of what the black keys leave of the key's upper part.
+ZPoint KestruneIgnoreKeysView::GetBoxPos(std::int32_t note) const
+{
+    const std::int32_t box = mOnBitmap ? mOnBitmap->GetWidth() : 0;
+    const std::int32_t white = WhiteFrame().right;
+    const std::int32_t overlap = BlackFrame().right / 2;
+    const auto boxPos = [&](std::int32_t offset) -> ZPoint {
+        return {GetKeyPos(note).x + offset, 0};
+    };
+    switch (note % kNotesInOctave) {
+    case 0:
+    case 5:
+        return boxPos((white - overlap - box) / 2);
+    case 2:
+    case 7:
+    case 9:
+        return boxPos((white - box) / 2);
+    case 4:
+    case 11:
+        return boxPos(overlap + (white - overlap - box) / 2);
+    default:
+        return boxPos((BlackFrame().right - box) / 2);
+    }
+}
+
+ZRect KestruneIgnoreKeysView::GetBoxRect(std::int32_t note) const
+{
+    if (!mOnBitmap)
+        return {};
+    const ZRect upper = GetUpperRect(note);
+    const std::int32_t width = mOnBitmap->GetWidth();
+    const std::int32_t left = upper.left + (upper.GetWidth() - width) / 2;
+    return {left, 0, left + width, mOnBitmap->GetHeight()};
+}
+
+void KestruneIgnoreKeysView::Draw(const ZRect& /*rect*/)
+{
+    for (std::int32_t note = mStartNote; note < mStartNote + kNotesInOctave; ++note)
+        DrawBox(note);
+}
+
+// With a groove that leads down to the key.
+void KestruneIgnoreKeysView::DrawBox(std::int32_t note)
+{
+    const ZPoint pos = GetBoxPos(note);
+    const auto& picture = IsIgnored(note - mStartNote) ? mOnBitmap : mOffBitmap;
+    if (picture)
+        DrawBitmap(*picture, pos.x, pos.y);
+    const std::int32_t centre = pos.x + (mOnBitmap ? mOnBitmap->GetWidth() : 0) / 2;
+    const std::int32_t bottom = GetFrame().GetHeight();
+    const std::int32_t top = mOffBitmap ? mOffBitmap->GetHeight() : 0;
+    mPenColor = kGrooveShadow;
+    DrawLine(centre - 1, bottom, centre - 1, top);
+    mPenColor = kGrooveLight;
+    DrawLine(centre, bottom, centre, top);
+}
+
+void KestruneIgnoreKeysView::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
+{
+    for (std::int32_t note = mStartNote; note < mEndNote; ++note) {
+        if (IsOn(GetBoxRect(note), point))
+            return FlipBox(note - mStartNote);
+    }
+}
+
+void KestruneIgnoreKeysView::FlipBox(std::int32_t degree)
+{
+    const auto place = static_cast<std::size_t>(degree);
+    mIgnored.flip(place);
+    WriteFlag(mIgnoreElement, degree, mIgnored[place]);
+    Invalidate();
+}
+
+void KestruneIgnoreKeysView::MouseUp(const ZPoint& point, std::uint32_t mods)
+{
+    ZView::MouseUp(point, mods);
+}
+
+void KestruneIgnoreKeysView::MouseMoved(const ZPoint& point, std::uint32_t mods)
+{
+    ZView::MouseMoved(point, mods);
+}
+
+}  // namespace orvane

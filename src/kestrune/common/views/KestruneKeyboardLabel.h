@@ -1,0 +1,33 @@
+#pragma once
+
+#include "zlib/common/elements/ZObservedElement.h"
+#include "zlib/common/views/ZStringView.h"
+
+#include <string>
+
+namespace orvane
+{
+
+/// Names what a keyboard shows: the key and the scale, as in "C Major ->". Both are choices from
+/// lists, named by `<element startingnote=>` and `<element scale=>`; one that is missing has no
+/// text.
+class KestruneKeyboardLabel : public ZStringView
+{
+public:
+    KestruneKeyboardLabel(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    void ElementChanged(std::uint64_t elementId) override;
+    void DetachFromElements() override;
+    void OnDocumentChanged() override;
+    void OnDocumentClosed() override;
+
+private:
+    std::string mStartingNoteName;
+    ZObservedElement mStartingNote;
+    std::string mScaleName;
+    ZObservedElement mScale;
+};
+
+}  // namespace orvane

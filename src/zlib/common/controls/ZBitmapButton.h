@@ -1,0 +1,89 @@
+#pragma once
+
+#include "zlib/common/controls/ZControl.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+namespace orvane
+{
+
+class ZCommand;
+
+/// A button of pictures. A latching one flips its discrete element between 0 and 1 when it is
+/// pressed; a momentary one acts when it is released, inside, by the command of its click or else
+/// as a latching one. [interface thread]
+class ZBitmapButton : public ZControl
+{
+public:
+    enum Picture : std::size_t
+    {
+        kOff,
+        kOn,
+        kPress,
+        kPressWhileOn,
+        kPressWhileOff,
+        kDisabledOff,
+        kDisabledOn,
+        kOver,
+        kOverWhileOn,
+        kOverWhileOff,
+        kPictureCount,
+    };
+
+    /// Commands are looked for in the application's list; one that is not there counts as none.
+    ZBitmapButton(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+    ~ZBitmapButton() override;
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    void ElementChanged(std::uint64_t elementId) override;
+    void OnAttached() override;
+    void OnDocumentChanged() override;
+    void SetEnabled(bool enabled) override;
+    void Draw(const ZRect& update) override;
+    void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
+    void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
+    void MouseUp(const ZPoint& point, std::uint32_t mods) override;
+    void MouseEntered(const ZPoint& point) override;
+    void MouseLeft() override;
+    void OnCaptureLost() override;
+
+    virtual void SetMomentary(bool momentary) { mMomentary = momentary; }
+    /// Observes it from then on; null for none.
+    virtual void SetMomentaryCommand(const boost::shared_ptr<ZCommand>& command);
+    /// Null for none.
+    virtual void SetPicture(Picture picture, const boost::shared_ptr<ZBitmap>& bitmap);
+    /// Whether the element's index is above 0. Throws ZException -1 for one that is not discrete.
+    [[nodiscard]] virtual bool IsOn() const;
+    [[nodiscard]] virtual bool IsMomentary() const { return mMomentary; }
+    /// Chooses the picture for the present state.
+    virtual void UpdateBitmap();
+
+    /// The picture that is shown; null for none.
+    [[nodiscard]] const boost::shared_ptr<ZBitmap>& GetBitmap() const { return mCurrentBitmap; }
+
+private:
+    [[nodiscard]] boost::shared_ptr<ZBitmap> ChooseBitmap() const;
+    [[nodiscard]] bool LooksActive() const;
+    [[nodiscard]] bool TakesPress() const;
+    void ShowState();
+    void ShowPressed(bool pressed);
+    void SetMouseOver(bool over);
+    void Flip();
+
+    bool mMomentary;
+    bool mPressed = false;
+    bool mMouseOver = false;
+    std::array<boost::shared_ptr<ZBitmap>, kPictureCount> mPictures;
+    boost::shared_ptr<ZBitmap> mCurrentBitmap;
+    boost::shared_ptr<ZCommand> mMomentaryCommand;
+    boost::shared_ptr<ZCommand> mTurnOnCommand;
+    boost::shared_ptr<ZCommand> mTurnOffCommand;
+};
+
+}  // namespace orvane

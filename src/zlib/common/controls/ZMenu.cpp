@@ -1,0 +1,72 @@
+#include "zlib/common/controls/ZMenu.h"
+
+#include "zlib/common/controls/ZMenuWindow.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZUndying.h"
+
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+ZMenu::Presenter& replacement()
+{
+    static const ZUndying<ZMenu::Presenter> presenter;
+    return *presenter;
+}
+
+}  // namespace
+
+ZMenu::ZMenu(std::string_view name, Kind kind)
+    : ZObject(name)
+    , mKind(kind)
+{
+}
+
+bool ZMenu::IsKindOf(std::string_view className) const
+{
+    return className == "ZMenuClass" || ZObject::IsKindOf(className);
+}
+
+const char* ZMenu::GetClassName() const
+{
+    return "ZMenuClass";
+}
+
+void ZMenu::RemoveAllItems()
+{
+    mItems.clear();
+}
+
+void ZMenu::AddItem(const ZString& text, std::int32_t index)
+{
+    mItems.push_back({text, index, false});
+}
+
+void ZMenu::CheckItem(std::int32_t index, bool on)
+{
+    for (Item& item : mItems)
+        if (item.index == index)
+            item.checked = on;
+}
+
+bool ZMenu::Popup(const ZPoint& screenPosition, ZWindow* window, std::int32_t& index) const
+{
+    if (mKind != Kind::kPopup)
+        throw ZException(-1, "Menu " + GetName() + " is not a popup");
+    const std::optional<std::int32_t> chosen =
+        replacement() ? replacement()(*this, screenPosition, window)
+                      : ZMenuWindow::Show(*this, screenPosition, window);
+    index = chosen.value_or(0);
+    return chosen.has_value();
+}
+
+ZMenu::Presenter ZMenu::SetPresenter(Presenter presenter)
+{
+    return std::exchange(replacement(), std::move(presenter));
+}
+
+}  // namespace orvane

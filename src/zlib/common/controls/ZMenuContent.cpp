@@ -1,0 +1,304 @@
+#include "zlib/common/controls/ZMenuContent.h"
+
+#include "zlib/common/drawing/ZDrawingContext.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/views/ZPanelStyle.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+// In pixels.
+constexpr std::int32_t kBorder = 3;
+constexpr std::int32_t kItemHeight = 19;
+constexpr std::int32_t kArrowHeight = 13;
+constexpr std::int32_t kCheckWidth = 22;
+constexpr std::int32_t kRightMargin = 16;
+constexpr std::int32_t kTextTop = 2;
+constexpr std::int32_t kMinTextWidth = 40;
+constexpr std::int32_t kMaxTextWidth = 400;
+// A hand that only clicks moves the pointer no further.
+constexpr std::int32_t kStillRadius = 3;
+
+constexpr std::int32_t kWheelItems = 3;
+
+char16_t firstLetter(ZString text)
+{
+    text.ToUpper();
+    return text.IsEmpty() ? u'\0' : text.Chars()[0];
+}
+
+/// Three lines that narrow to a point; up or down.
+void drawArrow(ZDrawingContext& context, const ZRect& rect, bool up, const ZColor& color)
+{
+    const std::int32_t x = (rect.left + rect.right) / 2;
+    const std::int32_t y = (rect.top + rect.bottom) / 2;
+    context.SetPenColor(color);
+    context.SetPenWidth(1.0f);
+    for (std::int32_t i = 0; i < 4; ++i) {
+        const std::int32_t row = up ? y - 2 + i : y + 1 - i;
+        context.DrawLine(x - i, row, x + i, row);
+    }
+}
+
+void drawCheck(ZDrawingContext& context, const ZRect& rect, const ZColor& color)
+{
+    const std::int32_t x = rect.left + kCheckWidth / 2 - 4;
+    const std::int32_t y = (rect.top + rect.bottom) / 2;
+    context.SetAntiAlias(true);
+    context.SetPenColor(color);
+    context.SetPenWidth(2.0f);
+    context.DrawLine(x, y, x + 3, y + 3);
+    context.DrawLine(x + 3, y + 3, x + 8, y - 4);
+    context.SetAntiAlias(false);
+}
+
+}  // namespace
+
+ZMenuContent::ZMenuContent(const ZMenu& menu)
+    : mItems(menu.GetItems())
+    , mInSight(Count())
+{
+    std::int32_t width = kMinTextWidth;
+    for (const ZMenu::Item& item : mItems)
+        width = std::max(width, ZPanelStyle::measure(item.text, kMaxTextWidth).x);
+    mSize = {width + kCheckWidth + kRightMargin, Count() * kItemHeight + 2 * kBorder};
+}
+
+void ZMenuContent::SetSize(const ZPoint& size)
+{
+    const std::int32_t wanted = mSize.y;
+    mSize = size;
+    if (size.y < wanted)
+        mInSight = std::max((size.y - 2 * (kBorder + kArrowHeight)) / kItemHeight, 1);
+    const auto checked =
+        std::ranges::find_if(mItems, [](const auto& item) { return item.checked; });
+    if (checked != mItems.end())
+        static_cast<void>(HighlightInSight(static_cast<std::int32_t>(checked - mItems.begin())));
+}
+
+ZRect ZMenuContent::UpperArrow() const
+{
+    return Scrolls() ? ZRect{0, 0, mSize.x, kBorder + kArrowHeight} : ZRect{};
+}
+
+ZRect ZMenuContent::LowerArrow() const
+{
+    return Scrolls() ? ZRect{0, UpperArrow().bottom + mInSight * kItemHeight, mSize.x, mSize.y}
+                     : ZRect{};
+}
+
+ZRect ZMenuContent::GetItemRect(std::int32_t place) const
+{
+    if (place < mFirst || place >= std::min(mFirst + mInSight, Count()))
+        return {};
+    const std::int32_t top = Scrolls() ? UpperArrow().bottom : kBorder;
+    const std::int32_t y = top + (place - mFirst) * kItemHeight;
+    return {kBorder, y, mSize.x - kBorder, y + kItemHeight};
+}
+
+std::int32_t ZMenuContent::PlaceAt(const ZPoint& point) const
+{
+    for (std::int32_t place = mFirst; place < std::min(mFirst + mInSight, Count()); ++place)
+        if (GetItemRect(place).Contains(point))
+            return place;
+    return kNone;
+}
+
+bool ZMenuContent::ScrollTo(std::int32_t first)
+{
+    return std::exchange(mFirst, std::clamp(first, 0, Count() - mInSight)) != mFirst;
+}
+
+bool ZMenuContent::Highlight(std::int32_t place)
+{
+    return std::exchange(mHighlight, place) != place;
+}
+
+bool ZMenuContent::HighlightInSight(std::int32_t place)
+{
+    const std::int32_t first = std::clamp(mFirst, place - mInSight + 1, place);
+    const bool scrolled = ScrollTo(first);
+    return Highlight(place) || scrolled;
+}
+
+bool ZMenuContent::Mouse(const ZNativeMouseEvent& event)
+{
+    PointerAt(event.position);
+    switch (event.action) {
+    case ZNativeMouseEvent::kMove:
+        // A pointer that rests where the menu opens leaves the keyboard's choice alone.
+        return mArmed && Highlight(PlaceAt(event.position));
+    case ZNativeMouseEvent::kDown:
+    case ZNativeMouseEvent::kDoubleClick:
+        return Press(event.position);
+    case ZNativeMouseEvent::kUp:
+        return Release(event.position);
+    case ZNativeMouseEvent::kWheel: {
+        const bool scrolled = ScrollTo(mFirst - kWheelItems * event.wheelNotches);
+        return Highlight(PlaceAt(event.position)) || scrolled;
+    }
+    case ZNativeMouseEvent::kLeave:
+        return Highlight(kNone);
+    }
+    return false;
+}
+
+void ZMenuContent::PointerAt(const ZPoint& point)
+{
+    mPointer = point;
+    if (!mStart)
+        mStart = point;
+    if (std::abs(point.x - mStart->x) > kStillRadius ||
+        std::abs(point.y - mStart->y) > kStillRadius)
+        mArmed = true;
+    if (mArmed && PlaceAt(point) != kNone)
+        mWasOverItem = true;
+}
+
+bool ZMenuContent::Press(const ZPoint& point)
+{
+    if (!Frame().Contains(point)) {
+        End();
+        return false;
+    }
+    mArmed = true;
+    if (UpperArrow().Contains(point))
+        return ScrollTo(mFirst - 1);
+    if (LowerArrow().Contains(point))
+        return ScrollTo(mFirst + 1);
+    return Highlight(PlaceAt(point));
+}
+
+bool ZMenuContent::Release(const ZPoint& point)
+{
+    if (!mArmed)
+        return false;
+    const std::int32_t place = PlaceAt(point);
+    if (place != kNone)
+        Choose(place);
+    else if (mWasOverItem && !Frame().Contains(point))
+        End();
+    return false;
+}
+
+bool ZMenuContent::Tick()
+{
+    const std::int32_t by = UpperArrow().Contains(mPointer)   ? -1
+                            : LowerArrow().Contains(mPointer) ? 1
+                                                              : 0;
+    return mArmed && ScrollTo(mFirst + by);
+}
+
+bool ZMenuContent::Key(const ZNativeKeyEvent& event)
+{
+    if (mItems.empty() || event.code == kKeyEscape) {
+        End();
+        return false;
+    }
+    switch (event.code) {
+    case kKeyUp:
+        return HighlightInSight(mHighlight <= 0 ? Count() - 1 : mHighlight - 1);
+    case kKeyDown:
+        return HighlightInSight((mHighlight + 1) % Count());
+    case kKeyHome:
+        return HighlightInSight(0);
+    case kKeyEnd:
+        return HighlightInSight(Count() - 1);
+    case kKeyPageUp:
+        return Step(-mInSight);
+    case kKeyPageDown:
+        return Step(mInSight);
+    case kKeyReturn:
+    case kKeySpace:
+        if (mHighlight != kNone)
+            Choose(mHighlight);
+        return false;
+    default:
+        return FindLetter(event.text);
+    }
+}
+
+bool ZMenuContent::Step(std::int32_t by)
+{
+    return HighlightInSight(std::clamp(std::max(mHighlight, 0) + by, 0, Count() - 1));
+}
+
+bool ZMenuContent::FindLetter(const ZString& text)
+{
+    const char16_t letter = firstLetter(text);
+    if (letter == u'\0')
+        return false;
+    // From the item after the one that is highlighted, round to that one itself.
+    for (std::int32_t i = 1; i <= Count(); ++i) {
+        const std::int32_t place = (std::max(mHighlight, kNone) + i) % Count();
+        if (firstLetter(mItems[static_cast<std::size_t>(place)].text) == letter)
+            return HighlightInSight(place);
+    }
+    return false;
+}
+
+void ZMenuContent::FocusLost()
+{
+    End();
+}
+
+void ZMenuContent::Dismiss()
+{
+    End();
+}
+
+void ZMenuContent::Choose(std::int32_t place)
+{
+    if (!mHasEnded)
+        mChosen = mItems[static_cast<std::size_t>(place)].index;
+    End();
+}
+
+void ZMenuContent::End()
+{
+    if (std::exchange(mHasEnded, true))
+        return;
+    if (mEnded)
+        mEnded();
+}
+
+void ZMenuContent::Draw(ZDrawingContext& context)
+{
+    ZPanelStyle::drawGround(context, Frame());
+    for (std::int32_t place = mFirst; place < std::min(mFirst + mInSight, Count()); ++place)
+        DrawItem(context, place);
+    if (Scrolls())
+        DrawArrows(context);
+}
+
+void ZMenuContent::DrawItem(ZDrawingContext& context, std::int32_t place) const
+{
+    const ZMenu::Item& item = mItems[static_cast<std::size_t>(place)];
+    const ZRect rect = GetItemRect(place);
+    const bool isHighlighted = place == mHighlight;
+    const ZColor& color = isHighlighted ? ZPanelStyle::kAccentText : ZPanelStyle::kText;
+    if (isHighlighted)
+        ZPanelStyle::fill(context, rect, ZPanelStyle::kAccent);
+    if (item.checked)
+        drawCheck(context, rect, color);
+    const ZRect text{rect.left + kCheckWidth, rect.top + kTextTop, rect.right, rect.bottom};
+    ZPanelStyle::drawLine(context, item.text, text, ZPanelStyle::kAlignLeft, color);
+}
+
+void ZMenuContent::DrawArrows(ZDrawingContext& context) const
+{
+    const auto colorOf = [](bool isOpen) {
+        return isOpen ? ZPanelStyle::kText : ZPanelStyle::kFaintText;
+    };
+    drawArrow(context, UpperArrow(), true, colorOf(mFirst > 0));
+    drawArrow(context, LowerArrow(), false, colorOf(mFirst + mInSight < Count()));
+}
+
+}  // namespace orvane

@@ -1,0 +1,140 @@
+#include "zlib/common/controls/ZMetalPopupMenu.h"
+
+#include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/drawing/ZPath.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/objects/ZXMLGeometry.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <array>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kCorner = 6;
+constexpr std::int32_t kCapWidth = 17;
+constexpr std::int32_t kArrowFromRight = 13;
+constexpr std::int32_t kUpArrowTop = 4;
+constexpr std::int32_t kDownArrowBottom = 15;
+constexpr float kArrowScale = 0.5f;
+constexpr ZColor kCap{176, 176, 176, 255};
+constexpr ZColor kArrow{0, 0, 0, 255};
+constexpr ZColor kOutline{0, 0, 0, 128};
+constexpr float kOutlineWidth = 2.0f;
+
+using Shades = std::array<std::uint8_t, 18>;
+// Greys from the second row down.
+constexpr Shades kBodyShades{251, 249, 246, 245, 245, 245, 245, 245, 233,
+                             233, 233, 233, 233, 234, 236, 239, 244, 134};
+constexpr Shades kCapShades{227, 209, 206, 201, 199, 194, 191, 186, 169,
+                            154, 148, 142, 137, 132, 127, 124, 146, 137};
+
+void addBody(ZPath& path, std::int32_t width, std::int32_t height)
+{
+    path.AddArc({kCorner, kCorner}, kCorner, 180, 90);
+    path.AddArc({width - kCorner, kCorner}, kCorner, 270, 90);
+    path.AddArc({width - kCorner, height - kCorner}, kCorner, 0, 90);
+    path.AddArc({kCorner, height - kCorner}, kCorner, 90, 90);
+}
+
+void addCap(ZPath& path, std::int32_t width, std::int32_t height)
+{
+    path.MoveTo({width - kCapWidth, 0});
+    path.AddArc({width - kCorner, kCorner}, kCorner, 270, 90);
+    path.AddArc({width - kCorner, height - kCorner}, kCorner, 0, 90);
+    path.LineTo({width - kCapWidth, height});
+}
+
+void drawShades(ZDrawingContext& context, const Shades& shades, std::int32_t left,
+                std::int32_t right)
+{
+    std::int32_t y = 0;
+    for (const std::uint8_t grey : shades) {
+        ++y;
+        context.SetPenColor({grey, grey, grey, 255});
+        context.DrawLine(left, y, right, y);
+    }
+}
+
+void drawCap(ZDrawingContext& context, std::int32_t width, std::int32_t height)
+{
+    ZPath cap;
+    addCap(cap, width, height);
+    const ZSavedStateScope saved(context);
+    context.SetBrushColor(kCap);
+    context.SetClipPath(cap);
+    context.FillRect(0, 0, width, height);
+    drawShades(context, kCapShades, width - kCapWidth, width);
+}
+
+/// Up for a positive scale, down for a negative one.
+void drawArrow(ZDrawingContext& context, const ZPoint& at, float verticalScale)
+{
+    constexpr std::array<ZPoint, 4> kTriangle{{{12, 8}, {0, 8}, {6, 0}, {12, 8}}};
+    ZPath arrow;
+    arrow.AddLines(kTriangle);
+    const ZSavedStateScope saved(context);
+    context.Translate(at.x, at.y);
+    context.Scale(kArrowScale, verticalScale);
+    context.SetBrushColor(kArrow);
+    context.AddPath(arrow);
+    context.FillPath();
+    context.ResetPath();
+}
+
+}  // namespace
+
+ZMetalPopupMenu::ZMetalPopupMenu(const boost::shared_ptr<ZXMLElement>& xml,
+                                 ZApplication* application)
+    : ZPopupMenu(xml, application)
+{
+    if (const auto tint = xml->GetChild("tintcolor"))
+        mTintColor = readColor(*tint);
+}
+
+bool ZMetalPopupMenu::IsKindOf(std::string_view className) const
+{
+    return className == "ZMetalPopupMenuClass" || ZPopupMenu::IsKindOf(className);
+}
+
+const char* ZMetalPopupMenu::GetClassName() const
+{
+    return "ZMetalPopupMenuClass";
+}
+
+void ZMetalPopupMenu::Draw(const ZRect& update)
+{
+    if (!GetMenuBitmap())
+        DrawMetal();
+    ZPopupMenu::Draw(update);
+}
+
+void ZMetalPopupMenu::DrawMetal()
+{
+    const std::int32_t width = mFrame.GetWidth();
+    const std::int32_t height = mFrame.GetHeight();
+    const auto metal = boost::make_shared<ZBitmap>(width, height, mContext.get());
+    ZPath body;
+    addBody(body, width, height);
+    metal->SetAntiAlias(true);
+    metal->SetBrushColor(mTintColor);
+    metal->SetClipPath(body);
+    metal->FillRect(0, 0, width, height);
+    drawShades(*metal, kBodyShades, 0, width);
+    drawCap(*metal, width, height);
+    drawArrow(*metal, {width - kArrowFromRight, kUpArrowTop}, kArrowScale);
+    drawArrow(*metal, {width - kArrowFromRight, kDownArrowBottom}, -kArrowScale);
+    metal->SetPenColor(kOutline);
+    metal->SetPenWidth(kOutlineWidth);
+    metal->AddPath(body);
+    metal->ClosePath();
+    metal->StrokePath();
+    metal->ResetPath();
+    SetMenuBitmap(metal);
+}
+
+}  // namespace orvane

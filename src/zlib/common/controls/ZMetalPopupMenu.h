@@ -1,0 +1,31 @@
+#pragma once
+
+#include "zlib/common/controls/ZPopupMenu.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <string_view>
+
+namespace orvane
+{
+
+/// A popup menu that looks like a metal button with two arrows in its end. The picture is painted
+/// once. [interface thread]
+class ZMetalPopupMenu : public ZPopupMenu
+{
+public:
+    ZMetalPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    void Draw(const ZRect& update) override;
+
+protected:
+    /// Builds the picture.
+    virtual void DrawMetal();
+
+private:
+    ZColor mTintColor{233, 233, 233, 255};
+};
+
+}  // namespace orvane

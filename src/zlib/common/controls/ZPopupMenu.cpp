@@ -1,0 +1,184 @@
+#include "zlib/common/controls/ZPopupMenu.h"
+
+#include "zlib/common/controls/ZMenu.h"
+#include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/drawing/ZDrawingContext.h"
+#include "zlib/common/drawing/ZPath.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/objects/ZXMLGeometry.h"
+#include "zlib/common/views/ZEditScope.h"
+#include "zlib/common/views/ZViewTags.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr const char* kUnknown = "Unknown";
+constexpr const char* kModifiedSign = "\"  ";
+constexpr std::int32_t kTriangleSize = 6;
+
+boost::shared_ptr<ZBitmap> readMenuBitmap(const ZXMLElement& view, ZApplication* application)
+{
+    const auto tag = view.GetChild("menubitmap");
+    return tag ? boost::make_shared<ZBitmap>(*tag, application) : nullptr;
+}
+
+}  // namespace
+
+ZPopupMenu::ZPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZView(xml, application)
+    , mMenuBitmap(readMenuBitmap(*xml, application))
+    , mMenu(boost::make_shared<ZMenu>("popupmenu", ZMenu::Kind::kPopup))
+    , mItemModifiedName(readElementName(*xml, "itemModified"))
+    , mItemModifiedElement(*this)
+{
+    if (const auto rect = findTag(*xml, "rect", "name", "stringrect"))
+        mStringRect = readRect(*rect);
+}
+
+bool ZPopupMenu::IsKindOf(std::string_view className) const
+{
+    return className == "ZPopupMenuClass" || ZView::IsKindOf(className);
+}
+
+const char* ZPopupMenu::GetClassName() const
+{
+    return "ZPopupMenuClass";
+}
+
+void ZPopupMenu::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZELEMENTCHANGED:
+        Invalidate();
+        mMenu->CheckItem(mCheckedIndex, false);
+        if (mElement)
+            mCheckedIndex = mElement->GetDiscrete();
+        break;
+    case ZELEMENTUPDATED:
+        FillMenu();
+        Invalidate();
+        break;
+    default:
+        ZView::HandleZMessage(message);
+        break;
+    }
+}
+
+void ZPopupMenu::ElementChanged(std::uint64_t /*elementId*/)
+{
+    Invalidate();
+}
+
+void ZPopupMenu::OnElementAttached()
+{
+    FillMenu();
+}
+
+void ZPopupMenu::FillMenu()
+{
+    mMenu->RemoveAllItems();
+    for (std::int32_t i = 0; mElement && i < mElement->CountDiscreteValues(); ++i)
+        mMenu->AddItem(*mElement->GetDiscreteString(i), i);
+}
+
+void ZPopupMenu::OnDocumentChanged()
+{
+    mItemModifiedElement.Observe(FindElement(mItemModifiedName));
+}
+
+void ZPopupMenu::DetachFromElements()
+{
+    mItemModifiedElement.Release();
+    ZView::DetachFromElements();
+}
+
+ZPoint ZPopupMenu::MenuPosition(const ZPoint& click) const
+{
+    const ZPoint at =
+        mStringRect.GetWidth() > 0 ? ZPoint{mStringRect.left, mStringRect.top} : click;
+    const ZPoint inWindow{at.x + mWindowOrigin.x, at.y + mWindowOrigin.y};
+    return mWindow ? mWindow->ToScreen(inWindow) : inWindow;
+}
+
+void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
+{
+    if (!mElement)
+        return;
+    // Held here, and nothing of the view is touched once the menu has been open: it may be gone.
+    const auto element = mElement;
+    const auto menu = mMenu;
+    const std::int32_t current = element->GetDiscrete();
+    menu->CheckItem(mCheckedIndex, false);
+    menu->CheckItem(current, true);
+    mCheckedIndex = current;
+    std::int32_t chosen = 0;
+    if (!menu->Popup(MenuPosition(point), mWindow, chosen))
+        return;
+    // A preset that was loaded meanwhile may have taken the item away.
+    if (chosen >= element->CountDiscreteValues())
+        return;
+    menu->CheckItem(current, false);
+    menu->CheckItem(chosen, true);
+    editDiscrete(element, chosen);
+}
+
+// The second press of a quick hand is a press.
+void ZPopupMenu::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
+ZString ZPopupMenu::GetText() const
+{
+    if (!mElement)
+        return kUnknown;
+    if (mElement->CountDiscreteValues() == 0)
+        return {};
+    const bool isModified = mItemModifiedElement && mItemModifiedElement->GetDiscrete() == 1;
+    ZString text = isModified ? kModifiedSign : "";
+    text.Append(*mElement->GetDiscreteString(mElement->GetDiscrete()));
+    return text;
+}
+
+void ZPopupMenu::Draw(const ZRect& /*update*/)
+{
+    if (mMenuBitmap) {
+        mContext->SetAlphaBlend(true);
+        DrawBitmap(*mMenuBitmap, 0, 0);
+    } else {
+        DrawTriangle();
+    }
+    mContext->SetTruncate(true);
+    DrawString(GetText(), mStringRect, 0, kAlignBegin, 1);
+    mContext->SetTruncate(false);
+}
+
+// At the right end, pointing down.
+void ZPopupMenu::DrawTriangle()
+{
+    const std::int32_t right = mFrame.right - kTriangleSize;
+    const std::int32_t top = mFrame.top + (mFrame.GetHeight() - kTriangleSize) / 2;
+    ZPath triangle;
+    triangle.MoveTo({right, top});
+    triangle.LineTo({right - 2 * kTriangleSize, top});
+    triangle.LineTo({right - kTriangleSize, top + kTriangleSize});
+    triangle.LineTo({right, top});
+    const ZSavedStateScope saved(*mContext);
+    mContext->SetAntiAlias(true);
+    mContext->SetBrushColor(mStrokeColor);
+    mContext->ResetPath();
+    mContext->AddPath(triangle);
+    mContext->FillPath();
+    mContext->ResetPath();
+}
+
+}  // namespace orvane

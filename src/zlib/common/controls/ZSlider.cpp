@@ -1,0 +1,248 @@
+#include "zlib/common/controls/ZSlider.h"
+
+#include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/views/ZEditScope.h"
+#include "zlib/common/views/ZViewTags.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace orvane
+{
+
+ZSlider::ZSlider(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZControl(xml, application)
+    , mThumbRange(readNumber(*xml, "thumbrange"))
+    , mBackgroundPicture(readBitmap(*xml, "background", application))
+    , mThumbBitmap(readBitmap(*xml, "thumb", application))
+    , mVertical(xml->AttributeIs("orient", "vertical"))
+    , mThumbSize(readNumber(*xml, "thumbsize"))
+    , mThumbHeight(readNumber(*xml, "thumbheight"))
+    , mScaleMarkCount(readNumber(*xml, "numberscalemarks"))
+    , mDrawScaleText(xml->GetAttributeBool("drawscaletext"))
+{
+    const bool hasEnabled = readNamedColor(*xml, "enabledtrail", mEnabledTrailColor);
+    const bool hasDisabled = readNamedColor(*xml, "disabledtrail", mDisabledTrailColor);
+    mDrawTrail = hasEnabled || hasDisabled;
+    ZSlider::ComputeTrackLength();
+}
+
+bool ZSlider::IsKindOf(std::string_view className) const
+{
+    return className == "ZSliderClass" || ZControl::IsKindOf(className);
+}
+
+const char* ZSlider::GetClassName() const
+{
+    return "ZSliderClass";
+}
+
+void ZSlider::ElementChanged(std::uint64_t elementId)
+{
+    if (!mElement || elementId != elementIdOf(mElement.get())) {
+        ZControl::ElementChanged(elementId);
+        return;
+    }
+    ComputeTrackLength();
+    ReadRange();
+    mValue = mElement->GetZFloat();
+    Invalidate();
+}
+
+void ZSlider::OnElementAttached()
+{
+    ZControl::OnElementAttached();
+    if (mElement)
+        ElementChanged(elementIdOf(mElement.get()));
+}
+
+void ZSlider::SizeChanged()
+{
+    ComputeTrackLength();
+    ReadRange();
+    Invalidate();
+}
+
+void ZSlider::ReadRange()
+{
+    if (!mElement)
+        return;
+    mMin = mElement->Min();
+    mMax = mElement->Max();
+}
+
+void ZSlider::ComputeTrackLength()
+{
+    const std::int32_t length = mVertical ? mFrame.GetHeight() : mFrame.GetWidth();
+    mTrackLength = mThumbRange >= 1 ? mThumbRange : length - 2 * mThumbSize;
+}
+
+void ZSlider::SetThumbSize(std::int32_t size)
+{
+    mThumbSize = size;
+    ComputeTrackLength();
+    Invalidate();
+}
+
+void ZSlider::SetThumbHeight(std::int32_t height)
+{
+    mThumbHeight = height;
+    Invalidate();
+}
+
+void ZSlider::SetThumbBitmap(const boost::shared_ptr<ZBitmap>& bitmap)
+{
+    mThumbBitmap = bitmap;
+    Invalidate();
+}
+
+void ZSlider::SetScaleMarkCount(std::int32_t count)
+{
+    mScaleMarkCount = count;
+    Invalidate();
+}
+
+std::int32_t ZSlider::Along(const ZPoint& point) const
+{
+    return mVertical ? point.y : point.x;
+}
+
+// A value beyond the range, which elements do not refuse, leaves the thumb at the track's end; what
+// is no number, at its beginning.
+std::int32_t ZSlider::ThumbOffset() const
+{
+    if (Range() == 0.0f || mTrackLength <= 0)
+        return 0;
+    const float distance = mVertical ? mMax - GetValue() : GetValue() - mMin;
+    // In this order: a comparison with what is not a number is false, which leaves 0.
+    const float fraction = std::max(0.0f, std::min(distance / Range(), 1.0f));
+    return static_cast<std::int32_t>(fraction * static_cast<float>(mTrackLength));
+}
+
+ZRect ZSlider::GetThumbRect() const
+{
+    const ZRect thumb =
+        mThumbBitmap ? mThumbBitmap->GetFrame() : ZRect{0, 0, mThumbSize, mThumbSize};
+    return mVertical ? thumb.Offset(0, ThumbOffset()) : thumb.Offset(ThumbOffset(), 0);
+}
+
+void ZSlider::MouseDown(const ZPoint& point, std::uint32_t mods)
+{
+    if (!mElement || (mods & kMouseAlt) != 0)
+        return;
+    const ZRect thumb = GetThumbRect();
+    const std::int32_t length = mVertical ? thumb.GetHeight() : thumb.GetWidth();
+    mGrabOffset =
+        thumb.ContainsWithEdges(point) ? Along(point) - Along({thumb.left, thumb.top}) : length / 2;
+    SetMouseCapture(true, true);
+    TrackMouse(point, mods);
+}
+
+// The second press of a quick hand is a press.
+void ZSlider::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+{
+    MouseDown(point, mods);
+}
+
+void ZSlider::MouseMoved(const ZPoint& point, std::uint32_t mods)
+{
+    TrackMouse(point, mods);
+}
+
+void ZSlider::MouseUp(const ZPoint& point, std::uint32_t mods)
+{
+    if (mElement && (mods & kMouseAlt) != 0)
+        RestoreDefault();
+    else if (HasMouseCapture())
+        TrackMouse(point, mods);
+    // Also where the element went in the middle of a drag.
+    SetMouseCapture(false, true);
+}
+
+void ZSlider::RestoreDefault()
+{
+    const auto element = mElement;  // the view may lose it while the host is called
+    const auto edit = BeginEditUnlessHeld();
+    element->SetZFloat(element->GetZFloatDefault(), false);
+}
+
+// While the thumb is held, the capture has told the host already.
+std::unique_ptr<ZEditScope> ZSlider::BeginEditUnlessHeld() const
+{
+    return HasMouseCapture() ? nullptr : std::make_unique<ZEditScope>(mElement);
+}
+
+void ZSlider::MouseWheel(const ZPoint& /*point*/, std::uint32_t /*mods*/, std::int32_t axis,
+                         std::int32_t delta)
+{
+    if (!mElement)
+        return;
+    const auto edit = BeginEditUnlessHeld();
+    NudgePercent(static_cast<float>(axis != 0 ? delta : -delta));
+}
+
+void ZSlider::TrackMouse(const ZPoint& point, std::uint32_t /*mods*/)
+{
+    WriteValue(ValueAt(point));
+}
+
+// A track without length has one place: its beginning.
+float ZSlider::ValueAt(const ZPoint& point) const
+{
+    if (mTrackLength <= 0)
+        return mVertical ? mMax : mMin;
+    const float way = static_cast<float>(std::int64_t{Along(point)} - mGrabOffset) * Range() /
+                      static_cast<float>(mTrackLength);
+    return mVertical ? mMax - way : mMin + way;
+}
+
+void ZSlider::WriteValue(float value)
+{
+    if (mElement)
+        mElement->SetZFloat(std::max(mMin, std::min(value, mMax)), false);
+}
+
+void ZSlider::Draw(const ZRect& update)
+{
+    DrawTrack(update);
+    DrawScale(update);
+    DrawThumb(update);
+}
+
+void ZSlider::DrawTrack(const ZRect& /*update*/)
+{
+    if (mBackgroundPicture)
+        DrawBitmap(*mBackgroundPicture, 0, 0);
+    if (mDrawTrail)
+        DrawTrail();
+}
+
+// From the track's low end to the thumb.
+void ZSlider::DrawTrail()
+{
+    const ZColor kept = mPenColor;
+    mPenColor = IsEnabled() ? mEnabledTrailColor : mDisabledTrailColor;
+    const ZRect thumb = GetThumbRect();
+    const std::int32_t middle = mThumbHeight / 2;
+    if (mVertical)
+        DrawLine(middle, thumb.bottom, middle, mFrame.bottom - mThumbSize);
+    else
+        DrawLine(mThumbSize, middle, thumb.left, middle);
+    mPenColor = kept;
+}
+
+void ZSlider::DrawThumb(const ZRect& /*update*/)
+{
+    const ZRect thumb = GetThumbRect();
+    if (mThumbBitmap) {
+        DrawBitmap(*mThumbBitmap, thumb.left, thumb.top);
+        return;
+    }
+    DrawRect({thumb.left, thumb.top, thumb.right - 1, thumb.bottom - 1});
+}
+
+}  // namespace orvane

@@ -1,0 +1,208 @@
+#include "zlib/common/controls/ZTextEdit.h"
+
+#include "zlib/common/drawing/ZDrawingContext.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/views/ZPanelStyle.h"
+#include "zlib/common/views/ZViewMessage.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <algorithm>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Select = ZTextField::Select;
+
+// In pixels.
+constexpr std::int32_t kMarginX = 5;
+constexpr std::int32_t kCaretInset = 3;
+
+bool flag(const ZMessage& message, const char* field)
+{
+    bool value = false;
+    return message.Find<bool>(field, value) && value;
+}
+
+}  // namespace
+
+ZTextEdit::ZTextEdit(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZView(xml, application)
+{
+    SetFont(ZPanelStyle::makeFont());
+    SetNavigable(true);
+}
+
+bool ZTextEdit::IsKindOf(std::string_view className) const
+{
+    return className == "ZTextEditClass" || ZView::IsKindOf(className);
+}
+
+const char* ZTextEdit::GetClassName() const
+{
+    return "ZTextEditClass";
+}
+
+void ZTextEdit::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZTEXTINPUT:
+        mField.Insert(requireField<ZString>(*message, "Text"));
+        return Edited();
+    case ZKEYDOWN:
+        return KeyDown(requireField<std::uint8_t>(*message, "Key"),
+                       flag(*message, "shift") ? Select::kOn : Select::kNothing,
+                       flag(*message, "control"));
+    default:
+        return ZView::HandleZMessage(message);
+    }
+}
+
+void ZTextEdit::KeyDown(std::uint8_t key, Select select, bool control)
+{
+    switch (key) {
+    case kKeyReturn:
+        // A copy, since the action may end the view.
+        if (const auto action = mReturn)
+            action();
+        return;
+    case kKeyBackspace:
+        mField.EraseBefore();
+        break;
+    case kKeyDelete:
+        mField.EraseAfter();
+        break;
+    case 'A':
+        if (control)
+            mField.SelectAll();
+        break;
+    default:
+        MoveByKey(key, select, control);
+    }
+    Edited();
+}
+
+void ZTextEdit::MoveByKey(std::uint8_t key, Select select, bool control)
+{
+    switch (key) {
+    case kKeyLeft:
+        return control ? mField.MoveWordLeft(select) : mField.MoveLeft(select);
+    case kKeyRight:
+        return control ? mField.MoveWordRight(select) : mField.MoveRight(select);
+    case kKeyHome:
+        return mField.MoveTo(0, select);
+    case kKeyEnd:
+        return mField.MoveToEnd(select);
+    default:
+        return;
+    }
+}
+
+void ZTextEdit::SetText(const ZString& text)
+{
+    mField.SetText(text);
+    Edited();
+}
+
+void ZTextEdit::Edited()
+{
+    const std::int32_t caret = OffsetOf(mField.GetCaret());
+    const std::int32_t width = std::max(TextArea().GetWidth() - 1, 0);
+    // The caret stays in sight, and no room stays empty at the right that text could fill.
+    mScroll = std::clamp(mScroll, caret - width, caret);
+    mScroll = std::clamp(mScroll, 0, std::max(OffsetOf(mField.GetLength()) - width, 0));
+    Invalidate();
+}
+
+ZRect ZTextEdit::TextArea() const
+{
+    return GetFrame().Inset(kMarginX, 1);
+}
+
+std::int32_t ZTextEdit::OffsetOf(std::size_t place) const
+{
+    return place == 0 ? 0 : StringWidth(mField.GetTextBefore(place));
+}
+
+std::size_t ZTextEdit::PlaceAt(std::int32_t x) const
+{
+    const std::int32_t wanted = x - TextArea().left + mScroll;
+    std::size_t place = 0;
+    while (place < mField.GetLength()) {
+        const std::size_t next = mField.After(place);
+        if ((OffsetOf(place) + OffsetOf(next)) / 2 > wanted)
+            break;
+        place = next;
+    }
+    return place;
+}
+
+void ZTextEdit::Draw(const ZRect& rect)
+{
+    if (!mContext)
+        return;
+    const ZRect frame = GetFrame();
+    ZPanelStyle::fill(*mContext, frame, ZPanelStyle::kField);
+    ZPanelStyle::drawEdge(*mContext, frame, mFocused ? ZPanelStyle::kAccent : ZPanelStyle::kEdge);
+
+    const ZRect area = TextArea();
+    const ZSavedStateScope saved(*mContext);
+    mContext->SetClip(area.Inset(-1, 0).Intersection(rect));
+    const std::int32_t left = area.left - mScroll;
+    if (mFocused)
+        ZPanelStyle::fill(*mContext,
+                          {left + OffsetOf(mField.GetSelectionStart()), area.top + kCaretInset,
+                           left + OffsetOf(mField.GetSelectionEnd()), area.bottom - kCaretInset},
+                          ZPanelStyle::kAccent);
+    const ZString text = mField.GetText();
+    const std::int32_t top = (frame.top + frame.bottom - StringHeight(text)) / 2;
+    SetPenColor(ZPanelStyle::kText);
+    // Wide enough for the text never to wrap.
+    DrawString(text, {left, top, left + StringWidth(text) + frame.GetWidth(), area.bottom}, 0,
+               ZPanelStyle::kAlignLeft, 0);
+    if (mFocused && !mField.HasSelection()) {
+        const std::int32_t x = left + OffsetOf(mField.GetCaret());
+        DrawLine(x, area.top + kCaretInset, x, area.bottom - kCaretInset - 1);
+    }
+}
+
+void ZTextEdit::MouseDown(const ZPoint& point, std::uint32_t mods)
+{
+    if (mWindow)
+        mWindow->SetFocusView(this);
+    SetMouseCapture(true, true);
+    mField.MoveTo(PlaceAt(point.x), (mods & kMouseShift) != 0 ? Select::kOn : Select::kNothing);
+    Edited();
+}
+
+void ZTextEdit::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+    if (mWindow)
+        mWindow->SetFocusView(this);
+    mField.SelectAll();
+    Edited();
+}
+
+void ZTextEdit::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
+{
+    mField.MoveTo(PlaceAt(point.x), Select::kOn);
+    Edited();
+}
+
+void ZTextEdit::MouseUp(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+    if (mMouseCaptured)
+        SetMouseCapture(false, true);
+}
+
+void ZTextEdit::SetFocus(bool focus)
+{
+    mFocused = focus;
+    Invalidate();
+}
+
+}  // namespace orvane

@@ -1,0 +1,471 @@
+#include "zlib/common/documents/ZApp.h"
+
+#include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/documents/ZAudioManager.h"
+#include "zlib/common/documents/ZBrowserLaunch.h"
+#include "zlib/common/documents/ZCommand.h"
+#include "zlib/common/documents/ZCommandList.h"
+#include "zlib/common/documents/ZFileChooser.h"
+#include "zlib/common/documents/ZFileDocumentManager.h"
+#include "zlib/common/documents/ZStandardClasses.h"
+#include "zlib/common/documents/ZWindowKeeper.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZFile.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageBox.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZResources.h"
+#include "zlib/common/objects/ZStringTable.h"
+#include "zlib/common/objects/ZSystemServices.h"
+#include "zlib/common/objects/ZTrace.h"
+#include "zlib/common/objects/ZUserSettings.h"
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/objects/ZXMLSignature.h"
+#include "zlib/common/signals/ZSignalLooper.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kBadSignature = 5;
+constexpr const char* kNotLoaded = "Failed to load resource.";
+
+void requireTag(const ZXMLElement& xml, std::string_view tag, const char* wrongTag)
+{
+    if (!xml.IsNamed(tag))
+        throw ZException(-1, wrongTag);
+}
+
+/// Makes room for a second manager of a kind, which no description should have.
+template <typename Manager>
+void dropExisting(std::unique_ptr<Manager>& manager, const char* warning)
+{
+    if (!manager)
+        return;
+    ZTrace::Write(warning);
+    manager.reset();
+}
+
+std::atomic<std::int32_t> instances{0};
+
+boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
+{
+    std::string extension = path.extension().string();
+    extension.erase(0, 1);  // the dot
+    return boost::make_shared<ZFile>(path.stem().string(), path.string(), extension);
+}
+
+/// The path with the extension of the kind that is saved, where the user has typed none: not every
+/// desktop's chooser adds it, and the next dialog lists files of these kinds only.
+std::string completed(const std::string& path, const ZFileRequest& request)
+{
+    const auto file = makeFile(path);
+    const bool isWhole = request.purpose == ZFileRequest::kOpen || request.types.empty() ||
+                         file->GetName().IsEmpty() ||
+                         std::any_of(request.types.begin(), request.types.end(),
+                                     [&](const auto& type) { return file->IsOfFiletype(type); });
+    return isWhole ? path : path + "." + request.types.front()->extension;
+}
+
+boost::shared_ptr<ZFile> refuse(const ZString& reason)
+{
+    ZMessageBox::Show(ZMessageBox::kError, "File Error", reason);
+    return nullptr;
+}
+
+boost::shared_ptr<ZFile> chooseFile(const ZFileRequest& request)
+{
+    const auto chosen = ZFileChooser::Choose(request);
+    if (!chosen)
+        return nullptr;
+    const std::string path = completed(*chosen, request);
+    const auto file = makeFile(path);
+    // No folder, and nothing that the system's encoding of names holds and a text does not.
+    if (file->GetName().IsEmpty() || file->GetPath().ToNarrow() != path)
+        return refuse(file->GetPath());
+    // The user has agreed to replace a file of the name as it was typed, and of no other.
+    if (path != *chosen && file->Exists())
+        return refuse(path + " exists already.");
+    return file;
+}
+
+}  // namespace
+
+ZApp::ZApp(const ZResources& resources)
+    : ZApplication("app looper")
+    , mResources(resources)
+{
+    SetCurrentApp(this);
+    mClassRegistry = std::make_unique<ZClassRegistry>(this);
+    registerStandardClasses(*mClassRegistry);
+    mClassRegistry->RegisterStandardClasses();
+    SetName("ZApp");
+    ++instances;
+}
+
+ZApp::~ZApp()
+{
+    EndModalRuns();
+    if (--instances == 0)
+        ZInterfaceThread::EndModalRuns(nullptr);
+    StopTimers();
+    // In this order: the audio stops before what it plays goes, and windows let go of documents
+    // before these end. Each pointer is null by the time that its manager dies.
+    mAudioManager.reset();
+    mClassRegistry.reset();
+    mWindowManager.reset();
+    mDocumentManager.reset();
+    mCommandList.reset();
+    ClearCurrentApp(this);
+    const ZInterfaceUnlock unlocked;
+    mBrowser.reset();
+}
+
+std::int32_t ZApp::CountInstances()
+{
+    return instances;
+}
+
+void ZApp::EndModalRuns()
+{
+    ZInterfaceThread::EndModalRuns(this);
+}
+
+bool ZApp::IsKindOf(std::string_view className) const
+{
+    return className == "ZAppClass" || ZApplication::IsKindOf(className);
+}
+
+const char* ZApp::GetClassName() const
+{
+    return "ZAppClass";
+}
+
+ZApp* ZApp::Of(ZHandler& handler)
+{
+    return dynamic_cast<ZApp*>(handler.GetApp());
+}
+
+void ZApp::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZABOUT:
+        return ShowAbout();
+    case ZDOCUMENTNEW:
+        if (mDocumentManager)
+            mDocumentManager->HandleZMessage(std::move(message));
+        return;
+    case ZMENUSELECTION:
+        return CheckMenuSelection(*message);
+    case ZQUIT:
+        return HandleQuit(message);
+    case ZWINDOWCLOSED:
+        if (mStandalone)
+            HandleQuit(boost::make_shared<ZMessage>(ZQUIT));
+        return;
+    case ZSHOWDIALOG:
+    case ZSHOWSYSDIALOG:
+        if (mWindowManager)
+            mWindowManager->HandleZMessage(std::move(message));
+        return;
+    case ZGOTOURL:
+        return GoToUrl(*message);
+    default:
+        ZApplication::HandleZMessage(std::move(message));
+    }
+}
+
+void ZApp::CheckMenuSelection(const ZMessage& message) const
+{
+    // The menu bar would take both; no description has one.
+    std::uint64_t handle = 0;
+    if (!message.Find("Handle", handle))
+        throw ZException(-1, "Couldn't find Menu Handle in Message");
+    std::int32_t position = 0;
+    if (!message.Find("Position", position))
+        throw ZException(-1, "Couldn't find position in Message");
+}
+
+void ZApp::HandleQuit(const boost::shared_ptr<const ZMessage>& message)
+{
+    if (!CanQuit())
+        return;
+    mQuitCode = 0;
+    static_cast<void>(message->Find("QuitInt", mQuitCode));
+    ZApplication::HandleZMessage(message);
+}
+
+void ZApp::GoToUrl(const ZMessage& message)
+{
+    ZString url;
+    if (!message.Find("URL", url))
+        throw ZException(-1, "Couldn't find URL in message");
+    const std::string address = url.ToNarrow();
+    if (!ZBrowserLaunch::IsWebAddress(address)) {
+        ZTrace::Write("Not an address of the web: " + address + "\n");
+        return;
+    }
+    auto launch = std::make_unique<ZBrowserLaunch>(address);
+    mBrowser.swap(launch);
+    const ZInterfaceUnlock unlocked;  // the one before is waited for
+    launch.reset();
+}
+
+void ZApp::Started()
+{
+    SetLooper(this);
+    OnStartup();
+    ReadDescription();
+    mBuilt.Release();
+}
+
+void ZApp::OnStartup()
+{
+}
+
+void ZApp::ShowAbout()
+{
+}
+
+boost::shared_ptr<ZFile> ZApp::ChooseSaveFile(const ZString& prompt, const ZString& title,
+                                              const ZFiletypes& types, std::int32_t window)
+{
+    return chooseFile({ZFileRequest::kSave, prompt, title, types, window, this});
+}
+
+boost::shared_ptr<ZFile> ZApp::ChooseOpenFile(const ZString& prompt, const ZString& title,
+                                              const ZFiletypes& types, std::int32_t window)
+{
+    return chooseFile({ZFileRequest::kOpen, prompt, title, types, window, this});
+}
+
+void ZApp::WaitUntilBuilt()
+{
+    const ZInterfaceUnlock unlocked;
+    mBuilt.Wait();
+    mBuilt.Release();
+}
+
+void ZApp::ReadDescription()
+{
+    mMainThreadId = std::this_thread::get_id();
+    ZTrace::Write(GetName() + " starting up...\n");
+    try {
+        BuildFromDescription();
+    } catch (const ZException& exception) {
+        if (!mStandalone)
+            throw;
+        ShowMessageBox(3, true, "Error", exception.GetMessage());
+    }
+}
+
+void ZApp::BuildFromDescription()
+{
+    const auto app = LoadDescription();
+    mTitle = app->HasAttribute("title") ? app->GetAttribute("title") : "Untitled App";
+    if (app->HasAttribute("identifier"))
+        mIdentifier = app->GetAttribute("identifier");
+    for (std::int32_t i = 0; i < app->GetChildCount(); ++i)
+        AddManager(app->GetChild(i));
+    if (const auto startup = app->GetChild("startup"))
+        RunStartup(*startup);
+    OpenAtStart();
+}
+
+boost::shared_ptr<ZXMLElement> ZApp::LoadDescription() const
+{
+    const auto text = mResources.FindText("XML", mResourceName.ToNarrow());
+    if (!text)
+        throw ZException(-1, kNotLoaded);
+    const auto length = static_cast<std::int32_t>(text->size());
+    if (!HasValidDeclaration(text->data(), length))
+        throw ZException(-1, kNotLoaded);
+    if (!VerifySignature(text->data(), length))
+        throw ZException(kBadSignature, kNotLoaded);
+    const ZXMLDocument document(text->data(), length);
+    auto app = document.GetChild("app");
+    if (!app)
+        throw ZException(-1, kNotLoaded);
+    return app;
+}
+
+void ZApp::AddManager(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    // What else a description may hold has no manager: it is passed over.
+    if (xml->IsNamed("documentmanager"))
+        AddDocumentManager(xml);
+    else if (xml->IsNamed("windowmanager"))
+        AddWindowManager(xml);
+    else if (xml->IsNamed("audiomanager"))
+        AddAudioManager(xml);
+    else if (xml->IsNamed("commandlist"))
+        AddCommandList(xml);
+}
+
+void ZApp::AddAudioManager(const boost::shared_ptr<ZXMLElement>& /*xml*/)
+{
+}
+
+void ZApp::AddWindowManager(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    requireTag(*xml, "windowmanager", "ZApp::AddWindowManager,  XML tag is not a <windowmanager>.");
+    if (!mMakeWindowKeeper)
+        return;
+    dropExisting(mWindowManager,
+                 "\nWarning: ZApp::AddWindowManager,  mWindowManager already created. Multiple "
+                 "top level window managers?\n");
+    mWindowManager = mMakeWindowKeeper(xml, this);
+}
+
+void ZApp::AddDocumentManager(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    requireTag(*xml, "documentmanager",
+               "ZApp::AddDocumentManager,  XML tag is not a <documentmanager>.");
+    dropExisting(mDocumentManager,
+                 "\nWarning: ZApp::AddDocumentManager,  mDocumentManager already created. "
+                 "Multiple top level document managers?\n");
+    mDocumentManager = makeDocumentManager(xml, this);
+}
+
+void ZApp::AddCommandList(const boost::shared_ptr<ZXMLElement>& xml)
+{
+    requireTag(*xml, "commandlist", "ZApp::AddCommandList,  XML tag is not a <commandlist>.");
+    dropExisting(mCommandList,
+                 "\nWarning: ZApp::AddWindowManager,  mCommandList already created. Multiple top "
+                 "level command lists?\n");
+    mCommandList = std::make_unique<ZCommandList>(xml, this);
+}
+
+void ZApp::ReplaceAudioManager(std::unique_ptr<ZAudioManager> manager)
+{
+    mAudioManager = std::move(manager);
+}
+
+void ZApp::RunStartup(const ZXMLElement& startup)
+{
+    const std::int32_t count = startup.GetChildCount("startupitem");
+    for (std::int32_t i = 0; i < count && mCommandList; ++i) {
+        const auto item = startup.GetChild("startupitem", i);
+        const char* const name = item->GetAttribute("command");
+        boost::shared_ptr<ZCommand> command;
+        if (!mCommandList->GetCommand(name, command))
+            throw ZException(-1, std::string("Couldn't find command '") + (name ? name : "") +
+                                     "' of a startupitem in the command list");
+        command->Dispatch();
+    }
+}
+
+void ZApp::OpenAtStart()
+{
+    auto* const documents = dynamic_cast<ZFileDocumentManager*>(mDocumentManager.get());
+    if (!documents || mOpenAtStart.IsEmpty())
+        return;
+    const auto file = makeFile(mOpenAtStart.ToNarrow());
+    const ZDocumentType* const type = documents->FindType(*file);
+    if (!type)
+        return;
+    ProcessQueue();
+    documents->OpenDocument(file, *type);
+}
+
+bool ZApp::CanQuit()
+{
+    const auto looper = mAudioManager ? mAudioManager->GetSignalLooper() : nullptr;
+    // In a plug-in the host is the clock, and there is nothing to stop.
+    const bool wasRunning = looper && looper->IsRunning();
+    if (wasRunning)
+        looper->Stop();
+    DropMessages();
+    while (mDocumentManager && mDocumentManager->GetDocumentCount() > 0) {
+        if (mDocumentManager->CloseDocument(mDocumentManager->GetDocument(0)))
+            continue;
+        if (wasRunning)
+            looper->Start();
+        return false;
+    }
+    return true;
+}
+
+void ZApp::LoadFont(const std::string& path)
+{
+    std::error_code error;
+    if (std::filesystem::is_regular_file(path, error))
+        mFonts.push_back(path);
+}
+
+bool ZApp::GetResourceString(std::int32_t id, ZString& out)
+{
+    const auto lines = mResources.FindText("STRING", "strings.txt");
+    return lines && ZStringTable(*lines).Find(id, out);
+}
+
+bool ZApp::SetRegistryInt(const ZString& name, std::int32_t value)
+{
+    return ZUserSettings(mIdentifier).SetInt(name, value);
+}
+
+bool ZApp::GetRegistryInt(const ZString& name, std::int32_t& out) const
+{
+    return ZUserSettings(mIdentifier).GetInt(name, out);
+}
+
+boost::shared_ptr<ZWindow> ZApp::GetMainWindow() const
+{
+    if (!mWindowManager)
+        throw ZException(-1, "Unable to return MainWindow because it doesn't exist.");
+    return mWindowManager->GetCurrentWindow();
+}
+
+ZDocumentManager* ZApp::GetDocumentManager() const
+{
+    if (!mDocumentManager)
+        throw ZException(-1, "Unable to return ZDocumentManager because it doesn't exist.");
+    return mDocumentManager.get();
+}
+
+ZCommandList* ZApp::GetCommandList() const
+{
+    if (!mCommandList)
+        throw ZException(-1, "Unable to return ZCommandManager because it doesn't exist.");
+    return mCommandList.get();
+}
+
+void ZApp::GetPreferenceManager() const
+{
+    throw ZException(-1, "Unable to return ZPreferenceManager because it doesn't exist.");
+}
+
+void ZApp::GetMidiManager() const
+{
+    throw ZException(-1, "Unable to return ZMidiManager because it doesn't exist.");
+}
+
+boost::shared_ptr<ZDocument> ZApp::GetCurrentDocument() const
+{
+    return mDocumentManager ? mDocumentManager->GetCurrentDocument() : nullptr;
+}
+
+void ZApp::FlushElementChanges()
+{
+    const auto document = boost::dynamic_pointer_cast<ZAudioDocument>(GetCurrentDocument());
+    if (document)
+        document->FlushChanges(*document);
+    if (mCommandList)
+        mCommandList->FlushChanges();
+}
+
+}  // namespace orvane

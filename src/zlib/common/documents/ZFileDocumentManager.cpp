@@ -1,0 +1,162 @@
+#include "zlib/common/documents/ZFileDocumentManager.h"
+
+#include "zlib/common/documents/ZApp.h"
+#include "zlib/common/documents/ZDocument.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZFile.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageBox.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZXMLElement.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// The four characters as one number, the first on top; 0 for any other length.
+std::uint32_t packed(std::string_view text)
+{
+    if (text.size() != 4)
+        return 0;
+    std::uint32_t number = 0;
+    for (const char character : text)
+        number = number << 8 | static_cast<unsigned char>(character);
+    return number;
+}
+
+boost::shared_ptr<ZFiletype> readFiletype(const ZXMLElement& xml)
+{
+    auto type = boost::make_shared<ZFiletype>();
+    type->docClass = xml.GetAttributeOr("docclass", "");
+    type->mimeType = xml.GetAttributeOr("mimetype", "");
+    type->macType = packed(xml.GetAttributeOr("mactype", ""));
+    type->extension = xml.GetAttributeOr("winext", "");
+    type->description = xml.GetAttributeOr("description", "None");
+    return type;
+}
+
+void tellUnreadable(const ZString& reason)
+{
+    ZMessageBox::Show(ZMessageBox::kError, "Error Opening Document", reason);
+}
+
+}  // namespace
+
+ZFileDocumentManager::ZFileDocumentManager(const boost::shared_ptr<ZXMLElement>& xml,
+                                           ZApplication* application)
+    : ZDocumentManager(xml, application,
+                       "ZFileDocumentManager :: ZFileDocumentManager,  XML tag is not a "
+                       "<documentmanager>.")
+{
+    if (const auto types = xml->GetChild("filetypes"))
+        AddFileTypes(*types);
+}
+
+void ZFileDocumentManager::AddFileTypes(const ZXMLElement& xml)
+{
+    if (!xml.IsNamed("filetypes"))
+        throw ZException(-1,
+                         "ZFileDocumentManager :: AddFileTypes,  XML tag is not a <filetypes>.");
+    const std::int32_t count = xml.GetChildCount("filetype");
+    for (std::int32_t i = 0; i < count; ++i)
+        mFileTypes.push_back(readFiletype(*xml.GetChild("filetype", i)));
+}
+
+bool ZFileDocumentManager::IsKindOf(std::string_view className) const
+{
+    return className == "ZFileDocumentManagerClass" || ZDocumentManager::IsKindOf(className);
+}
+
+const char* ZFileDocumentManager::GetClassName() const
+{
+    return "ZFileDocumentManagerClass";
+}
+
+bool ZFileDocumentManager::Answers(std::int32_t messageId) const
+{
+    return messageId == ZFILEOPEN || ZDocumentManager::Answers(messageId);
+}
+
+void ZFileDocumentManager::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    if (message->GetId() == ZFILEOPEN)
+        return OpenFile(*message);
+    ZDocumentManager::HandleZMessage(std::move(message));
+}
+
+void ZFileDocumentManager::OpenFile(const ZMessage& message)
+{
+    ZString typeName;
+    if (!message.Find("doctype", typeName))
+        throw ZException(-1, "Couldn't find FileOpenName in message");
+    const auto type = std::find_if(
+        GetTypes().begin(), GetTypes().end(),
+        [name = typeName.ToNarrow()](const ZDocumentType& known) { return known.name == name; });
+    if (type == GetTypes().end())
+        return;
+    boost::shared_ptr<ZFile> file;
+    if (!message.Find("file", file) || !file)
+        file = OpenDialog();
+    if (file)
+        OpenDocument(file, *type);
+}
+
+boost::shared_ptr<ZDocument> ZFileDocumentManager::OpenDefault()
+{
+    return GetTypes().empty() ? nullptr : NewDocument(GetTypes().front());
+}
+
+void ZFileDocumentManager::OpenDocument(const boost::shared_ptr<ZFile>& file,
+                                        const ZDocumentType& type)
+{
+    ZApp* const app = ZApp::Of(*this);
+    if (!app || !app->GetWindowManager())
+        throw ZException(-1, "Unable to open document because there is no WindowManager.");
+    const ZDocumentType* const fitting = FindType(*file);
+    const auto document = NewDocument(fitting ? *fitting : type);
+    try {
+        if (document->ReadFile(*file))
+            return document->SetTitle(file->GetName());
+        tellUnreadable(file->GetPath());
+    } catch (const ZException& exception) {
+        tellUnreadable(exception.GetMessage());
+    }
+    CloseDocument(document);
+}
+
+boost::shared_ptr<ZFile> ZFileDocumentManager::OpenDialog()
+{
+    constexpr const char* kTitle = "Open File";
+    ZApp* const app = ZApp::Of(*this);
+    return app ? app->ChooseOpenFile(kTitle, kTitle, mFileTypes, 0) : nullptr;
+}
+
+boost::shared_ptr<ZFiletype> ZFileDocumentManager::FindFiletype(const ZFile& file) const
+{
+    const auto found = std::find_if(mFileTypes.begin(), mFileTypes.end(),
+                                    [&](const auto& known) { return file.IsOfFiletype(known); });
+    return found != mFileTypes.end() ? *found : nullptr;
+}
+
+const ZDocumentType* ZFileDocumentManager::FindType(const ZFile& file) const
+{
+    const auto filetype = FindFiletype(file);
+    if (!filetype)
+        return nullptr;
+    const auto found =
+        std::find_if(GetTypes().begin(), GetTypes().end(), [&](const ZDocumentType& type) {
+            return type.className == filetype->docClass;
+        });
+    return found != GetTypes().end() ? &*found : nullptr;
+}
+
+}  // namespace orvane

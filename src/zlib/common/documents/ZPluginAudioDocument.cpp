@@ -1,0 +1,53 @@
+#include "zlib/common/documents/ZPluginAudioDocument.h"
+
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZXMLElement.h"
+
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr const char* kDescription = "Orvane Plug-In Preset";
+
+boost::shared_ptr<ZXMLElement> presetOf(const ZXMLDocument& read)
+{
+    return read.GetChild("preset");
+}
+
+}  // namespace
+
+ZPluginAudioDocument::ZPluginAudioDocument(const boost::shared_ptr<ZXMLElement>& xml,
+                                           ZApplication* application)
+    : ZAudioDocument(xml, application)
+{
+}
+
+bool ZPluginAudioDocument::IsKindOf(std::string_view className) const
+{
+    return className == "ZPluginAudioDocumentClass" || ZAudioDocument::IsKindOf(className);
+}
+
+const char* ZPluginAudioDocument::GetClassName() const
+{
+    return "ZPluginAudioDocumentClass";
+}
+
+void ZPluginAudioDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    switch (message->GetId()) {
+    case ZPRESETSAVE:
+        return SavePresetFile(kDescription, *message);
+    case ZPRESETLOAD:
+        LoadPresetFile(kDescription, kDescription, &presetOf, *message);
+        return;
+    default:
+        ZAudioDocument::HandleZMessage(std::move(message));
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,24 @@
+#include "zlib/common/documents/ZStandardClasses.h"
+
+#include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/signals/ZElementBay.h"
+#include "zlib/common/signals/ZMeterBay.h"
+#include "zlib/common/signals/ZSignalBay.h"
+#include "zlib/common/signals/ZThruBay.h"
+
+namespace orvane
+{
+
+void registerStandardClasses(ZClassRegistry& registry)
+{
+    registry.AddStandard<ZAudioDocument>("ZAudioDocumentClass");
+    registry.AddStandard<ZElement>("ZElementClass");
+    registry.AddStandard<ZSignalBay>("ZSignalBayClass");
+    registry.AddStandard<ZElementBay>("ZElementBayClass");
+    registry.AddStandard<ZThruBay>("ZThruBayClass");
+    registry.AddStandard<ZMeterBay>("ZMeterBayClass");
+}
+
+}  // namespace orvane

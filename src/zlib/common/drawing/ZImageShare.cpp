@@ -1,0 +1,61 @@
+#include "zlib/common/drawing/ZImage.h"
+#include "zlib/common/objects/ZUndying.h"
+
+#include <map>
+#include <mutex>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// The pictures that are in use, by the place of their bytes: all views of all instances that show
+/// one show the same. Whoever drops the last hold takes it off the list.
+struct Shares
+{
+    std::mutex mutex;  // guards all below
+    std::map<const std::byte*, std::weak_ptr<const ZImage>> images;
+
+    std::shared_ptr<const ZImage> Find(const std::byte* place)
+    {
+        const std::lock_guard lock(mutex);
+        const auto found = images.find(place);
+        return found == images.end() ? nullptr : found->second.lock();
+    }
+    void Add(const std::byte* place, const std::shared_ptr<const ZImage>& image)
+    {
+        const std::lock_guard lock(mutex);
+        images.insert_or_assign(place, image);
+    }
+    void DropExpired(const std::byte* place)
+    {
+        const std::lock_guard lock(mutex);
+        const auto found = images.find(place);
+        if (found != images.end() && found->second.expired())
+            images.erase(found);
+    }
+};
+
+// Never destroyed: the interface thread may drop pictures until the very end of the process.
+const ZUndying<Shares> shares;
+
+}  // namespace
+
+std::shared_ptr<const ZImage> ZImage::Share(std::span<const std::byte> png)
+{
+    const std::byte* const place = png.data();
+    if (auto image = (*shares).Find(place))
+        return image;
+    auto decoded = Decode(png);
+    if (!decoded)
+        return nullptr;
+    std::shared_ptr<const ZImage> image(decoded.release(), [place](const ZImage* last) {
+        delete last;
+        (*shares).DropExpired(place);
+    });
+    (*shares).Add(place, image);
+    return image;
+}
+
+}  // namespace orvane

@@ -1,0 +1,28 @@
+#include "zlib/common/drawing/ZMeasureScope.h"
+
+#include "zlib/common/drawing/ZDrawingContext.h"
+#include "zlib/common/drawing/ZGraphics.h"
+#include "zlib/common/drawing/ZImage.h"
+
+namespace orvane
+{
+
+ZMeasureScope::ZMeasureScope(ZDrawingContext& context)
+    : mContext(context)
+{
+    if (context.GetGraphics())
+        return;
+    mImage = ZImage::Create(1, 1);
+    if (!mImage)
+        return;
+    mGraphics = std::make_unique<ZGraphics>(*mImage);
+    context.SetGraphics(mGraphics.get());
+}
+
+ZMeasureScope::~ZMeasureScope()
+{
+    if (mGraphics)
+        mContext.SetGraphics(nullptr);
+}
+
+}  // namespace orvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "zlib/common/drawing/ZLinearGradientShader.h"
+
+namespace orvane
+{
+
+/// The band below a window's title: bright in the middle. Its three greys are its own; what the
+/// constructor is given is not looked at.
+class ZNyquistTitleShader : public ZLinearGradientShader
+{
+public:
+    using ZLinearGradientShader::ZLinearGradientShader;
+
+    [[nodiscard]] boost::shared_ptr<ZGradientBrush> MakeBrush(const ZPoint& from,
+                                                              const ZPoint& to) const override;
+};
+
+}  // namespace orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "zlib/common/objects/ZColor.h"
+
+namespace orvane
+{
+
+/// How a line is drawn.
+struct ZPen
+{
+    ZColor color{0, 0, 0, 255};
+    float width = 1.0f;  // in units of the transform; never thinner than a pixel of the device
+    bool roundStart = false;
+    bool roundEnd = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,14 @@
+#include "zlib/common/elements/DiscreteItem.h"
+
+#include <utility>
+
+namespace orvane
+{
+
+DiscreteItem::DiscreteItem(ZString text, boost::shared_ptr<const ZXMLElement> xml)
+    : mText(std::move(text))
+    , mXML(std::move(xml))
+{
+}
+
+}  // namespace orvane

@@ -1,0 +1,43 @@
+#include "zlib/common/objects/ZException.h"
+
+#include "zlib/common/objects/ZMessageBox.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace orvane
+{
+
+ZException::ZException(std::int32_t code, ZString message, const std::source_location& where)
+    : mCode(code)
+    , mMessage(std::move(message))
+    , mFile(where.file_name())
+    , mLine(static_cast<std::int32_t>(where.line()))
+{
+}
+
+void ZException::Report() const
+{
+    const std::string body = mMessage.ToNarrow() + "\n\rCode " + std::to_string(mCode) +
+                             ". You should close the plugin and remove it from any inserts before "
+                             "trying to use it again";
+    ZMessageBox::Show(ZMessageBox::kError, "An exception has occurred", body);
+}
+
+void reportCurrentException() noexcept
+try {
+    try {
+        throw;
+    } catch (const ZException& exception) {
+        exception.Report();
+    } catch (const std::exception& exception) {
+        ZException(-1, exception.what()).Report();
+    } catch (...) {
+        ZException(-1, "Unknown exception").Report();
+    }
+} catch (...) {
+    // No memory to say it in: nothing is left that could be told.
+}
+
+}  // namespace orvane

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "zlib/common/objects/ZSemaphore.h"
+
+#include <string_view>
+
+namespace orvane
+{
+
+/// A named lock: a semaphore of count 1. Not recursive and without an owner, so one thread must not
+/// take it twice. lock and unlock are spelt as std::lock_guard asks for them.
+class ZLock
+{
+public:
+    explicit ZLock(std::string_view name)
+        : mSemaphore(name, 1)
+    {
+    }
+
+    void lock() { mSemaphore.Wait(); }
+    void unlock() { mSemaphore.Release(); }
+
+private:
+    ZSemaphore mSemaphore;
+};
+
+}  // namespace orvane

@@ -1,0 +1,58 @@
+#include "zlib/common/objects/ZTempFile.h"
+
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZSystemServices.h"
+
+#include <string>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+std::string systemTempFolder()
+{
+    const auto folder = ZNativeFile::GetTempFolder();
+    if (!folder)
+        throw ZException(-1, "Unable to GetTempPath.");
+    return *folder;
+}
+
+/// What stands behind the name: an extension may be given with its dot.
+std::string suffixOf(const std::string& extension)
+{
+    return extension.starts_with('.') ? extension : "." + extension;
+}
+
+}  // namespace
+
+void MakeTempFile(const boost::shared_ptr<ZString>& folder,
+                  const boost::shared_ptr<ZString>& prefix,
+                  const boost::shared_ptr<ZString>& extension, boost::shared_ptr<ZFile>& out)
+{
+    const std::string where = folder ? folder->ToNarrow() : systemTempFolder();
+    const ZString ending = extension ? *extension : ZString();
+    // Made under its final name at once: had it another extension first, somebody else could take
+    // the final name before we do.
+    const auto path = ZNativeFile::MakeUnique(where, prefix ? prefix->ToNarrow() : "sop",
+                                              suffixOf(ending.ToNarrow()));
+    if (!path)
+        throw ZException(-1, "Unable to GetTempFileName.");
+    try {
+        out = boost::make_shared<ZFile>("tempfile", *path, ending);
+        out->SetDeleteOnClose(true);
+        out->Open(ZFile::kModeRead, true);
+    } catch (const ZException&) {
+        ShowMessageBox(ZMessageBox::kNotice, false, "File Open", "Problem when opening temp file");
+    }
+}
+
+void MakeTempFile(const boost::shared_ptr<ZString>& extension, boost::shared_ptr<ZFile>& out)
+{
+    MakeTempFile(nullptr, nullptr, extension, out);
+}
+
+}  // namespace orvane

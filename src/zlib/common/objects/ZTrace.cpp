@@ -1,0 +1,26 @@
+#include "zlib/common/objects/ZTrace.h"
+
+#include <atomic>
+
+namespace orvane
+{
+
+namespace
+{
+
+std::atomic<ZTrace::Sink> sinkInForce{nullptr};
+
+}  // namespace
+
+void ZTrace::Write(std::string_view line)
+{
+    if (const Sink sink = sinkInForce.load(std::memory_order_acquire))
+        sink(line);
+}
+
+ZTrace::Sink ZTrace::SetSink(Sink sink)
+{
+    return sinkInForce.exchange(sink, std::memory_order_acq_rel);
+}
+
+}  // namespace orvane

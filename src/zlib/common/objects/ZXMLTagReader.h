@@ -1,0 +1,61 @@
+#pragma once
+
+#include "zlib/common/objects/ZXMLTag.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace orvane
+{
+
+/// The state machine that reads a tag. Only the space character separates; tabs and line ends are
+/// ordinary characters. A `>` ends the tag in every state, also inside quotes.
+class ZXMLTagReader
+{
+public:
+    enum class Reading
+    {
+        kHeading,  // name and kind
+        kWhole,    // attributes and trace lines too
+    };
+
+    /// The tag is emptied and then filled by Read.
+    ZXMLTagReader(ZXMLTag& tag, Reading reading);
+
+    /// See ZXMLTag::Read.
+    std::size_t Read(std::string_view text, std::size_t position);
+
+private:
+    enum class State
+    {
+        kStart,
+        kKind,
+        kName,
+        kAttributeStart,
+        kAttributeName,
+        kAssignment,
+        kValueStart,
+        kQuotedValue,
+        kBareValue,
+        kValueEnd,
+    };
+
+    /// Takes one character in one state. True when it must be looked at again, in the new state.
+    bool Step(char character);
+    bool StepInHeading(char character);
+    bool StepInAttributeName(char character);
+    bool StepInValue(char character);
+    bool SeekAssignment(char character);
+    bool SeekValue(char character);
+    bool GoTo(State state, bool again);
+    void StoreAttribute();
+
+    ZXMLTag& mTag;
+    const Reading mReading;
+    State mState = State::kStart;
+    std::string mAttributeName;
+    std::string mAttributeValue;
+};
+
+}  // namespace orvane

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "zlib/common/signals/ZFifoList.h"
+#include "zlib/common/signals/ZSignalBay.h"
+
+#include <span>
+
+namespace orvane
+{
+
+class ZBuffer;
+
+/// The end of a network at which samples go out: an import and a FIFO a channel. The sink: once it
+/// is prepared, whatever it reads is awake. Built in code.
+class ZOutputBay : public ZSignalBay
+{
+public:
+    /// Throws ZException -1 unless channels is 0 to kMaxChannels. [setup]
+    ZOutputBay(std::string_view name, std::int32_t channels, ZLooper* looper = nullptr);
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
+    [[nodiscard]] std::int32_t GetInputChannelCount() const override;
+    /// Makes the bay a sink and wakes what it reads.
+    bool Prepare() override;
+    /// Empties the FIFOs.
+    void Reset() override;
+    void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
+                       std::int32_t exportCount) noexcept override;
+
+    /// Makes the FIFOs, or empty ones in their place; samples is a power of two, else throws
+    /// ZException -1. [setup]
+    void SetFifoSize(std::int32_t samples) { mFifos.SetSize(samples); }
+    /// Samples that the channel's FIFO takes; 0 when there is none. [audio thread]
+    [[nodiscard]] std::uint32_t Free(std::int32_t channel) const noexcept;
+    /// Samples that wait there. [audio thread]
+    [[nodiscard]] std::uint32_t Available(std::int32_t channel) const noexcept;
+    /// Takes count samples out of the channel's FIFO to the buffer's start. Throws ZException -1,
+    /// with none taken, when count is above Available or the buffer's length. [audio thread]
+    void Read(ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
+    /// The same with samples that stand in no buffer: all of the run. [audio thread]
+    void Read(std::span<float> samples, std::int32_t channel);
+    /// Samples that the last pass put into the FIFO of the last channel. [audio thread]
+    [[nodiscard]] std::uint32_t GetWritten() const noexcept { return mWritten; }
+
+private:
+    ZFifoList mFifos;
+    std::uint32_t mWritten = 0;
+};
+
+}  // namespace orvane

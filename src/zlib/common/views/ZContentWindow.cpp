@@ -1,0 +1,85 @@
+#include "zlib/common/views/ZContentWindow.h"
+
+#include "zlib/common/drawing/ZBitmap.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane
+{
+
+std::unique_ptr<ZContentWindow> ZContentWindow::Create(const ZNativeWindow::Settings& settings,
+                                                       ZWindowContent& content)
+{
+    std::unique_ptr<ZContentWindow> window(new ZContentWindow(settings.rect, content));
+    window->mNative = ZNativeWindow::Create(settings, *window);
+    return window->mNative ? std::move(window) : nullptr;
+}
+
+ZContentWindow::ZContentWindow(const ZRect& rect, ZWindowContent& content)
+    : mContent(content)
+    , mPicture(std::make_unique<ZBitmap>(rect.GetWidth(), rect.GetHeight(), nullptr))
+{
+}
+
+ZContentWindow::~ZContentWindow() = default;
+
+void ZContentWindow::Show()
+{
+    mNative->Show();
+}
+
+void ZContentWindow::Redraw()
+{
+    if (mNative)
+        mNative->Invalidate(mPicture->GetFrame());
+}
+
+void ZContentWindow::NativePaint(const ZRect& update)
+{
+    // Its own creation may ask for the first picture.
+    if (!mNative)
+        return;
+    mContent.Draw(*mPicture);
+    mNative->Present(*mPicture->GetNative(), update);
+}
+
+void ZContentWindow::NativeMouse(const ZNativeMouseEvent& event)
+{
+    if (mContent.Mouse(event))
+        Redraw();
+}
+
+bool ZContentWindow::NativeKey(const ZNativeKeyEvent& event)
+{
+    if (mContent.Key(event))
+        Redraw();
+    return true;
+}
+
+void ZContentWindow::NativeFocus(bool focused)
+{
+    if (std::exchange(mHasFocus, focused) && !focused)
+        mContent.FocusLost();
+}
+
+void ZContentWindow::NativeCloseRequested()
+{
+    mContent.Dismiss();
+}
+
+void ZContentWindow::NativeDestroyed()
+{
+    mContent.Dismiss();
+}
+
+ZRect keptOn(const ZRect& monitor, const ZRect& rect)
+{
+    const std::int32_t width = std::min(rect.GetWidth(), monitor.GetWidth());
+    const std::int32_t height = std::min(rect.GetHeight(), monitor.GetHeight());
+    const std::int32_t left = std::clamp(rect.left, monitor.left, monitor.right - width);
+    const std::int32_t top = std::clamp(rect.top, monitor.top, monitor.bottom - height);
+    return {left, top, left + width, top + height};
+}
+
+}  // namespace orvane

@@ -1,0 +1,54 @@
+#include "zlib/common/views/ZMessageBoxWindow.h"
+
+#include "zlib/common/documents/ZApp.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
+#include "zlib/common/views/ZContentWindow.h"
+#include "zlib/common/views/ZMessageBoxContent.h"
+
+namespace orvane
+{
+
+namespace
+{
+
+/// In the middle of the monitor, a little above, where no window manager places it elsewhere.
+void place(ZNativeWindow& window, const ZPoint& size)
+{
+    const ZRect monitor = window.GetMonitor({0, 0});
+    const ZRect middle =
+        ZRect{0, 0, size.x, size.y}.Offset(monitor.left + (monitor.GetWidth() - size.x) / 2,
+                                           monitor.top + (monitor.GetHeight() - size.y) / 3);
+    window.SetRect(keptOn(monitor, middle));
+}
+
+}  // namespace
+
+void ZMessageBoxWindow::Install()
+{
+    ZMessageBox::SetModalPresenter(&ZMessageBoxWindow::Show);
+}
+
+bool ZMessageBoxWindow::Show(ZMessageBox::Kind kind, const ZString& title, const ZString& text)
+{
+    if (ZApp::CountInstances() == 0)
+        return false;
+    ZMessageBoxContent content(kind, text);
+    const ZPoint size = content.GetSize();
+    const auto window = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kDialog,
+                                                .parent = 0,
+                                                .rect = {0, 0, size.x, size.y},
+                                                .title = title},
+                                               content);
+    if (!window)
+        return false;
+    const ZInterfaceThread thread;
+    // It belongs to no application, and so it ends with the last one.
+    ZModalRun run(thread.GetLoop(), nullptr);
+    content.SetEnded([&run] { run.End(); });
+    place(window->GetNative(), size);
+    window->Show();
+    run.Run();
+    return true;
+}
+
+}  // namespace orvane

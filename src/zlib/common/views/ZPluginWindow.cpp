@@ -1,0 +1,38 @@
+#include "zlib/common/views/ZPluginWindow.h"
+
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/views/ZView.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+namespace orvane
+{
+
+bool ZPluginWindow::IsKindOf(std::string_view className) const
+{
+    return className == "ZPluginWindowClass" || ZWindow::IsKindOf(className);
+}
+
+const char* ZPluginWindow::GetClassName() const
+{
+    return "ZPluginWindowClass";
+}
+
+void ZPluginWindow::Detach()
+{
+    if (!IsAttached())
+        return;
+    const auto message = boost::make_shared<ZMessage>(ZDETACHED);
+    message->Add<ZWindow*>("DetachedWindow", this);
+    GetRootView()->HandleZMessage(message);
+    SetAttached(false);
+}
+
+bool ZPluginWindow::NativeKey(const ZNativeKeyEvent& event)
+{
+    ZWindow::NativeKey(event);
+    return true;
+}
+
+}  // namespace orvane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "zlib/common/views/ZWindow.h"
+
+namespace orvane
+{
+
+/// A window that a host opens and closes, whose views are detached in between, and which wants all
+/// keys while it has the keyboard.
+class ZPluginWindow : public ZWindow
+{
+public:
+    using ZWindow::ZWindow;
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    void Detach() override;
+    bool NativeKey(const ZNativeKeyEvent& event) override;
+};
+
+}  // namespace orvane

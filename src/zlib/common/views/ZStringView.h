@@ -1,0 +1,50 @@
+#pragma once
+
+#include "zlib/common/views/ZView.h"
+
+namespace orvane
+{
+
+/// A label: one text that lets the ground show between its letters.
+class ZStringView : public ZView
+{
+public:
+    /// Reads the tag `label` with text, align and key: the key's text comes in the place of text
+    /// where the application has one.
+    ZStringView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
+    ~ZStringView() override;
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
+
+    void OnAttached() override;
+    void OnDetached() override;
+    void Draw(const ZRect& rect) override;
+    /// What the text takes; 0 until the view stands in a window.
+    [[nodiscard]] std::int32_t GetMinWidth() const override { return mTextWidth; }
+    [[nodiscard]] std::int32_t GetMinHeight() const override { return mTextHeight; }
+    void SetPenColor(const ZColor& color) override;
+    void SetFont(const boost::shared_ptr<ZFont>& font) override;
+    virtual void SetText(const ZString& text);
+    [[nodiscard]] const ZString& GetText() const { return mText; }
+    /// How the text lies in the view: 0 centre, 1 left, 2 right. What has been rendered stays so
+    /// until the text changes.
+    [[nodiscard]] std::int32_t GetAlign() const override { return mAlign; }
+    void SetAlign(std::int32_t align) override;
+
+protected:
+    ZString mText;
+    std::int32_t mTextWidth = 0;
+    std::int32_t mTextHeight = 0;
+    std::int32_t mAlign = kAlignCentre;
+    bool mCacheAlpha = false;
+    boost::shared_ptr<ZBitmap> mCache;  // the rendered text; null until it is drawn
+
+private:
+    void ReadLabel(const ZXMLElement& xml);
+    void MeasureText();
+    void RenderText();
+};
+
+}  // namespace orvane

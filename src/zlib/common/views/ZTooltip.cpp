@@ -1,0 +1,166 @@
+#include "zlib/common/views/ZTooltip.h"
+
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/views/ZContentWindow.h"
+#include "zlib/common/views/ZTooltipContent.h"
+#include "zlib/common/views/ZView.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <algorithm>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+// From the pointer's tip to the corner of the tip's window, so that the pointer covers no text.
+constexpr std::int32_t kBelowPointer = 20;
+
+/// At most so many units, and no half of a pair at the end.
+ZString cutTo(const ZString& text, std::int32_t length)
+{
+    if (text.Length() <= length)
+        return text;
+    const char16_t* const units = text.Chars();
+    const bool splitsPair = (units[length - 1] & 0xfc00) == 0xd800;
+    return ZString(std::u16string(units, static_cast<std::size_t>(length - (splitsPair ? 1 : 0))));
+}
+
+}  // namespace
+
+ZTooltip::ZTooltip(ZWindow& window)
+    : mWindow(window)
+    , mTimer(ZWindow::kNoTimer)
+{
+}
+
+ZTooltip::~ZTooltip()
+{
+    StopTimer();
+}
+
+void ZTooltip::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    std::int64_t timer = ZWindow::kNoTimer;
+    if (message->GetId() != ZTIMER || !message->Find<std::int64_t>("TimerID", timer) ||
+        timer != mTimer)
+        return ZHandler::HandleZMessage(message);
+    StopTimer();
+    if (mState == State::kWaiting)
+        return Show();
+    Hide();
+    mState = State::kSpent;
+}
+
+void ZTooltip::AddTool(ZView* view, const ZRect& rect)
+{
+    RemoveTool(view);
+    mTools.push_back({view, rect});
+}
+
+void ZTooltip::RemoveTool(ZView* view)
+{
+    std::erase_if(mTools, [view](const Tool& tool) { return tool.view == view; });
+    if (mView == view)
+        Left();
+}
+
+const ZTooltip::Tool* ZTooltip::FindTool(const ZPoint& point) const
+{
+    const auto found = std::find_if(mTools.rbegin(), mTools.rend(), [&point](const Tool& tool) {
+        return tool.rect.Contains(point);
+    });
+    return found == mTools.rend() ? nullptr : &*found;
+}
+
+void ZTooltip::MouseMoved(const ZPoint& point)
+{
+    const bool moved = point != mPoint;
+    mPoint = point;
+    const Tool* const tool = FindTool(point);
+    if (!tool)
+        return Left();
+    if (tool->view != mView) {
+        const bool wasShown = mState == State::kShown;
+        Hide();
+        mView = tool->view;
+        mState = State::kWaiting;
+        return Wait(wasShown ? kReshow : kInitial);
+    }
+    // Only a pointer at rest asks for a tip.
+    if (mState == State::kWaiting && moved)
+        Wait(kInitial);
+}
+
+void ZTooltip::MouseDown()
+{
+    StopTimer();
+    Hide();
+    if (mView)
+        mState = State::kSpent;
+}
+
+void ZTooltip::Left()
+{
+    StopTimer();
+    Hide();
+    mView = nullptr;
+    mState = State::kIdle;
+}
+
+void ZTooltip::Wait(std::int64_t microseconds)
+{
+    StopTimer();
+    mTimer = mWindow.StartTimer(microseconds, *this);
+}
+
+void ZTooltip::StopTimer()
+{
+    if (mTimer != ZWindow::kNoTimer)
+        mWindow.StopTimer(mTimer);
+    mTimer = ZWindow::kNoTimer;
+}
+
+void ZTooltip::Show()
+{
+    mText = TextOf(*mView);
+    mState = State::kShown;
+    OpenWindow();
+    Wait(kAutopop);
+}
+
+ZString ZTooltip::TextOf(ZView& view) const
+{
+    const ZPoint& origin = view.GetWindowOrigin();
+    const ZString text = view.GetTooltipText({mPoint.x - origin.x, mPoint.y - origin.y});
+    return cutTo(text.IsEmpty() ? ZString(mWindow.GetName()) : text, kMaxLength);
+}
+
+void ZTooltip::OpenWindow()
+{
+    const ZNativeWindow* const owner = mWindow.GetNativeWindow();
+    if (!owner)
+        return;
+    mContent = std::make_unique<ZTooltipContent>(mText);
+    const ZPoint corner = mWindow.ToScreen(mPoint);
+    const ZPoint size = mContent->GetSize();
+    const ZRect rect = ZRect{0, 0, size.x, size.y}.Offset(corner.x, corner.y + kBelowPointer);
+    mNative = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kPopup,
+                                      .parent = owner->GetHandle(),
+                                      .rect = keptOn(owner->GetMonitor(corner), rect),
+                                      .title = {}},
+                                     *mContent);
+    if (mNative)
+        mNative->Show();
+}
+
+void ZTooltip::Hide()
+{
+    mNative.reset();
+    mContent.reset();
+}
+
+}  // namespace orvane

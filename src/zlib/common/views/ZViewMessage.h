@@ -1,0 +1,45 @@
+#pragma once
+
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZPoint.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <cstdint>
+#include <string>
+
+namespace orvane
+{
+
+class ZDocument;
+
+/// A field that a message of views and windows must hold; named: how the failure's text calls it.
+/// Throws ZException -1 "Couldn't find ... in Message".
+template <ZMsgValue T>
+[[nodiscard]] T requireField(const ZMessage& message, const char* field, const char* named)
+{
+    T value{};
+    if (!message.Find<T>(field, value))
+        throw ZException(-1, std::string("Couldn't find ") + named + " in Message");
+    return value;
+}
+
+template <ZMsgValue T>
+[[nodiscard]] T requireField(const ZMessage& message, const char* field)
+{
+    return requireField<T>(message, field, field);
+}
+
+/// The document in a field, shared or plain; it may be null. Throws ZException -1 "Couldn't find
+/// NewDocument in Message".
+[[nodiscard]] ZDocument* requireDocument(const ZMessage& message, const char* field);
+
+/// With the point in the field of that name, and mods in "MouseMods".
+[[nodiscard]] boost::shared_ptr<ZMessage> makeMouseMessage(std::int32_t id, const char* field,
+                                                           const ZPoint& point, std::uint32_t mods);
+/// ZMOUSEWHEEL with all its fields.
+[[nodiscard]] boost::shared_ptr<ZMessage> makeWheelMessage(const ZPoint& point, std::uint32_t mods,
+                                                           std::int32_t axis, std::int32_t delta);
+
+}  // namespace orvane

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "zlib/common/documents/ZWindowKeeper.h"
+#include "zlib/common/drawing/ZDrawingLibrary.h"
+#include "zlib/common/native/ZNativeWindow.h"
+#include "zlib/common/signals/ZLockedList.h"
+#include "zlib/common/views/ZDocumentMap.h"
+#include "zlib/common/views/ZWindowType.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+class ZApp;
+class ZApplication;
+class ZDocument;
+class ZMessage;
+class ZWindow;
+class ZXMLElement;
+
+/// Keeps the types of windows of a description and the table of which document gets which, makes
+/// windows and passes messages to them.
+/// [interface thread, or any other but the audio thread under the interface lock]
+class ZWindowManager : public ZWindowKeeper
+{
+public:
+    /// Another tag than `windowmanager` leaves the manager empty. The parent is the window that a
+    /// nested manager belongs to, else null.
+    ZWindowManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application,
+                   ZWindow* parentWindow = nullptr);
+    ~ZWindowManager() override;
+    /// For ZApp::SetWindowKeeperMaker.
+    [[nodiscard]] static std::unique_ptr<ZWindowKeeper>
+    Make(const boost::shared_ptr<ZXMLElement>& xml, ZApp* application);
+
+    [[nodiscard]] bool IsKindOf(std::string_view className) const override;
+    [[nodiscard]] const char* GetClassName() const override;
+    /// What is not about documents and windows is forwarded to every window. Throws ZException -1
+    /// when a field is missing, and what building a window throws.
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
+
+    /// The entries of a `documenttypes`, or of a `windowtypes`, join those that are there; another
+    /// tag is traced and passed over. [setup]
+    void AddDocumentMapTypes(const ZXMLElement& xml);
+    void AddWindowTypes(const ZXMLElement& xml);
+
+    /// Null when there is none.
+    [[nodiscard]] boost::shared_ptr<ZWindow> GetWindow(std::int32_t index) const;
+    [[nodiscard]] std::int32_t GetWindowCount() const { return mWindows.Count(); }
+    [[nodiscard]] boost::shared_ptr<ZWindow> CurrentWindow() const { return GetWindow(mCurrent); }
+    [[nodiscard]] boost::shared_ptr<ZWindow> GetCurrentWindow() const override
+    {
+        return CurrentWindow();
+    }
+
+private:
+    using Message = boost::shared_ptr<const ZMessage>;
+    using Types = std::vector<std::shared_ptr<const ZWindowType>>;
+    using Windows = std::vector<boost::shared_ptr<ZWindow>>;
+
+    void HandleDocumentNew(const Message& message);
+    void HandleDocumentChanged(const Message& message);
+    void HandleDocumentClosed(const Message& message);
+    void HandleWindowNew(const Message& message);
+    void HandleShow(const Message& message);
+    void HandleShowDialog(const ZMessage& message);
+    void HandleEnabling(const Message& message);
+    void SetWindowScale(const ZMessage& message, double scale);
+    void UpdateWindows();
+    [[nodiscard]] boost::shared_ptr<ZWindow> FindWindow(std::int32_t nativeHandle) const;
+
+    void MakeWindows(const ZDocumentMap& map, const Message& message);
+    [[nodiscard]] Types FindTypes(const std::string& name) const;
+    [[nodiscard]] boost::shared_ptr<ZWindow> BuildWindow(const ZWindowType& type);
+    void RemoveWindow(const boost::shared_ptr<ZWindow>& window, const Message& message);
+    void SendToWindows(const Message& message) const;
+    void SendToAll(const Message& message) const;
+    static void SendToNested(const ZWindow& window, const Message& message);
+    void SendToNestedOfCurrent(const Message& message) const;
+
+    const ZDrawingLibrary mDrawing;  // outlives the windows, which draw
+    ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentMaps{"document maps"};
+    ZLockedList<std::shared_ptr<const ZWindowType>> mWindowTypes{"window types"};
+    ZLockedList<boost::shared_ptr<ZWindow>> mWindows{"window instances"};
+    std::int32_t mCurrent = 0;
+    ZWindow* const mParentWindow;
+};
+
+}  // namespace orvane

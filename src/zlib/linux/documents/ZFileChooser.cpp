@@ -1,0 +1,179 @@
+#include "zlib/common/documents/ZFileChooser.h"
+
+#include "zlib/common/objects/ZEventLoop.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
+#include "zlib/common/objects/ZMessageBox.h"
+#include "zlib/linux/documents/ZDesktopProgram.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Arguments = std::vector<std::string>;
+
+/// What a program writes, read without waiting.
+class Pipe
+{
+public:
+    Pipe()
+    {
+        if (pipe2(mEnds.data(), O_CLOEXEC) == 0)
+            fcntl(mEnds[0], F_SETFL, O_NONBLOCK);
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    ~Pipe()
+    {
+        CloseWriter();
+        if (mEnds[0] >= 0)
+            close(mEnds[0]);
+    }
+
+    [[nodiscard]] bool IsOpen() const { return mEnds[0] >= 0; }
+    [[nodiscard]] int Reader() const { return mEnds[0]; }
+    [[nodiscard]] int Writer() const { return mEnds[1]; }
+    /// Only then does the reader come to an end, when the program does.
+    void CloseWriter()
+    {
+        if (mEnds[1] >= 0)
+            close(mEnds[1]);
+        mEnds[1] = -1;
+    }
+
+private:
+    std::array<int, 2> mEnds{-1, -1};
+};
+
+bool isSet(const char* variable)
+{
+    const char* const value = std::getenv(variable);
+    return value && *value;
+}
+
+bool hasDisplay()
+{
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+bool isKde()
+{
+    const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    return desktop && std::string_view(desktop).find("KDE") != std::string_view::npos;
+}
+
+/// A name to begin with, which tells the extension.
+std::string suggestion(const ZFileRequest& request)
+{
+    std::string name = "Untitled";
+    if (!request.types.empty())
+        name.append(".").append(request.types.front()->extension);
+    return name;
+}
+
+Arguments zenity(const ZFileRequest& request)
+{
+    Arguments arguments = {"zenity", "--file-selection", "--title=" + request.title.ToNarrow()};
+    if (request.purpose == ZFileRequest::kSave)
+        arguments.insert(arguments.end(),
+                         {"--save", "--confirm-overwrite", "--filename=" + suggestion(request)});
+    for (const auto& type : request.types)
+        arguments.push_back("--file-filter=" + ZFileChooser::FilterName(*type) + " | " +
+                            ZFileChooser::FilterPattern(*type));
+    return arguments;
+}
+
+Arguments kdialog(const ZFileRequest& request)
+{
+    const bool saves = request.purpose == ZFileRequest::kSave;
+    std::string filter;
+    for (const auto& type : request.types)
+        filter.append(filter.empty() ? "" : "\n").append(ZFileChooser::FilterName(*type));
+    return {"kdialog",
+            "--title",
+            request.title.ToNarrow(),
+            saves ? "--getsavefilename" : "--getopenfilename",
+            saves ? suggestion(request) : ".",
+            filter};
+}
+
+std::unique_ptr<ZDesktopProgram> start(const ZFileRequest& request, int output)
+{
+    std::array<Arguments, 2> choosers{zenity(request), kdialog(request)};
+    if (isKde())
+        std::swap(choosers[0], choosers[1]);
+    for (Arguments& arguments : choosers)
+        if (auto program = std::make_unique<ZDesktopProgram>(std::move(arguments), output);
+            program->HasStarted())
+            return program;
+    return nullptr;
+}
+
+/// False at the end of what there is to read.
+bool readOn(int descriptor, std::string& text)
+{
+    std::array<char, 4096> bytes;
+    const ssize_t count = read(descriptor, bytes.data(), bytes.size());
+    if (count > 0)
+        text.append(bytes.data(), static_cast<std::size_t>(count));
+    return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
+}
+
+/// What is written until the end. None when the owner ends the run before.
+std::optional<std::string> readModally(int descriptor, const void* owner)
+{
+    const ZInterfaceThread thread;
+    ZModalRun run(thread.GetLoop(), owner);
+    std::string text;
+    bool isWhole = false;
+    const ZEventLoop::SourceId source = thread.GetLoop().AddDescriptor(descriptor, [&] {
+        isWhole = isWhole || !readOn(descriptor, text);
+        if (isWhole)
+            run.End();
+    });
+    run.Run();
+    thread.GetLoop().Remove(source);
+    return isWhole ? std::optional(text) : std::nullopt;
+}
+
+void tellThatThereIsNone(const ZFileRequest& request)
+{
+    ZMessageBox::Show(ZMessageBox::kWarning, request.title,
+                      "No file dialog can be shown: install zenity or kdialog.");
+}
+
+}  // namespace
+
+std::optional<std::string> ZFileChooser::AskDesktop(const ZFileRequest& request)
+{
+    Pipe output;
+    auto program = hasDisplay() && output.IsOpen() ? start(request, output.Writer()) : nullptr;
+    if (!program) {
+        tellThatThereIsNone(request);
+        return std::nullopt;
+    }
+    output.CloseWriter();
+    std::optional<std::string> path = readModally(output.Reader(), request.owner);
+    // It may be slow to end, or in the user's hands still.
+    const ZInterfaceUnlock unlocked;
+    program->Kill();
+    program.reset();
+    // Nothing is written when the user cancels. The host may reap our programs, so that how they
+    // ended is not known for certain.
+    if (path && path->ends_with('\n'))
+        path->pop_back();
+    return path && !path->empty() ? path : std::nullopt;
+}
+
+}  // namespace orvane

@@ -1,0 +1,207 @@
+#include "zlib/linux/drawing/ZFontCollection.h"
+
+#include "zlib/common/drawing/ZDrawingLibrary.h"
+#include "zlib/common/objects/ZString.h"
+#include "zlib/common/objects/ZUndying.h"
+
+#include <fontconfig/fontconfig.h>
+#include <pango/pangofc-fontmap.h>
+
+#include <algorithm>
+#include <optional>
+
+#include <dlfcn.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Text drawing registers types with a library that is never unloaded and runs a thread of its own,
+/// so it must not be unloaded either when a host unloads us. Never undone.
+bool keepTextLibraryLoaded()
+{
+    Dl_info info;
+    const void* const function = reinterpret_cast<const void*>(&pango_cairo_show_layout);
+    return dladdr(function, &info) != 0 &&
+           dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
+}
+
+// At load, since what the libraries make when they are loaded would be lost with each of us.
+[[maybe_unused]] const bool kTextLibraryIsKept = keepTextLibraryLoaded();
+
+struct ConfigFreer
+{
+    void operator()(FcConfig* config) const { FcConfigDestroy(config); }
+};
+using ConfigPointer = std::unique_ptr<FcConfig, ConfigFreer>;
+
+/// The system's configuration and fonts, read anew, and the files.
+ConfigPointer loadConfig(const std::vector<std::string>& files)
+{
+    ConfigPointer config(FcInitLoadConfigAndFonts());
+    if (!config)
+        return nullptr;
+    for (const std::string& file : files)
+        FcConfigAppFontAddFile(config.get(), reinterpret_cast<const FcChar8*>(file.c_str()));
+    return config;
+}
+
+bool hasFonts(FcConfig* config)
+{
+    const auto holds = [config](FcSetName name) {
+        const FcFontSet* const set = FcConfigGetFonts(config, name);
+        return set && set->nfont > 0;
+    };
+    return holds(FcSetSystem) || holds(FcSetApplication);
+}
+
+PangoFontMap* makeFontMap(const std::vector<std::string>& files)
+{
+    const ConfigPointer config = loadConfig(files);
+    // Text layout takes it for granted that some font stands in for all others.
+    if (!config || !hasFonts(config.get()))
+        return nullptr;
+    PangoFontMap* const map = pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT);
+    if (map)
+        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(map), config.get());
+    return map;
+}
+
+/// The process keeps maps that nobody uses under the place of a function that is never unloaded and
+/// the files the map was made with.
+gconstpointer keepingPlace()
+{
+    return reinterpret_cast<gconstpointer>(&pango_cairo_show_layout);
+}
+
+GQuark keepingName(const std::vector<std::string>& files)
+{
+    std::string name = "orvane fonts";
+    for (const std::string& file : files)
+        name += '\n' + file;
+    return g_quark_from_string(name.c_str());
+}
+
+/// Taken, so that no second library in the process has it too.
+PangoFontMap* takeFontMap(const std::vector<std::string>& files)
+{
+    return static_cast<PangoFontMap*>(
+        g_dataset_id_remove_no_notify(keepingPlace(), keepingName(files)));
+}
+
+using CharPointer = std::unique_ptr<char, decltype(&g_free)>;
+
+/// A file in memory with these bytes, by its path; it stays open. None when there can be none.
+std::optional<std::string> makeMemoryFile(std::span<const std::byte> bytes)
+{
+    const int descriptor = memfd_create("orvane font", MFD_CLOEXEC);
+    if (descriptor < 0)
+        return std::nullopt;
+    const auto size = static_cast<ssize_t>(bytes.size());
+    if (write(descriptor, bytes.data(), bytes.size()) == size)
+        return "/proc/self/fd/" + std::to_string(descriptor);
+    close(descriptor);
+    return std::nullopt;
+}
+
+/// The path under which the font library can read the bytes. It knows files alone, and reads them
+/// whenever it likes to; so the file stays with the process, as the font maps that name it do, and
+/// whoever brings the same bytes gets the same one.
+std::optional<std::string> memoryFileOf(std::span<const std::byte> bytes)
+{
+    const CharPointer sum(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
+                                                      reinterpret_cast<const guchar*>(bytes.data()),
+                                                      bytes.size()),
+                          &g_free);
+    const GQuark name = g_quark_from_string(("orvane font " + std::string(sum.get())).c_str());
+    if (const void* const kept = g_dataset_id_get_data(keepingPlace(), name))
+        return static_cast<const char*>(kept);
+    const auto path = makeMemoryFile(bytes);
+    if (path)
+        g_dataset_id_set_data(keepingPlace(), name, g_strdup(path->c_str()));
+    return path;
+}
+
+// Never destroyed: the interface thread may draw until the very end of the process.
+const ZUndying<ZFontCollection> fontCollection;
+
+}  // namespace
+
+ZFontCollection& ZFontCollection::Get()
+{
+    return *fontCollection;
+}
+
+void ZFontCollection::Retain()
+{
+    const std::lock_guard lock(mMutex);
+    ++mUsers;
+}
+
+void ZFontCollection::Release()
+{
+    const std::lock_guard lock(mMutex);
+    if (--mUsers > 0)
+        return;
+    LeaveFontMap();
+    // With its memory, which would be lost with the library.
+    std::vector<std::string>().swap(mFiles);
+}
+
+void ZFontCollection::AddFile(const std::string& path)
+{
+    const std::lock_guard lock(mMutex);
+    if (std::find(mFiles.begin(), mFiles.end(), path) != mFiles.end())
+        return;
+    // A lookup may be under way in the map's own thread, so the configuration it reads is never
+    // changed: the next text gets another map.
+    LeaveFontMap();
+    mFiles.push_back(path);
+}
+
+void ZFontCollection::LeaveFontMap()
+{
+    if (mFontMap)
+        g_dataset_id_set_data(keepingPlace(), keepingName(mFiles), mFontMap);
+    mFontMap = nullptr;
+    mCurrent = false;
+}
+
+PangoFontMap* ZFontCollection::GetFontMap()
+{
+    if (!mCurrent)
+        mFontMap = takeFontMap(mFiles);
+    if (!mCurrent && !mFontMap)
+        mFontMap = makeFontMap(mFiles);
+    mCurrent = true;
+    return mFontMap;
+}
+
+ZDrawingLibrary::ZDrawingLibrary()
+{
+    ZFontCollection::Get().Retain();
+}
+
+ZDrawingLibrary::~ZDrawingLibrary()
+{
+    ZFontCollection::Get().Release();
+}
+
+void AddPrivateFont(const ZString& path)
+{
+    if (!path.IsEmpty())
+        ZFontCollection::Get().AddFile(path.ToNarrow());
+}
+
+void AddPrivateFont(std::span<const std::byte> font)
+{
+    ZFontCollection& fonts = ZFontCollection::Get();
+    if (const auto path = memoryFileOf(font))
+        fonts.AddFile(*path);
+}
+
+}  // namespace orvane

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "zlib/common/drawing/ZGradientBrush.h"
+#include "zlib/linux/drawing/ZCairo.h"
+
+namespace orvane
+{
+
+struct ZGradientBrush::Native
+{
+    CairoPointer<cairo_pattern_t> pattern;
+};
+
+}  // namespace orvane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "zlib/common/drawing/ZImage.h"
+#include "zlib/linux/drawing/ZCairo.h"
+
+namespace orvane
+{
+
+/// An image is a Cairo image surface with alpha.
+struct ZImage::Native
+{
+    CairoPointer<cairo_surface_t> surface;
+};
+
+}  // namespace orvane

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "zlib/common/native/ZNativeWindow.h"
+#include "zlib/linux/native/ZXcb.h"
+
+#include <xkbcommon/xkbcommon-compose.h>
+#include <xkbcommon/xkbcommon.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+struct XkbFreer
+{
+    void operator()(xkb_context* context) const { xkb_context_unref(context); }
+    void operator()(xkb_keymap* keymap) const { xkb_keymap_unref(keymap); }
+    void operator()(xkb_state* state) const { xkb_state_unref(state); }
+    void operator()(xkb_compose_table* table) const { xkb_compose_table_unref(table); }
+    void operator()(xkb_compose_state* state) const { xkb_compose_state_unref(state); }
+};
+
+template <typename T>
+using XkbPointer = std::unique_ptr<T, XkbFreer>;
+
+/// What the keys of the display mean. The user's map is read with the first key, and again after he
+/// has changed it: without XKB on the server, the plain map of earlier days, with no third level
+/// and no second layout. [under the interface lock]
+class ZKeyboard
+{
+public:
+    explicit ZKeyboard(xcb_connection_t* connection);
+    ZKeyboard(const ZKeyboard&) = delete;
+    ZKeyboard& operator=(const ZKeyboard&) = delete;
+
+    /// The meaning of a key that went down while others were held as the event says. Text that
+    /// several keys make together, such as an accent and a letter, comes with the last of them.
+    [[nodiscard]] ZNativeKeyEvent Translate(const xcb_key_press_event_t& event);
+    /// True for an event about the map, which concerns nobody else.
+    bool HandleEvent(const xcb_generic_event_t& event);
+
+private:
+    void Load();
+    [[nodiscard]] bool LoadXkb();
+    void LoadPlain();
+    [[nodiscard]] xkb_keysym_t GetSymbol(const xcb_key_press_event_t& event) const;
+    [[nodiscard]] xkb_keysym_t GetPlainSymbol(const xcb_key_press_event_t& event) const;
+    [[nodiscard]] ZString Compose(xkb_keysym_t symbol);
+    void LoadComposer();
+    [[nodiscard]] xkb_keysym_t GetLatinSymbol(xcb_keycode_t key, xkb_keysym_t symbol) const;
+
+    xcb_connection_t* const mConnection;
+    bool mLoaded = false;
+    std::uint8_t mXkbEvent = 0;  // the number of XKB's events, once it is in use
+    XkbPointer<xkb_context> mContext;
+    XkbPointer<xkb_state> mState;  // null without XKB
+    XcbPointer<xcb_get_keyboard_mapping_reply_t> mPlain;
+    XkbPointer<xkb_compose_state> mComposer;  // once a dead key was pressed
+};
+
+}  // namespace orvane

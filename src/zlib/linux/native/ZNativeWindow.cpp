@@ -1,0 +1,258 @@
+#include "zlib/common/native/ZNativeWindow.h"
+
+#include "zlib/linux/native/ZDialogProperties.h"
+#include "zlib/linux/native/ZDisplayConnection.h"
+#include "zlib/linux/native/ZMonitors.h"
+#include "zlib/linux/native/ZNativeWindowNative.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::uint32_t kEvents = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                  XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
+                                  XCB_EVENT_MASK_POINTER_MOTION | XCB_EVENT_MASK_ENTER_WINDOW |
+                                  XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_KEY_PRESS |
+                                  XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_FOCUS_CHANGE;
+
+std::int16_t toPosition(std::int32_t value)
+{
+    using Limits = std::numeric_limits<std::int16_t>;
+    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, Limits::min(), Limits::max()));
+}
+
+/// A window has a pixel at least.
+std::uint16_t toLength(std::int32_t value)
+{
+    return static_cast<std::uint16_t>(
+        std::clamp<std::int32_t>(value, 1, std::numeric_limits<std::int16_t>::max()));
+}
+
+/// In the range of the display's numbers.
+ZRect toDisplay(const ZRect& rect)
+{
+    const std::int32_t left = toPosition(rect.left);
+    const std::int32_t top = toPosition(rect.top);
+    return {left, top, left + toLength(rect.GetWidth()), top + toLength(rect.GetHeight())};
+}
+
+/// XCB_NONE where the server refuses. No background is set, so that the server paints none: what
+/// is on the screen stays until the new picture is there.
+xcb_window_t makeWindow(ZDisplayConnection& display, const ZNativeWindow::Settings& settings,
+                        xcb_window_t parent)
+{
+    const ZDisplayConnection::Format& format = display.GetFormat();
+    xcb_create_window_value_list_t values{};
+    values.border_pixel = 0;  // must be given where the parent's depth differs
+    values.bit_gravity = XCB_GRAVITY_NORTH_WEST;
+    values.override_redirect = settings.kind == ZNativeWindow::Kind::kPopup;
+    values.event_mask = kEvents;
+    values.colormap = format.colormap;
+    const xcb_window_t window = xcb_generate_id(display.GetNative());
+    const ZRect& rect = settings.rect;
+    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(
+        display.GetNative(),
+        xcb_create_window_aux_checked(
+            display.GetNative(), format.depth, window, parent, toPosition(rect.left),
+            toPosition(rect.top), toLength(rect.GetWidth()), toLength(rect.GetHeight()), 0,
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, format.visual,
+            XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT |
+                XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+            &values)));
+    return error || display.IsBroken() ? xcb_window_t{XCB_NONE} : window;
+}
+
+bool isWindowNumber(ZNativeHandle handle)
+{
+    return handle != 0 && handle <= std::numeric_limits<xcb_window_t>::max();
+}
+
+}  // namespace
+
+std::unique_ptr<ZNativeWindow> ZNativeWindow::Create(const Settings& settings,
+                                                     ZNativeWindowClient& client)
+{
+    const auto display = ZDisplayConnection::Get();
+    if (!display)
+        return nullptr;
+    const ZDisplayUse use(display);
+    const bool isChild = settings.kind == Kind::kChild;
+    Settings placed = settings;
+    placed.rect = toDisplay(settings.rect);
+    if (!isWindowNumber(placed.parent))
+        placed.parent = 0;
+    const auto owner = static_cast<xcb_window_t>(placed.parent);
+    const xcb_window_t window =
+        isChild && owner == XCB_NONE
+            ? XCB_NONE
+            : makeWindow(*display, placed, isChild ? owner : display->GetRoot());
+    if (window == XCB_NONE) {
+        std::fprintf(stderr, "The display has no window %#jx to make one in\n",
+                     static_cast<std::uintmax_t>(settings.parent));
+        return nullptr;
+    }
+    if (settings.kind == Kind::kDialog) {
+        setDialogProperties(*display, window, owner);
+        setDialogPlace(*display, window, placed.rect);
+        setDialogTitle(*display, window, settings.title);
+    }
+    if (!isChild)
+        placed.parent = display->GetRoot();
+    return std::make_unique<ZNativeWindow>(
+        std::make_unique<Native>(display, window, placed, client));
+}
+
+ZNativeWindow::ZNativeWindow(std::unique_ptr<Native> native)
+    : mNative(std::move(native))
+{
+}
+
+ZNativeWindow::~ZNativeWindow() = default;
+
+ZNativeHandle ZNativeWindow::GetHandle() const
+{
+    return mNative->id;
+}
+
+bool ZNativeWindow::IsAlive() const
+{
+    return mNative->IsAlive();
+}
+
+void ZNativeWindow::Show()
+{
+    if (!IsAlive())
+        return;
+    const ZDisplayUse use(mNative->display);
+    mNative->isShown = true;
+    if (mNative->kind == Kind::kPopup) {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(mNative->display->GetNative(), mNative->id,
+                             XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+    xcb_map_window(mNative->display->GetNative(), mNative->id);
+    mNative->PostPaint();
+}
+
+void ZNativeWindow::Hide()
+{
+    if (!IsAlive())
+        return;
+    const ZDisplayUse use(mNative->display);
+    mNative->isShown = false;
+    xcb_unmap_window(mNative->display->GetNative(), mNative->id);
+}
+
+bool ZNativeWindow::IsVisible() const
+{
+    return IsAlive() && mNative->isShown;
+}
+
+void ZNativeWindow::SetRect(const ZRect& rect)
+{
+    if (!IsAlive())
+        return;
+    const ZDisplayUse use(mNative->display);
+    const ZRect place = toDisplay(rect);
+    if (mNative->kind == Kind::kDialog)
+        setDialogPlace(*mNative->display, mNative->id, place);
+    xcb_configure_window_value_list_t values{};
+    values.x = place.left;
+    values.y = place.top;
+    values.width = static_cast<std::uint32_t>(place.GetWidth());
+    values.height = static_cast<std::uint32_t>(place.GetHeight());
+    xcb_configure_window_aux(mNative->display->GetNative(), mNative->id,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT,
+                             &values);
+}
+
+void ZNativeWindow::SetTitle(const ZString& title)
+{
+    if (!IsAlive() || mNative->kind != Kind::kDialog)
+        return;
+    const ZDisplayUse use(mNative->display);
+    setDialogTitle(*mNative->display, mNative->id, title);
+}
+
+void ZNativeWindow::Invalidate(const ZRect& rect)
+{
+    if (IsAlive())
+        mNative->Invalidate(rect);
+}
+
+void ZNativeWindow::Update()
+{
+    if (IsVisible())
+        mNative->Paint();
+}
+
+void ZNativeWindow::Present(const ZImage& image, const ZRect& rect)
+{
+    if (!IsAlive())
+        return;
+    const ZDisplayUse use(mNative->display);
+    mNative->display->GetPixels().Put(mNative->id, image, rect);
+}
+
+bool ZNativeWindow::SetCapture(bool on)
+{
+    if (!IsAlive())
+        return false;
+    const ZDisplayUse use(mNative->display);
+    xcb_connection_t* const native = mNative->display->GetNative();
+    if (!on) {
+        if (std::exchange(mNative->isCapturing, false))
+            xcb_ungrab_pointer(native, XCB_CURRENT_TIME);
+        return false;
+    }
+    constexpr std::uint16_t kGrabbed =
+        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
+    const auto reply =
+        xcbReply(xcb_grab_pointer_reply, native,
+                 xcb_grab_pointer(native, 0, mNative->id, kGrabbed, XCB_GRAB_MODE_ASYNC,
+                                  XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME));
+    mNative->isCapturing = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    return mNative->isCapturing;
+}
+
+// Where the window cannot be seen, the server refuses, and that is all.
+void ZNativeWindow::SetFocus()
+{
+    if (!IsAlive())
+        return;
+    const ZDisplayUse use(mNative->display);
+    xcb_set_input_focus(mNative->display->GetNative(), XCB_INPUT_FOCUS_PARENT, mNative->id,
+                        XCB_CURRENT_TIME);
+}
+
+ZPoint ZNativeWindow::ToScreen(const ZPoint& point) const
+{
+    if (!IsAlive())
+        return point;
+    const ZDisplayUse use(mNative->display);
+    xcb_connection_t* const native = mNative->display->GetNative();
+    const auto reply =
+        xcbReply(xcb_translate_coordinates_reply, native,
+                 xcb_translate_coordinates(native, mNative->id, mNative->display->GetRoot(), 0, 0));
+    return reply ? ZPoint{point.x + reply->dst_x, point.y + reply->dst_y} : point;
+}
+
+ZRect ZNativeWindow::GetMonitor(const ZPoint& screenPoint) const
+{
+    if (!IsAlive())
+        return {};
+    const ZDisplayUse use(mNative->display);
+    const std::vector<ZRect> monitors =
+        readMonitors(mNative->display->GetNative(), mNative->display->GetRoot());
+    return monitors.empty() ? mNative->display->GetScreenRect() : nearestOf(monitors, screenPoint);
+}
+
+}  // namespace orvane

@@ -1,0 +1,11 @@
+#include "zlib/common/objects/ZSystemServices.h"
+
+namespace orvane
+{
+
+bool GetWindowsVersion(std::int32_t& /*major*/, std::int32_t& /*minor*/)
+{
+    return false;
+}
+
+}  // namespace orvane

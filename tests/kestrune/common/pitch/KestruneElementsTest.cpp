@@ -1,0 +1,118 @@
+#include "kestrune/common/pitch/KestruneElements.h"
+
+#include "zlib/common/buffers/ZBuffer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+}  // namespace
+
+TEST(KestruneElementsTest, ArchivesHoldTheirOrder)
+{
+    const KestruneElements elements(nullptr);
+    std::string saved;
+    for (const auto& element : elements.GetList())
+        if (element->IsArchivable())
+            saved += element->GetName() + " ";
+    EXPECT_EQ(saved,
+              "PitchShift FormantShift pitchCorrectionOnOff currentScaleModified transposeOnOff "
+              "key CustomScaleNames intonation sourceType detune pitchCorrectionTime "
+              "pitchReference ignoredNotes currentCustomScale customScaleTones "
+              "currentScaleIndex ");
+}
+
+TEST(KestruneElementsTest, DefaultsAreToldAndLeaveScalesOfTheUser)
+{
+    KestruneElements elements(nullptr);
+    for (const auto& element : elements.GetList())
+        EXPECT_FALSE(element->IsMarkedChanged()) << "new: " << element->GetName();
+    elements[KestruneElements::kIgnoredNotes].GetZBuffer()->Data()[3] = 1.0f;
+    elements[KestruneElements::kCustomScaleTones].GetZBuffer()->Data()[3] = 1.0f;
+    elements[KestruneElements::kKey].SetDiscrete(7, true);
+    elements.SetDefaults();
+    EXPECT_EQ(elements[KestruneElements::kKey].GetDiscrete(), 3);
+    EXPECT_EQ(elements.CopySamples(KestruneElements::kIgnoredNotes), std::vector<float>(12));
+    EXPECT_EQ(elements.CopySamples(KestruneElements::kCustomScaleTones)[3], 1.0f);
+    EXPECT_TRUE(elements[KestruneElements::kIgnoredNotes].IsMarkedChanged());
+    EXPECT_TRUE(elements[KestruneElements::kScale].IsMarkedChanged());
+    EXPECT_FALSE(elements[KestruneElements::kNotesInScale].IsMarkedChanged());
+}
+
+TEST(KestruneElementsTest, EngineIsSparedWhatWouldBreakIt)
+{
+    KestruneElements elements(nullptr);
+    elements.SetDefaults();
+    ZElement& shift = elements[KestruneElements::kPitchShift];
+    for (const auto& [stored, octaves] : std::vector<std::pair<float, float>>{
+             {600.0f, 0.5f}, {5000.0f, 1.0f}, {-kInfinity, -1.0f}, {kNaN, 0.0f}})
+    {
+        shift.SetZFloat(stored, false);
+        EXPECT_EQ(elements.ReadSettings().pitchShiftOctaves, octaves) << stored;
+    }
+    EXPECT_NE(shift.GetZFloat(), shift.GetZFloat()) << "the element keeps what was stored";
+
+    ZElement& time = elements[KestruneElements::kPitchCorrectionTime];
+    time.SetZFloat(-5.0f, false);
+    EXPECT_EQ(elements.ReadSettings().correctionTimeMs, 0.0f);
+    time.SetZFloat(kNaN, false);
+    EXPECT_EQ(elements.ReadSettings().correctionTimeMs, 50.0f);
+
+    ZElement& reference = elements[KestruneElements::kPitchReference];
+    for (const std::int32_t both : {-1, 2, 65536, 65537}) {
+        reference.SetDiscrete(both, false);
+        EXPECT_EQ(elements.ReadSettings().pitchReference, 2);
+    }
+    ZElement& archivedScale = elements[KestruneElements::kCurrentScaleIndex];
+    archivedScale.SetZFloat(kNaN, false);
+    EXPECT_EQ(elements.ArchivedScale(), 0);
+    archivedScale.SetZFloat(1e30f, false);
+    EXPECT_EQ(elements.ArchivedScale(), 1000000);
+}
+
+TEST(KestruneElementsTest, ReferenceFollowsKeyAndDetuneAndStaysFinite)
+{
+    KestruneElements elements(nullptr);
+    elements.SetDefaults();
+    EXPECT_NEAR(elements.ReadSettings().referenceHz, 523.25f, 0.01f);
+    ZElement& key = elements[KestruneElements::kKey];
+    ZElement& detune = elements[KestruneElements::kDetune];
+    key.SetDiscrete(0, false);
+    detune.SetZFloat(50.0f, false);
+    EXPECT_NEAR(elements.ReadSettings().referenceHz, 452.893f, 0.001f);
+    detune.SetZFloat(kNaN, false);
+    for (const std::int32_t a : {0, 12, -12, 120}) {
+        key.SetDiscrete(a, false);
+        EXPECT_EQ(elements.ReadSettings().referenceHz, 440.0f) << a;
+    }
+    key.SetDiscrete(std::numeric_limits<std::int32_t>::min(), false);
+    detune.SetZFloat(kInfinity, false);
+    EXPECT_LT(elements.ReadSettings().referenceHz, 2000.0f);
+}
+
+TEST(KestruneElementsTest, DisplaysThatRestAreNotToldAgain)
+{
+    KestruneElements elements(nullptr);
+    elements.ShowMeasured(12.0f, 700.0f, 704.0f);
+    EXPECT_EQ(elements[KestruneElements::kInputPitch].GetZFloat(), 700.0f) << "above its range";
+    elements.ShowNothing();
+    EXPECT_EQ(elements[KestruneElements::kCorrectionMeter].GetZFloat(), 0.0f);
+    for (const auto& element : elements.GetList())
+        element->ClearMarkedChanged();
+    elements.ShowNothing();
+    EXPECT_FALSE(elements[KestruneElements::kInputPitch].IsMarkedChanged());
+}
+
+}  // namespace orvane

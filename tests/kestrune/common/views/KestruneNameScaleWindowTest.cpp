@@ -1,0 +1,148 @@
+// The dialog for a scale's name on a display of the test's own.
+
+#include "kestrune/common/views/KestruneNameScaleWindow.h"
+
+#include "kestrune/common/views/ProductApplication.h"
+#include "support/DisplayTest.h"
+#include "zlib/common/views/ZDialog.h"
+#include "zlib/common/views/ZView.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <atomic>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+class KestruneNameScaleWindowTest : public DisplayTest
+{
+protected:
+    void SetUp() override
+    {
+        DisplayTest::SetUp();
+        if (IsSkipped())
+            return;
+        const ZInterfaceLock lock;
+        app = startProduct();
+    }
+    void TearDown() override
+    {
+        const ZInterfaceLock lock;
+        app.reset();
+    }
+
+    /// On the interface thread, with the keys going to it as a window manager would have them.
+    void Open()
+    {
+        ended = false;
+        ZInterfaceThread::Post([this] {
+            name = "Major (copy)";
+            accepted = KestruneNameScaleWindow::Run(app.get(), "SaveCustomScale", name);
+            ended = true;
+        });
+        ASSERT_TRUE(waitFor([this] {
+            // It is made first and then put in its place.
+            const ZPoint corner = Dialog() == XCB_NONE ? ZPoint{} : OnScreen({5, 5});
+            return probe->PixelAt(corner.x, corner.y) == 0x262629;
+        }));
+        probe->Focus(Dialog());
+        probe->Sync();
+    }
+    [[nodiscard]] bool Ends()
+    {
+        return waitFor([this] { return ended && Dialog() == XCB_NONE; });
+    }
+    [[nodiscard]] xcb_window_t Dialog()
+    {
+        for (const xcb_window_t each : probe->GetChildren(probe->GetRoot())) {
+            const auto title = probe->GetProperty(each, "_NET_WM_NAME");
+            if (std::string(title.begin(), title.end()) == "Save Custom Scale")
+                return each;
+        }
+        return XCB_NONE;
+    }
+    [[nodiscard]] ZPoint OnScreen(const ZPoint& point)
+    {
+        const xcb_rectangle_t place = probe->GetPlace(Dialog());
+        return {place.x + point.x, place.y + point.y};
+    }
+    void Type(const std::vector<std::uint32_t>& keys)
+    {
+        for (const std::uint32_t key : keys)
+            probe->TypeKey(key);
+    }
+    void Click(const char* view)
+    {
+        const ZInterfaceLock lock;
+        const ZDialog twin(*app, "SaveCustomScale");
+        const ZRect bounds = twin.Find<ZView>(view)->GetBounds();
+        const ZPoint at = OnScreen({bounds.left + 9, bounds.top + 9});
+        probe->MovePointer(at.x, at.y);
+        probe->Click(1);
+    }
+
+    std::unique_ptr<ZPlugin> app;
+    std::atomic<bool> ended{false};
+    ZString name;
+    bool accepted = false;
+};
+
+}  // namespace
+
+TEST_F(KestruneNameScaleWindowTest, ANameIsTypedOverTheOneThatIsOffered)
+{
+    Open();
+    Type({XKB_KEY_m, XKB_KEY_i, XKB_KEY_x, XKB_KEY_BackSpace, XKB_KEY_n, XKB_KEY_e});
+    Type({XKB_KEY_Return});
+    ASSERT_TRUE(Ends());
+    EXPECT_TRUE(accepted);
+    EXPECT_EQ(name.ToNarrow(), "mine");
+    for (const bool byMouse : {true, false}) {
+        Open();
+        if (byMouse)
+            Click("OK");
+        else
+            Type({XKB_KEY_Tab, XKB_KEY_space});
+        ASSERT_TRUE(Ends());
+        EXPECT_TRUE(accepted);
+        EXPECT_EQ(name.ToNarrow(), "Major (copy)");
+    }
+}
+
+TEST_F(KestruneNameScaleWindowTest, CancelEscapeTheTitleBarAndTheApplicationEndItWithNone)
+{
+    const std::function<void()> ways[] = {
+        [this] { Click("Cancel"); },
+        [this] {
+            Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Return});
+        },
+        [this] {
+            Type({XKB_KEY_Tab, XKB_KEY_Escape});
+        },
+        [this] {
+            Click("Note");
+            Type({XKB_KEY_Escape});
+        },
+        [this] {
+            probe->SendMessage(Dialog(), "WM_PROTOCOLS", probe->GetAtom("WM_DELETE_WINDOW"));
+        },
+        [this] {
+            const ZInterfaceLock lock;
+            app->EndModalRuns();
+        },
+    };
+    for (const auto& end : ways) {
+        Open();
+        end();
+        ASSERT_TRUE(Ends());
+        EXPECT_FALSE(accepted);
+        const ZInterfaceLock lock;
+        EXPECT_FALSE(app->IsModal());
+    }
+}
+
+}  // namespace orvane

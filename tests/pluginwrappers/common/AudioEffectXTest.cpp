@@ -1,0 +1,117 @@
+#include "pluginwrappers/common/AudioEffectX.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "zlib/common/objects/ZException.h"
+
+#include "support/BoxRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+// What reached the objects under test, in order.
+std::vector<std::string> gEvents;
+
+class NotingEditor : public AEffEditor
+{
+public:
+    using AEffEditor::AEffEditor;
+    ~NotingEditor() override { gEvents.emplace_back("editor deleted"); }
+
+    bool onKeyDown(VstKeyCode& key) override
+    {
+        gEvents.push_back(std::to_string(key.character) + " " + std::to_string(key.virt) + " " +
+                          std::to_string(key.modifier));
+        return true;
+    }
+};
+
+/// Fails in whatever it is told to do, but for rate and size.
+class FailingEffect : public AudioEffectX
+{
+public:
+    FailingEffect()
+        : AudioEffectX(/*host*/ nullptr, /*programs*/ 3, /*parameters*/ 2)
+    {
+    }
+    ~FailingEffect() override { gEvents.emplace_back("effect deleted"); }
+
+    void suspend() override { failure(); }
+    void processReplacing(float** /*inputs*/, float** /*outputs*/, std::int32_t /*frames*/) override
+    {
+        failure();
+    }
+    void process(float** /*inputs*/, float** /*outputs*/, std::int32_t /*frames*/) override
+    {
+        failure();
+    }
+    float getParameter(std::int32_t /*index*/) override
+    {
+        failure();
+        return 1.0f;
+    }
+    void setSampleRate(float /*rate*/) override { gEvents.emplace_back("rate"); }
+    void setBlockSize(std::int32_t frames) override
+    {
+        gEvents.push_back("size " + std::to_string(frames));
+    }
+    void AddEditor() { setEditor(std::make_unique<NotingEditor>(this)); }
+
+    void (*failure)() = nullptr;
+};
+
+std::intptr_t ask(AEffect* record, std::int32_t opcode, std::int32_t index = 0,
+                  std::intptr_t value = 0, float opt = 0.0f)
+{
+    return record->dispatcher(record, opcode, index, value, nullptr, opt);
+}
+
+}  // namespace
+
+TEST(AudioEffectXTest, ArgumentsReachTheOperationsInTheFormThatTheyTake)
+{
+    gEvents.clear();
+    auto* const effect = new FailingEffect;
+    AEffect* const record = effect->getAeffect();
+    EXPECT_EQ(ask(record, effSetBlockSizeAndSampleRate, 0, 256, 96000.0f), 1);
+    ask(record, effSetBlockSize, 0, 0x100000100);  // its low half alone would be a size
+    EXPECT_EQ(record->flags, 0);
+    effect->AddEditor();
+    EXPECT_EQ(record->flags, effFlagsHasEditor);
+    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 11, 3.0f), 1);
+    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 256 + 11, 1e30f), 1);
+    EXPECT_EQ(ask(record, effEditKeyDown, 'a', -1, std::numeric_limits<float>::quiet_NaN()), 1);
+    EXPECT_EQ(ask(record, effClose), 0);
+    EXPECT_EQ(gEvents, (std::vector<std::string>{"rate", "size 256", "size -1", "97 11 3", "97 0 0",
+                                                 "97 0 0", "effect deleted", "editor deleted"}));
+}
+
+TEST(AudioEffectXTest, WhateverIsThrownIsReportedAndNeverReachesTheHost)
+{
+    BoxRecorder recorder;
+    auto* const effect = new FailingEffect;
+    AEffect* const record = effect->getAeffect();
+    effect->failure = [] { throw ZException(-1, "NULL preset file"); };
+    EXPECT_EQ(ask(record, effMainsChanged), 0);
+    effect->failure = [] { throw std::bad_alloc(); };
+    record->processReplacing(record, nullptr, nullptr, 1);
+    effect->failure = [] { throw std::runtime_error("torn"); };
+    record->process(record, nullptr, nullptr, 1);
+    effect->failure = [] { throw 7; };
+    EXPECT_EQ(record->getParameter(record, 0), 0.0f);
+    ask(record, effClose);
+    ASSERT_EQ(recorder.boxes.size(), 4u);
+    EXPECT_TRUE(recorder.boxes[0].text.starts_with("NULL preset file\n\rCode -1."));
+    EXPECT_TRUE(recorder.boxes[2].text.starts_with("torn\n\rCode -1."));
+}
+
+}  // namespace orvane

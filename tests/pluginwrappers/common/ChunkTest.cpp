@@ -1,0 +1,238 @@
+// States that come back from their chunk, and chunks that are none.
+
+#include "kestrune/common/pitch/ZPsolaBay.h"
+#include "pluginwrappers/common/ChunkCheck.h"
+#include "support/BoxRecorder.h"
+#include "support/TextMutation.h"
+#include "tools/singer/Singer.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/signals/ZBay.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kStates = 30;
+constexpr int kSpoiltChunks = 60;
+#else
+constexpr int kStates = 1000;
+constexpr int kSpoiltChunks = 600;
+#endif
+
+// All that is saved; the last two are brought about by it.
+constexpr const char* kRestored[] = {"PitchShift",
+                                     "FormantShift",
+                                     "pitchCorrectionOnOff",
+                                     "currentScaleModified",
+                                     "transposeOnOff",
+                                     "key",
+                                     "CustomScaleNames",
+                                     "intonation",
+                                     "sourceType",
+                                     "detune",
+                                     "pitchCorrectionTime",
+                                     "pitchReference",
+                                     "ignoredNotes",
+                                     "pitchTranspose",
+                                     "formantTranspose",
+                                     "currentCustomScale",
+                                     "customScaleTones",
+                                     "currentScaleIndex",
+                                     "scale",
+                                     "notesInScale"};
+
+/// What an element holds: a float in six digits, all else exactly.
+std::string valueOf(const ZElement& element)
+{
+    std::string value;
+    switch (element.GetType()) {
+    case ZElement::ZFLOAT: {
+        std::array<char, 32> digits{};
+        std::snprintf(digits.data(), digits.size(), "%g", static_cast<double>(element.GetZFloat()));
+        return digits.data();
+    }
+    case ZElement::ZBUFFER:
+        return element.GetZBuffer()->EncodeValues();
+    default:
+        value = std::to_string(element.GetDiscrete());
+        for (std::int32_t i = 0; i < element.CountDiscreteValues(); ++i)
+            value += ", " + element.GetDiscreteString(i)->ToNarrow();
+        return value;
+    }
+}
+
+/// A user at work, who keeps to what the window offers.
+class RandomUser
+{
+public:
+    explicit RandomUser(unsigned seed)
+        : mRandom(seed)
+    {
+    }
+
+    void Work(const ProductInstance& plugin)
+    {
+        for (const char* name :
+             {"pitchCorrectionOnOff", "transposeOnOff", "key", "intonation", "sourceType",
+              "pitchReference", "pitchTranspose", "formantTranspose", "scale"})
+            Choose(plugin.Element(name));
+        plugin.Tick();
+        if (Whether())
+            AddScales(plugin);
+        for (const char* name : {"PitchShift", "FormantShift", "detune", "pitchCorrectionTime"})
+            if (Whether())
+                Turn(plugin.Element(name));
+        Draw(plugin.Element("ignoredNotes"));
+        if (Whether())
+            Draw(plugin.Element("notesInScale"));
+        plugin.Tick();
+    }
+
+private:
+    bool Whether() { return pick(mRandom, 2) == 0; }
+    void Choose(ZElement& element)
+    {
+        const auto count = static_cast<std::size_t>(element.CountDiscreteValues());
+        element.SetDiscrete(static_cast<std::int32_t>(pick(mRandom, count)), false);
+    }
+    void Turn(ZElement& element)
+    {
+        std::uniform_real_distribution<float> values(element.Min(), element.Max());
+        element.SetZFloat(values(mRandom), false);
+    }
+    void Draw(ZElement& element)
+    {
+        ZBuffer flags(kDegrees, "flags");
+        for (int degree = 0; degree < kDegrees; ++degree)
+            flags.Data()[degree] = degree == 0 || Whether() ? 1.0f : 0.0f;
+        element.SetZBuffer(flags, false);
+    }
+    void AddScales(const ProductInstance& plugin)
+    {
+        const auto document =
+            boost::dynamic_pointer_cast<ZAudioDocument>(plugin.app->GetCurrentDocument());
+        const auto bay = boost::dynamic_pointer_cast<ZPsolaBay>(
+            document->GetOutputNetwork()->FindBay("PsolaBay"));
+        for (std::size_t i = pick(mRandom, 5); i > 0; --i) {
+            const std::int32_t degrees[] = {static_cast<std::int32_t>(1 + pick(mRandom, 5)),
+                                            static_cast<std::int32_t>(6 + pick(mRandom, 6))};
+            bay->AddCustomScale("Mine " + std::to_string(i), degrees);
+        }
+        Choose(plugin.Element("scale"));
+        plugin.Tick();
+    }
+
+    std::mt19937 mRandom;
+};
+
+std::vector<float> heard(const ProductInstance& plugin, std::vector<float> voice)
+{
+    constexpr std::size_t kBlock = 512;
+    std::vector<float> left(voice.size());
+    std::vector<float> right(voice.size());
+    plugin.Ask(effSetBlockSize, 0, kBlock);
+    plugin.Ask(effMainsChanged, 0, 0);
+    plugin.Ask(effMainsChanged, 0, 1);
+    for (std::size_t at = 0; at + kBlock <= voice.size(); at += kBlock) {
+        float* in[] = {voice.data() + at, voice.data() + at};
+        float* out[] = {left.data() + at, right.data() + at};
+        plugin.effect->processReplacing(plugin.effect, in, out, kBlock);
+    }
+    return left;
+}
+
+}  // namespace
+
+TEST(ChunkTest, EveryStateComesBackInAFreshInstance)
+{
+    const BoxRecorder boxes;
+    for (int seed = 0; seed < kStates; ++seed) {
+        SCOPED_TRACE(seed);
+        const ProductInstance saved;
+        RandomUser(static_cast<unsigned>(seed)).Work(saved);
+        const bool isProgram = seed % 2 != 0;
+        const std::string chunk = saved.Chunk(isProgram);
+        const ProductInstance loaded;
+        ASSERT_EQ(loaded.Load(chunk, isProgram), 1);
+        loaded.Tick();
+        for (const char* name : kRestored)
+            ASSERT_EQ(valueOf(loaded.Element(name)), valueOf(saved.Element(name))) << name;
+    }
+}
+
+TEST(ChunkTest, EveryStateSoundsTheSameInAFreshInstance)
+{
+    const std::vector<float> voice = steadyVowel(Vowel::kA, 210.0, 44100.0, 2.0);
+    for (unsigned seed = 0; seed < 4; ++seed) {
+        const ProductInstance saved;
+        RandomUser(seed).Work(saved);
+        saved.Element("transposeOnOff").SetDiscrete(1, false);
+        // To the digits that a chunk holds.
+        saved.LoadProgram(saved.Program());
+        const ProductInstance loaded;
+        loaded.LoadBank(saved.Bank());
+        const std::vector<float> sound = heard(saved, voice);
+        EXPECT_GT(*std::max_element(sound.begin(), sound.end()), 0.05f);
+        EXPECT_EQ(heard(loaded, voice), sound) << seed;
+    }
+}
+
+TEST(ChunkTest, AChunkThatIsNoneDoesNoHarm)
+{
+    const BoxRecorder boxes;
+    ChunkCheck check;
+    const std::string program = "<VST_Program Number=\"0\">\n";
+    const std::string element = "<element name=\"PitchShift\" type=\"ZFLOAT\" floatvalue=\"";
+    const std::size_t kHuge = 10'000'000;
+    std::string many;
+    while (many.size() < kHuge)
+        many += program + "</VST_Program>\n";
+    std::string deep = program;
+    while (deep.size() < kHuge / 10)
+        deep += "<a>";
+    for (const std::string& bytes :
+         {std::string(), std::string(1, '\0'), std::string("<"), program, std::string(kHuge, '<'),
+          std::string(kHuge, ' '), std::move(many), std::move(deep),
+          program + element + "nan\" /></VST_Program>",
+          program + element + "inf\" /></VST_Program>",
+          program + element + "-1e39\" /></VST_Program>",
+          program + element + std::string(100'000, '9') + "\" /></VST_Program>",
+          program + "<element name=\"key\" int32value=\"99999999999\" /></VST_Program>",
+          program + "<element name=\"currentScaleIndex\" floatvalue=\"-3e38\" /></VST_Program>",
+          program + "<element name=\"CustomScaleNames\" int32value=\"-7\" /></VST_Program>",
+          program + "<element name=\"ignoredNotes\"><buffer length=\"12\"><data values=\"" +
+              std::string(100'000, '0') + "\" /></buffer></element></VST_Program>",
+          program + "<element name=\"" + std::string(100'000, 'x') + "\" /></VST_Program>"})
+        for (const bool isProgram : {false, true})
+            EXPECT_EQ(check.FaultAfter(bytes, isProgram), "") << bytes.substr(0, 200);
+}
+
+TEST(ChunkTest, ASpoiltOrCutChunkDoesNoHarm)
+{
+    const BoxRecorder boxes;
+    ChunkCheck check;
+    const std::string program = check.Start().substr(0, check.Start().find("<VST_Program", 1));
+    std::mt19937 random(20240612);
+    for (int i = 0; i < kSpoiltChunks; ++i) {
+        std::string text = program;
+        for (std::size_t spots = 1 + pick(random, 4); spots > 0; --spots)
+            mutate(text, random);
+        if (i % 3 == 0)
+            text.resize(pick(random, text.size()));
+        ASSERT_EQ(check.FaultAfter(text, i % 2 != 0), "") << i;
+    }
+}
+
+}  // namespace orvane

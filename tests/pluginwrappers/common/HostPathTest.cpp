@@ -1,0 +1,410 @@
+#include "pluginwrappers/common/ZVSTPlugin.h"
+#include "pluginwrappers/interface/VstEvents.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "zdsp/common/ZVectorSupport.h"
+#include "zlib/common/documents/ZAudioManager.h"
+#include "zlib/common/signals/ZInputBay.h"
+#include "zlib/common/signals/ZOutputBay.h"
+#include "zlib/common/signals/ZSignalLooper.h"
+
+#include "support/BoxRecorder.h"
+#include "support/Eventually.h"
+#include "support/RealtimeGuard.h"
+#include "support/Signals.h"
+#include "support/SmallPlugin.h"
+#include "support/SystemCalls.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <limits>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+std::atomic<std::int32_t> gProcessLevel{0};
+std::atomic<int> gIoChanges{0};
+std::atomic<int> gMidiWishes{0};
+std::atomic<int> gCallsUnderLock{0};
+
+std::intptr_t callback(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
+                       std::intptr_t value, void* /*ptr*/, float /*opt*/)
+{
+    if (opcode == audioMasterGetCurrentProcessLevel)
+        return gProcessLevel;
+    gIoChanges += opcode == audioMasterIOChanged ? 1 : 0;
+    gMidiWishes += opcode == audioMasterWantMidi && value == 1 ? 1 : 0;
+    gCallsUnderLock += ZInterfaceLock::IsHeld() ? 1 : 0;
+    return 0;
+}
+
+using Stereo = std::array<std::vector<float>, 2>;
+
+std::array<float*, 2> pointersTo(Stereo& block)
+{
+    return {block[0].data(), block[1].data()};
+}
+
+Stereo noise(int frames, unsigned seed)
+{
+    return {whiteNoise(1.0f, frames, seed), whiteNoise(1.0f, frames, seed + 1000)};
+}
+
+Stereo ones(std::size_t frames)
+{
+    return {std::vector<float>(frames, 1.0f), std::vector<float>(frames, 1.0f)};
+}
+
+void onAnotherThread(const std::function<void()>& call)
+{
+    std::thread(call).join();
+}
+
+template <typename T>
+T fieldOf(const ZMessage& message, const char* name)
+{
+    T value{};
+    EXPECT_TRUE(message.Find(name, value)) << name;
+    return value;
+}
+
+/// The effect object over a small application, without a library or an entry function in between.
+class HostPathTest : public testing::Test
+{
+protected:
+    static constexpr std::int32_t kLatency = 441;  // at 44.1 kHz
+
+    HostPathTest()
+    {
+        gProcessLevel = 0;
+        gIoChanges = 0;
+        gMidiWishes = 0;
+        gCallsUnderLock = 0;
+        auto made = SmallPlugin::Make();
+        app = made.get();
+        looper = app->GetAudioManager()->GetSignalLooper();
+        const ZInterfaceLock lock;
+        plugin = std::make_unique<ZVSTPlugin>(callback, std::move(made));
+        plugin->SetWantsMidi(true);
+        effect = plugin->getAeffect();
+    }
+    ~HostPathTest() override { EXPECT_EQ(gCallsUnderLock, 0); }
+
+    std::intptr_t Ask(std::int32_t opcode, std::intptr_t value = 0, void* ptr = nullptr,
+                      float opt = 0.0f)
+    {
+        return effect->dispatcher(effect, opcode, 0, value, ptr, opt);
+    }
+    void Begin(std::int32_t blockSize)
+    {
+        Ask(effSetBlockSize, blockSize);
+        Ask(effMainsChanged, 1);
+    }
+    Stereo Replace(Stereo& in)
+    {
+        Stereo out = noise(static_cast<int>(in[0].size()), 99);
+        effect->processReplacing(effect, pointersTo(in).data(), pointersTo(out).data(),
+                                 static_cast<std::int32_t>(in[0].size()));
+        return out;
+    }
+    /// Sets the gain as the user does.
+    void SetGain(float gain) { app->Gain()->SetZFloat(gain, false); }
+    void StartTicking()
+    {
+        const ZInterfaceLock lock;
+        app->InitLooper();
+    }
+    /// Sends ones until a block of 441 has been heard, and gives its gain.
+    float HeardGain()
+    {
+        Stereo in = ones(kLatency);
+        Replace(in);
+        return Replace(in)[0].back();
+    }
+
+    SmallPlugin* app = nullptr;
+    boost::shared_ptr<ZSignalLooper> looper;
+    std::unique_ptr<ZVSTPlugin> plugin;
+    AEffect* effect = nullptr;
+};
+
+}  // namespace
+
+TEST_F(HostPathTest, ABlockNeitherAllocatesNorLocksNorMakesASystemCall)
+{
+    Begin(512);
+    Stereo in = noise(512, 3);
+    Stereo out = in;
+    auto inputs = pointersTo(in);
+    auto outputs = pointersTo(out);
+    const auto run = [&](std::int32_t step) {
+        for (std::int32_t frames = 1; frames <= 512; frames += step) {
+            effect->processReplacing(effect, inputs.data(), outputs.data(), frames);
+            effect->process(effect, inputs.data(), outputs.data(), frames);
+        }
+    };
+    const auto calls = systemCallsOf([&] { run(11); });
+    StartTicking();
+    const RealtimeGuard guard;
+    run(37);
+    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+    EXPECT_EQ(calls.value_or(0), 0u);
+}
+
+TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWrites)
+{
+    Begin(441);
+    Stereo in = noise(441, 4);
+    Replace(in);
+    Stereo sum = noise(441, 5);
+    const Stereo before = sum;
+    effect->process(effect, pointersTo(in).data(), pointersTo(sum).data(), 441);
+    for (std::size_t channel = 0; channel < 2; ++channel)
+        for (std::size_t i = 0; i < 441; ++i)
+            ASSERT_EQ(sum[channel][i], static_cast<float>(static_cast<double>(before[channel][i]) +
+                                                          static_cast<double>(in[channel][i])));
+}
+
+TEST_F(HostPathTest, BothWaysMayUseTheSameArraysCrosswise)
+{
+    Begin(441);
+    Stereo block = noise(441, 6);
+    const Stereo before = block;
+    std::array<float*, 2> out{block[1].data(), block[0].data()};
+    effect->processReplacing(effect, pointersTo(block).data(), out.data(), 441);
+    EXPECT_EQ(Replace(block), before);
+}
+
+TEST_F(HostPathTest, WhatAHostLeavesOutDoesNoHarm)
+{
+    Stereo in = noise(100, 7);
+    EXPECT_EQ(Replace(in)[0], std::vector<float>(100, 0.0f)) << "no block size yet";
+    Stereo kept = noise(100, 8);
+    const Stereo before = kept;
+    effect->process(effect, pointersTo(in).data(), pointersTo(kept).data(), 100);
+    EXPECT_EQ(kept, before);
+
+    Begin(441);
+    std::array<float*, 2> none{nullptr, nullptr};
+    std::array<float*, 2> one{in[0].data(), nullptr};
+    effect->processReplacing(effect, none.data(), one.data(), 100);
+    effect->processReplacing(effect, nullptr, nullptr, 100);
+    effect->processReplacing(effect, one.data(), none.data(), 100);
+    for (const std::int32_t frames : {0, -1, INT32_MIN})
+        effect->processReplacing(effect, nullptr, pointersTo(kept).data(), frames);
+    EXPECT_EQ(kept, before);
+    EXPECT_EQ(looper->InputFree(0), looper->InputFree(1)) << "the channels stay in step";
+    EXPECT_EQ(looper->OutputAvailable(0), looper->OutputAvailable(1));
+}
+
+TEST_F(HostPathTest, WhatIsNoFiniteNumberOrTooSmallToHearComesOutAsSilence)
+{
+    Begin(441);
+    Stereo in = ones(441);
+    Stereo expected = ones(441);
+    const auto odd = [&](std::size_t channel, std::size_t place, float value) {
+        in[channel][place] = value;
+        expected[channel][place] = 0.0f;
+    };
+    odd(0, 3, std::numeric_limits<float>::quiet_NaN());
+    odd(0, 440, std::numeric_limits<float>::quiet_NaN());
+    odd(1, 4, std::numeric_limits<float>::infinity());
+    odd(1, 5, -std::numeric_limits<float>::infinity());
+    if (ZVectorSupport::ProcessorClass() != ZVectorSupport::kPlain)
+        odd(1, 6, 1e-40f);
+    Replace(in);
+    EXPECT_EQ(Replace(in), expected);
+    volatile float tiny = 1e-40f;
+    EXPECT_GT(tiny * 1.0f, 0.0f) << "the host's own numbers are left alone";
+}
+
+TEST_F(HostPathTest, ABlockLongerThanAnnouncedIsAFaultThatTheInterfaceThreadReports)
+{
+    BoxRecorder recorder;
+    std::atomic<int> shown{0};
+    recorder.whileOpen = [&shown] { ++shown; };
+    Begin(300);
+    Stereo in = noise(301, 9);
+    for (int fault = 0; fault < 3; ++fault)
+        EXPECT_EQ(Replace(in), noise(301, 99)) << "the output holds what it held";
+    EXPECT_EQ(shown, 0) << "nothing is shown on the audio thread";
+    StartTicking();
+    ASSERT_TRUE(eventually([&] { return shown == 1; })) << "the first, for all";
+    Replace(in);
+    ASSERT_TRUE(eventually([&] { return shown == 2; }));
+    EXPECT_TRUE(recorder.boxes[1].text.starts_with("Trying to load a Zbuffer with too much data."));
+    Stereo next = noise(300, 10);
+    Replace(next);
+    Stereo after = noise(300, 11);
+    EXPECT_EQ(Replace(after)[0][141], next[0][0]) << "the audio goes on";
+}
+
+TEST_F(HostPathTest, ABlockSizeReachesFifosNetworkAndTransferAndEmptiesTheFifos)
+{
+    const auto network =
+        boost::dynamic_pointer_cast<ZSignalBay>(app->Document()->GetOutputNetwork());
+    for (const std::intptr_t refused :
+         {std::intptr_t{0}, std::intptr_t{-1}, std::intptr_t{1} << 21, std::intptr_t{1} << 40})
+        Ask(effSetBlockSize, refused);
+    EXPECT_EQ(looper->GetPreferredBuffer(), 512u);
+    EXPECT_EQ(network->GetMaxBuffer(), 512);
+    Ask(effSetBlockSize, 300);
+    EXPECT_EQ(looper->GetMaxBuffer(), 512u);
+    EXPECT_EQ(network->GetMaxBuffer(), 300);
+    Ask(effSetBlockSize, 100);
+    EXPECT_EQ(looper->InputFree(1), 128u);
+    EXPECT_EQ(network->GetMaxBuffer(), 100);
+
+    ZBuffer samples(100, "samples");
+    looper->InputWrite(samples, 100, 0);
+    Ask(effSetBlockSize, 100);
+    EXPECT_EQ(looper->InputFree(0), 128u);
+}
+
+TEST_F(HostPathTest, ARateReachesTheNetworkAndTheHostHearsOfTheLatencyOnce)
+{
+    for (const float refused : {0.0f, -44100.0f, 44100.0f, std::numeric_limits<float>::quiet_NaN(),
+                                std::numeric_limits<float>::infinity()})
+        Ask(effSetSampleRate, 0, nullptr, refused);
+    EXPECT_EQ(gIoChanges, 0);
+    Ask(effSetSampleRate, 0, nullptr, 48000.0f);
+    EXPECT_EQ(effect->initialDelay, 480);
+    EXPECT_EQ(gIoChanges, 1);
+    EXPECT_EQ(looper->GetSampleRate(), 48000.0f);
+    EXPECT_EQ(looper->GetOutputBay()->GetSampleRate(), 48000.0f);
+    Ask(effSetSampleRate, 0, nullptr, 48000.0f);
+    Ask(effSetBlockSize, 64);
+    EXPECT_EQ(gIoChanges, 1);
+}
+
+TEST_F(HostPathTest, SuspendForgetsAllSignalOnWhateverThread)
+{
+    for (const bool onAudioThread : {false, true}) {
+        Begin(441);
+        Stereo in = ones(441);
+        Replace(in);
+        const std::function<void()> suspend = [this] { Ask(effMainsChanged, 0); };
+        {
+            const ZInterfaceLock busy;
+            onAudioThread ? onAnotherThread(suspend) : suspend();
+        }
+        Ask(effMainsChanged, 1);
+        Ask(effMainsChanged, 1);
+        Stereo zeros{std::vector<float>(441), std::vector<float>(441)};
+        EXPECT_EQ(Replace(in), zeros);
+    }
+    EXPECT_EQ(gMidiWishes, 6);
+}
+
+TEST_F(HostPathTest, ChangesAreInForceWhenTheLoadingThreadBeginsAStreamAndElseAtATick)
+{
+    Begin(441);
+    SetGain(0.5f);
+    EXPECT_EQ(HeardGain(), 1.0f) << "no tick yet";
+    onAnotherThread([this] { Ask(effMainsChanged, 1); });
+    EXPECT_EQ(HeardGain(), 1.0f) << "left to the ticks";
+    Ask(effMainsChanged, 1);
+    EXPECT_EQ(HeardGain(), 0.5f);
+
+    StartTicking();  // by the wall clock, while the host plays
+    SetGain(0.25f);
+    EXPECT_TRUE(eventually([this] { return !app->Gain()->IsMarkedChanged(); }));
+    {
+        const ZInterfaceLock tickIsOver;
+    }
+    EXPECT_EQ(HeardGain(), 0.25f);
+}
+
+TEST_F(HostPathTest, AudioAndInterfaceWorkSideBySide)
+{
+    StartTicking();
+    Begin(441);
+    std::atomic<bool> done{false};
+    std::thread audio([&] {
+        Stereo in = ones(441);
+        for (int block = 0; block < 300; ++block) {
+            gProcessLevel = block / 30 % 2 == 0 ? kVstProcessLevelOffline : 0;
+            if (block % 50 == 49) {
+                Ask(effMainsChanged, 0);
+                Ask(effMainsChanged, 1);
+            }
+            Replace(in);
+            std::this_thread::sleep_for(100us);
+        }
+        done = true;
+    });
+    for (float gain = 0.0f; !done; gain += 1.0f) {
+        SetGain(gain);
+        Ask(effGetProgram);
+        std::this_thread::sleep_for(200us);
+    }
+    audio.join();
+    SetGain(2.0f);
+    Ask(effMainsChanged, 1);
+    EXPECT_EQ(HeardGain(), 2.0f);
+}
+
+TEST_F(HostPathTest, EventsOfMidiReachTheDocumentAsMessages)
+{
+    struct Row
+    {
+        int status;
+        int first;
+        int second;
+        std::int32_t id;  // 0: no message
+        int bigAmount;
+    };
+    constexpr Row kRows[] = {
+        {0x83, 60, 64, ZMIDINOTEOFF, 0},
+        {0x9f, 60, 64, ZMIDINOTEON, 0},
+        {0x90, 60, 0, ZMIDINOTEOFF, 0},
+        {0xa1, 61, 7, ZMIDIPOLYPRESSURE, 0},
+        {0xb2, 1, 127, ZMIDICONTROLLER, 0},
+        {0x7f, 1, 2, 0, 0},
+        {0xc0, 5, 0, ZMIDIPROGRAMCHANGE, 0},
+        {0xd0, 99, 0, ZMIDICHANNELPRESSURE, 0},
+        {0xf0, 1, 2, 0, 0},
+        {0xe0, 1, 0x40, ZMIDIPITCHBEND, 0x2001},
+    };
+    const auto& midi = app->Document()->midi;
+    VstEvent systemExclusive{};
+    systemExclusive.type = 6;
+    for (const Row& row : kRows) {
+        SCOPED_TRACE(row.status);
+        VstMidiEvent event{};
+        event.type = kVstMidiType;
+        event.midiData[0] = static_cast<char>(row.status);
+        event.midiData[1] = static_cast<char>(row.first);
+        event.midiData[2] = static_cast<char>(row.second);
+        VstEvents events{2, 0, {&systemExclusive, reinterpret_cast<VstEvent*>(&event)}};
+        const std::size_t before = midi.size();
+        EXPECT_EQ(Ask(effProcessEvents, 0, &events), 1);
+        ASSERT_EQ(midi.size(), before + (row.id != 0 ? 1 : 0));
+        if (row.id == 0)
+            continue;
+        const ZMessage& message = *midi.back();
+        EXPECT_EQ(message.GetId(), row.id);
+        EXPECT_EQ(fieldOf<std::uint8_t>(message, "Channel"), row.status & 0x0f);
+        EXPECT_EQ(fieldOf<std::uint8_t>(message, "Which"), row.first);
+        EXPECT_EQ(fieldOf<std::uint8_t>(message, "Amount"), row.second);
+        EXPECT_EQ(fieldOf<std::uint16_t>(message, "BigAmount"), row.bigAmount);
+    }
+    const std::size_t before = midi.size();
+    for (const std::int32_t count : {0, -1, 1}) {
+        VstEvents events{count, 0, {nullptr, nullptr}};
+        EXPECT_EQ(Ask(effProcessEvents, 0, &events), 1);
+        EXPECT_EQ(midi.size(), before);
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,248 @@
+// Programs and chunks of the shipped plug-in, through the effect object.
+
+#include "pluginwrappers/common/ProductInstance.h"
+#include "support/BoxRecorder.h"
+#include "support/SmallPlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kAdultToChild = 1;
+constexpr std::int32_t kPitchTranspose = 5;  // as a parameter
+
+class ZProgramBankTest : public testing::Test
+{
+protected:
+    [[nodiscard]] std::string Name(std::int32_t opcode, std::int32_t index = 0) const
+    {
+        std::array<char, kVstMaxProgNameLen> room;
+        room.fill('x');
+        plugin.Ask(opcode, index, -1, room.data());
+        return room.data();
+    }
+    [[nodiscard]] std::pair<float, float> Shifts() const
+    {
+        return {plugin.Element("PitchShift").GetZFloat(),
+                plugin.Element("FormantShift").GetZFloat()};
+    }
+
+    BoxRecorder boxes;
+    const ProductInstance plugin;
+};
+
+std::vector<std::string> programsOf(const std::string& bank)
+{
+    std::vector<std::string> programs;
+    const std::string end = "</VST_Program>\n";
+    for (std::size_t at = 0; at < bank.size();) {
+        const std::size_t next = bank.find(end, at) + end.size();
+        programs.push_back(bank.substr(at, next - at));
+        at = next;
+    }
+    return programs;
+}
+
+/// The text with the value of an attribute of an element replaced, wherever it stands.
+std::string withValue(std::string text, const std::string& element, const std::string& attribute,
+                      const std::string& value)
+{
+    const std::string tag = "<element name=\"" + element + "\"";
+    for (std::size_t at = text.find(tag); at != std::string::npos; at = text.find(tag, at + 1)) {
+        const std::size_t begin = text.find(attribute + "=\"", at) + attribute.size() + 2;
+        text.replace(begin, text.find('"', begin) - begin, value);
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST_F(ZProgramBankTest, TheFactoryPresetsAreTheProgramsAndLoadedWhenTheyAreSet)
+{
+    EXPECT_EQ(plugin.effect->numPrograms, 7);
+    plugin.Tick();
+    EXPECT_EQ(Shifts(), std::pair(0.0f, 0.0f)) << "none at the start";
+    std::string own = "Mine";
+    plugin.Ask(effSetProgramName, 0, 0, own.data());
+    plugin.Ask(effSetProgram, 0, kAdultToChild);
+    EXPECT_EQ(plugin.Ask(effGetProgram), kAdultToChild);
+    EXPECT_EQ(Name(effGetProgramName), "Adult to Child");
+    EXPECT_EQ(Name(effGetProgramNameIndexed, 6), "Woman to Man");
+    EXPECT_EQ(plugin.Element("scale").GetDiscrete(), 0);
+    plugin.Tick();
+    EXPECT_EQ(Shifts(), std::pair(1200.0f, 800.0f));
+    for (const std::int32_t index : {-1, 7, INT32_MAX}) {
+        std::array<char, kVstMaxProgNameLen> room{'x'};
+        EXPECT_EQ(plugin.Ask(effGetProgramNameIndexed, index, -1, room.data()), 0);
+        EXPECT_STREQ(room.data(), "");
+    }
+}
+
+TEST_F(ZProgramBankTest, AProgramKeepsWhatWasEditedWhileAnotherIsCurrent)
+{
+    ZElement& detune = plugin.Element("detune");
+    plugin.Ask(effSetProgram, 0, 2);
+    detune.SetZFloat(12.5f, false);
+    plugin.Ask(effSetProgram, 0, 3);
+    EXPECT_EQ(detune.GetZFloat(), -1.68539f);
+    plugin.Ask(effSetProgram, 0, 2);
+    EXPECT_EQ(detune.GetZFloat(), 12.5f);
+}
+
+TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneProgramOrOfAllAndStaysWhileTheAudioThreadStarts)
+{
+    plugin.Ask(effSetProgram, 0, 4);
+    void* data = nullptr;
+    const auto size = static_cast<std::size_t>(plugin.Ask(effGetChunk, 0, 0, &data));
+    std::thread([this] { plugin.Ask(effMainsChanged, 0, 1); }).join();
+    const std::string bank(static_cast<const char*>(data), size);
+    plugin.Ask(effMainsChanged, 0, 1);
+    // What was current goes by the document's name, what was not by that of its preset.
+    EXPECT_TRUE(bank.starts_with("<VST_Program Number=\"0\">\n<preset "
+                                 "name=\"Untitled Media File 1\" "
+                                 "class=\"ZAudioDocumentClass\" version=\"1.0\">\n"));
+    EXPECT_NE(bank.find("<VST_Program Number=\"1\">\n<preset name=\"Adult to Child\" "),
+              std::string::npos);
+    EXPECT_TRUE(bank.ends_with("</preset>\n</VST_Program>\n"));
+    EXPECT_EQ(programsOf(bank).size(), 7u);
+    EXPECT_EQ(plugin.Program(), programsOf(bank)[4]);
+    EXPECT_EQ(plugin.Bank(), bank);
+    EXPECT_LE(bank.size(), 150u * 1024);
+}
+
+TEST_F(ZProgramBankTest, ProgramsAreReadByTheirOrderAndThoseBeyondTheLastAreIgnored)
+{
+    std::vector<std::string> programs = programsOf(plugin.Bank());
+    std::swap(programs[0], programs[kAdultToChild]);
+    std::string bank;
+    for (int i = 0; i < 143; ++i)
+        for (const std::string& program : programs)
+            bank += program;
+    EXPECT_EQ(plugin.LoadBank(bank), 1);
+    EXPECT_EQ(Shifts(), std::pair(1200.0f, 800.0f));
+    EXPECT_EQ(programsOf(plugin.Bank()).size(), 7u);
+    plugin.Ask(effSetProgram, 0, kAdultToChild);
+    EXPECT_NEAR(Shifts().first, 0.0f, 1e-6f);
+    EXPECT_EQ(plugin.Ask(effGetProgram), kAdultToChild);
+}
+
+TEST_F(ZProgramBankTest, ABankWithoutProgramsReloadsTheCurrentOneAndAProgramWithoutOneIsRefused)
+{
+    const std::string before = (plugin.LoadBank(plugin.Bank()), plugin.Program());
+    plugin.Element("detune").SetZFloat(12.5f, false);
+    EXPECT_EQ(plugin.LoadProgram("<preset></preset>"), 0);
+    EXPECT_EQ(plugin.Element("detune").GetZFloat(), 12.5f);
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    EXPECT_TRUE(boxes.boxes[0].text.starts_with("NULL preset file"));
+    EXPECT_EQ(plugin.LoadBank("\n"), 1);
+    EXPECT_EQ(plugin.Program(), before);
+}
+
+TEST_F(ZProgramBankTest, ARestoredShiftStandsWhateverTheChoicesSaidBefore)
+{
+    plugin.Ask(effSetProgram, 0, kAdultToChild);
+    const std::string chunk = plugin.Bank();
+    for (const bool waits : {false, true}) {
+        SCOPED_TRACE(waits);
+        const ProductInstance fresh;
+        const auto pitchShift = [&] { return fresh.Element("PitchShift").GetZFloat(); };
+        fresh.effect->setParameter(fresh.effect, kPitchTranspose, 1.0f);
+        if (waits)
+            fresh.Element("pitchTranspose").FlushMark(fresh.app);
+        fresh.Ask(effSetProgram, 0, kAdultToChild);
+        EXPECT_EQ(fresh.LoadBank(chunk), 1);
+        fresh.Tick();
+        fresh.Tick();
+        EXPECT_EQ(pitchShift(), 1200.0f);
+        fresh.effect->setParameter(fresh.effect, kPitchTranspose, 0.75f);
+        fresh.Tick();
+        EXPECT_EQ(pitchShift(), -600.0f) << "a later choice counts";
+    }
+}
+
+TEST_F(ZProgramBankTest, ADamagedChunkIsRefusedWithTheStateAsItWas)
+{
+    plugin.Ask(effSetProgram, 0, 3);
+    const std::string before = (plugin.LoadProgram(plugin.Program()), plugin.Program());
+    // The shift stands before the damage, so it has been taken over when that turns out.
+    std::string damaged = withValue(before, "PitchShift", "floatvalue", "77");
+    damaged.replace(damaged.find("length=\"12\""), 11, "length=\"13\"");
+    std::string bank;
+    for (int i = 0; i < 7; ++i)
+        bank += damaged;
+    EXPECT_EQ(plugin.LoadBank(bank), 0);
+    EXPECT_EQ(plugin.Program(), before);
+    EXPECT_EQ(plugin.LoadProgram(damaged), 0);
+    EXPECT_EQ(plugin.Program(), before);
+    boxes.boxes.clear();
+    damaged.replace(damaged.find("version=\"1.0\""), 13, "version=\"2.0\"");
+    EXPECT_EQ(plugin.LoadProgram(damaged), 1) << "of another version";
+    EXPECT_EQ(plugin.Program(), before);
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    EXPECT_EQ(boxes.boxes[0].text, "Incorrect Preset version.");
+    plugin.Ask(effSetProgram, 0, 0);
+    EXPECT_NEAR(Shifts().first, 0.0f, 1e-6f) << "the other programs stay, too";
+}
+
+TEST_F(ZProgramBankTest, WhatLiesOutsideItsRangeIsTheNearerEndToTheHost)
+{
+    struct Row
+    {
+        const char* key;
+        const char* time;
+        float keyShare;
+        float timeShare;
+    };
+    const std::string program = plugin.Program();
+    for (const Row& row : {Row{"99", "nan", 1.0f, 0.0f}, Row{"-5", "1e30", 0.0f, 1.0f}}) {
+        const std::string timed = withValue(program, "pitchCorrectionTime", "floatvalue", row.time);
+        EXPECT_EQ(plugin.LoadProgram(withValue(timed, "key", "int32value", row.key)), 1);
+        EXPECT_EQ(plugin.effect->getParameter(plugin.effect, 2), row.keyShare);
+        EXPECT_EQ(plugin.effect->getParameter(plugin.effect, 4), row.timeShare);
+    }
+}
+
+TEST(ZProgramBankWithoutPresetsTest, HasOneProgramOfTheHostsNameAndNothingToReload)
+{
+    BoxRecorder boxes;
+    const ZInterfaceLock lock;
+    ZVSTPlugin plugin(nullptr, SmallPlugin::Make());
+    AEffect* const effect = plugin.getAeffect();
+    const auto name = [effect] {
+        std::array<char, kVstMaxProgNameLen + 1> room;
+        room.fill('!');
+        effect->dispatcher(effect, effGetProgramName, 0, 0, room.data(), 0.0f);
+        EXPECT_EQ(room.back(), '!');
+        return std::string(room.data());
+    };
+    EXPECT_EQ(effect->numPrograms, 1);
+    EXPECT_EQ(name(), "Init");
+    plugin.setProgramName("Sharps: \u266F\u266F\u266F\u266F\u266F\u266F");
+    EXPECT_EQ(name(), "Sharps: \u266F\u266F\u266F\u266F\u266F") << "cut at a whole character";
+    const std::vector<char> unterminated(kVstMaxProgNameLen, 'x');
+    plugin.setProgramName(unterminated.data());
+    EXPECT_EQ(name(), std::string(kVstMaxProgNameLen - 1, 'x'));
+    std::array<char, kVstMaxProgNameLen> room{};
+    EXPECT_FALSE(plugin.getProgramNameIndexed(-1, 0, room));
+
+    std::string nothing = "\n";
+    EXPECT_EQ(plugin.setChunk(nothing.data(), 1, false), 0) << "its only program has no content";
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    void* data = nullptr;
+    const std::int32_t size = plugin.getChunk(&data, false);
+    std::string chunk(static_cast<const char*>(data), static_cast<std::size_t>(size));
+    EXPECT_EQ(programsOf(chunk).size(), 1u);
+    EXPECT_EQ(plugin.setChunk(chunk.data(), size, false), 1);
+}
+
+}  // namespace orvane

@@ -1,0 +1,90 @@
+#include "TestHost.h"
+
+#include "pluginwrappers/interface/VstOpcodes.h"
+
+#include "support/Signals.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::size_t kLargestBlock = 8192;
+
+/// An instance in a host that renders, ready to play.
+class Stream
+{
+public:
+    Stream(const TestHost& host, float rate)
+        : effect(host.Open())
+    {
+        TestHost::SetOffline(true);
+        ask(effect, effOpen);
+        ask(effect, effSetSampleRate, 0, 0, nullptr, rate);
+        ask(effect, effSetBlockSize, 0, std::intptr_t{kLargestBlock});
+    }
+    ~Stream() { closeEffect(effect); }
+
+    /// Runs a signal through the left channel, and as much of it through the right that both can be
+    /// told apart, in blocks of any size. Gives the left.
+    std::vector<float> Run(std::vector<float> signal) const
+    {
+        std::mt19937 random(7);
+        const auto forRight = [](float sample) { return -0.5f * sample; };
+        std::vector<float> other(signal.size());
+        std::ranges::transform(signal, other.begin(), forRight);
+        std::vector<float> left(signal.size());
+        std::vector<float> right(signal.size());
+        ask(effect, effMainsChanged, 0, 1);
+        for (std::size_t at = 0; at < signal.size();) {
+            const std::size_t frames = std::min(random() % kLargestBlock + 1, signal.size() - at);
+            float* in[] = {signal.data() + at, other.data() + at};
+            float* out[] = {left.data() + at, right.data() + at};
+            effect->processReplacing(effect, in, out, static_cast<std::int32_t>(frames));
+            at += frames;
+        }
+        ask(effect, effMainsChanged, 0, 0);
+        EXPECT_TRUE(std::ranges::equal(right, left, {}, {}, forRight));
+        return left;
+    }
+
+    AEffect* effect;
+};
+
+}  // namespace
+
+TEST(AudioPathTest, DryOutputIsTheInputDelayedByTheLatencyToldWhateverTheBlocks)
+{
+    struct Row
+    {
+        float rate;
+        std::int32_t latency;
+    };
+    const TestHost host;
+    for (const Row& row : {Row{44100.0f, 18871}, Row{48000.0f, 20536}, Row{88200.0f, 37722},
+                           Row{96000.0f, 41063}, Row{32000.0f, 0}, Row{192000.0f, 0}})
+    {
+        SCOPED_TRACE(row.rate);
+        const Stream stream(host, row.rate);
+        const std::int32_t latency = stream.effect->initialDelay;
+        if (row.latency != 0) {
+            EXPECT_EQ(latency, row.latency);
+        }
+        EXPECT_NEAR(static_cast<float>(latency) / row.rate, 0.428f, 0.001f);
+
+        const auto signal = whiteNoise(0.7f, latency + 20000, 9);
+        const std::vector<float> output = stream.Run(signal);
+        EXPECT_TRUE(std::all_of(output.begin(), output.begin() + latency,
+                                [](float sample) { return sample == 0.0f; }));
+        EXPECT_TRUE(std::equal(output.begin() + latency, output.end(), signal.begin()));
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,369 @@
+// The library's window in windows of a host, on a display of the test's own: what hosts do with
+// their windows, one habit a test.
+
+#include "TestHost.h"
+
+#include "pluginwrappers/interface/ERect.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+#include "pluginwrappers/interface/WindowPicture.h"
+#include "support/DisplayProbe.h"
+#include "support/VirtualDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kCorrectPitch = 0;
+constexpr std::int32_t kKey = 2;
+constexpr std::int32_t kPitchRange = 3;
+constexpr std::int32_t kCorrectionTime = 4;
+
+xcb_rectangle_t placeAt(int x, int y)
+{
+    return {static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 454, 430};
+}
+
+std::intptr_t openEditor(AEffect* effect, std::uintptr_t parent)
+{
+    return ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(parent));  // as hosts do
+}
+
+void closeEditor(AEffect* effect)
+{
+    ask(effect, effEditClose);
+}
+
+/// One block, a period of a low voice. Whether what comes out is sound.
+bool process(AEffect* effect)
+{
+    std::array<float, 256> channel{};
+    for (std::size_t i = 0; i < channel.size(); ++i)
+        channel[i] = static_cast<float>(i) / 512.0f - 0.25f;
+    std::array<float*, 2> channels{channel.data(), channel.data()};
+    effect->processReplacing(effect, channels.data(), channels.data(), 256);
+    return std::ranges::all_of(channel, [](float sample) { return std::fabs(sample) < 8.0f; });
+}
+
+class EditorWindowTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!VirtualDisplay::IsAvailable())
+            GTEST_SKIP() << "no X server for tests";
+        StartDisplay();
+        effect = host->Open();
+        ask(effect, effSetBlockSize, 0, 256);
+        ask(effect, effMainsChanged, 0, 1);
+    }
+    void TearDown() override
+    {
+        if (effect)
+            closeEffect(effect);
+        EXPECT_TRUE(!probe || IsFree());
+    }
+
+    void StartDisplay()
+    {
+        display = std::make_unique<VirtualDisplay>();
+        probe = std::make_unique<DisplayProbe>();
+        parent = MakeParent();
+    }
+    [[nodiscard]] xcb_window_t MakeParent() { return probe->MakeWindow(kPlace); }
+    /// Whether the screen comes to show there what the window of the effect shows.
+    [[nodiscard]] bool Shows(AEffect* of, const xcb_rectangle_t& place = kPlace)
+    {
+        return waitFor([&] {
+            // Asked each time, since a value may yet be on its way to its view.
+            WindowPicture picture{};
+            EXPECT_EQ(ask(of, effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture), 1);
+            for (int row = 4; row < picture.height; row += 23) {
+                const int column = (row * 7) % picture.width;
+                const std::uint32_t shown = probe->PixelAt(place.x + column, place.y + row);
+                if (shown != (picture.pixels[row * picture.width + column] & 0xFFFFFF))
+                    return false;
+            }
+            return true;
+        });
+    }
+    void Open()
+    {
+        EXPECT_EQ(openEditor(effect, parent), 1);
+        EXPECT_TRUE(Shows(effect));
+    }
+    /// Whether the parent, which is grey, comes to be seen where the plug-in's title was.
+    [[nodiscard]] bool IsGone()
+    {
+        return waitFor([&] { return probe->PixelAt(kPlace.x + 300, kPlace.y + 15) == 0x808080; });
+    }
+    /// Whether the display comes to hold nothing of the plug-in's any more.
+    [[nodiscard]] bool IsFree()
+    {
+        return waitFor([&] { return probe->CountClients() == 0; });
+    }
+    /// Presses the button on the menu of pitch ranges, which lies on top then.
+    void OpenMenu()
+    {
+        Open();
+        const auto before = probe->GetChildren(probe->GetRoot());
+        probe->MovePointer(kPlace.x + 60, kPlace.y + 66);
+        probe->Press(1);
+        EXPECT_TRUE(
+            waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before.size(); }));
+        menu = probe->GetChildren(probe->GetRoot()).back();
+        // It is painted once it has the mouse.
+        const xcb_rectangle_t place = probe->GetPlace(menu);
+        EXPECT_TRUE(waitFor([&] {
+            return probe->PixelAt(place.x + 4, place.y + place.height - 8) == kMenuGround;
+        }));
+    }
+    [[nodiscard]] bool MenuIsGone()
+    {
+        return waitFor([&] {
+            const auto windows = probe->GetChildren(probe->GetRoot());
+            return std::count(windows.begin(), windows.end(), menu) == 0;
+        });
+    }
+
+    static constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
+    static constexpr std::uint32_t kMenuGround = 0x262629;
+
+    const std::size_t threadsBefore = threadCount();
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<DisplayProbe> probe;
+    xcb_window_t parent = XCB_NONE;
+    std::unique_ptr<TestHost> host = std::make_unique<TestHost>();
+    AEffect* effect = nullptr;
+    xcb_window_t menu = XCB_NONE;
+};
+
+/// Gestures that the host has been told of, and what was told out of order.
+struct Gestures
+{
+    Gestures()
+    {
+        for (const HostCall& call : TestHost::Calls()) {
+            if (call.opcode == audioMasterBeginEdit) {
+                ++begun;
+                mistakes += open[call.index]++ != 0;
+            } else if (call.opcode == audioMasterEndEdit) {
+                mistakes += --open[call.index] != 0;
+            }
+        }
+    }
+    [[nodiscard]] bool AllClosed() const
+    {
+        return std::ranges::all_of(open, [](const auto& each) { return each.second == 0; });
+    }
+
+    int begun = 0;
+    int mistakes = 0;
+    std::map<std::int32_t, int> open;
+};
+
+/// Ends the process as a host does that forgets an instance; a process that hangs is killed.
+[[noreturn]] void exitAtOnce()
+{
+    ::alarm(2);
+    std::exit(0);
+}
+
+}  // namespace
+
+TEST_F(EditorWindowTest, ShowsTheSameStateInOneParentAfterAnother)
+{
+    ERect* rect = nullptr;
+    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
+    EXPECT_EQ(rect->right - rect->left, kPlace.width);
+    EXPECT_EQ(rect->bottom - rect->top, kPlace.height);
+    Open();
+    probe->MovePointer(kPlace.x + 22, kPlace.y + 163);
+    probe->Click(1);
+    EXPECT_TRUE(waitFor([this] { return effect->getParameter(effect, kCorrectPitch) == 1.0f; }));
+    EXPECT_TRUE(Shows(effect));
+    closeEditor(effect);
+    EXPECT_TRUE(IsGone());
+    EXPECT_TRUE(IsFree());
+
+    const xcb_rectangle_t second = placeAt(200, 120);
+    EXPECT_EQ(openEditor(effect, probe->MakeWindow(second)), 1);
+    EXPECT_TRUE(Shows(effect, second));
+    closeEditor(effect);
+    closeEditor(effect);
+    for (int i = 0; i < 200; ++i) {
+        EXPECT_EQ(openEditor(effect, parent), 1);
+        closeEditor(effect);
+    }
+    EXPECT_TRUE(waitFor([this] { return probe->CountResources() == 0; }));
+}
+
+TEST_F(EditorWindowTest, ParentsThatAreNoneAreRefusedAndAllElseGoesOn)
+{
+    const xcb_window_t gone = MakeParent();
+    probe->Destroy(gone);
+    probe->Sync();
+    for (const std::uintptr_t none :
+         {std::uintptr_t{0}, std::uintptr_t{gone}, std::uintptr_t{0x7fffffff}, UINTPTR_MAX})
+        EXPECT_EQ(openEditor(effect, none), 0) << none;
+    EXPECT_TRUE(IsFree());
+    Open();
+    EXPECT_EQ(openEditor(effect, 0), 0);
+    EXPECT_TRUE(Shows(effect)) << "the first opening holds";
+}
+
+TEST_F(EditorWindowTest, AfterTheLastWindowTheLibraryUnloads)
+{
+    Open();
+    closeEffect(std::exchange(effect, nullptr));
+    host.reset();
+    EXPECT_FALSE(PluginLibrary::IsLoaded());
+    EXPECT_TRUE(threadsFallTo(threadsBefore));
+}
+
+TEST_F(EditorWindowTest, AProcessThatLeavesAWindowOpenEndsCleanlyAndAtOnce)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    Open();
+    EXPECT_EXIT(exitAtOnce(), testing::ExitedWithCode(0), "^$");
+}
+
+TEST_F(EditorWindowTest, ManyInstancesShowTheirOwnStatesAndGoInAnyOrder)
+{
+    std::vector<AEffect*> effects;
+    for (int i = 0; i < 20; ++i) {
+        effects.push_back(host->Open());
+        effects[i]->setParameter(effects[i], i % 2 == 0 ? kCorrectPitch : kKey, 1.0f);
+        ask(effects[i], effMainsChanged, 0, 1);  // brings the value to the views
+        const xcb_rectangle_t place = placeAt(20 * i, 16 * i);
+        EXPECT_EQ(openEditor(effects[i], probe->MakeWindow(place)), 1);
+        EXPECT_TRUE(Shows(effects[i], place)) << i;
+    }
+    EXPECT_EQ(probe->CountClients(), 1u) << "one connection for all";
+    for (std::size_t i = 0; i < 20; i += 2)
+        closeEditor(effects[i]);
+    for (std::size_t i = 0; i < 20; ++i)
+        closeEffect(effects[19 - i]);
+}
+
+TEST_F(EditorWindowTest, AHostThatHidesItsWindowShowsTheSameLater)
+{
+    Open();
+    const xcb_window_t frame = probe->MakeWindow({200, 50, 500, 500});
+    probe->Reparent(parent, frame, 10, 20);
+    EXPECT_TRUE(Shows(effect, placeAt(210, 70)));
+    probe->Hide(frame);
+    for (int i = 0; i < 5; ++i)
+        ask(effect, effEditIdle);
+    probe->Show(frame);
+    EXPECT_TRUE(Shows(effect, placeAt(210, 70))) << "without a call";
+}
+
+TEST_F(EditorWindowTest, AParentMayGoWithoutAClose)
+{
+    Open();
+    probe->Destroy(parent);
+    ask(effect, effEditIdle);
+    process(effect);
+    EXPECT_TRUE(IsFree()) << "the connection had one window";
+    parent = MakeParent();
+    Open();
+    probe->Destroy(parent);
+    closeEditor(effect);
+    parent = MakeParent();
+    Open();
+    closeEffect(std::exchange(effect, nullptr));
+    EXPECT_TRUE(IsGone()) << "the instance's end is the window's";
+}
+
+TEST_F(EditorWindowTest, TheEndOfTheServerEndsTheWindowAndNothingElse)
+{
+    Open();
+    AEffect* const second = host->Open();
+    EXPECT_EQ(openEditor(second, parent), 1);
+    probe.reset();
+    display->Kill();
+    for (int i = 0; i < 20; ++i) {
+        ask(effect, effEditIdle);
+        process(effect);
+        effect->setParameter(effect, kCorrectPitch, i % 2 == 0 ? 0.0f : 1.0f);
+    }
+    closeEditor(effect);
+    display.reset();
+    StartDisplay();
+    Open();
+    closeEffect(second);
+    EXPECT_EQ(probe->GetChildren(parent).size(), 1u);
+}
+
+TEST_F(EditorWindowTest, TheSliderIsDraggedInOneGestureWhateverEndsIt)
+{
+    Open();
+    const float before = effect->getParameter(effect, kCorrectionTime);
+    probe->MovePointer(kPlace.x + 42, kPlace.y + 204);
+    probe->Press(1);
+    probe->MovePointer(kPlace.x + 90, kPlace.y + 204);
+    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kCorrectionTime) > before; }));
+    EXPECT_FALSE(Gestures().AllClosed());
+    probe->Release(1);
+    EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); }));
+    probe->Press(1);
+    EXPECT_TRUE(waitFor([] { return Gestures().begun == 2; }));
+    closeEditor(effect);
+    EXPECT_TRUE(waitFor([] { return Gestures().AllClosed(); })) << "the close ends what is held";
+    EXPECT_EQ(Gestures().mistakes, 0);
+    probe->Release(1);
+}
+
+TEST_F(EditorWindowTest, AnEntryOfAMenuIsChosenWithTheMouse)
+{
+    OpenMenu();
+    const float before = effect->getParameter(effect, kPitchRange);
+    probe->MovePointer(kPlace.x + 70, kPlace.y + 80);
+    probe->MovePointer(kPlace.x + 80, kPlace.y + 95);
+    probe->Release(1);
+    EXPECT_TRUE(MenuIsGone());
+    EXPECT_TRUE(waitFor([&] { return effect->getParameter(effect, kPitchRange) != before; }));
+}
+
+TEST_F(EditorWindowTest, WhateverEndsUnderAnOpenMenuTakesTheMenuAlong)
+{
+    const std::vector<std::function<void()>> ends{
+        [&] { closeEditor(effect); },
+        [&] { probe->Destroy(parent); },
+        [&] { openEditor(effect, MakeParent()); },
+        [&] { closeEffect(std::exchange(effect, host->Open())); },
+    };
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+        OpenMenu();
+        ends[i]();
+        EXPECT_TRUE(MenuIsGone()) << i;
+        probe->Release(1);
+        process(effect);
+        closeEditor(effect);
+        EXPECT_TRUE(IsFree());
+        parent = MakeParent();
+    }
+    OpenMenu();
+    probe.reset();
+    display->Kill();
+    ask(effect, effEditIdle);
+    closeEffect(std::exchange(effect, nullptr));
+}
+
+}  // namespace orvane

@@ -1,0 +1,174 @@
+#include "tools/render/PluginInstance.h"
+#include "support/PrivateFolder.h"
+#include "tools/fake_plugin/FakePlugin.h"
+#include "tools/render/OfflineRender.h"
+#include "tools/render/PluginSettings.h"
+#include "tools/render/RenderProgram.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// The fake's library, kept loaded so that its log outlives the instances.
+const FakePluginLog& fakePluginLog()
+{
+    static const PluginLibrary library(KESTRUNE_FAKE_PLUGIN);
+    void* const handle = ::dlopen(KESTRUNE_FAKE_PLUGIN, RTLD_NOW | RTLD_NOLOAD);
+    const auto log = reinterpret_cast<FakePluginLog* (*)()>(::dlsym(handle, "fakePluginLog"));
+    ::dlclose(handle);
+    return *log();
+}
+
+RenderSettings settingsWith(std::initializer_list<const char*> assignments)
+{
+    RenderSettings settings;
+    for (const char* assignment : assignments)
+        settings.Assign(assignment);
+    return settings;
+}
+
+/// Files of a render through the fake, in a way that the environment tells it.
+class FakeRender
+{
+public:
+    explicit FakeRender(const char* mode = "")
+        : mMode(kFakeMode, mode)
+    {
+        mRequest.input = mFolder.Path("in.wav");
+        mRequest.output = mFolder.Path("out.wav");
+    }
+
+    RenderRequest& Request() { return mRequest; }
+
+    std::filesystem::path File(const char* name, const std::string& text)
+    {
+        writeTextFile(mFolder.Path(name), text);
+        return mFolder.Path(name);
+    }
+    [[nodiscard]] std::string Text(const char* name) const
+    {
+        return readTextFile(mFolder.Path(name));
+    }
+
+    RenderResult Run(const TestSound& sound)
+    {
+        writeSound(mRequest.input, sound);
+        PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
+        return renderOffline(mRequest, plugin);
+    }
+
+    [[nodiscard]] std::vector<float> Output() const { return readSound(mRequest.output).samples; }
+
+private:
+    EnvironmentVariable mMode;
+    PrivateFolder mFolder;
+    RenderRequest mRequest;
+};
+
+}  // namespace
+
+TEST(PluginInstanceTest, EventsComeAtTheirFrameAndCutTheBlockOfAHostThatRendersOffline)
+{
+    const FakePluginLog& log = fakePluginLog();
+    FakeRender render;
+    RenderRequest& request = render.Request();
+    request.blockFrames = 4410;
+    request.automation =
+        render.File("a.csv", "0.15,Key,A\n0,Correct Pitch,On\n0.15,Key,G#\n9,Key,A");
+    const std::string head{"MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\x0D", 22};
+    request.midi = render.File(
+        "m.mid", head + std::string{"\0\x90\x3C\x64\x1D\x3C\x00\x00\x3D\x01\x00\xC2\x07", 13});
+    EXPECT_EQ(render.Run(testVoice(1, 0.3)).eventsLeft, 1u);
+    // 29 of 96 ticks, two quarters a second: 0.151041 s.
+    EXPECT_EQ(log, (FakePluginLog{"opcode 0: 0 0",
+                                  "opcode 10: 0 44100",
+                                  "opcode 11: 4410 0",
+                                  "opcode 12: 1 0",
+                                  "Correct Pitch 1.00",
+                                  "1: 90 60 100 after 0",
+                                  "host 2400 44100 4410 4 1 1 Orvane Inc. kestrune-render",
+                                  "4410 frames at 0, quarter 0.000",
+                                  "2205 frames at 4410, quarter 0.200",
+                                  "Key 0.02",
+                                  "Key 1.00",
+                                  "46 frames at 6615, quarter 0.300",
+                                  "1: 90 60 0 after 0",
+                                  "1: 90 61 1 after 0",
+                                  "1: c2 7 0 after 0",
+                                  "2159 frames at 6661, quarter 0.302",
+                                  "4410 frames at 8820, quarter 0.400",
+                                  "150 frames at 13230, quarter 0.600",
+                                  "opcode 12: 0 0",
+                                  "opcode 1: 0 0"}));
+}
+
+TEST(PluginInstanceTest, LatencyIsCompensatedWhereverItIsKnownInTime)
+{
+    struct Case
+    {
+        const char* mode;
+        int latency;
+        bool moved;
+    };
+    const TestSound voice = testVoice(2, 0.3);
+    for (const Case& each :
+         {Case{"automates", kFakeLatency, false}, Case{"early", kFakeLaterLatency, false},
+          Case{"late", kFakeLatency, true}})
+    {
+        SCOPED_TRACE(each.mode);
+        FakeRender render(each.mode);
+        const RenderResult result = render.Run(voice);
+        EXPECT_EQ(result.latency, each.latency);
+        EXPECT_EQ(result.latencyMoved, each.moved);
+        EXPECT_EQ(render.Output().size(), voice.samples.size());
+        EXPECT_EQ(render.Output() == voice.samples, !each.moved);
+        EXPECT_EQ(result.automationCalls > 0, each.mode == std::string("automates"));
+    }
+}
+
+TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
+{
+    FakeRender render;
+    RenderRequest& request = render.Request();
+    request.state.program = "second";
+    request.state.loadChunk = render.File("c", std::string("a\0b", 3));
+    request.state.preset = render.File("p.xml", "<preset version=\"1.0\"></preset>");
+    request.settings = settingsWith({"key=G#"});
+    request.saveChunk = render.File("saved", "old");
+    const FakePluginLog& log = fakePluginLog();
+    const RenderResult result = render.Run({44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT, {}});
+    EXPECT_EQ(log, (FakePluginLog{
+                       "opcode 0: 0 0", "opcode 10: 0 44100", "opcode 11: 512 0", "opcode 67: 0 0",
+                       "opcode 2: 1 0", "opcode 68: 0 0", std::string("bank a\0b", 8),
+                       "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
+                       "</preset>\n</VST_Program>\n",
+                       "Key 1.00", "opcode 12: 1 0", "opcode 12: 0 0", "opcode 1: 0 0"}));
+    EXPECT_EQ(render.Text("saved"), kFakeChunk);
+    EXPECT_EQ(result.settings.Value(Setting::kDetune), 12.5f);
+}
+
+TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
+{
+    PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
+    const PluginSettings settings(plugin);
+    for (int key = 0; key < 12; ++key) {
+        settings.Give(settingsWith({("key=" + std::to_string(key)).c_str()}));
+        EXPECT_EQ(settings.InForce({}).Index(Setting::kKey), key);
+    }
+    settings.Give(settingsWith({"Key=g#"}));
+    settings.Give(settingsWith({"Pitch Correcton Time=+123.0", "PITCHcorrectionONoff=oN"}));
+    const RenderSettings inForce = settings.InForce({});
+    EXPECT_EQ(inForce.Text(Setting::kPitchCorrectionTime), "123 ms");
+    EXPECT_TRUE(inForce.IsOn(Setting::kPitchCorrectionOnOff));
+    EXPECT_EQ(inForce.Index(Setting::kKey), 11);
+    EXPECT_EQ(inForce.Text(Setting::kScale), "Major");
+    EXPECT_EQ(inForce.Value(Setting::kPitchShift), 0.0f);
+    EXPECT_EQ(plugin.Parameter(3), 0.5f);
+}
+
+}  // namespace orvane

@@ -1,0 +1,167 @@
+#include "tools/render/RenderProgram.h"
+
+#include "kestrune/common/engine/KestruneScales.h"
+#include "support/Signals.h"
+#include "tools/render/PitchReader.h"
+#include "tools/render/PitchTrack.h"
+#include "tools/render/RenderSettings.h"
+#include "tools/render/ScaleGrid.h"
+#include "tools/render/SoundFile.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr int kRate = 44100;
+
+double hzAt(double semitonesFromConcertPitch)
+{
+    return 440.0 * std::exp2(semitonesFromConcertPitch / 12.0);
+}
+
+ScaleGrid gridWith(std::initializer_list<std::pair<Setting, float>> values)
+{
+    RenderSettings settings;
+    for (const auto& [setting, value] : values)
+        settings.Set(setting, value);
+    return ScaleGrid(settings);
+}
+
+/// All readings of a sound that is fed in pieces of a length.
+std::vector<PitchReading> readingsOf(const std::vector<float>& sound, int piece)
+{
+    PitchReader reader(kRate, sourceRange(0), 2);
+    std::vector<PitchReading> readings;
+    const int frames = static_cast<int>(sound.size());
+    for (int first = 0; first < frames; first += piece) {
+        reader.Feed({sound, sound}, first, std::min(piece, frames - first));
+        readings.insert(readings.end(), reader.Readings().begin(), reader.Readings().end());
+    }
+    return readings;
+}
+
+/// Share of places that count as voiced when a reader tells of hz, steady, all over a sound.
+double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents = 0.0f)
+{
+    PitchTrack track(kRate, static_cast<int>(sound.size()), 2);
+    track.Feed({sound, sound}, static_cast<int>(sound.size()));
+    std::vector<PitchReading> readings;
+    for (std::int64_t frame = 2000; frame < std::ssize(sound) - 2000; frame += 512) {
+        const float sign = readings.size() % 2 == 0 ? 0.5f : -0.5f;
+        const float pitch = hz * std::exp2(sign * wobbleCents / 1200.0f);
+        readings.push_back({frame, pitch});
+    }
+    track.AddInput(readings);
+    track.Finish(std::ssize(sound));
+    const auto& points = track.Points();
+    const auto voiced =
+        std::count_if(points.begin(), points.end(), [](const PitchPoint& p) { return p.isVoiced; });
+    return static_cast<double>(voiced) / static_cast<double>(points.size());
+}
+
+}  // namespace
+
+TEST(PitchReaderTest, ReadingsStandWhereThePitchWasSungWhateverThePieces)
+{
+    std::vector<float> voice = testVoice(1, 1.0).samples;
+    TestSound upper = testVoice(2, 1.0);
+    for (std::size_t i = 0; i < upper.Frames(); ++i)
+        voice.push_back(upper.samples[2 * i + 1]);
+    const auto step = static_cast<std::int64_t>(voice.size() / 2);
+    const std::vector<PitchReading> whole = readingsOf(voice, kRate);
+    const std::vector<PitchReading> pieces = readingsOf(voice, 77);
+    ASSERT_EQ(whole.size(), pieces.size());
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        EXPECT_EQ(whole[i].frame, pieces[i].frame);
+        EXPECT_EQ(whole[i].hz, pieces[i].hz);
+        const std::int64_t early = step - whole[i].frame;
+        if (whole[i].frame > kRate / 10 && early > kRate / 33) {
+            EXPECT_NEAR(whole[i].hz, 223.845f, 1.0f) << whole[i].frame;
+        }
+        if (early < -kRate / 33) {
+            EXPECT_GT(whole[i].hz, 320.0f) << whole[i].frame;
+        }
+    }
+}
+
+TEST(PitchTrackTest, OutputsBelongToThePlacesOfTheirOrder)
+{
+    PitchTrack track(kRate, 100, 2);
+    track.AddInput(std::vector<PitchReading>{{-400, 100.0f}, {112, 200.0f}});
+    track.AddOutput(std::vector<PitchReading>{{-400, 110.0f}});
+    track.AddInput(std::vector<PitchReading>{{624, 300.0f}, {1136, 400.0f}, {90000, 500.0f}});
+    track.AddOutput(std::vector<PitchReading>{{112, 210.0f}, {624, 310.0f}});
+    track.Finish(kRate);
+    const std::vector<PitchPoint>& points = track.Points();
+    ASSERT_EQ(points.size(), 3u);
+    EXPECT_EQ(points[0].inputHz, 200.0f);
+    EXPECT_EQ(points[0].outputHz, 210.0f);
+    EXPECT_EQ(points[1].outputHz, 310.0f);
+    EXPECT_EQ(points[2].outputHz, 0.0f) << "not known";
+}
+
+TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
+{
+    const ScaleGrid cMajor = gridWith({});
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(0.3)), 30.0, 1e-3);   // over A
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(1.1)), 90.0, 1e-3);   // A#, nearer to B
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(2.9)), 10.0, 1e-3);   // under the root
+    EXPECT_NEAR(cMajor.CentsOff(hzAt(-33.0)), 0.0, 1e-3);  // a root, three octaves down
+    const ScaleGrid just = gridWith({{Setting::kIntonation, 1.0f}});
+    EXPECT_NEAR(just.CentsOff(hzAt(-5.0)), 14.0, 1e-3);  // E of equal temperament
+    EXPECT_NEAR(gridWith({{Setting::kDetune, 50.0f}}).CentsOff(hzAt(0.0)), 50.0, 1e-3);
+}
+
+TEST(ScaleGridTest, NotesCarryTheirNamesAndRank)
+{
+    const auto notes = gridWith({{Setting::kKey, 0.0f}, {Setting::kScale, 2.0f}}).Notes(56.5, 60.5);
+    std::string listing;
+    for (const ScaleGrid::Note& note : notes)
+        listing += note.name + (note.isRoot ? " root" : note.isInScale ? " in" : " out") + "\n";
+    EXPECT_EQ(listing, "A4 root\nA#4 out\nB4 in\nC5 in\n");
+    EXPECT_NEAR(notes.front().position, 57.0, 1e-6);
+    EXPECT_EQ(gridWith({}).Notes(-0.5, 0.5).front().name, "C0");
+}
+
+TEST(PitchTrackTest, OnlyALoudPeriodicSteadyPlaceIsVoiced)
+{
+    const std::vector<float> voice = testVoice(1, 1.0).samples;
+    EXPECT_GT(voicedShare(voice, 223.845f), 0.95);
+    EXPECT_LT(voicedShare(voice, 310.0f), 0.05) << "not the period of the sound";
+    EXPECT_LT(voicedShare(voice, 223.845f, 100.0f), 0.05) << "not steady";
+
+    std::vector<float> soft = voice;
+    for (float& sample : soft)
+        sample *= 1e-4f;
+    EXPECT_EQ(voicedShare(soft, 223.845f), 0.0);
+    const std::vector<float> noise = whiteNoise(0.3f, kRate, 1);
+    EXPECT_LT(voicedShare(noise, 223.845f), 0.05);
+    EXPECT_EQ(voicedShare(std::vector<float>(voice.size(), 0.25f), 223.845f), 0.0) << "an offset";
+}
+
+TEST(PitchTrackTest, DistancesAreMedianAndNinetyFifthOfAHundred)
+{
+    std::vector<PitchPoint> points;
+    for (int cents = 100; cents > 0; --cents) {
+        const auto hz = static_cast<float>(hzAt(0.004 * cents));
+        points.push_back({0.0, hz, 440.0f, 1.0f, 1.0f, true});
+        points.push_back({0.0, 466.0f, 466.0f, 1.0f, 1.0f, false});
+    }
+    const ScaleGrid grid = gridWith({});
+    const ScaleDistance before = distanceFromScale(points, grid, &PitchPoint::inputHz);
+    EXPECT_NEAR(before.median.value(), 20.0, 0.01);
+    EXPECT_NEAR(before.percentile95.value(), 38.0, 0.01);
+    const ScaleDistance after = distanceFromScale(points, grid, &PitchPoint::outputHz);
+    EXPECT_NEAR(after.percentile95.value(), 0.0, 0.01);
+    EXPECT_FALSE(distanceFromScale({}, grid, &PitchPoint::inputHz).median.has_value());
+}
+
+}  // namespace orvane

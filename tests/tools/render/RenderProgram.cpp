@@ -1,0 +1,103 @@
+#include "tools/render/RenderProgram.h"
+
+#include "tools/singer/Singer.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orvane
+{
+
+void writeSound(const std::filesystem::path& path, const TestSound& sound)
+{
+    SF_INFO info{};
+    info.samplerate = sound.rate;
+    info.channels = sound.channels;
+    info.format = sound.format;
+    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+    if (!file)
+        throw std::runtime_error(sf_strerror(nullptr));
+    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
+    sf_writef_float(file, sound.samples.data(), static_cast<sf_count_t>(sound.Frames()));
+    sf_close(file);
+}
+
+TestSound readSound(const std::filesystem::path& path)
+{
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    if (!file)
+        throw std::runtime_error(sf_strerror(nullptr));
+    TestSound sound{info.samplerate, info.channels, info.format, {}};
+    sound.samples.resize(static_cast<std::size_t>(info.frames * info.channels));
+    sf_readf_float(file, sound.samples.data(), info.frames);
+    sf_close(file);
+    return sound;
+}
+
+TestSound testVoice(int channels, double seconds, int rate)
+{
+    constexpr double kPitch = 223.845;  // A3 and 30 cents
+    const std::vector<float> left = steadyVowel(Vowel::kA, kPitch, rate, seconds);
+    const std::vector<float> right = steadyVowel(Vowel::kO, 2 * kPitch, rate, seconds);
+    TestSound sound;
+    sound.rate = rate;
+    sound.channels = channels;
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        sound.samples.push_back(left[i]);
+        if (channels == 2)
+            sound.samples.push_back(0.25f * right[i]);
+    }
+    return sound;
+}
+
+std::vector<std::string> namesIn(const PrivateFolder& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
+        names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+RenderProgram::RenderProgram(const std::vector<std::string>& arguments, const std::string& program)
+{
+    std::vector<std::string> words{program};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    const auto redirect = [&actions](int stream, const std::string& path) {
+        posix_spawn_file_actions_addopen(&actions, stream, path.c_str(), O_WRONLY | O_CREAT, 0600);
+    };
+    redirect(STDOUT_FILENO, mStreams.Path("out"));
+    redirect(STDERR_FILENO, mStreams.Path("err"));
+    const int error = posix_spawn(&mProcess, argv[0], &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0)
+        throw std::runtime_error("the program does not start");
+}
+
+ProgramRun RenderProgram::Finish()
+{
+    int state = 0;
+    waitpid(mProcess, &state, 0);
+    ProgramRun run;
+    if (WIFEXITED(state))
+        run.status = WEXITSTATUS(state);
+    if (WIFSIGNALED(state))
+        run.signal = WTERMSIG(state);
+    run.out = readTextFile(mStreams.Path("out"));
+    run.err = readTextFile(mStreams.Path("err"));
+    return run;
+}
+
+}  // namespace orvane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "support/Signals.h"
+#include "zlib/common/buffers/ZBuffer.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace orvane
+{
+
+/// Fills the samples in use, the same on every run for one seed: noise in -1 .. 1.
+inline void fillWithNoise(ZBuffer& buffer, std::uint32_t seed)
+{
+    const auto noise = whiteNoise(1.0f, static_cast<int>(buffer.Length()), seed);
+    std::copy(noise.begin(), noise.end(), buffer.Data());
+}
+
+}  // namespace orvane

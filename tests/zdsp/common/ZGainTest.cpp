@@ -1,0 +1,319 @@
+#include "zdsp/common/ZGain.h"
+
+#include "zdsp/common/Noise.h"
+#include "zdsp/common/ZVectorSupport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr std::uint32_t kFence = 12;
+
+/// Buffers and factors of one operation. Samples behind those in use are large, so that a peak
+/// that counts them is wrong, and out goes on far enough to show who writes behind the padding.
+struct Work
+{
+    explicit Work(std::uint32_t samples)
+        : a(samples, "ZBuffer")
+        , b(samples, "ZBuffer")
+        , out(samples + kFence, "ZBuffer")
+    {
+        fillWithNoise(a, 1);
+        fillWithNoise(b, 2);
+        fillWithNoise(out, 3);
+        for (std::uint32_t i = samples; i < a.Allocated(); ++i)
+            a.Data()[i] = b.Data()[i] = 1000.0f;
+    }
+
+    ZBuffer a;
+    ZBuffer b;
+    ZBuffer out;
+    float gain = -0.7f;
+    float start = 0.25f;
+    float end = -1.5f;
+};
+
+// Where products go, what the second factor is, and what the operation gives back.
+enum Target
+{
+    kInPlace,
+    kOut,
+    kAddToOut
+};
+
+enum Factor
+{
+    kRamp,
+    kOther,
+    kGain
+};
+
+enum Result
+{
+    kNone,
+    kSum,
+    kPeak
+};
+
+struct Operation
+{
+    const char* name;
+    Target target;
+    Factor factor;
+    Result result;
+    float (*run)(ZGain& g, Work& w);
+};
+
+using G = ZGain&;
+using W = Work&;
+
+std::uint32_t all(const Work& w)
+{
+    return w.a.Length();
+}
+
+// clang-format off
+const std::vector<Operation> kOperations = {
+    {"Ramp", kInPlace, kRamp, kNone, [](G g, W w) { return g.Ramp(w.a, w.start, w.end), 0.0f; }},
+    {"Multiply", kInPlace, kOther, kNone, [](G g, W w) { return g.Multiply(w.a, w.b), 0.0f; }},
+    {"Scale", kInPlace, kGain, kNone, [](G g, W w) { return g.Scale(w.a, w.gain), 0.0f; }},
+    {"MultiplySum", kInPlace, kOther, kSum, [](G g, W w) { return g.MultiplySum(w.a, w.b, all(w)); }},
+    {"MultiplyRange", kOut, kOther, kNone, [](G g, W w) { return g.MultiplyRange(w.a, w.b, w.out, 0, 0, 0, all(w)), 0.0f; }},
+    {"RampTo", kOut, kRamp, kNone, [](G g, W w) { return g.RampTo(w.a, w.start, w.end, w.out), 0.0f; }},
+    {"MultiplyTo", kOut, kOther, kNone, [](G g, W w) { return g.MultiplyTo(w.a, w.b, w.out), 0.0f; }},
+    {"ScaleTo", kOut, kGain, kNone, [](G g, W w) { return g.ScaleTo(w.a, w.gain, w.out), 0.0f; }},
+    {"RampAdd", kAddToOut, kRamp, kNone, [](G g, W w) { return g.RampAdd(w.a, w.start, w.end, w.out), 0.0f; }},
+    {"MultiplyAddCount", kAddToOut, kOther, kNone, [](G g, W w) { return g.MultiplyAddCount(w.a, w.b, w.out, all(w)), 0.0f; }},
+    {"MultiplyAdd", kAddToOut, kOther, kNone, [](G g, W w) { return g.MultiplyAdd(w.a, w.b, w.out), 0.0f; }},
+    {"ScaleAddCount", kAddToOut, kGain, kNone, [](G g, W w) { return g.ScaleAddCount(w.a, w.gain, w.out, all(w)), 0.0f; }},
+    {"ScaleAdd", kAddToOut, kGain, kNone, [](G g, W w) { return g.ScaleAdd(w.a, w.gain, w.out), 0.0f; }},
+    {"RampPeak", kInPlace, kRamp, kPeak, [](G g, W w) { return g.RampPeak(w.a, w.start, w.end); }},
+    {"MultiplyPeak", kInPlace, kOther, kPeak, [](G g, W w) { return g.MultiplyPeak(w.a, w.b); }},
+    {"ScalePeak", kInPlace, kGain, kPeak, [](G g, W w) { return g.ScalePeak(w.a, w.gain); }},
+    {"RampToPeak", kOut, kRamp, kPeak, [](G g, W w) { return g.RampToPeak(w.a, w.start, w.end, w.out); }},
+    {"MultiplyToPeak", kOut, kOther, kPeak, [](G g, W w) { return g.MultiplyToPeak(w.a, w.b, w.out); }},
+    {"ScaleToPeak", kOut, kGain, kPeak, [](G g, W w) { return g.ScaleToPeak(w.a, w.gain, w.out); }},
+    {"RampAddPeak", kAddToOut, kRamp, kPeak, [](G g, W w) { return g.RampAddPeak(w.a, w.start, w.end, w.out); }},
+    {"MultiplyAddPeak", kAddToOut, kOther, kPeak, [](G g, W w) { return g.MultiplyAddPeak(w.a, w.b, w.out); }},
+    {"ScaleAddPeak", kAddToOut, kGain, kPeak, [](G g, W w) { return g.ScaleAddPeak(w.a, w.gain, w.out); }},
+    {"ScaleAddAt", kAddToOut, kGain, kNone, [](G g, W w) { return g.ScaleAddAt(w.a, w.gain, w.out, 0), 0.0f; }},
+};
+// clang-format on
+
+double rampAt(const Work& work, std::uint32_t i)
+{
+    const std::uint32_t steps = std::max(work.a.Length() - 1, 1u);
+    return work.start + (static_cast<double>(work.end) - work.start) * i / steps;
+}
+
+void expectPlainResult(ZGain& gain, const Operation& operation, std::uint32_t samples)
+{
+    Work work(samples);
+    const Work before(samples);
+    const float result = operation.run(gain, work);
+    const ZBuffer& written = operation.target == kInPlace ? work.a : work.out;
+    double sum = 0.0;
+    double peak = 0.0;
+    for (std::uint32_t i = 0; i < samples; ++i) {
+        const double factors[] = {rampAt(before, i), before.b.Data()[i], before.gain};
+        const double start = operation.target == kAddToOut ? before.out.Data()[i] : 0.0;
+        const double value = start + before.a.Data()[i] * factors[operation.factor];
+        // The ramp is summed up, with one rounding a sample.
+        EXPECT_NEAR(written.Data()[i], value, 2e-7 * (1 + samples)) << "sample " << i;
+        sum += value;
+        peak = std::max(peak, std::abs(value));
+    }
+    const double expected = operation.result == kNone ? 0.0 : operation.result == kSum ? sum : peak;
+    EXPECT_NEAR(result, expected, 2e-7 * (1 + samples));
+    for (std::uint32_t i = work.a.Allocated(); i < samples + kFence; ++i)
+        EXPECT_EQ(work.out.Data()[i], before.out.Data()[i]) << "fence at " << i;
+}
+
+/// Tests run on both forms; on a processor without vector code the second is the plain one again.
+class ZGainTest : public testing::TestWithParam<bool>
+{
+protected:
+    std::unique_ptr<ZGain> mGain = ZGain::Create(GetParam());
+};
+
+INSTANTIATE_TEST_SUITE_P(Forms, ZGainTest, testing::Values(true, false),
+                         [](const auto& form) { return form.param ? "Plain" : "Vector"; });
+
+}  // namespace
+
+TEST_P(ZGainTest, IsTheFormThatWasAskedFor)
+{
+    const bool vector = ZVectorSupport::ProcessorClass() == ZVectorSupport::kVector;
+    EXPECT_STREQ(mGain->GetName(), !GetParam() && vector ? "ZGainSSE" : "ZGain");
+}
+
+TEST_P(ZGainTest, EveryOperationDoesWhatItSaysAtEveryLength)
+{
+    for (const Operation& operation : kOperations) {
+        for (std::uint32_t samples = 1; samples <= 17; ++samples) {
+            SCOPED_TRACE(testing::Message() << operation.name << " over " << samples);
+            expectPlainResult(*mGain, operation, samples);
+        }
+        SCOPED_TRACE(operation.name);
+        expectPlainResult(*mGain, operation, 1000);
+    }
+}
+
+TEST_P(ZGainTest, CountsAndOffsetsBoundWhatIsWritten)
+{
+    for (std::uint32_t offset = 0; offset <= 7; ++offset) {
+        SCOPED_TRACE(offset);
+        Work work(5);
+        const Work before(5);
+        mGain->ScaleAddAt(work.a, 0.5f, work.out, offset);
+        for (std::uint32_t i = 0; i < work.out.Length(); ++i) {
+            const bool inside = i >= offset && i < offset + 5;
+            const float added = inside ? 0.5f * before.a.Data()[i - offset] : 0.0f;
+            EXPECT_FLOAT_EQ(work.out.Data()[i], before.out.Data()[i] + added) << "sample " << i;
+        }
+    }
+    Work work(9);
+    const Work before(9);
+    mGain->MultiplyRange(work.a, work.b, work.out, 3, 5, 1, 4);
+    for (std::uint32_t i = 0; i < work.out.Length(); ++i) {
+        const bool inside = i >= 5 && i < 9;
+        const float product = inside ? before.a.Data()[i - 2] * before.b.Data()[i - 4] : 0.0f;
+        EXPECT_EQ(work.out.Data()[i], inside ? product : before.out.Data()[i]) << "sample " << i;
+    }
+    mGain->MultiplySum(work.a, work.b, 3);
+    mGain->ScaleAddCount(work.b, 2.0f, work.out, 3);
+    mGain->MultiplyAddCount(work.b, work.b, work.out, 2);
+    EXPECT_EQ(work.a.Data()[3], before.a.Data()[3]);
+    EXPECT_EQ(work.out.Data()[3], before.out.Data()[3]);
+}
+
+TEST_P(ZGainTest, MinimumTakesOnlySamplesThatRaiseNoMaximum)
+{
+    const struct
+    {
+        std::vector<float> samples;
+        float min;
+        float max;
+    } cases[] = {
+        {{1, 2, 3, 4, 5}, 100, 5},
+        {{5, 4, 3, 2, 1}, 1, 5},
+        {{-1, 3, -2, 4, -5}, -5, 4},
+        {{2}, 100, 2},
+        {{3, 3, 3}, 3, 3},
+        {{-200, -150, -300}, -300, -100},
+        {{1, kNan, 0.5f, kNan}, 0.5f, 1},
+    };
+    for (const auto& [samples, min, max] : cases) {
+        SCOPED_TRACE(testing::PrintToString(samples));
+        ZBuffer buffer(static_cast<std::uint32_t>(samples.size()), "ZBuffer");
+        std::copy(samples.begin(), samples.end(), buffer.Data());
+        float foundMin = 0.0f;
+        float foundMax = 0.0f;
+        mGain->ScaleMinMax(buffer, 2.0f, foundMin, foundMax);
+        EXPECT_EQ(foundMin, min == 100.0f ? min : 2 * min);
+        EXPECT_EQ(foundMax, max == -100.0f ? max : 2 * max);
+        EXPECT_EQ(buffer.Data()[0], 2 * samples[0]);
+    }
+}
+
+TEST_P(ZGainTest, ComplexProductsAtLengthsThatGrowAndShrink)
+{
+    for (const std::uint32_t samples : {3u, 17u, 8u, 64u}) {
+        SCOPED_TRACE(samples);
+        Work a(samples);
+        Work b(samples);
+        fillWithNoise(b.a, 4);
+        fillWithNoise(b.b, 5);
+        ZBuffer re(samples, "ZBuffer");
+        ZBuffer im(samples, "ZBuffer");
+        mGain->ComplexMultiply(a.a, a.b, b.a, b.b, re, im);
+        for (std::uint32_t i = 0; i < samples; ++i) {
+            const std::complex<double> first(a.a.Data()[i], a.b.Data()[i]);
+            const std::complex<double> second(b.a.Data()[i], b.b.Data()[i]);
+            EXPECT_NEAR(re.Data()[i], (first * second).real(), 2e-7) << i;
+            EXPECT_NEAR(im.Data()[i], (first * second).imag(), 2e-7) << i;
+        }
+        mGain->ComplexMultiply(a.a, a.b, b.a, b.b, a.a, a.b);
+        EXPECT_EQ(a.a.Data()[samples - 1], re.Data()[samples - 1]);
+        EXPECT_EQ(a.b.Data()[samples - 1], im.Data()[samples - 1]);
+    }
+}
+
+TEST_P(ZGainTest, DecibelsAreThoseOfTheLibraryDownToTheFloor)
+{
+    std::vector<float> values;
+    for (float power = 1e-13f; power < 1e13f; power *= 1.0173f)
+        values.push_back(power);
+    ZBuffer powers(static_cast<std::uint32_t>(values.size()), "ZBuffer");
+    std::copy(values.begin(), values.end(), powers.Data());
+    ZBuffer amplitudes(powers.Length(), "ZBuffer");
+    amplitudes.CopyFrom(powers);
+    ZBuffer above60(powers.Length(), "ZBuffer");
+    above60.CopyFrom(powers);
+
+    mGain->PowerToDecibels96(powers);
+    mGain->AmplitudeToDecibels96(amplitudes);
+    mGain->PowerToDecibels(above60, -60.0f);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double decibels = 10.0 * std::log10(static_cast<double>(values[i]));
+        // Two units in the last place of a float near 96 dB, four near 192.
+        EXPECT_NEAR(powers.Data()[i], std::max(decibels, -96.0), 1.6e-5) << values[i];
+        EXPECT_NEAR(amplitudes.Data()[i], std::max(2 * decibels, -96.0), 6.2e-5) << values[i];
+        EXPECT_NEAR(above60.Data()[i], std::max(decibels, -60.0), 1.6e-5) << values[i];
+    }
+}
+
+TEST_P(ZGainTest, FloorOfDecibelsIsExact)
+{
+    constexpr float kFloorPower = 2.5118864315095823e-10f;
+    const std::vector<float> floored{0.0f,   -0.0f, kFloorPower, 1e-30f,
+                                     1e-44f, -1.0f, kNan,        -kInfinity};
+    ZBuffer buffer(static_cast<std::uint32_t>(floored.size()) + 2, "ZBuffer");
+    std::copy(floored.begin(), floored.end(), buffer.Data());
+    buffer.Data()[floored.size()] = std::nextafter(kFloorPower, 1.0f);
+    buffer.Data()[floored.size() + 1] = 1.0f;
+    mGain->PowerToDecibels96(buffer);
+    for (std::size_t i = 0; i < floored.size(); ++i)
+        EXPECT_EQ(buffer.Data()[i], -96.0f) << floored[i];
+    EXPECT_NEAR(buffer.Data()[floored.size()], -96.0f, 2e-5);
+    EXPECT_EQ(buffer.Data()[floored.size() + 1], 0.0f);
+    buffer.Data()[0] = 1e-44f;  // not a normal number, and above a floor that is none either
+    mGain->PowerToDecibels(buffer, -450.0f);
+    EXPECT_EQ(buffer.Data()[0], -450.0f);
+}
+
+TEST(ZGainGuardTest, ProductsToAnotherBufferBelowTheNormalNumbersAreZero)
+{
+    const auto gain = ZGain::Create(true);
+    const float small = std::ldexp(1.5f, -100);
+    for (const Operation& operation : kOperations) {
+        SCOPED_TRACE(operation.name);
+        for (const int exponent : {-26, -27}) {
+            Work work(6);
+            work.gain = work.start = work.end = std::ldexp(1.5f, exponent);
+            std::fill_n(work.a.Data(), 6, small);
+            std::fill_n(work.b.Data(), 6, work.gain);
+            std::fill_n(work.out.Data(), 6, 0.0f);
+            operation.run(*gain, work);
+            const bool kept = exponent == -26 || operation.target == kInPlace;
+            const ZBuffer& written = operation.target == kInPlace ? work.a : work.out;
+            for (std::uint32_t i = 0; i < 6; ++i)
+                EXPECT_EQ(written.Data()[i], kept ? small * work.gain : 0.0f);
+        }
+    }
+}
+
+}  // namespace orvane

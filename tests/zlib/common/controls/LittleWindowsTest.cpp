@@ -1,0 +1,191 @@
+// Menus, tips and boxes on a display of the test's own, with a user's mouse and keys.
+
+#include "support/DisplayTest.h"
+#include "support/SmallPlugin.h"
+#include "zlib/common/controls/ZMenu.h"
+#include "zlib/common/controls/ZMenuWindow.h"
+#include "zlib/common/views/TestView.h"
+#include "zlib/common/views/ZMessageBoxContent.h"
+#include "zlib/common/views/ZMessageBoxWindow.h"
+#include "zlib/common/views/ZTooltip.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::uint32_t kGround = 0x262629;
+
+class LittleWindowsTest : public DisplayTest
+{
+protected:
+    void SetUp() override
+    {
+        DisplayTest::SetUp();
+        if (IsSkipped())
+            return;
+        const ZInterfaceLock lock;
+        app = std::make_unique<SmallPlugin>();
+        for (int i = 0; i < 8; ++i)
+            menu.AddItem(ZString("Item " + std::to_string(i)), i);
+        window = std::make_unique<ZWindow>(
+            viewXml("<windowtype name=\"W\"><rect left=\"300\" top=\"300\" width=\"200\" "
+                    "height=\"100\" /></windowtype>"),
+            app.get());
+        ASSERT_TRUE(window->Create(nullptr, 0));
+        window->Show();
+        probe->Sync();
+        before = probe->GetChildren(probe->GetRoot());
+    }
+    void TearDown() override
+    {
+        const ZInterfaceLock lock;
+        window.reset();
+        app.reset();
+    }
+
+    /// On the interface thread; the keys are the menu's.
+    void OpenMenu(const ZPoint& at)
+    {
+        ended = false;
+        ZInterfaceThread::Post([this, at] {
+            chosen = ZMenuWindow::Show(menu, at, window.get());
+            ended = true;
+        });
+        ASSERT_TRUE(
+            waitFor([this] { return FindNew() != XCB_NONE && probe->GetFocus() == FindNew(); }));
+    }
+    [[nodiscard]] bool Ends()
+    {
+        return waitFor([this] { return ended && FindNew() == XCB_NONE; });
+    }
+    /// The window that has come since the start and can be seen.
+    [[nodiscard]] xcb_window_t FindNew()
+    {
+        for (const xcb_window_t each : probe->GetChildren(probe->GetRoot()))
+            if (std::ranges::count(before, each) == 0)
+                return each;
+        return XCB_NONE;
+    }
+
+    ZMenu menu{"menu", ZMenu::Kind::kPopup};
+    std::unique_ptr<SmallPlugin> app;
+    std::unique_ptr<ZWindow> window;
+    std::vector<xcb_window_t> before;
+    std::atomic<bool> ended{false};
+    std::optional<std::int32_t> chosen;
+};
+
+}  // namespace
+
+TEST_F(LittleWindowsTest, AMenuIsWorkedByKeysAndGivesThemBack)
+{
+    OpenMenu({100, 120});
+    for (const std::uint32_t key : {XKB_KEY_End, XKB_KEY_Up, XKB_KEY_Return})
+        probe->TypeKey(key);
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(chosen, 6);
+    EXPECT_EQ(probe->GetFocus(), window->GetNativeWindow()->GetHandle());
+    OpenMenu({100, 120});
+    probe->TypeKey(XKB_KEY_Escape);
+    ASSERT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, AMenuStaysOnTheMonitorAndEndsWithAClickElsewhereOrItsWindow)
+{
+    OpenMenu({1000, 760});
+    const xcb_rectangle_t place = probe->GetPlace(FindNew());
+    EXPECT_EQ(place.x + place.width, 1024);
+    EXPECT_EQ(place.y + place.height, 768);
+    probe->MovePointer(20, 20);
+    probe->Click(1);
+    ASSERT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+    OpenMenu({100, 120});
+    {
+        const ZInterfaceLock lock;
+        window->Hide();
+    }
+    EXPECT_TRUE(Ends());
+    EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, AMenuEndsWithItsKeysItsApplicationOrItsDisplay)
+{
+    OpenMenu({100, 120});
+    probe->Focus(static_cast<xcb_window_t>(window->GetNativeWindow()->GetHandle()));
+    EXPECT_TRUE(Ends()) << "somebody took the keys";
+    OpenMenu({100, 120});
+    {
+        const ZInterfaceLock lock;
+        app->EndModalRuns();
+        EXPECT_TRUE(ended) << "whoever ends the runs finds nobody in them any more";
+    }
+    EXPECT_TRUE(Ends());
+    OpenMenu({100, 120});
+    display->Kill();
+    EXPECT_TRUE(waitFor([this] { return ended.load(); }));
+    EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, ABoxIsShownUntilItsButtonOrTheLastApplicationEndsIt)
+{
+    const auto raise = [this] {
+        ended = false;
+        ZInterfaceThread::Post([this] {
+            EXPECT_TRUE(ZMessageBoxWindow::Show(ZMessageBox::kError, "Title", "Text"));
+            ended = true;
+        });
+        xcb_rectangle_t place{};
+        EXPECT_TRUE(waitFor([&] {
+            place = FindNew() == XCB_NONE ? place : probe->GetPlace(FindNew());
+            return place.x != 0 && probe->PixelAt(place.x + 5, place.y + 5) == kGround;
+        }));
+        return place;
+    };
+    const xcb_rectangle_t place = raise();
+    const ZRect button = ZMessageBoxContent(ZMessageBox::kError, "Text").GetButtonRect();
+    probe->MovePointer(place.x + button.left + 5, place.y + button.top + 5);
+    probe->Click(1);
+    EXPECT_TRUE(Ends());
+    raise();
+    const ZInterfaceLock lock;
+    window.reset();
+    app.reset();
+    EXPECT_TRUE(ended);
+    EXPECT_FALSE(ZMessageBoxWindow::Show(ZMessageBox::kError, "Title", "Text"));
+}
+
+TEST_F(LittleWindowsTest, ATipComesBelowThePointerAndGoesWithAClick)
+{
+    const auto view = boost::make_shared<ZView>("view", ZRect{0, 0, 50, 50}, nullptr);
+    view->SetTooltipText("Choose the current key");
+    std::optional<ZTooltip> tip;
+    const auto begin = std::chrono::steady_clock::now();
+    {
+        const ZInterfaceLock lock;
+        tip.emplace(*window);
+        tip->AddTool(view.get(), {0, 0, 50, 50});
+        tip->MouseMoved({10, 10});
+    }
+    ASSERT_TRUE(waitFor([this] { return FindNew() != XCB_NONE; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(790));
+    EXPECT_EQ(probe->GetPlace(FindNew()).x, 310);
+    EXPECT_GT(probe->GetPlace(FindNew()).y, 310);
+    const ZInterfaceLock lock;
+    tip->MouseDown();
+    EXPECT_TRUE(waitFor([this] { return FindNew() == XCB_NONE; }));
+    tip.reset();
+}
+
+}  // namespace orvane

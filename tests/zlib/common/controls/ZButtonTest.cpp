@@ -1,0 +1,186 @@
+#include "zlib/common/controls/ZBitmapButton.h"
+#include "zlib/common/controls/ZCheckBox.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/documents/ZCommand.h"
+#include "zlib/common/views/ViewCanvas.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Counts how often it is run.
+class CountingCommand : public ZCommand
+{
+public:
+    explicit CountingCommand(ZApplication* application)
+        : ZCommand(xmlOf("<command name=\"count\"></command>"), application)
+    {
+    }
+    void Dispatch() override { ++runs; }
+
+    int runs = 0;
+};
+
+class ZBitmapButtonTest : public ViewCanvasTest
+{
+protected:
+    using Picture = ZBitmapButton::Picture;
+
+    /// With pictures as wide as their numbers tell them apart.
+    boost::shared_ptr<ZBitmapButton> MakeButton(bool momentary,
+                                                const std::vector<Picture>& pictures)
+    {
+        auto button = Make<ZBitmapButton>(momentary ? "momentary=\"true\"" : "");
+        for (const Picture picture : pictures)
+            button->SetPicture(picture, plainBitmap(1 + static_cast<std::int32_t>(picture), 4));
+        return button;
+    }
+    static Picture Shown(const ZBitmapButton& button)
+    {
+        return static_cast<Picture>(button.GetBitmap()->GetWidth() - 1);
+    }
+
+    static constexpr ZPoint kInside{50, 10};
+    static constexpr ZPoint kOutside{111, 10};
+};
+
+TEST_F(ZBitmapButtonTest, ALatchingButtonFlipsOnThePressAndAMomentaryOneOnTheRelease)
+{
+    const auto button = MakeButton(false, {ZBitmapButton::kOff, ZBitmapButton::kOn});
+    const auto element = MakeDiscrete({"off", "on"});
+    button->AttachToElement(element);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+    EXPECT_FALSE(button->HasMouseCapture());
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOff) << "until the element has told";
+    Tell(*element);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOn);
+    button->MouseUp(kInside, ZView::kMouseButton);
+    button->SetMomentary(true);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+    button->MouseUp(kInside, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 0);
+}
+
+TEST_F(ZBitmapButtonTest, AMomentaryButtonRunsItsCommandOnlyWhenReleasedInside)
+{
+    const auto button = MakeButton(true, {ZBitmapButton::kOff, ZBitmapButton::kPressWhileOff});
+    const auto command = boost::make_shared<CountingCommand>(&app);
+    button->SetMomentaryCommand(command);
+    button->MouseDown(kInside, ZView::kMouseButton);
+    EXPECT_TRUE(button->HasMouseCapture());
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kPressWhileOff);
+    button->MouseMoved(kOutside, ZView::kMouseButton);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOff);
+    button->MouseMoved({110, 20}, ZView::kMouseButton);
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kPressWhileOff) << "the edges belong to the button";
+    button->MouseUp({110, 20}, ZView::kMouseButton);
+    EXPECT_EQ(command->runs, 1);
+    EXPECT_FALSE(button->HasMouseCapture());
+    EXPECT_EQ(Shown(*button), ZBitmapButton::kOff);
+
+    button->MouseDown(kInside, ZView::kMouseButton);
+    button->MouseUp(kOutside, ZView::kMouseButton);
+    EXPECT_FALSE(button->HasMouseCapture());
+    button->MouseUp(kInside, ZView::kMouseButton);
+    EXPECT_EQ(command->runs, 1) << "nor where the press was elsewhere";
+}
+
+TEST_F(ZBitmapButtonTest, ACommandThatIsDisabledGreysTheButtonAndTakesNoPress)
+{
+    const auto command = boost::make_shared<CountingCommand>(&app);
+    {
+        const auto button = MakeButton(
+            true, {ZBitmapButton::kOff, ZBitmapButton::kOver, ZBitmapButton::kDisabledOff});
+        button->SetMomentaryCommand(command);
+        command->Disable();
+        app.ProcessQueue();
+        button->MouseEntered(kInside);
+        EXPECT_EQ(Shown(*button), ZBitmapButton::kDisabledOff);
+        button->MouseDown(kInside, ZView::kMouseButton);
+        EXPECT_FALSE(button->HasMouseCapture());
+        command->Enable();
+        app.ProcessQueue();
+        EXPECT_EQ(Shown(*button), ZBitmapButton::kOver);
+
+        button->MouseDown(kInside, ZView::kMouseButton);
+        command->Disable();
+        app.ProcessQueue();
+        button->MouseUp(kInside, ZView::kMouseButton);
+        EXPECT_FALSE(button->HasMouseCapture()) << "disabled while it is held";
+        EXPECT_EQ(command->runs, 0);
+    }
+    EXPECT_EQ(command->GetObserverCount(), 0);
+}
+
+TEST_F(ZBitmapButtonTest, ThePictureIsTheFirstThatFitsTheState)
+{
+    struct Case
+    {
+        std::vector<Picture> pictures;
+        std::string state;
+        Picture shown;
+    };
+    using B = ZBitmapButton;
+    const std::vector<Picture> all{
+        B::kOff,         B::kOn,         B::kPress, B::kPressWhileOn, B::kPressWhileOff,
+        B::kDisabledOff, B::kDisabledOn, B::kOver,  B::kOverWhileOn,  B::kOverWhileOff};
+    const std::vector<Picture> pressed{B::kOff, B::kPressWhileOn, B::kPressWhileOff};
+    for (const Case& c : {
+             Case{all, "on pressed over", B::kPress},
+             {all, "over", B::kOver},
+             {all, "on over", B::kOverWhileOn},
+             {all, "over disabled", B::kOverWhileOff},
+             {all, "on disabled", B::kDisabledOn},
+             {all, "disabled", B::kDisabledOff},
+             {all, "on", B::kOn},
+             {all, "", B::kOff},
+             {pressed, "on pressed", B::kPressWhileOn},
+             {pressed, "pressed", B::kPressWhileOff},
+             {{B::kOff, B::kDisabledOff}, "on disabled", B::kDisabledOff},
+             {{B::kOff}, "on pressed over", B::kOff},
+             {{B::kOff}, "disabled", B::kOff},
+         })
+    {
+        SCOPED_TRACE(c.state);
+        const auto is = [&](const char* word) { return c.state.find(word) != std::string::npos; };
+        const auto button = MakeButton(true, c.pictures);
+        const auto element = MakeDiscrete({"off", "on"});
+        element->SetDiscrete(is("on") ? 1 : 0, true);
+        button->AttachToElement(element);
+        if (is("pressed"))
+            button->MouseDown(kInside, ZView::kMouseButton);
+        if (is("over"))
+            button->MouseEntered(kInside);
+        button->SetEnabled(!is("disabled"));
+        EXPECT_EQ(Shown(*button), c.shown);
+    }
+}
+
+using ZCheckBoxTest = ViewCanvasTest;
+
+TEST_F(ZCheckBoxTest, ItIsOnAtOneAndAPressSwitchesItOffFromAnyIndexAboveZero)
+{
+    const auto box = Make<ZCheckBox>("title=\"TITLE\"");
+    const auto element = MakeDiscrete({"a", "b", "c"});
+    box->MouseDown({5, 5}, ZView::kMouseButton);
+    box->AttachToElement(element);
+    box->MouseDown({5, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 1);
+    EXPECT_FALSE(box->HasMouseCapture());
+    element->SetDiscrete(2, true);
+    box->MouseDown({5, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetDiscrete(), 0);
+}
+
+}  // namespace
+
+}  // namespace orvane

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "support/SignedDescription.h"
+#include "zlib/common/documents/ZPlugin.h"
+#include "zlib/common/documents/ZWindowKeeper.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZTrace.h"
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+/// The first element of a text.
+inline boost::shared_ptr<ZXMLElement> xmlOf(const std::string& text)
+{
+    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
+}
+
+/// A plug-in's application with a description, as the host shell makes it; not started.
+inline std::unique_ptr<ZPlugin> makePlugin(const ZResources& resources)
+{
+    auto plugin = std::make_unique<ZPlugin>(resources);
+    plugin->SetStandalone(false);
+    plugin->SetResourceName("test.xml");
+    return plugin;
+}
+
+inline void start(ZPlugin& plugin)
+{
+    plugin.ZHandler::PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART));
+    plugin.ProcessQueue();
+}
+
+/// A message with one field.
+template <typename T>
+boost::shared_ptr<ZMessage> messageWith(std::int32_t id, const char* field, const T& value)
+{
+    auto message = boost::make_shared<ZMessage>(id);
+    message->Add<T>(field, value);
+    return message;
+}
+
+/// Keeps the lines that are traced in the life of the object; one at a time.
+class TraceRecorder
+{
+public:
+    TraceRecorder()
+        : mBefore(ZTrace::SetSink([](std::string_view line) { lines.emplace_back(line); }))
+    {
+        lines.clear();
+    }
+    TraceRecorder(const TraceRecorder&) = delete;
+    TraceRecorder& operator=(const TraceRecorder&) = delete;
+    ~TraceRecorder() { ZTrace::SetSink(mBefore); }
+
+    [[nodiscard]] static bool Has(std::string_view line)
+    {
+        return std::find(lines.begin(), lines.end(), line) != lines.end();
+    }
+
+    inline static std::vector<std::string> lines;
+
+private:
+    ZTrace::Sink mBefore;
+};
+
+/// Stands for the window manager, and keeps what it is told.
+class WindowRecorder : public ZWindowKeeper
+{
+public:
+    explicit WindowRecorder(ZApp* app)
+        : ZWindowKeeper("windows", app)
+    {
+    }
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        told.push_back(message);
+    }
+    [[nodiscard]] boost::shared_ptr<ZWindow> GetCurrentWindow() const override { return nullptr; }
+
+    [[nodiscard]] std::vector<std::int32_t> Ids() const
+    {
+        std::vector<std::int32_t> ids;
+        for (const auto& message : told)
+            ids.push_back(message->GetId());
+        return ids;
+    }
+
+    std::vector<boost::shared_ptr<const ZMessage>> told;
+};
+
+/// Gives the application a recorder in place of its window manager.
+inline WindowRecorder& addWindows(ZApp& app)
+{
+    app.SetWindowKeeperMaker(
+        [](const boost::shared_ptr<ZXMLElement>&, ZApp* owner) -> std::unique_ptr<ZWindowKeeper> {
+            return std::make_unique<WindowRecorder>(owner);
+        });
+    app.AddWindowManager(xmlOf("<windowmanager></windowmanager>"));
+    return static_cast<WindowRecorder&>(*app.GetWindowManager());
+}
+
+}  // namespace orvane

@@ -1,0 +1,232 @@
+#include "zlib/common/documents/ZApp.h"
+
+#include "support/Eventually.h"
+#include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/documents/ZAudioManager.h"
+#include "zlib/common/documents/ZBrowserLaunch.h"
+#include "zlib/common/documents/ZCommandList.h"
+#include "zlib/common/documents/ZDataFiles.h"
+#include "zlib/common/documents/ZDocument.h"
+#include "zlib/common/documents/ZDocumentManager.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace orvane
+{
+
+namespace
+{
+
+const std::string kCommandList =
+    "<commandlist><command name=\"cmdNew\" target=\"doc\"><message id=\"ZFILENEW\">"
+    "<ZString name=\"filename\" value=\"Plain\" /></message></command></commandlist>\n";
+const std::string kStartup = "<startup><startupitem command=\"cmdNew\" /></startup>\n";
+
+std::string documentsOf(const std::string& className)
+{
+    return "<documentmanager name=\"Test File\" type=\"sdi\"><documenttypes><doctype class=\"" +
+           className + "\" name=\"Plain\" /></documenttypes></documentmanager>\n";
+}
+
+// The start-up commands wait for all managers, wherever they stand.
+const std::string kWhole = kStartup + kCommandList + "<audiomanager></audiomanager>\n" +
+                           documentsOf("ZAudioDocumentClass") + "<unknown></unknown>";
+
+void expectStartFails(const ZResources& resources, std::int32_t code, const std::string& text)
+{
+    const auto app = makePlugin(resources);
+    expectZException(code, text, [&] { start(*app); });
+}
+
+}  // namespace
+
+TEST(ZAppTest, StartBuildsTheManagersAndRunsTheStartUpCommands)
+{
+    const TestResources resources(kWhole, " title=\"Whole\" identifier=\"com.orvane.whole\"");
+    const auto app = makePlugin(resources);
+    app->SetIdentifier("before");
+    start(*app);
+    EXPECT_EQ(app->GetTitle().ToNarrow(), "Whole");
+    EXPECT_EQ(app->GetIdentifier().ToNarrow(), "com.orvane.whole");
+    EXPECT_NE(app->GetAudioManager(), nullptr);
+    ASSERT_NE(app->GetCurrentDocument(), nullptr);
+    EXPECT_EQ(app->GetCurrentDocument()->GetName(), "Untitled Test File 1");
+    std::thread other([&] { app->WaitUntilBuilt(); });
+    app->WaitUntilBuilt();
+    other.join();
+}
+
+TEST(ZAppTest, WhatADescriptionLeavesOutStaysOut)
+{
+    const TestResources resources(kStartup, "");
+    const auto app = makePlugin(resources);
+    app->SetIdentifier("before");
+    start(*app);
+    EXPECT_EQ(app->GetTitle().ToNarrow(), "Untitled App");
+    EXPECT_EQ(app->GetIdentifier().ToNarrow(), "before");
+    EXPECT_EQ(app->GetCurrentDocument(), nullptr);
+    EXPECT_EQ(app->GetAudioManager(), nullptr);
+    expectZException(-1, "Unable to return ZDocumentManager because it doesn't exist.",
+                     [&] { static_cast<void>(app->GetDocumentManager()); });
+    expectZException(-1, "Unable to return ZCommandManager because it doesn't exist.",
+                     [&] { static_cast<void>(app->GetCommandList()); });
+    expectZException(-1, "Unable to return MainWindow because it doesn't exist.",
+                     [&] { static_cast<void>(app->GetMainWindow()); });
+}
+
+TEST(ZAppTest, AFaultOfTheDescriptionIsToldAndTheNextStartWorks)
+{
+    using Whole = TestResources::Whole;
+    const std::string notLoaded = "Failed to load resource.";
+    const std::string declaration = "<?xml version=\"1.0\" standalone=\"yes\" ?>\n";
+    const TestResources resources(kWhole);
+    const auto other = makePlugin(resources);
+    other->SetResourceName("other.xml");
+    expectZException(-1, notLoaded, [&] { start(*other); });
+    expectStartFails(TestResources(Whole{signDescription("<app></app>")}), -1, notLoaded);
+    expectStartFails(TestResources(Whole{declaration + "<app></app>"}), 5, notLoaded);
+    std::string altered = signDescription(declaration + "<app title=\"Test\"></app>\n");
+    altered.replace(altered.find("Test"), 4, "Best");
+    expectStartFails(TestResources(Whole{altered}), 5, notLoaded);
+    expectStartFails(TestResources(Whole{signDescription(declaration + "<apps></apps>\n")}), -1,
+                     notLoaded);
+
+    expectStartFails(TestResources(kCommandList + documentsOf("NobodyClass") + kStartup), -1,
+                     "Unregistered Class NobodyClass found in xml\n");
+    expectStartFails(
+        TestResources(kCommandList + "<startup><startupitem command=\"cmdNone\" /></startup>"), -1,
+        "Couldn't find command 'cmdNone' of a startupitem in the command list");
+    expectStartFails(
+        TestResources("<commandlist><command><message id=\"ZNONE\" /></command></commandlist>"), -1,
+        "Message not found");
+
+    const auto app = makePlugin(resources);
+    start(*app);
+    EXPECT_NE(app->GetCurrentDocument(), nullptr);
+    EXPECT_EXIT(
+        {
+            other->SetStandalone(true);
+            start(*other);
+        },
+        testing::ExitedWithCode(255), notLoaded);
+}
+
+TEST(ZAppTest, OfTwoManagersTheLastOneStays)
+{
+    const TestResources resources(kWhole + kCommandList + "<audiomanager></audiomanager>" +
+                                  "<documentmanager name=\"last\" />");
+    const auto app = makePlugin(resources);
+    const TraceRecorder trace;
+    start(*app);
+    EXPECT_EQ(app->GetDocumentManager()->GetName(), "last");
+    for (const char* manager : {"AddDocumentManager,  mDocumentManager already created. Multiple "
+                                "top level document managers?",
+                                "AddAudioManager, mAudioManager already created. Multiple top "
+                                "level window managers?",
+                                "AddWindowManager,  mCommandList already created. Multiple top "
+                                "level command lists?"})
+        EXPECT_TRUE(TraceRecorder::Has(std::string("\nWarning: ZApp::") + manager + "\n"));
+}
+
+TEST(ZAppTest, MessagesGoToTheManagersTheyAreFor)
+{
+    const TestResources resources(kWhole);
+    const auto app = makePlugin(resources);
+    start(*app);
+    WindowRecorder& windows = addWindows(*app);
+    for (const std::int32_t id : {ZSHOWDIALOG, ZSHOWSYSDIALOG, ZWINDOWCLOSED})
+        app->HandleZMessage(boost::make_shared<ZMessage>(id));
+    EXPECT_EQ(windows.Ids(), (std::vector<std::int32_t>{ZSHOWDIALOG, ZSHOWSYSDIALOG}));
+    app->HandleZMessage(messageWith<ZString>(ZDOCUMENTNEW, "filename", "Plain"));
+    EXPECT_EQ(app->GetDocumentManager()->GetDocumentCount(), 2) << "no window ends a plug-in";
+    for (const auto& [message, missing] :
+         {std::pair{boost::make_shared<ZMessage>(ZGOTOURL), "Couldn't find URL in message"},
+          std::pair{boost::make_shared<ZMessage>(ZMENUSELECTION),
+                    "Couldn't find Menu Handle in Message"},
+          std::pair{messageWith<std::uint64_t>(ZMENUSELECTION, "Handle", 1),
+                    "Couldn't find position in Message"}})
+        expectZException(-1, missing, [&, &message = message] { app->HandleZMessage(message); });
+}
+
+TEST(ZAppTest, ADocumentThatStaysOpenKeepsTheApplication)
+{
+    struct Stubborn : ZDocument
+    {
+        using ZDocument::ZDocument;
+        bool AgreesToClose() override { return agrees; }
+        bool agrees = false;
+    };
+    const TestResources resources(kCommandList + documentsOf("StubbornClass") + kStartup);
+    const auto app = makePlugin(resources);
+    app->GetClassRegistry().AddStandard<Stubborn>("StubbornClass");
+    start(*app);
+    const auto quit = messageWith<std::int32_t>(ZQUIT, "QuitInt", 3);
+    app->HandleZMessage(quit);
+    ASSERT_NE(app->GetCurrentDocument(), nullptr);
+    EXPECT_EQ(app->GetQuitCode(), 0);
+    boost::dynamic_pointer_cast<Stubborn>(app->GetCurrentDocument())->agrees = true;
+    app->HandleZMessage(quit);
+    EXPECT_EQ(app->GetCurrentDocument(), nullptr);
+    EXPECT_EQ(app->GetQuitCode(), 3);
+}
+
+TEST(ZAppTest, InstancesComeAndGoInAnyOrder)
+{
+    const TestResources resources(kWhole);
+    auto first = makePlugin(resources);
+    auto second = makePlugin(resources);
+    start(*first);
+    start(*second);
+    ZHandler loose;
+    EXPECT_EQ(loose.GetApp(), second.get());
+    const auto document = first->GetCurrentDocument();
+    EXPECT_EQ(document->GetApp(), first.get());
+    first.reset();
+    EXPECT_EQ(document->GetLooper(), nullptr) << "a document may outlive its application";
+    EXPECT_EQ(loose.GetApp(), second.get());
+    second.reset();
+    EXPECT_EQ(loose.GetApp(), nullptr);
+}
+
+TEST(ZAppTest, AnAddressOfTheWebIsOpenedByTheDesktop)
+{
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("xdg-open"),
+                  "#!/bin/sh\nprintf '%s' \"$1\" >'" + folder.Path("part") + "'\nmv '" +
+                      folder.Path("part") + "' '" + folder.Path("opened") + "'\n");
+    std::filesystem::permissions(folder.Path("xdg-open"), std::filesystem::perms::owner_all);
+    const EnvironmentVariable path("PATH", (folder.Path() + ":" + std::getenv("PATH")).c_str());
+    const TestResources resources("");
+    const auto app = makePlugin(resources);
+    app->HandleZMessage(messageWith<ZString>(ZGOTOURL, "URL", "file:///etc/passwd"));
+    app->HandleZMessage(messageWith<ZString>(ZGOTOURL, "URL", "https://orvane.example/$(id)?a=b"));
+    EXPECT_TRUE(eventually([&] { return std::filesystem::exists(folder.Path("opened")); }));
+    EXPECT_EQ(readTextFile(folder.Path("opened")), "https://orvane.example/$(id)?a=b");
+
+    for (const char* address : {"http://a", "https://a.b/c?d=e%20f", "HTTPS://A"})
+        EXPECT_TRUE(ZBrowserLaunch::IsWebAddress(address)) << address;
+    for (const char* address : {"", "http://", "https:/a", "file:///etc/passwd", "-h",
+                                "javascript:1", "http://a b", "http://a\n", " http://a", "ftp://a"})
+        EXPECT_FALSE(ZBrowserLaunch::IsWebAddress(address)) << address;
+}
+
+TEST(ZDataFilesTest, TheUsersFileComesBeforeTheSystems)
+{
+    const PrivateFolder user;
+    const PrivateFolder system;
+    const EnvironmentVariable home("XDG_DATA_HOME", user.Path().c_str());
+    const EnvironmentVariable dirs("XDG_DATA_DIRS", ("relative:" + system.Path()).c_str());
+    EXPECT_EQ(findDataFile("kolm.test"), std::nullopt);
+    for (const PrivateFolder* folder : {&system, &user}) {
+        std::filesystem::create_directory(folder->Path("Orvane"));
+        writeTextFile(folder->Path("Orvane/kolm.test"), "font");
+        EXPECT_EQ(findDataFile("kolm.test"), folder->Path("Orvane/kolm.test"));
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,330 @@
+// The document with its networks, and its presets: what reaches the observers in which order, and
+// what the user's files bring.
+
+#include "zlib/common/documents/ZAudioDocument.h"
+
+#include "support/BoxRecorder.h"
+#include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/documents/ZFileChooser.h"
+#include "zlib/common/documents/ZPluginAudioDocument.h"
+#include "zlib/common/documents/ZTransaction.h"
+#include "zlib/common/documents/ZTransactionManager.h"
+#include "zlib/common/elements/ZAudioFormatElement.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/signals/ZSignalBay.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Ids = std::vector<std::int32_t>;
+
+/// A bay with a float element and a buffer, a latency, and an eye on what it is told.
+class GainBay : public ZSignalBay
+{
+public:
+    GainBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+        : ZSignalBay(xml, application)
+    {
+        SetLatency(xml->GetInt32("latency"));
+        AddElement(
+            boost::make_shared<ZElement>("gain of " + GetName(), ZElement::ZFLOAT, application));
+        AddElement(boost::make_shared<ZElement>("tones", ZElement::ZBUFFER, application, 4));
+    }
+    [[nodiscard]] const char* GetClassName() const override { return "GainBayClass"; }
+    bool Prepare() override
+    {
+        prepared = true;
+        return ZSignalBay::Prepare();
+    }
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        told.push_back(message->GetId());
+    }
+
+    bool prepared = false;
+    Ids told;
+};
+
+const char* const kContent =
+    "<elements><element name=\"own\" class=\"ZElementClass\" type=\"ZFLOAT\" archivable=\"true\" />"
+    "<element name=\"unsaved\" class=\"ZElementClass\" type=\"ZFLOAT\" /></elements>"
+    "<networks>"
+    "<network type=\"output\"><bay name=\"old\" class=\"GainBayClass\" latency=\"9\" /></network>"
+    "<network type=\"none\"><bay name=\"skipped\" class=\"NobodyClass\" /></network>"
+    "<network type=\"output\"><bay name=\"whole\" class=\"ZSignalBayClass\"><bays>"
+    "<bay name=\"one\" class=\"GainBayClass\" latency=\"3\" />"
+    "<bay name=\"two\" class=\"GainBayClass\" latency=\"4\" /></bays></bay></network>"
+    "<network type=\"input\"><bay name=\"in\" class=\"GainBayClass\" latency=\"5\" /></network>"
+    "</networks>";
+
+struct Listener : ZHandler
+{
+    using ZHandler::ZHandler;
+    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
+    {
+        if (message->GetId() != ZATTACHEDTOELEMENT && message->GetId() != ZELEMENTUPDATED)
+            heard.push_back(message->GetId());
+    }
+    Ids heard;
+};
+
+class ZAudioDocumentTest : public testing::Test
+{
+protected:
+    ZAudioDocumentTest() { app->GetClassRegistry().AddStandard<GainBay>("GainBayClass"); }
+    ~ZAudioDocumentTest() override { ZFileChooser::SetPresenter(nullptr); }
+
+    template <typename Document>
+    boost::shared_ptr<Document> Make(const std::string& content)
+    {
+        return boost::make_shared<Document>(xmlOf("<doctype>" + content + "</doctype>"), app.get());
+    }
+    /// The user chooses this file, or none, when the document asks.
+    void Send(ZDocument& document, std::int32_t id, std::optional<std::string> path)
+    {
+        ZFileChooser::SetPresenter([this, path](const ZFileRequest& request) {
+            asked.push_back(request);
+            return path;
+        });
+        document.HandleZMessage(boost::make_shared<ZMessage>(id));
+    }
+
+    static std::string WordsOf(const ZFileRequest& request)
+    {
+        return request.prompt.ToNarrow() + ", " + request.title.ToNarrow();
+    }
+
+    const TestResources resources{""};
+    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    BoxRecorder boxes;
+    std::vector<ZFileRequest> asked;
+};
+
+std::string setOwn(const std::string& value)
+{
+    return "<element name=\"own\" floatvalue=\"" + value + "\" />";
+}
+
+float own(const ZDocument& document)
+{
+    return document.FindElement("own")->GetZFloat();
+}
+
+}  // namespace
+
+TEST_F(ZAudioDocumentTest, NetworksAreBuiltPreparedHungIntoTheTreeAndTold)
+{
+    const auto document = Make<ZAudioDocument>(kContent);
+    EXPECT_EQ(document->GetLatency(), 7);
+    for (const char* name : {"one", "two"}) {
+        const auto bay =
+            boost::dynamic_pointer_cast<GainBay>(document->GetOutputNetwork()->FindBay(name));
+        ASSERT_NE(bay, nullptr);
+        EXPECT_TRUE(bay->prepared);
+        EXPECT_EQ(bay->GetDocument(), document.get());
+    }
+    EXPECT_NE(document->FindElement("gain of two"), nullptr);
+    EXPECT_EQ(document->FindElement("gain of old"), nullptr) << "one that was replaced";
+
+    for (const std::int32_t id : {ZSETDEFAULTS, ZRESET, ZPLAY})
+        document->HandleZMessage(boost::make_shared<ZMessage>(id));
+    const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());
+    ASSERT_NE(input, nullptr);
+    EXPECT_EQ(input->told, (Ids{ZSETDEFAULTS, ZRESET}));
+
+    EXPECT_EQ(Make<ZAudioDocument>("")->GetLatency(), 0);
+    for (const char* name : {"NobodyClass", "ZElementClass"})
+        EXPECT_THROW(Make<ZAudioDocument>("<networks><network type=\"input\"><bay class=\"" +
+                                          std::string(name) + "\" /></network></networks>"),
+                     ZException);
+}
+
+TEST_F(ZAudioDocumentTest, ItsTurnComesWithTheChoiceOfItAndWithEachStepBackAndForth)
+{
+    struct Counting : ZAudioDocument
+    {
+        using ZAudioDocument::ZAudioDocument;
+        void BecameCurrent() override { ++turns; }
+        int turns = 0;
+    };
+    struct Step : ZTransaction
+    {
+        explicit Step(std::string& steps)
+            : log(steps)
+        {
+        }
+        void Undo() override { log += "undo "; }
+        void Redo() override { log += "redo "; }
+        std::string& log;
+    };
+    const auto document = Make<Counting>("");
+    for (const boost::shared_ptr<ZDocument> to : {document, Make<Counting>("")})
+        document->HandleZMessage(
+            messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", to));
+    EXPECT_EQ(document->turns, 1);
+    expectZException(-1, "Couldn't find NewDocument in msg", [&] {
+        document->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCHANGED));
+    });
+
+    std::string steps;
+    ZTransactionManager& transactions = *document->GetTransactionManager();
+    transactions.Add(std::make_unique<Step>(steps));
+    for (const std::int32_t id : {ZREDO, ZUNDO, ZUNDO, ZREDO, ZREDO, ZUNDO})
+        document->HandleZMessage(boost::make_shared<ZMessage>(id));
+    EXPECT_EQ(steps, "undo redo undo ");
+    EXPECT_EQ(document->turns, 7);
+    transactions.Add(std::make_unique<Step>(steps));
+    EXPECT_FALSE(transactions.Redo()) << "a new step forgets what was taken back";
+}
+
+TEST_F(ZAudioDocumentTest, TheFormatIsTakenWholeOrNotAtAll)
+{
+    const auto format = Make<ZAudioDocument>("")->GetAudioFormat();
+    ZMessage changed(ZOK);
+    for (const auto& [field, missing] :
+         {std::pair{"Framerate", "Couldn't find frame rate in Message"},
+          std::pair{"Numchannels", "Couldn't find snumber of channels in Message"},
+          std::pair{"Bitspersample", "Couldn't find bits per channel in Message"}})
+    {
+        expectZException(-1, missing, [&] { format->SetFormat(changed); });
+        changed.Add<std::int32_t>(field, 24);
+    }
+    changed.Add<std::int64_t>("Framecount", 7);
+    std::int32_t rate = 0;
+    ZMessage before(ZOK);
+    format->GetFormat(before);
+    EXPECT_TRUE(before.Find("Framerate", rate));
+    EXPECT_EQ(rate, 44100);
+    format->SetFormat(changed);
+    ZMessage after(ZOK);
+    format->GetFormat(after);
+    EXPECT_TRUE(after.Find("Framerate", rate));
+    EXPECT_EQ(rate, 24);
+}
+
+TEST_F(ZAudioDocumentTest, ALoadDeliversWhatWaitedThenItsChangesBetweenBeginAndEnd)
+{
+    const auto document = Make<ZAudioDocument>(kContent);
+    const auto unsaved = document->FindElement("unsaved");
+    Listener listener("listener", app.get());
+    for (const auto& element : {document->FindElement("own"), unsaved})
+        element->AddObserver(&listener);
+    app->ProcessQueue();
+    unsaved->SetZFloat(0.5f, false);
+    // Elements count wherever they stand; what nobody knows is passed over.
+    document->LoadPreset(xmlOf("<any><what><element name=\"nobody\">" + setOwn("0.4") +
+                               "</element></what><Element name=\"unsaved\" floatvalue=\"1\" />"
+                               "<element floatvalue=\"1\" />" +
+                               setOwn("0.5") + "</any>"));
+    EXPECT_EQ(own(*document), 0.5f);
+    EXPECT_EQ(unsaved->GetZFloat(), 0.5f);
+    EXPECT_EQ(std::exchange(listener.heard, {}),
+              (Ids{ZELEMENTCHANGED, ZPRESETLOADBEGIN, ZELEMENTCHANGED, ZPRESETLOADEND}));
+
+    const std::string wrongTones = "<element name=\"tones\"><buffer length=\"5\"><data values=\"" +
+                                   std::string(40, '0') + "\" /></buffer></element>";
+    expectZException(-1, "Incompatible buffer restore. Buffers are of different size.", [&] {
+        document->LoadPreset(
+            xmlOf("<preset>" + setOwn("0.6") + wrongTones + setOwn("0.7") + "</preset>"));
+    });
+    EXPECT_EQ(own(*document), 0.6f) << "what stands before the damage";
+    EXPECT_EQ(listener.heard, (Ids{ZPRESETLOADBEGIN, ZELEMENTCHANGED, ZPRESETLOADEND}));
+    for (const auto& element : {document->FindElement("own"), unsaved})
+        element->RemoveObserver(&listener);
+}
+
+TEST_F(ZAudioDocumentTest, AFileThatIsSavedLoadsAgain)
+{
+    const auto document = Make<ZPluginAudioDocument>(kContent);
+    const PrivateFolder folder;
+    document->SetName("Take \"1\"");
+    document->FindElement("own")->SetZFloat(0.25f, false);
+    Send(*document, ZPRESETSAVE, folder.Path("mine.xml"));
+    const std::string text = readTextFile(folder.Path("mine.xml"));
+    EXPECT_TRUE(text.starts_with(
+        "<preset name=\"Take '1'\" class=\"ZAudioDocumentClass\" version=\"1.0\">\n"));
+    EXPECT_LT(text.find("<network type=\"input\">"), text.find("<network type=\"output\">"));
+    EXPECT_EQ(text.find("unsaved"), std::string::npos);
+    document->FindElement("own")->SetZFloat(0.5f, false);
+    Send(*document, ZPRESETLOAD, folder.Path("mine.xml"));
+    EXPECT_EQ(own(*document), 0.25f);
+    Send(*document, ZPRESETSAVE, std::nullopt);
+    Send(*document, ZPRESETLOAD, std::nullopt);
+    EXPECT_EQ(folder.Count(), 1);
+    EXPECT_TRUE(boxes.boxes.empty());
+
+    EXPECT_EQ(WordsOf(asked[0]), "Save your preset, Save Preset");
+    EXPECT_EQ(WordsOf(asked[1]), "Orvane Plug-In Preset, Load Preset");
+    EXPECT_EQ(ZFileChooser::FilterName(*asked[1].types.at(0)), "Orvane Plug-In Preset (*.xml)");
+
+    Send(*document, ZPRESETSAVE, folder.Path("take 1.5"));
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("take 1.5.xml")));
+    for (const std::string& refused : {folder.Path("mine"), folder.Path() + "/"}) {
+        Send(*document, ZPRESETSAVE, refused);
+        ASSERT_FALSE(boxes.boxes.empty()) << refused;
+        EXPECT_EQ(boxes.boxes.back().title, "File Error");
+        boxes.boxes.clear();
+    }
+    EXPECT_EQ(folder.Count(), 2);
+    EXPECT_THROW(Send(*document, ZPRESETSAVE, folder.Path("none/file.xml")), ZException);
+}
+
+TEST_F(ZAudioDocumentTest, AFileThatIsNoPresetChangesNothing)
+{
+    const auto document = Make<ZPluginAudioDocument>(kContent);
+    const PrivateFolder folder;
+    Send(*document, ZPRESETLOAD, folder.Path("missing.xml"));
+    for (const std::string& text : {std::string(), std::string("\xff no XML < at all"),
+                                    "<other>" + setOwn("0.5") + "</other>"})
+    {
+        writeTextFile(folder.Path("file.xml"), text);
+        Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    }
+    ASSERT_EQ(boxes.boxes.size(), 4u);
+    for (const ShownBox& box : boxes.boxes) {
+        EXPECT_EQ(box.kind, ZMessageBox::kNotice);
+        EXPECT_EQ(box.title, "Invalid File");
+        EXPECT_EQ(box.text, "Invalid Preset File.");
+    }
+    EXPECT_EQ(own(*document), 0.0f);
+    EXPECT_EQ(folder.Count(), 1);
+
+    writeTextFile(folder.Path("file.xml"), "<!-- by hand, of any version --><preset "
+                                           "version=\"2.0\">" +
+                                               setOwn("0.5") + "</preset>");
+    Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    EXPECT_EQ(own(*document), 0.5f);
+}
+
+TEST_F(ZAudioDocumentTest, TheCommonDocumentTestsTheVersionAndTellsItsNetworks)
+{
+    const auto document = Make<ZAudioDocument>(kContent);
+    const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("file.xml"), "<preset>" + setOwn("0.5") + "</preset>");
+    Send(*document, ZPRESETLOAD, std::nullopt);
+    const auto loads = [&] {
+        return std::count(input->told.begin(), input->told.end(), ZPRESETLOAD);
+    };
+    EXPECT_EQ(loads(), 0);
+    Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    EXPECT_EQ(loads(), 1);
+    EXPECT_EQ(own(*document), 0.0f);
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    EXPECT_EQ(boxes.boxes[0].title, "Could not load preset");
+    EXPECT_EQ(boxes.boxes[0].text, "Incorrect Preset version.");
+    EXPECT_EQ(WordsOf(asked[0]), "Select Preset, Load Preset");
+    EXPECT_EQ(asked[0].types.at(0)->description.ToNarrow(), "Glim preset xml");
+}
+
+}  // namespace orvane

@@ -1,0 +1,127 @@
+#include "zlib/common/documents/ZPluginAudioManager.h"
+
+#include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/elements/ZAudioFormatElement.h"
+#include "zlib/common/signals/ZInputBay.h"
+#include "zlib/common/signals/ZOutputBay.h"
+#include "zlib/common/signals/ZSignalLooper.h"
+#include "zlib/common/signals/ZSilentDriver.h"
+
+#include "support/BoxRecorder.h"
+#include "support/SmallPlugin.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZXMLElement> managerXml(const char* content)
+{
+    const std::string text = std::string("<audiomanager>") + content + "</audiomanager>";
+    return ZXMLDocument(text.c_str(), static_cast<std::int32_t>(text.size())).GetChild(0);
+}
+
+/// A manager that finds no driver, for whatever reason.
+class FailingManager : public ZAudioManager
+{
+public:
+    using ZAudioManager::ZAudioManager;
+    void BuildDriverModel(const ZDriverSettings& settings) override
+    {
+        Build([&]() -> boost::shared_ptr<ZSignalDriver> {
+            if (settings.model != 0)
+                throw std::runtime_error("no such thing");
+            return nullptr;
+        });
+    }
+};
+
+boost::shared_ptr<const ZMessage> documentMessage(std::int32_t id, const char* field,
+                                                  const boost::shared_ptr<ZDocument>& document)
+{
+    const auto message = boost::make_shared<ZMessage>(id);
+    message->Add<boost::shared_ptr<ZDocument>>(field, document);
+    return message;
+}
+
+boost::shared_ptr<ZAudioDocument> currentDocument(const ZApp& app)
+{
+    return boost::dynamic_pointer_cast<ZAudioDocument>(app.GetCurrentDocument());
+}
+
+}  // namespace
+
+TEST(ZAudioManagerTest, ASilentDriverStandsInWhenNoneCanBeBuilt)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    const auto document = currentDocument(*app);
+    for (const std::int32_t model : {0, 1}) {
+        BoxRecorder recorder;
+        FailingManager manager(managerXml(""), app.get());
+        ZDriverSettings settings;
+        settings.model = model;
+        manager.BuildDriverModel(settings);
+        ASSERT_EQ(recorder.boxes.size(), 1u);
+        EXPECT_EQ(recorder.boxes[0].text, "Cannot Find Sound Device.");
+        const auto looper = manager.GetSignalLooper();
+        ASSERT_NE(looper, nullptr);
+        EXPECT_NE(boost::dynamic_pointer_cast<ZSilentDriver>(looper->GetDriver()), nullptr);
+        EXPECT_TRUE(looper->IsRunning());
+        manager.AttachDocument(document);
+        EXPECT_TRUE(looper->GetOutputBay()->IsRouted(1, *document->GetOutputNetwork(), 1));
+        EXPECT_TRUE(looper->IsRunning()) << "it rests while routes are made, then goes on";
+    }
+}
+
+TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfItsTypes)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    const auto looper = app->GetAudioManager()->GetSignalLooper();
+    const auto network = currentDocument(*app)->GetOutputNetwork();
+    for (std::int32_t channel = 0; channel < 2; ++channel) {
+        EXPECT_TRUE(looper->GetOutputBay()->IsRouted(channel, *network, channel));
+        EXPECT_FALSE(network->IsRouted(channel, *looper->GetInputBay(), channel))
+            << "the input is the host's affair";
+    }
+
+    ZPluginAudioManager stranger(
+        managerXml("<docchange mode=\"change\"><doctype name=\"Other\"></doctype></docchange>"),
+        app.get());
+    stranger.BuildDriverModel({});
+    stranger.HandleZMessage(
+        documentMessage(ZDOCUMENTCHANGED, "NewDocument", app->GetCurrentDocument()));
+    EXPECT_EQ(network->GetRouteCount(), 2) << "a document of another type is not attached";
+}
+
+TEST(ZAudioManagerTest, ADocumentThatBecomesCurrentAgainChangesNothing)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    ZAudioManager& manager = *app->GetAudioManager();
+    manager.GetSignalLooper()->SetSampleRate(96000.0f);  // the host's
+    manager.HandleZMessage(
+        documentMessage(ZDOCUMENTCHANGED, "NewDocument", app->GetCurrentDocument()));
+    manager.HandleZMessage(documentMessage(ZDOCUMENTNEW, "Document", app->GetCurrentDocument()));
+    EXPECT_EQ(manager.GetSignalLooper()->GetSampleRate(), 96000.0f);
+    EXPECT_EQ(currentDocument(*app)->GetOutputNetwork()->GetRouteCount(), 2);
+}
+
+TEST(ZAudioManagerTest, ASecondDocumentTakesThePlaceOfTheFirst)
+{
+    const auto app = SmallPlugin::Make();
+    const ZInterfaceLock lock;
+    const auto first = currentDocument(*app)->GetOutputNetwork();
+    app->GetDocumentManager()->NewDocument(app->GetDocumentManager()->GetTypes().front());
+    const auto second = currentDocument(*app)->GetOutputNetwork();
+    EXPECT_EQ(first->GetRouteCount(), 0);
+    EXPECT_EQ(second->GetRouteCount(), 2);
+}
+
+}  // namespace orvane

@@ -1,0 +1,147 @@
+#include "zlib/common/documents/ZCommandList.h"
+
+#include "support/ExpectZException.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/documents/ZCommand.h"
+#include "zlib/common/documents/ZDocument.h"
+#include "zlib/common/documents/ZDocumentManager.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+const char* const kCommands =
+    "<commandlist>"
+    "<command name=\"first\" target=\"win\"><menu name=\"First\" /><hotkey key=\"65\" />"
+    "<message id=\"ZABOUT\"><int32 name=\"value\" value=\"5\" /></message></command>"
+    "<command name=\"own\" target=\"win\"><menu name=\"Own\" id=\"7\" />"
+    "<hotkey key=\"65\" shift=\"true\" /><message id=\"ZSAVE\" /></command>"
+    "<command name=\"off\" target=\"win\" state=\"disabled\">"
+    "<hotkey key=\"66\" control=\"true\" /><message id=\"ZCUT\" /></command>"
+    "<command name=\"on\" target=\"win\"><hotkey key=\"66\" control=\"true\" />"
+    "<message id=\"ZCOPY\" /></command>"
+    "<command name=\"follower\" target=\"doc\"><element target=\"switch\" />"
+    "<message id=\"ZPRESETSAVE\" /></command>"
+    "<command name=\"lost\"><message id=\"ZPLAY\" /></command>"
+    "</commandlist>";
+
+const char* const kDocuments =
+    "<documentmanager name=\"Test File\" type=\"sdi\"><documenttypes>"
+    "<doctype class=\"ZAudioDocumentClass\" name=\"Plain\"><elements>"
+    "<element name=\"switch\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"1\">"
+    "<discrete name=\"Off\" /><discrete name=\"On\" /></element>"
+    "</elements></doctype></documenttypes></documentmanager>";
+
+class ZCommandListTest : public testing::Test
+{
+protected:
+    ZCommandListTest() { app->AddCommandList(xmlOf(kCommands)); }
+
+    [[nodiscard]] boost::shared_ptr<ZCommand> Command(const char* name) const
+    {
+        boost::shared_ptr<ZCommand> command;
+        EXPECT_TRUE(list().GetCommand(name, command)) << name;
+        return command;
+    }
+    [[nodiscard]] ZCommandList& list() const { return *app->GetCommandList(); }
+    void Stroke(std::int32_t key, bool shift, bool control)
+    {
+        const auto message = messageWith<std::int32_t>(ZKEYCOMMAND, "hotkey", key);
+        if (shift)
+            message->Add<bool>("shift", true);
+        if (control)
+            message->Add<bool>("control", true);
+        list().HandleZMessage(message);
+    }
+
+    const TestResources resources{""};
+    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    WindowRecorder& windows = addWindows(*app);
+};
+
+}  // namespace
+
+TEST_F(ZCommandListTest, AKeyStrokeDispatchesTheFirstEnabledCommandWithItsModifiers)
+{
+    Stroke(65, false, false);
+    Stroke(65, true, false);
+    Stroke(66, false, true);
+    EXPECT_EQ(windows.Ids(), (std::vector<std::int32_t>{ZABOUT, ZSAVE, ZCOPY}));
+    Stroke(65, true, true);
+    Stroke(66, false, false);
+    Command("on")->Disable();
+    Stroke(66, false, true);
+    EXPECT_EQ(windows.told.size(), 3u);
+    expectZException(-1, "Couldn't find Key in Message",
+                     [&] { list().HandleZMessage(boost::make_shared<ZMessage>(ZKEYCOMMAND)); });
+}
+
+TEST_F(ZCommandListTest, EnablingReachesOneCommandOrAllAndALabelTheOneItNames)
+{
+    list().HandleZMessage(messageWith<ZString>(ZDISABLE, "commandName", "first"));
+    EXPECT_FALSE(Command("first")->IsEnabled());
+    EXPECT_TRUE(Command("own")->IsEnabled());
+    EXPECT_FALSE(Command("off")->IsEnabled());
+    list().HandleZMessage(messageWith<ZString>(ZENABLE, "commandName", "nobody"));
+    const auto label = messageWith<ZString>(ZLABEL, "commandName", "own");
+    label->Add<ZString>("commandLabel", "Renamed");
+    list().HandleZMessage(label);
+    EXPECT_STREQ(Command("own")->GetMenuName(), "Renamed");
+    list().HandleZMessage(boost::make_shared<ZMessage>(ZENABLE));
+    for (const auto& command : list().GetCommands())
+        EXPECT_TRUE(command->IsEnabled()) << command->GetName();
+}
+
+TEST_F(ZCommandListTest, AMenuChoiceByItsIdAddsItsWindowToTheMessageForThatOnce)
+{
+    std::vector<std::int32_t> ids;
+    for (const auto& command : list().GetCommands())
+        ids.push_back(command->GetMenuId());
+    EXPECT_EQ(ids, (std::vector<std::int32_t>{50000, 7, 50001, 50002, 50003, 50004}))
+        << "they count on past those that commands bring";
+
+    const auto choice = messageWith<std::int32_t>(ZCommandList::kMenuChoice, "MenuID", 50000);
+    choice->Add<std::int32_t>("CmdWindow", 42);
+    list().HandleZMessage(choice);
+    Command("first")->Dispatch();
+    ASSERT_EQ(windows.told.size(), 2u);
+    std::int32_t window = 0;
+    std::int32_t value = 0;
+    EXPECT_TRUE(windows.told[0]->Find("CmdWindow", window));
+    EXPECT_EQ(window, 42);
+    EXPECT_TRUE(windows.told[0]->Find("value", value));
+    EXPECT_EQ(value, 5);
+    EXPECT_FALSE(windows.told[1]->Find("CmdWindow", window));
+    EXPECT_EQ(windows.told[1], Command("first")->GetMessage());
+    expectZException(-1, "Couldn't find menuID in Message", [&] {
+        list().HandleZMessage(boost::make_shared<ZMessage>(ZCommandList::kMenuChoice));
+    });
+}
+
+TEST_F(ZCommandListTest, WithoutADocumentDispatchOnlyTracesAndWithOneACheckMarkFollowsItsElement)
+{
+    const TraceRecorder trace;
+    Command("lost")->Dispatch();
+    Command("follower")->Dispatch();  // no current document
+    EXPECT_EQ(TraceRecorder::lines,
+              std::vector<std::string>(
+                  2, "ERROR: ZCommand::Dispatch, No target found for command message\n"));
+
+    app->AddDocumentManager(xmlOf(kDocuments));
+    EXPECT_FALSE(Command("follower")->IsChecked());
+    app->GetDocumentManager()->HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Plain"));
+    EXPECT_TRUE(Command("follower")->IsChecked());
+
+    const auto element = app->GetCurrentDocument()->FindElement("switch");
+    element->SetDiscrete(0, false);
+    app->Tick();
+    EXPECT_FALSE(Command("follower")->IsChecked());
+    Command("follower")->AttachDocument(nullptr);
+    EXPECT_EQ(element->GetObserverCount(), 0);
+}
+
+}  // namespace orvane

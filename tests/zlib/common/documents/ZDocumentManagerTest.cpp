@@ -1,0 +1,144 @@
+#include "zlib/common/documents/ZDocumentManager.h"
+
+#include "support/BoxRecorder.h"
+#include "support/ExpectZException.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/documents/ZDocument.h"
+#include "zlib/common/documents/ZFileDocumentManager.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZFile.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/smart_ptr/weak_ptr.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A document that may refuse to close, and keeps what it is told.
+class StubbornDocument : public ZDocument
+{
+public:
+    using ZDocument::ZDocument;
+    [[nodiscard]] bool AgreesToClose() override { return agrees; }
+    void DocumentMade() override { nameWhenMade = GetName(); }
+    bool ReadFile(ZFile& file) override { return file.GetName().ToNarrow() == "good"; }
+
+    bool agrees = true;
+    std::string nameWhenMade;
+};
+
+const char* const kManager =
+    "<documentmanager name=\"Media File\" type=\"sdi\" class=\"ZFileDocumentManager\">"
+    "<documenttypes><doctype class=\"StubbornDocumentClass\" name=\"Stubborn\" />"
+    "<doctype class=\"NobodyClass\" name=\"Unknown\" />"
+    "<doctype class=\"ZElementClass\" name=\"Element\" /></documenttypes>"
+    "<filetypes><filetype docclass=\"StubbornDocumentClass\" winext=\"stub\" mactype=\"Stub\" "
+    "mimetype=\"text/stub\" /></filetypes></documentmanager>";
+
+class ZDocumentManagerTest : public testing::Test
+{
+protected:
+    ZDocumentManagerTest()
+    {
+        app->GetClassRegistry().AddStandard<StubbornDocument>("StubbornDocumentClass");
+        app->AddDocumentManager(xmlOf(kManager));
+    }
+    boost::shared_ptr<StubbornDocument> New()
+    {
+        manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Stubborn"));
+        return boost::dynamic_pointer_cast<StubbornDocument>(manager().GetCurrentDocument());
+    }
+    [[nodiscard]] ZDocumentManager& manager() { return *app->GetDocumentManager(); }
+
+    const TestResources resources{""};
+    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    WindowRecorder& windows = addWindows(*app);
+};
+
+}  // namespace
+
+TEST_F(ZDocumentManagerTest, DocumentsAreNamedByACountThatNeverFallsAndStandInACircle)
+{
+    const auto first = New();
+    EXPECT_EQ(first->GetName(), "Untitled Media File 1");
+    EXPECT_EQ(first->nameWhenMade, "Untitled Media File 1");
+    auto second = New();
+    manager().HandleZMessage(messageWith<ZString>(ZDOCNEXT, "DocNextName", "x"));
+    EXPECT_EQ(manager().GetCurrentDocument(), first) << "next of the last is the first";
+    manager().HandleZMessage(messageWith<ZString>(ZDOCPREV, "DocPrevName", "x"));
+    EXPECT_EQ(manager().GetCurrentDocument(), second);
+
+    const boost::weak_ptr<ZDocument> gone = second;
+    auto close = messageWith<boost::shared_ptr<ZDocument>>(ZDOCCLOSE, "Document", second);
+    second->agrees = false;
+    manager().HandleZMessage(close);
+    EXPECT_EQ(manager().GetDocumentCount(), 2);
+    second->agrees = true;
+    windows.told.clear();
+    manager().HandleZMessage(close);
+    EXPECT_EQ(windows.Ids(), (std::vector<std::int32_t>{ZDOCUMENTCLOSED, ZDOCUMENTCHANGED}));
+    EXPECT_EQ(manager().GetCurrentDocument(), first);
+    EXPECT_FALSE(manager().CloseDocument(second));
+    windows.told.clear();
+    second.reset();
+    close.reset();
+    EXPECT_TRUE(gone.expired());
+    EXPECT_EQ(New()->GetName(), "Untitled Media File 3");
+}
+
+TEST_F(ZDocumentManagerTest, WhatCannotBeMadeChangesNothing)
+{
+    manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "stubborn"));
+    expectZException(-1, "Unregistered Class NobodyClass found in xml\n", [&] {
+        manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Unknown"));
+    });
+    expectZException(-1, "Document type failed to instanciate.", [&] {
+        manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Element"));
+    });
+    const std::vector<std::pair<std::int32_t, const char*>> texts = {
+        {ZDOCUMENTNEW, "Couldn't find NewFileName in message"},
+        {ZFILENEW, "Couldn't find NewFileName in message"},
+        {ZDOCNEXT, "Couldn't find DocNextName in message"},
+        {ZDOCPREV, "Couldn't find DocPrevName in message"},
+        {ZDOCCLOSE, "Couldn't find Document in message"},
+        {ZDOCSELECT, "Couldn't find Document in message"},
+        {ZFILEOPEN, "Couldn't find FileOpenName in message"},
+    };
+    for (const auto& [id, text] : texts) {
+        EXPECT_TRUE(manager().Answers(id)) << id;
+        expectZException(
+            -1, text, [&, id = id] { manager().HandleZMessage(boost::make_shared<ZMessage>(id)); });
+    }
+    EXPECT_FALSE(manager().Answers(ZPRESETSAVE));
+    EXPECT_TRUE(windows.told.empty());
+    EXPECT_EQ(New()->GetName(), "Untitled Media File 1");
+    expectZException(-1, "Couldn't find elementid in Message", [&] {
+        manager().GetCurrentDocument()->HandleZMessage(
+            boost::make_shared<ZMessage>(ZELEMENTCHANGED));
+    });
+}
+
+TEST_F(ZDocumentManagerTest, ADocumentReadsTheFileOfItsKind)
+{
+    auto& files = dynamic_cast<ZFileDocumentManager&>(manager());
+    const auto good = boost::make_shared<ZFile>("good", "/nowhere/good.stub", "STUB");
+    const auto bad = boost::make_shared<ZFile>("bad", "/nowhere/bad.stub", "stub");
+
+    const auto open = messageWith<ZString>(ZFILEOPEN, "doctype", "Unknown");
+    open->Add<boost::shared_ptr<ZFile>>("file", good);
+    files.HandleZMessage(open);
+    ASSERT_EQ(files.GetDocumentCount(), 1);
+    EXPECT_EQ(files.GetCurrentDocument()->GetTitle().ToNarrow(), "good");
+
+    BoxRecorder recorder;
+    files.OpenDocument(bad, files.GetTypes().front());
+    EXPECT_EQ(files.GetDocumentCount(), 1);
+    ASSERT_EQ(recorder.boxes.size(), 1u);
+    EXPECT_EQ(recorder.boxes[0].title, "Error Opening Document");
+}
+
+}  // namespace orvane

@@ -1,0 +1,103 @@
+// The desktop's own file chooser: programs of the test's own stand for it.
+
+#include "support/BoxRecorder.h"
+#include "support/Eventually.h"
+#include "support/PrivateFolder.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/objects/ZFile.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+namespace orvane
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+class ZFileChooserTest : public testing::Test
+{
+protected:
+    /// A program of that name that the shell runs.
+    void Install(const std::string& name, const std::string& script)
+    {
+        writeTextFile(folder.Path(name), "#!/bin/sh\n" + script + "\n");
+        std::filesystem::permissions(folder.Path(name), std::filesystem::perms::owner_all);
+    }
+    /// Asks on the interface thread; gives back the path, or "none".
+    std::future<std::string> Ask()
+    {
+        auto promise = std::make_shared<std::promise<std::string>>();
+        static_cast<void>(ZInterfaceThread::Post([this, promise] {
+            auto type = boost::make_shared<ZFiletype>();
+            type->extension = "xml";
+            type->description = "Kind";
+            const auto file = app->ChooseSaveFile("prompt", "Title", {type}, 0);
+            promise->set_value(file ? file->GetPath().ToNarrow() : "none");
+        }));
+        return promise->get_future();
+    }
+    [[nodiscard]] static std::string Answer(std::future<std::string> asked)
+    {
+        return asked.wait_for(20s) == std::future_status::ready ? asked.get() : "no answer";
+    }
+
+    const PrivateFolder folder;
+    const std::string folderPath = folder.Path();
+    const EnvironmentVariable path{"PATH", folderPath.c_str()};
+    const EnvironmentVariable display{"DISPLAY", ":none"};
+    const EnvironmentVariable desktop{"XDG_CURRENT_DESKTOP", "GNOME"};
+    BoxRecorder boxes;
+    const TestResources resources{""};
+    const std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    const ZInterfaceThread thread;
+};
+
+}  // namespace
+
+TEST_F(ZFileChooserTest, TheUsersChoiceIsNamedAndACancelledOneIsNone)
+{
+    Install("zenity", "for a in \"$@\"; do echo \"$a\"; done > " + folder.Path("arguments") +
+                          "; echo '/tmp/a b.xml'");
+    EXPECT_EQ(Answer(Ask()), "/tmp/a b.xml");
+    const std::string text = readTextFile(folder.Path("arguments"));
+    EXPECT_NE(text.find("--title=Title\n"), std::string::npos);
+    EXPECT_NE(text.find("--file-filter=Kind (*.xml) | *.xml\n"), std::string::npos);
+
+    Install("kdialog", "exit 1");
+    const EnvironmentVariable kde("XDG_CURRENT_DESKTOP", "KDE");
+    EXPECT_EQ(Answer(Ask()), "none");
+    EXPECT_TRUE(boxes.boxes.empty());
+}
+
+TEST_F(ZFileChooserTest, WithoutAProgramOrADisplayABoxSaysSo)
+{
+    EXPECT_EQ(Answer(Ask()), "none");
+    Install("zenity", "echo /tmp/file.xml");
+    const EnvironmentVariable wayland("WAYLAND_DISPLAY", "");
+    const EnvironmentVariable none("DISPLAY", "");
+    EXPECT_EQ(Answer(Ask()), "none");
+    ASSERT_EQ(boxes.boxes.size(), 2u);
+    EXPECT_EQ(boxes.boxes[0].title, "Title");
+}
+
+TEST_F(ZFileChooserTest, AnOpenChooserBlocksNobodyAndEndsWithItsInstance)
+{
+    Install("zenity", ": > " + folder.Path("open") + "; while :; do :; done");
+    auto asked = Ask();
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(folder.Path("open")); }));
+    EXPECT_EQ(Answer(Ask()), "none") << "a second one";
+    EXPECT_EQ(boxes.boxes.size(), 1u);
+    const ZInterfaceLock lock;
+    EXPECT_EQ(app->ChooseOpenFile("", "", {}, 0), nullptr) << "not on the interface thread";
+    app->EndModalRuns();
+    ASSERT_EQ(asked.wait_for(0s), std::future_status::ready) << "it is over by then";
+    EXPECT_EQ(asked.get(), "none");
+}
+
+}  // namespace orvane

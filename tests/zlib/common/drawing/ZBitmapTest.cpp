@@ -1,0 +1,213 @@
+#include "zlib/common/drawing/ZBitmap.h"
+
+#include "support/ExpectZException.h"
+#include "support/PngBytes.h"
+#include "support/PrivateFolder.h"
+#include "support/SmallApplication.h"
+#include "support/TextMutation.h"
+#include "zlib/common/drawing/Canvas.h"
+#include "zlib/common/objects/ZFile.h"
+#include "zlib/common/objects/ZResources.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <random>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+ZResources::Entry entry(std::string_view name, const PngBytes& bytes)
+{
+    const char* const begin = reinterpret_cast<const char*>(bytes.data());
+    return {"IMAGE", name, begin, begin + bytes.size()};
+}
+
+/// An application with pictures among its resources, and with files for others.
+class PictureApplication : public SmallApplication
+{
+public:
+    [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
+    boost::shared_ptr<ZFile> GetResourceFile(const ZString& name) override
+    {
+        return boost::make_shared<ZFile>(name, folder.Path(name.ToNarrow()), "png");
+    }
+
+    PrivateFolder folder;
+
+private:
+    PngBytes mPicture = makePng(4, 3);
+    PngBytes mOpaque = makePng(2, 2, false);
+    PngBytes mBroken = PngBytes(mPicture.begin(), mPicture.end() - 30);
+    std::array<ZResources::Entry, 3> mEntries{
+        {entry("nk1.png", mPicture), entry("opaque.png", mOpaque), entry("broken.png", mBroken)}};
+    ZResources mResources{mEntries};
+};
+
+void writeFile(const std::string& path, const PngBytes& bytes)
+{
+    writeTextFile(path, std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+}
+
+void expectEmpty(ZBitmap& bitmap)
+{
+    EXPECT_FALSE(bitmap.IsLoaded());
+    EXPECT_EQ(bitmap.GetFrame(), ZRect{});
+    EXPECT_TRUE(bitmap.LockPixels().empty());
+    EXPECT_EQ(bitmap.MakeShadow(1, kBlack), nullptr);
+    Canvas canvas(2, 2);
+    canvas.DrawBitmap(bitmap, 0, 0, 1.0f);
+    canvas.DrawBitmap(bitmap, 0, 0, 2, 2, 0, 0, 2, 2, 0.5f);
+    EXPECT_EQ(canvas.Coverage(), 0.0);
+}
+
+}  // namespace
+
+TEST(ZBitmapTest, StaysEmptyWhereNoPictureCanBeFoundOrRead)
+{
+    PictureApplication application;
+    writeTextFile(application.folder.Path("text.png"), "not a picture");
+    writeTextFile(application.folder.Path("empty.png"), "");
+    for (const char* name : {"", "missing.png", "broken.png", "text.png", "empty.png"}) {
+        SCOPED_TRACE(name);
+        ZBitmap bitmap(name, &application);
+        expectEmpty(bitmap);
+    }
+    ZBitmap nobodys("nk1.png", nullptr);
+    expectEmpty(nobodys);
+}
+
+TEST(ZBitmapTest, BitmapsOfAResourceInWhateverCaseShareItUntilOneIsDrawnInto)
+{
+    PictureApplication application;
+    EXPECT_EQ(ZBitmap("opaque.png", &application).LockPixels()[3], 0xFF03090Fu);
+    ZBitmap drawn("nk1.png", &application);
+    ZBitmap locked("nk1.png", &application);
+    const ZBitmap kept("NK1.png", &application);
+    const auto before = kept.GetNative()->ReadPixels();
+    EXPECT_EQ(kept.GetFrame(), (ZRect{0, 0, 4, 3}));
+    EXPECT_EQ(before[5], 0xFF050F19u);
+    EXPECT_EQ(drawn.GetNative(), kept.GetNative());
+    drawn.FillRect(0, 0, 1, 1);
+    locked.LockPixels()[1] = 0xFF112233u;
+    locked.UnlockPixels();
+    EXPECT_EQ(kept.GetNative()->ReadPixels(), before);
+    auto expected = before;
+    expected[0] = 0xFF000000u;
+    EXPECT_EQ(drawn.GetNative()->ReadPixels(), expected);
+    expected = before;
+    expected[1] = 0xFF112233u;
+    EXPECT_EQ(locked.GetNative()->ReadPixels(), expected);
+}
+
+TEST(ZBitmapTest, TriesAgainOnEachUseAndTakesTheApplicationsFileAtLast)
+{
+    PictureApplication application;
+    ZBitmap bitmap("late.png", &application);
+    EXPECT_EQ(application.folder.Count(), 0) << "looking for a picture made a file";
+    writeFile(application.folder.Path("late.png"), makePng(5, 6));
+    bitmap.Load(&application);
+    EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 5, 6}));
+}
+
+TEST(ZBitmapTest, ASizeThatGivesNoImageIsToldByItsText)
+{
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    for (const ZPoint size : {ZPoint{0, 1}, ZPoint{1, -1}, ZPoint{kMax, kMax}, ZPoint{1, 20000}})
+        expectZException(-1, "Failed to create new Bitmap object",
+                         [&] { const ZBitmap bitmap(size.x, size.y, nullptr); });
+}
+
+TEST(ZBitmapTest, IsDrawnWithItsAlphaTimesTheOneGiven)
+{
+    Canvas source(2, 1);
+    source.LockPixels()[0] = 0xFFFF0000u;
+    source.LockPixels()[1] = 0x80FF0000u;
+    source.UnlockPixels();
+    Canvas canvas(2, 1);
+    canvas.DrawBitmap(source, {0, 0}, 1.0f);
+    EXPECT_EQ(canvas.Pixels(), source.Pixels());
+    Canvas half(2, 1);
+    half.DrawBitmap(source, {0, 0}, 0.5f);
+    EXPECT_NEAR(half.AlphaAt(0, 0), 128.0, 1.0);
+    EXPECT_NEAR(half.AlphaAt(1, 0), 64.0, 1.0);
+    for (const float none : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()})
+        canvas.DrawBitmap(half, {0, 0}, none);
+    EXPECT_EQ(canvas.Pixels(), source.Pixels());
+}
+
+TEST(ZBitmapTest, APartBeyondThePictureLeavesItsShareOfTheTargetAlone)
+{
+    Canvas source(2, 2);
+    source.FillRect(0, 0, 2, 2);
+    Canvas canvas(8, 8);
+    canvas.DrawBitmap(source, -1, -1, 3, 3, 0, 0, 8, 8, 1.0f);
+    EXPECT_EQ(canvas.Ink(), (ZRect{2, 2, 6, 6}));
+    EXPECT_EQ(canvas.Coverage(), 16.0);
+    canvas.DrawBitmap(source, 1, 1, 0, 0, 0, 0, 8, 8, 1.0f);
+    canvas.DrawBitmap(source, 0, 0, 2, 2, 8, 8, 0, 0, 1.0f);
+    EXPECT_EQ(canvas.Coverage(), 16.0);
+}
+
+TEST(ZBitmapTest, LockedPixelsAreReadWithoutLossAndWrittenBack)
+{
+    Canvas bitmap(256, 256);
+    std::mt19937 random(7);
+    auto pixels = bitmap.LockPixels();
+    for (std::uint32_t& pixel : pixels)
+        pixel = static_cast<std::uint32_t>(random());
+    bitmap.UnlockPixels();
+    const auto before = bitmap.Pixels();
+    EXPECT_FALSE(bitmap.LockPixels().empty());
+    bitmap.UnlockPixels();
+    EXPECT_EQ(bitmap.Pixels(), before);
+    bitmap.UnlockPixels();  // not locked
+}
+
+TEST(ZImageTest, DecodesNoCutPictureAndNoneThatIsTooLarge)
+{
+    const PngBytes png = makePng(9, 9);
+    ASSERT_NE(ZImage::Decode(png), nullptr);
+    EXPECT_TRUE(ZImage::ReadSize(png));
+    for (std::size_t length = 0; length < png.size() - 12; ++length) {
+        EXPECT_EQ(ZImage::Decode(std::span(png).first(length)), nullptr) << length;
+        EXPECT_FALSE(ZImage::ReadSize(std::span(png).first(length))) << length;
+    }
+    for (const ZPoint size : {ZPoint{0, 5}, ZPoint{30000, 1}, ZPoint{1, 0x7FFFFFFF},
+                              ZPoint{16384, 16384}, ZPoint{-1, 1}})
+    {
+        PngBytes resized = png;
+        putBigEndian(std::span(resized).subspan(16), static_cast<std::uint32_t>(size.x));
+        putBigEndian(std::span(resized).subspan(20), static_cast<std::uint32_t>(size.y));
+        repairCheckSums(resized);
+        EXPECT_EQ(ZImage::Decode(resized), nullptr) << size.x << " x " << size.y;
+    }
+}
+
+TEST(ZImageTest, SpoiltBytesGiveAPictureOrNone)
+{
+    std::mt19937 random(20);
+    const PngBytes whole = makePng(11, 7);
+    for (int run = 0; run < 3000; ++run) {
+        PngBytes png = whole;
+        for (std::size_t spoilt = 0; spoilt <= pick(random, 4); ++spoilt)
+            png[pick(random, png.size())] = static_cast<std::byte>(pick(random, 256));
+        if (pick(random, 4) != 0)
+            repairCheckSums(png);
+        const auto image = ZImage::Decode(png);
+        const auto size = ZImage::ReadSize(png);
+        if (!image)
+            continue;
+        EXPECT_TRUE(!size || size->width == image->GetWidth());
+        EXPECT_EQ(image->ReadPixels().size(), static_cast<std::size_t>(image->GetWidth()) *
+                                                  static_cast<std::size_t>(image->GetHeight()));
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,227 @@
+#include "zlib/common/drawing/ZDrawingContext.h"
+
+#include "zlib/common/drawing/Canvas.h"
+#include "zlib/common/drawing/ZPath.h"
+#include "zlib/common/drawing/ZRegion.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <numbers>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kFar = std::numeric_limits<std::int32_t>::max();
+
+}  // namespace
+
+TEST(ZDrawingContextTest, FillsThePixelsBetweenTheEdgesSmoothOrNot)
+{
+    for (const bool smooth : {false, true}) {
+        Canvas canvas(5, 4);
+        canvas.SetAntiAlias(smooth);
+        canvas.SetBrushColor(kRed);
+        canvas.FillRect(1, 1, 4, 3);
+        EXPECT_EQ(canvas.Rows(), Rows({".....", ".###.", ".###.", "....."}));
+        EXPECT_EQ(canvas.At(1, 1), 0xFFFF0000u);
+    }
+    Canvas canvas(3, 3);
+    canvas.FillRect(2, 0, 1, 3);
+    canvas.FillRect(kFar, kFar, -kFar, -kFar);
+    EXPECT_EQ(canvas.Coverage(), 0.0) << "the edges have changed sides";
+    canvas.FillRect(-kFar - 1, -kFar - 1, kFar, kFar);
+    EXPECT_EQ(canvas.Coverage(), 9.0);
+}
+
+TEST(ZDrawingContextTest, LinesHoldBothEndPointsInAllDirectionsWithOnePixelAStep)
+{
+    for (std::int32_t y = 0; y < 7; ++y) {
+        for (std::int32_t x = 0; x < 7; ++x) {
+            SCOPED_TRACE(testing::Message() << "to " << x << ", " << y);
+            Canvas canvas(7, 7);
+            canvas.DrawLine(ZPoint{3, 3}, ZPoint{x, y});
+            EXPECT_EQ(canvas.Coverage(), std::max(std::abs(x - 3), std::abs(y - 3)) + 1);
+            EXPECT_EQ(canvas.AlphaAt(3, 3), 255u);
+            EXPECT_EQ(canvas.AlphaAt(x, y), 255u);
+        }
+    }
+}
+
+TEST(ZDrawingContextTest, WideLinesGrowAcrossAndNoneIsThinnerThanAPixel)
+{
+    Canvas wide(6, 5);
+    wide.SetPenWidth(3.0f);
+    wide.DrawLine(1, 2, 4, 2);
+    EXPECT_EQ(wide.Rows(), Rows({"......", ".####.", ".####.", ".####.", "......"}));
+    for (const float width : {0.0f, 0.25f, -3.0f, std::numeric_limits<float>::quiet_NaN()}) {
+        Canvas canvas(5, 1);
+        canvas.SetAntiAlias(true);
+        canvas.SetPenWidth(width);
+        canvas.DrawLine(1, 0, 3, 0);
+        EXPECT_EQ(canvas.Rows(), Rows({".###."})) << width;
+    }
+}
+
+TEST(ZDrawingContextTest, NewPixelsBlendOrReplaceByTheBlendMode)
+{
+    Canvas canvas(2, 1);
+    canvas.SetBrushColor(kWhite);
+    canvas.FillRect(0, 0, 2, 1);
+    canvas.SetBrushColor({255, 0, 0, 51});
+    canvas.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.At(0, 0), 0xFFFFCCCCu);  // 255 - 51
+    canvas.SetAlphaBlend(false);
+    canvas.FillRect(1, 0, 2, 1);
+    EXPECT_EQ(canvas.At(1, 0), 0x33FF0000u);
+}
+
+TEST(ZDrawingContextTest, RestoringBringsBackClipTransformAndBlendingButNoColour)
+{
+    Canvas canvas(4, 4);
+    canvas.SetClip(ZRect{0, 0, 2, 4});
+    {
+        const ZSavedStateScope scope(canvas);
+        canvas.SetClip(ZRect{2, 0, 4, 4});
+        canvas.Translate(1, 1);
+        canvas.Scale(2.0f, 2.0f);
+        canvas.SetAlphaBlend(false);
+        canvas.SetPenColor(kWhite);
+        canvas.SetBrushColor(kRed);
+    }
+    EXPECT_EQ(canvas.GetPenColor(), kWhite);
+    canvas.FillRect(0, 0, 4, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"##..", "##..", "....", "...."}));
+    EXPECT_EQ(canvas.At(0, 0), 0xFFFF0000u);
+}
+
+TEST(ZDrawingContextTest, AnOuterStateEndsInnerOnesAndAnEndedOneDoesNothing)
+{
+    Canvas canvas(4, 1);
+    auto outer = canvas.SaveState();
+    canvas.Translate(1, 0);
+    auto inner = canvas.SaveState();
+    canvas.Translate(1, 0);
+    canvas.RestoreState(outer);
+    EXPECT_EQ(outer, nullptr);
+    canvas.FillRect(0, 0, 1, 1);
+    canvas.Translate(3, 0);
+    canvas.RestoreState(inner);
+    canvas.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(canvas.Rows(), Rows({"#..#"}));
+    canvas.RestoreState(inner);  // null by now
+}
+
+TEST(ZDrawingContextTest, WithoutATargetNothingIsDrawnAndAllMeasuresNothing)
+{
+    ZDrawingContext context;
+    Canvas bitmap(1, 1);
+    const ZString text("text");
+    context.FillRect(0, 0, 1, 1);
+    context.DrawBitmap(bitmap, 0, 0, 0.5f);
+    context.DrawString(text, {0, 0, 9, 9}, 1);
+    context.StrokePath();
+    context.SetClip(ZRect{});
+    context.Scale(2.0f, 2.0f);
+    auto saved = context.SaveState();
+    context.RestoreState(saved);
+    EXPECT_EQ(context.StringWidth(text), 0);
+}
+
+TEST(ZDrawingContextTest, ScalesKeepThePensDeviceWidthAndTurnsGoClockwiseAboutTheirPoint)
+{
+    Canvas scaled(9, 9);
+    scaled.Scale(2.0f, 1.0f);
+    scaled.SetPenWidth(2.0f);
+    EXPECT_EQ(scaled.GetPenWidth(), 1.0f);
+    scaled.Scale(0.0f, 1.0f);
+    scaled.Scale(1.0f, std::numeric_limits<float>::infinity());
+    scaled.SetPenWidth(2.0f);
+    EXPECT_EQ(scaled.GetPenWidth(), 1.0f) << "a scale that cannot be was kept";
+    Canvas turned(7, 7);
+    turned.Rotate(3, 3, 90.0f);
+    turned.FillRect(3, 3, 6, 4);  // to the right of the point: comes to lie below it
+    EXPECT_EQ(turned.Ink(), (ZRect{2, 3, 3, 6}));
+    EXPECT_EQ(turned.Coverage(), 3.0);
+}
+
+TEST(ZDrawingContextTest, EachClipReplacesTheOneBefore)
+{
+    Canvas canvas(6, 2);
+    canvas.SetClip(ZRect{0, 0, 1, 2});
+    canvas.SetClip(ZRect{2, 0, 4, 1});
+    canvas.FillRect(0, 0, 6, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"..##..", "......"}));
+    ZRegion region(ZRect{4, 0, 5, 1});
+    region.Add({5, 1, 6, 2});
+    canvas.SetClip(region);
+    canvas.FillRect(0, 0, 6, 2);
+    EXPECT_EQ(canvas.Rows(), Rows({"..####", "....##"}));
+    canvas.SetClip(ZRect{});
+    canvas.FillRect(0, 0, 6, 2);
+    EXPECT_EQ(canvas.Coverage(), 6.0);
+}
+
+TEST(ZDrawingContextTest, PathsAreStrokedAndFilledAndStayUntilReset)
+{
+    Canvas canvas(6, 6);
+    canvas.AddPathLine({1, 1}, {4, 1});
+    canvas.AddPathLine({4, 4}, {1, 4});  // joined by a line down the right side
+    canvas.ClosePath();
+    canvas.StrokePath();
+    EXPECT_EQ(canvas.Rows(), Rows({"......", ".####.", ".#..#.", ".#..#.", ".####.", "......"}));
+    canvas.FillPath();
+    EXPECT_EQ(canvas.Coverage(), 16.0);
+    canvas.ResetPath();
+    canvas.SetBrushColor(kRed);
+    canvas.FillPath();
+    EXPECT_EQ(canvas.At(2, 2), 0xFF000000u);
+}
+
+TEST(ZDrawingContextTest, AFilledCircleHasItsAreaAndAnArcItsQuarter)
+{
+    Canvas canvas(40, 40);
+    canvas.SetAntiAlias(true);
+    canvas.AddPathArc({20, 20}, 15, 0, 360);
+    canvas.FillPath();
+    EXPECT_NEAR(canvas.Coverage(), std::numbers::pi * 15 * 15, 7.0);  // 1 %
+    EXPECT_EQ(canvas.Ink(), (ZRect{5, 5, 35, 35}));
+
+    Canvas quarter(40, 40);
+    quarter.SetAntiAlias(true);
+    auto path = boost::make_shared<ZPath>();
+    path->MoveTo({20, 20});
+    path->AddArc({20, 20}, 15, 0, 90);
+    quarter.AddPath(path);
+    quarter.FillPath();
+    EXPECT_NEAR(quarter.Coverage(), std::numbers::pi * 15 * 15 / 4, 2.0);
+    EXPECT_EQ(quarter.Ink(), (ZRect{20, 20, 35, 35})) << "from three o'clock, clockwise";
+}
+
+TEST(ZDrawingContextTest, CapsAreRoundAtTheEndsThatAskForIt)
+{
+    const auto ink = [](bool roundStart, bool roundEnd) {
+        Canvas canvas(30, 12);
+        canvas.SetAntiAlias(true);
+        canvas.SetPenColor({0, 0, 0, 128});
+        canvas.SetPenWidth(7.0f);
+        canvas.SetPenCaps(roundStart, roundEnd);
+        canvas.DrawLine(10, 5, 20, 5);
+        for (const std::uint32_t pixel : canvas.Pixels())
+            EXPECT_LE(pixel >> 24, 128u) << "a pixel covered twice";
+        return canvas.Ink();
+    };
+    EXPECT_EQ(ink(false, false), (ZRect{10, 2, 21, 9}));
+    EXPECT_EQ(ink(true, true), (ZRect{7, 2, 24, 9}));
+    EXPECT_EQ(ink(true, false).left, 7);
+    EXPECT_LE(ink(true, false).right, 21);
+}
+
+}  // namespace orvane

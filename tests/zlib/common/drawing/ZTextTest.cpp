@@ -1,0 +1,239 @@
+#include "support/PrivateFolder.h"
+#include "zlib/common/drawing/Canvas.h"
+#include "zlib/common/drawing/ZDrawingLibrary.h"
+#include "zlib/common/drawing/ZFont.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <iterator>
+#include <limits>
+#include <span>
+#include <string>
+#include <thread>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr const char* kInstalledFile =
+    "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf";
+
+/// A canvas with a font.
+class Page : public Canvas
+{
+public:
+    explicit Page(const char* typeface = "Arial", std::int32_t height = 20)
+        : Canvas(400, 120)
+    {
+        SetFont(boost::make_shared<ZFont>(typeface, height));
+    }
+};
+
+ZRect inkOf(const ZString& text, const ZRect& rect, std::int32_t align, bool truncate = false)
+{
+    Page page;
+    page.SetTruncate(truncate);
+    page.DrawString(text, rect, align);
+    return page.Ink();
+}
+
+void replaceAll(std::string& text, const std::string& from, const std::string& to)
+{
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at))
+        text.replace(at, from.size(), to);
+}
+
+/// Letters with a zero before each: a name in a font file has 16 bits a letter.
+std::string wide(const std::string& text)
+{
+    std::string result;
+    for (const char letter : text)
+        result += std::string(1, '\0') + letter;
+    return result;
+}
+
+/// An installed font under a name that no system has.
+std::string renamedFont()
+{
+    std::string font = readTextFile(kInstalledFile);
+    replaceAll(font, wide("Liberation"), wide("Kestrunely"));
+    replaceAll(font, "Liberation", "Kestrunely");
+    return font;
+}
+
+}  // namespace
+
+TEST(ZTextTest, InkLiesWithinWhatWasMeasured)
+{
+    for (const char* typeface : {"Arial", "DejaVu Sans", "No Such Typeface", ""}) {
+        for (const std::int32_t height : {5, 11, 18, 40}) {
+            Page page(typeface, height);
+            const ZString text("PITCH MH");
+            page.DrawString(text, {10, 5, 400, 120}, 1);
+            const ZRect box{10, 5, 10 + page.StringWidth(text), 5 + page.StringHeight(text)};
+            EXPECT_FALSE(page.Ink().IsEmpty());
+            EXPECT_EQ(page.Ink().Union(box), box) << typeface << ' ' << height;
+            EXPECT_LE(box.GetWidth() - page.Ink().GetWidth(), height) << "measured too wide";
+            EXPECT_EQ(page.StringBounds(text, {10, 5, 400, 120}), box);
+        }
+    }
+}
+
+TEST(ZTextTest, TheHeightIsTheEmInPixels)
+{
+    Page page("Arial", 100);
+    // Of the typeface: a capital H is 1409 of 2048 units high, the M 1706 wide.
+    page.DrawString("H", {0, 0, 400, 120}, 1);
+    EXPECT_NEAR(page.Ink().GetHeight(), 68.8, 1.5);
+    EXPECT_NEAR(page.StringWidth("M"), 83.3, 1.5);
+}
+
+TEST(ZTextTest, AlignsLeftCentreAndRightAndAnyOtherNumberLeft)
+{
+    const ZRect rect{100, 10, 300, 60};
+    const ZRect left = inkOf("MMM", rect, 1);
+    const ZRect centre = inkOf("MMM", rect, 0);
+    const ZRect right = inkOf("MMM", rect, 2);
+    EXPECT_NEAR(left.left, 100, 3);
+    EXPECT_NEAR(centre.left + centre.right, 400, 3);
+    EXPECT_NEAR(right.right, 300, 3);
+    EXPECT_EQ(left.top, right.top) << "always from the top";
+    for (const std::int32_t other : {-1, 3, 99})
+        EXPECT_EQ(inkOf("MMM", rect, other), left);
+    EXPECT_NEAR(inkOf("\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", rect, 1).left, 100, 3)
+        << "a text that is read from the right";
+}
+
+TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
+{
+    Page page;
+    const std::int32_t lineHeight = page.StringHeight("X");
+    const ZRect rect{10, 10, 10 + page.StringWidth("TUNING"), 15};
+    EXPECT_EQ(page.StringBounds("TUNING METER", rect).GetHeight(), 2 * lineHeight);
+    EXPECT_EQ(page.StringBounds("A B", rect).GetHeight(), lineHeight);
+    EXPECT_LE(inkOf("TUNING METER", rect, 1).right, rect.right + 1);
+    EXPECT_GT(inkOf("TUNING METER", rect, 1).GetHeight(), lineHeight);
+
+    page.SetTruncate(true);
+    EXPECT_EQ(page.StringBounds("TUNING METER", rect).GetHeight(), lineHeight);
+    EXPECT_LE(inkOf("TUNING METER", rect, 1, true).right, rect.right + 1);
+    EXPECT_LE(inkOf("TUNING METER", rect, 1, true).GetHeight(), lineHeight);
+    EXPECT_EQ(inkOf("TUNING", rect, 1, true), inkOf("TUNING", rect, 1, false)) << "it fits";
+    for (const bool truncate : {false, true}) {
+        const ZRect ink = inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, truncate);
+        EXPECT_TRUE(ink.IsEmpty() || ink.left >= 19) << truncate;
+        EXPECT_TRUE(inkOf("WIDE TEXT", {20, 10, 19, 30}, 1, truncate).IsEmpty());
+    }
+    EXPECT_LE(inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, true).right, 25);
+}
+
+TEST(ZTextTest, AnySizeAndAnyCharactersAreSafe)
+{
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+    for (const std::int32_t height : {0, -5, -kMax}) {
+        Page page("Arial", height);
+        page.DrawString("text", {0, 0, 100, 100}, 1);
+        EXPECT_EQ(page.Coverage(), 0.0);
+        EXPECT_EQ(page.StringWidth("text"), 0);
+    }
+    Page large("Arial", kMax);
+    large.DrawString("x", {0, 0, kMax, kMax}, 1);
+    EXPECT_GT(large.StringWidth("x"), 0);
+    Page page;
+    const ZString odd(std::string("a\0b\xFF\t\r\n\x01\xF0\x9F\x8E\xB5", 13));
+    page.DrawString(odd, {-kMax, -kMax, kMax, kMax}, 0);
+    EXPECT_GT(page.StringWidth(ZString(std::string(20000, 'x'))), 20000);
+}
+
+TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
+{
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("private.ttf"), renamedFont());
+    writeTextFile(folder.Path("cut.ttf"), renamedFont().substr(0, 2000));
+    writeTextFile(folder.Path("text.ttf"), "no font");
+    const ZString text("Kestrune 12");
+    const auto draw = [&](const char* typeface) {
+        Page page(typeface);
+        page.DrawString(text, {0, 0, 400, 120}, 1);
+        return page.Pixels();
+    };
+    const auto fallback = draw("No Such Typeface");
+    const auto installed = draw("Liberation Sans");
+    ASSERT_NE(installed, fallback);
+    {
+        const ZDrawingLibrary library;
+        for (const char* const none : {"cut.ttf", "text.ttf", "missing.ttf"})
+            AddPrivateFont(folder.Path(none));
+        EXPECT_EQ(draw("Kestrunely Sans"), fallback);
+        AddPrivateFont(folder.Path("private.ttf"));
+        {
+            const ZDrawingLibrary another;
+            AddPrivateFont(folder.Path("private.ttf"));
+        }
+        EXPECT_EQ(draw("Kestrunely Sans"), installed);
+        EXPECT_EQ(Page("Kestrunely Sans").StringWidth(text),
+                  Page("Liberation Sans").StringWidth(text));
+        EXPECT_EQ(draw("Liberation Sans"), installed);
+    }
+    EXPECT_EQ(draw("Kestrunely Sans"), fallback);
+}
+
+TEST(ZPrivateFontTest, AFontInMemoryIsOneFileHoweverOftenItIsAdded)
+{
+    const auto openFiles = [] {
+        const std::filesystem::directory_iterator files("/proc/self/fd");
+        return std::distance(begin(files), end(files));
+    };
+    const std::string font = renamedFont();
+    const auto widthOf = [](const char* typeface) {
+        return Page(typeface).StringWidth("Kestrune");
+    };
+    const auto before = openFiles();
+    for (int i = 0; i < 3; ++i) {
+        const ZDrawingLibrary library;
+        AddPrivateFont(std::as_bytes(std::span(font)));
+        AddPrivateFont(std::as_bytes(std::span("no font")));
+        EXPECT_EQ(widthOf("Kestrunely Sans"), widthOf("Liberation Sans"));
+        EXPECT_NE(widthOf("Kestrunely Sans"), widthOf("No Such Typeface"));
+    }
+    EXPECT_EQ(openFiles(), before + 2);
+}
+
+TEST(ZPrivateFontTest, ASystemWithoutAnyFontShowsNoText)
+{
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("fonts.conf"), "<fontconfig></fontconfig>");
+    {
+        const ZDrawingLibrary library;
+        const EnvironmentVariable config("FONTCONFIG_FILE", folder.Path("fonts.conf").c_str());
+        AddPrivateFont(folder.Path("none.ttf"));  // so that the fonts are looked up anew
+        Page page;
+        page.DrawString("text", {0, 0, 100, 100}, 1);
+        EXPECT_EQ(page.Coverage(), 0.0);
+        EXPECT_EQ(page.StringWidth("text"), 0);
+    }
+    EXPECT_GT(Page().StringWidth("text"), 0);
+}
+
+TEST(ZTextTest, SeveralThreadsDrawWhileFontsComeAndGo)
+{
+    const auto work = [] {
+        for (int i = 0; i < 20; ++i) {
+            const ZDrawingLibrary library;
+            AddPrivateFont("/nowhere/font.ttf");
+            Page page;
+            page.DrawString("text", {0, 0, 100, 100}, 1);
+            EXPECT_GT(page.Coverage(), 0.0);
+        }
+    };
+    std::thread other(work);
+    work();
+    other.join();
+}
+
+}  // namespace orvane

@@ -1,0 +1,470 @@
+// Windows of the system on a display of the test's own, with a host's windows around them and a
+// user's mouse and keys.
+
+#include "zlib/common/native/ZNativeWindow.h"
+
+#include "support/DisplayTest.h"
+#include "zlib/common/drawing/ZImage.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Action = ZNativeMouseEvent::Action;
+
+constexpr std::uint32_t kParentColor = 0x808080;
+constexpr std::uint32_t kGreen = 0x20A040;
+
+std::unique_ptr<ZImage> makeImage(std::int32_t width, std::int32_t height, std::uint32_t color)
+{
+    auto image = ZImage::Create(width, height);
+    const std::vector<std::uint32_t> pixels(
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0xFF000000U | color);
+    image->WritePixels(pixels);
+    return image;
+}
+
+/// Fills its window with a colour, and writes down what happens to it. Tests look at it under the
+/// interface lock.
+class Client : public ZNativeWindowClient
+{
+public:
+    explicit Client(const ZNativeWindow::Settings& settings)
+        : window(ZNativeWindow::Create(settings, *this))
+    {
+    }
+
+    void NativePaint(const ZRect& update) override
+    {
+        paints.push_back(update);
+        if (window)
+            window->Present(*image, update);
+        Happen();
+    }
+    void NativeMouse(const ZNativeMouseEvent& event) override
+    {
+        mouse.push_back(event);
+        Happen();
+    }
+    bool NativeKey(const ZNativeKeyEvent& event) override
+    {
+        keys.push_back(event);
+        const bool taken = takesKeys;
+        Happen();
+        return taken;
+    }
+    void NativeMoved(const ZPoint& position) override { moves.push_back(position); }
+    void NativeSized(std::int32_t width, std::int32_t height) override
+    {
+        sizes.push_back({width, height});
+    }
+    void NativeFocus(bool on) override { focused = on; }
+    void NativeCloseRequested() override {}
+    void NativeDestroyed() override
+    {
+        ++destroyed;
+        Happen();
+    }
+
+    [[nodiscard]] std::vector<Action> Actions() const
+    {
+        std::vector<Action> actions(mouse.size());
+        std::transform(mouse.begin(), mouse.end(), actions.begin(),
+                       [](const ZNativeMouseEvent& each) { return each.action; });
+        return actions;
+    }
+
+    std::unique_ptr<ZNativeWindow> window;
+    std::unique_ptr<ZImage> image = makeImage(200, 100, kGreen);
+    std::vector<ZRect> paints;
+    std::vector<ZNativeMouseEvent> mouse;
+    std::vector<ZNativeKeyEvent> keys;
+    std::vector<ZPoint> moves;
+    std::vector<ZPoint> sizes;
+    bool takesKeys = true;
+    bool focused = false;
+    int destroyed = 0;
+    std::function<void()> onNext;  // called once, at the end of what happens next
+
+private:
+    void Happen()
+    {
+        if (const auto callback = std::exchange(onNext, nullptr))
+            callback();
+    }
+};
+
+class ZNativeWindowTest : public DisplayTest
+{
+protected:
+    void SetUp() override
+    {
+        DisplayTest::SetUp();
+        if (!IsSkipped())
+            parent = probe->MakeWindow({100, 100, 400, 300});
+    }
+    void TearDown() override
+    {
+        const ZInterfaceLock lock;
+        client.reset();
+    }
+    void StartAnotherDisplay(const std::vector<std::string>& options = {})
+    {
+        StartDisplay(options);
+        parent = probe->MakeWindow({100, 100, 400, 300});
+    }
+
+    /// A child at 10, 20 in the parent, 200 x 100, on screen at 110, 120.
+    void MakeChild()
+    {
+        const ZInterfaceLock lock;
+        client = std::make_unique<Client>(ChildSettings());
+        ASSERT_TRUE(client->window);
+    }
+    void ShowChild()
+    {
+        if (!client)
+            MakeChild();
+        {
+            const ZInterfaceLock lock;
+            client->window->Show();
+        }
+        ASSERT_TRUE(ShowsAt(115, 125, kGreen));
+    }
+    [[nodiscard]] ZNativeWindow::Settings ChildSettings() const
+    {
+        return {ZNativeWindow::Kind::kChild, parent, {10, 20, 210, 120}, ""};
+    }
+    void OnNext(std::function<void()> callback) const
+    {
+        const ZInterfaceLock lock;
+        client->onNext = std::move(callback);
+    }
+    /// With a key of the user's held meanwhile.
+    void TypeWith(std::uint32_t held, std::uint32_t key) const
+    {
+        probe->PressKey(held);
+        probe->TypeKey(key);
+        probe->ReleaseKey(held);
+    }
+    [[nodiscard]] bool ActionsAre(const std::vector<Action>& actions) const
+    {
+        return Comes([&] { return client->Actions() == actions; });
+    }
+
+    xcb_window_t parent = XCB_NONE;
+    std::unique_ptr<Client> client;
+};
+
+}  // namespace
+
+TEST_F(ZNativeWindowTest, WhatIsUncoveredOrInvalidIsPaintedInOneGo)
+{
+    ShowChild();
+    const xcb_window_t cover = probe->MakeWindow({120, 130, 30, 20});
+    {
+        const ZInterfaceLock lock;
+        client->paints.clear();
+    }
+    probe->Destroy(cover);
+    ASSERT_TRUE(Comes([&] { return !client->paints.empty(); }));
+    EXPECT_TRUE(ShowsAt(125, 135, kGreen));
+    const ZInterfaceLock lock;
+    EXPECT_EQ(client->paints, (std::vector<ZRect>{{10, 10, 40, 30}}));
+    client->paints.clear();
+    client->window->Hide();
+    client->window->Invalidate({5, 5, 10, 10});
+    client->window->Invalidate({50, 60, 70, 80});
+    client->window->Show();
+    client->window->Update();
+    client->window->Update();
+    EXPECT_EQ(client->paints, (std::vector<ZRect>{{5, 5, 70, 80}})) << "without the server's word";
+}
+
+TEST_F(ZNativeWindowTest, TheParentMayHaveAnotherDepth)
+{
+    parent = probe->MakeDeepWindow({100, 100, 400, 300});
+    if (parent == XCB_NONE)
+        GTEST_SKIP() << "no such window on this server";
+    ShowChild();
+}
+
+TEST_F(ZNativeWindowTest, MovesAndSizesAreTold)
+{
+    ShowChild();
+    {
+        const ZInterfaceLock lock;
+        client->window->SetRect({30, 40, 180, 120});
+    }
+    EXPECT_TRUE(Comes([&] { return client->sizes == std::vector<ZPoint>{{150, 80}}; }));
+    EXPECT_EQ(client->moves, (std::vector<ZPoint>{{30, 40}}));
+    EXPECT_TRUE(ShowsAt(111, 121, kParentColor));
+}
+
+TEST_F(ZNativeWindowTest, TheMouseTellsButtonsWheelAndHeldKeys)
+{
+    ShowChild();
+    probe->MovePointer(120, 140);
+    ASSERT_TRUE(ActionsAre({Action::kMove}));
+    EXPECT_EQ(client->mouse[0].position, (ZPoint{10, 20}));
+    EXPECT_EQ(client->mouse[0].modifiers, 1u);
+    for (std::uint8_t button = 3; button <= 6; ++button)
+        probe->Click(button);
+    const std::uint32_t held[] = {XKB_KEY_Shift_L, XKB_KEY_Control_L, XKB_KEY_Alt_L};
+    for (const std::uint32_t key : held)
+        probe->PressKey(key);
+    probe->Click(2);
+    for (const std::uint32_t key : held)
+        probe->ReleaseKey(key);
+    probe->MovePointer(99, 99);
+    ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown, Action::kUp, Action::kWheel,
+                            Action::kWheel, Action::kDown, Action::kUp, Action::kLeave}));
+    EXPECT_EQ(client->mouse[3].wheelNotches, 1);
+    EXPECT_EQ(client->mouse[4].wheelNotches, -1);
+    EXPECT_EQ(client->mouse[5].modifiers, 1u | 2u | 8u | 0x10u);
+}
+
+TEST_F(ZNativeWindowTest, ACaptureBringsTheMouseFromEverywhere)
+{
+    ShowChild();
+    static_cast<void>(probe->MakeWindow({600, 100, 100, 100}));
+    probe->MovePointer(120, 140);
+    ASSERT_TRUE(ActionsAre({Action::kMove}));
+    OnNext([&] { EXPECT_TRUE(client->window->SetCapture(true)); });
+    probe->Press(1);
+    ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown}));
+    probe->Release(1);
+    probe->MovePointer(610, 150);
+    ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown, Action::kUp, Action::kMove}));
+    EXPECT_EQ(client->mouse[3].position, (ZPoint{500, 30}));
+    EXPECT_FALSE(probe->Grab()) << "the capture is the window's";
+    {
+        const ZInterfaceLock lock;
+        client->window->SetCapture(false);
+    }
+    ASSERT_TRUE(waitFor([&] { return probe->Grab(); }));
+    const ZInterfaceLock lock;
+    EXPECT_FALSE(client->window->SetCapture(true)) << "another program has the mouse";
+    client->window->SetCapture(false);
+}
+
+TEST_F(ZNativeWindowTest, AButtonThatIsDownWhenTheWindowIsHiddenComesUp)
+{
+    ShowChild();
+    probe->MovePointer(120, 140);
+    OnNext([&] { client->window->SetCapture(true); });
+    probe->Press(1);
+    ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown}));
+    probe->Hide(parent);
+    {
+        const ZInterfaceLock lock;
+        client->window->Hide();
+    }
+    ASSERT_TRUE(Comes([&] { return client->Actions().back() == Action::kUp; }));
+    EXPECT_TRUE(probe->Grab());
+}
+
+TEST_F(ZNativeWindowTest, KeysComeWithCodeAndText)
+{
+    ShowChild();
+    {
+        const ZInterfaceLock lock;
+        client->window->SetFocus();
+    }
+    ASSERT_TRUE(Comes([&] { return client->focused; }));
+    probe->TypeKey(XKB_KEY_a);
+    TypeWith(XKB_KEY_Shift_L, XKB_KEY_q);
+    TypeWith(XKB_KEY_Control_L, XKB_KEY_z);
+    probe->TypeKey(XKB_KEY_Left);
+    probe->TypeKey(XKB_KEY_Return);
+    ASSERT_TRUE(Comes([&] { return client->keys.size() == 7; }));
+    std::string told;
+    for (const ZNativeKeyEvent& key : client->keys)
+        told += std::to_string(key.code) + (key.shift ? "s" : "") + (key.control ? "c" : "") + "'" +
+                key.text.ToNarrow() + "' ";
+    EXPECT_EQ(told, "65'a' 16'' 81s'Q' 17'' 90c'' 37'' 13'' ");
+    EXPECT_TRUE(probe->TakeKeys().empty()) << "all were taken";
+
+    probe->ChangeKey(XKB_KEY_q, XKB_KEY_adiaeresis);
+    probe->TypeKey(XKB_KEY_q);
+    ASSERT_TRUE(Comes([&] { return client->keys.size() == 8; }));
+    EXPECT_EQ(client->keys.back().text.ToNarrow(), "\xC3\xA4") << "the user's new map";
+    probe->ChangeKey(XKB_KEY_w, XKB_KEY_dead_acute);
+    probe->TypeKey(XKB_KEY_w);
+    probe->TypeKey(XKB_KEY_e);
+    probe->TypeKey(XKB_KEY_e);
+    ASSERT_TRUE(Comes([&] { return client->keys.size() == 11; }));
+    EXPECT_TRUE(client->keys[8].text.IsEmpty());
+    EXPECT_EQ(client->keys[9].text.ToNarrow(), "\xC3\xA9") << "an accent and its letter";
+    EXPECT_EQ(client->keys[10].text.ToNarrow(), "e");
+    probe->Focus(parent);
+    ASSERT_TRUE(Comes([&] { return !client->focused; }));
+}
+
+TEST_F(ZNativeWindowTest, KeysThatAreNotTakenReachTheHostOnce)
+{
+    MakeChild();
+    client->takesKeys = false;
+    ShowChild();
+    for (const bool ours : {true, false}) {
+        // The pointer over the window brings it the keys of the host's focus, too.
+        probe->MovePointer(120, 140);
+        probe->Focus(ours ? static_cast<xcb_window_t>(client->window->GetHandle()) : parent);
+        probe->TypeKey(XKB_KEY_space);
+        ASSERT_TRUE(Comes([&] { return client->keys.size() == (ours ? 1u : 2u); }));
+        std::vector<std::uint32_t> keys;
+        ASSERT_TRUE(waitFor([&] {
+            keys = probe->TakeKeys();
+            return !keys.empty();
+        }));
+        EXPECT_EQ(keys, (std::vector<std::uint32_t>{XKB_KEY_space}));
+    }
+}
+
+TEST_F(ZNativeWindowTest, WithoutTheKeyboardExtensionThePlainMapServes)
+{
+    StartAnotherDisplay({"-extension", "XKEYBOARD"});
+    ShowChild();
+    probe->Focus(static_cast<xcb_window_t>(client->window->GetHandle()));
+    probe->TypeKey(XKB_KEY_a);
+    TypeWith(XKB_KEY_Shift_L, XKB_KEY_a);
+    ASSERT_TRUE(Comes([&] { return client->keys.size() == 3; }));
+    EXPECT_EQ(client->keys[0].text.ToNarrow(), "a");
+    EXPECT_EQ(client->keys[2].text.ToNarrow(), "A");
+}
+
+TEST_F(ZNativeWindowTest, EventsThatCameWithAnAnswerArriveAllTheSame)
+{
+    MakeChild();
+    // On the loop's own thread, which cannot see meanwhile that there was something to read.
+    thread.GetLoop().Post([&] {
+        client->window->Show();
+        static_cast<void>(waitFor([&] {
+            static_cast<void>(client->window->ToScreen({}));
+            client->window->Present(*client->image, {0, 0, 200, 100});
+            return probe->PixelAt(115, 125) == kGreen;
+        }));
+    });
+    EXPECT_TRUE(Comes([&] { return !client->paints.empty(); }));
+}
+
+TEST_F(ZNativeWindowTest, AClientMayDestroyItsWindowWhateverItIsTold)
+{
+    const std::vector<std::function<void()>> causes{
+        [&] { client->window->Show(); },
+        [&] {
+            client->window->Invalidate({0, 0, 5, 5});
+            client->window->Show();
+            client->window->Update();
+        },
+        [&] {
+            client->window->Show();
+            probe->MovePointer(120, 140);
+        },
+        [&] { probe->Destroy(parent); },
+    };
+    for (const auto& cause : causes) {
+        MakeChild();
+        const ZInterfaceLock lock;
+        client->onNext = [&] { client->window.reset(); };
+        cause();
+        const ZInterfaceUnlock unlocked;
+        EXPECT_TRUE(Comes([&] { return client->window == nullptr; }));
+        EXPECT_TRUE(waitFor([&] { return probe->CountClients() == 0; })) << "the last one's end";
+        probe->MovePointer(0, 0);
+    }
+}
+
+TEST_F(ZNativeWindowTest, TheEndOfTheServerEndsTheWindowsAndNothingElse)
+{
+    ShowChild();
+    {
+        const ZInterfaceLock lock;
+        auto second = std::make_unique<Client>(ChildSettings());
+        probe.reset();
+        display->Kill();
+        // Nobody has noticed yet: these write to a socket that is closed.
+        for (int i = 0; i < 100; ++i) {
+            client->window->Present(*client->image, {0, 0, 200, 100});
+            second->window->Show();
+            static_cast<void>(second->window->ToScreen({}));
+        }
+        EXPECT_FALSE(client->window->SetCapture(true));
+        const ZInterfaceUnlock unlocked;
+        EXPECT_TRUE(Comes([&] { return client->destroyed == 1 && second->destroyed == 1; }));
+    }
+    {
+        const ZInterfaceLock lock;
+        EXPECT_FALSE(client->window->IsVisible());
+        client->paints.clear();
+        client->window->Show();
+        client->window->Invalidate({0, 0, 10, 10});
+        client->window->Update();
+        EXPECT_EQ(client->window->ToScreen({3, 4}), (ZPoint{3, 4}));
+        EXPECT_TRUE(client->paints.empty());
+    }
+    StartAnotherDisplay();
+    const auto old = std::move(client);
+    ShowChild();
+    const ZInterfaceLock lock;
+    old->window.reset();
+    EXPECT_TRUE(client->window->IsAlive());
+}
+
+TEST_F(ZNativeWindowTest, WhereThereIsNoParentOrNoDisplayALineTellsSo)
+{
+    MakeChild();
+    const ZInterfaceLock lock;
+    const auto linesOf = [&](ZNativeHandle handle) {
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(ZNativeWindow::Create(
+            {ZNativeWindow::Kind::kChild, handle, {0, 0, 10, 10}, ""}, *client));
+        const std::string told = testing::internal::GetCapturedStderr();
+        return std::count(told.begin(), told.end(), '\n');
+    };
+    for (const ZNativeHandle none : {ZNativeHandle{0}, ZNativeHandle{0x123456}, ~ZNativeHandle{0}})
+        EXPECT_EQ(linesOf(none), 1) << none;
+    EXPECT_TRUE(client->window->IsAlive());
+    client->window.reset();
+    setenv("DISPLAY", ":none", 1);
+    EXPECT_EQ(linesOf(parent), 1);
+    EXPECT_EQ(linesOf(parent), 0) << "it has been told";
+}
+
+TEST_F(ZNativeWindowTest, WindowsThatComeAndGoLeaveNothingOnTheServer)
+{
+    ShowChild();
+    const std::uint32_t before = probe->CountResources();
+    for (int i = 0; i < 200; ++i) {
+        const ZInterfaceLock lock;
+        const Client another(ChildSettings());
+        another.window->Show();
+        another.window->SetCapture(true);
+    }
+    EXPECT_TRUE(waitFor([&] { return probe->CountResources() == before; }));
+}
+
+TEST_F(ZNativeWindowTest, ADialogTellsTheWindowManagerWhatItIs)
+{
+    const ZInterfaceLock lock;
+    client = std::make_unique<Client>(ZNativeWindow::Settings{
+        ZNativeWindow::Kind::kDialog, parent, {300, 200, 500, 300}, "Name"});
+    const auto window = static_cast<xcb_window_t>(client->window->GetHandle());
+    client->window->SetTitle("Caf\xC3\xA9");
+    EXPECT_TRUE(waitFor([&] { return probe->GetProperty(window, "_NET_WM_NAME").size() == 5; }));
+    const auto owner = probe->GetProperty(window, "WM_TRANSIENT_FOR");
+    ASSERT_EQ(owner.size(), 4u);
+    EXPECT_EQ(*reinterpret_cast<const xcb_window_t*>(owner.data()), parent);
+    EXPECT_FALSE(probe->GetProperty(window, "WM_NORMAL_HINTS").empty());
+}
+
+}  // namespace orvane

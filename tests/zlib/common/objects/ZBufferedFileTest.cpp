@@ -1,0 +1,107 @@
+#include "zlib/common/objects/ZBufferedFile.h"
+
+#include "support/BoxRecorder.h"
+#include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
+#include "support/TextMutation.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <random>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+std::string readBytes(ZBufferedFile& file, std::int32_t bytes)
+{
+    std::string text(static_cast<std::size_t>(bytes), '?');
+    text.resize(static_cast<std::size_t>(file.Read(text.data(), bytes)));
+    return text;
+}
+
+/// Opens in a random mode and makes random calls on the file and on the text that the disk holds.
+/// Only where a read ends is the file's own affair: it may leave the last byte.
+void expectPlainSession(ZBufferedFile& file, std::string& disk, std::mt19937& random)
+{
+    const auto mode = static_cast<std::int32_t>(pick(random, 3)) + 1;
+    const bool create = pick(random, 8) == 0;
+    SCOPED_TRACE("mode " + std::to_string(mode) + (create ? ", create" : ""));
+    ASSERT_TRUE(file.Open(mode, create));
+    if (create)
+        disk.clear();
+    for (int call = 0; call < 12; ++call) {
+        const auto position = static_cast<std::size_t>(file.GetPosition());
+        const std::size_t bytes = pick(random, pick(random, 4) == 0 ? 70 : 9);
+        const std::size_t kind = pick(random, 3);
+        if (kind == 0 && !disk.empty()) {
+            const auto target = static_cast<std::int64_t>(pick(random, disk.size()));
+            file.Seek(target);
+            ASSERT_EQ(file.GetPosition(), target);
+        } else if (kind == 1 && mode != ZFile::kModeWrite) {
+            const std::string read = readBytes(file, static_cast<std::int32_t>(bytes));
+            ASSERT_EQ(read, disk.substr(std::min(position, disk.size()), read.size()));
+            ASSERT_GE(position + read.size() + 1, std::min(position + bytes, disk.size()));
+        } else if (kind == 2 && mode != ZFile::kModeRead) {
+            const std::string text(bytes, static_cast<char>('a' + pick(random, 26)));
+            const auto count = static_cast<std::int32_t>(bytes);
+            ASSERT_EQ(file.Write(text.data(), count), count);
+            disk.resize(std::max(disk.size(), position + bytes));
+            disk.replace(position, bytes, text);
+            ASSERT_EQ(file.GetPosition(), static_cast<std::int64_t>(position + bytes));
+        }
+        ASSERT_EQ(file.GetFileSize(), static_cast<std::int64_t>(disk.size()));
+    }
+    if (pick(random, 2) == 0)
+        file.Close();  // else the next session does
+}
+
+}  // namespace
+
+TEST(ZBufferedFileTest, ReadsAndWritesAsAPlainTextDoesUnderRandomCalls)
+{
+    const PrivateFolder folder;
+    const std::string path = folder.Path("file");
+    for (const std::int32_t bufferSize : {1, 2, 3, 8, 50}) {
+        for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+            SCOPED_TRACE(testing::Message() << "buffer of " << bufferSize << ", seed " << seed);
+            writeTextFile(path, "");
+            std::string disk;
+            std::mt19937 random(seed);
+            ZBufferedFile file(ZFile("name", path, "raw"), bufferSize);
+            for (int session = 0; session < 10; ++session) {
+                ASSERT_NO_FATAL_FAILURE(expectPlainSession(file, disk, random));
+                ASSERT_EQ(readTextFile(path), disk);
+            }
+        }
+    }
+}
+
+TEST(ZBufferedFileTest, AFullDiskIsToldAtCloseOrByABoxWhenTheObjectGoes)
+{
+    BoxRecorder recorder;
+    {
+        ZBufferedFile full(ZFile("full", "/dev/full", ""), 64);
+        expectZException(-1, "Unable to write to file.", [&] { full.WriteLong(1); });
+        ASSERT_TRUE(full.Open(ZFile::kModeWrite, false));
+        full.WriteLong(1);
+        std::int32_t number = 0;
+        expectZException(0, "Unable to read from write-only buffered file.",
+                         [&] { full.ReadLong(number); });
+        expectZException(-1, "Unable to write to file.", [&] { full.Flush(); });
+        expectZException(-1, "Unable to write to file.", [&] { full.Close(); });
+        EXPECT_FALSE(full.IsOpen());
+        full.Close();
+        EXPECT_TRUE(recorder.boxes.empty());
+        ASSERT_TRUE(full.Open(ZFile::kModeWrite, true));
+        full.WriteLong(1);
+    }
+    EXPECT_EQ(recorder.boxes.size(), 1u);
+}
+
+}  // namespace orvane

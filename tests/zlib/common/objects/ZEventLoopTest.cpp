@@ -1,0 +1,241 @@
+#include "zlib/common/objects/ZEventLoop.h"
+
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZSemaphore.h"
+
+#include "support/BoxRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// An event loop with a thread that serves it.
+class ServedLoop
+{
+public:
+    ServedLoop()
+        : mThread([this] { loop.Run(); })
+    {
+    }
+    ~ServedLoop()
+    {
+        loop.End();
+        mThread.join();
+    }
+
+    /// Returns when all that was posted before has been delivered.
+    void Flush()
+    {
+        ZSemaphore done("done", 0);
+        loop.Post([&] { done.Release(); });
+        done.Wait();
+    }
+
+    ZEventLoop loop{ZEventLoop::Locking::kUnderInterfaceLock};
+
+private:
+    std::thread mThread;
+};
+
+}  // namespace
+
+TEST(ZEventLoopTest, DeliversInOrderOnItsThreadAndReportsWhatIsThrown)
+{
+    BoxRecorder recorder;
+    ServedLoop served;
+    std::vector<int> order;
+    bool onThread = true;
+    for (int i = 0; i < 100; ++i)
+        served.loop.Post([&, i] {
+            order.push_back(i);
+            onThread = onThread && served.loop.IsLoopThread() && ZInterfaceLock::IsHeld();
+            if (i == 0)
+                throw ZException(-1, "first");
+            if (i == 1)
+                throw std::runtime_error("second");
+        });
+    served.Flush();
+    ASSERT_EQ(order.size(), 100u);
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    EXPECT_TRUE(onThread);
+    EXPECT_FALSE(served.loop.IsLoopThread());
+    ASSERT_EQ(recorder.boxes.size(), 2u);
+    EXPECT_EQ(recorder.boxes[1].text.substr(0, 6), "second");
+}
+
+TEST(ZEventLoopTest, ALateTickIsNotMadeUpInABurst)
+{
+    ServedLoop served;
+    std::atomic<int> ticks{0};
+    const auto timer = served.loop.AddTimer(20ms, [&] { ++ticks; });
+    served.loop.Post([] { std::this_thread::sleep_for(400ms); });
+    served.Flush();
+    served.Flush();
+    served.loop.Remove(timer);
+    EXPECT_LE(ticks, 5) << "20 ticks were missed";
+}
+
+TEST(ZEventLoopTest, RemovingWaitsForTheCallbackThatRunsUnlessItIsTheCallbackItself)
+{
+    ServedLoop served;
+    ZSemaphore entered("entered", 0);
+    std::atomic<bool> left{false};
+    const auto timer = served.loop.AddTimer(1ms, [&] {
+        entered.Release();
+        std::this_thread::sleep_for(20ms);
+        left = true;
+    });
+    entered.Wait();
+    served.loop.Remove(timer);
+    EXPECT_TRUE(left);
+
+    std::atomic<int> ticks{0};
+    ZSemaphore later("later", 0);
+    ZEventLoop::SourceId own = 0;
+    served.loop.Post([&] {
+        own = served.loop.AddTimer(1ms, [&] {
+            ++ticks;
+            served.loop.Remove(own);
+        });
+    });
+    const auto other = served.loop.AddTimer(5ms, [&] { later.Release(); });
+    later.Wait();
+    later.Wait();
+    served.loop.Remove(other);
+    EXPECT_EQ(ticks, 1);
+}
+
+TEST(ZEventLoopTest, WhoHoldsTheInterfaceLockRemovesWithoutWaiting)
+{
+    ServedLoop served;
+    ZSemaphore entered("entered", 0);
+    ZSemaphore goOn("go on", 0);
+    const auto source = served.loop.Post([&] {
+        const ZInterfaceUnlock unlocked;
+        entered.Release();
+        goOn.Wait();
+    });
+    entered.Wait();
+    {
+        const ZInterfaceLock lock;
+        served.loop.Remove(source);
+        goOn.Release();
+    }
+    std::atomic<int> ticks{0};
+    const ZInterfaceLock lock;
+    const auto timer = served.loop.AddTimer(1ms, [&] { ++ticks; });
+    std::this_thread::sleep_for(10ms);
+    served.loop.Remove(timer);
+    EXPECT_EQ(ticks, 0) << "what the lock keeps back never runs";
+}
+
+TEST(ZEventLoopTest, TimersComeAndGoFromManyThreadsWhileTheyFire)
+{
+    ServedLoop served;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([&] {
+            for (int n = 0; n < 50; ++n) {
+                int fired = 0;  // plain: a callback after the removal would be a race
+                const auto timer = served.loop.AddTimer(100us, [&fired] { ++fired; });
+                std::this_thread::sleep_for(200us);
+                served.loop.Remove(timer);
+                ++fired;
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST(ZModalRunTest, ServesAllElseAndBlocksNobody)
+{
+    ServedLoop served;
+    ZSemaphore ended("ended", 0);
+    ZSemaphore tick("tick", 0);
+    ZModalRun menu(served.loop, &menu);
+    served.loop.Post([&] {
+        menu.Run();
+        EXPECT_TRUE(ZInterfaceLock::IsHeld());
+        ended.Release();
+    });
+    served.Flush();  // delivered inside the modal run
+    const auto timer = served.loop.AddTimer(1ms, [&] { tick.Release(); });
+    {
+        const ZInterfaceLock lock;  // free, although a callback is in progress
+    }
+    tick.Wait();
+    tick.Wait();
+    EXPECT_EQ(ended.Wait(0), 1);
+    menu.End();
+    EXPECT_EQ(ended.Wait(), 0);
+    served.loop.Remove(timer);
+}
+
+TEST(ZModalRunTest, ClosingAnOwnerEndsItsRunsAndWaitsForTheirCallbacks)
+{
+    ServedLoop served;
+    const int window = 0;
+    for (const void* const owner : {static_cast<const void*>(&window), {}}) {
+        bool callbackLeft = false;  // guarded by the interface lock
+        served.loop.Post([&] {
+            ZModalRun menu(served.loop, owner);
+            menu.Run();
+            std::this_thread::sleep_for(5ms);
+            callbackLeft = true;
+        });
+        served.Flush();
+        const ZInterfaceLock lock;
+        served.loop.EndModalRuns(owner);
+        EXPECT_TRUE(callbackLeft);
+        EXPECT_TRUE(ZInterfaceLock::IsHeld());
+    }
+    served.Flush();  // the loop itself belongs to nobody, too, and goes on
+}
+
+TEST(ZInterfaceLockTest, IsRecursiveAndGivenUpWholly)
+{
+    EXPECT_FALSE(ZInterfaceLock::IsHeld());
+    const ZInterfaceLock first;
+    const ZInterfaceLock second;
+    {
+        const ZInterfaceUnlock unlocked;
+        EXPECT_FALSE(ZInterfaceLock::IsHeld());
+        const ZInterfaceUnlock again;
+        std::thread([] { const ZInterfaceLock lock; }).join();
+    }
+    EXPECT_TRUE(ZInterfaceLock::IsHeld());
+}
+
+TEST(ZInterfaceLockTest, AThreadThatAsksAgainAtOnceDoesNotStarveAnother)
+{
+    std::atomic<bool> stop{false};
+    std::thread greedy([&] {
+        while (!stop) {
+            const ZInterfaceLock lock;
+            std::this_thread::sleep_for(1ms);
+        }
+    });
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < 20; ++i) {
+        const ZInterfaceLock lock;
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+    stop = true;
+    greedy.join();
+}
+
+}  // namespace orvane

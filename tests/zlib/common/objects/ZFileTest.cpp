@@ -1,0 +1,204 @@
+#include "zlib/common/objects/ZFile.h"
+
+#include "support/ExpectZException.h"
+#include "support/PrivateFolder.h"
+#include "zlib/common/objects/ZTempFile.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include <boost/make_shared.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZFile> fileAt(const std::string& path)
+{
+    return boost::make_shared<ZFile>("file", path, "xml");
+}
+
+/// A file with text in it, closed.
+boost::shared_ptr<ZFile> fileWith(const std::string& path, const std::string& text)
+{
+    writeTextFile(path, text);
+    return fileAt(path);
+}
+
+class ZFileTest : public testing::Test
+{
+protected:
+    PrivateFolder mFolder;
+};
+
+}  // namespace
+
+TEST_F(ZFileTest, OpeningMakesAMissingFileInAnyModeAndOnlyCreateCutsWhatIsThere)
+{
+    for (const std::int32_t mode : {1, 2, 3}) {
+        const std::string path = mFolder.Path(std::to_string(mode));
+        const auto file = fileAt(path);
+        EXPECT_TRUE(file->Open(mode, false));
+        EXPECT_EQ(file->GetMode(), mode);
+        EXPECT_EQ(readTextFile(path), "");
+        writeTextFile(path, "text");
+        EXPECT_TRUE(file->Open(mode, true)) << "open already: not opened again";
+        EXPECT_EQ(file->GetSize(), 4);
+        file->Close();
+        EXPECT_TRUE(file->Open(mode, true));
+        EXPECT_EQ(file->GetSize(), 0);
+    }
+}
+
+TEST_F(ZFileTest, WhatCannotBeOpenedGivesFalseAtOnceAndAClosedFile)
+{
+    const std::string pipe = mFolder.Path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {std::string(), mFolder.Path(), mFolder.Path("none/file"), pipe})
+    {
+        const auto file = fileAt(path);
+        EXPECT_FALSE(file->Open(ZFile::kModeWrite, false)) << path;
+        EXPECT_EQ(file->GetMode(), ZFile::kModeClosed);
+    }
+    char byte = 0;
+    const auto reader = fileAt(pipe);
+    ASSERT_TRUE(reader->Open(ZFile::kModeRead, false)) << "without waiting for the other end";
+    EXPECT_EQ(reader->Read(&byte, 1), 0);
+}
+
+TEST_F(ZFileTest, ExistsIsFalseOnlyWhereNothingCanBe)
+{
+    writeTextFile(mFolder.Path("file"), "");
+    std::filesystem::create_symlink("nowhere", mFolder.Path("dangling"));
+    std::filesystem::create_symlink("circle", mFolder.Path("circle"));
+    for (const char* name : {"file", ""})
+        EXPECT_TRUE(fileAt(mFolder.Path(name))->Exists()) << name;
+    for (const char* name : {"missing", "file/below", "no folder/file", "dangling", "circle"})
+        EXPECT_FALSE(fileAt(mFolder.Path(name))->Exists()) << name;
+    EXPECT_FALSE(fileAt("")->Exists());
+}
+
+TEST_F(ZFileTest, NumbersAndBytesComeBackAndFailuresSayWhatCouldNotBeDone)
+{
+    const auto file = fileAt(mFolder.Path("größe ♪"));
+    char text[8] = {};
+    std::int32_t number = 0;
+    std::int16_t half = 0;
+    for (const std::int32_t mode : {0, 4})
+        expectZException(-1, "Unknown File Mode", [&] { file->Open(mode, true); });
+    EXPECT_FALSE(file->Exists());
+    expectZException(-2, "Implement ZFile::Rename", [&] { file->Rename(); });
+    expectZException(-1, "Unable to seek file as it has not been opened", [&] { file->Seek(0); });
+    expectZException(-1, "Unable to read file.", [&] { file->Read(text, 1); });
+
+    ASSERT_TRUE(file->Open(ZFile::kModeReadWrite, true));
+    file->WriteLong(-123456789);
+    file->WriteShort(-1234);
+    EXPECT_EQ(file->Write("abcdef", 6), 6);
+    file->Seek(0);
+    file->ReadLong(number);
+    file->ReadShort(half);
+    EXPECT_EQ(number, -123456789);
+    EXPECT_EQ(half, -1234);
+    EXPECT_EQ(file->Read(text, 8), 6);
+    EXPECT_STREQ(text, "abcdef");
+    expectZException(-1, "Unable to read file.", [&] { file->ReadShort(half); });
+    expectZException(-1, "Unable to seek file", [&] { file->Seek(-1); });
+
+    const auto full = fileAt("/dev/full");
+    ASSERT_TRUE(full->Open(ZFile::kModeWrite, false));
+    expectZException(-1, "Unable to read file open write-only.", [&] { full->Read(text, 1); });
+    expectZException(-1, "Unable to write to file.", [&] { full->WriteLong(1); });
+}
+
+TEST_F(ZFileTest, CopyToReplacesOnlyWhenItMayAndAFailureChangesNothing)
+{
+    const auto file = fileWith(mFolder.Path("file"), "text");
+    const std::string text(200000, 'x');
+    const auto from = fileWith(mFolder.Path("from"), text);
+    std::filesystem::create_hard_link(mFolder.Path("file"), mFolder.Path("twin"));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(file->CopyTo(file, true));
+    EXPECT_FALSE(file->CopyTo(fileAt(mFolder.Path("twin")), true));
+    EXPECT_FALSE(fileAt(mFolder.Path())->CopyTo(file, true));
+    EXPECT_FALSE(fileAt(mFolder.Path("missing"))->CopyTo(file, true));
+    // A file that opens, but whose first byte cannot be read.
+    EXPECT_FALSE(fileAt("/proc/self/mem")->CopyTo(fileAt(mFolder.Path("new")), true));
+    EXPECT_FALSE(from->CopyTo(file, false));
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with("Last Error = 17"));
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
+    EXPECT_FALSE(std::filesystem::exists(mFolder.Path("new")));
+
+    EXPECT_TRUE(from->CopyTo(file, true));
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), text);
+}
+
+TEST_F(ZFileTest, MoveToReachesAnotherVolume)
+{
+    struct stat here = {};
+    struct stat there = {};
+    if (stat("/tmp", &here) != 0 || stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev ||
+        access("/dev/shm", W_OK) != 0)
+        GTEST_SKIP() << "no second volume to write to";
+    const PrivateFolder other("/dev/shm");
+    const auto from = fileWith(mFolder.Path("from"), "new");
+    chmod(mFolder.Path("from").c_str(), 0640);
+    const auto to = fileWith(other.Path("to"), "old");
+    EXPECT_TRUE(from->MoveTo(to, true));
+    EXPECT_FALSE(from->Exists());
+    EXPECT_EQ(readTextFile(other.Path("to")), "new");
+    stat(other.Path("to").c_str(), &there);
+    EXPECT_EQ(there.st_mode & 0777, 0640u);
+}
+
+TEST_F(ZFileTest, ExchangeSwapsAndAFailurePutsBothFilesBack)
+{
+    const PrivateFolder parking;
+    const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
+    const auto file = fileWith(mFolder.Path("file"), "text");
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(file->Exchange(nullptr));
+    EXPECT_FALSE(fileAt(mFolder.Path("missing"))->Exchange(file));  // at the first of three moves
+    EXPECT_FALSE(file->Exchange(fileAt(mFolder.Path("missing"))));  // at the second
+    {
+        const EnvironmentVariable nowhere("TMPDIR", mFolder.Path("missing").c_str());
+        EXPECT_FALSE(file->Exchange(fileWith(mFolder.Path("other"), "other")));
+    }
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
+    EXPECT_EQ(readTextFile(mFolder.Path("other")), "other");
+    EXPECT_TRUE(file->Exchange(fileAt(mFolder.Path("other"))));
+    EXPECT_EQ(readTextFile(mFolder.Path("file")), "other");
+    EXPECT_EQ(readTextFile(mFolder.Path("other")), "text");
+    EXPECT_EQ(parking.Count(), 0);
+}
+
+TEST_F(ZFileTest, ATemporaryFileStandsInTheTemporaryFolderUntilItsObjectGoes)
+{
+    const auto xml = boost::make_shared<ZString>("xml");
+    const EnvironmentVariable temporary("TMPDIR", mFolder.Path().c_str());
+    boost::shared_ptr<ZFile> file;
+    MakeTempFile(xml, file);
+    ASSERT_NE(file, nullptr);
+    const std::string path = file->GetPath().ToNarrow();
+    EXPECT_TRUE(path.starts_with(mFolder.Path("sop")) && path.ends_with(".xml")) << path;
+    EXPECT_EQ(mFolder.Count(), 1);
+    file.reset();
+    EXPECT_EQ(mFolder.Count(), 0);
+
+    const auto missing = boost::make_shared<ZString>(mFolder.Path("missing"));
+    expectZException(-1, "Unable to GetTempFileName.",
+                     [&] { MakeTempFile(missing, nullptr, xml, file); });
+    const EnvironmentVariable nowhere("TMPDIR", missing->ToNarrow().c_str());
+    expectZException(-1, "Unable to GetTempPath.", [&] { MakeTempFile(xml, file); });
+    EXPECT_EQ(file, nullptr);
+}
+
+}  // namespace orvane

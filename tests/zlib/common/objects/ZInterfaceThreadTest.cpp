@@ -1,0 +1,134 @@
+#include "zlib/common/objects/ZInterfaceThread.h"
+
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZLooper.h"
+#include "zlib/common/objects/ZMessageBox.h"
+#include "zlib/common/objects/ZSemaphore.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Puts a modal presenter in force for the life of the object.
+class ModalPresenter
+{
+public:
+    explicit ModalPresenter(ZMessageBox::ModalPresenter presenter)
+        : mBefore(ZMessageBox::SetModalPresenter(std::move(presenter)))
+    {
+    }
+    ~ModalPresenter() { ZMessageBox::SetModalPresenter(mBefore); }
+
+private:
+    ZMessageBox::ModalPresenter mBefore;
+};
+
+/// Returns when all that was posted before has been delivered.
+void flush(const ZInterfaceThread& hold)
+{
+    ZSemaphore flushed("flushed", 0);
+    hold.GetLoop().Post([&] { flushed.Release(); });
+    flushed.Wait();
+}
+
+/// Ends a process as one ends that has left an instance open, in the middle of a call: at once, or
+/// it is killed.
+[[noreturn]] void exitWithOpenInstance()
+{
+    (new ZLooper("open"))->InitLooper();
+    static const auto* const hold = new ZInterfaceThread;  // in sight of the leak checker
+    flush(*hold);
+    new ZInterfaceLock;
+    alarm(5);
+    std::exit(0);
+}
+
+}  // namespace
+
+TEST(ZInterfaceThreadTest, ThreadsTakeAndDropHoldsAtWill)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([] {
+            for (int n = 0; n < 20; ++n) {
+                const ZInterfaceLock lock;  // given up while the thread is joined
+                const ZInterfaceThread hold;
+                hold.GetLoop().Post([] { const ZInterfaceLock inner; });
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_FALSE(ZInterfaceThread::Post([] {}));
+}
+
+TEST(ZInterfaceThreadTest, TheLastHoldMayGoOnTheThreadItself)
+{
+    ZSemaphore gone("gone", 0);
+    auto* hold = new ZInterfaceThread;
+    hold->GetLoop().Post([&] {
+        EXPECT_TRUE(ZInterfaceThread::IsCurrent());
+        delete hold;
+        gone.Release();
+    });
+    gone.Wait();
+    EXPECT_FALSE(ZInterfaceThread::Post([] {}));
+}
+
+TEST(ZInterfaceThreadDeathTest, AnInstanceThatIsNeverClosedDoesNotKeepTheProcess)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(exitWithOpenInstance(), testing::ExitedWithCode(0), "^$");
+}
+
+TEST(ZMessageBoxTest, ABoxOfAnotherThreadIsHandedOverAndShownOnce)
+{
+    ZSemaphore open("open", 0);
+    ZSemaphore close("close", 0);
+    std::atomic<int> shown{0};
+    std::atomic<bool> onThread{false};
+    const ModalPresenter presenter([&](ZMessageBox::Kind, const ZString&, const ZString&) {
+        onThread = ZInterfaceThread::IsCurrent();
+        ++shown;
+        open.Release();
+        const ZInterfaceUnlock unlocked;
+        close.Wait();
+        return true;
+    });
+    const ZInterfaceThread hold;
+    ZMessageBox::Show(ZMessageBox::kError, "title", "text");
+    open.Wait();
+    ZMessageBox::Show(ZMessageBox::kError, "title", "text");
+    close.Release();
+    flush(hold);
+    EXPECT_EQ(shown, 1);
+    EXPECT_TRUE(onThread);
+}
+
+TEST(ZMessageBoxTest, ABoxThatNobodyCanShowIsALine)
+{
+    const ModalPresenter noDisplay(
+        [](ZMessageBox::Kind, const ZString&, const ZString&) { return false; });
+    testing::internal::CaptureStderr();
+    ZMessageBox::Show(ZMessageBox::kWarning, "no thread", "one");
+    {
+        const ZInterfaceThread hold;
+        ZMessageBox::Show(ZMessageBox::kInformation, "no display", "two");
+        flush(hold);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "no thread (warning): one\nno display (information): two\n");
+}
+
+}  // namespace orvane

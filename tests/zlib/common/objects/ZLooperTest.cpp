@@ -1,0 +1,207 @@
+#include "zlib/common/objects/ZLooper.h"
+
+#include "support/Eventually.h"
+#include "support/MessageRecorder.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+using MessagePtr = boost::shared_ptr<const ZMessage>;
+
+MessagePtr messageOf(std::int32_t id)
+{
+    return boost::make_shared<ZMessage>(id);
+}
+
+MessagePtr changeOf(const ZObject& element)
+{
+    auto message = boost::make_shared<ZMessage>(ZELEMENTCHANGED);
+    message->Add<std::uint64_t>("elementid", elementIdOf(&element));
+    return message;
+}
+
+/// Posts as the sender of an element change does: not when one is pending.
+void sendChange(ZLooper& looper, const ZObject& element, ZHandler& target)
+{
+    const MessagePtr change = changeOf(element);
+    if (!looper.IsElementChangePending(*change, &target))
+        looper.PostZMessage(change, &target);
+}
+
+/// A looper that counts its ticks and the timers that come to it.
+class TickingLooper : public ZLooper
+{
+public:
+    TickingLooper()
+        : ZLooper("ticking")
+    {
+    }
+    ~TickingLooper() override { StopTimers(); }
+    void HandleZMessage(MessagePtr message) override
+    {
+        if (message->GetId() == ZTIMER && message->Find("TimerID", lastTimer))
+            ++timers;
+        ZLooper::HandleZMessage(message);
+    }
+    void Started() override { started = true; }
+
+    /// Waits for the next beats of the looper's own timer.
+    [[nodiscard]] bool SeesTicks(int count)
+    {
+        return eventually([this, end = ticks + count] { return ticks >= end; });
+    }
+
+    std::atomic<int> ticks{0};
+    std::atomic<int> timers{0};
+    std::atomic<bool> started{false};
+    std::uint32_t lastTimer = 0;
+
+protected:
+    void FlushElementChanges() override { ++ticks; }
+};
+
+}  // namespace
+
+TEST(ZLooperTest, DeliversInOrderOfPostingAndOnlyWhenServed)
+{
+    ZLooper looper("test");
+    MessageRecorder handler(&looper);
+    looper.ProcessQueue();
+    handler.PostZMessage(messageOf(ZMUTE));
+    looper.PostZMessage(messageOf(ZPLAY), &handler);
+    handler.PostZMessage(messageOf(ZMUTE));
+    EXPECT_TRUE(looper.HasMessages());
+    EXPECT_TRUE(handler.ids.empty());
+    looper.HandleZMessage(messageOf(ZQUEUECHANGED));
+    EXPECT_EQ(handler.ids, (MessageIds{ZMUTE, ZPLAY, ZMUTE}));
+    EXPECT_FALSE(looper.HasMessages());
+}
+
+TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesceUntilOneIsDelivered)
+{
+    ZLooper looper("test");
+    MessageRecorder first(&looper);
+    MessageRecorder second(&looper);
+    const ZObject element;
+    const ZObject other;
+    for (int i = 0; i < 3; ++i) {
+        sendChange(looper, element, first);
+        sendChange(looper, element, second);
+    }
+    sendChange(looper, other, first);
+    EXPECT_FALSE(looper.IsElementChangePending(*messageOf(ZELEMENTCHANGED), &first));
+    EXPECT_FALSE(looper.IsElementChangePending(*messageOf(ZMUTE), &first));
+    first.onMessage = [&] {
+        if (first.ids.size() == 1)
+            sendChange(looper, element, first);
+    };
+    looper.ProcessQueue();
+    EXPECT_EQ(first.ids.size(), 3u) << "one for each element, and that during the delivery";
+    EXPECT_EQ(second.ids.size(), 1u);
+}
+
+TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
+{
+    ZLooper looper("test");
+    MessageRecorder stays(&looper);
+    const ZObject element;
+    auto leaves = std::make_unique<MessageRecorder>(&looper);
+    looper.PostZMessage(messageOf(ZPLAY), leaves.get());
+    sendChange(looper, element, *leaves);
+    sendChange(looper, element, stays);
+    ZHandler* const address = leaves.get();
+    leaves->SetLooper(nullptr);
+    EXPECT_FALSE(looper.HasHandler(address));
+    EXPECT_FALSE(looper.IsElementChangePending(*changeOf(element), address));
+    EXPECT_TRUE(looper.IsElementChangePending(*changeOf(element), &stays));
+    leaves->PostZMessage(messageOf(ZPLAY));
+    leaves.reset();
+    looper.ProcessQueue();
+    EXPECT_EQ(stays.ids.size(), 1u);
+}
+
+TEST(ZLooperTest, TicksAndTimersComeOnTheInterfaceThreadUntilTheyAreRemoved)
+{
+    TickingLooper looper;
+    MessageRecorder handler(&looper);
+    std::atomic<bool> proper{false};
+    handler.onMessage = [&] {
+        proper = ZInterfaceThread::IsCurrent() && ZInterfaceLock::IsHeld() && looper.ticks > 0;
+    };
+    looper.InitLooper();
+    looper.InitLooper();
+    handler.PostZMessage(messageOf(ZPLAY));
+    EXPECT_TRUE(eventually([&] { return handler.count == 1; }));
+    EXPECT_TRUE(proper);
+
+    const std::int32_t id = looper.AddTimer(2000, 0);
+    EXPECT_TRUE(eventually([&] { return looper.timers >= 2; }));
+    looper.RemoveTimer(id);
+    EXPECT_EQ(looper.lastTimer, static_cast<std::uint32_t>(id));
+    const int fired = looper.timers;
+    EXPECT_TRUE(looper.SeesTicks(2));
+    EXPECT_EQ(looper.timers, fired);
+}
+
+TEST(ZLooperTest, ThreadModeStartsBeforeRunReturnsAndEndsAtQuit)
+{
+    TickingLooper looper;
+    MessageRecorder handler(&looper);
+    looper.Run();
+    EXPECT_TRUE(looper.started);
+    handler.PostZMessage(messageOf(ZPLAY));
+    EXPECT_TRUE(eventually([&] { return handler.count == 1; }));
+    looper.Quit();
+    handler.PostZMessage(messageOf(ZPLAY));
+    TickingLooper other;
+    other.InitLooper();
+    EXPECT_TRUE(other.SeesTicks(2));
+    EXPECT_EQ(handler.count, 1);
+}
+
+TEST(ZLooperTest, ThreadsPostAndBroadcastWhileHandlersComeAndGo)
+{
+    ZLooper looper("test");
+    MessageRecorder handler(&looper);
+    const ZObject element;
+    std::atomic<int> posting{3};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([&] {
+            for (int n = 0; n < 500; ++n) {
+                handler.PostZMessage(messageOf(ZPLAY));
+                sendChange(looper, element, handler);
+                looper.BroadcastZMessage(messageOf(ZRESET));
+            }
+            --posting;
+        });
+    while (posting > 0) {
+        const MessageRecorder passing(&looper);
+        looper.ProcessNextMessage();
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    looper.ProcessQueue();
+    EXPECT_EQ(std::count(handler.ids.begin(), handler.ids.end(), ZPLAY), 1500);
+    EXPECT_EQ(std::count(handler.ids.begin(), handler.ids.end(), ZRESET), 1500);
+    EXPECT_FALSE(looper.IsElementChangePending(*changeOf(element), &handler));
+}
+
+}  // namespace orvane

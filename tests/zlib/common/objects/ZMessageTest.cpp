@@ -1,0 +1,106 @@
+#include "zlib/common/objects/ZMessage.h"
+
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZMessageRegistry.h"
+#include "zlib/common/objects/ZXMLElement.h"
+
+#include "support/ExpectZException.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+template <class T>
+T field(const ZMessage& message, const char* name)
+{
+    T value{};
+    EXPECT_TRUE(message.Find(name, value)) << name;
+    return value;
+}
+
+}  // namespace
+
+TEST(ZMessageTest, AFieldIsNeverOverwrittenAndReadAsItsOwnTypeOnly)
+{
+    ZMessage message(ZSAMPLERATECHANGED);
+    std::int32_t number = 7;
+    EXPECT_FALSE(message.Find("rate", number));
+    EXPECT_TRUE(message.Add<float>("rate", 44100.0f));
+    EXPECT_FALSE(message.Add<float>("rate", 1.0f));
+    EXPECT_FALSE(message.Add<ZString>("rate", "other"));
+    EXPECT_TRUE(message.Add<float>("Rate", 1.0f)) << "names are case-sensitive";
+    EXPECT_FALSE(message.Find("rate", number));
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(field<float>(message, "rate"), 44100.0f);
+}
+
+TEST(ZMessageTest, EveryTypeOfFieldIsReadFromADescription)
+{
+    const std::string text =
+        "<message id=\"ZFILENEW\" name=\"new\">"
+        "<int8 name=\"a\" value=\"-8\" /><uint8 name=\"b\" value=\"200\" />"
+        "<int16 name=\"c\" value=\"-16\" /><uint16 name=\"d\" value=\"60000\" />"
+        "<int32 name=\"e\" value=\"-32\" /><uint32 name=\"f\" value=\"32\" />"
+        "<int64 name=\"g\" value=\"-64\" /><uint64 name=\"h\" value=\"64\" />"
+        "<float name=\"i\" value=\"0.5\" /><zfloat name=\"j\" value=\"0.25\" />"
+        "<double name=\"k\" value=\"0.1\" /><bool name=\"l\" value=\"true\" />"
+        "<ZString name=\"filename\" value=\"Kestrune\" />"
+        "<ZPoint name=\"m\" x=\"1\" y=\"-2\" />"
+        "<ZRect name=\"n\" left=\"2147483647\" top=\"20\" width=\"30\" height=\"40\" />"
+        "<ZColor name=\"o\" red=\"1\" green=\"258\" blue=\"3\" />"
+        "<unheard name=\"q\" value=\"1\" /></message>";
+    const ZXMLDocument document(text.data(), static_cast<std::int32_t>(text.size()));
+    const ZClassRegistry classes(nullptr);
+    const ZMessage message(document.GetChild(0), classes);
+    EXPECT_EQ(message.GetId(), ZFILENEW);
+    EXPECT_EQ(field<std::int8_t>(message, "a"), -8);
+    EXPECT_EQ(field<std::uint8_t>(message, "b"), 200);
+    EXPECT_EQ(field<std::int16_t>(message, "c"), -16);
+    EXPECT_EQ(field<std::uint16_t>(message, "d"), 60000);
+    EXPECT_EQ(field<std::int32_t>(message, "e"), -32);
+    EXPECT_EQ(field<std::uint32_t>(message, "f"), 32u);
+    EXPECT_EQ(field<std::int64_t>(message, "g"), -64);
+    EXPECT_EQ(field<std::uint64_t>(message, "h"), 64u);
+    EXPECT_EQ(field<float>(message, "i"), 0.5f);
+    EXPECT_EQ(field<float>(message, "j"), 0.25f);
+    EXPECT_EQ(field<double>(message, "k"), 0.1);
+    EXPECT_TRUE(field<bool>(message, "l"));
+    EXPECT_EQ(field<ZString>(message, "filename").ToNarrow(), "Kestrune");
+    EXPECT_EQ(field<ZPoint>(message, "m"), (ZPoint{1, -2}));
+    EXPECT_EQ(field<ZRect>(message, "n"), (ZRect{2147483647, 20, 2147483647, 60}));
+    EXPECT_EQ(field<ZColor>(message, "o"), (ZColor{1, 2, 3, 255}));
+    std::int32_t unheard = 9;
+    EXPECT_FALSE(message.Find("q", unheard));
+}
+
+TEST(ZMessageRegistryTest, KnowsTheFrozenNumbersAndRefusesUnknownAndRepeatedNames)
+{
+    ZMessageRegistry registry;
+    EXPECT_EQ(registry.GetCount(), 168u);
+    // Around every gap of the numbering.
+    const std::pair<const char*, std::int32_t> numbers[] = {
+        {"ZERROR", -1},
+        {"ZLOOPERSTART", 46},
+        {"ZMETER", 51},
+        {"ZPRINTLINE", 80},
+        {"ZSELECTALL", 93},
+        {"ZPRESETLOADBEGIN", 182},
+        {"ZUSERMESSAGESTART", 16777216},
+    };
+    for (const auto& [name, number] : numbers)
+        EXPECT_EQ(registry.Find(name), number) << name;
+    for (const char* unknown : {"ZMOUSEWHEEL", "ZMENUSELECTION", "zok", ""})
+        expectZException(-1, "Message not found", [&] { (void)registry.Find(unknown); });
+    expectZException(-1, "Message already defined", [&] { registry.Add("ZOK", 5); });
+    EXPECT_EQ(registry.Find("ZOK"), 0);
+}
+
+}  // namespace orvane

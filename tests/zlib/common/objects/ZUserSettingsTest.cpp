@@ -1,0 +1,108 @@
+#include "zlib/common/objects/ZUserSettings.h"
+
+#include "support/PrivateFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace orvane
+{
+
+using namespace std::string_literals;
+
+namespace
+{
+
+class ZUserSettingsTest : public testing::Test
+{
+protected:
+    [[nodiscard]] std::string FilePath() const { return mFolder.Path("Orvane/Mini.conf"); }
+    void Write(const std::string& text) const
+    {
+        std::filesystem::create_directories(mFolder.Path("Orvane"));
+        writeTextFile(FilePath(), text);
+    }
+    static std::optional<std::int32_t> Get(const char* name)
+    {
+        std::int32_t value = 0;
+        if (!ZUserSettings("Mini").GetInt(name, value))
+            return std::nullopt;
+        return value;
+    }
+
+    PrivateFolder mFolder;
+    EnvironmentVariable mSettingsFolder{"XDG_CONFIG_HOME", mFolder.Path().c_str()};
+};
+
+}  // namespace
+
+TEST_F(ZUserSettingsTest, AValueIsThereForWhoeverAsksLater)
+{
+    const ZUserSettings settings("Mini");
+    EXPECT_EQ(Get("KeyboardMode"), std::nullopt);
+    EXPECT_EQ(mFolder.Count(), 0);  // asking makes no file
+    EXPECT_TRUE(settings.SetInt("KeyboardMode", 2));
+    EXPECT_TRUE(settings.SetInt("a=b", std::numeric_limits<std::int32_t>::min()));
+    EXPECT_TRUE(settings.SetInt("KeyboardMode", 3));
+    EXPECT_EQ(Get("KeyboardMode"), 3);
+    EXPECT_EQ(Get("a=b"), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(readTextFile(FilePath()), "KeyboardMode=3\na=b=-2147483648\n");
+    for (const char* name : {"", "a\nb"})
+        EXPECT_FALSE(settings.SetInt(name, 1)) << name;
+}
+
+TEST_F(ZUserSettingsTest, DamageIsPassedOver)
+{
+    Write("\n=\nwords\n\0\xff\nblank= 12 \r\nbig=2147483648\ntail=1x\nempty=\n"
+          "twice=1\ntwice=2\nhex=0x10\nlast=-5"s);
+    EXPECT_EQ(Get("blank"), 12);
+    EXPECT_EQ(Get("twice"), 2);
+    for (const char* name : {"big", "tail", "empty", "hex", "words", ""})
+        EXPECT_EQ(Get(name), std::nullopt) << name;
+
+    EXPECT_TRUE(ZUserSettings("Mini").SetInt("twice", 9));
+    EXPECT_EQ(Get("twice"), 9);
+    EXPECT_EQ(Get("last"), -5);
+    EXPECT_NE(readTextFile(FilePath()).find("words\n"), std::string::npos);
+}
+
+TEST_F(ZUserSettingsTest, WithoutSettingsFolderTheHomeServesAndWithoutHomeNothing)
+{
+    writeTextFile(mFolder.Path("Orvane"), "a file where the folder should be");
+    EXPECT_FALSE(ZUserSettings("Mini").SetInt("a", 1));
+    const EnvironmentVariable relative("XDG_CONFIG_HOME", "relative");
+    {
+        const EnvironmentVariable home("HOME", mFolder.Path("home").c_str());
+        EXPECT_TRUE(ZUserSettings("Mini").SetInt("a", 1));
+        EXPECT_EQ(Get("a"), 1);
+        EXPECT_EQ(readTextFile(mFolder.Path("home/.config/Orvane/Mini.conf")), "a=1\n");
+    }
+    const EnvironmentVariable homeless("HOME", nullptr);
+    EXPECT_FALSE(ZUserSettings("Mini").SetInt("a", 1));
+    EXPECT_EQ(Get("a"), std::nullopt);
+}
+
+TEST_F(ZUserSettingsTest, TheFileIsWholeWhileTwoWrite)
+{
+    // The padding makes a file that is written in place long enough to be caught half done.
+    Write(std::string(30000, '#') + "\na=0\n");
+    const auto write = [] {
+        for (std::int32_t i = 0; i < 50; ++i)
+            EXPECT_TRUE(ZUserSettings("Mini").SetInt("a", i));
+    };
+    std::thread one(write);
+    std::thread two(write);
+    for (int i = 0; i < 200; ++i)
+        EXPECT_NE(Get("a"), std::nullopt);
+    one.join();
+    two.join();
+    EXPECT_EQ(Get("a"), 49);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.Path("Orvane")), {}), 1);
+}
+
+}  // namespace orvane

@@ -1,0 +1,195 @@
+#include "zlib/common/objects/ZXMLDocument.h"
+
+#include "support/ExpectZException.h"
+#include "support/PlainXml.h"
+#include "support/PrivateFolder.h"
+#include "support/TextMutation.h"
+#include "zlib/common/objects/ZFile.h"
+#include "zlib/common/objects/ZXMLElement.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+namespace
+{
+
+ZXMLDocument parse(const std::string& text,
+                   ZXMLDocument::Comments comments = ZXMLDocument::Comments::kBlanked)
+{
+    return {text.data(), static_cast<std::int32_t>(text.size()), comments};
+}
+
+/// Names of the direct children, joined by commas.
+std::string childNames(const ZXMLDocument& document)
+{
+    std::string names;
+    for (std::int32_t i = 0; i < document.GetChildCount(); ++i)
+        names += document.GetChild(i)->GetName() + ",";
+    return names;
+}
+
+std::string repeat(const std::string& text, std::size_t times)
+{
+    std::string all;
+    all.reserve(text.size() * times);
+    for (std::size_t i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
+/// Splits every element of the text, from the outside in, and counts them.
+std::int64_t countElements(const ZXMLDocument& document)
+{
+    std::vector<boost::shared_ptr<ZXMLElement>> found;
+    const auto visit = [&](const ZXMLDocument& parent) {
+        for (std::int32_t i = 0; i < parent.GetChildCount(); ++i)
+            found.push_back(parent.GetChild(i));
+    };
+    visit(document);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        visit(*found[i]);
+    return std::ssize(found);
+}
+
+}  // namespace
+
+TEST(ZXMLDocumentTest, ChildrenAreFoundByPlaceAndByName)
+{
+    const ZXMLDocument document = parse("<b i=\"0\" /><a /><b /><c /><b i=\"3\" />");
+    EXPECT_EQ(document.GetChildCount(), 5);
+    EXPECT_EQ(document.GetChildCount("b"), 3);
+    EXPECT_EQ(document.GetChild("b")->GetInt32("i"), 0);
+    EXPECT_EQ(document.GetChild("b", 2)->GetInt32("i"), 3);
+    EXPECT_EQ(document.GetChild("b", 3), nullptr);
+    EXPECT_EQ(document.GetChild("none"), nullptr);
+    EXPECT_EQ(document.GetChild(-1), nullptr);
+}
+
+TEST(ZXMLDocumentTest, BlanksCommentsThatHoldNoBracket)
+{
+    EXPECT_EQ(parse("a<!-- b --><c /><!---->").GetText(), "a          <c />       ");
+    EXPECT_EQ(parse("<!-- a > b -->").GetText(), "<!-- a > b -->");
+    EXPECT_EQ(parse("<!-->").GetText(), "     ");
+    EXPECT_EQ(childNames(parse("<!-- a --><b />", ZXMLDocument::Comments::kKept)), "!--,b,");
+}
+
+TEST(ZXMLDocumentTest, SplitsAnewAfterAnAppend)
+{
+    ZXMLDocument document = parse("<a>1</a>");
+    const auto first = document.GetChild("a");
+    document.AppendText("<b />");
+    document.AppendBytes("<c />no", 5);
+    for (const char character : std::string("<d />"))
+        document.AppendChar(character);
+    EXPECT_EQ(childNames(document), "a,b,c,d,");
+    EXPECT_EQ(first->GetText(), "1");
+
+    first->AppendText("2");
+    EXPECT_EQ(first->GetText(), "12");
+    EXPECT_EQ(document.GetChild("a")->GetText(), "1");
+}
+
+TEST(ZXMLDocumentTest, RefusesOtherDeclarations)
+{
+    const std::string declaration = R"(<?xml version="1.0" standalone="yes" ?>)";
+    const auto isValid = [](const std::string& text) {
+        return HasValidDeclaration(text.data(), static_cast<std::int32_t>(text.size()));
+    };
+    EXPECT_TRUE(isValid(declaration + "\n"));
+    EXPECT_FALSE(isValid(declaration));
+    EXPECT_FALSE(isValid(" " + declaration + "\n"));
+    EXPECT_FALSE(isValid(R"(<?xml version="1.0" encoding="UTF-8"?><app></app>)"));
+    EXPECT_FALSE(HasValidDeclaration(nullptr, 100));
+}
+
+// Deep and wide texts: the characters that reading looks at must be in proportion to the text's,
+// and neither splitting nor the end of the elements may need stack for each level.
+TEST(ZXMLDocumentTest, ReadingIsLinearHoweverTagsAreNestedAndRepeated)
+{
+    const std::size_t times = 100000;
+    const std::pair<std::string, std::size_t> cases[] = {
+        {repeat("<a>", times) + repeat("</a>", times), times},
+        {repeat("<a>", times), times},
+        {repeat("<a><b>", times / 2) + repeat("</b></a>", times / 2), times},
+        {repeat("<a></a>", times), times},
+        {repeat("<a />", times), times},
+        {repeat("</a>", times), 0},
+        {repeat("<", times), 0},
+        {"<a " + repeat("b=\"1\" ", times) + ">", 1},
+    };
+    for (const auto& [text, elements] : cases) {
+        SCOPED_TRACE(text.substr(0, 20));
+        const std::int64_t before = ZXMLTag::CharactersRead();
+        EXPECT_EQ(countElements(parse(text)), static_cast<std::int64_t>(elements));
+        // Each tag once to find it and once to take its attributes.
+        EXPECT_LE(ZXMLTag::CharactersRead() - before, 2 * std::ssize(text));
+    }
+}
+
+TEST(ZXMLDocumentTest, ElementsThatHoldOneAnotherAreReleasedLevelByLevel)
+{
+    // Walked down by the children's own pointers, each level keeps the next one.
+    const ZXMLDocument document = parse(repeat("<a>", 100000));
+    int level = 0;
+    for (auto element = document.GetChild("a"); element; element = element->GetChild("a"))
+        ++level;
+    EXPECT_EQ(level, 100000);
+}
+
+TEST(ZXMLDocumentTest, ReadsTheWholeFileAndRefusesOneThatOutgrowsTheText)
+{
+    const PrivateFolder folder;
+    const std::string path = folder.Path("preset.xml");
+    const char* const text = "<preset version=\"1.0\"><!-- kept --><key>\xC3\xA4</key></preset>\n";
+    writeTextFile(path, text);
+    const auto file = boost::make_shared<ZFile>("preset", path, "xml");
+    expectZException(-1, "Unable to seek file as it has not been opened",
+                     [&] { const ZXMLDocument closed(file); });
+    ASSERT_TRUE(file->Open(ZFile::kModeRead, false));
+    file->Seek(5);
+    EXPECT_EQ(ZXMLDocument(file).GetText(), text);
+
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 31);  // a hole
+    expectZException(-1, "Unable to read file.", [&] { const ZXMLDocument document(file); });
+}
+
+TEST(ZXMLDocumentTest, GivesTheChildrenOfThePlainReadingWhateverTheText)
+{
+    const std::vector<std::string> pieces{
+        "<a>",     "</a>",     "<a />", "<b>",        "</b>", "<b />",
+        "<a/>",    "<?xml ?>", "<",     "<!-- x -->", "text", "<a c=\"1\" d=2>",
+        "</?xml>", ">",        "</a ",
+    };
+    const std::string description =
+        "<?xml version=\"1.0\" standalone=\"yes\" ?>\n<!-- note -->\n<app title=\"x\">\n"
+        "\t<element name=\"key\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=3>\n"
+        "\t\t<label text=\"a/b\" type=\"full\" />\n\t</element>\n"
+        "\t<buffer length=\"2\"><data values=\"3f8000007fc00001\"></data></buffer>\n</app>\n";
+    std::mt19937 random(20);
+    for (int round = 0; round < 20000; ++round) {
+        std::string composed;
+        // Few unfinished tags: they end the text for all that follows.
+        for (std::size_t i = pick(random, 24); i > 0; --i) {
+            const std::string& piece = pieces[pick(random, pieces.size())];
+            composed += (piece == "<" || piece == "</a ") && pick(random, 4) ? "<a>" : piece;
+        }
+        ASSERT_EQ(differenceFromPlain(composed), "");
+        std::string spoilt = description;
+        for (std::size_t i = 1 + pick(random, 8); i > 0; --i)
+            mutate(spoilt, random);
+        ASSERT_EQ(differenceFromPlain(spoilt), "");
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,157 @@
+#include "zlib/common/signals/ZBlockProcessingBay.h"
+
+#include "support/BayArchiveCheck.h"
+#include "support/ProbeBay.h"
+#include "support/RealtimeGuard.h"
+#include "support/TextMutation.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <numeric>
+#include <random>
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+boost::shared_ptr<ZBlockProcessingBay> bayOf(std::int32_t channels)
+{
+    return boost::make_shared<ZBlockProcessingBay>(
+        firstBay("<bay numchannels=\"" + std::to_string(channels) + "\"></bay>"), nullptr);
+}
+
+/// Runs calls on samples that count up from 1, on the right with the other sign, and counts those
+/// that do not come out after the delay.
+class BlockRun
+{
+public:
+    BlockRun(ZBlockProcessingBay& bay, std::int64_t delay)
+        : mBay(bay)
+        , mDelay(delay)
+    {
+    }
+
+    void Call(std::int32_t count)
+    {
+        for (std::int32_t channel = 0; channel < mBay.GetChannelCount(); ++channel)
+            for (std::int32_t i = 0; i < count; ++i)
+                Port(mBay.GetImport(channel)).GetBuffer()->Data()[i] = Sample(channel, done + i);
+        mBay.ProcessSignal(0, static_cast<std::uint32_t>(count), 0, mBay.GetExportCount());
+        for (std::int32_t channel = 0; channel < mBay.GetChannelCount(); ++channel) {
+            const ZSignalPort& port = Port(mBay.GetExport(channel));
+            for (std::int32_t i = 0; i < count; ++i)
+                faults += port.GetBuffer()->Data()[i] != Sample(channel, done + i - mDelay);
+        }
+        done += count;
+    }
+
+    std::int64_t done = 0;
+    int faults = 0;
+
+private:
+    static ZSignalPort& Port(ZPort* port) { return dynamic_cast<ZSignalPort&>(*port); }
+    static float Sample(std::int32_t channel, std::int64_t place)
+    {
+        return place < 0 ? 0.0f : static_cast<float>(channel == 0 ? place + 1 : -place - 1);
+    }
+
+    ZBlockProcessingBay& mBay;
+    std::int64_t mDelay;
+};
+
+}  // namespace
+
+TEST(ZBlockProcessingBayTest, OutputIsTheInputABlockLaterForCallsOfAnyLength)
+{
+    std::mt19937 random(3);
+    for (const std::int32_t blockSize : {1, 7, 64, 512, 700}) {
+        for (const std::int32_t channels : {1, 2}) {
+            SCOPED_TRACE(blockSize);
+            const auto bay = bayOf(channels);
+            bay->SetMaxBuffer(2000);
+            bay->SetBlockSize(blockSize);
+            BlockRun run(*bay, blockSize);
+            for (int call = 0; call < 40; ++call)
+                run.Call(static_cast<std::int32_t>(pick(random, call % 2 ? 2001 : 100)));
+            EXPECT_EQ(run.faults, 0);
+            EXPECT_EQ(bay->GetFill(), run.done % blockSize);
+        }
+    }
+}
+
+TEST(ZBlockProcessingBayTest, ResetLosesWhatIsInFlight)
+{
+    const auto bay = bayOf(2);
+    bay->SetBlockSize(64);
+    const std::function<void()> ways[] = {
+        [&] { bay->Reset(); },          [&] { bay->SampleRateChanged(); },
+        [&] { bay->SetBlockSize(64); }, [&] { bay->SetMaxBuffer(300); },
+        [&] { bay->Prepare(); },
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(&way - ways);
+        BlockRun(*bay, 64).Call(100);
+        way();
+        BlockRun run(*bay, 64);
+        run.Call(300);
+        EXPECT_EQ(run.faults, 0);
+    }
+}
+
+TEST(ZBlockProcessingBayTest, ANegativeSizeFollowsTheLongestPass)
+{
+    const auto bay = bayOf(1);
+    bay->SetBlockSize(-1);
+    EXPECT_EQ(bay->GetBlockSize(), 512);
+    bay->SetMaxBuffer(300);
+    EXPECT_EQ(bay->GetBlockSize(), 300);
+    EXPECT_EQ(bay->GetLatency(), 300);
+    bay->SetBlockSize(512);
+    bay->SetMaxBuffer(100);
+    EXPECT_EQ(bay->GetBlockSize(), 512);
+    bay->Prepare();
+    bay->SetMaxBuffer(200);
+    EXPECT_EQ(bay->GetBlockSize(), 200);
+}
+
+TEST(ZBlockProcessingBayTest, APassThroughNestedBaysNeitherAllocatesNorWaits)
+{
+    SmallApplication application;
+    registerBays(application.GetClassRegistry());
+    ZSignalBay network(firstBay(networkOfEachClass()), &application);
+    const auto block =
+        boost::dynamic_pointer_cast<ZBlockProcessingBay>(network.FindBay("inner")->GetBay(0));
+    block->SetBlockSize(24);
+    ZInputBay input("input", 2);
+    ZOutputBay output("output", 2);
+    input.SetFifoSize(64);
+    output.SetFifoSize(64);
+    output.Prepare();
+    for (std::int32_t i = 0; i < 2; ++i) {
+        network.Route(i, input, i);
+        output.Route(i, network, i);
+    }
+    ZBuffer buffer(64, "ZBuffer");
+    std::iota(buffer.Data(), buffer.Data() + 64, 1.0f);
+    {
+        const RealtimeGuard guard;
+        input.Write(buffer, 64, 0);
+        input.Write(buffer, 64, 1);
+        runPass(output, 64);
+        EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
+    }
+    EXPECT_EQ(block->GetFill(), 16u);
+    for (std::int32_t i = 0; i < 2; ++i) {
+        ASSERT_EQ(output.Available(i), 64u);
+        output.Read(buffer, 64, i);
+        EXPECT_EQ(buffer.Data()[23], 0.0f);
+        EXPECT_EQ(buffer.Data()[24], 1.0f);
+        EXPECT_EQ(buffer.Data()[63], 40.0f);
+    }
+}
+
+}  // namespace orvane

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "support/SmallApplication.h"
+#include "zlib/common/drawing/Canvas.h"
+#include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/views/ZView.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+
+namespace orvane
+{
+
+/// One colour all over.
+inline boost::shared_ptr<ZBitmap> plainBitmap(std::int32_t width, std::int32_t height,
+                                              const ZColor& color = kRed)
+{
+    auto bitmap = boost::make_shared<ZBitmap>(width, height, nullptr);
+    bitmap->SetBrushColor(color);
+    bitmap->FillRect(bitmap->GetFrame());
+    return bitmap;
+}
+
+/// Tests of a view without a window: a looper whose queue they run, elements, and a canvas of
+/// 120 by 40 to be painted on.
+class ViewCanvasTest : public testing::Test
+{
+protected:
+    static constexpr std::int32_t kWidth = 120;
+    static constexpr std::int32_t kHeight = 40;
+
+    /// A view of 110 by 20 at 0, 0 with what is told in between its tags.
+    template <class View>
+    boost::shared_ptr<View> Make(const std::string& attributes, const std::string& tags = "",
+                                 const std::string& size = "width=\"110\" height=\"20\"")
+    {
+        const std::string text = "<view name=\"view\" " + attributes +
+                                 "><rect name=\"bounds\" left=\"0\" top=\"0\" " + size +
+                                 "></rect>" + tags + "</view>";
+        const ZXMLDocument document(text.data(), static_cast<std::int32_t>(text.size()));
+        return boost::make_shared<View>(document.GetChild(0), &app);
+    }
+    boost::shared_ptr<ZElement> MakeFloat(float min, float max, float value)
+    {
+        auto element = boost::make_shared<ZElement>("float", ZElement::ZFLOAT, &app);
+        element->SetRange(min, max, true);
+        element->SetZFloat(value, true);
+        return element;
+    }
+    boost::shared_ptr<ZElement> MakeDiscrete(const std::vector<std::string>& texts)
+    {
+        auto element = boost::make_shared<ZElement>("discrete", ZElement::ZDISCRETE, &app);
+        for (const std::string& text : texts)
+            element->AddDiscreteValue(text.c_str());
+        return element;
+    }
+    /// What the tick does for one element.
+    void Tell(ZElement& element)
+    {
+        element.FlushMark(nullptr);
+        app.ProcessQueue();
+    }
+    /// Paints all of the view anew.
+    void Paint(ZView& view)
+    {
+        canvas = std::make_unique<Canvas>(kWidth, kHeight);
+        const auto context = boost::make_shared<ZDrawingContext>();
+        context->SetGraphics(canvas->GetGraphics());
+        view.SetContext(context);
+        view.Draw(view.GetFrame());
+        view.SetContext(nullptr);
+    }
+
+    ZInterfaceLock lock;
+    SmallApplication app;
+    std::unique_ptr<Canvas> canvas;
+};
+
+}  // namespace orvane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "zlib/common/controls/ZViewClasses.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/views/TestView.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace orvane
+{
+
+inline std::string testView(const std::string& name, const std::string& bounds)
+{
+    return "<view name=\"" + name + "\" class=\"TestViewClass\"><rect name=\"bounds\" " + bounds +
+           " /></view>";
+}
+
+/// 100 by 50, with two views of 20 by 20 at the left and at the right.
+inline std::string windowType(const std::string& attributes = "", const std::string& more = "")
+{
+    return "<windowtype name=\"Main\" class=\"ZWindowClass\"" + attributes +
+           "><rect left=\"5\" top=\"6\" width=\"100\" height=\"50\" />" + more + "<subviews>" +
+           testView("a", "left=\"10\" top=\"10\" width=\"20\" height=\"20\"") +
+           testView("b", "left=\"60\" top=\"10\" width=\"20\" height=\"20\"") +
+           "</subviews></windowtype>";
+}
+
+/// Tests in a plug-in's application that knows the class of the test views.
+class WindowFixture : public testing::Test
+{
+protected:
+    explicit WindowFixture(const std::string& description = "")
+        : mResources(description)
+    {
+        registerViewClasses(mApp->GetClassRegistry());
+        mApp->GetClassRegistry().AddStandard<TestView>("TestViewClass");
+        start(*mApp);
+        TestView::log.clear();
+    }
+
+    static TestView& View(const ZWindow& window, const char* name)
+    {
+        return dynamic_cast<TestView&>(*window.GetRootView()->FindSubview(name));
+    }
+
+    const ZInterfaceLock mLock;
+    const TestResources mResources;
+    const std::unique_ptr<ZPlugin> mApp = makePlugin(mResources);
+};
+
+}  // namespace orvane

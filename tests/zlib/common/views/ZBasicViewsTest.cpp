@@ -1,0 +1,102 @@
+#include "support/ExpectZException.h"
+#include "zlib/common/views/ViewCanvas.h"
+#include "zlib/common/views/ZBevelView.h"
+#include "zlib/common/views/ZPluginBackground.h"
+#include "zlib/common/views/ZPluginLogoView.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+using ZBasicViewsTest = ViewCanvasTest;
+
+TEST_F(ZBasicViewsTest, TheLogoTellsAVersionWithSignsForWhatIsMissing)
+{
+    for (const auto& [tag, text] :
+         {std::pair{R"(<version major="1" minor="0" sub="1" build="21944"></version>)",
+                    "1.0.1.21944"},
+          {R"(<version major="1" sub="1" build="21944"></version>)", "1.Y.1.21944"},
+          {"<version></version>", "X.Y.Z.bbbb"},
+          {"", "X.Y.Z.bbb"}})
+        EXPECT_EQ(Make<ZPluginLogoView>("", tag)->GetText().ToNarrow(), text);
+}
+
+TEST_F(ZBasicViewsTest, AClickOnTheLogoShowsTheVersionAndTheNextOneTheLogo)
+{
+    const auto logo = Make<ZPluginLogoView>("");
+    Paint(*logo);
+    EXPECT_TRUE(canvas->Ink().IsEmpty());
+    logo->MouseDown({5, 5}, ZView::kMouseButton);
+    Paint(*logo);
+    EXPECT_FALSE(canvas->Ink().IsEmpty());
+    logo->MouseDown({5, 5}, ZView::kMouseButton);
+    EXPECT_FALSE(logo->ShowsVersion());
+    EXPECT_FALSE(logo->OnTimer(-1)) << "no timer runs";
+    logo->MouseDown({5, 5}, ZView::kMouseButton);
+    logo->OnDetached();
+    EXPECT_FALSE(logo->ShowsVersion()) << "without a window no timer would end it";
+}
+
+TEST_F(ZBasicViewsTest, TheBackgroundHasLightEdgesAndABandBelowTheTitle)
+{
+    const auto background = Make<ZPluginBackground>(
+        "", R"(<rect name="titleframe" left="0" top="20" width="108" height="9"></rect>)",
+        "width=\"110\" height=\"40\"");
+    EXPECT_EQ(background->GetOpaqueRegion().GetBounds(), (ZRect{0, 0, 110, 40}));
+    Paint(*background);
+    EXPECT_EQ(canvas->At(0, 35), 0xff404040u);
+    EXPECT_EQ(canvas->At(50, 0), 0xff595959u);
+    EXPECT_EQ(canvas->At(50, 1), 0xff555555u);
+    EXPECT_EQ(canvas->At(50, 2), 0xff3d3d3du);
+    EXPECT_EQ(canvas->At(50, 20), 0xff000000u) << "the title's edge";
+    EXPECT_EQ(canvas->AlphaAt(50, 12), 0u) << "the picture below is not covered";
+    EXPECT_EQ(canvas->AlphaAt(50, 27), 255u);
+    EXPECT_GT(canvas->At(54, 25) & 0xffu, canvas->At(20, 25) & 0xffu) << "bright in the middle";
+    EXPECT_EQ(canvas->AlphaAt(5, 28), 0u) << "a lower corner is round";
+    EXPECT_EQ(canvas->AlphaAt(50, 31), 0u);
+}
+
+TEST_F(ZBasicViewsTest, GroupBoxesHaveCornersThatFitThem)
+{
+    const auto radiusOf = [&](const std::string& size) {
+        return Make<ZBevelView>("radius=\"9\"", "", size)->GetCornerRadius();
+    };
+    EXPECT_EQ(radiusOf("width=\"100\" height=\"50\""), 5);
+    EXPECT_EQ(radiusOf("width=\"100\" height=\"8\""), 4);
+    EXPECT_EQ(radiusOf("width=\"6\" height=\"50\""), 3);
+
+    const auto bevel = Make<ZBevelView>("radius=\"5\"", "", "width=\"100\" height=\"30\"");
+    Paint(*bevel);
+    EXPECT_EQ(canvas->At(0, 15) >> 24, 64u) << "shade on the left";
+    EXPECT_EQ(canvas->At(50, 15) >> 24, 0u) << "nothing inside";
+    EXPECT_GT(canvas->At(50, 30) & 0xffu, 0xf0u) << "light below";
+    expectZException(-2, "Implement ExtractHeader\n",
+                     [&] { static_cast<void>(bevel->ExtractHeader()); });
+}
+
+TEST_F(ZBasicViewsTest, ASquareBevelRunsFromItsBaseToItsLights)
+{
+    const auto bevel = Make<ZBevelView>(
+        "bevelsize=\"2\"",
+        R"(<color name="bevelbase" red="100" green="100" blue="100" alpha="255"></color>)"
+        R"(<color name="bevelhighlight" red="200" green="200" blue="200" alpha="255"></color>)"
+        R"(<color name="bevellowlight" red="0" green="50" blue="100" alpha="255"></color>)",
+        "width=\"40\" height=\"30\"");
+    Paint(*bevel);
+    EXPECT_EQ(canvas->At(20, 0), 0xffc8c8c8u);
+    EXPECT_EQ(canvas->At(1, 15), 0xff969696u);
+    EXPECT_EQ(canvas->At(20, 29), 0xff003264u);
+    EXPECT_EQ(canvas->At(38, 15), 0xff324b64u);
+    EXPECT_EQ(canvas->AlphaAt(20, 15), 0u);
+}
+
+}  // namespace
+
+}  // namespace orvane

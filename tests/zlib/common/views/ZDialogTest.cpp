@@ -1,0 +1,62 @@
+#include "zlib/common/views/ZDialog.h"
+
+#include "support/ExpectZException.h"
+#include "zlib/common/documents/DocumentFixture.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZResources.h"
+#include "zlib/common/views/ZWindowManager.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string_view>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::string_view kBare = "<windowtype></windowtype>";
+constexpr std::string_view kUnsigned =
+    "<?xml version=\"1.0\" standalone=\"yes\" ?>\n<windowtype></windowtype>\n";
+
+}  // namespace
+
+TEST(ZDialogTest, AResourceThatIsNoDialogIsRefusedByItsFault)
+{
+    const std::array entries{
+        ZResources::Entry{"XML", "Bare", kBare.begin(), kBare.end()},
+        ZResources::Entry{"XML", "Unsigned", kUnsigned.begin(), kUnsigned.end()},
+    };
+    const ZResources resources{entries};
+    const ZInterfaceLock lock;
+    const auto app = makePlugin(resources);
+    expectZException(-1, "WindowManager failed to load XML dialog resource.",
+                     [&] { ZDialog(*app, "None"); });
+    expectZException(-1, "A resource file does not begin with a valid XML document declaration.",
+                     [&] { ZDialog(*app, "Bare"); });
+    expectZException(5, "XML setup file does not contain a valid signature.",
+                     [&] { ZDialog(*app, "Unsigned"); });
+}
+
+TEST(ZDialogTest, AMessageToTheWindowManagerShowsOne)
+{
+    const ZResources resources{std::span<const ZResources::Entry>()};
+    const ZInterfaceLock lock;
+    const auto app = makePlugin(resources);
+    ZWindowManager manager(xmlOf("<windowmanager></windowmanager>"), app.get());
+    const auto message = boost::make_shared<ZMessage>(ZSHOWDIALOG);
+    const auto expectFailure = [&](const char* text) {
+        expectZException(-1, text, [&] { manager.HandleZMessage(message); });
+    };
+    expectFailure("Couldn't find DialogName in message");
+    message->Add<ZString>("DialogName", "None");
+    expectFailure("Couldn't find SourceXML in message");
+    message->Add<ZString>("SourceXML", "XML");
+    expectFailure("Couldn't find CmdWindow in message");
+    message->Add<std::int32_t>("CmdWindow", 0);
+    expectFailure("WindowManager failed to load XML dialog resource.");
+}
+
+}  // namespace orvane

@@ -1,0 +1,166 @@
+#include "zlib/common/views/ZTooltip.h"
+
+#include "support/SmallApplication.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/views/TestView.h"
+#include "zlib/common/views/ZContentWindow.h"
+#include "zlib/common/views/ZMessageBoxContent.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// A tip whose timers run out when the test says so. Its lock keeps the real ones waiting.
+class ZTooltipTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        first->SetTooltipText("first");
+        tip.AddTool(first.get(), {10, 10, 30, 30});
+        tip.AddTool(second.get(), {30, 10, 50, 30});
+    }
+
+    void RunOut()
+    {
+        const auto message = boost::make_shared<ZMessage>(ZTIMER);
+        message->Add<std::int64_t>("TimerID", tip.GetTimer());
+        tip.HandleZMessage(message);
+    }
+    [[nodiscard]] bool Waits() const { return tip.GetTimer() != ZWindow::kNoTimer; }
+
+    const ZInterfaceLock lock;
+    SmallApplication app;
+    ZWindow window{viewXml("<windowtype name=\"Window\"><rect left=\"0\" top=\"0\" width=\"100\" "
+                           "height=\"80\" /></windowtype>"),
+                   &app};
+    boost::shared_ptr<ZView> first = boost::make_shared<ZView>("first", nullptr);
+    boost::shared_ptr<ZView> second = boost::make_shared<ZView>("second", nullptr);
+    ZTooltip tip{window};
+};
+
+}  // namespace
+
+TEST_F(ZTooltipTest, ComesAfterTheRestGoesByItselfAndStaysAwayUntilThePointerHasLeft)
+{
+    tip.MouseMoved({5, 5});
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({12, 12});
+    const auto wait = tip.GetTimer();
+    EXPECT_TRUE(Waits());
+    tip.MouseMoved({12, 12});
+    EXPECT_EQ(tip.GetTimer(), wait);
+    tip.MouseMoved({13, 12});
+    EXPECT_NE(tip.GetTimer(), wait);
+    EXPECT_FALSE(tip.IsShown());
+    RunOut();
+    EXPECT_TRUE(tip.IsShown());
+    EXPECT_EQ(tip.GetText().ToNarrow(), "first");
+    tip.MouseMoved({14, 12});
+    EXPECT_TRUE(tip.IsShown());
+    RunOut();
+    EXPECT_FALSE(tip.IsShown());
+    tip.MouseMoved({15, 12});
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({5, 5});
+    tip.MouseMoved({15, 12});
+    EXPECT_TRUE(Waits());
+}
+
+TEST_F(ZTooltipTest, TheNextToolShowsItsOwnTextCutToAWholeCharacterOrElseTheWindowsName)
+{
+    first->SetTooltipText(ZString(std::string(79, 'x') + "\xf0\x9f\x8e\xb5"));
+    tip.MouseMoved({12, 12});
+    RunOut();
+    EXPECT_EQ(tip.GetText().ToNarrow(), std::string(79, 'x'));
+    tip.MouseMoved({40, 12});
+    EXPECT_FALSE(tip.IsShown());
+    RunOut();
+    EXPECT_TRUE(tip.IsShown());
+    EXPECT_EQ(tip.GetText().ToNarrow(), "Window");
+    tip.RemoveTool(second.get());
+    EXPECT_FALSE(tip.IsShown());
+    EXPECT_FALSE(Waits());
+    tip.MouseMoved({40, 13});
+    EXPECT_FALSE(Waits());
+}
+
+TEST_F(ZTooltipTest, AWindowTellsItWhatThePointerDoesOverItsViews)
+{
+    EXPECT_EQ(window.GetTooltip(), nullptr);
+    const auto view = boost::make_shared<ZView>(
+        viewXml("<view><rect name=\"bounds\" left=\"60\" top=\"20\" width=\"20\" height=\"20\" />"
+                "<tooltip type=\"short\" text=\"tip\" /></view>"),
+        &app);
+    window.GetRootView()->AddSubview(view, false);
+    window.AttachViews();
+    ZTooltip* const own = window.GetTooltip();
+    ASSERT_NE(own, nullptr);
+    const auto waitsAfter = [&](ZNativeMouseEvent::Action action, const ZPoint& at) {
+        window.NativeMouse({.action = action, .position = at, .modifiers = 1, .wheelNotches = 0});
+        return own->GetTimer() != ZWindow::kNoTimer;
+    };
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kDown, {65, 25}));
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25})) << "it has been clicked away";
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25}));
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
+    window.SetCapturedView(view.get());
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    window.SetCapturedView(nullptr);
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    window.Hide();
+    EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
+    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
+    window.GetRootView()->RemoveSubview(view);
+    EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
+}
+
+TEST(ZContentWindowTest, KeepsARectangleOnTheMonitor)
+{
+    const ZRect monitor{100, 0, 500, 300};
+    EXPECT_EQ(keptOn(monitor, {150, 50, 200, 90}), (ZRect{150, 50, 200, 90}));
+    EXPECT_EQ(keptOn(monitor, {480, 290, 530, 330}), (ZRect{450, 260, 500, 300}));
+    EXPECT_EQ(keptOn(monitor, {0, -9, 50, 31}), (ZRect{100, 0, 150, 40}));
+    EXPECT_EQ(keptOn(monitor, {0, 40, 50, 900}), (ZRect{100, 0, 150, 300}));
+}
+
+TEST(ZMessageBoxContentTest, KeysTheButtonAndTheTitleBarEndItAndALongTextIsWrapped)
+{
+    ZMessageBoxContent box(ZMessageBox::kError, ZString("An exception has occurred"));
+    int ends = 0;
+    box.SetEnded([&ends] { ++ends; });
+    for (const std::uint8_t code : {kKeyReturn, kKeyEscape, kKeySpace, kKeyDown})
+        box.Key({.code = code, .text = {}});
+    EXPECT_EQ(ends, 3);
+    box.Dismiss();
+    EXPECT_EQ(ends, 4);
+    const ZPoint button{box.GetButtonRect().left + 3, box.GetButtonRect().top + 3};
+    const auto send = [&](ZNativeMouseEvent::Action action, const ZPoint& at) {
+        box.Mouse({.action = action, .position = at, .modifiers = 1, .wheelNotches = 0});
+    };
+    send(ZNativeMouseEvent::kDown, {1, 1});
+    send(ZNativeMouseEvent::kUp, button);
+    send(ZNativeMouseEvent::kDown, button);
+    send(ZNativeMouseEvent::kUp, {1, 1});
+    EXPECT_EQ(ends, 4);
+    send(ZNativeMouseEvent::kDown, button);
+    send(ZNativeMouseEvent::kUp, button);
+    EXPECT_EQ(ends, 5);
+    const ZMessageBoxContent longer(ZMessageBox::kError, ZString(std::string(300, 'W')));
+    EXPECT_LT(longer.GetSize().x, 500);
+    EXPECT_GT(longer.GetSize().y, box.GetSize().y);
+}
+
+}  // namespace orvane

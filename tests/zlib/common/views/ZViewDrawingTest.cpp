@@ -1,0 +1,319 @@
+#include "support/ExpectZException.h"
+#include "zlib/common/drawing/Canvas.h"
+#include "zlib/common/views/TestView.h"
+#include "zlib/common/views/ZOverlay.h"
+#include "zlib/common/views/ZStringView.h"
+#include "zlib/common/views/ZView.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Log = TestView::Log;
+
+constexpr ZColor kGreen{0, 255, 0, 255};
+constexpr ZColor kBlue{0, 0, 255, 255};
+constexpr std::uint32_t kRedPixel = 0xffff0000;
+constexpr std::uint32_t kGreenPixel = 0xff00ff00;
+constexpr std::uint32_t kBluePixel = 0xff0000ff;
+constexpr ZRect kAll{0, 0, 1000, 1000};
+
+/// A view whose background is a picture that needs no resource.
+class PictureView : public ZView
+{
+public:
+    PictureView(const ZRect& bounds, std::int32_t style, const ZColor& color, ZPoint size)
+        : ZView("picture", bounds, nullptr)
+    {
+        mBackgroundBitmap = std::make_unique<ZBitmap>(size.x, size.y, nullptr);
+        mBackgroundBitmap->SetBrushColor(color);
+        mBackgroundBitmap->FillRect(mBackgroundBitmap->GetFrame());
+        mBitmapStyle = style;
+        mHasBackground = true;
+    }
+};
+
+struct OverlayRecorder : ZOverlay
+{
+    void DrawOverlay(ZDrawingContext&) override { TestView::log.emplace_back("overlay"); }
+};
+
+class ZViewDrawingTest : public testing::Test
+{
+protected:
+    ZViewDrawingTest() { TestView::log.clear(); }
+
+    boost::shared_ptr<TestView> Make(const std::string& name, const ZRect& bounds,
+                                     const ZColor& color)
+    {
+        const auto view = boost::make_shared<TestView>(name, bounds, nullptr);
+        view->SetBrushColor(color);
+        return view;
+    }
+    boost::shared_ptr<TestView> AddTo(ZView& parent, const std::string& name, const ZRect& bounds,
+                                      const ZColor& color)
+    {
+        const auto view = Make(name, bounds, color);
+        parent.AddSubview(view, false);
+        return view;
+    }
+    /// Draws a view made of XML, alone.
+    void DrawXml(const std::string& tags, const ZRect& bounds = {0, 0, 8, 6})
+    {
+        const auto number = [](std::int32_t value) { return std::to_string(value); };
+        ZView view(viewXml("<view><rect name=\"bounds\" left=\"" + number(bounds.left) +
+                           "\" top=\"" + number(bounds.top) + "\" width=\"" +
+                           number(bounds.GetWidth()) + "\" height=\"" + number(bounds.GetHeight()) +
+                           "\" />" + tags + "</view>"),
+                   nullptr);
+        view.SetContext(canvas);
+        view.DrawView(kAll);
+    }
+    static Log TakeDraws()
+    {
+        Log taken = TestView::TakeLog();
+        std::erase_if(
+            taken, [](const std::string& line) { return line.find(" draw") == std::string::npos; });
+        return taken;
+    }
+
+    const boost::shared_ptr<Canvas> canvas = boost::make_shared<Canvas>(20, 16);
+};
+
+}  // namespace
+
+TEST_F(ZViewDrawingTest, PaintsWhatIsDirtyVisibleAndInReachOnlyTheLastChildOnTop)
+{
+    const auto root = Make("root", {1, 1, 15, 15}, kRed);
+    const auto hidden = AddTo(*root, "hidden", {0, 0, 4, 4}, kGreen);
+    AddTo(*root, "far", {10, 10, 14, 14}, kGreen);
+    AddTo(*root, "near", {2, 2, 8, 8}, kGreen);
+    AddTo(*root, "above", {6, 6, 40, 8}, kBlue);
+    hidden->Hide();
+    root->DrawView(kAll);
+    EXPECT_EQ(TakeDraws(), Log{});
+    root->SetContext(canvas);
+    root->DrawView({4, 5, 7, 7});
+    EXPECT_EQ(TakeDraws(), (Log{"root draw 3,4", "near draw 1,2"}));
+    EXPECT_EQ(canvas->Ink(), (ZRect{4, 5, 7, 7}));
+    root->DrawView(kAll);
+    EXPECT_EQ(TakeDraws(), (Log{"far draw 0,0", "above draw 0,0"}));
+    root->DrawView(kAll);
+    EXPECT_EQ(TakeDraws(), Log{});
+    root->MarkSubtreeDirty();
+    root->DrawView(kAll);
+    EXPECT_EQ(TakeDraws(), (Log{"far draw 0,0", "near draw 0,0", "above draw 0,0"}));
+    EXPECT_TRUE(hidden->IsDirty());
+    EXPECT_EQ(canvas->Ink().right, 15) << "clipped to the parent";
+    EXPECT_EQ(canvas->At(3, 3), kGreenPixel);
+    EXPECT_EQ(canvas->At(8, 8), kBluePixel);
+}
+
+TEST_F(ZViewDrawingTest, NothingIsPaintedUnderWhatIsOpaque)
+{
+    const auto root = Make("root", {0, 0, 20, 16}, kRed);
+    const auto parent = AddTo(*root, "parent", {0, 0, 20, 16}, kRed);
+    const auto child = AddTo(*parent, "child", {0, 0, 20, 10}, kGreen);
+    child->isOpaque = true;
+    root->SetContext(canvas);
+    root->DrawView(kAll);
+    EXPECT_EQ(TakeDraws(), (Log{"root draw 0,0", "parent draw 0,10", "child draw 0,0"}));
+    child->Hide();
+    parent->SetFrameOrigin(0, 0);
+    root->MarkSubtreeDirty();
+    root->DrawView(kAll);
+    EXPECT_EQ(TakeDraws(), Log{"parent draw 0,0"});
+}
+
+TEST_F(ZViewDrawingTest, OverlaysComeAfterTheChildrenAndThenTheViewItself)
+{
+    const auto root = Make("root", {0, 0, 20, 16}, kRed);
+    AddTo(*root, "child", {0, 0, 4, 4}, kGreen);
+    const auto overlay = boost::make_shared<OverlayRecorder>();
+    root->AddOverlay(overlay);
+    root->AddOverlay(overlay);
+    root->SetContext(canvas);
+    root->DrawView(kAll);
+    EXPECT_EQ(TestView::TakeLog(),
+              (Log{"root draw 0,0", "child draw 0,0", "child over", "overlay", "root over"}));
+    root->RemoveOverlay(overlay);
+    root->DrawView(kAll);
+    EXPECT_EQ(TestView::TakeLog(), (Log{"child over", "root over"}));
+}
+
+TEST_F(ZViewDrawingTest, ADirtyTransparentChildGetsACleanGroundAndNobodyElse)
+{
+    PictureView root({0, 0, 20, 16}, ZView::kBitmapOrigin, kRed, {20, 16});
+    const auto box = boost::make_shared<ZView>("box", ZRect{2, 2, 18, 14}, nullptr);
+    root.AddSubview(box, false);
+    // Half transparent, so that painting twice shows.
+    const auto left = AddTo(*box, "left", {0, 0, 4, 4}, {0, 255, 0, 128});
+    const auto right = AddTo(*box, "right", {4, 0, 8, 4}, {0, 255, 0, 128});
+    root.SetContext(canvas);
+    root.DrawView(kAll);
+    const auto before = canvas->Pixels();
+    // As a paint of the system that was asked for by one child but reaches further.
+    for (const auto& view : {left, right}) {
+        TakeDraws();
+        view->SetDirty();
+        root.DrawView(kAll);
+        EXPECT_EQ(TakeDraws(), Log{view->GetName() + " draw 0,0"});
+        EXPECT_EQ(canvas->Pixels(), before);
+    }
+}
+
+TEST_F(ZViewDrawingTest, ARepairStaysWithinWhatIsPainted)
+{
+    PictureView root({0, 0, 20, 16}, ZView::kBitmapOrigin, kRed, {20, 16});
+    root.SetContext(canvas);
+    root.DrawView(kAll);
+    AddTo(root, "child", {2, 2, 12, 12}, {0, 0, 0, 0});
+    canvas->SetAlphaBlend(false);
+    canvas->SetBrushColor({0, 0, 0, 0});
+    canvas->FillRect(ZRect{0, 0, 20, 16});
+    canvas->SetAlphaBlend(true);
+    root.DrawView({6, 6, 10, 10});
+    EXPECT_EQ(canvas->Ink(), (ZRect{6, 6, 10, 10}));
+    EXPECT_EQ(canvas->At(9, 9), kRedPixel);
+}
+
+TEST_F(ZViewDrawingTest, WhatAGroundPaintsOverPaintsAgain)
+{
+    const auto root = boost::make_shared<ZView>(
+        viewXml("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"20\" height=\"16\" />"
+                "<bgcolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" /></view>"),
+        nullptr);
+    AddTo(*root, "in", {2, 2, 6, 6}, kGreen);
+    AddTo(*root, "out", {10, 2, 14, 6}, kGreen);
+    root->SetContext(canvas);
+    root->DrawView(kAll);
+    TakeDraws();
+    root->DrawView({0, 0, 8, 16});
+    EXPECT_EQ(TakeDraws(), Log{"in draw 0,0"});
+    EXPECT_EQ(canvas->At(3, 3), kGreenPixel);
+    EXPECT_EQ(canvas->At(11, 3), kGreenPixel);
+}
+
+TEST_F(ZViewDrawingTest, AFrameGoesThroughTheOutermostPixels)
+{
+    DrawXml("<frame style=\"rect\" width=\"1\">"
+            "<strokecolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" />"
+            "<fillcolor red=\"0\" green=\"0\" blue=\"255\" alpha=\"255\" /></frame>",
+            {2, 3, 10, 9});
+    EXPECT_EQ(canvas->Ink(), (ZRect{2, 3, 10, 9}));
+    EXPECT_EQ(canvas->At(2, 3), kRedPixel);
+    EXPECT_EQ(canvas->At(9, 8), kRedPixel);
+    EXPECT_EQ(canvas->At(3, 4), kBluePixel);
+    EXPECT_EQ(canvas->At(8, 7), kBluePixel);
+    DrawXml("<frame style=\"debug\" />", {11, 3, 19, 9});
+    EXPECT_EQ(canvas->At(11, 3), kRedPixel);
+    EXPECT_EQ(canvas->Rows()[3].substr(11), "########.");
+    EXPECT_EQ(canvas->Rows()[4].substr(11), "#......#.");
+    EXPECT_EQ(canvas->Rows()[8].substr(11), "########.");
+}
+
+TEST_F(ZViewDrawingTest, ARoundedFrameLeavesItsCornersFreeAndTheContextAsItWas)
+{
+    canvas->SetPenWidth(5.0f);
+    canvas->SetPenColor(kBlue);
+    canvas->SetBrushColor(kGreen);
+    DrawXml("<frame style=\"rounded\" radius=\"90\" />", {0, 0, 16, 16});
+    EXPECT_EQ(canvas->AlphaAt(0, 0), 0u);
+    EXPECT_EQ(canvas->AlphaAt(15, 15), 0u);
+    EXPECT_EQ(canvas->At(8, 8), kGreenPixel);
+    EXPECT_EQ(canvas->GetPenWidth(), 5.0f);
+    EXPECT_EQ(canvas->GetPenColor(), kBlue);
+    EXPECT_EQ(canvas->GetBrushColor(), kGreen);
+    EXPECT_FALSE(canvas->IsAntiAlias());
+}
+
+TEST_F(ZViewDrawingTest, ThePictureLiesAsItsStyleTells)
+{
+    struct Case
+    {
+        std::int32_t style;
+        ZRect ink;
+    };
+    const Case cases[] = {
+        {ZView::kBitmapOrigin, {2, 2, 5, 4}},         {ZView::kBitmapCenter, {6, 5, 9, 7}},
+        {ZView::kBitmapStretch, {2, 2, 12, 10}},      {ZView::kBitmapStretchWidth, {2, 2, 12, 4}},
+        {ZView::kBitmapStretchHeight, {2, 2, 5, 10}}, {ZView::kBitmapTile, {2, 2, 12, 10}},
+    };
+    for (const Case& each : cases) {
+        const auto picture = boost::make_shared<Canvas>(20, 16);
+        PictureView view({2, 2, 12, 10}, each.style, kRed, {3, 2});
+        view.SetContext(picture);
+        view.DrawView(kAll);
+        EXPECT_EQ(picture->Ink(), each.ink) << each.style;
+    }
+    DrawXml("<bgbitmap resource=\"none.png\" style=\"tile\" />");
+    EXPECT_EQ(canvas->Ink(), ZRect()) << "no picture, and so none of its sizes";
+}
+
+TEST_F(ZViewDrawingTest, AShaderRunsFromLeftToRight)
+{
+    DrawXml("<bgbitmap shader=\"ZNyquistBkgdShader\" />", {0, 0, 20, 16});
+    EXPECT_LT(canvas->At(0, 8) & 0xff, 48u);
+    EXPECT_GT(canvas->At(10, 8) & 0xff, 64u);
+    EXPECT_EQ(canvas->At(10, 0), canvas->At(10, 15));
+    expectZException(-1, "Unimplemented Shader Function",
+                     [&] { DrawXml("<bgbitmap shader=\"Nobody\" />"); });
+}
+
+TEST_F(ZViewDrawingTest, OnlyAVisibleViewInAWindowAsksToBeRepainted)
+{
+    ZWindow window(viewXml("<windowtype><rect left=\"0\" top=\"0\" width=\"20\" height=\"16\" />"
+                           "</windowtype>"),
+                   nullptr);
+    const auto view = Make("view", {2, 2, 12, 12}, kGreen);
+    const auto child = AddTo(*view, "child", {0, 0, 4, 4}, kBlue);
+    window.GetRootView()->AddSubview(view, false);
+    static_cast<void>(window.RenderOffscreen());
+    EXPECT_FALSE(child->IsDirty());
+    child->Invalidate(1, 1, 2, 2);
+    EXPECT_TRUE(child->IsDirty());
+    static_cast<void>(window.RenderOffscreen());
+    child->Hide();
+    child->Invalidate();
+    EXPECT_FALSE(child->IsDirty());
+    EXPECT_TRUE(view->IsDirty()) << "what lay below";
+    const ZBitmap& picture = window.RenderOffscreen();
+    EXPECT_EQ(picture.GetNative()->ReadPixels()[3 * 20 + 3], kGreenPixel);
+    window.GetRootView()->RemoveSubview(view);
+    view->Invalidate();
+    EXPECT_FALSE(view->IsDirty()) << "there is no window";
+}
+
+TEST_F(ZViewDrawingTest, ALabelIsRenderedOnceUntilItsTextChanges)
+{
+    ZWindow window(viewXml("<windowtype><rect left=\"0\" top=\"0\" width=\"40\" height=\"16\" />"
+                           "</windowtype>"),
+                   nullptr);
+    const auto label = boost::make_shared<ZStringView>(
+        viewXml("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"40\" height=\"16\" />"
+                "<pencolor red=\"255\" green=\"255\" blue=\"255\" alpha=\"255\" />"
+                "<label text=\"one\" align=\"left\" /></view>"),
+        nullptr);
+    window.GetRootView()->AddSubview(label, false);
+    const auto render = [&window] {
+        window.SetScale(1.0);  // makes a new picture
+        return window.RenderOffscreen().GetNative()->ReadPixels();
+    };
+    const auto left = render();
+    EXPECT_GT(label->GetMinWidth(), 0);
+    EXPECT_LT(label->GetMinWidth(), 40);
+    label->SetAlign(2);
+    EXPECT_EQ(render(), left);
+    label->SetText("one");
+    const auto right = render();
+    EXPECT_NE(right, left);
+    label->SetPenColor(kRed);
+    EXPECT_NE(render(), right);
+}
+
+}  // namespace orvane

@@ -1,0 +1,215 @@
+#include "zlib/common/views/ZWindowManager.h"
+
+#include "support/ExpectZException.h"
+#include "zlib/common/documents/ZDocument.h"
+#include "zlib/common/views/WindowFixture.h"
+
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Log = TestView::Log;
+
+/// Two types; the second holds a manager of its own.
+const std::string kWindowTypes =
+    "<windowtypes>" + windowType(" child=\"true\" title=\"Front\"") +
+    "<windowtype name=\"Side\" class=\"ZWindowClass\" hidden=\"true\">"
+    "<rect left=\"0\" top=\"0\" width=\"10\" height=\"10\" />"
+    "<windowmanagers><windowmanager name=\"inner\"><documenttypes>"
+    "<documenttype docname=\"Note\" winname=\"Inner\" show=\"true\" /></documenttypes>"
+    "<windowtypes><windowtype name=\"Inner\" class=\"ZWindowClass\" child=\"true\">"
+    "<rect left=\"0\" top=\"0\" width=\"10\" height=\"10\" /></windowtype></windowtypes>"
+    "</windowmanager></windowmanagers></windowtype></windowtypes>";
+
+std::string manager(const std::string& maps)
+{
+    return "<windowmanager name=\"Windows\"><documenttypes>" + maps + "</documenttypes>" +
+           kWindowTypes + "</windowmanager>";
+}
+
+class ZWindowManagerTest : public WindowFixture
+{
+protected:
+    boost::shared_ptr<ZDocument> MakeDocument(const std::string& typeName)
+    {
+        const auto document =
+            boost::make_shared<ZDocument>(xmlOf("<doctype name=\"D\"></doctype>"), mApp.get());
+        document->SetTypeName(typeName);
+        return document;
+    }
+    std::unique_ptr<ZWindowManager> Make(const std::string& maps)
+    {
+        return std::make_unique<ZWindowManager>(xmlOf(manager(maps)), mApp.get());
+    }
+    static void Tell(ZHandler& handler, std::int32_t id, const char* field,
+                     const boost::shared_ptr<ZDocument>& document)
+    {
+        handler.HandleZMessage(messageWith<boost::shared_ptr<ZDocument>>(id, field, document));
+    }
+    void MakeWindow(ZWindowManager& windows, const char* name) const
+    {
+        auto message = messageWith<boost::shared_ptr<ZDocument>>(ZWINNEW, "NewDocument", mDocument);
+        message->Add<ZString>("WindowName", ZString(name));
+        windows.HandleZMessage(message);
+    }
+
+    const boost::shared_ptr<ZDocument> mDocument = MakeDocument("Song");
+};
+
+constexpr const char* kSongMap = "<documenttype docname=\"Song\" winname=\"Main\" />";
+
+}  // namespace
+
+TEST_F(ZWindowManagerTest, ANewDocumentGetsAWindowForEachMapThatMatchesUntilItCloses)
+{
+    const TraceRecorder trace;
+    const auto windows = Make(std::string(kSongMap) +
+                              "<documenttype docclass=\"ZDocumentClass\" winname=\"Main\" />"
+                              "<documenttype docname=\"Note\" winname=\"Main\" />"
+                              "<documenttype docclass=\"ZAudioDocumentClass\" winname=\"Main\" />"
+                              "<documenttype winname=\"Nobody\" />");
+    Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
+    Tell(*windows, ZDOCUMENTNEW, "Document", nullptr);
+    ASSERT_EQ(windows->GetWindowCount(), 2);
+    EXPECT_EQ(windows->GetCurrentWindow(), windows->GetWindow(0));
+    EXPECT_EQ(windows->GetWindow(2), nullptr);
+    const auto held = windows->GetWindow(1);
+    EXPECT_EQ(held->GetDocument(), mDocument.get());
+    EXPECT_EQ(View(*held, "a").GetDocument(), mDocument.get());
+    EXPECT_FALSE(held->IsAttached());
+
+    Tell(*windows, ZDOCUMENTNEW, "Document", MakeDocument("Other"));
+    const auto other = windows->GetWindow(2);
+    Tell(*windows, ZDOCUMENTCLOSED, "CloseDocument", mDocument);
+    EXPECT_EQ(windows->GetWindowCount(), 1);
+    EXPECT_EQ(windows->GetCurrentWindow(), other);
+    EXPECT_EQ(held->GetDocument(), nullptr);
+    EXPECT_EQ(View(*held, "a").GetDocument(), nullptr);
+    for (const char* const line :
+         {"Creating window class = ZWindowClass name = Main\n", "Removing window Main\n",
+          "\nError: ZWindowManager::HandleZMessage [ZDOCUMENTNEW] 'New document actually NULL'\n"})
+        EXPECT_TRUE(trace.Has(line)) << line;
+}
+
+TEST_F(ZWindowManagerTest, AWindowTakesOverADocumentThatItsTypeNames)
+{
+    const auto windows = Make("<documenttype docname=\"Song\" winname=\"Main\" show=\"true\" />");
+    windows->AddWindowTypes(
+        *xmlOf("<windowtypes>" +
+               windowType(" child=\"true\"", "<documentchange><documenttype docname=\"Song\" />"
+                                             "</documentchange>") +
+               "</windowtypes>"));
+    Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
+    ASSERT_EQ(windows->GetWindowCount(), 2);
+    EXPECT_TRUE(windows->GetWindow(0)->IsAttached());
+    const auto second = MakeDocument("Song");
+    Tell(*windows, ZDOCUMENTCHANGED, "NewDocument", second);
+    Tell(*windows, ZDOCUMENTCHANGED, "NewDocument", MakeDocument("Note"));
+    EXPECT_EQ(windows->GetWindow(0)->GetDocument(), mDocument.get());
+    EXPECT_EQ(windows->GetWindow(1)->GetDocument(), second.get());
+}
+
+TEST_F(ZWindowManagerTest, WindowsAreMadeByNameAndByNestedManagersWhereTheirOwnHasNoUse)
+{
+    const auto windows = Make("<documenttype docname=\"Note\" winname=\"Side\" />");
+    MakeWindow(*windows, "Nobody");
+    EXPECT_EQ(windows->GetWindowCount(), 0);
+    const auto note = MakeDocument("Note");
+    Tell(*windows, ZDOCUMENTNEW, "Document", note);
+    MakeWindow(*windows, "Main");
+    ASSERT_EQ(windows->GetWindowCount(), 2);
+    EXPECT_TRUE(windows->GetWindow(1)->IsAttached());
+    EXPECT_EQ(windows->GetWindow(1)->GetDocument(), mDocument.get());
+
+    const auto nested = windows->GetWindow(0)->GetWindowManagers();
+    ASSERT_EQ(nested.size(), 1u);
+    EXPECT_EQ(nested.front()->GetWindowCount(), 1);
+    MakeWindow(*windows, "Inner");
+    EXPECT_EQ(windows->GetWindowCount(), 2);
+    EXPECT_EQ(nested.front()->GetWindowCount(), 2);
+    windows->HandleZMessage(boost::make_shared<ZMessage>(ZMODALDISABLE));
+    EXPECT_TRUE(windows->GetWindow(0)->IsModalDisabled());
+    EXPECT_TRUE(nested.front()->GetWindow(1)->IsModalDisabled());
+}
+
+TEST_F(ZWindowManagerTest, MessagesReachTheWindowsThatTheyAreFor)
+{
+    const auto windows = Make(kSongMap);
+    Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
+    Tell(*windows, ZDOCUMENTNEW, "Document", MakeDocument("Song"));
+    const auto received = [&](std::int32_t index) {
+        return View(*windows->GetWindow(index), "a").messages.back()->GetId();
+    };
+    Tell(*windows, ZDISABLE, "Document", mDocument);
+    EXPECT_EQ(received(0), ZDISABLE);
+    EXPECT_EQ(received(1), ZDOCUMENTNEW);
+    for (const std::int32_t id : {ZQTEVENT, ZWINFORCEREDRAW, ZWINRESTORE, ZWINTILEH})
+        windows->HandleZMessage(boost::make_shared<ZMessage>(id));
+    EXPECT_EQ(received(0), ZQTEVENT);
+    EXPECT_EQ(received(1), ZQTEVENT);
+    windows->HandleZMessage(
+        messageWith<ZString>(ZWINDOUBLENORMALSIZE, "WindowName", ZString("Main")));
+    EXPECT_EQ(windows->GetWindow(1)->GetWidth(), 200);
+
+    const auto isShownBy = [&](const char* field, const char* text) {
+        windows->HandleZMessage(messageWith<ZString>(ZSHOW, field, ZString(text)));
+        return windows->GetWindow(0)->IsAttached();
+    };
+    EXPECT_FALSE(isShownBy("WindowName", "Front"));
+    EXPECT_FALSE(isShownBy("WindowTitle", "Main"));
+    EXPECT_TRUE(isShownBy("WindowTitle", "Front"));
+}
+
+TEST_F(ZWindowManagerTest, AMissingFieldIsTold)
+{
+    const auto windows = Make(kSongMap);
+    const auto expectMissing = [&](const boost::shared_ptr<const ZMessage>& message,
+                                   const std::string& text) {
+        expectZException(-1, "Couldn't find " + text, [&] { windows->HandleZMessage(message); });
+    };
+    const std::pair<std::int32_t, const char*> cases[] = {
+        {ZDOCUMENTNEW, "Document in message"},          {ZDOCUMENTCHANGED, "NewDocument in msg"},
+        {ZDOCUMENTCLOSED, "CloseDocument in message"},  {ZWINNEW, "NewDocument in message"},
+        {ZWINNORMALSIZE, "WindowName in message"},      {ZENABLE, "Document in message"},
+        {ZSHOW, "WindowName or WindowTitle in message"}};
+    for (const auto& [id, text] : cases)
+        expectMissing(boost::make_shared<ZMessage>(id), text);
+    expectMissing(messageWith<boost::shared_ptr<ZDocument>>(ZWINNEW, "NewDocument", mDocument),
+                  "WindowName in message");
+}
+
+TEST_F(ZWindowManagerTest, AnotherTagIsTracedAndATypeOfNoWindowIsAnError)
+{
+    const TraceRecorder trace;
+    const auto other = xmlOf("<other><other /></other>");
+    ZWindowManager windows(other, mApp.get());
+    windows.AddDocumentMapTypes(*other);
+    windows.AddWindowTypes(*other);
+    windows.AddDocumentMapTypes(*xmlOf("<documenttypes><other /></documenttypes>"));
+    windows.AddWindowTypes(*xmlOf("<windowtypes><other /></windowtypes>"));
+    ZWindow window(xmlOf(windowType()), mApp.get());
+    window.AddDocumentTypes(*other);
+    window.AddWindowManagers(*other);
+    for (const char* const text :
+         {"ZWindowManager::ZWindowManager,  XML tag is not a <windowmanager>",
+          "ZWindowManager::AddDocumentMapTypes,  XML tag is not a <documenttypes>",
+          "ZWindowType::AddWindowTypes,  XML tag is not a <windowtypes>",
+          "ZDocumentMap::ZDocumentMap,  XML tag is not a <documenttype>",
+          "ZWindowType::ZWindowType,  XML tag is not a <windowtype>",
+          "ZWindowType::AddDocumentTypes,  XML tag is not a <documentchange>",
+          "ZWindow::AddWindowManagers,  XML tag is not a <windowmanagers>"})
+        EXPECT_TRUE(trace.Has("\nError: " + std::string(text) + ".\n")) << text;
+
+    const auto odd = Make("<documenttype winname=\"Odd\" />");
+    odd->AddWindowTypes(
+        *xmlOf("<windowtypes><windowtype name=\"Odd\" class=\"TestViewClass\" /></windowtypes>"));
+    expectZException(-1, "Class 'TestViewClass' of window type 'Odd' is no window",
+                     [&] { Tell(*odd, ZDOCUMENTNEW, "Document", mDocument); });
+    EXPECT_EQ(odd->GetWindowCount(), 0);
+}
+
+}  // namespace orvane

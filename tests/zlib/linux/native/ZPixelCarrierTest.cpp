@@ -1,0 +1,63 @@
+#include "zlib/linux/native/ZPixelCarrier.h"
+
+#include "support/DisplayProbe.h"
+#include "support/VirtualDisplay.h"
+#include "zlib/common/drawing/ZImage.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::int32_t kWidth = 900;
+constexpr std::int32_t kHeight = 600;
+
+/// A colour of its own for each of ten pictures.
+std::uint32_t colorOf(std::int32_t picture)
+{
+    return 0x101010U + 0x123400U * static_cast<std::uint32_t>(picture);
+}
+
+/// Both routes.
+class ZPixelCarrierTest : public testing::TestWithParam<ZPixelCarrier::Route>
+{
+};
+
+}  // namespace
+
+// Pictures, each of them above the last one's lower part, come faster than any server takes them.
+TEST_P(ZPixelCarrierTest, PicturesArriveWhole)
+{
+    if (!VirtualDisplay::IsAvailable())
+        GTEST_SKIP() << "no X server for tests";
+    const VirtualDisplay display;
+    DisplayProbe probe;
+    const xcb_window_t window = probe.MakeWindow({0, 0, kWidth, kHeight});
+    const XcbConnection connection(xcb_connect(nullptr, nullptr));
+    ZPixelCarrier carrier(connection.get(), probe.GetRoot(), 24, GetParam());
+    const auto image = ZImage::Create(kWidth, kHeight);
+    for (std::int32_t i = 0; i < 10; ++i) {
+        image->WritePixels(std::vector<std::uint32_t>(kWidth * kHeight, 0xFF000000U | colorOf(i)));
+        carrier.Put(window, *image, {0, 60 * i, kWidth + 50, kHeight + 50});
+    }
+    image->WritePixels(std::vector<std::uint32_t>(kWidth * kHeight, 0xFFFFFFFFU));
+    carrier.Put(window, *image, {100, 100, 101, 101});
+    xcb_flush(connection.get());
+    EXPECT_TRUE(waitFor([&] { return probe.PixelAt(100, 100) == 0xFFFFFFU; }));
+    for (std::int32_t i = 0; i < 10; ++i) {
+        EXPECT_EQ(probe.PixelAt(0, 60 * i), colorOf(i)) << i;
+        EXPECT_EQ(probe.PixelAt(kWidth - 1, 60 * i + 59), colorOf(i)) << i;
+    }
+    EXPECT_EQ(probe.PixelAt(101, 100), colorOf(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(Routes, ZPixelCarrierTest,
+                         testing::Values(ZPixelCarrier::Route::kBest,
+                                         ZPixelCarrier::Route::kConnection));
+
+}  // namespace orvane
