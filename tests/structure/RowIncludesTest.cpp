@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+struct Row
+{
+    std::string name;
+    std::vector<std::string> folders;
+    std::vector<std::string> links;
+};
+
+std::vector<std::string> split(const std::string& text, char separator)
+{
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);) {
+        if (!part.empty())
+            parts.push_back(part);
+    }
+    return parts;
+}
+
+/// The rows as the build declares them: `name|folder folder|row row`, a line each.
+std::map<std::string, Row> readRows()
+{
+    std::map<std::string, Row> rows;
+    std::ifstream table(KESTRUNE_ROW_TABLE);
+    for (std::string line; std::getline(table, line);) {
+        const auto bar = line.find('|');
+        const auto lastBar = line.rfind('|');
+        const std::string name = line.substr(0, bar);
+        rows[name] = {name, split(line.substr(bar + 1, lastBar - bar - 1), ' '),
+                      split(line.substr(lastBar + 1), ' ')};
+    }
+    return rows;
+}
+
+void addRowsFrom(const std::map<std::string, Row>& rows, const std::string& name,
+                 std::set<std::string>& reached)
+{
+    if (!reached.insert(name).second)
+        return;
+    for (const std::string& link : rows.at(name).links)
+        addRowsFrom(rows, link, reached);
+}
+
+/// The headers that a file includes by quotes, as files of the project; others are left out.
+std::vector<fs::path> projectIncludes(const fs::path& file)
+{
+    static const std::regex include(R"re(^\s*#\s*include\s+"([^"]+)")re");
+    const fs::path root = KESTRUNE_SOURCE_ROOT;
+    std::vector<fs::path> headers;
+    std::ifstream source(file);
+    for (std::string line; std::getline(source, line);) {
+        std::smatch match;
+        if (!std::regex_search(line, match, include))
+            continue;
+        for (const fs::path& base : {root / "src", root}) {
+            if (fs::exists(base / match[1].str()))
+                headers.push_back(fs::relative(base / match[1].str(), root));
+        }
+    }
+    return headers;
+}
+
+TEST(RowIncludesTest, EveryIncludeStaysInItsRowOrGoesToARowBelow)
+{
+    const auto rows = readRows();
+    ASSERT_GT(rows.size(), 10u) << "no table of rows in " << KESTRUNE_ROW_TABLE;
+    std::map<std::string, std::string> rowOfFolder;
+    for (const auto& [name, row] : rows) {
+        for (const std::string& folder : row.folders)
+            rowOfFolder[folder] = name;
+    }
+
+    std::size_t includes = 0;
+    for (const auto& [folder, name] : rowOfFolder) {
+        std::set<std::string> allowed;
+        addRowsFrom(rows, name, allowed);
+        for (const auto& entry : fs::directory_iterator(fs::path(KESTRUNE_SOURCE_ROOT) / folder)) {
+            const auto ending = entry.path().extension();
+            if (ending != ".h" && ending != ".cpp")
+                continue;
+            for (const fs::path& header : projectIncludes(entry.path())) {
+                ++includes;
+                const auto target = rowOfFolder.find(header.parent_path().string());
+                if (target != rowOfFolder.end())
+                    EXPECT_TRUE(allowed.contains(target->second))
+                        << folder << '/' << entry.path().filename().string() << " includes "
+                        << header.string() << " of " << target->second << ", which " << name
+                        << " does not link";
+            }
+        }
+    }
+    EXPECT_GT(includes, 500u) << "the sources are not where the table says";
+}
+
+}  // namespace
