@@ -18,8 +18,9 @@ function(kestrune_row name)
 
   set_target_properties(${name} PROPERTIES KESTRUNE_ROWS_BELOW "${ROW_LINKS}")
   # One line a row, for RowIncludesTest: name, folders, rows that it links.
-  set_property(GLOBAL APPEND PROPERTY KESTRUNE_ROW_TABLE
-    "${name}|${ROW_FOLDERS}|${ROW_LINKS}")
+  list(JOIN ROW_FOLDERS " " folders)
+  list(JOIN ROW_LINKS " " links)
+  set_property(GLOBAL APPEND PROPERTY KESTRUNE_ROW_TABLE "${name}|${folders}|${links}")
 endfunction()
 
 # Puts the row and all rows below it into the variable. Rows may be declared in any order, since
