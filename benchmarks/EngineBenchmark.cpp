@@ -1,7 +1,6 @@
 #include "kestrune/common/engine/PsolaClass.h"
-#include "zlib/common/buffers/ZBuffer.h"
-
 #include "tools/singer/Singer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,8 @@
 #include "kestrune/common/engine/PsolaClass.h"
-#include "zlib/common/buffers/ZBuffer.h"
-
 #include "support/Measure.h"
 #include "support/Signals.h"
 #include "tools/singer/Singer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include <algorithm>
 #include <cmath>

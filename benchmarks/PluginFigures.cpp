@@ -1,9 +1,8 @@
 #include "kestrune/common/engine/PsolaClass.h"
 #include "pluginwrappers/interface/AEffect.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-#include "zlib/common/buffers/ZBuffer.h"
-
 #include "tools/singer/Singer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>

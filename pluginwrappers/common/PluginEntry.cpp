@@ -17,10 +17,10 @@
 #include "zlib/common/views/ZMessageBoxWindow.h"
 #include "zlib/common/views/ZWindowManager.h"
 
+#include <boost/make_shared.hpp>
+
 #include <memory>
 #include <utility>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -3,10 +3,10 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 
+#include <boost/make_shared.hpp>
+
 #include <cstdint>
 #include <cstring>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -20,12 +20,12 @@
 #include "zlib/common/signals/ZSignalLooper.h"
 #include "zlib/common/views/ZWindow.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <cmath>
 #include <new>
 #include <utility>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -1,9 +1,9 @@
 #include "support/RealtimeGuard.h"
 
+#include <dlfcn.h>
+
 #include <cstddef>
 #include <cstdlib>
-
-#include <dlfcn.h>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KESTRUNE_SANITIZED_HEAP 1

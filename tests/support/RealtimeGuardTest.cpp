@@ -1,5 +1,13 @@
 #include "support/RealtimeGuard.h"
 
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sched.h>
+#include <semaphore.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -8,15 +16,6 @@
 #include <functional>
 #include <mutex>
 #include <thread>
-
-#include <fcntl.h>
-#include <poll.h>
-#include <sched.h>
-#include <semaphore.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

@@ -2,6 +2,9 @@
 
 #include "zlib/common/objects/ZResources.h"
 
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -9,9 +12,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <openssl/evp.h>
-#include <openssl/pem.h>
 
 namespace orvane
 {

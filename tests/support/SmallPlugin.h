@@ -12,6 +12,8 @@
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/signals/ZBlockProcessingBay.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -19,8 +21,6 @@
 #include <memory>
 #include <span>
 #include <vector>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -1,12 +1,12 @@
 #include "support/SystemCalls.h"
 
-#include <algorithm>
-
 #include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace orvane
 {

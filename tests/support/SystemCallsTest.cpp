@@ -1,12 +1,11 @@
 #include "support/SystemCalls.h"
 
+#include <gtest/gtest.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <mutex>
 #include <thread>
-
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

@@ -1,14 +1,14 @@
 #include "support/VirtualDisplay.h"
 
-#include <array>
-#include <cstdlib>
-#include <stdexcept>
-
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <stdexcept>
 
 namespace orvane
 {

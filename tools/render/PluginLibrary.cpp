@@ -2,10 +2,10 @@
 
 #include "zlib/common/objects/ZException.h"
 
+#include <dlfcn.h>
 #include <fmt/format.h>
 
 #include <cstdlib>
-#include <dlfcn.h>
 #include <sstream>
 #include <string>
 #include <system_error>

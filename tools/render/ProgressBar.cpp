@@ -1,11 +1,11 @@
 #include "tools/render/ProgressBar.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <string>
-#include <unistd.h>
 
 namespace orvane
 {

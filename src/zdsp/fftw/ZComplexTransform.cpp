@@ -3,9 +3,9 @@
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZException.h"
 
-#include <mutex>
-
 #include <fftw3.h>
+
+#include <mutex>
 
 namespace orvane
 {

@@ -1,9 +1,9 @@
 #include "zdsp/sse/ZGainSSE.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cassert>
-
-#include <emmintrin.h>
 
 namespace orvane
 {

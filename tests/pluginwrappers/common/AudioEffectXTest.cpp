@@ -1,8 +1,8 @@
 #include "pluginwrappers/common/AudioEffectX.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
-#include "zlib/common/objects/ZException.h"
 
+#include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/BoxRecorder.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-
 #include "support/Eventually.h"
 #include "support/SmallPlugin.h"
 

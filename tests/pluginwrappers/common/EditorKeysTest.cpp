@@ -1,15 +1,14 @@
 // Keyboard and ignore boxes of the shipped window in the hands of a user, down to the notes that
 // are heard. Without a display; it ticks when a test says so.
 
-#include "pluginwrappers/common/EditorBench.h"
-#include "support/BoxRecorder.h"
-#include "support/Measure.h"
-#include "support/Signals.h"
-
 #include "kestrune/common/pitch/KestruneNameScaleDialog.h"
 #include "kestrune/common/views/KestruneIgnoreKeysView.h"
 #include "kestrune/common/views/KestruneKeyboardView.h"
+#include "pluginwrappers/common/EditorBench.h"
 #include "pluginwrappers/interface/VstEvents.h"
+#include "support/BoxRecorder.h"
+#include "support/Measure.h"
+#include "support/Signals.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
 

@@ -1,6 +1,5 @@
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-
 #include "support/DisplayProbe.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"

@@ -1,18 +1,17 @@
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstEvents.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-#include "zdsp/common/ZVectorSupport.h"
-#include "zlib/common/documents/ZAudioManager.h"
-#include "zlib/common/signals/ZInputBay.h"
-#include "zlib/common/signals/ZOutputBay.h"
-#include "zlib/common/signals/ZSignalLooper.h"
-
 #include "support/BoxRecorder.h"
 #include "support/Eventually.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "support/SmallPlugin.h"
 #include "support/SystemCalls.h"
+#include "zdsp/common/ZVectorSupport.h"
+#include "zlib/common/documents/ZAudioManager.h"
+#include "zlib/common/signals/ZInputBay.h"
+#include "zlib/common/signals/ZOutputBay.h"
+#include "zlib/common/signals/ZSignalLooper.h"
 
 #include <gtest/gtest.h>
 

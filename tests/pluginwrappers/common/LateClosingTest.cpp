@@ -2,17 +2,15 @@
 
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-
 #include "support/Eventually.h"
 #include "support/SmallPlugin.h"
 
+#include <boost/smart_ptr/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
 #include <thread>
-
-#include <boost/smart_ptr/weak_ptr.hpp>
 
 namespace orvane
 {

@@ -1,7 +1,6 @@
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstEvents.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 

@@ -2,15 +2,14 @@
 
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
+#include "support/BoxRecorder.h"
+#include "support/SmallPlugin.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLDocument.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZWindow.h"
-
-#include "support/BoxRecorder.h"
-#include "support/SmallPlugin.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>

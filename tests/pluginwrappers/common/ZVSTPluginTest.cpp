@@ -1,9 +1,8 @@
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
+#include "support/BoxRecorder.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
-
-#include "support/BoxRecorder.h"
 
 #include <gtest/gtest.h>
 

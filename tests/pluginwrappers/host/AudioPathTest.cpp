@@ -1,7 +1,5 @@
 #include "TestHost.h"
-
 #include "pluginwrappers/interface/VstOpcodes.h"
-
 #include "support/Signals.h"
 
 #include <gtest/gtest.h>

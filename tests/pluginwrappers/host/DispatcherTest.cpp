@@ -1,5 +1,4 @@
 #include "TestHost.h"
-
 #include "pluginwrappers/interface/VstOpcodes.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,6 @@
 // their windows, one habit a test.
 
 #include "TestHost.h"
-
 #include "pluginwrappers/interface/ERect.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "pluginwrappers/interface/WindowPicture.h"
@@ -10,6 +9,7 @@
 #include "support/VirtualDisplay.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -20,8 +20,6 @@
 #include <memory>
 #include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 namespace orvane
 {

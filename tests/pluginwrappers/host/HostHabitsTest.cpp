@@ -1,7 +1,6 @@
 // What hosts do with programs, chunks and parameters, one habit a test.
 
 #include "TestHost.h"
-
 #include "pluginwrappers/interface/VstOpcodes.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,7 @@
 #include "TestHost.h"
-
 #include "pluginwrappers/interface/VstOpcodes.h"
 
 #include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <algorithm>

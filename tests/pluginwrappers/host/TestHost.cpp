@@ -1,7 +1,6 @@
 #include "TestHost.h"
 
 #include "pluginwrappers/interface/VstOpcodes.h"
-
 #include "support/Eventually.h"
 
 #include <dlfcn.h>

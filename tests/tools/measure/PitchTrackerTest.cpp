@@ -1,8 +1,8 @@
 #include "tools/measure/PitchTracker.h"
-#include "tools/measure/NoteAccuracy.h"
-#include "tools/singer/Singer.h"
 
 #include "support/Signals.h"
+#include "tools/measure/NoteAccuracy.h"
+#include "tools/singer/Singer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "tools/render/AutomationFile.h"
+
 #include "support/ExpectZException.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #include "tools/render/MidiFile.h"
+
 #include "support/ExpectZException.h"
 
 #include <gtest/gtest.h>

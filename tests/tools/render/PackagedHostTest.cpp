@@ -1,6 +1,5 @@
-#include "tools/render/RenderProgram.h"
-
 #include "tools/render/PluginInstance.h"
+#include "tools/render/RenderProgram.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "tools/render/PluginInstance.h"
+
 #include "support/PrivateFolder.h"
 #include "tools/fake_plugin/FakePlugin.h"
 #include "tools/render/OfflineRender.h"

@@ -1,9 +1,8 @@
-#include "tools/render/RenderProgram.h"
-
 #include "kestrune/common/engine/KestruneScales.h"
 #include "support/Signals.h"
 #include "tools/render/PitchReader.h"
 #include "tools/render/PitchTrack.h"
+#include "tools/render/RenderProgram.h"
 #include "tools/render/RenderSettings.h"
 #include "tools/render/ScaleGrid.h"
 #include "tools/render/SoundFile.h"

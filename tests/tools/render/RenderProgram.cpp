@@ -2,12 +2,13 @@
 
 #include "tools/singer/Singer.h"
 
-#include <algorithm>
 #include <fcntl.h>
 #include <spawn.h>
-#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <stdexcept>
 
 namespace orvane
 {

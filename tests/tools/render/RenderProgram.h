@@ -2,8 +2,9 @@
 
 #include "support/PrivateFolder.h"
 
-#include <filesystem>
 #include <sndfile.h>
+
+#include <filesystem>
 #include <string>
 #include <vector>
 

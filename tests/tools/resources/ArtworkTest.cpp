@@ -1,7 +1,6 @@
+#include "resources/KestruneResources.h"
 #include "tools/resources/ArtworkTable.h"
 #include "tools/resources/PixelFont.h"
-
-#include "resources/KestruneResources.h"
 #include "zlib/common/objects/ZResources.h"
 
 #include <fontconfig/fontconfig.h>

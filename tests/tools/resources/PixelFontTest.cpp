@@ -1,7 +1,7 @@
 #include "tools/resources/PixelFont.h"
-#include "tools/resources/TrueTypeFile.h"
 
 #include "resources/KestruneResources.h"
+#include "tools/resources/TrueTypeFile.h"
 #include "zlib/common/objects/ZResources.h"
 
 #include <cairo-ft.h>

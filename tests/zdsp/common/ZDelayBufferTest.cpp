@@ -2,9 +2,9 @@
 
 #include "zlib/common/objects/ZException.h"
 
-#include <cstdint>
-
 #include <gtest/gtest.h>
+
+#include <cstdint>
 
 namespace orvane
 {

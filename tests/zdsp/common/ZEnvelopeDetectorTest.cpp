@@ -1,12 +1,12 @@
 #include "zdsp/common/ZEnvelopeDetector.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <memory>
 #include <span>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

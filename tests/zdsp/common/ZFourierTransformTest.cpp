@@ -4,6 +4,8 @@
 #include "zdsp/common/Noise.h"
 #include "zlib/common/objects/ZException.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <complex>
@@ -11,8 +13,6 @@
 #include <numbers>
 #include <thread>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

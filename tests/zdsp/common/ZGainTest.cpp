@@ -3,14 +3,14 @@
 #include "zdsp/common/Noise.h"
 #include "zdsp/common/ZVectorSupport.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <complex>
 #include <limits>
 #include <memory>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

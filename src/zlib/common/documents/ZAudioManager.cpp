@@ -13,11 +13,11 @@
 #include "zlib/common/signals/ZSignalLooper.h"
 #include "zlib/common/signals/ZSilentDriver.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <array>
 #include <utility>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

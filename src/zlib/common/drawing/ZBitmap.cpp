@@ -7,10 +7,10 @@
 #include "zlib/common/objects/ZResources.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <cstddef>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

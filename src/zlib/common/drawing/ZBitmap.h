@@ -3,13 +3,13 @@
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/objects/ZString.h"
 
+#include <boost/shared_ptr.hpp>
+
 #include <cstdint>
 #include <memory>
 #include <span>
 #include <string_view>
 #include <vector>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvane
 {

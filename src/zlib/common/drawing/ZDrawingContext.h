@@ -8,10 +8,10 @@
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 
+#include <boost/shared_ptr.hpp>
+
 #include <cstdint>
 #include <memory>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvane
 {

@@ -3,10 +3,10 @@
 #include "zlib/common/objects/ZColor.h"
 #include "zlib/common/objects/ZPoint.h"
 
+#include <boost/shared_ptr.hpp>
+
 #include <memory>
 #include <span>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvane
 {

@@ -2,9 +2,9 @@
 
 #include "zlib/common/objects/ZLooper.h"
 
-#include <cstdint>
-
 #include <boost/shared_ptr.hpp>
+
+#include <cstdint>
 
 namespace orvane
 {

@@ -5,11 +5,11 @@
 #include "zlib/common/objects/ZSystemServices.h"
 #include "zlib/common/objects/ZTempFile.h"
 
+#include <boost/make_shared.hpp>
+
 #include <cstddef>
 #include <cstdio>
 #include <span>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -4,9 +4,9 @@
 #include "zlib/common/objects/ZObject.h"
 #include "zlib/common/objects/ZString.h"
 
-#include <cstdint>
-
 #include <boost/shared_ptr.hpp>
+
+#include <cstdint>
 
 namespace orvane
 {

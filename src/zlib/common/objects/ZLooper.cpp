@@ -7,14 +7,14 @@
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZThread.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <chrono>
 #include <iterator>
 #include <mutex>
 #include <optional>
 #include <utility>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -5,12 +5,12 @@
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
 
+#include <boost/shared_ptr.hpp>
+
 #include <concepts>
 #include <cstdint>
 #include <string_view>
 #include <utility>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvane
 {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 #include <string>
 #include <string_view>
-
-#include <boost/shared_ptr.hpp>
 
 namespace orvane
 {

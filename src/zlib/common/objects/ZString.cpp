@@ -1,5 +1,7 @@
 #include "zlib/common/objects/ZString.h"
 
+#include <locale.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -7,8 +9,6 @@
 #include <cwchar>
 #include <cwctype>
 #include <utility>
-
-#include <locale.h>
 
 namespace orvane
 {

@@ -3,9 +3,9 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZSystemServices.h"
 
-#include <string>
-
 #include <boost/make_shared.hpp>
+
+#include <string>
 
 namespace orvane
 {

@@ -4,14 +4,13 @@
 #include "zlib/common/objects/ZTrace.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
+#include <locale.h>
+#include <stdlib.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
-
-#include <locale.h>
-#include <stdlib.h>
 
 namespace orvane
 {

@@ -9,10 +9,10 @@
 #include "zlib/common/signals/ZOutputBay.h"
 #include "zlib/common/signals/ZSignalDriver.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <bit>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -4,9 +4,9 @@
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 
-#include <cstdint>
-
 #include <boost/shared_ptr.hpp>
+
+#include <cstdint>
 
 namespace orvane
 {

@@ -1,13 +1,13 @@
 #include "zlib/common/documents/ZDataFiles.h"
 
+#include <dlfcn.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string_view>
 #include <system_error>
 #include <vector>
-
-#include <dlfcn.h>
 
 namespace orvane
 {

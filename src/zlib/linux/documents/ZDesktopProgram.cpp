@@ -1,12 +1,12 @@
 #include "zlib/linux/documents/ZDesktopProgram.h"
 
-#include <cerrno>
-
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace orvane
 {

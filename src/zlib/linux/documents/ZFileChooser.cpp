@@ -6,14 +6,14 @@
 #include "zlib/common/objects/ZMessageBox.h"
 #include "zlib/linux/documents/ZDesktopProgram.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace orvane
 {

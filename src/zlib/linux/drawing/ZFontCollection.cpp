@@ -4,15 +4,14 @@
 #include "zlib/common/objects/ZString.h"
 #include "zlib/common/objects/ZUndying.h"
 
+#include <dlfcn.h>
 #include <fontconfig/fontconfig.h>
 #include <pango/pangofc-fontmap.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <optional>
-
-#include <dlfcn.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace orvane
 {

@@ -2,9 +2,9 @@
 
 #include "zlib/linux/drawing/ZGradientBrushNative.h"
 
-#include <utility>
-
 #include <boost/make_shared.hpp>
+
+#include <utility>
 
 namespace orvane
 {

@@ -1,10 +1,10 @@
 #include "zlib/linux/native/ZSharedPixels.h"
 
-#include <cassert>
-
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <cassert>
 
 namespace orvane
 {

@@ -2,12 +2,12 @@
 
 #include "zlib/linux/native/ZXcb.h"
 
+#include <xcb/shm.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
-
-#include <xcb/shm.h>
 
 namespace orvane
 {

@@ -1,5 +1,9 @@
 #include "zlib/common/objects/ZNativeFile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cassert>
 #include <cerrno>
@@ -9,10 +13,6 @@
 #include <system_error>
 #include <utility>
 #include <vector>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace orvane
 {

@@ -3,17 +3,17 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZSemaphore.h"
 
-#include <algorithm>
-#include <array>
-#include <atomic>
-#include <mutex>
-#include <string>
-
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <mutex>
+#include <string>
 
 namespace orvane
 {

@@ -1,4 +1,5 @@
 #include "kestrune/common/engine/KestruneCorrection.h"
+
 #include "kestrune/common/engine/FrequencyToNote.h"
 #include "zlib/common/buffers/ZBuffer.h"
 

@@ -1,5 +1,4 @@
 #include "kestrune/common/engine/PsolaClass.h"
-#include "zlib/common/buffers/ZBuffer.h"
 
 #include "EngineRun.h"
 #include "PlainPsola.h"
@@ -8,6 +7,7 @@
 #include "support/Signals.h"
 #include "support/SystemCalls.h"
 #include "tools/singer/Singer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 // of scales do to the elements of the pitch bay.
 
 #include "kestrune/common/pitch/KestruneDocument.h"
+
 #include "kestrune/common/pitch/KestruneMessages.h"
 #include "kestrune/common/pitch/KestruneNameScaleDialog.h"
 #include "kestrune/common/pitch/KestruneScaleTable.h"

@@ -1,4 +1,5 @@
 #include "kestrune/common/views/KestruneCentsSlider.h"
+
 #include "support/ExpectZException.h"
 #include "zlib/common/views/ViewCanvas.h"
 

@@ -1,6 +1,7 @@
 // The bar that tells by how many cents the voice is bent.
 
 #include "kestrune/common/views/KestruneCorrectionMeter.h"
+
 #include "kestrune/common/views/ViewBench.h"
 #include "support/ExpectZException.h"
 

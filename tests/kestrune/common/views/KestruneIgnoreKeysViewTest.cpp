@@ -1,6 +1,7 @@
 // The boxes over the keyboard that leave notes uncorrected.
 
 #include "kestrune/common/views/KestruneIgnoreKeysView.h"
+
 #include "kestrune/common/views/ViewBench.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // The keyboard: where its keys lie, what they show, and how the mouse edits the scale.
 
 #include "kestrune/common/views/KestruneKeyboardView.h"
+
 #include "kestrune/common/views/KestruneKeyboardLabel.h"
 #include "kestrune/common/views/ViewBench.h"
 

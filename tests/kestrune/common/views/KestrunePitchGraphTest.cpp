@@ -1,6 +1,7 @@
 // The scrolling graph of pitches, and the axes that it stands between.
 
 #include "kestrune/common/views/KestrunePitchGraph.h"
+
 #include "kestrune/common/views/ViewBench.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,8 @@
 #include "support/ExpectZException.h"
 #include "support/RealtimeGuard.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -10,8 +12,6 @@
 #include <limits>
 #include <numeric>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

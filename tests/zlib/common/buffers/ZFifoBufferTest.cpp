@@ -4,6 +4,8 @@
 #include "support/RealtimeGuard.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -12,8 +14,6 @@
 #include <span>
 #include <thread>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

@@ -1,14 +1,12 @@
-#include "zlib/common/documents/ZPluginAudioManager.h"
-
+#include "support/BoxRecorder.h"
+#include "support/SmallPlugin.h"
 #include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/documents/ZPluginAudioManager.h"
 #include "zlib/common/elements/ZAudioFormatElement.h"
 #include "zlib/common/signals/ZInputBay.h"
 #include "zlib/common/signals/ZOutputBay.h"
 #include "zlib/common/signals/ZSignalLooper.h"
 #include "zlib/common/signals/ZSilentDriver.h"
-
-#include "support/BoxRecorder.h"
-#include "support/SmallPlugin.h"
 
 #include <gtest/gtest.h>
 

@@ -8,9 +8,8 @@
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZFile.h"
 
-#include <gtest/gtest.h>
-
 #include <boost/smart_ptr/weak_ptr.hpp>
+#include <gtest/gtest.h>
 
 namespace orvane
 {

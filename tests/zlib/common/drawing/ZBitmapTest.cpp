@@ -9,13 +9,12 @@
 #include "zlib/common/objects/ZFile.h"
 #include "zlib/common/objects/ZResources.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <limits>
 #include <random>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

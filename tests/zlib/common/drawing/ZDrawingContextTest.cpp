@@ -4,14 +4,13 @@
 #include "zlib/common/drawing/ZPath.h"
 #include "zlib/common/drawing/ZRegion.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <numbers>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

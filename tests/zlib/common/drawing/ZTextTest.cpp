@@ -3,6 +3,7 @@
 #include "zlib/common/drawing/ZDrawingLibrary.h"
 #include "zlib/common/drawing/ZFont.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -11,8 +12,6 @@
 #include <span>
 #include <string>
 #include <thread>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

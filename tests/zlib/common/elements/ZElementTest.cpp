@@ -8,9 +8,8 @@
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
-#include <gtest/gtest.h>
-
 #include <boost/smart_ptr/make_shared.hpp>
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <functional>

@@ -1,10 +1,9 @@
 #include "zlib/common/objects/ZEventLoop.h"
 
+#include "support/BoxRecorder.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZSemaphore.h"
-
-#include "support/BoxRecorder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "zlib/common/objects/ZException.h"
-#include "zlib/common/objects/ZMessageBox.h"
 
 #include "support/BoxRecorder.h"
+#include "zlib/common/objects/ZMessageBox.h"
 
 #include <gtest/gtest.h>
 

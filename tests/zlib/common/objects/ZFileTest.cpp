@@ -4,15 +4,14 @@
 #include "support/PrivateFolder.h"
 #include "zlib/common/objects/ZTempFile.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
-
-#include <boost/make_shared.hpp>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace orvane
 {

@@ -6,14 +6,13 @@
 #include "zlib/common/objects/ZSemaphore.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <thread>
 #include <vector>
-
-#include <unistd.h>
 
 namespace orvane
 {

@@ -7,6 +7,7 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,8 +15,6 @@
 #include <memory>
 #include <thread>
 #include <vector>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -1,11 +1,10 @@
 #include "zlib/common/objects/ZMessage.h"
 
+#include "support/ExpectZException.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZMessageRegistry.h"
 #include "zlib/common/objects/ZXMLElement.h"
-
-#include "support/ExpectZException.h"
 
 #include <gtest/gtest.h>
 

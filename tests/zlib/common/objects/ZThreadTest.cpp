@@ -1,20 +1,18 @@
 #include "zlib/common/objects/ZThread.h"
 
+#include "support/BoxRecorder.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZSemaphore.h"
 
-#include "support/BoxRecorder.h"
-
 #include <gtest/gtest.h>
-
-#include <array>
-#include <atomic>
-#include <chrono>
-
 #include <pthread.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
 
 namespace orvane
 {

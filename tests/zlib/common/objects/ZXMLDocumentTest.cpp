@@ -7,6 +7,7 @@
 #include "zlib/common/objects/ZFile.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -15,8 +16,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

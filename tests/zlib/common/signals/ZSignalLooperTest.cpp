@@ -1,20 +1,18 @@
 #include "zlib/common/signals/ZSignalLooper.h"
 
+#include "support/Eventually.h"
+#include "support/ProbeBay.h"
+#include "support/SmallApplication.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/signals/ZInputBay.h"
 #include "zlib/common/signals/ZOutputBay.h"
 #include "zlib/common/signals/ZSilentDriver.h"
 
-#include "support/Eventually.h"
-#include "support/ProbeBay.h"
-#include "support/SmallApplication.h"
-
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

@@ -8,14 +8,13 @@
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZView.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include <boost/make_shared.hpp>
 
 namespace orvane
 {

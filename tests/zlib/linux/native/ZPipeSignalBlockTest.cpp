@@ -1,13 +1,12 @@
 #include "zlib/linux/native/ZPipeSignalBlock.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <csignal>
-
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace orvane
 {
