@@ -1,6 +1,6 @@
 #include "kestrune/common/pitch/KestruneNameScaleDialog.h"
 
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,7 +13,7 @@ namespace
 
 KestruneNameScaleDialog::Runner& currentRunner()
 {
-    static const ZUndying<KestruneNameScaleDialog::Runner> runner;
+    static const ZNeverDestroyed<KestruneNameScaleDialog::Runner> runner;
     return *runner;
 }
 

@@ -2,7 +2,7 @@
 
 #include "zlib/common/controls/ZMenuWindow.h"
 #include "zlib/common/objects/ZException.h"
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <utility>
 
@@ -14,7 +14,7 @@ namespace
 
 ZMenu::Presenter& replacement()
 {
-    static const ZUndying<ZMenu::Presenter> presenter;
+    static const ZNeverDestroyed<ZMenu::Presenter> presenter;
     return *presenter;
 }
 

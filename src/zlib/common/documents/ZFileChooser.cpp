@@ -2,7 +2,7 @@
 
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/objects/ZMessageBox.h"
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <utility>
 
@@ -14,7 +14,7 @@ namespace
 
 ZFileChooser::Presenter& replacement()
 {
-    static const ZUndying<ZFileChooser::Presenter> presenter;
+    static const ZNeverDestroyed<ZFileChooser::Presenter> presenter;
     return *presenter;
 }
 

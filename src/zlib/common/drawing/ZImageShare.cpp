@@ -1,5 +1,5 @@
 #include "zlib/common/drawing/ZImage.h"
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <map>
 #include <mutex>
@@ -38,7 +38,7 @@ struct Shares
 };
 
 // Never destroyed: the interface thread may drop pictures until the very end of the process.
-const ZUndying<Shares> shares;
+const ZNeverDestroyed<Shares> shares;
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #include "zlib/common/objects/ZInterfaceLock.h"
 
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <cassert>
 #include <condition_variable>
@@ -64,7 +64,7 @@ private:
 // the process ends.
 FairRecursiveLock& theLock()
 {
-    static const ZUndying<FairRecursiveLock> lock;
+    static const ZNeverDestroyed<FairRecursiveLock> lock;
     return *lock;
 }
 

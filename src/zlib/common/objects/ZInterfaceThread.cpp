@@ -1,8 +1,8 @@
 #include "zlib/common/objects/ZInterfaceThread.h"
 
 #include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 #include "zlib/common/objects/ZThread.h"
-#include "zlib/common/objects/ZUndying.h"
 
 #include <cstdint>
 #include <mutex>
@@ -42,7 +42,7 @@ struct ZInterfaceThread::Shared
     // Never destroyed: boxes may be raised, and holds let go, until the very end of the process.
     static Shared& Get()
     {
-        static const ZUndying<Shared> shared;
+        static const ZNeverDestroyed<Shared> shared;
         return *shared;
     }
 };

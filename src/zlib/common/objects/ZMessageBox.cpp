@@ -1,7 +1,7 @@
 #include "zlib/common/objects/ZMessageBox.h"
 
 #include "zlib/common/objects/ZInterfaceThread.h"
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -29,7 +29,7 @@ struct BoxState
 // Never destroyed: a failure may be reported until the very end of the process.
 BoxState& state()
 {
-    static const ZUndying<BoxState> boxes;
+    static const ZNeverDestroyed<BoxState> boxes;
     return *boxes;
 }
 

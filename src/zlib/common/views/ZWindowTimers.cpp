@@ -4,7 +4,7 @@
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/objects/ZUndying.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -31,7 +31,7 @@ struct Timer
 // ended; with the last timer the map owns nothing but its own few bytes.
 std::map<std::int64_t, Timer>& timers()
 {
-    static const ZUndying<std::map<std::int64_t, Timer>> all;
+    static const ZNeverDestroyed<std::map<std::int64_t, Timer>> all;
     return *all;
 }
 

@@ -1,8 +1,8 @@
 #include "zlib/linux/drawing/ZFontCollection.h"
 
 #include "zlib/common/drawing/ZDrawingLibrary.h"
+#include "zlib/common/objects/ZNeverDestroyed.h"
 #include "zlib/common/objects/ZString.h"
-#include "zlib/common/objects/ZUndying.h"
 
 #include <dlfcn.h>
 #include <fontconfig/fontconfig.h>
@@ -126,7 +126,7 @@ std::optional<std::string> memoryFileOf(std::span<const std::byte> bytes)
 }
 
 // Never destroyed: the interface thread may draw until the very end of the process.
-const ZUndying<ZFontCollection> fontCollection;
+const ZNeverDestroyed<ZFontCollection> fontCollection;
 
 }  // namespace
 

@@ -154,7 +154,7 @@ ZDisplayConnection::ZDisplayConnection(XcbConnection connection, const xcb_scree
     : mConnection(std::move(connection))
     , mScreen(screen)
     , mFormat(format)
-    , mPixels(mConnection.get(), screen.root, format.depth, ZPixelCarrier::Route::kBest)
+    , mPixels(mConnection.get(), screen.root, format.depth, ZBlitter::Route::kBest)
     , mKeyboard(mConnection.get())
     , mSource(mThread.GetLoop().AddDescriptor(xcb_get_file_descriptor(mConnection.get()),
                                               [this] { Drain(); }))

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "zlib/common/objects/ZInterfaceThread.h"
+#include "zlib/linux/native/ZBlitter.h"
 #include "zlib/linux/native/ZKeyboard.h"
 #include "zlib/linux/native/ZPipeSignalBlock.h"
-#include "zlib/linux/native/ZPixelCarrier.h"
 #include "zlib/linux/native/ZXcb.h"
 
 #include <cstdint>
@@ -61,7 +61,7 @@ public:
     /// The size of the whole screen, which may span several monitors.
     [[nodiscard]] ZRect GetScreenRect() const;
     [[nodiscard]] const Format& GetFormat() const { return mFormat; }
-    [[nodiscard]] ZPixelCarrier& GetPixels() { return mPixels; }
+    [[nodiscard]] ZBlitter& GetPixels() { return mPixels; }
     [[nodiscard]] ZKeyboard& GetKeyboard() { return mKeyboard; }
     /// XCB_ATOM_NONE when the display is gone.
     [[nodiscard]] xcb_atom_t GetAtom(const std::string& name);
@@ -91,7 +91,7 @@ private:
     const XcbConnection mConnection;
     const xcb_screen_t mScreen;
     const Format mFormat;
-    ZPixelCarrier mPixels;
+    ZBlitter mPixels;
     ZKeyboard mKeyboard;
     std::map<std::string, xcb_atom_t> mAtoms;
     std::map<xcb_window_t, ZDisplayClient*> mClients;

@@ -10,15 +10,15 @@ namespace orvane
 /// while the process ends. It lies in the library's own memory, so that nothing stays behind when a
 /// host unloads the library; T must therefore own nothing by then.
 template <typename T>
-class ZUndying
+class ZNeverDestroyed
 {
 public:
-    ZUndying()
+    ZNeverDestroyed()
         : mObject(new (mStorage) T)
     {
     }
-    ZUndying(const ZUndying&) = delete;
-    ZUndying& operator=(const ZUndying&) = delete;
+    ZNeverDestroyed(const ZNeverDestroyed&) = delete;
+    ZNeverDestroyed& operator=(const ZNeverDestroyed&) = delete;
 
     [[nodiscard]] T& operator*() const { return *mObject; }
 

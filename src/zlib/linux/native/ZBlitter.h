@@ -17,7 +17,7 @@ class ZImage;
 
 /// Brings pixels of images to windows: through shared memory where the server takes it, else
 /// through the connection. [under the interface lock]
-class ZPixelCarrier
+class ZBlitter
 {
 public:
     enum class Route
@@ -27,7 +27,7 @@ public:
     };
 
     /// All windows that pixels are put to have this depth and are on the screen of this root.
-    ZPixelCarrier(xcb_connection_t* connection, xcb_window_t root, std::uint8_t depth, Route route);
+    ZBlitter(xcb_connection_t* connection, xcb_window_t root, std::uint8_t depth, Route route);
 
     /// Copies a part of the image to the same place in the window.
     void Put(xcb_window_t window, const ZImage& image, const ZRect& rect);

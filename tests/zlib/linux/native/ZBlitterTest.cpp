@@ -1,4 +1,4 @@
-#include "zlib/linux/native/ZPixelCarrier.h"
+#include "zlib/linux/native/ZBlitter.h"
 
 #include "support/DisplayProbe.h"
 #include "support/VirtualDisplay.h"
@@ -24,14 +24,14 @@ std::uint32_t colorOf(std::int32_t picture)
 }
 
 /// Both routes.
-class ZPixelCarrierTest : public testing::TestWithParam<ZPixelCarrier::Route>
+class ZBlitterTest : public testing::TestWithParam<ZBlitter::Route>
 {
 };
 
 }  // namespace
 
 // Pictures, each of them above the last one's lower part, come faster than any server takes them.
-TEST_P(ZPixelCarrierTest, PicturesArriveWhole)
+TEST_P(ZBlitterTest, PicturesArriveWhole)
 {
     if (!VirtualDisplay::IsAvailable())
         GTEST_SKIP() << "no X server for tests";
@@ -39,7 +39,7 @@ TEST_P(ZPixelCarrierTest, PicturesArriveWhole)
     DisplayProbe probe;
     const xcb_window_t window = probe.MakeWindow({0, 0, kWidth, kHeight});
     const XcbConnection connection(xcb_connect(nullptr, nullptr));
-    ZPixelCarrier carrier(connection.get(), probe.GetRoot(), 24, GetParam());
+    ZBlitter carrier(connection.get(), probe.GetRoot(), 24, GetParam());
     const auto image = ZImage::Create(kWidth, kHeight);
     for (std::int32_t i = 0; i < 10; ++i) {
         image->WritePixels(std::vector<std::uint32_t>(kWidth * kHeight, 0xFF000000U | colorOf(i)));
@@ -56,8 +56,7 @@ TEST_P(ZPixelCarrierTest, PicturesArriveWhole)
     EXPECT_EQ(probe.PixelAt(101, 100), colorOf(1));
 }
 
-INSTANTIATE_TEST_SUITE_P(Routes, ZPixelCarrierTest,
-                         testing::Values(ZPixelCarrier::Route::kBest,
-                                         ZPixelCarrier::Route::kConnection));
+INSTANTIATE_TEST_SUITE_P(Routes, ZBlitterTest,
+                         testing::Values(ZBlitter::Route::kBest, ZBlitter::Route::kConnection));
 
 }  // namespace orvane

@@ -1,4 +1,4 @@
-#include "zlib/linux/native/ZPixelCarrier.h"
+#include "zlib/linux/native/ZBlitter.h"
 
 #include "zlib/common/drawing/ZImage.h"
 
@@ -41,8 +41,7 @@ xcb_gcontext_t makeContext(xcb_connection_t* connection, xcb_window_t root, std:
 
 }  // namespace
 
-ZPixelCarrier::ZPixelCarrier(xcb_connection_t* connection, xcb_window_t root, std::uint8_t depth,
-                             Route route)
+ZBlitter::ZBlitter(xcb_connection_t* connection, xcb_window_t root, std::uint8_t depth, Route route)
     : mConnection(connection)
     , mDepth(depth)
     , mSwapsBytes(hasOtherByteOrder(connection))
@@ -51,7 +50,7 @@ ZPixelCarrier::ZPixelCarrier(xcb_connection_t* connection, xcb_window_t root, st
 {
 }
 
-void ZPixelCarrier::Put(xcb_window_t window, const ZImage& image, const ZRect& rect)
+void ZBlitter::Put(xcb_window_t window, const ZImage& image, const ZRect& rect)
 {
     const ZRect part = rect.Intersection({0, 0, image.GetWidth(), image.GetHeight()});
     if (part.IsEmpty())
@@ -62,7 +61,7 @@ void ZPixelCarrier::Put(xcb_window_t window, const ZImage& image, const ZRect& r
         PutRows(window, image, {part.left, top, part.right, std::min(top + rows, part.bottom)});
 }
 
-void ZPixelCarrier::PutRows(xcb_window_t window, const ZImage& image, const ZRect& rows)
+void ZBlitter::PutRows(xcb_window_t window, const ZImage& image, const ZRect& rows)
 {
     const auto pixels = image.GetPremultipliedPixels();
     const auto stride = static_cast<std::size_t>(image.GetWidth());
@@ -89,7 +88,7 @@ void ZPixelCarrier::PutRows(xcb_window_t window, const ZImage& image, const ZRec
                       reinterpret_cast<const std::uint8_t*>(out.data()));
 }
 
-std::span<std::uint32_t> ZPixelCarrier::Reserve(std::size_t count)
+std::span<std::uint32_t> ZBlitter::Reserve(std::size_t count)
 {
     if (mShared)
         return mShared->Reserve(count);
@@ -97,7 +96,7 @@ std::span<std::uint32_t> ZPixelCarrier::Reserve(std::size_t count)
     return mCopy;
 }
 
-std::size_t ZPixelCarrier::GetLimit() const
+std::size_t ZBlitter::GetLimit() const
 {
     return mShared ? ZSharedPixels::kCapacity : pixelsOfRequest(mConnection);
 }
