@@ -1,6 +1,6 @@
 #include "pluginwrappers/common/AudioEffect.h"
 
-#include "pluginwrappers/common/LateClosing.h"
+#include "pluginwrappers/common/DeferredDelete.h"
 #include "pluginwrappers/common/VstText.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "zlib/common/objects/ZException.h"
@@ -313,7 +313,7 @@ void AudioEffect::close()
         return;
     }
     mIsClosed = true;
-    closeLater(this);
+    deleteDeferred(this);
 }
 
 bool AudioEffect::hostCallsReturn(std::chrono::milliseconds limit) const

@@ -329,7 +329,7 @@ bool ZVSTPlugin::HostIsOffline()
 bool ZVSTPlugin::BeatTicks()
 {
     mFaults.Report();
-    TellHostOfWaiting();
+    SendPendingAutomation();
     return mClock.WallClockTicks(ZStreamClock::Clock::now());
 }
 
@@ -378,7 +378,7 @@ void ZVSTPlugin::TellHost(std::int32_t index)
         setParameterAutomated(index, getParameter(index));
 }
 
-void ZVSTPlugin::TellHostOfWaiting()
+void ZVSTPlugin::SendPendingAutomation()
 {
     // Taken out first: the lock is given up around each call of the host.
     for (const std::int32_t index : std::exchange(mToldNextBeat, {}))

@@ -124,7 +124,7 @@ private:
                   ZHostStream::Output output) noexcept;
     void TickByStream(std::int32_t frames, float rate) noexcept;
     [[nodiscard]] bool HostIsOffline();
-    void TellHostOfWaiting();
+    void SendPendingAutomation();
 
     ZInterfaceThread mInterfaceThread;  // first, since it outlives all that it serves
     const std::thread::id mEntryThread = std::this_thread::get_id();

@@ -45,7 +45,7 @@ void KestruneEngineControl::ApplyAll(PsolaClass& engine) noexcept
     tell(engine, mInForce, [](auto) { return true; });
 }
 
-void KestruneEngineControl::ApplyNews(PsolaClass& engine) noexcept
+void KestruneEngineControl::ApplyChanges(PsolaClass& engine) noexcept
 {
     const Settings* const newest = mMailbox.TakeNewest();
     if (!newest)

@@ -20,7 +20,7 @@ public:
     void ApplyAll(PsolaClass& engine) noexcept;
     /// Tells the engine what is new: some setters are not free, others start something.
     /// [audio thread]
-    void ApplyNews(PsolaClass& engine) noexcept;
+    void ApplyChanges(PsolaClass& engine) noexcept;
 
     /// What the engine has been told last. [audio thread]
     [[nodiscard]] const KestruneEngineSettings& InForce() const noexcept { return mInForce; }

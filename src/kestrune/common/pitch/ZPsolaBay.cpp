@@ -214,7 +214,7 @@ void ZPsolaBay::ProcessBlock() noexcept
     if (!mDelay[0])
         return ZBlockProcessingBay::ProcessBlock();
     if (mEngineRuns)
-        mControl.ApplyNews(*mEngine);
+        mControl.ApplyChanges(*mEngine);
     TakeState(mEngineRuns && mControl.InForce().IsWet());
     const bool isChanging = mChangeCount < mEngineLatency;
     if (isChanging)

@@ -135,7 +135,7 @@ void ZPlugin::EndEdit(const ZElement* element)
         const auto exposed = GetExposedElement(i);
         if (exposed.get() != element)
             continue;
-        if (exposed->TakeTellingFromFlush())
+        if (exposed->ClaimHostNotification())
             mSetParameterFn->SetParameter(exposed, i);
         mSetParameterFn->EndEdit(i);
     }

@@ -492,7 +492,7 @@ void ZElement::MarkChangedByHost()
     mChanged.exchange(kChanged, std::memory_order_acq_rel);
 }
 
-bool ZElement::TakeTellingFromFlush()
+bool ZElement::ClaimHostNotification()
 {
     std::uint8_t mark = kChanged | kHostUnaware;
     return mChanged.compare_exchange_strong(mark, kChanged, std::memory_order_acq_rel);

@@ -217,7 +217,7 @@ public:
     void MarkChangedByHost();
     /// Whether there is a change that the host has not heard of; the caller tells it now, and from
     /// here on the mark is one of MarkChangedByHost.
-    [[nodiscard]] bool TakeTellingFromFlush();
+    [[nodiscard]] bool ClaimHostNotification();
     /// The flush's step for one element: takes the mark and, where it was set, tells the observers;
     /// all but the application when the host knows already. A change that comes meanwhile is told
     /// at the next flush. [interface thread]

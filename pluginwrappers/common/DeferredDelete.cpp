@@ -1,4 +1,4 @@
-#include "pluginwrappers/common/LateClosing.h"
+#include "pluginwrappers/common/DeferredDelete.h"
 
 #include "pluginwrappers/common/AudioEffect.h"
 #include "zlib/common/objects/ZThread.h"
@@ -92,7 +92,7 @@ private:
 
 }  // namespace
 
-void closeLater(AudioEffect* effect)
+void deleteDeferred(AudioEffect* effect)
 {
     // Younger than what ends the interface thread at exit, so that it goes before that.
     static Closings closings;

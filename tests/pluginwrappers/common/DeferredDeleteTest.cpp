@@ -1,4 +1,4 @@
-#include "pluginwrappers/common/LateClosing.h"
+#include "pluginwrappers/common/DeferredDelete.h"
 
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
@@ -53,7 +53,7 @@ std::intptr_t queueingHost(AEffect* /*effect*/, std::int32_t opcode, std::int32_
     return 0;
 }
 
-class LateClosingTest : public testing::Test
+class DeferredDeleteTest : public testing::Test
 {
 protected:
     /// A ticking effect with one parameter.
@@ -86,7 +86,7 @@ protected:
 
 }  // namespace
 
-TEST_F(LateClosingTest, AnEffectThatIsClosedFromInsideItsOwnCallGoesOnceThatCallIsBack)
+TEST_F(DeferredDeleteTest, AnEffectThatIsClosedFromInsideItsOwnCallGoesOnceThatCallIsBack)
 {
     CloseInside(audioMasterAutomate, [](AEffect*) { gApp->Gain()->SetZFloat(0.5f, false); });
     CloseInside(audioMasterBeginEdit, [](AEffect*) {
@@ -101,7 +101,7 @@ TEST_F(LateClosingTest, AnEffectThatIsClosedFromInsideItsOwnCallGoesOnceThatCall
                 [](AEffect* effect) { std::thread(ask, effect, effMainsChanged, 1, 0.0f).join(); });
 }
 
-TEST_F(LateClosingTest, AHostMayCloseOnTheThreadThatIsToAnswerACall)
+TEST_F(DeferredDeleteTest, AHostMayCloseOnTheThreadThatIsToAnswerACall)
 {
     AEffect* const effect = Open(queueingHost);
     gApp->Gain()->SetZFloat(0.5f, false);

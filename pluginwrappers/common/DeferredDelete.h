@@ -11,6 +11,6 @@ class AudioEffect;
 /// process end, before such a thread is done; one whose call of the host does not come back is left
 /// behind. Throws ZException -1 when there can be no more threads; then the effect stays.
 /// [any thread but the audio thread]
-void closeLater(AudioEffect* effect);
+void deleteDeferred(AudioEffect* effect);
 
 }  // namespace orvane
