@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Time that a host waits for its project to be saved and loaded: all programs, each with nearly as
 // many custom scales as a preset takes.
 

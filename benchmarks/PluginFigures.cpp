@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/PsolaClass.h"
 #include "pluginwrappers/interface/AEffect.h"
 #include "pluginwrappers/interface/VstOpcodes.h"

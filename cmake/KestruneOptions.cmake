@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # What every target of the project is compiled with, as one interface target.
 set(KESTRUNE_SANITIZER "" CACHE STRING "Value of -fsanitize=, empty for none")
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # kestrune_pack_resources(TARGET HEADER FUNCTION [TYPE name file]...)
 #
 # Packs files into an object library: adds a source to TARGET that defines FUNCTION, declared in

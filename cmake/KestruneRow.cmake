@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # kestrune_row(NAME FOLDERS folder... LINKS row... LIBRARIES library...)
 #
 # Declares a row of the architecture as an object library of all sources in its folders, which are

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The key that signs application descriptions, and the public half that the library checks them by.
 set(KESTRUNE_SIGNING_KEY ${PROJECT_SOURCE_DIR}/resources/keys/development.pem CACHE FILEPATH
   "Private key (PEM, RSA, 2048 bits) that signs the application description")

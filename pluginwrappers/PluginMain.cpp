@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The library's two exported names. They stand alone in this file, since a program that links the
 // plug-in's objects has a main of its own.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The interface is a matter of bytes: what a host reads where is settled here, at compile time.
 
 #include "pluginwrappers/interface/AEffect.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as the description of a network.
 
 #include "support/BayArchiveCheck.h"

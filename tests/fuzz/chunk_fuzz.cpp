@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as the chunk that a host gives back: the first says whether of one program or of all.
 
 #include "pluginwrappers/common/ChunkCheck.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as calls of a host: opcode, index, value, number and what the pointer points to. Every
 // opcode whose pointer is plain room may be asked in any order.
 

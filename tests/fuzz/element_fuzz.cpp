@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as the archive of an element.
 
 #include "support/ElementArchiveCheck.h"

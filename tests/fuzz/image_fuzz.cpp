@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as a picture: decoded, and what comes of it drawn.
 
 #include "support/PngBytes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as XML: read whole, against the plain reading, and through every read of an element.
 
 #include "support/PlainXml.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/views/ProductApplication.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZInterfaceLock.h"

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # What scripts/install puts somewhere, and that it takes all of that away: InstallTest.sh LIBRARY
 set -euo pipefail
 install=$(cd "$(dirname "$0")/../.." && pwd)/scripts/install

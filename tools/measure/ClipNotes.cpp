@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/measure/ClipNotes.h"
 
 #include <nlohmann/json.hpp>

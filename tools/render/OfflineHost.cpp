@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/OfflineHost.h"
 
 #include "pluginwrappers/interface/VstOpcodes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/AutomationFile.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/OfflineRender.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/common/RunProgram.h"
 #include "tools/resources/ArtworkTable.h"
 #include "tools/resources/PixelFont.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/resources/KeyArtwork.h"
 
 #include "tools/resources/ArtworkPaint.h"

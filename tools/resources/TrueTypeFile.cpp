@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/resources/TrueTypeFile.h"
 
 #include "tools/resources/BigEndianBytes.h"

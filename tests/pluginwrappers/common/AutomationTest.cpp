@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/Eventually.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // States that come back from their chunk, and chunks that are none.
 
 #include "kestrune/common/pitch/ZPsolaBay.h"

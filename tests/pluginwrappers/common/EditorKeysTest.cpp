@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Keyboard and ignore boxes of the shipped window in the hands of a user, down to the notes that
 // are heard. Without a display; it ticks when a test says so.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/DisplayProbe.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The shipped window in the hands of a user: what the mouse does in it, as the host, the document
 // and the engine come to know of it. Without a display; it ticks when a test says so.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Programs and chunks of the shipped plug-in, through the effect object.
 
 #include "pluginwrappers/common/ProductInstance.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The library's window in windows of a host, on a display of the test's own: what hosts do with
 // their windows, one habit a test.
 

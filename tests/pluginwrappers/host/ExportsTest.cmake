@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # cmake -DNM=nm -DLIBRARY=file -P ExportsTest.cmake
 # Fails unless the library exports its entry function, under both names, and nothing else.
 execute_process(

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What hosts do with programs, chunks and parameters, one habit a test.
 
 #include "TestHost.h"

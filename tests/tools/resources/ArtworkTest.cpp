@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "resources/KestruneResources.h"
 #include "tools/resources/ArtworkTable.h"
 #include "tools/resources/PixelFont.h"

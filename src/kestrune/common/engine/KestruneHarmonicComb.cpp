@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/KestruneHarmonicComb.h"
 
 #include "kestrune/common/engine/KestruneGeometry.h"

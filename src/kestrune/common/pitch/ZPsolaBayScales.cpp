@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Scales of the pitch bay: the table, its elements, and what a change of these brings about.
 //
 // A scale that was chosen by name and one that was edited exclude each other, and

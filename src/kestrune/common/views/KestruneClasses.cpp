@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/views/KestruneClasses.h"
 
 #include "kestrune/common/pitch/KestruneDocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/views/KestruneCorrectionMeter.h"
 
 #include "zlib/common/drawing/ZDrawingContext.h"

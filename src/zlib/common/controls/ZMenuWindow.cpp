@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/controls/ZMenuWindow.h"
 
 #include "zlib/common/controls/ZMenuContent.h"

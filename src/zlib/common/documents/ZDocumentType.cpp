@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/documents/ZDocumentType.h"
 
 #include "zlib/common/documents/ZDocument.h"

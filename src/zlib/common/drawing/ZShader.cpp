@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/drawing/ZShader.h"
 
 #include "zlib/common/drawing/ZShadingFunction.h"

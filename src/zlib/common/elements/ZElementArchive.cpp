@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The archive of an element: reading, writing and restoring its XML.
 
 #include "zlib/common/buffers/ZBuffer.h"

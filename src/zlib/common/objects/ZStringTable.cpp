@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/objects/ZStringTable.h"
 
 #include "zlib/common/objects/ZString.h"

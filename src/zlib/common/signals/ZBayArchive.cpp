@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A bay's description: how it is built from one, written as one, and restored from one.
 
 #include "zlib/common/elements/ZElement.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The drawing of a view: its walk, its background, and what its classes draw with.
 
 #include "zlib/common/drawing/ZBitmap.h"

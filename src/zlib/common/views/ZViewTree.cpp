@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The tree of views: who lies in whom, and what is found there.
 
 #include "zlib/common/documents/ZDocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The XML of a view: reading, the making of its subviews, and writing.
 
 #include "zlib/common/drawing/ZBitmap.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/drawing/ZFontCollection.h"
 
 #include "zlib/common/drawing/ZDrawingLibrary.h"

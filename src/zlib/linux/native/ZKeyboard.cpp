@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/native/ZKeyboard.h"
 
 #include <xkbcommon/xkbcommon-x11.h>

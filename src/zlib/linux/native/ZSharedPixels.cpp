@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/native/ZSharedPixels.h"
 
 #include <sys/mman.h>

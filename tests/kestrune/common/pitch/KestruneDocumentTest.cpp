@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The document of the shipped description: what the user's choices, notes of MIDI and the editing
 // of scales do to the elements of the pitch bay.
 

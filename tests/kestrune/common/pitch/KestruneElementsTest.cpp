@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/pitch/KestruneElements.h"
 
 #include "zlib/common/buffers/ZBuffer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Scales of the pitch bay: choosing, editing, saving.
 
 #include "kestrune/common/pitch/PsolaBayBench.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/EngineRun.h"
 #include "kestrune/common/pitch/PsolaBayBench.h"
 #include "support/RealtimeGuard.h"

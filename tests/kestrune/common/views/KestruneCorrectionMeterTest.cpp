@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The bar that tells by how many cents the voice is bent.
 
 #include "kestrune/common/views/KestruneCorrectionMeter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The boxes over the keyboard that leave notes uncorrected.
 
 #include "kestrune/common/views/KestruneIgnoreKeysView.h"

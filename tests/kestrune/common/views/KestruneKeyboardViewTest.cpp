@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The keyboard: where its keys lie, what they show, and how the mouse edits the scale.
 
 #include "kestrune/common/views/KestruneKeyboardView.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog for a scale's name on a display of the test's own.
 
 #include "kestrune/common/views/KestruneNameScaleWindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The scrolling graph of pitches, and the axes that it stands between.
 
 #include "kestrune/common/views/KestrunePitchGraph.h"

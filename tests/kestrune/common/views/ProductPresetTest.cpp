@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Presets of the shipped document: those of the factory, the user's memories, and files.
 
 #include "kestrune/common/views/ProductApplication.h"

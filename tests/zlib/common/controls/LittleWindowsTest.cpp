@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Menus, tips and boxes on a display of the test's own, with a user's mouse and keys.
 
 #include "support/DisplayTest.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/controls/ZBitmapButton.h"
 #include "zlib/common/controls/ZCheckBox.h"
 #include "zlib/common/documents/DocumentFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ExpectZException.h"
 #include "zlib/common/controls/ZMenu.h"
 #include "zlib/common/controls/ZMetalPopupMenu.h"

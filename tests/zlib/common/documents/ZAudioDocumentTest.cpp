@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The document with its networks, and its presets: what reaches the observers in which order, and
 // what the user's files bring.
 

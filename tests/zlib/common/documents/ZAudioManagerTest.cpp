@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/BoxRecorder.h"
 #include "support/SmallPlugin.h"
 #include "zlib/common/documents/ZAudioDocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop's own file chooser: programs of the test's own stand for it.
 
 #include "support/BoxRecorder.h"

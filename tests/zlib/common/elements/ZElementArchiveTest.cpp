@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ElementArchiveCheck.h"
 #include "support/ExpectZException.h"
 #include "support/MessageRecorder.h"

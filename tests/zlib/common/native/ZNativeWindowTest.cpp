@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Windows of the system on a display of the test's own, with a host's windows around them and a
 // user's mouse and keys.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/objects/ZMailbox.h"
 
 #include "support/RealtimeGuard.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Networks from descriptions, their archives, their clones.
 
 #include "support/BayArchiveCheck.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ProbeBay.h"
 #include "zlib/common/signals/ZInputBay.h"
 #include "zlib/common/signals/ZOutputBay.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ExpectZException.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/views/TestView.h"
