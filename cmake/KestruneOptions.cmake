@@ -2,14 +2,17 @@
 # What every target of the project is compiled with, as one interface target.
 set(KESTRUNE_SANITIZER "" CACHE STRING "Value of -fsanitize=, empty for none")
 
+file(RELATIVE_PATH root_from_build ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
 add_library(kestrune_options INTERFACE)
 target_compile_options(kestrune_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror
   -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast
   # The engine's numbers are part of its contract: no sum is fused behind the text's back.
   -ffp-contract=off
-  # An exception carries its source file: as the project knows it, not as the build machine does.
-  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+  # Exceptions and debug information name source files as seen from the root of the project, not as
+  # the build machine does: given in full, or, with the compiler cache, from the build folder.
+  -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=
+  -fmacro-prefix-map=${root_from_build}=)
 
 if(KESTRUNE_SANITIZER)
   target_compile_options(kestrune_options INTERFACE
