@@ -3,6 +3,7 @@
 
 #include "zlib/common/objects/ZNeverDestroyed.h"
 
+#include <atomic>
 #include <cassert>
 #include <condition_variable>
 #include <cstdint>
@@ -15,50 +16,50 @@ namespace orvane
 namespace
 {
 
-/// A ticket lock with an owner and a depth.
+/// A ticket lock with an owner and a depth. The owner enters and asks without touching the mutex.
 class FairRecursiveLock
 {
 public:
     void Take(int depth)
     {
-        std::unique_lock lock(mMutex);
-        if (IsOwner()) {
-            mDepth += depth;
-            return;
+        assert(depth > 0);
+        if (!IsOwner()) {
+            std::unique_lock lock(mMutex);
+            const std::uint64_t ticket = mNextTicket++;
+            mTurn.wait(lock, [&] { return ticket == mServed; });
+            mOwner.store(std::this_thread::get_id(), std::memory_order_relaxed);
         }
-        const std::uint64_t ticket = mNextTicket++;
-        mTurn.wait(lock, [&] { return ticket == mServed; });
-        mOwner = std::this_thread::get_id();
-        mDepth = depth;
+        mDepth += depth;
     }
 
     void Release(int depth)
     {
-        const std::lock_guard lock(mMutex);
-        assert(IsOwner() && mDepth >= depth);
+        assert(IsOwner() && depth > 0 && mDepth >= depth);
         mDepth -= depth;
         if (mDepth > 0)
             return;
-        mOwner = {};
+        mOwner.store({}, std::memory_order_relaxed);
+        const std::lock_guard lock(mMutex);
         ++mServed;
         mTurn.notify_all();
     }
 
-    int Depth()
+    int Depth() const { return IsOwner() ? mDepth : 0; }
+
+    // Relaxed is enough: a thread reads its own id only if it stored it and has not cleared it.
+    bool IsOwner() const
     {
-        const std::lock_guard lock(mMutex);
-        return IsOwner() ? mDepth : 0;
+        return mOwner.load(std::memory_order_relaxed) == std::this_thread::get_id();
     }
 
 private:
-    bool IsOwner() const { return mDepth > 0 && mOwner == std::this_thread::get_id(); }
+    std::atomic<std::thread::id> mOwner{};
+    int mDepth = 0;  // read and written by the owner only
 
     std::mutex mMutex;  // guards all below
     std::condition_variable mTurn;
     std::uint64_t mNextTicket = 0;
     std::uint64_t mServed = 0;  // the ticket whose turn it is
-    std::thread::id mOwner;
-    int mDepth = 0;
 };
 
 // Never destroyed: the interface thread of an instance that was never closed may still use it while
@@ -83,7 +84,7 @@ ZInterfaceLock::~ZInterfaceLock()
 
 bool ZInterfaceLock::IsHeld()
 {
-    return theLock().Depth() > 0;
+    return theLock().IsOwner();
 }
 
 ZInterfaceUnlock::ZInterfaceUnlock()

@@ -17,7 +17,8 @@ public:
     ZInterfaceLock& operator=(const ZInterfaceLock&) = delete;
     ~ZInterfaceLock();
 
-    /// True when the calling thread holds the lock.
+    /// True when the calling thread holds the lock. Costs one atomic load, so any function may
+    /// assert it. [any thread]
     [[nodiscard]] static bool IsHeld();
 };
 
