@@ -2,7 +2,7 @@
 #pragma once
 
 #include "zlib/common/objects/ZHandler.h"
-#include "zlib/common/signals/ZLockedList.h"
+#include "zlib/common/objects/ZLockedList.h"
 #include "zlib/common/signals/ZPort.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/objects/ZLockedList.h"
 #include "zlib/common/signals/ZBay.h"
-#include "zlib/common/signals/ZLockedList.h"
 #include "zlib/common/signals/ZSignalPort.h"
 
 #include <array>

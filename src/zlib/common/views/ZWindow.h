@@ -4,10 +4,10 @@
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZHandler.h"
+#include "zlib/common/objects/ZLockedList.h"
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
-#include "zlib/common/signals/ZLockedList.h"
 #include "zlib/common/views/ZDocumentMap.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>

@@ -4,7 +4,7 @@
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/drawing/ZDrawingLibrary.h"
 #include "zlib/common/native/ZNativeWindow.h"
-#include "zlib/common/signals/ZLockedList.h"
+#include "zlib/common/objects/ZLockedList.h"
 #include "zlib/common/views/ZDocumentMap.h"
 #include "zlib/common/views/ZWindowType.h"
 

@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -15,8 +18,9 @@
 namespace orvane
 {
 
-/// A list with a lock of its own, named after it. The lock is held for each operation and never
-/// while anything is called: whoever walks the list walks a copy. [any thread but the audio thread]
+/// A list with a lock of its own that has the list's name. Each operation holds the lock and calls
+/// nothing meanwhile: to walk the list, walk a copy. Items that an operation takes off the list are
+/// destroyed after the lock is released. [any thread but the audio thread]
 template <class T>
 class ZLockedList
 {
@@ -36,16 +40,48 @@ public:
     /// Takes the first item that equals this one off the list; false when there is none.
     bool Remove(const T& item)
     {
+        std::optional<T> removed;  // outlives the guard
         const std::lock_guard guard(mLock);
         const auto found = std::find(mItems.begin(), mItems.end(), item);
         if (found == mItems.end())
             return false;
+        removed.emplace(std::move(*found));
         mItems.erase(found);
         CountItems();
         return true;
     }
 
-    /// Copies an item by its place, counted from 0. False, with out as it was, when there is none.
+    /// Puts other items in the place of all.
+    void Replace(std::vector<T> items)
+    {
+        const std::lock_guard guard(mLock);
+        mItems.swap(items);
+        CountItems();
+    }
+
+    /// Takes items off the end until no more than count are left.
+    void Truncate(std::int32_t count)
+    {
+        assert(count >= 0);
+        std::vector<T> removed;  // outlives the guard
+        const std::lock_guard guard(mLock);
+        if (count >= std::ssize(mItems))
+            return;
+        const auto first = mItems.begin() + count;
+        removed.assign(std::make_move_iterator(first), std::make_move_iterator(mItems.end()));
+        mItems.erase(first, mItems.end());
+        CountItems();
+    }
+
+    /// The index of the first item that equals this one, -1 when there is none.
+    [[nodiscard]] std::int32_t IndexOf(const T& item) const
+    {
+        const std::lock_guard guard(mLock);
+        const auto found = std::find(mItems.begin(), mItems.end(), item);
+        return found == mItems.end() ? -1 : static_cast<std::int32_t>(found - mItems.begin());
+    }
+
+    /// Copies the item at an index. False, with out as it was, when the list is shorter.
     [[nodiscard]] bool Get(std::int32_t index, T& out) const
     {
         const std::lock_guard guard(mLock);
