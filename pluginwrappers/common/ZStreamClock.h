@@ -32,7 +32,7 @@ public:
     /// in Hz; offline: what the host says. [audio thread]
     [[nodiscard]] bool BlockBegins(Time now, bool offline, std::int32_t frames,
                                    double sampleRate) noexcept;
-    /// Whether a beat of the wall clock ticks. [interface thread]
+    /// True when a tick of the wall clock is to be taken. [interface thread]
     [[nodiscard]] bool WallClockTicks(Time now) const noexcept;
     /// The stream ends, or is about to begin. [any thread]
     void Restart() noexcept;

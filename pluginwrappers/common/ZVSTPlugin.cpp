@@ -102,7 +102,7 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
     programsAreChunks(true);
     if (!mApp)
         return;
-    mApp->SetBeatFilter([this] { return BeatTicks(); });
+    mApp->SetTickFilter([this] { return AcceptTick(); });
     MakeEditor();
     if (!mDocument)
         return;
@@ -327,7 +327,7 @@ bool ZVSTPlugin::HostIsOffline()
                                                  nullptr, 0.0f) == kVstProcessLevelOffline;
 }
 
-bool ZVSTPlugin::BeatTicks()
+bool ZVSTPlugin::AcceptTick()
 {
     mFaults.Report();
     SendPendingAutomation();

@@ -120,7 +120,7 @@ private:
     void RouteNetwork();
     void ReleaseChunk();
     void RefreshLatency();
-    [[nodiscard]] bool BeatTicks();
+    [[nodiscard]] bool AcceptTick();
     void RunBlock(float** inputs, float** outputs, std::int32_t frames,
                   ZHostStream::Output output) noexcept;
     void TickByStream(std::int32_t frames, float rate) noexcept;

@@ -231,7 +231,7 @@ std::int32_t ZLooper::LooperWindowProc(ZLooperEvent event, std::int32_t timerId)
 void ZLooper::HandleTimer(std::int32_t timerId)
 {
     if (timerId == mQueueTimer) {
-        if (!mBeatTicks || mBeatTicks())
+        if (!mTickFilter || mTickFilter())
             Tick();
         return;
     }

@@ -112,12 +112,13 @@ public:
     void RemoveTimer(std::int32_t id);
     /// Stops all timers, the tick included. [any thread]
     void StopTimers();
-    /// Sends the notifications of marked elements and runs the queue dry, as each beat of the
-    /// looper's own timer does. [looper's thread; in served mode any that holds the interface lock]
+    /// Does the work of a tick: sends the notifications of marked elements and runs the queue dry.
+    /// The looper's own timer calls it every kTickMicroseconds. [looper's thread; in served mode
+    /// any thread that holds the interface lock]
     void Tick();
-    /// Asked at each beat of the looper's timer, on its thread: false leaves that beat's tick out,
-    /// for a time in which somebody else calls Tick. [before InitLooper]
-    void SetBeatFilter(std::function<bool()> ticks) { mBeatTicks = std::move(ticks); }
+    /// Sets a function that the looper's timer calls at each tick, on its thread, before it calls
+    /// Tick: false skips that call, while another thread calls Tick instead. [before InitLooper]
+    void SetTickFilter(std::function<bool()> filter) { mTickFilter = std::move(filter); }
 
     /// True when a message waits: one atomic look, before the queue's lock is worth taking.
     /// [any thread, audio thread included]
@@ -160,7 +161,7 @@ private:
     std::unique_ptr<ZEventLoop> mOwnLoop;                // thread mode
     std::unique_ptr<ZInterfaceThread> mInterfaceThread;  // served mode, from InitLooper on
     std::atomic<std::int32_t> mQueueTimer{-1};
-    std::function<bool()> mBeatTicks;  // empty: every beat
+    std::function<bool()> mTickFilter;  // empty: no tick is skipped
     ZLock mQueueLock{"looper locker"};
     ZApplication* mApp;
     std::unique_ptr<ZThread> mThread;

@@ -62,7 +62,7 @@ public:
     }
     void Started() override { started = true; }
 
-    /// Waits for the next beats of the looper's own timer.
+    /// Waits for the next ticks of the looper's own timer.
     [[nodiscard]] bool SeesTicks(int count)
     {
         return eventually([this, end = ticks + count] { return ticks >= end; });
