@@ -29,8 +29,6 @@ namespace orvane
 namespace
 {
 
-constexpr int kEndWithoutReport = 3;
-
 // The one question that hosts bear while they load a plug-in.
 bool speaksTheInterface(audioMasterCallback audioMaster)
 {
@@ -76,7 +74,7 @@ AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
         addProductFonts(application);
         return plugin.release()->getAeffect();
     } catch (const ZException& exception) {
-        if (exception.GetCode() != kEndWithoutReport)
+        if (exception.GetCode() != ZException::kEndWithoutReport)
             reportCurrentException();
     } catch (...) {
         reportCurrentException();

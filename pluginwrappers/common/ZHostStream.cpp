@@ -104,7 +104,7 @@ void ZHostStream::Run(ZSignalLooper& looper, const float* const* inputs, float* 
 std::span<const float> ZHostStream::FiniteSamples(const float* input, std::uint32_t count)
 {
     if (count > mTransfer->Length())
-        throw ZException(-1, "Trying to load a Zbuffer with too much data.");
+        throw ZException("Trying to load a Zbuffer with too much data.");
     const std::span<float> own(mTransfer->Data(), count);
     if (input == nullptr) {
         mTransfer->Clear();

@@ -135,7 +135,7 @@ void ZVSTPlugin::MakeEditor()
         return;
     std::unique_ptr<ZVSTEditor> made(new (std::nothrow) ZVSTEditor(this, mWindow));
     if (!made)
-        throw ZException(-1, "Could Not Create The VST Editor Layer.");
+        throw ZException("Could Not Create The VST Editor Layer.");
     setEditor(std::move(made));
 }
 

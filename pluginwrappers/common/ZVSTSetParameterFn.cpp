@@ -12,7 +12,7 @@ void ZVSTSetParameterFn::SetParameter(const boost::shared_ptr<ZElement>& element
                                       std::int32_t index)
 {
     if (element->GetType() != ZElement::ZFLOAT && element->GetType() != ZElement::ZDISCRETE)
-        throw ZException(-1, "non-automatable element");
+        throw ZException("non-automatable element");
     mPlugin.TellHost(index);
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace orvane
 {
@@ -22,6 +23,13 @@ void expectZException(std::int32_t code, const std::string& text, Call call)
         EXPECT_EQ(exception.GetCode(), code) << text;
         EXPECT_EQ(exception.GetMessage().ToNarrow(), text);
     }
+}
+
+/// Expects that call() raises a general ZException of that text.
+template <typename Call>
+void expectZException(const std::string& text, Call call)
+{
+    expectZException(ZException::kGeneral, text, std::move(call));
 }
 
 }  // namespace orvane

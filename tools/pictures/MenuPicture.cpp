@@ -94,7 +94,7 @@ WindowPixels drawOpenMenu(const std::string& view, std::int32_t item)
         menuView->MouseDown({1, 1}, ZView::kMouseButton);
     ZMenu::SetPresenter(before);
     if (!opened)
-        throw ZException(-1, ZString("the window has no menu " + view));
+        throw ZException(ZString("the window has no menu " + view));
     const std::span<const std::uint32_t> pixels = picture->GetNative()->GetPremultipliedPixels();
     return {picture->GetWidth(), picture->GetHeight(), {pixels.begin(), pixels.end()}};
 }

@@ -36,12 +36,12 @@ AutomationPoint pointIn(std::string_view line)
 {
     constexpr std::size_t kLongest = 200;  // far above every point, for an error quotes the line
     if (line.size() > kLongest)
-        throw ZException(-1, "it is too long: write SECONDS,NAME,VALUE, such as 1.5,key,C");
+        throw ZException("it is too long: write SECONDS,NAME,VALUE, such as 1.5,key,C");
     const std::size_t first = line.find(',');
     const std::size_t second = line.find(',', first + 1);
     if (first == std::string_view::npos || second == std::string_view::npos)
         throw ZException(
-            -1, fmt::format("'{}' is no point: write SECONDS,NAME,VALUE, such as 1.5,key,C", line));
+            fmt::format("'{}' is no point: write SECONDS,NAME,VALUE, such as 1.5,key,C", line));
     const double seconds = secondsIn(trimmed(line.substr(0, first)));
     const std::string_view name = trimmed(line.substr(first + 1, second - first - 1));
     return {seconds, settingValueIn(name, trimmed(line.substr(second + 1)))};
@@ -75,7 +75,7 @@ double secondsIn(std::string_view text)
     const bool isWhole = error == std::errc() && end == text.data() + text.size();
     if (!isWhole || !std::isfinite(seconds) || seconds < 0.0)
         throw ZException(
-            -1, fmt::format("'{}' is no time: write seconds from the start, such as 1.5", text));
+            fmt::format("'{}' is no time: write seconds from the start, such as 1.5", text));
     return seconds;
 }
 
@@ -91,8 +91,8 @@ std::vector<AutomationPoint> automationIn(std::string_view text, const std::stri
         try {
             points.push_back(pointIn(line));
         } catch (const ZException& exception) {
-            throw ZException(-1, fmt::format("{}, line {}: {}", name, number,
-                                             exception.GetMessage().ToNarrow()));
+            throw ZException(
+                fmt::format("{}, line {}: {}", name, number, exception.GetMessage().ToNarrow()));
         }
     }
     std::stable_sort(

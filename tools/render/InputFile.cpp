@@ -26,7 +26,7 @@ struct FileCloser
 
 [[noreturn]] void refuse(const std::filesystem::path& path, std::string_view reason)
 {
-    throw ZException(-1, fmt::format("cannot read {}: {}", path.string(), reason));
+    throw ZException(fmt::format("cannot read {}: {}", path.string(), reason));
 }
 
 }  // namespace

@@ -82,7 +82,7 @@ public:
 
     [[noreturn]] void Refuse(std::string_view reason) const
     {
-        throw ZException(-1, fmt::format("{} is a broken MIDI file: {}", mName, reason));
+        throw ZException(fmt::format("{} is a broken MIDI file: {}", mName, reason));
     }
 
 private:
@@ -242,9 +242,9 @@ MidiHead takeHead(ByteReader& reader, const std::string& name)
     taken.tracks = head.Number(2);
     taken.division = head.Number(2);
     if (taken.format > 1)
-        throw ZException(-1, fmt::format("{} is a MIDI file of format {}: only 0 and 1 have one "
-                                         "time for all tracks; export it as one of these",
-                                         name, taken.format));
+        throw ZException(fmt::format("{} is a MIDI file of format {}: only 0 and 1 have one "
+                                     "time for all tracks; export it as one of these",
+                                     name, taken.format));
     if ((taken.division & 0x8000u ? taken.division & 0xFFu : taken.division) == 0)
         reader.Refuse("its time has no steps");
     return taken;
@@ -256,7 +256,7 @@ std::vector<MidiEvent> midiEventsIn(std::span<const std::uint8_t> file, const st
 {
     constexpr std::string_view kHeadName = "MThd";
     if (file.size() < kHeadName.size() || !isNamed(file.first(kHeadName.size()), kHeadName))
-        throw ZException(-1, fmt::format("{} is no Standard MIDI File", name));
+        throw ZException(fmt::format("{} is no Standard MIDI File", name));
     ByteReader reader(file.subspan(kHeadName.size()), name);
     const MidiHead head = takeHead(reader, name);
     std::vector<TickedEvent> events;

@@ -45,16 +45,16 @@ void requireOther(const fs::path& path, const std::vector<fs::path>& others)
 {
     for (const fs::path& other : others) {
         if (!other.empty() && isSameFile(path, other))
-            throw ZException(-1, fmt::format("{} is named twice: each file needs a name of its own",
-                                             path.string()));
+            throw ZException(
+                fmt::format("{} is named twice: each file needs a name of its own", path.string()));
     }
 }
 
 void requireDistinct(const RenderRequest& request)
 {
     if (isSameFile(request.input, request.output))
-        throw ZException(-1, fmt::format("{} is both input and output: name another output",
-                                         request.output.string()));
+        throw ZException(fmt::format("{} is both input and output: name another output",
+                                     request.output.string()));
     std::vector<fs::path> others{request.input, request.state.loadChunk, request.state.preset,
                                  request.automation, request.midi};
     for (const fs::path& target :

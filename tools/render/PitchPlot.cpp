@@ -387,8 +387,7 @@ void writePitchPlot(const std::filesystem::path& path, const std::string& name,
     if (request.window.file.empty())
         giveBackFonts();
     if (status != CAIRO_STATUS_SUCCESS)
-        throw ZException(-1,
-                         fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
+        throw ZException(fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
 }
 
 }  // namespace orvane

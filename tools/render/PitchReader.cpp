@@ -19,9 +19,9 @@ int hopAt(int rate)
 {
     const int hop = static_cast<int>(static_cast<float>(rate) * kHopSeconds + 0.5f);
     if (!KestruneGeometry::Supports(static_cast<float>(rate), hop))
-        throw ZException(-1, fmt::format("a rate of {} Hz cannot be rendered: the engine takes "
-                                         "8000 to 768000 Hz; resample the file first",
-                                         rate));
+        throw ZException(fmt::format("a rate of {} Hz cannot be rendered: the engine takes "
+                                     "8000 to 768000 Hz; resample the file first",
+                                     rate));
     return hop;
 }
 
@@ -31,7 +31,7 @@ PitchReader::PitchReader(int rate, KestruneSourceRange range, int pitchReference
     : mHop(hopAt(rate))
 {
     if (!mEngine.Initialize(static_cast<float>(rate), mHop))
-        throw ZException(-1, fmt::format("not enough memory to read pitches at {} Hz", rate));
+        throw ZException(fmt::format("not enough memory to read pitches at {} Hz", rate));
     mEngine.SetFrequencyRange(range.lowHz, range.highHz);
     mEngine.SetPitchReference(static_cast<std::int16_t>(pitchReference));
     const KestruneGeometry geometry = KestruneGeometry::For(static_cast<float>(rate), mHop);

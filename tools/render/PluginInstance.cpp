@@ -28,9 +28,9 @@ AEffect* opened(PluginLibrary::EntryProc entry, audioMasterCallback host, const 
 {
     AEffect* const effect = entry(host);
     if (!effect)
-        throw ZException(-1, fmt::format("the plug-in in {} does not start", file));
+        throw ZException(fmt::format("the plug-in in {} does not start", file));
     if (effect->magic != kEffectMagic)
-        throw ZException(-1, fmt::format("{} is no plug-in: it starts with no effect", file));
+        throw ZException(fmt::format("{} is no plug-in: it starts with no effect", file));
     return effect;
 }
 
@@ -69,13 +69,13 @@ PluginInstance::~PluginInstance()
 void PluginInstance::RequireFitting() const
 {
     if (Inputs() != kChannels || Outputs() != kChannels)
-        throw ZException(-1, fmt::format("the plug-in in {} has {} inputs and {} outputs: two of "
-                                         "each are needed",
-                                         mFile.string(), Inputs(), Outputs()));
+        throw ZException(fmt::format("the plug-in in {} has {} inputs and {} outputs: two of "
+                                     "each are needed",
+                                     mFile.string(), Inputs(), Outputs()));
     if (!(mEffect->flags & effFlagsCanReplacing) || !mEffect->processReplacing)
-        throw ZException(-1, fmt::format("the plug-in in {} gives no output of its own: it only "
-                                         "adds to another",
-                                         mFile.string()));
+        throw ZException(fmt::format("the plug-in in {} gives no output of its own: it only "
+                                     "adds to another",
+                                     mFile.string()));
 }
 
 std::intptr_t PluginInstance::hostCallback(AEffect* effect, std::int32_t opcode,
@@ -201,8 +201,8 @@ WindowPixels PluginInstance::Window() const
 {
     WindowPicture picture{};
     if (Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture) != 1)
-        throw ZException(-1, fmt::format("the plug-in in {} does not tell what its window shows",
-                                         mFile.string()));
+        throw ZException(
+            fmt::format("the plug-in in {} does not tell what its window shows", mFile.string()));
     const auto count =
         static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
     return {picture.width, picture.height, {picture.pixels, picture.pixels + count}};

@@ -26,11 +26,11 @@ void* loaded(const fs::path& file)
 {
     std::error_code error;
     if (!fs::exists(file, error))
-        throw ZException(-1, fmt::format("{}: no such plug-in file", file.string()));
+        throw ZException(fmt::format("{}: no such plug-in file", file.string()));
     // A name without a slash would be looked for where the system's libraries are.
     void* const handle = ::dlopen(fs::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle)
-        throw ZException(-1, fmt::format("{} cannot be loaded: {}", file.string(), ::dlerror()));
+        throw ZException(fmt::format("{} cannot be loaded: {}", file.string(), ::dlerror()));
     return handle;
 }
 
@@ -41,7 +41,7 @@ void* entryIn(void* handle, const fs::path& file)
             return entry;
     }
     throw ZException(
-        -1, fmt::format("{} is no plug-in: it has neither VSTPluginMain nor main", file.string()));
+        fmt::format("{} is no plug-in: it has neither VSTPluginMain nor main", file.string()));
 }
 
 /// Folders that an environment variable lists, with colons between.
@@ -90,9 +90,9 @@ fs::path findProductLibrary()
         if (fs::exists(folder / kProductLibrary, error))
             return folder / kProductLibrary;
     }
-    throw ZException(-1, fmt::format("{} is neither beside the program nor where plug-ins are "
-                                     "installed: name it with --plugin",
-                                     kProductLibrary));
+    throw ZException(fmt::format("{} is neither beside the program nor where plug-ins are "
+                                 "installed: name it with --plugin",
+                                 kProductLibrary));
 }
 
 }  // namespace orvane

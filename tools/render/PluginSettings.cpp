@@ -115,9 +115,9 @@ int PluginSettings::IndexOf(Setting setting) const
         names.push_back(mPlugin.ParameterName(i));
     const SettingRule& rule = settingRule(setting);
     throw ZException(
-        -1, fmt::format("{} cannot be set: the plug-in {} has no parameter '{}'; it has {}",
-                        rule.name, mPlugin.Name(), rule.label,
-                        names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "))));
+        fmt::format("{} cannot be set: the plug-in {} has no parameter '{}'; it has {}", rule.name,
+                    mPlugin.Name(), rule.label,
+                    names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "))));
 }
 
 PluginSettings::HostValue PluginSettings::Placed(const SettingValue& given) const

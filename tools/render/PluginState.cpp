@@ -34,16 +34,16 @@ int programNamed(const PluginInstance& plugin, std::string_view asked)
             return i;
         programs.push_back(fmt::format("{} ({})", name, i));
     }
-    throw ZException(-1, fmt::format("the plug-in {} has no program '{}'; it has {}", plugin.Name(),
-                                     asked, fmt::join(programs, ", ")));
+    throw ZException(fmt::format("the plug-in {} has no program '{}'; it has {}", plugin.Name(),
+                                 asked, fmt::join(programs, ", ")));
 }
 
 void requireChunks(const PluginInstance& plugin)
 {
     if (!plugin.HasChunks())
-        throw ZException(-1, fmt::format("the plug-in {} stores no chunks: neither a chunk nor a "
-                                         "preset can be given to it or taken from it",
-                                         plugin.Name()));
+        throw ZException(fmt::format("the plug-in {} stores no chunks: neither a chunk nor a "
+                                     "preset can be given to it or taken from it",
+                                     plugin.Name()));
 }
 
 void giveChunk(PluginInstance& plugin, std::string chunk, PluginInstance::Extent extent,
@@ -52,7 +52,7 @@ void giveChunk(PluginInstance& plugin, std::string chunk, PluginInstance::Extent
     requireChunks(plugin);
     if (!plugin.SetChunk(std::move(chunk), extent))
         throw ZException(
-            -1, fmt::format("the plug-in {} refuses what {} holds", plugin.Name(), path.string()));
+            fmt::format("the plug-in {} refuses what {} holds", plugin.Name(), path.string()));
 }
 
 }  // namespace
@@ -62,11 +62,11 @@ std::string programChunkOf(std::string_view preset, const std::string& name)
     const ZXMLDocument text(preset.data(), static_cast<std::int32_t>(preset.size()));
     const auto element = text.GetChild("preset");
     if (!element)
-        throw ZException(-1, fmt::format("{} is no preset: it has no element 'preset'", name));
+        throw ZException(fmt::format("{} is no preset: it has no element 'preset'", name));
     const char* const version = element->GetAttribute("version");
     if (!version || version != kPresetVersion)
-        throw ZException(-1, fmt::format("{} is a preset of version {}: {} is needed", name,
-                                         version ? version : "none", kPresetVersion));
+        throw ZException(fmt::format("{} is a preset of version {}: {} is needed", name,
+                                     version ? version : "none", kPresetVersion));
     std::string chunk = "<VST_Program Number=\"0\">\n";
     chunk += preset;
     return chunk += "\n</VST_Program>\n";
@@ -90,12 +90,12 @@ void writeBankChunk(const PluginInstance& plugin, const std::filesystem::path& p
     requireChunks(plugin);
     const std::string chunk = plugin.Chunk(PluginInstance::Extent::kBank);
     if (chunk.empty())
-        throw ZException(-1, fmt::format("the plug-in {} gives no chunk", plugin.Name()));
+        throw ZException(fmt::format("the plug-in {} gives no chunk", plugin.Name()));
     std::ofstream file(path, std::ios::binary);
     file << chunk;
     file.close();
     if (!file)
-        throw ZException(-1, fmt::format("cannot write {}: the disk may be full", name));
+        throw ZException(fmt::format("cannot write {}: the disk may be full", name));
 }
 
 }  // namespace orvane

@@ -156,7 +156,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
     file << report.dump(1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
     file.close();
     if (!file)
-        throw ZException(-1, fmt::format("cannot write {}: the disk may be full", name));
+        throw ZException(fmt::format("cannot write {}: the disk may be full", name));
 }
 
 }  // namespace orvane

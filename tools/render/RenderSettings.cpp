@@ -92,11 +92,11 @@ void requireParameter(Setting setting)
     if (!rule.label.empty())
         return;
     if (!rule.instead.empty())
-        throw ZException(-1, fmt::format("{} is no parameter of the plug-in: use {} instead",
-                                         rule.name, rule.instead));
+        throw ZException(fmt::format("{} is no parameter of the plug-in: use {} instead", rule.name,
+                                     rule.instead));
     throw ZException(
-        -1, fmt::format("{} is no parameter of the plug-in: give it by a preset, or use {}",
-                        rule.name, fmt::join(parameterNames(), ", ")));
+        fmt::format("{} is no parameter of the plug-in: give it by a preset, or use {}", rule.name,
+                    fmt::join(parameterNames(), ", ")));
 }
 
 bool isWithin(const SettingRule& rule, float value)
@@ -108,7 +108,7 @@ bool isWithin(const SettingRule& rule, float value)
 [[noreturn]] void refuseValue(const SettingRule& rule, std::string_view value)
 {
     throw ZException(
-        -1, fmt::format("{} cannot be '{}': it takes {}", rule.name, value, rangeText(rule)));
+        fmt::format("{} cannot be '{}': it takes {}", rule.name, value, rangeText(rule)));
 }
 
 std::optional<float> valueOf(const SettingRule& rule, std::string_view text)
@@ -142,8 +142,8 @@ Setting settingNamed(std::string_view name)
             (!rule.label.empty() && equalWithoutCase(rule.label, name)))
             return static_cast<Setting>(i);
     }
-    throw ZException(-1, fmt::format("there is no setting '{}': the settings are {}", name,
-                                     fmt::join(parameterNames(), ", ")));
+    throw ZException(fmt::format("there is no setting '{}': the settings are {}", name,
+                                 fmt::join(parameterNames(), ", ")));
 }
 
 SettingValue settingValueIn(std::string_view name, std::string_view text)
@@ -183,7 +183,7 @@ void RenderSettings::Assign(std::string_view assignment)
     const std::size_t equals = assignment.find('=');
     if (equals == std::string_view::npos)
         throw ZException(
-            -1, fmt::format("'{}' is no setting: write NAME=VALUE, such as key=C", assignment));
+            fmt::format("'{}' is no setting: write NAME=VALUE, such as key=C", assignment));
     const SettingValue given =
         settingValueIn(assignment.substr(0, equals), assignment.substr(equals + 1));
     Set(given.setting, given.value);

@@ -75,21 +75,19 @@ SoundReader::SoundReader(const std::filesystem::path& path)
     : mName(path.string())
 {
     if (!std::filesystem::exists(path))
-        throw ZException(-1, fmt::format("cannot read {}: there is no such file", mName));
+        throw ZException(fmt::format("cannot read {}: there is no such file", mName));
     if (std::filesystem::is_directory(path))
-        throw ZException(-1,
-                         fmt::format("cannot read {}: it is a folder; name a sound file", mName));
+        throw ZException(fmt::format("cannot read {}: it is a folder; name a sound file", mName));
     SF_INFO info{};
     mFile.reset(sf_open(path.c_str(), SFM_READ, &info));
     if (!mFile)
-        throw ZException(-1,
-                         fmt::format("cannot read {} as a sound file ({}): WAV, AIFF, FLAC, Ogg "
+        throw ZException(fmt::format("cannot read {} as a sound file ({}): WAV, AIFF, FLAC, Ogg "
                                      "and their like can be read",
                                      mName, sf_strerror(nullptr)));
     if (info.channels > 2)
-        throw ZException(-1, fmt::format("{} has {} channels: a voice has one or two; split the "
-                                         "file into mono or stereo files first",
-                                         mName, info.channels));
+        throw ZException(fmt::format("{} has {} channels: a voice has one or two; split the "
+                                     "file into mono or stereo files first",
+                                     mName, info.channels));
     mFormat = {info.samplerate, info.channels, info.format};
     mExpectedFrames = info.frames;
 }
@@ -102,8 +100,8 @@ int SoundReader::Read(StereoBlock& block)
     const auto frames = static_cast<std::size_t>(
         sf_readf_float(mFile.get(), mInterleaved.data(), static_cast<sf_count_t>(room)));
     if (sf_error(mFile.get()) != SF_ERR_NO_ERROR)
-        throw ZException(-1, fmt::format("{} is damaged ({}): mend or export it again", mName,
-                                         sf_strerror(mFile.get())));
+        throw ZException(fmt::format("{} is damaged ({}): mend or export it again", mName,
+                                     sf_strerror(mFile.get())));
     for (float& sample : std::span(mInterleaved).first(frames * channels)) {
         if (std::isfinite(sample))
             continue;
@@ -126,12 +124,12 @@ SoundWriter::SoundWriter(const std::filesystem::path& path, const std::string& n
 {
     SF_INFO info = infoOf(source.Format());
     if (!sf_format_check(&info))
-        throw ZException(-1, fmt::format("{} cannot be written: files of the kind {} can only be "
-                                         "read; convert the input to WAV or FLAC first",
-                                         mName, source.Format().Describe()));
+        throw ZException(fmt::format("{} cannot be written: files of the kind {} can only be "
+                                     "read; convert the input to WAV or FLAC first",
+                                     mName, source.Format().Describe()));
     mFile.reset(sf_open(path.c_str(), SFM_WRITE, &info));
     if (!mFile)
-        throw ZException(-1, fmt::format("cannot write {}: {}", mName, sf_strerror(nullptr)));
+        throw ZException(fmt::format("cannot write {}: {}", mName, sf_strerror(nullptr)));
     // Held at full scale, not wrapped; with this, the way to float and back is exact, too.
     sf_command(mFile.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
     for (const int kind : kKeptTexts) {
@@ -152,8 +150,7 @@ void SoundWriter::Write(const StereoBlock& block, int first, int count)
                 mInterleaved[i * channels + c] = samples[i];
         }
         if (sf_writef_float(mFile.get(), mInterleaved.data(), frames) != frames)
-            throw ZException(-1,
-                             fmt::format("cannot write {}: {}", mName, sf_strerror(mFile.get())));
+            throw ZException(fmt::format("cannot write {}: {}", mName, sf_strerror(mFile.get())));
         done += frames;
     }
 }
@@ -162,7 +159,7 @@ void SoundWriter::Close()
 {
     const int error = sf_close(mFile.release());
     if (error != SF_ERR_NO_ERROR)
-        throw ZException(-1, fmt::format("cannot write {}: {}", mName, sf_error_number(error)));
+        throw ZException(fmt::format("cannot write {}: {}", mName, sf_error_number(error)));
 }
 
 void requireFittingName(const std::filesystem::path& path, const SoundFormat& format)
@@ -175,8 +172,7 @@ void requireFittingName(const std::filesystem::path& path, const SoundFormat& fo
     const auto& containers = named->containers;
     const int container = format.code & SF_FORMAT_TYPEMASK;
     if (std::find(containers.begin(), containers.end(), container) == containers.end())
-        throw ZException(-1,
-                         fmt::format("{} is named like another format: the output keeps that of "
+        throw ZException(fmt::format("{} is named like another format: the output keeps that of "
                                      "the input, {}; name it so",
                                      path.string(), formatName(container)));
 }

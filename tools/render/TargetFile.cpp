@@ -21,7 +21,7 @@ namespace
 
 [[noreturn]] void refuse(const std::filesystem::path& path, std::string_view reason)
 {
-    throw ZException(-1, fmt::format("cannot write {}: {}", path.string(), reason));
+    throw ZException(fmt::format("cannot write {}: {}", path.string(), reason));
 }
 
 /// A device, a folder, or a file that must not be written, would be replaced by the final move.

@@ -46,8 +46,7 @@ void writePicture(const WindowPixels& from, const std::filesystem::path& path,
         pixels.height, pixels.width * kPixelBytes));
     const cairo_status_t status = cairo_surface_write_to_png(surface.get(), path.c_str());
     if (status != CAIRO_STATUS_SUCCESS)
-        throw ZException(-1,
-                         fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
+        throw ZException(fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
 }
 
 void WindowShot::Take()

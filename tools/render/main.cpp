@@ -82,7 +82,7 @@ void failWith(std::string message)
 void tell(const std::string& text)
 {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw ZException(-1, fmt::format("cannot print the report: {}", std::strerror(errno)));
+        throw ZException(fmt::format("cannot print the report: {}", std::strerror(errno)));
 }
 
 void list(const std::filesystem::path& library)
@@ -238,7 +238,7 @@ void requireListingAlone(const CLI::App& app)
     for (const CLI::Option* const option : app.get_options()) {
         const std::string name = option->get_name();
         if (option->count() > 0 && name != "--list" && name != "--plugin")
-            throw ZException(-1, name + " means nothing beside --list, which renders no sound");
+            throw ZException(name + " means nothing beside --list, which renders no sound");
     }
 }
 

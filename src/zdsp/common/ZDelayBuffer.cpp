@@ -14,7 +14,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kOutOfMemory = 2;
 constexpr std::uint32_t kMaxSize = 1u << 31;
 
 }  // namespace
@@ -22,10 +21,10 @@ constexpr std::uint32_t kMaxSize = 1u << 31;
 std::unique_ptr<ZDelayBuffer> ZDelayBuffer::Create(std::uint32_t samples)
 {
     if (samples > kMaxSize)
-        throw ZException(kOutOfMemory, "Unable to allocate zfloat buffer.");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate zfloat buffer.");
     std::unique_ptr<ZDelayBuffer> delay(new (std::nothrow) ZDelayBuffer(std::bit_ceil(samples)));
     if (!delay)
-        throw ZException(kOutOfMemory, "Unable to allocate a ZDelayBuffer.");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate a ZDelayBuffer.");
     return delay;
 }
 

@@ -16,7 +16,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kOutOfMemory = 2;
 constexpr float kSilenceDecibels = -144.0f;
 
 /// 0 where the square is no normal number.
@@ -46,7 +45,7 @@ std::unique_ptr<ZEnvelopeDetector> ZEnvelopeDetector::Create(bool)
 {
     std::unique_ptr<ZEnvelopeDetector> detector(new (std::nothrow) ZEnvelopeDetector);
     if (!detector)
-        throw ZException(kOutOfMemory, "Unable to allocate a ZEnvelopeDetector.");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate a ZEnvelopeDetector.");
     return detector;
 }
 

@@ -12,12 +12,9 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kGeneralFailure = -1;
-constexpr std::int32_t kOutOfMemory = 2;
-
 [[noreturn]] void raiseNotSupported()
 {
-    throw ZException(kGeneralFailure, "Fourier Transform is not supported on your processor.");
+    throw ZException("Fourier Transform is not supported on your processor.");
 }
 
 }  // namespace
@@ -28,7 +25,7 @@ std::unique_ptr<ZFourierTransform> ZFourierTransform::Create(int order, int dire
     // The library behind it chooses its own vector code, so it serves every class of processor.
     std::unique_ptr<ZFourierTransform> transform(new (std::nothrow) ZFourierTransformSSE);
     if (!transform)
-        throw ZException(kOutOfMemory, "Could not create a ZFourierTransform object");
+        throw ZException(ZException::kOutOfMemory, "Could not create a ZFourierTransform object");
     transform->Init(order, direction, realSignal);
     return transform;
 }

@@ -17,8 +17,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kOutOfMemory = 2;
-
 // Decibels of a factor of 2.
 constexpr float kPowerOctave = 3.0102999566398120f;
 constexpr float kAmplitudeOctave = 6.0205999132796239f;
@@ -139,7 +137,7 @@ std::unique_ptr<ZGain> ZGain::Create(bool forceGeneric)
     else
         gain.reset(new (std::nothrow) ZGain);
     if (!gain)
-        throw ZException(kOutOfMemory, "Could not create a ZGain object");
+        throw ZException(ZException::kOutOfMemory, "Could not create a ZGain object");
     return gain;
 }
 

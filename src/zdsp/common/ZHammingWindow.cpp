@@ -14,7 +14,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kOutOfMemory = 2;
 constexpr double kTwoPi = 6.2831854820251465;
 
 std::unique_ptr<ZBuffer> makeBuffer(std::uint32_t length, const char* name)
@@ -22,9 +21,9 @@ std::unique_ptr<ZBuffer> makeBuffer(std::uint32_t length, const char* name)
     try {
         return std::make_unique<ZBuffer>(length, name);
     } catch (const ZException& failure) {
-        if (failure.GetCode() != kOutOfMemory)
+        if (failure.GetCode() != ZException::kOutOfMemory)
             throw;
-        throw ZException(kOutOfMemory, "Unable to allocate a ZBuffer");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate a ZBuffer");
     }
 }
 
@@ -41,7 +40,7 @@ std::unique_ptr<ZHammingWindow> ZHammingWindow::Create(std::uint32_t length)
 {
     std::unique_ptr<ZHammingWindow> window(new (std::nothrow) ZHammingWindow);
     if (!window)
-        throw ZException(kOutOfMemory, "Unable to allocate a ZHammingWindow.");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate a ZHammingWindow.");
     window->SetLength(length);
     return window;
 }

@@ -42,7 +42,7 @@ struct ZComplexTransform::Plan
                               direction == Direction::kForward ? FFTW_FORWARD : FFTW_BACKWARD,
                               FFTW_ESTIMATE | FFTW_PRESERVE_INPUT);
         if (!mPlan)
-            throw ZException(-1, "Could not plan a Fourier transform of this length.");
+            throw ZException("Could not plan a Fourier transform of this length.");
         ++livePlans;
     }
     Plan(const Plan&) = delete;

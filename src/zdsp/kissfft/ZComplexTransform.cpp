@@ -15,7 +15,7 @@ struct ZComplexTransform::Plan
                                 nullptr))
     {
         if (!mState)
-            throw ZException(-1, "Could not plan a Fourier transform of this length.");
+            throw ZException("Could not plan a Fourier transform of this length.");
     }
     Plan(const Plan&) = delete;
     Plan& operator=(const Plan&) = delete;

@@ -16,7 +16,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kGeneralFailure = -1;
 constexpr int kMinOrder = 1;
 constexpr int kMaxOrder = 24;
 
@@ -25,7 +24,7 @@ std::unique_ptr<ZBuffer> makeWork(std::uint32_t length)
     try {
         return std::make_unique<ZBuffer>(length, "ZBuffer");
     } catch (const ZException&) {
-        throw ZException(kGeneralFailure, "Unable to Create a Working Buffer.");
+        throw ZException("Unable to Create a Working Buffer.");
     }
 }
 
@@ -73,7 +72,7 @@ ZFourierTransformSSE::ZFourierTransformSSE()
 void ZFourierTransformSSE::Init(int order, int direction, int realSignal)
 {
     if (order < kMinOrder || order > kMaxOrder)
-        throw ZException(kGeneralFailure, "Fourier Transform order must lie between 1 and 24.");
+        throw ZException("Fourier Transform order must lie between 1 and 24.");
     mLength = 1u << order;
     mDirection = direction;
     mRealSignal = realSignal;

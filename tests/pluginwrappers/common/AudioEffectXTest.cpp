@@ -101,7 +101,7 @@ TEST(AudioEffectXTest, WhateverIsThrownIsReportedAndNeverReachesTheHost)
     BoxRecorder recorder;
     auto* const effect = new FailingEffect;
     AEffect* const record = effect->getAeffect();
-    effect->failure = [] { throw ZException(-1, "NULL preset file"); };
+    effect->failure = [] { throw ZException("NULL preset file"); };
     EXPECT_EQ(ask(record, effMainsChanged), 0);
     effect->failure = [] { throw std::bad_alloc(); };
     record->processReplacing(record, nullptr, nullptr, 1);

@@ -55,7 +55,7 @@ private:
     void FailAt(const std::string& step) const
     {
         if (step == failsAt)
-            throw ZException(-1, "No " + step);
+            throw ZException("No " + step);
     }
 };
 

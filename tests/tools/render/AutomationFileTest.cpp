@@ -42,7 +42,7 @@ TEST(AutomationFileTest, AWrongLineIsToldByItsNumber)
          "it is too long: write SECONDS,NAME,VALUE, such as 1.5,key,C"},
     };
     for (const auto& [line, says] : lines)
-        expectZException(-1, "f, line 3: " + says, [&line = line] {
+        expectZException("f, line 3: " + says, [&line = line] {
             static_cast<void>(automationIn("\n0,key,C\n" + line + "\n", "f"));
         });
 }

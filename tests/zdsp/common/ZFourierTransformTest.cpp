@@ -160,7 +160,7 @@ TEST(ZFourierTransformTest, RefusesOrdersItDoesNotHaveAndClassesThatCannot)
     Unsupported unsupported;
     unsupported.Init(3, kForward, 1);
     ZBuffer buffer(8, "ZBuffer");
-    expectZException(-1, "Fourier Transform is not supported on your processor.",
+    expectZException("Fourier Transform is not supported on your processor.",
                      [&] { unsupported.TransformReal(buffer, buffer, buffer); });
     EXPECT_THROW(unsupported.TransformComplex(buffer, buffer, buffer, buffer), ZException);
     EXPECT_THROW(unsupported.TransformInPlace(buffer, buffer), ZException);

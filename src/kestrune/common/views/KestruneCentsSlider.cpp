@@ -36,12 +36,12 @@ const char* KestruneCentsSlider::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> KestruneCentsSlider::ExtractHeader() const
 {
-    throw ZException(-2, "Implement ExtractHeader\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractHeader\n");
 }
 
 void KestruneCentsSlider::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-2, "Implement ExtractBody\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractBody\n");
 }
 
 void KestruneCentsSlider::TrackMouse(const ZPoint& point, std::uint32_t mods)
@@ -55,7 +55,7 @@ void KestruneCentsSlider::TrackMouse(const ZPoint& point, std::uint32_t mods)
 void KestruneCentsSlider::DrawScale(const ZRect& update)
 {
     if (IsVertical())
-        throw ZException(-1, "No Support for Vertical KestruneCentsSlider");
+        throw ZException("No Support for Vertical KestruneCentsSlider");
     ZMetalSlider::DrawScale(update);
 }
 

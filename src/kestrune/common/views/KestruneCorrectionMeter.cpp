@@ -53,12 +53,12 @@ const char* KestruneCorrectionMeter::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> KestruneCorrectionMeter::ExtractHeader() const
 {
-    throw ZException(-2, "Implement ExtractHeader\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractHeader\n");
 }
 
 void KestruneCorrectionMeter::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-2, "Implement ExtractBody\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractBody\n");
 }
 
 float KestruneCorrectionMeter::ReadCents() const

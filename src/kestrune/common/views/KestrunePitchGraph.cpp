@@ -82,12 +82,12 @@ const char* KestrunePitchGraph::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> KestrunePitchGraph::ExtractHeader() const
 {
-    throw ZException(-2, "Implement ExtractHeader\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractHeader\n");
 }
 
 void KestrunePitchGraph::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-2, "Implement ExtractBody\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractBody\n");
 }
 
 void KestrunePitchGraph::DetachFromElements()

@@ -18,8 +18,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kGeneralFailure = -1;
-constexpr std::int32_t kOutOfMemory = 2;
 constexpr std::size_t kDigitsPerSample = 8;
 
 std::uint32_t padded(std::uint32_t length)
@@ -94,14 +92,14 @@ void ZBuffer::Release::operator()(float* data) const noexcept
 ZBuffer::Samples ZBuffer::Allocate(std::uint32_t length)
 {
     if (length == 0)
-        throw ZException(kGeneralFailure, "Error Trying to create a buffer of improper size.");
+        throw ZException("Error Trying to create a buffer of improper size.");
     constexpr std::uint32_t kMaxLength = std::numeric_limits<std::uint32_t>::max() - 3;
     void* memory = nullptr;
     if (length <= kMaxLength)
         memory = ::operator new(padded(length) * sizeof(float), std::align_val_t(kAlignment),
                                 std::nothrow);
     if (!memory)
-        throw ZException(kOutOfMemory, "Unable to allocate zfloat buffer.");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate zfloat buffer.");
     Samples data(static_cast<float*>(memory));
     std::fill(data.get() + length, data.get() + padded(length), 0.0f);
     return data;
@@ -169,7 +167,7 @@ void ZBuffer::LoadAs(const Format* source, std::size_t stride, std::size_t offse
                      std::uint32_t count)
 {
     if (count > mLength)
-        throw ZException(kGeneralFailure, "Trying to load a Zbuffer with too much data.");
+        throw ZException("Trying to load a Zbuffer with too much data.");
     for (std::uint32_t i = 0; i < count; ++i)
         mData[i] = toSample(source[offset + i * stride]);
 }
@@ -179,7 +177,7 @@ void ZBuffer::StoreAs(Format* target, std::size_t stride, std::size_t offset,
                       std::uint32_t count) const
 {
     if (count > mLength)
-        throw ZException(kGeneralFailure, "Trying to store more data than a Zbuffer holds.");
+        throw ZException("Trying to store more data than a Zbuffer holds.");
     for (std::uint32_t i = 0; i < count; ++i)
         fromSample(mData[i], target[offset + i * stride]);
 }
@@ -250,7 +248,7 @@ std::string ZBuffer::EncodeValues() const
 void ZBuffer::DecodeValues(std::string_view values)
 {
     if (values.size() != mLength * kDigitsPerSample)
-        throw ZException(kGeneralFailure, "Buffer values do not have 8 digits for each sample.");
+        throw ZException("Buffer values do not have 8 digits for each sample.");
     std::vector<float> decoded;
     decoded.reserve(mLength);
     for (std::uint32_t i = 0; i < mLength; ++i) {
@@ -258,7 +256,7 @@ void ZBuffer::DecodeValues(std::string_view values)
         std::uint32_t bits = 0;
         const auto result = std::from_chars(first, first + kDigitsPerSample, bits, 16);
         if (result.ec != std::errc() || result.ptr != first + kDigitsPerSample)
-            throw ZException(kGeneralFailure, "Buffer values hold something else than hex digits.");
+            throw ZException("Buffer values hold something else than hex digits.");
         decoded.push_back(std::bit_cast<float>(bits));
     }
     std::copy(decoded.begin(), decoded.end(), mData.get());

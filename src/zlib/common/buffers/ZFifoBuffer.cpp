@@ -60,13 +60,13 @@ void ZFifoBuffer::Read(ZBuffer& buffer, std::uint32_t count)
 void ZFifoBuffer::Write(std::span<const float> samples)
 {
     if (samples.size() > mCapacity || !mRing.Write(samples.data(), bytesOf(samples)))
-        throw ZException(-1, "Read first");
+        throw ZException("Read first");
 }
 
 void ZFifoBuffer::Read(std::span<float> samples)
 {
     if (samples.size() > mCapacity || !mRing.Read(samples.data(), bytesOf(samples)))
-        throw ZException(-1, "Write first");
+        throw ZException("Write first");
 }
 
 }  // namespace orvane

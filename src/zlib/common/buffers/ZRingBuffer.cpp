@@ -17,7 +17,7 @@ namespace
 std::uint32_t checkedSize(std::uint32_t size)
 {
     if (!std::has_single_bit(size))
-        throw ZException(-1, "Fifo Buffer must have power of 2 size");
+        throw ZException("Fifo Buffer must have power of 2 size");
     return size;
 }
 
@@ -30,7 +30,7 @@ ZRingBuffer::ZRingBuffer(std::uint32_t size)
     , mBuffer(new (std::align_val_t(kCacheLine), std::nothrow) std::byte[size]())
 {
     if (!mBuffer)
-        throw ZException(2, "Unable to allocate a ring buffer.");
+        throw ZException(ZException::kOutOfMemory, "Unable to allocate a ring buffer.");
 }
 
 std::uint32_t ZRingBuffer::Available() const noexcept

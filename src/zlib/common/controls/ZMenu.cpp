@@ -57,7 +57,7 @@ void ZMenu::CheckItem(std::int32_t index, bool on)
 bool ZMenu::Popup(const ZPoint& screenPosition, ZWindow* window, std::int32_t& index) const
 {
     if (mKind != Kind::kPopup)
-        throw ZException(-1, "Menu " + GetName() + " is not a popup");
+        throw ZException("Menu " + GetName() + " is not a popup");
     const std::optional<std::int32_t> chosen =
         replacement() ? replacement()(*this, screenPosition, window)
                       : ZMenuWindow::Show(*this, screenPosition, window);

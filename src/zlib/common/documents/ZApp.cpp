@@ -42,13 +42,12 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kBadSignature = 5;
 constexpr const char* kNotLoaded = "Failed to load resource.";
 
 void requireTag(const ZXMLElement& xml, std::string_view tag, const char* wrongTag)
 {
     if (!xml.IsNamed(tag))
-        throw ZException(-1, wrongTag);
+        throw ZException(wrongTag);
 }
 
 /// Makes room for a second manager of a kind, which no description should have.
@@ -195,10 +194,10 @@ void ZApp::CheckMenuSelection(const ZMessage& message) const
     // The menu bar would take both; no description has one.
     std::uint64_t handle = 0;
     if (!message.Find("Handle", handle))
-        throw ZException(-1, "Couldn't find Menu Handle in Message");
+        throw ZException("Couldn't find Menu Handle in Message");
     std::int32_t position = 0;
     if (!message.Find("Position", position))
-        throw ZException(-1, "Couldn't find position in Message");
+        throw ZException("Couldn't find position in Message");
 }
 
 void ZApp::HandleQuit(const boost::shared_ptr<const ZMessage>& message)
@@ -214,7 +213,7 @@ void ZApp::GoToUrl(const ZMessage& message)
 {
     ZString url;
     if (!message.Find("URL", url))
-        throw ZException(-1, "Couldn't find URL in message");
+        throw ZException("Couldn't find URL in message");
     const std::string address = url.ToNarrow();
     if (!ZBrowserLaunch::IsWebAddress(address)) {
         ZTrace::Write("Not an address of the web: " + address + "\n");
@@ -291,16 +290,16 @@ boost::shared_ptr<ZXMLElement> ZApp::LoadDescription() const
 {
     const auto text = mResources.FindText("XML", mResourceName.ToNarrow());
     if (!text)
-        throw ZException(-1, kNotLoaded);
+        throw ZException(kNotLoaded);
     const auto length = static_cast<std::int32_t>(text->size());
     if (!HasValidDeclaration(text->data(), length))
-        throw ZException(-1, kNotLoaded);
+        throw ZException(kNotLoaded);
     if (!VerifySignature(text->data(), length))
-        throw ZException(kBadSignature, kNotLoaded);
+        throw ZException(ZException::kBadSignature, kNotLoaded);
     const ZXMLDocument document(text->data(), length);
     auto app = document.GetChild("app");
     if (!app)
-        throw ZException(-1, kNotLoaded);
+        throw ZException(kNotLoaded);
     return app;
 }
 
@@ -364,8 +363,8 @@ void ZApp::RunStartup(const ZXMLElement& startup)
         const char* const name = item->GetAttribute("command");
         boost::shared_ptr<ZCommand> command;
         if (!mCommandList->GetCommand(name, command))
-            throw ZException(-1, std::string("Couldn't find command '") + (name ? name : "") +
-                                     "' of a startupitem in the command list");
+            throw ZException(std::string("Couldn't find command '") + (name ? name : "") +
+                             "' of a startupitem in the command list");
         command->Dispatch();
     }
 }
@@ -427,32 +426,32 @@ bool ZApp::GetRegistryInt(const ZString& name, std::int32_t& out) const
 boost::shared_ptr<ZWindow> ZApp::GetMainWindow() const
 {
     if (!mWindowManager)
-        throw ZException(-1, "Unable to return MainWindow because it doesn't exist.");
+        throw ZException("Unable to return MainWindow because it doesn't exist.");
     return mWindowManager->GetCurrentWindow();
 }
 
 ZDocumentManager* ZApp::GetDocumentManager() const
 {
     if (!mDocumentManager)
-        throw ZException(-1, "Unable to return ZDocumentManager because it doesn't exist.");
+        throw ZException("Unable to return ZDocumentManager because it doesn't exist.");
     return mDocumentManager.get();
 }
 
 ZCommandList* ZApp::GetCommandList() const
 {
     if (!mCommandList)
-        throw ZException(-1, "Unable to return ZCommandManager because it doesn't exist.");
+        throw ZException("Unable to return ZCommandManager because it doesn't exist.");
     return mCommandList.get();
 }
 
 void ZApp::GetPreferenceManager() const
 {
-    throw ZException(-1, "Unable to return ZPreferenceManager because it doesn't exist.");
+    throw ZException("Unable to return ZPreferenceManager because it doesn't exist.");
 }
 
 void ZApp::GetMidiManager() const
 {
-    throw ZException(-1, "Unable to return ZMidiManager because it doesn't exist.");
+    throw ZException("Unable to return ZMidiManager because it doesn't exist.");
 }
 
 boost::shared_ptr<ZDocument> ZApp::GetCurrentDocument() const

@@ -81,7 +81,7 @@ public:
         : mFile(file)
     {
         if (!file.IsOpen() && !file.Open(mode, create))
-            throw ZException(-1, "Unable to open " + file.GetPath().ToNarrow());
+            throw ZException("Unable to open " + file.GetPath().ToNarrow());
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
@@ -126,8 +126,8 @@ boost::shared_ptr<ZBay> ZAudioDocument::BuildNetwork(const ZXMLElement& network)
     const auto bay =
         boost::dynamic_pointer_cast<ZBay>(GetApp()->GetClassRegistry().Create(className, xml));
     if (!bay)
-        throw ZException(-1, "ERROR (ZAudioDocument) '" + className +
-                                 "' class found in XML, unable to make instance!\n");
+        throw ZException("ERROR (ZAudioDocument) '" + className +
+                         "' class found in XML, unable to make instance!\n");
     if (auto* const signal = dynamic_cast<ZSignalBay*>(bay.get()))
         signal->Prepare();
     if (const auto element = bay->GetElement())
@@ -175,7 +175,7 @@ void ZAudioDocument::HandleDocumentChanged(const ZMessage& message)
 {
     boost::shared_ptr<ZDocument> document;
     if (!message.Find("NewDocument", document))
-        throw ZException(-1, "Couldn't find NewDocument in msg");
+        throw ZException("Couldn't find NewDocument in msg");
     if (document.get() == this)
         BecameCurrent();
 }
@@ -227,7 +227,7 @@ void ZAudioDocument::SavePreset(ZXMLElement& parent)
 void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
 {
     if (!xml)
-        throw ZException(-1, "NULL preset file");
+        throw ZException("NULL preset file");
     const auto preset = xml->GetChild("preset");
     if (preset && !preset->AttributeIs("version", kPresetVersion))
         return ZMessageBox::Show(ZMessageBox::kNotice, "Could not load preset",
@@ -316,7 +316,7 @@ bool ZAudioDocument::LoadPresetFile(const char* description, const char* prompt,
     try {
         // Opening makes a file that is not there.
         if (!file->Exists())
-            throw ZException(-1, "No such file: " + file->GetPath().ToNarrow());
+            throw ZException("No such file: " + file->GetPath().ToNarrow());
         const OpenFile open(*file, ZFile::kModeRead, false);
         LoadPreset(presetOfFile(ZXMLDocument(file)));
     } catch (const ZException&) {

@@ -65,7 +65,7 @@ std::int32_t framerateOf(const ZAudioDocument& document)
     document.GetAudioFormat()->GetFormat(format);
     std::int32_t rate = 0;
     if (!format.Find("Framerate", rate))
-        throw ZException(-1, "Couldn't find frame rate in Message");
+        throw ZException("Couldn't find frame rate in Message");
     return rate;
 }
 
@@ -121,7 +121,7 @@ void ZAudioManager::FollowDocument(const ZMessage& message, const char* field)
 {
     boost::shared_ptr<ZDocument> document;
     if (!message.Find(field, document) || !document)
-        throw ZException(-1, "Couldn't find NewDocument in message");
+        throw ZException("Couldn't find NewDocument in message");
     if (!IsFollowed(*document))
         return;
     if (const auto audioDocument = boost::dynamic_pointer_cast<ZAudioDocument>(document))
@@ -229,7 +229,7 @@ void ZAudioManager::Build(const DriverMaker& makeDriver)
         mLooper = boost::make_shared<ZSignalLooper>(GetApp());
         const boost::shared_ptr<ZSignalDriver> driver = makeDriver();
         if (!driver)
-            throw ZException(-1, "Unable to construct Driver Model");
+            throw ZException("Unable to construct Driver Model");
         mLooper->SetDriver(driver);
     } catch (...) {
         BuildSilent();

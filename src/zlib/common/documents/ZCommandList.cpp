@@ -93,7 +93,7 @@ void ZCommandList::HandleKey(const ZMessage& message)
 {
     std::int32_t key = 0;
     if (!message.Find("hotkey", key))
-        throw ZException(-1, "Couldn't find Key in Message");
+        throw ZException("Couldn't find Key in Message");
     boost::shared_ptr<ZCommand> command;
     if (GetCommandByKey(key, modifiersOf(message), command))
         command->Dispatch();
@@ -110,7 +110,7 @@ void ZCommandList::HandleMenuChoice(const ZMessage& message)
 {
     std::int32_t menuId = 0;
     if (!message.Find("MenuID", menuId))
-        throw ZException(-1, "Couldn't find menuID in Message");
+        throw ZException("Couldn't find menuID in Message");
     boost::shared_ptr<ZCommand> command;
     if (!GetCommandByMenuId(menuId, command))
         return;

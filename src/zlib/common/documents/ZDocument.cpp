@@ -56,7 +56,7 @@ void ZDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         return;
     std::uint64_t elementId = 0;
     if (!message->Find("elementid", elementId))
-        throw ZException(-1, "Couldn't find elementid in Message");
+        throw ZException("Couldn't find elementid in Message");
     ElementChanged(elementId);
 }
 

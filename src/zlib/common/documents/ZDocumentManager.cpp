@@ -32,7 +32,7 @@ ZString requireText(const ZMessage& message, const char* field, const char* miss
 {
     ZString text;
     if (!message.Find(field, text))
-        throw ZException(-1, missing);
+        throw ZException(missing);
     return text;
 }
 
@@ -40,7 +40,7 @@ SharedDocument requireDocument(const ZMessage& message)
 {
     SharedDocument document;
     if (!message.Find("Document", document))
-        throw ZException(-1, "Couldn't find Document in message");
+        throw ZException("Couldn't find Document in message");
     return document;
 }
 
@@ -58,7 +58,7 @@ ZDocumentManager::ZDocumentManager(const boost::shared_ptr<ZXMLElement>& xml,
     : ZHandler(xml, application)
 {
     if (!xml->IsNamed("documentmanager"))
-        throw ZException(-1, wrongTag);
+        throw ZException(wrongTag);
     mMultiple = !xml->AttributeIs("type", "sdi");
     if (const auto types = xml->GetChild("documenttypes"))
         AddDocumentTypes(*types);
@@ -69,8 +69,7 @@ ZDocumentManager::~ZDocumentManager() = default;
 void ZDocumentManager::AddDocumentTypes(const ZXMLElement& xml)
 {
     if (!xml.IsNamed("documenttypes"))
-        throw ZException(-1,
-                         "ZDocumentManager::AddDocumentTypes,  XML tag is not a <documenttypes>.");
+        throw ZException("ZDocumentManager::AddDocumentTypes,  XML tag is not a <documenttypes>.");
     const std::int32_t count = xml.GetChildCount("doctype");
     for (std::int32_t i = 0; i < count; ++i)
         mTypes.emplace_back(xml.GetChild("doctype", i));
@@ -138,7 +137,7 @@ SharedDocument ZDocumentManager::NewDocument(const ZDocumentType& type)
 {
     ZApplication* const application = GetApp();
     if (!application)
-        throw ZException(-1, "Document type failed to instanciate.");
+        throw ZException("Document type failed to instanciate.");
     auto document = type.CreateDocument(application->GetClassRegistry());
     const std::string name = "Untitled " + GetName() + " " + std::to_string(++mDocumentCount);
     document->SetName(name);

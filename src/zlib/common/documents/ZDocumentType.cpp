@@ -16,7 +16,7 @@ ZDocumentType::ZDocumentType(const boost::shared_ptr<ZXMLElement>& doctype)
     , xml(doctype)
 {
     if (!doctype->IsNamed("doctype"))
-        throw ZException(-1, "ZDocumentType::ZDocumentType,  XML tag is not a <doctype>.");
+        throw ZException("ZDocumentType::ZDocumentType,  XML tag is not a <doctype>.");
     ZTrace::Write("Creating ZDocumentType class='" + className + "' name='" + name + "'\n");
 }
 
@@ -24,7 +24,7 @@ boost::shared_ptr<ZDocument> ZDocumentType::CreateDocument(const ZClassRegistry&
 {
     const auto document = boost::dynamic_pointer_cast<ZDocument>(classes.Create(className, xml));
     if (!document)
-        throw ZException(-1, "Document type failed to instanciate.");
+        throw ZException("Document type failed to instanciate.");
     return document;
 }
 

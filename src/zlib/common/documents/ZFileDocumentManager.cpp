@@ -65,8 +65,7 @@ ZFileDocumentManager::ZFileDocumentManager(const boost::shared_ptr<ZXMLElement>&
 void ZFileDocumentManager::AddFileTypes(const ZXMLElement& xml)
 {
     if (!xml.IsNamed("filetypes"))
-        throw ZException(-1,
-                         "ZFileDocumentManager :: AddFileTypes,  XML tag is not a <filetypes>.");
+        throw ZException("ZFileDocumentManager :: AddFileTypes,  XML tag is not a <filetypes>.");
     const std::int32_t count = xml.GetChildCount("filetype");
     for (std::int32_t i = 0; i < count; ++i)
         mFileTypes.push_back(readFiletype(*xml.GetChild("filetype", i)));
@@ -98,7 +97,7 @@ void ZFileDocumentManager::OpenFile(const ZMessage& message)
 {
     ZString typeName;
     if (!message.Find("doctype", typeName))
-        throw ZException(-1, "Couldn't find FileOpenName in message");
+        throw ZException("Couldn't find FileOpenName in message");
     const auto type = std::find_if(
         GetTypes().begin(), GetTypes().end(),
         [name = typeName.ToNarrow()](const ZDocumentType& known) { return known.name == name; });
@@ -121,7 +120,7 @@ void ZFileDocumentManager::OpenDocument(const boost::shared_ptr<ZFile>& file,
 {
     ZApp* const app = ZApp::Of(*this);
     if (!app || !app->GetWindowManager())
-        throw ZException(-1, "Unable to open document because there is no WindowManager.");
+        throw ZException("Unable to open document because there is no WindowManager.");
     const ZDocumentType* const fitting = FindType(*file);
     const auto document = NewDocument(fitting ? *fitting : type);
     try {

@@ -70,7 +70,7 @@ void ZPlugin::InitLooper()
 void ZPlugin::AddAudioManager(const boost::shared_ptr<ZXMLElement>& xml)
 {
     if (!xml->IsNamed("audiomanager"))
-        throw ZException(-1, "ZApp::AddAudioManager, XML tag is not a <audiomanager>.");
+        throw ZException("ZApp::AddAudioManager, XML tag is not a <audiomanager>.");
     if (GetAudioManager()) {
         ZTrace::Write("\nWarning: ZApp::AddAudioManager, mAudioManager already created. Multiple "
                       "top level window managers?\n");

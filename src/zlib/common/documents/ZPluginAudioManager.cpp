@@ -26,12 +26,12 @@ void ZPluginAudioManager::BuildDriverModel(const ZDriverSettings& /*settings*/)
 
 boost::shared_ptr<ZXMLElement> ZPluginAudioManager::ExtractHeader() const
 {
-    throw ZException(-1, "Implement ExtractHeader in ZPluginAudioManager\n");
+    throw ZException("Implement ExtractHeader in ZPluginAudioManager\n");
 }
 
 void ZPluginAudioManager::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-1, "Implement ExtractBody in ZPluginAudioManager\n");
+    throw ZException("Implement ExtractBody in ZPluginAudioManager\n");
 }
 
 }  // namespace orvane

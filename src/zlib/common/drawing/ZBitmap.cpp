@@ -105,7 +105,7 @@ ZBitmap::ZBitmap(std::int32_t width, std::int32_t height, const ZDrawingContext*
 {
     Adopt(ZImage::Create(width, height));
     if (!mImage)
-        throw ZException(-1, "Failed to create new Bitmap object");
+        throw ZException("Failed to create new Bitmap object");
 }
 
 ZBitmap::ZBitmap(const ZString& resourceName, ZApplication* application)

@@ -19,7 +19,7 @@ boost::shared_ptr<ZShadingFunction> MakeShadingFunction(const ZString& name)
         return boost::make_shared<ZNyquistBkgdShader>(kBlack, kWhite, 0.5f, 0.5f);
     if (name == ZString("ZNyquistTitleShader"))
         return boost::make_shared<ZNyquistTitleShader>(kBlack, kWhite, 0.5f, 0.5f);
-    throw ZException(-1, "Unimplemented Shader Function");
+    throw ZException("Unimplemented Shader Function");
 }
 
 }  // namespace orvane

@@ -15,7 +15,7 @@ T require(const ZMessage& format, const char* field, const char* missing)
 {
     T value{};
     if (!format.Find(field, value))
-        throw ZException(-1, missing);
+        throw ZException(missing);
     return value;
 }
 

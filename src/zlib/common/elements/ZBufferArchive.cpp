@@ -26,7 +26,7 @@ std::uint32_t readLength(const ZXMLElement& xml)
 
 [[noreturn]] void throwMissingSamples()
 {
-    throw ZException(-1, "Buffer archive does not hold all samples of the buffer.");
+    throw ZException("Buffer archive does not hold all samples of the buffer.");
 }
 
 /// Another form that is read: one attribute a sample, and no other.
@@ -68,7 +68,7 @@ std::uint32_t maxArchivedSamples()
 boost::shared_ptr<ZXMLElement> extractBuffer(const ZBuffer& buffer)
 {
     if (buffer.Length() > maxArchivedSamples())
-        throw ZException(-1, "Buffer is too long for an archive.");
+        throw ZException("Buffer is too long for an archive.");
     auto xml = boost::make_shared<ZXMLElement>("buffer");
     xml->AddAttribute("name", buffer.Name());
     xml->AddAttribute("length", static_cast<std::int32_t>(buffer.Length()));
@@ -83,7 +83,7 @@ std::unique_ptr<ZBuffer> makeBuffer(const ZXMLElement& xml)
 {
     const std::uint32_t length = readLength(xml);
     if (length == 0)
-        throw ZException(-1, "Error Trying to create a buffer of improper size.");
+        throw ZException("Error Trying to create a buffer of improper size.");
     const auto data = xml.GetChild("data");
     if (!data)
         throwMissingSamples();
@@ -98,7 +98,7 @@ void restoreBuffer(const ZXMLElement& xml, ZBuffer& buffer, ZBufferLength length
 {
     const bool fits = readLength(xml) == buffer.Length();
     if (!fits && length == ZBufferLength::kFixed)
-        throw ZException(-1, "Incompatible buffer restore. Buffers are of different size.");
+        throw ZException("Incompatible buffer restore. Buffers are of different size.");
     const auto archived = makeBuffer(xml);
     if (!fits)
         buffer.Resize(archived->Length());

@@ -77,7 +77,7 @@ const char* ZElement::GetClassName() const
 void ZElement::RequireType(Type type, const char* failure) const
 {
     if (mType != type)
-        throw ZException(-1, failure);
+        throw ZException(failure);
 }
 
 ZString ZElement::GetLabelToFit(std::int32_t maxLength) const
@@ -121,12 +121,12 @@ void ZElement::ClearMarkedChanged()
 
 void ZElement::GetValue(float& /*out*/) const
 {
-    throw ZException(-1, "This element doesn't have GetValue()");
+    throw ZException("This element doesn't have GetValue()");
 }
 
 void ZElement::GetValue(ZString& /*out*/) const
 {
-    throw ZException(-1, "This element doesn't have GetValue()");
+    throw ZException("This element doesn't have GetValue()");
 }
 
 std::int32_t ZElement::CountDiscreteValues() const

@@ -50,7 +50,7 @@ ZElement::Type readType(const ZXMLElement& xml)
 {
     const std::int32_t place = readWord(xml, "type", kTypeWords);
     if (place == std::ssize(kTypeWords))
-        throw ZException(-1, "Unrecognized Element Type.");
+        throw ZException("Unrecognized Element Type.");
     return static_cast<ZElement::Type>(place);
 }
 
@@ -58,7 +58,7 @@ ZElement::Units readUnits(const ZXMLElement& xml)
 {
     const std::int32_t place = readWord(xml, "units", kUnitsWords);
     if (place == std::ssize(kUnitsWords))
-        throw ZException(-1, "Unrecognized Units Type.");
+        throw ZException("Unrecognized Units Type.");
     return static_cast<ZElement::Units>(place);
 }
 
@@ -149,7 +149,7 @@ void ZElement::ReadValue(const ZXMLElement& xml)
     case ZRANGE:
         return ReadRanges(xml);
     }
-    throw ZException(-1, "Unknown element type!");
+    throw ZException("Unknown element type!");
 }
 
 void ZElement::AddChildElements(const ZXMLElement& xml)
@@ -167,13 +167,12 @@ boost::shared_ptr<ZElement> ZElement::MakeChild(const boost::shared_ptr<ZXMLElem
                   "' ");
     ZApplication* const application = GetApp();
     if (!application)
-        throw ZException(-1, "An element needs an application to make its children.");
+        throw ZException("An element needs an application to make its children.");
     const auto object = application->GetClassRegistry().Create(className, xml);
     const auto child = boost::dynamic_pointer_cast<ZElement>(object);
     if (!child)
-        throw ZException(-1, "ERROR (ZElement::AddChildElements) '" + className +
-                                 "' class (name='" + name +
-                                 "') found in XML, unable to make instance!\n");
+        throw ZException("ERROR (ZElement::AddChildElements) '" + className + "' class (name='" +
+                         name + "') found in XML, unable to make instance!\n");
     return child;
 }
 
@@ -200,7 +199,7 @@ void ZElement::ReadBuffer(const ZXMLElement& xml)
     readNumber(xml, "buffermax", mBufferMax);
     const auto buffer = xml.GetChild("buffer");
     if (!buffer)
-        throw ZException(-1, "Error Trying to create a buffer of improper size.");
+        throw ZException("Error Trying to create a buffer of improper size.");
     mBuffer = makeBuffer(*buffer);
 }
 
@@ -223,7 +222,7 @@ boost::shared_ptr<ZXMLElement> ZElement::ExtractHeader() const
 void ZElement::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
 {
     if (mType < 0 || mType >= std::ssize(kTypeWords))
-        throw ZException(-1, "Trying to extract a non XML specified type.");
+        throw ZException("Trying to extract a non XML specified type.");
     xml->AddAttribute("type", kTypeWords[static_cast<std::size_t>(mType)]);
     WriteValue(*xml);
 }

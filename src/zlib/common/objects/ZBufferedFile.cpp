@@ -94,7 +94,7 @@ void ZBufferedFile::Flush()
 void ZBufferedFile::Seek(std::int64_t position)
 {
     if (!IsOpen())
-        throw ZException(-1, "Unable to seek file as it has not been opened");
+        throw ZException("Unable to seek file as it has not been opened");
     if (IsWritable())
         Flush();
     // Bytes held are in the file, so it is not empty: its size, a call of the system, can wait.
@@ -122,9 +122,10 @@ std::int64_t ZBufferedFile::GetPosition() const
 std::int32_t ZBufferedFile::Read(void* buffer, std::int32_t bytes)
 {
     if (GetMode() == kModeWrite)
-        throw ZException(0, "Unable to read from write-only buffered file.");
+        throw ZException(ZException::kWriteOnlyFile,
+                         "Unable to read from write-only buffered file.");
     if (!IsOpen())
-        throw ZException(-1, "Unable to read file.");
+        throw ZException("Unable to read file.");
     const std::span out(static_cast<std::byte*>(buffer), sizeOf(bytes));
     std::size_t done = 0;
     for (;;) {
@@ -145,7 +146,7 @@ std::int32_t ZBufferedFile::Read(void* buffer, std::int32_t bytes)
 std::int32_t ZBufferedFile::Write(const void* buffer, std::int32_t bytes)
 {
     if (!IsWritable())
-        throw ZException(-1, "Unable to write to file.");
+        throw ZException("Unable to write to file.");
     const std::span whole(static_cast<const std::byte*>(buffer), sizeOf(bytes));
     std::size_t done = 0;
     for (;;) {
@@ -170,7 +171,7 @@ void ZBufferedFile::ReadWhole(std::span<std::byte> out)
     while (!out.empty()) {
         const std::int32_t got = Read(out.data(), static_cast<std::int32_t>(out.size()));
         if (got == 0)
-            throw ZException(-1, "Unable to read file.");
+            throw ZException("Unable to read file.");
         out = out.subspan(sizeOf(got));
     }
 }

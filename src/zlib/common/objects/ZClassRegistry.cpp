@@ -46,7 +46,7 @@ boost::shared_ptr<ZObject> ZClassRegistry::Create(std::string_view className,
 {
     const auto found = mCreators.find(className);
     if (found == mCreators.end())
-        throw ZException(-1, "Unregistered Class " + std::string(className) + " found in xml\n");
+        throw ZException("Unregistered Class " + std::string(className) + " found in xml\n");
     return found->second->Create(xml);
 }
 

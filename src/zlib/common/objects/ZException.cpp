@@ -10,6 +10,11 @@
 namespace orvane
 {
 
+ZException::ZException(ZString message, const std::source_location& where)
+    : ZException(kGeneral, std::move(message), where)
+{
+}
+
 ZException::ZException(std::int32_t code, ZString message, const std::source_location& where)
     : mCode(code)
     , mMessage(std::move(message))
@@ -33,9 +38,9 @@ try {
     } catch (const ZException& exception) {
         exception.Report();
     } catch (const std::exception& exception) {
-        ZException(-1, exception.what()).Report();
+        ZException(exception.what()).Report();
     } catch (...) {
-        ZException(-1, "Unknown exception").Report();
+        ZException("Unknown exception").Report();
     }
 } catch (...) {
     // No memory to say it in: nothing is left that could be told.

@@ -10,12 +10,24 @@ namespace orvane
 {
 
 /// The framework's only exception type: thrown by value, caught by reference.
-/// Codes in use: -1 general failure, -2 not implemented, 2 out of memory for signal objects,
-/// 3 an end without a report, 5 a failed signature.
 class ZException
 {
 public:
-    /// The source file and line are those of the throw.
+    /// The number that the message box shows.
+    enum Code : std::int32_t
+    {
+        kNotImplemented = -2,
+        kGeneral = -1,          // whatever has no code of its own
+        kWriteOnlyFile = 0,     // a read from a file that is open for writing only
+        kOutOfMemory = 2,       // for a buffer or a signal object
+        kEndWithoutReport = 3,  // ends the start of the plug-in without a message box
+        kBadSignature = 5,
+    };
+
+    /// A general failure. The source file and line are those of the throw.
+    explicit ZException(ZString message,
+                        const std::source_location& where = std::source_location::current());
+    /// A failure with a code of its own, mostly one of Code.
     ZException(std::int32_t code, ZString message,
                const std::source_location& where = std::source_location::current());
     ZException(const ZException&) = default;

@@ -28,7 +28,7 @@ ZNativeFile::Access accessOf(std::int32_t mode)
     case ZFile::kModeReadWrite:
         return ZNativeFile::Access::kReadWrite;
     default:
-        throw ZException(-1, "Unknown File Mode");
+        throw ZException("Unknown File Mode");
     }
 }
 
@@ -43,7 +43,7 @@ void readWhole(ZNativeFile& file, Number& out)
     Number value{};
     const auto got = file.Read(std::as_writable_bytes(std::span(&value, 1)));
     if (got != sizeof(Number))
-        throw ZException(-1, "Unable to read file.");
+        throw ZException("Unable to read file.");
     out = value;
 }
 
@@ -51,7 +51,7 @@ template <typename Number>
 void writeWhole(ZNativeFile& file, Number value)
 {
     if (!file.Write(std::as_bytes(std::span(&value, 1))))
-        throw ZException(-1, "Unable to write to file.");
+        throw ZException("Unable to write to file.");
 }
 
 ZString inCapitals(ZString text)
@@ -171,7 +171,7 @@ bool ZFile::Delete()
 
 void ZFile::Rename()
 {
-    throw ZException(-2, "Implement ZFile::Rename");
+    throw ZException(ZException::kNotImplemented, "Implement ZFile::Rename");
 }
 
 std::int64_t ZFile::GetSize() const
@@ -182,9 +182,9 @@ std::int64_t ZFile::GetSize() const
 void ZFile::Seek(std::int64_t position)
 {
     if (!mNative.IsOpen())
-        throw ZException(-1, "Unable to seek file as it has not been opened");
+        throw ZException("Unable to seek file as it has not been opened");
     if (!mNative.Seek(position))
-        throw ZException(-1, "Unable to seek file");
+        throw ZException("Unable to seek file");
 }
 
 std::int64_t ZFile::GetPosition() const
@@ -195,10 +195,10 @@ std::int64_t ZFile::GetPosition() const
 std::int32_t ZFile::Read(void* buffer, std::int32_t bytes)
 {
     if (GetMode() == kModeWrite)
-        throw ZException(-1, "Unable to read file open write-only.");
+        throw ZException("Unable to read file open write-only.");
     const auto got = mNative.Read({static_cast<std::byte*>(buffer), sizeOf(bytes)});
     if (!got)
-        throw ZException(-1, "Unable to read file.");
+        throw ZException("Unable to read file.");
     return static_cast<std::int32_t>(*got);
 }
 
@@ -216,7 +216,7 @@ std::int32_t ZFile::Write(const void* buffer, std::int32_t bytes)
 {
     const std::span whole(static_cast<const std::byte*>(buffer), sizeOf(bytes));
     if (!mNative.Write(whole))
-        throw ZException(-1, "Unable to write to file.");
+        throw ZException("Unable to write to file.");
     return static_cast<std::int32_t>(whole.size());
 }
 

@@ -49,12 +49,12 @@ const char* ZHandler::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> ZHandler::ExtractHeader() const
 {
-    throw ZException(-2, "Implement ExtractHeader\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractHeader\n");
 }
 
 void ZHandler::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-2, "Implement ExtractBody\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractBody\n");
 }
 
 ZApplication* ZHandler::GetApp()

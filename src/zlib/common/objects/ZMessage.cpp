@@ -103,12 +103,12 @@ const char* ZMessage::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> ZMessage::ExtractHeader() const
 {
-    throw ZException(-2, "Implement ExtractHeader\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractHeader\n");
 }
 
 void ZMessage::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-2, "Implement ExtractBody\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractBody\n");
 }
 
 boost::shared_ptr<ZMessage> ZMessage::Copy() const

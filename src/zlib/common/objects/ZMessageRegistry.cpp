@@ -204,14 +204,14 @@ ZMessageRegistry& ZMessageRegistry::Get()
 void ZMessageRegistry::Add(std::string_view name, std::int32_t id)
 {
     if (!mIds.emplace(name, id).second)
-        throw ZException(-1, "Message already defined");
+        throw ZException("Message already defined");
 }
 
 std::int32_t ZMessageRegistry::Find(std::string_view name) const
 {
     const auto found = mIds.find(name);
     if (found == mIds.end())
-        throw ZException(-1, "Message not found");
+        throw ZException("Message not found");
     return found->second;
 }
 

@@ -14,7 +14,7 @@ ZSemaphore::ZSemaphore(std::string_view name, std::int32_t initialCount)
     , mCount(initialCount)
 {
     if (initialCount < 0)
-        throw ZException(-1, "CreateSemaphore failed");
+        throw ZException("CreateSemaphore failed");
 }
 
 std::int32_t ZSemaphore::Wait()

@@ -18,7 +18,7 @@ std::string systemTempFolder()
 {
     const auto folder = ZNativeFile::GetTempFolder();
     if (!folder)
-        throw ZException(-1, "Unable to GetTempPath.");
+        throw ZException("Unable to GetTempPath.");
     return *folder;
 }
 
@@ -41,7 +41,7 @@ void MakeTempFile(const boost::shared_ptr<ZString>& folder,
     const auto path = ZNativeFile::MakeUnique(where, prefix ? prefix->ToNarrow() : "sop",
                                               suffixOf(ending.ToNarrow()));
     if (!path)
-        throw ZException(-1, "Unable to GetTempFileName.");
+        throw ZException("Unable to GetTempFileName.");
     try {
         out = boost::make_shared<ZFile>("tempfile", *path, ending);
         out->SetDeleteOnClose(true);

@@ -51,7 +51,7 @@ std::string readWhole(ZFile& file)
     file.Seek(0);
     const std::int64_t size = file.GetSize();
     if (size >= std::numeric_limits<std::int32_t>::max())
-        throw ZException(-1, "Unable to read file.");
+        throw ZException("Unable to read file.");
     std::string characters(static_cast<std::size_t>(size), '\0');
     const std::int32_t got = file.Read(characters.data(), static_cast<std::int32_t>(size));
     characters.resize(static_cast<std::size_t>(got));

@@ -22,7 +22,7 @@ constexpr std::size_t kLongestText = std::numeric_limits<std::int32_t>::max() - 
 void checkLength(std::size_t length)
 {
     if (length > kLongestText)
-        throw ZException(-1, "XML text is longer than 2 gigabytes.");
+        throw ZException("XML text is longer than 2 gigabytes.");
 }
 
 /// Numbers for names. A tree: its worst case is bounded whatever names a text is made of.

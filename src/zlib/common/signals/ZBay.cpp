@@ -254,7 +254,7 @@ void ZBay::Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportInde
 {
     const std::string fault = RouteFault(importIndex, farBay, exportIndex);
     if (!fault.empty())
-        throw ZException(-1, fault);
+        throw ZException(fault);
     ZPort& importPort = *GetImport(importIndex);
     ZPort& exportPort = *farBay.GetExport(exportIndex);
     if (importPort.FindRoute(exportPort).bay)
@@ -442,8 +442,8 @@ bool ZBay::IsInside(const ZBay& bay) const
 void ZBay::AddBay(const boost::shared_ptr<ZBay>& bay)
 {
     if (bay->mContainer || IsInside(*bay))
-        throw ZException(-1, "Bay '" + bay->GetName() + "' cannot be put into bay '" + GetName() +
-                                 "': it stands in one or contains it.");
+        throw ZException("Bay '" + bay->GetName() + "' cannot be put into bay '" + GetName() +
+                         "': it stands in one or contains it.");
     bay->SetContainer(this);
     mBays.Append(bay);
     AdoptElement(bay->GetElement(), "ContainerBay");
@@ -539,7 +539,7 @@ void ZBay::CopyInto(ZBay& copy)
     for (std::int32_t i = 0; i < count; ++i) {
         const auto bay = GetBay(i);
         if (!bay)
-            throw ZException(-1, "Couldn't find bay!");
+            throw ZException("Couldn't find bay!");
         const auto clone = bay->Clone();
         copy.AddBay(clone);
         clones.emplace(bay.get(), clone);

@@ -52,8 +52,8 @@ void ZBay::BuildBays(const ZXMLElement& list)
 {
     const Nesting nesting;
     if (Nesting::Depth() > kMaxNesting)
-        throw ZException(-1, "Bay '" + GetName() + "' stands in more than " +
-                                 std::to_string(kMaxNesting) + " others.");
+        throw ZException("Bay '" + GetName() + "' stands in more than " +
+                         std::to_string(kMaxNesting) + " others.");
     const std::int32_t count = list.GetChildCount("bay");
     for (std::int32_t i = 0; i < count; ++i)
         AddBay(MakeBay(list.GetChild("bay", i)));
@@ -67,14 +67,14 @@ boost::shared_ptr<ZBay> ZBay::MakeBay(const boost::shared_ptr<ZXMLElement>& xml)
                   "' named '" + name + "'\n");
     ZApplication* const application = GetApp();
     if (!application)
-        throw ZException(-1, "A bay needs an application to make its bays.");
+        throw ZException("A bay needs an application to make its bays.");
     const ZClassRegistry& registry = application->GetClassRegistry();
     boost::shared_ptr<ZBay> bay;
     if (registry.Contains(className))
         bay = boost::dynamic_pointer_cast<ZBay>(registry.Create(className, xml));
     if (!bay)
-        throw ZException(-1, "ERROR (ZBay::ZBay(xml)) '" + className + "' class (name='" + name +
-                                 "') found in XML, unable to make instance!\n");
+        throw ZException("ERROR (ZBay::ZBay(xml)) '" + className + "' class (name='" + name +
+                         "') found in XML, unable to make instance!\n");
     return bay;
 }
 

@@ -20,7 +20,7 @@ ZElementBay::ZElementBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication
 {
     const auto elementXml = xml->GetChild("element");
     if (!elementXml)
-        throw ZException(-1, "No Element XML chunk found in Element Bay.");
+        throw ZException("No Element XML chunk found in Element Bay.");
     mElement = boost::make_shared<ZElement>(elementXml, application);
     if (mElement->GetType() == ZElement::ZBUFFER)
         mSpectralBuffer =

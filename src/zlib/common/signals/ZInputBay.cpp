@@ -60,7 +60,7 @@ std::uint32_t ZInputBay::Available(std::int32_t channel) const noexcept
 void ZInputBay::Write(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
 {
     if (count > buffer.Length())
-        throw ZException(-1, "Read first");
+        throw ZException("Read first");
     Write({buffer.Data(), count}, channel);
 }
 
@@ -68,7 +68,7 @@ void ZInputBay::Write(std::span<const float> samples, std::int32_t channel)
 {
     ZFifoBuffer* const fifo = mFifos.Get(channel);
     if (!fifo)
-        throw ZException(-1, "Read first");
+        throw ZException("Read first");
     fifo->Write(samples);
 }
 

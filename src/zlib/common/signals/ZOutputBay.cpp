@@ -79,7 +79,7 @@ std::uint32_t ZOutputBay::Available(std::int32_t channel) const noexcept
 void ZOutputBay::Read(ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
 {
     if (count > buffer.Length())
-        throw ZException(-1, "Write first");
+        throw ZException("Write first");
     Read({buffer.Data(), count}, channel);
 }
 
@@ -87,7 +87,7 @@ void ZOutputBay::Read(std::span<float> samples, std::int32_t channel)
 {
     ZFifoBuffer* const fifo = mFifos.Get(channel);
     if (!fifo)
-        throw ZException(-1, "Write first");
+        throw ZException("Write first");
     fifo->Read(samples);
 }
 

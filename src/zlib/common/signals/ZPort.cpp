@@ -62,8 +62,8 @@ void ZPort::AddRoute(ZBay& farBay, ZPort& farPort)
     {
         const std::lock_guard guard(mRouteLock);
         if (IsFull())
-            throw ZException(-1, "Port '" + mName + "' has as many routes as a port can hold, " +
-                                     std::to_string(kMaxRoutes) + ".");
+            throw ZException("Port '" + mName + "' has as many routes as a port can hold, " +
+                             std::to_string(kMaxRoutes) + ".");
         index = static_cast<std::int32_t>(mRoutes.size());
         mRoutes.push_back({&farBay, &farPort});
     }

@@ -67,16 +67,15 @@ std::int32_t ZSignalBay::ReadChannelCount(const ZXMLElement& xml, std::int32_t m
     const std::int32_t count = xml.GetInt32("numchannels");
     if (count >= 1 && count <= max)
         return count;
-    throw ZException(-1, "Bay '" + std::string(xml.GetAttributeOr("name", "")) +
-                             "' needs numchannels from 1 to " + std::to_string(max) + ".");
+    throw ZException("Bay '" + std::string(xml.GetAttributeOr("name", "")) +
+                     "' needs numchannels from 1 to " + std::to_string(max) + ".");
 }
 
 void ZSignalBay::CheckChannelCount(std::int32_t count) const
 {
     if (count < 0 || count > kMaxChannels)
-        throw ZException(-1, "Bay '" + GetName() + "' has from 0 to " +
-                                 std::to_string(kMaxChannels) + " channels, not " +
-                                 std::to_string(count) + ".");
+        throw ZException("Bay '" + GetName() + "' has from 0 to " + std::to_string(kMaxChannels) +
+                         " channels, not " + std::to_string(count) + ".");
 }
 
 boost::shared_ptr<ZBay> ZSignalBay::Clone()
@@ -133,14 +132,12 @@ void ZSignalBay::BroadcastToBays(const boost::shared_ptr<const ZMessage>& messag
 
 void ZSignalBay::SetInputChannelCount(std::int32_t /*count*/)
 {
-    throw ZException(-1,
-                     "SetInputChannelCount not implemented in ZSignalBay, should be overridden!");
+    throw ZException("SetInputChannelCount not implemented in ZSignalBay, should be overridden!");
 }
 
 void ZSignalBay::SetOutputChannelCount(std::int32_t /*count*/)
 {
-    throw ZException(-1,
-                     "SetOutputChannelCount not implemented in ZSignalBay, should be overridden!");
+    throw ZException("SetOutputChannelCount not implemented in ZSignalBay, should be overridden!");
 }
 
 std::int32_t ZSignalBay::GetInputChannelCount() const
@@ -189,8 +186,8 @@ void ZSignalBay::Reset()
 void ZSignalBay::SetMaxBuffer(std::int32_t samples)
 {
     if (samples <= 0)
-        throw ZException(-1, "A pass of bay '" + GetName() + "' takes 1 sample at least, not " +
-                                 std::to_string(samples) + ".");
+        throw ZException("A pass of bay '" + GetName() + "' takes 1 sample at least, not " +
+                         std::to_string(samples) + ".");
     mMaxBuffer = samples;
     for (const auto& bay : SignalBays())
         bay->SetMaxBuffer(samples);

@@ -13,7 +13,7 @@ ZSignalDriver::ZSignalDriver(std::string_view name)
 
 double ZSignalDriver::GetMsTime()
 {
-    throw ZException(-1, "Illegal call to ZSignalDriver::GetMsTime()...use subclass instead");
+    throw ZException("Illegal call to ZSignalDriver::GetMsTime()...use subclass instead");
 }
 
 std::int32_t ZSignalDriver::GetDeviceCount(bool /*isInput*/) const
@@ -23,7 +23,7 @@ std::int32_t ZSignalDriver::GetDeviceCount(bool /*isInput*/) const
 
 std::string ZSignalDriver::GetDeviceName(bool /*isInput*/, std::int32_t index) const
 {
-    throw ZException(-1, "There is no audio device " + std::to_string(index));
+    throw ZException("There is no audio device " + std::to_string(index));
 }
 
 void ZSignalDriver::Open()

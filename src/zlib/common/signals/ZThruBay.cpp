@@ -51,7 +51,7 @@ boost::shared_ptr<ZBay> ZThruBay::Clone()
 void ZThruBay::SetInputChannelCount(std::int32_t count)
 {
     if (count > GetExportCount())
-        throw ZException(-1, "Cannot have more input channels than outputs");
+        throw ZException("Cannot have more input channels than outputs");
     CheckChannelCount(count);
     while (GetImportCount() < count)
         MakeImport("input", ZPort::kAudio);

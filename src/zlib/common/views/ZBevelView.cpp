@@ -55,12 +55,12 @@ const char* ZBevelView::GetClassName() const
 
 boost::shared_ptr<ZXMLElement> ZBevelView::ExtractHeader() const
 {
-    throw ZException(-2, "Implement ExtractHeader\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractHeader\n");
 }
 
 void ZBevelView::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) const
 {
-    throw ZException(-2, "Implement ExtractBody\n");
+    throw ZException(ZException::kNotImplemented, "Implement ExtractBody\n");
 }
 
 void ZBevelView::Draw(const ZRect& update)

@@ -22,7 +22,6 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kBadSignature = 5;
 // The window's end, keys, and the end of a click, which takes them from the view that had them.
 constexpr std::int32_t kFiltered[] = {ZCLOSE, ZKEYDOWN, ZMOUSEUP};
 
@@ -30,17 +29,17 @@ boost::shared_ptr<ZXMLElement> loadWindowType(const ZResources& resources, const
 {
     const auto text = resources.FindText("XML", name.ToNarrow());
     if (!text)
-        throw ZException(-1, "WindowManager failed to load XML dialog resource.");
+        throw ZException("WindowManager failed to load XML dialog resource.");
     const auto length = static_cast<std::int32_t>(text->size());
     if (!HasValidDeclaration(text->data(), length))
-        throw ZException(-1,
-                         "A resource file does not begin with a valid XML document declaration.");
+        throw ZException("A resource file does not begin with a valid XML document declaration.");
     if (!VerifySignature(text->data(), length))
-        throw ZException(kBadSignature, "XML setup file does not contain a valid signature.");
+        throw ZException(ZException::kBadSignature,
+                         "XML setup file does not contain a valid signature.");
     const ZXMLDocument document(text->data(), length);
     auto type = document.GetChild("windowtype");
     if (!type)
-        throw ZException(-1, "WindowManager failed to load XML dialog resource.");
+        throw ZException("WindowManager failed to load XML dialog resource.");
     return type;
 }
 

@@ -13,7 +13,7 @@ ZDocument* requireDocument(const ZMessage& message, const char* field)
 {
     const auto document = documentOf(message, field);
     if (!document)
-        throw ZException(-1, "Couldn't find NewDocument in Message");
+        throw ZException("Couldn't find NewDocument in Message");
     return *document;
 }
 

@@ -22,7 +22,7 @@ template <ZMsgValue T>
 {
     T value{};
     if (!message.Find<T>(field, value))
-        throw ZException(-1, std::string("Couldn't find ") + named + " in Message");
+        throw ZException(std::string("Couldn't find ") + named + " in Message");
     return value;
 }
 

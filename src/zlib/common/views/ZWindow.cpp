@@ -91,7 +91,7 @@ void ZWindow::ReadAttributes(const ZXMLElement& xml)
 {
     const auto bounds = xml.GetChild("rect");
     if (!bounds)
-        throw ZException(-1, "XML Parser error: No bounds information found in Window!\n");
+        throw ZException("XML Parser error: No bounds information found in Window!\n");
     const ZRect rect = readRect(*bounds);
     mFirstPosition = mPosition = {rect.left, rect.top};
     SetSize(rect.GetWidth(), rect.GetHeight());

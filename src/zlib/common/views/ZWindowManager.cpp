@@ -28,7 +28,7 @@ ZDocument* requireDocument(const ZMessage& message, const char* field, const cha
 {
     const auto document = documentOf(message, field);
     if (!document)
-        throw ZException(-1, missing);
+        throw ZException(missing);
     return *document;
 }
 
@@ -37,7 +37,7 @@ T require(const ZMessage& message, const char* field)
 {
     T value{};
     if (!message.Find<T>(field, value))
-        throw ZException(-1, std::string("Couldn't find ") + field + " in message");
+        throw ZException(std::string("Couldn't find ") + field + " in message");
     return value;
 }
 
@@ -197,7 +197,7 @@ boost::shared_ptr<ZWindow> ZWindowManager::BuildWindow(const ZWindowType& type)
 {
     ZApplication* const application = GetApp();
     if (!application)
-        throw ZException(-1, "No application to build window '" + type.GetName() + "' for");
+        throw ZException("No application to build window '" + type.GetName() + "' for");
     return type.BuildWindow(*application);
 }
 
@@ -265,7 +265,7 @@ void ZWindowManager::HandleShow(const Message& message)
     ZString title;
     const bool byName = message->Find("WindowName", name);
     if (!byName && !message->Find("WindowTitle", title))
-        throw ZException(-1, "Couldn't find WindowName or WindowTitle in message");
+        throw ZException("Couldn't find WindowName or WindowTitle in message");
     for (const auto& window : mWindows.Copy()) {
         SendToNested(*window, message);
         if (byName ? window->GetName() == name.ToNarrow() : window->GetTitle() == title)

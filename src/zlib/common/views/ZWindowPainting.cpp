@@ -88,7 +88,7 @@ const ZBitmap& ZWindow::RenderOffscreen()
     if (!mOffscreenBitmap)
         MakeOffscreen();
     if (!mOffscreenBitmap)
-        throw ZException(-1, "Window '" + GetName() + "' has no size to be drawn in");
+        throw ZException("Window '" + GetName() + "' has no size to be drawn in");
     AttachViews();
     IdleFrame();
     mRootView->MarkSubtreeDirty();

@@ -32,7 +32,7 @@ boost::shared_ptr<ZWindow> ZWindowType::BuildWindow(ZApplication& application) c
     const auto object = application.GetClassRegistry().Create(mClass, mXml);
     auto window = boost::dynamic_pointer_cast<ZWindow>(object);
     if (!window)
-        throw ZException(-1, "Class '" + mClass + "' of window type '" + mName + "' is no window");
+        throw ZException("Class '" + mClass + "' of window type '" + mName + "' is no window");
     return window;
 }
 

@@ -52,7 +52,7 @@ int makeWakeDescriptor()
 {
     const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (descriptor < 0)
-        throw ZException(-1, "Cannot make an event loop");
+        throw ZException("Cannot make an event loop");
     return descriptor;
 }
 

@@ -149,7 +149,7 @@ ZThread::ZThread(std::string_view name, Function function, void* argument)
     auto shared = std::make_unique<std::shared_ptr<State>>(mState);
     const BlockedSignals blocked;
     if (pthread_create(&mState->mHandle, nullptr, &State::Body, shared.get()) != 0)
-        throw ZException(-1, "CreateThread failed");
+        throw ZException("CreateThread failed");
     static_cast<void>(shared.release());  // the thread deletes it
     mState->mBorn.Wait();
 }

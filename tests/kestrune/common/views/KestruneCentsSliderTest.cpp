@@ -67,8 +67,9 @@ TEST_F(KestruneCentsSliderTest, MarksAreEngravedWithTheirSemitonesBelow)
 TEST_F(KestruneCentsSliderTest, AVerticalOneFailsWhenItIsPainted)
 {
     const auto slider = MakeSlider(MakeFloat(-100.0f, 100.0f, 0.0f), "orient=\"vertical\"");
-    expectZException(-1, "No Support for Vertical KestruneCentsSlider", [&] { Paint(*slider); });
-    expectZException(-2, "Implement ExtractBody\n", [&] { slider->ExtractBody(nullptr); });
+    expectZException("No Support for Vertical KestruneCentsSlider", [&] { Paint(*slider); });
+    expectZException(ZException::kNotImplemented, "Implement ExtractBody\n",
+                     [&] { slider->ExtractBody(nullptr); });
 }
 
 }  // namespace

@@ -120,8 +120,10 @@ TEST_F(KestruneCorrectionMeterTest, AsksForARepaintOfTheBarWhenTheValueIsAnother
     meter->SetContext(canvas);
     meter->Draw(meter->GetMeterFrame());
     EXPECT_EQ(canvas->Ink(), (ZRect{30, 0, 40, 270})) << "the bar alone leaves the scale as it is";
-    expectZException(-2, "Implement ExtractHeader\n", [&] { (void)meter->ExtractHeader(); });
-    expectZException(-2, "Implement ExtractBody\n", [&] { meter->ExtractBody(nullptr); });
+    expectZException(ZException::kNotImplemented, "Implement ExtractHeader\n",
+                     [&] { (void)meter->ExtractHeader(); });
+    expectZException(ZException::kNotImplemented, "Implement ExtractBody\n",
+                     [&] { meter->ExtractBody(nullptr); });
 }
 
 TEST_F(KestruneCorrectionMeterTest, StandsWithoutElementAndFrame)

@@ -68,16 +68,16 @@ TEST(ZBufferTest, IsSilentAlignedAndPadded)
 TEST(ZBufferTest, RefusesWhatItCannotHaveOrDoesNotHoldAndStaysAsItWas)
 {
     const char* const improper = "Error Trying to create a buffer of improper size.";
-    expectZException(-1, improper, [] { ZBuffer buffer(0, "ZBuffer"); });
-    expectZException(2, "Unable to allocate zfloat buffer.",
+    expectZException(improper, [] { ZBuffer buffer(0, "ZBuffer"); });
+    expectZException(ZException::kOutOfMemory, "Unable to allocate zfloat buffer.",
                      [] { ZBuffer buffer(std::numeric_limits<std::uint32_t>::max(), "ZBuffer"); });
     ZBuffer buffer(3, "ZBuffer");
     set(buffer, {1, 2, 3});
     Samples block(4, 9.0f);
-    expectZException(-1, improper, [&] { buffer.Resize(0); });
-    expectZException(-1, "Trying to load a Zbuffer with too much data.",
+    expectZException(improper, [&] { buffer.Resize(0); });
+    expectZException("Trying to load a Zbuffer with too much data.",
                      [&] { buffer.Load(block.data(), 1, 0, 4); });
-    expectZException(-1, "Trying to store more data than a Zbuffer holds.",
+    expectZException("Trying to store more data than a Zbuffer holds.",
                      [&] { buffer.Store(block.data(), 1, 0, 4); });
     EXPECT_EQ(samplesOf(buffer), (Samples{1, 2, 3}));
     EXPECT_EQ(block, Samples(4, 9.0f));

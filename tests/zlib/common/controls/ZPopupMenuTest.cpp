@@ -119,7 +119,7 @@ TEST_F(ZPopupMenuTest, OnlyAPopupWithAnElementOpens)
     EXPECT_EQ(menu->GetText(), ZString("Unknown"));
     std::int32_t index = 7;
     const ZMenu plain("File", ZMenu::Kind::kPlain);
-    expectZException(-1, "Menu File is not a popup",
+    expectZException("Menu File is not a popup",
                      [&] { static_cast<void>(plain.Popup({}, nullptr, index)); });
     const ZMenu popup("Choices", ZMenu::Kind::kPopup);
     user = [] { return std::nullopt; };

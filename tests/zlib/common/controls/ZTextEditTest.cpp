@@ -120,9 +120,9 @@ TEST_F(ZTextEditTest, APairOfSurrogatesIsOneCharacterEvenAtTheTextsLimit)
 
 TEST_F(ZTextEditTest, AMissingFieldIsNamed)
 {
-    expectZException(-1, "Couldn't find Text in Message",
+    expectZException("Couldn't find Text in Message",
                      [&] { edit.HandleZMessage(boost::make_shared<ZMessage>(ZTEXTINPUT)); });
-    expectZException(-1, "Couldn't find Key in Message",
+    expectZException("Couldn't find Key in Message",
                      [&] { edit.HandleZMessage(boost::make_shared<ZMessage>(ZKEYDOWN)); });
 }
 

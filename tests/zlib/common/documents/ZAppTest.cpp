@@ -72,11 +72,11 @@ TEST(ZAppTest, WhatADescriptionLeavesOutStaysOut)
     EXPECT_EQ(app->GetIdentifier().ToNarrow(), "before");
     EXPECT_EQ(app->GetCurrentDocument(), nullptr);
     EXPECT_EQ(app->GetAudioManager(), nullptr);
-    expectZException(-1, "Unable to return ZDocumentManager because it doesn't exist.",
+    expectZException("Unable to return ZDocumentManager because it doesn't exist.",
                      [&] { static_cast<void>(app->GetDocumentManager()); });
-    expectZException(-1, "Unable to return ZCommandManager because it doesn't exist.",
+    expectZException("Unable to return ZCommandManager because it doesn't exist.",
                      [&] { static_cast<void>(app->GetCommandList()); });
-    expectZException(-1, "Unable to return MainWindow because it doesn't exist.",
+    expectZException("Unable to return MainWindow because it doesn't exist.",
                      [&] { static_cast<void>(app->GetMainWindow()); });
 }
 
@@ -88,7 +88,7 @@ TEST(ZAppTest, AFaultOfTheDescriptionIsToldAndTheNextStartWorks)
     const TestResources resources(kWhole);
     const auto other = makePlugin(resources);
     other->SetResourceName("other.xml");
-    expectZException(-1, notLoaded, [&] { start(*other); });
+    expectZException(notLoaded, [&] { start(*other); });
     expectStartFails(TestResources(Whole{signDescription("<app></app>")}), -1, notLoaded);
     expectStartFails(TestResources(Whole{declaration + "<app></app>"}), 5, notLoaded);
     std::string altered = signDescription(declaration + "<app title=\"Test\"></app>\n");
@@ -151,7 +151,7 @@ TEST(ZAppTest, MessagesGoToTheManagersTheyAreFor)
                     "Couldn't find Menu Handle in Message"},
           std::pair{messageWith<std::uint64_t>(ZMENUSELECTION, "Handle", 1),
                     "Couldn't find position in Message"}})
-        expectZException(-1, missing, [&, &message = message] { app->HandleZMessage(message); });
+        expectZException(missing, [&, &message = message] { app->HandleZMessage(message); });
 }
 
 TEST(ZAppTest, ADocumentThatStaysOpenKeepsTheApplication)

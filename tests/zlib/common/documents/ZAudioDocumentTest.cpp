@@ -173,7 +173,7 @@ TEST_F(ZAudioDocumentTest, ItsTurnComesWithTheChoiceOfItAndWithEachStepBackAndFo
         document->HandleZMessage(
             messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", to));
     EXPECT_EQ(document->turns, 1);
-    expectZException(-1, "Couldn't find NewDocument in msg", [&] {
+    expectZException("Couldn't find NewDocument in msg", [&] {
         document->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCHANGED));
     });
 
@@ -197,7 +197,7 @@ TEST_F(ZAudioDocumentTest, TheFormatIsTakenWholeOrNotAtAll)
           std::pair{"Numchannels", "Couldn't find snumber of channels in Message"},
           std::pair{"Bitspersample", "Couldn't find bits per channel in Message"}})
     {
-        expectZException(-1, missing, [&] { format->SetFormat(changed); });
+        expectZException(missing, [&] { format->SetFormat(changed); });
         changed.Add<std::int32_t>(field, 24);
     }
     changed.Add<std::int64_t>("Framecount", 7);
@@ -234,7 +234,7 @@ TEST_F(ZAudioDocumentTest, ALoadDeliversWhatWaitedThenItsChangesBetweenBeginAndE
 
     const std::string wrongTones = "<element name=\"tones\"><buffer length=\"5\"><data values=\"" +
                                    std::string(40, '0') + "\" /></buffer></element>";
-    expectZException(-1, "Incompatible buffer restore. Buffers are of different size.", [&] {
+    expectZException("Incompatible buffer restore. Buffers are of different size.", [&] {
         document->LoadPreset(
             xmlOf("<preset>" + setOwn("0.6") + wrongTones + setOwn("0.7") + "</preset>"));
     });

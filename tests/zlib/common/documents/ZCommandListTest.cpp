@@ -77,7 +77,7 @@ TEST_F(ZCommandListTest, AKeyStrokeDispatchesTheFirstEnabledCommandWithItsModifi
     Command("on")->Disable();
     Stroke(66, false, true);
     EXPECT_EQ(windows.told.size(), 3u);
-    expectZException(-1, "Couldn't find Key in Message",
+    expectZException("Couldn't find Key in Message",
                      [&] { list().HandleZMessage(boost::make_shared<ZMessage>(ZKEYCOMMAND)); });
 }
 
@@ -118,7 +118,7 @@ TEST_F(ZCommandListTest, AMenuChoiceByItsIdAddsItsWindowToTheMessageForThatOnce)
     EXPECT_EQ(value, 5);
     EXPECT_FALSE(windows.told[1]->Find("CmdWindow", window));
     EXPECT_EQ(windows.told[1], Command("first")->GetMessage());
-    expectZException(-1, "Couldn't find menuID in Message", [&] {
+    expectZException("Couldn't find menuID in Message", [&] {
         list().HandleZMessage(boost::make_shared<ZMessage>(ZCommandList::kMenuChoice));
     });
 }

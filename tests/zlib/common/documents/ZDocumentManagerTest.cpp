@@ -93,10 +93,10 @@ TEST_F(ZDocumentManagerTest, DocumentsAreNamedByACountThatNeverFallsAndStandInAC
 TEST_F(ZDocumentManagerTest, WhatCannotBeMadeChangesNothing)
 {
     manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "stubborn"));
-    expectZException(-1, "Unregistered Class NobodyClass found in xml\n", [&] {
+    expectZException("Unregistered Class NobodyClass found in xml\n", [&] {
         manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Unknown"));
     });
-    expectZException(-1, "Document type failed to instanciate.", [&] {
+    expectZException("Document type failed to instanciate.", [&] {
         manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Element"));
     });
     const std::vector<std::pair<std::int32_t, const char*>> texts = {
@@ -111,12 +111,12 @@ TEST_F(ZDocumentManagerTest, WhatCannotBeMadeChangesNothing)
     for (const auto& [id, text] : texts) {
         EXPECT_TRUE(manager().Answers(id)) << id;
         expectZException(
-            -1, text, [&, id = id] { manager().HandleZMessage(boost::make_shared<ZMessage>(id)); });
+            text, [&, id = id] { manager().HandleZMessage(boost::make_shared<ZMessage>(id)); });
     }
     EXPECT_FALSE(manager().Answers(ZPRESETSAVE));
     EXPECT_TRUE(windows.told.empty());
     EXPECT_EQ(New()->GetName(), "Untitled Media File 1");
-    expectZException(-1, "Couldn't find elementid in Message", [&] {
+    expectZException("Couldn't find elementid in Message", [&] {
         manager().GetCurrentDocument()->HandleZMessage(
             boost::make_shared<ZMessage>(ZELEMENTCHANGED));
     });

@@ -120,7 +120,7 @@ TEST(ZBitmapTest, ASizeThatGivesNoImageIsToldByItsText)
 {
     constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
     for (const ZPoint size : {ZPoint{0, 1}, ZPoint{1, -1}, ZPoint{kMax, kMax}, ZPoint{1, 20000}})
-        expectZException(-1, "Failed to create new Bitmap object",
+        expectZException("Failed to create new Bitmap object",
                          [&] { const ZBitmap bitmap(size.x, size.y, nullptr); });
 }
 

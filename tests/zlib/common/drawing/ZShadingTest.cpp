@@ -43,7 +43,7 @@ TEST(ZShadingTest, ShadingsRunThroughTheirThreeGreys)
     expectGreys(*MakeShadingFunction("ZNyquistTitleShader"), kQuarters, {88, 125, 162, 117.5, 73});
     expectGreys(ZLinearGradientShader(kBlack, kWhite, 0.25f, 0.9f), {0.0, 0.125, 0.25, 0.625, 1.0},
                 {0, 64, 128, 191.5, 255});
-    expectZException(-1, "Unimplemented Shader Function",
+    expectZException("Unimplemented Shader Function",
                      [] { static_cast<void>(MakeShadingFunction("ZLinearGradientShader")); });
 }
 

@@ -125,7 +125,7 @@ TEST_F(ZElementArchiveTest, ADefinitionThatCannotBeMadeSaysWhy)
          "Buffer archive does not hold all samples of the buffer."},
     };
     for (const auto& [text, failure] : cases) {
-        expectZException(-1, failure,
+        expectZException(failure,
                          [&] { return Make(std::string("<element ") + text + "</element>"); });
     }
 }
@@ -201,7 +201,7 @@ TEST_F(ZElementArchiveTest, ABufferComesBackBitByBit)
     const auto copy = Make(longest.ExtractXML()->Write(0));
     EXPECT_EQ(copy->GetZBuffer()->Data()[4998], 1.0f);
     const ZElement longer("x", ZElement::ZBUFFER, &application, 5000);
-    expectZException(-1, "Buffer is too long for an archive.", [&] { return longer.ExtractXML(); });
+    expectZException("Buffer is too long for an archive.", [&] { return longer.ExtractXML(); });
 }
 
 TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
@@ -212,12 +212,12 @@ TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
         flags.RestoreBody(firstElement("<element name=\"x\"><buffer length=\"" + length +
                                        "\"><data " + attributes + " /></buffer></element>"));
     };
-    expectZException(-1, "Incompatible buffer restore. Buffers are of different size.",
+    expectZException("Incompatible buffer restore. Buffers are of different size.",
                      [&] { restore("3", "values=\"3f8000003f8000003f800000\""); });
     for (const char* attributes : {"values=\"3f8000003f80000\"", "i0=\"1\"", "i0=\"1\" i2=\"1\""})
-        expectZException(-1, "Buffer archive does not hold all samples of the buffer.",
+        expectZException("Buffer archive does not hold all samples of the buffer.",
                          [&] { restore("2", attributes); });
-    expectZException(-1, "Buffer values hold something else than hex digits.",
+    expectZException("Buffer values hold something else than hex digits.",
                      [&] { restore("2", "values=\"3f8000003f80000g\""); });
     EXPECT_EQ(flags.GetZBuffer()->Data()[0], 0.25f);
 

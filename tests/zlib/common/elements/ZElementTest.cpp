@@ -49,7 +49,7 @@ TEST(ZElementTest, OperationsOfAnotherTypeSayWhatWasCalledOnWhat)
         {"ZBufferMax() called on a non buffer", [&] { (void)group.ZBufferMax(); }},
     };
     for (const auto& [text, call] : cases)
-        expectZException(-1, std::string(text) + " element.", call);
+        expectZException(std::string(text) + " element.", call);
 }
 
 TEST(ZElementTest, OnlyTheClampedFormKeepsAFloatInItsRange)

@@ -88,14 +88,15 @@ TEST(ZBufferedFileTest, AFullDiskIsToldAtCloseOrByABoxWhenTheObjectGoes)
     BoxRecorder recorder;
     {
         ZBufferedFile full(ZFile("full", "/dev/full", ""), 64);
-        expectZException(-1, "Unable to write to file.", [&] { full.WriteLong(1); });
+        expectZException("Unable to write to file.", [&] { full.WriteLong(1); });
         ASSERT_TRUE(full.Open(ZFile::kModeWrite, false));
         full.WriteLong(1);
         std::int32_t number = 0;
-        expectZException(0, "Unable to read from write-only buffered file.",
+        expectZException(ZException::kWriteOnlyFile,
+                         "Unable to read from write-only buffered file.",
                          [&] { full.ReadLong(number); });
-        expectZException(-1, "Unable to write to file.", [&] { full.Flush(); });
-        expectZException(-1, "Unable to write to file.", [&] { full.Close(); });
+        expectZException("Unable to write to file.", [&] { full.Flush(); });
+        expectZException("Unable to write to file.", [&] { full.Close(); });
         EXPECT_FALSE(full.IsOpen());
         full.Close();
         EXPECT_TRUE(recorder.boxes.empty());

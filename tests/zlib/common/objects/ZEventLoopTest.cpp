@@ -64,7 +64,7 @@ TEST(ZEventLoopTest, DeliversInOrderOnItsThreadAndReportsWhatIsThrown)
             order.push_back(i);
             onThread = onThread && served.loop.IsLoopThread() && ZInterfaceLock::IsHeld();
             if (i == 0)
-                throw ZException(-1, "first");
+                throw ZException("first");
             if (i == 1)
                 throw std::runtime_error("second");
         });

@@ -12,7 +12,7 @@ namespace orvane
 TEST(ZExceptionTest, ReportTellsTextCodeAndWhatToDo)
 {
     BoxRecorder recorder;
-    ZException(-1, "Message not found").Report();
+    ZException("Message not found").Report();
     ASSERT_EQ(recorder.boxes.size(), 1u);
     EXPECT_EQ(recorder.boxes[0].kind, ZMessageBox::kError);
     EXPECT_EQ(recorder.boxes[0].title, "An exception has occurred");

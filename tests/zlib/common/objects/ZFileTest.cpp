@@ -92,11 +92,12 @@ TEST_F(ZFileTest, NumbersAndBytesComeBackAndFailuresSayWhatCouldNotBeDone)
     std::int32_t number = 0;
     std::int16_t half = 0;
     for (const std::int32_t mode : {0, 4})
-        expectZException(-1, "Unknown File Mode", [&] { file->Open(mode, true); });
+        expectZException("Unknown File Mode", [&] { file->Open(mode, true); });
     EXPECT_FALSE(file->Exists());
-    expectZException(-2, "Implement ZFile::Rename", [&] { file->Rename(); });
-    expectZException(-1, "Unable to seek file as it has not been opened", [&] { file->Seek(0); });
-    expectZException(-1, "Unable to read file.", [&] { file->Read(text, 1); });
+    expectZException(ZException::kNotImplemented, "Implement ZFile::Rename",
+                     [&] { file->Rename(); });
+    expectZException("Unable to seek file as it has not been opened", [&] { file->Seek(0); });
+    expectZException("Unable to read file.", [&] { file->Read(text, 1); });
 
     ASSERT_TRUE(file->Open(ZFile::kModeReadWrite, true));
     file->WriteLong(-123456789);
@@ -109,13 +110,13 @@ TEST_F(ZFileTest, NumbersAndBytesComeBackAndFailuresSayWhatCouldNotBeDone)
     EXPECT_EQ(half, -1234);
     EXPECT_EQ(file->Read(text, 8), 6);
     EXPECT_STREQ(text, "abcdef");
-    expectZException(-1, "Unable to read file.", [&] { file->ReadShort(half); });
-    expectZException(-1, "Unable to seek file", [&] { file->Seek(-1); });
+    expectZException("Unable to read file.", [&] { file->ReadShort(half); });
+    expectZException("Unable to seek file", [&] { file->Seek(-1); });
 
     const auto full = fileAt("/dev/full");
     ASSERT_TRUE(full->Open(ZFile::kModeWrite, false));
-    expectZException(-1, "Unable to read file open write-only.", [&] { full->Read(text, 1); });
-    expectZException(-1, "Unable to write to file.", [&] { full->WriteLong(1); });
+    expectZException("Unable to read file open write-only.", [&] { full->Read(text, 1); });
+    expectZException("Unable to write to file.", [&] { full->WriteLong(1); });
 }
 
 TEST_F(ZFileTest, CopyToReplacesOnlyWhenItMayAndAFailureChangesNothing)
@@ -194,10 +195,10 @@ TEST_F(ZFileTest, ATemporaryFileStandsInTheTemporaryFolderUntilItsObjectGoes)
     EXPECT_EQ(mFolder.Count(), 0);
 
     const auto missing = boost::make_shared<ZString>(mFolder.Path("missing"));
-    expectZException(-1, "Unable to GetTempFileName.",
+    expectZException("Unable to GetTempFileName.",
                      [&] { MakeTempFile(missing, nullptr, xml, file); });
     const EnvironmentVariable nowhere("TMPDIR", missing->ToNarrow().c_str());
-    expectZException(-1, "Unable to GetTempPath.", [&] { MakeTempFile(xml, file); });
+    expectZException("Unable to GetTempPath.", [&] { MakeTempFile(xml, file); });
     EXPECT_EQ(file, nullptr);
 }
 

@@ -37,7 +37,7 @@ TEST(ZThreadTest, RunsOnlyOnceResumedAndAnExceptionEndsTheThreadAlone)
     std::atomic<int> runs{0};
     const auto run = [](void* argument) {
         ++*static_cast<std::atomic<int>*>(argument);
-        throw ZException(-1, "lost");
+        throw ZException("lost");
     };
     ZThread thread("test", run, &runs);
     EXPECT_EQ(thread.Join(1'000), -1);

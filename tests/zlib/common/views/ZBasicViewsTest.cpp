@@ -78,7 +78,7 @@ TEST_F(ZBasicViewsTest, GroupBoxesHaveCornersThatFitThem)
     EXPECT_EQ(canvas->At(0, 15) >> 24, 64u) << "shade on the left";
     EXPECT_EQ(canvas->At(50, 15) >> 24, 0u) << "nothing inside";
     EXPECT_GT(canvas->At(50, 30) & 0xffu, 0xf0u) << "light below";
-    expectZException(-2, "Implement ExtractHeader\n",
+    expectZException(ZException::kNotImplemented, "Implement ExtractHeader\n",
                      [&] { static_cast<void>(bevel->ExtractHeader()); });
 }
 

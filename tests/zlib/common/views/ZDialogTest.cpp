@@ -33,11 +33,12 @@ TEST(ZDialogTest, AResourceThatIsNoDialogIsRefusedByItsFault)
     const ZResources resources{entries};
     const ZInterfaceLock lock;
     const auto app = makePlugin(resources);
-    expectZException(-1, "WindowManager failed to load XML dialog resource.",
+    expectZException("WindowManager failed to load XML dialog resource.",
                      [&] { ZDialog(*app, "None"); });
-    expectZException(-1, "A resource file does not begin with a valid XML document declaration.",
+    expectZException("A resource file does not begin with a valid XML document declaration.",
                      [&] { ZDialog(*app, "Bare"); });
-    expectZException(5, "XML setup file does not contain a valid signature.",
+    expectZException(ZException::kBadSignature,
+                     "XML setup file does not contain a valid signature.",
                      [&] { ZDialog(*app, "Unsigned"); });
 }
 
@@ -49,7 +50,7 @@ TEST(ZDialogTest, AMessageToTheWindowManagerShowsOne)
     ZWindowManager manager(xmlOf("<windowmanager></windowmanager>"), app.get());
     const auto message = boost::make_shared<ZMessage>(ZSHOWDIALOG);
     const auto expectFailure = [&](const char* text) {
-        expectZException(-1, text, [&] { manager.HandleZMessage(message); });
+        expectZException(text, [&] { manager.HandleZMessage(message); });
     };
     expectFailure("Couldn't find DialogName in message");
     message->Add<ZString>("DialogName", "None");

@@ -262,7 +262,7 @@ TEST_F(ZViewDrawingTest, AShaderRunsFromLeftToRight)
     EXPECT_LT(canvas->At(0, 8) & 0xff, 48u);
     EXPECT_GT(canvas->At(10, 8) & 0xff, 64u);
     EXPECT_EQ(canvas->At(10, 0), canvas->At(10, 15));
-    expectZException(-1, "Unimplemented Shader Function",
+    expectZException("Unimplemented Shader Function",
                      [&] { DrawXml("<bgbitmap shader=\"Nobody\" />"); });
 }
 

@@ -189,7 +189,7 @@ TEST_F(ZViewTest, AMissingFieldIsNamed)
                                                           {ZDOCUMENTCHANGED, "NewDocument"},
                                                           {ZRESIZE, "SizedRect"}};
     for (const auto& [id, field] : cases)
-        expectZException(-1, std::string("Couldn't find ") + field + " in Message",
+        expectZException(std::string("Couldn't find ") + field + " in Message",
                          [&] { root->HandleZMessage(boost::make_shared<ZMessage>(id)); });
 }
 

@@ -170,7 +170,7 @@ TEST_F(ZWindowManagerTest, AMissingFieldIsTold)
     const auto windows = Make(kSongMap);
     const auto expectMissing = [&](const boost::shared_ptr<const ZMessage>& message,
                                    const std::string& text) {
-        expectZException(-1, "Couldn't find " + text, [&] { windows->HandleZMessage(message); });
+        expectZException("Couldn't find " + text, [&] { windows->HandleZMessage(message); });
     };
     const std::pair<std::int32_t, const char*> cases[] = {
         {ZDOCUMENTNEW, "Document in message"},          {ZDOCUMENTCHANGED, "NewDocument in msg"},
@@ -208,7 +208,7 @@ TEST_F(ZWindowManagerTest, AnotherTagIsTracedAndATypeOfNoWindowIsAnError)
     const auto odd = Make("<documenttype winname=\"Odd\" />");
     odd->AddWindowTypes(
         *xmlOf("<windowtypes><windowtype name=\"Odd\" class=\"TestViewClass\" /></windowtypes>"));
-    expectZException(-1, "Class 'TestViewClass' of window type 'Odd' is no window",
+    expectZException("Class 'TestViewClass' of window type 'Odd' is no window",
                      [&] { Tell(*odd, ZDOCUMENTNEW, "Document", mDocument); });
     EXPECT_EQ(odd->GetWindowCount(), 0);
 }

@@ -94,7 +94,7 @@ TEST_F(ZWindowTest, ReadsItsType)
     EXPECT_EQ(Make(windowType(" tool=\"true\""))->GetCloseStyle(), ZWindow::CloseStyle::kHide);
     EXPECT_EQ(Make(windowType(" tool=\"true\" closestyle=\"doc\""))->GetCloseStyle(),
               ZWindow::CloseStyle::kDocument);
-    expectZException(-1, "XML Parser error: No bounds information found in Window!\n",
+    expectZException("XML Parser error: No bounds information found in Window!\n",
                      [&] { Make("<windowtype name=\"Bare\"></windowtype>"); });
 }
 
@@ -193,7 +193,7 @@ TEST_F(ZWindowTest, ASizeReachesTheViewsAndThePicture)
     EXPECT_EQ(window->GetRootView()->GetBounds(), (ZRect{0, 0, 120, 40}));
     EXPECT_EQ(window->RenderOffscreen().GetWidth(), 120);
     window->NativeSized(0, -3);
-    expectZException(-1, "Window 'Main' has no size to be drawn in",
+    expectZException("Window 'Main' has no size to be drawn in",
                      [&] { static_cast<void>(window->RenderOffscreen()); });
     window->SetScale(2.0);
     EXPECT_EQ(window->RenderOffscreen().GetFrame(), (ZRect{0, 0, 200, 100}));
