@@ -49,18 +49,20 @@ std::span<const float> lastHalfSecond(const std::vector<float>& signal)
 
 void printDetection()
 {
-    std::puts("Found pitch of full-band harmonic tones, cents from the truth");
+    std::puts(
+        "Detected pitch of full-band harmonic tones, cents from the true pitch (good: within 7)");
     for (const double hz : {110.0, 196.0, 220.0, 330.0, 440.0}) {
         auto engine = readyEngine();
         run(*engine, harmonicTone(hz, kRate, 44100));
-        std::printf("  %5.0f Hz  %+6.2f\n", hz, centsBetween(engine->GetInputPitch(), hz));
+        std::printf("  %5.0f Hz  %+6.2f cents\n", hz, centsBetween(engine->GetInputPitch(), hz));
     }
 }
 
 void printTransposition()
 {
     std::puts(
-        "Transposition of a steady vowel at 220 Hz, cents from what the found pitch asks for");
+        "Transposition of a steady vowel at 220 Hz, cents from the detected pitch times the ratio "
+        "(good: within 1)");
     const auto voice = steadyVowel(Vowel::kA, 220.0, kRate, 2.5);
     double worst = 0.0;
     for (int semitone = -12; semitone <= 12; ++semitone) {
@@ -72,14 +74,14 @@ void printTransposition()
         const double error =
             centsBetween(measurePitch(lastHalfSecond(output), kRate, asked), asked);
         worst = std::max(worst, std::fabs(error));
-        std::printf("  %+3d  %+6.2f\n", semitone, error);
+        std::printf("  %+3d semitones  %+6.2f cents\n", semitone, error);
     }
-    std::printf("  worst %.2f\n", worst);
+    std::printf("  worst          %6.2f cents\n", worst);
 }
 
 void printFormants()
 {
-    std::puts("Movement of the formants under pitch shift alone, semitones");
+    std::puts("Shift of the formants under a pitch shift alone, semitones (good: within 0.2)");
     for (const Vowel vowel : {Vowel::kA, Vowel::kE, Vowel::kO}) {
         const auto voice = steadyVowel(vowel, 130.0, kRate, 2.5);
         for (const int semitone : {-7, -5, -3, 3, 4, 7}) {
@@ -89,13 +91,14 @@ void printFormants()
             const auto output = run(*engine, voice);
             const auto end = lastHalfSecond(output);
             const double pitch = measurePitch(end, kRate, engine->GetOutputPitch());
-            std::printf("  vowel %d, %+d  %+5.2f\n", static_cast<int>(vowel), semitone,
+            std::printf("  vowel %d, pitch %+d semitones  %+5.2f semitones\n",
+                        static_cast<int>(vowel), semitone,
                         envelopeShift(lastHalfSecond(voice), 130.0, end, pitch, kRate, 300, 4000));
         }
     }
 }
 
-/// Error against the delayed input at the delay that fits best, near the engine's latency.
+/// Error against the delayed input in dB, at the best delay within reach of the engine's latency.
 double unitRatioError(const std::vector<float>& signal, int reach, std::size_t length)
 {
     auto engine = readyEngine();
@@ -110,26 +113,27 @@ double unitRatioError(const std::vector<float>& signal, int reach, std::size_t l
     return best;
 }
 
-/// Grains have whole samples: windows add up to 1 the closer, the less two of the found periods
-/// fall short of a whole number of samples, so that tones differ.
+/// Grains have whole numbers of samples, so their windows add up to 1 only as closely as two
+/// detected periods come to a whole number of samples. The error therefore differs from tone to
+/// tone.
 void printUnitRatio()
 {
-    std::puts("Difference from the delayed input at the unit ratio, dB");
+    std::puts("Difference from the delayed input at a ratio of 1, dB (good: below -40)");
     std::vector<double> tones;
     for (double hz = 80.0; hz < 500.0; hz *= 1.0116)
         tones.push_back(unitRatioError(harmonicTone(hz, kRate, 172 * kHop), 0, 20000));
     std::sort(tones.begin(), tones.end());
-    std::printf("  %zu steady tones of 80 to 500 Hz: best %.1f, middle %.1f, worst %.1f\n",
+    std::printf("  %zu steady tones of 80 to 500 Hz: best %.1f, median %.1f, worst %.1f dB\n",
                 tones.size(), tones.front(), tones[tones.size() / 2], tones.back());
-    std::printf("  steady vowel at 220 Hz   %6.1f\n",
+    std::printf("  steady vowel at 220 Hz   %6.1f dB\n",
                 unitRatioError(steadyVowel(Vowel::kA, 220.0, kRate, 3.0), 110, 20000));
     const std::vector<float> song = renderSong(demoSong(), kRate);
-    std::printf("  sung voice               %6.1f\n", unitRatioError(song, 110, 12 * 44100));
+    std::printf("  sung voice               %6.1f dB\n", unitRatioError(song, 110, 12 * 44100));
 }
 
 }  // namespace
 
-/// Prints the figures that the engine is judged by.
+/// Prints how accurately the engine detects, corrects and transposes, beside what is good.
 int main()
 {
     printDetection();
