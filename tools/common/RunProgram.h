@@ -11,9 +11,9 @@ class App;
 namespace orvane
 {
 
-/// What the main function of a small program does: reads the arguments, runs, and gives back the
-/// exit code. A failure, wrong arguments included, is one line on standard error under the
-/// program's name, and 2.
+/// The body of a small program's main function: parses the arguments, calls run and returns the
+/// exit code. On failure, wrong arguments included, prints one line that starts with name on
+/// standard error and returns 2.
 [[nodiscard]] int runProgram(const char* name, CLI::App& app, int argc, char** argv,
                              const std::function<void()>& run);
 

@@ -13,7 +13,7 @@ namespace orvane
 namespace
 {
 
-/// To a millionth: further digits differ between compilers and tell nothing.
+/// Rounds to a millionth: further digits may differ between compilers.
 double rounded(double value)
 {
     return std::round(value * 1e6) / 1e6;
@@ -69,7 +69,7 @@ std::vector<ClipNote> readClipNotes(const std::filesystem::path& path)
         if (!notes.empty())
             return notes;
     } catch (const nlohmann::json::exception&) {
-        // The list is not what it should be, as an empty one is not.
+        // Reported below, as an empty list is.
     }
     throw std::runtime_error(path.string() + " is not a list of notes");
 }

@@ -9,19 +9,21 @@
 namespace orvane
 {
 
-/// A note of a clip as it was meant: its time in the clip and its pitch.
+/// The intended pitch of a note and its time in a clip.
 struct ClipNote
 {
     double startSeconds;
     double endSeconds;
     double intendedHz;
-    double sungCents;  ///< sung minus intended
+    double sungCents;  // sung minus intended
 };
 
+/// The notes of a song in their order.
 std::vector<ClipNote> clipNotes(const Song& song);
 
-/// JSON with one object a note in an array "notes"; its members are named as those of ClipNote.
-/// Both throw std::runtime_error that names the file; reading, also for what is not such a list.
+/// Writes and reads JSON: an array "notes" of objects with the members of ClipNote. Both throw
+/// std::runtime_error that names the file; readClipNotes also for a file without such a list or
+/// with an empty one.
 void writeClipNotes(const std::filesystem::path& path, const std::vector<ClipNote>& notes);
 std::vector<ClipNote> readClipNotes(const std::filesystem::path& path);
 

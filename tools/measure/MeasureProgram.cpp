@@ -26,7 +26,7 @@ struct Arguments
     int latency = 0;  // samples
 };
 
-/// The median in a column of a table; empty where no pitch was found.
+/// The median for a column of the table; empty when no pitch was found.
 std::string medianOf(std::vector<double> cents)
 {
     std::array<char, 16> text{};
@@ -78,7 +78,8 @@ void measure(const Arguments& arguments)
 int main(int argc, char** argv)
 {
     Arguments arguments;
-    CLI::App app("Tells how far a sung clip and what was made of it are from the intended notes.");
+    CLI::App app(
+        "Measures how far a sung clip and its processed form are from the intended notes.");
     app.add_option("NOTES", arguments.notes, "JSON list of the intended notes")->required();
     app.add_option("IN", arguments.input, "the clip as it was sung")->required();
     app.add_option("OUT", arguments.output, "the processed clip")->required();

@@ -2,6 +2,7 @@
 #include "tools/measure/NoteAccuracy.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -12,7 +13,7 @@ namespace
 
 constexpr double kStepSeconds = 0.005;
 
-int momentsIn(const ClipNote& note)
+int stepsIn(const ClipNote& note)
 {
     const double length = note.endSeconds - note.startSeconds - kSettlingSeconds - kEndingSeconds;
     return std::max(0, static_cast<int>(length / kStepSeconds));
@@ -25,7 +26,7 @@ std::vector<double> centsFromIntended(const PitchTracker& tracker, const ClipNot
 {
     std::vector<double> cents;
     const double start = note.startSeconds + kSettlingSeconds + delaySeconds;
-    for (int i = 0; i < momentsIn(note); ++i) {
+    for (int i = 0; i < stepsIn(note); ++i) {
         if (const auto hz = tracker.at(start + i * kStepSeconds))
             cents.push_back(1200.0 * std::log2(*hz / note.intendedHz));
     }
@@ -34,6 +35,7 @@ std::vector<double> centsFromIntended(const PitchTracker& tracker, const ClipNot
 
 double quantile(std::vector<double> values, double share)
 {
+    assert(share >= 0.0 && share <= 1.0);
     if (values.empty())
         return 0.0;
     const double last = static_cast<double>(values.size() - 1);
@@ -46,13 +48,13 @@ NoteAccuracy noteAccuracy(const PitchTracker& tracker, std::span<const ClipNote>
                           double delaySeconds)
 {
     std::vector<double> distances;
-    int moments = 0;
+    int steps = 0;
     for (const ClipNote& note : notes) {
-        moments += momentsIn(note);
+        steps += stepsIn(note);
         for (const double cents : centsFromIntended(tracker, note, delaySeconds))
             distances.push_back(std::fabs(cents));
     }
-    const double pitched = static_cast<double>(distances.size()) / std::max(1, moments);
+    const double pitched = static_cast<double>(distances.size()) / std::max(1, steps);
     return {quantile(distances, 0.5), quantile(distances, 0.95), pitched};
 }
 

@@ -10,27 +10,28 @@
 namespace orvane
 {
 
-/// The first 150 ms of a note are left out of every figure: until then it settles, from the glide
-/// as from the correction. So are the last 50 ms, where the next note begins.
+/// All figures leave out the first 150 ms of a note, in which glide and correction settle, and the
+/// last 50 ms, in which the next note starts.
 constexpr double kSettlingSeconds = 0.15;
 constexpr double kEndingSeconds = 0.05;
 
-/// Pitch of a note after it has settled, every 5 ms, in cents from the intended frequency. Moments
-/// without pitch are left out. delaySeconds: by how much the sound comes later than the notes say.
+/// Pitch of a note every 5 ms after it has settled, in cents from the intended frequency. Times
+/// without a pitch are left out. The sound lags the notes by delaySeconds.
 std::vector<double> centsFromIntended(const PitchTracker& tracker, const ClipNote& note,
                                       double delaySeconds);
 
-/// The value below which the share in 0 .. 1 of the values lies; 0 for no values.
+/// The quantile of the values for a share in 0 .. 1; 0 when there are no values.
 double quantile(std::vector<double> values, double share);
 
-/// Distance of a clip from its intended notes, whatever the direction.
+/// Absolute distance of a clip from its intended notes.
 struct NoteAccuracy
 {
     double medianCents;
     double percentile95Cents;
-    double pitchedShare;  ///< of the moments looked at, those that have a pitch
+    double pitchedShare;  // of the measured times, those that have a pitch
 };
 
+/// Measures all notes as centsFromIntended does.
 NoteAccuracy noteAccuracy(const PitchTracker& tracker, std::span<const ClipNote> notes,
                           double delaySeconds);
 

@@ -2,6 +2,7 @@
 #include "tools/measure/PitchTracker.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -13,11 +14,11 @@ namespace
 constexpr double kWindowSeconds = 0.03;
 constexpr double kLowestHz = 130.0;
 constexpr double kHighestHz = 1000.0;
-constexpr double kThreshold = 0.15;  // of aperiodic power, above which there is no pitch
+constexpr double kThreshold = 0.15;  // share of aperiodic power above which there is no pitch
 constexpr double kSmoothSeconds = 0.00012;
 
-/// Mean over the samples within reach of each: takes away what is above any harmonic of use, where
-/// a parabola fits the dips badly.
+/// Replaces each sample by the mean of those within reach. This removes high frequencies that carry
+/// no useful harmonic and make the parabola fit the dips badly.
 std::vector<float> smoothed(std::span<const float> samples, std::size_t reach)
 {
     std::vector<float> out(samples.size());
@@ -32,7 +33,7 @@ std::vector<float> smoothed(std::span<const float> samples, std::size_t reach)
     return out;
 }
 
-/// Place of the lowest point of the parabola through three neighbours, from the middle one.
+/// Offset from the middle of the minimum of the parabola through three neighbours.
 double dipOffset(double before, double middle, double after)
 {
     const double curvature = before - 2.0 * middle + after;
@@ -47,6 +48,7 @@ PitchTracker::PitchTracker(std::span<const float> samples, double sampleRate)
     , mShortestLag(static_cast<std::size_t>(sampleRate / kHighestHz))
     , mLongestLag(static_cast<std::size_t>(sampleRate / kLowestHz))
 {
+    assert(sampleRate > 2.0 * kHighestHz);
     const auto reach = static_cast<std::size_t>(std::lround(kSmoothSeconds * sampleRate));
     const std::vector<float> once = smoothed(samples, reach);
     mSmoothed = smoothed(once, reach);
@@ -54,7 +56,7 @@ PitchTracker::PitchTracker(std::span<const float> samples, double sampleRate)
 
 double PitchTracker::difference(std::size_t centre, std::size_t lag) const
 {
-    // Both stretches lie evenly around the centre, so that each lag speaks of the same moment.
+    // Both stretches are centred on the same sample, so that all lags measure the same time.
     const float* early = mSmoothed.data() + centre - (mWindow + lag) / 2;
     const float* late = early + lag;
     double sum = 0.0;
@@ -84,7 +86,7 @@ std::optional<double> PitchTracker::at(double seconds) const
     if (centre < reach || centre + reach >= mSmoothed.size())
         return std::nullopt;
     const std::vector<double> values = normalizedDifferences(centre);
-    // The first dip that is deep enough, so that its multiples do not count.
+    // Take the first dip that is deep enough: multiples of the period have dips, too.
     std::size_t lag = mShortestLag;
     while (lag <= mLongestLag && values[lag] > kThreshold)
         ++lag;

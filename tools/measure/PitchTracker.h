@@ -14,11 +14,11 @@ namespace orvane
 class PitchTracker
 {
 public:
-    /// Keeps a smoothed copy of the samples.
+    /// Keeps a smoothed copy of the samples; sampleRate in Hz.
     PitchTracker(std::span<const float> samples, double sampleRate);
 
-    /// The pitch in Hz of the 30 ms around a moment; none where the sound is not periodic or the
-    /// samples do not reach.
+    /// The pitch in Hz of the 30 ms around a time; none where the sound is not periodic or too
+    /// close to its start or end.
     [[nodiscard]] std::optional<double> at(double seconds) const;
 
 private:
@@ -26,7 +26,7 @@ private:
     [[nodiscard]] double difference(std::size_t centre, std::size_t lag) const;
 
     double mSampleRate;
-    std::size_t mWindow;  // samples that are compared with those one period on
+    std::size_t mWindow;  // samples that are compared with those one period later
     std::size_t mShortestLag;
     std::size_t mLongestLag;
     std::vector<float> mSmoothed;

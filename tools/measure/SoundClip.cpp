@@ -44,7 +44,7 @@ void writeSoundClip(const std::filesystem::path& path, const SoundClip& clip)
     SndfileHandle file(path.string(), SFM_WRITE, container | SF_FORMAT_PCM_16, 1, clip.sampleRate);
     if (file.error() != SF_ERR_NO_ERROR)
         throw std::runtime_error("cannot write " + path.string() + ": " + file.strError());
-    // The best that FLAC can do: the clip is kept under version control.
+    // The strongest compression: the clip is kept under version control.
     double level = 1.0;
     file.command(SFC_SET_COMPRESSION_LEVEL, &level, sizeof level);
     std::vector<std::int16_t> words(clip.samples.size());

@@ -8,9 +8,9 @@
 namespace orvane
 {
 
-/// The plug-in's window as it starts, with one of its menus open and the pointer on an item: what
-/// no host can ask for. view is the menu's name in the description, item a place in its list.
-/// Needs no display. Throws ZException -1 where there is no such menu.
+/// Draws the plug-in's window in its initial state with a menu open and the pointer on an item,
+/// which no host can ask for. view is the menu's name in the description, item an index into its
+/// list, from 0. Needs no display. Throws ZException when there is no such menu.
 [[nodiscard]] WindowPixels drawOpenMenu(const std::string& view, std::int32_t item);
 
 }  // namespace orvane

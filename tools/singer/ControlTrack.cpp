@@ -2,6 +2,7 @@
 #include "tools/singer/ControlTrack.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -15,6 +16,7 @@ void ControlTrack::add(double seconds, double value)
 
 double ControlTrack::at(double seconds) const
 {
+    assert(!mKnots.empty());
     const auto later = [](double time, const Knot& knot) { return time < knot.seconds; };
     const auto next = std::upper_bound(mKnots.begin(), mKnots.end(), seconds, later);
     if (next == mKnots.begin())

@@ -2,6 +2,7 @@
 #include "tools/singer/GlottalSource.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 
@@ -20,12 +21,12 @@ constexpr double kLimitHz = 17000.0;
 constexpr double kFadeFrom = 0.8;  // of the limit
 constexpr double kLimitOfSampleRate = 0.45;
 
-/// Times in units of the period, in the names of the model.
+/// The parameters of the model by their names there; times are in units of the period.
 struct LfShape
 {
     double te;       // closure
     double ta;       // return phase
-    double omega;    // of the opening phase, radians a period
+    double omega;    // of the opening phase, radians per period
     double epsilon;  // decay of the return phase
     double alpha;    // growth of the opening phase
 };
@@ -63,7 +64,7 @@ double returnMean(const LfShape& shape)
     return -((1.0 - rest) / shape.epsilon - rest * length) / (shape.epsilon * shape.ta);
 }
 
-/// The decay for which the return phase is continuous at the closure and ends at 0.
+/// Solves for the decay at which the return phase is continuous at the closure and ends at 0.
 double returnDecay(double ta, double length)
 {
     double epsilon = 1.0 / ta;
@@ -72,7 +73,7 @@ double returnDecay(double ta, double length)
     return epsilon;
 }
 
-/// The growth for which the flow comes back to where it began: the period has no mean.
+/// Solves for the growth at which the derivative has a mean of 0 over a period.
 double openingGrowth(LfShape shape)
 {
     double low = -50.0;
@@ -111,6 +112,7 @@ double bandWeight(double hz, double limitHz)
 
 std::vector<Complex> glottalHarmonics(double rd, int count)
 {
+    assert(rd >= 0.5 && rd <= 2.5);
     const LfShape shape = lfShape(rd);
     std::vector<Complex> harmonics;
     for (int h = 1; h <= count; ++h) {
@@ -132,6 +134,7 @@ GlottalSource::GlottalSource(double sampleRate, double lowestHz)
 
 void GlottalSource::set(double pitchHz, double effort)
 {
+    assert(pitchHz > 0.0 && effort >= 0.0 && effort <= 1.0);
     mIncrement = pitchHz / mSampleRate;
     const auto count = std::min(mSoft.size(), static_cast<std::size_t>(mLimitHz / pitchHz));
     mBlend.resize(count);
@@ -143,7 +146,7 @@ void GlottalSource::set(double pitchHz, double effort)
 
 double GlottalSource::next()
 {
-    // Horner's rule in the phasor of the fundamental, written out: the library's complex product
+    // Horner's rule in the phasor of the fundamental, written out because std::complex's product
     // tests each result for NaN.
     const double zr = std::cos(2.0 * kPi * mPhase);
     const double zi = std::sin(2.0 * kPi * mPhase);

@@ -14,29 +14,29 @@ namespace orvane
 /// phase 0 and has the value -1; the pulse is 2 Re sum c[h - 1] exp(2 pi i h phase).
 std::vector<std::complex<double>> glottalHarmonics(double rd, int count);
 
-/// A train of glottal pulses of any pitch, summed of the harmonics below a limit, so that nothing
-/// folds back. Two pulse shapes, soft and firm, are blended by the effort.
+/// A train of glottal pulses at a variable pitch. It sums harmonics below a limit, so that there is
+/// no aliasing. The effort blends two pulse shapes, soft and firm.
 class GlottalSource
 {
 public:
-    /// lowestHz is the lowest pitch that will be asked for.
+    /// sampleRate in Hz; set() takes pitches from lowestHz up.
     GlottalSource(double sampleRate, double lowestHz);
 
-    /// Pitch in Hz and effort in 0 .. 1 for the samples to come.
+    /// Sets pitch in Hz and effort in 0 .. 1 for the following samples.
     void set(double pitchHz, double effort);
     /// The next sample.
     double next();
-    /// Place in the period, in 0 .. 1, the closure being at 0.
+    /// Phase in the period, in 0 .. 1; the closure is at 0.
     [[nodiscard]] double phase() const { return mPhase; }
 
 private:
     double mSampleRate;
-    double mLimitHz;  // harmonics fade out up to here
+    double mLimitHz;  // harmonics fade out toward it
     std::vector<std::complex<double>> mSoft;
     std::vector<std::complex<double>> mFirm;
-    std::vector<std::complex<double>> mBlend;  // of the current pitch and effort
+    std::vector<std::complex<double>> mBlend;  // for the current pitch and effort
     double mPhase = 0.0;
-    double mIncrement = 0.0;  // of the phase, a sample
+    double mIncrement = 0.0;  // of the phase for each sample
 };
 
 }  // namespace orvane

@@ -15,10 +15,10 @@ namespace
 
 constexpr double kConcertHz = 440.0;
 constexpr double kVibratoHz = 5.5;
-constexpr double kVibratoDelay = 0.25;  // seconds from the onset until it begins to grow
-constexpr double kVibratoGrowth = 0.3;
-constexpr double kScoopCents = 70.0;  // a phrase starts from below
-constexpr double kSilentMove = 0.1;   // seconds in which the pitch gets there unheard
+constexpr double kVibratoDelay = 0.25;  // seconds from the onset until it starts
+constexpr double kVibratoGrowth = 0.3;  // seconds from its start to full width
+constexpr double kScoopCents = 70.0;    // by which a phrase starts too low
+constexpr double kSilentMove = 0.1;     // seconds in which the pitch moves during silence
 constexpr double kDriftCents = 3.0;
 constexpr double kShimmer = 0.04;
 constexpr double kAttackLevel = 0.85;  // of a note's level; it swells from there
@@ -29,7 +29,7 @@ constexpr double kBreathLevel = 0.02;
 constexpr double kConsonantLevel = 0.06;
 constexpr double kHissLevel = 0.1;
 
-/// Smooth random movement between -size and size, a knot every stepSeconds.
+/// A smooth random track between -size and size with a knot every stepSeconds.
 ControlTrack wander(double seconds, double stepSeconds, double size, std::uint64_t seed)
 {
     SeededNoise noise(seed);
@@ -45,7 +45,7 @@ double consonantStart(const SungNote& note)
     return note.onsetSeconds - note.consonantSeconds;
 }
 
-/// Times in seconds.
+/// An envelope of noise; times in seconds.
 struct Burst
 {
     double start;

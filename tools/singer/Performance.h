@@ -10,22 +10,24 @@
 namespace orvane
 {
 
-/// How a song is sung: what voice and mouth do at each moment, at any sample rate alike.
+/// How a song is sung: the controls of the voice at each time, independent of the sample rate.
 class Performance
 {
 public:
+    /// The controls of the voice at one time.
     struct Moment
     {
         double pitchHz;
-        double voicing;     ///< amplitude of the glottal pulses
-        double effort;      ///< 0 soft .. 1 firm
-        double aspiration;  ///< amplitude of the noise at the glottis, that of voicing apart
-        double hiss;        ///< amplitude of the noise at the teeth
+        double voicing;     // amplitude of the glottal pulses
+        double effort;      // 0 soft .. 1 firm
+        double aspiration;  // amplitude of the noise at the glottis, without that of the voicing
+        double hiss;        // amplitude of the noise at the teeth
         Formants formants;
     };
 
     explicit Performance(const Song& song);
 
+    /// The controls at a time, in seconds from the start of the song.
     [[nodiscard]] Moment at(double seconds) const;
 
 private:

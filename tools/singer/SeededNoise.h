@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// White noise that is the same on every run and every library (the generator of G. Steele,
-/// D. Lea and C. Flood, "Fast splittable pseudorandom number generators", OOPSLA 2014).
+/// White noise that is the same on every run and with every standard library (the generator of
+/// G. Steele, D. Lea and C. Flood, "Fast splittable pseudorandom number generators", OOPSLA 2014).
 class SeededNoise
 {
 public:

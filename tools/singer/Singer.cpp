@@ -23,8 +23,8 @@ constexpr double kSongPeak = 0.65;
 constexpr double kVowelEffort = 0.7;
 constexpr double kFadeInSeconds = 0.02;
 constexpr double kLowestSongHz = 100.0;
-constexpr double kBreathiness = 0.01;   // noise that goes with the voice
-constexpr double kNoiseRate = 44100.0;  // at which the noise levels are meant
+constexpr double kBreathiness = 0.01;   // share of noise in the voice
+constexpr double kNoiseRate = 44100.0;  // Hz, for which the noise levels are set
 
 void scaleToPeak(std::vector<float>& samples, double peak)
 {
@@ -38,7 +38,7 @@ void scaleToPeak(std::vector<float>& samples, double peak)
         sample *= gain;
 }
 
-/// Noise of the teeth: high and wide, not coloured by the tract behind it.
+/// Shapes noise as the teeth do: high and wide, not filtered by the vocal tract.
 class HissFilter
 {
 public:
@@ -50,7 +50,7 @@ public:
 
     double next(double noise)
     {
-        const double difference = noise - mBefore;  // takes the low end away
+        const double difference = noise - mBefore;  // removes low frequencies
         mBefore = noise;
         return mHigh.next(mLow.next(difference));
     }
@@ -61,8 +61,8 @@ private:
     double mBefore = 0.0;
 };
 
-/// Throat and mouth, told anew for each sample what to do: formants that move in steps would be
-/// heard as a buzz.
+/// Source and tract. The controls are set for each sample, since formants that move in steps would
+/// buzz.
 class Voice
 {
 public:
@@ -79,7 +79,8 @@ public:
         mSource.set(moment.pitchHz, moment.effort);
         mTract.set(moment.formants, moment.pitchHz);
         const double noise = mNoiseGain * mNoise.next();
-        // Air is noisy while the glottis is open, which is away from the closure at phase 0.
+        // The noise is loudest while the glottis is open, half a period from the closure at phase
+        // 0.
         const double open = 0.5 - 0.5 * std::cos(2.0 * kPi * mSource.phase());
         const double air = (moment.aspiration + kBreathiness * moment.voicing * open) * noise;
         const double glottis = moment.voicing * mSource.next() + air;

@@ -34,7 +34,7 @@ void sing(const Arguments& arguments)
 int main(int argc, char** argv)
 {
     Arguments arguments;
-    CLI::App app("Sings the demonstration song, off key by known amounts, into a sound file.");
+    CLI::App app("Renders the demonstration song, off key by known amounts, to a sound file.");
     app.add_option("OUT", arguments.sound, "FLAC or WAV file to write, 16 bit")->required();
     app.add_option("--notes", arguments.notes, "JSON file to write the intended notes to");
     app.add_option("--rate", arguments.sampleRate, "sample rate in Hz")

@@ -14,7 +14,7 @@ constexpr double kConcertHz = 440.0;
 constexpr double kLeadInSeconds = 0.5;
 constexpr double kTailSeconds = 0.4;
 
-/// A line of the score; restSeconds precede the consonant.
+/// A note of the score; the rest comes before the consonant.
 struct Row
 {
     double restSeconds;
@@ -29,11 +29,11 @@ struct Row
     double level;
 };
 
-// Keys of C major that are used.
+// MIDI keys of C major.
 constexpr int kG3 = 55, kC4 = 60, kD4 = 62, kE4 = 64, kF4 = 65, kG4 = 67, kA4 = 69, kB4 = 71;
 constexpr int kC5 = 72, kD5 = 74, kE5 = 76;
 
-// Where a semitone is next, at E - F and B - C, the voice strays the other way or not far.
+// Beside the semitones E - F and B - C, a note is off key away from the semitone, or only a little.
 constexpr Row kScore[] = {
     {0.00, Consonant::kMurmur, 0.07, Vowel::kA, kG3, 0.50, -35, 0.08, 0, 0.90},
     {0.00, Consonant::kMurmur, 0.06, Vowel::kO, kC4, 0.55, +40, 0.06, 15, 0.95},

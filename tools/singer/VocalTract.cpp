@@ -2,6 +2,7 @@
 #include "tools/singer/VocalTract.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 
@@ -24,6 +25,7 @@ constexpr double kHighestOfSampleRate = 0.45;
 
 void Resonator::set(double hz, double bandwidthHz, double sampleRate)
 {
+    assert(bandwidthHz > 0.0 && hz > 0.0 && hz < 0.5 * sampleRate);
     const double radius = std::exp(-kPi * bandwidthHz / sampleRate);
     mFirst = 2.0 * radius * std::cos(2.0 * kPi * hz / sampleRate);
     mSecond = -radius * radius;
@@ -40,7 +42,7 @@ double Resonator::next(double input)
 
 Formants formantsOf(Vowel vowel)
 {
-    // Third to fifth close together: the ring of a trained voice near 3 kHz.
+    // The third to fifth are close together: the singer's formant near 3 kHz.
     switch (vowel) {
     case Vowel::kA:
         return {680.0, 1120.0, 2600.0, 2950.0, 3500.0};

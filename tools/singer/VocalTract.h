@@ -14,8 +14,9 @@ namespace orvane
 class Resonator
 {
 public:
-    /// Frequency and bandwidth in Hz; the sound in it goes on.
+    /// Sets frequency and bandwidth in Hz; the state is kept.
     void set(double hz, double bandwidthHz, double sampleRate);
+    /// Filters one sample.
     double next(double input);
 
 private:
@@ -27,23 +28,25 @@ private:
 };
 
 constexpr std::size_t kMovingFormants = 5;
-/// Frequencies in Hz of the formants that tell the vowels apart.
+/// Frequencies in Hz of the formants that distinguish vowels.
 using Formants = std::array<double, kMovingFormants>;
 
+/// The formants of a sung vowel.
 Formants formantsOf(Vowel vowel);
-/// The tract behind closed lips.
+/// The formants of a murmur behind closed lips.
 Formants murmurFormants();
 
-/// The way from glottis to lips: formants in cascade, five that move and above them the evenly
-/// spaced ones of a tube of that length, which keep the spectrum from falling too fast.
+/// The filter from glottis to lips: a cascade of five moving formants and, above them, the evenly
+/// spaced resonances of a tube of that length, which keep the spectrum from falling too fast.
 class VocalTract
 {
 public:
     explicit VocalTract(double sampleRate);
 
-    /// The lowest formant is held above pitchHz: singers open the mouth as they go up (J. Sundberg,
-    /// "Formant technique in a professional female singer", Acustica 32, 1975).
+    /// Sets the formants; the lowest is kept above pitchHz: singers open the mouth as they go up
+    /// (J. Sundberg, "Formant technique in a professional female singer", Acustica 32, 1975).
     void set(const Formants& formants, double pitchHz);
+    /// Filters one sample.
     double next(double input);
 
 private:

@@ -22,19 +22,19 @@ const std::filesystem::path kClipFolder = KESTRUNE_CLIP_FOLDER;
 
 }  // namespace
 
-TEST(ClipTest, CommittedClipIsWhatTheSingerSings)
+TEST(ClipTest, TheCommittedClipEqualsARenderOfTheSong)
 {
     const SoundClip clip = readSoundClip(kClipFolder / "voice.flac");
     EXPECT_EQ(clip.sampleRate, 44100);
     EXPECT_LE(std::filesystem::file_size(kClipFolder / "voice.flac"), 600'000u);
     const auto song = renderSong(demoSong(), clip.sampleRate);
     ASSERT_EQ(clip.samples.size(), song.size());
-    // One step of 16 bit, since compilers differ in their last digits.
+    // One step of 16 bit: compilers differ in the last digits.
     for (std::size_t i = 0; i < song.size(); ++i)
         ASSERT_NEAR(clip.samples[i], song[i], 1.0 / 32768.0) << i;
 }
 
-TEST(ClipTest, EveryNoteIsOffByWhatTheNotesSay)
+TEST(ClipTest, EveryNoteIsOffKeyByTheListedCents)
 {
     const SoundClip clip = readSoundClip(kClipFolder / "voice.flac");
     const PitchTracker tracker(clip.samples, clip.sampleRate);
@@ -43,7 +43,7 @@ TEST(ClipTest, EveryNoteIsOffByWhatTheNotesSay)
             << note.startSeconds << " s";
 }
 
-TEST(ClipTest, WhatCannotBeReadIsToldByName)
+TEST(ClipTest, UnreadableFilesAreRefusedByName)
 {
     const std::string file = testing::TempDir() + "notes.json";
     for (const char* text :

@@ -41,7 +41,7 @@ void expectPitch(const PitchTracker& tracker, double seconds, double hz, double 
 
 }  // namespace
 
-TEST(PitchTrackerTest, FindsSinesAndTonesAndThePitchOfTheMomentWhileItMoves)
+TEST(PitchTrackerTest, FindsThePitchOfSinesTonesAndGlides)
 {
     for (const double hz : {140.0, 196.0, 311.1, 659.3, 950.0})
         expectPitch(PitchTracker(risingSine(hz, 0.0), kRate), 0.3, hz, 0.1);
@@ -50,7 +50,7 @@ TEST(PitchTrackerTest, FindsSinesAndTonesAndThePitchOfTheMomentWhileItMoves)
     expectPitch(PitchTracker(risingSine(300.0, 0.5), kRate), 0.5, 300.0, 1.0);
 }
 
-TEST(PitchTrackerTest, SilenceNoiseAndTheEndsHaveNoPitch)
+TEST(PitchTrackerTest, FindsNoPitchInSilenceNoiseAndAtTheEnds)
 {
     EXPECT_FALSE(PitchTracker(std::vector<float>(44100, 0.0f), kRate).at(0.5));
     EXPECT_FALSE(PitchTracker(whiteNoise(0.5f, 44100, 7), kRate).at(0.5));
@@ -60,7 +60,7 @@ TEST(PitchTrackerTest, SilenceNoiseAndTheEndsHaveNoPitch)
     EXPECT_FALSE(PitchTracker({}, kRate).at(0.0));
 }
 
-TEST(PitchTrackerTest, AccuracyIsThatOfASteadyToneBesideItsNote)
+TEST(PitchTrackerTest, AccuracyIsTheDistanceOfAToneFromItsNote)
 {
     // Half a second late and 30 cents flat.
     std::vector<float> tone(22050, 0.0f);

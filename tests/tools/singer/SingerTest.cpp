@@ -15,7 +15,7 @@ namespace
 
 constexpr int kRate = 44100;
 
-/// The largest second difference in each stretch of so many samples.
+/// The largest second difference in each stretch of stretch samples.
 std::vector<double> sharpestBends(const std::vector<float>& signal, std::size_t stretch)
 {
     std::vector<double> bends(signal.size() / stretch + 1, 0.0);
@@ -28,7 +28,7 @@ std::vector<double> sharpestBends(const std::vector<float>& signal, std::size_t 
 
 }  // namespace
 
-TEST(SingerTest, SteadyVowelRepeatsToTheLastBitOfSixteenOnceSettled)
+TEST(SingerTest, ASteadyVowelIsPeriodicOnceSettled)
 {
     for (const Vowel vowel : {Vowel::kA, Vowel::kE, Vowel::kI, Vowel::kO, Vowel::kU}) {
         const auto signal = steadyVowel(vowel, 220.5, kRate, 0.5);  // 200 samples a period
@@ -37,9 +37,9 @@ TEST(SingerTest, SteadyVowelRepeatsToTheLastBitOfSixteenOnceSettled)
     }
 }
 
-TEST(SingerTest, SongHasNoClick)
+TEST(SingerTest, TheSongHasNoClick)
 {
-    // A click bends the curve more than the pulses around it do, of which each 10 ms have one.
+    // A click bends the curve more than glottal pulses do; every 10 ms hold a pulse.
     const auto bends = sharpestBends(renderSong(demoSong(), kRate), kRate / 100);
     for (std::size_t i = 1; i + 1 < bends.size(); ++i)
         EXPECT_LT(bends[i], 2.0 * std::max({bends[i - 1], bends[i + 1], 0.004})) << i << " / 100 s";
