@@ -11,21 +11,22 @@
 namespace orvane
 {
 
-/// A setting that takes a value at a moment of the stream.
+/// A setting and the time at which it takes a value.
 struct AutomationPoint
 {
     double seconds;  // from the start of the input, at least 0
     SettingValue value;
 };
 
-/// The time that a text stands for, finite and at least 0. Throws ZException for any other text.
-[[nodiscard]] double secondsIn(std::string_view text);
-/// The points of a text, in order of time, those of one moment as they stand. A line is
-/// "SECONDS,NAME,VALUE"; empty lines, lines after a # and a first line that begins with "time" or
-/// "seconds" say nothing. Throws ZException that gives name and the line's number.
-[[nodiscard]] std::vector<AutomationPoint> automationIn(std::string_view text,
-                                                        const std::string& name);
-/// The same of a file on disk. Throws ZException also where it cannot be read.
+/// Parses a time in seconds, finite and at least 0. Throws ZException for any other text.
+[[nodiscard]] double parseSeconds(std::string_view text);
+/// Parses automation text into points sorted by time; points at the same time keep their order.
+/// Each line is "SECONDS,NAME,VALUE". Empty lines, lines that start with "#", and a first line that
+/// starts with "time" or "seconds" are skipped. Throws ZException with name and the line number.
+[[nodiscard]] std::vector<AutomationPoint> parseAutomation(std::string_view text,
+                                                           const std::string& name);
+/// Reads a file and parses it as parseAutomation does. Throws ZException also when the file cannot
+/// be read.
 [[nodiscard]] std::vector<AutomationPoint> readAutomationFile(const std::filesystem::path& path);
 
 }  // namespace orvane

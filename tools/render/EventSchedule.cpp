@@ -4,6 +4,7 @@
 #include "tools/render/PluginInstance.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <span>
 #include <utility>
@@ -13,7 +14,7 @@ namespace orvane
 
 std::int64_t frameAt(double seconds, int rate)
 {
-    constexpr double kFurthest = 9e15;  // every frame up to there is a number of its own
+    constexpr double kFurthest = 9e15;  // a double holds every whole number up to here
     return std::llround(std::min(seconds * rate, kFurthest));
 }
 
@@ -23,12 +24,12 @@ EventSchedule::EventSchedule(const std::vector<AutomationPoint>& automation,
     : mMessages(std::move(messages))
 {
     for (const AutomationPoint& point : automation)
-        mChanges.push_back({frameAt(point.seconds, rate), settings.Placed(point.value)});
+        mChanges.push_back({frameAt(point.seconds, rate), settings.ToHost(point.value)});
     for (const MidiEvent& message : mMessages)
         mMessageFrames.push_back(frameAt(message.seconds, rate));
 }
 
-void EventSchedule::Give(PluginInstance& plugin, std::int64_t frame)
+void EventSchedule::SendDue(PluginInstance& plugin, std::int64_t frame)
 {
     while (mNextChange < mChanges.size() && mChanges[mNextChange].frame <= frame) {
         const PluginSettings::HostValue& value = mChanges[mNextChange++].value;
@@ -43,11 +44,13 @@ void EventSchedule::Give(PluginInstance& plugin, std::int64_t frame)
 
 int EventSchedule::BlockFrames(std::int64_t frame, int limit) const
 {
+    assert(limit >= 1);
     std::int64_t frames = limit;
     if (mNextChange < mChanges.size())
         frames = std::min(frames, mChanges[mNextChange].frame - frame);
     if (mNextMessage < mMessages.size())
         frames = std::min(frames, mMessageFrames[mNextMessage] - frame);
+    assert(frames >= 1);
     return static_cast<int>(frames);
 }
 

@@ -14,25 +14,26 @@ namespace orvane
 
 class PluginInstance;
 
-/// The frame at a time, at least 0, of a stream; one that never comes for times beyond all streams.
+/// Converts seconds >= 0 to a frame, rounded to the nearest; times past any stream give a frame
+/// that is never reached.
 [[nodiscard]] std::int64_t frameAt(double seconds, int rate);
 
-/// What a plug-in gets while it runs, each at its frame of the stream: values of parameters and
-/// messages. Those of one frame come together, parameters first.
+/// The automation and MIDI messages of a render, each at its frame of the input. Events of the same
+/// frame are sent together, parameters first.
 class EventSchedule
 {
 public:
-    /// Both lists in order of time; rate in Hz. Throws ZException where the plug-in has no such
-    /// parameter.
+    /// Both lists are sorted by time; rate in Hz. Throws ZException when the plug-in lacks an
+    /// automated parameter.
     EventSchedule(const std::vector<AutomationPoint>& automation, std::vector<MidiEvent> messages,
                   const PluginSettings& settings, int rate);
 
-    /// Gives all that is due at the frame and was not given yet.
-    void Give(PluginInstance& plugin, std::int64_t frame);
-    /// How long a block from the frame on can be until something else is due: 1 .. limit. Needs a
-    /// Give of that frame.
+    /// Sends all events up to and including frame that were not sent before.
+    void SendDue(PluginInstance& plugin, std::int64_t frame);
+    /// Longest block, in 1 .. limit, that starts at frame and ends before the next event. Call
+    /// SendDue(frame) first.
     [[nodiscard]] int BlockFrames(std::int64_t frame, int limit) const;
-    /// How many are still to come.
+    /// Number of events that were not sent.
     [[nodiscard]] std::size_t Left() const;
 
 private:
@@ -44,7 +45,7 @@ private:
 
     std::vector<Change> mChanges;
     std::vector<MidiEvent> mMessages;
-    std::vector<std::int64_t> mMessageFrames;  // as many
+    std::vector<std::int64_t> mMessageFrames;  // one for each message
     std::size_t mNextChange = 0;
     std::size_t mNextMessage = 0;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/InputFile.h"
 
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <fmt/format.h>
 
@@ -26,7 +26,7 @@ struct FileCloser
 
 [[noreturn]] void refuse(const std::filesystem::path& path, std::string_view reason)
 {
-    throw ZException(fmt::format("cannot read {}: {}", path.string(), reason));
+    fail("cannot read {}: {}", path.string(), reason);
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ std::string readInputFile(const std::filesystem::path& path)
         refuse(path, std::strerror(errno));
     std::string bytes;
     std::array<char, 65536> piece{};
-    // Not by the size that the file tells: a pipe has none.
+    // Read until the end instead of asking for the size: the file may be a pipe.
     while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), file.get())) {
         bytes.append(piece.data(), count);
         if (bytes.size() > kLongest)

@@ -7,8 +7,8 @@
 namespace orvane
 {
 
-/// The bytes of a small file: up to 16 MB, far above what texts, chunks and MIDI files need. Throws
-/// ZException where it cannot be read, is a folder, or is longer.
+/// Reads a whole file of at most 16 MB, which no preset, chunk or MIDI file comes near. Throws
+/// ZException when the file cannot be read, is a folder or is longer.
 [[nodiscard]] std::string readInputFile(const std::filesystem::path& path);
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/Interruption.h"
 
+#include <atomic>
 #include <csignal>
 #include <initializer_list>
 
@@ -10,7 +11,9 @@ namespace orvane
 namespace
 {
 
-volatile std::sig_atomic_t signalSeen = 0;  // written by the handler
+// Written by the signal handler, read by every rendering thread.
+std::atomic<int> signalSeen{0};
+static_assert(std::atomic<int>::is_always_lock_free);
 
 void remember(int signal)
 {
@@ -32,8 +35,8 @@ void watchForInterruption()
 
 void throwIfInterrupted()
 {
-    if (signalSeen != 0)
-        throw Interruption{signalSeen};
+    if (const int signal = signalSeen; signal != 0)
+        throw Interruption{signal};
 }
 
 }  // namespace orvane

@@ -4,16 +4,16 @@
 namespace orvane
 {
 
-/// Thrown where the user has broken the run off, so that what is half done is cleared away.
+/// Thrown after the user has interrupted the program, so that unfinished files are removed.
 struct Interruption
 {
     int signal;
 };
 
-/// From now on the first SIGINT, SIGTERM or SIGHUP is only remembered; a second one ends the
-/// program at once.
+/// Installs handlers that record the first SIGINT, SIGTERM or SIGHUP; a second one ends the program
+/// at once. [setup]
 void watchForInterruption();
-/// Throws Interruption once such a signal has come.
+/// Throws Interruption if a signal was recorded. [any thread]
 void throwIfInterrupted();
 
 }  // namespace orvane

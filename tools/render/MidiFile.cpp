@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/MidiFile.h"
 
+#include "tools/render/Failure.h"
 #include "tools/render/InputFile.h"
-#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 
@@ -23,18 +23,19 @@ constexpr std::uint8_t kEscape = 0xF7;
 constexpr std::uint8_t kMeta = 0xFF;
 constexpr std::uint8_t kMetaEndOfTrack = 0x2F;
 constexpr std::uint8_t kMetaTempo = 0x51;
-constexpr double kMicroseconds = 1e6;                   // a second
-constexpr double kStandardTempo = 0.5 * kMicroseconds;  // a quarter note, where no other is given
+constexpr double kMicroseconds = 1e6;  // in a second
+constexpr double kStandardTempo =
+    0.5 * kMicroseconds;  // for a quarter note, until the file sets a tempo
 
-/// What the tracks hold, before it is known when their ticks come.
+/// A channel message or a tempo change at a time that is still counted in ticks.
 struct TickedEvent
 {
     std::int64_t tick;
-    std::array<std::uint8_t, 3> bytes;  // status 0: a change of tempo
-    double tempo;                       // microseconds a quarter note
+    std::array<std::uint8_t, 3> bytes;  // status 0 marks a tempo change
+    double tempo;                       // microseconds for a quarter note
 };
 
-/// Takes bytes from the front of a part of a file, and never more than there are.
+/// Reads bytes from the front of a part of a file and throws ZException past its end.
 class ByteReader
 {
 public:
@@ -58,7 +59,7 @@ public:
     [[nodiscard]] std::uint8_t Next() { return Take(1).front(); }
     [[nodiscard]] bool DataIsNext() const { return !IsAtEnd() && !(mRest.front() & kStatusBit); }
 
-    /// A number of so many bytes, the highest first.
+    /// Reads a big-endian number of count bytes, at most 4.
     [[nodiscard]] std::uint32_t Number(std::size_t count)
     {
         std::uint32_t number = 0;
@@ -67,7 +68,8 @@ public:
         return number;
     }
 
-    /// A number of one to four bytes of seven bits, each but the last with its top bit set.
+    /// Reads a variable-length quantity: one to four bytes of seven bits each, where the top bit is
+    /// set in all but the last.
     [[nodiscard]] std::uint32_t VariableNumber()
     {
         std::uint32_t number = 0;
@@ -82,7 +84,7 @@ public:
 
     [[noreturn]] void Refuse(std::string_view reason) const
     {
-        throw ZException(fmt::format("{} is a broken MIDI file: {}", mName, reason));
+        fail("{} is a broken MIDI file: {}", mName, reason);
     }
 
 private:
@@ -95,7 +97,7 @@ bool isNamed(Bytes id, std::string_view name)
     return std::equal(id.begin(), id.end(), name.begin(), name.end());
 }
 
-/// Data bytes of a message of a channel.
+/// Number of data bytes after the status byte of a channel message.
 std::size_t dataBytes(std::uint8_t status)
 {
     const int kind = status >> 4;
@@ -114,7 +116,7 @@ public:
 
     void Read()
     {
-        // A track without its end mark ends with its bytes.
+        // A track without an end-of-track event ends with its data.
         while (!mHasEnded && !mBytes.IsAtEnd()) {
             mTick += mBytes.VariableNumber();
             ReadEvent();
@@ -163,7 +165,8 @@ private:
         mEvents.push_back({mTick, {}, static_cast<double>(data.Number(3))});
     }
 
-    /// Passes over a number and as many bytes as it says. Running status ends there.
+    /// Skips a length and as many bytes as it says, and returns the length. Running status ends
+    /// here.
     std::uint32_t Skip()
     {
         mStatus = 0;
@@ -175,20 +178,20 @@ private:
     ByteReader mBytes;
     std::vector<TickedEvent>& mEvents;
     std::int64_t mTick = 0;
-    std::uint8_t mStatus = 0;  // 0: none
+    std::uint8_t mStatus = 0;  // running status; 0 while there is none
     bool mHasEnded = false;
 };
 
-/// Turns ticks into seconds, going forward.
+/// Converts ticks to seconds; ticks must not decrease from call to call.
 class TickClock
 {
 public:
-    /// division: as the file's head has it.
+    /// division is the third field of the file header, not 0.
     explicit TickClock(std::uint32_t division)
     {
         if (division & 0x8000u) {
             const int frames = 256 - static_cast<int>(division >> 8);
-            // The 29 stand for the thirty frames of colour television, which are a bit slower.
+            // 29 stands for the 29.97 frames a second of drop-frame time code.
             const double rate = frames == 29 ? 30.0 / 1.001 : frames;
             mFixedSeconds = 1.0 / (rate * (division & 0xFFu));
         }
@@ -207,13 +210,13 @@ public:
 
 private:
     double mTicksPerQuarter;
-    double mFixedSeconds = 0.0;  // a tick; 0 where the tempo tells
+    double mFixedSeconds = 0.0;  // of a tick with SMPTE time; 0 with metrical time
     double mTempo = kStandardTempo;
     std::int64_t mTick = 0;
     double mSeconds = 0.0;
 };
 
-std::vector<MidiEvent> timed(const std::vector<TickedEvent>& events, std::uint32_t division)
+std::vector<MidiEvent> withSeconds(const std::vector<TickedEvent>& events, std::uint32_t division)
 {
     TickClock clock(division);
     std::vector<MidiEvent> timedEvents;
@@ -227,24 +230,24 @@ std::vector<MidiEvent> timed(const std::vector<TickedEvent>& events, std::uint32
     return timedEvents;
 }
 
-struct MidiHead
+struct MidiHeader
 {
     std::uint32_t format;
     std::uint32_t tracks;
     std::uint32_t division;
 };
 
-MidiHead takeHead(ByteReader& reader, const std::string& name)
+MidiHeader readHeader(ByteReader& reader, const std::string& name)
 {
     ByteReader head(reader.Take(reader.Number(4)), name);
-    MidiHead taken{};
+    MidiHeader taken{};
     taken.format = head.Number(2);
     taken.tracks = head.Number(2);
     taken.division = head.Number(2);
     if (taken.format > 1)
-        throw ZException(fmt::format("{} is a MIDI file of format {}: only 0 and 1 have one "
-                                     "time for all tracks; export it as one of these",
-                                     name, taken.format));
+        fail("{} is a MIDI file of format {}: only 0 and 1 have one "
+             "time for all tracks; export it as one of these",
+             name, taken.format);
     if ((taken.division & 0x8000u ? taken.division & 0xFFu : taken.division) == 0)
         reader.Refuse("its time has no steps");
     return taken;
@@ -252,32 +255,32 @@ MidiHead takeHead(ByteReader& reader, const std::string& name)
 
 }  // namespace
 
-std::vector<MidiEvent> midiEventsIn(std::span<const std::uint8_t> file, const std::string& name)
+std::vector<MidiEvent> parseMidiFile(std::span<const std::uint8_t> file, const std::string& name)
 {
-    constexpr std::string_view kHeadName = "MThd";
-    if (file.size() < kHeadName.size() || !isNamed(file.first(kHeadName.size()), kHeadName))
-        throw ZException(fmt::format("{} is no Standard MIDI File", name));
-    ByteReader reader(file.subspan(kHeadName.size()), name);
-    const MidiHead head = takeHead(reader, name);
+    constexpr std::string_view kHeaderId = "MThd";
+    if (file.size() < kHeaderId.size() || !isNamed(file.first(kHeaderId.size()), kHeaderId))
+        fail("{} is no Standard MIDI File", name);
+    ByteReader reader(file.subspan(kHeaderId.size()), name);
+    const MidiHeader head = readHeader(reader, name);
     std::vector<TickedEvent> events;
     for (std::uint32_t tracks = 0; tracks < head.tracks;) {
         const Bytes id = reader.Take(4);
         const Bytes part = reader.Take(reader.Number(4));
         if (!isNamed(id, "MTrk"))
-            continue;  // of a later edition or another's own
+            continue;  // other chunk types are skipped, as the file format asks
         TrackReader(part, name, events).Read();
         ++tracks;
     }
     std::stable_sort(events.begin(), events.end(),
                      [](const TickedEvent& a, const TickedEvent& b) { return a.tick < b.tick; });
-    return timed(events, head.division);
+    return withSeconds(events, head.division);
 }
 
 std::vector<MidiEvent> readMidiFile(const std::filesystem::path& path)
 {
     const std::string bytes = readInputFile(path);
     const auto* const data = reinterpret_cast<const std::uint8_t*>(bytes.data());
-    return midiEventsIn({data, bytes.size()}, path.string());
+    return parseMidiFile({data, bytes.size()}, path.string());
 }
 
 }  // namespace orvane

@@ -11,20 +11,21 @@
 namespace orvane
 {
 
-/// A message of a channel: a note, a controller, the bend wheel and the like.
+/// A MIDI channel message: note, controller, pitch bend and so on.
 struct MidiEvent
 {
-    double seconds;                     // from the start of the file, at its own tempo
-    std::array<std::uint8_t, 3> bytes;  // status first; 0 where the message is shorter
+    double seconds;                     // from the start of the file, by the file's own tempo
+    std::array<std::uint8_t, 3> bytes;  // status byte first; unused bytes are 0
 };
 
-/// The messages of all channels of a Standard MIDI File, in order of time. Those that belong to one
-/// moment stay in the order of their tracks. Formats 0 and 1, in beats or in the frames of a film;
-/// what is no message of a channel is passed over, but changes of tempo, which are obeyed. name is
-/// what errors call the file. Throws ZException where the file is none of these, or broken.
-[[nodiscard]] std::vector<MidiEvent> midiEventsIn(std::span<const std::uint8_t> file,
-                                                  const std::string& name);
-/// The same of a file on disk. Throws ZException also where it cannot be read or is too long.
+/// Parses a Standard MIDI File of format 0 or 1, with either metrical or SMPTE time, and returns
+/// its channel messages sorted by time; messages at the same time keep the order of their tracks.
+/// Tempo changes are applied; other meta events and system exclusive messages are skipped. Errors
+/// name the file by name. Throws ZException for other formats and for damaged files.
+[[nodiscard]] std::vector<MidiEvent> parseMidiFile(std::span<const std::uint8_t> file,
+                                                   const std::string& name);
+/// Reads a file and parses it as parseMidiFile does. Throws ZException also when the file cannot be
+/// read or is too long.
 [[nodiscard]] std::vector<MidiEvent> readMidiFile(const std::filesystem::path& path);
 
 }  // namespace orvane

@@ -27,8 +27,8 @@ std::intptr_t writeText(void* room, std::string_view text) noexcept
     return 1;
 }
 
-/// Notes and the time, no windows.
-std::intptr_t sendsWhat(const void* word) noexcept
+/// Whether this host sends what the word names: events and the time, but no window.
+std::intptr_t canDo(const void* word) noexcept
 {
     if (!word)
         return 0;
@@ -53,7 +53,7 @@ void OfflineHost::MoveTo(std::int64_t frame)
     const double framesPerClock = mRate * 60.0 / (kTempo * kClocksPerQuarter);
     mTime.samplePos = static_cast<double>(frame);
     mTime.sampleRate = mRate;
-    // The file's own time, so that a run can be repeated to the bit.
+    // Time in the file instead of the clock, so that every run gives the same output.
     mTime.nanoSeconds = seconds * 1e9;
     mTime.ppqPos = quarters;
     mTime.tempo = kTempo;
@@ -71,9 +71,6 @@ void OfflineHost::MoveTo(std::int64_t frame)
 std::intptr_t OfflineHost::Answer(std::int32_t opcode, void* ptr) noexcept
 {
     switch (opcode) {
-    case audioMasterAutomate:
-        ++mAutomationCalls;
-        return 0;
     case audioMasterVersion:
         return kVstVersion;
     case audioMasterGetTime:
@@ -97,7 +94,7 @@ std::intptr_t OfflineHost::Answer(std::int32_t opcode, void* ptr) noexcept
     case audioMasterGetLanguage:
         return kVstLangEnglish;
     case audioMasterCanDo:
-        return sendsWhat(ptr);
+        return canDo(ptr);
     default:
         return 0;
     }

@@ -2,6 +2,7 @@
 #include "tools/render/OfflineRender.h"
 
 #include "tools/render/EventSchedule.h"
+#include "tools/render/Failure.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/PitchPlot.h"
 #include "tools/render/PitchReader.h"
@@ -11,7 +12,6 @@
 #include "tools/render/RenderReport.h"
 #include "tools/render/ScaleGrid.h"
 #include "tools/render/TargetFile.h"
-#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 
@@ -45,16 +45,14 @@ void requireOther(const fs::path& path, const std::vector<fs::path>& others)
 {
     for (const fs::path& other : others) {
         if (!other.empty() && isSameFile(path, other))
-            throw ZException(
-                fmt::format("{} is named twice: each file needs a name of its own", path.string()));
+            fail("{} is named twice: each file needs a name of its own", path.string());
     }
 }
 
 void requireDistinct(const RenderRequest& request)
 {
     if (isSameFile(request.input, request.output))
-        throw ZException(fmt::format("{} is both input and output: name another output",
-                                     request.output.string()));
+        fail("{} is both input and output: name another output", request.output.string());
     std::vector<fs::path> others{request.input, request.state.loadChunk, request.state.preset,
                                  request.automation, request.midi};
     for (const fs::path& target :
@@ -79,7 +77,7 @@ StereoBlock silentBlock(int frames)
     return block;
 }
 
-/// Where the output's pitch is to be looked for: the voice's range, moved as the voice is.
+/// The range in which to look for the output's pitch: that of the voice, transposed.
 KestruneSourceRange outputRange(const RenderSettings& settings)
 {
     KestruneSourceRange range = sourceRange(settings.Index(Setting::kSourceType));
@@ -89,7 +87,7 @@ KestruneSourceRange outputRange(const RenderSettings& settings)
     return {range.lowHz * ratio, range.highHz * ratio};
 }
 
-/// One run from the reader through the plug-in to the writer.
+/// Feeds the sound from the reader through the plug-in to the writer and measures both pitches.
 class RenderRun
 {
 public:
@@ -113,7 +111,7 @@ public:
     {
     }
 
-    /// Feeds the whole input and silence after it until its end has come out.
+    /// Feeds the whole input and then silence, until the end of the input has come out.
     void Run()
     {
         ProgressBar progress(mReader.ExpectedFrames() + mLatency);
@@ -152,14 +150,14 @@ private:
         for (int done = 0; done < count;) {
             const std::int64_t frame = mProduced + done;
             if (mWindow)
-                mWindow->Pass(frame);
-            mEvents.Give(mPlugin, frame);
+                mWindow->TakeIfDue(frame);
+            mEvents.SendDue(mPlugin, frame);
             const int frames = mEvents.BlockFrames(frame, count - done);
             mPlugin.Process(mInput, mOutput, done, frames);
             done += frames;
         }
         mSpent += std::chrono::steady_clock::now() - start;
-        // What has been written stays where it is, so that a later change comes too late.
+        // A change of latency after output was written can no longer be compensated.
         if (!mHasWritten)
             mLatency = mPlugin.Latency();
         TrackInput(mInput, count);
@@ -197,14 +195,14 @@ private:
         mTrack.AddInput(mInputPitch.Readings());
     }
 
-    /// The output without its latency, so that both pitches are read at the same places.
+    /// Reads the output's pitch without the latency, so that both pitches are for the same frames.
     void TrackOutput(const StereoBlock& block, int first, int count)
     {
         mOutputPitch.Feed(block, first, count);
         mTrack.AddOutput(mOutputPitch.Readings());
     }
 
-    /// Readings come after their places, so that silence must follow for those of the end.
+    /// A reading follows its frame by a delay, so silence is fed to get the last ones.
     void FinishTrack()
     {
         const StereoBlock silence = silentBlock(mBlock);
@@ -228,8 +226,8 @@ private:
     PitchTrack mTrack;
     StereoBlock mInput;
     StereoBlock mOutput;
-    std::int64_t mFrames = 0;    // read
-    std::int64_t mProduced = 0;  // come out of the plug-in
+    std::int64_t mFrames = 0;    // of input
+    std::int64_t mProduced = 0;  // by the plug-in
     bool mHasWritten = false;
     float mPeak = 0.0f;
     std::chrono::steady_clock::duration mSpent{};  // in the plug-in
@@ -255,18 +253,18 @@ EventSchedule scheduled(const RenderRequest& request, const PluginSettings& sett
     return {automation, std::move(messages), settings, rate};
 }
 
-/// Makes the plug-in ready as hosts do; gives the settings in force.
+/// Sets the plug-in up as hosts do and returns the settings in force.
 RenderSettings prepare(PluginInstance& plugin, const PluginSettings& settings, int rate,
                        const RenderRequest& request)
 {
     plugin.SetFormat(rate, request.blockFrames);
-    bringIntoState(plugin, request.state);
-    settings.Give(request.settings);
+    applyState(plugin, request.state);
+    settings.Apply(request.settings);
     plugin.Start();
-    return settings.InForce(request.settings);
+    return settings.Current(request.settings);
 }
 
-/// What the run has found, measured by the settings in force.
+/// Copies the figures of a run and measures distances from the scale in force.
 void addFigures(RenderResult& result, const RenderRun& run)
 {
     const ScaleGrid grid(result.settings);
@@ -310,7 +308,6 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
     addFigures(result, run);
     result.latencyMoved = plugin.Latency() != run.Latency();
     result.eventsLeft = events.Left();
-    result.automationCalls = plugin.AutomationCalls();
     result.badSamples = reader.BadSamples();
 
     if (plot)

@@ -17,44 +17,44 @@ namespace orvane
 
 class PluginInstance;
 
-/// A picture of the plug-in's window.
+/// The options of a picture of the plug-in's window.
 struct WindowRequest
 {
-    std::filesystem::path file;     // empty: none
-    std::optional<double> seconds;  // of the input that have gone in; else all of it
-    int scale = 1;                  // pixels of the picture for one of the window, each way
+    std::filesystem::path file;  // empty: no picture
+    std::optional<double>
+        seconds;    // of the input after which it is drawn; without a value, at the end
+    int scale = 1;  // width and height in the picture of one pixel of the window
 };
 
-/// What the user asked for.
+/// The options of a render. Empty paths were not given.
 struct RenderRequest
 {
     std::filesystem::path input;
     std::filesystem::path output;
-    std::filesystem::path plot;    // empty: none
-    std::filesystem::path report;  // empty: none
+    std::filesystem::path plot;    // PNG of the pitch
+    std::filesystem::path report;  // JSON
     WindowRequest window;
     StateRequest state;
-    RenderSettings settings;           // which come after the state
-    std::filesystem::path saveChunk;   // with state and settings in force; empty: none
-    std::filesystem::path automation;  // values of settings by time; empty: none
-    std::filesystem::path midi;        // a Standard MIDI File; empty: none
-    int blockFrames = 512;             // frames fed at a time, 1 .. 65536
-    bool keepsLatency = false;
+    RenderSettings settings;           // applied after the state
+    std::filesystem::path saveChunk;   // written after state and settings are applied
+    std::filesystem::path automation;  // CSV of settings by time
+    std::filesystem::path midi;        // a Standard MIDI File
+    int blockFrames = 512;             // longest block, 1 .. 65536 frames
+    bool keepsLatency = false;         // the latency stays at the start of the output
 };
 
-/// What became of it.
+/// The figures of a finished render.
 struct RenderResult
 {
     SoundFormat format;
     std::string plugin;          // its name
-    RenderSettings settings;     // those in force
+    RenderSettings settings;     // in force when the render started
     std::int64_t frames = 0;     // of the input
     int latency = 0;             // frames
-    bool latencyMoved = false;   // later, when it could not be compensated any more
-    std::size_t eventsLeft = 0;  // automation and messages after the end
-    int automationCalls = 0;     // in which the plug-in told of a parameter of its own
+    bool latencyMoved = false;   // after output was written, too late to compensate
+    std::size_t eventsLeft = 0;  // automation points and messages past the end of the input
     double timesRealtime = 0.0;
-    std::int64_t badSamples = 0;  // of the input, not finite and taken as 0
+    std::int64_t badSamples = 0;  // of the input that were not finite and were replaced by 0
     float peak = 0.0f;            // of the output, full scale at 1.0
     ScaleDistance before;
     ScaleDistance after;
@@ -64,15 +64,14 @@ struct RenderResult
     [[nodiscard]] double LatencyMs() const { return 1000.0 * latency / format.rate; }
 };
 
-/// Renders the input to the output, with the picture, the report and the chunk asked for, all of
-/// them or none.
-/// The output has as many frames as the input, aligned with it; with keepsLatency it has the
-/// plug-in's latency more, at its start. Throws ZException for what cannot be, Interruption where
-/// the user breaks off.
+/// Renders the input to the output and writes the other files that were asked for: all of them or,
+/// on failure, none. The output has as many frames as the input and is aligned with it; with
+/// keepsLatency it starts with the plug-in's latency and is longer by it. Throws ZException on
+/// failure and Interruption when the user interrupts.
 [[nodiscard]] RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin);
 
-/// Writes the picture of the window in the state and with the settings asked for, without any
-/// sound. Throws ZException for what cannot be.
+/// Writes a picture of the window with the state and settings asked for, without rendering a sound.
+/// Throws ZException on failure.
 void drawWindow(const RenderRequest& request, PluginInstance& plugin);
 
 }  // namespace orvane

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PitchPlot.h"
 
+#include "tools/render/Failure.h"
 #include "tools/render/OfflineRender.h"
 #include "tools/render/ScaleGrid.h"
-#include "zlib/common/objects/ZException.h"
 
 #include <cairo.h>
 #include <fmt/format.h>
@@ -41,11 +41,12 @@ constexpr unsigned kRootLine = 0x55647A;
 constexpr unsigned kTimeLine = 0xECEEF2;
 constexpr unsigned kFrameLine = 0xC5CCD6;
 
-constexpr double kInputWidth = 6.0;  // wide and under the other, so that it shows where they agree
+constexpr double kInputWidth =
+    6.0;  // wider and below the other curve, so that it shows where both agree
 constexpr double kOutputWidth = 2.5;
 constexpr double kFewestSemitones = 14.0;
 constexpr double kMarginSemitones = 1.6;
-/// A wider step from one place to the next is a new note or an error, not a line that was sung.
+/// Points further apart than this are not joined: they are separate notes or detection errors.
 constexpr double kJoinedSemitones = 3.0;
 
 struct CairoFreer
@@ -79,7 +80,7 @@ struct TextStyle
     Align align = Align::kStart;
 };
 
-/// Semitones to show: all voiced pitches but the outermost hundredth each way, with some air.
+/// Semitones to show: the voiced pitches without the outermost 1 % at each end, and a margin.
 Span pitchSpan(const std::vector<PitchPoint>& points)
 {
     std::vector<double> positions;
@@ -99,7 +100,7 @@ Span pitchSpan(const std::vector<PitchPoint>& points)
     return {low - missing / 2, high + missing / 2};
 }
 
-/// A step of 1, 2 or 5 times a power of ten that cuts the duration into 16 pieces at most.
+/// Distance of the time lines: 1, 2 or 5 times a power of ten, at most 16 for the duration.
 double timeStep(double seconds)
 {
     const double least = seconds / 16.0;
@@ -184,8 +185,8 @@ private:
         cairo_stroke(mContext.get());
     }
 
-    /// y is the middle of the line of text; one that is wider than limit ends in dots. Gives the
-    /// width drawn.
+    /// Draws one line of text centred vertically at y and returns its width. Text wider than limit
+    /// is shortened in its middle.
     double Text(const std::string& text, double x, double y, const TextStyle& style,
                 double limit = kRight - kLeft)
     {
@@ -265,7 +266,7 @@ private:
         Line(kLeft, y, kRight, y, colour, note.isRoot ? 2.0 : 1.0);
     }
 
-    /// Where there is no room for every name, those that matter least are left out.
+    /// Draws names that do not overlap: first the roots, then notes of the scale, then all others.
     void DrawNoteNames(const std::vector<ScaleGrid::Note>& notes, double row)
     {
         const double size = std::clamp(row * 0.9, 11.0, 16.0);
@@ -323,7 +324,7 @@ private:
     {
         if (!isJoined)
             cairo_move_to(mContext.get(), x, y);
-        cairo_line_to(mContext.get(), x, y);  // a dot, where the pen has just been set down
+        cairo_line_to(mContext.get(), x, y);  // draws a dot when nothing precedes it
     }
 
     void DrawHeading()
@@ -335,7 +336,7 @@ private:
         Text(settingsText(mResult.settings) + found, kLeft, 74, {16.0, kPaleInk});
     }
 
-    /// From the right edge leftwards; gives where it starts.
+    /// Draws the legend from the right edge and returns its left edge.
     double DrawLegend()
     {
         const double output =
@@ -366,9 +367,8 @@ private:
     std::unique_ptr<cairo_t, CairoFreer> mContext;
 };
 
-/// Frees all that text drawing keeps for the process, which draws one picture: a leak checker then
-/// tells of real leaks alone.
-void giveBackFonts()
+/// Frees the process-wide font data, so that a leak checker reports real leaks only.
+void releaseFonts()
 {
     pango_cairo_font_map_set_default(nullptr);
     cairo_debug_reset_static_data();
@@ -383,11 +383,11 @@ void writePitchPlot(const std::filesystem::path& path, const std::string& name,
     PitchPlot plot(request, result);
     plot.Draw();
     const cairo_status_t status = plot.Write(path);
-    // A plug-in that has drawn its window still has fonts of the same libraries.
+    // A plug-in that has drawn its window still uses fonts of the same libraries.
     if (request.window.file.empty())
-        giveBackFonts();
+        releaseFonts();
     if (status != CAIRO_STATUS_SUCCESS)
-        throw ZException(fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
+        fail("cannot write {}: {}", name, cairo_status_to_string(status));
 }
 
 }  // namespace orvane

@@ -17,10 +17,10 @@ inline constexpr int kPlotHeight = 800;
 inline constexpr unsigned kInputCurveColour = 0xF39A3B;
 inline constexpr unsigned kOutputCurveColour = 0x1558B0;
 
-/// Writes a PNG that shows the pitch before and after over time, on the notes of the scale. Needs
-/// no display. Throws ZException where the file cannot be written; name is what an error calls it.
-/// No other text may be drawn in the process meanwhile: unless the plug-in's window was asked for,
-/// all fonts are given back at the end.
+/// Writes a PNG of the input's and the output's pitch over time, with the notes of the scale as
+/// lines. Needs no display. Errors name the file by name. Throws ZException when the file cannot be
+/// written. Unless the plug-in's window was drawn too, the process-wide font data is released at
+/// the end, so no other thread may draw text meanwhile.
 void writePitchPlot(const std::filesystem::path& path, const std::string& name,
                     const RenderRequest& request, const RenderResult& result);
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PitchReader.h"
 
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -19,9 +20,9 @@ int hopAt(int rate)
 {
     const int hop = static_cast<int>(static_cast<float>(rate) * kHopSeconds + 0.5f);
     if (!KestruneGeometry::Supports(static_cast<float>(rate), hop))
-        throw ZException(fmt::format("a rate of {} Hz cannot be rendered: the engine takes "
-                                     "8000 to 768000 Hz; resample the file first",
-                                     rate));
+        fail("a rate of {} Hz cannot be rendered: the engine takes "
+             "8000 to 768000 Hz; resample the file first",
+             rate);
     return hop;
 }
 
@@ -31,7 +32,7 @@ PitchReader::PitchReader(int rate, KestruneSourceRange range, int pitchReference
     : mHop(hopAt(rate))
 {
     if (!mEngine.Initialize(static_cast<float>(rate), mHop))
-        throw ZException(fmt::format("not enough memory to read pitches at {} Hz", rate));
+        fail("not enough memory to read pitches at {} Hz", rate);
     mEngine.SetFrequencyRange(range.lowHz, range.highHz);
     mEngine.SetPitchReference(static_cast<std::int16_t>(pitchReference));
     const KestruneGeometry geometry = KestruneGeometry::For(static_cast<float>(rate), mHop);
@@ -44,6 +45,8 @@ PitchReader::PitchReader(int rate, KestruneSourceRange range, int pitchReference
 
 void PitchReader::Feed(const StereoBlock& block, int first, int count)
 {
+    assert(first >= 0 && count >= 0);
+    assert(static_cast<std::size_t>(first + count) <= block[0].size());
     mReadings.clear();
     for (int done = 0; done < count;) {
         const int frames = std::min(count - done, mHop - mFill);

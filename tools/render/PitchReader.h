@@ -13,28 +13,28 @@
 namespace orvane
 {
 
-/// Pitch of a sound at one place.
+/// Pitch of a sound at one frame.
 struct PitchReading
 {
-    std::int64_t frame;  // counted from the first one fed; negative before it
+    std::int64_t frame;  // counted from the first one fed; the first readings have negative frames
     float hz;
 };
 
-/// Finds the pitch of a sound, one reading every 11.6 ms at places that are the same for every
-/// sound. A plug-in does not tell its host the pitches that it finds, so that its input and its
-/// output are read from outside; the reader is an engine that only listens.
+/// Measures the pitch of a sound every 11.6 ms, at frames that depend on the sample rate alone. A
+/// plug-in does not publish the pitches that it finds, so the program runs an engine of its own
+/// over the input and over the output and uses only the pitch that it detects.
 class PitchReader
 {
 public:
-    /// rate in Hz; range: of the voice; pitchReference as the element of that name. Throws
-    /// ZException for a rate that no engine takes.
+    /// rate in Hz; range is that of the voice; pitchReference is 0 left, 1 right or 2 stereo.
+    /// Throws ZException for a rate that the engine does not support.
     PitchReader(int rate, KestruneSourceRange range, int pitchReference);
 
-    /// Takes count frames of a sound, from the frame first of block on.
+    /// Feeds the frames [first, first + count) of block.
     void Feed(const StereoBlock& block, int first, int count);
-    /// What the last call of Feed brought, the oldest first.
+    /// The readings that the last call of Feed produced, oldest first.
     [[nodiscard]] std::span<const PitchReading> Readings() const { return mReadings; }
-    /// Frames that must follow a place before its reading has come.
+    /// Frames that must be fed after a frame before its reading is produced.
     [[nodiscard]] int Delay() const { return mPitchDelay + mHop; }
 
 private:
@@ -42,11 +42,11 @@ private:
 
     PsolaClass mEngine;
     int mHop;
-    int mPitchDelay;        // frames from a hop's start back to where the engine's marks are
-    int mFill = 0;          // frames in the current hop, 0 .. mHop - 1
+    int mPitchDelay;  // frames from the start of a hop back to the frame that its reading is for
+    int mFill = 0;    // frames in the current hop, 0 .. mHop - 1
     std::int64_t mFed = 0;  // frames of whole hops given to the engine
     StereoBlock mInput;     // one hop
-    StereoBlock mOutput;    // one hop, which nobody hears
+    StereoBlock mOutput;    // one hop, discarded
     std::vector<PitchReading> mReadings;
 };
 

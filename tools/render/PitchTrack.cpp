@@ -4,6 +4,7 @@
 #include "tools/render/ScaleGrid.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstdlib>
 
@@ -25,7 +26,7 @@ double centsApart(float a, float b)
     return std::fabs(1200.0 * std::log2(static_cast<double>(a) / static_cast<double>(b)));
 }
 
-/// The value that the given share of values does not exceed; sorts values in part.
+/// The smallest value that at least the given share of the values does not exceed. Reorders values.
 std::optional<double> quantile(std::vector<double>& values, double share)
 {
     if (values.empty())
@@ -42,11 +43,11 @@ std::optional<double> quantile(std::vector<double>& values, double share)
 PitchTrack::PitchTrack(int rate, int longestBlock, int pitchReference)
     : mRate(rate)
     , mPitchReference(pitchReference)
-    , mHeard(static_cast<std::size_t>(rate + longestBlock), 0.0f)
+    , mRing(static_cast<std::size_t>(rate + longestBlock), 0.0f)
 {
 }
 
-float PitchTrack::Heard(const StereoBlock& block, std::size_t i) const
+float PitchTrack::DetectorInput(const StereoBlock& block, std::size_t i) const
 {
     if (mPitchReference == 0 || mPitchReference == 1)
         return block[static_cast<std::size_t>(mPitchReference)][i];
@@ -55,8 +56,9 @@ float PitchTrack::Heard(const StereoBlock& block, std::size_t i) const
 
 void PitchTrack::Feed(const StereoBlock& block, int count)
 {
+    assert(count >= 0 && static_cast<std::size_t>(count) <= block[0].size());
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i)
-        mHeard[static_cast<std::size_t>(mFed++) % mHeard.size()] = Heard(block, i);
+        mRing[static_cast<std::size_t>(mFed++) % mRing.size()] = DetectorInput(block, i);
 }
 
 void PitchTrack::AddInput(std::span<const PitchReading> readings)
@@ -79,7 +81,7 @@ double PitchTrack::At(std::int64_t frame) const
 {
     if (frame < 0 || frame >= mFed)
         return 0.0;
-    return static_cast<double>(mHeard[static_cast<std::size_t>(frame) % mHeard.size()]);
+    return static_cast<double>(mRing[static_cast<std::size_t>(frame) % mRing.size()]);
 }
 
 PitchTrack::Window PitchTrack::Measure(std::int64_t first, int count) const
@@ -112,6 +114,7 @@ double PitchTrack::Correlation(std::int64_t first, int lag, int count, double me
 
 PitchPoint PitchTrack::Examine(const PitchReading& reading) const
 {
+    assert(reading.hz > 0.0f);
     const double rate = mRate;
     const double periodSeconds =
         std::min(1.0 / static_cast<double>(reading.hz), kLongestPeriodSeconds);
@@ -120,7 +123,7 @@ PitchPoint PitchTrack::Examine(const PitchReading& reading) const
     const std::int64_t first = reading.frame - (count + period) / 2;
     const Window window = Measure(first, count + period);
 
-    // The period is no whole number, and high up half a sample is much of it.
+    // The period is not a whole number of samples; at high pitches half a sample matters.
     double periodicity = 0.0;
     for (const int lag : {period - 1, period, period + 1})
         periodicity = std::max(periodicity, Correlation(first, lag, count, window.mean));

@@ -14,39 +14,39 @@ namespace orvane
 
 class ScaleGrid;
 
-/// Pitch at one place of the input.
+/// Pitch of input and output at one time of the input.
 struct PitchPoint
 {
     double seconds;
     float inputHz;
-    float outputHz;     // 0 where it is not known
-    float level;        // root mean square around the place, full scale at 1.0
-    float periodicity;  // how alike neighbouring periods of that pitch are, up to 1
+    float outputHz;     // 0 when unknown
+    float level;        // RMS around that time, full scale at 1.0
+    float periodicity;  // correlation of neighbouring periods, at most 1
     bool isVoiced;
 };
 
-/// Follows the pitch of a voice and decides where there is one, for a reader gives a pitch
-/// everywhere and simply keeps the last in silence and noise. A place counts as voiced where
-/// - the level is within 40 dB of the loudest place and above -70 dB of full scale,
-/// - the waveform repeats after the period found: two stretches of a period, or of 10 ms where
-///   that is longer, have a correlation of 0.6 and more,
-/// - the pitch is steady: within 80 cents of that of the place before or after.
+/// Collects pitch readings of input and output and decides which of them are voiced: a reader
+/// always gives a pitch, and in silence and noise it repeats the last one. A point is voiced when
+/// - its level is within 40 dB of the loudest point and above -70 dBFS,
+/// - the waveform repeats after the period that was read: two stretches of one period, or of 10 ms
+///   if that is longer, have a correlation of at least 0.6,
+/// - its pitch is within 80 cents of the point before or after.
 class PitchTrack
 {
 public:
-    /// rate in Hz; longestBlock: most frames that one call of Feed brings; pitchReference as the
-    /// element of that name.
+    /// rate in Hz; longestBlock is the most frames of one call of Feed; pitchReference is 0 left,
+    /// 1 right or 2 stereo.
     PitchTrack(int rate, int longestBlock, int pitchReference);
 
-    /// Takes the first count frames of block, which are the next of the input.
+    /// Appends the first count frames of block to the input.
     void Feed(const StereoBlock& block, int count);
-    /// Takes what was found out about frames fed up to now, at most half a second back from the
+    /// Adds readings of the input. Their frames were fed and lie at most half a second before the
     /// start of the last block.
     void AddInput(std::span<const PitchReading> readings);
-    /// Takes what was found out about the output, at the same places in the same order, at any
-    /// later time.
+    /// Adds readings of the output, for the same frames in the same order as those of the input and
+    /// after them.
     void AddOutput(std::span<const PitchReading> readings);
-    /// Decides what is voiced. Places outside [0, frames) are dropped.
+    /// Decides which points are voiced and drops those outside [0, frames).
     void Finish(std::int64_t frames);
 
     [[nodiscard]] const std::vector<PitchPoint>& Points() const { return mPoints; }
@@ -58,7 +58,7 @@ private:
         double level;
     };
 
-    [[nodiscard]] float Heard(const StereoBlock& block, std::size_t i) const;
+    [[nodiscard]] float DetectorInput(const StereoBlock& block, std::size_t i) const;
     [[nodiscard]] double At(std::int64_t frame) const;
     [[nodiscard]] Window Measure(std::int64_t first, int count) const;
     [[nodiscard]] double Correlation(std::int64_t first, int lag, int count, double mean) const;
@@ -67,20 +67,21 @@ private:
 
     int mRate;
     int mPitchReference;
-    std::vector<float> mHeard;  // a circle of the newest frames, as the detector hears them
+    std::vector<float> mRing;  // ring of the newest frames of the channel or mix that is analysed
     std::int64_t mFed = 0;
     std::vector<PitchPoint> mPoints;
-    std::size_t mOutputs = 0;  // points with an output
+    std::size_t mOutputs = 0;  // number of points that have an output pitch
 };
 
-/// How far voiced places are from the scale, in cents; empty where none is voiced.
+/// Distance of the voiced points from the nearest note of the scale, in cents; empty without voiced
+/// points.
 struct ScaleDistance
 {
     std::optional<double> median;
     std::optional<double> percentile95;
 };
 
-/// pitch: which of a point's two.
+/// pitch selects the input or the output pitch of the points.
 [[nodiscard]] ScaleDistance distanceFromScale(std::span<const PitchPoint> points,
                                               const ScaleGrid& grid, float PitchPoint::*pitch);
 

@@ -4,7 +4,7 @@
 #include "pluginwrappers/interface/VstEvents.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "pluginwrappers/interface/WindowPicture.h"
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <fmt/format.h>
 
@@ -20,7 +20,7 @@ namespace orvane
 namespace
 {
 
-/// Plug-ins write more than the interface allows them.
+/// Bytes; plug-ins write more than the interface allows.
 constexpr std::size_t kTextRoom = 256;
 constexpr int kChannels = 2;
 
@@ -28,9 +28,9 @@ AEffect* opened(PluginLibrary::EntryProc entry, audioMasterCallback host, const 
 {
     AEffect* const effect = entry(host);
     if (!effect)
-        throw ZException(fmt::format("the plug-in in {} does not start", file));
+        fail("the plug-in in {} does not start", file);
     if (effect->magic != kEffectMagic)
-        throw ZException(fmt::format("{} is no plug-in: it starts with no effect", file));
+        fail("{} is no plug-in: it starts with no effect", file);
     return effect;
 }
 
@@ -56,7 +56,7 @@ PluginInstance::PluginInstance(const std::filesystem::path& library)
     , mEffect(opened(mLibrary.Entry(), hostCallback, library.string()))
 {
     mEffect->resvd1 = reinterpret_cast<std::intptr_t>(this);
-    RequireFitting();
+    RequireStereo();
     Ask(effOpen);
 }
 
@@ -66,23 +66,23 @@ PluginInstance::~PluginInstance()
         Ask(effMainsChanged, 0, 0);
 }
 
-void PluginInstance::RequireFitting() const
+void PluginInstance::RequireStereo() const
 {
     if (Inputs() != kChannels || Outputs() != kChannels)
-        throw ZException(fmt::format("the plug-in in {} has {} inputs and {} outputs: two of "
-                                     "each are needed",
-                                     mFile.string(), Inputs(), Outputs()));
+        fail("the plug-in in {} has {} inputs and {} outputs: two of "
+             "each are needed",
+             mFile.string(), Inputs(), Outputs());
     if (!(mEffect->flags & effFlagsCanReplacing) || !mEffect->processReplacing)
-        throw ZException(fmt::format("the plug-in in {} gives no output of its own: it only "
-                                     "adds to another",
-                                     mFile.string()));
+        fail("the plug-in in {} gives no output of its own: it only "
+             "adds to another",
+             mFile.string());
 }
 
 std::intptr_t PluginInstance::hostCallback(AEffect* effect, std::int32_t opcode,
                                            std::int32_t /*index*/, std::intptr_t /*value*/,
                                            void* ptr, float /*opt*/)
 {
-    // Until the entry has returned, nothing but the interface's version is asked.
+    // Before the entry function returns, only the version is answered: resvd1 is not set yet.
     if (!effect || effect->resvd1 == 0)
         return opcode == audioMasterVersion ? kVstVersion : 0;
     auto& self = *reinterpret_cast<PluginInstance*>(effect->resvd1);
@@ -116,6 +116,7 @@ void PluginInstance::SetFormat(int rate, int blockFrames)
 
 void PluginInstance::Start()
 {
+    assert(!mIsOn);
     mIsOn = true;
     Ask(effMainsChanged, 0, 1);
     mLatency = std::max(mEffect->initialDelay, 0);
@@ -123,7 +124,9 @@ void PluginInstance::Start()
 
 void PluginInstance::Process(StereoBlock& input, StereoBlock& output, int first, int count)
 {
-    assert(mIsOn);
+    assert(mIsOn && first >= 0 && count > 0);
+    assert(static_cast<std::size_t>(first + count) <= input[0].size());
+    assert(static_cast<std::size_t>(first + count) <= output[0].size());
     std::array<float*, kChannels> inputs{input[0].data() + first, input[1].data() + first};
     std::array<float*, kChannels> outputs{output[0].data() + first, output[1].data() + first};
     mHost.MoveTo(mFrame);
@@ -136,7 +139,7 @@ void PluginInstance::Send(std::span<const MidiEvent> events)
     std::vector<VstMidiEvent> records;
     for (const MidiEvent& event : events)
         records.push_back(recordOf(event));
-    // The interface's list has no end of its own: it is as long as its first field says.
+    // VstEvents ends in an array whose length is its first field, so its size is known at run time.
     std::vector<std::intptr_t> room(sizeof(VstEvents) / sizeof(std::intptr_t) + records.size());
     auto& list = *reinterpret_cast<VstEvents*>(room.data());
     VstEvent** const places = list.events;
@@ -158,11 +161,14 @@ std::string PluginInstance::ParameterText(int index) const
 
 float PluginInstance::Parameter(int index) const
 {
+    assert(index >= 0 && index < ParameterCount());
     return mEffect->getParameter(mEffect.get(), index);
 }
 
 void PluginInstance::SetParameter(int index, float value)
 {
+    assert(index >= 0 && index < ParameterCount());
+    assert(value >= 0.0f && value <= 1.0f);
     mEffect->setParameter(mEffect.get(), index, value);
 }
 
@@ -177,6 +183,7 @@ std::string PluginInstance::ProgramName(int index) const
 
 void PluginInstance::SetProgram(int index)
 {
+    assert(index >= 0 && index < ProgramCount());
     Ask(effBeginSetProgram);
     Ask(effSetProgram, 0, index);
     Ask(effEndSetProgram);
@@ -184,6 +191,7 @@ void PluginInstance::SetProgram(int index)
 
 std::string PluginInstance::Chunk(Extent extent) const
 {
+    assert(HasChunks());
     void* data = nullptr;
     const std::intptr_t size = Ask(effGetChunk, extent == Extent::kProgram ? 1 : 0, 0, &data);
     if (!data || size <= 0)
@@ -193,6 +201,7 @@ std::string PluginInstance::Chunk(Extent extent) const
 
 bool PluginInstance::SetChunk(std::string chunk, Extent extent)
 {
+    assert(HasChunks());
     const auto size = static_cast<std::intptr_t>(chunk.size());
     return Ask(effSetChunk, extent == Extent::kProgram ? 1 : 0, size, chunk.data()) != 0;
 }
@@ -201,8 +210,7 @@ WindowPixels PluginInstance::Window() const
 {
     WindowPicture picture{};
     if (Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture) != 1)
-        throw ZException(
-            fmt::format("the plug-in in {} does not tell what its window shows", mFile.string()));
+        fail("the plug-in in {} does not tell what its window shows", mFile.string());
     const auto count =
         static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
     return {picture.width, picture.height, {picture.pixels, picture.pixels + count}};

@@ -18,61 +18,61 @@
 namespace orvane
 {
 
-/// A plug-in, hosted: loaded, opened, fed and closed through the published interface alone.
+/// Hosts one instance of a plug-in through the published interface. Each object is used by the one
+/// thread that created it, as the plug-in's main thread and audio thread in one.
 class PluginInstance
 {
 public:
-    /// Loads a library and opens an instance of its plug-in. Throws ZException where the file is no
-    /// plug-in, or none that replaces sound in two channels.
+    /// Loads a library and opens an instance of its plug-in. Throws ZException when the file is not
+    /// a plug-in, or not a stereo plug-in with processReplacing.
     explicit PluginInstance(const std::filesystem::path& library);
     PluginInstance(const PluginInstance&) = delete;
     PluginInstance& operator=(const PluginInstance&) = delete;
     ~PluginInstance();
 
-    /// Announces the rate, in Hz, and the size of the blocks to come. Before Start.
+    /// Sets the sample rate, in Hz, and the longest block. Call before Start.
     void SetFormat(int rate, int blockFrames);
-    /// Switches processing on: blocks may come.
+    /// Switches processing on. Process may be called from then on.
     void Start();
-    /// Frames from input to output, as last told; needs Start.
+    /// Latency in frames, as the plug-in reported it last; call after Start.
     [[nodiscard]] int Latency() const { return mLatency; }
-    /// Runs count frames, from the frame first of both on; count is at most the announced size.
-    /// Needs Start.
+    /// Processes the frames [first, first + count) of input into those of output; count is at most
+    /// the longest block. Call after Start.
     void Process(StereoBlock& input, StereoBlock& output, int first, int count);
-    /// Messages that act from the next block on.
+    /// Sends messages that take effect at the start of the next block.
     void Send(std::span<const MidiEvent> events);
 
     [[nodiscard]] int ParameterCount() const { return mEffect->numParams; }
     [[nodiscard]] std::string ParameterName(int index) const;
-    /// The value in force, as the plug-in words it.
+    /// The current value as the plug-in displays it.
     [[nodiscard]] std::string ParameterText(int index) const;
-    /// Of any parameter, 0 to 1.
+    /// The current value, 0 to 1.
     [[nodiscard]] float Parameter(int index) const;
     void SetParameter(int index, float value);
-    /// How often the plug-in has told of a value of a parameter.
-    [[nodiscard]] int AutomationCalls() const { return mHost.AutomationCalls(); }
 
     [[nodiscard]] int ProgramCount() const { return mEffect->numPrograms; }
-    /// Empty where the plug-in does not tell.
+    /// Empty when the plug-in gives no name.
     [[nodiscard]] std::string ProgramName(int index) const;
     void SetProgram(int index);
 
-    /// All programs, or the current one alone.
+    /// What a chunk holds: all programs or the current one.
     enum class Extent
     {
         kBank,
         kProgram,
     };
-    /// Whether the plug-in stores itself as chunks.
+    /// Whether the plug-in saves its state as chunks.
     [[nodiscard]] bool HasChunks() const { return (mEffect->flags & effFlagsProgramChunks) != 0; }
-    /// The plug-in's state, in a form of its own; empty where it gives none. Needs HasChunks.
+    /// The plug-in's state in its own format; empty when it gives none. Requires HasChunks.
     [[nodiscard]] std::string Chunk(Extent extent) const;
-    /// False where the plug-in refuses the chunk. Needs HasChunks.
+    /// Returns false when the plug-in refuses the chunk. Requires HasChunks.
     [[nodiscard]] bool SetChunk(std::string chunk, Extent extent);
 
-    /// What its window shows now. Throws ZException where the plug-in does not tell.
+    /// The current picture of the plug-in's window. Throws ZException when the plug-in has no such
+    /// extension.
     [[nodiscard]] WindowPixels Window() const;
 
-    /// The plug-in's own name, or that of its file.
+    /// The plug-in's effect name, or else the name of its file without the ending.
     [[nodiscard]] std::string Name() const;
     [[nodiscard]] std::string Vendor() const;
     [[nodiscard]] int Version() const { return mEffect->version; }
@@ -96,14 +96,15 @@ private:
                       void* ptr = nullptr, float opt = 0.0f) const;
     [[nodiscard]] std::string AskText(std::int32_t opcode, std::int32_t index = 0,
                                       std::intptr_t value = 0) const;
-    void RequireFitting() const;
+    void RequireStereo() const;
 
     std::filesystem::path mFile;
     PluginLibrary mLibrary;
     OfflineHost mHost;
-    std::atomic<int> mLatency{0};  // written by any thread of the plug-in's
+    std::atomic<int> mLatency{
+        0};  // written by any thread of the plug-in, read by the thread of this object
     std::unique_ptr<AEffect, Closer> mEffect;
-    std::int64_t mFrame = 0;  // where the next block begins
+    std::int64_t mFrame = 0;  // at which the next block starts
     bool mIsOn = false;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PluginLibrary.h"
 
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <dlfcn.h>
 #include <fmt/format.h>
@@ -26,11 +26,11 @@ void* loaded(const fs::path& file)
 {
     std::error_code error;
     if (!fs::exists(file, error))
-        throw ZException(fmt::format("{}: no such plug-in file", file.string()));
-    // A name without a slash would be looked for where the system's libraries are.
+        fail("{}: no such plug-in file", file.string());
+    // dlopen searches the system's library folders for a name without a slash.
     void* const handle = ::dlopen(fs::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle)
-        throw ZException(fmt::format("{} cannot be loaded: {}", file.string(), ::dlerror()));
+        fail("{} cannot be loaded: {}", file.string(), ::dlerror());
     return handle;
 }
 
@@ -40,11 +40,10 @@ void* entryIn(void* handle, const fs::path& file)
         if (void* const entry = ::dlsym(handle, name))
             return entry;
     }
-    throw ZException(
-        fmt::format("{} is no plug-in: it has neither VSTPluginMain nor main", file.string()));
+    fail("{} is no plug-in: it has neither VSTPluginMain nor main", file.string());
 }
 
-/// Folders that an environment variable lists, with colons between.
+/// Appends the folders of a colon-separated environment variable.
 void addFolders(std::vector<fs::path>& folders, const char* variable)
 {
     const char* const list = std::getenv(variable);
@@ -90,9 +89,9 @@ fs::path findProductLibrary()
         if (fs::exists(folder / kProductLibrary, error))
             return folder / kProductLibrary;
     }
-    throw ZException(fmt::format("{} is neither beside the program nor where plug-ins are "
-                                 "installed: name it with --plugin",
-                                 kProductLibrary));
+    fail("{} is neither beside the program nor where plug-ins are "
+         "installed: name it with --plugin",
+         kProductLibrary);
 }
 
 }  // namespace orvane

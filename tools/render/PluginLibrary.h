@@ -9,14 +9,14 @@
 namespace orvane
 {
 
-/// A plug-in library in memory, for as long as the object lives.
+/// A plug-in library that stays loaded for the life of the object.
 class PluginLibrary
 {
 public:
     using EntryProc = AEffect* (*)(audioMasterCallback host);
 
-    /// Loads a library and looks its entry up, as VSTPluginMain and then as main. Throws
-    /// ZException where there is no such file, or no plug-in in it.
+    /// Loads a library and finds its entry function: VSTPluginMain, or else main. Throws ZException
+    /// when the file does not exist or is not a plug-in.
     explicit PluginLibrary(const std::filesystem::path& file);
 
     [[nodiscard]] EntryProc Entry() const { return mEntry; }
@@ -31,8 +31,8 @@ private:
     EntryProc mEntry;
 };
 
-/// The product's library: beside this program, else in the folders where hosts look. Throws
-/// ZException where it is in none of them.
+/// Finds the product's library beside this program or else in the folders that hosts search. Throws
+/// ZException when it is in none of them.
 [[nodiscard]] std::filesystem::path findProductLibrary();
 
 }  // namespace orvane

@@ -14,7 +14,7 @@ namespace
 constexpr int kRate = 44100;  // Hz; the latency depends on it
 constexpr int kBlockFrames = 512;
 
-/// The four characters that the number packs, where it packs any.
+/// The four characters of a unique id, quoted; empty unless all four are printable.
 std::string characters(std::uint32_t id)
 {
     std::string text;

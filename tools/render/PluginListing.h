@@ -8,8 +8,8 @@ namespace orvane
 
 class PluginInstance;
 
-/// What a plug-in says of itself, in lines for a reader: its names, its parameters with the values
-/// in force, its programs. Starts it for a moment, since it tells its latency only then.
+/// Text that lists a plug-in's names, latency, parameters with their current values, and programs.
+/// Starts processing, because the latency is known only then.
 [[nodiscard]] std::string describePlugin(PluginInstance& plugin);
 
 }  // namespace orvane

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PluginSettings.h"
 
+#include "tools/render/Failure.h"
 #include "tools/render/PluginInstance.h"
-#include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
 #include <fmt/format.h>
@@ -19,27 +19,28 @@ namespace orvane
 namespace
 {
 
-/// Of the way from one position to the next: a plug-in may cut the product that gives its index as
-/// well as round it, and in floating point the exact quotient may come out short.
-constexpr float kSafePart = 0.25f;
+/// Share of the step between two choices that is added to a choice's host value. Plug-ins truncate
+/// or round the host value to an index, and the exact quotient could be truncated to the choice
+/// below.
+constexpr float kStepMargin = 0.25f;
 
 float hostValue(const SettingRule& rule, float value)
 {
     const float range = rule.high - rule.low;
     if (rule.texts.empty())
         return (value - rule.low) / range;
-    return std::min((value + kSafePart) / range, 1.0f);
+    return std::min((value + kStepMargin) / range, 1.0f);
 }
 
 float settingValue(const SettingRule& rule, float host)
 {
     const float value = rule.low + (rule.high - rule.low) * host;
-    // Kept to the digits that a user gives, which the way through 0 to 1 blurs.
+    // Rounded to the digits that a user gives: the conversion to 0 .. 1 loses the others.
     const float digits = rule.texts.empty() ? 1e3f : 1.0f;
     return std::clamp(std::round(value * digits) / digits, rule.low, rule.high);
 }
 
-/// The plug-in sets both shifts when a transposition is chosen.
+/// Sets the shifts as the plug-in does when a transposition is chosen.
 void deriveShifts(RenderSettings& settings)
 {
     const auto stepsUp = [&settings](Setting setting) {
@@ -51,8 +52,8 @@ void deriveShifts(RenderSettings& settings)
                  100.0f * stepsUp(Setting::kFormantTranspose) + 0.5f * pitch);
 }
 
-/// Takes a value over as the plug-in has it in force: kept within the rule, as its engine does. A
-/// choice beyond those that every plug-in has is one of the user's own, and passed over.
+/// Takes the value of a setting from an element of the state. Numbers are clamped to the setting's
+/// range, as the engine does. Indices past the built-in choices are skipped.
 void takeElement(RenderSettings& settings, const ZXMLElement& element)
 {
     for (std::size_t s = 0; s < kSettingCount; ++s) {
@@ -63,24 +64,25 @@ void takeElement(RenderSettings& settings, const ZXMLElement& element)
             continue;
         const float value = element.GetFloat(attribute);
         const float kept = rule.texts.empty() ? std::clamp(value, rule.low, rule.high) : value;
-        if (canBe(setting, kept))
+        if (isAllowed(setting, kept))
             settings.Set(setting, kept);
     }
 }
 
-/// What a state holds in the place of the scale, whose menu goes on with the user's own.
+/// The state stores the scale's index under another name than that of the setting.
 void takeScale(RenderSettings& settings, const ZXMLElement& element)
 {
     if (!element.AttributeIs("name", "currentScaleIndex") || !element.HasAttribute("floatvalue"))
         return;
-    if (const float index = element.GetFloat("floatvalue"); canBe(Setting::kScale, index))
+    if (const float index = element.GetFloat("floatvalue"); isAllowed(Setting::kScale, index))
         settings.Set(Setting::kScale, index);
 }
 
-/// Takes the values of all elements in a text over, the last one where there are many.
+/// Takes the values of all elements in a text, at any depth. The last of several wins, as in the
+/// plug-in.
 void takeElements(RenderSettings& settings, const ZXMLDocument& text, int depth)
 {
-    constexpr int kDeepest = 64;  // far below what a stack bears, should the text be anything
+    constexpr int kDeepest = 64;  // bounds the recursion for any text
     for (std::int32_t i = 0; depth < kDeepest && i < text.GetChildCount(); ++i) {
         const auto child = text.GetChild(i);
         if (child->IsNamed("element")) {
@@ -114,29 +116,28 @@ int PluginSettings::IndexOf(Setting setting) const
     for (int i = 0; i < mPlugin.ParameterCount(); ++i)
         names.push_back(mPlugin.ParameterName(i));
     const SettingRule& rule = settingRule(setting);
-    throw ZException(
-        fmt::format("{} cannot be set: the plug-in {} has no parameter '{}'; it has {}", rule.name,
-                    mPlugin.Name(), rule.label,
-                    names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "))));
+    fail("{} cannot be set: the plug-in {} has no parameter '{}'; it has {}", rule.name,
+         mPlugin.Name(), rule.label,
+         names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", ")));
 }
 
-PluginSettings::HostValue PluginSettings::Placed(const SettingValue& given) const
+PluginSettings::HostValue PluginSettings::ToHost(const SettingValue& given) const
 {
     return {IndexOf(given.setting), hostValue(settingRule(given.setting), given.value)};
 }
 
-void PluginSettings::Give(const RenderSettings& settings) const
+void PluginSettings::Apply(const RenderSettings& settings) const
 {
     for (std::size_t s = 0; s < kSettingCount; ++s) {
         const auto setting = static_cast<Setting>(s);
         if (!settings.IsAssigned(setting))
             continue;
-        const HostValue placed = Placed({setting, settings.Value(setting)});
-        mPlugin.SetParameter(placed.index, placed.value);
+        const HostValue host = ToHost({setting, settings.Value(setting)});
+        mPlugin.SetParameter(host.index, host.value);
     }
 }
 
-RenderSettings PluginSettings::InForce(const RenderSettings& given) const
+RenderSettings PluginSettings::Current(const RenderSettings& given) const
 {
     RenderSettings settings;
     if (mPlugin.HasChunks()) {

@@ -11,27 +11,28 @@ namespace orvane
 
 class PluginInstance;
 
-/// Brings settings and a plug-in's parameters together, which are found by their labels: settings
-/// are indices and numbers in a unit, parameters go from 0 to 1.
+/// Converts between settings, which are indices or numbers in a unit, and the plug-in's parameters,
+/// which go from 0 to 1. Parameters are found by their labels.
 class PluginSettings
 {
 public:
     explicit PluginSettings(PluginInstance& plugin);
 
-    /// A value of a parameter, as hosts give it.
+    /// A parameter and its value as hosts set it.
     struct HostValue
     {
         int index;
         float value;  // 0 to 1
     };
-    /// Throws ZException where the plug-in has no such parameter.
-    [[nodiscard]] HostValue Placed(const SettingValue& given) const;
-    /// Sets what is assigned. Throws ZException where the plug-in has no such parameter.
-    void Give(const RenderSettings& settings) const;
-    /// What the plug-in says is in force. What is no parameter is as its chunk tells; without one
-    /// it is at its initial value, but the shifts, which follow from the transpositions.
-    /// given: what Give has set; the plug-in follows a transposition chosen there a moment later.
-    [[nodiscard]] RenderSettings InForce(const RenderSettings& given) const;
+    /// Throws ZException when the plug-in has no such parameter.
+    [[nodiscard]] HostValue ToHost(const SettingValue& given) const;
+    /// Sets the parameters of the assigned settings. Throws ZException when the plug-in lacks one.
+    void Apply(const RenderSettings& settings) const;
+    /// Reads the current settings from the plug-in: parameters by their values, others from its
+    /// program chunk. Without chunks the others have their initial values, except that the shifts
+    /// follow from the transpositions. given holds the settings that Apply has set: the plug-in
+    /// updates its shifts after a transposition only at its next tick.
+    [[nodiscard]] RenderSettings Current(const RenderSettings& given) const;
 
 private:
     [[nodiscard]] int IndexOf(Setting setting) const;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PluginState.h"
 
+#include "tools/render/Failure.h"
 #include "tools/render/InputFile.h"
 #include "tools/render/PluginInstance.h"
 #include "tools/render/RenderSettings.h"
-#include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
 #include <fmt/format.h>
@@ -34,16 +34,16 @@ int programNamed(const PluginInstance& plugin, std::string_view asked)
             return i;
         programs.push_back(fmt::format("{} ({})", name, i));
     }
-    throw ZException(fmt::format("the plug-in {} has no program '{}'; it has {}", plugin.Name(),
-                                 asked, fmt::join(programs, ", ")));
+    fail("the plug-in {} has no program '{}'; it has {}", plugin.Name(), asked,
+         fmt::join(programs, ", "));
 }
 
 void requireChunks(const PluginInstance& plugin)
 {
     if (!plugin.HasChunks())
-        throw ZException(fmt::format("the plug-in {} stores no chunks: neither a chunk nor a "
-                                     "preset can be given to it or taken from it",
-                                     plugin.Name()));
+        fail("the plug-in {} stores no chunks: neither a chunk nor a "
+             "preset can be given to it or taken from it",
+             plugin.Name());
 }
 
 void giveChunk(PluginInstance& plugin, std::string chunk, PluginInstance::Extent extent,
@@ -51,28 +51,27 @@ void giveChunk(PluginInstance& plugin, std::string chunk, PluginInstance::Extent
 {
     requireChunks(plugin);
     if (!plugin.SetChunk(std::move(chunk), extent))
-        throw ZException(
-            fmt::format("the plug-in {} refuses what {} holds", plugin.Name(), path.string()));
+        fail("the plug-in {} refuses what {} holds", plugin.Name(), path.string());
 }
 
 }  // namespace
 
-std::string programChunkOf(std::string_view preset, const std::string& name)
+std::string programChunkFrom(std::string_view preset, const std::string& name)
 {
     const ZXMLDocument text(preset.data(), static_cast<std::int32_t>(preset.size()));
     const auto element = text.GetChild("preset");
     if (!element)
-        throw ZException(fmt::format("{} is no preset: it has no element 'preset'", name));
+        fail("{} is no preset: it has no element 'preset'", name);
     const char* const version = element->GetAttribute("version");
     if (!version || version != kPresetVersion)
-        throw ZException(fmt::format("{} is a preset of version {}: {} is needed", name,
-                                     version ? version : "none", kPresetVersion));
+        fail("{} is a preset of version {}: {} is needed", name, version ? version : "none",
+             kPresetVersion);
     std::string chunk = "<VST_Program Number=\"0\">\n";
     chunk += preset;
     return chunk += "\n</VST_Program>\n";
 }
 
-void bringIntoState(PluginInstance& plugin, const StateRequest& request)
+void applyState(PluginInstance& plugin, const StateRequest& request)
 {
     using Extent = PluginInstance::Extent;
     if (!request.program.empty())
@@ -80,7 +79,7 @@ void bringIntoState(PluginInstance& plugin, const StateRequest& request)
     if (!request.loadChunk.empty())
         giveChunk(plugin, readInputFile(request.loadChunk), Extent::kBank, request.loadChunk);
     if (!request.preset.empty())
-        giveChunk(plugin, programChunkOf(readInputFile(request.preset), request.preset.string()),
+        giveChunk(plugin, programChunkFrom(readInputFile(request.preset), request.preset.string()),
                   Extent::kProgram, request.preset);
 }
 
@@ -90,12 +89,12 @@ void writeBankChunk(const PluginInstance& plugin, const std::filesystem::path& p
     requireChunks(plugin);
     const std::string chunk = plugin.Chunk(PluginInstance::Extent::kBank);
     if (chunk.empty())
-        throw ZException(fmt::format("the plug-in {} gives no chunk", plugin.Name()));
+        fail("the plug-in {} gives no chunk", plugin.Name());
     std::ofstream file(path, std::ios::binary);
     file << chunk;
     file.close();
     if (!file)
-        throw ZException(fmt::format("cannot write {}: the disk may be full", name));
+        fail("cannot write {}: the disk may be full", name);
 }
 
 }  // namespace orvane

@@ -10,25 +10,24 @@ namespace orvane
 
 class PluginInstance;
 
-/// A state of a plug-in that a user asks for. What is empty is not asked for.
+/// The plug-in state that the user asked for; empty members were not given.
 struct StateRequest
 {
-    std::string program;              // its number, from 0, or its name in letters of either case
-    std::filesystem::path loadChunk;  // of a bank, as writeBankChunk writes it
+    std::string program;              // number from 0, or name in either case
+    std::filesystem::path loadChunk;  // a bank chunk as writeBankChunk writes it
     std::filesystem::path preset;
 };
 
-/// Brings the plug-in into the state: first its program, then the chunk, then the preset, which
-/// goes into the current program. Throws ZException that says what would be right, for what the
-/// plug-in does not have or refuses.
-void bringIntoState(PluginInstance& plugin, const StateRequest& request);
+/// Selects the program, then loads the chunk, then loads the preset into the current program.
+/// Throws ZException for a program that the plug-in does not have and for data that it refuses.
+void applyState(PluginInstance& plugin, const StateRequest& request);
 
-/// The program chunk that holds the text of a preset file. name is what errors call the file.
-/// Throws ZException where the text is no preset, or one that no plug-in of ours would take.
-[[nodiscard]] std::string programChunkOf(std::string_view preset, const std::string& name);
+/// Makes a program chunk from the text of a preset file. Errors name the file by name. Throws
+/// ZException when the text is not a preset of a supported version.
+[[nodiscard]] std::string programChunkFrom(std::string_view preset, const std::string& name);
 
-/// Writes the plug-in's state, all programs, to a file. Throws ZException where it gives none, or
-/// where the file cannot be written; name is what errors call it.
+/// Writes the plug-in's bank chunk to a file. Errors name the file by name. Throws ZException when
+/// the plug-in gives no chunk or the file cannot be written.
 void writeBankChunk(const PluginInstance& plugin, const std::filesystem::path& path,
                     const std::string& name);
 

@@ -7,17 +7,17 @@
 namespace orvane
 {
 
-/// A bar on standard error for as long as it lives, where that is a terminal; nothing elsewhere.
+/// A progress bar on standard error for the life of the object. Draws only on a terminal.
 class ProgressBar
 {
 public:
-    /// total: frames to come, or a guess.
+    /// total is the expected number of frames.
     explicit ProgressBar(std::int64_t total);
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    /// done: frames so far. Draws some times a second at most.
+    /// done is the number of frames so far. Draws at most 20 times a second.
     void Show(std::int64_t done);
 
 private:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/RenderReport.h"
 
+#include "tools/render/Failure.h"
 #include "tools/render/OfflineRender.h"
-#include "zlib/common/objects/ZException.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -18,7 +18,7 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-/// Kept to the digits that mean something: one in perUnit.
+/// Rounds to multiples of 1 / perUnit.
 double rounded(double value, double perUnit)
 {
     return std::round(value * perUnit) / perUnit;
@@ -82,7 +82,7 @@ bool clips(const RenderResult& result)
     }
 }
 
-/// What the user may not expect, a line each.
+/// Lines about what the user may not expect.
 std::string notes(const RenderRequest& request, const RenderResult& result)
 {
     std::string text;
@@ -144,7 +144,6 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"samples_not_finite", result.badSamples},
         {"output_peak", static_cast<double>(result.peak)},
         {"events_after_end", result.eventsLeft},
-        {"automation_calls", result.automationCalls},
         {"times_realtime", rounded(result.timesRealtime, 1e2)},
         {"settings", settingsJson(result.settings)},
         {"before", distanceJson(result.before)},
@@ -152,11 +151,11 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"pitch", pitchJson(result.points)},
     };
     std::ofstream file(path, std::ios::binary);
-    // A file name need not be UTF-8, as the text of a report is.
+    // JSON is UTF-8, but a file name may hold any bytes.
     file << report.dump(1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
     file.close();
     if (!file)
-        throw ZException(fmt::format("cannot write {}: the disk may be full", name));
+        fail("cannot write {}: the disk may be full", name);
 }
 
 }  // namespace orvane

@@ -10,11 +10,11 @@ namespace orvane
 struct RenderRequest;
 struct RenderResult;
 
-/// The result in a few lines for a reader.
+/// The report that is printed after a render.
 [[nodiscard]] std::string textReport(const RenderRequest& request, const RenderResult& result);
 
-/// Writes everything that is known as one JSON object. Throws ZException where the disk is full;
-/// name is what an error calls the file.
+/// Writes all figures and the pitch track as one JSON object. Errors name the file by name. Throws
+/// ZException when the disk is full.
 void writeJsonReport(const std::filesystem::path& path, const std::string& name,
                      const RenderRequest& request, const RenderResult& result);
 

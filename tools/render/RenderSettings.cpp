@@ -3,7 +3,7 @@
 
 #include "kestrune/common/engine/KestruneScales.h"
 #include "kestrune/common/engine/KestruneTransposition.h"
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -53,8 +53,8 @@ char lowered(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// The number that the whole text stands for, in the "C" form.
-std::optional<float> numberIn(std::string_view text)
+/// Parses the whole text as a number with a decimal point, whatever the locale.
+std::optional<float> parseNumber(std::string_view text)
 {
     if (text.starts_with('+'))
         text.remove_prefix(1);
@@ -85,30 +85,27 @@ std::vector<std::string_view> parameterNames()
     return names;
 }
 
-/// A host reaches parameters alone; all else is as the plug-in has it from its start.
+/// Throws ZException for a setting that is not a parameter: a host cannot set it.
 void requireParameter(Setting setting)
 {
     const SettingRule& rule = settingRule(setting);
     if (!rule.label.empty())
         return;
     if (!rule.instead.empty())
-        throw ZException(fmt::format("{} is no parameter of the plug-in: use {} instead", rule.name,
-                                     rule.instead));
-    throw ZException(
-        fmt::format("{} is no parameter of the plug-in: give it by a preset, or use {}", rule.name,
-                    fmt::join(parameterNames(), ", ")));
+        fail("{} is no parameter of the plug-in: use {} instead", rule.name, rule.instead);
+    fail("{} is no parameter of the plug-in: give it by a preset, or use {}", rule.name,
+         fmt::join(parameterNames(), ", "));
 }
 
-bool isWithin(const SettingRule& rule, float value)
+bool isInRange(const SettingRule& rule, float value)
 {
-    const bool inRange = value >= rule.low && value <= rule.high;  // false for what is no number
-    return inRange && (rule.texts.empty() || value == std::floor(value));
+    const bool isBetween = value >= rule.low && value <= rule.high;  // false for NaN
+    return isBetween && (rule.texts.empty() || value == std::floor(value));
 }
 
 [[noreturn]] void refuseValue(const SettingRule& rule, std::string_view value)
 {
-    throw ZException(
-        fmt::format("{} cannot be '{}': it takes {}", rule.name, value, rangeText(rule)));
+    fail("{} cannot be '{}': it takes {}", rule.name, value, rangeText(rule));
 }
 
 std::optional<float> valueOf(const SettingRule& rule, std::string_view text)
@@ -118,7 +115,7 @@ std::optional<float> valueOf(const SettingRule& rule, std::string_view text)
                      [text](std::string_view name) { return equalWithoutCase(name, text); });
     if (found != rule.texts.end())
         return static_cast<float>(found - rule.texts.begin());
-    return numberIn(text);
+    return parseNumber(text);
 }
 
 }  // namespace
@@ -131,6 +128,7 @@ bool equalWithoutCase(std::string_view a, std::string_view b)
 
 const SettingRule& settingRule(Setting setting)
 {
+    assert(static_cast<std::size_t>(setting) < kSettingCount);
     return kRules[static_cast<std::size_t>(setting)];
 }
 
@@ -142,24 +140,23 @@ Setting settingNamed(std::string_view name)
             (!rule.label.empty() && equalWithoutCase(rule.label, name)))
             return static_cast<Setting>(i);
     }
-    throw ZException(fmt::format("there is no setting '{}': the settings are {}", name,
-                                 fmt::join(parameterNames(), ", ")));
+    fail("there is no setting '{}': the settings are {}", name, fmt::join(parameterNames(), ", "));
 }
 
-SettingValue settingValueIn(std::string_view name, std::string_view text)
+SettingValue parseSetting(std::string_view name, std::string_view text)
 {
     const Setting setting = settingNamed(name);
     requireParameter(setting);
     const SettingRule& rule = settingRule(setting);
     const std::optional<float> value = valueOf(rule, text);
-    if (!value || !isWithin(rule, *value))
+    if (!value || !isInRange(rule, *value))
         refuseValue(rule, text);
     return {setting, *value};
 }
 
-bool canBe(Setting setting, float value)
+bool isAllowed(Setting setting, float value)
 {
-    return isWithin(settingRule(setting), value);
+    return isInRange(settingRule(setting), value);
 }
 
 std::string settingsHelp()
@@ -182,10 +179,9 @@ void RenderSettings::Assign(std::string_view assignment)
 {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string_view::npos)
-        throw ZException(
-            fmt::format("'{}' is no setting: write NAME=VALUE, such as key=C", assignment));
+        fail("'{}' is no setting: write NAME=VALUE, such as key=C", assignment);
     const SettingValue given =
-        settingValueIn(assignment.substr(0, equals), assignment.substr(equals + 1));
+        parseSetting(assignment.substr(0, equals), assignment.substr(equals + 1));
     Set(given.setting, given.value);
     mIsAssigned[static_cast<std::size_t>(given.setting)] = true;
 }
@@ -193,7 +189,7 @@ void RenderSettings::Assign(std::string_view assignment)
 void RenderSettings::Set(Setting setting, float value)
 {
     const SettingRule& rule = settingRule(setting);
-    if (!isWithin(rule, value))
+    if (!isInRange(rule, value))
         refuseValue(rule, fmt::format("{}", value));
     mValues[static_cast<std::size_t>(setting)] = value;
 }

@@ -10,7 +10,7 @@
 namespace orvane
 {
 
-/// The settings that a user can give, in the order in which they are listed.
+/// The settings of the plug-in, in the order in which reports list them.
 enum class Setting : std::size_t
 {
     kPitchCorrectionOnOff,
@@ -29,13 +29,13 @@ enum class Setting : std::size_t
 };
 inline constexpr std::size_t kSettingCount = 13;
 
-/// What a setting may be: one of texts, its value then being the index, or, where there are none, a
-/// number from low to high in a unit. It has the name of the plug-in's element.
+/// The range of a setting: an index into texts, or, without texts, a number from low to high in a
+/// unit. name is that of the plug-in's element.
 struct SettingRule
 {
     std::string_view name;
-    std::string_view label;    // of the host parameter; empty where it is none
-    std::string_view instead;  // what can be set where it is none; empty where nothing does it
+    std::string_view label;    // of the host parameter; empty when there is no such parameter
+    std::string_view instead;  // the parameter that sets it when it is not one itself; may be empty
     std::span<const std::string_view> texts;
     float low;
     float high;
@@ -44,49 +44,47 @@ struct SettingRule
 };
 
 [[nodiscard]] const SettingRule& settingRule(Setting setting);
-/// The setting with a name or a label. Throws ZException, with the names there are, for any other.
-/// Letters may be of either case.
+/// Finds a setting by name or label, ignoring case. Throws ZException that lists the valid names.
 [[nodiscard]] Setting settingNamed(std::string_view name);
 
-/// A setting and what it is to be, within its rule.
+/// A setting and a value within its range.
 struct SettingValue
 {
     Setting setting;
     float value;
 };
-/// Reads the name or label of a setting, and one of its texts, in letters of either case, or a
-/// number. Throws ZException that says what would be right, also for what is no parameter of the
-/// plug-in.
-[[nodiscard]] SettingValue settingValueIn(std::string_view name, std::string_view text);
+/// Parses the name or label of a parameter and its value, which is one of the texts or a number.
+/// Case is ignored. Throws ZException that tells the valid names or values.
+[[nodiscard]] SettingValue parseSetting(std::string_view name, std::string_view text);
 
-/// Whether a value is within the rule.
-[[nodiscard]] bool canBe(Setting setting, float value);
-/// How names of all kinds are compared.
+/// Whether a value is within the setting's range.
+[[nodiscard]] bool isAllowed(Setting setting, float value);
+/// Compares names; ASCII letters match in either case.
 [[nodiscard]] bool equalWithoutCase(std::string_view a, std::string_view b);
 
-/// All names that can be set, with what they take, a line each: for the help.
+/// One line for each parameter with its name and valid values, for --help.
 [[nodiscard]] std::string settingsHelp();
 
-/// One value for each setting, always within its rule.
+/// A value for each setting, always within its range.
 class RenderSettings
 {
 public:
     RenderSettings();
 
-    /// Takes "NAME=VALUE", each as settingValueIn does, and throws as it does.
+    /// Parses "NAME=VALUE" as parseSetting does, and throws as it does.
     void Assign(std::string_view assignment);
     [[nodiscard]] bool IsAssigned(Setting setting) const
     {
         return mIsAssigned[static_cast<std::size_t>(setting)];
     }
-    /// Throws ZException for a value outside the setting's rule.
+    /// Throws ZException for a value outside the setting's range.
     void Set(Setting setting, float value);
 
     [[nodiscard]] float Value(Setting setting) const;
-    /// The value as an index or a switch.
+    /// The value as an index into the texts.
     [[nodiscard]] int Index(Setting setting) const { return static_cast<int>(Value(setting)); }
     [[nodiscard]] bool IsOn(Setting setting) const { return Value(setting) != 0.0f; }
-    /// The value as a user reads it: its text, or the number with its unit.
+    /// The value for display: its text, or the number with its unit.
     [[nodiscard]] std::string Text(Setting setting) const;
 
 private:

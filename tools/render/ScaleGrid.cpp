@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -35,6 +36,7 @@ ScaleGrid::ScaleGrid(const RenderSettings& settings)
 
 double ScaleGrid::Position(double hz)
 {
+    assert(hz > 0.0);
     return kConcertPosition + kDegrees * std::log2(hz / kConcertPitch);
 }
 
@@ -61,7 +63,7 @@ std::vector<ScaleGrid::Note> ScaleGrid::Notes(double low, double high) const
             const double position = mRoot + octave * kDegrees + mTones[degree];
             if (position < low || position > high)
                 continue;
-            // Named after the note that the degree has in equal temperament.
+            // An intonation moves a degree but does not change its name.
             const int number = static_cast<int>(kConcertPosition) + mKey + octave * kDegrees + d;
             const auto key = static_cast<std::size_t>((mKey + d) % kDegrees);
             const double pitchOctave = std::floor(number / static_cast<double>(kDegrees));

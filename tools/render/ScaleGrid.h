@@ -12,8 +12,8 @@ namespace orvane
 
 class RenderSettings;
 
-/// The notes of the key, scale, intonation and detune in force, on an axis of semitones above C0
-/// in equal temperament at A 440, which is at 57.
+/// The notes of a key, scale, intonation and detune. Positions are semitones above C0 in equal
+/// temperament; A 440 Hz is at 57.
 class ScaleGrid
 {
 public:
@@ -27,16 +27,16 @@ public:
 
     explicit ScaleGrid(const RenderSettings& settings);
 
-    /// Distance to the nearest note of the scale, in cents, at least 0; hz > 0.
+    /// Distance from hz > 0 to the nearest note of the scale, in cents, at least 0.
     [[nodiscard]] double CentsOff(double hz) const;
-    /// All twelve notes of each octave with low <= position <= high, the lowest first.
+    /// All notes, in the scale or not, with low <= position <= high, lowest first.
     [[nodiscard]] std::vector<Note> Notes(double low, double high) const;
-    /// hz > 0.
+    /// The position of hz > 0.
     [[nodiscard]] static double Position(double hz);
 
 private:
     int mKey;
-    double mRoot;                         // a position of the root
+    double mRoot;                         // position of the root in some octave
     std::array<double, kDegrees> mTones;  // semitones above the root
     std::array<bool, kDegrees> mIsInScale{};
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/SoundFile.h"
 
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <fmt/format.h>
 
@@ -14,13 +14,13 @@ namespace orvane
 namespace
 {
 
-/// The lossy encoders keep their workspace on the stack, so they are fed in pieces.
+/// libsndfile's Ogg encoder keeps a buffer for each write on the stack, so long writes are split.
 constexpr int kFramesPerWrite = 4096;
 
 struct NameEnding
 {
     std::string_view ending;
-    std::array<int, 3> containers;  // those that go by it; 0 fills up
+    std::array<int, 3> containers;  // unused entries are 0
 };
 constexpr std::array<NameEnding, 10> kNameEndings{{
     {".wav", {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMAT_RF64}},
@@ -75,19 +75,19 @@ SoundReader::SoundReader(const std::filesystem::path& path)
     : mName(path.string())
 {
     if (!std::filesystem::exists(path))
-        throw ZException(fmt::format("cannot read {}: there is no such file", mName));
+        fail("cannot read {}: there is no such file", mName);
     if (std::filesystem::is_directory(path))
-        throw ZException(fmt::format("cannot read {}: it is a folder; name a sound file", mName));
+        fail("cannot read {}: it is a folder; name a sound file", mName);
     SF_INFO info{};
     mFile.reset(sf_open(path.c_str(), SFM_READ, &info));
     if (!mFile)
-        throw ZException(fmt::format("cannot read {} as a sound file ({}): WAV, AIFF, FLAC, Ogg "
-                                     "and their like can be read",
-                                     mName, sf_strerror(nullptr)));
+        fail("cannot read {} as a sound file ({}): WAV, AIFF, FLAC, Ogg "
+             "and their like can be read",
+             mName, sf_strerror(nullptr));
     if (info.channels > 2)
-        throw ZException(fmt::format("{} has {} channels: a voice has one or two; split the "
-                                     "file into mono or stereo files first",
-                                     mName, info.channels));
+        fail("{} has {} channels: a voice has one or two; split the "
+             "file into mono or stereo files first",
+             mName, info.channels);
     mFormat = {info.samplerate, info.channels, info.format};
     mExpectedFrames = info.frames;
 }
@@ -100,8 +100,7 @@ int SoundReader::Read(StereoBlock& block)
     const auto frames = static_cast<std::size_t>(
         sf_readf_float(mFile.get(), mInterleaved.data(), static_cast<sf_count_t>(room)));
     if (sf_error(mFile.get()) != SF_ERR_NO_ERROR)
-        throw ZException(fmt::format("{} is damaged ({}): mend or export it again", mName,
-                                     sf_strerror(mFile.get())));
+        fail("{} is damaged ({}): mend or export it again", mName, sf_strerror(mFile.get()));
     for (float& sample : std::span(mInterleaved).first(frames * channels)) {
         if (std::isfinite(sample))
             continue;
@@ -124,13 +123,13 @@ SoundWriter::SoundWriter(const std::filesystem::path& path, const std::string& n
 {
     SF_INFO info = infoOf(source.Format());
     if (!sf_format_check(&info))
-        throw ZException(fmt::format("{} cannot be written: files of the kind {} can only be "
-                                     "read; convert the input to WAV or FLAC first",
-                                     mName, source.Format().Describe()));
+        fail("{} cannot be written: files of the kind {} can only be "
+             "read; convert the input to WAV or FLAC first",
+             mName, source.Format().Describe());
     mFile.reset(sf_open(path.c_str(), SFM_WRITE, &info));
     if (!mFile)
-        throw ZException(fmt::format("cannot write {}: {}", mName, sf_strerror(nullptr)));
-    // Held at full scale, not wrapped; with this, the way to float and back is exact, too.
+        fail("cannot write {}: {}", mName, sf_strerror(nullptr));
+    // Clip instead of wrapping around. This also makes the conversion to float and back exact.
     sf_command(mFile.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
     for (const int kind : kKeptTexts) {
         if (const char* text = source.Text(kind))
@@ -150,7 +149,7 @@ void SoundWriter::Write(const StereoBlock& block, int first, int count)
                 mInterleaved[i * channels + c] = samples[i];
         }
         if (sf_writef_float(mFile.get(), mInterleaved.data(), frames) != frames)
-            throw ZException(fmt::format("cannot write {}: {}", mName, sf_strerror(mFile.get())));
+            fail("cannot write {}: {}", mName, sf_strerror(mFile.get()));
         done += frames;
     }
 }
@@ -159,7 +158,7 @@ void SoundWriter::Close()
 {
     const int error = sf_close(mFile.release());
     if (error != SF_ERR_NO_ERROR)
-        throw ZException(fmt::format("cannot write {}: {}", mName, sf_error_number(error)));
+        fail("cannot write {}: {}", mName, sf_error_number(error));
 }
 
 void requireFittingName(const std::filesystem::path& path, const SoundFormat& format)
@@ -172,9 +171,9 @@ void requireFittingName(const std::filesystem::path& path, const SoundFormat& fo
     const auto& containers = named->containers;
     const int container = format.code & SF_FORMAT_TYPEMASK;
     if (std::find(containers.begin(), containers.end(), container) == containers.end())
-        throw ZException(fmt::format("{} is named like another format: the output keeps that of "
-                                     "the input, {}; name it so",
-                                     path.string(), formatName(container)));
+        fail("{} is named like another format: the output keeps that of "
+             "the input, {}; name it so",
+             path.string(), formatName(container));
 }
 
 }  // namespace orvane

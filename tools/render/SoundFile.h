@@ -19,38 +19,38 @@ struct SoundFileCloser
 };
 using SoundFileHandle = std::unique_ptr<SNDFILE, SoundFileCloser>;
 
-/// What a sound file is made of.
+/// The format of a sound file.
 struct SoundFormat
 {
     int rate = 0;      // Hz
     int channels = 0;  // 1 or 2
-    int code = 0;      // container and sample form, as libsndfile numbers them
+    int code = 0;      // libsndfile's container and encoding bits
 
     /// Such as "WAV, 24 bit PCM, stereo".
     [[nodiscard]] std::string Describe() const;
 };
 
-/// Two channels of samples of one length, full scale at 1.0.
+/// Two channels of equally many samples, full scale at 1.0.
 using StereoBlock = std::array<std::vector<float>, 2>;
 
-/// Reads a mono or stereo file as two channels; those of a mono file are alike.
+/// Reads a mono or stereo file as two channels; a mono file fills both with the same samples.
 class SoundReader
 {
 public:
-    /// Throws ZException where the file cannot be read or has more than two channels.
+    /// Throws ZException when the file cannot be read or has more than two channels.
     explicit SoundReader(const std::filesystem::path& path);
 
     [[nodiscard]] const SoundFormat& Format() const { return mFormat; }
-    /// Frames that the file's head tells of; the file may hold fewer.
+    /// Length in frames by the file header; a damaged file may hold fewer.
     [[nodiscard]] std::int64_t ExpectedFrames() const { return mExpectedFrames; }
-    /// Samples read so far that were not finite and became 0.
+    /// Number of samples read so far that were not finite and were replaced by 0.
     [[nodiscard]] std::int64_t BadSamples() const { return mBadSamples; }
 
-    /// Fills the front of block, which has any size, and clears the rest; gives the frames read,
-    /// which are fewer only at the end. Throws ZException where the file is damaged.
+    /// Fills block from its start, clears the rest and returns the number of frames read, which is
+    /// less than the block only at the end. Throws ZException when the file is damaged.
     int Read(StereoBlock& block);
 
-    /// Texts such as title and artist, by libsndfile's numbers; null where there is none.
+    /// A tag such as title or artist, by libsndfile's SF_STR_ constants; null without that tag.
     [[nodiscard]] const char* Text(int kind) const { return sf_get_string(mFile.get(), kind); }
 
 private:
@@ -62,19 +62,19 @@ private:
     SoundFileHandle mFile;
 };
 
-/// Writes two channels in a format; a mono file gets the left one. Samples beyond full scale are
-/// held at it where the format knows no more.
+/// Writes two channels to a file; a mono file takes the left one. Integer formats clip samples
+/// beyond full scale.
 class SoundWriter
 {
 public:
-    /// Takes the texts of the source over. Throws ZException where the format or the file cannot be
-    /// written; name is what an error calls the file.
+    /// Copies the tags of source. Errors name the file by name. Throws ZException when the format
+    /// or the file cannot be written.
     SoundWriter(const std::filesystem::path& path, const std::string& name,
                 const SoundReader& source);
 
-    /// Throws ZException where the disk is full.
+    /// Writes the frames [first, first + count) of block. Throws ZException when the disk is full.
     void Write(const StereoBlock& block, int first, int count);
-    /// Ends the file; nothing can be written after. Throws ZException where that fails.
+    /// Completes the file; nothing can be written after it. Throws ZException when that fails.
     void Close();
 
 private:
@@ -84,8 +84,7 @@ private:
     SoundFileHandle mFile;
 };
 
-/// Throws ZException where the ending of path belongs to a container other than the format's, for
-/// the output is always of the input's.
+/// Throws ZException when the ending of path belongs to another container than that of format.
 void requireFittingName(const std::filesystem::path& path, const SoundFormat& format);
 
 }  // namespace orvane

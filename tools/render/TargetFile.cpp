@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/TargetFile.h"
 
-#include "zlib/common/objects/ZException.h"
+#include "tools/render/Failure.h"
 
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cassert>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -21,10 +22,10 @@ namespace
 
 [[noreturn]] void refuse(const std::filesystem::path& path, std::string_view reason)
 {
-    throw ZException(fmt::format("cannot write {}: {}", path.string(), reason));
+    fail("cannot write {}: {}", path.string(), reason);
 }
 
-/// A device, a folder, or a file that must not be written, would be replaced by the final move.
+/// Refuses devices, folders and write-protected files, which the rename in Commit would replace.
 void requireFileOrNothing(const std::filesystem::path& path)
 {
     std::error_code error;
@@ -37,15 +38,15 @@ void requireFileOrNothing(const std::filesystem::path& path)
         refuse(path, std::strerror(errno));
 }
 
-/// Where path leads, so that the final move does not take the place of a link.
-std::filesystem::path behindLinks(const std::filesystem::path& path)
+/// Resolves symbolic links, so that the rename in Commit does not replace a link.
+std::filesystem::path withoutLinks(const std::filesystem::path& path)
 {
     std::error_code error;
     const std::filesystem::path place = std::filesystem::canonical(path, error);
     return error ? path : place;
 }
 
-/// A new empty file beside path, with the rights that the user's mask gives to new files.
+/// Makes an empty file in the folder of path, with the permissions of the user's umask.
 std::filesystem::path makeTemporary(const std::filesystem::path& path)
 {
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
@@ -69,7 +70,7 @@ TargetFile::TargetFile(std::filesystem::path path)
     : mPath(std::move(path))
 {
     requireFileOrNothing(mPath);
-    mPlace = behindLinks(mPath);
+    mPlace = withoutLinks(mPath);
     mTemporary = makeTemporary(mPlace);
 }
 
@@ -82,6 +83,7 @@ TargetFile::~TargetFile()
 
 void TargetFile::Commit()
 {
+    assert(!mTemporary.empty());
     std::error_code error;
     std::filesystem::rename(mTemporary, mPlace, error);
     if (error)

@@ -7,29 +7,29 @@
 namespace orvane
 {
 
-/// A file that appears whole or not at all: it is written under another name beside its place and
-/// moved there by Commit. Without that, nothing is left of it.
+/// A file that is written completely or not at all: the data goes to a temporary file in the same
+/// folder, which Commit renames. Without Commit the destructor removes it.
 class TargetFile
 {
 public:
-    /// Throws ZException that says why, where path cannot be written.
+    /// Throws ZException with the reason when path cannot be written.
     explicit TargetFile(std::filesystem::path path);
     ~TargetFile();
     TargetFile(const TargetFile&) = delete;
     TargetFile& operator=(const TargetFile&) = delete;
 
-    /// Where to write.
+    /// The file to write to.
     [[nodiscard]] const std::filesystem::path& TemporaryPath() const { return mTemporary; }
-    /// What the user calls it.
+    /// The path as the user gave it, for messages.
     [[nodiscard]] std::string Name() const { return mPath.string(); }
-    /// Puts the file in its place, over what was there; a link stays, and leads to it. Throws
-    /// ZException.
+    /// Moves the file to its place and replaces what was there; a symbolic link is kept and leads
+    /// to the new file. Throws ZException.
     void Commit();
 
 private:
     std::filesystem::path mPath;
-    std::filesystem::path mPlace;      // the same, but for links
-    std::filesystem::path mTemporary;  // empty once it is in its place
+    std::filesystem::path mPlace;      // mPath with symbolic links resolved
+    std::filesystem::path mTemporary;  // empty after Commit
 };
 
 }  // namespace orvane

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/WindowShot.h"
 
+#include "tools/render/Failure.h"
 #include "tools/render/PluginInstance.h"
-#include "zlib/common/objects/ZException.h"
 
 #include <cairo.h>
 #include <fmt/format.h>
 
+#include <cassert>
 #include <memory>
 
 namespace orvane
@@ -38,15 +39,16 @@ WindowPixels enlarged(const WindowPixels& from, int scale)
 void writePicture(const WindowPixels& from, const std::filesystem::path& path,
                   const std::string& name, int scale)
 {
+    assert(scale >= 1);
     WindowPixels pixels = enlarged(from, scale);
-    // Cairo's form is the same: whole rows of 32 bits, colours multiplied.
+    // Cairo's ARGB32 has the same layout.
     constexpr int kPixelBytes = 4;
     const Surface surface(cairo_image_surface_create_for_data(
         reinterpret_cast<unsigned char*>(pixels.values.data()), CAIRO_FORMAT_ARGB32, pixels.width,
         pixels.height, pixels.width * kPixelBytes));
     const cairo_status_t status = cairo_surface_write_to_png(surface.get(), path.c_str());
     if (status != CAIRO_STATUS_SUCCESS)
-        throw ZException(fmt::format("cannot write {}: {}", name, cairo_status_to_string(status)));
+        fail("cannot write {}: {}", name, cairo_status_to_string(status));
 }
 
 void WindowShot::Take()
@@ -57,6 +59,7 @@ void WindowShot::Take()
 
 void WindowShot::Write(const std::filesystem::path& path, const std::string& name, int scale) const
 {
+    assert(!mPixels.values.empty());
     writePicture(mPixels, path, name, scale);
 }
 

@@ -11,8 +11,8 @@ namespace orvane
 
 class PluginInstance;
 
-/// What a window shows: width x height pixels, row by row from the top, as 0xAARRGGBB with colours
-/// multiplied by alpha.
+/// A picture of a window: width x height pixels, row by row from the top, as premultiplied
+/// 0xAARRGGBB.
 struct WindowPixels
 {
     int width = 0;
@@ -20,31 +20,32 @@ struct WindowPixels
     std::vector<std::uint32_t> values;
 };
 
-/// Writes a PNG, each pixel as a square of scale by scale. name is what an error calls the file.
-/// Throws ZException -1 where the file cannot be written.
+/// Writes a PNG in which each pixel is a square of scale x scale, scale >= 1. Errors name the file
+/// by name. Throws ZException when the file cannot be written.
 void writePicture(const WindowPixels& pixels, const std::filesystem::path& path,
                   const std::string& name, int scale);
 
-/// One picture of a plug-in's window, taken on the way.
+/// A picture of a plug-in's window at one frame of a render.
 class WindowShot
 {
 public:
-    /// frame: of the input, after which the picture is taken.
+    /// The picture is taken once frame frames of the input have been processed.
     WindowShot(const PluginInstance& plugin, std::int64_t frame)
         : mPlugin(plugin)
         , mFrame(frame)
     {
     }
 
-    /// So many frames have gone in. Throws ZException where the plug-in shows nothing.
-    void Pass(std::int64_t frames)
+    /// Takes the picture if frames, the number processed so far, has reached its frame. Throws as
+    /// PluginInstance::Window does.
+    void TakeIfDue(std::int64_t frames)
     {
         if (frames >= mFrame)
             Take();
     }
-    /// Takes the picture, if there is none yet. Throws as Pass.
+    /// Takes the picture unless it was taken before. Throws as PluginInstance::Window does.
     void Take();
-    /// As writePicture. Needs Take.
+    /// Writes the picture as writePicture does. Call after Take.
     void Write(const std::filesystem::path& path, const std::string& name, int scale) const;
 
 private:

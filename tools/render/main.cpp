@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/AutomationFile.h"
+#include "tools/render/Failure.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/OfflineRender.h"
 #include "tools/render/PluginInstance.h"
@@ -61,8 +62,8 @@ Examples:
 )";
 }
 
-/// One line, whatever bytes of a file it quotes.
-void failWith(std::string message)
+/// Prints a failure as one line; control characters that it quotes from a file become spaces.
+void printFailure(std::string message)
 {
     std::replace_if(
         message.begin(), message.end(),
@@ -70,7 +71,7 @@ void failWith(std::string message)
     fmt::print(stderr, "kestrune-render: {}\n", message);
 }
 
-/// Ends the program as the signal would have, so that a calling shell sees what happened.
+/// Ends the program by the signal itself, so that the calling shell sees how it ended.
 [[noreturn]] void endBySignal(int signal)
 {
     std::signal(signal, SIG_DFL);
@@ -78,29 +79,29 @@ void failWith(std::string message)
     std::_Exit(128 + signal);
 }
 
-/// Throws ZException where nobody takes the text.
-void tell(const std::string& text)
+/// Throws ZException when standard output cannot be written.
+void print(const std::string& text)
 {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw ZException(fmt::format("cannot print the report: {}", std::strerror(errno)));
+        fail("cannot print the report: {}", std::strerror(errno));
 }
 
 void list(const std::filesystem::path& library)
 {
     PluginInstance plugin(library);
-    tell(describePlugin(plugin));
+    print(describePlugin(plugin));
 }
 
-/// What the user has called for.
+/// The parsed command line.
 struct CommandLine
 {
     RenderRequest request;
     std::vector<std::string> assignments;
-    std::filesystem::path library;  // empty: the product's own
+    std::filesystem::path library;  // empty: the product's
     bool lists = false;
 };
 
-/// The names that stand by themselves.
+/// The positional arguments.
 struct SoundFiles
 {
     CLI::Option* in;
@@ -117,19 +118,19 @@ void render(CommandLine& command)
     if (request.input.empty())
         return drawWindow(request, plugin);
     const RenderResult result = renderOffline(request, plugin);
-    tell(textReport(request, result));
+    print(textReport(request, result));
 }
 
-/// What a shell makes of a variable that is not set.
-std::string refuseNothing(const std::string& text)
+/// Catches an empty argument, which a shell makes of a variable that is not set.
+std::string checkNotEmpty(const std::string& text)
 {
     return text.empty() ? "it is empty" : "";
 }
 
-std::string refuseNoTime(const std::string& text)
+std::string checkTime(const std::string& text)
 {
     try {
-        static_cast<void>(secondsIn(text));
+        static_cast<void>(parseSeconds(text));
         return "";
     } catch (const ZException& exception) {
         return exception.GetMessage().ToNarrow();
@@ -167,7 +168,7 @@ void addStateOptions(CLI::App& app, CommandLine& command)
         ->type_name("FILE.mid");
 }
 
-/// A listing needs no sound.
+/// With --list no sound is needed.
 void addPluginOptions(CLI::App& app, CommandLine& command, const SoundFiles& files)
 {
     app.add_option("--plugin", command.library,
@@ -202,7 +203,7 @@ void addRenderOptions(CLI::App& app, RenderRequest& request, const SoundFiles& f
         app.get_option(ofSound)->needs(files.in);
 }
 
-/// A picture of the window needs no sound; with sound, all else is as without a picture.
+/// A picture of the window needs no sound.
 void addWindowOptions(CLI::App& app, RenderRequest& request, const SoundFiles& files)
 {
     CLI::Option* const window = app.add_option_function<std::string>(
@@ -216,7 +217,7 @@ void addWindowOptions(CLI::App& app, RenderRequest& request, const SoundFiles& f
     window->type_name("FILE.png");
     app.add_option("--window-at", request.window.seconds, "Draws it when so much of IN has gone in")
         ->type_name("SECONDS")
-        ->check(refuseNoTime)
+        ->check(checkTime)
         ->needs(window)
         ->needs(files.in);
     app.add_option("--window-scale", request.window.scale, "Draws it so many times as large")
@@ -228,17 +229,17 @@ void refuseEmptyValues(CLI::App& app)
 {
     for (CLI::Option* const option : app.get_options()) {
         if (option->get_items_expected_max() > 0)
-            option->check(refuseNothing);
+            option->check(checkNotEmpty);
     }
 }
 
-/// Not by the parser's own means, which would say so beside every option of the help.
+/// Checked here, because the parser's excludes() would repeat this for every option in --help.
 void requireListingAlone(const CLI::App& app)
 {
     for (const CLI::Option* const option : app.get_options()) {
         const std::string name = option->get_name();
         if (option->count() > 0 && name != "--list" && name != "--plugin")
-            throw ZException(name + " means nothing beside --list, which renders no sound");
+            fail("{} means nothing beside --list, which renders no sound", name);
     }
 }
 
@@ -259,7 +260,7 @@ int parseAndRun(int argc, char** argv)
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
             return app.exit(error);
-        failWith(std::string(error.what()) + " (--help tells how to call it)");
+        printFailure(std::string(error.what()) + " (--help tells how to call it)");
         return kFailed;
     }
     if (command.lists)
@@ -285,9 +286,9 @@ int main(int argc, char** argv)
     } catch (const Interruption& interruption) {
         endBySignal(interruption.signal);
     } catch (const ZException& exception) {
-        failWith(exception.GetMessage().ToNarrow());
+        printFailure(exception.GetMessage().ToNarrow());
     } catch (const std::exception& exception) {
-        failWith(exception.what());
+        printFailure(exception.what());
     }
     return kFailed;
 }

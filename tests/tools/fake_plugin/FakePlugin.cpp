@@ -32,7 +32,7 @@ FakePluginLog& fakeLog()
     return log;
 }
 
-/// Delays by its latency, and turns the sound over where "Correct Pitch" is on.
+/// Delays by its latency, and inverts the sound while "Correct Pitch" is on.
 struct Fake
 {
     audioMasterCallback host;
@@ -40,7 +40,7 @@ struct Fake
     AEffect effect{};
     std::array<float, kNames.size()> values{0.0f, 3.0f / 11.0f, 0.125f, 0.5f};
     std::array<std::deque<float>, 2> delayed{};
-    int blocks = 0;  // begun
+    int blocks = 0;  // started
 };
 
 Fake& fakeOf(AEffect* effect)
@@ -152,8 +152,6 @@ void beginBlock(Fake& fake, std::int32_t frames)
     note("{} frames at {:g}, quarter {:.3f}", frames, time->samplePos, time->ppqPos);
     if ((fake.mode == "early" && fake.blocks == 1) || (fake.mode == "late" && fake.blocks == 10))
         changeLatency(fake);
-    if (fake.mode == "automates")
-        askHost(fake, audioMasterAutomate);
 }
 
 void replace(AEffect* effect, float** inputs, float** outputs, std::int32_t frames)
@@ -176,7 +174,7 @@ void setParameter(AEffect* effect, std::int32_t index, float value)
     note("{} {:.2f}", kNames.at(static_cast<std::size_t>(index)), value);
 }
 
-/// A choice gives the position that it has taken, cut down from the host's value.
+/// A choice returns its step, truncated from the host's value.
 float getParameter(AEffect* effect, std::int32_t index)
 {
     const float value = fakeOf(effect).values.at(static_cast<std::size_t>(index));

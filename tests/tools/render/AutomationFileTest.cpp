@@ -12,24 +12,24 @@
 namespace orvane
 {
 
-TEST(AutomationFileTest, PointsComeInOrderOfTime)
+TEST(AutomationFileTest, PointsAreSortedByTime)
 {
-    const auto points = automationIn("\xEF\xBB\xBFtime,parameter,value\r\n"
-                                     "# a remark\n\n"
-                                     " 2.5 , Pitch Correcton Time , 120 \r\n"
-                                     "1,\"key\",\"d\"\n"
-                                     "1,transposeOnOff,1",
-                                     "f");
+    const auto points = parseAutomation("\xEF\xBB\xBFtime,parameter,value\r\n"
+                                        "# a remark\n\n"
+                                        " 2.5 , Pitch Correcton Time , 120 \r\n"
+                                        "1,\"key\",\"d\"\n"
+                                        "1,transposeOnOff,1",
+                                        "f");
     ASSERT_EQ(points.size(), 3u);
     EXPECT_EQ(points[0].value.setting, Setting::kKey);
     EXPECT_EQ(points[0].value.value, 5.0f);
     EXPECT_EQ(points[1].value.setting, Setting::kTransposeOnOff);
     EXPECT_EQ(points[2].seconds, 2.5);
     EXPECT_EQ(points[2].value.value, 120.0f);
-    EXPECT_TRUE(automationIn("", "f").empty());
+    EXPECT_TRUE(parseAutomation("", "f").empty());
 }
 
-TEST(AutomationFileTest, AWrongLineIsToldByItsNumber)
+TEST(AutomationFileTest, AWrongLineIsReportedWithItsNumber)
 {
     const std::vector<std::pair<std::string, std::string>> lines{
         {"1,key", "'1,key' is no point: write SECONDS,NAME,VALUE, such as 1.5,key,C"},
@@ -43,7 +43,7 @@ TEST(AutomationFileTest, AWrongLineIsToldByItsNumber)
     };
     for (const auto& [line, says] : lines)
         expectZException("f, line 3: " + says, [&line = line] {
-            static_cast<void>(automationIn("\n0,key,C\n" + line + "\n", "f"));
+            static_cast<void>(parseAutomation("\n0,key,C\n" + line + "\n", "f"));
         });
 }
 

@@ -36,11 +36,11 @@ Bytes head(std::uint8_t format, std::uint8_t tracks, std::uint8_t high, std::uin
     return part("MThd", {0, format, 0, tracks, high, low});
 }
 
-/// Seconds and messages, one after the other.
+/// One line for each message: seconds, status, data.
 std::string listing(const Bytes& file)
 {
     std::string text;
-    for (const MidiEvent& event : midiEventsIn(file, "f")) {
+    for (const MidiEvent& event : parseMidiFile(file, "f")) {
         char line[64];
         std::snprintf(line, sizeof line, "%.3f %02x %d %d\n", event.seconds, event.bytes[0],
                       event.bytes[1], event.bytes[2]);
@@ -50,18 +50,18 @@ std::string listing(const Bytes& file)
 }
 
 const Bytes kEnd{0, 0xFF, 0x2F, 0};
-/// Half a second a quarter of 96 ticks, then a second from tick 96 on.
+/// A quarter of 96 ticks takes half a second at first, and a second from tick 96 on.
 const Bytes kTempoTrack = part("MTrk", Bytes{96, 0xFF, 0x51, 3, 0x0F, 0x42, 0x40} + kEnd);
 const Bytes kTune = part("MTrk", Bytes{0, 0x90, 60, 100,        // on
                                        48, 60, 0,               // running status
-                                       0, 0xF0, 2, 0x7E, 0xF7,  // exclusive, passed over
+                                       0, 0xF0, 2, 0x7E, 0xF7,  // system exclusive, skipped
                                        0x81, 0x10, 0xC3, 7} +
                                      kEnd  // 144 ticks on
 );
 
 }  // namespace
 
-TEST(MidiFileTest, MessagesOfAllTracksComeAtTheTempoInForce)
+TEST(MidiFileTest, MessagesOfAllTracksFollowTheTempo)
 {
     EXPECT_EQ(listing(head(1, 2, 0, 96) + kTempoTrack + kTune),
               "0.000 90 60 100\n0.250 90 60 0\n1.500 c3 7 0\n");
@@ -96,10 +96,10 @@ TEST(MidiFileTest, BrokenFilesAreRefused)
         {broken({0, 0xF0, 0xFF, 0xFF, 0xFF, 0x7F}), "f is a broken MIDI file: it ends too early"},
     };
     for (const auto& [file, says] : files)
-        expectZException(says, [&file = file] { static_cast<void>(midiEventsIn(file, "f")); });
+        expectZException(says, [&file = file] { static_cast<void>(parseMidiFile(file, "f")); });
 }
 
-TEST(MidiFileTest, BytesOfAnyKindEndInEventsOrInAnError)
+TEST(MidiFileTest, RandomBytesGiveEventsOrAnException)
 {
     const Bytes whole = head(1, 2, 0, 96) + kTempoTrack + kTune;
     std::mt19937 random(5);
@@ -109,7 +109,7 @@ TEST(MidiFileTest, BytesOfAnyKindEndInEventsOrInAnError)
             file[random() % file.size()] = static_cast<std::uint8_t>(random());
         file.resize(file.size() - random() % 8);
         try {
-            for (const MidiEvent& event : midiEventsIn(file, "f"))
+            for (const MidiEvent& event : parseMidiFile(file, "f"))
                 ASSERT_GE(event.seconds, 0.0);
         } catch (const ZException&) {
             continue;

@@ -35,7 +35,7 @@ ScaleGrid gridWith(std::initializer_list<std::pair<Setting, float>> values)
     return ScaleGrid(settings);
 }
 
-/// All readings of a sound that is fed in pieces of a length.
+/// All readings of a sound that is fed in pieces of piece frames.
 std::vector<PitchReading> readingsOf(const std::vector<float>& sound, int piece)
 {
     PitchReader reader(kRate, sourceRange(0), 2);
@@ -48,7 +48,8 @@ std::vector<PitchReading> readingsOf(const std::vector<float>& sound, int piece)
     return readings;
 }
 
-/// Share of places that count as voiced when a reader tells of hz, steady, all over a sound.
+/// Share of voiced points when every reading of a sound is hz, or alternates around it by
+/// wobbleCents.
 double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents = 0.0f)
 {
     PitchTrack track(kRate, static_cast<int>(sound.size()), 2);
@@ -69,7 +70,7 @@ double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents 
 
 }  // namespace
 
-TEST(PitchReaderTest, ReadingsStandWhereThePitchWasSungWhateverThePieces)
+TEST(PitchReaderTest, ReadingsAreForTheFramesWhereThePitchWasSungForAllBlockSizes)
 {
     std::vector<float> voice = testVoice(1, 1.0).samples;
     TestSound upper = testVoice(2, 1.0);
@@ -92,7 +93,7 @@ TEST(PitchReaderTest, ReadingsStandWhereThePitchWasSungWhateverThePieces)
     }
 }
 
-TEST(PitchTrackTest, OutputsBelongToThePlacesOfTheirOrder)
+TEST(PitchTrackTest, OutputReadingsJoinTheInputReadingsInOrder)
 {
     PitchTrack track(kRate, 100, 2);
     track.AddInput(std::vector<PitchReading>{{-400, 100.0f}, {112, 200.0f}});
@@ -120,7 +121,7 @@ TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
     EXPECT_NEAR(gridWith({{Setting::kDetune, 50.0f}}).CentsOff(hzAt(0.0)), 50.0, 1e-3);
 }
 
-TEST(ScaleGridTest, NotesCarryTheirNamesAndRank)
+TEST(ScaleGridTest, NotesHaveNamesAndAreInOrOutOfTheScale)
 {
     const auto notes = gridWith({{Setting::kKey, 0.0f}, {Setting::kScale, 2.0f}}).Notes(56.5, 60.5);
     std::string listing;
@@ -131,7 +132,7 @@ TEST(ScaleGridTest, NotesCarryTheirNamesAndRank)
     EXPECT_EQ(gridWith({}).Notes(-0.5, 0.5).front().name, "C0");
 }
 
-TEST(PitchTrackTest, OnlyALoudPeriodicSteadyPlaceIsVoiced)
+TEST(PitchTrackTest, OnlyLoudPeriodicSteadyPointsAreVoiced)
 {
     const std::vector<float> voice = testVoice(1, 1.0).samples;
     EXPECT_GT(voicedShare(voice, 223.845f), 0.95);
@@ -147,7 +148,7 @@ TEST(PitchTrackTest, OnlyALoudPeriodicSteadyPlaceIsVoiced)
     EXPECT_EQ(voicedShare(std::vector<float>(voice.size(), 0.25f), 223.845f), 0.0) << "an offset";
 }
 
-TEST(PitchTrackTest, DistancesAreMedianAndNinetyFifthOfAHundred)
+TEST(PitchTrackTest, DistancesAreTheMedianAndThe95thPercentile)
 {
     std::vector<PitchPoint> points;
     for (int cents = 100; cents > 0; --cents) {

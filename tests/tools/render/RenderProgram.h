@@ -12,7 +12,7 @@
 namespace orvane
 {
 
-/// Sound as a file holds it, channels interleaved.
+/// The contents of a sound file, channels interleaved.
 struct TestSound
 {
     int rate = 44100;
@@ -29,30 +29,29 @@ struct TestSound
 void writeSound(const std::filesystem::path& path, const TestSound& sound);
 [[nodiscard]] TestSound readSound(const std::filesystem::path& path);
 
-/// A vowel of 0.3 s and more, 30 cents above A3, on the left, and a softer octave on the right
-/// where there are two channels.
+/// A vowel 30 cents above A3 on the left; with two channels, softly an octave higher on the right.
 [[nodiscard]] TestSound testVoice(int channels, double seconds, int rate = 44100);
 
-/// Names of all that is in a folder, in order.
+/// Sorted names of the entries of a folder.
 [[nodiscard]] std::vector<std::string> namesIn(const PrivateFolder& folder);
 
 /// How a run of the program ended.
 struct ProgramRun
 {
-    int status = -1;  // of its exit; -1 where a signal ended it
+    int status = -1;  // exit status; -1 when a signal ended it
     int signal = 0;
     std::string out;
     std::string err;
 };
 
-/// The program, running; its streams go to files.
+/// A running program whose output streams go to files.
 class RenderProgram
 {
 public:
     explicit RenderProgram(const std::vector<std::string>& arguments,
                            const std::string& program = KESTRUNE_RENDER_PROGRAM);
     [[nodiscard]] int Process() const { return mProcess; }
-    /// Waits for the end.
+    /// Waits for its end.
     [[nodiscard]] ProgramRun Finish();
 
 private:
