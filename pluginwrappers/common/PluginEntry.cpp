@@ -2,12 +2,10 @@
 #include "pluginwrappers/common/PluginEntry.h"
 
 #include "kestrune/common/identity/KestruneIdentity.h"
-#include "kestrune/common/views/KestruneClasses.h"
 #include "kestrune/common/views/KestruneFonts.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "resources/KestruneResources.h"
-#include "zlib/common/controls/ZViewClasses.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZPlugin.h"
@@ -16,7 +14,6 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZMessageBoxWindow.h"
-#include "zlib/common/views/ZWindowManager.h"
 
 #include <boost/make_shared.hpp>
 
@@ -42,10 +39,7 @@ std::unique_ptr<ZPlugin> startApplication()
     auto app = std::make_unique<ZPlugin>(kestruneResources());
     app->SetIdentifier(applicationIdentifier());
     app->SetName(productName());
-    registerKestruneClasses(app->GetClassRegistry());
-    registerViewClasses(app->GetClassRegistry());
     ZMessageBoxWindow::Install();
-    app->SetWindowKeeperMaker(&ZWindowManager::Make);
     app->SetStandalone(false);
     app->SetResourceName(descriptionResourceName());
     app->PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART), app.get());

@@ -29,29 +29,6 @@ std::string_view descriptionText()
     return kestruneResources().FindText("XML", "kestrune_vst.xml").value();
 }
 
-/// What the reader would take for something else than what the writer of this tag meant; empty
-/// when there is nothing. Open holds the names of the tags that are open.
-std::string faultOf(std::string_view tag, std::vector<std::string>& open)
-{
-    const std::string name(tag.substr(0, tag.find(' ')));
-    if (std::ranges::any_of(tag, [](char c) { return c == '\t' || c == '\r' || c == '\n'; }))
-        return "white space that is no blank";
-    if (std::ranges::count(tag, '"') % 2 != 0)
-        return "a value that ends the tag";
-    if (tag.ends_with('/'))
-        return tag.ends_with(" /") ? "" : "an element that does not close itself";
-    if (name.starts_with('?') || name.starts_with('!'))
-        return "";
-    if (!name.starts_with('/')) {
-        open.push_back(name);
-        return "";
-    }
-    if (open.empty() || open.back() != name.substr(1))
-        return "a closing tag of another element";
-    open.pop_back();
-    return "";
-}
-
 void forEachElementOf(const ZXMLDocument& document,
                       const std::function<void(const ZXMLElement&)>& visit)
 {
@@ -70,28 +47,37 @@ void forEachElement(const std::function<void(const ZXMLElement&)>& visit)
 
 }  // namespace
 
-TEST(DescriptionTest, EveryTagReadsAsItLooks)
+// The reader is tolerant: it would take such a tag for something else and say nothing.
+TEST(DescriptionTest, HoldsOnlyTagsThatTheReaderReadsAsWritten)
 {
     const std::string_view text = descriptionText();
-    std::vector<std::string> open;
-    for (std::size_t i = text.find('<'); i != text.npos; i = text.find('<', i)) {
-        const std::size_t end = std::min(text.find('>', i), text.size());
-        const std::string_view tag = text.substr(i + 1, end - i - 1);
-        ASSERT_EQ(faultOf(tag, open), "") << tag;
-        i = end;
+    std::vector<std::string_view> open;
+    for (std::size_t i = text.find('<'); i != text.npos; i = text.find('<', i + 1)) {
+        const std::string_view tag = text.substr(i + 1, text.find('>', i) - i - 1);
+        SCOPED_TRACE(tag);
+        EXPECT_EQ(tag.find_first_of("\t\r\n"), tag.npos);
+        EXPECT_EQ(std::ranges::count(tag, '"') % 2, 0);
+        if (tag.starts_with('/')) {
+            ASSERT_FALSE(open.empty());
+            ASSERT_EQ(open.back(), tag.substr(1));
+            open.pop_back();
+        } else if (tag.ends_with('/')) {
+            EXPECT_TRUE(tag.ends_with(" /"));
+        } else if (!tag.starts_with('?') && !tag.starts_with('!')) {
+            open.push_back(tag.substr(0, tag.find(' ')));
+        }
     }
     EXPECT_TRUE(open.empty());
 }
 
-TEST(DescriptionTest, EveryViewIsOfAClassAndNamesElementsThatThereAre)
+TEST(DescriptionTest, NamesOnlyRegisteredClassesAndExistingElements)
 {
     const ZInterfaceLock lock;
     const auto product = startProduct();
     const auto document = product->GetCurrentDocument();
-    // Views that another window may have come first.
+    // These three are registered although the window has no such view.
     std::vector<std::string> classes{"KestruneCentsSliderClass", "KestruneKeyboardLabelClass",
-                                     "KestrunePitchGraphClass", "ZBWKeysClass",
-                                     "ZGraphAxisViewClass"};
+                                     "KestrunePitchGraphClass"};
     forEachElement([&](const ZXMLElement& element) {
         if (!element.IsNamed("view"))
             return;
@@ -109,7 +95,7 @@ TEST(DescriptionTest, EveryViewIsOfAClassAndNamesElementsThatThereAre)
                   name);
 }
 
-TEST(DescriptionTest, LabelsByNumberReadAsTheStringTableHasThem)
+TEST(DescriptionTest, LabelsWithAKeyHaveTheTextOfTheStringTable)
 {
     const ZStringTable strings(kestruneResources().FindText("STRING", "strings.txt").value());
     std::set<std::int32_t> keys;

@@ -2,12 +2,10 @@
 #include "tools/pictures/MenuPicture.h"
 
 #include "kestrune/common/identity/KestruneIdentity.h"
-#include "kestrune/common/views/KestruneClasses.h"
 #include "kestrune/common/views/KestruneFonts.h"
 #include "resources/KestruneResources.h"
 #include "zlib/common/controls/ZMenu.h"
 #include "zlib/common/controls/ZMenuContent.h"
-#include "zlib/common/controls/ZViewClasses.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/drawing/ZBitmap.h"
@@ -38,9 +36,6 @@ std::unique_ptr<ZPlugin> startProduct()
     auto plugin = std::make_unique<ZPlugin>(kestruneResources());
     plugin->SetStandalone(false);
     plugin->SetResourceName(descriptionResourceName());
-    registerKestruneClasses(plugin->GetClassRegistry());
-    registerViewClasses(plugin->GetClassRegistry());
-    plugin->SetWindowKeeperMaker(&ZWindowManager::Make);
     plugin->PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART), plugin.get());
     plugin->ProcessQueue();
     plugin->ExposeElements(*plugin->GetCurrentDocument());

@@ -9,19 +9,14 @@ const char* productName()
     return "Cantorel Mini";
 }
 
-const char* productVersion()
+std::array<std::int32_t, 3> productVersion()
 {
-    return "1.0";
+    return {1, 0, 0};
 }
 
 const char* applicationIdentifier()
 {
     return "com.orvane.cantorel-mini-vst";
-}
-
-const char* pluginName()
-{
-    return "Cantorel Mini VST";
 }
 
 const char* descriptionResourceName()

@@ -1,19 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+#include <cstdint>
+
 namespace orvane
 {
 
-// What tells this product from another one of the same make: a build for another product differs
-// in these functions only. Terminated texts that live as long as the library. [any thread]
+// The product's names and version: a build of another product changes these functions only. The
+// texts are terminated and live as long as the library. [any thread]
 
-/// Name of the application object.
+/// Names the application object and titles the product's message boxes.
 [[nodiscard]] const char* productName();
-[[nodiscard]] const char* productVersion();
-/// Under which the user's settings are kept, unless the description names another.
+/// Major, minor and third number.
+[[nodiscard]] std::array<std::int32_t, 3> productVersion();
+/// The identifier under which the user's settings are kept, until the description gives its own.
 [[nodiscard]] const char* applicationIdentifier();
-[[nodiscard]] const char* pluginName();
-/// Resource that holds the application description.
+/// The name of the resource that holds the application description.
 [[nodiscard]] const char* descriptionResourceName();
 
 }  // namespace orvane

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "kestrune/common/views/KestruneClasses.h"
-
+// What the library knows of the product once it is loaded: classes, dialogs, version.
+#include "kestrune/common/identity/KestruneIdentity.h"
 #include "kestrune/common/pitch/KestruneDocument.h"
 #include "kestrune/common/pitch/KestruneNameScaleDialog.h"
 #include "kestrune/common/pitch/ZPsolaBay.h"
@@ -11,6 +11,7 @@
 #include "kestrune/common/views/KestruneKeyboardView.h"
 #include "kestrune/common/views/KestruneNameScaleWindow.h"
 #include "kestrune/common/views/KestrunePitchGraph.h"
+#include "zlib/common/documents/ZApp.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 
 namespace orvane
@@ -19,21 +20,8 @@ namespace orvane
 namespace
 {
 
-/// Once a process: other instances may have the dialog open when a further one registers.
-void setNameScaleRunner()
-{
-    static const bool once = [] {
-        KestruneNameScaleDialog::SetRunner(&KestruneNameScaleWindow::Run);
-        return true;
-    }();
-    static_cast<void>(once);
-}
-
-}  // namespace
-
 void registerKestruneClasses(ZClassRegistry& registry)
 {
-    setNameScaleRunner();
     registry.AddStandard<KestruneCentsSlider>("KestruneCentsSliderClass");
     registry.AddStandard<KestruneCorrectionMeter>("KestruneCorrectionMeterClass");
     registry.AddStandard<KestruneDocument>("KestruneDocumentClass");
@@ -43,5 +31,17 @@ void registerKestruneClasses(ZClassRegistry& registry)
     registry.AddStandard<KestrunePitchGraph>("KestrunePitchGraphClass");
     registry.AddStandard<ZPsolaBay>("ZPsolaBayClass");
 }
+
+bool setUpProduct()
+{
+    KestruneNameScaleDialog::SetRunner(&KestruneNameScaleWindow::Run);
+    ZApp::SetVersion(productVersion());
+    return true;
+}
+
+[[maybe_unused]] const ZStandardClasses kestruneClasses{&registerKestruneClasses};
+[[maybe_unused]] const bool isProductSetUp = setUpProduct();
+
+}  // namespace
 
 }  // namespace orvane

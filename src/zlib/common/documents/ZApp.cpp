@@ -8,7 +8,6 @@
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/documents/ZFileChooser.h"
 #include "zlib/common/documents/ZFileDocumentManager.h"
-#include "zlib/common/documents/ZStandardClasses.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZException.h"
@@ -32,7 +31,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -50,7 +51,7 @@ void requireTag(const ZXMLElement& xml, std::string_view tag, const char* wrongT
         throw ZException(wrongTag);
 }
 
-/// Makes room for a second manager of a kind, which no description should have.
+/// Destroys an existing manager and traces the warning: a description should have one of a kind.
 template <typename Manager>
 void dropExisting(std::unique_ptr<Manager>& manager, const char* warning)
 {
@@ -62,6 +63,9 @@ void dropExisting(std::unique_ptr<Manager>& manager, const char* warning)
 
 std::atomic<std::int32_t> instances{0};
 
+// Written at library load, then only read.
+constinit std::optional<std::array<std::int32_t, 3>> libraryVersion;
+
 boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
 {
     std::string extension = path.extension().string();
@@ -69,9 +73,9 @@ boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
     return boost::make_shared<ZFile>(path.stem().string(), path.string(), extension);
 }
 
-/// The path with the extension of the kind that is saved, where the user has typed none: not every
-/// desktop's chooser adds it, and the next dialog lists files of these kinds only.
-std::string completed(const std::string& path, const ZFileRequest& request)
+/// Returns the path with the first type's extension when it is to be saved and fits no type. Not
+/// every file dialog adds the extension, and the dialog for loading lists only matching files.
+std::string withExtension(const std::string& path, const ZFileRequest& request)
 {
     const auto file = makeFile(path);
     const bool isWhole = request.purpose == ZFileRequest::kOpen || request.types.empty() ||
@@ -92,12 +96,12 @@ boost::shared_ptr<ZFile> chooseFile(const ZFileRequest& request)
     const auto chosen = ZFileChooser::Choose(request);
     if (!chosen)
         return nullptr;
-    const std::string path = completed(*chosen, request);
+    const std::string path = withExtension(*chosen, request);
     const auto file = makeFile(path);
-    // No folder, and nothing that the system's encoding of names holds and a text does not.
+    // Refuses a folder, and a name with bytes that are no UTF-8, which ZString cannot hold.
     if (file->GetName().IsEmpty() || file->GetPath().ToNarrow() != path)
         return refuse(file->GetPath());
-    // The user has agreed to replace a file of the name as it was typed, and of no other.
+    // The dialog asked before replacing the file as typed, not the one with the extension.
     if (path != *chosen && file->Exists())
         return refuse(path + " exists already.");
     return file;
@@ -111,7 +115,6 @@ ZApp::ZApp(const ZResources& resources)
 {
     SetCurrentApp(this);
     mClassRegistry = std::make_unique<ZClassRegistry>(this);
-    registerStandardClasses(*mClassRegistry);
     mClassRegistry->RegisterStandardClasses();
     SetName("ZApp");
     ++instances;
@@ -123,8 +126,7 @@ ZApp::~ZApp()
     if (--instances == 0)
         ZInterfaceThread::EndModalRuns(nullptr);
     StopTimers();
-    // In this order: the audio stops before what it plays goes, and windows let go of documents
-    // before these end. Each pointer is null by the time that its manager dies.
+    // Audio stops before its networks go, and windows release documents before those end.
     mAudioManager.reset();
     mClassRegistry.reset();
     mWindowManager.reset();
@@ -133,6 +135,21 @@ ZApp::~ZApp()
     ClearCurrentApp(this);
     const ZInterfaceUnlock unlocked;
     mBrowser.reset();
+}
+
+void ZApp::SetVersion(const std::array<std::int32_t, 3>& version)
+{
+    assert(std::ranges::all_of(version, [](std::int32_t number) { return number >= 0; }));
+    libraryVersion = version;
+}
+
+void ZApp::GetVersion(ZString& out) const
+{
+    std::string version;
+    if (libraryVersion)
+        for (const std::int32_t number : *libraryVersion)
+            version += (version.empty() ? "" : ".") + std::to_string(number);
+    out = version;
 }
 
 std::int32_t ZApp::CountInstances()
@@ -191,7 +208,7 @@ void ZApp::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 
 void ZApp::CheckMenuSelection(const ZMessage& message) const
 {
-    // The menu bar would take both; no description has one.
+    // There is no menu bar to pass the fields to, but a message without them is refused.
     std::uint64_t handle = 0;
     if (!message.Find("Handle", handle))
         throw ZException("Couldn't find Menu Handle in Message");
@@ -221,7 +238,7 @@ void ZApp::GoToUrl(const ZMessage& message)
     }
     auto launch = std::make_unique<ZBrowserLaunch>(address);
     mBrowser.swap(launch);
-    const ZInterfaceUnlock unlocked;  // the one before is waited for
+    const ZInterfaceUnlock unlocked;  // the previous launch is joined here
     launch.reset();
 }
 
@@ -262,6 +279,7 @@ void ZApp::WaitUntilBuilt()
 
 void ZApp::ReadDescription()
 {
+    assert(!mResourceName.IsEmpty());
     mMainThreadId = std::this_thread::get_id();
     ZTrace::Write(GetName() + " starting up...\n");
     try {
@@ -269,7 +287,7 @@ void ZApp::ReadDescription()
     } catch (const ZException& exception) {
         if (!mStandalone)
             throw;
-        ShowMessageBox(3, true, "Error", exception.GetMessage());
+        ShowMessageBox(ZMessageBox::kError, true, "Error", exception.GetMessage());
     }
 }
 
@@ -305,7 +323,7 @@ boost::shared_ptr<ZXMLElement> ZApp::LoadDescription() const
 
 void ZApp::AddManager(const boost::shared_ptr<ZXMLElement>& xml)
 {
-    // What else a description may hold has no manager: it is passed over.
+    // A child with another name is skipped.
     if (xml->IsNamed("documentmanager"))
         AddDocumentManager(xml);
     else if (xml->IsNamed("windowmanager"))
@@ -323,12 +341,10 @@ void ZApp::AddAudioManager(const boost::shared_ptr<ZXMLElement>& /*xml*/)
 void ZApp::AddWindowManager(const boost::shared_ptr<ZXMLElement>& xml)
 {
     requireTag(*xml, "windowmanager", "ZApp::AddWindowManager,  XML tag is not a <windowmanager>.");
-    if (!mMakeWindowKeeper)
-        return;
     dropExisting(mWindowManager,
                  "\nWarning: ZApp::AddWindowManager,  mWindowManager already created. Multiple "
                  "top level window managers?\n");
-    mWindowManager = mMakeWindowKeeper(xml, this);
+    mWindowManager = ZWindowKeeper::Make(xml, this);
 }
 
 void ZApp::AddDocumentManager(const boost::shared_ptr<ZXMLElement>& xml)
@@ -357,6 +373,7 @@ void ZApp::ReplaceAudioManager(std::unique_ptr<ZAudioManager> manager)
 
 void ZApp::RunStartup(const ZXMLElement& startup)
 {
+    assert(std::this_thread::get_id() == mMainThreadId);
     const std::int32_t count = startup.GetChildCount("startupitem");
     for (std::int32_t i = 0; i < count && mCommandList; ++i) {
         const auto item = startup.GetChild("startupitem", i);
@@ -375,17 +392,23 @@ void ZApp::OpenAtStart()
     if (!documents || mOpenAtStart.IsEmpty())
         return;
     const auto file = makeFile(mOpenAtStart.ToNarrow());
-    const ZDocumentType* const type = documents->FindType(*file);
+    const auto type = documents->FindType(*file);
     if (!type)
         return;
     ProcessQueue();
     documents->OpenDocument(file, *type);
 }
 
+void ZApp::EndModal()
+{
+    assert(mModalWindows > 0);
+    --mModalWindows;
+}
+
 bool ZApp::CanQuit()
 {
     const auto looper = mAudioManager ? mAudioManager->GetSignalLooper() : nullptr;
-    // In a plug-in the host is the clock, and there is nothing to stop.
+    // In a plug-in the host runs the passes, and the looper is never running.
     const bool wasRunning = looper && looper->IsRunning();
     if (wasRunning)
         looper->Stop();
@@ -463,7 +486,7 @@ void ZApp::FlushElementChanges()
 {
     const auto document = boost::dynamic_pointer_cast<ZAudioDocument>(GetCurrentDocument());
     if (document)
-        document->FlushChanges(*document);
+        document->FlushChanges();
     if (mCommandList)
         mCommandList->FlushChanges();
 }

@@ -8,6 +8,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -28,58 +29,57 @@ class ZWindow;
 class ZWindowKeeper;
 class ZXMLElement;
 
-/// The application: reads its description, one XML resource, and builds its managers from it, which
-/// build all the rest. Start it by ZLOOPERSTART. It is served by a looper of its own name and
-/// handles its own messages.
+/// The application object. It reads its description, an XML resource, and creates the managers that
+/// the description names; these create documents, windows and the audio network. The application is
+/// a looper and handles its own messages; ZLOOPERSTART starts it.
 ///
-/// Several may live in one process. They share nothing but the name of the current one, which
-/// handlers without a looper ask for. [interface thread, but where it says otherwise]
+/// A process may hold several applications. They share only the pointer to the current one, which a
+/// handler without a looper belongs to. [interface thread, where nothing else is said]
 class ZApp : public ZApplication
 {
 public:
-    /// Makes the window manager from a `windowmanager`; it is then owned by the application.
-    using WindowKeeperMaker =
-        std::unique_ptr<ZWindowKeeper> (*)(const boost::shared_ptr<ZXMLElement>& xml, ZApp* app);
-
-    /// A stand-alone application with the framework's classes and no manager. The resources hold
-    /// the description, of type "XML", and the texts, "strings.txt" of type "STRING"; they must
-    /// outlive the application. [setup]
+    /// Creates a stand-alone application with the standard classes and no managers. The resources
+    /// must outlive it; they hold the description (type "XML") and the texts ("strings.txt" of type
+    /// "STRING"). [setup]
     explicit ZApp(const ZResources& resources);
-    /// Lets the managers go: audio, classes, windows, documents, commands.
+    /// Destroys the managers: audio first, then classes, windows, documents and commands.
     ~ZApp() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Itself.
     [[nodiscard]] ZApp* GetApp() override { return this; }
-    /// ZABOUT, ZDOCUMENTNEW (to the document manager), the choice in a menu, ZQUIT, ZWINDOWCLOSED
-    /// (the end of a stand-alone application), ZSHOWDIALOG and ZSHOWSYSDIALOG (to the window
-    /// manager), ZGOTOURL ("URL"). Throws ZException -1 when a field is missing. The rest as
-    /// ZLooper.
+    /// Handles ZABOUT, ZMENUSELECTION, ZQUIT ("QuitInt"), ZWINDOWCLOSED (quits a stand-alone
+    /// application) and ZGOTOURL ("URL"); passes ZDOCUMENTNEW to the document manager, ZSHOWDIALOG
+    /// and ZSHOWSYSDIALOG to the window manager, and other messages to ZLooper. Throws ZException
+    /// kGeneral when a field is missing.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// ZLOOPERSTART: reads the description; then the application is built.
+    /// Reads the description and lets WaitUntilBuilt return. ZLOOPERSTART calls it.
     void Started() override;
 
     [[nodiscard]] virtual ZString GetTitle() const { return mTitle; }
-    /// Three numbers joined by dots where the library carries a record of its version; it carries
-    /// none here, which gives an empty text.
-    virtual void GetVersion(ZString& out) const { out = ZString(); }
+    /// Sets out to the library's version, for example "1.0.0"; to the empty text when SetVersion
+    /// was never called. [any thread]
+    virtual void GetVersion(ZString& out) const;
 
-    /// Each makes a manager from its element, in the place of one that is there. Throws ZException
-    /// -1 for another tag; what the manager's constructor throws goes through. [setup]
-    /// A stand-alone application has no audio manager here.
+    /// Each creates a manager from its XML element and replaces an existing one. Throws ZException
+    /// kGeneral for a wrong tag; what the manager's constructor throws goes through. [setup]
+    ///
+    /// Does nothing here: only a plug-in has an audio manager.
     virtual void AddAudioManager(const boost::shared_ptr<ZXMLElement>& xml);
-    /// Does nothing when nobody makes window managers.
+    /// Does nothing when no class of window managers is linked.
     virtual void AddWindowManager(const boost::shared_ptr<ZXMLElement>& xml);
     virtual void AddDocumentManager(const boost::shared_ptr<ZXMLElement>& xml);
     virtual void AddCommandList(const boost::shared_ptr<ZXMLElement>& xml);
 
-    /// Nothing here.
+    /// Does nothing here.
     virtual void ShowAbout();
-    /// Let the user choose where to save and what to open, see ZFileChooser; the file is named and
-    /// not opened. A file to save is of one of the types: a name that is not gains the extension of
-    /// the first. Null when none is chosen, or when the box "File Error" has told why it cannot be.
-    /// The application outlives the dialog.
+    /// Returns the current window of the window manager, or null when there is no window. Throws
+    /// ZException kGeneral when there is no window manager.
+    [[nodiscard]] virtual boost::shared_ptr<ZWindow> GetMainWindow() const;
+    /// Shows a file dialog, see ZFileChooser, and returns the chosen file, not yet opened; null
+    /// when the user cancels. A name to save under that fits none of the types gets the extension
+    /// of the first. A name that cannot be used is reported in a message box titled "File Error",
+    /// and the result is null. The application must outlive the call.
     [[nodiscard]] virtual boost::shared_ptr<ZFile> ChooseSaveFile(const ZString& prompt,
                                                                   const ZString& title,
                                                                   const ZFiletypes& types,
@@ -88,81 +88,79 @@ public:
                                                                   const ZString& title,
                                                                   const ZFiletypes& types,
                                                                   std::int32_t window);
-    /// Ends the application's modal runs and waits until those have returned that began them, with
-    /// the interface lock given up. Comes before anything goes that they might touch.
-    void EndModalRuns();
-    /// A dialog of the application opens; it has closed. While one is open, windows that are none
-    /// take nothing.
-    void BeginModal() { ++mModalWindows; }
-    void EndModal() { --mModalWindows; }
-    [[nodiscard]] bool IsModal() const { return mModalWindows > 0; }
-    /// The current window of the window manager, or null. Throws ZException -1 without a manager.
-    [[nodiscard]] virtual boost::shared_ptr<ZWindow> GetMainWindow() const;
-    /// Finds, checks and reads the description and runs its start-up commands. Throws ZException
-    /// when the description is missing or damaged (-1) or its signature does not fit (5), and what
-    /// its parts throw; a stand-alone application shows the text and ends the process instead.
-    /// [setup]
+    /// Finds, verifies and reads the description and runs its start-up commands. Throws ZException:
+    /// kGeneral for a missing or damaged description, kBadSignature for an altered one, and what
+    /// creating its parts throws. A stand-alone application shows the text in a message box and
+    /// ends the process instead. [setup]
     virtual void ReadDescription();
-    /// Waits until the description has been read, however often. Gives up the interface lock
-    /// meanwhile. [any thread but the audio thread]
+    /// Returns once the description has been read. Gives up the interface lock while it waits.
+    /// [any thread but the audio thread]
     virtual void WaitUntilBuilt();
-    /// Comes before ReadDescription. Nothing here.
+    /// Runs before ReadDescription; does nothing here. [setup]
     virtual void OnStartup();
-    /// Stops the audio, drops what waits and closes all documents. False, with the audio started
-    /// again, when a document stays open.
+    /// Stops the audio, discards queued messages and closes all documents. When a document stays
+    /// open, restarts the audio and returns false.
     [[nodiscard]] virtual bool CanQuit();
-    /// Whether the process is the application's own to end. True at first.
+    /// Sets whether the application may end the process. True after construction. [setup]
     virtual void SetStandalone(bool standalone) { mStandalone = standalone; }
-    /// Remembers a font file for the texts that ask for its font, if there is such a file.
+    /// Remembers a font file, if it exists, for the texts that ask for its font.
     virtual void LoadFont(const std::string& path);
     bool GetResourceString(std::int32_t id, ZString& out) override;
-    /// The user's settings under the application's identifier. False when a value cannot be stored;
-    /// or, with out as it was, when there is none.
+    /// Stores a number in the user's settings; false when the file cannot be written.
     virtual bool SetRegistryInt(const ZString& name, std::int32_t value);
+    /// Reads a number from the user's settings; false, with out unchanged, when it is not there.
     virtual bool GetRegistryInt(const ZString& name, std::int32_t& out) const;
-    /// Throws ZException -1: no application has one.
+    /// Always throws ZException kGeneral: there is no MIDI manager.
     [[noreturn]] virtual void GetMidiManager() const;
 
-    /// Throw ZException -1 when there is none.
+    /// Return the manager. Throw ZException kGeneral when there is none.
     [[nodiscard]] ZDocumentManager* GetDocumentManager() const;
     [[nodiscard]] ZCommandList* GetCommandList() const;
+    /// Always throws ZException kGeneral: there is no preference manager.
     [[noreturn]] void GetPreferenceManager() const;
-    /// Null when there is none.
+    /// Return the manager, or null when there is none.
     [[nodiscard]] ZAudioManager* GetAudioManager() const { return mAudioManager.get(); }
     [[nodiscard]] ZWindowKeeper* GetWindowManager() const { return mWindowManager.get(); }
     [[nodiscard]] bool HasDocumentManager() const { return mDocumentManager != nullptr; }
     [[nodiscard]] bool HasCommandList() const { return mCommandList != nullptr; }
-    /// Null when there is none.
+    /// Returns the current document, or null when there is none.
     [[nodiscard]] boost::shared_ptr<ZDocument> GetCurrentDocument() const;
     [[nodiscard]] ZClassRegistry& GetClassRegistry() override { return *mClassRegistry; }
 
+    /// Ends the application's modal runs (menus, dialogs) and waits until the functions that began
+    /// them have returned. Gives up the interface lock while it waits. Destructors call it first.
+    void EndModalRuns();
+    /// Count the open dialogs of the application. While IsModal, other windows ignore input.
+    void BeginModal() { ++mModalWindows; }
+    void EndModal();
+    [[nodiscard]] bool IsModal() const { return mModalWindows > 0; }
+
+    /// Names the XML resource that holds the description. [setup]
     void SetResourceName(const ZString& name) { mResourceName = name; }
-    [[nodiscard]] const ZString& GetResourceName() const { return mResourceName; }
     [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
-    /// A file to open once the application is built; empty for none.
+    /// Names a file to open once the description has been read; the empty text for none. [setup]
     void SetOpenAtStart(const ZString& path) { mOpenAtStart = path; }
-    /// What a stand-alone application's process ends with.
+    /// The exit code that ZQUIT asked for.
     [[nodiscard]] std::int32_t GetQuitCode() const { return mQuitCode; }
-    /// The description's own identifier comes in its place.
+    /// Names the user's settings. An identifier in the description replaces it. [setup]
     void SetIdentifier(const ZString& identifier) { mIdentifier = identifier; }
-    [[nodiscard]] const ZString& GetIdentifier() const { return mIdentifier; }
-    /// Window managers stand in a row above. Null for none.
-    void SetWindowKeeperMaker(WindowKeeperMaker maker) { mMakeWindowKeeper = maker; }
-    /// The thread that read the description.
-    [[nodiscard]] std::thread::id GetMainThreadId() const { return mMainThreadId; }
+    /// The font files that LoadFont found.
     [[nodiscard]] const std::vector<std::string>& GetFonts() const { return mFonts; }
 
-    /// Applications that live. With the last one end the modal runs that belong to nobody, so that
-    /// no thread stays behind in them when the library goes. [any thread]
+    /// Sets what GetVersion of all applications returns: major, minor and third number.
+    /// [library load]
+    static void SetVersion(const std::array<std::int32_t, 3>& version);
+    /// The number of applications in the process. The destructor of the last one ends the modal
+    /// runs without an owner, so that no thread is inside them when the library is unloaded.
+    /// [any thread]
     [[nodiscard]] static std::int32_t CountInstances();
-
-    /// The application of a handler, when it is one that has managers; else null.
+    /// Returns the handler's application, or null when it has none that is a ZApp.
     [[nodiscard]] static ZApp* Of(ZHandler& handler);
 
 protected:
-    /// The current document's marks, and those of the commands.
+    /// Sends the pending change messages of the current document and of the commands.
     void FlushElementChanges() override;
-    /// The one before goes; null for none.
+    /// Destroys the existing audio manager and takes the new one, which may be null. [setup]
     void ReplaceAudioManager(std::unique_ptr<ZAudioManager> manager);
 
 private:
@@ -176,7 +174,7 @@ private:
     void OpenAtStart();
 
     const ZResources& mResources;
-    std::thread::id mMainThreadId;
+    std::thread::id mMainThreadId;  // of the thread that reads the description
     ZString mTitle;
     ZString mIdentifier;
     ZString mResourceName;
@@ -185,10 +183,9 @@ private:
     std::unique_ptr<ZWindowKeeper> mWindowManager;
     std::unique_ptr<ZCommandList> mCommandList;
     std::unique_ptr<ZClassRegistry> mClassRegistry;
-    WindowKeeperMaker mMakeWindowKeeper = nullptr;
     std::int32_t mModalWindows = 0;
     bool mStandalone = true;
-    std::unique_ptr<ZBrowserLaunch> mBrowser;
+    std::unique_ptr<ZBrowserLaunch> mBrowser;  // the last address that was opened
     ZString mOpenAtStart;
     std::int32_t mQuitCode = 0;
     std::vector<std::string> mFonts;

@@ -16,6 +16,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,10 +28,11 @@ namespace orvane
 namespace
 {
 
-constexpr const char* kPresetClass = "ZAudioDocumentClass";  // of derived documents too
+constexpr const char* kPresetClass = "ZAudioDocumentClass";  // also for derived classes
 constexpr const char* kPresetVersion = "1.0";
 
-bool anotherFollows(const ZXMLElement& networks, std::int32_t index, const char* type)
+/// True when a later network of the same type replaces the one at the index.
+bool isReplaced(const ZXMLElement& networks, std::int32_t index, const char* type)
 {
     for (auto next = networks.GetChild("network", ++index); next;
          next = networks.GetChild("network", ++index))
@@ -64,16 +66,16 @@ std::int32_t windowOf(const ZMessage& message)
     return message.Find("CmdWindow", window) ? window : 0;
 }
 
-/// The file's text as an element without a name.
-boost::shared_ptr<ZXMLElement> wholeFile(const ZXMLDocument& read)
+/// Wraps the file's text in an element without a tag.
+boost::shared_ptr<ZXMLElement> wholeFile(const ZXMLDocument& file)
 {
     auto whole = boost::make_shared<ZXMLElement>();
-    const std::string_view text = read.GetText();
+    const std::string_view text = file.GetText();
     whole->AppendBytes(text.data(), static_cast<std::int32_t>(text.size()));
     return whole;
 }
 
-/// Closes a file however it was left.
+/// Opens a file for a scope and closes it on any way out.
 class OpenFile
 {
 public:
@@ -96,6 +98,7 @@ private:
 ZAudioDocument::ZAudioDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZDocument(xml, application)
 {
+    assert(application);
     if (const auto networks = xml->GetChild("networks"))
         BuildNetworks(*networks);
     mAudioFormat = boost::make_shared<ZAudioFormatElement>("audioformat", application);
@@ -111,8 +114,8 @@ void ZAudioDocument::BuildNetworks(const ZXMLElement& networks)
         const auto network = networks.GetChild("network", i);
         for (const auto& [type, target] :
              {std::pair{"input", &mInputNetwork}, std::pair{"output", &mOutputNetwork}})
-            // One that is replaced is not built: its elements would stay in the tree.
-            if (network->AttributeIs("type", type) && !anotherFollows(networks, i, type))
+            // The elements of a replaced network would stay in the tree, so it is not created.
+            if (network->AttributeIs("type", type) && !isReplaced(networks, i, type))
                 *target = BuildNetwork(*network);
     }
 }
@@ -212,7 +215,7 @@ void ZAudioDocument::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) cons
 
 void ZAudioDocument::SavePreset(ZXMLElement& parent)
 {
-    // A change that waits may bring others about: all or none are to be in the preset.
+    // A pending change may cause others when it is delivered: the preset holds all of them.
     DeliverPending();
     PresetBegins();
     ZXMLElement preset("preset");
@@ -232,9 +235,10 @@ void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
     if (preset && !preset->AttributeIs("version", kPresetVersion))
         return ZMessageBox::Show(ZMessageBox::kNotice, "Could not load preset",
                                  "Incorrect Preset version.");
-    // What was changed before must not act on what is restored now.
+    // Changes from before the load must not be handled after it and act on restored values.
     DeliverPending();
     PresetBegins();
+    assert(GetLooper());
     GetLooper()->BroadcastZMessage(boost::make_shared<ZMessage>(ZPRESETLOADBEGIN));
     try {
         RestoreElements(xml);
@@ -247,13 +251,13 @@ void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
 
 void ZAudioDocument::DeliverPending()
 {
-    FlushChanges(*this);
+    FlushChanges();
     GetLooper()->ProcessQueue();
 }
 
 void ZAudioDocument::EndLoad()
 {
-    // After a failure too: nobody is to wait for an end that never comes.
+    // Also after a failure, so that no handler waits for the end in vain.
     GetLooper()->BroadcastZMessage(boost::make_shared<ZMessage>(ZPRESETLOADEND));
     GetLooper()->ProcessQueue();
     PresetEnds();
@@ -261,7 +265,7 @@ void ZAudioDocument::EndLoad()
 
 void ZAudioDocument::RestoreElements(const boost::shared_ptr<ZXMLElement>& xml)
 {
-    // Not recursive: a host's text may nest its tags deeper than the stack is.
+    // Iterative, since a text from outside may nest its tags deeper than the stack allows.
     struct Level
     {
         boost::shared_ptr<ZXMLElement> xml;
@@ -314,7 +318,7 @@ bool ZAudioDocument::LoadPresetFile(const char* description, const char* prompt,
     if (!file)
         return false;
     try {
-        // Opening makes a file that is not there.
+        // ZFile::Open would create a missing file.
         if (!file->Exists())
             throw ZException("No such file: " + file->GetPath().ToNarrow());
         const OpenFile open(*file, ZFile::kModeRead, false);
@@ -331,9 +335,9 @@ std::int32_t ZAudioDocument::GetLatency() const
     return network ? network->GetLatency() : 0;
 }
 
-void ZAudioDocument::FlushChanges(const ZElement& element)
+void ZAudioDocument::FlushChanges()
 {
-    element.FlushMarksBelow(GetApp());
+    FlushMarksBelow(GetApp());
 }
 
 }  // namespace orvane

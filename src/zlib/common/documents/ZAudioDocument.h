@@ -15,71 +15,71 @@ class ZAudioFormatElement;
 class ZBay;
 class ZXMLDocument;
 
-/// A document that owns signal networks, whose elements hang in its tree. The networks are built
-/// and prepared with the document. A preset is the document as XML; loading one pours its values
-/// into the elements that stand, and never builds or drops anything. Other classes inherit it
+/// A document with signal networks, which its constructor creates and prepares; their elements
+/// belong to the document's element tree. A preset is the document as XML. Loading one sets the
+/// values of existing elements and never creates or removes anything. Derived classes inherit it
 /// virtually. [interface thread]
 class ZAudioDocument : public ZDocument
 {
 public:
-    /// From a document type: `elements`, and under `networks` each `network` with its `bay`. Of
-    /// several networks of one type the last one counts. Throws ZException -1 for a class that is
-    /// not known or is none of bays. [setup]
+    /// Reads a `doctype`: its `elements`, and each `network` with its `bay` under `networks`. The
+    /// last network of a type replaces earlier ones. Throws ZException kGeneral when the class of a
+    /// bay is unknown or not derived from ZBay. [setup]
     ZAudioDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZAudioDocument() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZDOCUMENTCHANGED: BecameCurrent when "NewDocument" is this one; without the field throws
-    /// ZException -1. ZPRESETSAVE: lets the user save a preset file. ZPRESETLOAD: lets the user
-    /// load one, and is then handed to both networks. ZSETDEFAULTS, ZRESET: handed to both. ZUNDO,
-    /// ZREDO: to the transaction manager. The rest as ZDocument.
+    /// ZDOCUMENTCHANGED: calls BecameCurrent when "NewDocument" is this document; throws ZException
+    /// kGeneral without the field. ZPRESETSAVE: asks for a file and saves a preset. ZPRESETLOAD:
+    /// asks for a preset file, loads it and passes the message to both networks. ZSETDEFAULTS,
+    /// ZRESET: passes the message to both networks. ZUNDO, ZREDO: undoes or redoes a transaction,
+    /// then calls BecameCurrent. Other messages go to ZDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// A tag "document" with name and class.
+    /// Returns a `document` with name and class.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
-    /// Adds `networks`, each with its bays, and `elements`, the archivable ones of the top level.
-    /// Throws as ZElement::ExtractBody.
+    /// Adds `networks` with both networks, and `elements` with the archivable top-level elements.
+    /// Throws what ZElement::ExtractBody throws.
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 
-    /// The network that takes the audio in, or puts it out; null when the description has none.
+    /// Return the network of type "input" or "output", or null when the description has none.
     [[nodiscard]] virtual boost::shared_ptr<ZBay> GetInputNetwork() const { return mInputNetwork; }
     [[nodiscard]] virtual boost::shared_ptr<ZBay> GetOutputNetwork() const
     {
         return mOutputNetwork;
     }
-    /// Of the output network, in samples; 0 without one.
+    /// Returns the latency of the output network in samples; 0 without an output network.
     [[nodiscard]] virtual std::int32_t GetLatency() const;
-    /// The element "audioformat".
+    /// Delivers the looper's pending messages, then adds a `preset` with the document to the
+    /// parent. Throws what ExtractBody throws.
+    virtual void SavePreset(ZXMLElement& parent);
+    /// Sets each element of the document for which the XML has an `element` of the same name, at
+    /// any depth; other elements keep their values. The XML is a `preset` or has one as a child; a
+    /// child of another version is refused in a message box.
+    ///
+    /// Delivers the looper's pending messages first, then ZPRESETLOADBEGIN, the change messages and
+    /// ZPRESETLOADEND, all before it returns. Throws ZException kGeneral for null, and what
+    /// ZElement::RestoreBody throws: then the elements before the faulty one are set, and
+    /// ZPRESETLOADEND has been delivered.
+    virtual void LoadPreset(const boost::shared_ptr<ZXMLElement>& xml);
+
+    /// Returns the element "audioformat".
     [[nodiscard]] const boost::shared_ptr<ZAudioFormatElement>& GetAudioFormat() const
     {
         return mAudioFormat;
     }
-
-    /// Adds a `preset` with the document in it to the parent, once what waits for this looper has
-    /// been delivered. Throws as ExtractBody.
-    virtual void SavePreset(ZXMLElement& parent);
-    /// Takes over the values of all elements that the XML names, at whatever depth they stand in
-    /// it; what it does not mention stays. The XML is a `preset`, or holds one; one of another
-    /// version is refused with a box. What waited for this looper is delivered first; then
-    /// ZPRESETLOADBEGIN, the changes and ZPRESETLOADEND reach their handlers before this returns.
-    /// Throws ZException -1 for null, with nothing changed, and as ZElement::RestoreBody for an
-    /// element that cannot be restored: what stands before it in the text has been taken over, and
-    /// the end has been told.
-    virtual void LoadPreset(const boost::shared_ptr<ZXMLElement>& xml);
-
-    /// Tells the observers of all marked leaves below the element, and takes the marks; each tick
-    /// calls it with the document itself.
-    void FlushChanges(const ZElement& element);
+    /// Sends the pending change messages of all elements in the document. Each tick calls it.
+    void FlushChanges();
 
 protected:
-    /// The `preset` of a file that was read, or an element that holds it; null when there is none.
-    using PresetOfFile = boost::shared_ptr<ZXMLElement> (*)(const ZXMLDocument& read);
+    /// Returns what LoadPreset gets from a parsed preset file; null is refused there.
+    using PresetOfFile = boost::shared_ptr<ZXMLElement> (*)(const ZXMLDocument& file);
 
-    /// Asks for the file under the kind's description, and saves there. Throws ZException -1 when
-    /// it cannot be written.
+    /// Asks for a file of the described type and saves a preset to it. Throws ZException kGeneral
+    /// when the file cannot be written.
     void SavePresetFile(const char* description, const ZMessage& message);
-    /// Asks for the file and loads it; a failure is told in a box, and what was restored by then
-    /// stays. False when the user has chosen none.
+    /// Asks for a file of the described type and loads it. Reports a failure in a message box; the
+    /// elements that were set by then keep their new values. False when the user cancels.
     bool LoadPresetFile(const char* description, const char* prompt, PresetOfFile presetOfFile,
                         const ZMessage& message);
 

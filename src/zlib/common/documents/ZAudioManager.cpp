@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -26,11 +27,11 @@ namespace orvane
 namespace
 {
 
-// What stands in where no sound device can be had.
+// Settings of the silent driver, which replaces a driver that cannot be created.
 constexpr float kSilentRate = 44100.0f;  // Hz
 constexpr std::uint32_t kSilentBuffer = 512;
 
-// Where the user's settings keep each choice.
+// The key of each choice in the user's settings.
 constexpr std::array<std::pair<const char*, std::int32_t ZDriverSettings::*>, 9> kSettingKeys{{
     {"AudioDriverModel", &ZDriverSettings::model},
     {"AudioInputDevice", &ZDriverSettings::inputDevice},
@@ -81,7 +82,8 @@ ZAudioManager::ZAudioManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplica
     if (!docChange)
         return;
     mFollowsDocuments = docChange->AttributeIs("mode", "change");
-    mDocumentTypes = childNames(*docChange, "doctype");
+    for (std::string& name : childNames(*docChange, "doctype"))
+        mDocumentTypes.Append(std::move(name));
 }
 
 ZAudioManager::~ZAudioManager()
@@ -130,8 +132,9 @@ void ZAudioManager::FollowDocument(const ZMessage& message, const char* field)
 
 bool ZAudioManager::IsFollowed(const ZDocument& document) const
 {
-    return mFollowsDocuments && std::find(mDocumentTypes.begin(), mDocumentTypes.end(),
-                                          document.GetTypeName()) != mDocumentTypes.end();
+    const auto types = mDocumentTypes.Copy();
+    return mFollowsDocuments &&
+           std::find(types.begin(), types.end(), document.GetTypeName()) != types.end();
 }
 
 void ZAudioManager::RebuildFromSettings()
@@ -147,14 +150,16 @@ void ZAudioManager::RebuildFromSettings()
     BuildDriverModel(settings);
 }
 
-// A document becomes current again and again, and is new before it does. Its routes stand then, and
-// the host may have set another rate and be in the middle of a pass.
 void ZAudioManager::AttachDocument(const boost::shared_ptr<ZAudioDocument>& document)
 {
+    assert(document);
+    // A document becomes current and new in turn, and may become current again while the host runs
+    // passes at a rate of its own: its routes and the rate stay then.
     if (!mLooper || mAttached.lock() == document)
         return;
     mLooper->SetSampleRate(static_cast<float>(framerateOf(*document)));
-    const bool wasRunning = mLooper->IsRunning();  // by a silent driver; routes wait for its passes
+    const bool wasRunning =
+        mLooper->IsRunning();  // by the silent driver: no pass may run while routes change
     mLooper->Stop();
     mLooper->InitLooper();
     mLooper->GetOutputBay()->UnrouteImports();
@@ -187,12 +192,14 @@ void ZAudioManager::RouteOutput(ZBay& network)
 
 std::int32_t ZAudioManager::GetDocumentTypeCount() const
 {
-    return static_cast<std::int32_t>(mDocumentTypes.size());
+    return mDocumentTypes.Count();
 }
 
 std::string ZAudioManager::GetDocumentType(std::int32_t index) const
 {
-    return nameAt(mDocumentTypes, index);
+    std::string name;
+    static_cast<void>(mDocumentTypes.Get(index, name));
+    return name;
 }
 
 void ZAudioManager::Start()
@@ -222,6 +229,7 @@ void ZAudioManager::BuildDriverModel(const ZDriverSettings& settings)
 
 void ZAudioManager::Build(const DriverMaker& makeDriver)
 {
+    assert(makeDriver);
     Stop();
     const boost::shared_ptr<ZAudioDocument> attached = mAttached.lock();
     mAttached.reset();
@@ -240,6 +248,7 @@ void ZAudioManager::Build(const DriverMaker& makeDriver)
 
 void ZAudioManager::BuildSilent()
 {
+    assert(!mLooper || !mLooper->IsRunning());
     ZMessageBox::Show(ZMessageBox::kNotice, "Error", "Cannot Find Sound Device.");
     if (!mLooper)
         mLooper = boost::make_shared<ZSignalLooper>(GetApp());

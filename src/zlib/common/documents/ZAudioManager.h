@@ -2,6 +2,7 @@
 #pragma once
 
 #include "zlib/common/objects/ZHandler.h"
+#include "zlib/common/objects/ZLockedList.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <boost/smart_ptr/weak_ptr.hpp>
@@ -22,7 +23,8 @@ class ZMessage;
 class ZSignalDriver;
 class ZSignalLooper;
 
-/// What a user chooses for a sound device; indexes count the lists of the manager and its driver.
+/// The user's choice of a sound device. Indexes refer to the driver models of the manager and to
+/// the devices of the driver.
 struct ZDriverSettings
 {
     std::int32_t model = 0;
@@ -36,50 +38,49 @@ struct ZDriverSettings
     std::int32_t outputDepth = 32;  // bits
 };
 
-/// Owns the signal looper and the driver that clocks it, and puts the current document's networks
-/// between the looper's two ends. [interface thread]
+/// Owns the signal looper and routes the current document's networks between the looper's input and
+/// output bay. [interface thread]
 class ZAudioManager : public ZHandler
 {
 public:
-    /// From an `audiomanager`. Has no looper before BuildDriverModel. [setup]
+    /// Reads an `audiomanager`. BuildDriverModel creates the looper. [setup]
     ZAudioManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
-    /// Stops the looper and lets it go, and the driver.
+    /// Stops the looper.
     ~ZAudioManager() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZDOCUMENTCHANGED ("NewDocument"), ZDOCUMENTNEW ("Document"): AttachDocument, when the
-    /// document is one to be followed. Throws ZException -1 without the field. ZPREFSCHANGED:
-    /// BuildDriverModel, when the user's settings name all of it.
+    /// ZDOCUMENTCHANGED ("NewDocument"), ZDOCUMENTNEW ("Document"): calls AttachDocument for a
+    /// document of a followed type; throws ZException kGeneral without the field. ZPREFSCHANGED:
+    /// calls BuildDriverModel when the user's settings hold all values of ZDriverSettings.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// Takes the document's rate, lets the network of the document before drop away and routes this
-    /// one's. [setup]
+    /// Sets the looper to the document's sample rate and routes its networks in place of the
+    /// previous document's. Does nothing for the document that is attached. [setup]
     virtual void AttachDocument(const boost::shared_ptr<ZAudioDocument>& document);
-    /// Whether documents of the types below are attached as they become current.
+    /// True when a document of a followed type is attached as it becomes current.
     [[nodiscard]] virtual bool FollowsDocuments() const { return mFollowsDocuments; }
     [[nodiscard]] virtual std::int32_t GetDocumentTypeCount() const;
-    /// Empty for an index without a type.
+    /// Returns the name of a followed document type; empty for an index out of range.
     [[nodiscard]] virtual std::string GetDocumentType(std::int32_t index) const;
-    /// Starts and stops the looper's own threads; nothing without a looper.
+    /// Start and stop the looper's own threads; do nothing without a looper.
     virtual void Start();
     virtual void Stop();
-    /// Null before BuildDriverModel. Copied by the audio thread. [any thread]
+    /// Returns the looper, or null before BuildDriverModel. [any thread]
     [[nodiscard]] virtual boost::shared_ptr<ZSignalLooper> GetSignalLooper() const
     {
         return mLooper;
     }
-    /// Empty for an index without a driver model.
+    /// Returns the name of a driver model; empty for an index out of range.
     [[nodiscard]] virtual std::string GetDriverName(std::int32_t index) const;
-    /// Makes looper and driver, in the place of those that are there. When that fails, tells the
-    /// user, and a silent driver keeps the audio running. [setup]
+    /// Creates looper and driver, replacing existing ones. On failure reports it in a message box
+    /// and runs the looper with a silent driver. [setup]
     virtual void BuildDriverModel(const ZDriverSettings& settings);
 
 protected:
     using DriverMaker = std::function<boost::shared_ptr<ZSignalDriver>()>;
 
-    /// What BuildDriverModel does, with the driver from the maker; null or an exception is a
-    /// failure.
+    /// Implements BuildDriverModel with the maker's driver; null or an exception is a failure.
     void Build(const DriverMaker& makeDriver);
 
 private:
@@ -91,9 +92,9 @@ private:
     void RouteOutput(ZBay& network);
 
     boost::shared_ptr<ZSignalLooper> mLooper;
-    boost::weak_ptr<ZAudioDocument> mAttached;  // whose networks are routed to this looper
+    boost::weak_ptr<ZAudioDocument> mAttached;  // whose networks are routed to mLooper
     std::vector<std::string> mDriverNames;
-    std::vector<std::string> mDocumentTypes;
+    ZLockedList<std::string> mDocumentTypes{"doctype list"};
     bool mFollowsDocuments = false;
 };
 

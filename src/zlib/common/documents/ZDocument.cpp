@@ -12,12 +12,15 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
+
 namespace orvane
 {
 
 ZDocument::ZDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZElement(xml, application)
 {
+    assert(application);
     if (const auto elements = xml->GetChild("elements"))
         AddChildElements(*elements);
     if (const auto managers = xml->GetChild("documentmanagers"))
@@ -36,7 +39,7 @@ void ZDocument::AddDocumentManagers(const boost::shared_ptr<ZXMLElement>& xml)
     }
     const std::int32_t count = xml->GetChildCount("documentmanager");
     for (std::int32_t i = 0; i < count; ++i)
-        mDocumentManagers.push_back(
+        mDocumentManagers.Append(
             makeDocumentManager(xml->GetChild("documentmanager", i), GetApp()));
 }
 

@@ -17,6 +17,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 #include <string>
 
@@ -72,7 +73,7 @@ void ZDocumentManager::AddDocumentTypes(const ZXMLElement& xml)
         throw ZException("ZDocumentManager::AddDocumentTypes,  XML tag is not a <documenttypes>.");
     const std::int32_t count = xml.GetChildCount("doctype");
     for (std::int32_t i = 0; i < count; ++i)
-        mTypes.emplace_back(xml.GetChild("doctype", i));
+        mTypes.Append(ZDocumentType(xml.GetChild("doctype", i)));
 }
 
 bool ZDocumentManager::IsKindOf(std::string_view className) const
@@ -128,7 +129,7 @@ void ZDocumentManager::NewDocuments(const ZMessage& message)
     ZTrace::Write("__ZFILENEW/ZDOCUMENTNEW__\n");
     const std::string name =
         requireText(message, "filename", "Couldn't find NewFileName in message").ToNarrow();
-    for (const ZDocumentType& type : mTypes)
+    for (const ZDocumentType& type : mTypes.Copy())
         if (type.name == name)
             NewDocument(type);
 }
@@ -144,21 +145,25 @@ SharedDocument ZDocumentManager::NewDocument(const ZDocumentType& type)
     document->SetTitle(name);
     document->SetTypeName(GetName());
     document->DocumentMade();
-    mDocuments.push_back(document);
+    mDocuments.Append(document);
     SelectDocument(document);
-    Tell(ZDOCUMENTNEW, "Document", document);
+    NotifyManagers(ZDOCUMENTNEW, "Document", document);
     return document;
+}
+
+bool ZDocumentManager::Holds(const SharedDocument& document) const
+{
+    const auto documents = mDocuments.Copy();
+    return std::find(documents.begin(), documents.end(), document) != documents.end();
 }
 
 void ZDocumentManager::SelectDocument(const SharedDocument& document)
 {
-    const auto found = std::find(mDocuments.begin(), mDocuments.end(), document);
-    if (found == mDocuments.end())
+    if (!Holds(document))
         return;
     mCurrent = document;
-    Tell(ZDOCUMENTCHANGED, "NewDocument", document);
-    // A command's check mark follows an element of the current document, and the document itself
-    // may have been waiting for its turn.
+    NotifyManagers(ZDOCUMENTCHANGED, "NewDocument", document);
+    // Commands follow elements of the current document, and the document has a hook for this.
     const auto message = boost::make_shared<ZMessage>(ZDOCUMENTCHANGED);
     message->Add<SharedDocument>("NewDocument", document);
     ZApp* const app = ZApp::Of(*this);
@@ -179,30 +184,31 @@ void ZDocumentManager::SelectPrevious()
 
 void ZDocumentManager::SelectFromCurrent(std::int32_t step)
 {
-    const auto found = std::find(mDocuments.begin(), mDocuments.end(), mCurrent);
-    if (found == mDocuments.end())
+    assert(step == 1 || step == -1);
+    const auto documents = mDocuments.Copy();
+    const auto found = std::find(documents.begin(), documents.end(), mCurrent);
+    if (found == documents.end())
         return;
-    const std::ptrdiff_t count = std::ssize(mDocuments);
-    const std::ptrdiff_t next = (std::distance(mDocuments.begin(), found) + step + count) % count;
-    SelectDocument(SharedDocument(mDocuments[static_cast<std::size_t>(next)]));
+    const std::ptrdiff_t count = std::ssize(documents);
+    const std::ptrdiff_t next = (std::distance(documents.begin(), found) + step + count) % count;
+    SelectDocument(documents[static_cast<std::size_t>(next)]);
 }
 
 bool ZDocumentManager::CloseDocument(const SharedDocument& document)
 {
-    const SharedDocument closed = document;  // outlives the list's own entry
-    const auto found = std::find(mDocuments.begin(), mDocuments.end(), closed);
-    if (found == mDocuments.end() || !closed->AgreesToClose())
+    const SharedDocument closed = document;  // kept beyond the entry in the list
+    if (!Holds(closed) || !closed->AgreesToClose())
         return false;
-    Tell(ZDOCUMENTCLOSED, "CloseDocument", closed);
-    std::erase(mDocuments, closed);
+    NotifyManagers(ZDOCUMENTCLOSED, "CloseDocument", closed);
+    mDocuments.Remove(closed);
     mCurrent.reset();
-    if (!mDocuments.empty())
-        SelectDocument(SharedDocument(mDocuments.front()));
+    if (const auto first = GetDocument(0))
+        SelectDocument(first);
     return true;
 }
 
-void ZDocumentManager::Tell(std::int32_t messageId, const char* field,
-                            const SharedDocument& document)
+void ZDocumentManager::NotifyManagers(std::int32_t messageId, const char* field,
+                                      const SharedDocument& document)
 {
     ZApp* const app = ZApp::Of(*this);
     if (!app)
@@ -217,14 +223,14 @@ void ZDocumentManager::Tell(std::int32_t messageId, const char* field,
 
 std::int32_t ZDocumentManager::GetDocumentCount() const
 {
-    return static_cast<std::int32_t>(mDocuments.size());
+    return mDocuments.Count();
 }
 
 SharedDocument ZDocumentManager::GetDocument(std::int32_t index) const
 {
-    if (index < 0 || index >= GetDocumentCount())
-        return nullptr;
-    return mDocuments[static_cast<std::size_t>(index)];
+    SharedDocument document;
+    static_cast<void>(mDocuments.Get(index, document));
+    return document;
 }
 
 std::unique_ptr<ZDocumentManager> makeDocumentManager(const boost::shared_ptr<ZXMLElement>& xml,

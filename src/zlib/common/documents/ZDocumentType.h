@@ -12,19 +12,19 @@ class ZClassRegistry;
 class ZDocument;
 class ZXMLElement;
 
-/// What a document manager makes documents from.
+/// A kind of document: a name, the class to create and its description.
 struct ZDocumentType
 {
-    /// Reads a `doctype`. Throws ZException -1 for another tag.
+    /// Reads a `doctype`. Throws ZException kGeneral for a wrong tag. [setup]
     explicit ZDocumentType(const boost::shared_ptr<ZXMLElement>& doctype);
 
-    /// A new document of this type. Throws ZException -1 when the class is not known or is none of
-    /// documents; what its constructor throws goes through.
+    /// Creates a document of this type. Throws ZException kGeneral when the class is unknown or not
+    /// derived from ZDocument, and what its constructor throws. [interface thread]
     [[nodiscard]] boost::shared_ptr<ZDocument> CreateDocument(const ZClassRegistry& classes) const;
 
     std::string name;
     std::string className;
-    boost::shared_ptr<ZXMLElement> xml;
+    boost::shared_ptr<ZXMLElement> xml;  // the `doctype`
 };
 
 }  // namespace orvane

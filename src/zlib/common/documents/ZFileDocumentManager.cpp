@@ -13,6 +13,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,8 +24,8 @@ namespace orvane
 namespace
 {
 
-/// The four characters as one number, the first on top; 0 for any other length.
-std::uint32_t packed(std::string_view text)
+/// Packs four characters into a number, the first into the top byte; 0 for any other length.
+std::uint32_t packedCode(std::string_view text)
 {
     if (text.size() != 4)
         return 0;
@@ -39,13 +40,13 @@ boost::shared_ptr<ZFiletype> readFiletype(const ZXMLElement& xml)
     auto type = boost::make_shared<ZFiletype>();
     type->docClass = xml.GetAttributeOr("docclass", "");
     type->mimeType = xml.GetAttributeOr("mimetype", "");
-    type->macType = packed(xml.GetAttributeOr("mactype", ""));
+    type->macType = packedCode(xml.GetAttributeOr("mactype", ""));
     type->extension = xml.GetAttributeOr("winext", "");
     type->description = xml.GetAttributeOr("description", "None");
     return type;
 }
 
-void tellUnreadable(const ZString& reason)
+void reportUnreadable(const ZString& reason)
 {
     ZMessageBox::Show(ZMessageBox::kError, "Error Opening Document", reason);
 }
@@ -68,7 +69,7 @@ void ZFileDocumentManager::AddFileTypes(const ZXMLElement& xml)
         throw ZException("ZFileDocumentManager :: AddFileTypes,  XML tag is not a <filetypes>.");
     const std::int32_t count = xml.GetChildCount("filetype");
     for (std::int32_t i = 0; i < count; ++i)
-        mFileTypes.push_back(readFiletype(*xml.GetChild("filetype", i)));
+        mFileTypes.Append(readFiletype(*xml.GetChild("filetype", i)));
 }
 
 bool ZFileDocumentManager::IsKindOf(std::string_view className) const
@@ -98,10 +99,9 @@ void ZFileDocumentManager::OpenFile(const ZMessage& message)
     ZString typeName;
     if (!message.Find("doctype", typeName))
         throw ZException("Couldn't find FileOpenName in message");
-    const auto type = std::find_if(
-        GetTypes().begin(), GetTypes().end(),
-        [name = typeName.ToNarrow()](const ZDocumentType& known) { return known.name == name; });
-    if (type == GetTypes().end())
+    const auto types = GetTypes();
+    const auto type = std::ranges::find(types, typeName.ToNarrow(), &ZDocumentType::name);
+    if (type == types.end())
         return;
     boost::shared_ptr<ZFile> file;
     if (!message.Find("file", file) || !file)
@@ -112,23 +112,25 @@ void ZFileDocumentManager::OpenFile(const ZMessage& message)
 
 boost::shared_ptr<ZDocument> ZFileDocumentManager::OpenDefault()
 {
-    return GetTypes().empty() ? nullptr : NewDocument(GetTypes().front());
+    const auto types = GetTypes();
+    return types.empty() ? nullptr : NewDocument(types.front());
 }
 
 void ZFileDocumentManager::OpenDocument(const boost::shared_ptr<ZFile>& file,
                                         const ZDocumentType& type)
 {
+    assert(file);
     ZApp* const app = ZApp::Of(*this);
     if (!app || !app->GetWindowManager())
         throw ZException("Unable to open document because there is no WindowManager.");
-    const ZDocumentType* const fitting = FindType(*file);
+    const auto fitting = FindType(*file);
     const auto document = NewDocument(fitting ? *fitting : type);
     try {
         if (document->ReadFile(*file))
             return document->SetTitle(file->GetName());
-        tellUnreadable(file->GetPath());
+        reportUnreadable(file->GetPath());
     } catch (const ZException& exception) {
-        tellUnreadable(exception.GetMessage());
+        reportUnreadable(exception.GetMessage());
     }
     CloseDocument(document);
 }
@@ -137,26 +139,19 @@ boost::shared_ptr<ZFile> ZFileDocumentManager::OpenDialog()
 {
     constexpr const char* kTitle = "Open File";
     ZApp* const app = ZApp::Of(*this);
-    return app ? app->ChooseOpenFile(kTitle, kTitle, mFileTypes, 0) : nullptr;
+    return app ? app->ChooseOpenFile(kTitle, kTitle, mFileTypes.Copy(), 0) : nullptr;
 }
 
-boost::shared_ptr<ZFiletype> ZFileDocumentManager::FindFiletype(const ZFile& file) const
+std::optional<ZDocumentType> ZFileDocumentManager::FindType(const ZFile& file) const
 {
-    const auto found = std::find_if(mFileTypes.begin(), mFileTypes.end(),
-                                    [&](const auto& known) { return file.IsOfFiletype(known); });
-    return found != mFileTypes.end() ? *found : nullptr;
-}
-
-const ZDocumentType* ZFileDocumentManager::FindType(const ZFile& file) const
-{
-    const auto filetype = FindFiletype(file);
-    if (!filetype)
-        return nullptr;
-    const auto found =
-        std::find_if(GetTypes().begin(), GetTypes().end(), [&](const ZDocumentType& type) {
-            return type.className == filetype->docClass;
-        });
-    return found != GetTypes().end() ? &*found : nullptr;
+    const auto filetypes = mFileTypes.Copy();
+    const auto filetype = std::ranges::find_if(
+        filetypes, [&](const auto& known) { return file.IsOfFiletype(known); });
+    if (filetype == filetypes.end())
+        return std::nullopt;
+    const auto types = GetTypes();
+    const auto type = std::ranges::find(types, (*filetype)->docClass, &ZDocumentType::className);
+    return type != types.end() ? std::optional(*type) : std::nullopt;
 }
 
 }  // namespace orvane

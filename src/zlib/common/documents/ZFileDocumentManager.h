@@ -6,6 +6,8 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <optional>
+
 namespace orvane
 {
 
@@ -15,36 +17,35 @@ class ZFile;
 class ZFileDocumentManager : public ZDocumentManager
 {
 public:
-    /// From a `documentmanager` with `filetypes`. Throws ZException -1 for another tag. [setup]
+    /// Reads a `documentmanager` with `filetypes`. Throws ZException kGeneral for a wrong tag.
+    /// [setup]
     ZFileDocumentManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZFILEOPEN ("doctype", the name of a type; "file"): opens the file, or the one that the user
-    /// chooses when there is none. Throws ZException -1 when "doctype" is missing. The rest as
-    /// ZDocumentManager.
+    /// ZFILEOPEN ("doctype", a type's name; "file"): opens the file; without one, asks the user for
+    /// it. Throws ZException kGeneral without "doctype". Other messages go to ZDocumentManager.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     [[nodiscard]] bool Answers(std::int32_t messageId) const override;
 
-    /// A new document of the first type; null when there is none.
+    /// Creates a document of the first type; null when there are no types.
     virtual boost::shared_ptr<ZDocument> OpenDefault();
-    /// Makes a document of the type that the file's kind names, or of the given one, and lets it
-    /// read the file. A document that cannot is closed again and the user is told. Throws
-    /// ZException -1 when there is no window manager to show it.
+    /// Creates a document of the type that fits the file, else of the given type, and lets it read
+    /// the file. When it cannot, closes the document and shows a message box. Throws ZException
+    /// kGeneral when there is no window manager.
     virtual void OpenDocument(const boost::shared_ptr<ZFile>& file, const ZDocumentType& type);
-    /// Lets the user choose a file of the manager's kinds; null when none is chosen.
+    /// Asks the user for a file of the manager's file types; null when the user cancels.
     [[nodiscard]] virtual boost::shared_ptr<ZFile> OpenDialog();
 
-    /// The kind of file that the file is; null when it is none of the manager's.
-    [[nodiscard]] boost::shared_ptr<ZFiletype> FindFiletype(const ZFile& file) const;
-    /// The document type for such a file: the first of the kind's class, else null.
-    [[nodiscard]] const ZDocumentType* FindType(const ZFile& file) const;
+    /// Returns the first document type whose class the file's type names; no value when the file is
+    /// of none of the manager's types, or no document type has that class.
+    [[nodiscard]] std::optional<ZDocumentType> FindType(const ZFile& file) const;
 
 private:
     void AddFileTypes(const ZXMLElement& xml);
     void OpenFile(const ZMessage& message);
 
-    ZFiletypes mFileTypes;
+    ZLockedList<boost::shared_ptr<ZFiletype>> mFileTypes{"file types"};
 };
 
 }  // namespace orvane

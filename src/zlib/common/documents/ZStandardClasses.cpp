@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "zlib/common/documents/ZStandardClasses.h"
-
+// The classes of elements, bays and documents that descriptions name.
 #include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZClassRegistry.h"
@@ -12,7 +11,10 @@
 namespace orvane
 {
 
-void registerStandardClasses(ZClassRegistry& registry)
+namespace
+{
+
+void registerDocumentClasses(ZClassRegistry& registry)
 {
     registry.AddStandard<ZAudioDocument>("ZAudioDocumentClass");
     registry.AddStandard<ZElement>("ZElementClass");
@@ -21,5 +23,9 @@ void registerStandardClasses(ZClassRegistry& registry)
     registry.AddStandard<ZThruBay>("ZThruBayClass");
     registry.AddStandard<ZMeterBay>("ZMeterBayClass");
 }
+
+[[maybe_unused]] const ZStandardClasses documentClasses{&registerDocumentClasses};
+
+}  // namespace
 
 }  // namespace orvane

@@ -5,19 +5,33 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <memory>
+
 namespace orvane
 {
 
+class ZApp;
 class ZWindow;
 
-/// What an application needs of its window manager, which stands in a row above: it receives what
-/// becomes of documents, and has a current window. [interface thread]
+/// What an application needs of its window manager, whose class belongs to a higher row: it handles
+/// the messages about documents and dialogs, and knows the current window. [interface thread]
 class ZWindowKeeper : public ZHandler
 {
 public:
+    /// Creates a window manager for the application from a `windowmanager`.
+    using Maker = std::unique_ptr<ZWindowKeeper> (*)(const boost::shared_ptr<ZXMLElement>& xml,
+                                                     ZApp* app);
+
     using ZHandler::ZHandler;
 
-    /// Null when there is none.
+    /// Sets the function that creates window managers and returns the previous one; null for none.
+    /// [library load; tests]
+    static Maker SetMaker(Maker maker);
+    /// Creates a window manager; null when no maker is set. Throws what the maker throws. [setup]
+    [[nodiscard]] static std::unique_ptr<ZWindowKeeper>
+    Make(const boost::shared_ptr<ZXMLElement>& xml, ZApp* app);
+
+    /// Returns the current window, or null when there is none.
     [[nodiscard]] virtual boost::shared_ptr<ZWindow> GetCurrentWindow() const = 0;
 };
 

@@ -3,6 +3,7 @@
 
 #include "zlib/common/objects/ZException.h"
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -11,7 +12,8 @@ namespace orvane
 namespace
 {
 
-ZClassRegistry::Registration standardClasses = nullptr;
+// Initialised before any constructor runs: rows add to it in no particular order.
+constinit const ZStandardClasses* newestStandardClasses = nullptr;
 
 }  // namespace
 
@@ -22,18 +24,14 @@ ZClassRegistry::ZClassRegistry(ZApplication* app)
 
 void ZClassRegistry::Add(std::string_view name, std::unique_ptr<ZCreator> creator)
 {
+    assert(creator);
     mCreators.try_emplace(std::string(name), std::move(creator));
 }
 
 void ZClassRegistry::RegisterStandardClasses()
 {
-    if (standardClasses)
-        standardClasses(*this);
-}
-
-void ZClassRegistry::SetStandardClasses(Registration registration)
-{
-    standardClasses = registration;
+    for (const auto* classes = newestStandardClasses; classes; classes = classes->mNext)
+        classes->mRegister(*this);
 }
 
 bool ZClassRegistry::Contains(std::string_view className) const
@@ -48,6 +46,13 @@ boost::shared_ptr<ZObject> ZClassRegistry::Create(std::string_view className,
     if (found == mCreators.end())
         throw ZException("Unregistered Class " + std::string(className) + " found in xml\n");
     return found->second->Create(xml);
+}
+
+ZStandardClasses::ZStandardClasses(Registration registration) noexcept
+    : mRegister(registration)
+    , mNext(std::exchange(newestStandardClasses, this))
+{
+    assert(registration);
 }
 
 }  // namespace orvane

@@ -14,34 +14,30 @@
 namespace orvane
 {
 
-/// The names by which descriptions ask for classes, and what makes their objects. The application
-/// owns one. Registration ends before the description is read. No lock: used under the
-/// application's start-up or the interface lock.
+/// Creates objects by the class names that descriptions give. The application owns one; classes are
+/// registered before it reads its description. The caller holds the interface lock.
 class ZClassRegistry
 {
 public:
-    /// Enters classes into a registry.
-    using Registration = void (*)(ZClassRegistry& registry);
-
-    /// Empty. The application may be null; it is not owned.
+    /// Starts empty. Creators pass the application, which may be null and is not owned, to the
+    /// objects they create.
     explicit ZClassRegistry(ZApplication* app);
     ZClassRegistry(const ZClassRegistry&) = delete;
     ZClassRegistry& operator=(const ZClassRegistry&) = delete;
 
-    /// Enters a class. When the name is there already the first entry stays.
+    /// Registers a creator, which must not be null. A name that is already registered keeps its
+    /// first creator. [setup]
     void Add(std::string_view name, std::unique_ptr<ZCreator> creator);
-    /// The same for a class whose constructor takes the element, the application and kArguments.
-    template <class T, auto... kArguments>
+    /// Registers a class whose constructor takes the element and the application. [setup]
+    template <class T>
     void AddStandard(std::string_view name);
-
-    /// Enters the framework's own classes, by what SetStandardClasses has named last.
+    /// Registers the classes of every ZStandardClasses object in the library. [setup]
     void RegisterStandardClasses();
-    /// Names what enters the framework's classes: they stand in rows above this one. Null for none.
-    /// [library load]
-    static void SetStandardClasses(Registration registration);
 
+    /// True for a registered name. [interface thread]
     [[nodiscard]] bool Contains(std::string_view className) const;
-    /// Makes an object of the named class. Throws ZException -1 when there is no such name.
+    /// Creates an object of the named class. Throws ZException kGeneral for an unregistered name;
+    /// what the constructor throws goes through. [interface thread]
     [[nodiscard]] boost::shared_ptr<ZObject>
     Create(std::string_view className, const boost::shared_ptr<ZXMLElement>& xml) const;
 
@@ -50,10 +46,30 @@ private:
     std::map<std::string, std::unique_ptr<ZCreator>, std::less<>> mCreators;
 };
 
-template <class T, auto... kArguments>
+/// Adds classes to the standard ones, which every application's registry gets. A row declares one
+/// as a constant at namespace scope, so that its classes are known once the library is loaded and
+/// no lower row has to name them. [library load]
+class ZStandardClasses
+{
+public:
+    /// Registers the classes of one row.
+    using Registration = void (*)(ZClassRegistry& registry);
+
+    explicit ZStandardClasses(Registration registration) noexcept;
+    ZStandardClasses(const ZStandardClasses&) = delete;
+    ZStandardClasses& operator=(const ZStandardClasses&) = delete;
+
+private:
+    friend class ZClassRegistry;
+
+    const Registration mRegister;
+    const ZStandardClasses* const mNext;  // the one that was constructed before, or null
+};
+
+template <class T>
 void ZClassRegistry::AddStandard(std::string_view name)
 {
-    Add(name, std::make_unique<ZStandardCreator<T, kArguments...>>(mApp));
+    Add(name, std::make_unique<ZStandardCreator<T>>(mApp));
 }
 
 }  // namespace orvane

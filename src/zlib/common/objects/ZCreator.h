@@ -12,7 +12,7 @@ namespace orvane
 class ZApplication;
 class ZXMLElement;
 
-/// Makes objects of one class from their descriptions.
+/// Creates objects of one class from their descriptions. [interface thread]
 class ZCreator
 {
 public:
@@ -20,15 +20,15 @@ public:
     ZCreator(const ZCreator&) = delete;
     ZCreator& operator=(const ZCreator&) = delete;
 
-    /// A new object, or null when none can be made; what its constructor throws goes through.
+    /// Creates an object, or returns null when it cannot. What its constructor throws goes through.
     [[nodiscard]] virtual boost::shared_ptr<ZObject>
     Create(const boost::shared_ptr<ZXMLElement>& xml) = 0;
     virtual ~ZCreator() = default;
 };
 
-/// Makes a T from the element and the application, which it does not own. What stands behind T is
-/// handed to the constructor too.
-template <class T, auto... kArguments>
+/// Constructs a T from the element and the application, which it does not own and which may be
+/// null.
+template <class T>
 class ZStandardCreator : public ZCreator
 {
 public:
@@ -40,7 +40,7 @@ public:
     [[nodiscard]] boost::shared_ptr<ZObject>
     Create(const boost::shared_ptr<ZXMLElement>& xml) override
     {
-        return boost::make_shared<T>(xml, mApp, kArguments...);
+        return boost::make_shared<T>(xml, mApp);
     }
 
 private:

@@ -61,6 +61,15 @@ void showOrHide(ZWindow& window, bool show)
         window.Hide();
 }
 
+std::unique_ptr<ZWindowKeeper> makeWindowManager(const boost::shared_ptr<ZXMLElement>& xml,
+                                                 ZApp* app)
+{
+    return std::make_unique<ZWindowManager>(xml, app);
+}
+
+// Applications make their window manager through this, see ZWindowKeeper::Make.
+[[maybe_unused]] const auto makerBefore = ZWindowKeeper::SetMaker(&makeWindowManager);
+
 }  // namespace
 
 ZWindowManager::ZWindowManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application,
@@ -80,12 +89,6 @@ ZWindowManager::ZWindowManager(const boost::shared_ptr<ZXMLElement>& xml, ZAppli
 }
 
 ZWindowManager::~ZWindowManager() = default;
-
-std::unique_ptr<ZWindowKeeper> ZWindowManager::Make(const boost::shared_ptr<ZXMLElement>& xml,
-                                                    ZApp* application)
-{
-    return std::make_unique<ZWindowManager>(xml, application);
-}
 
 void ZWindowManager::AddDocumentMapTypes(const ZXMLElement& xml)
 {

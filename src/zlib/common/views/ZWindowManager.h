@@ -18,7 +18,6 @@
 namespace orvane
 {
 
-class ZApp;
 class ZApplication;
 class ZDocument;
 class ZMessage;
@@ -36,9 +35,6 @@ public:
     ZWindowManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application,
                    ZWindow* parentWindow = nullptr);
     ~ZWindowManager() override;
-    /// For ZApp::SetWindowKeeperMaker.
-    [[nodiscard]] static std::unique_ptr<ZWindowKeeper>
-    Make(const boost::shared_ptr<ZXMLElement>& xml, ZApp* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;

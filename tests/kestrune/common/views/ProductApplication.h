@@ -2,14 +2,11 @@
 #pragma once
 
 #include "kestrune/common/identity/KestruneIdentity.h"
-#include "kestrune/common/views/KestruneClasses.h"
 #include "resources/KestruneResources.h"
-#include "zlib/common/controls/ZViewClasses.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/views/ZWindowManager.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -25,9 +22,6 @@ inline std::unique_ptr<ZPlugin> startProduct()
     auto plugin = std::make_unique<ZPlugin>(kestruneResources());
     plugin->SetStandalone(false);
     plugin->SetResourceName(descriptionResourceName());
-    registerKestruneClasses(plugin->GetClassRegistry());
-    registerViewClasses(plugin->GetClassRegistry());
-    plugin->SetWindowKeeperMaker(&ZWindowManager::Make);
     plugin->ZHandler::PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART));
     plugin->ProcessQueue();
     plugin->ExposeElements(*plugin->GetCurrentDocument());

@@ -20,13 +20,13 @@
 namespace orvane
 {
 
-/// The first element of a text.
+/// Parses a text and returns its first element.
 inline boost::shared_ptr<ZXMLElement> xmlOf(const std::string& text)
 {
     return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
 }
 
-/// A plug-in's application with a description, as the host shell makes it; not started.
+/// Creates a plug-in's application with the description "test.xml", not started.
 inline std::unique_ptr<ZPlugin> makePlugin(const ZResources& resources)
 {
     auto plugin = std::make_unique<ZPlugin>(resources);
@@ -41,7 +41,7 @@ inline void start(ZPlugin& plugin)
     plugin.ProcessQueue();
 }
 
-/// A message with one field.
+/// Creates a message with one field.
 template <typename T>
 boost::shared_ptr<ZMessage> messageWith(std::int32_t id, const char* field, const T& value)
 {
@@ -50,7 +50,7 @@ boost::shared_ptr<ZMessage> messageWith(std::int32_t id, const char* field, cons
     return message;
 }
 
-/// Keeps the lines that are traced in the life of the object; one at a time.
+/// Records the trace lines during its life; one object at a time.
 class TraceRecorder
 {
 public:
@@ -74,7 +74,7 @@ private:
     ZTrace::Sink mBefore;
 };
 
-/// Stands for the window manager, and keeps what it is told.
+/// A window manager that records its messages.
 class WindowRecorder : public ZWindowKeeper
 {
 public:
@@ -99,14 +99,15 @@ public:
     std::vector<boost::shared_ptr<const ZMessage>> told;
 };
 
-/// Gives the application a recorder in place of its window manager.
+/// Gives the application a WindowRecorder as its window manager.
 inline WindowRecorder& addWindows(ZApp& app)
 {
-    app.SetWindowKeeperMaker(
+    const auto before = ZWindowKeeper::SetMaker(
         [](const boost::shared_ptr<ZXMLElement>&, ZApp* owner) -> std::unique_ptr<ZWindowKeeper> {
             return std::make_unique<WindowRecorder>(owner);
         });
     app.AddWindowManager(xmlOf("<windowmanager></windowmanager>"));
+    ZWindowKeeper::SetMaker(before);
     return static_cast<WindowRecorder&>(*app.GetWindowManager());
 }
 

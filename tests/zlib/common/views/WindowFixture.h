@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "zlib/common/controls/ZViewClasses.h"
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
@@ -39,7 +38,6 @@ protected:
     explicit WindowFixture(const std::string& description = "")
         : mResources(description)
     {
-        registerViewClasses(mApp->GetClassRegistry());
         mApp->GetClassRegistry().AddStandard<TestView>("TestViewClass");
         start(*mApp);
         TestView::log.clear();

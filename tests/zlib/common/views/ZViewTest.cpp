@@ -3,7 +3,6 @@
 
 #include "support/ExpectZException.h"
 #include "support/SmallApplication.h"
-#include "zlib/common/controls/ZViewClasses.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -41,7 +40,7 @@ class ZViewTest : public testing::Test
 protected:
     ZViewTest()
     {
-        registerViewClasses(app.GetClassRegistry());
+        app.GetClassRegistry().RegisterStandardClasses();
         TakeLog();
     }
 
