@@ -2,6 +2,7 @@
 #include "zlib/common/documents/ZBrowserLaunch.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -9,12 +10,13 @@ namespace orvane
 namespace
 {
 
-bool beginsWith(std::string_view text, std::string_view lowerCase)
+/// True when the text continues after the lower-case prefix, which is compared without case.
+bool beginsWith(std::string_view text, std::string_view prefix)
 {
-    const auto same = [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; };
-    return text.size() > lowerCase.size() &&
-           std::equal(lowerCase.begin(), lowerCase.end(), text.begin(),
-                      [&](char b, char a) { return same(a, b); });
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    return text.size() > prefix.size() &&
+           std::equal(prefix.begin(), prefix.end(), text.begin(),
+                      [&](char expected, char c) { return lower(c) == expected; });
 }
 
 }  // namespace
@@ -23,6 +25,7 @@ ZBrowserLaunch::ZBrowserLaunch(std::string_view address)
     : mAddress(address)
     , mThread("launch browser thread", &ZBrowserLaunch::OpenAddress, this)
 {
+    assert(IsWebAddress(address));
     mThread.Resume();
 }
 

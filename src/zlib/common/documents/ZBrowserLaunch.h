@@ -9,26 +9,28 @@
 namespace orvane
 {
 
-/// Opens an address of the web in the user's browser, on a thread of its own, since the desktop may
-/// take its time to find one. The browser belongs to the desktop and outlives us.
+/// Opens a web address in the user's browser, on a thread of its own, since starting the browser
+/// may take long. The browser is no child of this process.
 class ZBrowserLaunch
 {
 public:
-    /// Starts the thread. Throws ZException -1 when it cannot be made.
+    /// Starts the thread for an address that IsWebAddress accepts. Throws ZException kGeneral when
+    /// the system has no thread left. [interface thread]
     explicit ZBrowserLaunch(std::string_view address);
-    /// Waits for the thread, which does not wait for the browser. Give up the interface lock first.
+    /// Joins the thread, which does not wait for the browser. The caller must not hold the
+    /// interface lock.
     ~ZBrowserLaunch() = default;
 
-    /// True for a text that may be given to the desktop: "http://" or "https://" and more, without
-    /// blanks and control characters. A description could name any file or program else.
+    /// True for "http://" or "https://" followed by at least one character, with no spaces and
+    /// control characters. Nothing else is given to the desktop, which would open any file.
     [[nodiscard]] static bool IsWebAddress(std::string_view address);
 
 private:
-    /// The platform's half.
+    /// Runs on the thread; implemented per platform.
     static void OpenAddress(void* launch);
 
     const std::string mAddress;
-    ZThread mThread;  // last: it reads the address until it is joined
+    ZThread mThread;  // last member: destroyed, and so joined, before the address it reads
 };
 
 }  // namespace orvane

@@ -14,6 +14,8 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -22,6 +24,7 @@ ZCommand::ZCommand(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* appl
     , mEnabled(!xml->AttributeIs("state", "disabled"))
     , mTarget(xml->GetAttributeOr("target", ""))
 {
+    assert(application);
     if (const auto menu = xml->GetChild("menu"))
         ReadMenu(*menu);
     if (const auto hotkey = xml->GetChild("hotkey"))
@@ -90,16 +93,16 @@ void ZCommand::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 void ZCommand::Enable()
 {
     mEnabled = true;
-    TellObservers(ZENABLE);
+    NotifyOfEnabling(ZENABLE);
 }
 
 void ZCommand::Disable()
 {
     mEnabled = false;
-    TellObservers(ZDISABLE);
+    NotifyOfEnabling(ZDISABLE);
 }
 
-void ZCommand::TellObservers(std::int32_t messageId)
+void ZCommand::NotifyOfEnabling(std::int32_t messageId)
 {
     const auto message = boost::make_shared<ZMessage>(messageId);
     message->Add<std::uint64_t>("elementid", elementIdOf(this));
@@ -133,7 +136,7 @@ void ZCommand::DispatchFrom(std::int32_t window)
 {
     if (!mMessage)
         return Dispatch();
-    // Whoever holds the stored message must not see it change.
+    // A copy, since a receiver may keep the stored message.
     const auto message = mMessage->Copy();
     message->Add<std::int32_t>("CmdWindow", window);
     Send(message);
@@ -142,7 +145,7 @@ void ZCommand::DispatchFrom(std::int32_t window)
 void ZCommand::Send(const boost::shared_ptr<const ZMessage>& message)
 {
     ZApp* const app = ZApp::Of(*this);
-    // Held for as long as it handles the message, which may close it.
+    // Keeps the document alive while it handles a message that closes it.
     const auto document = app ? app->GetCurrentDocument() : nullptr;
     ZHandler* const receiver =
         app && message ? FindReceiver(*app, message->GetId(), document.get()) : nullptr;
@@ -158,15 +161,15 @@ ZHandler* ZCommand::FindReceiver(ZApp& app, std::int32_t messageId, ZDocument* d
     if (mTarget == "win")
         return app.GetWindowManager();
     if (mTarget == "doc") {
-        // Some messages are for the manager of documents and not for the current one: without
-        // that, no command could make the first document.
+        // Messages like ZFILENEW go to the document manager instead of the current document, so
+        // that a command can create the first document.
         const bool forManager =
             app.HasDocumentManager() && app.GetDocumentManager()->Answers(messageId);
         return forManager ? static_cast<ZHandler*>(app.GetDocumentManager()) : document;
     }
     if (mTarget == "audio")
         return app.GetAudioManager();
-    // "prefs" names a manager that no application has.
+    // The target "prefs" has no receiver: there is no preference manager.
     return mTarget == "app" ? &app : nullptr;
 }
 
@@ -184,6 +187,7 @@ void ZCommand::AttachDocument(const boost::shared_ptr<ZDocument>& document)
 
 void ZCommand::FollowElement()
 {
+    assert(mObserved);
     if (mObserved->GetDiscrete() != 0)
         Check();
     else

@@ -11,6 +11,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -45,13 +46,14 @@ ZCommandList::~ZCommandList() = default;
 
 void ZCommandList::AddCommands(const ZXMLElement& xml)
 {
+    assert(mCommands.Count() == 0);
     std::int32_t nextMenuId = kFirstMenuId;
     const std::int32_t count = xml.GetChildCount("command");
     for (std::int32_t i = 0; i < count; ++i) {
         const auto command = boost::make_shared<ZCommand>(xml.GetChild("command", i), GetApp());
         if (command->GetMenuId() == 0)
             command->SetMenuId(nextMenuId++);
-        mCommands.push_back(command);
+        mCommands.Append(command);
     }
 }
 
@@ -70,7 +72,7 @@ void ZCommandList::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     switch (message->GetId()) {
     case ZDOCUMENTCHANGED:
     case ZDOCUMENTNEW:
-        for (const auto& command : mCommands)
+        for (const auto& command : mCommands.Copy())
             command->HandleZMessage(message);
         return;
     case ZKEYCOMMAND:
@@ -138,7 +140,7 @@ void ZCommandList::HandleEnabling(const ZMessage& message)
     const bool all = !message.Find("commandName", name);
     boost::shared_ptr<ZCommand> named;
     if (all)
-        for (const auto& command : mCommands)
+        for (const auto& command : mCommands.Copy())
             ((*command).*apply)();
     else if (GetCommand(name.ToNarrow(), named))
         ((*named).*apply)();
@@ -147,8 +149,9 @@ void ZCommandList::HandleEnabling(const ZMessage& message)
 template <typename Matches>
 bool ZCommandList::FindCommand(boost::shared_ptr<ZCommand>& out, Matches matches) const
 {
-    const auto found = std::find_if(mCommands.begin(), mCommands.end(), matches);
-    out = found != mCommands.end() ? *found : nullptr;
+    const auto commands = mCommands.Copy();
+    const auto found = std::find_if(commands.begin(), commands.end(), matches);
+    out = found != commands.end() ? *found : nullptr;
     return out != nullptr;
 }
 
@@ -181,7 +184,7 @@ bool ZCommandList::GetCommandByKey(std::int32_t key, std::int32_t modifiers,
 
 void ZCommandList::FlushChanges()
 {
-    for (const auto& command : mCommands)
+    for (const auto& command : mCommands.Copy())
         command->FlushMark(nullptr);
 }
 

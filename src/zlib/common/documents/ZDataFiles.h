@@ -7,9 +7,9 @@
 namespace orvane
 {
 
-/// The path of a file that comes with the library, by its name without a folder: beside the
-/// library, else in the folder "Orvane" of the user's data, then of the system's. Empty when there
-/// is none. [any thread but the audio thread]
+/// Returns the path of a data file, given by its name without a folder: from the library's folder,
+/// else from the folder "Orvane" in the user's data folder, else in the system's data folders.
+/// No value when none has the file. [any thread but the audio thread]
 [[nodiscard]] std::optional<std::string> findDataFile(const std::string& name);
 
 }  // namespace orvane

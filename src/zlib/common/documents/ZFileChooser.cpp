@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZMessageBox.h"
 #include "zlib/common/objects/ZNeverDestroyed.h"
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -19,17 +20,17 @@ ZFileChooser::Presenter& replacement()
     return *presenter;
 }
 
-/// True while the desktop's chooser is open, for the one thread that opens it.
-class OnlyOne
+/// Marks the desktop's dialog as open for a scope. [interface thread]
+class OpenDialogScope
 {
 public:
-    OnlyOne()
+    OpenDialogScope()
         : mIsFirst(!std::exchange(isOpen, true))
     {
     }
-    OnlyOne(const OnlyOne&) = delete;
-    OnlyOne& operator=(const OnlyOne&) = delete;
-    ~OnlyOne()
+    OpenDialogScope(const OpenDialogScope&) = delete;
+    OpenDialogScope& operator=(const OpenDialogScope&) = delete;
+    ~OpenDialogScope()
     {
         if (mIsFirst)
             isOpen = false;
@@ -45,14 +46,15 @@ private:
 
 std::optional<std::string> ZFileChooser::Choose(const ZFileRequest& request)
 {
+    assert(request.owner);  // else nobody could end the dialog with its application
     if (replacement())
         return replacement()(request);
     if (!ZInterfaceThread::IsCurrent())
         return std::nullopt;
-    const OnlyOne chooser;
-    if (chooser.IsFirst())
+    const OpenDialogScope dialog;
+    if (dialog.IsFirst())
         return AskDesktop(request);
-    // Inside the first one the second would have to end before it.
+    // Modal runs nest: the first dialog could not return before the second.
     ZMessageBox::Show(ZMessageBox::kNotice, request.title, "Another file dialog is open.");
     return std::nullopt;
 }

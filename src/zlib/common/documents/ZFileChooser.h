@@ -12,7 +12,7 @@
 namespace orvane
 {
 
-/// What a user is asked to choose a file for: a plain record.
+/// The settings of a file dialog: a plain record.
 struct ZFileRequest
 {
     enum Purpose
@@ -22,35 +22,36 @@ struct ZFileRequest
     };
 
     Purpose purpose = kOpen;
-    ZString prompt;  // what is asked, for a chooser that has room for it
-    ZString title;
-    ZFiletypes types;             // the first is offered
-    std::int32_t window = 0;      // that the command came from; 0 for none
-    const void* owner = nullptr;  // who must not go meanwhile, see ZEventLoop::EndModalRuns
+    ZString prompt;               // a line of text above the files, where the dialog has one
+    ZString title;                // of the dialog's window
+    ZFiletypes types;             // the filters, the first one preselected
+    std::int32_t window = 0;      // the window that the command came from; 0 for none
+    const void* owner = nullptr;  // of the modal run, see ZEventLoop::EndModalRuns
 };
 
-/// The way to the user's files: the desktop's own file chooser, or what a test puts in its place.
+/// Shows file dialogs: those of the desktop, or a replacement in tests.
 class ZFileChooser
 {
 public:
-    /// The whole path, or none when the user has chosen none.
+    /// Returns the full path, or no value when the user cancels.
     using Presenter = std::function<std::optional<std::string>(const ZFileRequest& request)>;
 
-    /// Asks the user; modal on the interface thread, whose events are served meanwhile and whose
-    /// lock is given up. None at once on any other thread, since no host waits for a dialog. While
-    /// a chooser is open, and where the desktop has none, a box says so. [any thread but the audio
-    /// thread]
+    /// Shows a dialog and returns the chosen path; no value when the user cancels. Runs modally on
+    /// the interface thread, gives up the interface lock and serves other events meanwhile. Returns
+    /// no value at once on any other thread, since no host waits for a dialog. A second dialog
+    /// while one is open, and a desktop without dialogs, are reported in a message box.
+    /// [any thread but the audio thread]
     [[nodiscard]] static std::optional<std::string> Choose(const ZFileRequest& request);
-    /// Replaces the desktop's chooser and gives back what was in its place; an empty one means the
-    /// desktop's. [before others use it]
+    /// Replaces the desktop's dialog and returns the previous replacement; an empty one restores
+    /// the desktop's. [tests, before any dialog is open]
     static Presenter SetPresenter(Presenter presenter);
 
-    /// The words for a kind of file, as in "Text file (*.txt)", and its pattern, as in "*.txt".
+    /// Return the label of a filter, for example "Text file (*.txt)", and its pattern, "*.txt".
     [[nodiscard]] static std::string FilterName(const ZFiletype& type);
     [[nodiscard]] static std::string FilterPattern(const ZFiletype& type);
 
 private:
-    /// The platform's half.
+    /// Runs the desktop's dialog; implemented per platform. [interface thread]
     [[nodiscard]] static std::optional<std::string> AskDesktop(const ZFileRequest& request);
 };
 

@@ -11,7 +11,7 @@
 #include "zlib/common/objects/ZTrace.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
-#include <iterator>
+#include <cassert>
 #include <memory>
 #include <utility>
 
@@ -34,7 +34,7 @@ ZPlugin::~ZPlugin()
 {
     EndModalRuns();
     StopTimers();
-    // No thread of its own will do it, and whoever waits for the looper's end must go on.
+    // A plug-in has no message thread that would release the waiters at its end.
     ReleaseAlive();
     mSetParameterFn.reset();
     for (const auto& element : mExposed)
@@ -98,6 +98,7 @@ void ZPlugin::ExposeElements(const ZElement& element)
 
 void ZPlugin::AddExposedElement(const boost::shared_ptr<ZElement>& element)
 {
+    assert(element);
     const ZElement::Type type = element->GetType();
     if (!element->IsExposed() || (type != ZElement::ZFLOAT && type != ZElement::ZDISCRETE))
         return;
@@ -125,6 +126,7 @@ boost::shared_ptr<ZElement> ZPlugin::GetExposedElement(std::int32_t index) const
 
 void ZPlugin::BeginEdit(const ZElement* element)
 {
+    assert(element);
     for (std::int32_t i = 0; mSetParameterFn && i < GetExposedCount(); ++i)
         if (GetExposedElement(i).get() == element)
             mSetParameterFn->BeginEdit(i);

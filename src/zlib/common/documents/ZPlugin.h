@@ -14,52 +14,53 @@ namespace orvane
 class ZElement;
 class ZSetParameterFn;
 
-/// The application of a plug-in: the host is its clock, and the elements that are exposed are the
-/// host's parameters, numbered in the order in which they were found. [interface thread, but where
-/// it says otherwise]
+/// The application of a plug-in. The host runs the audio passes, and the exposed elements are the
+/// host's parameters, numbered in the order in which ExposeElements finds them. [interface thread,
+/// where nothing else is said]
 class ZPlugin : public ZApp
 {
 public:
+    /// As ZApp. [setup]
     explicit ZPlugin(const ZResources& resources);
     ~ZPlugin() override;
 
-    /// ZELEMENTCHANGED: takes the value out to the host when the element is a parameter; goes no
-    /// further. The rest as ZApp.
+    /// ZELEMENTCHANGED: sends the value to the host when the element is a parameter. Other messages
+    /// go to ZApp.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// Begins the tick and looks for the label font.
+    /// Starts the tick and loads the font of the labels, if its file is installed. [setup]
     void InitLooper() override;
-    /// A ZPluginAudioManager, with its signal looper built.
+    /// Creates a ZPluginAudioManager and its signal looper. [setup]
     void AddAudioManager(const boost::shared_ptr<ZXMLElement>& xml) override;
 
-    /// Names who takes values out to the host; null for nobody.
+    /// Sets the object that sends values to the host; null for none. [setup]
     virtual void SetParameterFn(const boost::shared_ptr<ZSetParameterFn>& function);
-    /// Makes parameters of all exposed elements below this one that have no children, depth first,
-    /// in the order of each group. [setup]
+    /// Adds the exposed leaves below the element as parameters, depth first. [setup]
     virtual void ExposeElements(const ZElement& element);
-    /// [any thread, audio thread included; so are the next two]
+    /// The number of parameters. [any thread]
     [[nodiscard]] virtual std::int32_t GetExposedCount() const;
-    /// The full label of the element; empty when there is no such parameter. [any but audio thread]
+    /// Returns the full label of a parameter; empty for an index out of range.
+    /// [any thread but the audio thread]
     [[nodiscard]] virtual ZString GetExposedLabel(std::int32_t index) const;
-    /// Null when there is no such parameter.
+    /// Returns the element of a parameter; null for an index out of range. [any thread]
     [[nodiscard]] virtual boost::shared_ptr<ZElement> GetExposedElement(std::int32_t index) const;
-    /// The user takes hold of a control of the element, or lets it go. A change that waits for the
-    /// tick goes out before the end: what comes after it is not recorded as the user's. Nothing for
+    /// The user begins, or ends, an edit of the element, for example by holding its slider. EndEdit
+    /// sends a pending change first, since hosts record only what comes before the end. Both ignore
     /// an element that is no parameter.
     virtual void BeginEdit(const ZElement* element);
     virtual void EndEdit(const ZElement* element);
-    /// Index of a discrete element, value of a float one; 0 for others. [any thread]
+    /// Returns the index of a discrete element, the value of a float element, 0 for other types.
+    /// [any thread]
     [[nodiscard]] virtual float GetExposedValue(const ZElement& element) const;
-    /// Sets the same, an index truncated toward zero, as a change of the user's; nothing for
-    /// others. [any thread]
+    /// Sets the value of a float element or the index of a discrete one, truncated toward zero, and
+    /// marks it as changed; ignores other types. [any thread]
     virtual void SetExposedValue(ZElement& element, float value);
-    /// Makes a parameter of an exposed element with a float or discrete value; passes over others.
-    /// [setup]
+    /// Adds the element as a parameter when it is exposed and of type float or discrete. [setup]
     virtual void AddExposedElement(const boost::shared_ptr<ZElement>& element);
 
 private:
     void SendToHost(const ZMessage& message);
 
-    // Filled before the host sees the plug-in, then only read.
+    // Filled before the host gets the plug-in, read-only from then on.
     std::vector<boost::shared_ptr<ZElement>> mExposed;
     boost::shared_ptr<ZSetParameterFn> mSetParameterFn;
 };

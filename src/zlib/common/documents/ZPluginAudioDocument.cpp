@@ -15,9 +15,9 @@ namespace
 
 constexpr const char* kDescription = "Orvane Plug-In Preset";
 
-boost::shared_ptr<ZXMLElement> presetOf(const ZXMLDocument& read)
+boost::shared_ptr<ZXMLElement> presetOf(const ZXMLDocument& file)
 {
-    return read.GetChild("preset");
+    return file.GetChild("preset");
 }
 
 }  // namespace

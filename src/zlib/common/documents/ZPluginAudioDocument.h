@@ -8,7 +8,7 @@
 namespace orvane
 {
 
-/// A document with the plug-in's own kind of preset file. [interface thread]
+/// An audio document whose preset files are of the plug-in's type. [interface thread]
 class ZPluginAudioDocument : public virtual ZAudioDocument
 {
 public:
@@ -17,8 +17,8 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZPRESETSAVE, ZPRESETLOAD: as ZAudioDocument, but a load ends here and the networks do not
-    /// hear of it, and the version of the file does not count. The rest as ZAudioDocument.
+    /// ZPRESETSAVE, ZPRESETLOAD: as ZAudioDocument, except that a load does not check the version
+    /// of the file and the networks do not get the message. Other messages go to ZAudioDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 };
 

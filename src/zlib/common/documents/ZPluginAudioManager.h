@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// The audio manager of a plug-in: the host is the clock, so the driver is a plain one that is
-/// never started. [interface thread]
+/// The audio manager of a plug-in. The host runs the audio passes, so the driver is a plain
+/// ZSignalDriver that is never started. [interface thread]
 class ZPluginAudioManager : public ZAudioManager
 {
 public:
@@ -15,9 +15,9 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// The host decides, so the settings do not count.
+    /// As ZAudioManager; ignores the settings. [setup]
     void BuildDriverModel(const ZDriverSettings& settings) override;
-    /// Throw ZException -1: the manager is not archived.
+    /// Throw ZException kGeneral: the manager has no archive.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 };

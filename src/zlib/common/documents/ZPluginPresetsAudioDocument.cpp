@@ -7,6 +7,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -119,12 +120,14 @@ void ZPluginPresetsAudioDocument::RecallMemory(std::int32_t index)
     const auto preset = saved ? saved->GetChild("preset") : nullptr;
     if (!preset)
         return;
+    assert(preset->IsNamed("preset"));
     LoadPreset(preset);
     MarkActiveMemory(index);
 }
 
 void ZPluginPresetsAudioDocument::MarkActiveMemory(std::int32_t index)
 {
+    assert(isMemory(index));
     for (std::int32_t i = 0; i < kMemories; ++i)
         if (const auto element = FindElement(kActiveNames[static_cast<std::size_t>(i)]))
             element->SetDiscrete(i == index ? 1 : 0, false);

@@ -13,39 +13,40 @@
 namespace orvane
 {
 
-/// A document with the factory presets of its type, which a host shows as programs, and with four
-/// memories, A to D, for quick comparison. Memories last as long as the document and are never
-/// saved. [interface thread, or the thread on which the host sets programs and state]
+/// A document with factory presets, which a host shows as programs, and with four memories, A to D,
+/// for quick comparison. Memories are not saved. [interface thread, or the host's thread under the
+/// interface lock]
 class ZPluginPresetsAudioDocument : public ZPluginAudioDocument, public virtual ZAudioDocument
 {
 public:
     static constexpr std::int32_t kMemories = 4;
 
-    /// As ZAudioDocument; also takes each `preset` under `presets`, in order. [setup]
+    /// Reads a `doctype` as ZAudioDocument does, and the factory presets under `presets`. [setup]
     ZPluginPresetsAudioDocument(const boost::shared_ptr<ZXMLElement>& xml,
                                 ZApplication* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// PLUGINSAVETOPRESETA to D, PLUGINRECALLPRESETA to D: the memories. The rest as
-    /// ZPluginAudioDocument.
+    /// PLUGINSAVETOPRESETA to D, PLUGINRECALLPRESETA to D: SaveToMemory, RecallMemory. Other
+    /// messages go to ZPluginAudioDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// The name of a factory preset, which lives as long as the document; "Init" when there is
-    /// none at that index.
+    /// Returns the name of a factory preset, which lives as long as the document; "Init" for an
+    /// index out of range.
     [[nodiscard]] virtual const char* GetPresetName(std::int32_t index) const;
-    /// Does nothing when there is none at that index. Throws as LoadPreset.
+    /// Loads a factory preset; ignores an index out of range. Throws what LoadPreset throws.
     virtual void LoadFactoryPreset(std::int32_t index);
 
     [[nodiscard]] std::int32_t GetPresetCount() const;
-    /// A copy of the `preset`; null when there is none at that index.
+    /// Returns a copy of the `preset`; null for an index out of range.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> GetPresetCopy(std::int32_t index) const;
 
-    /// Keeps the present state in a memory, 0 for A to 3 for D, in place of what it held. Any other
-    /// index does nothing. Throws as SavePreset.
+    /// Saves the document to a memory, 0 for A to 3 for D; ignores any other index. Throws what
+    /// SavePreset throws.
     void SaveToMemory(std::int32_t index);
-    /// Loads what a memory holds and sets the one of PresetAActive to PresetDActive that fits. An
-    /// empty memory, or any other index, does nothing. Throws as LoadPreset.
+    /// Loads a memory, then sets its element of PresetAActive to PresetDActive to 1 and the other
+    /// three to 0. Ignores an empty memory and an index out of range. Throws what LoadPreset
+    /// throws.
     void RecallMemory(std::int32_t index);
 
 private:

@@ -10,7 +10,7 @@ namespace orvane
 
 class ZElement;
 
-/// Takes changes of exposed elements out to the host. The index is the parameter's number.
+/// Notifies the host of changes to parameters. The index is the parameter's number.
 /// [interface thread]
 class ZSetParameterFn
 {
@@ -20,9 +20,9 @@ public:
     ZSetParameterFn& operator=(const ZSetParameterFn&) = delete;
     virtual ~ZSetParameterFn() = default;
 
-    /// The element has a new value that the host does not know.
+    /// Sends the element's value, which the host does not know yet.
     virtual void SetParameter(const boost::shared_ptr<ZElement>& element, std::int32_t index) = 0;
-    /// The user takes hold of the parameter's control, or lets it go.
+    /// The user begins, or ends, an edit of the parameter.
     virtual void BeginEdit(std::int32_t index) = 0;
     virtual void EndEdit(std::int32_t index) = 0;
 };

@@ -4,7 +4,7 @@
 namespace orvane
 {
 
-/// One step of editing that can be taken back and made again. [interface thread]
+/// One edit that can be undone and redone. [interface thread]
 class ZTransaction
 {
 public:

@@ -3,6 +3,7 @@
 
 #include "zlib/common/documents/ZTransaction.h"
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -13,24 +14,30 @@ ZTransactionManager::~ZTransactionManager() = default;
 
 void ZTransactionManager::Add(std::unique_ptr<ZTransaction> transaction)
 {
-    mTransactions.resize(mDone);
-    mTransactions.push_back(std::move(transaction));
+    assert(transaction);
+    for (std::shared_ptr<ZTransaction> undone; mTransactions.Get(mDone, undone);)
+        mTransactions.Remove(undone);
+    mTransactions.Append(std::move(transaction));
     ++mDone;
 }
 
 bool ZTransactionManager::Undo()
 {
-    if (mDone == 0)
+    std::shared_ptr<ZTransaction> transaction;
+    if (!mTransactions.Get(mDone - 1, transaction))
         return false;
-    mTransactions[--mDone]->Undo();
+    --mDone;
+    transaction->Undo();
     return true;
 }
 
 bool ZTransactionManager::Redo()
 {
-    if (mDone == mTransactions.size())
+    std::shared_ptr<ZTransaction> transaction;
+    if (!mTransactions.Get(mDone, transaction))
         return false;
-    mTransactions[mDone++]->Redo();
+    ++mDone;
+    transaction->Redo();
     return true;
 }
 

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
+#include "zlib/common/objects/ZLockedList.h"
+
+#include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace orvane
 {
 
 class ZTransaction;
 
-/// The steps of editing that a document has seen, in order. What has been taken back stays until a
-/// new step comes in its place. [interface thread]
+/// The undo history of a document. Undone transactions can be redone until a new one is added.
+/// [interface thread]
 class ZTransactionManager
 {
 public:
@@ -20,16 +21,16 @@ public:
     ZTransactionManager& operator=(const ZTransactionManager&) = delete;
     ~ZTransactionManager();
 
-    /// Appends a step that has been made, and forgets those that have been taken back.
+    /// Appends a transaction that has been done, and drops those that are undone.
     void Add(std::unique_ptr<ZTransaction> transaction);
-    /// Takes the last step back. False when there is none.
+    /// Undoes the last transaction that is not undone; false when there is none.
     bool Undo();
-    /// Makes the step again that was taken back last. False when there is none.
+    /// Redoes the transaction that was undone last; false when there is none.
     bool Redo();
 
 private:
-    std::vector<std::unique_ptr<ZTransaction>> mTransactions;
-    std::size_t mDone = 0;  // those before it have been made, the rest taken back
+    ZLockedList<std::shared_ptr<ZTransaction>> mTransactions{"TransactionList"};
+    std::int32_t mDone = 0;  // the transactions before this index are done, the others undone
 };
 
 }  // namespace orvane

@@ -8,8 +8,8 @@ namespace orvane
 
 void ZBrowserLaunch::OpenAddress(void* launch)
 {
-    // setsid forks and ends at once, so the opener is no child of the host's: nobody has to wait
-    // for it, and some openers stay for as long as the browser does.
+    // setsid forks and exits at once, so xdg-open is no child of the host and need not be waited
+    // for; on some desktops it runs as long as the browser.
     const ZDesktopProgram opener(
         {"setsid", "--fork", "xdg-open", static_cast<ZBrowserLaunch*>(launch)->mAddress});
 }

@@ -22,7 +22,7 @@ std::string variableOr(const char* name, std::string_view absent)
     return std::string(value && *value ? value : absent);
 }
 
-/// The folder of the library or program that this code is part of.
+/// Returns the folder of the library or program that contains this code.
 std::filesystem::path ownFolder()
 {
     Dl_info info{};
@@ -31,7 +31,7 @@ std::filesystem::path ownFolder()
     return std::filesystem::path(info.dli_fname).parent_path();
 }
 
-/// As the desktops' base directories have it: the user's folder, then the system's in order.
+/// Returns the data folders of the XDG base directories: the user's, then the system's in order.
 std::vector<std::filesystem::path> dataFolders()
 {
     const std::string home = variableOr("HOME", "");
@@ -49,7 +49,7 @@ std::optional<std::string> findDataFile(const std::string& name)
 {
     std::vector<std::filesystem::path> places = {ownFolder() / name};
     for (const auto& folder : dataFolders())
-        // A folder without a root would depend on where the host stands just now.
+        // A relative folder would depend on the host's working directory; XDG ignores it too.
         if (folder.is_absolute())
             places.push_back(folder / "Orvane" / name);
     std::error_code error;

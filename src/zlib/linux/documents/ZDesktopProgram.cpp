@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cassert>
 #include <cerrno>
 
 namespace orvane
@@ -15,6 +16,7 @@ namespace orvane
 namespace
 {
 
+/// The file actions and attributes for posix_spawn.
 class SpawnSettings
 {
 public:
@@ -48,6 +50,7 @@ public:
 
 ZDesktopProgram::ZDesktopProgram(std::vector<std::string> arguments, int output)
 {
+    assert(!arguments.empty());
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cassert>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -24,7 +25,7 @@ namespace
 
 using Arguments = std::vector<std::string>;
 
-/// What a program writes, read without waiting.
+/// A pipe for a program's output; the reading end does not block.
 class Pipe
 {
 public:
@@ -45,7 +46,7 @@ public:
     [[nodiscard]] bool IsOpen() const { return mEnds[0] >= 0; }
     [[nodiscard]] int Reader() const { return mEnds[0]; }
     [[nodiscard]] int Writer() const { return mEnds[1]; }
-    /// Only then does the reader come to an end, when the program does.
+    /// Closes this process's writing end, so that the reader sees the end of the program's output.
     void CloseWriter()
     {
         if (mEnds[1] >= 0)
@@ -74,8 +75,8 @@ bool isKde()
     return desktop && std::string_view(desktop).find("KDE") != std::string_view::npos;
 }
 
-/// A name to begin with, which tells the extension.
-std::string suggestion(const ZFileRequest& request)
+/// Returns a file name to start with, which shows the extension.
+std::string suggestedName(const ZFileRequest& request)
 {
     std::string name = "Untitled";
     if (!request.types.empty())
@@ -88,7 +89,7 @@ Arguments zenity(const ZFileRequest& request)
     Arguments arguments = {"zenity", "--file-selection", "--title=" + request.title.ToNarrow()};
     if (request.purpose == ZFileRequest::kSave)
         arguments.insert(arguments.end(),
-                         {"--save", "--confirm-overwrite", "--filename=" + suggestion(request)});
+                         {"--save", "--confirm-overwrite", "--filename=" + suggestedName(request)});
     for (const auto& type : request.types)
         arguments.push_back("--file-filter=" + ZFileChooser::FilterName(*type) + " | " +
                             ZFileChooser::FilterPattern(*type));
@@ -105,7 +106,7 @@ Arguments kdialog(const ZFileRequest& request)
             "--title",
             request.title.ToNarrow(),
             saves ? "--getsavefilename" : "--getopenfilename",
-            saves ? suggestion(request) : ".",
+            saves ? suggestedName(request) : ".",
             filter};
 }
 
@@ -121,8 +122,8 @@ std::unique_ptr<ZDesktopProgram> start(const ZFileRequest& request, int output)
     return nullptr;
 }
 
-/// False at the end of what there is to read.
-bool readOn(int descriptor, std::string& text)
+/// Appends what can be read without waiting; false at the end of the file.
+bool readAvailable(int descriptor, std::string& text)
 {
     std::array<char, 4096> bytes;
     const ssize_t count = read(descriptor, bytes.data(), bytes.size());
@@ -131,15 +132,16 @@ bool readOn(int descriptor, std::string& text)
     return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
 }
 
-/// What is written until the end. None when the owner ends the run before.
+/// Reads to the end of the file in a modal run; no value when the run is ended before.
 std::optional<std::string> readModally(int descriptor, const void* owner)
 {
+    assert(descriptor >= 0 && ZInterfaceThread::IsCurrent());
     const ZInterfaceThread thread;
     ZModalRun run(thread.GetLoop(), owner);
     std::string text;
     bool isWhole = false;
     const ZEventLoop::SourceId source = thread.GetLoop().AddDescriptor(descriptor, [&] {
-        isWhole = isWhole || !readOn(descriptor, text);
+        isWhole = isWhole || !readAvailable(descriptor, text);
         if (isWhole)
             run.End();
     });
@@ -148,7 +150,7 @@ std::optional<std::string> readModally(int descriptor, const void* owner)
     return isWhole ? std::optional(text) : std::nullopt;
 }
 
-void tellThatThereIsNone(const ZFileRequest& request)
+void reportNoDialog(const ZFileRequest& request)
 {
     ZMessageBox::Show(ZMessageBox::kWarning, request.title,
                       "No file dialog can be shown: install zenity or kdialog.");
@@ -161,17 +163,17 @@ std::optional<std::string> ZFileChooser::AskDesktop(const ZFileRequest& request)
     Pipe output;
     auto program = hasDisplay() && output.IsOpen() ? start(request, output.Writer()) : nullptr;
     if (!program) {
-        tellThatThereIsNone(request);
+        reportNoDialog(request);
         return std::nullopt;
     }
     output.CloseWriter();
     std::optional<std::string> path = readModally(output.Reader(), request.owner);
-    // It may be slow to end, or in the user's hands still.
+    // The program may still be open, when the owner ended the run, or take its time to exit.
     const ZInterfaceUnlock unlocked;
     program->Kill();
     program.reset();
-    // Nothing is written when the user cancels. The host may reap our programs, so that how they
-    // ended is not known for certain.
+    // Judges by the output, which is empty when the user cancels: the exit status is lost when the
+    // host reaps the program.
     if (path && path->ends_with('\n'))
         path->pop_back();
     return path && !path->empty() ? path : std::nullopt;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The document with its networks, and its presets: what reaches the observers in which order, and
-// what the user's files bring.
+// The document's networks, and saving and loading its presets.
 
 #include "zlib/common/documents/ZAudioDocument.h"
 
@@ -29,7 +28,7 @@ namespace
 
 using Ids = std::vector<std::int32_t>;
 
-/// A bay with a float element and a buffer, a latency, and an eye on what it is told.
+/// A bay with a float and a buffer element and a latency; it records the messages it gets.
 class GainBay : public ZSignalBay
 {
 public:
@@ -90,7 +89,7 @@ protected:
     {
         return boost::make_shared<Document>(xmlOf("<doctype>" + content + "</doctype>"), app.get());
     }
-    /// The user chooses this file, or none, when the document asks.
+    /// Sends a message; the file dialog that opens gives the path, or is cancelled without one.
     void Send(ZDocument& document, std::int32_t id, std::optional<std::string> path)
     {
         ZFileChooser::SetPresenter([this, path](const ZFileRequest& request) {
@@ -123,7 +122,7 @@ float own(const ZDocument& document)
 
 }  // namespace
 
-TEST_F(ZAudioDocumentTest, NetworksAreBuiltPreparedHungIntoTheTreeAndTold)
+TEST_F(ZAudioDocumentTest, CreatesAndPreparesItsNetworksAndPassesMessagesToThem)
 {
     const auto document = Make<ZAudioDocument>(kContent);
     EXPECT_EQ(document->GetLatency(), 7);
@@ -135,7 +134,7 @@ TEST_F(ZAudioDocumentTest, NetworksAreBuiltPreparedHungIntoTheTreeAndTold)
         EXPECT_EQ(bay->GetDocument(), document.get());
     }
     EXPECT_NE(document->FindElement("gain of two"), nullptr);
-    EXPECT_EQ(document->FindElement("gain of old"), nullptr) << "one that was replaced";
+    EXPECT_EQ(document->FindElement("gain of old"), nullptr) << "of the replaced network";
 
     for (const std::int32_t id : {ZSETDEFAULTS, ZRESET, ZPLAY})
         document->HandleZMessage(boost::make_shared<ZMessage>(id));
@@ -144,13 +143,12 @@ TEST_F(ZAudioDocumentTest, NetworksAreBuiltPreparedHungIntoTheTreeAndTold)
     EXPECT_EQ(input->told, (Ids{ZSETDEFAULTS, ZRESET}));
 
     EXPECT_EQ(Make<ZAudioDocument>("")->GetLatency(), 0);
-    for (const char* name : {"NobodyClass", "ZElementClass"})
-        EXPECT_THROW(Make<ZAudioDocument>("<networks><network type=\"input\"><bay class=\"" +
-                                          std::string(name) + "\" /></network></networks>"),
-                     ZException);
+    EXPECT_THROW(Make<ZAudioDocument>("<networks><network type=\"input\"><bay class="
+                                      "\"ZElementClass\" /></network></networks>"),
+                 ZException);
 }
 
-TEST_F(ZAudioDocumentTest, ItsTurnComesWithTheChoiceOfItAndWithEachStepBackAndForth)
+TEST_F(ZAudioDocumentTest, CallsItsHookWhenItBecomesCurrentAndOnUndoAndRedo)
 {
     struct Counting : ZAudioDocument
     {
@@ -173,9 +171,6 @@ TEST_F(ZAudioDocumentTest, ItsTurnComesWithTheChoiceOfItAndWithEachStepBackAndFo
         document->HandleZMessage(
             messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", to));
     EXPECT_EQ(document->turns, 1);
-    expectZException("Couldn't find NewDocument in msg", [&] {
-        document->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCHANGED));
-    });
 
     std::string steps;
     ZTransactionManager& transactions = *document->GetTransactionManager();
@@ -185,35 +180,32 @@ TEST_F(ZAudioDocumentTest, ItsTurnComesWithTheChoiceOfItAndWithEachStepBackAndFo
     EXPECT_EQ(steps, "undo redo undo ");
     EXPECT_EQ(document->turns, 7);
     transactions.Add(std::make_unique<Step>(steps));
-    EXPECT_FALSE(transactions.Redo()) << "a new step forgets what was taken back";
+    EXPECT_FALSE(transactions.Redo()) << "a new transaction drops undone ones";
 }
 
-TEST_F(ZAudioDocumentTest, TheFormatIsTakenWholeOrNotAtAll)
+TEST_F(ZAudioDocumentTest, AFormatThatLacksAFieldIsRefusedWhole)
 {
     const auto format = Make<ZAudioDocument>("")->GetAudioFormat();
+    const auto rate = [&] {
+        ZMessage message(ZOK);
+        format->GetFormat(message);
+        std::int32_t value = 0;
+        EXPECT_TRUE(message.Find("Framerate", value));
+        return value;
+    };
     ZMessage changed(ZOK);
-    for (const auto& [field, missing] :
-         {std::pair{"Framerate", "Couldn't find frame rate in Message"},
-          std::pair{"Numchannels", "Couldn't find snumber of channels in Message"},
-          std::pair{"Bitspersample", "Couldn't find bits per channel in Message"}})
-    {
-        expectZException(missing, [&] { format->SetFormat(changed); });
-        changed.Add<std::int32_t>(field, 24);
-    }
+    changed.Add<std::int32_t>("Framerate", 96000);
+    changed.Add<std::int32_t>("Bitspersample", 24);
+    expectZException("Couldn't find snumber of channels in Message",
+                     [&] { format->SetFormat(changed); });
+    EXPECT_EQ(rate(), 44100);
+    changed.Add<std::int32_t>("Numchannels", 2);
     changed.Add<std::int64_t>("Framecount", 7);
-    std::int32_t rate = 0;
-    ZMessage before(ZOK);
-    format->GetFormat(before);
-    EXPECT_TRUE(before.Find("Framerate", rate));
-    EXPECT_EQ(rate, 44100);
     format->SetFormat(changed);
-    ZMessage after(ZOK);
-    format->GetFormat(after);
-    EXPECT_TRUE(after.Find("Framerate", rate));
-    EXPECT_EQ(rate, 24);
+    EXPECT_EQ(rate(), 96000);
 }
 
-TEST_F(ZAudioDocumentTest, ALoadDeliversWhatWaitedThenItsChangesBetweenBeginAndEnd)
+TEST_F(ZAudioDocumentTest, ALoadDeliversPendingChangesThenItsOwnBetweenBeginAndEnd)
 {
     const auto document = Make<ZAudioDocument>(kContent);
     const auto unsaved = document->FindElement("unsaved");
@@ -222,7 +214,7 @@ TEST_F(ZAudioDocumentTest, ALoadDeliversWhatWaitedThenItsChangesBetweenBeginAndE
         element->AddObserver(&listener);
     app->ProcessQueue();
     unsaved->SetZFloat(0.5f, false);
-    // Elements count wherever they stand; what nobody knows is passed over.
+    // Elements are found at any depth; unknown ones are skipped.
     document->LoadPreset(xmlOf("<any><what><element name=\"nobody\">" + setOwn("0.4") +
                                "</element></what><Element name=\"unsaved\" floatvalue=\"1\" />"
                                "<element floatvalue=\"1\" />" +
@@ -238,13 +230,13 @@ TEST_F(ZAudioDocumentTest, ALoadDeliversWhatWaitedThenItsChangesBetweenBeginAndE
         document->LoadPreset(
             xmlOf("<preset>" + setOwn("0.6") + wrongTones + setOwn("0.7") + "</preset>"));
     });
-    EXPECT_EQ(own(*document), 0.6f) << "what stands before the damage";
+    EXPECT_EQ(own(*document), 0.6f) << "set before the faulty element";
     EXPECT_EQ(listener.heard, (Ids{ZPRESETLOADBEGIN, ZELEMENTCHANGED, ZPRESETLOADEND}));
     for (const auto& element : {document->FindElement("own"), unsaved})
         element->RemoveObserver(&listener);
 }
 
-TEST_F(ZAudioDocumentTest, AFileThatIsSavedLoadsAgain)
+TEST_F(ZAudioDocumentTest, LoadsTheFileThatItSaved)
 {
     const auto document = Make<ZPluginAudioDocument>(kContent);
     const PrivateFolder folder;
@@ -254,7 +246,6 @@ TEST_F(ZAudioDocumentTest, AFileThatIsSavedLoadsAgain)
     const std::string text = readTextFile(folder.Path("mine.xml"));
     EXPECT_TRUE(text.starts_with(
         "<preset name=\"Take '1'\" class=\"ZAudioDocumentClass\" version=\"1.0\">\n"));
-    EXPECT_LT(text.find("<network type=\"input\">"), text.find("<network type=\"output\">"));
     EXPECT_EQ(text.find("unsaved"), std::string::npos);
     document->FindElement("own")->SetZFloat(0.5f, false);
     Send(*document, ZPRESETLOAD, folder.Path("mine.xml"));
@@ -280,7 +271,7 @@ TEST_F(ZAudioDocumentTest, AFileThatIsSavedLoadsAgain)
     EXPECT_THROW(Send(*document, ZPRESETSAVE, folder.Path("none/file.xml")), ZException);
 }
 
-TEST_F(ZAudioDocumentTest, AFileThatIsNoPresetChangesNothing)
+TEST_F(ZAudioDocumentTest, RefusesAFileThatIsNoPreset)
 {
     const auto document = Make<ZPluginAudioDocument>(kContent);
     const PrivateFolder folder;
@@ -307,7 +298,7 @@ TEST_F(ZAudioDocumentTest, AFileThatIsNoPresetChangesNothing)
     EXPECT_EQ(own(*document), 0.5f);
 }
 
-TEST_F(ZAudioDocumentTest, TheCommonDocumentTestsTheVersionAndTellsItsNetworks)
+TEST_F(ZAudioDocumentTest, TheBaseClassChecksTheVersionAndPassesTheMessageToItsNetworks)
 {
     const auto document = Make<ZAudioDocument>(kContent);
     const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/BoxRecorder.h"
 #include "support/SmallPlugin.h"
+#include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/documents/ZPluginAudioManager.h"
 #include "zlib/common/elements/ZAudioFormatElement.h"
@@ -19,13 +20,7 @@ namespace orvane
 namespace
 {
 
-boost::shared_ptr<ZXMLElement> managerXml(const char* content)
-{
-    const std::string text = std::string("<audiomanager>") + content + "</audiomanager>";
-    return ZXMLDocument(text.c_str(), static_cast<std::int32_t>(text.size())).GetChild(0);
-}
-
-/// A manager that finds no driver, for whatever reason.
+/// A manager without a driver: the maker returns null for model 0 and throws for others.
 class FailingManager : public ZAudioManager
 {
 public:
@@ -40,12 +35,9 @@ public:
     }
 };
 
-boost::shared_ptr<const ZMessage> documentMessage(std::int32_t id, const char* field,
-                                                  const boost::shared_ptr<ZDocument>& document)
+boost::shared_ptr<const ZMessage> changedTo(const boost::shared_ptr<ZDocument>& document)
 {
-    const auto message = boost::make_shared<ZMessage>(id);
-    message->Add<boost::shared_ptr<ZDocument>>(field, document);
-    return message;
+    return messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", document);
 }
 
 boost::shared_ptr<ZAudioDocument> currentDocument(const ZApp& app)
@@ -55,14 +47,14 @@ boost::shared_ptr<ZAudioDocument> currentDocument(const ZApp& app)
 
 }  // namespace
 
-TEST(ZAudioManagerTest, ASilentDriverStandsInWhenNoneCanBeBuilt)
+TEST(ZAudioManagerTest, RunsASilentDriverWhenNoDriverCanBeCreated)
 {
     const auto app = SmallPlugin::Make();
     const ZInterfaceLock lock;
     const auto document = currentDocument(*app);
     for (const std::int32_t model : {0, 1}) {
         BoxRecorder recorder;
-        FailingManager manager(managerXml(""), app.get());
+        FailingManager manager(xmlOf("<audiomanager></audiomanager>"), app.get());
         ZDriverSettings settings;
         settings.model = model;
         manager.BuildDriverModel(settings);
@@ -74,11 +66,11 @@ TEST(ZAudioManagerTest, ASilentDriverStandsInWhenNoneCanBeBuilt)
         EXPECT_TRUE(looper->IsRunning());
         manager.AttachDocument(document);
         EXPECT_TRUE(looper->GetOutputBay()->IsRouted(1, *document->GetOutputNetwork(), 1));
-        EXPECT_TRUE(looper->IsRunning()) << "it rests while routes are made, then goes on";
+        EXPECT_TRUE(looper->IsRunning());
     }
 }
 
-TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfItsTypes)
+TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfAFollowedType)
 {
     const auto app = SmallPlugin::Make();
     const ZInterfaceLock lock;
@@ -87,32 +79,30 @@ TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfItsTypes)
     for (std::int32_t channel = 0; channel < 2; ++channel) {
         EXPECT_TRUE(looper->GetOutputBay()->IsRouted(channel, *network, channel));
         EXPECT_FALSE(network->IsRouted(channel, *looper->GetInputBay(), channel))
-            << "the input is the host's affair";
+            << "the host shell routes the input";
     }
 
     ZPluginAudioManager stranger(
-        managerXml("<docchange mode=\"change\"><doctype name=\"Other\"></doctype></docchange>"),
+        xmlOf("<audiomanager><docchange mode=\"change\"><doctype name=\"Other\" /></docchange>"
+              "</audiomanager>"),
         app.get());
     stranger.BuildDriverModel({});
-    stranger.HandleZMessage(
-        documentMessage(ZDOCUMENTCHANGED, "NewDocument", app->GetCurrentDocument()));
+    stranger.HandleZMessage(changedTo(app->GetCurrentDocument()));
     EXPECT_EQ(network->GetRouteCount(), 2) << "a document of another type is not attached";
 }
 
-TEST(ZAudioManagerTest, ADocumentThatBecomesCurrentAgainChangesNothing)
+TEST(ZAudioManagerTest, KeepsRoutesAndRateWhenTheSameDocumentBecomesCurrentAgain)
 {
     const auto app = SmallPlugin::Make();
     const ZInterfaceLock lock;
     ZAudioManager& manager = *app->GetAudioManager();
     manager.GetSignalLooper()->SetSampleRate(96000.0f);  // the host's
-    manager.HandleZMessage(
-        documentMessage(ZDOCUMENTCHANGED, "NewDocument", app->GetCurrentDocument()));
-    manager.HandleZMessage(documentMessage(ZDOCUMENTNEW, "Document", app->GetCurrentDocument()));
+    manager.HandleZMessage(changedTo(app->GetCurrentDocument()));
     EXPECT_EQ(manager.GetSignalLooper()->GetSampleRate(), 96000.0f);
     EXPECT_EQ(currentDocument(*app)->GetOutputNetwork()->GetRouteCount(), 2);
 }
 
-TEST(ZAudioManagerTest, ASecondDocumentTakesThePlaceOfTheFirst)
+TEST(ZAudioManagerTest, ASecondDocumentReplacesTheFirst)
 {
     const auto app = SmallPlugin::Make();
     const ZInterfaceLock lock;

