@@ -5,7 +5,6 @@
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/objects/ZXMLGeometry.h"
 #include "zlib/common/views/ZViewTags.h"
 
 #include <algorithm>
@@ -36,8 +35,7 @@ KestruneCorrectionMeter::KestruneCorrectionMeter(const boost::shared_ptr<ZXMLEle
     : ZControl(xml, application)
     , mMeterFrame(GetFrame())
 {
-    if (const auto rect = findTag(*xml, "rect", "name", "meterframe"))
-        mMeterFrame = readRect(*rect);
+    readNamedRect(*xml, "meterframe", mMeterFrame);
     SetAnimated(true);
 }
 

@@ -6,7 +6,7 @@
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/views/ZEditScope.h"
+#include "zlib/common/views/ZEditGesture.h"
 #include "zlib/common/views/ZViewTags.h"
 
 #include <algorithm>

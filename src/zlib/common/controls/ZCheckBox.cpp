@@ -6,7 +6,7 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/views/ZEditScope.h"
+#include "zlib/common/views/ZEditGesture.h"
 #include "zlib/common/views/ZViewTags.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZPath.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/objects/ZXMLGeometry.h"
+#include "zlib/common/views/ZViewTags.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -93,8 +93,7 @@ ZMetalPopupMenu::ZMetalPopupMenu(const boost::shared_ptr<ZXMLElement>& xml,
                                  ZApplication* application)
     : ZPopupMenu(xml, application)
 {
-    if (const auto tint = xml->GetChild("tintcolor"))
-        mTintColor = readColor(*tint);
+    readColorTag(*xml, "tintcolor", mTintColor);
 }
 
 bool ZMetalPopupMenu::IsKindOf(std::string_view className) const

@@ -9,8 +9,7 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/objects/ZXMLGeometry.h"
-#include "zlib/common/views/ZEditScope.h"
+#include "zlib/common/views/ZEditGesture.h"
 #include "zlib/common/views/ZViewTags.h"
 #include "zlib/common/views/ZWindow.h"
 
@@ -41,8 +40,7 @@ ZPopupMenu::ZPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* 
     , mItemModifiedName(readElementName(*xml, "itemModified"))
     , mItemModifiedElement(*this)
 {
-    if (const auto rect = findTag(*xml, "rect", "name", "stringrect"))
-        mStringRect = readRect(*rect);
+    readNamedRect(*xml, "stringrect", mStringRect);
 }
 
 bool ZPopupMenu::IsKindOf(std::string_view className) const
@@ -175,7 +173,7 @@ void ZPopupMenu::DrawTriangle()
     triangle.LineTo({right, top});
     const ZSavedStateScope saved(*mContext);
     mContext->SetAntiAlias(true);
-    mContext->SetBrushColor(mStrokeColor);
+    mContext->SetBrushColor(GetStrokeColor());
     mContext->ResetPath();
     mContext->AddPath(triangle);
     mContext->FillPath();

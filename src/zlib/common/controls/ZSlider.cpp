@@ -5,7 +5,7 @@
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/views/ZEditScope.h"
+#include "zlib/common/views/ZEditGesture.h"
 #include "zlib/common/views/ZViewTags.h"
 #include "zlib/common/views/ZWindow.h"
 
@@ -17,13 +17,13 @@ namespace orvane
 
 ZSlider::ZSlider(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZControl(xml, application)
-    , mThumbRange(readNumber(*xml, "thumbrange"))
+    , mThumbRange(numberOr(*xml, "thumbrange", 0))
     , mBackgroundPicture(readBitmap(*xml, "background", application))
     , mThumbBitmap(readBitmap(*xml, "thumb", application))
     , mVertical(xml->AttributeIs("orient", "vertical"))
-    , mThumbSize(readNumber(*xml, "thumbsize"))
-    , mThumbHeight(readNumber(*xml, "thumbheight"))
-    , mScaleMarkCount(readNumber(*xml, "numberscalemarks"))
+    , mThumbSize(numberOr(*xml, "thumbsize", 0))
+    , mThumbHeight(numberOr(*xml, "thumbheight", 0))
+    , mScaleMarkCount(numberOr(*xml, "numberscalemarks", 0))
     , mDrawScaleText(xml->GetAttributeBool("drawscaletext"))
 {
     const bool hasEnabled = readNamedColor(*xml, "enabledtrail", mEnabledTrailColor);
@@ -167,14 +167,14 @@ void ZSlider::MouseUp(const ZPoint& point, std::uint32_t mods)
 void ZSlider::RestoreDefault()
 {
     const auto element = mElement;  // the view may lose it while the host is called
-    const auto edit = BeginEditUnlessHeld();
+    const ZEditGesture edit(ElementUnlessHeld());
     element->SetZFloat(element->GetZFloatDefault(), false);
 }
 
 // While the thumb is held, the capture has told the host already.
-std::unique_ptr<ZEditScope> ZSlider::BeginEditUnlessHeld() const
+boost::shared_ptr<ZElement> ZSlider::ElementUnlessHeld() const
 {
-    return HasMouseCapture() ? nullptr : std::make_unique<ZEditScope>(mElement);
+    return HasMouseCapture() ? nullptr : mElement;
 }
 
 void ZSlider::MouseWheel(const ZPoint& /*point*/, std::uint32_t /*mods*/, std::int32_t axis,
@@ -182,7 +182,7 @@ void ZSlider::MouseWheel(const ZPoint& /*point*/, std::uint32_t /*mods*/, std::i
 {
     if (!mElement)
         return;
-    const auto edit = BeginEditUnlessHeld();
+    const ZEditGesture edit(ElementUnlessHeld());
     NudgePercent(static_cast<float>(axis != 0 ? delta : -delta));
 }
 

@@ -12,7 +12,6 @@
 namespace orvane
 {
 
-class ZEditScope;
 
 /// A thumb on a track, which the mouse drags and the wheel moves; its place tells the value of a
 /// float element, whose range the track is. Horizontally the maximum is on the right, vertically at
@@ -83,7 +82,7 @@ private:
     [[nodiscard]] std::int32_t ThumbOffset() const;
     void RestoreDefault();
     /// Null while the mouse holds the thumb.
-    [[nodiscard]] std::unique_ptr<ZEditScope> BeginEditUnlessHeld() const;
+    [[nodiscard]] boost::shared_ptr<ZElement> ElementUnlessHeld() const;
     void DrawTrail();
 
     float mValue = 0.0f;

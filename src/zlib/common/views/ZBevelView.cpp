@@ -35,8 +35,8 @@ ZColor blend(const ZColor& base, const ZColor& high, const ZColor& low, std::int
 
 ZBevelView::ZBevelView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZView(xml, application)
-    , mBevelSize(readNumber(*xml, "bevelsize"))
-    , mRadius(readNumber(*xml, "radius"))
+    , mBevelSize(numberOr(*xml, "bevelsize", 0))
+    , mRadius(numberOr(*xml, "radius", 0))
 {
     readNamedColor(*xml, "bevelhighlight", mBevelHighlight);
     readNamedColor(*xml, "bevellowlight", mBevelLowlight);
@@ -65,7 +65,7 @@ void ZBevelView::ExtractBody(const boost::shared_ptr<ZXMLElement>& /*xml*/) cons
 
 void ZBevelView::Draw(const ZRect& update)
 {
-    if (mBackgroundBitmap)
+    if (GetBackground().HasBitmap())
         DrawBackground(update);
     if (mRadius == 0)
         DrawSquare(update);

@@ -5,7 +5,6 @@
 #include "zlib/common/drawing/ZLinearGradientShader.h"
 #include "zlib/common/drawing/ZShader.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/objects/ZXMLGeometry.h"
 #include "zlib/common/views/ZViewTags.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -57,12 +56,6 @@ private:
     boost::shared_ptr<ZDrawingContext>& mPlace;
     boost::shared_ptr<ZDrawingContext> mOther;
 };
-
-void readNumber(const ZXMLElement& xml, const char* name, std::int32_t& number)
-{
-    if (xml.HasAttribute(name))
-        number = xml.GetInt32(name);
-}
 
 /// Cut to a whole number; a product that no plot can show stays at the end of what one can.
 std::int32_t scaled(float scale, std::int32_t pixels)
@@ -119,14 +112,13 @@ ZGraphAxisView::ZGraphAxisView(const boost::shared_ptr<ZXMLElement>& xml, ZAppli
 
 void ZGraphAxisView::ReadAttributes(const ZXMLElement& xml)
 {
-    if (const auto rect = findTag(xml, "rect", "name", "graphframe"))
-        mGraphFrame = readRect(*rect);
+    readNamedRect(xml, "graphframe", mGraphFrame);
     readNamedColor(xml, "gradstartcolor", mGradStartColor);
     readNamedColor(xml, "gradendcolor", mGradEndColor);
-    readNumber(xml, "xaxisdecimalplaces", mXDecimalPlaces);
-    readNumber(xml, "yaxisdecimalplaces", mYDecimalPlaces);
-    readNumber(xml, "xaxisnumticks", mXTickCount);
-    readNumber(xml, "yaxisnumticks", mYTickCount);
+    mXDecimalPlaces = numberOr(xml, "xaxisdecimalplaces", mXDecimalPlaces);
+    mYDecimalPlaces = numberOr(xml, "yaxisdecimalplaces", mYDecimalPlaces);
+    mXTickCount = numberOr(xml, "xaxisnumticks", mXTickCount);
+    mYTickCount = numberOr(xml, "yaxisnumticks", mYTickCount);
     mXLogarithmic = xml.AttributeIs("xaxisstyle", "logarithmic");
     mYLogarithmic = xml.AttributeIs("yaxisstyle", "logarithmic");
     mXMinutes = xml.AttributeIs("xaxisstyle", "minutes");

@@ -51,8 +51,8 @@ ZPluginBackground::ZPluginBackground(const boost::shared_ptr<ZXMLElement>& xml,
     : ZView(xml, application)
 {
     if (const auto title = findTag(*xml, "rect", "name", "titleframe"))
-        mTitleFrame = {readNumber(*title, "left"), readNumber(*title, "top"),
-                       readNumber(*title, "width"), readNumber(*title, "height")};
+        mTitleFrame = {numberOr(*title, "left", 0), numberOr(*title, "top", 0),
+                       numberOr(*title, "width", 0), numberOr(*title, "height", 0)};
 }
 
 ZPluginBackground::~ZPluginBackground() = default;
@@ -75,10 +75,10 @@ ZRegion ZPluginBackground::GetOpaqueRegion() const
 void ZPluginBackground::DrawBackground(const ZRect& rect)
 {
     const ZSavedStateScope saved(*mContext);
-    if (!mBackgroundBitmap || mHasBackground)
+    if (!GetBackground().HasBitmap() || GetBackground().IsPainted())
         ZView::DrawBackground(rect);
     else
-        DrawBitmap(*mBackgroundBitmap, 0, 0);
+        GetBackground().DrawBitmapAtOrigin(*mContext);
 }
 
 void ZPluginBackground::OnDetached()

@@ -2,27 +2,30 @@
 #include "zlib/common/views/ZView.h"
 
 #include "zlib/common/documents/ZDocument.h"
-#include "zlib/common/documents/ZPlugin.h"
-#include "zlib/common/drawing/ZBitmap.h"
-#include "zlib/common/drawing/ZFont.h"
+#include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZApplication.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
+#include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/views/ZMouseDispatch.h"
+#include "zlib/common/views/ZOverlay.h"
+#include "zlib/common/views/ZViewFactory.h"
 #include "zlib/common/views/ZViewMessage.h"
+#include "zlib/common/views/ZViewTags.h"
 #include "zlib/common/views/ZWindow.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <utility>
+#include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
 
 ZView::ZView(std::string_view name, ZLooper* looper)
     : ZHandler(name, looper)
-    , mFont(ZFont::MakeDefault())
 {
 }
 
@@ -31,6 +34,20 @@ ZView::ZView(std::string_view name, const ZRect& rect, ZLooper* looper)
 {
     mBounds = rect;
     mFrame = {0, 0, rect.GetWidth(), rect.GetHeight()};
+}
+
+ZView::ZView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
+    : ZHandler(xml, application)
+{
+    ReadTarget(*xml);
+    mLayout.Read(*xml);
+    mAnimated = xml->GetAttributeBool("animated");
+    ReadBounds(*xml);
+    ReadScale(*xml);
+    ReadPen(*xml);
+    mBackground.Read(*xml, GetApplication());
+    ReadTooltips(*xml);
+    LayoutSubviews(*xml);
 }
 
 ZView::~ZView()
@@ -56,19 +73,107 @@ ZApplication* ZView::GetApplication()
     return GetApp();
 }
 
+void ZView::ReadTarget(const ZXMLElement& xml)
+{
+    const std::int32_t count = xml.GetChildCount("element");
+    for (std::int32_t i = 0; i < count; ++i) {
+        const auto element = xml.GetChild("element", i);
+        if (element->HasAttribute("target"))
+            mTargetName = element->GetAttribute("target");
+    }
+}
+
+void ZView::ReadBounds(const ZXMLElement& xml)
+{
+    if (readNamedRect(xml, "bounds", mBounds))
+        mFrame = {0, 0, mBounds.GetWidth(), mBounds.GetHeight()};
+    readNamedRect(xml, "frame", mBounds);
+}
+
+void ZView::ReadScale(const ZXMLElement& xml)
+{
+    const auto scale = xml.GetChild("scale");
+    if (!scale)
+        return;
+    // There is no window yet, so nothing needs to be repainted.
+    if (scale->HasAttribute("horizontal"))
+        mHorizontalScale = scale->GetFloat("horizontal");
+    if (scale->HasAttribute("vertical"))
+        mVerticalScale = scale->GetFloat("vertical");
+}
+
+void ZView::ReadTooltips(const ZXMLElement& xml)
+{
+    const std::int32_t count = xml.GetChildCount("tooltip");
+    for (std::int32_t i = 0; i < count; ++i) {
+        const auto tooltip = xml.GetChild("tooltip", i);
+        if (!tooltip->AttributeIs("type", "short") || !tooltip->HasAttribute("text"))
+            continue;
+        mTooltipText = ZString(tooltip->GetAttribute("text"));
+        mHasTooltip = true;
+        ZApplication* const application = GetApplication();
+        if (application && tooltip->HasAttribute("key"))
+            application->GetResourceString(tooltip->GetInt32("key"), mTooltipText);
+    }
+}
+
+void ZView::LayoutSubviews(const ZXMLElement& xml)
+{
+    const auto subviews = xml.GetChild("subviews");
+    const std::int32_t count = subviews ? subviews->GetChildCount("view") : 0;
+    for (std::int32_t i = 0; i < count; ++i) {
+        const auto view = subviews->GetChild("view", i);
+        ZTrace::Write("View (" + GetName() + "): Adding " + view->GetAttributeOr("class", "") +
+                      " instance named '" + view->GetAttributeOr("name", "") + "' \n");
+        AddSubview(makeView(view, GetApplication()), false);
+    }
+}
+
+boost::shared_ptr<ZXMLElement> ZView::ExtractHeader() const
+{
+    auto xml = boost::make_shared<ZXMLElement>("view");
+    xml->AddAttribute("class", GetClassName());
+    xml->AddAttribute("name", GetName());
+    mLayout.WriteAttributes(*xml);
+    return xml;
+}
+
+void ZView::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
+{
+    if (!mTargetName.empty()) {
+        ZXMLElement element("element");
+        element.AddAttribute("target", mTargetName);
+        xml->AddChild(element);
+    }
+    writeNamedRect(*xml, "bounds", mBounds);
+    mLayout.WriteConstraint(*xml);
+    ZXMLElement scale("scale");
+    scale.AddAttribute("horizontal", mHorizontalScale);
+    scale.AddAttribute("vertical", mVerticalScale);
+    xml->AddChild(scale);
+    WritePen(*xml);
+    mBackground.Write(*xml);
+    if (mHasTooltip) {
+        ZXMLElement tooltip("tooltip");
+        tooltip.AddAttribute("type", "short");
+        tooltip.AddAttribute("text", withoutMarkup(mTooltipText.ToNarrow()));
+        xml->AddChild(tooltip);
+    }
+    ZXMLElement subviews("subviews");
+    for (const auto& child : mSubviews.Copy())
+        subviews.AddChild(*child->ExtractXML());
+    xml->AddChild(subviews);
+}
+
 void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
     switch (message->GetId()) {
     case ZMOUSEDOWN:
-        return HandleMouseDown(*message);
     case ZMOUSEDOUBLECLICK:
-        return HandleMouseDoubleClick(*message);
     case ZMOUSEUP:
-        return HandleMouseUp(*message);
     case ZMOUSEMOVED:
-        return HandleMouseMoved(*message);
     case ZMOUSEWHEEL:
-        return HandleMouseWheel(*message);
+        return dispatchMouse(*this, *message);
     case ZMOUSEENTERED:
         return HandleMouseEntered(*message);
     case ZMOUSELEFT:
@@ -118,61 +223,6 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     }
 }
 
-void ZView::HandleMouseDown(const ZMessage& message)
-{
-    const auto point = requireField<ZPoint>(message, "ClickPoint");
-    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
-    const auto child = FindSubviewAt(point);
-    if (!child)
-        return MouseDown(point, mods);
-    child->HandleZMessage(makeMouseMessage(ZMOUSEDOWN, "ClickPoint", ToChild(*child, point), mods));
-}
-
-void ZView::HandleMouseDoubleClick(const ZMessage& message)
-{
-    const auto point = requireField<ZPoint>(message, "ClickPoint");
-    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
-    const auto child = FindSubviewAt(point);
-    if (!child)
-        return MouseDoubleClick(point, mods);
-    child->HandleZMessage(
-        makeMouseMessage(ZMOUSEDOUBLECLICK, "ClickPoint", ToChild(*child, point), mods));
-}
-
-void ZView::HandleMouseUp(const ZMessage& message)
-{
-    const auto point = requireField<ZPoint>(message, "UpPoint");
-    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
-    if (const auto child = FindSubviewAt(point))
-        child->HandleZMessage(makeMouseMessage(ZMOUSEUP, "UpPoint", ToChild(*child, point), mods));
-    // All views on the way see the release.
-    MouseUp(point, mods);
-}
-
-void ZView::HandleMouseMoved(const ZMessage& message)
-{
-    const auto point = requireField<ZPoint>(message, "MovePoint");
-    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
-    mLastMove = point;
-    if (mMouseCaptured)
-        return MouseMoved(point, mods);
-    if (const auto child = FindSubviewAt(point))
-        child->HandleZMessage(
-            makeMouseMessage(ZMOUSEMOVED, "MovePoint", ToChild(*child, point), mods));
-}
-
-void ZView::HandleMouseWheel(const ZMessage& message)
-{
-    const auto point = requireField<ZPoint>(message, "WheelPoint");
-    const auto mods = requireField<std::uint32_t>(message, "MouseMods");
-    const auto axis = requireField<std::int32_t>(message, "WheelAxis");
-    const auto delta = requireField<std::int32_t>(message, "WheelDelta");
-    const auto child = FindSubviewAt(point);
-    if (!child)
-        return MouseWheel(point, mods, axis, delta);
-    child->HandleZMessage(makeWheelMessage(ToChild(*child, point), mods, axis, delta));
-}
-
 void ZView::HandleMouseEntered(const ZMessage& message)
 {
     MouseEntered(requireField<ZPoint>(message, "EnteredPoint"));
@@ -196,10 +246,12 @@ void ZView::HandleChildResized(const boost::shared_ptr<const ZMessage>& message)
 void ZView::HandleAttached(const boost::shared_ptr<const ZMessage>& message)
 {
     mWindow = requireField<ZWindow*>(*message, "AttachedWindow", "Window");
-    if (mWindow && (mViewFlags & kNavigable) != 0)
+    if (mWindow && mNavigable)
         mWindow->AddNavigableView(this);
-    if (mFill && mParent)
-        FillParent();
+    if (mLayout.fill && mParent) {
+        const ZPoint size = mLayout.SizeWithin(mParent->mBounds);
+        SetBoundsSize(size.x, size.y);
+    }
     RecordMargins();
     if (mWindow && HasTooltip())
         SetUpTooltip();
@@ -222,7 +274,7 @@ void ZView::HandleDetached(const boost::shared_ptr<const ZMessage>& message)
 void ZView::LeaveWindow()
 {
     mMouseCaptured = false;
-    EndEdit();
+    mEdit.End();
     if (!mWindow)
         return;
     mWindow->RemoveTool(this);
@@ -234,11 +286,6 @@ void ZView::SetUpTooltip()
 {
     UpdateWindowOrigin();
     mWindow->AddTool(this, mFrame.Offset(mWindowOrigin.x, mWindowOrigin.y));
-}
-
-void ZView::SetNavigable(bool navigable)
-{
-    mViewFlags = navigable ? mViewFlags | kNavigable : mViewFlags & ~kNavigable;
 }
 
 void ZView::HandleDocument(const boost::shared_ptr<const ZMessage>& message)
@@ -270,7 +317,7 @@ void ZView::SetDocument(ZDocument* document)
 
 void ZView::StopObservingDocument()
 {
-    // One that has gone without a word has taken its observers along.
+    // A document that has been destroyed has no observers any more.
     if (mDocument && !mDocumentLife.expired())
         mDocument->RemoveObserver(this);
 }
@@ -303,7 +350,7 @@ void ZView::AttachToElement(const boost::shared_ptr<ZElement>& element)
 
 void ZView::DetachFromElements()
 {
-    EndEdit();
+    mEdit.End();
     if (mElement)
         mElement->RemoveObserver(this);
     mElement.reset();
@@ -331,32 +378,12 @@ void ZView::SetMouseCapture(bool capture, bool toWindow)
         return;
     if (mWindow)
         mWindow->SetCapturedView(capture ? this : nullptr);
-    // Last, since the host is called with the interface lock given up.
+    // Last: the host is called with the interface lock given up, and may close the window.
     if (capture)
-        BeginEdit();
+        mEdit.Begin(GetElement());
     else
-        EndEdit();
+        mEdit.End();
 }
-
-void ZView::BeginEdit()
-{
-    auto* const plugin = dynamic_cast<ZPlugin*>(GetApplication());
-    const auto element = GetElement();
-    if (!plugin || !element || mEditedElement)
-        return;
-    mEditedElement = element;
-    plugin->BeginEdit(element.get());
-}
-
-void ZView::EndEdit()
-{
-    const auto edited = std::exchange(mEditedElement, nullptr);
-    auto* const plugin = dynamic_cast<ZPlugin*>(GetApplication());
-    if (edited && plugin)
-        plugin->EndEdit(edited.get());
-}
-
-// Places and sizes.
 
 void ZView::SetBoundsSize(std::int32_t width, std::int32_t height)
 {
@@ -393,82 +420,305 @@ void ZView::SetFrameOrigin(std::int32_t x, std::int32_t y)
 void ZView::UpdateWindowOrigin()
 {
     const ZPoint parent = mParent ? mParent->mWindowOrigin : ZPoint{};
-    const ZPoint origin = OriginInParent();
+    const ZPoint origin = GetOriginInParent();
     mWindowOrigin = {parent.x + origin.x, parent.y + origin.y};
-}
-
-void ZView::FillParent()
-{
-    SetBoundsSize(mParent->mBounds.GetWidth() - mMargins.left - mMargins.right,
-                  mParent->mBounds.GetHeight() - mMargins.top - mMargins.bottom);
 }
 
 void ZView::RecordMargins()
 {
-    if (mStretchMask == 0 || !mParent)
-        return;
-    mMargins = {mBounds.left, mBounds.top, mParent->mBounds.GetWidth() - mBounds.right,
-                mParent->mBounds.GetHeight() - mBounds.bottom};
+    if (mParent)
+        mLayout.RecordMargins(mBounds, mParent->mBounds);
+}
+
+void ZView::SetStretchMask(std::int32_t mask)
+{
+    assert((mask & ~ZViewLayout::kStretchAll) == 0);
+    mLayout.stretchMask = mask;
 }
 
 void ZView::HandleResize(const ZMessage& message)
 {
-    const auto parent = requireField<ZRect>(message, "ResizeRect", "SizedRect");
-    ZRect bounds = mBounds;
-    if (mStretchMask & kFollowRight) {
-        bounds.right = parent.GetWidth() - mMargins.right;
-        if (!(mStretchMask & kKeepLeft))
-            bounds.left = bounds.right - mBounds.GetWidth();
-    }
-    if (mStretchMask & kFollowBottom) {
-        bounds.bottom = parent.GetHeight() - mMargins.bottom;
-        if (!(mStretchMask & kKeepTop))
-            bounds.top = bounds.bottom - mBounds.GetHeight();
-    }
+    const ZRect bounds =
+        mLayout.Follow(mBounds, requireField<ZRect>(message, "ResizeRect", "SizedRect"));
     if (bounds.left != mBounds.left || bounds.top != mBounds.top)
         MoveTo({bounds.left, bounds.top});
     if (bounds.GetWidth() != mBounds.GetWidth() || bounds.GetHeight() != mBounds.GetHeight())
         Resize(bounds.GetWidth(), bounds.GetHeight());
 }
 
-// What classes replace.
-
-void ZView::ElementChanged(std::uint64_t /*elementId*/)
+void ZView::AddSubview(const boost::shared_ptr<ZView>& view, bool atFront)
 {
+    if (!view || view.get() == this || view->mParent)
+        return;
+    mSubviews.Insert(view, atFront);
+    TakeIn(*view);
 }
 
-void ZView::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+void ZView::TakeIn(ZView& child)
 {
+    child.mParent = this;
+    child.SetContext(mContext);
+    if (mWindow) {
+        const auto attached = boost::make_shared<ZMessage>(ZATTACHED);
+        attached->Add<ZWindow*>("AttachedWindow", mWindow);
+        child.HandleZMessage(attached);
+    }
+    if (mDocument && !child.mDocument) {
+        const auto opened = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
+        opened->Add<ZDocument*>("Document", mDocument);
+        child.HandleZMessage(opened);
+    }
+    child.Invalidate();
 }
 
-void ZView::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+void ZView::RemoveSubview(const boost::shared_ptr<ZView>& view)
 {
+    if (!view || view->mParent != this)
+        return;
+    mSubviews.Remove(view);
+    LetGo(*view);
+    InvalidatePart(view->mBounds);
 }
 
-void ZView::MouseUp(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+void ZView::LetGo(ZView& child)
 {
+    child.mParent = nullptr;
+    if (mWindow) {
+        const auto detached = boost::make_shared<ZMessage>(ZDETACHED);
+        detached->Add<ZWindow*>("DetachedWindow", mWindow);
+        child.HandleZMessage(detached);
+    }
+    child.SetContext(nullptr);
+    if (child.mDocument)
+        child.HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
 }
 
-void ZView::MouseMoved(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+void ZView::ClearSubviews()
 {
+    for (const auto& child : mSubviews.TakeAll())
+        LetGo(*child);
 }
 
-void ZView::MouseEntered(const ZPoint& /*point*/)
+boost::shared_ptr<ZView> ZView::SubviewAt(std::int32_t index) const
 {
+    return mSubviews.At(index);
 }
 
-void ZView::MouseWheel(const ZPoint& /*point*/, std::uint32_t /*mods*/, std::int32_t /*axis*/,
-                       std::int32_t /*delta*/)
+std::int32_t ZView::IndexOfSubview(const ZView* view) const
 {
+    return mSubviews.IndexOf(view);
 }
 
-bool ZView::OnTimer(std::int64_t /*timerId*/)
+std::int32_t ZView::GetSubviewCount() const
 {
-    return false;
+    return mSubviews.Count();
 }
 
-void ZView::SetFocus(bool /*focus*/)
+boost::shared_ptr<ZView> ZView::FindSubview(std::string_view name) const
 {
+    return mSubviews.Find(name);
+}
+
+boost::shared_ptr<ZView> ZView::FindSubviewAt(const ZPoint& point) const
+{
+    return mSubviews.FindTop(point);
+}
+
+bool ZView::HitTest(ZView*& out, const ZPoint& point)
+{
+    if (!mFrame.ContainsWithEdges(point))
+        return false;
+    out = this;
+    mSubviews.HitTestFirst(out, point);
+    return true;
+}
+
+void ZView::SendToSubviews(const boost::shared_ptr<const ZMessage>& message)
+{
+    // A copy keeps the children alive: handling the message may remove views.
+    for (const auto& child : mSubviews.Copy())
+        child->HandleZMessage(message);
+}
+
+void ZView::Broadcast(std::int32_t messageId)
+{
+    SendToSubviews(boost::make_shared<ZMessage>(messageId));
+}
+
+void ZView::SetContext(const boost::shared_ptr<ZDrawingContext>& context)
+{
+    mContext = context;
+    for (const auto& child : mSubviews.Copy())
+        child->SetContext(context);
+}
+
+void ZView::SetFrameRate(float rate)
+{
+    for (const auto& child : mSubviews.Copy())
+        child->SetFrameRate(rate);
+}
+
+void ZView::Show()
+{
+    mVisible = true;
+    Broadcast(ZSHOW);
+    OnShown();
+    Invalidate();
+}
+
+void ZView::Hide()
+{
+    mVisible = false;
+    Broadcast(ZHIDE);
+    OnHidden();
+    if (mParent)
+        mParent->InvalidatePart(mBounds);
+}
+
+void ZView::Invalidate()
+{
+    Invalidate(mFrame.left, mFrame.top, mFrame.right, mFrame.bottom);
+}
+
+void ZView::Invalidate(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom)
+{
+    if (!mVisible || !mWindow)
+        return;
+    mDirty = true;
+    ZRect rect = ZRect{left, top, right, bottom}.Offset(mWindowOrigin.x, mWindowOrigin.y);
+    if (mParent)
+        rect = rect.Intersection(
+            mParent->mFrame.Offset(mParent->mWindowOrigin.x, mParent->mWindowOrigin.y));
+    if (!rect.IsEmpty())
+        mWindow->Invalidate(rect);
+}
+
+void ZView::InvalidatePart(const ZRect& rect)
+{
+    Invalidate(rect.left, rect.top, rect.right, rect.bottom);
+}
+
+void ZView::MarkSubtreeDirty()
+{
+    for (const auto& child : mSubviews.Copy()) {
+        child->mDirty = true;
+        child->MarkSubtreeDirty();
+    }
+}
+
+void ZView::MarkDirtyWithin(const ZRect& rect)
+{
+    for (const auto& child : mSubviews.Copy()) {
+        const ZRect part = child->mBounds.Intersection(rect);
+        if (part.IsEmpty())
+            continue;
+        const ZPoint origin = child->GetOriginInParent();
+        child->mDirty = true;
+        child->MarkDirtyWithin(part.Offset(-origin.x, -origin.y));
+    }
+}
+
+void ZView::AddOverlay(const boost::shared_ptr<ZOverlay>& overlay)
+{
+    if (!overlay || std::ranges::count(mOverlays, overlay) != 0)
+        return;
+    mOverlays.push_back(overlay);
+    Invalidate();
+}
+
+void ZView::RemoveOverlay(const boost::shared_ptr<ZOverlay>& overlay)
+{
+    if (std::erase(mOverlays, overlay) != 0)
+        Invalidate();
+}
+
+bool ZView::CanDraw() const
+{
+    return mContext && mContext->GetGraphics();
+}
+
+void ZView::DrawView(const ZRect& updateRect)
+{
+    if (!mVisible || !mBounds.Intersects(updateRect) || !CanDraw())
+        return;
+    const ZPoint origin = GetOriginInParent();
+    const ZRect rect =
+        mBounds.Intersection(updateRect).Offset(-origin.x, -origin.y).Intersection(mFrame);
+    const ZSavedStateScope outer(*mContext);
+    mContext->Translate(origin.x, origin.y);
+    {
+        const ZSavedStateScope inner(*mContext);
+        mContext->SetClip(rect);
+        DrawOwn(rect);
+        for (const auto& child : mSubviews.Copy())
+            child->DrawView(rect);
+    }
+    for (const auto& overlay : mOverlays)
+        overlay->DrawOverlay(*mContext);
+    DrawOver();
+}
+
+void ZView::DrawOwn(const ZRect& rect)
+{
+    ZRegion region(rect);
+    if (mParent) {
+        for (const auto& child : mSubviews.Copy()) {
+            if (!child->mVisible)
+                continue;
+            ZRegion opaque = child->GetOpaqueRegion();
+            const ZPoint origin = child->GetOriginInParent();
+            opaque.Translate(origin.x, origin.y);
+            region.Subtract(opaque);
+        }
+    }
+    if (region.IsEmpty())
+        return;
+    const ZRect part = region.GetBounds();
+    // Except for a repair, the background covers the children, so they have to be drawn again.
+    const bool isPainted = mBackground.IsPainted();
+    if (mDirty || (isPainted && !RepairsUnderChildren()))
+        MarkDirtyWithin(part);
+    if (isPainted)
+        DrawBackground(part);
+    if (mDirty)
+        Draw(part);
+    mDirty = false;
+}
+
+void ZView::DrawBackground(const ZRect& rect)
+{
+    if (!mContext)
+        return;
+    mBackground.MakeShadedBitmap(*mContext, mFrame, GetShaderName());
+    if (RepairsUnderChildren())
+        RepairUnder(*this, {0, 0}, rect);
+    else if (mBackground.HasBitmap())
+        mBackground.DrawBitmap(*mContext, mFrame);
+    mBackground.DrawFrame(*mContext, mFrame, rect);
+}
+
+bool ZView::RepairsUnderChildren() const
+{
+    return !mDirty && mBackground.HasBitmap() &&
+           mBackground.GetBitmapStyle() == ZViewBackground::kBitmapOrigin;
+}
+
+void ZView::RepairUnder(const ZView& view, const ZPoint& offset, const ZRect& rect)
+{
+    for (const auto& child : view.mSubviews.Copy()) {
+        const ZRect bounds = child->mBounds.Offset(offset.x, offset.y).Intersection(rect);
+        // A hidden child paints nothing, so its place needs no repair.
+        if (!child->mVisible || bounds.IsEmpty())
+            continue;
+        if (child->mDirty && !child->mBackground.IsPainted()) {
+            const ZSavedStateScope saved(*mContext);
+            mContext->SetClip(bounds);
+            mBackground.DrawBitmapAtOrigin(*mContext);
+            continue;
+        }
+        const ZPoint origin = child->GetOriginInParent();
+        RepairUnder(*child, {offset.x + origin.x, offset.y + origin.y}, bounds);
+    }
 }
 
 ZString ZView::GetTooltipText(const ZPoint& /*point*/)

@@ -7,6 +7,8 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
+
 namespace orvane
 {
 
@@ -29,6 +31,33 @@ boost::shared_ptr<ZBitmap> readBitmap(const ZXMLElement& view, std::string_view 
     return tag ? boost::make_shared<ZBitmap>(*tag, application) : nullptr;
 }
 
+std::int32_t numberOr(const ZXMLElement& xml, std::string_view attribute, std::int32_t absent)
+{
+    return xml.HasAttribute(attribute) ? xml.GetInt32(attribute) : absent;
+}
+
+std::optional<std::int32_t> readWord(const ZXMLElement& xml, std::string_view attribute,
+                                     std::span<const ZViewWord> words)
+{
+    const auto found = std::ranges::find_if(
+        words, [&](const ZViewWord& word) { return xml.AttributeIs(attribute, word.word); });
+    return found == words.end() ? std::nullopt : std::optional(found->value);
+}
+
+std::string_view wordOf(std::int32_t value, std::span<const ZViewWord> words)
+{
+    const auto found = std::ranges::find(words, value, &ZViewWord::value);
+    return found == words.end() ? std::string_view() : found->word;
+}
+
+bool readNamedRect(const ZXMLElement& view, std::string_view name, ZRect& rect)
+{
+    const auto tag = findTag(view, "rect", "name", name);
+    if (tag)
+        rect = readRect(*tag);
+    return tag != nullptr;
+}
+
 bool readNamedColor(const ZXMLElement& view, std::string_view name, ZColor& color)
 {
     const auto tag = findTag(view, "color", "name", name);
@@ -37,9 +66,33 @@ bool readNamedColor(const ZXMLElement& view, std::string_view name, ZColor& colo
     return tag != nullptr;
 }
 
-std::int32_t readNumber(const ZXMLElement& tag, std::string_view attribute)
+bool readColorTag(const ZXMLElement& xml, std::string_view tag, ZColor& color)
 {
-    return tag.HasAttribute(attribute) ? tag.GetInt32(attribute) : 0;
+    const auto child = xml.GetChild(tag);
+    if (child)
+        color = readColor(*child);
+    return child != nullptr;
+}
+
+void writeNamedRect(ZXMLElement& xml, std::string_view name, const ZRect& rect)
+{
+    ZXMLElement child("rect");
+    child.AddAttribute("name", name);
+    child.AddAttribute("left", rect.left);
+    child.AddAttribute("top", rect.top);
+    child.AddAttribute("width", rect.GetWidth());
+    child.AddAttribute("height", rect.GetHeight());
+    xml.AddChild(child);
+}
+
+void writeColorTag(ZXMLElement& xml, std::string_view tag, const ZColor& color)
+{
+    ZXMLElement child(tag);
+    child.AddAttribute("red", std::int32_t{color.red});
+    child.AddAttribute("green", std::int32_t{color.green});
+    child.AddAttribute("blue", std::int32_t{color.blue});
+    child.AddAttribute("alpha", std::int32_t{color.alpha});
+    xml.AddChild(child);
 }
 
 }  // namespace orvane

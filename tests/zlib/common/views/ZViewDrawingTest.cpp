@@ -5,6 +5,7 @@
 #include "zlib/common/views/ZOverlay.h"
 #include "zlib/common/views/ZStringView.h"
 #include "zlib/common/views/ZView.h"
+#include "zlib/common/views/ZViewBackground.h"
 #include "zlib/common/views/ZWindow.h"
 
 #include <gtest/gtest.h>
@@ -28,14 +29,14 @@ constexpr ZRect kAll{0, 0, 1000, 1000};
 class PictureView : public ZView
 {
 public:
-    PictureView(const ZRect& bounds, std::int32_t style, const ZColor& color, ZPoint size)
+    PictureView(const ZRect& bounds, ZViewBackground::BitmapStyle style, const ZColor& color,
+                ZPoint size)
         : ZView("picture", bounds, nullptr)
     {
-        mBackgroundBitmap = std::make_unique<ZBitmap>(size.x, size.y, nullptr);
-        mBackgroundBitmap->SetBrushColor(color);
-        mBackgroundBitmap->FillRect(mBackgroundBitmap->GetFrame());
-        mBitmapStyle = style;
-        mHasBackground = true;
+        auto bitmap = std::make_unique<ZBitmap>(size.x, size.y, nullptr);
+        bitmap->SetBrushColor(color);
+        bitmap->FillRect(bitmap->GetFrame());
+        GetBackground().SetBitmap(std::move(bitmap), style);
     }
 };
 
@@ -149,7 +150,7 @@ TEST_F(ZViewDrawingTest, OverlaysComeAfterTheChildrenAndThenTheViewItself)
 
 TEST_F(ZViewDrawingTest, ADirtyTransparentChildGetsACleanGroundAndNobodyElse)
 {
-    PictureView root({0, 0, 20, 16}, ZView::kBitmapOrigin, kRed, {20, 16});
+    PictureView root({0, 0, 20, 16}, ZViewBackground::kBitmapOrigin, kRed, {20, 16});
     const auto box = boost::make_shared<ZView>("box", ZRect{2, 2, 18, 14}, nullptr);
     root.AddSubview(box, false);
     // Half transparent, so that painting twice shows.
@@ -170,7 +171,7 @@ TEST_F(ZViewDrawingTest, ADirtyTransparentChildGetsACleanGroundAndNobodyElse)
 
 TEST_F(ZViewDrawingTest, ARepairStaysWithinWhatIsPainted)
 {
-    PictureView root({0, 0, 20, 16}, ZView::kBitmapOrigin, kRed, {20, 16});
+    PictureView root({0, 0, 20, 16}, ZViewBackground::kBitmapOrigin, kRed, {20, 16});
     root.SetContext(canvas);
     root.DrawView(kAll);
     AddTo(root, "child", {2, 2, 12, 12}, {0, 0, 0, 0});
@@ -237,13 +238,16 @@ TEST_F(ZViewDrawingTest, ThePictureLiesAsItsStyleTells)
 {
     struct Case
     {
-        std::int32_t style;
+        ZViewBackground::BitmapStyle style;
         ZRect ink;
     };
     const Case cases[] = {
-        {ZView::kBitmapOrigin, {2, 2, 5, 4}},         {ZView::kBitmapCenter, {6, 5, 9, 7}},
-        {ZView::kBitmapStretch, {2, 2, 12, 10}},      {ZView::kBitmapStretchWidth, {2, 2, 12, 4}},
-        {ZView::kBitmapStretchHeight, {2, 2, 5, 10}}, {ZView::kBitmapTile, {2, 2, 12, 10}},
+        {ZViewBackground::kBitmapOrigin, {2, 2, 5, 4}},
+        {ZViewBackground::kBitmapCenter, {6, 5, 9, 7}},
+        {ZViewBackground::kBitmapStretch, {2, 2, 12, 10}},
+        {ZViewBackground::kBitmapStretchWidth, {2, 2, 12, 4}},
+        {ZViewBackground::kBitmapStretchHeight, {2, 2, 5, 10}},
+        {ZViewBackground::kBitmapTile, {2, 2, 12, 10}},
     };
     for (const Case& each : cases) {
         const auto picture = boost::make_shared<Canvas>(20, 16);

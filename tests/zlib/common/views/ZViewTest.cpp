@@ -5,6 +5,7 @@
 #include "support/SmallApplication.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZStringView.h"
@@ -100,7 +101,6 @@ TEST_F(ZViewTest, ItsDescriptionAndItsArchiveMakeTheSameView)
     EXPECT_EQ(view.GetBounds(), (ZRect{10, 20, 40, 60}));
     EXPECT_EQ(view.GetFrame(), (ZRect{0, 0, 30, 40}));
     EXPECT_EQ(view.GetPenColor(), (ZColor{44, 1, 2, 3}));
-    EXPECT_EQ(view.GetStretchMask(), ZView::kStretchAll);
     for (const char* const part :
          {"name=\"v\"", "target=\"two\"", "flex=\"3\"", "align=\"end\"", "minwidth=\"20\"",
           "minheight=\"1\"", "maxwidth=\"10000\"", "maxheight=\"30\"", "horizontal=\"2",
@@ -336,10 +336,10 @@ TEST_F(ZViewTest, EdgesFollowTheParentAsTheMaskTells)
     };
     const Case cases[] = {
         {0, {10, 10, 30, 20}},
-        {ZView::kFollowRight, {30, 10, 50, 20}},
-        {ZView::kFollowBottom, {10, 15, 30, 25}},
-        {ZView::kStretchAll, {10, 10, 50, 25}},
-        {ZView::kKeepLeft | ZView::kKeepTop, {10, 10, 30, 20}},
+        {ZViewLayout::kFollowRight, {30, 10, 50, 20}},
+        {ZViewLayout::kFollowBottom, {10, 15, 30, 25}},
+        {ZViewLayout::kStretchAll, {10, 10, 50, 25}},
+        {ZViewLayout::kKeepLeft | ZViewLayout::kKeepTop, {10, 10, 30, 20}},
     };
     const auto resized = boost::make_shared<ZMessage>(ZRESIZE);
     resized->Add<ZRect>("ResizeRect", ZRect{7, 7, 127, 92});

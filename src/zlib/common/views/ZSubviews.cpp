@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "zlib/common/views/ZSubviews.h"
+
+#include "zlib/common/views/ZView.h"
+
+#include <algorithm>
+#include <cassert>
+#include <mutex>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+/// Finds the views that show at a point.
+auto showsAt(const ZPoint& point)
+{
+    return [&point](const boost::shared_ptr<ZView>& view) {
+        return view->IsVisible() && view->GetBounds().ContainsWithEdges(point);
+    };
+}
+
+}  // namespace
+
+void ZSubviews::Insert(const boost::shared_ptr<ZView>& view, bool atFront)
+{
+    assert(view && IndexOf(view.get()) < 0);
+    const std::lock_guard guard(mLock);
+    mViews.insert(atFront ? mViews.begin() : mViews.end(), view);
+}
+
+void ZSubviews::Remove(const boost::shared_ptr<ZView>& view)
+{
+    const std::lock_guard guard(mLock);
+    std::erase(mViews, view);
+}
+
+ZSubviews::Views ZSubviews::TakeAll()
+{
+    const std::lock_guard guard(mLock);
+    return std::exchange(mViews, {});
+}
+
+ZSubviews::Views ZSubviews::Copy() const
+{
+    const std::lock_guard guard(mLock);
+    return mViews;
+}
+
+boost::shared_ptr<ZView> ZSubviews::At(std::int32_t index) const
+{
+    const std::lock_guard guard(mLock);
+    if (index < 0 || index >= std::ssize(mViews))
+        return nullptr;
+    return mViews[static_cast<std::size_t>(index)];
+}
+
+std::int32_t ZSubviews::IndexOf(const ZView* view) const
+{
+    const std::lock_guard guard(mLock);
+    const auto found =
+        std::ranges::find_if(mViews, [view](const auto& each) { return each.get() == view; });
+    return found == mViews.end() ? -1 : static_cast<std::int32_t>(found - mViews.begin());
+}
+
+std::int32_t ZSubviews::Count() const
+{
+    const std::lock_guard guard(mLock);
+    return static_cast<std::int32_t>(mViews.size());
+}
+
+boost::shared_ptr<ZView> ZSubviews::Find(std::string_view name) const
+{
+    const std::lock_guard guard(mLock);
+    for (const auto& view : mViews) {
+        if (view->GetName() == name)
+            return view;
+        if (auto found = view->FindSubview(name))
+            return found;
+    }
+    return nullptr;
+}
+
+boost::shared_ptr<ZView> ZSubviews::FindTop(const ZPoint& point) const
+{
+    const std::lock_guard guard(mLock);
+    const auto found = std::find_if(mViews.rbegin(), mViews.rend(), showsAt(point));
+    return found == mViews.rend() ? nullptr : *found;
+}
+
+void ZSubviews::HitTestFirst(ZView*& out, const ZPoint& point) const
+{
+    const std::lock_guard guard(mLock);
+    const auto found = std::find_if(mViews.begin(), mViews.end(), showsAt(point));
+    if (found == mViews.end())
+        return;
+    const ZPoint origin = (*found)->GetOriginInParent();
+    (*found)->HitTest(out, {point.x - origin.x, point.y - origin.y});
+}
+
+}  // namespace orvane
