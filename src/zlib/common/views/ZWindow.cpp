@@ -3,6 +3,8 @@
 
 #include "zlib/common/documents/ZApp.h"
 #include "zlib/common/documents/ZDocument.h"
+#include "zlib/common/documents/ZDocumentManager.h"
+#include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/objects/ZException.h"
@@ -11,16 +13,20 @@
 #include "zlib/common/objects/ZTrace.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/objects/ZXMLGeometry.h"
+#include "zlib/common/views/ZMessageDocument.h"
 #include "zlib/common/views/ZTooltip.h"
 #include "zlib/common/views/ZView.h"
+#include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindowManager.h"
 #include "zlib/common/views/ZWindowTimers.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -28,13 +34,17 @@ namespace orvane
 namespace
 {
 
-/// The view that holds all others, with a way to have them made.
-class RootView : public ZView
+using Message = boost::shared_ptr<const ZMessage>;
+
+constexpr std::int32_t kVerticalWheel = 1;
+
+template <typename T>
+Message messageWith(std::int32_t id, const char* field, const T& value)
 {
-public:
-    using ZView::LayoutSubviews;
-    using ZView::ZView;
-};
+    auto message = boost::make_shared<ZMessage>(id);
+    message->Add<T>(field, value);
+    return message;
+}
 
 ZWindow::TitleStyle titleStyleOf(const ZXMLElement& xml)
 {
@@ -63,9 +73,13 @@ ZWindow::CloseStyle closeStyleOf(const ZXMLElement& xml)
 ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZHandler(xml, application)
     , mContext(boost::make_shared<ZDrawingContext>())
+    , mPicture(mContext)
+    , mRootView(boost::make_shared<ZView>("main", GetLooper()))
+    , mPointer(*mRootView)
+    , mKeys(*this)
+    , mFrames(*this)
 {
-    // Timers of this platform are as fine as they get: there is no resolution to ask for and to
-    // give back.
+    // Timers of this platform have one fixed resolution, so none is requested here.
     ReadAttributes(*xml);
     if (const auto changes = xml->GetChild("documentchange"))
         AddDocumentTypes(*changes);
@@ -77,11 +91,10 @@ ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
 
 ZWindow::~ZWindow()
 {
-    StopFrameTimer();
     mNativeWindow.reset();
-    // Views forget the window while it still is one, and the document while it is there: those that
-    // are in the middle of a message outlive both.
-    mCapturedView = nullptr;
+    // Views that are handling a message may outlive the window and the document, so all of them
+    // leave both here.
+    mPointer.SetCaptured(nullptr);
     mRootView->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
     mRootView->HandleZMessage(boost::make_shared<ZMessage>(ZDETACHED));
     mRootView.reset();
@@ -102,7 +115,6 @@ void ZWindow::ReadAttributes(const ZXMLElement& xml)
     mTitleAttribute = ZString(xml.GetAttribute("title"));
     mTitleStyle = titleStyleOf(xml);
     mCloseStyle = closeStyleOf(xml);
-    mResizable = !xml.AttributeIs("resize", "false");
     const std::int32_t maxFrames = xml.GetInt32("maxfps");
     mMaxFramesPerSecond = maxFrames < 1 ? kDefaultMaxFrames : maxFrames;
 }
@@ -118,12 +130,10 @@ void ZWindow::AddDocumentTypes(const ZXMLElement& xml)
 
 void ZWindow::BuildViews(const ZXMLElement& xml)
 {
-    const auto root = boost::make_shared<RootView>("main", GetLooper());
-    mRootView = root;
-    root->SetStretchMask(ZView::kStretchAll);
-    root->SetBoundsSize(mSize.x, mSize.y);
-    root->SetContext(mContext);
-    root->LayoutSubviews(xml);
+    mRootView->SetStretchMask(ZViewLayout::kStretchAll);
+    mRootView->SetBoundsSize(mSize.x, mSize.y);
+    mRootView->SetContext(mContext);
+    mRootView->LayoutSubviews(xml);
 }
 
 void ZWindow::AddWindowManagers(const ZXMLElement& xml)
@@ -150,7 +160,7 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
 {
     if (GetArea().IsEmpty())
         return false;
-    // Wherever the window before was moved to, this one begins at its own place.
+    // Not at the place that the window before was moved to.
     mPosition = mFirstPosition;
     auto native = ZNativeWindow::Create(NativeSettings(parent, nativeParent), *this);
     if (!native)
@@ -158,7 +168,7 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
     if (mNativeWindow)
         EndModalRuns();
     ReleaseCapture();
-    LeaveHover();
+    mPointer.LeaveHover();
     mNativeWindow = std::move(native);
     MakeOffscreen();
     return true;
@@ -181,15 +191,13 @@ void ZWindow::Destroy()
 {
     HideTooltip();
     ReleaseCapture();
-    LeaveHover();
-    mPaused = true;
-    UpdateFrameTimer();
+    mPointer.LeaveHover();
+    mFrames.SetPaused(true);
     mNativeWindow.reset();
-    SetGraphics(nullptr);
-    mOffscreenBitmap.reset();
+    mPicture.Release();
 }
 
-// Menus and dialogs above the window have lost their ground, and a dialog itself waits for an end
+// Menus and dialogs above the window go with it; without this a dialog would wait for an answer
 // that cannot come any more.
 void ZWindow::EndModalRuns()
 {
@@ -197,32 +205,10 @@ void ZWindow::EndModalRuns()
         app->EndModalRuns();
 }
 
-void ZWindow::Detach()
-{
-}
-
-void ZWindow::OnReady()
-{
-}
-
-void ZWindow::OnActivated()
-{
-}
-
-void ZWindow::OnDeactivated()
-{
-}
-
-bool ZWindow::OnTimer(TimerId /*id*/)
-{
-    return false;
-}
-
 void ZWindow::Show()
 {
     AttachViews();
-    mPaused = false;
-    UpdateFrameTimer();
+    mFrames.SetPaused(false);
     if (!mNativeWindow)
         return;
     mNativeWindow->SetRect(GetPlace());
@@ -234,10 +220,9 @@ void ZWindow::Hide()
 {
     HideTooltip();
     ReleaseCapture();
-    LeaveHover();
-    // Nobody sees the frames of a window that is hidden, and hosts keep many of those.
-    mPaused = true;
-    UpdateFrameTimer();
+    mPointer.LeaveHover();
+    // Hosts keep many hidden windows, and their frames would be computed for nobody.
+    mFrames.SetPaused(true);
     if (mNativeWindow)
         mNativeWindow->Hide();
 }
@@ -268,7 +253,7 @@ void ZWindow::SetScale(double scale)
 
 void ZWindow::SetSize(double width, double height)
 {
-    // What no picture can have is cut.
+    // No picture is larger than kMaxSide.
     const auto side = [](double length) {
         return static_cast<std::int32_t>(std::clamp(length, 0.0, double{ZImage::kMaxSide}));
     };
@@ -344,55 +329,43 @@ std::vector<ZWindowManager*> ZWindow::GetWindowManagers() const
 
 void ZWindow::SetFocusView(ZView* view)
 {
-    if (view == mFocusView)
-        return;
-    ZView* const before = std::exchange(mFocusView, view);
-    if (before) {
-        before->SetFocus(false);
-        before->Invalidate();
-    }
-    if (view) {
-        view->SetFocus(true);
-        view->Invalidate();
-    }
+    mKeys.SetFocus(view);
 }
 
 void ZWindow::SetCapturedView(ZView* view)
 {
-    if (view == mCapturedView)
+    if (view == mPointer.GetCaptured())
         return;
-    mCapturedView = view;
+    mPointer.SetCaptured(view);
     if (mNativeWindow)
         mNativeWindow->SetCapture(view != nullptr);
 }
 
 void ZWindow::ReleaseCapture()
 {
-    // Through the view, so that what it told the host about the edit of an element has its end.
-    // That comes last, since the host may do anything.
-    if (mCapturedView) {
-        mCapturedView->OnCaptureLost();
-        mCapturedView->SetMouseCapture(false, true);
+    // Through the view, which ends its edit towards the host: last, since the host may do anything.
+    if (ZView* const view = mPointer.GetCaptured()) {
+        view->OnCaptureLost();
+        view->SetMouseCapture(false, true);
     }
     SetCapturedView(nullptr);
 }
 
 void ZWindow::ForgetView(ZView* view)
 {
-    RemoveIdleView(view);
-    mNavigableViews.Remove(view);
+    assert(view);
+    mFrames.Remove(view);
+    mKeys.Forget(view);
     RemoveTool(view);
-    if (mHoverView == view)
-        mHoverView = nullptr;
-    if (mFocusView == view)
-        mFocusView = nullptr;
-    if (mCapturedView == view)
+    if (mPointer.GetHover() == view)
+        mPointer.SetHover(nullptr);
+    if (mPointer.GetCaptured() == view)
         SetCapturedView(nullptr);
 }
 
 void ZWindow::AddNavigableView(ZView* view)
 {
-    mNavigableViews.Append(view);
+    mKeys.AddNavigable(view);
 }
 
 void ZWindow::AddTool(ZView* view, const ZRect& rect)
@@ -426,45 +399,350 @@ void ZWindow::StopTimer(TimerId id)
 
 void ZWindow::AddIdleView(ZView* view)
 {
-    mIdleViews.Append(view);
-    view->SetFrameRate(static_cast<float>(mFramesPerSecond));
-    UpdateFrameTimer();
+    mFrames.Add(view);
 }
 
 void ZWindow::RemoveIdleView(ZView* view)
 {
-    mIdleViews.Remove(view);
-    UpdateFrameTimer();
+    mFrames.Remove(view);
 }
 
 void ZWindow::SetFramesPerSecond(std::int32_t rate)
 {
-    mRequestedFramesPerSecond = std::max(rate, 1);
-}
-
-void ZWindow::UpdateFrameTimer()
-{
-    const bool wanted = mIdleViews.Count() > 0 && !mPaused;
-    if (wanted && mFrameTimer == kNoTimer)
-        mFrameTimer = StartTimer(1'000'000 / mFramesPerSecond, *this);
-    if (!wanted)
-        StopFrameTimer();
-}
-
-void ZWindow::StopFrameTimer()
-{
-    if (mFrameTimer != kNoTimer)
-        StopTimer(std::exchange(mFrameTimer, kNoTimer));
+    mFrames.SetRate(rate);
 }
 
 void ZWindow::IdleFrame()
 {
-    const auto isIdle = [this](ZView* view) {
-        return std::ranges::count(mIdleViews.Copy(), view) != 0;
+    mFrames.CallViews();
+}
+
+void ZWindow::SetGraphics(ZGraphics* graphics)
+{
+    mContext->SetGraphics(graphics);
+}
+
+void ZWindow::MakeOffscreen()
+{
+    mPicture.Make(mSize);
+    mRootView->MarkSubtreeDirty();
+}
+
+void ZWindow::Invalidate(const ZRect& rect)
+{
+    mPicture.NoteInvalid(rect);
+    if (mNativeWindow)
+        mNativeWindow->Invalidate(rect);
+}
+
+void ZWindow::RedrawAll()
+{
+    Invalidate(GetArea());
+    mRootView->MarkSubtreeDirty();
+}
+
+void ZWindow::Update()
+{
+    if (mNativeWindow)
+        mNativeWindow->Update();
+}
+
+void ZWindow::NativePaint(const ZRect& update)
+{
+    if (!mPicture.Get())
+        return;
+    const bool isWhole = update.Union(mRootView->GetBounds()) == update;
+    if (mPicture.TakeUncovered(update) || isWhole)
+        mRootView->MarkSubtreeDirty();
+    Paint(update);
+    if (mNativeWindow)
+        mNativeWindow->Present(*mPicture.Get()->GetNative(), update);
+}
+
+void ZWindow::Paint(const ZRect& rect)
+{
+    mRootView->DrawView(rect);
+}
+
+const ZBitmap& ZWindow::RenderOffscreen()
+{
+    if (!mPicture.Get())
+        MakeOffscreen();
+    if (!mPicture.Get())
+        throw ZException(ZException::kGeneral,
+                         "Window '" + GetName() + "' has no size to be drawn in");
+    AttachViews();
+    IdleFrame();
+    mRootView->MarkSubtreeDirty();
+    Paint(GetArea());
+    return *mPicture.Get();
+}
+
+void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+{
+    if (IsBlocked(*message))
+        return;
+    CallFilters(*message);
+    switch (message->GetId()) {
+    case ZCLOSE:
+        return CloseByStyle();
+    case ZDOCUMENTNEW:
+        return TakeDocument(*message, "Document");
+    case ZDOCUMENTCHANGED:
+        return TakeDocument(*message, "NewDocument");
+    case ZDOCUMENTCLOSED:
+        return LoseDocument(message);
+    case ZMODALENABLE:
+    case ZMODALDISABLE:
+        mModalDisabled = message->GetId() == ZMODALDISABLE;
+        return SendToRoot(message);
+    case ZPREFSCHANGED:
+    case ZSAMPLERATECHANGED:
+    case ZQTEVENT:
+    case ZRELEASEMOVIE:
+    case ZENABLE:
+    case ZDISABLE:
+    case ZMOUSEWHEEL:
+        return SendToRoot(message);
+    case ZMOUSEDOWN:
+    case ZMOUSEDOUBLECLICK:
+        return RouteClick(*message, "ClickPoint");
+    case ZMOUSEUP:
+        return RouteClick(*message, "UpPoint");
+    case ZMOUSEMOVED:
+        return RouteMove(message);
+    case ZMOVED:
+        mPosition = requireField<ZPoint>(*message, "MovePoint");
+        return;
+    case ZQUIT:
+        return HandleQuit(message);
+    case ZREADY:
+        return OnReady();
+    case ZSIZED:
+        return HandleSized(*message);
+    case ZTIMER:
+        return HandleTimer(message);
+    case ZWINMINIMIZE:
+    case ZWINRESTORE:
+        return SendToManager(message);
+    case ZTEXTINPUT:
+    case ZKEYDOWN:
+        return SendToFocus(message);
+    default:
+        return ZHandler::HandleZMessage(std::move(message));
+    }
+}
+
+bool ZWindow::IsBlocked(const ZMessage& message)
+{
+    // Every window has to release a document that closes.
+    if (mDialog || message.GetId() == ZDRAW || message.GetId() == ZDOCUMENTCLOSED)
+        return false;
+    const ZApp* const app = ZApp::Of(*this);
+    return app && app->IsModal();
+}
+
+void ZWindow::CallFilters(const ZMessage& message)
+{
+    const auto [first, last] = mFilters.equal_range(message.GetId());
+    std::vector<ZWindowFilter*> filters;
+    for (auto entry = first; entry != last; ++entry)
+        filters.push_back(entry->second);
+    for (ZWindowFilter* const filter : filters)
+        filter->FilterMessage(message);
+}
+
+void ZWindow::AddFilter(std::int32_t messageId, ZWindowFilter* filter)
+{
+    mFilters.emplace(messageId, filter);
+}
+
+void ZWindow::RemoveFilter(std::int32_t messageId, ZWindowFilter* filter)
+{
+    const auto [first, last] = mFilters.equal_range(messageId);
+    const auto found =
+        std::find_if(first, last, [filter](const auto& entry) { return entry.second == filter; });
+    if (found != last)
+        mFilters.erase(found);
+}
+
+void ZWindow::SendToRoot(const Message& message)
+{
+    const auto root = mRootView;  // handling the message may release the window
+    root->HandleZMessage(message);
+}
+
+void ZWindow::SendToFocus(const Message& message)
+{
+    if (ZView* const view = mKeys.GetFocus())
+        view->HandleZMessage(message);
+}
+
+void ZWindow::SendToManager(const Message& message)
+{
+    ZApp* const app = ZApp::Of(*this);
+    if (!mMdiChild && app && app->GetWindowManager())
+        app->GetWindowManager()->HandleZMessage(message);
+}
+
+void ZWindow::HandleQuit(const Message& message)
+{
+    ZApplication* const app = GetApp();
+    if (app && CanClose())
+        app->HandleZMessage(message);
+}
+
+void ZWindow::CloseByStyle()
+{
+    if (mCloseStyle == CloseStyle::kHide)
+        return Hide();
+    ZApp* const app = ZApp::Of(*this);
+    if (!app)
+        return;
+    if (mCloseStyle == CloseStyle::kApplication)
+        return app->HandleZMessage(messageWith<ZWindow*>(ZWINDOWCLOSED, "WindowClosed", this));
+    if (const auto document = findDocument(*app, mDocument))
+        app->GetDocumentManager()->HandleZMessage(
+            messageWith<boost::shared_ptr<ZDocument>>(ZDOCCLOSE, "Document", document));
+}
+
+void ZWindow::TakeDocument(const ZMessage& message, const char* field)
+{
+    ZDocument* const document = requireDocument(message, field);
+    SetDocument(document);
+    SendToRoot(messageWith<ZDocument*>(message.GetId(), field, document));
+}
+
+void ZWindow::LoseDocument(const Message& message)
+{
+    SendToRoot(message);
+    const auto document = documentOf(*message, "CloseDocument");
+    if (!document || *document == mDocument)
+        SetDocument(nullptr);
+}
+
+void ZWindow::RouteClick(const ZMessage& message, const char* field)
+{
+    if (!mPointer.GetCaptured() && message.GetId() != ZMOUSEUP)
+        SetFocusView(nullptr);
+    const auto root = mRootView;  // handling the message may release the window
+    mPointer.RouteClick(message, field);
+}
+
+void ZWindow::RouteMove(const Message& message)
+{
+    const auto root = mRootView;  // as above
+    mPointer.RouteMove(message);
+}
+
+void ZWindow::HandleSized(const ZMessage& message)
+{
+    const auto rect = requireField<ZRect>(message, "SizedRect");
+    SetSize(rect.GetWidth(), rect.GetHeight());
+    SizeChanged();
+}
+
+void ZWindow::SizeChanged()
+{
+    if (mPicture.Get())
+        MakeOffscreen();
+    if (!mAttached)
+        return;
+    SendToRoot(messageWith<ZRect>(ZRESIZE, "ResizeRect", GetArea()));
+    RedrawAll();
+}
+
+void ZWindow::HandleTimer(const Message& message)
+{
+    const auto id = requireField<TimerId>(*message, "TimerID");
+    if (id == mFrames.GetTimer()) {
+        mFrames.UpdateRate();
+        IdleFrame();
+    } else if (!OnTimer(id)) {
+        SendToRoot(message);
+    }
+}
+
+void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
+{
+    mLastMouse = event.position;
+    TellTooltip(event);
+    if (event.action == ZNativeMouseEvent::kWheel)
+        return HandleZMessage(
+            makeWheelMessage(event.position, event.modifiers, kVerticalWheel, event.wheelNotches));
+    if (mModalDisabled)
+        return;
+    const auto send = [&](std::int32_t id, const char* field) {
+        HandleZMessage(makeMouseMessage(id, field, event.position, event.modifiers));
     };
-    for (ZView* const view : mIdleViews.Copy())
-        if (isIdle(view))  // one before it may have ended it
-            view->IdleTick();
+    switch (event.action) {
+    case ZNativeMouseEvent::kMove:
+        return send(ZMOUSEMOVED, "MovePoint");
+    case ZNativeMouseEvent::kDown:
+        if (mNativeWindow)
+            mNativeWindow->SetFocus();
+        return send(ZMOUSEDOWN, "ClickPoint");
+    case ZNativeMouseEvent::kUp:
+        return send(ZMOUSEUP, "UpPoint");
+    case ZNativeMouseEvent::kDoubleClick:
+        return send(ZMOUSEDOUBLECLICK, "ClickPoint");
+    case ZNativeMouseEvent::kLeave:
+        return mPointer.LeaveHover();
+    case ZNativeMouseEvent::kWheel:
+        return;
+    }
+}
+
+void ZWindow::TellTooltip(const ZNativeMouseEvent& event)
+{
+    if (!mTooltip)
+        return;
+    const ZApp* const app = ZApp::Of(*this);
+    const bool isBlocked = mModalDisabled || (app && app->IsModal() && !mDialog);
+    if (event.action == ZNativeMouseEvent::kLeave || isBlocked)
+        return mTooltip->Left();
+    if (event.action != ZNativeMouseEvent::kMove)
+        return mTooltip->MouseDown();
+    // While a view is dragged, the views that the pointer passes show no tips.
+    if (!mPointer.GetCaptured())
+        mTooltip->MouseMoved(event.position);
+}
+
+bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
+{
+    if (mTooltip)
+        mTooltip->MouseDown();
+    return mKeys.Dispatch(event);
+}
+
+void ZWindow::NativeMoved(const ZPoint& position)
+{
+    HandleZMessage(messageWith<ZPoint>(ZMOVED, "MovePoint", position));
+}
+
+void ZWindow::NativeSized(std::int32_t width, std::int32_t height)
+{
+    HandleZMessage(boost::make_shared<ZMessage>(ZWINRESTORE));
+    HandleZMessage(messageWith<ZRect>(ZSIZED, "SizedRect", {0, 0, width, height}));
+}
+
+void ZWindow::NativeFocus(bool focused)
+{
+    if (focused)
+        OnActivated();
+    else
+        OnDeactivated();
+}
+
+void ZWindow::NativeCloseRequested()
+{
+    HandleZMessage(boost::make_shared<ZMessage>(ZCLOSE));
+}
+
+void ZWindow::NativeDestroyed()
+{
+    EndModalRuns();
+    Destroy();
 }
 
 }  // namespace orvane

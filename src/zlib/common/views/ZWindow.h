@@ -9,6 +9,10 @@
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
 #include "zlib/common/views/ZDocumentMap.h"
+#include "zlib/common/views/ZWindowFrames.h"
+#include "zlib/common/views/ZWindowKeys.h"
+#include "zlib/common/views/ZWindowPicture.h"
+#include "zlib/common/views/ZWindowPointer.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -28,21 +32,22 @@ class ZView;
 class ZWindowManager;
 class ZXMLElement;
 
-/// Sees the messages of one number that a window receives, before the window acts on them.
+/// Gets the messages of certain ids that a window receives, before the window acts on them.
 class ZWindowFilter
 {
 public:
     virtual ~ZWindowFilter() = default;
 
+    /// [interface thread]
     virtual void FilterMessage(const ZMessage& message) = 0;
 };
 
-/// A window of a description: owns the root view, the drawing context that all its views share and
-/// the picture they are painted into, and turns events of the system into messages. It lives
-/// without a window of the system until Create, and again after that one is gone: views, their
-/// state and the document stay.
+/// A window that a description defines. It owns the root view, the drawing context that all its
+/// views share and the offscreen picture that they are painted into, and turns events of the system
+/// into messages. The window of the system exists from Create to Destroy; views, their state and
+/// the document exist all the time.
 ///
-/// What reaches a view may do anything, a modal run included; the window is the last to touch
+/// A view may do anything while it handles a message, a modal run included, so the window touches
 /// nothing after it has passed an event on.
 /// [interface thread, or any other but the audio thread under the interface lock]
 class ZWindow : public ZHandler, public ZNativeWindowClient
@@ -50,7 +55,6 @@ class ZWindow : public ZHandler, public ZNativeWindowClient
 public:
     using TimerId = std::int64_t;
     static constexpr TimerId kNoTimer = -1;
-    static constexpr std::int32_t kDefaultFramesPerSecond = 15;
     static constexpr std::int32_t kDefaultMaxFrames = 30;
 
     /// Values of `titlestyle`.
@@ -61,7 +65,7 @@ public:
         kDocument,
         kApplication,
     };
-    /// Values of `closestyle`: what a close request does.
+    /// Values of `closestyle`: what a close request closes.
     enum class CloseStyle
     {
         kApplication,
@@ -69,112 +73,113 @@ public:
         kHide,
     };
 
-    /// From a `windowtype`, with all its views. The application, which is the looper, may be null.
-    /// Throws ZException -1 where there is no `rect`.
+    /// Builds the window from a `windowtype`, with all its views. The application, which is the
+    /// looper, may be null. Throws ZException -1 where there is no `rect`.
     ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZWindow() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     /// Throws ZException -1 when a field is missing. While a dialog of the application is open,
-    /// all windows but dialogs drop what comes.
+    /// windows that are no dialogs drop every message but ZDRAW and ZDOCUMENTCLOSED.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// Makes the window of the system inside nativeParent (or above parent's) and the offscreen
-    /// picture, in place of what was there. False, with all else as it was, where there is no
+    /// Makes the window of the system, inside nativeParent or above parent's, and the offscreen
+    /// picture; they replace the ones before. False, with nothing changed, where there is no
     /// display or no such parent.
     virtual bool Create(ZWindow* parent, ZNativeHandle nativeParent);
-    /// Before the window of the system goes. Nothing here.
-    virtual void Detach();
-    /// The views are attached.
-    virtual void OnReady();
+    /// Called before the window of the system is destroyed by its host.
+    virtual void Detach() {}
+    /// Called when the views have been attached.
+    virtual void OnReady() {}
     [[nodiscard]] virtual bool IsAttached() const { return mAttached; }
-    /// The keyboard has come; it has gone elsewhere.
-    virtual void OnActivated();
-    virtual void OnDeactivated();
-    /// True for a timer that is the window's own business; the root view gets the others.
-    virtual bool OnTimer(TimerId id);
+    /// Called when the window has got the keyboard, or has lost it.
+    virtual void OnActivated() {}
+    virtual void OnDeactivated() {}
+    /// Returns true when the window has handled the timer; else the root view gets it.
+    virtual bool OnTimer(TimerId /*id*/) { return false; }
     [[nodiscard]] virtual bool CanClose() { return true; }
-    /// Attaches the views, when they are not, and shows the window of the system.
+    /// Attaches the views, unless they are, and shows the window of the system.
     virtual void Show();
     virtual void Hide();
     [[nodiscard]] virtual bool IsVisible() const;
     /// Draws what lies in the rectangle and is dirty into the offscreen picture.
     virtual void Paint(const ZRect& rect);
-    /// The rectangle is painted when the platform has time.
+    /// Asks the system to paint the rectangle when it has time.
     virtual void Invalidate(const ZRect& rect);
-    /// The entries of a `documentchange`, or of a `windowmanagers`, join those that are there;
-    /// another tag is traced and passed over. [setup]
+    /// Add the entries of a `documentchange`, or of a `windowmanagers`, to those that are there;
+    /// another tag is traced and ignored. [setup]
     void AddDocumentTypes(const ZXMLElement& xml);
     void AddWindowManagers(const ZXMLElement& xml);
     virtual void AddWindowManager(std::unique_ptr<ZWindowManager> manager);
     virtual void RemoveWindowManager(ZWindowManager* manager);
-    /// Not owned; each is added and removed by the message's number.
+    /// Adds or removes a filter, which is not owned, for the messages of an id.
     virtual void AddFilter(std::int32_t messageId, ZWindowFilter* filter);
     virtual void RemoveFilter(std::int32_t messageId, ZWindowFilter* filter);
-    /// IdleTick of every idle view, in order.
+    /// Calls IdleTick of every idle view, in order.
     virtual void IdleFrame();
-    /// Takes effect at the next frame. rate >= 1.
+    /// Takes effect at the next frame. rate >= 1, in frames a second.
     virtual void SetFramesPerSecond(std::int32_t rate);
-    [[nodiscard]] virtual std::int32_t GetFramesPerSecond() const { return mFramesPerSecond; }
-    /// The target of all drawing; null for none.
+    [[nodiscard]] virtual std::int32_t GetFramesPerSecond() const { return mFrames.GetRate(); }
+    /// Sets the target of all drawing; null for none.
     virtual void SetGraphics(ZGraphics* graphics);
 
-    /// Tells all views that they stand in this window, unless they do already.
+    /// Attaches all views to this window, unless they are.
     void AttachViews();
-    /// Gives the window of the system and the offscreen picture up, the host's window staying as it
-    /// is. Nothing where there are none.
+    /// Destroys the window of the system, but not the host's around it, and the offscreen picture.
     void Destroy();
-    /// All views are dirty and the whole window is painted when the platform has time.
+    /// Marks all views dirty and asks the system to paint the whole window.
     void RedrawAll();
-    /// Paints at once what waits to be painted.
+    /// Paints now what waits to be painted.
     void Update();
-    /// Attaches the views, paints all of the window with no window of the system, and lends the
-    /// picture; it lives until Destroy, a change of size or the window's end.
+    /// Attaches the views, paints the whole window without a window of the system and returns the
+    /// picture; it stays valid until Destroy, a change of size or the window's end. Throws
+    /// ZException -1 for an empty size.
     [[nodiscard]] const ZBitmap& RenderOffscreen();
-    /// Sets the size to that of the description times the scale.
+    /// Sets the size to that of the description times the scale, which is above 0.
     void SetScale(double scale);
 
-    /// Calls the handler with ZTIMER, field "TimerID" (int64), every period until StopTimer. A
-    /// handler that dies gets no more.
+    /// Sends the handler ZTIMER, field "TimerID" (int64), every period until StopTimer or until the
+    /// handler is destroyed.
     TimerId StartTimer(std::int64_t microseconds, ZHandler& handler);
-    /// An unknown id does nothing.
+    /// Ignores an unknown id.
     void StopTimer(TimerId id);
-    /// The view's IdleTick is called at each frame. The frame timer runs while there are such views
-    /// and the window is not hidden.
+    /// Starts and stops calling the view's IdleTick at each frame. The frame timer runs while there
+    /// are such views and the window is shown.
     void AddIdleView(ZView* view);
     void RemoveIdleView(ZView* view);
-    /// The frame timer, kNoTimer while it does not run.
-    [[nodiscard]] TimerId GetFrameTimer() const { return mFrameTimer; }
-    /// The views that the Tab key takes the focus to, in the order in which they have come.
+    /// Returns kNoTimer while the frame timer does not run.
+    [[nodiscard]] TimerId GetFrameTimer() const { return mFrames.GetTimer(); }
+    /// Adds a view behind those that the Tab key reaches already.
     void AddNavigableView(ZView* view);
-    /// All mouse events go to this view, also from outside of the window. Null for none.
+    /// Sends all mouse events to this view, also those from outside the window; null ends that.
     void SetCapturedView(ZView* view);
-    [[nodiscard]] ZView* GetCapturedView() const { return mCapturedView; }
-    /// The view that the pointer is over; the view itself tells when it was entered.
-    void SetHoverView(ZView* view) { mHoverView = view; }
-    [[nodiscard]] ZView* GetHoverView() const { return mHoverView; }
-    /// The view that gets the keys. The one before loses the focus and is drawn anew.
+    [[nodiscard]] ZView* GetCapturedView() const { return mPointer.GetCaptured(); }
+    /// Called by the view that the pointer has entered.
+    void SetHoverView(ZView* view) { mPointer.SetHover(view); }
+    [[nodiscard]] ZView* GetHoverView() const { return mPointer.GetHover(); }
+    /// Gives the keyboard to this view; the view before is told and repainted. Null for none.
     void SetFocusView(ZView* view);
-    [[nodiscard]] ZView* GetFocusView() const { return mFocusView; }
-    /// A view that dies: the window forgets it as hover, captured, focus, idle and navigable view.
+    [[nodiscard]] ZView* GetFocusView() const { return mKeys.GetFocus(); }
+    /// Forgets a view that leaves as hover, captured, focus, idle and navigable view.
     void ForgetView(ZView* view);
-    /// The tip of a view with a tooltip; rect in window coordinates.
+    /// Registers the rectangle of a view that has a tooltip; rect is in window coordinates.
     void AddTool(ZView* view, const ZRect& rect);
     void RemoveTool(ZView* view);
-    /// Null while no view has a tip.
+    /// Returns null while no view has a tip.
     [[nodiscard]] ZTooltip* GetTooltip() const { return mTooltip.get(); }
 
-    /// The window shows this document, or none: title, root view and nested managers are not told.
+    /// Sets the document that the title names; the views learn of it by message. Null for none.
     void SetDocument(ZDocument* document);
     [[nodiscard]] ZDocument* GetDocument() const { return mDocument; }
-    /// The map of `documentchange` that matches; null when the window does not take the document.
+    /// Returns the `documentchange` entry that matches; null when the window does not take the
+    /// document.
     [[nodiscard]] const ZDocumentMap* FindDocumentMap(const ZDocument& document) const;
     [[nodiscard]] std::vector<ZWindowManager*> GetWindowManagers() const;
 
     [[nodiscard]] const boost::shared_ptr<ZView>& GetRootView() const { return mRootView; }
     [[nodiscard]] const boost::shared_ptr<ZDrawingContext>& GetContext() const { return mContext; }
-    /// What stands in the title bar: by `titlestyle`.
+    /// Returns the title bar's text, composed by `titlestyle`.
     [[nodiscard]] const ZString& GetTitle() const { return mTitle; }
     [[nodiscard]] std::int32_t GetWidth() const { return mSize.x; }
     [[nodiscard]] std::int32_t GetHeight() const { return mSize.y; }
@@ -183,17 +188,16 @@ public:
     [[nodiscard]] bool IsChild() const { return mChild; }
     [[nodiscard]] bool IsModalDisabled() const { return mModalDisabled; }
     [[nodiscard]] CloseStyle GetCloseStyle() const { return mCloseStyle; }
-    [[nodiscard]] bool IsResizable() const { return mResizable; }
     [[nodiscard]] std::int32_t GetMaxFramesPerSecond() const { return mMaxFramesPerSecond; }
-    /// Null while there is none.
+    /// Returns null while there is none.
     [[nodiscard]] ZNativeWindow* GetNativeWindow() const { return mNativeWindow.get(); }
-    /// Where a point of the window lies on the screen; the point itself without a window of the
-    /// system.
+    /// Returns the screen coordinates of a point of the window; the point itself without a window
+    /// of the system.
     [[nodiscard]] ZPoint ToScreen(const ZPoint& point) const;
 
     void NativePaint(const ZRect& update) override;
     void NativeMouse(const ZNativeMouseEvent& event) override;
-    /// With a focus view keys and text go there; else a command with that key is dispatched.
+    /// Sends keys and text to the focus view; without one it runs the command with that key.
     bool NativeKey(const ZNativeKeyEvent& event) override;
     void NativeMoved(const ZPoint& position) override;
     void NativeSized(std::int32_t width, std::int32_t height) override;
@@ -213,7 +217,6 @@ private:
     [[nodiscard]] bool IsBlocked(const ZMessage& message);
     void CallFilters(const ZMessage& message);
     void SendToRoot(const boost::shared_ptr<const ZMessage>& message);
-    void SendToCaptured(const boost::shared_ptr<const ZMessage>& message);
     void CloseByStyle();
     void TakeDocument(const ZMessage& message, const char* field);
     void LoseDocument(const boost::shared_ptr<const ZMessage>& message);
@@ -221,24 +224,17 @@ private:
     void RouteMove(const boost::shared_ptr<const ZMessage>& message);
     void TellTooltip(const ZNativeMouseEvent& event);
     void HideTooltip();
-    void UpdateHover(const ZPoint& point);
-    void LeaveHover();
     void HandleSized(const ZMessage& message);
     void HandleTimer(const boost::shared_ptr<const ZMessage>& message);
     void HandleQuit(const boost::shared_ptr<const ZMessage>& message);
     void SendToFocus(const boost::shared_ptr<const ZMessage>& message);
     void SendToManager(const boost::shared_ptr<const ZMessage>& message);
-    bool TypeInFocus(const ZNativeKeyEvent& event);
-    /// To the next navigable view that is visible, or the one before, round and round; false when
-    /// there is no other.
-    bool MoveFocus(bool backwards);
-    bool DispatchHotKey(const ZNativeKeyEvent& event);
-    void SetSize(double width, double height);
 
     // The window of the system.
     [[nodiscard]] ZNativeWindow::Settings NativeSettings(const ZWindow* parent,
                                                          ZNativeHandle nativeParent) const;
     void EndModalRuns();
+    void SetSize(double width, double height);
     void SizeChanged();
     void ReleaseCapture();
     void ComposeTitle();
@@ -247,47 +243,34 @@ private:
     [[nodiscard]] ZRect GetArea() const { return {0, 0, mSize.x, mSize.y}; }
     [[nodiscard]] ZRect GetPlace() const;
 
-    // The frame timer.
-    void UpdateFrameTimer();
-    void StopFrameTimer();
-
+    // What the window type tells.
     ZString mTitleAttribute;
-    ZString mTitle;
     TitleStyle mTitleStyle = TitleStyle::kTitle;
     CloseStyle mCloseStyle = CloseStyle::kApplication;
     bool mChild = false;
     bool mDialog = false;
     bool mMdiChild = false;
-    bool mResizable = true;
     ZPoint mFirstPosition;
     ZPoint mFirstSize;
+    std::int32_t mMaxFramesPerSecond = kDefaultMaxFrames;  // views repaint as they change instead
+
+    ZString mTitle;
     ZPoint mPosition;
     ZPoint mSize;  // width and height
     ZPoint mLastMouse;
     ZDocument* mDocument = nullptr;
     bool mModalDisabled = false;
     bool mAttached = false;
-    bool mPaused = false;  // hidden or gone: no frames
-    // Requests to repaint a part since the last paint, and the rectangle around them.
-    std::int32_t mInvalidations = 0;
-    ZRect mInvalidated;
-    TimerId mFrameTimer = kNoTimer;
-    std::int32_t mFramesPerSecond = kDefaultFramesPerSecond;
-    std::int32_t mRequestedFramesPerSecond = kDefaultFramesPerSecond;
-    // Kept and asked by nobody: views repaint when they change, and the platform merges that.
-    std::int32_t mMaxFramesPerSecond = kDefaultMaxFrames;
-    ZView* mCapturedView = nullptr;
-    ZView* mHoverView = nullptr;
-    ZView* mFocusView = nullptr;
     std::multimap<std::int32_t, ZWindowFilter*> mFilters;
-    std::unique_ptr<ZTooltip> mTooltip;  // made for the first view that has a tip
-    ZLockedList<ZView*> mIdleViews{"idle view list"};
-    ZLockedList<ZView*> mNavigableViews{"navigable view list"};
     ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentChanges{"docchange list"};
     ZLockedList<std::shared_ptr<ZWindowManager>> mWindowManagers{"window managers"};
-    std::unique_ptr<ZBitmap> mOffscreenBitmap;
     boost::shared_ptr<ZDrawingContext> mContext;
+    ZWindowPicture mPicture;
     boost::shared_ptr<ZView> mRootView;
+    ZWindowPointer mPointer;
+    ZWindowKeys mKeys;
+    ZWindowFrames mFrames;
+    std::unique_ptr<ZTooltip> mTooltip;  // made for the first view that has a tip
     std::unique_ptr<ZNativeWindow> mNativeWindow;
 };
 
