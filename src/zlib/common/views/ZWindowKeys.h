@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "zlib/common/signals/ZLockedList.h"
+#include "zlib/common/objects/ZLockedList.h"
 
 namespace orvane
 {
