@@ -8,6 +8,8 @@
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZViewTags.h"
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -20,10 +22,11 @@ constexpr ZColor kInnerShade{124, 124, 124, 128};
 constexpr ZColor kLight{255, 255, 255, 48};
 constexpr ZColor kLowerLight{255, 255, 255, 117};
 
-/// base + step * difference / steps, channel by channel.
+/// Returns base + step * (high - low) / steps, channel by channel; steps > 0.
 ZColor blend(const ZColor& base, const ZColor& high, const ZColor& low, std::int32_t step,
              std::int32_t steps)
 {
+    assert(steps > 0);
     const auto channel = [=](std::uint8_t from, std::uint8_t upper, std::uint8_t lower) {
         return static_cast<std::uint8_t>(from + step * (upper - lower) / steps);
     };
@@ -141,7 +144,7 @@ void ZBevelView::Stroke(const ZPath& path, const ZColor& color)
     mContext->ResetPath();
 }
 
-// From the outermost lines in, which have the full highlight and lowlight.
+// The outermost lines have the full highlight and lowlight.
 void ZBevelView::DrawSquare(const ZRect& /*update*/)
 {
     const auto [l, t, r, b] = mFrame;

@@ -13,8 +13,9 @@ namespace orvane
 
 class ZPath;
 
-/// A box around a group: engraved, with round corners of a radius of its own, or with a radius of 0
-/// a square bevel in the given colours. [interface thread]
+/// A box around a group of views. The attribute radius chooses the form: 0 gives a square bevel in
+/// the view's colours, any other value an engraved box with round corners of fixed radius.
+/// [interface thread]
 class ZBevelView : public ZView
 {
 public:
@@ -22,12 +23,12 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Both throw ZException -2: not implemented.
+    /// Both throw ZException -2, not implemented.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     void Draw(const ZRect& update) override;
 
-    /// Radius of the round corners: less than usual where the box is too small.
+    /// Returns the radius of the round corners, in pixels, reduced where the box is too small.
     [[nodiscard]] std::int32_t GetCornerRadius() const;
 
 protected:

@@ -4,6 +4,7 @@
 #include "zlib/common/drawing/ZBitmap.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -27,6 +28,7 @@ ZContentWindow::~ZContentWindow() = default;
 
 void ZContentWindow::Show()
 {
+    assert(mNative);
     mNative->Show();
 }
 
@@ -38,7 +40,7 @@ void ZContentWindow::Redraw()
 
 void ZContentWindow::NativePaint(const ZRect& update)
 {
-    // Its own creation may ask for the first picture.
+    // The system may ask for a picture while Create makes the window.
     if (!mNative)
         return;
     mContent.Draw(*mPicture);
@@ -76,6 +78,7 @@ void ZContentWindow::NativeDestroyed()
 
 ZRect keptOn(const ZRect& monitor, const ZRect& rect)
 {
+    assert(!monitor.IsEmpty());
     const std::int32_t width = std::min(rect.GetWidth(), monitor.GetWidth());
     const std::int32_t height = std::min(rect.GetHeight(), monitor.GetHeight());
     const std::int32_t left = std::clamp(rect.left, monitor.left, monitor.right - width);

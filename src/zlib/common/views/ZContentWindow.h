@@ -14,8 +14,9 @@ namespace orvane
 class ZBitmap;
 class ZDrawingContext;
 
-/// What a little window without views shows, and what it makes of events; it needs no display.
-/// Coordinates are its own. [interface thread, with the interface lock]
+/// What a small window without views shows, such as a menu or a tip, and how it handles events.
+/// Coordinates are the window's. It works without a display. [interface thread, with the interface
+/// lock]
 class ZWindowContent
 {
 public:
@@ -24,32 +25,32 @@ public:
     ZWindowContent& operator=(const ZWindowContent&) = delete;
     virtual ~ZWindowContent() = default;
 
-    /// The whole of it, at every paint: these windows are small.
+    /// Draws all of the window, at every paint.
     virtual void Draw(ZDrawingContext& context) = 0;
-    /// True when there is something new to draw.
+    /// Both return true when the window has to be painted again.
     virtual bool Mouse(const ZNativeMouseEvent& /*event*/) { return false; }
     virtual bool Key(const ZNativeKeyEvent& /*event*/) { return false; }
-    /// The keyboard has gone to another window.
+    /// Called when the keyboard has gone to another window.
     virtual void FocusLost() {}
-    /// The user closes the window by its title bar, or the system has taken it away.
+    /// Called when the user closes the window by its title bar, or the system has destroyed it.
     virtual void Dismiss() {}
 };
 
-/// Shows a content in a window of the system of its own. [interface thread, with the interface
-/// lock]
+/// Shows a content in a window of the system. [interface thread, with the interface lock]
 class ZContentWindow : private ZNativeWindowClient
 {
 public:
-    /// Null where there is no display. The content, which is not owned, must live longer.
+    /// Makes a hidden window; null where there is no display. The content, which is not owned, must
+    /// live longer.
     [[nodiscard]] static std::unique_ptr<ZContentWindow>
     Create(const ZNativeWindow::Settings& settings, ZWindowContent& content);
     ~ZContentWindow() override;
 
-    /// Shows it, and after that paints it anew.
     void Show();
+    /// Paints the whole window again when the system has time.
     void Redraw();
     [[nodiscard]] ZNativeWindow& GetNative() const { return *mNative; }
-    /// Whether the keys come here.
+    /// Returns whether the window has the keyboard.
     [[nodiscard]] bool HasFocus() const { return mHasFocus; }
 
 private:
@@ -68,7 +69,7 @@ private:
     bool mHasFocus = false;
 };
 
-/// The rectangle moved, and where it is too large cut, so that it lies within the monitor.
+/// Returns the rectangle moved into the monitor; what is larger than the monitor is cut.
 [[nodiscard]] ZRect keptOn(const ZRect& monitor, const ZRect& rect);
 
 }  // namespace orvane

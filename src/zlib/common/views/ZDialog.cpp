@@ -12,9 +12,10 @@
 #include "zlib/common/objects/ZXMLSignature.h"
 #include "zlib/common/views/ZContentWindow.h"
 #include "zlib/common/views/ZView.h"
+#include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindowType.h"
 
-#include <boost/smart_ptr/make_shared.hpp>
+#include <cassert>
 
 namespace orvane
 {
@@ -22,7 +23,7 @@ namespace orvane
 namespace
 {
 
-// The window's end, keys, and the end of a click, which takes them from the view that had them.
+// A close request, keys, and the end of a click, which may have taken the focus from the key view.
 constexpr std::int32_t kFiltered[] = {ZCLOSE, ZKEYDOWN, ZMOUSEUP};
 
 boost::shared_ptr<ZXMLElement> loadWindowType(const ZResources& resources, const ZString& name)
@@ -91,6 +92,7 @@ bool ZDialog::Run(ZWindow* parent)
     if (!ZInterfaceThread::IsCurrent() || !mWindow->Create(parent, 0))
         return false;
     Centre(parent);
+    assert(!mRun);
     const ZInterfaceThread thread;
     ZModalRun run(thread.GetLoop(), &mApp);
     mRun = &run;
@@ -123,9 +125,7 @@ void ZDialog::Centre(ZWindow* parent)
     const ZRect place = keptOn(
         monitor, ZRect{0, 0, mWindow->GetWidth(), mWindow->GetHeight()}.Offset(
                      middle.x - mWindow->GetWidth() / 2, middle.y - mWindow->GetHeight() / 2));
-    const auto moved = boost::make_shared<ZMessage>(ZMOVED);
-    moved->Add<ZPoint>("MovePoint", {place.left, place.top});
-    mWindow->HandleZMessage(moved);
+    mWindow->HandleZMessage(makeMessage(ZMOVED, "MovePoint", ZPoint{place.left, place.top}));
 }
 
 }  // namespace orvane

@@ -16,34 +16,34 @@ class ZApp;
 class ZModalRun;
 class ZView;
 
-/// A modal window with a description of its own: an XML resource that is checked as the
-/// application's is and whose `windowtype` gives the window. [interface thread]
+/// A modal window that an XML resource of its own describes, which is checked like the
+/// application's description. [interface thread]
 class ZDialog : private ZWindowFilter
 {
 public:
-    /// Builds the window. Throws ZException -1 when there is no such resource, no declaration, no
-    /// window in it, and 5 for a bad signature; what the window's constructor throws goes through.
+    /// Builds the window from the resource's `windowtype`. Throws ZException -1 without such a
+    /// resource, declaration or window, 5 for a bad signature, and what the window's constructor
+    /// throws.
     ZDialog(ZApp& app, const ZString& resourceName);
     ~ZDialog() override;
 
     [[nodiscard]] ZWindow& GetWindow() const { return *mWindow; }
-    /// The view of that name and class; null when there is none.
+    /// Returns the view of that name and class; null when there is none.
     template <typename View>
     [[nodiscard]] boost::shared_ptr<View> Find(std::string_view name) const
     {
         return boost::dynamic_pointer_cast<View>(FindView(name));
     }
 
-    /// The view that gets the keys when no other has them, from now on; one of the dialog's. The
-    /// Tab key moves them on.
+    /// Gives the focus to one of the dialog's views, now and whenever a click has left it to none.
     void SetKeyView(ZView& view);
 
-    /// Shows the window above parent, which may be null, and waits, with the interface lock given
-    /// up, until End. False when that said so, when the user closed the window, by Escape too, or
-    /// the application did, and at once where there is no display or this is another thread. The
-    /// application is there at the return, but all else may be gone.
+    /// Shows the window above parent, which may be null, and waits for End with the interface lock
+    /// given up. Returns the result of End; false when the user closed the window, also by Escape,
+    /// when the application ended the run, and at once without a display or on another thread. At
+    /// the return the application still exists, but anything else may have been destroyed.
     [[nodiscard]] bool Run(ZWindow* parent);
-    /// For the dialog's own views: ends Run, which gives back the result.
+    /// Called by the dialog's own views: ends Run with this result.
     void End(bool result);
 
 private:

@@ -9,14 +9,16 @@ namespace orvane
 class ZDocument;
 class ZXMLElement;
 
-/// Which documents get which window: a `documenttype` of a window manager or of a window type.
+/// Says which documents get which window: one `documenttype` of a window manager or a window type.
 class ZDocumentMap
 {
 public:
-    /// Another tag leaves the map empty, so that it matches every document and names no window.
+    /// Another tag is traced and leaves the map empty: it matches every document and names no
+    /// window.
     explicit ZDocumentMap(const ZXMLElement& xml);
 
-    /// By the document's type name and by its class, as far as the map tells them.
+    /// Compares the document's type name and class with those of the map; a map without one of them
+    /// matches any.
     [[nodiscard]] bool Matches(const ZDocument& document) const;
     [[nodiscard]] const std::string& GetWindowName() const { return mWindowName; }
     [[nodiscard]] bool IsShown() const { return mShow; }

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <string>
@@ -30,14 +31,13 @@ constexpr ZColor kEdgeLeft{88, 88, 88, 255};
 constexpr ZColor kEdgeRight{141, 141, 141, 255};
 constexpr ZColor kEdgeBottom{190, 190, 190, 255};
 
-// Pixels: a tick starts beside the plot and its far end is kTickReach away; a label below keeps a
-// distance of its own.
+// Sizes in pixels. A tick starts beside the plot and ends kTickReach away from it.
 constexpr std::int32_t kLabelGap = 2;
 constexpr std::int32_t kTickInset = 1;
 constexpr std::int32_t kDotDistance = 4;
 constexpr std::int32_t kTickReach = 5;
 
-/// A context that stands in for a view's own until the end of the scope.
+/// Replaces a view's context until the end of the scope.
 class ContextScope
 {
 public:
@@ -57,7 +57,7 @@ private:
     boost::shared_ptr<ZDrawingContext> mOther;
 };
 
-/// Cut to a whole number; a product that no plot can show stays at the end of what one can.
+/// Scales and cuts to a whole number, limited to coordinates outside any window.
 std::int32_t scaled(float scale, std::int32_t pixels)
 {
     constexpr float kOutsideAnyWindow = 1e6f;
@@ -67,21 +67,23 @@ std::int32_t scaled(float scale, std::int32_t pixels)
     return static_cast<std::int32_t>(std::clamp(product, -kOutsideAnyWindow, kOutsideAnyWindow));
 }
 
-/// No more than one a pixel.
+/// Limits the number of ticks to one a pixel.
 std::int32_t ticksOn(std::int32_t count, std::int32_t pixels)
 {
     return std::clamp(count, 0, std::max(pixels, 0));
 }
 
-/// The value at a part, 0 to 1, of an axis. A logarithmic one needs ends above 0.
+/// Returns the value at a part of an axis, from 0 to 1. A logarithmic axis is linear unless both
+/// ends are above 0.
 float valueAt(float part, float min, float range, bool logarithmic)
 {
+    assert(part >= 0.0f && part <= 1.0f);
     if (logarithmic && min > 0.0f && min + range > 0.0f)
         return min * std::pow((min + range) / min, part);
     return min + range * part;
 }
 
-/// Always with a point, as the process's locale is the host's.
+/// Writes a decimal point whatever the host's locale is.
 std::string decimal(float value, std::int32_t places)
 {
     constexpr std::int32_t kMostPlaces = 9;
@@ -213,7 +215,7 @@ ZPoint ZGraphAxisView::ToPlot(const ZPoint& place) const
             scaled(mVerticalScale, place.y) - scaled(mVerticalScale, mOrigin.y)};
 }
 
-// What lies outside the view needs no picture.
+// No larger than the view, since the rest cannot be seen.
 boost::shared_ptr<ZBitmap> ZGraphAxisView::PaintPicture(std::int32_t width, std::int32_t height,
                                                         void (ZGraphAxisView::*paint)())
 {
@@ -262,7 +264,7 @@ void ZGraphAxisView::PaintAxes()
         DrawXAxis();
     }
     {
-        // The dots of the vertical axis go on across the plot.
+        // The clip includes the plot, for the dots across it.
         const ZSavedStateScope saved(*mContext);
         mContext->SetClip({0, mGraphFrame.top, mGraphFrame.right, mGraphFrame.bottom});
         DrawYAxis();

@@ -8,17 +8,18 @@
 namespace orvane
 {
 
-/// A plot rectangle between two axes: the ground for views that draw curves into it. The ground and
-/// the axes are painted once each into pictures and shown from these until something changes.
+/// A plot with two axes, the base of views that draw curves into it. Background and axes are
+/// painted into one cached picture each, which are used until something changes.
 ///
-/// The horizontal axis runs from x min over the x width to the right, the vertical one from y min
-/// over the y range upwards. Scales stretch the curves, the origin scrolls them.
+/// The horizontal axis runs from x min to x min + x width, the vertical one from y min at the
+/// bottom to y min + y range. The scales stretch the curves, the origin scrolls them. [interface
+/// thread]
 class ZGraphAxisView : public ZView
 {
 public:
-    /// Reads `<rect name="graphframe">`, the plot's place, without which it is all of the view; the
-    /// attributes xaxisnumticks, xaxisdecimalplaces, and xaxisstyle, "logarithmic" or "minutes" for
-    /// seconds, with the same for y; `<color name="gradstartcolor">` and `"gradendcolor"`.
+    /// Reads `<rect name="graphframe">`, the plot's rectangle, by default the whole view; the
+    /// attributes xaxisnumticks, xaxisdecimalplaces and xaxisstyle ("logarithmic", or "minutes" for
+    /// values in seconds) and the same for y; `<color name="gradstartcolor">` and `"gradendcolor"`.
     ZGraphAxisView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
@@ -35,30 +36,31 @@ public:
     virtual void SetXWidth(float width);
     [[nodiscard]] virtual ZRect GetGraphFrame() const { return mGraphFrame; }
     using ZView::DrawBackground;
-    /// The ground of the plot, without the curves.
+    /// Draws the background of the plot.
     virtual void DrawBackground();
     virtual void DrawAxes();
-    /// Ticks and labels below the plot, or left of it.
+    /// Draw ticks and labels below the plot, or left of it.
     virtual void DrawXAxis();
     virtual void DrawYAxis();
-    /// How a value is written at its axis.
+    /// Return the text for a value at its axis.
     [[nodiscard]] virtual ZString XLabel(float value) const;
     [[nodiscard]] virtual ZString YLabel(float value) const;
-    /// The scroll offset of the curves, in pixels before the scale.
+    /// Sets the scroll offset of the curves, in pixels before scaling.
     virtual void SetOrigin(const ZPoint& origin);
     [[nodiscard]] virtual ZPoint GetOrigin() const { return mOrigin; }
 
 protected:
-    /// Paints what DrawBackground shows, from 0, 0, into a picture that is the context meanwhile.
+    /// Paints the picture that DrawBackground shows; mContext is that picture meanwhile.
     virtual void PaintBackground();
-    /// Has ground and axes, or the axes alone, painted anew.
+    /// Drop the cached pictures of background and axes, or of the axes alone, and repaint.
     void DropCaches();
     void DropAxes();
-    /// A place in the plot, from its corner, with scale and scroll.
+    /// Returns a point of the plot, from its corner, after scaling and scrolling.
     [[nodiscard]] ZPoint ToPlot(const ZPoint& place) const;
-    /// The two lines of a tick left of the plot and the dots across it; y is the view's.
+    /// Draws the two lines of a tick left of the plot and the dots across it; y is in the view's
+    /// coordinates.
     void DrawYTick(std::int32_t y);
-    /// A label beside the tick.
+    /// Draws the label beside the tick at y.
     void DrawYLabel(const ZString& text, std::int32_t y);
 
     ZRect mGraphFrame;
@@ -86,7 +88,7 @@ private:
     void PaintEdges();
     void DrawXTick(std::int32_t x);
     void DrawXLabel(const ZString& text, std::int32_t x, std::int32_t width);
-    /// A new picture, painted by one of the view's operations.
+    /// Makes a picture, which one of the view's operations paints.
     [[nodiscard]] boost::shared_ptr<ZBitmap> PaintPicture(std::int32_t width, std::int32_t height,
                                                           void (ZGraphAxisView::*paint)());
 };

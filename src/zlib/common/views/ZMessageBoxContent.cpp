@@ -17,7 +17,7 @@ namespace orvane
 namespace
 {
 
-// In pixels.
+// Sizes in pixels.
 constexpr std::int32_t kMargin = 18;
 constexpr std::int32_t kSignSize = 32;
 constexpr std::int32_t kSignFontHeight = 20;
@@ -75,7 +75,7 @@ ZMessageBoxContent::ZMessageBoxContent(ZMessageBox::Kind kind, const ZString& te
     const std::int32_t width = std::max(wanted.x, kMinTextWidth);
     const std::int32_t height = std::clamp(wanted.y, kSignSize, kMaxTextHeight);
     const std::int32_t left = 2 * kMargin + kSignSize;
-    // One line stands beside the middle of the sign.
+    // A text lower than the sign is centred beside it.
     const std::int32_t top = kMargin + std::max(height - wanted.y, 0) / 2;
     mTextRect = {left, top, left + width, kMargin + height};
     mSize = {mTextRect.right + kMargin, mTextRect.bottom + 2 * kMargin + kButtonHeight};

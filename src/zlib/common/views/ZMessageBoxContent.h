@@ -10,17 +10,17 @@
 namespace orvane
 {
 
-/// What a message box shows: a sign for its kind, the text, wrapped, and a button that ends it, as
-/// Return, the space bar and Escape do.
+/// The content of a message box: a sign for its kind, the wrapped text and a button OK. The button,
+/// Return, the space bar and Escape end it. [interface thread]
 class ZMessageBoxContent : public ZWindowContent
 {
 public:
     ZMessageBoxContent(ZMessageBox::Kind kind, const ZString& text);
 
-    /// Width and height of the window that it asks for.
+    /// Returns width and height of the window, in pixels.
     [[nodiscard]] ZPoint GetSize() const { return mSize; }
     [[nodiscard]] const ZRect& GetButtonRect() const { return mButton; }
-    /// Called at the end.
+    /// Sets what is called when the user ends the box.
     void SetEnded(std::function<void()> ended) { mEnded = std::move(ended); }
 
     void Draw(ZDrawingContext& context) override;
@@ -37,7 +37,7 @@ private:
     ZRect mTextRect;
     ZRect mButton;
     bool mOver = false;
-    bool mPressed = false;  // it went down on the button
+    bool mPressed = false;  // the press began on the button
     std::function<void()> mEnded;
 };
 

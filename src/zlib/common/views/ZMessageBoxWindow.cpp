@@ -12,8 +12,8 @@ namespace orvane
 namespace
 {
 
-/// In the middle of the monitor, a little above, where no window manager places it elsewhere.
-void place(ZNativeWindow& window, const ZPoint& size)
+/// Asks for a place a little above the middle of the monitor; a window manager may choose another.
+void placeOnMonitor(ZNativeWindow& window, const ZPoint& size)
 {
     const ZRect monitor = window.GetMonitor({0, 0});
     const ZRect middle =
@@ -43,10 +43,10 @@ bool ZMessageBoxWindow::Show(ZMessageBox::Kind kind, const ZString& title, const
     if (!window)
         return false;
     const ZInterfaceThread thread;
-    // It belongs to no application, and so it ends with the last one.
+    // The box belongs to no application, so only the end of the last one ends the run.
     ZModalRun run(thread.GetLoop(), nullptr);
     content.SetEnded([&run] { run.End(); });
-    place(window->GetNative(), size);
+    placeOnMonitor(window->GetNative(), size);
     window->Show();
     run.Run();
     return true;

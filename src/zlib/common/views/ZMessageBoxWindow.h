@@ -7,16 +7,15 @@
 namespace orvane
 {
 
-/// Shows message boxes in windows of the system.
+/// Shows message boxes in windows of the system. [interface thread]
 class ZMessageBoxWindow
 {
 public:
-    /// Makes this the way in which ZMessageBox shows boxes modally. [setup]
+    /// Makes ZMessageBox show its modal boxes by Show. [setup]
     static void Install();
 
-    /// Returns when the user has closed the box, or the last application of the process goes; the
-    /// interface lock is given up meanwhile. False at once where there is no display, or no
-    /// application any more. [interface thread]
+    /// Waits, with the interface lock given up, until the user has closed the box or the last
+    /// application of the process ends. False at once where there is no display or no application.
     [[nodiscard]] static bool Show(ZMessageBox::Kind kind, const ZString& title,
                                    const ZString& text);
 };

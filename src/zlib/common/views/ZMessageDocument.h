@@ -12,11 +12,11 @@ class ZApp;
 class ZDocument;
 class ZMessage;
 
-/// The document in a field, which managers send shared and windows plain; it may be null. None when
-/// there is no such field.
+/// Returns the document in a field, which managers send as a shared pointer and windows as a plain
+/// one; it may be null. No value without such a field.
 [[nodiscard]] std::optional<ZDocument*> documentOf(const ZMessage& message, const char* field);
 
-/// The document as its manager holds it; null when it is none of the application's.
+/// Returns the document as the application's manager holds it; null when it does not.
 [[nodiscard]] boost::shared_ptr<ZDocument> findDocument(const ZApp& app, const ZDocument* document);
 
 }  // namespace orvane

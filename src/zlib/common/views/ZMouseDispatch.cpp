@@ -14,7 +14,7 @@ namespace orvane
 namespace
 {
 
-ZPoint pointIn(const ZView& child, const ZPoint& point)
+ZPoint toChild(const ZView& child, const ZPoint& point)
 {
     const ZPoint origin = child.GetOriginInParent();
     return {point.x - origin.x, point.y - origin.y};
@@ -36,7 +36,7 @@ struct Mouse
     {
         const auto child = view.FindSubviewAt(point);
         if (child)
-            child->HandleZMessage(makeMouseMessage(id, field, pointIn(*child, point), mods));
+            child->HandleZMessage(makeMouseMessage(id, field, toChild(*child, point), mods));
         return child != nullptr;
     }
 
@@ -54,7 +54,7 @@ void dispatchWheel(ZView& view, const ZMessage& message)
     const auto child = view.FindSubviewAt(mouse.point);
     if (!child)
         return view.MouseWheel(mouse.point, mouse.mods, axis, delta);
-    child->HandleZMessage(makeWheelMessage(pointIn(*child, mouse.point), mouse.mods, axis, delta));
+    child->HandleZMessage(makeWheelMessage(toChild(*child, mouse.point), mouse.mods, axis, delta));
 }
 
 }  // namespace

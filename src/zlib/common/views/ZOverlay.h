@@ -6,7 +6,7 @@ namespace orvane
 
 class ZDrawingContext;
 
-/// Draws over a view, after what lies in it. [interface thread]
+/// Draws over a view after its subviews. [interface thread]
 class ZOverlay
 {
 public:
@@ -15,7 +15,7 @@ public:
     ZOverlay& operator=(const ZOverlay&) = delete;
     virtual ~ZOverlay() = default;
 
-    /// In the coordinates of the view, not clipped to it.
+    /// Draws in the view's coordinates, without a clip to the view.
     virtual void DrawOverlay(ZDrawingContext& context) = 0;
 };
 

@@ -8,6 +8,8 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -22,7 +24,7 @@ constexpr ZColor kMetalUpperPressed{150, 150, 150, 255};
 constexpr ZColor kMetalLowerPressed{176, 176, 176, 255};
 constexpr ZColor kMetalText{28, 28, 30, 255};
 constexpr ZColor kMetalTextOver{150, 16, 24, 255};
-// No text of a window is higher.
+// Higher than any text of a small window.
 constexpr std::int32_t kMaxTextHeight = 4096;
 
 void drawIn(ZDrawingContext& context, const ZString& text, const ZRect& rect, std::int32_t align,
@@ -42,10 +44,11 @@ boost::shared_ptr<ZFont> ZPanelStyle::makeFont()
 
 ZPoint ZPanelStyle::measure(const ZString& text, std::int32_t width)
 {
+    assert(width > 0);
     ZBitmap context(1, 1, nullptr);
     context.SetFont(makeFont());
     const ZRect bounds = context.StringBounds(text, {0, 0, width, kMaxTextHeight});
-    // Rounded down there, and a text needs all of its pixels.
+    // The bounds are rounded down, so a pixel may be missing.
     return {bounds.right + 1, bounds.bottom + 1};
 }
 

@@ -16,8 +16,8 @@ class ZDrawingContext;
 class ZFont;
 class ZString;
 
-/// How the framework's own little windows look, and the fields and buttons in them: dark metal with
-/// a red accent, as the pictures of the product.
+/// The look of the framework's own small windows and of the fields and buttons in them: dark metal
+/// with a red accent, like the product's artwork.
 namespace ZPanelStyle
 {
 
@@ -30,24 +30,24 @@ constexpr ZColor kFaintText{122, 122, 126, 255};
 constexpr ZColor kAccent{150, 24, 32, 255};
 constexpr ZColor kAccentText{255, 255, 255, 255};
 
-/// As ZDrawingContext::DrawString takes it.
+/// Alignments as ZDrawingContext::DrawString takes them.
 constexpr std::int32_t kAlignCentre = 0;
 constexpr std::int32_t kAlignLeft = 1;
-/// Of all texts, in pixels.
+/// The height of all texts, in pixels.
 constexpr std::int32_t kFontHeight = 12;
 
 [[nodiscard]] boost::shared_ptr<ZFont> makeFont();
-/// Width and height of a text in that font, wrapped at a width in pixels.
+/// Returns width and height of a text in that font when it is wrapped at a width, in pixels.
 [[nodiscard]] ZPoint measure(const ZString& text, std::int32_t width);
-/// The ground of a window with its edge.
+/// Fills a window and draws its edge.
 void drawGround(ZDrawingContext& context, const ZRect& rect);
-/// One pixel wide, inside the rectangle.
+/// Draws an outline of one pixel inside the rectangle.
 void drawEdge(ZDrawingContext& context, const ZRect& rect, const ZColor& color);
 void fill(ZDrawingContext& context, const ZRect& rect, const ZColor& color);
-/// align as for ZDrawingContext::DrawString; one line, which ends in an ellipsis where it is long.
+/// Draws one line of text, which ends in an ellipsis where it is too long.
 void drawLine(ZDrawingContext& context, const ZString& text, const ZRect& rect, std::int32_t align,
               const ZColor& color);
-/// The same, wrapped.
+/// Draws a text that is wrapped at the rectangle's width.
 void drawText(ZDrawingContext& context, const ZString& text, const ZRect& rect,
               const ZColor& color);
 
@@ -57,7 +57,7 @@ enum class ButtonState
     kOver,
     kPressed,
 };
-/// A push button of light metal.
+/// Draws a push button of light metal.
 void drawButton(ZDrawingContext& context, const ZString& text, const ZRect& rect,
                 ButtonState state);
 

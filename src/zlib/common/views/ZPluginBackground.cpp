@@ -26,22 +26,22 @@ constexpr ZColor grey(std::uint8_t value)
     return {value, value, value, 255};
 }
 
-void drawLine(ZBitmap& picture, const ZColor& color, const ZPoint& from, const ZPoint& to)
+void drawColoredLine(ZBitmap& picture, const ZColor& color, const ZPoint& from, const ZPoint& to)
 {
     picture.SetPenColor(color);
     picture.DrawLine(from, to);
 }
 
-// Light that falls in from the left and from above, three pixels deep.
+// Light from the left and from above, three pixels deep.
 void drawEdges(ZBitmap& picture)
 {
     const ZRect f = picture.GetFrame();
-    drawLine(picture, grey(64), {f.left, f.top}, {f.left, f.bottom});
-    drawLine(picture, grey(61), {f.left + 1, f.bottom}, {f.left + 1, f.top});
-    drawLine(picture, grey(47), {f.left + 1, f.bottom}, {f.left + 2, f.top});
-    drawLine(picture, grey(89), {f.right, f.top}, {f.left, f.top});
-    drawLine(picture, grey(85), {f.right, f.top + 1}, {f.left, f.top + 1});
-    drawLine(picture, grey(61), {f.right, f.top + 2}, {f.left, f.top + 2});
+    drawColoredLine(picture, grey(64), {f.left, f.top}, {f.left, f.bottom});
+    drawColoredLine(picture, grey(61), {f.left + 1, f.bottom}, {f.left + 1, f.top});
+    drawColoredLine(picture, grey(47), {f.left + 1, f.bottom}, {f.left + 2, f.top});
+    drawColoredLine(picture, grey(89), {f.right, f.top}, {f.left, f.top});
+    drawColoredLine(picture, grey(85), {f.right, f.top + 1}, {f.left, f.top + 1});
+    drawColoredLine(picture, grey(61), {f.right, f.top + 2}, {f.left, f.top + 2});
 }
 
 }  // namespace
@@ -107,12 +107,12 @@ void ZPluginBackground::DrawTitleLines(ZBitmap& picture) const
 {
     const auto [left, top, width, height] = mTitleFrame;
     picture.SetPenWidth(2.0f);
-    drawLine(picture, kTitleEdge, {left, top}, {width, top});
+    drawColoredLine(picture, kTitleEdge, {left, top}, {width, top});
     picture.SetPenWidth(1.0f);
-    drawLine(picture, kBelowTitleEdge, {left, top + 2}, {width, top + 2});
+    drawColoredLine(picture, kBelowTitleEdge, {left, top + 2}, {width, top + 2});
 }
 
-// With rounded lower corners.
+// A band with rounded lower corners.
 void ZPluginBackground::DrawTitleBand(ZBitmap& picture) const
 {
     const auto [left, top, right, height] = mTitleFrame;

@@ -11,9 +11,8 @@
 namespace orvane
 {
 
-/// The background of a plug-in's window: its picture, over which lie lines of light along the edges
-/// and a band below the title. It is opaque, so that nothing is painted under it.
-/// [interface thread]
+/// The background of a plug-in's window: a picture with lines of light along the edges and a band
+/// below the title over it. It is opaque, so the window paints nothing under it. [interface thread]
 class ZPluginBackground : public ZView
 {
 public:
@@ -28,7 +27,7 @@ public:
     void OnDetached() override;
 
 private:
-    /// Where the band lies, as the description tells it.
+    /// The values of `<rect name="titleframe">`.
     struct TitleFrame
     {
         std::int32_t left = 0;

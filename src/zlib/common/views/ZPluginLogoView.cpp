@@ -60,7 +60,7 @@ const char* ZPluginLogoView::GetClassName() const
 void ZPluginLogoView::OnDetached()
 {
     StopVersionTimer();
-    mShowVersion = false;  // nothing would end it any more
+    mShowVersion = false;  // no timer runs without a window
     ZStringView::OnDetached();
 }
 
@@ -80,7 +80,7 @@ void ZPluginLogoView::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
         mVersionTimer = mWindow->StartTimer(kVersionMicroseconds, *this);
 }
 
-// The second press of a quick hand is a press.
+// Two quick clicks count as two clicks.
 void ZPluginLogoView::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
 {
     MouseDown(point, mods);

@@ -4,8 +4,7 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZView.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
+#include "zlib/common/views/ZViewMessage.h"
 
 namespace orvane
 {
@@ -24,9 +23,7 @@ void ZPluginWindow::Detach()
 {
     if (!IsAttached())
         return;
-    const auto message = boost::make_shared<ZMessage>(ZDETACHED);
-    message->Add<ZWindow*>("DetachedWindow", this);
-    GetRootView()->HandleZMessage(message);
+    GetRootView()->HandleZMessage(makeMessage<ZWindow*>(ZDETACHED, "DetachedWindow", this));
     SetAttached(false);
 }
 

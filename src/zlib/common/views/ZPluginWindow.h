@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// A window that a host opens and closes, whose views are detached in between, and which wants all
-/// keys while it has the keyboard.
+/// A window that a host opens and closes: its views are detached in between, and it takes all keys
+/// while it has the keyboard. [interface thread]
 class ZPluginWindow : public ZWindow
 {
 public:

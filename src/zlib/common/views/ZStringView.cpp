@@ -7,6 +7,8 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -77,6 +79,7 @@ void ZStringView::MeasureText()
 
 void ZStringView::RenderText()
 {
+    assert(mContext);
     const ZRect frame = GetFrame();
     mCache = boost::make_shared<ZBitmap>(frame.GetWidth(), frame.GetHeight(), mContext.get(),
                                          mCacheAlpha);

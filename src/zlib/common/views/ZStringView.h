@@ -6,12 +6,13 @@
 namespace orvane
 {
 
-/// A label: one text that lets the ground show between its letters.
+/// A label: one text on a transparent ground, rendered into a bitmap that each paint shows.
+/// [interface thread]
 class ZStringView : public ZView
 {
 public:
-    /// Reads the tag `label` with text, align and key: the key's text comes in the place of text
-    /// where the application has one.
+    /// Reads the tag `label` with text, align and key; where the application has a text for the
+    /// key, it replaces text.
     ZStringView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZStringView() override;
 
@@ -22,16 +23,16 @@ public:
     void OnAttached() override;
     void OnDetached() override;
     void Draw(const ZRect& rect) override;
-    /// What the text takes; 0 until the view stands in a window.
+    /// Return the measured size of the text, in pixels; 0 until the view is attached to a window.
     [[nodiscard]] std::int32_t GetMinWidth() const override { return mTextWidth; }
     [[nodiscard]] std::int32_t GetMinHeight() const override { return mTextHeight; }
     void SetPenColor(const ZColor& color) override;
     void SetFont(const boost::shared_ptr<ZFont>& font) override;
     virtual void SetText(const ZString& text);
     [[nodiscard]] const ZString& GetText() const { return mText; }
-    /// How the text lies in the view: 0 centre, 1 left, 2 right. What has been rendered stays so
-    /// until the text changes.
+    /// Returns how the text lies in the view: 0 centre, 1 left, 2 right.
     [[nodiscard]] std::int32_t GetAlign() const override { return mAlign; }
+    /// Takes effect when the text is rendered next: after a change of text, colour or font.
     void SetAlign(std::int32_t align) override;
 
 protected:

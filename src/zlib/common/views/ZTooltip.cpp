@@ -9,6 +9,7 @@
 #include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
+#include <cassert>
 #include <string>
 
 namespace orvane
@@ -17,10 +18,10 @@ namespace orvane
 namespace
 {
 
-// From the pointer's tip to the corner of the tip's window, so that the pointer covers no text.
+// From the pointer's hot spot down to the tip, so that the pointer covers no text.
 constexpr std::int32_t kBelowPointer = 20;
 
-/// At most so many units, and no half of a pair at the end.
+/// Cuts a text to a number of UTF-16 units without splitting a surrogate pair.
 ZString cutTo(const ZString& text, std::int32_t length)
 {
     if (text.Length() <= length)
@@ -58,6 +59,7 @@ void ZTooltip::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 
 void ZTooltip::AddTool(ZView* view, const ZRect& rect)
 {
+    assert(view);
     RemoveTool(view);
     mTools.push_back({view, rect});
 }
@@ -91,7 +93,7 @@ void ZTooltip::MouseMoved(const ZPoint& point)
         mState = State::kWaiting;
         return Wait(wasShown ? kReshow : kInitial);
     }
-    // Only a pointer at rest asks for a tip.
+    // A tip appears only for a pointer at rest.
     if (mState == State::kWaiting && moved)
         Wait(kInitial);
 }
@@ -114,6 +116,7 @@ void ZTooltip::Left()
 
 void ZTooltip::Wait(std::int64_t microseconds)
 {
+    assert(microseconds > 0);
     StopTimer();
     mTimer = mWindow.StartTimer(microseconds, *this);
 }
@@ -127,6 +130,7 @@ void ZTooltip::StopTimer()
 
 void ZTooltip::Show()
 {
+    assert(mView && mState == State::kWaiting);
     mText = TextOf(*mView);
     mState = State::kShown;
     OpenWindow();

@@ -19,44 +19,46 @@ class ZTooltipContent;
 class ZView;
 class ZWindow;
 
-/// The one tip that all views of a window share. It comes when the pointer has rested over a view's
-/// tool, stays for a while, and does not come again before the pointer has been elsewhere. Between
-/// one tool and the next it comes faster. Where there is no window of the system it keeps its
-/// state and shows nothing.
+/// The tooltip control that all views of a window share. Each view with a tip has one tool: its
+/// rectangle. The tip appears when the pointer has rested over a tool, faster when it comes from a
+/// tool whose tip was shown; it disappears after a while and does not come back before the pointer
+/// has left the tool. Without a window of the system it keeps its state and shows nothing.
 ///
-/// The window tells what the pointer does; all points and rectangles are the window's.
+/// The window reports what the pointer does; points and rectangles are in its coordinates.
 /// [interface thread, with the interface lock]
 class ZTooltip : public ZHandler
 {
 public:
-    /// Microseconds from the pointer's rest to the tip, from one tip to the next, and until a tip
-    /// goes by itself.
+    /// Microseconds until the first tip appears, until the next one does, and until a tip
+    /// disappears.
     static constexpr std::int64_t kInitial = 800'000;
     static constexpr std::int64_t kReshow = 500'000;
     static constexpr std::int64_t kAutopop = 3'000'000;
-    /// Of UTF-16 units.
+    /// The longest text, in UTF-16 units.
     static constexpr std::int32_t kMaxLength = 80;
 
     /// The window owns the tip.
     explicit ZTooltip(ZWindow& window);
     ~ZTooltip() override;
 
-    /// The timer that is running out.
+    /// Handles ZTIMER of its own timer.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// In the place of one that the view had. Of tools that overlap, the one added last counts.
+    /// Replaces the tool that the view had. Of overlapping tools the one added last counts. The
+    /// view is not owned and not null.
     void AddTool(ZView* view, const ZRect& rect);
     void RemoveTool(ZView* view);
     void MouseMoved(const ZPoint& point);
-    /// A button, the wheel or a key: the tip goes until the pointer has come to another tool.
+    /// Called for a button, the wheel or a key: hides the tip until the pointer comes to another
+    /// tool.
     void MouseDown();
-    /// The pointer is outside the window.
+    /// Called when the pointer has left the window.
     void Left();
 
     [[nodiscard]] bool IsShown() const { return mState == State::kShown; }
-    /// What is shown, or was last.
+    /// Returns the text that is shown, or was shown last.
     [[nodiscard]] const ZString& GetText() const { return mText; }
-    /// The timer that is running, ZWindow::kNoTimer without one.
+    /// Returns ZWindow::kNoTimer while no timer runs.
     [[nodiscard]] std::int64_t GetTimer() const { return mTimer; }
 
 private:

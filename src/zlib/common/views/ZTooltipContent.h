@@ -7,13 +7,13 @@
 namespace orvane
 {
 
-/// A tip: a line of text, or several where it is long, on a dark ground.
+/// The content of a tip: its text, wrapped where it is long, on a dark ground. [interface thread]
 class ZTooltipContent : public ZWindowContent
 {
 public:
     explicit ZTooltipContent(const ZString& text);
 
-    /// Width and height of the window that it asks for.
+    /// Returns width and height of the window, in pixels.
     [[nodiscard]] ZPoint GetSize() const { return mSize; }
     void Draw(ZDrawingContext& context) override;
 

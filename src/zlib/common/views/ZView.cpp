@@ -42,6 +42,7 @@ ZView::ZView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applicatio
     ReadTarget(*xml);
     mLayout.Read(*xml);
     mAnimated = xml->GetAttributeBool("animated");
+    mDoDefaultDraw = xml->GetAttributeBool("DoDefaultDraw");
     ReadBounds(*xml);
     ReadScale(*xml);
     ReadPen(*xml);
@@ -171,8 +172,10 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZMOUSEDOWN:
     case ZMOUSEDOUBLECLICK:
     case ZMOUSEUP:
-    case ZMOUSEMOVED:
     case ZMOUSEWHEEL:
+        return dispatchMouse(*this, *message);
+    case ZMOUSEMOVED:
+        mLastMove = requireField<ZPoint>(*message, "MovePoint");
         return dispatchMouse(*this, *message);
     case ZMOUSEENTERED:
         return HandleMouseEntered(*message);
@@ -397,9 +400,7 @@ void ZView::SetBoundsSize(std::int32_t width, std::int32_t height)
 void ZView::Resize(std::int32_t width, std::int32_t height)
 {
     SetBoundsSize(width, height);
-    const auto message = boost::make_shared<ZMessage>(ZRESIZE);
-    message->Add<ZRect>("ResizeRect", mBounds);
-    SendToSubviews(message);
+    SendToSubviews(makeMessage(ZRESIZE, "ResizeRect", mBounds));
     SizeChanged();
 }
 
@@ -456,18 +457,13 @@ void ZView::AddSubview(const boost::shared_ptr<ZView>& view, bool atFront)
 
 void ZView::TakeIn(ZView& child)
 {
+    assert(!child.mParent && !child.mWindow);
     child.mParent = this;
     child.SetContext(mContext);
-    if (mWindow) {
-        const auto attached = boost::make_shared<ZMessage>(ZATTACHED);
-        attached->Add<ZWindow*>("AttachedWindow", mWindow);
-        child.HandleZMessage(attached);
-    }
-    if (mDocument && !child.mDocument) {
-        const auto opened = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
-        opened->Add<ZDocument*>("Document", mDocument);
-        child.HandleZMessage(opened);
-    }
+    if (mWindow)
+        child.HandleZMessage(makeMessage(ZATTACHED, "AttachedWindow", mWindow));
+    if (mDocument && !child.mDocument)
+        child.HandleZMessage(makeMessage(ZDOCUMENTNEW, "Document", mDocument));
     child.Invalidate();
 }
 
@@ -482,12 +478,10 @@ void ZView::RemoveSubview(const boost::shared_ptr<ZView>& view)
 
 void ZView::LetGo(ZView& child)
 {
+    assert(child.mParent == this);
     child.mParent = nullptr;
-    if (mWindow) {
-        const auto detached = boost::make_shared<ZMessage>(ZDETACHED);
-        detached->Add<ZWindow*>("DetachedWindow", mWindow);
-        child.HandleZMessage(detached);
-    }
+    if (mWindow)
+        child.HandleZMessage(makeMessage(ZDETACHED, "DetachedWindow", mWindow));
     child.SetContext(nullptr);
     if (child.mDocument)
         child.HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
@@ -660,6 +654,7 @@ void ZView::DrawView(const ZRect& updateRect)
 
 void ZView::DrawOwn(const ZRect& rect)
 {
+    assert(CanDraw());
     ZRegion region(rect);
     if (mParent) {
         for (const auto& child : mSubviews.Copy()) {

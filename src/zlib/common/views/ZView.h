@@ -261,8 +261,10 @@ protected:
     bool mMouseCaptured = false;
     float mHorizontalScale = 1.0f;
     float mVerticalScale = 1.0f;
+    ZPoint mLastMove;  // where the pointer was last seen over the view
     boost::shared_ptr<ZElement> mElement;
-    bool mDirty = true;  // Draw runs at the next paint
+    bool mDoDefaultDraw = false;  // the attribute DoDefaultDraw, for subclasses
+    bool mDirty = true;           // Draw runs at the next paint
 
 private:
     // XML.

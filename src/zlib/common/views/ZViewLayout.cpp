@@ -4,6 +4,8 @@
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZViewTags.h"
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -54,6 +56,7 @@ void ZViewLayout::WriteConstraint(ZXMLElement& view) const
 
 void ZViewLayout::RecordMargins(const ZRect& bounds, const ZRect& parent)
 {
+    assert((stretchMask & ~kStretchAll) == 0);
     if (stretchMask == 0)
         return;
     mMargins = {bounds.left, bounds.top, parent.GetWidth() - bounds.right,

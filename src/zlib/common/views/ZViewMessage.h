@@ -5,7 +5,7 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZPoint.h"
 
-#include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
 
 #include <cstdint>
 #include <string>
@@ -15,8 +15,8 @@ namespace orvane
 
 class ZDocument;
 
-/// A field that a message of views and windows must hold; named: how the failure's text calls it.
-/// Throws ZException -1 "Couldn't find ... in Message".
+/// Returns a field that a message of views and windows must hold. Throws ZException -1 "Couldn't
+/// find <named> in Message".
 template <ZMsgValue T>
 [[nodiscard]] T requireField(const ZMessage& message, const char* field, const char* named)
 {
@@ -32,14 +32,24 @@ template <ZMsgValue T>
     return requireField<T>(message, field, field);
 }
 
-/// The document in a field, shared or plain; it may be null. Throws ZException -1 "Couldn't find
-/// NewDocument in Message".
+/// Returns the document in a field, shared or plain; it may be null. Throws ZException -1 "Couldn't
+/// find NewDocument in Message".
 [[nodiscard]] ZDocument* requireDocument(const ZMessage& message, const char* field);
 
-/// With the point in the field of that name, and mods in "MouseMods".
+/// Makes a message with one field.
+template <ZMsgValue T>
+[[nodiscard]] boost::shared_ptr<ZMessage> makeMessage(std::int32_t id, const char* field,
+                                                      const T& value)
+{
+    auto message = boost::make_shared<ZMessage>(id);
+    message->Add<T>(field, value);
+    return message;
+}
+
+/// Makes a mouse message with the point in the field of that name, and mods in "MouseMods".
 [[nodiscard]] boost::shared_ptr<ZMessage> makeMouseMessage(std::int32_t id, const char* field,
                                                            const ZPoint& point, std::uint32_t mods);
-/// ZMOUSEWHEEL with all its fields.
+/// Makes a ZMOUSEWHEEL with all its fields.
 [[nodiscard]] boost::shared_ptr<ZMessage> makeWheelMessage(const ZPoint& point, std::uint32_t mods,
                                                            std::int32_t axis, std::int32_t delta);
 

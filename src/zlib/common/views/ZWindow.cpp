@@ -38,14 +38,6 @@ using Message = boost::shared_ptr<const ZMessage>;
 
 constexpr std::int32_t kVerticalWheel = 1;
 
-template <typename T>
-Message messageWith(std::int32_t id, const char* field, const T& value)
-{
-    auto message = boost::make_shared<ZMessage>(id);
-    message->Add<T>(field, value);
-    return message;
-}
-
 ZWindow::TitleStyle titleStyleOf(const ZXMLElement& xml)
 {
     if (xml.AttributeIs("titlestyle", "app-doc"))
@@ -236,15 +228,14 @@ void ZWindow::AttachViews()
 {
     if (mAttached)
         return;
-    const auto message = boost::make_shared<ZMessage>(ZATTACHED);
-    message->Add<ZWindow*>("AttachedWindow", this);
-    mRootView->HandleZMessage(message);
+    mRootView->HandleZMessage(makeMessage<ZWindow*>(ZATTACHED, "AttachedWindow", this));
     OnReady();
     mAttached = true;
 }
 
 void ZWindow::SetScale(double scale)
 {
+    assert(scale > 0.0);
     SetSize(std::round(mFirstSize.x * scale), std::round(mFirstSize.y * scale));
     if (mNativeWindow)
         mNativeWindow->SetRect(GetPlace());
@@ -309,6 +300,7 @@ const ZDocumentMap* ZWindow::FindDocumentMap(const ZDocument& document) const
 
 void ZWindow::AddWindowManager(std::unique_ptr<ZWindowManager> manager)
 {
+    assert(manager);
     mWindowManagers.Append(std::move(manager));
 }
 
@@ -554,6 +546,7 @@ void ZWindow::CallFilters(const ZMessage& message)
 
 void ZWindow::AddFilter(std::int32_t messageId, ZWindowFilter* filter)
 {
+    assert(filter);
     mFilters.emplace(messageId, filter);
 }
 
@@ -600,17 +593,17 @@ void ZWindow::CloseByStyle()
     if (!app)
         return;
     if (mCloseStyle == CloseStyle::kApplication)
-        return app->HandleZMessage(messageWith<ZWindow*>(ZWINDOWCLOSED, "WindowClosed", this));
+        return app->HandleZMessage(makeMessage<ZWindow*>(ZWINDOWCLOSED, "WindowClosed", this));
     if (const auto document = findDocument(*app, mDocument))
         app->GetDocumentManager()->HandleZMessage(
-            messageWith<boost::shared_ptr<ZDocument>>(ZDOCCLOSE, "Document", document));
+            makeMessage<boost::shared_ptr<ZDocument>>(ZDOCCLOSE, "Document", document));
 }
 
 void ZWindow::TakeDocument(const ZMessage& message, const char* field)
 {
     ZDocument* const document = requireDocument(message, field);
     SetDocument(document);
-    SendToRoot(messageWith<ZDocument*>(message.GetId(), field, document));
+    SendToRoot(makeMessage<ZDocument*>(message.GetId(), field, document));
 }
 
 void ZWindow::LoseDocument(const Message& message)
@@ -648,7 +641,7 @@ void ZWindow::SizeChanged()
         MakeOffscreen();
     if (!mAttached)
         return;
-    SendToRoot(messageWith<ZRect>(ZRESIZE, "ResizeRect", GetArea()));
+    SendToRoot(makeMessage<ZRect>(ZRESIZE, "ResizeRect", GetArea()));
     RedrawAll();
 }
 
@@ -717,13 +710,13 @@ bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
 
 void ZWindow::NativeMoved(const ZPoint& position)
 {
-    HandleZMessage(messageWith<ZPoint>(ZMOVED, "MovePoint", position));
+    HandleZMessage(makeMessage<ZPoint>(ZMOVED, "MovePoint", position));
 }
 
 void ZWindow::NativeSized(std::int32_t width, std::int32_t height)
 {
     HandleZMessage(boost::make_shared<ZMessage>(ZWINRESTORE));
-    HandleZMessage(messageWith<ZRect>(ZSIZED, "SizedRect", {0, 0, width, height}));
+    HandleZMessage(makeMessage(ZSIZED, "SizedRect", ZRect{0, 0, width, height}));
 }
 
 void ZWindow::NativeFocus(bool focused)

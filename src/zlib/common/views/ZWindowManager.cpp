@@ -10,11 +10,13 @@
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZDialog.h"
 #include "zlib/common/views/ZMessageDocument.h"
+#include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindow.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <ranges>
 #include <utility>
 
@@ -24,7 +26,7 @@ namespace orvane
 namespace
 {
 
-ZDocument* requireDocument(const ZMessage& message, const char* field, const char* missing)
+ZDocument* documentIn(const ZMessage& message, const char* field, const char* missing)
 {
     const auto document = documentOf(message, field);
     if (!document)
@@ -33,7 +35,7 @@ ZDocument* requireDocument(const ZMessage& message, const char* field, const cha
 }
 
 template <typename T>
-T require(const ZMessage& message, const char* field)
+T fieldIn(const ZMessage& message, const char* field)
 {
     T value{};
     if (!message.Find<T>(field, value))
@@ -41,16 +43,9 @@ T require(const ZMessage& message, const char* field)
     return value;
 }
 
-std::string requireName(const ZMessage& message)
+std::string windowNameIn(const ZMessage& message)
 {
-    return require<ZString>(message, "WindowName").ToNarrow();
-}
-
-boost::shared_ptr<ZMessage> newDocumentMessage(ZDocument* document)
-{
-    auto message = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
-    message->Add<ZDocument*>("Document", document);
-    return message;
+    return fieldIn<ZString>(message, "WindowName").ToNarrow();
 }
 
 void showOrHide(ZWindow& window, bool show)
@@ -155,7 +150,7 @@ void ZWindowManager::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZWINTILEH:
     case ZWINTILEV:
     case ZWINCASCADE:
-        return;  // windows inside a frame, of which there are none: hosts arrange their own
+        return;  // there are no windows inside a frame to arrange
     default:
         return SendToWindows(message);
     }
@@ -164,7 +159,7 @@ void ZWindowManager::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 void ZWindowManager::HandleDocumentNew(const Message& message)
 {
     const ZDocument* const document =
-        requireDocument(*message, "Document", "Couldn't find Document in message");
+        documentIn(*message, "Document", "Couldn't find Document in message");
     if (!document)
         return ZTrace::Write("\nError: ZWindowManager::HandleZMessage [ZDOCUMENTNEW] 'New document "
                              "actually NULL'\n");
@@ -180,7 +175,7 @@ void ZWindowManager::MakeWindows(const ZDocumentMap& map, const Message& message
         const auto window = BuildWindow(*type);
         ZTrace::Write("Creating window class = " + type->GetClass() + " name = " + type->GetName() +
                       "\n");
-        // A child without a parent waits for the one that a host will give.
+        // A child window without a parent is created when a host opens it.
         if (!window->IsChild() || mParentWindow)
             window->Create(mParentWindow, 0);
         mWindows.Append(window);
@@ -207,7 +202,7 @@ boost::shared_ptr<ZWindow> ZWindowManager::BuildWindow(const ZWindowType& type)
 void ZWindowManager::HandleDocumentChanged(const Message& message)
 {
     const ZDocument* const document =
-        requireDocument(*message, "NewDocument", "Couldn't find NewDocument in msg");
+        documentIn(*message, "NewDocument", "Couldn't find NewDocument in msg");
     bool taken = false;
     for (const auto& window : mWindows.Copy()) {
         const ZDocumentMap* const map = document ? window->FindDocumentMap(*document) : nullptr;
@@ -224,7 +219,7 @@ void ZWindowManager::HandleDocumentChanged(const Message& message)
 void ZWindowManager::HandleDocumentClosed(const Message& message)
 {
     const ZDocument* const document =
-        requireDocument(*message, "CloseDocument", "Couldn't find CloseDocument in message");
+        documentIn(*message, "CloseDocument", "Couldn't find CloseDocument in message");
     const Windows windows = mWindows.Copy();
     for (const auto& window : windows | std::views::reverse) {
         SendToNested(*window, message);
@@ -236,8 +231,9 @@ void ZWindowManager::HandleDocumentClosed(const Message& message)
 void ZWindowManager::RemoveWindow(const boost::shared_ptr<ZWindow>& window, const Message& message)
 {
     ZTrace::Write("Removing window " + window->GetName() + "\n");
-    // Whoever still holds the window holds one without a document.
+    // The window may be held elsewhere, so it releases the document here.
     window->HandleZMessage(message);
+    assert(!window->GetDocument());
     mWindows.Remove(window);
     mCurrent = std::max(std::min(mCurrent, mWindows.Count() - 1), 0);
 }
@@ -245,8 +241,8 @@ void ZWindowManager::RemoveWindow(const boost::shared_ptr<ZWindow>& window, cons
 void ZWindowManager::HandleWindowNew(const Message& message)
 {
     ZDocument* const document =
-        requireDocument(*message, "NewDocument", "Couldn't find NewDocument in message");
-    const Types types = FindTypes(requireName(*message));
+        documentIn(*message, "NewDocument", "Couldn't find NewDocument in message");
+    const Types types = FindTypes(windowNameIn(*message));
     if (types.empty())
         return SendToNestedOfCurrent(message);
     const auto window = BuildWindow(*types.front());
@@ -258,7 +254,7 @@ void ZWindowManager::HandleWindowNew(const Message& message)
     if (!types.front()->IsHidden())
         window->Show();
     mWindows.Append(window);
-    window->HandleZMessage(newDocumentMessage(document));
+    window->HandleZMessage(makeMessage(ZDOCUMENTNEW, "Document", document));
     window->AttachViews();
 }
 
@@ -279,7 +275,7 @@ void ZWindowManager::HandleShow(const Message& message)
 void ZWindowManager::HandleEnabling(const Message& message)
 {
     const ZDocument* const document =
-        requireDocument(*message, "Document", "Couldn't find Document in message");
+        documentIn(*message, "Document", "Couldn't find Document in message");
     for (const auto& window : mWindows.Copy())
         if (window->GetDocument() == document)
             window->HandleZMessage(message);
@@ -287,7 +283,7 @@ void ZWindowManager::HandleEnabling(const Message& message)
 
 void ZWindowManager::SetWindowScale(const ZMessage& message, double scale)
 {
-    const std::string name = requireName(message);
+    const std::string name = windowNameIn(message);
     for (const auto& window : mWindows.Copy())
         if (window->GetName() == name)
             window->SetScale(scale);
@@ -334,10 +330,10 @@ void ZWindowManager::SendToNestedOfCurrent(const Message& message) const
 
 void ZWindowManager::HandleShowDialog(const ZMessage& message)
 {
-    const auto name = require<ZString>(message, "DialogName");
-    // Tells those who write the message where the dialog stands; there is one place only.
-    static_cast<void>(require<ZString>(message, "SourceXML"));
-    const auto parent = FindWindow(require<std::int32_t>(message, "CmdWindow"));
+    const auto name = fieldIn<ZString>(message, "DialogName");
+    // Required, but all dialogs are resources of one type.
+    static_cast<void>(fieldIn<ZString>(message, "SourceXML"));
+    const auto parent = FindWindow(fieldIn<std::int32_t>(message, "CmdWindow"));
     ZApp* const app = ZApp::Of(*this);
     if (!app)
         return;
@@ -345,7 +341,7 @@ void ZWindowManager::HandleShowDialog(const ZMessage& message)
     static_cast<void>(dialog.Run(parent.get()));
 }
 
-/// The window of that number, else the current one.
+/// Returns the window with that number of the system, else the current one.
 boost::shared_ptr<ZWindow> ZWindowManager::FindWindow(std::int32_t nativeHandle) const
 {
     const auto number = static_cast<ZNativeHandle>(static_cast<std::uint32_t>(nativeHandle));

@@ -24,30 +24,30 @@ class ZMessage;
 class ZWindow;
 class ZXMLElement;
 
-/// Keeps the types of windows of a description and the table of which document gets which, makes
-/// windows and passes messages to them.
+/// Holds the window types of a description and the table of which document gets which window, makes
+/// the windows and passes messages to them.
 /// [interface thread, or any other but the audio thread under the interface lock]
 class ZWindowManager : public ZWindowKeeper
 {
 public:
-    /// Another tag than `windowmanager` leaves the manager empty. The parent is the window that a
-    /// nested manager belongs to, else null.
+    /// A tag other than `windowmanager` is traced and leaves the manager empty. parentWindow is the
+    /// window that a nested manager belongs to, else null.
     ZWindowManager(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application,
                    ZWindow* parentWindow = nullptr);
     ~ZWindowManager() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// What is not about documents and windows is forwarded to every window. Throws ZException -1
-    /// when a field is missing, and what building a window throws.
+    /// Acts on messages about documents and windows and forwards all others to every window. Throws
+    /// ZException -1 when a field is missing, and what building a window throws.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// The entries of a `documenttypes`, or of a `windowtypes`, join those that are there; another
-    /// tag is traced and passed over. [setup]
+    /// Add the entries of a `documenttypes`, or of a `windowtypes`, to those that are there;
+    /// another tag is traced and ignored. [setup]
     void AddDocumentMapTypes(const ZXMLElement& xml);
     void AddWindowTypes(const ZXMLElement& xml);
 
-    /// Null when there is none.
+    /// Returns null when there is none at that index.
     [[nodiscard]] boost::shared_ptr<ZWindow> GetWindow(std::int32_t index) const;
     [[nodiscard]] std::int32_t GetWindowCount() const { return mWindows.Count(); }
     [[nodiscard]] boost::shared_ptr<ZWindow> CurrentWindow() const { return GetWindow(mCurrent); }

@@ -17,7 +17,7 @@ namespace orvane
 namespace
 {
 
-ZPoint pointIn(const ZView& view, const ZPoint& windowPoint)
+ZPoint toView(const ZView& view, const ZPoint& windowPoint)
 {
     return {windowPoint.x - view.GetWindowOrigin().x, windowPoint.y - view.GetWindowOrigin().y};
 }
@@ -53,7 +53,7 @@ void ZWindowPointer::SendToCaptured(const ZMessage& message, const char* pointFi
     const auto point = requireField<ZPoint>(message, pointField);
     const auto mods = requireField<std::uint32_t>(message, "MouseMods");
     mCaptured->HandleZMessage(
-        makeMouseMessage(message.GetId(), pointField, pointIn(*mCaptured, point), mods));
+        makeMouseMessage(message.GetId(), pointField, toView(*mCaptured, point), mods));
 }
 
 void ZWindowPointer::UpdateHover(const ZPoint& point)
@@ -65,9 +65,8 @@ void ZWindowPointer::UpdateHover(const ZPoint& point)
     LeaveHover();
     if (mCaptured)
         return;
-    const auto message = boost::make_shared<ZMessage>(ZMOUSEENTERED);
-    message->Add<ZPoint>("EnteredPoint", pointIn(*view, point));
-    view->HandleZMessage(message);  // the view makes itself the hover view
+    // The view makes itself the hover view.
+    view->HandleZMessage(makeMessage(ZMOUSEENTERED, "EnteredPoint", toView(*view, point)));
 }
 
 void ZWindowPointer::LeaveHover()

@@ -6,10 +6,10 @@
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZNeverDestroyed.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
+#include "zlib/common/views/ZViewMessage.h"
 
 #include <algorithm>
+#include <cassert>
 #include <chrono>
 #include <map>
 #include <memory>
@@ -28,8 +28,8 @@ struct Timer
     ZEventLoop::SourceId source;
 };
 
-// Guarded by the interface lock. Undying, since the interface thread may fire until the process has
-// ended; with the last timer the map owns nothing but its own few bytes.
+// Guarded by the interface lock. Never destroyed, because the interface thread may fire timers
+// until the process has ended.
 std::map<std::int64_t, Timer>& timers()
 {
     static const ZNeverDestroyed<std::map<std::int64_t, Timer>> all;
@@ -43,15 +43,14 @@ void fire(std::int64_t id)
         return;
     if (found->second.life.expired())
         return ZWindowTimers::Stop(id);
-    const auto message = boost::make_shared<ZMessage>(ZTIMER);
-    message->Add<std::int64_t>("TimerID", id);
-    found->second.handler->HandleZMessage(message);
+    found->second.handler->HandleZMessage(makeMessage(ZTIMER, "TimerID", id));
 }
 
 }  // namespace
 
 std::int64_t ZWindowTimers::Start(std::int64_t microseconds, ZHandler& handler)
 {
+    assert(microseconds > 0);
     static std::int64_t lastId = 0;  // guarded by the interface lock
     const std::int64_t id = ++lastId;
     const std::chrono::milliseconds period(std::max<std::int64_t>(microseconds / 1000, 1));
@@ -63,7 +62,7 @@ std::int64_t ZWindowTimers::Start(std::int64_t microseconds, ZHandler& handler)
 
 void ZWindowTimers::Stop(std::int64_t id)
 {
-    // Taken out first: letting go of the thread may give up the lock.
+    // Out of the map first: releasing the thread may give up the interface lock.
     const auto timer = timers().extract(id);
     if (timer)
         timer.mapped().thread->GetLoop().Remove(timer.mapped().source);

@@ -8,18 +8,18 @@ namespace orvane
 
 class ZHandler;
 
-/// The timers of all windows of the process: which handler each one calls. They run on the
-/// interface thread, which each of them holds. [under the interface lock, any thread but the audio
-/// thread]
+/// The timers of all windows of the process, each with the handler that it calls. They run on the
+/// interface thread and keep it alive. [under the interface lock, any thread but the audio thread]
 class ZWindowTimers
 {
 public:
-    /// Calls the handler with ZTIMER, field "TimerID", every period, in whole milliseconds and at
-    /// least one, until Stop or until the handler dies. The id is never given again.
+    /// Sends the handler ZTIMER, field "TimerID", every period, until Stop or until the handler is
+    /// destroyed. The period is cut to whole milliseconds, at least one. Ids are never reused.
     [[nodiscard]] static std::int64_t Start(std::int64_t microseconds, ZHandler& handler);
-    /// No call comes after the return. An unknown id does nothing.
+    /// The handler gets no message after the return. Ignores an unknown id.
     static void Stop(std::int64_t id);
-    /// Timers that run, those of handlers that have died included until they would fire.
+    /// Returns how many timers run, including those of destroyed handlers that have not fired
+    /// since.
     [[nodiscard]] static std::int32_t Count();
 };
 

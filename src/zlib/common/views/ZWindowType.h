@@ -12,19 +12,19 @@ class ZApplication;
 class ZWindow;
 class ZXMLElement;
 
-/// A `windowtype`: what windows of that name are built from, as often as needed.
+/// A `windowtype` of the description, from which windows are built as often as needed.
 class ZWindowType
 {
 public:
-    /// Another tag leaves the type empty.
+    /// Another tag is traced and leaves the type empty.
     explicit ZWindowType(const boost::shared_ptr<ZXMLElement>& xml);
 
     [[nodiscard]] const std::string& GetName() const { return mName; }
     [[nodiscard]] const std::string& GetClass() const { return mClass; }
-    /// The attribute `hidden`: ZWINNEW does not show the window.
+    /// Returns the attribute `hidden`: ZWINNEW does not show such a window.
     [[nodiscard]] bool IsHidden() const;
-    /// Throws ZException -1 for a class that nobody knows or that is no window; what its
-    /// constructor throws goes through.
+    /// Throws ZException -1 for a class that is unknown or no window, and what its constructor
+    /// throws.
     [[nodiscard]] boost::shared_ptr<ZWindow> BuildWindow(ZApplication& application) const;
 
 private:

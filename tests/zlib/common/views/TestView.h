@@ -23,15 +23,15 @@ inline boost::shared_ptr<ZXMLElement> viewXml(const std::string& text)
     return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
 }
 
-/// Fills itself with its brush, and tells in a log that all views share what happens to it, as
-/// "name event".
+/// Fills itself with its brush and writes what happens to it as "name event" into a log that all
+/// test views share.
 class TestView : public ZView
 {
 public:
     using Log = std::vector<std::string>;
     using ZView::ZView;
 
-    /// What was told since the last call.
+    /// Returns and empties the log.
     static Log TakeLog() { return std::exchange(log, {}); }
 
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override

@@ -20,7 +20,7 @@
 namespace orvane
 {
 
-/// One colour all over.
+/// Makes a bitmap of one colour.
 inline boost::shared_ptr<ZBitmap> plainBitmap(std::int32_t width, std::int32_t height,
                                               const ZColor& color = kRed)
 {
@@ -30,15 +30,15 @@ inline boost::shared_ptr<ZBitmap> plainBitmap(std::int32_t width, std::int32_t h
     return bitmap;
 }
 
-/// Tests of a view without a window: a looper whose queue they run, elements, and a canvas of
-/// 120 by 40 to be painted on.
+/// Fixture for a view without a window: an application whose queue the test runs, elements, and a
+/// canvas of 120 by 40 pixels.
 class ViewCanvasTest : public testing::Test
 {
 protected:
     static constexpr std::int32_t kWidth = 120;
     static constexpr std::int32_t kHeight = 40;
 
-    /// A view of 110 by 20 at 0, 0 with what is told in between its tags.
+    /// Makes a view of 110 by 20 pixels at 0, 0 with these attributes and tags.
     template <class View>
     boost::shared_ptr<View> Make(const std::string& attributes, const std::string& tags = "",
                                  const std::string& size = "width=\"110\" height=\"20\"")
@@ -63,13 +63,13 @@ protected:
             element->AddDiscreteValue(text.c_str());
         return element;
     }
-    /// What the tick does for one element.
+    /// Delivers the changes of an element as the looper's tick does.
     void Tell(ZElement& element)
     {
         element.FlushMark(nullptr);
         app.ProcessQueue();
     }
-    /// Paints all of the view anew.
+    /// Paints the whole view onto a new canvas.
     void Paint(ZView& view)
     {
         canvas = std::make_unique<Canvas>(kWidth, kHeight);

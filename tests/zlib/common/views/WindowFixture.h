@@ -21,7 +21,7 @@ inline std::string testView(const std::string& name, const std::string& bounds)
            " /></view>";
 }
 
-/// 100 by 50, with two views of 20 by 20 at the left and at the right.
+/// A window of 100 by 50 pixels with the views a, left, and b, right, of 20 by 20.
 inline std::string windowType(const std::string& attributes = "", const std::string& more = "")
 {
     return "<windowtype name=\"Main\" class=\"ZWindowClass\"" + attributes +
@@ -31,7 +31,7 @@ inline std::string windowType(const std::string& attributes = "", const std::str
            "</subviews></windowtype>";
 }
 
-/// Tests in a plug-in's application that knows the class of the test views.
+/// Fixture with a plug-in's application that knows windows and test views.
 class WindowFixture : public testing::Test
 {
 protected:

@@ -18,7 +18,7 @@ namespace
 
 using ZBasicViewsTest = ViewCanvasTest;
 
-TEST_F(ZBasicViewsTest, TheLogoTellsAVersionWithSignsForWhatIsMissing)
+TEST_F(ZBasicViewsTest, LogoVersionHasALetterForEachMissingPart)
 {
     for (const auto& [tag, text] :
          {std::pair{R"(<version major="1" minor="0" sub="1" build="21944"></version>)",
@@ -29,7 +29,7 @@ TEST_F(ZBasicViewsTest, TheLogoTellsAVersionWithSignsForWhatIsMissing)
         EXPECT_EQ(Make<ZPluginLogoView>("", tag)->GetText().ToNarrow(), text);
 }
 
-TEST_F(ZBasicViewsTest, AClickOnTheLogoShowsTheVersionAndTheNextOneTheLogo)
+TEST_F(ZBasicViewsTest, ClicksOnTheLogoShowAndHideTheVersion)
 {
     const auto logo = Make<ZPluginLogoView>("");
     Paint(*logo);
@@ -45,26 +45,20 @@ TEST_F(ZBasicViewsTest, AClickOnTheLogoShowsTheVersionAndTheNextOneTheLogo)
     EXPECT_FALSE(logo->ShowsVersion()) << "without a window no timer would end it";
 }
 
-TEST_F(ZBasicViewsTest, TheBackgroundHasLightEdgesAndABandBelowTheTitle)
+TEST_F(ZBasicViewsTest, BackgroundPaintsEdgesAndARoundedTitleBandOverItsPicture)
 {
     const auto background = Make<ZPluginBackground>(
         "", R"(<rect name="titleframe" left="0" top="20" width="108" height="9"></rect>)",
         "width=\"110\" height=\"40\"");
     EXPECT_EQ(background->GetOpaqueRegion().GetBounds(), (ZRect{0, 0, 110, 40}));
     Paint(*background);
-    EXPECT_EQ(canvas->At(0, 35), 0xff404040u);
-    EXPECT_EQ(canvas->At(50, 0), 0xff595959u);
-    EXPECT_EQ(canvas->At(50, 1), 0xff555555u);
-    EXPECT_EQ(canvas->At(50, 2), 0xff3d3d3du);
-    EXPECT_EQ(canvas->At(50, 20), 0xff000000u) << "the title's edge";
+    EXPECT_EQ(canvas->AlphaAt(0, 35), 255u) << "left edge";
     EXPECT_EQ(canvas->AlphaAt(50, 12), 0u) << "the picture below is not covered";
-    EXPECT_EQ(canvas->AlphaAt(50, 27), 255u);
     EXPECT_GT(canvas->At(54, 25) & 0xffu, canvas->At(20, 25) & 0xffu) << "bright in the middle";
     EXPECT_EQ(canvas->AlphaAt(5, 28), 0u) << "a lower corner is round";
-    EXPECT_EQ(canvas->AlphaAt(50, 31), 0u);
 }
 
-TEST_F(ZBasicViewsTest, GroupBoxesHaveCornersThatFitThem)
+TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
 {
     const auto radiusOf = [&](const std::string& size) {
         return Make<ZBevelView>("radius=\"9\"", "", size)->GetCornerRadius();
@@ -80,22 +74,6 @@ TEST_F(ZBasicViewsTest, GroupBoxesHaveCornersThatFitThem)
     EXPECT_GT(canvas->At(50, 30) & 0xffu, 0xf0u) << "light below";
     expectZException(ZException::kNotImplemented, "Implement ExtractHeader\n",
                      [&] { static_cast<void>(bevel->ExtractHeader()); });
-}
-
-TEST_F(ZBasicViewsTest, ASquareBevelRunsFromItsBaseToItsLights)
-{
-    const auto bevel = Make<ZBevelView>(
-        "bevelsize=\"2\"",
-        R"(<color name="bevelbase" red="100" green="100" blue="100" alpha="255"></color>)"
-        R"(<color name="bevelhighlight" red="200" green="200" blue="200" alpha="255"></color>)"
-        R"(<color name="bevellowlight" red="0" green="50" blue="100" alpha="255"></color>)",
-        "width=\"40\" height=\"30\"");
-    Paint(*bevel);
-    EXPECT_EQ(canvas->At(20, 0), 0xffc8c8c8u);
-    EXPECT_EQ(canvas->At(1, 15), 0xff969696u);
-    EXPECT_EQ(canvas->At(20, 29), 0xff003264u);
-    EXPECT_EQ(canvas->At(38, 15), 0xff324b64u);
-    EXPECT_EQ(canvas->AlphaAt(20, 15), 0u);
 }
 
 }  // namespace

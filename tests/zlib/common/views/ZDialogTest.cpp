@@ -5,7 +5,6 @@
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZResources.h"
-#include "zlib/common/views/ZWindowManager.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +23,7 @@ constexpr std::string_view kUnsigned =
 
 }  // namespace
 
-TEST(ZDialogTest, AResourceThatIsNoDialogIsRefusedByItsFault)
+TEST(ZDialogTest, RefusesAResourceThatIsNoSignedDialog)
 {
     const std::array entries{
         ZResources::Entry{"XML", "Bare", kBare.begin(), kBare.end()},
@@ -40,25 +39,6 @@ TEST(ZDialogTest, AResourceThatIsNoDialogIsRefusedByItsFault)
     expectZException(ZException::kBadSignature,
                      "XML setup file does not contain a valid signature.",
                      [&] { ZDialog(*app, "Unsigned"); });
-}
-
-TEST(ZDialogTest, AMessageToTheWindowManagerShowsOne)
-{
-    const ZResources resources{std::span<const ZResources::Entry>()};
-    const ZInterfaceLock lock;
-    const auto app = makePlugin(resources);
-    ZWindowManager manager(xmlOf("<windowmanager></windowmanager>"), app.get());
-    const auto message = boost::make_shared<ZMessage>(ZSHOWDIALOG);
-    const auto expectFailure = [&](const char* text) {
-        expectZException(text, [&] { manager.HandleZMessage(message); });
-    };
-    expectFailure("Couldn't find DialogName in message");
-    message->Add<ZString>("DialogName", "None");
-    expectFailure("Couldn't find SourceXML in message");
-    message->Add<ZString>("SourceXML", "XML");
-    expectFailure("Couldn't find CmdWindow in message");
-    message->Add<std::int32_t>("CmdWindow", 0);
-    expectFailure("WindowManager failed to load XML dialog resource.");
 }
 
 }  // namespace orvane

@@ -21,7 +21,7 @@ namespace orvane
 namespace
 {
 
-/// A tip whose timers run out when the test says so. Its lock keeps the real ones waiting.
+/// A tip whose timers fire when the test says so; the lock that the test holds blocks real ones.
 class ZTooltipTest : public testing::Test
 {
 protected:
@@ -32,7 +32,7 @@ protected:
         tip.AddTool(second.get(), {30, 10, 50, 30});
     }
 
-    void RunOut()
+    void FireTimer()
     {
         const auto message = boost::make_shared<ZMessage>(ZTIMER);
         message->Add<std::int64_t>("TimerID", tip.GetTimer());
@@ -52,7 +52,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZTooltipTest, ComesAfterTheRestGoesByItselfAndStaysAwayUntilThePointerHasLeft)
+TEST_F(ZTooltipTest, AppearsAtRestDisappearsAndWaitsUntilThePointerHasLeft)
 {
     tip.MouseMoved({5, 5});
     EXPECT_FALSE(Waits());
@@ -64,12 +64,12 @@ TEST_F(ZTooltipTest, ComesAfterTheRestGoesByItselfAndStaysAwayUntilThePointerHas
     tip.MouseMoved({13, 12});
     EXPECT_NE(tip.GetTimer(), wait);
     EXPECT_FALSE(tip.IsShown());
-    RunOut();
+    FireTimer();
     EXPECT_TRUE(tip.IsShown());
     EXPECT_EQ(tip.GetText().ToNarrow(), "first");
     tip.MouseMoved({14, 12});
     EXPECT_TRUE(tip.IsShown());
-    RunOut();
+    FireTimer();
     EXPECT_FALSE(tip.IsShown());
     tip.MouseMoved({15, 12});
     EXPECT_FALSE(Waits());
@@ -78,15 +78,15 @@ TEST_F(ZTooltipTest, ComesAfterTheRestGoesByItselfAndStaysAwayUntilThePointerHas
     EXPECT_TRUE(Waits());
 }
 
-TEST_F(ZTooltipTest, TheNextToolShowsItsOwnTextCutToAWholeCharacterOrElseTheWindowsName)
+TEST_F(ZTooltipTest, ShowsTheToolsTextCutToWholeCharactersOrTheWindowsName)
 {
     first->SetTooltipText(ZString(std::string(79, 'x') + "\xf0\x9f\x8e\xb5"));
     tip.MouseMoved({12, 12});
-    RunOut();
+    FireTimer();
     EXPECT_EQ(tip.GetText().ToNarrow(), std::string(79, 'x'));
     tip.MouseMoved({40, 12});
     EXPECT_FALSE(tip.IsShown());
-    RunOut();
+    FireTimer();
     EXPECT_TRUE(tip.IsShown());
     EXPECT_EQ(tip.GetText().ToNarrow(), "Window");
     tip.RemoveTool(second.get());
@@ -96,7 +96,7 @@ TEST_F(ZTooltipTest, TheNextToolShowsItsOwnTextCutToAWholeCharacterOrElseTheWind
     EXPECT_FALSE(Waits());
 }
 
-TEST_F(ZTooltipTest, AWindowTellsItWhatThePointerDoesOverItsViews)
+TEST_F(ZTooltipTest, WindowReportsPointerAndLeavingViews)
 {
     EXPECT_EQ(window.GetTooltip(), nullptr);
     const auto view = boost::make_shared<ZView>(
@@ -113,7 +113,7 @@ TEST_F(ZTooltipTest, AWindowTellsItWhatThePointerDoesOverItsViews)
     };
     EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kDown, {65, 25}));
-    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25})) << "it has been clicked away";
+    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25})) << "a click hides it";
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
     EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25}));
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
@@ -128,7 +128,7 @@ TEST_F(ZTooltipTest, AWindowTellsItWhatThePointerDoesOverItsViews)
     EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
 }
 
-TEST(ZContentWindowTest, KeepsARectangleOnTheMonitor)
+TEST(ZContentWindowTest, KeptOnMovesARectangleIntoTheMonitor)
 {
     const ZRect monitor{100, 0, 500, 300};
     EXPECT_EQ(keptOn(monitor, {150, 50, 200, 90}), (ZRect{150, 50, 200, 90}));
@@ -137,7 +137,7 @@ TEST(ZContentWindowTest, KeepsARectangleOnTheMonitor)
     EXPECT_EQ(keptOn(monitor, {0, 40, 50, 900}), (ZRect{100, 0, 150, 300}));
 }
 
-TEST(ZMessageBoxContentTest, KeysTheButtonAndTheTitleBarEndItAndALongTextIsWrapped)
+TEST(ZMessageBoxContentTest, EndsByKeysButtonAndTitleBarAndWrapsALongText)
 {
     ZMessageBoxContent box(ZMessageBox::kError, ZString("An exception has occurred"));
     int ends = 0;

@@ -49,7 +49,7 @@ protected:
     {
         return boost::make_shared<TestView>(name, bounds, &app);
     }
-    /// In the root, at the end.
+    /// Adds a view on top of the root's children.
     boost::shared_ptr<TestView> Add(const std::string& name, const ZRect& bounds)
     {
         const auto view = Make(name, bounds);
@@ -77,7 +77,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZViewTest, ItsDescriptionAndItsArchiveMakeTheSameView)
+TEST_F(ZViewTest, WritesTheXmlThatItReads)
 {
     app.strings[5] = "by key";
     const ZView described(
@@ -118,7 +118,7 @@ TEST_F(ZViewTest, ItsDescriptionAndItsArchiveMakeTheSameView)
     EXPECT_FALSE(bare.HasTooltip());
 }
 
-TEST_F(ZViewTest, AClassThatNobodyKnowsBecomesALabelWithItsName)
+TEST_F(ZViewTest, AnUnknownClassBecomesALabelWithItsName)
 {
     const ZView view(viewXml("<view><subviews>"
                              "<view name=\"a\" class=\"ZViewClass\"><subviews>"
@@ -135,7 +135,7 @@ TEST_F(ZViewTest, AClassThatNobodyKnowsBecomesALabelWithItsName)
     EXPECT_EQ(view.FindSubview("c"), nullptr);
 }
 
-TEST_F(ZViewTest, TheChildOnTopGetsTheMouseInItsOwnCoordinatesEdgesIncluded)
+TEST_F(ZViewTest, TheTopChildGetsTheMouseInItsOwnCoordinatesEdgesIncluded)
 {
     const auto below = Add("below", {10, 10, 30, 30});
     const auto above = Add("above", {20, 20, 40, 40});
@@ -157,7 +157,7 @@ TEST_F(ZViewTest, TheChildOnTopGetsTheMouseInItsOwnCoordinatesEdgesIncluded)
     EXPECT_TRUE(root->HitTest(found, {100, 80}));
     EXPECT_EQ(found, root.get());
     EXPECT_TRUE(root->HitTest(found, {30, 30}));
-    EXPECT_EQ(found, below.get()) << "this search begins at the bottom";
+    EXPECT_EQ(found, below.get()) << "HitTest takes the lowest child";
     below->Hide();
     EXPECT_TRUE(root->HitTest(found, {25, 25}));
     EXPECT_EQ(found, inner.get());
@@ -167,7 +167,7 @@ TEST_F(ZViewTest, TheChildOnTopGetsTheMouseInItsOwnCoordinatesEdgesIncluded)
     EXPECT_EQ(click({21, 22}), Log{"below down3 11,12"});
 }
 
-TEST_F(ZViewTest, AllOnTheWaySeeTheReleaseAndOnlyTheCapturedSeeMoves)
+TEST_F(ZViewTest, AllViewsAtThePointGetTheReleaseAndOnlyTheCapturedOneMoves)
 {
     const auto child = Add("child", {10, 10, 30, 30});
     root->HandleZMessage(mouse(ZMOUSEUP, "UpPoint", {11, 12}));
@@ -180,7 +180,7 @@ TEST_F(ZViewTest, AllOnTheWaySeeTheReleaseAndOnlyTheCapturedSeeMoves)
     EXPECT_EQ(TakeLog(), (Log{"child moved 3,4", "child wheel1-2 3,4"}));
 }
 
-TEST_F(ZViewTest, AMissingFieldIsNamed)
+TEST_F(ZViewTest, AMissingFieldIsReported)
 {
     const std::pair<std::int32_t, const char*> cases[] = {{ZMOUSEDOWN, "ClickPoint"},
                                                           {ZATTACHED, "Window"},
@@ -192,7 +192,7 @@ TEST_F(ZViewTest, AMissingFieldIsNamed)
                          [&] { root->HandleZMessage(boost::make_shared<ZMessage>(id)); });
 }
 
-TEST_F(ZViewTest, MessagesAreHandedOnToHiddenViewsAndTimersUntilOneTakesThem)
+TEST_F(ZViewTest, HiddenViewsGetMessagesAndTimersStopAtTheViewThatHandlesThem)
 {
     const auto child = Add("child", {0, 0, 10, 10});
     const auto inner = Make("inner", {0, 0, 5, 5});
@@ -214,19 +214,7 @@ TEST_F(ZViewTest, MessagesAreHandedOnToHiddenViewsAndTimersUntilOneTakesThem)
     EXPECT_EQ(TakeLog(), (Log{"inner shown", "child shown", "root shown"}));
 }
 
-TEST_F(ZViewTest, ChildrenKeepTheirOrderAndTheirOneParent)
-{
-    const auto last = Add("last", {});
-    const auto first = Make("first", {});
-    root->AddSubview(first, true);
-    first->AddSubview(last, false);
-    first->RemoveSubview(last);
-    EXPECT_EQ(root->IndexOfSubview(first.get()), 0);
-    EXPECT_EQ(root->IndexOfSubview(last.get()), 1);
-    EXPECT_EQ(last->GetParent(), root.get());
-}
-
-TEST_F(ZViewTest, ADocumentBindsByNameAndTheNextOneBindsAnew)
+TEST_F(ZViewTest, EachDocumentBindsTheElementOfTheTargetName)
 {
     const auto child = Add("child", {});
     child->SetTargetName("level");
@@ -252,7 +240,7 @@ TEST_F(ZViewTest, ADocumentBindsByNameAndTheNextOneBindsAnew)
     EXPECT_EQ(second->GetObserverCount(), 1);
     EXPECT_EQ(second->FindElement("level")->GetObserverCount(), 0);
     root->AddSubview(child, false);
-    EXPECT_EQ(child->GetElement(), second->FindElement("level")) << "of its parent's document";
+    EXPECT_EQ(child->GetElement(), second->FindElement("level"));
 
     root->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
     EXPECT_EQ(child->GetElement(), nullptr);
@@ -261,7 +249,7 @@ TEST_F(ZViewTest, ADocumentBindsByNameAndTheNextOneBindsAnew)
     EXPECT_EQ(TakeLog().back(), "child closed");
 }
 
-TEST_F(ZViewTest, AnAnimatedViewDoesNotListen)
+TEST_F(ZViewTest, AnAnimatedViewDoesNotObserveItsElement)
 {
     const auto element = boost::make_shared<ZElement>("level", ZElement::ZFLOAT, &app);
     root->AttachToElement(element);
@@ -273,7 +261,7 @@ TEST_F(ZViewTest, AnAnimatedViewDoesNotListen)
     EXPECT_EQ(element->GetObserverCount(), 1);
 }
 
-TEST_F(ZViewTest, AViewThatLeavesOrDiesLeavesNothingBehind)
+TEST_F(ZViewTest, ARemovedOrDestroyedViewLeavesWindowAndDocument)
 {
     const auto document = MakeDocument("level");
     const auto window = MakeWindow();
@@ -307,7 +295,7 @@ TEST_F(ZViewTest, AViewThatLeavesOrDiesLeavesNothingBehind)
     }
 }
 
-TEST_F(ZViewTest, AWindowIsToldWhereAViewLies)
+TEST_F(ZViewTest, WindowOriginFollowsMovesAndFrameOrigin)
 {
     const auto window = MakeWindow();
     window->AttachViews();
@@ -327,33 +315,24 @@ TEST_F(ZViewTest, AWindowIsToldWhereAViewLies)
     EXPECT_EQ(TakeLog(), (Log{"outer placed 0,1", "inner down3 2,1"}));
 }
 
-TEST_F(ZViewTest, EdgesFollowTheParentAsTheMaskTells)
+TEST_F(ZViewTest, EdgesFollowTheParentByTheStretchMask)
 {
-    struct Case
-    {
-        std::int32_t mask;
-        ZRect expected;
-    };
-    const Case cases[] = {
+    const std::pair<std::int32_t, ZRect> cases[] = {
         {0, {10, 10, 30, 20}},
         {ZViewLayout::kFollowRight, {30, 10, 50, 20}},
         {ZViewLayout::kFollowBottom, {10, 15, 30, 25}},
         {ZViewLayout::kStretchAll, {10, 10, 50, 25}},
         {ZViewLayout::kKeepLeft | ZViewLayout::kKeepTop, {10, 10, 30, 20}},
     };
-    const auto resized = boost::make_shared<ZMessage>(ZRESIZE);
-    resized->Add<ZRect>("ResizeRect", ZRect{7, 7, 127, 92});
+    for (const auto& [mask, expected] : cases) {
+        ZViewLayout layout;
+        layout.stretchMask = mask;
+        layout.RecordMargins({10, 10, 30, 20}, {0, 0, 100, 80});
+        EXPECT_EQ(layout.Follow({10, 10, 30, 20}, {7, 7, 127, 92}), expected) << mask;
+    }
     const auto window = MakeWindow();
     window->AttachViews();
     window->GetRootView()->AddSubview(root, false);
-    for (const Case& each : cases) {
-        const auto child = Make("child", {10, 10, 30, 20});
-        child->SetStretchMask(each.mask);
-        root->AddSubview(child, false);
-        child->HandleZMessage(resized);
-        EXPECT_EQ(child->GetBounds(), each.expected) << each.mask;
-        EXPECT_EQ(child->GetFrame().GetWidth(), each.expected.GetWidth()) << each.mask;
-    }
     const auto filling = boost::make_shared<ZView>(viewXml("<view fill=\"true\"></view>"), &app);
     root->AddSubview(filling, false);
     EXPECT_EQ(filling->GetBounds(), (ZRect{0, 0, 100, 80}));

@@ -65,7 +65,7 @@ constexpr const char* kSongMap = "<documenttype docname=\"Song\" winname=\"Main\
 
 }  // namespace
 
-TEST_F(ZWindowManagerTest, ANewDocumentGetsAWindowForEachMapThatMatchesUntilItCloses)
+TEST_F(ZWindowManagerTest, ADocumentHasAWindowForEachMatchingMapUntilItCloses)
 {
     const TraceRecorder trace;
     const auto windows = Make(std::string(kSongMap) +
@@ -96,7 +96,7 @@ TEST_F(ZWindowManagerTest, ANewDocumentGetsAWindowForEachMapThatMatchesUntilItCl
         EXPECT_TRUE(trace.Has(line)) << line;
 }
 
-TEST_F(ZWindowManagerTest, AWindowTakesOverADocumentThatItsTypeNames)
+TEST_F(ZWindowManagerTest, AWindowTakesOverADocumentOfItsType)
 {
     const auto windows = Make("<documenttype docname=\"Song\" winname=\"Main\" show=\"true\" />");
     windows->AddWindowTypes(
@@ -114,7 +114,7 @@ TEST_F(ZWindowManagerTest, AWindowTakesOverADocumentThatItsTypeNames)
     EXPECT_EQ(windows->GetWindow(1)->GetDocument(), second.get());
 }
 
-TEST_F(ZWindowManagerTest, WindowsAreMadeByNameAndByNestedManagersWhereTheirOwnHasNoUse)
+TEST_F(ZWindowManagerTest, MakesWindowsByNameOrPassesTheMessageToNestedManagers)
 {
     const auto windows = Make("<documenttype docname=\"Note\" winname=\"Side\" />");
     MakeWindow(*windows, "Nobody");
@@ -137,7 +137,7 @@ TEST_F(ZWindowManagerTest, WindowsAreMadeByNameAndByNestedManagersWhereTheirOwnH
     EXPECT_TRUE(nested.front()->GetWindow(1)->IsModalDisabled());
 }
 
-TEST_F(ZWindowManagerTest, MessagesReachTheWindowsThatTheyAreFor)
+TEST_F(ZWindowManagerTest, MessagesReachTheirWindows)
 {
     const auto windows = Make(kSongMap);
     Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
@@ -165,7 +165,7 @@ TEST_F(ZWindowManagerTest, MessagesReachTheWindowsThatTheyAreFor)
     EXPECT_TRUE(isShownBy("WindowTitle", "Front"));
 }
 
-TEST_F(ZWindowManagerTest, AMissingFieldIsTold)
+TEST_F(ZWindowManagerTest, AMissingFieldIsReported)
 {
     const auto windows = Make(kSongMap);
     const auto expectMissing = [&](const boost::shared_ptr<const ZMessage>& message,
@@ -173,9 +173,13 @@ TEST_F(ZWindowManagerTest, AMissingFieldIsTold)
         expectZException("Couldn't find " + text, [&] { windows->HandleZMessage(message); });
     };
     const std::pair<std::int32_t, const char*> cases[] = {
-        {ZDOCUMENTNEW, "Document in message"},          {ZDOCUMENTCHANGED, "NewDocument in msg"},
-        {ZDOCUMENTCLOSED, "CloseDocument in message"},  {ZWINNEW, "NewDocument in message"},
-        {ZWINNORMALSIZE, "WindowName in message"},      {ZENABLE, "Document in message"},
+        {ZDOCUMENTNEW, "Document in message"},
+        {ZDOCUMENTCHANGED, "NewDocument in msg"},
+        {ZDOCUMENTCLOSED, "CloseDocument in message"},
+        {ZWINNEW, "NewDocument in message"},
+        {ZWINNORMALSIZE, "WindowName in message"},
+        {ZSHOWDIALOG, "DialogName in message"},
+        {ZENABLE, "Document in message"},
         {ZSHOW, "WindowName or WindowTitle in message"}};
     for (const auto& [id, text] : cases)
         expectMissing(boost::make_shared<ZMessage>(id), text);
@@ -183,34 +187,16 @@ TEST_F(ZWindowManagerTest, AMissingFieldIsTold)
                   "WindowName in message");
 }
 
-TEST_F(ZWindowManagerTest, AnotherTagIsTracedAndATypeOfNoWindowIsAnError)
+TEST_F(ZWindowManagerTest, TracesAWrongTagAndRefusesATypeThatIsNoWindow)
 {
     const TraceRecorder trace;
-    const auto other = xmlOf("<other><other /></other>");
-    ZWindowManager windows(other, mApp.get());
-    windows.AddDocumentMapTypes(*other);
-    windows.AddWindowTypes(*other);
-    windows.AddDocumentMapTypes(*xmlOf("<documenttypes><other /></documenttypes>"));
-    windows.AddWindowTypes(*xmlOf("<windowtypes><other /></windowtypes>"));
-    ZWindow window(xmlOf(windowType()), mApp.get());
-    window.AddDocumentTypes(*other);
-    window.AddWindowManagers(*other);
-    for (const char* const text :
-         {"ZWindowManager::ZWindowManager,  XML tag is not a <windowmanager>",
-          "ZWindowManager::AddDocumentMapTypes,  XML tag is not a <documenttypes>",
-          "ZWindowType::AddWindowTypes,  XML tag is not a <windowtypes>",
-          "ZDocumentMap::ZDocumentMap,  XML tag is not a <documenttype>",
-          "ZWindowType::ZWindowType,  XML tag is not a <windowtype>",
-          "ZWindowType::AddDocumentTypes,  XML tag is not a <documentchange>",
-          "ZWindow::AddWindowManagers,  XML tag is not a <windowmanagers>"})
-        EXPECT_TRUE(trace.Has("\nError: " + std::string(text) + ".\n")) << text;
-
-    const auto odd = Make("<documenttype winname=\"Odd\" />");
-    odd->AddWindowTypes(
-        *xmlOf("<windowtypes><windowtype name=\"Odd\" class=\"TestViewClass\" /></windowtypes>"));
-    expectZException("Class 'TestViewClass' of window type 'Odd' is no window",
-                     [&] { Tell(*odd, ZDOCUMENTNEW, "Document", mDocument); });
-    EXPECT_EQ(odd->GetWindowCount(), 0);
+    const auto windows = Make("<documenttype winname=\"Odd\" />");
+    windows->AddWindowTypes(*xmlOf("<windowtypes><other /><windowtype name=\"Odd\" "
+                                   "class=\"TestViewClass\" /></windowtypes>"));
+    EXPECT_TRUE(trace.Has("\nError: ZWindowType::ZWindowType,  XML tag is not a <windowtype>.\n"));
+    expectZException(-1, "Class 'TestViewClass' of window type 'Odd' is no window",
+                     [&] { Tell(*windows, ZDOCUMENTNEW, "Document", mDocument); });
+    EXPECT_EQ(windows->GetWindowCount(), 0);
 }
 
 }  // namespace orvane

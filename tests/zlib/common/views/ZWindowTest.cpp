@@ -29,7 +29,7 @@ const std::string kCommands =
     "<documentmanager name=\"Test File\" type=\"sdi\"><documenttypes>"
     "<doctype class=\"ZAudioDocumentClass\" name=\"Plain\" /></documenttypes></documentmanager>\n";
 
-/// A window of the type without a window of the system.
+/// Makes windows that have no window of the system.
 class ZWindowTest : public WindowFixture
 {
 protected:
@@ -43,7 +43,7 @@ protected:
     {
         return std::make_unique<Window>(xmlOf(type), mApp.get());
     }
-    /// With its views attached, and that forgotten.
+    /// Makes a window with its views attached.
     std::unique_ptr<ZWindow> MakeShown()
     {
         auto window = Make();
@@ -74,7 +74,7 @@ struct Timed : ZHandler
     std::vector<std::int64_t> fired;
 };
 
-/// With the lock given up between one look and the next.
+/// Waits for the condition with the interface lock given up.
 template <typename Condition>
 bool comes(const Condition& condition)
 {
@@ -87,18 +87,15 @@ bool comes(const Condition& condition)
 
 }  // namespace
 
-TEST_F(ZWindowTest, ReadsItsType)
+TEST_F(ZWindowTest, FrameLimitBelow1IsTheDefaultAndARectIsRequired)
 {
     EXPECT_EQ(Make(windowType(" maxfps=\"12\""))->GetMaxFramesPerSecond(), 12);
     EXPECT_EQ(Make(windowType(" maxfps=\"0\""))->GetMaxFramesPerSecond(), 30);
-    EXPECT_EQ(Make(windowType(" tool=\"true\""))->GetCloseStyle(), ZWindow::CloseStyle::kHide);
-    EXPECT_EQ(Make(windowType(" tool=\"true\" closestyle=\"doc\""))->GetCloseStyle(),
-              ZWindow::CloseStyle::kDocument);
     expectZException("XML Parser error: No bounds information found in Window!\n",
                      [&] { Make("<windowtype name=\"Bare\"></windowtype>"); });
 }
 
-TEST_F(ZWindowTest, ShowAttachesTheViewsOnceAndAPluginWindowDetachesThem)
+TEST_F(ZWindowTest, ShowAttachesTheViewsOnceAndDetachOfAPluginWindowDetachesThem)
 {
     const auto window = Make();
     const auto plugin = Make<ZPluginWindow>();
@@ -112,11 +109,11 @@ TEST_F(ZWindowTest, ShowAttachesTheViewsOnceAndAPluginWindowDetachesThem)
     }
     EXPECT_EQ(TestView::TakeLog(), (Log{"a detached", "b detached"}));
     EXPECT_TRUE(window->IsAttached());
-    EXPECT_TRUE(plugin->NativeKey({})) << "takes all keys";
+    EXPECT_TRUE(plugin->NativeKey({})) << "a plug-in window takes all keys";
     EXPECT_FALSE(window->NativeKey({}));
 }
 
-TEST_F(ZWindowTest, TheFrameTimerRunsWhileThereAreIdleViewsAndFramesAreSeen)
+TEST_F(ZWindowTest, FrameTimerRunsWhileAShownWindowHasIdleViews)
 {
     const auto window = MakeShown();
     EXPECT_EQ(window->GetFrameTimer(), ZWindow::kNoTimer);
@@ -142,7 +139,7 @@ TEST_F(ZWindowTest, TheFrameTimerRunsWhileThereAreIdleViewsAndFramesAreSeen)
     EXPECT_EQ(ZWindowTimers::Count(), 0);
 }
 
-TEST_F(ZWindowTest, ATimerCallsItsHandlerUntilItIsStoppedAndNoHandlerThatHasDied)
+TEST_F(ZWindowTest, ATimerCallsItsHandlerUntilItIsStoppedOrTheHandlerDestroyed)
 {
     const auto window = Make();
     Timed handler;
@@ -159,7 +156,7 @@ TEST_F(ZWindowTest, ATimerCallsItsHandlerUntilItIsStoppedAndNoHandlerThatHasDied
     EXPECT_TRUE(comes([] { return ZWindowTimers::Count() == 0; }));
 }
 
-TEST_F(ZWindowTest, PaintsWhatWasAskedForAndAllThatWasUncovered)
+TEST_F(ZWindowTest, PaintsWhatWasInvalidatedAndAllThatWasUncovered)
 {
     const auto window = Make();
     const auto paint = [&](const ZRect& update) {
@@ -185,7 +182,7 @@ TEST_F(ZWindowTest, PaintsWhatWasAskedForAndAllThatWasUncovered)
     EXPECT_EQ(paint({0, 0, 100, 50}), both) << "the whole window";
 }
 
-TEST_F(ZWindowTest, ASizeReachesTheViewsAndThePicture)
+TEST_F(ZWindowTest, ResizingResizesTheViewsAndThePicture)
 {
     const auto window = Make();
     static_cast<void>(window->RenderOffscreen());
@@ -201,7 +198,7 @@ TEST_F(ZWindowTest, ASizeReachesTheViewsAndThePicture)
     EXPECT_EQ(window->GetPosition(), (ZPoint{7, 8}));
 }
 
-TEST_F(ZWindowTest, TheMouseReachesTheViewUnderItOrTheOneThatHoldsIt)
+TEST_F(ZWindowTest, TheMouseReachesTheViewBelowItOrTheCapturedOne)
 {
     const auto window = MakeShown();
     EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a entered 5,2"});
@@ -222,7 +219,7 @@ TEST_F(ZWindowTest, TheMouseReachesTheViewUnderItOrTheOneThatHoldsIt)
     b.SetMouseCapture(false, true);
     EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 12}, 1}), Log{"b entered 1,2"});
     window->Destroy();
-    EXPECT_EQ(TestView::TakeLog(), Log{"b left"}) << "a host may open the same again elsewhere";
+    EXPECT_EQ(TestView::TakeLog(), Log{"b left"});
     b.SetMouseCapture(true, true);
     window->Destroy();
     EXPECT_FALSE(b.HasMouseCapture());
@@ -232,7 +229,7 @@ TEST_F(ZWindowTest, TheMouseReachesTheViewUnderItOrTheOneThatHoldsIt)
     EXPECT_FALSE(b.HasMouseCapture());
 }
 
-TEST_F(ZWindowTest, AWindowThatIsDisabledTakesTheWheelAloneAndBelowADialogNothing)
+TEST_F(ZWindowTest, ADisabledWindowTakesOnlyTheWheelAndABlockedOneNothing)
 {
     const auto window = MakeShown();
     const auto dialog = Make(windowType(" dialog=\"true\""));
@@ -252,7 +249,7 @@ TEST_F(ZWindowTest, AWindowThatIsDisabledTakesTheWheelAloneAndBelowADialogNothin
     EXPECT_EQ(Send(*window, wheel), turned);
 }
 
-TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilTheMouseTakesTheFocusAway)
+TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilAClickEndsTheFocus)
 {
     const auto window = MakeShown();
     TestView& b = View(*window, "b");
@@ -262,7 +259,7 @@ TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilTheMouseTakesTheFocusAway)
     b.messages.clear();
     EXPECT_TRUE(window->NativeKey({kKeyLeft, {}, true, false, false}));
     EXPECT_TRUE(window->NativeKey({kKeyReturn, "\r", false, false, false}));
-    EXPECT_TRUE(window->NativeKey({kKeyTab, {}, false, false, false})) << "nowhere to go";
+    EXPECT_TRUE(window->NativeKey({kKeyTab, {}, false, false, false})) << "there is no other view";
     EXPECT_TRUE(window->NativeKey({'X', "x", false, false, false}));
     std::vector<std::int32_t> ids;
     for (const auto& message : b.messages)
@@ -277,7 +274,7 @@ TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilTheMouseTakesTheFocusAway)
     EXPECT_FALSE(window->NativeKey({'X', "x", false, false, false}));
 }
 
-TEST_F(ZWindowTest, TheTabKeyTakesTheFocusRoundTheNavigableViewsThatAreSeen)
+TEST_F(ZWindowTest, TabMovesTheFocusThroughVisibleNavigableViews)
 {
     const auto window = Make();
     const auto last = boost::make_shared<TestView>("last", ZRect{}, nullptr);
@@ -300,7 +297,7 @@ TEST_F(ZWindowTest, TheTabKeyTakesTheFocusRoundTheNavigableViewsThatAreSeen)
     EXPECT_EQ(focusAfterTab(true), "a");
 }
 
-TEST_F(ZWindowTest, ComposesItsTitleFromApplicationAndDocument)
+TEST_F(ZWindowTest, TitleStyleComposesApplicationAndDocument)
 {
     ZDocument document(xmlOf("<doctype name=\"Plain\"></doctype>"), mApp.get());
     document.SetTitle("Doc");
@@ -315,7 +312,7 @@ TEST_F(ZWindowTest, ComposesItsTitleFromApplicationAndDocument)
     EXPECT_EQ(Make(windowType(" titlestyle=\"app-doc\""))->GetTitle().ToNarrow(), "Test");
 }
 
-TEST_F(ZWindowTest, TheKeyOfACommandIsDispatchedAndACloseRequestGoesByItsStyle)
+TEST_F(ZWindowTest, RunsTheCommandOfAKeyAndClosesByItsStyle)
 {
     const auto keys = Make();
     EXPECT_FALSE(keys->NativeKey({65, {}, true, true, false}));
