@@ -10,8 +10,6 @@ namespace orvane
 
 void addProductFonts(const ZApp& app)
 {
-    for (const std::string& font : app.GetFonts())
-        AddPrivateFont(font);
     if (!app.GetFonts().empty())
         return;
     // Most users copy the library alone.

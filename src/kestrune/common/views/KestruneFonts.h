@@ -6,8 +6,8 @@ namespace orvane
 
 class ZApp;
 
-/// Makes the product's own font known to texts: that of the files which the application has found,
-/// else the one that the library carries. Somebody holds a ZDrawingLibrary. [interface thread]
+/// Makes the product's own font known to texts, from the copy in the library, unless the
+/// application has loaded a font file. [interface thread]
 void addProductFonts(const ZApp& app);
 
 }  // namespace orvane

@@ -12,6 +12,7 @@
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZFile.h"
+#include "zlib/common/objects/ZFontKeeper.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/objects/ZMessage.h"
@@ -112,6 +113,7 @@ boost::shared_ptr<ZFile> chooseFile(const ZFileRequest& request)
 ZApp::ZApp(const ZResources& resources)
     : ZApplication("app looper")
     , mResources(resources)
+    , mFontKeeper(ZFontKeeper::Make())
 {
     SetCurrentApp(this);
     mClassRegistry = std::make_unique<ZClassRegistry>(this);
@@ -426,8 +428,11 @@ bool ZApp::CanQuit()
 void ZApp::LoadFont(const std::string& path)
 {
     std::error_code error;
-    if (std::filesystem::is_regular_file(path, error))
-        mFonts.push_back(path);
+    if (!std::filesystem::is_regular_file(path, error))
+        return;
+    mFonts.push_back(path);
+    if (mFontKeeper)
+        mFontKeeper->AddFile(path);
 }
 
 bool ZApp::GetResourceString(std::int32_t id, ZString& out)

@@ -24,6 +24,7 @@ class ZCommandList;
 class ZDocument;
 class ZDocumentManager;
 class ZFile;
+class ZFontKeeper;
 class ZResources;
 class ZWindow;
 class ZWindowKeeper;
@@ -103,7 +104,7 @@ public:
     [[nodiscard]] virtual bool CanQuit();
     /// Sets whether the application may end the process. True after construction. [setup]
     virtual void SetStandalone(bool standalone) { mStandalone = standalone; }
-    /// Remembers a font file, if it exists, for the texts that ask for its font.
+    /// Makes the fonts of a file known to texts at once; ignores a path without a file.
     virtual void LoadFont(const std::string& path);
     bool GetResourceString(std::int32_t id, ZString& out) override;
     /// Stores a number in the user's settings; false when the file cannot be written.
@@ -174,7 +175,8 @@ private:
     void OpenAtStart();
 
     const ZResources& mResources;
-    std::thread::id mMainThreadId;  // of the thread that reads the description
+    const std::unique_ptr<ZFontKeeper> mFontKeeper;  // null without drawing
+    std::thread::id mMainThreadId;                   // of the thread that reads the description
     ZString mTitle;
     ZString mIdentifier;
     ZString mResourceName;
