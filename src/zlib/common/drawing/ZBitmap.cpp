@@ -11,6 +11,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 
 namespace orvane
@@ -19,7 +20,7 @@ namespace orvane
 namespace
 {
 
-// A picture is read whole into memory, so a file that could not be one is not read.
+// Files are read whole into memory; a larger file is not read at all.
 constexpr std::int64_t kMaxFileBytes = std::int64_t{1} << 28;
 
 std::unique_ptr<ZImage> readImage(ZFile& file)
@@ -34,7 +35,7 @@ std::unique_ptr<ZImage> readImage(ZFile& file)
     return ZImage::Decode(std::span(bytes).first(static_cast<std::size_t>(std::max(read, 0))));
 }
 
-/// A file that cannot be read is a picture that is missing.
+/// Null if the file cannot be read or is no picture.
 std::unique_ptr<ZImage> imageOfFile(const boost::shared_ptr<ZFile>& file)
 {
     if (!file)
@@ -64,7 +65,8 @@ struct Line
     std::size_t count;
 };
 
-/// Replaces each value by the mean over radius values on either side; beyond the ends lie zeros.
+/// Replaces each value by the mean of itself and radius neighbours on either side; neighbours
+/// beyond the ends count as 0.
 void averageLine(const Line& line, std::size_t radius, std::vector<float>& scratch)
 {
     const auto at = [&](std::size_t i) -> float& {
@@ -205,6 +207,7 @@ void ZBitmap::Clear(const ZColor& color)
 
 boost::shared_ptr<ZBitmap> ZBitmap::MakeShadow(std::int32_t radius, const ZColor& color) const
 {
+    assert(radius >= 0);
     const ZImage* const image = GetNative();
     if (!image)
         return nullptr;
@@ -212,8 +215,7 @@ boost::shared_ptr<ZBitmap> ZBitmap::MakeShadow(std::int32_t radius, const ZColor
     std::vector<float> alpha(pixels.size());
     std::transform(pixels.begin(), pixels.end(), alpha.begin(),
                    [](std::uint32_t pixel) { return static_cast<float>(pixel >> 24); });
-    averageSquare(alpha, static_cast<std::size_t>(mWidth),
-                  static_cast<std::size_t>(std::max(radius, 0)));
+    averageSquare(alpha, static_cast<std::size_t>(mWidth), static_cast<std::size_t>(radius));
     std::transform(alpha.begin(), alpha.end(), pixels.begin(), [&](float value) {
         const float shade = value * static_cast<float>(color.alpha) / 255.0f + 0.5f;
         return (toArgb(color) & 0x00FFFFFFu) | static_cast<std::uint32_t>(shade) << 24;

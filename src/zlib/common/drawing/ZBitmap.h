@@ -19,47 +19,51 @@ class ZApplication;
 class ZResources;
 class ZXMLElement;
 
-/// An image that can be drawn and drawn into. One that is named is found among the resources of
-/// type "IMAGE"; where none can be found or read it stays empty, measures 0 by 0 and draws nothing.
-/// A resource is decoded when it is first drawn, since hosts start far more instances than they
-/// open windows, and is shared by all bitmaps that show it until one is drawn into. [interface
-/// thread]
+/// An image that can be drawn and drawn into. A bitmap with a resource name loads the resource of
+/// type "IMAGE" under that name; if there is none, or it cannot be read, the bitmap stays empty,
+/// measures 0 by 0 and draws nothing. A resource is decoded when it is first drawn, because hosts
+/// start many more instances than they open windows. All bitmaps of one resource share the decoded
+/// image; a bitmap makes its own copy before it is drawn into. [interface thread]
 class ZBitmap : public ZDrawingContext
 {
 public:
-    /// A new, fully transparent image; what the context, which may be null, draws to is the same
-    /// kind of image. hasAlpha is kept, and drawing does not ask for it. Throws ZException -1
-    /// "Failed to create new Bitmap object" when the size gives no image.
+    /// Makes a fully transparent image. The image fits every context, so context may be null and is
+    /// not read. hasAlpha is only kept: every image has alpha. Throws ZException -1 "Failed to
+    /// create new Bitmap object" if a side is not positive, the size is beyond ZImage's limits or
+    /// memory is short.
     ZBitmap(std::int32_t width, std::int32_t height, const ZDrawingContext* context,
             bool hasAlpha = false);
-    /// Loads at once. Application may be null.
+    /// Loads the resource at once. application may be null; then the bitmap stays empty.
     ZBitmap(const ZString& resourceName, ZApplication* application);
-    /// From a tag that names the resource by `id`, or as backgrounds do by `resource`.
+    /// Loads the resource that the tag names in `id` or, in tags of backgrounds, in `resource`.
     ZBitmap(const ZXMLElement& xml, ZApplication* application);
     ~ZBitmap() override;
 
-    /// Looks for the image where there is none yet: among the application's resources, then as the
-    /// file that the application has under that name. Without an application the resources of the
-    /// one that was given before are asked again.
+    /// Loads the image of an empty bitmap: from the application's resources, or else from the file
+    /// that ZApplication::GetResourceFile gives. If application is null, looks again in the
+    /// resources of the application that was given before.
     void Load(ZApplication* application);
     [[nodiscard]] bool IsLoaded() const { return mWidth > 0; }
     [[nodiscard]] std::int32_t GetWidth() const { return mWidth; }
     [[nodiscard]] std::int32_t GetHeight() const { return mHeight; }
-    [[nodiscard]] bool HasAlpha() const { return mHasAlpha; }
     [[nodiscard]] const ZString& GetResourceName() const { return mResourceName; }
 
-    /// All pixels row by row as 0xAARRGGBB, colours as they are, to be read and written until
-    /// UnlockPixels puts them back; none without an image. What is drawn in between is lost.
+    /// Returns all pixels, row by row as 0xAARRGGBB with straight (not premultiplied) colours, for
+    /// reading and writing until UnlockPixels stores them. Empty without an image. Anything drawn
+    /// between the two calls is overwritten.
     std::span<std::uint32_t> LockPixels();
+    /// Stores the locked pixels; does nothing if the bitmap is not locked.
     void UnlockPixels();
-    /// Writes the colour into each pixel of a locked bitmap; of one that is not, into none.
+    /// Writes the colour into every pixel of a locked bitmap; does nothing if it is not locked.
     void Clear(const ZColor& color);
-    /// A bitmap of the same size in one colour, its alpha that of this one averaged over a square
-    /// of side 2 radius + 1, beyond the edges 0. Null without an image. radius >= 0.
+    /// Makes a bitmap of the same size in one colour, with this bitmap's alpha blurred over a
+    /// square of side 2 radius + 1 (alpha counts as 0 beyond the edges). radius >= 0. Null without
+    /// an image.
     [[nodiscard]] boost::shared_ptr<ZBitmap> MakeShadow(std::int32_t radius,
                                                         const ZColor& color) const;
 
-    /// The tag `bitmap` that names the resource; type tells what the owner uses it for.
+    /// Makes the tag `bitmap` with the resource's name in `id` and type in `type`: what the owner
+    /// uses the bitmap for.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader(std::string_view type) const;
 
     [[nodiscard]] const ZImage* GetNative() const override;
@@ -67,9 +71,10 @@ public:
     [[nodiscard]] ZGraphics* GetGraphics() const override;
 
 private:
-    /// Takes an image, which may be null, as its own.
+    /// Makes the image this bitmap's; null changes nothing.
     void Adopt(std::unique_ptr<ZImage> image);
-    /// The image as one's own, to write into; null without one.
+    /// Returns an image that may be written to, copied from the shared one at the first call; null
+    /// without an image.
     ZImage* MakeOwn() const;
 
     ZString mResourceName;
@@ -77,14 +82,13 @@ private:
     std::int32_t mWidth = 0;
     std::int32_t mHeight = 0;
     bool mLocked = false;
-    bool mHasAlpha = false;
+    [[maybe_unused]] bool mHasAlpha = false;
     std::vector<std::uint32_t> mLockData;
-    std::span<const std::byte> mPng;  // of the resource
-    // Made when they are first asked for: the resource's picture, or an image of one's own with its
-    // target.
+    std::span<const std::byte> mPng;  // bytes of the resource
+    // All three are made at first use. mShared goes when mImage, a copy to write to, is there.
     mutable std::shared_ptr<const ZImage> mShared;
     mutable std::unique_ptr<ZImage> mImage;
-    mutable std::unique_ptr<ZGraphics> mImageGraphics;
+    mutable std::unique_ptr<ZGraphics> mImageGraphics;  // draws into mImage
 };
 
 }  // namespace orvane

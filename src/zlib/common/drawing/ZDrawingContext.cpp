@@ -138,7 +138,7 @@ void ZDrawingContext::DrawString(const ZString& text, std::int32_t left, std::in
                                  std::int32_t align, std::int32_t)
 {
     if (ZGraphics* const target = GetGraphics())
-        target->DrawText(text, *FontInForce(), mPenColor, {left, top, right, bottom},
+        target->DrawText(text, *FontOrDefault(), mPenColor, {left, top, right, bottom},
                          {toAlign(align), mTruncate});
 }
 
@@ -221,7 +221,7 @@ void ZDrawingContext::SetAntiAlias(bool on)
 
 void ZDrawingContext::SetPenWidth(float width)
 {
-    // By size: a mirroring scale does not make a line thinner than nothing.
+    // Absolute values: a mirroring scale is negative.
     mPen.width = width / std::max(std::abs(mHorizontalScale), std::abs(mVerticalScale));
 }
 
@@ -248,7 +248,7 @@ void ZDrawingContext::SetFont(const boost::shared_ptr<ZFont>& font)
     mFont = font;
 }
 
-boost::shared_ptr<ZFont> ZDrawingContext::FontInForce() const
+boost::shared_ptr<ZFont> ZDrawingContext::FontOrDefault() const
 {
     return mFont ? mFont : ZFont::MakeDefault();
 }
@@ -256,19 +256,19 @@ boost::shared_ptr<ZFont> ZDrawingContext::FontInForce() const
 std::int32_t ZDrawingContext::StringWidth(const ZString& text) const
 {
     const ZGraphics* const target = GetGraphics();
-    return target ? target->MeasureText(text, *FontInForce()).right : 0;
+    return target ? target->MeasureText(text, *FontOrDefault()).right : 0;
 }
 
 std::int32_t ZDrawingContext::StringHeight(const ZString& text) const
 {
     const ZGraphics* const target = GetGraphics();
-    return target ? target->MeasureText(text, *FontInForce()).bottom : 0;
+    return target ? target->MeasureText(text, *FontOrDefault()).bottom : 0;
 }
 
 ZRect ZDrawingContext::StringBounds(const ZString& text, const ZRect& rect) const
 {
     const ZGraphics* const target = GetGraphics();
-    return target ? target->MeasureText(text, *FontInForce(), rect, mTruncate) : ZRect{};
+    return target ? target->MeasureText(text, *FontOrDefault(), rect, mTruncate) : ZRect{};
 }
 
 void ZDrawingContext::SetTruncate(bool on)
@@ -305,7 +305,7 @@ void ZDrawingContext::RestoreState(std::unique_ptr<ZSavedGraphicsState>& saved)
 {
     if (!saved)
         return;
-    // A target that came since has states of its own, none of them this one.
+    // If the target was replaced meanwhile, the saved state is not one of the new target's.
     ZGraphics* const target = GetGraphics();
     if (target && saved->mGraphics == target) {
         target->Restore(saved->mLevel);

@@ -25,13 +25,14 @@ class ZRegion;
 class ZShader;
 class ZString;
 
-/// The surface that everything is painted through. One exists per window, shared by its views; each
-/// bitmap is one of its own. Without a target nothing is drawn and all texts measure 0.
+/// The surface that everything is painted through. The views of a window share the window's
+/// context; every bitmap is a context too. Without a target (a ZGraphics) nothing is drawn and all
+/// texts measure 0.
 ///
-/// Coordinates are in the current transform. Colours, pen, font, truncation and smoothing are the
-/// context's; transform, clip, blend mode and the smoothing in force are the target's, and those
-/// are what SaveState keeps: RestoreState brings no colour back. A failed operation has no effect
-/// and raises nothing. [interface thread]
+/// Coordinates are in the current transform. Colours, pen, font, truncation and the wish for
+/// anti-aliasing belong to the context; transform, clip, blend mode and the anti-aliasing in force
+/// belong to the target. SaveState keeps the target's only, so RestoreState does not bring colours
+/// back. An operation that fails has no effect and throws nothing. [interface thread]
 class ZDrawingContext
 {
 public:
@@ -40,102 +41,109 @@ public:
     ZDrawingContext& operator=(const ZDrawingContext&) = delete;
     virtual ~ZDrawingContext() = default;
 
-    /// A line with the pen, both end points included.
+    /// Draws a line with the pen, both end points included.
     virtual void DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
     virtual void DrawLine(const ZPoint& from, const ZPoint& to);
-    /// The current path with the pen; the path stays.
+    /// Strokes the current path with the pen; the path stays.
     virtual void StrokePath();
-    /// The current path with the brush, by the even-odd rule; the path stays.
+    /// Fills the current path with the brush, by the even-odd rule; the path stays.
     virtual void FillPath();
+    /// Fill with the shader's gradient; do nothing if the shader has no brush.
     virtual void FillRegion(const ZShader& shader, const ZRegion& region);
     virtual void FillRect(const ZShader& shader, const ZRect& rect);
 
-    /// The current path: each part is joined to the figure that is open.
+    /// Appends a line to the current path, joined to the end of an open figure.
     virtual void AddPathLine(const ZPoint& from, const ZPoint& to);
-    /// As ZPath::AddArc.
+    /// Appends an arc to the current path, with the angles of ZPath::AddArc.
     virtual void AddPathArc(const ZPoint& centre, std::int32_t radius, std::int32_t startDegrees,
                             std::int32_t sweepDegrees);
-    /// Null adds nothing.
+    /// Appends a path, joined to the end of an open figure; null appends nothing.
     virtual void AddPath(const boost::shared_ptr<ZPath>& path);
     virtual void AddPath(const ZPath& path);
+    /// Closes the open figure of the current path.
     virtual void ClosePath();
+    /// Empties the current path.
     virtual void ResetPath();
 
-    /// The outline with the pen, through the pixels of right and bottom too.
+    /// Draws the outline with the pen. The pixels at right and bottom belong to the outline.
     virtual void DrawRect(std::int32_t left, std::int32_t top, std::int32_t right,
                           std::int32_t bottom);
+    /// Fills with the brush. The pixels at right and bottom stay as they are.
     virtual void FillRect(std::int32_t left, std::int32_t top, std::int32_t right,
                           std::int32_t bottom);
     void FillRect(const ZRect& rect) { FillRect(rect.left, rect.top, rect.right, rect.bottom); }
-    /// As on a device without alpha: what was transparent counts as black.
+    /// Inverts the colours of the pixels. Transparent pixels count as black and become opaque.
     virtual void InvertRect(std::int32_t left, std::int32_t top, std::int32_t right,
                             std::int32_t bottom);
-    /// The two diagonals.
+    /// Draws the two diagonals of the rectangle with the pen.
     virtual void DrawCross(std::int32_t left, std::int32_t top, std::int32_t right,
                            std::int32_t bottom);
 
-    /// Text in the pen's colour from the top of the rectangle. align: 0 centre, 1 left, 2 right,
-    /// any other left. It wraps at words, or with SetTruncate stays on one line that ends in an
-    /// ellipsis. The two unnamed numbers have no effect.
+    /// Draws text in the pen's colour, starting at the top of the rectangle. align: 0 centre,
+    /// 1 left, 2 right, any other value left. The text wraps at words; after SetTruncate(true) it
+    /// stays on one line that ends in an ellipsis. The two unnamed parameters have no effect.
     virtual void DrawString(const ZString& text, std::int32_t left, std::int32_t top,
                             std::int32_t right, std::int32_t bottom, std::int32_t,
                             std::int32_t align, std::int32_t);
     void DrawString(const ZString& text, const ZRect& rect, std::int32_t align);
 
-    /// The source rectangle of the bitmap scaled to the destination; alpha in [0, 1] multiplies its
-    /// own. A bitmap without an image is asked to load it, and draws nothing if it cannot.
+    /// Draws the source rectangle of the bitmap, scaled to the destination rectangle; alpha in
+    /// [0, 1] multiplies the alpha of its pixels. Loads a bitmap that is empty; draws nothing if it
+    /// stays empty.
     virtual void DrawBitmap(ZBitmap& bitmap, std::int32_t sourceLeft, std::int32_t sourceTop,
                             std::int32_t sourceRight, std::int32_t sourceBottom, std::int32_t left,
                             std::int32_t top, std::int32_t right, std::int32_t bottom, float alpha);
-    /// All of it at its own size, its corner at x, y.
+    /// Draws the whole bitmap at its own size, with its top left corner at x, y.
     virtual void DrawBitmap(ZBitmap& bitmap, std::int32_t x, std::int32_t y, float alpha);
     virtual void DrawBitmap(ZBitmap& bitmap, const ZPoint& point, float alpha);
 
-    /// Each comes before the transform that was there.
+    /// Translate, Rotate and Scale prepend to the transform: new coordinates pass the new one
+    /// first.
     virtual void Translate(std::int32_t x, std::int32_t y);
-    /// About a point, clockwise.
+    /// Rotates clockwise about a point.
     virtual void Rotate(std::int32_t x, std::int32_t y, float degrees);
-    /// A scale of 0 is ignored.
+    /// Ignores a scale of 0.
     virtual void Scale(float horizontal, float vertical);
     virtual void ResetTransform();
 
-    /// False: new pixels replace the old ones, alpha included.
+    /// True: new pixels blend with the old ones by alpha. False: they replace them, alpha included.
     virtual void SetAlphaBlend(bool on);
     virtual void SetAntiAlias(bool on);
-    /// In pixels of the device: the larger scale in force is taken out.
+    /// Sets the width in device pixels: the larger of the two scales in force is divided out.
     virtual void SetPenWidth(float width);
     virtual void SetPenCaps(bool roundStart, bool roundEnd);
     [[nodiscard]] virtual ZColor GetPenColor() const { return mPenColor; }
     virtual void SetPenColor(const ZColor& color);
     [[nodiscard]] virtual ZColor GetBrushColor() const { return mBrushColor; }
     virtual void SetBrushColor(const ZColor& color);
-    /// Null until set; then the framework's default font serves.
+    /// Null until SetFont; texts then use ZFont::MakeDefault().
     [[nodiscard]] virtual boost::shared_ptr<ZFont> GetFont() const { return mFont; }
     virtual void SetFont(const boost::shared_ptr<ZFont>& font);
 
-    /// Of the text unbounded, in whole pixels rounded down.
+    /// Size of the text on one unbounded line, in whole pixels, rounded down.
     [[nodiscard]] virtual std::int32_t StringWidth(const ZString& text) const;
     [[nodiscard]] virtual std::int32_t StringHeight(const ZString& text) const;
-    /// What DrawString takes in the rectangle when it aligns left, each edge rounded towards 0.
+    /// The rectangle that DrawString covers when it aligns left, each edge rounded towards 0.
     [[nodiscard]] virtual ZRect StringBounds(const ZString& text, const ZRect& rect) const;
     virtual void SetTruncate(bool on);
 
-    /// In place of the clip that was there.
+    /// Each SetClip replaces the clip that was set before.
     virtual void SetClip(const ZRect& rect);
     virtual void SetClipPath(const ZPath& path);
-    /// To the rectangle around the region.
+    /// Clips to the bounding rectangle of the region.
     virtual void SetClip(const ZRegion& region);
 
-    /// The image of a bitmap; null for a context that is none.
+    /// The image of a bitmap; null for any other context.
     [[nodiscard]] virtual const ZImage* GetNative() const { return nullptr; }
-    /// 0, 0, width and height of a bitmap, else all zero.
+    /// {0, 0, width, height} of a bitmap; all zero for any other context.
     [[nodiscard]] virtual ZRect GetFrame() const { return {}; }
 
+    /// Saves the target's transform, clip, blend mode and anti-aliasing.
     [[nodiscard]] virtual std::unique_ptr<ZSavedGraphicsState> SaveState();
-    /// Frees the state and clears the pointer; null does nothing.
+    /// Restores a saved state, frees it and clears the pointer; null does nothing.
     virtual void RestoreState(std::unique_ptr<ZSavedGraphicsState>& saved);
 
-    /// Takes a target, or none, and gives it the context's smoothing. The target is not owned.
+    /// Sets the target, or none, and its anti-aliasing. The context does not own the target.
     virtual void SetGraphics(ZGraphics* graphics);
     [[nodiscard]] virtual ZGraphics* GetGraphics() const { return mGraphics; }
 
@@ -143,11 +151,11 @@ public:
     [[nodiscard]] bool IsAntiAlias() const { return mAntiAlias; }
 
 private:
-    [[nodiscard]] boost::shared_ptr<ZFont> FontInForce() const;
+    [[nodiscard]] boost::shared_ptr<ZFont> FontOrDefault() const;
 
     ZGraphics* mGraphics = nullptr;
     ZColor mPenColor{0, 0, 0, 255};
-    // Differs from the brush until the first SetBrushColor: views set one before they fill.
+    // Differs from mBrush until the first SetBrushColor; every view sets it before it fills.
     ZColor mBrushColor{100, 100, 100, 255};
     boost::shared_ptr<ZFont> mFont;
     bool mTruncate = false;
@@ -159,7 +167,7 @@ private:
     ZPathOutline mPath;
 };
 
-/// Keeps the state of a context for the life of the object.
+/// Saves the state of a context when it is made and restores it when it is destroyed.
 class ZSavedStateScope
 {
 public:

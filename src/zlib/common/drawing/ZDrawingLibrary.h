@@ -9,10 +9,10 @@ namespace orvane
 
 class ZString;
 
-/// Keeps what drawing shares in a library: the fonts, installed and private. Each application holds
-/// one from before its first drawing to after its last. With the last one the private fonts are
-/// forgotten, and the library may be unloaded: the fonts in use are left to the process, which
-/// gives them to the next one. [any thread but the audio thread]
+/// Counts the users of what all drawing in the library shares: the installed and the private fonts.
+/// Each application holds one ZDrawingLibrary from before its first drawing to after its last. When
+/// the last one is destroyed the private fonts are forgotten, and the shared library may then be
+/// unloaded. [any thread but the audio thread]
 class ZDrawingLibrary
 {
 public:
@@ -22,12 +22,13 @@ public:
     ~ZDrawingLibrary();
 };
 
-/// Adds the fonts of a file to those that texts can name, for this library alone: neither the host
-/// nor another plug-in sees them. A file that is missing or holds no font is passed over, and one
-/// that was added before is not read again. [any thread but the audio thread]
+/// Adds the fonts of a file to those that a typeface can name, in this library only: neither the
+/// host nor another plug-in sees them. Ignores a file that is missing or holds no font; does not
+/// read again a file that was added before. [any thread but the audio thread]
 void AddPrivateFont(const ZString& path);
 
-/// The same for the bytes of a font file, which are copied.
+/// Adds the fonts in the bytes of a font file, which are copied.
+/// [any thread but the audio thread]
 void AddPrivateFont(std::span<const std::byte> font);
 
 }  // namespace orvane

@@ -45,10 +45,4 @@ void ZFont::SetBold(bool bold)
     FontChanged();
 }
 
-void ZFont::SetItalic(bool italic)
-{
-    mItalic = italic;
-    FontChanged();
-}
-
 }  // namespace orvane

@@ -12,25 +12,25 @@ namespace orvane
 
 class ZXMLElement;
 
-/// Describes a font; none is loaded before text is drawn or measured with it. The typeface is
-/// looked up among the installed fonts, then among those of AddPrivateFont, and where nobody has it
-/// the system's fallback stands in. [interface thread]
+/// Describes a font; the font itself is looked up whenever text is drawn or measured with it. The
+/// typeface is looked up among the installed fonts, then among those of AddPrivateFont; if neither
+/// has it, the system's fallback is used. [interface thread]
 class ZFont
 {
 public:
     static constexpr std::int32_t kDefaultHeight = 12;
 
     ZFont() = default;
-    /// height in pixels, the size of the em square.
+    /// height: side of the em square in pixels.
     explicit ZFont(const ZString& typeface, std::int32_t height = kDefaultHeight);
-    /// From the attributes typeface and height; an absent one leaves the default.
+    /// Reads the attributes typeface and height; the default of an absent one stays.
     explicit ZFont(const ZXMLElement& xml);
     ZFont(const ZFont&) = delete;
     ZFont& operator=(const ZFont&) = delete;
     virtual ~ZFont() = default;
 
-    /// What a view has before its description gives it a font: Arial, 12 pixels. A new one at each
-    /// call, since fonts can be changed.
+    /// Makes the font of a view whose description gives none: Arial, 12 pixels. Every call makes a
+    /// new one, because fonts can be changed.
     [[nodiscard]] static boost::shared_ptr<ZFont> MakeDefault();
 
     [[nodiscard]] virtual const ZString& GetTypeface() const { return mTypeface; }
@@ -41,10 +41,9 @@ public:
     virtual void SetUnderline(bool underline);
     virtual void SetHeight(std::int32_t height);
     void SetBold(bool bold);
-    void SetItalic(bool italic);
 
 protected:
-    /// After each change. Nothing here.
+    /// Called after each change; the base class does nothing.
     virtual void FontChanged() {}
 
 private:

@@ -12,19 +12,19 @@
 namespace orvane
 {
 
-/// A linear gradient ready to fill with; carried by the platform. Beyond its two points the colour
-/// of the nearer one goes on. [interface thread]
+/// A linear gradient to fill with; implemented per platform. Beyond the two points the colour of
+/// the nearer point continues. [interface thread]
 class ZGradientBrush
 {
 public:
     struct Native;
     struct Stop
     {
-        float position;  // from 0 at the first point to 1 at the second
+        float position;  // 0 at the first point, 1 at the second
         ZColor color;
     };
 
-    /// Null when the two points are one: then there is no direction to go in.
+    /// Null when both points are the same, which gives the gradient no direction.
     [[nodiscard]] static boost::shared_ptr<ZGradientBrush>
     Make(const ZPoint& from, const ZPoint& to, std::span<const Stop> stops);
     explicit ZGradientBrush(std::unique_ptr<Native> native);
@@ -32,7 +32,7 @@ public:
     ZGradientBrush& operator=(const ZGradientBrush&) = delete;
     ~ZGradientBrush();
 
-    /// What the platform's half knows of it.
+    /// For the platform's drawing code.
     [[nodiscard]] Native& GetNative() const { return *mNative; }
 
 private:

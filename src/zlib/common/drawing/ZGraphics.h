@@ -19,13 +19,13 @@ class ZPathOutline;
 class ZRegion;
 class ZString;
 
-/// The native graphics target: an image with a transform, a clip, a blend mode and smoothing.
-/// Carried by the platform, and all that drawing asks of it.
+/// The native graphics target: an image with a transform, a clip, a blend mode and anti-aliasing.
+/// Implemented per platform; it is the whole interface between drawing and the platform.
 ///
-/// Fills cover whole pixels between integer coordinates; strokes run through the middle of the
-/// pixels that integer coordinates name, so that a line one pixel wide is sharp. Nothing here
-/// fails: what cannot be drawn is not drawn. Coordinates beyond four million pixels stay there.
-/// [interface thread]
+/// Fills cover the pixels between integer coordinates. Strokes run through the centres of the
+/// pixels that integer coordinates name, so that a line one pixel wide is sharp. No operation
+/// reports a failure: what cannot be drawn is left out. Coordinates are clamped to +-4 million
+/// pixels. [interface thread]
 class ZGraphics
 {
 public:
@@ -47,47 +47,49 @@ public:
     ZGraphics& operator=(const ZGraphics&) = delete;
     ~ZGraphics();
 
-    /// Both end points included.
+    /// Draws a line with both end points.
     void StrokeLine(const ZPen& pen, const ZPoint& from, const ZPoint& to);
-    /// Through the pixels of right and bottom too.
+    /// Draws an outline; the pixels at right and bottom belong to it.
     void StrokeRect(const ZPen& pen, const ZRect& rect);
     void Stroke(const ZPen& pen, const ZPathOutline& path);
     void Fill(const ZColor& color, const ZPathOutline& path);
     void FillRect(const ZColor& color, const ZRect& rect);
     void FillRect(const ZGradientBrush& brush, const ZRect& rect);
     void FillRegion(const ZGradientBrush& brush, const ZRegion& region);
-    /// Each colour to 255 less itself; what was transparent counts as black.
+    /// Replaces each colour channel by 255 minus itself; transparent pixels count as black.
     void InvertRect(const ZRect& rect);
-    /// Scales the part source of the image to target. alpha in [0, 1] is multiplied to its own.
+    /// Draws the source rectangle of the image, scaled to the target rectangle. alpha in [0, 1]
+    /// multiplies the alpha of its pixels; values outside are clamped.
     void DrawImage(const ZImage& image, const ZRect& source, const ZRect& target, float alpha);
 
-    /// From the top of the rectangle, which counts a pixel more to the right.
+    /// Draws text from the top of the rectangle. Its layout is one pixel wider than the rectangle,
+    /// so that a text fits the size that MeasureText rounded down.
     void DrawText(const ZString& text, const ZFont& font, const ZColor& color, const ZRect& rect,
                   const TextFormat& format);
-    /// What an unbounded text takes, from 0, 0; rounded towards 0.
+    /// The rectangle of the text on one unbounded line from 0, 0; edges rounded towards 0.
     [[nodiscard]] ZRect MeasureText(const ZString& text, const ZFont& font) const;
-    /// What DrawText takes when it aligns left; rounded towards 0.
+    /// The rectangle that DrawText covers when it aligns left; edges rounded towards 0.
     [[nodiscard]] ZRect MeasureText(const ZString& text, const ZFont& font, const ZRect& rect,
                                     bool truncate) const;
 
-    /// Each comes before the transform that was there. One that could not be undone, such as a
-    /// scale of 0, is ignored and false.
+    /// Translate, Rotate and Scale prepend to the transform. Each ignores a change that has no
+    /// inverse, such as a scale of 0, and returns false.
     bool Translate(double x, double y);
     bool Rotate(double degrees);
     bool Scale(double x, double y);
     void ResetTransform();
 
-    /// False: new pixels replace the old ones, alpha included.
+    /// True: new pixels blend with the old ones by alpha. False: they replace them, alpha included.
     void SetAlphaBlend(bool on);
     void SetAntiAlias(bool on);
-    /// In place of the clip that was there.
+    /// Each SetClip replaces the clip that was set before.
     void SetClip(const ZRect& rect);
     void SetClip(const ZPathOutline& path);
 
-    /// Keeps transform, clip, blend mode and smoothing; gives back a level for Restore.
+    /// Saves transform, clip, blend mode and anti-aliasing; returns a level for Restore.
     [[nodiscard]] std::int32_t Save();
-    /// Back to what Save kept, and drops what was kept since. A level that was restored before
-    /// does nothing.
+    /// Restores what Save saved at this level and drops what was saved later. Does nothing for a
+    /// level that was restored before.
     void Restore(std::int32_t level);
 
 private:

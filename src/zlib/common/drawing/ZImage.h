@@ -11,31 +11,36 @@
 namespace orvane
 {
 
-/// Pixels in memory with alpha; carried by the platform. [interface thread]
+/// An image in memory with 8 bits each of alpha, red, green and blue; implemented per platform.
+/// [interface thread]
 class ZImage
 {
 public:
     struct Native;
 
-    /// The longest side of an image and the most pixels: what is larger is no picture of a window.
+    /// The longest side of an image and the most pixels, so that a damaged file cannot ask for
+    /// gigabytes of memory.
     static constexpr std::int32_t kMaxSide = 16384;
     static constexpr std::int64_t kMaxPixels = std::int64_t{1} << 25;
 
-    /// Fully transparent; null when a side is not in [1, kMaxSide] or memory is short.
+    /// Makes a fully transparent image; null when a side is not in [1, kMaxSide], the product of
+    /// the sides is beyond kMaxPixels or memory is short.
     [[nodiscard]] static std::unique_ptr<ZImage> Create(std::int32_t width, std::int32_t height);
-    /// From the bytes of a PNG; null when they are none, are damaged, or tell of too large a size.
+    /// Decodes a PNG; null when the bytes are no PNG, are damaged, or name too large a size.
     [[nodiscard]] static std::unique_ptr<ZImage> Decode(std::span<const std::byte> png);
-    /// The same, decoded once for all who hold it at a time. The bytes, by whose place it is known,
-    /// are read-only data that lives as long as the library. [any thread]
+    /// Decodes a PNG, or returns the image that an earlier call made of it and that is still in
+    /// use. The address of the bytes identifies the PNG, so they must be read-only data that lives
+    /// as long as the library. [any thread]
     [[nodiscard]] static std::shared_ptr<const ZImage> Share(std::span<const std::byte> png);
     struct Size
     {
         std::int32_t width;
         std::int32_t height;
     };
-    /// What Decode will give, told without decoding; none for bytes that are no whole PNG.
+    /// Reads the size of the image that Decode would make, without decoding; none if the bytes are
+    /// no PNG or are cut off.
     [[nodiscard]] static std::optional<Size> ReadSize(std::span<const std::byte> png);
-    /// The same pixels once more; null when memory is short.
+    /// Makes an image with the same pixels; null when memory is short.
     [[nodiscard]] std::unique_ptr<ZImage> Copy() const;
     explicit ZImage(std::unique_ptr<Native> native);
     ZImage(const ZImage&) = delete;
@@ -45,16 +50,16 @@ public:
     [[nodiscard]] std::int32_t GetWidth() const;
     [[nodiscard]] std::int32_t GetHeight() const;
 
-    /// All pixels row by row, as 0xAARRGGBB with colours as they are.
+    /// Returns all pixels, row by row as 0xAARRGGBB with straight (not premultiplied) colours.
     [[nodiscard]] std::vector<std::uint32_t> ReadPixels() const;
-    /// Takes pixels in the form of ReadPixels, width x height of them. What ReadPixels gave goes
-    /// back unchanged.
+    /// Stores width x height pixels in the form of ReadPixels. Pixels from ReadPixels are stored
+    /// without loss.
     void WritePixels(std::span<const std::uint32_t> pixels);
-    /// The pixels themselves, row by row with no gap, as 0xAARRGGBB with colours multiplied by
+    /// The pixels in memory, row by row without gaps, as 0xAARRGGBB with colours premultiplied by
     /// alpha: the form in which a window shows them. They live as long as the image.
     [[nodiscard]] std::span<const std::uint32_t> GetPremultipliedPixels() const;
 
-    /// What the platform's half knows of it.
+    /// For the platform's drawing code.
     [[nodiscard]] Native& GetNative() const { return *mNative; }
 
 private:

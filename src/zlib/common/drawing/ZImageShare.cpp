@@ -11,8 +11,8 @@ namespace orvane
 namespace
 {
 
-/// The pictures that are in use, by the place of their bytes: all views of all instances that show
-/// one show the same. Whoever drops the last hold takes it off the list.
+/// The decoded images in use, by the address of their PNG. All views of all instances share them.
+/// The deleter of an image removes its entry.
 struct Shares
 {
     std::mutex mutex;  // guards all below
@@ -38,7 +38,7 @@ struct Shares
     }
 };
 
-// Never destroyed: the interface thread may drop pictures until the very end of the process.
+// Never destroyed: the interface thread may release images until the process ends.
 const ZNeverDestroyed<Shares> shares;
 
 }  // namespace

@@ -7,26 +7,23 @@
 namespace orvane
 {
 
-/// From one colour to another, half the way at a middle point that need not be in the middle.
+/// A gradient from one colour to another that reaches their mean at a chosen position.
 class ZLinearGradientShader : public ZShadingFunction
 {
 public:
-    /// midPoint: where the mean of the two colours stands, in [0, 1]. secondPoint is kept, and
-    /// nothing depends on it.
+    /// midPoint: position of the mean of the two colours, in [0, 1]. secondPoint is kept and has no
+    /// effect.
     ZLinearGradientShader(const ZColor& first, const ZColor& second, float midPoint,
                           float secondPoint);
 
     [[nodiscard]] boost::shared_ptr<ZGradientBrush> MakeBrush(const ZPoint& from,
                                                               const ZPoint& to) const override;
 
-    [[nodiscard]] float GetMidPoint() const { return mMidPoint; }
-    [[nodiscard]] float GetSecondPoint() const { return mSecondPoint; }
-
 private:
     ZColor mFirstColor;
     ZColor mSecondColor;
     float mMidPoint;
-    float mSecondPoint;
+    [[maybe_unused]] float mSecondPoint;
 };
 
 }  // namespace orvane

@@ -10,8 +10,9 @@ class ZDrawingContext;
 class ZGraphics;
 class ZImage;
 
-/// Lets texts be measured outside a paint: gives a context that has no target a small one for the
-/// life of the object. Measures do not depend on the size of a target, so no window is asked.
+/// Lets texts be measured outside a paint: gives a context without a target one of 1 x 1 pixels
+/// while the scope lives. The size of a target does not change what a text measures.
+/// [interface thread]
 class ZMeasureScope
 {
 public:

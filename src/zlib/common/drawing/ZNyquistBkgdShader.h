@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// The dark background of a graph: lighter in the middle. Its three greys are its own; what the
-/// constructor is given is not looked at.
+/// The dark background of a graph, lighter in the middle. It has three fixed greys; the arguments
+/// of the constructor have no effect.
 class ZNyquistBkgdShader : public ZLinearGradientShader
 {
 public:

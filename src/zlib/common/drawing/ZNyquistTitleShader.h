@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// The band below a window's title: bright in the middle. Its three greys are its own; what the
-/// constructor is given is not looked at.
+/// The band below a window's title, bright in the middle. It has three fixed greys; the arguments
+/// of the constructor have no effect.
 class ZNyquistTitleShader : public ZLinearGradientShader
 {
 public:

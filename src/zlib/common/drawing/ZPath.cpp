@@ -18,18 +18,14 @@ ZPathPoint toPathPoint(const ZPoint& point)
 
 void ZPath::AddSegment(const ZPathPoint& from, const ZPathPoint& to)
 {
-    if (mOutline.IsEmpty())
-        mStart = from;
     mOutline.AddLine(from, to);
     mLast = to;
-    ++mSegmentCount;
 }
 
 void ZPath::MoveTo(const ZPoint& point)
 {
     mOutline.Close();
-    mStart = toPathPoint(point);
-    AddSegment(mStart, mStart);
+    AddSegment(toPathPoint(point), toPathPoint(point));
 }
 
 void ZPath::LineTo(const ZPoint& point)
@@ -51,16 +47,10 @@ void ZPath::AddLines(std::span<const ZPoint> points)
 void ZPath::AddArc(const ZPoint& centre, std::int32_t radius, std::int32_t startDegrees,
                    std::int32_t sweepDegrees)
 {
-    const std::size_t before = mOutline.GetSegments().size();
     mOutline.AddArc(toPathPoint(centre), static_cast<float>(radius),
                     static_cast<float>(startDegrees % 360), static_cast<float>(sweepDegrees));
-    const auto segments = mOutline.GetSegments();
-    if (segments.size() == before)
-        return;
-    if (before == 0)
-        mStart = segments.front().point;
-    mLast = segments.back().point;
-    ++mSegmentCount;
+    if (!mOutline.IsEmpty())
+        mLast = mOutline.GetSegments().back().point;
 }
 
 void ZPath::AddPoints(std::span<const ZPathPoint> points)
@@ -69,22 +59,10 @@ void ZPath::AddPoints(std::span<const ZPathPoint> points)
         AddSegment(points[i - 1], points[i]);
 }
 
-std::vector<ZPathPoint> ZPath::GetPoints() const
-{
-    std::vector<ZPathPoint> points;
-    for (const ZPathOutline::Segment& segment : mOutline.GetSegments()) {
-        if (segment.kind != ZPathOutline::Segment::Kind::kClose)
-            points.push_back(segment.point);
-    }
-    return points;
-}
-
 void ZPath::Reset()
 {
     mOutline.Clear();
-    mStart = {};
     mLast = {};
-    mSegmentCount = 0;
 }
 
 }  // namespace orvane

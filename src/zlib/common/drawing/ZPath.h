@@ -6,12 +6,11 @@
 
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace orvane
 {
 
-/// Builds polygons and arcs, to be stroked, filled or clipped to. [interface thread]
+/// Builds polygons and arcs to stroke, fill or clip to. [interface thread]
 class ZPath
 {
 public:
@@ -22,35 +21,26 @@ public:
 
     [[nodiscard]] virtual const ZPathOutline& GetNative() const { return mOutline; }
 
-    /// Closes the open figure and begins one with a line of no length at the point.
+    /// Closes the open figure and begins a new one with a line of no length at the point.
     virtual void MoveTo(const ZPoint& point);
-    /// A line from the end of what was added last.
+    /// Adds a line from the end of the last line or arc.
     virtual void LineTo(const ZPoint& point);
     virtual void AddLine(const ZPoint& from, const ZPoint& to);
-    /// Lines from each point to the next; fewer than two points add nothing.
+    /// Adds lines from each point to the next; fewer than two points add nothing.
     virtual void AddLines(std::span<const ZPoint> points);
-    /// Part of a circle. Angles in degrees: 0 to the right, and clockwise for a positive sweep. A
+    /// Adds part of a circle. Angles in degrees: 0 points right, a positive sweep runs clockwise. A
     /// radius that is not positive adds nothing.
     virtual void AddArc(const ZPoint& centre, std::int32_t radius, std::int32_t startDegrees,
                         std::int32_t sweepDegrees);
-    /// As AddLines, between pixels.
+    /// As AddLines, with points that need not be whole pixels.
     virtual void AddPoints(std::span<const ZPathPoint> points);
-    /// Where each figure begins and each segment ends, in the order they were added.
-    [[nodiscard]] virtual std::vector<ZPathPoint> GetPoints() const;
     virtual void Reset();
-
-    [[nodiscard]] const ZPathPoint& GetStartPoint() const { return mStart; }
-    [[nodiscard]] const ZPathPoint& GetLastPoint() const { return mLast; }
-    /// Lines and arcs that were added; MoveTo adds one.
-    [[nodiscard]] std::int32_t GetSegmentCount() const { return mSegmentCount; }
 
 private:
     void AddSegment(const ZPathPoint& from, const ZPathPoint& to);
 
     ZPathOutline mOutline;
-    ZPathPoint mStart;
-    ZPathPoint mLast;
-    std::int32_t mSegmentCount = 0;
+    ZPathPoint mLast;  // end of the last line or arc
 };
 
 }  // namespace orvane

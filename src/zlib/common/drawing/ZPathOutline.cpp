@@ -22,7 +22,7 @@ ZPathPoint onCircle(const ZPathPoint& centre, float radius, float degrees)
 
 }  // namespace
 
-void ZPathOutline::ComeTo(const ZPathPoint& point)
+void ZPathOutline::JoinAt(const ZPathPoint& point)
 {
     if (!mOpen)
         mSegments.push_back({Kind::kMove, point});
@@ -33,7 +33,7 @@ void ZPathOutline::ComeTo(const ZPathPoint& point)
 
 void ZPathOutline::AddLine(const ZPathPoint& from, const ZPathPoint& to)
 {
-    ComeTo(from);
+    JoinAt(from);
     mSegments.push_back({Kind::kLine, to});
 }
 
@@ -44,7 +44,7 @@ void ZPathOutline::AddArc(const ZPathPoint& centre, float radius, float startDeg
     if (!(radius > 0.0f) || sweep == 0.0f)
         return;
     const float start = std::fmod(startDegrees, 360.0f);
-    ComeTo(onCircle(centre, radius, start));
+    JoinAt(onCircle(centre, radius, start));
     mSegments.push_back(
         {Kind::kArc, onCircle(centre, radius, start + sweep), centre, radius, start, sweep});
 }
@@ -55,7 +55,7 @@ void ZPathOutline::Append(const ZPathOutline& other)
         return;
     const std::vector<Segment> added = other.mSegments;
     const bool addedOpen = other.mOpen;
-    ComeTo(added.front().point);
+    JoinAt(added.front().point);
     mSegments.insert(mSegments.end(), added.begin() + 1, added.end());
     mOpen = addedOpen;
 }

@@ -7,7 +7,7 @@
 namespace orvane
 {
 
-/// A place in pixels between which lines and arcs run.
+/// An end point of lines and arcs, in pixels.
 struct ZPathPoint
 {
     float x = 0.0f;
@@ -16,8 +16,9 @@ struct ZPathPoint
     bool operator==(const ZPathPoint&) const = default;
 };
 
-/// Figures of lines and arcs. A line or arc that is added while a figure is open is joined to its
-/// end by a line; else it begins a figure. What lies inside is told by the even-odd rule.
+/// Figures of lines and arcs. A line or arc that is added while a figure is open is joined to the
+/// figure's end by a line; otherwise it begins a figure. The even-odd rule decides what is inside.
+/// [interface thread]
 class ZPathOutline
 {
 public:
@@ -28,21 +29,21 @@ public:
             kMove,   // begins a figure at point; the first segment of each
             kLine,   // to point
             kArc,    // around centre to point
-            kClose,  // a line to the figure's beginning, which ends it
+            kClose,  // a line to the figure's beginning; ends the figure
         };
 
         Kind kind;
         ZPathPoint point;
         ZPathPoint centre = {};
         float radius = 0.0f;
-        float startDegrees = 0.0f;  // 0 is to the right, 90 down
-        float sweepDegrees = 0.0f;  // positive is clockwise, within a full turn
+        float startDegrees = 0.0f;  // 0 points right, 90 down
+        float sweepDegrees = 0.0f;  // positive is clockwise; at most a full turn
     };
 
     void AddLine(const ZPathPoint& from, const ZPathPoint& to);
-    /// A radius that is not positive, or no sweep, adds nothing.
+    /// Adds nothing if the radius is not positive or the sweep is 0.
     void AddArc(const ZPathPoint& centre, float radius, float startDegrees, float sweepDegrees);
-    /// Adds all figures of other, which may be this one; the first is joined to the open figure.
+    /// Adds all figures of other, which may be this outline; the first one joins the open figure.
     void Append(const ZPathOutline& other);
     void Close();
     void Clear();
@@ -51,8 +52,8 @@ public:
     [[nodiscard]] std::span<const Segment> GetSegments() const { return mSegments; }
 
 private:
-    /// Brings the end of the open figure to point, or begins one there.
-    void ComeTo(const ZPathPoint& point);
+    /// Draws the open figure on to point, or begins a figure there.
+    void JoinAt(const ZPathPoint& point);
 
     std::vector<Segment> mSegments;
     bool mOpen = false;

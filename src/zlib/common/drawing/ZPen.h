@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// How a line is drawn.
+/// Colour, width and caps of stroked lines.
 struct ZPen
 {
     ZColor color{0, 0, 0, 255};

@@ -10,14 +10,14 @@
 namespace orvane
 {
 
-/// A set of pixels made of rectangles; carried by the platform. A value. Coordinates beyond two to
-/// the power of 24 stay there.
+/// A set of pixels made of rectangles; a value type, implemented per platform. Coordinates are
+/// clamped to +-2^24.
 class ZRegion
 {
 public:
     struct Native;
 
-    /// No pixel.
+    /// Makes an empty region.
     ZRegion();
     explicit ZRegion(const ZRect& rect);
     ZRegion(const ZRegion& other);
@@ -29,9 +29,9 @@ public:
     void Translate(std::int32_t x, std::int32_t y);
 
     [[nodiscard]] bool IsEmpty() const;
-    /// The smallest rectangle around it; all zero when it is empty.
+    /// The bounding rectangle; all zero when the region is empty.
     [[nodiscard]] ZRect GetBounds() const;
-    /// Rectangles that do not overlap and together are the region.
+    /// Rectangles that do not overlap and together make up the region.
     [[nodiscard]] std::vector<ZRect> GetRects() const;
 
 private:

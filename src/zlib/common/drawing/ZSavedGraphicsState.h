@@ -8,8 +8,8 @@ namespace orvane
 
 class ZGraphics;
 
-/// What ZDrawingContext::SaveState hands out: a mark in the target's saved states, with the scales
-/// that belong to the transform it keeps.
+/// The result of ZDrawingContext::SaveState: the level of a saved state of the target, and the
+/// scales that belong to the saved transform.
 class ZSavedGraphicsState
 {
     friend class ZDrawingContext;
@@ -23,7 +23,7 @@ class ZSavedGraphicsState
     {
     }
 
-    const ZGraphics* mGraphics;  // to be compared, not to be used: it may be gone
+    const ZGraphics* mGraphics;  // only compared, never dereferenced: the target may be destroyed
     std::int32_t mLevel;
     float mHorizontalScale;
     float mVerticalScale;

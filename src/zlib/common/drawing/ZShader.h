@@ -11,8 +11,8 @@ namespace orvane
 
 class ZShadingFunction;
 
-/// A brush made ready: how colours run, between two points. Filling with one that has no brush,
-/// since its two points are one, does nothing.
+/// A brush made of a shading function and two points. If both points are the same there is no
+/// brush, and filling with the shader does nothing. [interface thread]
 class ZShader
 {
 public:

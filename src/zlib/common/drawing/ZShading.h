@@ -9,8 +9,8 @@ namespace orvane
 class ZShadingFunction;
 class ZString;
 
-/// The shading that a description names: "ZNyquistBkgdShader" or "ZNyquistTitleShader". Throws
-/// ZException -1 "Unimplemented Shader Function" for any other name.
+/// Makes the shading function that a description names: "ZNyquistBkgdShader" or
+/// "ZNyquistTitleShader". Throws ZException -1 "Unimplemented Shader Function" for any other name.
 [[nodiscard]] boost::shared_ptr<ZShadingFunction> MakeShadingFunction(const ZString& name);
 
 }  // namespace orvane

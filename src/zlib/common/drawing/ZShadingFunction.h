@@ -9,7 +9,7 @@
 namespace orvane
 {
 
-/// Says how colours run between two points.
+/// Defines how colours run between two points.
 class ZShadingFunction
 {
 public:
@@ -18,7 +18,7 @@ public:
     ZShadingFunction& operator=(const ZShadingFunction&) = delete;
     virtual ~ZShadingFunction() = default;
 
-    /// Null when the two points are one.
+    /// Null when both points are the same.
     [[nodiscard]] virtual boost::shared_ptr<ZGradientBrush> MakeBrush(const ZPoint& from,
                                                                       const ZPoint& to) const = 0;
 };

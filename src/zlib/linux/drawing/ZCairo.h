@@ -23,11 +23,11 @@ struct CairoFreer
 template <typename T>
 using CairoPointer = std::unique_ptr<T, CairoFreer>;
 
-/// Cairo counts in 24.8 bits and wraps round beyond them. A coordinate and an origin together
-/// stay inside.
+/// Cairo's coordinates are 24.8 bit fixed point and wrap round beyond. With this limit the sum of a
+/// coordinate and an origin stays inside.
 inline constexpr double kFarthest = 4.0e6;
 
-/// A coordinate that Cairo can take; what is no number lies far out.
+/// Clamps a coordinate to what Cairo can take; NaN becomes -kFarthest.
 inline double within(double coordinate)
 {
     return coordinate > -kFarthest ? std::min(coordinate, kFarthest) : -kFarthest;

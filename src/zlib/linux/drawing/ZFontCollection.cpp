@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 #include <optional>
 
 namespace orvane
@@ -20,8 +21,8 @@ namespace orvane
 namespace
 {
 
-/// Text drawing registers types with a library that is never unloaded and runs a thread of its own,
-/// so it must not be unloaded either when a host unloads us. Never undone.
+/// Pango registers types with GObject, which is never unloaded, and runs a thread of its own. So
+/// Pango must stay loaded when a host unloads this library. Never undone.
 bool keepTextLibraryLoaded()
 {
     Dl_info info;
@@ -30,7 +31,8 @@ bool keepTextLibraryLoaded()
            dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
 }
 
-// At load, since what the libraries make when they are loaded would be lost with each of us.
+// Done when this library is loaded: otherwise each unloading would leak what Pango allocates when
+// it is loaded.
 [[maybe_unused]] const bool kTextLibraryIsKept = keepTextLibraryLoaded();
 
 struct ConfigFreer
@@ -39,7 +41,7 @@ struct ConfigFreer
 };
 using ConfigPointer = std::unique_ptr<FcConfig, ConfigFreer>;
 
-/// The system's configuration and fonts, read anew, and the files.
+/// Reads the system's font configuration and fonts, and adds the files to them.
 ConfigPointer loadConfig(const std::vector<std::string>& files)
 {
     ConfigPointer config(FcInitLoadConfigAndFonts());
@@ -62,7 +64,7 @@ bool hasFonts(FcConfig* config)
 PangoFontMap* makeFontMap(const std::vector<std::string>& files)
 {
     const ConfigPointer config = loadConfig(files);
-    // Text layout takes it for granted that some font stands in for all others.
+    // Pango's text layout crashes if there is no font at all.
     if (!config || !hasFonts(config.get()))
         return nullptr;
     PangoFontMap* const map = pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT);
@@ -71,8 +73,8 @@ PangoFontMap* makeFontMap(const std::vector<std::string>& files)
     return map;
 }
 
-/// The process keeps maps that nobody uses under the place of a function that is never unloaded and
-/// the files the map was made with.
+/// Font maps out of use are kept in GLib's dataset of this address, under the name of the files
+/// that the map was made with. The address belongs to a function that is never unloaded.
 gconstpointer keepingPlace()
 {
     return reinterpret_cast<gconstpointer>(&pango_cairo_show_layout);
@@ -86,7 +88,7 @@ GQuark keepingName(const std::vector<std::string>& files)
     return g_quark_from_string(name.c_str());
 }
 
-/// Taken, so that no second library in the process has it too.
+/// Takes a kept map out of the dataset, so that no second plug-in library in the process uses it.
 PangoFontMap* takeFontMap(const std::vector<std::string>& files)
 {
     return static_cast<PangoFontMap*>(
@@ -95,7 +97,8 @@ PangoFontMap* takeFontMap(const std::vector<std::string>& files)
 
 using CharPointer = std::unique_ptr<char, decltype(&g_free)>;
 
-/// A file in memory with these bytes, by its path; it stays open. None when there can be none.
+/// Makes a file in memory with these bytes and returns its path; none when it cannot be made. The
+/// file stays open.
 std::optional<std::string> makeMemoryFile(std::span<const std::byte> bytes)
 {
     const int descriptor = memfd_create("orvane font", MFD_CLOEXEC);
@@ -108,9 +111,9 @@ std::optional<std::string> makeMemoryFile(std::span<const std::byte> bytes)
     return std::nullopt;
 }
 
-/// The path under which the font library can read the bytes. It knows files alone, and reads them
-/// whenever it likes to; so the file stays with the process, as the font maps that name it do, and
-/// whoever brings the same bytes gets the same one.
+/// Returns a path under which fontconfig can read the bytes: it takes only files, and reads them at
+/// any later time. So the file stays with the process, as the font maps that name it do. The same
+/// bytes give the same file.
 std::optional<std::string> memoryFileOf(std::span<const std::byte> bytes)
 {
     const CharPointer sum(g_compute_checksum_for_data(G_CHECKSUM_SHA256,
@@ -126,7 +129,7 @@ std::optional<std::string> memoryFileOf(std::span<const std::byte> bytes)
     return path;
 }
 
-// Never destroyed: the interface thread may draw until the very end of the process.
+// Never destroyed: the interface thread may draw until the process ends.
 const ZNeverDestroyed<ZFontCollection> fontCollection;
 
 }  // namespace
@@ -145,10 +148,11 @@ void ZFontCollection::Retain()
 void ZFontCollection::Release()
 {
     const std::lock_guard lock(mMutex);
+    assert(mUsers > 0);
     if (--mUsers > 0)
         return;
-    LeaveFontMap();
-    // With its memory, which would be lost with the library.
+    KeepFontMapInProcess();
+    // Frees the memory too: the collection is never destroyed, and the library may be unloaded.
     std::vector<std::string>().swap(mFiles);
 }
 
@@ -157,13 +161,13 @@ void ZFontCollection::AddFile(const std::string& path)
     const std::lock_guard lock(mMutex);
     if (std::find(mFiles.begin(), mFiles.end(), path) != mFiles.end())
         return;
-    // A lookup may be under way in the map's own thread, so the configuration it reads is never
-    // changed: the next text gets another map.
-    LeaveFontMap();
+    // The map's own thread may be reading its configuration, so that is never changed; the next
+    // text makes a new map.
+    KeepFontMapInProcess();
     mFiles.push_back(path);
 }
 
-void ZFontCollection::LeaveFontMap()
+void ZFontCollection::KeepFontMapInProcess()
 {
     if (mFontMap)
         g_dataset_id_set_data(keepingPlace(), keepingName(mFiles), mFontMap);

@@ -19,16 +19,16 @@ struct GObjectFreer
 template <typename T>
 using GObjectPointer = std::unique_ptr<T, GObjectFreer>;
 
-/// The fonts of the library's applications: a font map of our own over a fontconfig configuration
-/// of our own, with the installed fonts and the private ones. The host, which may draw texts too,
-/// sees neither. Counted by ZDrawingLibrary.
+/// The fonts that the library draws with: a Pango font map of its own over a fontconfig
+/// configuration of its own, with the installed fonts and the private ones. A host that uses Pango
+/// sees neither. ZDrawingLibrary counts the users.
 ///
-/// A font map is never freed: it looks fonts up in a thread that it does not wait for, and that
-/// thread goes on with a map that is gone. Instead the last ZDrawingLibrary leaves it to the
-/// process, where the next one finds it, also when the library was unloaded in between.
+/// A font map is never freed, because it looks fonts up in a thread that nobody can wait for and
+/// that would go on with a freed map. Instead the last ZDrawingLibrary leaves the map to the
+/// process, where the next one finds it, even if the library was unloaded meanwhile.
 ///
-/// Font maps have no lock, and applications draw on more than one thread over time, so whoever uses
-/// the map holds Lock() all the while. [any thread but the audio thread]
+/// Font maps have no lock of their own, and texts are drawn on more than one thread over time, so
+/// callers hold Lock() as long as they use the map. [any thread but the audio thread]
 class ZFontCollection
 {
 public:
@@ -39,17 +39,17 @@ public:
     void AddFile(const std::string& path);
 
     [[nodiscard]] std::unique_lock<std::mutex> Lock() { return std::unique_lock(mMutex); }
-    /// Null when there is no font at all; made when it is first asked for and after a file came.
-    /// Under Lock().
+    /// Returns the font map, made at the first call and at the first one after AddFile; null when
+    /// the system has no font at all. Call it under Lock().
     [[nodiscard]] PangoFontMap* GetFontMap();
 
 private:
-    void LeaveFontMap();
+    void KeepFontMapInProcess();
 
-    std::mutex mMutex;
+    std::mutex mMutex;  // guards the fields below and the font map itself
     int mUsers = 0;
     std::vector<std::string> mFiles;
-    bool mCurrent = false;  // mFontMap is what mFiles give
+    bool mCurrent = false;  // mFontMap was made from mFiles as they are
     PangoFontMap* mFontMap = nullptr;
 };
 

@@ -40,7 +40,7 @@ bool applyTransform(cairo_t* context, const cairo_matrix_t& change)
     cairo_matrix_multiply(&matrix, &change, &matrix);
     matrix.x0 = within(matrix.x0);
     matrix.y0 = within(matrix.y0);
-    // One that cannot be inverted would put the context out of use for good.
+    // A matrix without an inverse would put the Cairo context into an error state for good.
     cairo_matrix_t inverse = matrix;
     if (cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS)
         return false;
@@ -48,11 +48,11 @@ bool applyTransform(cairo_t* context, const cairo_matrix_t& change)
     return true;
 }
 
-/// While it lives, coordinates name the middle of pixels instead of their corner.
-class PixelMiddles
+/// While it lives, coordinates name the centre of a pixel instead of its corner.
+class PixelCentres
 {
 public:
-    explicit PixelMiddles(cairo_t* context)
+    explicit PixelCentres(cairo_t* context)
         : mContext(context)
     {
         cairo_get_matrix(context, &mBefore);
@@ -61,9 +61,9 @@ public:
         shifted.y0 += 0.5;
         cairo_set_matrix(context, &shifted);
     }
-    PixelMiddles(const PixelMiddles&) = delete;
-    PixelMiddles& operator=(const PixelMiddles&) = delete;
-    ~PixelMiddles() { cairo_set_matrix(mContext, &mBefore); }
+    PixelCentres(const PixelCentres&) = delete;
+    PixelCentres& operator=(const PixelCentres&) = delete;
+    ~PixelCentres() { cairo_set_matrix(mContext, &mBefore); }
 
 private:
     cairo_t* mContext;
@@ -106,7 +106,7 @@ void setPath(cairo_t* context, const ZPathOutline& path)
     cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
 }
 
-/// False, with no path, for a rectangle without pixels.
+/// Returns false, and sets no path, if the rectangle is empty.
 bool setPath(cairo_t* context, const ZRect& rect)
 {
     cairo_new_path(context);
@@ -125,7 +125,7 @@ Point toDevice(cairo_t* context, double x, double y)
     return point;
 }
 
-/// How many pixels of the device a unit is long, as a mean of both directions.
+/// Device pixels per unit of the transform: the geometric mean of both directions.
 double deviceScale(cairo_t* context)
 {
     cairo_matrix_t matrix;
@@ -133,14 +133,14 @@ double deviceScale(cairo_t* context)
     return std::sqrt(std::abs(matrix.xx * matrix.yy - matrix.xy * matrix.yx));
 }
 
-/// The width to stroke with: a pen is never thinner than a pixel.
+/// The width to stroke with, in units of the transform; never thinner than a device pixel.
 double strokeWidth(cairo_t* context, const ZPen& pen)
 {
     const double pixel = 1.0 / deviceScale(context);
     return pen.width > pixel ? within(pen.width) : pixel;
 }
 
-/// The ends of the figures that are open, where caps belong, in the device.
+/// The ends of open figures, where caps belong, in device pixels.
 struct OpenEnds
 {
     std::vector<Point> starts;
@@ -176,8 +176,9 @@ void addDisc(cairo_t* context, const Point& middle, double radius)
     cairo_set_matrix(context, &before);
 }
 
-/// Strokes the path that is set with round caps at one kind of end alone, which Cairo has no name
-/// for: a mask of the stroke and of discs, so that a transparent pen covers no pixel twice.
+/// Strokes the current path with round caps only at the start or only at the end, which Cairo does
+/// not offer. Stroke and discs make up a mask first, so that a transparent pen covers no pixel
+/// twice.
 void strokeWithDiscs(cairo_t* context, const ZPen& pen, std::span<const Point> discs)
 {
     cairo_push_group_with_content(context, CAIRO_CONTENT_ALPHA);
@@ -193,7 +194,7 @@ void strokeWithDiscs(cairo_t* context, const ZPen& pen, std::span<const Point> d
     cairo_mask(context, mask.get());
 }
 
-/// Strokes the path that is set.
+/// Strokes the current path with the pen's colour and caps.
 void strokePath(cairo_t* context, const ZPen& pen, const OpenEnds& ends)
 {
     if (pen.roundStart != pen.roundEnd) {
@@ -205,7 +206,7 @@ void strokePath(cairo_t* context, const ZPen& pen, const OpenEnds& ends)
     cairo_stroke(context);
 }
 
-/// The direction from one point to another, of length 1; to the right when they are the same.
+/// The unit vector from one point to another; it points right when they are the same.
 Point direction(const Point& from, const Point& to)
 {
     const double length = std::hypot(to.x - from.x, to.y - from.y);
@@ -213,8 +214,8 @@ Point direction(const Point& from, const Point& to)
                         : Point{1.0, 0.0};
 }
 
-/// Strokes from edge to edge of the pixels in whose middles the line ends; a round cap reaches over
-/// them by itself. The points are in the device, the width that is set in units of the transform.
+/// Strokes from edge to edge of the two end pixels; a round cap covers its pixel without the extra
+/// half pixel. The points are in device pixels, the line width in units of the transform.
 void strokeLine(cairo_t* context, const ZPen& pen, const Point& from, const Point& to)
 {
     const Point along = direction(from, to);
@@ -229,8 +230,9 @@ void strokeLine(cairo_t* context, const ZPen& pen, const Point& from, const Poin
     strokePath(context, pen, {{from}, {to}});
 }
 
-/// A hard line one pixel wide: one pixel in each column, or in each row of a steep line. Stroking
-/// leaves gaps where a line passes right between two pixels. The points are in the device.
+/// Draws a line one pixel wide without anti-aliasing: one pixel in each column, or in each row of a
+/// steep line. Cairo's stroke leaves gaps where a line runs exactly between two pixels. The points
+/// are in device pixels.
 void fillThinLine(cairo_t* context, const ZColor& color, const Point& from, const Point& to)
 {
     const bool steep = std::abs(to.y - from.y) > std::abs(to.x - from.x);
@@ -264,15 +266,15 @@ void fillThinLine(cairo_t* context, const ZColor& color, const Point& from, cons
     cairo_restore(context);
 }
 
-/// The part of an image as a surface of its own, so that scaling takes in nothing beside it.
+/// A surface of a part of an image, so that scaling does not mix in pixels beside the part.
 CairoPointer<cairo_surface_t> partOf(cairo_surface_t* surface, const ZRect& part)
 {
     return CairoPointer<cairo_surface_t>(cairo_surface_create_for_rectangle(
         surface, part.left, part.top, part.GetWidth(), part.GetHeight()));
 }
 
-/// Paints the source that is set. Where pixels replace others, the alpha is brought into the source
-/// first: Cairo's own way would mix the old pixels in.
+/// Paints the current source. When new pixels replace the old ones, alpha is multiplied into the
+/// source first: cairo_paint_with_alpha would mix the old pixels in.
 void paintSource(cairo_t* context, double alpha)
 {
     if (alpha < 1.0 && cairo_get_operator(context) == CAIRO_OPERATOR_SOURCE) {
@@ -286,14 +288,15 @@ void paintSource(cairo_t* context, double alpha)
     cairo_paint_with_alpha(context, alpha);
 }
 
-/// A text's rectangle counts a pixel more to the right, so that what was measured fits.
+/// Text is laid out one pixel wider than its rectangle, so that a measured text fits although its
+/// measure was rounded down.
 std::int32_t layoutWidth(const ZRect& rect)
 {
     return rect.GetWidth() < std::numeric_limits<std::int32_t>::max() ? rect.GetWidth() + 1
                                                                       : rect.GetWidth();
 }
 
-/// Cuts what is wider than its rectangle even so: one letter, or the ellipsis alone.
+/// Clips to the columns of a rectangle, for a letter or an ellipsis that is wider than all of it.
 void clipColumns(cairo_t* context, double left, double width)
 {
     cairo_new_path(context);
@@ -340,7 +343,7 @@ void ZGraphics::StrokeRect(const ZPen& pen, const ZRect& rect)
     cairo_t* const context = mNative->context.get();
     cairo_new_path(context);
     {
-        const PixelMiddles middles(context);
+        const PixelCentres centres(context);
         const double left = within(rect.left);
         const double top = within(rect.top);
         cairo_rectangle(context, left, top, within(rect.right) - left, within(rect.bottom) - top);
@@ -355,7 +358,7 @@ void ZGraphics::Stroke(const ZPen& pen, const ZPathOutline& path)
     cairo_t* const context = mNative->context.get();
     OpenEnds ends;
     {
-        const PixelMiddles middles(context);
+        const PixelCentres centres(context);
         setPath(context, path);
         if (pen.roundStart != pen.roundEnd)
             ends = openEnds(context, path.GetSegments());
@@ -447,8 +450,9 @@ void ZGraphics::DrawText(const ZString& text, const ZFont& font, const ZColor& c
     setColor(context, color);
     layout.Show(within(rect.left), within(rect.top));
     cairo_restore(context);
-    // The libraries below have made by now what they free at exit, and the thread may be drawing.
-    static const ZInterfaceThread::AtExit stopsTheThreadBefore;
+    // Pango and fontconfig have registered their clean-up at exit by now. This later registration
+    // runs before theirs and stops the interface thread, which might be drawing then.
+    static const ZInterfaceThread::AtExit stopThreadBeforePangoCleansUp;
 }
 
 ZRect ZGraphics::MeasureText(const ZString& text, const ZFont& font) const

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstring>
 #include <utility>
 
@@ -30,8 +31,8 @@ std::uint32_t bigEndian(Bytes bytes)
     return value;
 }
 
-/// A PNG begins with 8 bytes of signature and the chunk IHDR, in it width and height. They are
-/// looked at first: a decoder would find memory for whatever they say.
+/// A PNG begins with 8 bytes of signature and the chunk IHDR with width and height. The size is
+/// checked first because a decoder allocates memory for whatever it says.
 bool beginsAsAllowedPng(Bytes png)
 {
     constexpr std::array<unsigned char, 16> kBeginning{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n',
@@ -40,19 +41,19 @@ bool beginsAsAllowedPng(Bytes png)
            isAllowed(bigEndian(png.subspan(16)), bigEndian(png.subspan(20)));
 }
 
-/// A PNG is a row of chunks, each with its length before it and a sum behind it, to the one that
-/// ends it.
+/// Whether the bytes hold all chunks of a PNG up to IEND. A chunk is its length, its name, the data
+/// and a check sum.
 bool endsAsPng(Bytes png)
 {
     constexpr std::size_t kSignature = 8;
-    constexpr std::size_t kAround = 12;  // length, name and sum of a chunk
-    for (Bytes rest = png.subspan(kSignature); rest.size() >= kAround;) {
+    constexpr std::size_t kChunkOverhead = 12;  // length, name and check sum
+    for (Bytes rest = png.subspan(kSignature); rest.size() >= kChunkOverhead;) {
         const std::size_t length = bigEndian(rest);
-        if (length > rest.size() - kAround)
+        if (length > rest.size() - kChunkOverhead)
             return false;
         if (std::memcmp(&rest[4], "IEND", 4) == 0)
             return true;
-        rest = rest.subspan(kAround + length);
+        rest = rest.subspan(kChunkOverhead + length);
     }
     return false;
 }
@@ -75,7 +76,7 @@ std::unique_ptr<ZImage> imageOf(CairoPointer<cairo_surface_t> surface)
         std::make_unique<ZImage::Native>(ZImage::Native{std::move(surface)}));
 }
 
-/// Drawing wants one kind of pixel, and a PNG without alpha decodes to another.
+/// Converts a decoded PNG without alpha to ARGB32, the only pixel format that drawing uses.
 CairoPointer<cairo_surface_t> withAlpha(CairoPointer<cairo_surface_t> surface)
 {
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS ||
@@ -177,7 +178,8 @@ std::span<const std::uint32_t> ZImage::GetPremultipliedPixels() const
 {
     cairo_surface_t* const surface = mNative->surface.get();
     cairo_surface_flush(surface);
-    // With 4 bytes a pixel, Cairo leaves no gap between rows.
+    // With 4 bytes a pixel Cairo leaves no gap between rows.
+    assert(cairo_image_surface_get_stride(surface) == GetWidth() * 4);
     return {reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface)),
             static_cast<std::size_t>(GetWidth()) * static_cast<std::size_t>(GetHeight())};
 }
@@ -192,9 +194,10 @@ std::vector<std::uint32_t> ZImage::ReadPixels() const
 
 void ZImage::WritePixels(std::span<const std::uint32_t> pixels)
 {
+    assert(pixels.size() == GetPremultipliedPixels().size());
     cairo_surface_t* const surface = mNative->surface.get();
-    const std::size_t count = std::min(pixels.size(), GetPremultipliedPixels().size());
-    std::transform(pixels.begin(), pixels.begin() + static_cast<std::ptrdiff_t>(count),
+    cairo_surface_flush(surface);
+    std::transform(pixels.begin(), pixels.end(),
                    reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(surface)),
                    premultiply);
     cairo_surface_mark_dirty(surface);

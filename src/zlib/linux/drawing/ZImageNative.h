@@ -7,7 +7,7 @@
 namespace orvane
 {
 
-/// An image is a Cairo image surface with alpha.
+/// A Cairo image surface in the format ARGB32.
 struct ZImage::Native
 {
     CairoPointer<cairo_surface_t> surface;

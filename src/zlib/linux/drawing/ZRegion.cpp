@@ -17,7 +17,7 @@ struct ZRegion::Native
 namespace
 {
 
-// Differences and moved edges still fit 32 bits.
+// With this limit differences and translated edges still fit 32 bits.
 constexpr std::int32_t kFarthestEdge = 1 << 24;
 
 std::int32_t edge(std::int32_t value)

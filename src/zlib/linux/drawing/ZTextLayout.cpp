@@ -16,7 +16,7 @@ namespace orvane
 namespace
 {
 
-// Beyond this a single glyph is larger than any window.
+// In pixels; a single glyph of this height is larger than any window.
 constexpr std::int32_t kMaxFontHeight = 2048;
 
 struct PangoFreer
@@ -25,8 +25,8 @@ struct PangoFreer
     void operator()(PangoAttrList* list) const { pango_attr_list_unref(list); }
 };
 
-/// Smooth glyphs on the pixel grid, whatever the desktop prefers, so that a small text looks and
-/// measures the same on every system.
+/// Makes a context with grey anti-aliasing and full hinting, whatever the desktop's settings, so
+/// that text looks and measures the same on every system.
 GObjectPointer<PangoContext> makeContext(PangoFontMap* fontMap, cairo_t* target)
 {
     GObjectPointer<PangoContext> context(pango_font_map_create_context(fontMap));
@@ -90,7 +90,7 @@ void ZTextLayout::MakeLayout(const ZString& text, const ZFont& font)
         return;
     const auto context = makeContext(fontMap, mTarget);
     mLayout.reset(pango_layout_new(context.get()));
-    // Left is left, in whatever direction a text is read.
+    // Otherwise Pango would swap left and right for text that is read from the right.
     pango_layout_set_auto_dir(mLayout.get(), FALSE);
     setFont(mLayout.get(), font);
     if (font.IsUnderline())
@@ -106,7 +106,7 @@ void ZTextLayout::Fit(std::int32_t width, const ZGraphics::TextFormat& format)
     constexpr std::int32_t kWidest = std::numeric_limits<int>::max() / PANGO_SCALE;
     pango_layout_set_width(mLayout.get(), std::clamp(width, 0, kWidest) * PANGO_SCALE);
     pango_layout_set_alignment(mLayout.get(), toPango(format.align));
-    // A word that is wider than the line is broken: what is read in pieces beats what is cut.
+    // A word that is wider than the line is broken rather than cut.
     pango_layout_set_wrap(mLayout.get(), PANGO_WRAP_WORD_CHAR);
     if (format.truncate)
         pango_layout_set_ellipsize(mLayout.get(), PANGO_ELLIPSIZE_END);

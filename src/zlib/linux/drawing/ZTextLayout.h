@@ -12,20 +12,21 @@
 namespace orvane
 {
 
-/// A text set in a font, for one call of drawing or measuring: both are done by this class, so that
-/// they agree. Holds the fonts' lock for its life. Where there is no font at all, or the font's
-/// height is none, nothing is drawn and the text measures 0.
+/// A text set in a font, for one call of drawing or measuring, so that both agree. Holds the lock
+/// of ZFontCollection while it lives. If the system has no font, or the font's height is not
+/// positive, nothing is drawn and the text measures 0.
 class ZTextLayout
 {
 public:
-    /// Unbounded. The target, which must outlive it, tells the transform.
+    /// Lays the text out on one unbounded line. The target gives the transform and must outlive
+    /// the layout.
     ZTextLayout(cairo_t* target, const ZString& text, const ZFont& font);
 
-    /// Sets it in lines of that many pixels: wrapped, or cut with an ellipsis.
+    /// Lays the text out again in lines of width pixels: wrapped, or cut with an ellipsis.
     void Fit(std::int32_t width, const ZGraphics::TextFormat& format);
-    /// What the lines take, in Pango's units.
+    /// The logical rectangle of all lines, in Pango units.
     [[nodiscard]] PangoRectangle GetExtents() const;
-    /// From the corner that x, y name, in the target's source colour.
+    /// Draws the text in the target's source colour with its top left corner at x, y.
     void Show(double x, double y) const;
 
 private:
