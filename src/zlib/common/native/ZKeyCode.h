@@ -6,12 +6,16 @@
 namespace orvane
 {
 
-/// Keys by the codes that ZNativeKeyEvent and ZKEYDOWN carry; letters and digits are their capital.
+/// The key codes in ZNativeKeyEvent and ZKEYDOWN, the same as hosts use. A letter or digit has the
+/// ASCII code of its capital; keys that are not listed have code 0.
 enum ZKeyCode : std::uint8_t
 {
+    kKeyNone = 0x00,
     kKeyBackspace = 0x08,
     kKeyTab = 0x09,
     kKeyReturn = 0x0d,
+    kKeyShift = 0x10,
+    kKeyControl = 0x11,
     kKeyEscape = 0x1b,
     kKeySpace = 0x20,
     kKeyPageUp = 0x21,

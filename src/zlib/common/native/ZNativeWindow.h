@@ -13,10 +13,10 @@ namespace orvane
 
 class ZImage;
 
-/// A window of the system by its number; 0 for none.
+/// The window system's number of a window; 0 for none.
 using ZNativeHandle = std::uintptr_t;
 
-/// What a pointer did over a window; positions are local to it.
+/// An event of the mouse; the position is relative to the window.
 struct ZNativeMouseEvent
 {
     enum Action
@@ -24,112 +24,111 @@ struct ZNativeMouseEvent
         kMove,
         kDown,
         kUp,
-        kDoubleClick,  // comes in place of the second kDown
+        kDoubleClick,  // replaces the second kDown
         kWheel,
         kLeave,
     };
 
     Action action = kMove;
     ZPoint position;
-    std::uint32_t modifiers = 0;    // as "MouseMods": 1 always, 2 shift, 8 alt, 0x10 control
-    std::int32_t wheelNotches = 0;  // up is positive
+    std::uint32_t modifiers = 0;    // field "MouseMods": 1 always, 2 shift, 8 alt, 0x10 control
+    std::int32_t wheelNotches = 0;  // positive away from the user
 };
 
-/// A key that went down. code is the virtual key that hosts use too (8 backspace, 9 tab, 13 return,
-/// 0x10 shift, 0x11 control, 0x1b escape, 0x20 space, 0x21 to 0x28 page up, page down, end, home,
-/// left, up, right, down, 0x2e delete, letters and digits by their capital), 0 for others. text is
-/// what it types, often empty, and always so while control or alt is held.
+/// A key that went down.
 struct ZNativeKeyEvent
 {
-    std::uint8_t code = 0;
-    ZString text;
+    std::uint8_t code = 0;  // a ZKeyCode, or the ASCII code of a letter or digit
+    ZString text;           // what the key types; empty while control or alt is held
     bool shift = false;
     bool control = false;
     bool alt = false;
 };
 
-/// Who is told what happens to a window of the system. All calls come on the interface thread, or
-/// inside a call of ZNativeWindow, and under the interface lock. A client may destroy its window
-/// inside any of them.
+/// Receives the events of a native window. All calls come on the interface thread, or inside a call
+/// of ZNativeWindow, and under the interface lock. A client may destroy its window inside any of
+/// them.
 class ZNativeWindowClient
 {
 public:
     virtual ~ZNativeWindowClient() = default;
 
-    /// Paints what lies in update, and shows it by ZNativeWindow::Present.
+    /// Paints the rectangle update and shows it with ZNativeWindow::Present.
     virtual void NativePaint(const ZRect& update) = 0;
     virtual void NativeMouse(const ZNativeMouseEvent& event) = 0;
-    /// False leaves the key to whoever holds the window.
+    /// Returns whether the key was used; a key that was not is passed on to the parent window.
     virtual bool NativeKey(const ZNativeKeyEvent& event) = 0;
-    /// The top left corner, in the parent's coordinates.
+    /// position: the top left corner in the parent's coordinates.
     virtual void NativeMoved(const ZPoint& /*position*/) {}
     virtual void NativeSized(std::int32_t /*width*/, std::int32_t /*height*/) {}
     virtual void NativeFocus(bool focused) = 0;
-    /// The user asks a window with a title bar to close.
+    /// The user wants to close a window that has a title bar.
     virtual void NativeCloseRequested() = 0;
-    /// The window is gone: its parent was destroyed, or the display is. The object stays, does
-    /// nothing any more and waits to be destroyed.
+    /// The window no longer exists, because its parent was destroyed or the display is gone. The
+    /// ZNativeWindow stays until the client destroys it; its calls do nothing.
     virtual void NativeDestroyed() = 0;
 };
 
-/// A window of the system; carried by the platform. All windows of a library share one connection
-/// to the display, which is opened with the first and closed with the last; the interface thread
-/// serves it. Nothing here fails once the window exists: on one that is gone all calls do nothing.
-/// [under the interface lock, any thread but the audio thread]
+/// A window of the window system; implemented per platform. All windows of the library share one
+/// connection to the display, opened for the first window and closed after the last; the interface
+/// thread reads its events. No call fails: on a window that no longer exists calls do nothing.
+/// [any thread but the audio thread, under the interface lock]
 class ZNativeWindow
 {
 public:
     enum class Kind
     {
         kChild,   // inside parent, no frame
-        kDialog,  // with a title bar, above parent, closed by the user; parent may be 0
-        kPopup,   // without a frame, above all, not the window manager's business: menus, tooltips
+        kDialog,  // with a title bar, above parent, which may be 0; the user can close it
+        kPopup,   // no frame, above all other windows, not managed by the window manager
     };
 
     struct Settings
     {
         Kind kind = Kind::kChild;
         ZNativeHandle parent = 0;
-        ZRect rect;  // kChild: in the parent's coordinates; others: on the screen
+        ZRect rect;  // kChild: in the parent's coordinates; else in the screen's
         ZString title;
     };
 
     struct Native;
 
-    /// Makes a hidden window. Null where there is no display, or where a child's parent is no
-    /// window; one line on standard error tells which.
+    /// Makes a hidden window. client outlives it. Null, with a line on standard error, if there is
+    /// no display or if the parent of a child is no window.
     [[nodiscard]] static std::unique_ptr<ZNativeWindow> Create(const Settings& settings,
                                                                ZNativeWindowClient& client);
 
     explicit ZNativeWindow(std::unique_ptr<Native> native);
     ZNativeWindow(const ZNativeWindow&) = delete;
     ZNativeWindow& operator=(const ZNativeWindow&) = delete;
-    /// Gives up captures; nothing reaches the client any more.
+    /// Ends a capture and closes the window; the client gets no more events.
     ~ZNativeWindow();
 
     [[nodiscard]] ZNativeHandle GetHandle() const;
-    /// False once the window is gone.
+    /// False once the window no longer exists on the display.
     [[nodiscard]] bool IsAlive() const;
     void Show();
     void Hide();
-    /// Whether it was shown last; it may be covered.
+    /// Whether Show was called after Hide; other windows may cover the window.
     [[nodiscard]] bool IsVisible() const;
+    /// Moves and resizes the window; rect is in the coordinates of Settings::rect.
     void SetRect(const ZRect& rect);
+    /// Has an effect on dialogs only.
     void SetTitle(const ZString& title);
-    /// Adds to the rectangle that the interface thread paints when it has time.
+    /// Adds to the rectangle that the interface thread has the client paint when it has time.
     void Invalidate(const ZRect& rect);
-    /// Paints now what waits to be painted.
+    /// Has the client paint the invalid rectangle now.
     void Update();
     /// Copies a part of the image to the same place in the window.
     void Present(const ZImage& image, const ZRect& rect);
-    /// All mouse events of the display come here until the capture ends; where another program
-    /// holds the mouse, only those over the window, and false.
+    /// Starts or ends a capture: all mouse events of the display go to this window. Returns whether
+    /// the window captures now; false if another program holds the mouse.
     bool SetCapture(bool on);
-    /// The keyboard comes here.
+    /// Gives the window the keyboard focus.
     void SetFocus();
-    /// Where a local point lies on the screen.
+    /// Converts a point of the window to screen coordinates.
     [[nodiscard]] ZPoint ToScreen(const ZPoint& point) const;
-    /// The monitor around a point of the screen, in the screen's coordinates.
+    /// The rectangle of the monitor at a point of the screen, in screen coordinates.
     [[nodiscard]] ZRect GetMonitor(const ZPoint& screenPoint) const;
 
 private:

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 namespace orvane
 {
@@ -12,7 +13,7 @@ namespace orvane
 namespace
 {
 
-// Bytes of pixels in one request: small enough for others to get a turn.
+// Bytes of pixels in one request: small enough to let the server serve other programs in between.
 constexpr std::size_t kMostBytes = 200'000;
 
 std::size_t pixelsOfRequest(xcb_connection_t* connection)
@@ -28,7 +29,8 @@ bool hasOtherByteOrder(xcb_connection_t* connection)
     return theirsIsLittle != (std::endian::native == std::endian::little);
 }
 
-/// By a pixmap, not by a window, which may be gone by now.
+/// A graphics context is made for a drawable of the right depth: a pixmap, since a window might no
+/// longer exist.
 xcb_gcontext_t makeContext(xcb_connection_t* connection, xcb_window_t root, std::uint8_t depth)
 {
     const xcb_pixmap_t pixmap = xcb_generate_id(connection);
@@ -51,7 +53,7 @@ ZBlitter::ZBlitter(xcb_connection_t* connection, xcb_window_t root, std::uint8_t
 {
 }
 
-void ZBlitter::Put(xcb_window_t window, const ZImage& image, const ZRect& rect)
+void ZBlitter::Blit(xcb_window_t window, const ZImage& image, const ZRect& rect)
 {
     const ZRect part = rect.Intersection({0, 0, image.GetWidth(), image.GetHeight()});
     if (part.IsEmpty())
@@ -59,11 +61,12 @@ void ZBlitter::Put(xcb_window_t window, const ZImage& image, const ZRect& rect)
     const auto width = static_cast<std::size_t>(part.GetWidth());
     const auto rows = static_cast<std::int32_t>(std::max(GetLimit() / width, std::size_t{1}));
     for (std::int32_t top = part.top; top < part.bottom; top += rows)
-        PutRows(window, image, {part.left, top, part.right, std::min(top + rows, part.bottom)});
+        BlitRows(window, image, {part.left, top, part.right, std::min(top + rows, part.bottom)});
 }
 
-void ZBlitter::PutRows(xcb_window_t window, const ZImage& image, const ZRect& rows)
+void ZBlitter::BlitRows(xcb_window_t window, const ZImage& image, const ZRect& rows)
 {
+    assert(!rows.IsEmpty() && rows.bottom <= image.GetHeight() && rows.right <= image.GetWidth());
     const auto pixels = image.GetPremultipliedPixels();
     const auto stride = static_cast<std::size_t>(image.GetWidth());
     const auto width = static_cast<std::size_t>(rows.GetWidth());

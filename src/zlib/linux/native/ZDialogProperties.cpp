@@ -14,7 +14,7 @@ namespace orvane
 namespace
 {
 
-/// Of 32 bits each.
+/// Sets a property of 32-bit values.
 void setProperty(ZDisplayConnection& display, xcb_window_t window, const char* name,
                  xcb_atom_t type, std::span<const std::uint32_t> values)
 {
@@ -30,7 +30,7 @@ void setText(ZDisplayConnection& display, xcb_window_t window, const char* name,
                         text.data());
 }
 
-/// A window manager writes this property to the windows that it manages.
+/// Window managers set WM_STATE on the windows that they manage.
 bool isManaged(ZDisplayConnection& display, xcb_window_t window)
 {
     const auto reply =
@@ -40,7 +40,7 @@ bool isManaged(ZDisplayConnection& display, xcb_window_t window)
     return reply && reply->type != XCB_ATOM_NONE;
 }
 
-/// The application's window around a window: what the window manager sees of it.
+/// The host's top-level window that contains the window: the one that the window manager knows.
 xcb_window_t topLevelAround(ZDisplayConnection& display, xcb_window_t window)
 {
     while (!isManaged(display, window)) {

@@ -10,15 +10,15 @@ namespace orvane
 
 class ZDisplayConnection;
 
-/// What a window manager is told of a dialog. [inside a ZDisplayUse]
-///
-/// That it is a dialog, of fixed size, asks before it closes, and belongs above the window around
-/// parent; 0 for none.
+// Properties by which a window manager knows a dialog. Call these functions inside a ZDisplayUse.
+
+/// Marks the window as a dialog that handles its close button itself and that stays above the
+/// top-level window around parent; parent may be XCB_NONE.
 void setDialogProperties(ZDisplayConnection& display, xcb_window_t window, xcb_window_t parent);
 void setDialogTitle(ZDisplayConnection& display, xcb_window_t window, const ZString& title);
-/// Where it was put, and that its size is not the user's to change.
+/// Tells the position that was chosen for the dialog, and that the user cannot resize it.
 void setDialogPlace(ZDisplayConnection& display, xcb_window_t window, const ZRect& rect);
-/// Whether the event is the user's wish to close the dialog.
+/// Whether the event says that the user pressed the close button.
 [[nodiscard]] bool isCloseRequest(ZDisplayConnection& display,
                                   const xcb_client_message_event_t& event);
 

@@ -19,12 +19,13 @@ namespace orvane
 namespace
 {
 
-// The connection that new windows get, while there is one. Under the interface lock.
+// The connection for new windows; null if none is open. Guarded by the interface lock.
 ZDisplayConnection* current = nullptr;
-// Whether the lack of a display has been told since there was one last. Under the interface lock.
-bool lackTold = false;
+// Whether the line about a missing display was written since the last display was found. Guarded by
+// the interface lock.
+bool lackReported = false;
 
-/// The screen that the display's name asked for.
+/// The screen of a number; a display name may ask for another one than the first.
 const xcb_screen_t* screenOf(const xcb_setup_t* setup, int number)
 {
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
@@ -42,13 +43,13 @@ bool hasFourBytes(const xcb_setup_t* setup, std::uint8_t depth)
     });
 }
 
-bool isWanted(const xcb_visualtype_t& visual)
+bool hasPixelsOfImages(const xcb_visualtype_t& visual)
 {
     return visual._class == XCB_VISUAL_CLASS_TRUE_COLOR && visual.red_mask == 0xFF0000 &&
            visual.green_mask == 0xFF00 && visual.blue_mask == 0xFF;
 }
 
-/// The root's own visual where that will do, else the first that does.
+/// The format of the root's visual if that suits, else of the first visual that does.
 std::optional<ZDisplayConnection::Format> findFormat(const xcb_setup_t* setup,
                                                      const xcb_screen_t& screen)
 {
@@ -61,7 +62,7 @@ std::optional<ZDisplayConnection::Format> findFormat(const xcb_setup_t* setup,
         for (auto visuals = xcb_depth_visuals_iterator(depths.data); visuals.rem > 0;
              xcb_visualtype_next(&visuals))
         {
-            if (!isWanted(*visuals.data))
+            if (!hasPixelsOfImages(*visuals.data))
                 continue;
             if (!found || visuals.data->visual_id == screen.root_visual)
                 found = {depths.data->depth, visuals.data->visual_id, XCB_NONE};
@@ -100,7 +101,7 @@ std::uint8_t kindOf(const xcb_generic_event_t& event)
     return event.response_type & 0x7F;
 }
 
-/// The window that an event is told to. It stands in one of two places.
+/// The window that receives the event; its field has one of two offsets.
 xcb_window_t windowOf(const xcb_generic_event_t& event)
 {
     switch (kindOf(event)) {
@@ -117,8 +118,8 @@ xcb_window_t windowOf(const xcb_generic_event_t& event)
     }
 }
 
-/// Of several in a row only the last one counts.
-bool isOvertaken(const xcb_generic_event_t& event, const xcb_generic_event_t& next)
+/// Whether the next event makes this one needless: of several moves in a row only the last counts.
+bool isSuperseded(const xcb_generic_event_t& event, const xcb_generic_event_t& next)
 {
     const std::uint8_t kind = kindOf(event);
     return (kind == XCB_MOTION_NOTIFY || kind == XCB_CONFIGURE_NOTIFY) &&
@@ -143,9 +144,9 @@ std::shared_ptr<ZDisplayConnection> ZDisplayConnection::Get()
         return current->shared_from_this();
     const ZPipeSignalBlock pipeSignal;
     auto connection = open();
-    if (!connection && !lackTold)
+    if (!connection && !lackReported)
         std::fputs("No display was found, so there is no window\n", stderr);
-    lackTold = !connection;
+    lackReported = !connection;
     current = connection.get();
     return connection;
 }
@@ -155,7 +156,7 @@ ZDisplayConnection::ZDisplayConnection(XcbConnection connection, const xcb_scree
     : mConnection(std::move(connection))
     , mScreen(screen)
     , mFormat(format)
-    , mPixels(mConnection.get(), screen.root, format.depth, ZBlitter::Route::kBest)
+    , mBlitter(mConnection.get(), screen.root, format.depth, ZBlitter::Route::kBest)
     , mKeyboard(mConnection.get())
     , mSource(mThread.GetLoop().AddDescriptor(xcb_get_file_descriptor(mConnection.get()),
                                               [this] { Drain(); }))
@@ -196,6 +197,7 @@ xcb_atom_t ZDisplayConnection::GetAtom(const std::string& name)
 
 void ZDisplayConnection::AddClient(xcb_window_t window, ZDisplayClient& client)
 {
+    assert(window != XCB_NONE && !HasClient(window));
     mClients[window] = &client;
 }
 
@@ -240,8 +242,8 @@ void ZDisplayConnection::PostDrain()
     });
 }
 
-// A client may let the last window go, and with it everybody else's share of this. Or it runs the
-// loop modally, which then must come to the events that are left.
+// A client may destroy the last window, so this holds a reference to the connection. A client may
+// also run the event loop modally; the nested run must get the events that are left.
 void ZDisplayConnection::Drain()
 {
     const ZDisplayUse use(shared_from_this());
@@ -267,7 +269,7 @@ XcbPointer<xcb_generic_event_t> ZDisplayConnection::TakeEvent()
     do {
         event = std::move(mEvents.front());
         mEvents.pop_front();
-    } while (!mEvents.empty() && isOvertaken(*event, *mEvents.front()));
+    } while (!mEvents.empty() && isSuperseded(*event, *mEvents.front()));
     return event;
 }
 
@@ -298,6 +300,7 @@ void ZDisplayConnection::TellLoss()
 ZDisplayUse::ZDisplayUse(std::shared_ptr<ZDisplayConnection> connection)
     : mConnection(std::move(connection))
 {
+    assert(mConnection);
 }
 
 ZDisplayUse::~ZDisplayUse()

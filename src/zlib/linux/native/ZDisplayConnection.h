@@ -16,29 +16,30 @@
 namespace orvane
 {
 
-/// A window on the connection, as the connection sees it. All calls come on the interface thread,
-/// under the interface lock. It may be destroyed inside any of them.
+/// Receives the display's events for one window. All calls come on the interface thread, under the
+/// interface lock. A client may be destroyed inside any of them.
 class ZDisplayClient
 {
 public:
     virtual ~ZDisplayClient() = default;
 
     virtual void HandleEvent(const xcb_generic_event_t& event) = 0;
-    /// What ZDisplayConnection::PostTo asked for.
+    /// Called once for each ZDisplayConnection::PostTo.
     virtual void HandlePosted() = 0;
-    /// The display is gone, and with it the window.
+    /// The display is gone, and the window with it.
     virtual void HandleDisplayLost() = 0;
 };
 
-/// The one connection to the display that all windows share: it comes with the first of them and
-/// goes with the last. The interface thread reads its events. After the server's end it stays as it
-/// is until its windows let it go, while new windows find another one.
+/// The connection to the display that all windows share: opened for the first window and closed
+/// after the last. The interface thread reads its events. When the server ends, the connection
+/// stays broken until its windows release it; new windows open a new one.
 ///
-/// Whoever makes requests does so inside the life of a ZDisplayUse. [under the interface lock]
+/// Callers make requests while a ZDisplayUse lives. [any thread but the audio thread, under the
+/// interface lock]
 class ZDisplayConnection : public std::enable_shared_from_this<ZDisplayConnection>
 {
 public:
-    /// Of the windows: 8 bits a colour and 4 bytes a pixel, as drawn pixels have it.
+    /// Pixel format of the windows: 8 bits a colour and 4 bytes a pixel, the same as ZImage's.
     struct Format
     {
         std::uint8_t depth = 0;
@@ -46,11 +47,11 @@ public:
         xcb_colormap_t colormap = XCB_NONE;
     };
 
-    /// The connection in use or a new one; null where there is no display or one with too few
-    /// colours, which the first of such calls in a row tells in a line on standard error.
+    /// Returns the connection in use, or opens one. Null if there is no display or if it has no
+    /// 24-bit colours; the first of such calls in a row writes a line to standard error.
     [[nodiscard]] static std::shared_ptr<ZDisplayConnection> Get();
 
-    /// For Get.
+    /// Called by Get(); public for std::make_shared.
     ZDisplayConnection(XcbConnection connection, const xcb_screen_t& screen, const Format& format);
     ZDisplayConnection(const ZDisplayConnection&) = delete;
     ZDisplayConnection& operator=(const ZDisplayConnection&) = delete;
@@ -62,7 +63,7 @@ public:
     /// The size of the whole screen, which may span several monitors.
     [[nodiscard]] ZRect GetScreenRect() const;
     [[nodiscard]] const Format& GetFormat() const { return mFormat; }
-    [[nodiscard]] ZBlitter& GetPixels() { return mPixels; }
+    [[nodiscard]] ZBlitter& GetBlitter() { return mBlitter; }
     [[nodiscard]] ZKeyboard& GetKeyboard() { return mKeyboard; }
     /// XCB_ATOM_NONE when the display is gone.
     [[nodiscard]] xcb_atom_t GetAtom(const std::string& name);
@@ -73,7 +74,8 @@ public:
     {
         return FindClient(window) != nullptr;
     }
-    /// Has the interface thread call HandlePosted of the window's client, if it is there by then.
+    /// Has the interface thread call HandlePosted of the window's client, unless the client is
+    /// removed before.
     void PostTo(xcb_window_t window);
 
 private:
@@ -92,7 +94,7 @@ private:
     const XcbConnection mConnection;
     const xcb_screen_t mScreen;
     const Format mFormat;
-    ZBlitter mPixels;
+    ZBlitter mBlitter;
     ZKeyboard mKeyboard;
     std::map<std::string, xcb_atom_t> mAtoms;
     std::map<xcb_window_t, ZDisplayClient*> mClients;
@@ -102,9 +104,10 @@ private:
     const ZEventLoop::SourceId mSource;
 };
 
-/// A stretch of requests to the display, made on any thread; stretches nest. At its end what was
-/// asked for is on its way, and events that came in meanwhile are left to the interface thread: the
-/// descriptor does not tell of what has been read already.
+/// Scope of requests to the display; scopes nest. Its end sends the requests. It also hands events
+/// that XCB read meanwhile to the interface thread, which otherwise would not see them: the
+/// descriptor is not readable for what was read already. [any thread but the audio thread, under
+/// the interface lock]
 class ZDisplayUse
 {
 public:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/native/ZKeyboard.h"
 
+#include "zlib/common/native/ZKeyCode.h"
+
 #include <xkbcommon/xkbcommon-x11.h>
 
 #include <algorithm>
@@ -22,7 +24,7 @@ namespace
 {
 
 constexpr std::uint16_t kCoreKeyboard = 0x100;
-constexpr std::uint16_t kMapEvents = 1 | 2;  // another keyboard, another map
+constexpr std::uint16_t kMapEvents = 1 | 2;  // NewKeyboardNotify, MapNotify
 constexpr std::uint16_t kAllOfMap = 0xFF;
 
 struct Code
@@ -32,16 +34,35 @@ struct Code
 };
 
 constexpr std::array kCodes{
-    Code{XKB_KEY_BackSpace, 0x08},  Code{XKB_KEY_Tab, 0x09},       Code{XKB_KEY_ISO_Left_Tab, 0x09},
-    Code{XKB_KEY_Return, 0x0D},     Code{XKB_KEY_KP_Enter, 0x0D},  Code{XKB_KEY_Shift_L, 0x10},
-    Code{XKB_KEY_Shift_R, 0x10},    Code{XKB_KEY_Control_L, 0x11}, Code{XKB_KEY_Control_R, 0x11},
-    Code{XKB_KEY_Escape, 0x1B},     Code{XKB_KEY_space, 0x20},     Code{XKB_KEY_Page_Up, 0x21},
-    Code{XKB_KEY_KP_Page_Up, 0x21}, Code{XKB_KEY_Page_Down, 0x22}, Code{XKB_KEY_KP_Page_Down, 0x22},
-    Code{XKB_KEY_End, 0x23},        Code{XKB_KEY_KP_End, 0x23},    Code{XKB_KEY_Home, 0x24},
-    Code{XKB_KEY_KP_Home, 0x24},    Code{XKB_KEY_Left, 0x25},      Code{XKB_KEY_KP_Left, 0x25},
-    Code{XKB_KEY_Up, 0x26},         Code{XKB_KEY_KP_Up, 0x26},     Code{XKB_KEY_Right, 0x27},
-    Code{XKB_KEY_KP_Right, 0x27},   Code{XKB_KEY_Down, 0x28},      Code{XKB_KEY_KP_Down, 0x28},
-    Code{XKB_KEY_Delete, 0x2E},     Code{XKB_KEY_KP_Delete, 0x2E},
+    Code{XKB_KEY_BackSpace, kKeyBackspace},
+    Code{XKB_KEY_Tab, kKeyTab},
+    Code{XKB_KEY_ISO_Left_Tab, kKeyTab},
+    Code{XKB_KEY_Return, kKeyReturn},
+    Code{XKB_KEY_KP_Enter, kKeyReturn},
+    Code{XKB_KEY_Shift_L, kKeyShift},
+    Code{XKB_KEY_Shift_R, kKeyShift},
+    Code{XKB_KEY_Control_L, kKeyControl},
+    Code{XKB_KEY_Control_R, kKeyControl},
+    Code{XKB_KEY_Escape, kKeyEscape},
+    Code{XKB_KEY_space, kKeySpace},
+    Code{XKB_KEY_Page_Up, kKeyPageUp},
+    Code{XKB_KEY_KP_Page_Up, kKeyPageUp},
+    Code{XKB_KEY_Page_Down, kKeyPageDown},
+    Code{XKB_KEY_KP_Page_Down, kKeyPageDown},
+    Code{XKB_KEY_End, kKeyEnd},
+    Code{XKB_KEY_KP_End, kKeyEnd},
+    Code{XKB_KEY_Home, kKeyHome},
+    Code{XKB_KEY_KP_Home, kKeyHome},
+    Code{XKB_KEY_Left, kKeyLeft},
+    Code{XKB_KEY_KP_Left, kKeyLeft},
+    Code{XKB_KEY_Up, kKeyUp},
+    Code{XKB_KEY_KP_Up, kKeyUp},
+    Code{XKB_KEY_Right, kKeyRight},
+    Code{XKB_KEY_KP_Right, kKeyRight},
+    Code{XKB_KEY_Down, kKeyDown},
+    Code{XKB_KEY_KP_Down, kKeyDown},
+    Code{XKB_KEY_Delete, kKeyDelete},
+    Code{XKB_KEY_KP_Delete, kKeyDelete},
 };
 
 std::uint8_t codeOf(xkb_keysym_t symbol)
@@ -55,10 +76,10 @@ std::uint8_t codeOf(xkb_keysym_t symbol)
         return static_cast<std::uint8_t>(symbol - XKB_KEY_KP_0 + '0');
     const auto* const found = std::find_if(kCodes.begin(), kCodes.end(),
                                            [=](const Code& each) { return each.symbol == symbol; });
-    return found == kCodes.end() ? std::uint8_t{0} : found->code;
+    return found == kCodes.end() ? std::uint8_t{kKeyNone} : found->code;
 }
 
-/// Control characters are keys, not text.
+/// The text that a symbol types; empty for control characters.
 ZString textOf(xkb_keysym_t symbol)
 {
     std::array<char, 8> text{};
@@ -67,7 +88,7 @@ ZString textOf(xkb_keysym_t symbol)
     return isText ? ZString(text.data()) : ZString();
 }
 
-/// Whether the symbol begins a text of several keys.
+/// Whether the key begins a sequence of keys that type one text.
 bool isDead(xkb_keysym_t symbol)
 {
     return symbol == XKB_KEY_Multi_key ||
@@ -90,7 +111,7 @@ ZNativeKeyEvent ZKeyboard::Translate(const xcb_key_press_event_t& event)
     key.control = event.state & XCB_MOD_MASK_CONTROL;
     key.alt = event.state & XCB_MOD_MASK_1;
     const xkb_keysym_t symbol = GetSymbol(event);
-    key.code = codeOf(GetLatinSymbol(event.detail, symbol));
+    key.code = codeOf(GetCodedSymbol(event.detail, symbol));
     if (!key.control && !key.alt)
         key.text = Compose(symbol);
     return key;
@@ -142,7 +163,7 @@ void ZKeyboard::LoadPlain()
                       xcb_get_keyboard_mapping(mConnection, setup->min_keycode, count));
 }
 
-// The event tells what is held and which layout is in force, so there is no state to follow.
+// The event holds the modifiers and the layout in force, so no state is kept between events.
 xkb_keysym_t ZKeyboard::GetSymbol(const xcb_key_press_event_t& event) const
 {
     if (!mState)
@@ -189,7 +210,8 @@ ZString ZKeyboard::Compose(xkb_keysym_t symbol)
     }
 }
 
-// The rules of the user's language, in a file of thousands of lines that most never need.
+// Loads the compose rules of the user's language when they are first needed: the file has thousands
+// of lines, and most users press no dead key.
 void ZKeyboard::LoadComposer()
 {
     const char* const locale = std::setlocale(LC_CTYPE, nullptr);
@@ -201,17 +223,18 @@ void ZKeyboard::LoadComposer()
         mComposer.reset(xkb_compose_state_new(table.get(), XKB_COMPOSE_STATE_NO_FLAGS));
 }
 
-// Shortcuts go by Latin letters: where the layout in force has none on the key, another has.
-xkb_keysym_t ZKeyboard::GetLatinSymbol(xcb_keycode_t key, xkb_keysym_t symbol) const
+// Shortcuts use Latin letters: if the layout in force has no symbol with a key code on the key,
+// another layout of the user may have one.
+xkb_keysym_t ZKeyboard::GetCodedSymbol(xcb_keycode_t key, xkb_keysym_t symbol) const
 {
-    if (codeOf(symbol) != 0 || !mState)
+    if (codeOf(symbol) != kKeyNone || !mState)
         return symbol;
     xkb_keymap* const keymap = xkb_state_get_keymap(mState.get());
     const xkb_layout_index_t layouts = xkb_keymap_num_layouts_for_key(keymap, key);
     for (xkb_layout_index_t layout = 0; layout < layouts; ++layout) {
         const xkb_keysym_t* found = nullptr;
         if (xkb_keymap_key_get_syms_by_level(keymap, key, layout, 0, &found) == 1 &&
-            codeOf(*found) != 0)
+            codeOf(*found) != kKeyNone)
             return *found;
     }
     return symbol;

@@ -27,9 +27,9 @@ struct XkbFreer
 template <typename T>
 using XkbPointer = std::unique_ptr<T, XkbFreer>;
 
-/// What the keys of the display mean. The user's map is read with the first key, and again after he
-/// has changed it: without XKB on the server, the plain map of earlier days, with no third level
-/// and no second layout. [under the interface lock]
+/// Translates key events by the user's keyboard map, which is read at the first key and again after
+/// it changed. A server without the XKB extension gives the core protocol's map, without third
+/// level and second layout. [interface thread]
 class ZKeyboard
 {
 public:
@@ -37,10 +37,10 @@ public:
     ZKeyboard(const ZKeyboard&) = delete;
     ZKeyboard& operator=(const ZKeyboard&) = delete;
 
-    /// The meaning of a key that went down while others were held as the event says. Text that
-    /// several keys make together, such as an accent and a letter, comes with the last of them.
+    /// Translates a key press. Text that several keys make together, such as an accent and a
+    /// letter, comes with the last of them.
     [[nodiscard]] ZNativeKeyEvent Translate(const xcb_key_press_event_t& event);
-    /// True for an event about the map, which concerns nobody else.
+    /// Handles events about the keyboard map; returns false for all others.
     bool HandleEvent(const xcb_generic_event_t& event);
 
 private:
@@ -51,15 +51,15 @@ private:
     [[nodiscard]] xkb_keysym_t GetPlainSymbol(const xcb_key_press_event_t& event) const;
     [[nodiscard]] ZString Compose(xkb_keysym_t symbol);
     void LoadComposer();
-    [[nodiscard]] xkb_keysym_t GetLatinSymbol(xcb_keycode_t key, xkb_keysym_t symbol) const;
+    [[nodiscard]] xkb_keysym_t GetCodedSymbol(xcb_keycode_t key, xkb_keysym_t symbol) const;
 
     xcb_connection_t* const mConnection;
     bool mLoaded = false;
-    std::uint8_t mXkbEvent = 0;  // the number of XKB's events, once it is in use
+    std::uint8_t mXkbEvent = 0;  // event number of the XKB extension; 0 until it is in use
     XkbPointer<xkb_context> mContext;
     XkbPointer<xkb_state> mState;  // null without XKB
     XcbPointer<xcb_get_keyboard_mapping_reply_t> mPlain;
-    XkbPointer<xkb_compose_state> mComposer;  // once a dead key was pressed
+    XkbPointer<xkb_compose_state> mComposer;  // null until a dead key was pressed
 };
 
 }  // namespace orvane

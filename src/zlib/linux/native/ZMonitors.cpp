@@ -13,7 +13,7 @@ namespace orvane
 namespace
 {
 
-/// Monitors came with version 1.5.
+/// RandR has monitors since version 1.5.
 bool knowsMonitors(xcb_connection_t* connection)
 {
     const auto* const extension = xcb_get_extension_data(connection, &xcb_randr_id);

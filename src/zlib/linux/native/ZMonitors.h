@@ -10,10 +10,10 @@
 namespace orvane
 {
 
-/// The rectangles of the monitors on the root's screen; empty where the server does not tell.
+/// The rectangles of the monitors on the root's screen; empty if the server has no RandR 1.5.
 [[nodiscard]] std::vector<ZRect> readMonitors(xcb_connection_t* connection, xcb_window_t root);
 
-/// The one around the point, else the one nearest to it, which must be there.
+/// The monitor that contains the point, else the nearest one. monitors is not empty.
 [[nodiscard]] ZRect nearestOf(const std::vector<ZRect>& monitors, const ZPoint& point);
 
 }  // namespace orvane

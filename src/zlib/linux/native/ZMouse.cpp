@@ -15,7 +15,7 @@ using Event = ZNativeMouseEvent;
 constexpr xcb_button_t kWheelUp = 4;
 constexpr xcb_button_t kWheelDown = 5;
 
-/// The bits of "MouseMods".
+/// Modifiers as in ZNativeMouseEvent.
 std::uint32_t modifiersOf(std::uint16_t state)
 {
     std::uint32_t modifiers = 1;
@@ -28,7 +28,7 @@ std::uint32_t modifiersOf(std::uint16_t state)
     return modifiers;
 }
 
-/// Of any event of the pointer: place and modifiers stand where they do in all of them.
+/// Position and modifiers have the same offsets in all pointer events.
 Event makeEvent(Event::Action action, const xcb_generic_event_t& event)
 {
     const auto& pointer = reinterpret_cast<const xcb_motion_notify_event_t&>(event);
@@ -76,7 +76,8 @@ std::optional<ZNativeMouseEvent> ZMouse::Translate(const xcb_generic_event_t& ev
     return made;
 }
 
-// The display tells that the mouse has come, and then that it has moved there.
+// When the pointer enters a window the display sends an enter event and a motion event of the same
+// position.
 bool ZMouse::IsRepetition(const ZNativeMouseEvent& event) const
 {
     return event.action == Event::kMove && mLast.action == Event::kMove &&
@@ -99,7 +100,7 @@ std::optional<ZNativeMouseEvent> ZMouse::Press(const xcb_button_press_event_t& e
     return makeEvent(isSecond ? Event::kDoubleClick : Event::kDown, generic);
 }
 
-// The server's clock wraps round, and so does the difference.
+// The server's clock wraps round; the unsigned difference is right all the same.
 bool ZMouse::IsSecondClick(const xcb_button_press_event_t& event) const
 {
     return event.detail == mLastPress.detail &&

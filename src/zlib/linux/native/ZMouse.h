@@ -10,21 +10,20 @@
 namespace orvane
 {
 
-/// The mouse over one window: makes what it did of the display's events, and knows which buttons
-/// are down. [under the interface lock]
+/// Translates the display's pointer events for one window: recognises double clicks and wheels, and
+/// keeps track of the buttons that are down. [interface thread]
 class ZMouse
 {
 public:
-    /// Two presses of a button make a double click when they lie at most this long and this far
-    /// apart.
+    /// The longest time and distance between the two presses of a double click.
     static constexpr std::uint32_t kDoubleClickMilliseconds = 400;
     static constexpr std::int32_t kDoubleClickPixels = 4;
 
-    /// None where the event is no business of a window's: wheels that turn sideways, further
-    /// buttons.
+    /// None if windows do not get the event: sideways wheels, buttons beyond the third, a move to
+    /// where the pointer is already.
     [[nodiscard]] std::optional<ZNativeMouseEvent> Translate(const xcb_generic_event_t& event);
-    /// The buttons that are down are taken to be up, since the display does not tell any more: the
-    /// event that says so, or none when there were none.
+    /// Marks all buttons as up when the display will not report their release; returns the event
+    /// that tells so, or none if no button was down.
     [[nodiscard]] std::optional<ZNativeMouseEvent> Release();
 
 private:
@@ -32,10 +31,10 @@ private:
     [[nodiscard]] bool IsRepetition(const ZNativeMouseEvent& event) const;
     [[nodiscard]] bool IsSecondClick(const xcb_button_press_event_t& event) const;
 
-    std::uint32_t mDown = 0;  // a bit a button
+    std::uint32_t mDown = 0;  // bit n: button n is down
     ZNativeMouseEvent mLast;
-    xcb_button_press_event_t
-        mLastPress{};  // that may be the first of a double click; detail 0: none
+    // The press that may become a double click; its detail is 0 if there is none.
+    xcb_button_press_event_t mLastPress{};
 };
 
 }  // namespace orvane

@@ -4,9 +4,10 @@
 #include "zlib/linux/native/ZDialogProperties.h"
 #include "zlib/linux/native/ZDisplayConnection.h"
 #include "zlib/linux/native/ZMonitors.h"
-#include "zlib/linux/native/ZNativeWindowNative.h"
+#include "zlib/linux/native/ZNativeEvents.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <limits>
 #include <utility>
@@ -29,14 +30,14 @@ std::int16_t toPosition(std::int32_t value)
     return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, Limits::min(), Limits::max()));
 }
 
-/// A window has a pixel at least.
+/// The display takes no window without pixels.
 std::uint16_t toLength(std::int32_t value)
 {
     return static_cast<std::uint16_t>(
         std::clamp<std::int32_t>(value, 1, std::numeric_limits<std::int16_t>::max()));
 }
 
-/// In the range of the display's numbers.
+/// Clamps a rectangle to the display's 16-bit coordinates.
 ZRect toDisplay(const ZRect& rect)
 {
     const std::int32_t left = toPosition(rect.left);
@@ -44,14 +45,14 @@ ZRect toDisplay(const ZRect& rect)
     return {left, top, left + toLength(rect.GetWidth()), top + toLength(rect.GetHeight())};
 }
 
-/// XCB_NONE where the server refuses. No background is set, so that the server paints none: what
-/// is on the screen stays until the new picture is there.
+/// Makes the window; XCB_NONE when the server refuses. It has no background, so that the old pixels
+/// stay on the screen until the new ones are painted.
 xcb_window_t makeWindow(ZDisplayConnection& display, const ZNativeWindow::Settings& settings,
                         xcb_window_t parent)
 {
     const ZDisplayConnection::Format& format = display.GetFormat();
     xcb_create_window_value_list_t values{};
-    values.border_pixel = 0;  // must be given where the parent's depth differs
+    values.border_pixel = 0;  // required if the parent has another depth
     values.bit_gravity = XCB_GRAVITY_NORTH_WEST;
     values.override_redirect = settings.kind == ZNativeWindow::Kind::kPopup;
     values.event_mask = kEvents;
@@ -76,6 +77,34 @@ bool isWindowNumber(ZNativeHandle handle)
 }
 
 }  // namespace
+
+/// The window on the display and its event half.
+struct ZNativeWindow::Native
+{
+    Native(std::shared_ptr<ZDisplayConnection> connection, xcb_window_t window,
+           const Settings& settings, ZNativeWindowClient& client)
+        : display(std::move(connection))
+        , id(window)
+        , kind(settings.kind)
+        , events(display, window, settings, client)
+    {
+    }
+    Native(const Native&) = delete;
+    Native& operator=(const Native&) = delete;
+    /// The server ends a capture together with the window.
+    ~Native()
+    {
+        if (events.IsGone())
+            return;
+        const ZDisplayUse use(display);
+        xcb_destroy_window(display->GetNative(), id);
+    }
+
+    const std::shared_ptr<ZDisplayConnection> display;
+    const xcb_window_t id;
+    const Kind kind;
+    ZNativeEvents events;
+};
 
 std::unique_ptr<ZNativeWindow> ZNativeWindow::Create(const Settings& settings,
                                                      ZNativeWindowClient& client)
@@ -113,6 +142,7 @@ std::unique_ptr<ZNativeWindow> ZNativeWindow::Create(const Settings& settings,
 ZNativeWindow::ZNativeWindow(std::unique_ptr<Native> native)
     : mNative(std::move(native))
 {
+    assert(mNative);
 }
 
 ZNativeWindow::~ZNativeWindow() = default;
@@ -124,7 +154,7 @@ ZNativeHandle ZNativeWindow::GetHandle() const
 
 bool ZNativeWindow::IsAlive() const
 {
-    return mNative->IsAlive();
+    return mNative->events.IsAlive();
 }
 
 void ZNativeWindow::Show()
@@ -132,14 +162,13 @@ void ZNativeWindow::Show()
     if (!IsAlive())
         return;
     const ZDisplayUse use(mNative->display);
-    mNative->isShown = true;
     if (mNative->kind == Kind::kPopup) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(mNative->display->GetNative(), mNative->id,
                              XCB_CONFIG_WINDOW_STACK_MODE, &above);
     }
     xcb_map_window(mNative->display->GetNative(), mNative->id);
-    mNative->PostPaint();
+    mNative->events.SetShown(true);
 }
 
 void ZNativeWindow::Hide()
@@ -147,13 +176,13 @@ void ZNativeWindow::Hide()
     if (!IsAlive())
         return;
     const ZDisplayUse use(mNative->display);
-    mNative->isShown = false;
+    mNative->events.SetShown(false);
     xcb_unmap_window(mNative->display->GetNative(), mNative->id);
 }
 
 bool ZNativeWindow::IsVisible() const
 {
-    return IsAlive() && mNative->isShown;
+    return IsAlive() && mNative->events.IsShown();
 }
 
 void ZNativeWindow::SetRect(const ZRect& rect)
@@ -186,13 +215,13 @@ void ZNativeWindow::SetTitle(const ZString& title)
 void ZNativeWindow::Invalidate(const ZRect& rect)
 {
     if (IsAlive())
-        mNative->Invalidate(rect);
+        mNative->events.Invalidate(rect);
 }
 
 void ZNativeWindow::Update()
 {
     if (IsVisible())
-        mNative->Paint();
+        mNative->events.Paint();
 }
 
 void ZNativeWindow::Present(const ZImage& image, const ZRect& rect)
@@ -200,7 +229,7 @@ void ZNativeWindow::Present(const ZImage& image, const ZRect& rect)
     if (!IsAlive())
         return;
     const ZDisplayUse use(mNative->display);
-    mNative->display->GetPixels().Put(mNative->id, image, rect);
+    mNative->display->GetBlitter().Blit(mNative->id, image, rect);
 }
 
 bool ZNativeWindow::SetCapture(bool on)
@@ -210,8 +239,9 @@ bool ZNativeWindow::SetCapture(bool on)
     const ZDisplayUse use(mNative->display);
     xcb_connection_t* const native = mNative->display->GetNative();
     if (!on) {
-        if (std::exchange(mNative->isCapturing, false))
+        if (mNative->events.IsCapturing())
             xcb_ungrab_pointer(native, XCB_CURRENT_TIME);
+        mNative->events.SetCapturing(false);
         return false;
     }
     constexpr std::uint16_t kGrabbed =
@@ -220,11 +250,11 @@ bool ZNativeWindow::SetCapture(bool on)
         xcbReply(xcb_grab_pointer_reply, native,
                  xcb_grab_pointer(native, 0, mNative->id, kGrabbed, XCB_GRAB_MODE_ASYNC,
                                   XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME));
-    mNative->isCapturing = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-    return mNative->isCapturing;
+    mNative->events.SetCapturing(reply && reply->status == XCB_GRAB_STATUS_SUCCESS);
+    return mNative->events.IsCapturing();
 }
 
-// Where the window cannot be seen, the server refuses, and that is all.
+// The server refuses the focus to a window that is not visible; that error has no effect.
 void ZNativeWindow::SetFocus()
 {
     if (!IsAlive())

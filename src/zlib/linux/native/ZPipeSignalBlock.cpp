@@ -29,7 +29,7 @@ ZPipeSignalBlock::ZPipeSignalBlock()
     pthread_sigmask(SIG_BLOCK, &pipe, &mBefore);
 }
 
-// A signal that a write has raised meanwhile is taken out before the thread could get it.
+// Consumes a signal that a write raised while it was blocked.
 ZPipeSignalBlock::~ZPipeSignalBlock()
 {
     const sigset_t pipe = pipeSignal();

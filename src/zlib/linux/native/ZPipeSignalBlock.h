@@ -6,9 +6,9 @@
 namespace orvane
 {
 
-/// Keeps SIGPIPE from the calling thread for the life of the object, whatever the thread writes to
-/// a socket whose other end is gone: XCB writes as it likes, and the signal would end the host. The
-/// host's own handlers and masks are as before afterwards.
+/// Suppresses SIGPIPE in the calling thread while it lives. XCB writes to a socket whose other end
+/// may be closed, and the signal would end the host. The host's handlers and signal mask are
+/// unchanged afterwards. [any thread]
 class ZPipeSignalBlock
 {
 public:

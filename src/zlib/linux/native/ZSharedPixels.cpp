@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t kBytes = ZSharedPixels::kCapacity * sizeof(std::uint32_t);
 
-/// Descriptors travel over a local socket only; to a server reached by a tunnel they do not.
+/// Descriptors can only be passed over a local socket, not to a server behind a tunnel.
 bool isLocal(xcb_connection_t* connection)
 {
     sockaddr_storage address{};
@@ -35,7 +35,7 @@ bool takesDescriptors(xcb_connection_t* connection)
     return version && (version->major_version > 1 || version->minor_version >= 2);
 }
 
-/// The pages come as they are written, so that the size costs nothing.
+/// Maps the whole capacity; the system allocates pages as they are written.
 void* mapMemory(int descriptor)
 {
     if (ftruncate(descriptor, static_cast<off_t>(kBytes)) != 0)
@@ -57,7 +57,7 @@ std::unique_ptr<ZSharedPixels> ZSharedPixels::Create(xcb_connection_t* connectio
         close(descriptor);
         return nullptr;
     }
-    // The request takes the descriptor over. A server that runs as somebody else may refuse it.
+    // The request takes the descriptor over. A server of another user may refuse the memory.
     const xcb_shm_seg_t id = xcb_generate_id(connection);
     const XcbPointer<xcb_generic_error_t> error(
         xcb_request_check(connection, xcb_shm_attach_fd_checked(connection, id, descriptor, 1)));
@@ -87,7 +87,7 @@ std::span<std::uint32_t> ZSharedPixels::Reserve(std::size_t count)
     assert(count <= kCapacity);
     mBegin = mEnd;
     if (mMemory.size() - mBegin < count) {
-        // Requests are served in order: an answer to any tells that all before are done.
+        // Requests are served in order: when any request is answered, all earlier ones are done.
         static_cast<void>(
             xcbReply(xcb_get_input_focus_reply, mConnection, xcb_get_input_focus(mConnection)));
         mBegin = 0;

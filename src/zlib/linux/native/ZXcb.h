@@ -9,7 +9,7 @@
 namespace orvane
 {
 
-/// What XCB gives out comes from malloc.
+/// Frees what XCB returns, which comes from malloc.
 struct XcbFreer
 {
     void operator()(void* memory) const { std::free(memory); }
@@ -25,8 +25,8 @@ struct XcbDisconnecter
 
 using XcbConnection = std::unique_ptr<xcb_connection_t, XcbDisconnecter>;
 
-/// The reply to a request, waited for; null where the server answers with an error or is gone.
-/// Reply is the xcb_..._reply that goes with the cookie.
+/// Waits for the reply to a request; null if the server answers with an error or is gone. reply is
+/// the function xcb_..._reply that belongs to the cookie.
 template <typename Reply, typename Cookie>
 [[nodiscard]] auto xcbReply(Reply* reply, xcb_connection_t* connection, Cookie cookie)
 {

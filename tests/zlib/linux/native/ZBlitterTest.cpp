@@ -40,14 +40,14 @@ TEST_P(ZBlitterTest, PicturesArriveWhole)
     DisplayProbe probe;
     const xcb_window_t window = probe.MakeWindow({0, 0, kWidth, kHeight});
     const XcbConnection connection(xcb_connect(nullptr, nullptr));
-    ZBlitter carrier(connection.get(), probe.GetRoot(), 24, GetParam());
+    ZBlitter blitter(connection.get(), probe.GetRoot(), 24, GetParam());
     const auto image = ZImage::Create(kWidth, kHeight);
     for (std::int32_t i = 0; i < 10; ++i) {
         image->WritePixels(std::vector<std::uint32_t>(kWidth * kHeight, 0xFF000000U | colorOf(i)));
-        carrier.Put(window, *image, {0, 60 * i, kWidth + 50, kHeight + 50});
+        blitter.Blit(window, *image, {0, 60 * i, kWidth + 50, kHeight + 50});
     }
     image->WritePixels(std::vector<std::uint32_t>(kWidth * kHeight, 0xFFFFFFFFU));
-    carrier.Put(window, *image, {100, 100, 101, 101});
+    blitter.Blit(window, *image, {100, 100, 101, 101});
     xcb_flush(connection.get());
     EXPECT_TRUE(waitFor([&] { return probe.PixelAt(100, 100) == 0xFFFFFFU; }));
     for (std::int32_t i = 0; i < 10; ++i) {
