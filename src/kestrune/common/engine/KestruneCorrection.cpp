@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -37,6 +38,7 @@ void KestruneCorrection::SetTones(const float* tones, int count) noexcept
 
 void KestruneCorrection::SetGlide(float seconds, float sampleRate, int blockSize) noexcept
 {
+    assert(sampleRate > 0.0f && blockSize > 0);
     mSmoothing = 0.0f;
     if (seconds > 0.0f)
         mSmoothing = std::pow(kErrorLeft, static_cast<float>(blockSize) / (sampleRate * seconds));
@@ -55,8 +57,8 @@ float KestruneCorrection::Advance(float frequency, float hold) noexcept
 
 float KestruneCorrection::NearestTarget(float semitones) const noexcept
 {
-    // The root counts at both ends of the octave, whether or not the scale names it. Ties go to
-    // the root, then to the earliest tone.
+    // The root is a target at both ends of the octave, whether or not the scale holds it. Of equal
+    // distances the root wins, then the lowest tone.
     const float upperRoot = std::floor(semitones / kSemitones + 0.5f);
     float target = kSemitones * upperRoot;
     float best = (semitones - target) * (semitones - target);
@@ -76,7 +78,7 @@ bool KestruneCorrection::IsIgnored(float semitones) const noexcept
     if (!mIgnoredNotes)
         return false;
     const auto degree = static_cast<std::size_t>(semitones + 0.5f) % 12;
-    // The interface may write the flags from its own thread.
+    // The interface thread may be writing the flags.
     return std::atomic_ref(mIgnoredNotes->Data()[degree]).load(std::memory_order_relaxed) == 1.0f;
 }
 

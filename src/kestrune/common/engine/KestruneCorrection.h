@@ -8,30 +8,33 @@ namespace orvane
 
 class ZBuffer;
 
-/// Decides the note that a voice should be on and glides a ratio towards the one that reaches it.
-/// The nearest target is worked out afresh at every update; the glide is the only memory.
+/// Finds the note that a voice should be on, and moves a pitch ratio towards the one that brings
+/// the voice there. Every update looks for the nearest note again; only the ratio is remembered.
 class KestruneCorrection
 {
 public:
     static constexpr int kMaxTones = 32;
 
-    /// Frequency of the root in any octave, in Hz; 0 and below give 440. [audio thread]
-    void SetReferenceFrequency(float hz) noexcept;
-    /// Targets in semitones above the root, rising; at most kMaxTones are taken. [audio thread]
-    void SetTones(const float* tones, int count) noexcept;
-    /// Twelve flags by semitone above the root, 1 leaving that note alone; not owned. [audio
-    /// thread]
-    void SetIgnoredNotes(ZBuffer* buffer) noexcept { mIgnoredNotes = buffer; }
-    /// Share of the error that an update leaves: a quarter after seconds, at one update a block.
+    /// Sets the frequency of the scale's root in any octave, in Hz; 0 and below mean 440.
     /// [audio thread]
+    void SetReferenceFrequency(float hz) noexcept;
+    /// Sets the target tones in semitones above the root, in rising order; tones beyond kMaxTones
+    /// are ignored. tones may be null if count is 0. [audio thread]
+    void SetTones(const float* tones, int count) noexcept;
+    /// Sets twelve flags by semitone above the root; a note whose flag is 1 is not corrected. Null
+    /// corrects every note. The buffer is not owned. [audio thread]
+    void SetIgnoredNotes(ZBuffer* buffer) noexcept { mIgnoredNotes = buffer; }
+    /// Sets the speed of the ratio: with one update a block a quarter of an error is left after
+    /// seconds; 0 corrects at once. [audio thread]
     void SetGlide(float seconds, float sampleRate, int blockSize) noexcept;
-    /// Back to no correction. [audio thread]
+    /// Sets the ratio back to 1, which is no correction. [audio thread]
     void Restart() noexcept { mCorrectionRatio = 1.0f; }
 
-    /// Moves the ratio for a voice at frequency, in Hz; with a hold of 0, which is no voice, it
-    /// moves towards 1. Gives the new ratio. [audio thread]
+    /// Updates the ratio for a voice at frequency, in Hz, and returns it. A hold of 0 means that
+    /// there is no voice; then the ratio moves towards 1. [audio thread]
     float Advance(float frequency, float hold) noexcept;
 
+    /// The ratio of the last update. [audio thread]
     [[nodiscard]] float Ratio() const noexcept { return mCorrectionRatio; }
 
 private:
@@ -42,8 +45,8 @@ private:
     std::array<float, kMaxTones> mScaleTones{2.0f, 4.0f, 5.0f, 7.0f, 9.0f, 11.0f};
     int mToneCount = 6;
     ZBuffer* mIgnoredNotes = nullptr;
-    float mSmoothing = 0.0f;        // 0 follows at once
-    float mCorrectionRatio = 1.0f;  // 1 is no change
+    float mSmoothing = 0.0f;  // share of the old ratio that an update keeps, in [0, 1)
+    float mCorrectionRatio = 1.0f;
 };
 
 }  // namespace orvane

@@ -11,7 +11,7 @@ namespace orvane
 namespace
 {
 
-/// Where a mark stands in a ring: the sample it falls in, and how far into it.
+/// A mark as the sample before it and the fraction of a sample between them.
 struct MarkPosition
 {
     explicit MarkPosition(double mark)
@@ -24,8 +24,8 @@ struct MarkPosition
     float fraction;
 };
 
-/// cos(pi u / 2) for u in -1 .. 1, z = u^2: the power series up to u^12, exact to 1e-8. A series
-/// and not the library's cosine, because a loop over it runs in vector registers.
+/// cos(pi u / 2) for u in -1 .. 1, with z = u^2: the power series up to u^12, exact to 1e-8. Unlike
+/// the library's cosine it lets the compiler vectorise a loop.
 float cosineOfHalfPi(float z)
 {
     float sum = 4.7108748e-7f;
@@ -41,6 +41,7 @@ float cosineOfHalfPi(float z)
 
 void KestruneGrain::Allocate(int grainCapacity, int resampledCapacity)
 {
+    assert(grainCapacity > 0 && resampledCapacity > 0);
     mLength = 0;
     mGrainWindow.assign(static_cast<std::size_t>(grainCapacity), 0.0f);
     for (auto& channel : mGrain)
@@ -73,7 +74,7 @@ void KestruneGrain::Cut(const KestruneStereoRing& input, double mark, int length
         input.Read(channel, start, length, grain);
         for (int i = 0; i < length; ++i)
             grain[i] *= mGrainWindow[static_cast<std::size_t>(i)];
-        // Interpolation at the end reads silence; formants down reach one sample further.
+        // Interpolation reads one sample beyond the end, and two when formants move down.
         grain[length] = 0.0f;
         grain[length + 1] = 0.0f;
     }
@@ -81,6 +82,7 @@ void KestruneGrain::Cut(const KestruneStereoRing& input, double mark, int length
 
 void KestruneGrain::AddTo(KestruneStereoRing& output, double mark, float formantFactor) noexcept
 {
+    assert(formantFactor >= 0.5f && formantFactor <= 2.0f);
     const MarkPosition position(mark);
     const int length = static_cast<int>(static_cast<float>(mLength) / formantFactor);
     assert(length <= static_cast<int>(mResampled.size()));
@@ -102,7 +104,7 @@ void KestruneGrain::Resample(int channel, int resampledLength, float formantFact
         return Shift(grain, resampledLength, centre - middle);
     for (int k = 0; k < resampledLength; ++k) {
         const float x = (static_cast<float>(k) - middle) * formantFactor + centre;
-        // A rounded fraction can put the first sample just before the grain.
+        // Rounding can put the first sample just before the grain.
         const int j = std::max(static_cast<int>(x), 0);
         const float r = x - static_cast<float>(j);
         resampled[k] = grain[j] + r * (grain[j + 1] - grain[j]);
@@ -118,8 +120,8 @@ void KestruneGrain::Shift(const float* grain, int length, float offset) noexcept
         resampled[k] = grain[0] + (static_cast<float>(k) + offset) * (grain[1] - grain[0]);
     const float* const from = grain + whole;
     for (; k < length; ++k) {
-        // Rounded as the general form rounds it. Near a whole number the interval may be the other
-        // neighbour's, which gives the same value.
+        // The same rounding as in Resample. Near a whole number this may use the neighbouring
+        // interval, which gives the same value.
         const float r = (static_cast<float>(k) + offset) - static_cast<float>(k + whole);
         resampled[k] = from[k] + r * (from[k + 1] - from[k]);
     }

@@ -13,7 +13,7 @@ namespace orvane
 namespace
 {
 
-/// 2^(1/240): the grid's step of 5 cents.
+/// 2^(1/240): 5 cents.
 const float kCandidateRatio = static_cast<float>(std::exp2(1.0 / 240.0));
 constexpr float kHarmonicDecay = 0.8f;
 
@@ -22,9 +22,9 @@ int harmonicCount(float spectrumTop, float frequency)
     return static_cast<int>(std::floor(spectrumTop / frequency));
 }
 
-/// Places that the widest range takes, with all lanes as long as a group's first; no other range
-/// takes more: a higher low limit has fewer candidates and fewer harmonics at each index, a lower
-/// high limit fewer of both.
+/// Entries of mHarmonicBins for the widest range, in which all lanes of a group have the room of
+/// its first. No other range needs more: a higher lower limit means fewer candidates and fewer
+/// harmonics at each index, a lower upper limit fewer of both.
 std::size_t mostBins(int lanes)
 {
     std::size_t bins = 0;
@@ -58,6 +58,7 @@ KestruneHarmonicComb::KestruneHarmonicComb()
 void KestruneHarmonicComb::SetRange(float minHz, float maxHz, float spectrumTop,
                                     float binsPerHz) noexcept
 {
+    assert(minHz >= kLowestMinFrequency && maxHz <= kHighestMaxFrequency && binsPerHz > 0.0f);
     mMinFrequency = minHz;
     mCandidateCount = 0;
     std::fill(mHarmonicCount.begin(), mHarmonicCount.end(), std::uint8_t{0});
@@ -82,6 +83,7 @@ void KestruneHarmonicComb::SetRange(float minHz, float maxHz, float spectrumTop,
 
 float KestruneHarmonicComb::Find(std::span<const float> spectrum, float voicing) noexcept
 {
+    assert(voicing >= 0.0f && voicing <= 1.0f);
     const float kept = 1.0f - voicing;
     float best = -1000000.0f;
     float found = mMinFrequency;
@@ -118,7 +120,7 @@ KestruneHarmonicComb::Sums KestruneHarmonicComb::WeightedSums(const float* spect
         for (std::size_t lane = 0; lane < kLanes; ++lane)
             sums[lane] += values[lane] * weight;
     }
-    // Past the harmonics that all lanes have, each lane ends by itself.
+    // The remaining harmonics, which only the lower candidates of the group have.
     for (; h < counts[0]; ++h, bins += kLanes)
         for (std::size_t lane = 0; lane < kLanes && h < counts[lane]; ++lane)
             sums[lane] += spectrum[bins[lane]] * mHarmonicWeights[static_cast<std::size_t>(h)];

@@ -9,42 +9,47 @@
 namespace orvane
 {
 
-/// Weighs, for a grid of candidate pitches 5 cents apart, the spectrum at each candidate's
-/// harmonics, and remembers the sums in proportion to how much voice there was, so that in silence
-/// and noise the last pitch stays. A relative of D. J. Hermes, "Measurement of pitch by subharmonic
-/// summation", J. Acoust. Soc. Am. 83, 1988, on a spectrum whose valleys count negative: those are
-/// what tells a pitch from its sub-octave.
+/// Pitch detection by harmonic summation: for candidate pitches 5 cents apart it sums the spectrum
+/// at the candidate's harmonics, with weights that fall by 0.8 a harmonic. The sums are smoothed
+/// over blocks in proportion to the voicing, so that in silence and noise the last pitch stays.
+///
+/// Related to D. J. Hermes, "Measurement of pitch by subharmonic summation", J. Acoust. Soc. Am.
+/// 83, 1988. Here the spectrum is normalised so that valleys are negative; they lower the sum of a
+/// sub-octave, whose odd harmonics fall into them.
 class KestruneHarmonicComb
 {
 public:
-    /// Widest range of the engine, 20 .. 1500 Hz, in steps of 5 cents.
+    /// Candidates of the widest range, 20 .. 1500 Hz.
     static constexpr int kMaxCandidates = 1495;
+    /// Harmonics of the lowest candidate up to the top of the widest band.
     static constexpr int kMaxHarmonics = 112;
 
-    /// All sums 0, memory for the widest range. [setup]
+    /// Allocates memory for the widest range; all sums are 0. [setup]
     KestruneHarmonicComb();
 
-    /// Lays the grid from minHz to maxHz, with the harmonics of each candidate up to spectrumTop;
-    /// binsPerHz = transform size / rate. The sums stay at their indices. [audio thread]
+    /// Sets the candidates from minHz to maxHz, each with its harmonics up to spectrumTop (Hz);
+    /// binsPerHz = transform size / sample rate. Sums keep their indices, whatever pitch these mean
+    /// now. [audio thread]
     void SetRange(float minHz, float maxHz, float spectrumTop, float binsPerHz) noexcept;
-    /// Sums the spectrum, as values by bin, into the comb with weight voicing (0 .. 1), and gives
-    /// the frequency of the greatest sum, the lowest of equals, in Hz. [audio thread]
+    /// Adds a spectrum, as values by bin, to the smoothed sums with weight voicing (0 .. 1).
+    /// Returns the candidate with the greatest sum, in Hz; the lowest one of equals.
+    /// [audio thread]
     [[nodiscard]] float Find(std::span<const float> spectrum, float voicing) noexcept;
-    /// All sums 0. [audio thread]
+    /// Sets all sums to 0. [audio thread]
     void Clear() noexcept;
 
 private:
-    /// Neighbouring candidates are summed side by side, in the lanes of a vector register.
+    /// Candidates of a group, which are neighbours, are summed in the lanes of a vector register.
     static constexpr int kLanes = 4;
     using Sums = std::array<float, kLanes>;
 
     [[nodiscard]] Sums WeightedSums(const float* spectrum, int group) const noexcept;
 
-    std::array<float, kMaxHarmonics> mHarmonicWeights;  // 0.8^h
-    std::vector<float> mComb;
-    std::vector<std::uint8_t> mHarmonicCount;  // by candidate; never rises
-    std::vector<std::uint32_t> mFirstBin;      // by group, into mHarmonicBins
-    std::vector<std::uint16_t> mHarmonicBins;  // of a group: harmonic by harmonic, its lanes
+    std::array<float, kMaxHarmonics> mHarmonicWeights;  // 0.8^h, h from 0
+    std::vector<float> mComb;                           // smoothed sums by candidate
+    std::vector<std::uint8_t> mHarmonicCount;           // by candidate, never rising
+    std::vector<std::uint32_t> mFirstBin;               // by group: its start in mHarmonicBins
+    std::vector<std::uint16_t> mHarmonicBins;           // by group, harmonic and lane
     float mMinFrequency = 0.0f;
     int mCandidateCount = 0;
 };

@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr int kMedianRecords = 9;
-constexpr int kRepairAge = 4;  // the middle one of the nine
+constexpr int kRepairAge = 4;  // the middle one of nine records
 constexpr float kHoldBelow = 0.5f;
 constexpr float kHeldVoicing = 0.75f;
 constexpr float kWholeToneUp = 1.1224999f;
@@ -26,7 +26,7 @@ struct WeightedPeriod
 
 using MedianWindow = std::array<WeightedPeriod, kMedianRecords>;
 
-/// Insertion sort: keeps the order of equals and needs no memory.
+/// Insertion sort, which is stable and allocates nothing.
 void sortByPeriod(MedianWindow& window)
 {
     for (auto item = window.begin() + 1; item != window.end(); ++item)
@@ -123,6 +123,7 @@ const KestruneAnalysisRecord& KestruneRecordRing::Back(int age) const noexcept
 
 int KestruneRecordRing::IndexBack(int age) const noexcept
 {
+    assert(age >= 0 && age < static_cast<int>(mRecords.size()));
     const int index = mWrite - age;
     return index < 0 ? index + static_cast<int>(mRecords.size()) : index;
 }
@@ -136,7 +137,7 @@ float KestruneRecordRing::At(double time, float KestruneAnalysisRecord::*value) 
     if (time <= record[mRead].time)
         return record[mRead].*value;
 
-    // The newest record lies past the time, so the walk ends there at the latest.
+    // The newest record is later than time, so the loop ends there at the latest.
     int at = mRead;
     int next = (at + 1) % count;
     while (time > record[next].time) {

@@ -6,43 +6,42 @@
 namespace orvane
 {
 
-/// What the analysis knew of one frame.
+/// Result of the analysis of one frame.
 struct KestruneAnalysisRecord
 {
-    double time = 0.0;      // middle of the frame, in stream samples
+    double time = 0.0;      // centre of the frame, a stream position in samples
     float period = 0.0f;    // samples
     float strength = 0.0f;  // voicing as measured, 0 .. 1
-    float hold = 0.0f;      // the same, later raised by the repair
+    float hold = 0.0f;      // voicing after Repair, 0 .. 1
 };
 
-/// The last analysis records in a circle, with the repair of octave errors and the reads between
-/// records by which the synthesis follows the voice some blocks later.
+/// Ring buffer of the last analysis records. It repairs octave errors with a median over time and
+/// interpolates between records, so that the synthesis can follow the voice some blocks later.
 class KestruneRecordRing
 {
 public:
-    /// Memory for count records, at least nine. [setup]
+    /// Allocates count records, at least nine. [setup]
     void Allocate(int count);
-    /// Starts again with records at time 0 of the given period, in samples, and no voicing.
-    /// [audio thread]
+    /// Sets all records to time 0, no voicing and the given period in samples. [audio thread]
     void Fill(float period) noexcept;
 
     /// Replaces the newest record. [audio thread]
     void Write(const KestruneAnalysisRecord& record) noexcept;
-    /// Repairs the record four blocks old by the nine newest: its period becomes their median,
-    /// weighted by hold, where it is further than a whole tone from it, and its hold is raised
-    /// where the newest three fade. [audio thread]
+    /// Repairs the record that is four blocks old from the nine newest. If its period is more than
+    /// a whole tone off their median, weighted by hold, it becomes that median. If one of the three
+    /// newest is weakly voiced, its hold is raised to 0.75 at least. [audio thread]
     void Repair() noexcept;
-    /// Opens the place for the next record. The oldest goes when the circle is full.
+    /// Moves on to the place of the next record; drops the oldest when the ring is full.
     /// [audio thread]
     void Advance() noexcept;
 
-    /// Values at a stream position, linear between records, constant beyond both ends.
-    /// [audio thread]
+    /// Values at a stream position: interpolated linearly between records, constant before the
+    /// oldest and after the newest. [audio thread]
     [[nodiscard]] float PeriodAt(double time) const noexcept;
     [[nodiscard]] float StrengthAt(double time) const noexcept;
     [[nodiscard]] float HoldAt(double time) const noexcept;
 
-    /// The record written age calls of Advance ago; 0 is the newest.
+    /// The record written age calls of Advance ago; 0 is the newest. [audio thread]
     [[nodiscard]] const KestruneAnalysisRecord& Back(int age) const noexcept;
 
 private:
@@ -51,8 +50,8 @@ private:
     [[nodiscard]] float At(double time, float KestruneAnalysisRecord::*value) const noexcept;
 
     std::vector<KestruneAnalysisRecord> mRecords;
-    int mWrite = 0;  // newest
-    int mRead = 0;   // oldest
+    int mWrite = 0;  // index of the newest record
+    int mRead = 0;   // index of the oldest record
 };
 
 }  // namespace orvane

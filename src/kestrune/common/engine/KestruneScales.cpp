@@ -39,7 +39,7 @@ constexpr std::array<KestruneSourceRange, kSourceTypeNames.size()> kSourceRanges
     KestruneSourceRange{165.0f, 1318.0f}, KestruneSourceRange{20.0f, 330.0f},
     KestruneSourceRange{330.0f, 2489.0f}};
 
-/// The entry at an index that may come from a preset; the first for one out of range.
+/// The entry at an index, which may come from a preset; the first entry for one out of range.
 template <class Table>
 const auto& entryOrFirst(const Table& table, int index)
 {

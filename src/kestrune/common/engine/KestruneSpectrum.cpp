@@ -14,12 +14,13 @@ namespace orvane
 namespace
 {
 
-// A generalised Hamming window that ends on its minimum and never starts on it.
+// A Hamming window over 1 .. length instead of 0 .. length - 1: its last sample is its minimum, its
+// first one is not.
 constexpr float kWindowMean = 0.54f;
 constexpr float kWindowSwing = 0.46f;
 constexpr float kTwoPi = 6.2831854820251465f;
 
-// Variances of a normalised band: white noise has the first, a clear voice the second or more.
+// Variance of a normalised band: that of white noise, and the least of a clear voice.
 constexpr float kNoiseVariance = 0.13f;
 constexpr float kVoiceVariance = 0.18f;
 
@@ -58,6 +59,7 @@ void KestruneSpectrum::SetFrameLength(int length) noexcept
 void KestruneSpectrum::LoadFrame(const KestruneStereoRing& ring, int pos,
                                  std::int16_t reference) noexcept
 {
+    assert(mFrameLength > 0);
     float* frame = mFrame->Data();
     const bool oneChannel = reference == 0 || reference == 1;
     ring.Read(oneChannel ? reference : 0, pos, mFrameLength, frame);
@@ -83,6 +85,8 @@ void KestruneSpectrum::Transform() noexcept
 
 float KestruneSpectrum::NormalizeBand(Band band) noexcept
 {
+    assert(band.lo >= 0 && band.lo <= band.hi);
+    assert(static_cast<std::uint32_t>(band.hi) < mSpectrum->Length());
     float* const first = mSpectrum->Data() + band.lo;
     float* const last = mSpectrum->Data() + band.hi + 1;
     const auto [smallest, largest] = std::minmax_element(first, last);

@@ -13,8 +13,7 @@ namespace
 
 constexpr float kLargestSample = 1.0e9f;
 
-/// A comparison, not a test for finite numbers: it holds for NaN as for infinities and needs no
-/// branch.
+/// The comparison is false for NaN too, and compiles without a branch.
 float bounded(float sample)
 {
     return std::fabs(sample) <= kLargestSample ? sample : 0.0f;
@@ -30,6 +29,7 @@ void addTo(float* __restrict sum, const float* __restrict samples, int count)
 
 void KestruneStereoRing::Allocate(int length)
 {
+    assert(length > 0);
     mLength = length;
     for (auto& channel : mSamples)
         channel.assign(static_cast<std::size_t>(length), 0.0f);

@@ -6,31 +6,32 @@
 namespace orvane
 {
 
-/// Two channels of samples in a circle of one length. Positions are indices in [0, Length());
-/// runs may cross the end, but are never longer than the circle.
+/// Ring buffer of two channels. Positions are indices in [0, Length()); a run of samples may wrap
+/// round the end and is at most Length() long.
 class KestruneStereoRing
 {
 public:
     static constexpr int kChannels = 2;
 
-    /// All samples 0. [setup]
+    /// Allocates length samples per channel, all 0. [setup]
     void Allocate(int length);
+    /// Sets all samples to 0. [audio thread]
     void Clear() noexcept;
     [[nodiscard]] int Length() const noexcept { return mLength; }
-    /// Index of a stream position, which may be negative by less than the length.
+    /// Index of a stream position: its remainder by the length, never negative. [audio thread]
     [[nodiscard]] int Index(long long streamPos) const noexcept;
 
-    /// Puts count samples of each of the two inputs at pos. Samples that are not finite or beyond
-    /// +180 dB of full scale become 0, for their squares would end in the analysis as infinities.
+    /// Writes count samples of each of the two inputs at pos. Samples that are not finite or beyond
+    /// +180 dB of full scale become 0, because their squares would overflow in the analysis.
     /// [audio thread]
     void Write(const float* const* inputs, int pos, int count) noexcept;
-    /// Copies count samples from pos to the two outputs and clears them here. [audio thread]
+    /// Moves count samples from pos on to the two outputs and leaves zeros. [audio thread]
     void Take(float* const* outputs, int pos, int count) noexcept;
-    /// Copies count samples of one channel from pos. [audio thread]
+    /// Copies count samples of one channel from pos on to out. [audio thread]
     void Read(int channel, int pos, int count, float* out) const noexcept;
-    /// The same, added to what out holds. [audio thread]
+    /// Adds count samples of one channel from pos on to those in out. [audio thread]
     void ReadAdd(int channel, int pos, int count, float* out) const noexcept;
-    /// Adds count samples to one channel from pos on. [audio thread]
+    /// Adds count samples to those of one channel from pos on. [audio thread]
     void Add(int channel, int pos, int count, const float* samples) noexcept;
 
 private:

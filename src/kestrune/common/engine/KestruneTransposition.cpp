@@ -10,7 +10,7 @@ namespace
 constexpr double kCentsPerStep = 100.0;
 constexpr double kFormantsPerPitch = 0.5;
 
-// In doubles from the start: an index may be any number.
+// Computed in double, because an index may be any integer.
 double centsAbove(std::int32_t choice, std::int32_t neutralChoice)
 {
     return (static_cast<double>(neutralChoice) - choice) * kCentsPerStep;

@@ -8,10 +8,10 @@
 namespace orvane
 {
 
-/// The user's choices of transposition, and the shifts that they mean. Both lists fall: the higher
-/// the index, the lower the pitch, the larger the singer.
+// The user's choices of transposition and the shifts that they stand for. In both lists a higher
+// index means lower: a lower pitch, or lower formants as of a larger singer.
 
-/// Element `pitchTranspose`: semitones from an octave up to an octave down.
+/// Element `pitchTranspose`: from an octave up to an octave down, in semitones.
 inline constexpr std::array<std::string_view, 25> kPitchTransposeNames{"Up Octave",
                                                                        "Up 7th",
                                                                        "Up Minor 7th",
@@ -39,18 +39,17 @@ inline constexpr std::array<std::string_view, 25> kPitchTransposeNames{"Up Octav
                                                                        "Down Octave"};
 inline constexpr std::int32_t kNoPitchTranspose = 12;
 
-/// Element `formantTranspose`: sizes of the singer.
+/// Element `formantTranspose`: sizes of the singer, in semitones of formants.
 inline constexpr std::array<std::string_view, 11> kFormantTransposeNames{
     "Smallest", "Smaller4", "Smaller3", "Smaller2", "Smaller1", "Natural",
     "Bigger1",  "Bigger2",  "Bigger3",  "Bigger4",  "Biggest"};
 inline constexpr std::int32_t kNaturalFormants = 5;
 
-/// Cents of a choice of `pitchTranspose`. [any thread]
+/// Pitch shift of a choice of `pitchTranspose`, in cents. [any thread]
 [[nodiscard]] float pitchShiftCents(std::int32_t pitchTranspose) noexcept;
 
-/// Cents of a choice of `formantTranspose` for a voice that is shifted in pitch: half of that shift
-/// goes along, as a voice that sings higher sounds natural from a somewhat smaller singer.
-/// [any thread]
+/// Formant shift of a choice of `formantTranspose`, in cents. Half of the pitch shift is added,
+/// because a higher voice sounds natural with somewhat higher formants. [any thread]
 [[nodiscard]] float formantShiftCents(std::int32_t formantTranspose,
                                       float pitchShiftCents) noexcept;
 

@@ -18,7 +18,7 @@ constexpr float kMillisecond = 0.001f;
 constexpr float kWeakStrength = 0.3f;
 constexpr float kMostStretch = 2.0f;
 
-/// The formant ratio sizes the grain buffers, so it is bounded here whatever a caller says.
+/// The grain buffers are sized for these shifts, so every value is clamped.
 float boundedOctaves(float octaves)
 {
     return std::isnan(octaves) ? 0.0f : std::clamp(octaves, -1.0f, 1.0f);
@@ -190,6 +190,7 @@ void PsolaClass::ProcessStereo(const float* const* inputs, float* const* outputs
                                int count) noexcept
 {
     assert(IsAllocated() && count == mBlockSize);
+    assert(inputs && outputs);
     mInputRing.Write(inputs, mInputWritePos, count);
     mInputWritePos = (mInputWritePos + count) % mInputRing.Length();
     AnalyzeFrame();
@@ -245,7 +246,7 @@ void PsolaClass::SynthesizeStereo() noexcept
         mGrain.AddTo(mOutputRing, mOutputMark, formantFactor);
         mOutputMark += mRecords.PeriodAt(mOutputMark) / ratio;
     }
-    // Leaves the input mark beside the output mark for the next block.
+    // The next block starts with the input mark near the output mark.
     MoveInputMark();
 }
 
@@ -261,11 +262,13 @@ PsolaClass::VoiceAtMark PsolaClass::MoveInputMark() noexcept
 
 int PsolaClass::GrainLength(float period, float ratio) const noexcept
 {
+    assert(period > 0.0f && ratio > 0.0f);
     const int length = static_cast<int>(period * kGrainFactor);
     const float strength = mRecords.StrengthAt(mOutputMark);
     if (ratio >= 1.0f || strength > kWeakStrength)
         return length;
-    // Marks further apart leave gaps in noise, which has no periodicity to hold it together.
+    // When marks are further apart than in the input, grains of two periods leave gaps, which are
+    // audible in unvoiced sounds. Longer grains fill them.
     const float stretch = 1.0f + (1.0f - strength) * 0.5f * (1.0f / ratio - 1.0f);
     return static_cast<int>(static_cast<float>(length) * std::min(stretch, kMostStretch));
 }

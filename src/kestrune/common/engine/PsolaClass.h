@@ -16,18 +16,20 @@ namespace orvane
 
 class ZBuffer;
 
-/// The pitch engine: finds the pitch of a voice, pulls it towards the notes of a scale and shifts
-/// pitch and formants apart from each other by pitch-synchronous overlap-add (E. Moulines and
+/// The pitch engine: detects the pitch of a voice, corrects it to the notes of a scale, and shifts
+/// pitch and formants independently of each other.
+///
+/// The shifts use pitch-synchronous overlap-add in the time domain (TD-PSOLA; E. Moulines and
 /// F. Charpentier, "Pitch-synchronous waveform processing techniques for text-to-speech synthesis
-/// using diphones", Speech Communication 9, 1990), here with marks that follow the detected period
-/// alone and are not aligned to the waveform.
+/// using diphones", Speech Communication 9, 1990). Unlike there, pitch marks follow the detected
+/// period only and are not aligned to the waveform.
 ///
-/// Two channels in and out share one analysis, one set of marks and one window. Every call of
-/// Process takes one block of the size that Initialize was given. Input comes out GetLatency
-/// samples later, give or take the distance between the two marks, which is at most half a period.
+/// Both channels share one analysis, one set of marks and one window. Every call of Process takes
+/// one block of the size given to Initialize. Output follows input by GetLatency samples, plus or
+/// minus the distance between input mark and output mark, which is at most half a period.
 ///
-/// Setters are plain stores without lock: they take effect between blocks and must not run while
-/// Process does. Those marked [setup] allocate; all others may be called on the audio thread.
+/// Setters store without a lock: call them between blocks, never while Process runs. Those marked
+/// [setup] allocate; all others may be called on the audio thread.
 class PsolaClass
 {
 public:
@@ -36,62 +38,66 @@ public:
     PsolaClass(const PsolaClass&) = delete;
     PsolaClass& operator=(const PsolaClass&) = delete;
 
-    /// Runs one block. inputs, outputs: 2 channels x count samples, which may be the same arrays;
-    /// count is the block size. A sample that is not finite, or beyond +180 dB of full scale,
-    /// counts as 0. [audio thread]
+    /// Processes one block. inputs, outputs: 2 channels x count samples, which may be the same
+    /// arrays; count is the block size. Samples that are not finite or beyond +180 dB of full scale
+    /// count as 0. [audio thread]
     virtual void Process(const float* const* inputs, float* const* outputs, int count) noexcept;
     virtual void ProcessStereo(const float* const* inputs, float* const* outputs,
                                int count) noexcept;
 
-    /// Octaves, -1 to 1; without effect while transposing is off. [audio thread]
+    /// Shifts in octaves, clamped to -1 .. 1; they have no effect while transposition is off.
+    /// [audio thread]
     virtual void SetPitchShift(float octaves) noexcept;
     virtual void SetFormantShift(float octaves) noexcept;
-    /// Frequency of the key's root in any octave, in Hz; 0 and below give 440. [audio thread]
+    /// Frequency of the key's root in any octave, in Hz; 0 and below mean 440. [audio thread]
     virtual void SetReferenceFrequency(float hz) noexcept;
-    /// Target tones in semitones above the root, rising; at most 32 are taken. [audio thread]
+    /// Target tones in semitones above the root, in rising order; tones beyond the 32nd are
+    /// ignored. [audio thread]
     virtual void SetScaleTones(const float* tones, int count) noexcept;
-    /// Twelve flags by semitone above the root, 1 leaving that note uncorrected. The buffer is not
-    /// owned; its samples are read as relaxed atomics while the engine runs. Null ignores nothing.
-    /// [audio thread]
+    /// Twelve flags by semitone above the root; a note whose flag is 1 is not corrected. The buffer
+    /// is not owned; its samples are read as relaxed atomics while the engine runs. Null corrects
+    /// every note. [audio thread]
     virtual void SetIgnoredNotes(ZBuffer* buffer) noexcept;
-    /// Milliseconds in which three quarters of an error would be gone at one update a block; below
-    /// 0 counts as 0, which is at once. [audio thread]
+    /// Milliseconds after which a quarter of an error is left, at one update a block; 0 and below
+    /// correct at once. [audio thread]
     virtual void SetCorrectionTime(float ms) noexcept;
-    /// Range of voices to look for, in Hz, clamped to 20 .. 400 and 300 .. 1500. In force from the
-    /// next block on. [audio thread]
+    /// Range of the pitch detection in Hz, clamped to 20 .. 400 and 300 .. 1500; takes effect with
+    /// the next block. [audio thread]
     virtual void SetFrequencyRange(float minHz, float maxHz) noexcept;
-    /// Any call starts again from no correction, with no glide. [audio thread]
+    /// Switches correction. Every call, also one to the same state, restarts without correction.
+    /// [audio thread]
     virtual void SetCorrectionEnabled(bool enabled) noexcept;
-    /// What the detector hears: 0 left, 1 right, any other value both summed. [audio thread]
+    /// Input of the pitch detection: 0 left, 1 right, any other value the sum of both.
+    /// [audio thread]
     virtual void SetPitchReference(std::int16_t reference) noexcept;
     virtual void SetTransposeEnabled(bool enabled) noexcept;
 
-    /// The correction in force, in cents, without the pitch shift.
+    /// The correction of the newest grain in cents, without the pitch shift. [audio thread]
     [[nodiscard]] virtual float GetCorrectionCents() const noexcept;
-    /// Pitch of the newest grain as it was sung and as it is put out, in Hz.
+    /// Pitch of the newest grain in the input and in the output, in Hz. [audio thread]
     [[nodiscard]] virtual float GetInputPitch() const noexcept;
     [[nodiscard]] virtual float GetOutputPitch() const noexcept;
-    /// Samples from input to output.
+    /// Samples from input to output; 0 before Initialize and after it failed. [any thread]
     [[nodiscard]] virtual int GetLatency() const noexcept;
 
-    /// Makes the engine ready for a rate in Hz and a block in samples. False when memory is short
-    /// or the geometry does not take them; the engine must not run then. Throws what the factories
-    /// of the transform and of ZGain throw. [setup]
+    /// Prepares the engine for a rate in Hz and a block size in samples. Returns false if memory is
+    /// short or KestruneGeometry does not support them; Process must not be called then. Throws
+    /// ZException as the factories of ZFourierTransform and ZGain do. [setup]
     [[nodiscard]] virtual bool Initialize(float sampleRate, int blockSize);
-    /// Forgets the sound: rings, comb and correction. The stream's clock and the records of the
-    /// analysis go on. [audio thread]
+    /// Clears the sound: ring buffers, pitch candidates and correction. Stream position, marks and
+    /// analysis records stay. [audio thread]
     virtual void Reset() noexcept;
-    /// Reallocates when the value is new; results and exceptions as of Initialize. [setup]
+    /// Allocates again if the value is new; results and exceptions as of Initialize. [setup]
     [[nodiscard]] virtual bool SetSampleRate(float sampleRate);
     [[nodiscard]] virtual bool SetBlockSize(int blockSize);
 
 protected:
     [[nodiscard]] virtual bool AllocateBuffers();
-    /// Finds the pitch of the newest frame and repairs the record four blocks back.
+    /// Detects the pitch of the newest frame and repairs the record that is four blocks old.
     virtual void AnalyzeFrame() noexcept;
-    /// Places grains up to the synthesis horizon.
+    /// Places grains up to the stream position.
     virtual void SynthesizeStereo() noexcept;
-    /// Ratio that takes a voice at frequency, in Hz, towards its target.
+    /// Pitch ratio that moves a voice at frequency, in Hz, towards its target.
     virtual float ComputeCorrectionRatio(float frequency, float hold) noexcept;
 
 private:
@@ -104,7 +110,7 @@ private:
     [[nodiscard]] bool IsAllocated() const noexcept { return mGeometry.fftSize > 0; }
     void UpdateRange() noexcept;
     [[nodiscard]] KestruneSpectrum::Band AnalysedBand() const noexcept;
-    /// Moves the input mark by periods to the place nearest the output mark.
+    /// Moves the input mark by whole periods as near to the output mark as possible.
     VoiceAtMark MoveInputMark() noexcept;
     [[nodiscard]] int GrainLength(float period, float ratio) const noexcept;
 
@@ -113,11 +119,11 @@ private:
     float mMinFrequency = 100.0f;  // lowest candidate, Hz
     float mMaxFrequency = 1300.0f;
     float mSpectrumTop = 1950.0f;  // upper edge of the analysed band, Hz
-    int mShortestPeriod = 0;       // of the range in force, in samples
+    int mShortestPeriod = 0;       // of the frequency range, in samples
     int mLongestPeriod = 0;
-    KestruneGeometry mGeometry;
+    KestruneGeometry mGeometry;  // all 0 while the engine must not run
 
-    KestruneStereoRing mInputRing;  // a stream position p lives at p modulo the length
+    KestruneStereoRing mInputRing;  // stream position p has index p modulo the length
     int mInputWritePos = 0;
     std::int16_t mPitchReference = 0;
     KestruneSpectrum mSpectrum;
@@ -125,11 +131,11 @@ private:
     float mVoicing = 1.0f;  // of the newest frame, 0 .. 1
     float mDetectedFrequency = 700.0f;
     KestruneRecordRing mRecords;
-    std::int64_t mStreamPos = 0;  // marks up to here are synthesised in the current block
+    std::int64_t mStreamPos = 0;  // synthesis horizon: the block places grains up to here
 
-    double mInputMark = 0.0;  // current mark in the input, in stream samples
-    double mOutputMark = 0.0;
-    KestruneStereoRing mOutputRing;  // a sum of grains
+    double mInputMark = 0.0;         // newest pitch mark of the input, a stream position
+    double mOutputMark = 0.0;        // next pitch mark of the output, a stream position
+    KestruneStereoRing mOutputRing;  // sum of the grains
     int mOutputReadPos = 0;
     KestruneGrain mGrain;
     float mPitchShift = 0.0f;  // octaves
