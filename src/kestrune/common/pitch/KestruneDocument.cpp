@@ -15,6 +15,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <atomic>
+#include <cassert>
 #include <optional>
 #include <span>
 #include <utility>
@@ -50,24 +51,24 @@ boost::shared_ptr<ZElement> makeChoice(const char* name, const Labels& labels,
     return element;
 }
 
-/// Stores a value of this document's own making. Its observers hear of it in the same run of the
-/// queue, so that a choice reaches the engine within one tick.
+/// Sets a value that follows from another element, and notifies its observers in the same run of
+/// the message queue, so that a choice reaches the engine within one tick.
 void store(ZElement& element, float value)
 {
     element.SetZFloat(value, false);
     element.FlushMark(nullptr);
 }
 
-/// The degree of the scale that a note is, 0 for the root; nothing for a key that there is not.
+/// The degree of the scale for a MIDI note, 0 for the root; none if key is out of range.
 std::optional<std::int32_t> degreeOf(std::uint8_t note, std::int32_t key)
 {
-    constexpr std::int32_t kKeyOfC = 3;  // keys count from A, notes of MIDI from C
+    constexpr std::int32_t kKeyOfC = 3;  // keys count from A, MIDI notes from C
     if (key < 0 || key >= kDegrees)
         return std::nullopt;
     return (note % kDegrees + kKeyOfC - key + kDegrees) % kDegrees;
 }
 
-/// Bit by bit, so that no two switchings, from whatever threads, become one.
+/// Toggles a flag by compare-and-exchange, so that no change by another thread is lost.
 void switchFlag(float& flag)
 {
     const std::atomic_ref<float> shared(flag);
@@ -87,7 +88,7 @@ std::vector<std::int32_t> degreesIn(ZElement& notes)
     return degreesOf(flags);
 }
 
-/// The name that the user gives a scale, asked for until there is one; nothing after a Cancel.
+/// Asks for a name until the user enters one; none if the user cancels.
 std::optional<ZString> askForName(ZApplication* application, const ZString& editedScale)
 {
     KestruneNameScaleDialog dialog(application, "SaveCustomScale", editedScale);
@@ -117,7 +118,7 @@ KestruneDocument::KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml,
             element->AddObserver(this);
 }
 
-// The host's list of parameters may keep elements for longer than the document is there.
+// The host's list of parameters may keep elements alive longer than the document.
 KestruneDocument::~KestruneDocument()
 {
     for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose})
@@ -150,7 +151,7 @@ void KestruneDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
     switch (message->GetId()) {
     case ZMIDINOTEON:
-        return TakeNote(*message);
+        return HandleNoteOn(*message);
     case ZMIDINOTEOFF:
         return;
     case ZPRESETLOADBEGIN:
@@ -190,16 +191,17 @@ void KestruneDocument::ShiftByChoices()
           formantShiftCents(mFormantTranspose->GetDiscrete(), mPitchShift->GetZFloat()));
 }
 
-// The bay puts the shifts back; choices that stayed would tell the user of shifts that are gone.
+// The bay resets the shifts, so the choices must be reset too, or the window would show shifts that
+// are not in force.
 void KestruneDocument::SetChoicesToDefaults()
 {
     for (const auto& choice : {mPitchTranspose, mFormantTranspose})
         choice->SetDiscrete(choice->GetDiscreteDefault(), false);
 }
 
-// Notes of MIDI, which come on the audio thread: the scale hears of the mark at the next tick.
+// MIDI notes come on the audio thread; the bay is notified of the change at the next tick.
 
-void KestruneDocument::TakeNote(const ZMessage& message)
+void KestruneDocument::HandleNoteOn(const ZMessage& message)
 {
     constexpr std::int32_t kListen = 1;
     std::uint8_t note = 0;
@@ -212,6 +214,7 @@ void KestruneDocument::TakeNote(const ZMessage& message)
 
 void KestruneDocument::SwitchDegree(std::int32_t degree)
 {
+    assert(degree > 0 && degree < kDegrees);
     ZBuffer& notes = *mNotesInScale->GetZBuffer();
     if (static_cast<std::uint32_t>(degree) >= notes.Length())
         return;
@@ -223,7 +226,7 @@ void KestruneDocument::SwitchDegree(std::int32_t degree)
 
 void KestruneDocument::CancelCustomScale()
 {
-    // The notice brings back the notes of the scale.
+    // The notification makes the bay show the notes of the scale again.
     if (mScale)
         mScale->SetDiscrete(mScale->GetDiscrete(), false);
 }

@@ -11,41 +11,44 @@
 namespace orvane
 {
 
-/// The product's document. It ties what the user chooses to what the engine knows: transpositions
-/// become shifts in cents, notes of MIDI switch the notes of the scale, and edited notes become a
-/// custom scale with a name. [interface thread, but where it says otherwise]
+/// The product's document. It translates the user's choices to elements of the pitch bay: a choice
+/// of transposition becomes shifts in cents, a MIDI note switches a note of the scale, and edited
+/// notes become a custom scale with a name. [interface thread] unless stated otherwise.
 ///
-/// A preset holds the choices and the shifts, and the shifts may be others than the choices mean:
-/// while one is loaded, the shifts stay as they are restored.
+/// A preset holds both the choices and the shifts, and the shifts may differ from what the choices
+/// stand for: while a preset is loaded, a restored choice does not change the shifts.
 class KestruneDocument : public ZPluginPresetsAudioDocument
 {
 public:
-    /// As ZPluginPresetsAudioDocument; then makes `pitchTranspose` and `formantTranspose`. [setup]
+    /// Reads xml as ZPluginPresetsAudioDocument does, then makes `pitchTranspose` and
+    /// `formantTranspose`. [setup]
     KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~KestruneDocument() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZMIDINOTEON: switches a note of the scale [audio thread included]. ZSETDEFAULTS: the choices
-    /// too. KESTRUNECUSTOMSCALEDONE: SaveCustomScale; KESTRUNECUSTOMSCALECANCEL: the chosen scale
-    /// is put back. The rest as ZPluginPresetsAudioDocument.
+    /// ZMIDINOTEON switches a note of the scale; it may come on the [audio thread]. ZSETDEFAULTS
+    /// resets the choices too. KESTRUNECUSTOMSCALEDONE calls SaveCustomScale,
+    /// KESTRUNECUSTOMSCALECANCEL restores the notes of the chosen scale. All other messages go to
+    /// ZPluginPresetsAudioDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     void ElementChanged(std::uint64_t elementId) override;
     using ZPluginPresetsAudioDocument::ElementChanged;
 
-    /// Makes a custom scale of the edited notes, under a name that the user is asked for, and
-    /// chooses it. Nothing without a pitch bay, or when the user cancels. Waits for the user.
+    /// Asks the user for a name, adds the edited notes as a custom scale of that name, and chooses
+    /// it. Does nothing if there is no pitch bay or the user cancels. Returns when the user has
+    /// answered.
     virtual void SaveCustomScale();
 
 private:
     void MakeChoices(ZApplication* application);
-    void TakeNote(const ZMessage& message);
+    void HandleNoteOn(const ZMessage& message);
     void SwitchDegree(std::int32_t degree);
     void SetChoicesToDefaults();
     void ShiftByChoices();
     void CancelCustomScale();
 
-    // Null where the description, or the bay, has no such element.
+    // Null if neither the description nor the bay has such an element.
     boost::shared_ptr<ZElement> mNotesInScale;
     boost::shared_ptr<ZElement> mKey;
     boost::shared_ptr<ZElement> mScale;
@@ -55,7 +58,7 @@ private:
     boost::shared_ptr<ZElement> mFormantShift;
     boost::shared_ptr<ZElement> mTransposeOnOff;
     boost::shared_ptr<ZElement> mAcceptMIDI;
-    bool mIsLoading = false;  // between the begin and the end of a preset's load
+    bool mIsLoading = false;  // between ZPRESETLOADBEGIN and ZPRESETLOADEND
 };
 
 }  // namespace orvane

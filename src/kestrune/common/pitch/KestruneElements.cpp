@@ -22,8 +22,8 @@ constexpr float kCentsPerOctave = 1200.0f;
 
 constexpr std::array<std::string_view, 2> kNoYes{"No", "Yes"};
 
-/// How an element is made. Labels: null for none. Ranges serve the views; a buffer's is that of its
-/// samples.
+/// Properties of an element. A null label is not set. min and max are the range of views, of a
+/// buffer element that of its samples.
 struct Definition
 {
     const char* name;
@@ -159,6 +159,7 @@ constexpr std::array<Definition, KestruneElements::kElementCount> kDefinitions{{
     {.name = "currentScaleIndex", .type = kFloat, .defaultValue = 1.0f},
 }};
 
+/// The elements that SetDefaults sets, in the order of their notifications.
 constexpr std::array kOrderOfDefaults{
     KestruneElements::kPitchShift,
     KestruneElements::kFormantShift,
@@ -206,15 +207,14 @@ boost::shared_ptr<ZElement> makeElement(const Definition& definition, ZLooper* l
     element->SetUnits(definition.units);
     element->SetArchivable(definition.isSaved);
     element->SetExposed(definition.isHostParameter);
-    // Nobody has changed a value yet; a notice of the custom scales would empty their table.
+    // A notification of the initial values would clear the table of custom scales.
     element->ClearMarkedChanged();
     return element;
 }
 
-/// The value, or the other one where there is no number.
-float numberOr(float value, float other)
+float valueOrIfNaN(float value, float replacement)
 {
-    return std::isnan(value) ? other : value;
+    return std::isnan(value) ? replacement : value;
 }
 
 }  // namespace
@@ -284,7 +284,7 @@ void KestruneElements::ShowMeasured(float correctionCents, float inputHz, float 
     mElements[kOutputPitch]->SetZFloat(outputHz, false);
 }
 
-void KestruneElements::ShowNothing()
+void KestruneElements::ClearDisplays()
 {
     for (const Index index : kDisplays)
         if (mElements[index]->GetZFloat() != 0.0f)
@@ -343,21 +343,22 @@ bool KestruneElements::IsOn(Index index) const
 
 float KestruneElements::Octaves(Index index) const
 {
-    const float cents = numberOr(mElements[index]->GetZFloat(), kDefinitions[index].defaultValue);
+    const float cents =
+        valueOrIfNaN(mElements[index]->GetZFloat(), kDefinitions[index].defaultValue);
     return std::clamp(cents, -kCentsPerOctave, kCentsPerOctave) / kCentsPerOctave;
 }
 
 float KestruneElements::CorrectionTimeMs() const
 {
     const float time = mElements[kPitchCorrectionTime]->GetZFloat();
-    return std::max(numberOr(time, kDefinitions[kPitchCorrectionTime].defaultValue), 0.0f);
+    return std::max(valueOrIfNaN(time, kDefinitions[kPitchCorrectionTime].defaultValue), 0.0f);
 }
 
 float KestruneElements::ReferenceHz() const
 {
-    // Only the pitch class of the reference counts, so the key may be taken into one octave.
+    // The reference may lie in any octave, so the key is reduced to one octave.
     const std::int32_t key = mElements[kKey]->GetDiscrete() % kDegrees;
-    const float detune = numberOr(mElements[kDetune]->GetZFloat(), 0.0f);
+    const float detune = valueOrIfNaN(mElements[kDetune]->GetZFloat(), 0.0f);
     return referenceFrequency(key < 0 ? key + kDegrees : key,
                               std::clamp(detune, -kCentsPerOctave, kCentsPerOctave));
 }
@@ -376,8 +377,8 @@ int KestruneElements::NamedScaleCount() const
 
 std::int32_t KestruneElements::ArchivedScale() const
 {
-    constexpr float kMost = 1e6f;  // far beyond any list, and an integer can hold it
-    const float scale = numberOr(mElements[kCurrentScaleIndex]->GetZFloat(), 0.0f);
+    constexpr float kMost = 1e6f;  // larger than any list, and an int32 can hold it
+    const float scale = valueOrIfNaN(mElements[kCurrentScaleIndex]->GetZFloat(), 0.0f);
     return static_cast<std::int32_t>(std::clamp(scale, -kMost, kMost));
 }
 

@@ -16,15 +16,16 @@
 namespace orvane
 {
 
-/// The parameters and displays of the pitch bay, and what the engine is to be told of them. An
-/// element keeps whatever was stored in it; values that would break the engine stop here.
+/// The elements of the pitch bay, its parameters and displays, and their translation to engine
+/// settings. An element keeps any value that was stored in it; the translation replaces values that
+/// the engine could not work with.
 ///
-/// Reading and writing values: [any thread], copies of samples: [any but audio thread]. All else
-/// holds the interface lock.
+/// Values are read and written on [any thread], samples copied on [any thread but the audio
+/// thread]. All other functions are called under the interface lock.
 class KestruneElements
 {
 public:
-    /// In the order of the bay's list, which is that of archives and of the host's parameters.
+    /// The order of the bay's elements, and so of archives and of host parameters.
     enum Index : std::size_t
     {
         kPitchShift,
@@ -53,42 +54,43 @@ public:
     };
     using List = std::array<boost::shared_ptr<ZElement>, kElementCount>;
 
-    /// Makes the elements; the looper may be null.
+    /// Makes the elements; looper delivers their notifications and may be null. [setup]
     explicit KestruneElements(ZLooper* looper);
 
     [[nodiscard]] ZElement& operator[](Index index) const noexcept { return *mElements[index]; }
     [[nodiscard]] const List& GetList() const { return mElements; }
-    /// The element that a message names by its "elementid"; nothing for any other number.
+    /// The element with this id, the field "elementid" of messages; none if it is not one of these.
     [[nodiscard]] std::optional<Index> Find(std::uint64_t elementId) const;
 
-    /// Enters the observer with every element whose changes concern the bay, and takes it off.
+    /// Adds the observer to every element whose changes matter to the bay; RemoveObserver removes
+    /// it from all.
     void AddObserver(ZHandler* observer);
     void RemoveObserver(const ZHandler* observer);
 
-    /// Gives the parameters and displays their defaults, with notification. Scale names, custom
-    /// scales and edited notes stay: the notice of `scale` brings the notes back in step.
+    /// Sets parameters and displays to their defaults, with notification. Scale names, custom
+    /// scales and edited notes stay; the notification of `scale` updates the notes.
     void SetDefaults();
-    /// The displays show their defaults. [audio thread]
+    /// Sets the displays to their defaults. [audio thread]
     void ResetDisplays();
-    /// What the engine has measured, in cents and Hz. [audio thread]
+    /// Sets the displays to what the engine measured, in cents and Hz. [audio thread]
     void ShowMeasured(float correctionCents, float inputHz, float outputHz);
-    /// The displays show 0; those that do so already are not notified again. [audio thread]
-    void ShowNothing();
+    /// Sets the displays to 0, without notification of those that are 0 already. [audio thread]
+    void ClearDisplays();
 
-    /// Takes over what the element says to the engine; false when it says nothing by itself, as
-    /// those of scales do.
+    /// Updates the setting that follows from one element. Returns false if none does; the tones
+    /// follow from several elements, which the bay combines.
     bool ReadSetting(Index index, KestruneEngineSettings& settings) const;
-    /// What all elements say, but for the tones.
+    /// The settings that follow from all elements, without the tones.
     [[nodiscard]] KestruneEngineSettings ReadSettings() const;
 
-    /// Custom scales that have a name.
+    /// Number of custom scales that have a name.
     [[nodiscard]] int NamedScaleCount() const;
-    /// The archived value of `scale`, which any preset may have written.
+    /// The value of `scale` that a preset restored into `currentScaleIndex`; any integer.
     [[nodiscard]] std::int32_t ArchivedScale() const;
 
-    /// A copy of a buffer element's samples, which other threads may be writing.
+    /// Copies the samples of a buffer element; other threads may be writing them.
     [[nodiscard]] std::vector<float> CopySamples(Index index) const;
-    /// Stores as many samples as both have, without notification.
+    /// Stores samples without notification, as many as fit the element.
     void StoreSamples(Index index, std::span<const float> samples) const;
 
 private:

@@ -11,9 +11,9 @@ namespace
 
 using Settings = KestruneEngineSettings;
 
-/// Tells the engine every setting whose field isNew names.
+/// Applies every setting for whose field isNew returns true.
 template <class IsNew>
-void tell(PsolaClass& engine, const Settings& settings, const IsNew& isNew) noexcept
+void apply(PsolaClass& engine, const Settings& settings, const IsNew& isNew) noexcept
 {
     if (isNew(&Settings::pitchShiftOctaves))
         engine.SetPitchShift(settings.pitchShiftOctaves);
@@ -43,7 +43,7 @@ void KestruneEngineControl::ApplyAll(PsolaClass& engine) noexcept
 {
     if (const Settings* const newest = mMailbox.TakeNewest())
         mInForce = *newest;
-    tell(engine, mInForce, [](auto) { return true; });
+    apply(engine, mInForce, [](auto) { return true; });
 }
 
 void KestruneEngineControl::ApplyChanges(PsolaClass& engine) noexcept
@@ -51,7 +51,7 @@ void KestruneEngineControl::ApplyChanges(PsolaClass& engine) noexcept
     const Settings* const newest = mMailbox.TakeNewest();
     if (!newest)
         return;
-    tell(engine, *newest, [&](auto field) { return newest->*field != mInForce.*field; });
+    apply(engine, *newest, [&](auto field) { return newest->*field != mInForce.*field; });
     mInForce = *newest;
 }
 

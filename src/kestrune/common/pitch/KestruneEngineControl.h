@@ -9,26 +9,27 @@ namespace orvane
 
 class PsolaClass;
 
-/// Brings settings from the interface to an engine that may be running: whole, and between two
-/// blocks. One thread at a time posts, one at a time applies.
+/// Passes settings from the interface to an engine that may be running: as a whole, and between two
+/// blocks. At most one thread at a time posts, and at most one applies.
 class KestruneEngineControl
 {
 public:
-    /// In force from the next block on. [interface lock]
+    /// Makes the settings those of the next block. [any thread but the audio thread, under the
+    /// interface lock]
     void Post(const KestruneEngineSettings& settings) noexcept { mMailbox.Post(settings); }
 
-    /// Tells a new engine all of the newest settings. [setup]
+    /// Applies the newest settings to a new engine. [setup]
     void ApplyAll(PsolaClass& engine) noexcept;
-    /// Tells the engine what is new: some setters are not free, others start something.
-    /// [audio thread]
+    /// Applies the settings that changed, and no others: some setters of the engine are slow, and
+    /// SetCorrectionEnabled restarts the correction. [audio thread]
     void ApplyChanges(PsolaClass& engine) noexcept;
 
-    /// What the engine has been told last. [audio thread]
+    /// The settings applied last. [audio thread]
     [[nodiscard]] const KestruneEngineSettings& InForce() const noexcept { return mInForce; }
 
 private:
     ZMailbox<KestruneEngineSettings> mMailbox;
-    KestruneEngineSettings mInForce;  // of the applying side
+    KestruneEngineSettings mInForce;  // written and read by the applying thread only
 };
 
 }  // namespace orvane

@@ -10,24 +10,24 @@ namespace orvane
 
 class ZBuffer;
 
-/// All that the engine is told by its user, in the units of the engine's setters.
+/// The user's settings of the engine, in the units of the engine's setters.
 struct KestruneEngineSettings
 {
     bool correctionOn = false;
     bool transposeOn = false;
-    /// Times that correction was switched: each switch starts again from no correction, also one
-    /// to the state that was.
+    /// Counts the times that correction was switched: a switch to the same state, too, restarts the
+    /// correction.
     std::uint32_t correctionSwitches = 0;
     float pitchShiftOctaves = 0.0f;
     float formantShiftOctaves = 0.0f;
     float correctionTimeMs = 50.0f;
     float referenceHz = 440.0f;
     KestruneTones tones;
-    ZBuffer* ignoredNotes = nullptr;  // not owned; twelve flags
+    ZBuffer* ignoredNotes = nullptr;  // twelve flags, not owned
     KestruneSourceRange range{73.0f, 1318.0f};
     std::int16_t pitchReference = 2;
 
-    /// The engine is needed; without it the voice passes as it is.
+    /// Whether the engine processes the voice; otherwise the voice is only delayed.
     [[nodiscard]] bool IsWet() const noexcept { return correctionOn || transposeOn; }
 };
 

@@ -8,8 +8,8 @@
 namespace orvane
 {
 
-/// The product's own messages, which its commands send to the document: they end the editing of a
-/// custom scale. Descriptions can name them.
+/// The product's own messages: commands send them to the document to end the editing of a custom
+/// scale. A description can use their names.
 enum KestruneMessageId : std::int32_t
 {
     KESTRUNECUSTOMSCALEDONE = ZUSERMESSAGESTART,

@@ -32,7 +32,7 @@ KestruneNameScaleDialog::KestruneNameScaleDialog(ZApplication* application,
 
 bool KestruneNameScaleDialog::Run()
 {
-    // A copy: the dialog may be on for long, and the runner be replaced meanwhile.
+    // A copy, because SetRunner may be called while the dialog runs.
     const Runner run = currentRunner();
     ZString name = mName;
     if (!run || !run(mApplication, mResourceName, name))

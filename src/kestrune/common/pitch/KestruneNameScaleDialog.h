@@ -11,32 +11,32 @@ namespace orvane
 
 class ZApplication;
 
-/// Asks the user for the name of a custom scale. The views of the product set the
-/// runner that shows their window; tests put one of their own in its place. Without a runner, and
-/// where there is no display the dialog counts as cancelled: nothing ever waits for an answer that
-/// cannot come. [interface thread]
+/// Asks the user for the name of a custom scale. The dialog's window belongs to a higher row, so a
+/// function that runs it is set here: the product's views set theirs, tests another one. Without
+/// such a function or without a display the dialog counts as cancelled. [interface thread]
 class KestruneNameScaleDialog
 {
 public:
-    /// Shows the dialog of that resource with the name in its field until the user ends it. On OK
-    /// true, with the field's text as the name; on Cancel, and when the application ends it, false.
+    /// Runs the dialog of the resource with name in its field until the user ends it. Returns true
+    /// on OK, with the field's text in name; false on Cancel and when the application ends.
     using Runner =
         std::function<bool(ZApplication* application, const ZString& resourceName, ZString& name)>;
 
-    /// The name to begin with is that of the scale that was edited, and says that this is a copy.
-    /// The application, which may be null, is the one that the dialog belongs to.
+    /// Offers scaleName, the name of the scale that was edited, followed by " (copy)". application
+    /// is the one that the dialog belongs to, or null.
     KestruneNameScaleDialog(ZApplication* application, const ZString& resourceName,
                             const ZString& scaleName);
 
-    /// Whether the user says OK; the name is then the user's, of kMaxNameUnits at most.
+    /// Runs the dialog. Returns true if the user presses OK; the name is then the user's, cut to
+    /// kMaxNameUnits.
     [[nodiscard]] bool Run();
     [[nodiscard]] const ZString& GetName() const { return mName; }
 
-    /// Replaces the runner and gives back the one before; with an empty one Run answers Cancel.
-    /// [interface thread, or setup]
+    /// Sets the function that runs the dialog and returns the previous one; with an empty function
+    /// Run returns false. [interface thread, or setup]
     static Runner SetRunner(Runner runner);
 
-    static constexpr std::int32_t kMaxNameUnits = 256;
+    static constexpr std::int32_t kMaxNameUnits = 256;  // UTF-16 code units, as in the window
 
 private:
     ZApplication* mApplication;

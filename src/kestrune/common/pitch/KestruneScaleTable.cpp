@@ -42,8 +42,10 @@ void flagDegrees(std::span<float> flags, std::span<const std::int32_t> degrees)
     assert(flags.size() == kDegrees);
     std::fill(flags.begin(), flags.end(), 0.0f);
     flags[0] = kSet;
-    for (const std::int32_t degree : degrees)
+    for (const std::int32_t degree : degrees) {
+        assert(isDegree(degree));
         flags[static_cast<std::size_t>(degree)] = kSet;
+    }
 }
 
 void KestruneScaleTable::AddBuiltInScales()

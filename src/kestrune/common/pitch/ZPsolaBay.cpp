@@ -73,11 +73,11 @@ boost::shared_ptr<ZBay> ZPsolaBay::Clone()
 
 // Setting up.
 
-/// Does not follow the host's blocks, so that the engine's work and latency are the same
-/// everywhere.
+/// The block does not depend on the host's block size, so that the engine's output and latency are
+/// the same in every host.
 std::int32_t ZPsolaBay::BlockAtRate() const
 {
-    // For a rate that no engine takes the block only has to be one.
+    // Rates that the engine does not support need any valid block size.
     constexpr float kMost = 65536.0f;
     const float samples = GetSampleRate() * kBlockSeconds + 0.5f;
     return static_cast<std::int32_t>(std::max(1.0f, std::min(samples, kMost)));
@@ -93,10 +93,10 @@ bool ZPsolaBay::Prepare()
     mEngine = makeEngine(GetSampleRate(), GetBlockSize());
     if (!mEngine)
         return false;
-    TakeLatency(*mEngine);
+    UpdateLatency(*mEngine);
     MakeDelayLines();
     SetDefaults();
-    // The notices of the defaults have yet to come, the first block need not wait for them.
+    // The notifications of the defaults come later; the first block already uses the defaults.
     mSettings = mElements.ReadSettings();
     mSettings.tones =
         tonesOf(mScaleTable.Degrees(mElements[KestruneElements::kScale].GetDiscrete()),
@@ -117,16 +117,16 @@ void ZPsolaBay::SampleRateChanged()
     mEngineRuns = false;
     mDelay = {};
     SetBlockSize(BlockAtRate());
-    // In one step: between the two an engine would have a rate and a block that do not go together.
+    // One call for both: setting one after the other could make an unsupported combination.
     mEngineRuns = mEngine->Initialize(GetSampleRate(), GetBlockSize());
     if (mEngineRuns)
-        TakeLatency(*mEngine);
+        UpdateLatency(*mEngine);
     else
         SetLatency(mEngineLatency);
     MakeDelayLines();
 }
 
-void ZPsolaBay::TakeLatency(const PsolaClass& engine)
+void ZPsolaBay::UpdateLatency(const PsolaClass& engine)
 {
     mEngineLatency = engine.GetLatency();
     SetLatency(mEngineLatency);
@@ -170,7 +170,7 @@ void ZPsolaBay::SetPitchRange(int sourceType)
     PostSettings();
 }
 
-// Changes of elements. Those of scales are in ZPsolaBayScales.cpp.
+// Changes of elements. Those that concern scales are in ZPsolaBayScales.cpp.
 
 void ZPsolaBay::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
@@ -216,12 +216,12 @@ void ZPsolaBay::ProcessBlock() noexcept
         return ZBlockProcessingBay::ProcessBlock();
     if (mEngineRuns)
         mControl.ApplyChanges(*mEngine);
-    TakeState(mEngineRuns && mControl.InForce().IsWet());
+    SetWet(mEngineRuns && mControl.InForce().IsWet());
     const bool isChanging = mChangeCount < mEngineLatency;
     if (isChanging)
         mChangeCount += GetBlockSize();
-    // While the state changes both paths run, the new one first: the old one, which is still on the
-    // air, replaces its output.
+    // During a change both paths run. The new path runs first; the old path, which is still heard,
+    // overwrites its output.
     if (mIsWet) {
         RunEngine();
         if (isChanging)
@@ -232,11 +232,11 @@ void ZPsolaBay::ProcessBlock() noexcept
         RunDelay();
         if (isChanging)
             RunEngine();
-        mElements.ShowNothing();
+        mElements.ClearDisplays();
     }
 }
 
-void ZPsolaBay::TakeState(bool isWet) noexcept
+void ZPsolaBay::SetWet(bool isWet) noexcept
 {
     if (isWet == mIsWet)
         return;
@@ -248,7 +248,7 @@ void ZPsolaBay::RunEngine() noexcept
 {
     if (!mEngineRuns)
         return;
-    // A single channel stands for both, which then come out alike.
+    // A single channel is processed as two equal ones, whose outputs are equal too.
     const std::int32_t second = GetChannelCount() - 1;
     const float* const inputs[] = {InputBlock(0).Data(), InputBlock(second).Data()};
     float* const outputs[] = {OutputBlock(0).Data(), OutputBlock(second).Data()};

@@ -21,64 +21,67 @@ class PsolaClass;
 class ZDelayBuffer;
 class ZString;
 
-/// The pitch engine as a bay: it carries the engine's parameters as elements, runs the engine on
-/// fixed blocks of 11.6 ms whatever the host's blocks are, and shows what the engine measures.
+/// The bay that runs the pitch engine. It holds the engine's parameters as elements, runs the
+/// engine on blocks of 11.6 ms whatever the host's block size, and shows what the engine measures.
 ///
-/// With neither correction nor transposition on, the voice passes a delay line of the engine's
-/// latency, bit by bit, and the engine rests. A change goes from one path to the other without a
-/// fade: for one latency, counted in whole blocks, both run and the old one stays on the air.
+/// With correction and transposition off the output is dry: the input, bit for bit, delayed by the
+/// engine's latency; the engine does not run. A change between the engine and the dry path has no
+/// fade: both run for one latency, counted in whole blocks, and the output changes at its end.
 ///
-/// Elements are set on any thread. Their notices come to HandleZMessage, which gathers settings;
-/// ProcessBlock takes these over between blocks. All but ProcessBlock and Reset holds the interface
-/// lock; what is marked [setup] never overlaps a pass.
+/// Elements are set on any thread. Their notifications come to HandleZMessage, which collects the
+/// settings for the engine; ProcessBlock applies them between blocks. All functions but
+/// ProcessBlock and Reset are called under the interface lock; those marked [setup] never run at
+/// the same time as a pass of the host's audio thread.
 class ZPsolaBay : public ZBlockProcessingBay
 {
 public:
-    /// One or two channels, by numchannels; no engine before Prepare. Throws as its base. [setup]
+    /// The attribute numchannels gives one or two channels. The engine is made by Prepare. Throws
+    /// as ZBlockProcessingBay. [setup]
     ZPsolaBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZPsolaBay() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Packs the custom scales into their element first.
+    /// Packs the custom scales into their element before it writes the elements.
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
-    /// Lets the change of an element take effect.
+    /// ZELEMENTCHANGED applies the new value of an element.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// With the scales of this bay and elements of its own, which are as new.
+    /// The clone has the scales of this bay, and elements with their initial values.
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
-    /// Throws ZException 2 when there is no memory. When the engine does not take the rate, the bay
-    /// stays dry and keeps its latency. [setup]
+    /// Throws ZException 2 if memory is short. If the engine does not support the rate, the output
+    /// stays dry and the latency unchanged. [setup]
     void SampleRateChanged() override;
     void SetDefaults() override;
-    /// A new engine; all elements at their defaults. False when there can be no engine; the voice
-    /// then passes by itself. Throws ZException 2 when there is no memory for the rest. [setup]
+    /// Makes a new engine and sets all elements to their defaults. Returns false if there can be no
+    /// engine; the input then passes unchanged. Throws ZException 2 if memory for the delay lines
+    /// is short. [setup]
     bool Prepare() override;
-    /// Forgets all sound. Some hosts suspend on the audio thread: of its own it neither allocates
-    /// nor waits. [setup]
+    /// Clears the sound in engine and delay lines. Some hosts suspend on the audio thread, so it
+    /// neither allocates nor waits. [setup]
     void Reset() override;
     void ProcessBlock() noexcept override;
 
-    /// Adds a scale of the user behind the others; it is saved as long as the archive has room,
-    /// and the user hears when it is full. Numbers that are no degrees of 0 .. 11 are left out.
+    /// Appends a custom scale; numbers outside 0 .. 11 are ignored. Tells the user in a message box
+    /// when the archive is full and further scales will not be saved.
     virtual void AddCustomScale(const ZString& name, std::span<const std::int32_t> degrees);
-    /// Fills the empty table with the built-in scales.
+    /// Fills the empty scale table with the built-in scales.
     virtual void BuildScaleTable();
-    /// Puts a scale in force, and shows its notes in `notesInScale`. An index that is not there
-    /// counts as 0; a negative scale is the one that `notesInScale` holds.
+    /// Sets the engine's tones from a scale and shows its notes in `notesInScale`. An index beyond
+    /// the table counts as 0; a negative index means the notes that `notesInScale` holds.
     virtual void ApplyScale(int scaleIndex, int intonationIndex);
-    /// Range of voices, a value of `sourceType`.
+    /// Sets the range of the pitch detection; sourceType is a value of the element `sourceType`.
     virtual void SetPitchRange(int sourceType);
 
-    /// Rebuilds the custom scales from `customScaleTones`, as far as they have names.
+    /// Rebuilds the custom scales from `customScaleTones`, as many as have names.
     void RestoreCustomScales();
-    /// Makes the choices of `scale` anew: the built-in names, then the custom ones.
+    /// Rebuilds the choices of `scale`: the built-in names, then the custom ones.
     void RebuildScaleNames();
-    /// Writes `currentScaleIndex` and `customScaleTones`, silently.
+    /// Writes `currentScaleIndex` and `customScaleTones` without notification.
     void PackCustomScales() const;
 
 private:
     [[nodiscard]] std::int32_t BlockAtRate() const;
-    void TakeLatency(const PsolaClass& engine);
+    void UpdateLatency(const PsolaClass& engine);
     void MakeDelayLines();
     void PostSettings();
 
@@ -90,25 +93,25 @@ private:
     void ApplyChosenScale();
     void ApplyNotes();
     void SetScaleModified(bool modified);
-    /// Tells all observers but this bay.
+    /// Notifies all observers of an element except this bay.
     void NotifyOthers(KestruneElements::Index index);
     void ShowNotes(std::span<const std::int32_t> degrees);
 
-    void TakeState(bool isWet) noexcept;
+    void SetWet(bool isWet) noexcept;
     void RunEngine() noexcept;
     void RunDelay() noexcept;
 
-    // The pass's own, but for [setup].
-    bool mIsWet = false;
-    std::int32_t mChangeCount = 0;    // samples since the last change of state
-    std::int32_t mEngineLatency = 0;  // samples that engine and dry path add to the block
-    bool mEngineRuns = false;         // the engine is there and has its memory
+    // Used by ProcessBlock and by functions marked [setup] only.
+    bool mIsWet = false;              // the engine is wanted on the output
+    std::int32_t mChangeCount = 0;    // samples since mIsWet changed
+    std::int32_t mEngineLatency = 0;  // samples that both paths add to the latency of the block
+    bool mEngineRuns = false;         // the engine exists and is initialised
     std::unique_ptr<PsolaClass> mEngine;
     std::array<std::unique_ptr<ZDelayBuffer>, kMaxBlockChannels> mDelay;
 
     KestruneElements mElements;
     KestruneScaleTable mScaleTable;
-    KestruneEngineSettings mSettings;  // as posted last
+    KestruneEngineSettings mSettings;  // posted last
     KestruneEngineControl mControl;
 };
 

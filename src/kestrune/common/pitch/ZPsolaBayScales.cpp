@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Scales of the pitch bay: the table, its elements, and what a change of these brings about.
+// Scales of the pitch bay: the table, its elements, and the effects of their changes.
 //
-// A scale that was chosen by name and one that was edited exclude each other, and
-// `currentScaleModified` says which is in force. Copies between elements are made at all times;
-// what changes the table, the names or the engine waits for the engine.
+// Either a scale chosen by name or the edited notes are in force; `currentScaleModified` tells
+// which. Before Prepare a change is only copied between elements; table, names and engine settings
+// change once there is an engine.
 
 #include "kestrune/common/identity/KestruneIdentity.h"
 #include "kestrune/common/pitch/ZPsolaBay.h"
@@ -17,10 +17,10 @@ namespace orvane
 namespace
 {
 
-/// The addition that fills the archive comes when one name less is there.
+/// Number of custom scales before the one that fills the archive.
 constexpr int kNamesBeforeTheLast = KestruneScaleTable::kCustomRows - 1;
 
-void tellThatArchiveIsFull()
+void showArchiveIsFull()
 {
     ZMessageBox::Show(
         ZMessageBox::kWarning, ZString(productName()),
@@ -115,7 +115,7 @@ void ZPsolaBay::ScaleIndexRestored()
 void ZPsolaBay::AddCustomScale(const ZString& name, std::span<const std::int32_t> degrees)
 {
     if (mElements.NamedScaleCount() == kNamesBeforeTheLast)
-        tellThatArchiveIsFull();
+        showArchiveIsFull();
     mElements[KestruneElements::kScale].AddDiscreteValue(name);
     mElements[KestruneElements::kCustomNames].AddDiscreteValue(name);
     mScaleTable.Add(degrees);
@@ -136,7 +136,7 @@ void ZPsolaBay::RebuildScaleNames()
     for (const auto index : {KestruneElements::kBuiltInNames, KestruneElements::kCustomNames})
         for (std::int32_t i = 0; i < mElements[index].CountDiscreteValues(); ++i)
             scale.AddDiscreteValue(*mElements[index].GetDiscreteString(i));
-    // An empty list has taken both to 0. Those that are in the list mean the same scale as before.
+    // Emptying the list set both to 0.
     if (value < scale.CountDiscreteValues())
         scale.SetDiscrete(value, true);
     scale.SetDiscreteDefault(defaultValue);

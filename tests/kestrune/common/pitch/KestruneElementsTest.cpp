@@ -108,11 +108,11 @@ TEST(KestruneElementsTest, DisplaysThatRestAreNotToldAgain)
     KestruneElements elements(nullptr);
     elements.ShowMeasured(12.0f, 700.0f, 704.0f);
     EXPECT_EQ(elements[KestruneElements::kInputPitch].GetZFloat(), 700.0f) << "above its range";
-    elements.ShowNothing();
+    elements.ClearDisplays();
     EXPECT_EQ(elements[KestruneElements::kCorrectionMeter].GetZFloat(), 0.0f);
     for (const auto& element : elements.GetList())
         element->ClearMarkedChanged();
-    elements.ShowNothing();
+    elements.ClearDisplays();
     EXPECT_FALSE(elements[KestruneElements::kInputPitch].IsMarkedChanged());
 }
 
