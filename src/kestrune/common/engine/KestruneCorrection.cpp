@@ -32,13 +32,13 @@ void KestruneCorrection::SetReferenceFrequency(float hz) noexcept
 
 void KestruneCorrection::SetTones(const float* tones, int count) noexcept
 {
+    assert(tones || count <= 0);
     mToneCount = std::clamp(count, 0, kMaxTones);
     std::copy_n(tones, mToneCount, mScaleTones.begin());
 }
 
 void KestruneCorrection::SetGlide(float seconds, float sampleRate, int blockSize) noexcept
 {
-    assert(sampleRate > 0.0f && blockSize > 0);
     mSmoothing = 0.0f;
     if (seconds > 0.0f)
         mSmoothing = std::pow(kErrorLeft, static_cast<float>(blockSize) / (sampleRate * seconds));
