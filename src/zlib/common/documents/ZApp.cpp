@@ -437,8 +437,7 @@ void ZApp::LoadFont(const std::string& path)
 
 bool ZApp::GetResourceString(std::int32_t id, ZString& out)
 {
-    const auto lines = mResources.FindText("STRING", "strings.txt");
-    return lines && ZStringTable(*lines).Find(id, out);
+    return findResourceString(mResources, id, out);
 }
 
 bool ZApp::SetRegistryInt(const ZString& name, std::int32_t value)

@@ -2,6 +2,7 @@
 #include "zlib/common/objects/ZResources.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -9,7 +10,7 @@ namespace orvane
 namespace
 {
 
-/// Not the C library's: its letters follow the host's locale.
+/// The C library's function would depend on the host's locale.
 constexpr char toLowerAscii(char letter)
 {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
@@ -39,6 +40,7 @@ std::optional<std::string_view> ZResources::FindText(std::string_view type,
     });
     if (found == mEntries.end())
         return std::nullopt;
+    assert(found->begin <= found->end);
     return std::string_view(found->begin, found->end);
 }
 

@@ -9,20 +9,21 @@
 namespace orvane
 {
 
-/// What the library carries besides code: bytes by type and name. Types are "XML", "IMAGE",
-/// "STRING" and their like; names are file names with their ending. Both are compared without case
-/// (ASCII), since descriptions spell names as they please.
+/// The resources of the library: bytes by type and name. Types are for example "XML", "IMAGE" and
+/// "STRING"; names are file names with an extension. Both are compared without regard to case
+/// (ASCII), because descriptions spell names in either case.
 ///
-/// A view: the table and the bytes belong to the library's read-only data. [any thread]
+/// The object is a view: the table and the bytes are read-only data of the library. [any thread]
 class ZResources
 {
 public:
+    /// A row of the table.
     struct Entry
     {
         std::string_view type;
         std::string_view name;
         const char* begin;
-        const char* end;  // past the last byte
+        const char* end;  // behind the last byte
     };
 
     constexpr explicit ZResources(std::span<const Entry> entries) noexcept
@@ -30,10 +31,10 @@ public:
     {
     }
 
-    /// The bytes of a resource, which may be none at all; no value when there is no such resource.
+    /// The bytes of a resource, which may be empty; no value when there is no such resource.
     [[nodiscard]] std::optional<std::span<const std::byte>>
     Find(std::string_view type, std::string_view name) const noexcept;
-    /// The same as text. No terminator stands behind it.
+    /// The same as text, which has no terminator.
     [[nodiscard]] std::optional<std::string_view> FindText(std::string_view type,
                                                            std::string_view name) const noexcept;
 

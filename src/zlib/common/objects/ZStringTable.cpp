@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/objects/ZStringTable.h"
 
+#include "zlib/common/objects/ZResources.h"
 #include "zlib/common/objects/ZString.h"
+#include "zlib/common/objects/ZSystemServices.h"
 
 #include <algorithm>
+#include <cassert>
 #include <charconv>
+#include <string>
 #include <system_error>
 
 namespace orvane
@@ -15,7 +19,7 @@ namespace
 
 constexpr std::string_view kBlanks = " \t";
 
-/// Takes the next line off a text, without its end.
+/// Removes the first line from a text and returns it without its line end.
 std::string_view takeLine(std::string_view& text)
 {
     const std::size_t end = std::min(text.find('\n'), text.size());
@@ -26,7 +30,7 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-/// The text of a line with the number; empty when the line is another one.
+/// The text of a line that has the number; empty for any other line.
 std::string_view textOf(std::string_view line, std::int32_t id)
 {
     std::int32_t number = 0;
@@ -38,8 +42,10 @@ std::string_view textOf(std::string_view line, std::int32_t id)
     return start == 0 || start == std::string_view::npos ? std::string_view() : line.substr(start);
 }
 
+/// Cuts a text to a length in 16-bit units, at a whole character.
 void cut(ZString& text, std::int32_t length)
 {
+    assert(length > 0);
     if (text.Length() <= length)
         return;
     const char16_t last = text.Chars()[length - 1];
@@ -61,6 +67,19 @@ bool ZStringTable::Find(std::int32_t id, ZString& out) const
         return true;
     }
     return false;
+}
+
+bool findResourceString(const ZResources& resources, std::int32_t id, ZString& out)
+{
+    const auto findIn = [&](const std::string& name) {
+        const auto lines = resources.FindText("STRING", name);
+        return lines && ZStringTable(*lines).Find(id, out);
+    };
+    return std::ranges::any_of(GetUserLanguages(),
+                               [&](const std::string& language) {
+                                   return findIn("strings." + language + ".txt");
+                               }) ||
+           findIn("strings.txt");
 }
 
 }  // namespace orvane

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/objects/ZStringTable.h"
 
+#include "support/PrivateFolder.h"
+#include "zlib/common/objects/ZResources.h"
 #include "zlib/common/objects/ZString.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace orvane
 {
@@ -26,7 +31,7 @@ std::optional<ZString> find(std::string_view lines, std::int32_t id)
 
 }  // namespace
 
-TEST(ZStringTableTest, GivesTheTextBehindTheNumberAndPassesOverLinesOfAnotherForm)
+TEST(ZStringTableTest, GivesTheTextBehindTheNumberAndSkipsOtherLines)
 {
     constexpr std::string_view kLines = "# remark\n"
                                         "7\n7 \n 8 eight\n9nine\n5000000000 five\n\n"
@@ -50,6 +55,61 @@ TEST(ZStringTableTest, CutsLongTextsAtAWholeCharacter)
     const std::string clef = "\xF0\x9D\x84\x9E";  // two units
     EXPECT_EQ(find("1 " + std::string(2000, 'x'), 1)->Length(), 1023);
     EXPECT_EQ(find("1 " + std::string(1022, 'x') + clef, 1), ZString(std::string(1022, 'x')));
+}
+
+TEST(ZResourcesTest, FindsByTypeAndNameWithoutCaseAndAlsoAnEmptyOne)
+{
+    constexpr std::string_view kBytes = "onetwo!";
+    const std::array<ZResources::Entry, 3> entries{{
+        {"XML", "Main.xml", kBytes.data(), kBytes.data() + 3},
+        {"IMAGE", "main.XML", kBytes.data() + 3, kBytes.data() + 7},
+        {"IMAGE", "empty.png", kBytes.data(), kBytes.data()},
+    }};
+    const ZResources resources(entries);
+    EXPECT_EQ(resources.FindText("xml", "mAIN.XML"), "one");
+    EXPECT_EQ(resources.Find("Image", "MAIN.xml")->size(), 4u);
+    EXPECT_TRUE(resources.Find("IMAGE", "empty.png")->empty());
+    for (const auto* name : {"", "empty", "empty.pn", "empty.pngs", "Main.xml ", "empty\xD0png"})
+        EXPECT_FALSE(resources.Find("IMAGE", name)) << name;
+    EXPECT_FALSE(resources.Find("XM", "Main.xml"));
+}
+
+TEST(ZResourcesTest, TextsComeInTheUsersLanguageThenInItsPrimaryLanguageThenInTheDefault)
+{
+    constexpr std::string_view kAustrian = "1 Servus\n";
+    constexpr std::string_view kGerman = "1 Hallo\n2 Tag\n";
+    constexpr std::string_view kDefault = "1 Hello\n2 Day\n3 Key\n";
+    const std::array<ZResources::Entry, 3> entries{{
+        {"STRING", "strings.txt", kDefault.data(), kDefault.data() + kDefault.size()},
+        {"STRING", "strings.de.txt", kGerman.data(), kGerman.data() + kGerman.size()},
+        {"STRING", "strings.de_AT.txt", kAustrian.data(), kAustrian.data() + kAustrian.size()},
+    }};
+    const auto texts = [resources = ZResources(entries)] {
+        std::string joined;
+        for (const std::int32_t id : {1, 2, 3}) {
+            ZString text;
+            EXPECT_TRUE(findResourceString(resources, id, text));
+            joined += text.ToNarrow() + " ";
+        }
+        ZString none("as it was");
+        EXPECT_FALSE(findResourceString(resources, 4, none));
+        EXPECT_EQ(none, ZString("as it was"));
+        return joined;
+    };
+    const EnvironmentVariable language("LANG", "de_AT.UTF-8");
+    const EnvironmentVariable unset("LC_MESSAGES", nullptr);
+    {
+        const EnvironmentVariable empty("LC_ALL", "");
+        EXPECT_EQ(texts(), "Servus Tag Key ");
+    }
+    const std::pair<const char*, const char*> cases[] = {
+        {"de_CH@euro", "Hallo Tag Key "}, {"de", "Hallo Tag Key "}, {"fr_FR", "Hello Day Key "},
+        {"C", "Hello Day Key "},          {"_", "Hello Day Key "},
+    };
+    for (const auto& [locale, expected] : cases) {
+        const EnvironmentVariable all("LC_ALL", locale);
+        EXPECT_EQ(texts(), expected) << locale;
+    }
 }
 
 }  // namespace orvane
