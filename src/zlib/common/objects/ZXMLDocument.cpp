@@ -9,6 +9,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 #include <limits>
 #include <numeric>
@@ -25,13 +26,14 @@ constexpr std::string_view kDeclaration = R"(<?xml version="1.0" standalone="yes
 
 std::string_view toView(const char* text, std::int32_t length)
 {
+    assert(length >= 0);
     if (!text || length <= 0)
         return {};
     return {text, static_cast<std::size_t>(length)};
 }
 
-/// Overwrites comments with spaces. A comment ends at its first `>`: one that has a `>` inside is
-/// not taken for a comment, and the text behind that `>` is looked at afresh.
+/// Overwrites comments with spaces. A comment ends at the first `>`. If that does not end with
+/// `-->`, it is no comment, and the search goes on behind it.
 void blankComments(std::string& text)
 {
     std::size_t begin = text.find('<');
@@ -76,14 +78,14 @@ ZXMLDocument::ZXMLDocument(const boost::shared_ptr<ZFile>& file)
 ZXMLDocument::ZXMLDocument(const ZXMLDocument& other)
     : mText(other.mText)
     , mRange(other.mRange)
-    , mIsStretch(other.mIsStretch)
+    , mIsRange(other.mIsRange)
 {
 }
 
 ZXMLDocument::ZXMLDocument(boost::shared_ptr<ZXMLText> text, const ZXMLText::Range& range)
     : mText(std::move(text))
     , mRange(range)
-    , mIsStretch(true)
+    , mIsRange(true)
 {
 }
 
@@ -96,7 +98,7 @@ std::string_view ZXMLDocument::GetText() const
 {
     if (!mText)
         return {};
-    return mIsStretch ? mText->Characters(mRange) : mText->Characters();
+    return mIsRange ? mText->Characters(mRange) : mText->Characters();
 }
 
 std::int32_t ZXMLDocument::GetChildCount() const
@@ -132,6 +134,7 @@ boost::shared_ptr<ZXMLElement> ZXMLDocument::GetChild(std::string_view name,
 
 void ZXMLDocument::AddChild(const ZXMLElement& element, std::int32_t indent)
 {
+    assert(indent >= 0);
     Append(element.Write(indent));
 }
 
@@ -157,24 +160,24 @@ void ZXMLDocument::Dump() const
 
 void ZXMLDocument::Append(std::string_view text)
 {
-    // Children that nobody else holds let go of the text here, and it can grow where it stands.
+    // Drops the children's references to the text first, so that it can grow without a copy.
     DropChildren();
     mDirty = true;
-    if (mText && mText.use_count() == 1 && !mIsStretch) {
+    if (mText && mText.use_count() == 1 && !mIsRange) {
         mText->Append(text);
         return;
     }
     auto own = boost::make_shared<ZXMLText>(std::string(GetText()));
     own->Append(text);
     mText = std::move(own);
-    mIsStretch = false;
+    mIsRange = false;
 }
 
-std::unique_lock<std::mutex> ZXMLDocument::LockChildren() const
+std::unique_lock<ZLock> ZXMLDocument::LockChildren() const
 {
     if (!mText)
         return {};
-    std::unique_lock<std::mutex> lock(mText->ParsedChildrenLock());
+    std::unique_lock<ZLock> lock(mText->ParsedChildrenLock());
     if (mDirty)
         SplitChildren();
     return lock;
@@ -184,13 +187,13 @@ void ZXMLDocument::SplitChildren() const
 {
     DropChildren();
     mText->FindTags();
-    SplitRange(mIsStretch ? mRange : mText->Whole());
+    SplitRange(mIsRange ? mRange : mText->Whole());
     mDirty = false;
 }
 
 void ZXMLDocument::SplitRange(const ZXMLText::Range& range) const
 {
-    // The depth that counts as 0 here. A closing tag too many leaves the true depth below it.
+    // The depth at which children begin. After a closing tag too many the depth is below it.
     std::int32_t ground = range.firstTag < range.endTag ? mText->DepthBefore(range.firstTag) : 0;
     for (std::int32_t i = range.firstTag; i < range.endTag; ++i) {
         const std::int32_t kind = mText->Kind(i);
@@ -214,8 +217,8 @@ void ZXMLDocument::SplitRange(const ZXMLText::Range& range) const
 void ZXMLDocument::DropChildren() const
 {
     mByName.reset();
-    // Children hold their own children: let go of level after level here, or a text of deeply
-    // nested tags would end in as deep a recursion of destructors.
+    // Destroys one level after the other: recursive destructors would overflow the stack when tags
+    // are nested deeply.
     Children pending = std::move(mChildren);
     mChildren.clear();
     while (!pending.empty()) {

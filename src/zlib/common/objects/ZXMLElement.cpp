@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <limits>
 
@@ -24,7 +25,7 @@ bool isDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-/// The text without leading white space, as the C library's readings of numbers skip it.
+/// The text without leading white space, which the C library's number functions skip.
 const char* skipBlanks(const char* text)
 {
     while (*text == ' ' || (*text >= '\t' && *text <= '\r'))
@@ -45,14 +46,14 @@ std::int32_t parseInteger(const char* text)
     return static_cast<std::int32_t>(negative ? -magnitude : std::min(magnitude, kMax));
 }
 
-/// Kept for as long as the library is loaded.
+/// Lives as long as the library.
 locale_t numberLocale()
 {
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
     return locale;
 }
 
-/// True for what strtod would read as a number in our form: not for its words and base 16.
+/// True for a decimal number. strtod also reads words such as "nan" and base 16.
 bool startsDecimal(const char* text)
 {
     text = skipBlanks(text);
@@ -67,7 +68,7 @@ double parseDouble(const char* text)
 {
     if (!startsDecimal(text))
         return 0.0;
-    // Not from_chars, which leaves open whether an unreadable number was too large or too small.
+    // Not from_chars, which does not say whether a number out of range is too large or too small.
     const double value = strtod_l(text, nullptr, numberLocale());
     constexpr double kMax = std::numeric_limits<double>::max();
     return std::clamp(value, -kMax, kMax);
@@ -121,6 +122,7 @@ boost::shared_ptr<ZXMLElement> ZXMLElement::FromText(const boost::shared_ptr<ZXM
                                                      std::int32_t tagPosition,
                                                      const ZXMLText::Range& range)
 {
+    assert(text && tagPosition >= 0);
     return boost::shared_ptr<ZXMLElement>(new ZXMLElement(text, tagPosition, range));
 }
 

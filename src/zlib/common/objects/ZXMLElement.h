@@ -17,24 +17,24 @@ class ZString;
 
 /// A tag and the raw text between it and its closing tag. Names are compared byte by byte.
 ///
-/// Numbers have the form of the "C" locale, whatever the process's locale is: that belongs to the
-/// host. A text that does not start with a number reads as 0; one that is out of range reads as
-/// the end of the range, so that every number read is finite.
+/// Numbers have the form of the "C" locale; the process's locale belongs to the host and has no
+/// effect. A text that does not start with a number reads as 0. A number out of range reads as the
+/// nearest end of the range, so every number that is read is finite.
 class ZXMLElement : public ZXMLDocument
 {
 public:
     ZXMLElement() = default;
     explicit ZXMLElement(std::string_view name);
-    /// Takes the tag with its attributes; no text.
+    /// Copies the tag with its attributes. The text is empty.
     explicit ZXMLElement(const ZXMLTag& tag);
-    /// Text and tag.
+    /// Copies text and tag.
     ZXMLElement(const ZXMLElement&) = default;
     ZXMLElement& operator=(const ZXMLElement&) = delete;
 
     [[nodiscard]] const std::string& GetName() const { return mTag.Name(); }
     [[nodiscard]] bool IsNamed(std::string_view name) const { return mTag.Name() == name; }
 
-    /// By position; null when there is no such attribute. Pointers live until the next
+    /// Attributes by index; null when there is no such attribute. Pointers are valid until the next
     /// AddAttribute.
     [[nodiscard]] std::int32_t GetAttributeCount() const { return mTag.AttributeCount(); }
     [[nodiscard]] const char* GetAttributeName(std::int32_t index) const;
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] bool HasAttribute(std::string_view name) const;
     /// The value of the first attribute of that name; null when there is none.
     [[nodiscard]] const char* GetAttribute(std::string_view name) const;
-    /// The same; absent where there is none.
+    /// The same; the second argument when there is no such attribute.
     [[nodiscard]] const char* GetAttributeOr(std::string_view name, const char* absent) const;
     /// The value of the last attribute of that name; null when there is none.
     [[nodiscard]] boost::shared_ptr<ZString> GetAttributeString(std::string_view name) const;
@@ -52,8 +52,8 @@ public:
     /// False when there is no such attribute.
     [[nodiscard]] bool AttributeIs(std::string_view name, std::string_view value) const;
 
-    /// An absent attribute reads as 0 (GetInt8, GetFloat, GetDouble), else as -1 in the type's
-    /// own bits. All whole numbers are read within 32 bits with sign and then take the type.
+    /// An absent attribute gives 0 (GetInt8, GetFloat, GetDouble), else -1 converted to the type.
+    /// All integers are read as signed 32-bit numbers and then converted to the type.
     [[nodiscard]] std::int8_t GetInt8(std::string_view name) const;
     [[nodiscard]] std::uint8_t GetUInt8(std::string_view name) const;
     [[nodiscard]] std::int16_t GetInt16(std::string_view name) const;
@@ -65,18 +65,18 @@ public:
     [[nodiscard]] float GetFloat(std::string_view name) const;
     [[nodiscard]] double GetDouble(std::string_view name) const;
 
-    /// Appends an attribute, also when the name exists.
+    /// These append an attribute, even if the name exists.
     void AddAttribute(std::string_view name, std::string_view value);
-    /// A null value is written as an empty one.
+    /// Null is written as an empty value.
     void AddAttribute(std::string_view name, const char* value);
     void AddAttribute(std::string_view name, std::int32_t value);
     void AddAttribute(std::string_view name, std::int64_t value);
     /// Six significant digits, as "%g" writes them.
     void AddAttribute(std::string_view name, float value);
-    /// The text as UTF-8; a null pointer writes an empty value.
+    /// The text as UTF-8. Null is written as an empty value.
     void AddAttribute(std::string_view name, const boost::shared_ptr<ZString>& value);
 
-    /// The element as ZXMLDocument::AddChild appends it.
+    /// The element as text, see ZXMLDocument::AddChild.
     [[nodiscard]] std::string Write(std::int32_t indent) const;
 
     void Dump() const override;
@@ -95,8 +95,8 @@ private:
     ZXMLTag mTag;
 };
 
-/// A user's text for an attribute, which has no way to hold " < and >: each is written as a sign
-/// that looks much like it.
+/// A user's text with the characters " < and >, which attributes cannot contain, replaced by
+/// similar ones. [any thread]
 [[nodiscard]] std::string withoutMarkup(std::string_view text);
 
 }  // namespace orvane

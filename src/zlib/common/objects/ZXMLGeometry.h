@@ -10,13 +10,15 @@ namespace orvane
 
 class ZXMLElement;
 
-/// From the attributes x and y.
+/// A point from the attributes x and y. [any thread]
 [[nodiscard]] ZPoint readPoint(const ZXMLElement& xml);
 
-/// From the attributes left, top, width and height. An edge beyond 32 bits stays at their end.
+/// A rectangle from the attributes left, top, width and height. An edge beyond 32 bits is clamped.
+/// [any thread]
 [[nodiscard]] ZRect readRect(const ZXMLElement& xml);
 
-/// From the attributes red, green, blue and alpha, each cut to a byte: an absent one is 255.
+/// A colour from the low bytes of the attributes red, green, blue and alpha; an absent one is 255.
+/// [any thread]
 [[nodiscard]] ZColor readColor(const ZXMLElement& xml);
 
 }  // namespace orvane

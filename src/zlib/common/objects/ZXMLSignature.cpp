@@ -29,7 +29,7 @@ constexpr std::size_t kDigitsOffset = std::string_view(R"(<signature data=")").s
 using Signature = std::array<unsigned char, 256>;
 using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 
-/// Leaves the thread's list of OpenSSL errors as it was: the host may use the library too.
+/// Restores the thread's list of OpenSSL errors, because the host may use the library too.
 class OpenSslErrors
 {
 public:
@@ -85,7 +85,7 @@ bool verify(const std::string& covered, const Signature& signature)
                                                                           &EVP_MD_CTX_free);
     if (!key || !context)
         return false;
-    // The padding is PKCS #1 v1.5 unless another is asked for.
+    // The default padding is PKCS #1 v1.5.
     if (EVP_DigestVerifyInit(context.get(), nullptr, EVP_sha1(), nullptr, key.get()) != 1)
         return false;
     const auto* bytes = reinterpret_cast<const unsigned char*>(covered.data());

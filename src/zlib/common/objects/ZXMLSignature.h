@@ -6,10 +6,10 @@
 namespace orvane
 {
 
-/// True when the text's first `<signature data="...">` holds 512 hexadecimal digits that verify,
-/// by RSA with SHA-1 under the public key of this build, everything up to and including that `<`,
-/// line ends left out. What stands behind the `<signature` is not covered. False for a text
-/// without a signature, or with a damaged one. [setup]
+/// Verifies the signature of a description: the 512 hexadecimal digits of its first
+/// `<signature data="...">` must be the signature, by RSA with SHA-1 under this build's public key,
+/// of all characters up to and including that `<`, without line ends. The text behind `<signature`
+/// is not covered. Returns false for a text without a signature or with a damaged one. [setup]
 [[nodiscard]] bool VerifySignature(const char* text, std::int32_t length);
 
 }  // namespace orvane

@@ -3,28 +3,15 @@
 
 #include "zlib/common/objects/ZXMLTagReader.h"
 
-#include <atomic>
-
 namespace orvane
 {
 
 namespace
 {
 
-std::atomic<std::int64_t> charactersRead{0};
-
 std::string_view untilNul(std::string_view text)
 {
     return text.substr(0, text.find('\0'));
-}
-
-std::size_t readTag(ZXMLTag& tag, ZXMLTagReader::Reading reading, std::string_view text,
-                    std::size_t position)
-{
-    const std::size_t end = ZXMLTagReader(tag, reading).Read(text, position);
-    const std::size_t looked = (end ? end + 1 : text.size()) - position;
-    charactersRead.fetch_add(static_cast<std::int64_t>(looked), std::memory_order_relaxed);
-    return end;
 }
 
 }  // namespace
@@ -37,12 +24,12 @@ ZXMLTag::ZXMLTag(std::string_view name)
 
 std::size_t ZXMLTag::Read(std::string_view text, std::size_t position)
 {
-    return readTag(*this, ZXMLTagReader::Reading::kWhole, text, position);
+    return ZXMLTagReader(*this, ZXMLTagReader::Reading::kWhole).Read(text, position);
 }
 
 std::size_t ZXMLTag::ReadHeading(std::string_view text, std::size_t position)
 {
-    return readTag(*this, ZXMLTagReader::Reading::kHeading, text, position);
+    return ZXMLTagReader(*this, ZXMLTagReader::Reading::kHeading).Read(text, position);
 }
 
 std::int32_t ZXMLTag::AttributeCount() const
@@ -80,11 +67,6 @@ void ZXMLTag::AddAttribute(std::string_view name, std::string_view value)
     attribute.value = static_cast<std::uint32_t>(mBlock.size());
     mBlock.append(untilNul(value)).push_back('\0');
     mAttributes.push_back(attribute);
-}
-
-std::int64_t ZXMLTag::CharactersRead()
-{
-    return charactersRead.load(std::memory_order_relaxed);
 }
 
 }  // namespace orvane

@@ -3,13 +3,15 @@
 
 #include "zlib/common/objects/ZTrace.h"
 
+#include <cassert>
+
 namespace orvane
 {
 
 namespace
 {
 
-/// Keeps what fits beside the terminator. A NUL would end the text for its readers: it is left out.
+/// Appends a character if it fits with a terminator. Leaves out NUL, which would end the text.
 void appendWithin(std::string& text, char character, std::size_t size)
 {
     if (character != '\0' && text.size() + 1 < size)
@@ -35,6 +37,7 @@ ZXMLTagReader::ZXMLTagReader(ZXMLTag& tag, Reading reading)
 
 std::size_t ZXMLTagReader::Read(std::string_view text, std::size_t position)
 {
+    assert(position < text.size() && text[position] == '<');
     for (; position < text.size(); ++position) {
         const char character = text[position];
         if (character == '>')
@@ -95,7 +98,7 @@ bool ZXMLTagReader::StepInAttributeName(char character)
     if (mState == State::kAttributeStart) {
         if (character == ' ')
             return false;
-        // The slash itself becomes the start of an attribute that is never stored.
+        // The slash also begins an attribute name, but that attribute is never stored.
         if (character == '/')
             mTag.mKind = ZXMLTag::kComplete;
         return GoTo(State::kAttributeName, true);

@@ -10,18 +10,18 @@
 namespace orvane
 {
 
-/// The state machine that reads a tag. Only the space character separates; tabs and line ends are
-/// ordinary characters. A `>` ends the tag in every state, also inside quotes.
+/// The state machine that reads a tag. Only the space character separates attributes; tabs and line
+/// ends are ordinary characters. A `>` ends the tag in every state, also inside quotes.
 class ZXMLTagReader
 {
 public:
     enum class Reading
     {
-        kHeading,  // name and kind
-        kWhole,    // attributes and trace lines too
+        kHeading,  // name and kind only
+        kWhole,    // with attributes and trace lines
     };
 
-    /// The tag is emptied and then filled by Read.
+    /// Empties the tag, which Read then fills.
     ZXMLTagReader(ZXMLTag& tag, Reading reading);
 
     /// See ZXMLTag::Read.
@@ -42,7 +42,7 @@ private:
         kValueEnd,
     };
 
-    /// Takes one character in one state. True when it must be looked at again, in the new state.
+    /// Handles a character in the current state. True when the new state must handle it too.
     bool Step(char character);
     bool StepInHeading(char character);
     bool StepInAttributeName(char character);

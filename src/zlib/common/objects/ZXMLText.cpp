@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <numeric>
@@ -25,7 +26,7 @@ void checkLength(std::size_t length)
         throw ZException("XML text is longer than 2 gigabytes.");
 }
 
-/// Numbers for names. A tree: its worst case is bounded whatever names a text is made of.
+/// Numbers for names. A tree, because a hash table is slow for names chosen to collide.
 class NameTable
 {
 public:
@@ -49,6 +50,7 @@ ZXMLText::ZXMLText(std::string characters)
 
 std::string_view ZXMLText::Characters(const Range& range) const
 {
+    assert(0 <= range.begin && range.begin <= range.end);
     return Characters().substr(static_cast<std::size_t>(range.begin),
                                static_cast<std::size_t>(range.end - range.begin));
 }
@@ -96,6 +98,7 @@ ZXMLText::Range ZXMLText::Whole() const
 
 const ZXMLText::Tag& ZXMLText::GetTag(std::int32_t index) const
 {
+    assert(mTagsFound && index >= 0 && index < std::ssize(mTags));
     return mTags[static_cast<std::size_t>(index)];
 }
 
@@ -127,6 +130,7 @@ bool ZXMLText::ComesBefore(std::int32_t a, std::int32_t b) const
 
 std::int32_t ZXMLText::FindEnd(std::int32_t index, std::int32_t depth, std::int32_t endTag) const
 {
+    assert(index < endTag);
     const std::int32_t name = GetTag(index).name;
     const auto liesBehind = [&](std::int32_t candidate) {
         const Tag& tag = GetTag(candidate);

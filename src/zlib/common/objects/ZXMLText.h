@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/objects/ZLock.h"
+
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,12 +11,12 @@
 namespace orvane
 {
 
-/// The characters that a document and all elements split out of it share, with the places of the
-/// tags in them.
+/// The characters that a document shares with all its elements, and the positions of the tags in
+/// them.
 ///
-/// An element's text is a stretch of its parent's, and the tags in it begin and end where they do
-/// in the parent. So the tags are found once, and an element holds a range. Were each element to
-/// scan its own copy, a text of n tags within one another would cost n scans and n copies.
+/// An element's text is a part of its parent's text, and the tags in it have the same positions.
+/// So the tags are found once, and each element holds a range. If each element scanned a copy of
+/// its own, a text of n nested tags would cost n scans and n copies.
 class ZXMLText
 {
 public:
@@ -23,11 +24,11 @@ public:
     {
         std::int32_t begin;  // position of the <
         std::int32_t end;    // position of the >
-        std::int32_t depth;  // sum of the kinds of all tags so far, this one included
+        std::int32_t depth;  // sum of the kinds of all tags up to this one
         std::int32_t name;   // equal numbers for equal names
     };
 
-    /// A stretch of characters and the tags that stand in it, ends excluded.
+    /// A range of characters and the range of tags in it; the ends are exclusive.
     struct Range
     {
         std::int32_t begin = 0;
@@ -36,17 +37,19 @@ public:
         std::int32_t endTag = 0;
     };
 
+    /// Throws ZException when the text is too long for 32 bits.
     explicit ZXMLText(std::string characters);
 
     [[nodiscard]] std::string_view Characters() const { return mCharacters; }
     [[nodiscard]] std::string_view Characters(const Range& range) const;
 
-    /// Appends, and forgets the tags. Throws ZException -1, with the text as it was, when the
-    /// text would outgrow 32 bits. Only while nothing else shares the text.
+    /// Appends and forgets the tags. No one else may share the text. Throws ZException, with the
+    /// text unchanged, when it would be too long for 32 bits.
     void Append(std::string_view characters);
 
-    /// Finds the tags, unless it has been done. An unterminated tag ends the text for its readers.
+    /// Finds the tags, unless they are known. An unterminated tag ends the text for its readers.
     void FindTags();
+    /// The range of all tags. FindTags has been called; this also holds for all functions below.
     [[nodiscard]] Range Whole() const;
 
     [[nodiscard]] const Tag& GetTag(std::int32_t index) const;
@@ -54,26 +57,26 @@ public:
     /// The depth in front of a tag.
     [[nodiscard]] std::int32_t DepthBefore(std::int32_t index) const;
     [[nodiscard]] bool IsDeclaration(std::int32_t index) const;
-    /// The first tag in (index, endTag) that has the name of the tag at index and brings the depth
-    /// to what is asked; endTag when there is none. Its kind does not matter.
+    /// The first tag in (index, endTag), of any kind, that has the name of the tag at index and the
+    /// given depth; endTag when there is none.
     [[nodiscard]] std::int32_t FindEnd(std::int32_t index, std::int32_t depth,
                                        std::int32_t endTag) const;
 
-    /// Guards the "parsed children" lists of all elements of this text, which are made while
-    /// reading: elements that nobody changes may be read on several threads.
-    [[nodiscard]] std::mutex& ParsedChildrenLock() const { return mParsedChildrenLock; }
+    /// Guards the children of all elements of this text. Reading makes them, so several threads may
+    /// read elements that no thread changes.
+    [[nodiscard]] ZLock& ParsedChildrenLock() const { return mParsedChildrenLock; }
 
 private:
-    /// Order in which the end of a child is looked up: by name, then depth, then place.
+    /// The order of mByName: by name, then depth, then index.
     [[nodiscard]] bool ComesBefore(std::int32_t a, std::int32_t b) const;
 
     std::string mCharacters;
     std::vector<Tag> mTags;
-    std::vector<std::int32_t> mByName;  // places in mTags, in the order of ComesBefore
+    std::vector<std::int32_t> mByName;  // indices into mTags, in the order of ComesBefore
     std::int32_t mReadableLength = 0;   // without an unterminated tag
     std::int32_t mDeclarationName = -1;
     bool mTagsFound = false;
-    mutable std::mutex mParsedChildrenLock;
+    mutable ZLock mParsedChildrenLock{"parsed children"};
 };
 
 }  // namespace orvane

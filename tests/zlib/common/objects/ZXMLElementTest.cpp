@@ -27,7 +27,7 @@ ZXMLElement withValue(const char* value)
 
 }  // namespace
 
-TEST(ZXMLElementTest, TheFirstAttributeOfANameWinsButForStrings)
+TEST(ZXMLElementTest, TheFirstAttributeOfANameCountsExceptForStrings)
 {
     ZXMLElement element = withValue("1");
     element.AddAttribute("v", "2");
@@ -38,7 +38,7 @@ TEST(ZXMLElementTest, TheFirstAttributeOfANameWinsButForStrings)
     EXPECT_EQ(element.GetAttribute("V"), nullptr);
 }
 
-TEST(ZXMLElementTest, NumbersReadAsFarAsTheyGoAndStayInRange)
+TEST(ZXMLElementTest, NumbersAreReadUpToTheFirstOtherCharacterAndClamped)
 {
     const std::pair<const char*, std::int32_t> whole[] = {
         {" \t-12x", -12},
@@ -94,7 +94,7 @@ TEST(ZXMLElementTest, NumbersAreWrittenInOneFormWhateverTheHostsLocale)
                                 "text=\"h\xC3\xB6he\" none=\"\">\n</e>\n");
 }
 
-TEST(ZXMLElementTest, WhatIsWrittenReadsBack)
+TEST(ZXMLElementTest, AWrittenElementReadsBack)
 {
     ZXMLElement root("root");
     ZXMLElement child = withValue("1.5");

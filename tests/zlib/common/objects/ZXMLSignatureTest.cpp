@@ -23,7 +23,7 @@ class ZXMLSignatureTest : public testing::Test
 protected:
     ZXMLSignatureTest()
     {
-        // What the build's signing command made of description.xml.
+        // description.xml, signed by the build.
         std::ifstream file(KESTRUNE_SIGNED_DESCRIPTION, std::ios::binary);
         text.assign(std::istreambuf_iterator<char>(file), {});
         tag = text.find("<signature");
@@ -43,7 +43,7 @@ TEST_F(ZXMLSignatureTest, NoByteUpToTheLastDigitCanBeAlteredOrMissing)
     EXPECT_FALSE(VerifySignature(nullptr, 100));
     for (std::size_t i = 0; i < digits + 512; ++i) {
         EXPECT_FALSE(verifies(text.substr(0, i))) << i;
-        // The attribute's name is not read, only its length counts. Line ends are not covered.
+        // Of the attribute's name only the length matters, and line ends are not covered.
         if ((i > tag + 9 && i < digits) || text[i] == '\n')
             continue;
         std::string altered = text;

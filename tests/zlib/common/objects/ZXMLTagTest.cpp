@@ -36,7 +36,7 @@ std::vector<std::string> traced;
 
 }  // namespace
 
-TEST(ZXMLTagTest, ReadsTheAttributesThatAreWholeAndTracesWhatItSkips)
+TEST(ZXMLTagTest, ReadsCompleteAttributesAndTracesWhatItSkips)
 {
     using namespace std::string_literals;
     const std::vector<std::pair<std::string, Attributes>> cases{
@@ -57,7 +57,7 @@ TEST(ZXMLTagTest, ReadsTheAttributesThatAreWholeAndTracesWhatItSkips)
                                                 "ERROR: Value expected, tag termination found\n"}));
 }
 
-TEST(ZXMLTagTest, TellsTheKindsApart)
+TEST(ZXMLTagTest, ReadsTheKindOfEachTag)
 {
     const std::vector<std::pair<std::string, std::pair<std::string, int>>> cases{
         {"<a>", {"a", 1}},       {"</a>", {"a", -1}},
@@ -77,7 +77,7 @@ TEST(ZXMLTagTest, TellsTheKindsApart)
     }
 }
 
-TEST(ZXMLTagTest, KeepsWhatFitsOfLongNamesAndValues)
+TEST(ZXMLTagTest, CutsLongNamesAndValues)
 {
     const std::string name(5000, 'n');
     const std::string value(100000, 'v');
