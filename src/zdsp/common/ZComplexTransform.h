@@ -7,8 +7,8 @@
 namespace orvane
 {
 
-/// The one transform that a Fourier library is asked for: complex, out of place, unscaled. Each
-/// library that can stand behind it has a source of its own, one of which is built.
+/// A complex Fourier transform, out of place and unscaled: all that is needed of a Fourier library.
+/// There is a source file for each supported library, and the build uses one of them.
 class ZComplexTransform
 {
 public:
@@ -18,14 +18,14 @@ public:
         kInverse
     };
 
-    /// Plans for length complex values. Throws ZException code -1 when it cannot. [setup]
+    /// Prepares a transform of length complex values. Throws ZException when that fails. [setup]
     ZComplexTransform(std::uint32_t length, Direction direction);
     ZComplexTransform(const ZComplexTransform&) = delete;
     ZComplexTransform& operator=(const ZComplexTransform&) = delete;
     ~ZComplexTransform();
 
-    /// in, which stays, and out are interleaved real and imaginary parts, apart from each other
-    /// and aligned as sample buffers are. [audio thread]
+    /// Transforms in, which is unchanged, to out. Both are length pairs of real and imaginary
+    /// parts, aligned as ZBuffer is, and do not overlap. [audio thread]
     void Run(const float* in, float* out) const noexcept;
 
 private:

@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// Base of the signal objects: gives each a name, its class's at construction.
+/// Base of the signal objects. Each has a name, which is that of its class at first.
 class ZDSPObject
 {
 public:
@@ -18,7 +18,7 @@ public:
     ZDSPObject& operator=(const ZDSPObject&) = delete;
     virtual ~ZDSPObject() = default;
 
-    /// Replaces the name by a copy of the text. [setup]
+    /// Sets the name to a copy of the text. [setup]
     virtual void SetName(const char* name) { mName = name; }
     [[nodiscard]] virtual const char* GetName() const { return mName.c_str(); }
 

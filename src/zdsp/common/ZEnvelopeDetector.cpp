@@ -18,14 +18,14 @@ namespace
 
 constexpr float kSilenceDecibels = -144.0f;
 
-/// 0 where the square is no normal number.
+/// The square, or 0 when it is no normal number.
 float squareOf(float sample) noexcept
 {
     const float square = sample * sample;
     return square < std::numeric_limits<float>::min() ? 0.0f : square;
 }
 
-/// A sum beyond all numbers counts as the largest, or the level would never come back.
+/// Infinity counts as the largest number; otherwise the level would stay infinite for ever.
 float decibelsOf(float meanSquare) noexcept
 {
     if (!(meanSquare > 0.0f))
@@ -33,7 +33,7 @@ float decibelsOf(float meanSquare) noexcept
     return 10.0f * std::log10(std::min(meanSquare, std::numeric_limits<float>::max()));
 }
 
-/// Share of the way that n steps go.
+/// The share of a step covered in n samples.
 float overBlock(float step, std::uint32_t n) noexcept
 {
     return 1.0f - std::pow(1.0f - step, static_cast<float>(n));
@@ -129,7 +129,8 @@ void ZEnvelopeDetector::Hold(std::uint32_t samples) noexcept
         mPeak = 0.0f;
 }
 
-// One sample at full scale may be the top of a good recording; two in a row are cut off.
+// A single sample at full scale may be the peak of a normalised recording; two in a row are
+// clipped.
 void ZEnvelopeDetector::CountClip(float square, float squareBefore) noexcept
 {
     const bool clipped = square > 1.0f || (square == 1.0f && squareBefore >= 1.0f);

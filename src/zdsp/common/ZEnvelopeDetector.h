@@ -12,40 +12,40 @@ namespace orvane
 
 class ZBuffer;
 
-/// Follows the level of a signal in dB, block by block, with a rise and a fall time, and keeps the
-/// peak of the last seconds and a count of clipped samples.
+/// Follows the level of a signal in dB, block by block, with a rise time and a fall time. Holds the
+/// peak of the last three seconds and counts clipped samples.
 class ZEnvelopeDetector : public ZDSPObject
 {
 public:
-    /// There is one form for all processors, so forceGeneric changes nothing. Throws ZException
-    /// code 2 when there is no memory. [setup]
+    /// A detector. forceGeneric has no effect, because there is one form for all processors. Throws
+    /// ZException kOutOfMemory when there is no memory. [setup]
     [[nodiscard]] static std::unique_ptr<ZEnvelopeDetector> Create(bool forceGeneric);
 
-    /// Milliseconds in which three quarters of a step upwards are gone; 0 or less follows at once.
-    /// Until it is set the level does not rise. [audio thread]
+    /// The time in which the level covers three quarters of a step upwards; 0 or less follows at
+    /// once. The level does not rise before a time is set. [audio thread]
     void SetRiseTime(float milliseconds) noexcept;
     /// The same downwards. [audio thread]
     void SetFallTime(float milliseconds) noexcept;
-    /// In Hz, above 0. Keeps both times. [audio thread]
+    /// In Hz, above 0. Both times keep their values. [audio thread]
     void SetSampleRate(float sampleRate) noexcept;
 
-    /// Takes the next block and gives the new level in dB. [audio thread]
+    /// Reads the next block and returns the new level in dB. [audio thread]
     virtual float Process(const ZBuffer& input) noexcept;
-    /// The same for a block that is a part of a buffer; of no samples it leaves all as it is.
-    /// [audio thread]
+    /// The same for a span of samples. An empty span changes nothing. [audio thread]
     float Process(std::span<const float> input) noexcept;
-    /// Counts clips from 0 again. [audio thread]
+    /// Sets the counts of clips to 0. [audio thread]
     void ClearClips() noexcept;
 
-    /// In dB; -144 at first and the level of silence.
+    /// In dB; -144 at first and for silence.
     [[nodiscard]] float Level() const noexcept { return mLevel; }
-    /// Largest squared sample of the last three seconds.
+    /// The largest squared sample of the last three seconds.
     [[nodiscard]] float Peak() const noexcept { return mPeak; }
-    /// Clipped samples: above full scale, or at full scale behind one that is at least there.
+    /// The number of clipped samples: those above full scale, and those at full scale after a
+    /// sample at or above full scale.
     [[nodiscard]] std::uint32_t ClippedSamples() const noexcept { return mClippedSamples; }
-    /// Runs of clipped samples.
+    /// The number of runs of clipped samples.
     [[nodiscard]] std::uint32_t ClipEvents() const noexcept { return mClipEvents; }
-    /// Length of the last run that has ended.
+    /// The length of the last run that has ended.
     [[nodiscard]] std::uint32_t LastClipRun() const noexcept { return mLastClipRun; }
 
 private:
@@ -58,11 +58,11 @@ private:
     float mSampleRate = 44100.0f;
     float mRiseTime = 1.0f;  // milliseconds
     float mFallTime = 1.0f;
-    float mRiseStep = 0.0f;  // share of the way in one sample
+    float mRiseStep = 0.0f;  // share of a step covered in one sample
     float mFallStep = 0.0f;
-    float mRiseBlock = 0.0f;  // share of the way in a block of mLastBlockLength
+    float mRiseBlock = 0.0f;  // share covered in a block of mLastBlockLength samples
     float mFallBlock = 0.0f;
-    bool mDirty = false;  // the block's shares are not those of the steps
+    bool mDirty = false;  // the two shares for a block are out of date
     float mLevel = -144.0f;
     float mPeak = 0.0f;
     float mHoldTime = 3.0f;     // seconds

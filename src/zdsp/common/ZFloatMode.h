@@ -6,10 +6,10 @@
 namespace orvane
 {
 
-/// The processor's floating-point mode for signal work, for the life of the object and on its
-/// thread: numbers too small to hear count as 0, since they cost a hundred times as much as others,
-/// rounding goes to the nearest and nothing traps. The mode that was in force, the host's, is put
-/// back with its flags. Without vector code of our own the mode is left alone. [audio thread]
+/// Sets the processor's floating-point mode for signal processing on this thread, for the life of
+/// the object: denormal numbers count as 0, because they are a hundred times as slow, results are
+/// rounded to the nearest, and nothing traps. The destructor restores the host's mode and flags. A
+/// build without vector code does not change the mode. [audio thread]
 class ZFloatMode
 {
 public:

@@ -22,7 +22,7 @@ namespace
 std::unique_ptr<ZFourierTransform> ZFourierTransform::Create(int order, int direction,
                                                              int realSignal)
 {
-    // The library behind it chooses its own vector code, so it serves every class of processor.
+    // For every class of processor: the Fourier library itself selects its vector code.
     std::unique_ptr<ZFourierTransform> transform(new (std::nothrow) ZFourierTransformSSE);
     if (!transform)
         throw ZException(ZException::kOutOfMemory, "Could not create a ZFourierTransform object");

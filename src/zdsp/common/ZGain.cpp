@@ -30,13 +30,13 @@ std::uint32_t exponentField(float value) noexcept
     return std::bit_cast<std::uint32_t>(value) >> 23 & 0xFFu;
 }
 
-/// a x b, but 0 where the exponents, each biased by 127, sum to less than -126.
+/// a x b, or 0 when the exponents sum to less than -126; each field has a bias of 127.
 float guarded(float a, float b) noexcept
 {
     return exponentField(a) + exponentField(b) < 128u ? 0.0f : a * b;
 }
 
-// The second factor of a product, one value a sample.
+// The second factor of the products: a call gives the value for the next sample.
 
 struct Constant
 {
@@ -97,10 +97,10 @@ float peakOf(const ZBuffer& buffer, std::uint32_t count) noexcept
     return peak;
 }
 
-/// log2 of a normal positive number, within 2 units in the last place. In a form that compilers
-/// turn into vector code, a tenth of the work of the library's: one call a spectrum bin is a fair
-/// share of what the whole engine may take.
-/// x = m 2^e with m from sqrt(1/2) to sqrt(2), ln m = 2 artanh((m - 1) / (m + 1)) by its series.
+/// log2 of a normal positive number, within 2 units in the last place. Compilers turn it into
+/// vector code, which takes a tenth of the time of the C library's function. That matters, because
+/// the engine calls it for each bin of a spectrum. x = m 2^e with m from sqrt(1/2) to sqrt(2), ln m
+/// = 2 artanh((m - 1) / (m + 1)) by its series.
 float logarithm2(float x) noexcept
 {
     constexpr std::uint32_t kMantissa = 0x7FFFFFu;
@@ -116,7 +116,7 @@ float logarithm2(float x) noexcept
     return exponent + kTwoOverLn2 * series;
 }
 
-/// decibelsPerOctave: dB of a factor of 2. Below the normal numbers everything is floor.
+/// decibelsPerOctave: dB of a factor of 2. Numbers below the normal ones become floor.
 void toDecibels(ZBuffer& buffer, float decibelsPerOctave, float above, float floor) noexcept
 {
     const float least = std::max(above, std::numeric_limits<float>::min());
@@ -331,6 +331,9 @@ void ZGain::AmplitudeToDecibels96(ZBuffer& buffer) noexcept
 void ZGain::ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffer& bRe,
                             const ZBuffer& bIm, ZBuffer& outRe, ZBuffer& outIm)
 {
+    assert(aIm.Length() == aRe.Length() && bRe.Length() == aRe.Length());
+    assert(bIm.Length() == aRe.Length() && outRe.Length() == aRe.Length());
+    assert(outIm.Length() == aRe.Length());
     for (std::uint32_t i = 0; i < aRe.Length(); ++i) {
         const float re =
             guarded(aRe.Data()[i], bRe.Data()[i]) - guarded(aIm.Data()[i], bIm.Data()[i]);

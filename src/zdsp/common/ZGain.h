@@ -10,23 +10,24 @@
 namespace orvane
 {
 
-/// Vector arithmetic on sample buffers: the plain form, which is also the reference of the vector
-/// twin. The two may differ in the last bits, in samples of the padding, and below the guard.
+/// Vector arithmetic on sample buffers. This class is the plain form and the reference for its
+/// vector twin, ZGainSSE. The two may differ in the last bits, in the padding and below the guard.
 ///
-/// Samples are counted by the first buffer argument unless a count is given, and every other
-/// buffer must hold as many behind its offset. Out may be one of the inputs. A ramp is the gain
-/// start + i x (end - start) / (n - 1), built by repeated addition. A peak is the largest absolute
-/// value written, 0 at least.
+/// The first buffer argument gives the number of samples n unless there is a count. Every other
+/// buffer must have as many samples from its offset on. out may be one of the inputs. A ramp is the
+/// gain start + i x (end - start) / (n - 1), built by repeated addition. A peak is the largest
+/// absolute value that is written.
 ///
-/// Underflow guard: operations that write to another buffer take a product as 0 when the exponent
-/// fields of its factors tell that it lies below the normal numbers. Those in place do not look.
+/// Underflow guard: an operation that writes to another buffer takes a product as 0 when the
+/// exponents of the factors show that it is below the normal numbers. The operations in place have
+/// no guard.
 ///
-/// Operations run on any thread, the audio thread included; one object serves one thread at a time.
+/// Operations run on any thread, also the audio thread. One thread at a time uses an object.
 class ZGain : public ZDSPObject
 {
 public:
-    /// The vector twin where the processor has it, else or with forceGeneric the plain form.
-    /// Throws ZException code 2 when there is no memory. [setup]
+    /// The vector twin if the processor supports it and forceGeneric is false, else the plain form.
+    /// Throws ZException kOutOfMemory when there is no memory. [setup]
     [[nodiscard]] static std::unique_ptr<ZGain> Create(bool forceGeneric);
 
     /// buffer x ramp
@@ -35,7 +36,7 @@ public:
     virtual void Multiply(ZBuffer& buffer, const ZBuffer& other) noexcept;
     /// buffer x gain
     virtual void Scale(ZBuffer& buffer, float gain) noexcept;
-    /// buffer x other, over count; gives the sum of the products.
+    /// buffer x other, over count. Returns the sum of the products.
     virtual float MultiplySum(ZBuffer& buffer, const ZBuffer& other, std::uint32_t count) noexcept;
 
     /// out = a x b, each from its offset, over count
@@ -61,9 +62,10 @@ public:
     /// out += source x gain
     virtual void ScaleAdd(const ZBuffer& source, float gain, ZBuffer& out) noexcept;
 
-    /// buffer x gain. min and max start at 100 and -100, and each sample updates one of them: max
-    /// when it is above it, else min when it is below. So a buffer that only rises leaves min.
+    /// buffer x gain. min and max start at 100 and -100. Each sample updates max if it is above
+    /// max, else min if it is below min; so min stays at 100 when the samples only rise.
     virtual void ScaleMinMax(ZBuffer& buffer, float gain, float& min, float& max) noexcept;
+    /// These return the peak of the operation that their name begins with.
     virtual float RampPeak(ZBuffer& buffer, float start, float end) noexcept;
     virtual float MultiplyPeak(ZBuffer& buffer, const ZBuffer& other) noexcept;
     virtual float ScalePeak(ZBuffer& buffer, float gain) noexcept;
@@ -71,22 +73,22 @@ public:
     virtual float RampToPeak(const ZBuffer& source, float start, float end, ZBuffer& out) noexcept;
     virtual float MultiplyToPeak(const ZBuffer& a, const ZBuffer& b, ZBuffer& out) noexcept;
     virtual float ScaleToPeak(const ZBuffer& source, float gain, ZBuffer& out) noexcept;
-    /// The peak is that of the sums.
+    /// The peak is that of the sums in out.
     virtual float RampAddPeak(const ZBuffer& source, float start, float end, ZBuffer& out) noexcept;
     virtual float MultiplyAddPeak(const ZBuffer& a, const ZBuffer& b, ZBuffer& out) noexcept;
     virtual float ScaleAddPeak(const ZBuffer& source, float gain, ZBuffer& out) noexcept;
-    /// out[offset + i] += source[i] x gain. Writes nothing outside that run, not even padding.
+    /// out[offset + i] += source[i] x gain. Does not write the padding.
     virtual void ScaleAddAt(const ZBuffer& source, float gain, ZBuffer& out,
                             std::uint32_t offset) noexcept;
 
-    /// x = 10 log10(x) where x is above 10^(floor / 10), else floor, in dB.
+    /// x = 10 log10(x) if x is above 10^(floor / 10), else floor; floor in dB.
     virtual void PowerToDecibels(ZBuffer& buffer, float floor) noexcept;
     /// The same with a floor of -96 dB.
     virtual void PowerToDecibels96(ZBuffer& buffer) noexcept;
-    /// x = 20 log10(x) where x is above 10^-4.8, else -96 dB.
+    /// x = 20 log10(x) if x is above 10^-4.8, else -96 dB.
     virtual void AmplitudeToDecibels96(ZBuffer& buffer) noexcept;
-    /// out = a x b as complex numbers, all six buffers of one length. The vector twin allocates
-    /// when it meets its longest buffer so far.
+    /// out = a x b as complex numbers; all six buffers have the same length. The vector twin
+    /// allocates when the buffers are longer than all before. [setup]
     virtual void ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffer& bRe,
                                  const ZBuffer& bIm, ZBuffer& outRe, ZBuffer& outIm);
 

@@ -92,16 +92,19 @@ void ZHammingWindow::Normalize(float sum) noexcept
 
 void ZHammingWindow::ApplyTo(const ZBuffer& source, ZBuffer& out) noexcept
 {
+    assert(source.Length() >= mWindow->Length() && out.Length() >= mWindow->Length());
     mGain->MultiplyTo(*mWindow, source, out);
 }
 
 void ZHammingWindow::Apply(ZBuffer& buffer) noexcept
 {
+    assert(buffer.Length() <= mWindow->Length());
     mGain->Multiply(buffer, *mWindow);
 }
 
 void ZHammingWindow::UnapplyTo(const ZBuffer& source, ZBuffer& out) noexcept
 {
+    assert(source.Length() <= mWindow->Length() && out.Length() >= source.Length());
     mGain->MultiplyTo(source, *mInverseWindow, out);
 }
 

@@ -15,25 +15,26 @@ namespace orvane
 class ZHammingWindow : public ZDSPObject
 {
 public:
-    /// Throws as SetLength does. [setup]
+    /// A window of length samples. Throws as SetLength does. [setup]
     [[nodiscard]] static std::unique_ptr<ZHammingWindow> Create(std::uint32_t length);
 
-    /// A window of length samples, its ends at 0.08 and its middle at 1; a single sample is 1.
-    /// Throws ZException: code -1 for a length of 0, code 2 when there is no memory. [setup]
+    /// Makes a window of length samples with 0.08 at the ends and 1 in the middle; a single sample
+    /// is 1. Throws ZException for a length of 0 and kOutOfMemory when there is no memory. [setup]
     virtual void SetLength(std::uint32_t length);
     /// Divides the window by the sum of the squares of every (length / divisions)-th sample, from
-    /// the first on, so that frames windowed twice and overlapped that often keep their level.
-    /// Multiplies the inverse. divisions from 1 to the length. [setup]
+    /// the first sample on, and multiplies the inverse by that sum. Frames that are windowed twice
+    /// and overlap that many times then keep their level. divisions: 1 to the length. [setup]
     virtual void NormalizePower(std::uint32_t divisions) noexcept;
-    /// The same by the plain sum. [setup]
+    /// The same by the sum of the samples themselves. [setup]
     virtual void NormalizeSum(std::uint32_t divisions) noexcept;
-    /// out = source x window, as many samples as the window has. [audio thread]
+    /// out = source x window, over the length of the window. [audio thread]
     virtual void ApplyTo(const ZBuffer& source, ZBuffer& out) noexcept;
-    /// buffer x window, over the buffer, which is no longer than the window. [audio thread]
+    /// buffer x window, over the length of the buffer, at most that of the window. [audio thread]
     virtual void Apply(ZBuffer& buffer) noexcept;
-    /// out = source / window, over the source, which is no longer than the window. [audio thread]
+    /// out = source / window, over the length of source, at most that of the window. [audio thread]
     virtual void UnapplyTo(const ZBuffer& source, ZBuffer& out) noexcept;
 
+    /// The samples of the window. [any thread]
     [[nodiscard]] const ZBuffer& Window() const noexcept { return *mWindow; }
 
 private:

@@ -8,18 +8,17 @@ namespace orvane
 
 class ZGain;
 
-/// What the processor at hand offers to vector code. Each instruction set has a source of its own,
-/// one of which is built.
+/// The processor's support of vector code. There is a source file for each instruction set, and the
+/// build uses one of them.
 class ZVectorSupport
 {
 public:
     static constexpr int kPlain = 1;
     static constexpr int kVector = 3;
 
-    /// kVector where vector code may run, else kPlain; found out at the first request and the same
-    /// ever after. [any thread]
+    /// kVector when vector code can run, else kPlain. Determined by the first call. [any thread]
     [[nodiscard]] static int ProcessorClass() noexcept;
-    /// The vector twin of ZGain; null where there is none or no memory. [setup]
+    /// The vector twin of ZGain; null when there is none or no memory. [setup]
     [[nodiscard]] static std::unique_ptr<ZGain> CreateGain();
 };
 

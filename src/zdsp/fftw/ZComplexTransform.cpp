@@ -6,6 +6,7 @@
 
 #include <fftw3.h>
 
+#include <cassert>
 #include <mutex>
 
 namespace orvane
@@ -14,16 +15,16 @@ namespace orvane
 namespace
 {
 
-// FFTW's planner keeps state and knows no threads. The library is linked in statically, so that
-// state is this module's own: no other user of FFTW in the host can plan at the same time, nor
-// leave wisdom that would make a plan here depend on who came before.
+// FFTW's planner has global state and is not thread-safe. The library is linked statically, so this
+// library has a planner of its own: another user of FFTW in the host can neither plan at the same
+// time nor change the plans made here by wisdom.
 std::mutex& plannerMutex()
 {
     static std::mutex mutex;
     return mutex;
 }
 
-int livePlans = 0;  // guarded by plannerMutex; with the last one the planner's memory goes
+int livePlans = 0;  // guarded by plannerMutex; the last one frees the planner's memory
 
 }  // namespace
 
@@ -31,8 +32,8 @@ struct ZComplexTransform::Plan
 {
     Plan(std::uint32_t length, Direction direction)
     {
-        // Estimated plans depend on nothing but the length and the processor, and are there in a
-        // millisecond. Measured ones take 200 times that and run no faster at the lengths in use.
+        // Estimated plans depend only on length and processor and take a millisecond. Measured ones
+        // take 200 times as long and run no faster at the lengths in use.
         ZBuffer in(2 * length, "ZBuffer");
         ZBuffer out(2 * length, "ZBuffer");
         const std::lock_guard lock(plannerMutex());
@@ -67,7 +68,8 @@ ZComplexTransform::~ZComplexTransform() = default;
 
 void ZComplexTransform::Run(const float* in, float* out) const noexcept
 {
-    // The plan preserves its input, which the library's signature cannot say.
+    // The plan preserves its input, although the library's function takes it without const.
+    assert(in && out && in != out);
     auto* const source = reinterpret_cast<fftwf_complex*>(const_cast<float*>(in));
     fftwf_execute_dft(mPlan->mPlan, source, reinterpret_cast<fftwf_complex*>(out));
 }

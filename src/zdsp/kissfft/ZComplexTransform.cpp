@@ -5,6 +5,8 @@
 
 #include <kiss_fft.h>
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -33,6 +35,7 @@ ZComplexTransform::~ZComplexTransform() = default;
 
 void ZComplexTransform::Run(const float* in, float* out) const noexcept
 {
+    assert(in && out && in != out);
     kiss_fft(mPlan->mState, reinterpret_cast<const kiss_fft_cpx*>(in),
              reinterpret_cast<kiss_fft_cpx*>(out));
 }

@@ -11,7 +11,7 @@ namespace
 
 constexpr std::uint32_t kFlushResultsToZero = 1u << 15;
 constexpr std::uint32_t kTakeOperandsForZero = 1u << 6;
-constexpr std::uint32_t kNoTraps = 0x3fu << 7;  // and all other bits 0: rounds to the nearest
+constexpr std::uint32_t kNoTraps = 0x3fu << 7;  // with all other bits 0: round to the nearest
 
 }  // namespace
 

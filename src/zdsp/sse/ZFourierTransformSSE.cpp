@@ -28,7 +28,7 @@ std::unique_ptr<ZBuffer> makeWork(std::uint32_t length)
     }
 }
 
-// Four bins at once, in the compiler's own vector type, which every processor it knows can carry.
+// Four bins at once, in the compiler's vector type, which it can translate for every processor.
 using Four [[gnu::vector_size(16)]] = float;
 constexpr std::size_t kLanes = 4;
 
@@ -44,18 +44,18 @@ void store(const Four& four, float* to) noexcept
     std::memcpy(to, &four, sizeof four);
 }
 
-/// One bin or four of the spectrum of the halves, with its mirror image and its twiddle factor.
+/// One bin, or four, of the spectrum of the N/2 values, with its mirror bin and twiddle factor.
 template <typename Value>
 struct Halves
 {
     Value lowRe, lowIm, highRe, highIm, cosine, sine;
 
-    /// Real part of the bin of the whole signal, times 2.
+    /// The real part of the signal's bin, times 2.
     Value Re() const noexcept
     {
         return (lowRe + highRe) + (cosine * (lowIm + highIm) - sine * (lowRe - highRe));
     }
-    /// Imaginary part, times 2.
+    /// The imaginary part, times 2.
     Value Im() const noexcept
     {
         return (lowIm - highIm) - (cosine * (lowRe - highRe) + sine * (lowIm + highIm));
@@ -73,6 +73,8 @@ void ZFourierTransformSSE::Init(int order, int direction, int realSignal)
 {
     if (order < kMinOrder || order > kMaxOrder)
         throw ZException("Fourier Transform order must lie between 1 and 24.");
+    assert(direction == kForward || direction == kInverse);
+    assert(realSignal == 0 || realSignal == 1);
     mLength = 1u << order;
     mDirection = direction;
     mRealSignal = realSignal;
@@ -126,6 +128,7 @@ void ZFourierTransformSSE::Split(ZBuffer& reBuffer, ZBuffer& imBuffer) const noe
     float* const im = imBuffer.Data();
     const float scale = 1.0f / static_cast<float>(mLength);
 
+    assert(bins >= 1);
     const std::size_t end = std::min(bins, half);
     std::size_t k = 1;
     for (; k + kLanes <= end; k += kLanes) {
@@ -157,7 +160,7 @@ void ZFourierTransformSSE::Split(ZBuffer& reBuffer, ZBuffer& imBuffer) const noe
     }
 }
 
-// The way back of Split: E + i O, twice, which leaves the inverse with no scale.
+// The inverse of Split: 2 (E + i O). The factor 2 leaves the inverse transform unscaled.
 void ZFourierTransformSSE::Join(const ZBuffer& reBuffer, const ZBuffer& imBuffer) noexcept
 {
     const std::size_t half = mLength / 2;
@@ -182,6 +185,7 @@ void ZFourierTransformSSE::Join(const ZBuffer& reBuffer, const ZBuffer& imBuffer
 void ZFourierTransformSSE::TransformComplex(const ZBuffer& inRe, const ZBuffer& inIm,
                                             ZBuffer& outRe, ZBuffer& outIm) noexcept
 {
+    assert(inRe.Length() >= mLength && inIm.Length() >= mLength);
     outRe.CopyFrom(inRe);
     outIm.CopyFrom(inIm);
     TransformInPlace(outRe, outIm);

@@ -9,11 +9,12 @@
 namespace orvane
 {
 
-/// The working transform, by a complex transform of a Fourier library that brings vector code.
+/// The implementation of ZFourierTransform, by the complex transform of a Fourier library that has
+/// vector code.
 ///
-/// A real signal of N samples goes through it as N/2 complex values, even samples real and odd
-/// ones imaginary, and the spectrum of the two halves is taken apart after. That halves the work,
-/// and bins that nobody asks for cost nothing in the second step.
+/// A real signal of N samples is transformed as N/2 complex values, with even samples as real and
+/// odd ones as imaginary parts. A second step separates the two spectra. That halves the work, and
+/// the second step computes only the bins that the caller wants.
 class ZFourierTransformSSE : public ZFourierTransform
 {
 public:
@@ -30,10 +31,10 @@ private:
     void Split(ZBuffer& re, ZBuffer& im) const noexcept;
     void Join(const ZBuffer& re, const ZBuffer& im) noexcept;
 
-    std::unique_ptr<ZComplexTransform> mTransform;  // of N/2 values for a real signal, else N
-    std::unique_ptr<ZBuffer> mPacked;  // interleaved: spectrum of the halves; complex input
-    std::unique_ptr<ZBuffer> mWork;    // complex output, interleaved; none for a real signal
-    std::unique_ptr<ZBuffer> mCosine;  // of 2 pi k / N, k = 0 .. N/2; none for a complex signal
+    std::unique_ptr<ZComplexTransform> mTransform;  // of N/2 values for a real signal, else of N
+    std::unique_ptr<ZBuffer> mPacked;  // interleaved spectrum of the N/2 values; else the input
+    std::unique_ptr<ZBuffer> mWork;    // interleaved output; null for a real signal
+    std::unique_ptr<ZBuffer> mCosine;  // of 2 pi k / N, k = 0 .. N/2; null for a complex signal
     std::unique_ptr<ZBuffer> mSine;
 };
 

@@ -14,7 +14,7 @@ namespace
 
 constexpr std::uint32_t kLanes = 4;
 
-// The second factor of a product, four samples a step.
+// The second factor of the products: a call gives the values for the next four samples.
 
 struct Constant
 {
@@ -72,7 +72,7 @@ float largestLane(__m128 four) noexcept
     return _mm_cvtss_f32(_mm_max_ss(two, _mm_shuffle_ps(two, two, 1)));
 }
 
-// What becomes of a product.
+// Where a product goes.
 enum class Target
 {
     kReplace,
@@ -110,7 +110,8 @@ float runPeak(const ZBuffer& source, Factor factor, ZBuffer& out) noexcept
         const __m128 written = step<target>(in + i, factor, result + i);
         _mm_store_ps(result + i, written);
         const __m128 used = _mm_and_ps(magnitude, lanesBelow(source.Length() - i));
-        peak = _mm_max_ps(_mm_and_ps(written, used), peak);  // in this order: a NaN is passed over
+        peak =
+            _mm_max_ps(_mm_and_ps(written, used), peak);  // in this order, so that NaN is ignored
     }
     return largestLane(peak);
 }
@@ -167,7 +168,7 @@ void ZGainSSE::ScaleAdd(const ZBuffer& source, float gain, ZBuffer& out) noexcep
     run<Target::kAdd>(source, Constant(gain), out);
 }
 
-// The search stays sample by sample: what each one updates depends on all before it.
+// The search runs sample by sample, because each step depends on all samples before.
 void ZGainSSE::ScaleMinMax(ZBuffer& buffer, float gain, float& min, float& max) noexcept
 {
     ZGainSSE::Scale(buffer, gain);
@@ -219,7 +220,7 @@ float ZGainSSE::ScaleAddPeak(const ZBuffer& source, float gain, ZBuffer& out) no
     return runPeak<Target::kAdd>(source, Constant(gain), out);
 }
 
-// Over the samples in use alone: three more would fall on samples of out that are in use.
+// Over the samples in use only: the padding of source would overlap samples of out in use.
 void ZGainSSE::ScaleAddAt(const ZBuffer& source, float gain, ZBuffer& out,
                           std::uint32_t offset) noexcept
 {
@@ -240,6 +241,7 @@ void ZGainSSE::GrowScratch(std::uint32_t length)
 {
     if (length <= mScratchLength)
         return;
+    assert(length > 0);
     mProduct = std::make_unique<ZBuffer>(length, "ZBuffer");
     mSum = std::make_unique<ZBuffer>(length, "ZBuffer");
     mScratchLength = length;
@@ -248,8 +250,10 @@ void ZGainSSE::GrowScratch(std::uint32_t length)
 void ZGainSSE::ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffer& bRe,
                                const ZBuffer& bIm, ZBuffer& outRe, ZBuffer& outIm)
 {
-    // The scratch may be longer than the buffers at hand, so the sums are counted.
+    // The scratch buffers may be longer than the arguments, so the sums have a count.
     const std::uint32_t count = outRe.Length();
+    assert(aRe.Length() == count && aIm.Length() == count && bRe.Length() == count);
+    assert(bIm.Length() == count && outIm.Length() == count);
     GrowScratch(count);
     MultiplyTo(aIm, bIm, *mProduct);
     MultiplyTo(aRe, bRe, *mSum);

@@ -9,9 +9,9 @@
 namespace orvane
 {
 
-/// Vector twin of ZGain, four samples a step: no guard, and work over the padded length of the
-/// buffers, save that peaks look at samples in use alone. The operations it does not override are
-/// those of the plain form.
+/// The vector twin of ZGain, which processes four samples per step. It has no guard and runs over
+/// the padded length of the buffers; only peaks ignore the padding. Operations that it does not
+/// override are those of the plain form.
 class ZGainSSE : public ZGain
 {
 public:
@@ -47,7 +47,7 @@ public:
 private:
     void GrowScratch(std::uint32_t length);
 
-    // Products on the way through ComplexMultiply; they never shrink.
+    // Intermediate results of ComplexMultiply; they never shrink.
     std::unique_ptr<ZBuffer> mProduct;
     std::unique_ptr<ZBuffer> mSum;
     std::uint32_t mScratchLength = 0;

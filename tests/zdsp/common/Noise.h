@@ -10,7 +10,7 @@
 namespace orvane
 {
 
-/// Fills the samples in use, the same on every run for one seed: noise in -1 .. 1.
+/// Fills the samples in use with noise in [-1, 1], which is the same on every run for a seed.
 inline void fillWithNoise(ZBuffer& buffer, std::uint32_t seed)
 {
     const auto noise = whiteNoise(1.0f, static_cast<int>(buffer.Length()), seed);

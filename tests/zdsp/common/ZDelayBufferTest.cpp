@@ -18,7 +18,7 @@ TEST(ZDelayBufferTest, LineIsTheNextPowerOfTwo)
     EXPECT_THROW(ZDelayBuffer::Create(0xFFFFFFFFu), ZException);
 }
 
-TEST(ZDelayBufferTest, GivesEachSampleAfterTheDelayAndSilenceBeforeAndAgainOnceCleared)
+TEST(ZDelayBufferTest, DelaysEachSampleAndIsSilentBeforeAndAfterClear)
 {
     for (const std::uint32_t blockSize : {1u, 100u, 256u, 300u}) {
         for (const std::uint32_t delaySamples : {0u, 1u, 512u, 1024u - blockSize}) {

@@ -94,7 +94,7 @@ TEST_F(ZEnvelopeDetectorTest, OneSampleAtFullScaleIsNoClipAndClipsCountUntilClea
     EXPECT_EQ(mDetector->ClipEvents(), 1u) << "the run from before still counts as begun";
 }
 
-TEST_F(ZEnvelopeDetectorTest, ComesBackFromWhatIsNoSound)
+TEST_F(ZEnvelopeDetectorTest, RecoversFromInfiniteAndNanSamples)
 {
     mDetector->SetRiseTime(0.0f);
     mDetector->SetFallTime(0.0f);

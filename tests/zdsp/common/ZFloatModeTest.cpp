@@ -14,7 +14,7 @@ namespace orvane
 namespace
 {
 
-// Half of the smallest normal number, worked out at run time.
+// Half of the smallest normal number, computed at run time.
 float halfOfTheSmallest()
 {
     volatile float smallest = std::numeric_limits<float>::min();
@@ -23,7 +23,7 @@ float halfOfTheSmallest()
 
 }  // namespace
 
-TEST(ZFloatModeTest, FlushesWhatIsTooSmallAndPutsTheHostsModeBack)
+TEST(ZFloatModeTest, FlushesDenormalsAndRestoresTheHostsMode)
 {
     if (ZVectorSupport::ProcessorClass() == ZVectorSupport::kPlain)
         GTEST_SKIP() << "the mode is left alone";

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZFourierTransform.h"
 
-#include "support/ExpectZException.h"
 #include "zdsp/common/Noise.h"
 #include "zlib/common/objects/ZException.h"
 
@@ -52,14 +51,9 @@ std::vector<Complex> textbook(const Spectrum& values, int direction)
     return bins;
 }
 
-/// The class that can transform nothing.
-class Unsupported : public ZFourierTransform
-{
-};
-
 }  // namespace
 
-TEST(ZFourierTransformTest, RealSpectrumIsThatOfTheDefinitionDividedByTheLength)
+TEST(ZFourierTransformTest, RealSpectrumIsTheDefinitionsDividedByTheLength)
 {
     for (const int order : {1, 2, 3, 4, 5, 10}) {
         SCOPED_TRACE(order);
@@ -79,7 +73,7 @@ TEST(ZFourierTransformTest, RealSpectrumIsThatOfTheDefinitionDividedByTheLength)
     }
 }
 
-TEST(ZFourierTransformTest, InverseGivesTheRealSignalBackAndInputsStay)
+TEST(ZFourierTransformTest, InverseRestoresTheRealSignalAndInputsAreUnchanged)
 {
     for (const int order : {1, 2, 3, 9, 13, 14}) {
         SCOPED_TRACE(order);
@@ -109,7 +103,7 @@ TEST(ZFourierTransformTest, InverseGivesTheRealSignalBackAndInputsStay)
     }
 }
 
-TEST(ZFourierTransformTest, ShorterBuffersGetTheLowBinsAndNothingBehindThem)
+TEST(ZFourierTransformTest, ShorterBuffersGetOnlyTheLowBins)
 {
     const auto transform = ZFourierTransform::Create(10, kForward, 1);
     ZBuffer time(1024, "ZBuffer");
@@ -129,7 +123,7 @@ TEST(ZFourierTransformTest, ShorterBuffersGetTheLowBinsAndNothingBehindThem)
     }
 }
 
-TEST(ZFourierTransformTest, ComplexTransformsAreThoseOfTheDefinition)
+TEST(ZFourierTransformTest, ComplexTransformsMatchTheDefinition)
 {
     for (const int direction : {kForward, kInverse}) {
         for (const int order : {1, 2, 6}) {
@@ -153,20 +147,13 @@ TEST(ZFourierTransformTest, ComplexTransformsAreThoseOfTheDefinition)
     }
 }
 
-TEST(ZFourierTransformTest, RefusesOrdersItDoesNotHaveAndClassesThatCannot)
+TEST(ZFourierTransformTest, RefusesOrdersThatItDoesNotSupport)
 {
     for (const int order : {-1, 0, 25, 32})
         EXPECT_THROW((void)ZFourierTransform::Create(order, kForward, 1), ZException) << order;
-    Unsupported unsupported;
-    unsupported.Init(3, kForward, 1);
-    ZBuffer buffer(8, "ZBuffer");
-    expectZException("Fourier Transform is not supported on your processor.",
-                     [&] { unsupported.TransformReal(buffer, buffer, buffer); });
-    EXPECT_THROW(unsupported.TransformComplex(buffer, buffer, buffer, buffer), ZException);
-    EXPECT_THROW(unsupported.TransformInPlace(buffer, buffer), ZException);
 }
 
-TEST(ZFourierTransformTest, ManyThreadsMakeRunAndDropTransformsAtOnce)
+TEST(ZFourierTransformTest, ThreadsCreateRunAndDestroyTransformsAtTheSameTime)
 {
     ZBuffer time(1024, "ZBuffer");
     fillWithNoise(time, 1);

@@ -23,8 +23,8 @@ constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr std::uint32_t kFence = 12;
 
-/// Buffers and factors of one operation. Samples behind those in use are large, so that a peak
-/// that counts them is wrong, and out goes on far enough to show who writes behind the padding.
+/// Buffers and factors of an operation. The padding is large, so that a peak that counts it is
+/// wrong. out is longer, so that writing behind the padding shows.
 struct Work
 {
     explicit Work(std::uint32_t samples)
@@ -47,7 +47,7 @@ struct Work
     float end = -1.5f;
 };
 
-// Where products go, what the second factor is, and what the operation gives back.
+// Where the products go, what the second factor is, and what the operation returns.
 enum Target
 {
     kInPlace,
@@ -132,7 +132,7 @@ void expectPlainResult(ZGain& gain, const Operation& operation, std::uint32_t sa
         const double factors[] = {rampAt(before, i), before.b.Data()[i], before.gain};
         const double start = operation.target == kAddToOut ? before.out.Data()[i] : 0.0;
         const double value = start + before.a.Data()[i] * factors[operation.factor];
-        // The ramp is summed up, with one rounding a sample.
+        // The ramp is a sum with one rounding per sample.
         EXPECT_NEAR(written.Data()[i], value, 2e-7 * (1 + samples)) << "sample " << i;
         sum += value;
         peak = std::max(peak, std::abs(value));
@@ -143,7 +143,7 @@ void expectPlainResult(ZGain& gain, const Operation& operation, std::uint32_t sa
         EXPECT_EQ(work.out.Data()[i], before.out.Data()[i]) << "fence at " << i;
 }
 
-/// Tests run on both forms; on a processor without vector code the second is the plain one again.
+/// Tests run on both forms; without vector code both are the plain form.
 class ZGainTest : public testing::TestWithParam<bool>
 {
 protected:
@@ -155,13 +155,13 @@ INSTANTIATE_TEST_SUITE_P(Forms, ZGainTest, testing::Values(true, false),
 
 }  // namespace
 
-TEST_P(ZGainTest, IsTheFormThatWasAskedFor)
+TEST_P(ZGainTest, CreateGivesTheRequestedForm)
 {
     const bool vector = ZVectorSupport::ProcessorClass() == ZVectorSupport::kVector;
     EXPECT_STREQ(mGain->GetName(), !GetParam() && vector ? "ZGainSSE" : "ZGain");
 }
 
-TEST_P(ZGainTest, EveryOperationDoesWhatItSaysAtEveryLength)
+TEST_P(ZGainTest, EveryOperationMatchesItsFormulaAtEveryLength)
 {
     for (const Operation& operation : kOperations) {
         for (std::uint32_t samples = 1; samples <= 17; ++samples) {
@@ -230,7 +230,7 @@ TEST_P(ZGainTest, MinimumTakesOnlySamplesThatRaiseNoMaximum)
     }
 }
 
-TEST_P(ZGainTest, ComplexProductsAtLengthsThatGrowAndShrink)
+TEST_P(ZGainTest, ComplexMultiplyHandlesGrowingAndShrinkingLengths)
 {
     for (const std::uint32_t samples : {3u, 17u, 8u, 64u}) {
         SCOPED_TRACE(samples);
@@ -253,7 +253,7 @@ TEST_P(ZGainTest, ComplexProductsAtLengthsThatGrowAndShrink)
     }
 }
 
-TEST_P(ZGainTest, DecibelsAreThoseOfTheLibraryDownToTheFloor)
+TEST_P(ZGainTest, DecibelsMatchTheCLibraryDownToTheFloor)
 {
     std::vector<float> values;
     for (float power = 1e-13f; power < 1e13f; power *= 1.0173f)

@@ -22,7 +22,7 @@ TEST(ZHammingWindowTest, IsSymmetricFromItsFirstSampleToItsLast)
     EXPECT_THROW(ZHammingWindow::Create(0), ZException);
 }
 
-TEST(ZHammingWindowTest, IsDividedBySumOrPowerOfItsDivisionsAndTakenBackAlike)
+TEST(ZHammingWindowTest, NormalisesBySumOrPowerAndUnapplyRestoresTheSignal)
 {
     const auto plain = ZHammingWindow::Create(16);
     double sum = 0.0;
