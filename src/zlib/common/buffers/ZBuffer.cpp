@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -42,7 +43,7 @@ float toSample(std::int32_t value)
     return static_cast<float>(value / 2147483647.0);
 }
 
-/// Nearest number in the range of Integer; so an integer that was loaded is stored as it was.
+/// The nearest number in the range of Integer. An integer that was loaded is stored unchanged.
 template <typename Integer>
 Integer toInteger(double value)
 {
@@ -51,6 +52,7 @@ Integer toInteger(double value)
     return static_cast<Integer>(std::nearbyint(std::clamp(value, kMin, kMax)));
 }
 
+/// The sample, or 0 for NaN.
 double orSilence(float sample)
 {
     return std::isnan(sample) ? 0.0 : static_cast<double>(sample);
@@ -73,7 +75,7 @@ void fromSample(float sample, std::int32_t& out)
     out = toInteger<std::int32_t>(orSilence(sample) * 2147483647.0);
 }
 
-/// The part of range that lies in 0 .. length.
+/// The part of range that lies in [0, length).
 ZRange inside(const ZRange& range, std::int64_t length)
 {
     const std::int64_t start = std::clamp<std::int64_t>(range.mStart, 0, length);
@@ -143,6 +145,7 @@ void ZBuffer::CopyRange(const ZBuffer& source, const ZRange& range, std::int64_t
     const ZRange from = inside(range, source.mLength);
     const std::int64_t target = offset + (from.mStart - range.mStart);
     const ZRange to = inside({target, from.mLength}, mLength);
+    assert(to.mLength <= from.mLength && to.mStart >= target);
     const float* first = source.mData.get() + from.mStart + (to.mStart - target);
     std::memmove(mData.get() + to.mStart, first,
                  static_cast<std::size_t>(to.mLength) * sizeof(float));
@@ -158,6 +161,7 @@ float ZBuffer::Peak() const noexcept
 
 void ZBuffer::Clamp(float min, float max) noexcept
 {
+    assert(min <= max);
     for (std::uint32_t i = 0; i < mLength; ++i)
         mData[i] = std::clamp(mData[i], min, max);
 }
@@ -166,6 +170,7 @@ template <typename Format>
 void ZBuffer::LoadAs(const Format* source, std::size_t stride, std::size_t offset,
                      std::uint32_t count)
 {
+    assert(stride >= 1 && (source || count == 0));
     if (count > mLength)
         throw ZException("Trying to load a Zbuffer with too much data.");
     for (std::uint32_t i = 0; i < count; ++i)
@@ -176,6 +181,7 @@ template <typename Format>
 void ZBuffer::StoreAs(Format* target, std::size_t stride, std::size_t offset,
                       std::uint32_t count) const
 {
+    assert(stride >= 1 && (target || count == 0));
     if (count > mLength)
         throw ZException("Trying to store more data than a Zbuffer holds.");
     for (std::uint32_t i = 0; i < count; ++i)
@@ -209,7 +215,7 @@ void ZBuffer::Load(const std::int32_t* source, std::size_t stride, std::size_t o
 void ZBuffer::Store(float* target, std::size_t stride, std::size_t offset,
                     std::uint32_t count) const
 {
-    // A whole channel, which is what every block of a host is: copied as it stands.
+    // A whole channel, as in every block of a host.
     if (stride == 1 && count <= mLength) {
         std::copy_n(mData.get(), count, target + offset);
         return;

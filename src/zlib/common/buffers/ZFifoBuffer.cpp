@@ -13,9 +13,10 @@ namespace
 {
 
 constexpr std::uint32_t kSampleBytes = sizeof(float);
-constexpr std::uint32_t kMaxCapacity = 1u << 29;  // the bytes of more are not counted in 32 bits
+constexpr std::uint32_t kMaxCapacity =
+    1u << 29;  // more samples have more bytes than 32 bits can count
 
-/// 0, which no ring takes, for a capacity that cannot be.
+/// The size of the ring; 0, which it refuses, for a capacity above the maximum.
 std::uint32_t bytesFor(std::uint32_t capacity)
 {
     return capacity <= kMaxCapacity ? capacity * kSampleBytes : 0;

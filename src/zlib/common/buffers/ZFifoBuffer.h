@@ -11,31 +11,32 @@ namespace orvane
 
 class ZBuffer;
 
-/// A sample FIFO between one producer thread and one consumer thread, without a lock. It stands at
-/// the two ends of a network.
+/// A FIFO of samples between one producer thread and one consumer thread, without a lock. Both ends
+/// of a network have one per channel.
 class ZFifoBuffer
 {
 public:
-    /// capacity in samples, a power of two up to 2^29; else throws ZException code -1. [setup]
+    /// capacity: in samples. Throws ZException unless it is a power of two up to 2^29, and
+    /// kOutOfMemory when there is no memory. [setup]
     explicit ZFifoBuffer(std::uint32_t capacity);
 
     [[nodiscard]] std::uint32_t Capacity() const noexcept { return mCapacity; }
-    /// Samples that can be written. [producer, consumer]
+    /// The number of samples that can be written. [producer, consumer]
     [[nodiscard]] std::uint32_t Free() const noexcept;
-    /// Samples that can be read. [producer, consumer]
+    /// The number of samples that can be read. [producer, consumer]
     [[nodiscard]] std::uint32_t Available() const noexcept;
 
-    /// Takes the first count samples of buffer, which holds as many. Throws ZException code -1, and
-    /// takes none, when count is above Free(); callers look first. [producer]
+    /// Appends the first count samples of buffer; count <= its length. Throws ZException, with
+    /// nothing written, when count is above Free(); callers check that first. [producer]
     void Write(const ZBuffer& buffer, std::uint32_t count);
-    /// Gives the next count samples to the start of buffer, which has room for as many. Throws
-    /// ZException code -1, and gives none, when count is above Available(); callers look first.
-    /// [consumer]
+    /// Removes the next count samples and copies them to the start of buffer; count <= its length.
+    /// Throws ZException, with nothing read, when count is above Available(); callers check that
+    /// first. [consumer]
     void Read(ZBuffer& buffer, std::uint32_t count);
-    /// The same two with samples that stand in no buffer: all of the run. [producer; consumer]
+    /// The same for all of a span of samples. [producer; consumer]
     void Write(std::span<const float> samples);
     void Read(std::span<float> samples);
-    /// Empties it. [setup]
+    /// Empties the FIFO. [setup]
     void Reset() noexcept { mRing.Reset(); }
 
 private:

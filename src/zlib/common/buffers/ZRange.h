@@ -6,13 +6,13 @@
 namespace orvane
 {
 
-/// A run of samples: where it starts and how many it holds.
+/// A range of samples, by its first sample and its length.
 struct ZRange
 {
     std::int64_t mStart = 0;
     std::int64_t mLength = 0;
 
-    /// The run from start to end, both inside it; empty when end + 1 lies before start.
+    /// The range from start to end, both included; empty when end + 1 lies before start.
     [[nodiscard]] static constexpr ZRange Between(std::int64_t start, std::int64_t end) noexcept
     {
         return {start, end + 1 < start ? 0 : end + 1 - start};

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstring>
 #include <new>
 
@@ -35,10 +36,12 @@ ZRingBuffer::ZRingBuffer(std::uint32_t size)
 
 std::uint32_t ZRingBuffer::Available() const noexcept
 {
-    // What the other side did before it moved its index has happened once the index is seen.
+    // Acquire: the bytes that belong to an index are visible once the index is.
     const std::uint32_t write = mWriteIndex.load(std::memory_order_acquire);
     const std::uint32_t read = mReadIndex.load(std::memory_order_acquire);
-    return (write - read) & mBigMask;
+    const std::uint32_t filled = (write - read) & mBigMask;
+    assert(filled <= mSize);
+    return filled;
 }
 
 void ZRingBuffer::Release::operator()(std::byte* bytes) const noexcept
@@ -48,6 +51,7 @@ void ZRingBuffer::Release::operator()(std::byte* bytes) const noexcept
 
 bool ZRingBuffer::Write(const void* bytes, std::uint32_t count) noexcept
 {
+    assert(bytes || count == 0);
     if (count > Free())
         return false;
     const std::uint32_t index = mWriteIndex.load(std::memory_order_relaxed);
@@ -62,6 +66,7 @@ bool ZRingBuffer::Write(const void* bytes, std::uint32_t count) noexcept
 
 bool ZRingBuffer::Read(void* bytes, std::uint32_t count) noexcept
 {
+    assert(bytes || count == 0);
     if (count > Available())
         return false;
     const std::uint32_t index = mReadIndex.load(std::memory_order_relaxed);

@@ -65,7 +65,7 @@ TEST(ZBufferTest, IsSilentAlignedAndPadded)
     }
 }
 
-TEST(ZBufferTest, RefusesWhatItCannotHaveOrDoesNotHoldAndStaysAsItWas)
+TEST(ZBufferTest, RefusesImproperLengthsAndCountsAndStaysUnchanged)
 {
     const char* const improper = "Error Trying to create a buffer of improper size.";
     expectZException(improper, [] { ZBuffer buffer(0, "ZBuffer"); });
@@ -85,7 +85,7 @@ TEST(ZBufferTest, RefusesWhatItCannotHaveOrDoesNotHoldAndStaysAsItWas)
     EXPECT_EQ(buffer.Data()[7], 0.0f);
 }
 
-TEST(ZBufferTest, CopyRangeMovesWhatBothBuffersReach)
+TEST(ZBufferTest, CopyRangeCopiesOnlySamplesInsideBothBuffers)
 {
     ZBuffer source(5, "ZBuffer");
     set(source, {1, 2, 3, 4, 5});
@@ -107,7 +107,7 @@ TEST(ZBufferTest, CopyRangeMovesWhatBothBuffersReach)
     EXPECT_EQ(samplesOf(source), (Samples{1, 1, 2, 3, 4}));
 }
 
-TEST(ZBufferTest, IntegersComeBackAsTheyWereAndStopAtTheirEnds)
+TEST(ZBufferTest, IntegersReadBackUnchangedAndAreClamped)
 {
     EXPECT_EQ(loaded<std::int8_t>({-128, 0, 64}), (Samples{-1.0f, 0.0f, 0.5f}));
     EXPECT_EQ(loaded<std::int32_t>({-2147483647, 0, 2147483647}), (Samples{-1, 0, 1}));

@@ -19,7 +19,7 @@
 namespace orvane
 {
 
-TEST(ZFifoBufferTest, FullAndEmptyAreToldApartAtEveryPositionWithoutAllocatingOrWaiting)
+TEST(ZFifoBufferTest, DistinguishesFullFromEmptyAtEveryPositionWithoutAllocatingOrWaiting)
 {
     ZFifoBuffer fifo(8);
     ZBuffer block(8, "ZBuffer");
@@ -37,7 +37,7 @@ TEST(ZFifoBufferTest, FullAndEmptyAreToldApartAtEveryPositionWithoutAllocatingOr
     EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
 }
 
-TEST(ZFifoBufferTest, RefusesWhatDoesNotFitAndStaysAsItWas)
+TEST(ZFifoBufferTest, RefusesWhatDoesNotFitAndStaysUnchanged)
 {
     ZFifoBuffer fifo(4);
     std::vector<float> samples{1, 2, 3, 4};
@@ -59,7 +59,7 @@ TEST(ZFifoBufferTest, RefusesWhatDoesNotFitAndStaysAsItWas)
                          [=] { ZFifoBuffer refused(capacity); });
 }
 
-TEST(ZFifoBufferTest, ProducerAndConsumerMeetWithoutALock)
+TEST(ZFifoBufferTest, PassesSamplesInOrderBetweenTwoThreads)
 {
     constexpr std::uint32_t kTotal = 200000;
     ZFifoBuffer fifo(64);
