@@ -15,24 +15,24 @@ class ZFile;
 class ZResources;
 class ZString;
 
-/// What the rows below the application object ask of it: elements, bays and documents are built by
-/// class name and look their texts up, but must not know what builds the managers. ZApp is the one
-/// application of the product; tests make small ones.
+/// The application as elements, bays and documents see it: they make objects by class name and look
+/// up texts, without the managers, which belong to higher rows. ZApp is the application of the
+/// product; tests have small ones.
 class ZApplication : public ZLooper
 {
 public:
     using ZLooper::ZLooper;
 
-    /// Makes objects by class name; lives as long as the application. [interface thread]
+    /// Makes objects by class name. Lives as long as the application. [interface thread]
     [[nodiscard]] virtual ZClassRegistry& GetClassRegistry() = 0;
-    /// The text of the string table under an id. False, with out as it was, when there is none.
-    /// [interface thread]
+    /// Gives the text that the string table has for an id. Returns false, with out unchanged, when
+    /// there is none. [interface thread]
     virtual bool GetResourceString(std::int32_t id, ZString& out) = 0;
-    /// What the library carries, for pictures by name; it lives as long as the library. None here.
+    /// The resources that the library contains; they live as long as the library. None here.
     /// [any thread]
     [[nodiscard]] virtual const ZResources& GetResources() const;
-    /// The file that stands in for a resource that the library lacks; null when there is none, as
-    /// here. [interface thread]
+    /// The file that replaces a resource which the library does not contain; null when there is
+    /// none. Always null here. [interface thread]
     [[nodiscard]] virtual boost::shared_ptr<ZFile> GetResourceFile(const ZString& name);
 };
 

@@ -4,6 +4,7 @@
 #include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -20,9 +21,10 @@ std::size_t sizeOf(std::int32_t bytes)
 
 ZBufferedFile::ZBufferedFile(const ZFile& file, std::int32_t bufferSize)
     : ZFile(file.GetName(), file.GetPath(), file.GetExtension())
-    , mBufferSize(std::max(bufferSize, 1))
+    , mBufferSize(bufferSize)
     , mBuffer(std::make_unique<std::byte[]>(static_cast<std::size_t>(mBufferSize)))
 {
+    assert(bufferSize >= 1);
 }
 
 ZBufferedFile::~ZBufferedFile()
@@ -52,6 +54,7 @@ void ZBufferedFile::Fill(std::int64_t position, std::int64_t fileSize)
     ZFile::Seek(position);
     HoldNothingAt(position);
     const std::int64_t bytes = std::min<std::int64_t>(mBufferSize, fileSize - position);
+    assert(bytes > 0);
     mBufferEnd += ZFile::Read(mBuffer.get(), static_cast<std::int32_t>(bytes));
 }
 
@@ -77,7 +80,7 @@ void ZBufferedFile::Close()
         ZFile::Close();
         throw;
     }
-    // The position stays, but not the bytes: they may be others when the file is opened again.
+    // Keeps the position but not the bytes, which another program may change until the next Open.
     HoldNothingAt(GetPosition());
     ZFile::Close();
 }
@@ -97,7 +100,7 @@ void ZBufferedFile::Seek(std::int64_t position)
         throw ZException("Unable to seek file as it has not been opened");
     if (IsWritable())
         Flush();
-    // Bytes held are in the file, so it is not empty: its size, a call of the system, can wait.
+    // A position inside the buffer needs no system call: the file cannot be empty.
     if (GetMode() != kModeWrite && mBufferStart <= position && position < mBufferEnd) {
         mCursor = position - mBufferStart;
         return;
@@ -129,6 +132,7 @@ std::int32_t ZBufferedFile::Read(void* buffer, std::int32_t bytes)
     const std::span out(static_cast<std::byte*>(buffer), sizeOf(bytes));
     std::size_t done = 0;
     for (;;) {
+        assert(GetPosition() <= mBufferEnd && mBufferEnd <= mBufferStart + mBufferSize);
         const auto held = static_cast<std::size_t>(mBufferEnd - GetPosition());
         const std::size_t taken = std::min(out.size() - done, held);
         std::copy_n(mBuffer.get() + mCursor, taken, out.data() + done);
@@ -150,6 +154,7 @@ std::int32_t ZBufferedFile::Write(const void* buffer, std::int32_t bytes)
     const std::span whole(static_cast<const std::byte*>(buffer), sizeOf(bytes));
     std::size_t done = 0;
     for (;;) {
+        assert(mCursor >= 0 && mCursor <= mBufferSize);
         const auto room = static_cast<std::size_t>(mBufferSize - mCursor);
         const std::size_t taken = std::min(whole.size() - done, room);
         std::copy_n(whole.data() + done, taken, mBuffer.get() + mCursor);
@@ -167,7 +172,7 @@ std::int32_t ZBufferedFile::Write(const void* buffer, std::int32_t bytes)
 
 void ZBufferedFile::ReadWhole(std::span<std::byte> out)
 {
-    // A read may stop before the last byte though it is there; only one without result ends.
+    // A read may stop before the last byte; only a read of no bytes is the end.
     while (!out.empty()) {
         const std::int32_t got = Read(out.data(), static_cast<std::int32_t>(out.size()));
         if (got == 0)

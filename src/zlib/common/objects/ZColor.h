@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// A colour in parts of 255; an alpha of 255 covers what is below.
+/// A colour with channels from 0 to 255; an alpha of 255 is opaque.
 struct ZColor
 {
     std::uint8_t red = 0;

@@ -18,12 +18,12 @@ namespace orvane
 
 class ZModalRun;
 
-/// Serves timers, file descriptors and posted functions, all on the one thread that calls Run. An
-/// exception that leaves a callback is reported, and the loop goes on.
+/// Calls back for timers, file descriptors and posted functions, all on the thread that calls Run.
+/// An exception that a callback throws is reported, and the loop goes on.
 ///
-/// A loop made with kUnderInterfaceLock holds the interface lock around each callback, and not
-/// while it waits. Callbacks may run modal loops of their own, in which every source is served as
-/// ever, the one that opened the modal loop included.
+/// A loop made with kUnderInterfaceLock holds the interface lock around each callback, but not
+/// while it waits. A callback may run a modal loop (ZModalRun), in which all sources are served as
+/// before, also the one whose callback it is.
 class ZEventLoop
 {
 public:
@@ -36,39 +36,41 @@ public:
         kUnderInterfaceLock,
     };
 
-    /// Throws ZException -1 when the system has no descriptor left.
+    /// Throws ZException when the system has no descriptor left. [setup]
     explicit ZEventLoop(Locking locking);
     ZEventLoop(const ZEventLoop&) = delete;
     ZEventLoop& operator=(const ZEventLoop&) = delete;
-    /// Drops what is left, posted functions included. Nobody serves the loop any more.
+    /// Drops all sources, also posted functions that have not run. Run has returned by then.
     ~ZEventLoop();
 
-    /// Calls back once every period, which must be positive, first after one period. A tick that is
-    /// late is not made up for: the next one comes a whole period after it. [any thread]
+    /// Calls back once every period, first after one period. period > 0. When a call is late by
+    /// more than a period, the missed calls are left out. [any thread]
     SourceId AddTimer(std::chrono::microseconds period, Callback callback);
-    /// Calls back whenever the descriptor can be read or has hung up, perhaps once with nothing to
-    /// read. The callback removes a descriptor that is at its end. One that is closed without being
-    /// removed is dropped. [any thread]
+    /// Calls back while the descriptor can be read or has hung up, sometimes with nothing to read.
+    /// The callback itself removes a descriptor at its end of file. A descriptor that is closed
+    /// without having been removed is dropped. [any thread]
     SourceId AddDescriptor(int descriptor, Callback callback);
-    /// Calls back once, in the order of posting, without the poster waiting. [any thread]
+    /// Calls back once, in the order of posting, and does not wait for it. [any thread]
     SourceId Post(Callback callback);
 
-    /// Removes a source; its callback is not running and will not run after the return. Two callers
-    /// do not wait for a callback that is running, since it might wait for them: one on the loop's
-    /// own thread, and, where the loop uses the interface lock, one that holds it. For the latter
-    /// the callback runs only if it has given up the lock. An unknown id does nothing. [any thread]
+    /// Removes a source and waits until its callback has returned. Two callers do not wait, because
+    /// the callback could be waiting for them: a caller on the loop's thread, and a caller that
+    /// holds the interface lock if the loop uses it. For the second one the callback goes on only
+    /// if it has released the lock. Does nothing for an unknown id. [any thread]
     void Remove(SourceId id);
 
-    /// Serves until End, which may have come before. [the thread that becomes the loop's]
+    /// Serves the sources until End has been called; returns at once if it was called before. The
+    /// calling thread becomes the loop's thread.
     void Run();
-    /// Ends Run and all modal runs inside it, for good. [any thread]
+    /// Ends Run and all modal runs inside it. The loop cannot run again. [any thread]
     void End();
-    /// Ends the modal runs of an owner, or with null those that have none, and waits until the
-    /// callbacks that began them have returned; on the loop's own thread it only ends them. Gives
-    /// up the interface lock while it waits; a caller that holds the lock can then be sure there
-    /// are none. [any thread]
+    /// Ends the modal runs of an owner (null: those without one) and waits until the callbacks that
+    /// started them have returned; on the loop's thread it does not wait. It waits without the
+    /// interface lock. After the return a caller that holds the lock knows that no such run is
+    /// left. [any thread]
     void EndModalRuns(const void* owner);
 
+    /// True on the thread that called Run. [any thread]
     [[nodiscard]] bool IsLoopThread() const;
 
 private:
@@ -96,35 +98,35 @@ private:
     void Wake() const;
 
     const Locking mLocking;
-    const int mWakeDescriptor;  // an event counter of the system: written to break a wait
+    const int mWakeDescriptor;  // an eventfd: a write to it ends the wait
 
     mutable std::mutex mMutex;               // guards all below
-    std::condition_variable mDeliveryEnded;  // for those who wait in Remove and EndModalRuns
+    std::condition_variable mDeliveryEnded;  // Remove and EndModalRuns wait for it
     std::map<SourceId, SourcePtr> mSources;
-    std::deque<SourcePtr>
-        mReady;  // shared by nested runs, so that none keeps an event from another
+    std::deque<SourcePtr> mReady;  // shared by nested runs: none keeps an event from another
     SourceId mNextId = 1;
     std::vector<ZModalRun*> mRuns;           // from the outermost to the innermost
-    std::vector<std::uint64_t> mDeliveries;  // in progress, likewise
+    std::vector<std::uint64_t> mDeliveries;  // in progress, in the same order
     std::uint64_t mNextDelivery = 1;
     std::thread::id mThread;
     std::unique_ptr<ZModalRun> mMainRun;
 };
 
-/// One nested run of an event loop: what a modal menu or dialog waits in.
+/// A nested run of an event loop, in which a modal menu or dialog waits.
 class ZModalRun
 {
 public:
-    /// The owner is whoever must not go while the run lasts, see ZEventLoop::EndModalRuns; null
-    /// for none.
+    /// The owner is the object that must outlive the run, see ZEventLoop::EndModalRuns; null for
+    /// none.
     ZModalRun(ZEventLoop& loop, const void* owner);
     ZModalRun(const ZModalRun&) = delete;
     ZModalRun& operator=(const ZModalRun&) = delete;
 
-    /// Serves the loop's events until End, or until a run around this one has ended. The interface
-    /// lock is given up meanwhile, so whatever it guards may have changed. [loop's thread]
+    /// Serves the loop's sources until End is called or a run around this one has ended. Releases
+    /// the interface lock meanwhile, so everything that it guards may have changed afterwards.
+    /// [loop's thread]
     void Run();
-    /// [any thread]
+    /// Lets Run return. [any thread]
     void End();
 
 private:
@@ -133,7 +135,7 @@ private:
     ZEventLoop& mLoop;
     const void* const mOwner;
     bool mEnded = false;        // guarded by the loop's mutex
-    std::uint64_t mWithin = 0;  // the delivery that began the run; guarded likewise
+    std::uint64_t mWithin = 0;  // the delivery that started the run; guarded by the loop's mutex
 };
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 #include "zlib/common/objects/ZException.h"
 
 #include "zlib/common/objects/ZMessageBox.h"
+#include "zlib/common/objects/ZTrace.h"
 
 #include <exception>
 #include <string>
@@ -28,6 +29,7 @@ void ZException::Report() const
     const std::string body = mMessage.ToNarrow() + "\n\rCode " + std::to_string(mCode) +
                              ". You should close the plugin and remove it from any inserts before "
                              "trying to use it again";
+    ZTrace::Write(mFile.ToNarrow() + ':' + std::to_string(mLine) + ' ' + mMessage.ToNarrow());
     ZMessageBox::Show(ZMessageBox::kError, "An exception has occurred", body);
 }
 
@@ -43,7 +45,7 @@ try {
         ZException("Unknown exception").Report();
     }
 } catch (...) {
-    // No memory to say it in: nothing is left that could be told.
+    // There is not even memory for a message.
 }
 
 }  // namespace orvane

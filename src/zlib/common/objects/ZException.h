@@ -34,13 +34,11 @@ public:
     ZException& operator=(const ZException&) = default;
     virtual ~ZException() = default;
 
-    /// Tells the user, in a message box. Never on the audio thread.
+    /// Shows the failure in a message box. [any thread but the audio thread]
     virtual void Report() const;
 
     [[nodiscard]] std::int32_t GetCode() const { return mCode; }
     [[nodiscard]] const ZString& GetMessage() const { return mMessage; }
-    [[nodiscard]] const ZString& GetFile() const { return mFile; }
-    [[nodiscard]] std::int32_t GetLine() const { return mLine; }
 
 private:
     std::int32_t mCode;
@@ -49,8 +47,8 @@ private:
     std::int32_t mLine;
 };
 
-/// Reports the exception that is being handled, whatever its type: for where one must go no
-/// further. Never on the audio thread.
+/// Reports the exception that is being handled, whatever its type. For a catch block beyond which
+/// no exception may pass. [any thread but the audio thread]
 void reportCurrentException() noexcept;
 
 }  // namespace orvane

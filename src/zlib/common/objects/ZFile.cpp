@@ -8,6 +8,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cassert>
 #include <cstddef>
 #include <cstdio>
 #include <span>
@@ -60,7 +61,7 @@ ZString inCapitals(ZString text)
     return text;
 }
 
-/// The file that an exchange parks the first of the two in, closed; null when it cannot be made.
+/// A closed temporary file for the first file of an exchange; null when it cannot be made.
 boost::shared_ptr<ZFile> makeParkingFile(const ZString& extension)
 {
     boost::shared_ptr<ZFile> parking;
@@ -194,6 +195,7 @@ std::int64_t ZFile::GetPosition() const
 
 std::int32_t ZFile::Read(void* buffer, std::int32_t bytes)
 {
+    assert(buffer || bytes <= 0);
     if (GetMode() == kModeWrite)
         throw ZException("Unable to read file open write-only.");
     const auto got = mNative.Read({static_cast<std::byte*>(buffer), sizeOf(bytes)});
@@ -214,6 +216,7 @@ void ZFile::ReadShort(std::int16_t& out)
 
 std::int32_t ZFile::Write(const void* buffer, std::int32_t bytes)
 {
+    assert(buffer || bytes <= 0);
     const std::span whole(static_cast<const std::byte*>(buffer), sizeOf(bytes));
     if (!mNative.Write(whole))
         throw ZException("Unable to write to file.");
@@ -279,6 +282,7 @@ try {
 
 bool ZFile::BringTo(const boost::shared_ptr<ZFile>& target)
 {
+    assert(target);
     return MoveTo(target, true) || CopyTo(target, true);
 }
 
@@ -296,7 +300,7 @@ bool ZFile::Exchange(const boost::shared_ptr<ZFile>& other)
     const bool otherIsHere = other->BringTo(self);
     if (otherIsHere && parking->BringTo(other))
         return true;
-    // Nothing may be put over the other's only copy, nor the parked file be deleted as temporary.
+    // Neither overwrite the only copy of the other file nor delete the parked one.
     const bool otherIsBack = !otherIsHere || self->BringTo(other);
     if (!otherIsBack || !parking->BringTo(self))
         parking->SetDeleteOnClose(false);

@@ -14,10 +14,10 @@ namespace orvane
 
 struct ZFiletype;
 
-/// Names a file on disk and wraps the platform's handle of it. The object exists before the file
-/// is opened and after it is closed, so a dialog can hand a document the file that was chosen.
-/// Reading and writing raise ZException; opening, closing, deleting, copying and moving report by
-/// a boolean. No locks: one thread at a time, which is the interface thread.
+/// The name of a file on disk and, while it is open, the platform's handle. The object exists
+/// before the file is opened and after it is closed, so that a dialog can pass a chosen file to a
+/// document. Reading and writing throw ZException; opening, closing, deleting, copying and moving
+/// return a boolean. There is no lock. [interface thread]
 class ZFile : public ZObject
 {
 public:
@@ -31,20 +31,21 @@ public:
     };
 
     ZFile() = default;
-    /// Names the same file, and deletes it as well if the other does; closed, with no file type.
+    /// Names the same file and takes the other's deletion flag. It is closed and has no file type.
     ZFile(const ZFile& other);
-    /// name: without folder and extension. path: the whole path, which all operations use.
+    /// name: the file's name without folder and extension. path: the whole path, which all
+    /// operations use.
     ZFile(const ZString& name, const ZString& path, const ZString& extension);
     ZFile& operator=(const ZFile&) = delete;
-    /// Closes the file, and deletes it when that was asked for.
+    /// Closes the file and, after SetDeleteOnClose(true), deletes it.
     ~ZFile() override;
 
-    /// A Mode; closed whenever the file is.
+    /// A Mode; kModeClosed while the file is closed.
     [[nodiscard]] virtual std::int32_t GetMode() const;
     virtual void SetMode(std::int32_t mode);
     virtual void SetDeleteOnClose(bool deleteOnClose);
-    /// True unless the system knows that there is no such file: one that merely cannot be read
-    /// counts as there.
+    /// False when the system answers that there is no such file. A file that cannot be looked at
+    /// counts as existing.
     [[nodiscard]] virtual bool Exists() const;
     [[nodiscard]] virtual bool IsOpen() const;
     /// ZNativeFile::kClosed when closed.
@@ -52,63 +53,64 @@ public:
     [[nodiscard]] virtual ZString GetName() const;
     [[nodiscard]] virtual ZString GetPath() const;
     [[nodiscard]] virtual ZString GetExtension() const;
-    /// True when name, path and extension are the same, character by character.
+    /// True when name, path and extension are equal, character by character.
     [[nodiscard]] virtual bool Equals(const ZFile& other) const;
 
-    /// Opens the file; a missing one is made, for reading too, and with create one that is there
-    /// is emptied. Leaves an open file as it is, whatever the mode. False when it cannot be
-    /// opened. Raises code -1 for a mode that is none.
+    /// Opens the file. A missing file is made, also for reading; with create an existing file is
+    /// emptied. Does nothing and returns true for an open file, whatever the mode. Returns false
+    /// when the file cannot be opened. Throws ZException for an unknown mode.
     virtual bool Open(std::int32_t mode, bool create);
     virtual void Close();
-    /// Deletes the file at the path; false on a failure.
+    /// Deletes the file at the path. Returns false on a failure.
     virtual bool Delete();
-    /// Not implemented: raises code -2.
+    /// Throws ZException kNotImplemented.
     virtual void Rename();
 
     /// In bytes; 0 when closed.
     [[nodiscard]] virtual std::int64_t GetSize() const;
-    /// From the start. Raises code -1 when closed or on a failure.
+    /// Sets the position, in bytes from the start. Throws ZException when the file is closed and on
+    /// a failure.
     virtual void Seek(std::int64_t position);
-    /// From the start; 0 when closed.
+    /// In bytes from the start; 0 when closed.
     [[nodiscard]] virtual std::int64_t GetPosition() const;
 
-    /// Fills buffer, of at least that many bytes, and gives back the bytes read: less at the end
-    /// of the file. Raises code -1 for a file open for writing only, and on a failure.
+    /// Reads into buffer, which has room for that many bytes. Returns the number of bytes read,
+    /// which is less at the end of the file. Throws ZException for a file open for writing only and
+    /// on a failure.
     virtual std::int32_t Read(void* buffer, std::int32_t bytes);
-    /// Reads 4 or 2 bytes in the machine's order. A file that ends before them is a failure, since
-    /// half a number is none: raises code -1 and leaves out as it was.
+    /// Reads 4 or 2 bytes in the machine's byte order. Throws ZException, with out unchanged, when
+    /// the file ends before them and on a failure.
     virtual void ReadLong(std::int32_t& out);
     virtual void ReadShort(std::int16_t& out);
-    /// Writes all and gives back the bytes written. Raises code -1 on a failure.
+    /// Writes all bytes and returns their number. Throws ZException on a failure.
     virtual std::int32_t Write(const void* buffer, std::int32_t bytes);
-    /// Writes 4 or 2 bytes in the machine's order. Raises code -1 on a failure.
+    /// Writes 4 or 2 bytes in the machine's byte order. Throws ZException on a failure.
     virtual void WriteLong(std::int32_t value);
     virtual void WriteShort(std::int16_t value);
-    /// Nothing is held back here.
+    /// Does nothing here: ZFile has no buffer.
     virtual void Flush();
 
-    /// True when the extensions are the same but for case; false for null.
+    /// True when the extensions are equal without regard to case. False for null.
     [[nodiscard]] virtual bool IsOfFiletype(const boost::shared_ptr<ZFiletype>& filetype) const;
     virtual void SetFiletype(const boost::shared_ptr<ZFiletype>& filetype);
-    /// What a save dialog chose, or null.
+    /// The type that the user chose in a save dialog, or null.
     [[nodiscard]] virtual boost::shared_ptr<ZFiletype> GetFiletype() const;
 
-    /// Copies the file at the path to the path of the other, and closes neither. False on a
-    /// failure, which the standard error stream tells, and without overwrite for a target that is
-    /// there.
+    /// Copies the file at the path to the path of the other, and closes neither. Returns false on a
+    /// failure, after a line on standard error. Without overwrite an existing target is a failure.
     virtual bool CopyTo(const boost::shared_ptr<ZFile>& other, bool overwrite);
-    /// Closes both and moves the file at the path to the path of the other, to another volume if
-    /// need be; the result is on the disk. False on a failure, which the standard error stream
-    /// tells or, when closing could not write, a message box. What is at the target is replaced
-    /// whatever overwrite says: it makes the call read as CopyTo does.
+    /// Closes both and moves the file at the path to the path of the other, also to another volume,
+    /// and waits until it is on the disk. Returns false on a failure, after a line on standard
+    /// error or, when closing could not write, a message box. An existing target is always
+    /// replaced: overwrite has no effect.
     virtual bool MoveTo(const boost::shared_ptr<ZFile>& other, bool overwrite);
-    /// Closes both and swaps the two files on the disk by way of a temporary one. False on a
-    /// failure, with both files as they were. Where they cannot be brought back either, what would
-    /// be lost stays in the temporary file.
+    /// Closes both and swaps the two files on the disk through a temporary file. Returns false on a
+    /// failure, with both files as they were. If even moving them back fails, the temporary file is
+    /// kept.
     virtual bool Exchange(const boost::shared_ptr<ZFile>& other);
 
 private:
-    /// Moves the file, or copies it where it may be read but not removed.
+    /// Moves the file, or copies it if it can be read but not removed.
     bool BringTo(const boost::shared_ptr<ZFile>& target);
 
     ZNativeFile mNative;

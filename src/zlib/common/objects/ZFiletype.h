@@ -12,14 +12,14 @@
 namespace orvane
 {
 
-/// A kind of file that a document can be read from or saved to: a plain record.
+/// A type of file that a document can be read from or saved to.
 struct ZFiletype
 {
-    std::string docClass;  // of the document that takes such files
+    std::string docClass;  // class of the documents that these files hold
     std::string mimeType;
-    std::uint32_t macType = 0;  // four characters, the first in the top byte; 0 for none
+    std::uint32_t macType = 0;  // four characters, the first in the highest byte; 0 for none
     std::string extension;      // without the dot
-    ZString description;        // for the user
+    ZString description;        // shown to the user
 };
 
 using ZFiletypes = std::vector<boost::shared_ptr<ZFiletype>>;

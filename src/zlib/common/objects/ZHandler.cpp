@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZLooper.h"
 
 #include <atomic>
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -35,6 +36,7 @@ ZHandler::~ZHandler()
 {
     if (mLooper)
         mLooper->RemoveHandler(this);
+    assert(!mLooper);
 }
 
 bool ZHandler::IsKindOf(std::string_view className) const
@@ -95,6 +97,7 @@ std::weak_ptr<const void> ZHandler::GetLife() const
 
 void ZHandler::SetCurrentApp(ZApplication* app)
 {
+    assert(app);
     currentApp.store(app, std::memory_order_release);
 }
 

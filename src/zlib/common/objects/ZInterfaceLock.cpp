@@ -62,8 +62,8 @@ private:
     std::uint64_t mServed = 0;  // the ticket whose turn it is
 };
 
-// Never destroyed: the interface thread of an instance that was never closed may still use it while
-// the process ends.
+// Never destroyed: if the host never closes an instance, its interface thread may still use the
+// lock while the process ends.
 FairRecursiveLock& theLock()
 {
     static const ZNeverDestroyed<FairRecursiveLock> lock;
@@ -96,6 +96,7 @@ ZInterfaceUnlock::ZInterfaceUnlock()
 
 ZInterfaceUnlock::~ZInterfaceUnlock()
 {
+    assert(!theLock().IsOwner());
     if (mDepth > 0)
         theLock().Take(mDepth);
 }

@@ -4,11 +4,11 @@
 namespace orvane
 {
 
-/// Holds the interface lock for the life of the object. One recursive lock a process: whoever
-/// touches documents, bays, views, commands or windows holds it - the interface thread around each
-/// event it delivers, the host shell around each call that is not an audio call. The audio path
-/// never does. Fair: threads get it in the order they asked, so that a busy interface cannot starve
-/// the host. [any thread but the audio thread]
+/// Holds the interface lock for the life of the object. The lock is recursive, and there is one per
+/// process. Code that uses documents, bays, views, commands or windows holds it: the interface
+/// thread takes it around each event that it delivers, the host shell around each call that is not
+/// an audio call. The audio path never takes it. Threads get the lock in the order in which they
+/// ask for it, so that a busy interface cannot starve the host. [any thread but the audio thread]
 class ZInterfaceLock
 {
 public:
@@ -22,9 +22,10 @@ public:
     [[nodiscard]] static bool IsHeld();
 };
 
-/// Gives up the interface lock wholly for the life of the object, however often the thread holds
-/// it, and takes it back as often. Does nothing on a thread that does not hold it. Stands around
-/// whatever may wait for another thread: calls of the host, waiting for events, joining a thread.
+/// Releases the interface lock for the life of the object, at whatever depth the thread holds it,
+/// and then takes it back to the same depth. Does nothing on a thread that does not hold the lock.
+/// Code that may wait for another thread does so inside this scope: it calls the host, waits for
+/// events or joins a thread. [any thread but the audio thread]
 class ZInterfaceUnlock
 {
 public:

@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZNeverDestroyed.h"
 #include "zlib/common/objects/ZThread.h"
 
+#include <cassert>
 #include <cstdint>
 #include <mutex>
 #include <utility>
@@ -19,7 +20,7 @@ struct ZInterfaceThread::Engine
 
     static void Run(void* shared);
     static std::shared_ptr<Engine> Start();
-    /// Ends the loop and waits for the thread, -1 without limit.
+    /// Ends the loop and waits for the thread at most so long; -1 waits without limit.
     void Stop(std::int32_t limitMicroseconds);
 };
 
@@ -28,8 +29,8 @@ namespace
 
 thread_local bool onInterfaceThread = false;
 
-// What an orderly end of the thread may take while the process exits. A thread that is caught in a
-// call of the host for longer is left to the end of the process.
+// The longest wait for the thread's end while the process exits. A thread that is inside a call of
+// the host for longer than that ends with the process.
 constexpr std::int32_t kExitLimitMicroseconds = 250'000;
 
 }  // namespace
@@ -38,9 +39,9 @@ struct ZInterfaceThread::Shared
 {
     std::mutex mutex;  // guards all below
     std::shared_ptr<Engine> engine;
-    int holds = 0;
+    int references = 0;
 
-    // Never destroyed: boxes may be raised, and holds let go, until the very end of the process.
+    // Never destroyed: message boxes and references are in use until the process ends.
     static Shared& Get()
     {
         static const ZNeverDestroyed<Shared> shared;
@@ -50,7 +51,7 @@ struct ZInterfaceThread::Shared
 
 void ZInterfaceThread::Engine::Run(void* shared)
 {
-    // The thread's own share, so that the last hold may be let go on the thread itself.
+    // Keeps the engine alive when the last reference is destroyed on this thread.
     const std::unique_ptr<std::shared_ptr<Engine>> own(
         static_cast<std::shared_ptr<Engine>*>(shared));
     onInterfaceThread = true;
@@ -92,9 +93,9 @@ ZInterfaceThread::ZInterfaceThread()
     const std::lock_guard lock(shared.mutex);
     if (!shared.engine)
         shared.engine = Engine::Start();
-    // Made late, so that it goes before anything the thread uses is destroyed.
+    // Constructed late, so that it is destroyed before the static objects that the thread uses.
     static const AtExit atExit;
-    ++shared.holds;
+    ++shared.references;
     mEngine = shared.engine;
 }
 
@@ -104,7 +105,8 @@ ZInterfaceThread::~ZInterfaceThread()
     {
         Shared& shared = Shared::Get();
         const std::lock_guard lock(shared.mutex);
-        if (--shared.holds == 0)
+        assert(shared.references > 0);
+        if (--shared.references == 0)
             last = std::move(shared.engine);
     }
     if (last)

@@ -8,37 +8,38 @@
 namespace orvane
 {
 
-/// One user's hold on the interface thread, the one thread that serves all instances of the
-/// process. The first hold starts it, the last one to go ends and joins it, and a later one starts
-/// it anew. A hold that is never let go does not keep the process from ending: the thread is
-/// stopped at exit.
+/// A reference to the interface thread, the one thread that serves all instances of the process.
+/// The first reference starts the thread, and the destructor of the last one ends and joins it; a
+/// later reference starts it again. A reference that is never destroyed does not keep the process
+/// from ending: the thread is stopped at exit.
 class ZInterfaceThread
 {
 public:
-    /// Throws ZException -1 when the thread cannot be made. [any thread but the audio thread]
+    /// Throws ZException when the thread cannot be made. [any thread but the audio thread]
     ZInterfaceThread();
     ZInterfaceThread(const ZInterfaceThread&) = delete;
     ZInterfaceThread& operator=(const ZInterfaceThread&) = delete;
-    /// Gives up the interface lock while it joins. Let go on the interface thread itself, the last
-    /// hold ends the thread without joining it.
+    /// Releases the interface lock while it joins the thread. On the interface thread itself the
+    /// last reference ends the thread without joining it. [any thread but the audio thread]
     ~ZInterfaceThread();
 
-    /// The thread's loop, for as long as the hold lasts.
+    /// The thread's loop, which lives as long as the reference. [any thread]
     [[nodiscard]] ZEventLoop& GetLoop() const;
 
-    /// Posts to the thread's loop if there is one running: false, with the callback dropped, if
-    /// not. What the thread has not come to when it ends is dropped too. [any thread but the audio
+    /// Posts to the thread's loop. Returns false and drops the callback when no thread runs. When
+    /// the thread ends it drops callbacks that it has not reached. [any thread but the audio
     /// thread]
     static bool Post(ZEventLoop::Callback callback);
-    /// As the loop's EndModalRuns, if there is one running. [any thread but the audio thread]
+    /// Calls EndModalRuns of the thread's loop; does nothing when no thread runs. [any thread but
+    /// the audio thread]
     static void EndModalRuns(const void* owner);
-    /// True on the interface thread.
+    /// True on the interface thread. [any thread]
     [[nodiscard]] static bool IsCurrent();
 
-    /// Stops the thread at its own end, as the process exits or the library is unloaded: for a
-    /// static object, made after the first use of what cleans up after itself at exit, so that it
-    /// goes before that does. An object rather than a function given to atexit: the system knows to
-    /// which library the object belongs.
+    /// Stops the thread in its destructor, when the process exits or the library is unloaded. Meant
+    /// for a static object. Static objects are destroyed in reverse order, so it is constructed
+    /// after the static objects that the thread uses. An object instead of a function passed to
+    /// atexit, because the system knows which library an object belongs to.
     class AtExit
     {
     public:

@@ -8,8 +8,9 @@
 namespace orvane
 {
 
-/// A named lock: a semaphore of count 1. Not recursive and without an owner, so one thread must not
-/// take it twice. lock and unlock are spelt as std::lock_guard asks for them.
+/// A named lock: a semaphore of count 1. It is not recursive and has no owner, so one thread must
+/// not take it twice. lock and unlock have the names that std::lock_guard calls.
+/// [any thread but the audio thread]
 class ZLock
 {
 public:

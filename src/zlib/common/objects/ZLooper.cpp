@@ -11,6 +11,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <chrono>
 #include <iterator>
 #include <mutex>
@@ -23,10 +24,10 @@ namespace orvane
 namespace
 {
 
-// What the system's own timers can do; a shorter period would keep the loop from all else.
+// The shortest period of a timer: a shorter one would leave the loop no time for other events.
 constexpr std::int32_t kShortestTimerMicroseconds = 1000;
 
-/// The element that a change message names, if it is one.
+/// The identity of the changed element, for a ZELEMENTCHANGED only.
 std::optional<std::uint64_t> changedElement(const ZMessage& message)
 {
     std::uint64_t element = 0;
@@ -52,7 +53,7 @@ ZLooper::~ZLooper()
         const ZInterfaceUnlock unlocked;
         mThread.reset();
     }
-    StopTimers();  // before the handlers go: no tick may find the list half empty
+    StopTimers();  // first: a tick must not use the list while it is emptied
     DropHandlers();
     const Queue dropped = TakeAll();
 }
@@ -93,7 +94,7 @@ void ZLooper::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 
 void ZLooper::Start()
 {
-    // Whoever waits in Run goes on even if the start has failed.
+    // Run must return even if Started throws.
     const struct Release
     {
         ZSemaphore& active;
@@ -113,7 +114,7 @@ void ZLooper::InitLooper()
 {
     if (mQueueTimer >= 0)
         return;
-    // No tick before its id is known.
+    // The lock keeps the first tick from running before mQueueTimer is set.
     const ZInterfaceLock lock;
     const auto created = boost::make_shared<ZMessage>(ZCREATE);
     created->Add<bool>("Create", true);
@@ -149,7 +150,7 @@ void ZLooper::Run()
 void ZLooper::RunThread(void* looper)
 {
     auto& self = *static_cast<ZLooper*>(looper);
-    // Whatever became of the loop, nobody waits for it any longer.
+    // However the loop ends, the threads that wait in Run and WaitForExit must go on.
     const struct Release
     {
         ZLooper& looper;
@@ -190,8 +191,9 @@ bool ZLooper::IsElementChangePending(const ZMessage& message, ZHandler* target)
 
 void ZLooper::PostZMessage(boost::shared_ptr<const ZMessage> message, ZHandler* target)
 {
+    assert(message && target);
     const std::optional<std::uint64_t> element = changedElement(*message);
-    // A record and its entry come and go together, under the queue's lock.
+    // The queue's lock covers both, so that each queued change has its entry in mElementChanges.
     const std::lock_guard queueLock(mQueueLock);
     if (element) {
         const std::lock_guard changesLock(mElementChangesLock);
@@ -203,7 +205,7 @@ void ZLooper::PostZMessage(boost::shared_ptr<const ZMessage> message, ZHandler* 
 
 void ZLooper::BroadcastZMessage(boost::shared_ptr<const ZMessage> message)
 {
-    // Held while posting, so that a handler that leaves the list meanwhile leaves the queue after.
+    // Held while posting: RemoveHandler then finds every message for its handler in the queue.
     const std::lock_guard lock(mHandlersLock);
     for (ZHandler* handler : mHandlers)
         PostZMessage(message, handler);
@@ -263,11 +265,12 @@ void ZLooper::FlushElementChanges()
 
 void ZLooper::DropMessages()
 {
-    const Queue dropped = TakeAll();  // let go without the locks
+    const Queue dropped = TakeAll();  // destroyed without the locks
 }
 
 void ZLooper::AddHandler(ZHandler* handler)
 {
+    assert(handler);
     if (EnterList(handler))
         HandlerAdded(handler);
     if (handler->mLooper != this)
@@ -276,7 +279,8 @@ void ZLooper::AddHandler(ZHandler* handler)
 
 void ZLooper::RemoveHandler(ZHandler* handler)
 {
-    Queue dropped;  // let go at the end: what a message holds may have handlers of this looper
+    assert(handler);
+    Queue dropped;  // destroyed last: the messages may own handlers of this looper
     if (LeaveList(handler)) {
         HandlerRemoved(handler);
         dropped = TakeRecordsFor(handler);
@@ -320,8 +324,9 @@ ZHandler* ZLooper::FirstHandler()
     return mHandlers.empty() ? nullptr : mHandlers.front();
 }
 
-std::int32_t ZLooper::AddTimer(std::int32_t microseconds, std::int32_t /*flags*/)
+std::int32_t ZLooper::AddTimer(std::int32_t microseconds, [[maybe_unused]] std::int32_t flags)
 {
+    assert(microseconds >= 0 && flags == 0);
     const std::chrono::microseconds period(std::max(microseconds, kShortestTimerMicroseconds));
     const std::lock_guard lock(mTimerLock);
     if (!mLoop)
@@ -345,7 +350,7 @@ void ZLooper::RemoveTimer(std::int32_t id)
         source = found->second;
         mTimers.erase(found);
     }
-    // Not under the lock: this waits for a callback, which may use the timers itself.
+    // Without the lock: Remove waits for a callback, which may itself use timers.
     loop->Remove(source);
 }
 
@@ -376,7 +381,8 @@ bool ZLooper::TakeNext(Record& record)
     record = std::move(mQueue.front());
     mQueue.pop_front();
     mQueueLength = mQueue.size();
-    // Before delivery, so that a change that comes during it is posted anew.
+    assert(record.message && record.target);
+    // Before the delivery, so that a change during the delivery is posted again.
     ForgetElementChange(record);
     return true;
 }
@@ -387,6 +393,7 @@ void ZLooper::ForgetElementChange(const Record& record)
     if (!element)
         return;
     const std::lock_guard changesLock(mElementChangesLock);
+    assert(mElementChanges.contains({*element, record.target}));
     mElementChanges.erase({*element, record.target});
 }
 

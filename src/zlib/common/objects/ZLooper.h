@@ -25,7 +25,7 @@ class ZInterfaceThread;
 class ZMessage;
 class ZThread;
 
-/// What the platform tells a looper, see ZLooper::LooperWindowProc.
+/// The platform's events for a looper, see ZLooper::LooperWindowProc.
 enum class ZLooperEvent
 {
     kTimer,
@@ -35,15 +35,17 @@ enum class ZLooperEvent
     kOther,
 };
 
-/// A queue of posted messages with a place to run them. It is a handler itself, of itself.
+/// A queue of posted messages and the loop that delivers them. A looper is also a handler, and
+/// serves itself.
 ///
-/// Served mode: no thread of its own. After InitLooper the interface thread runs the queue dry at
-/// every tick; the owner may do so too. Thread mode: Run makes a thread that does nothing else.
-/// Posting never wakes a looper: a message waits for the next tick, at most 41.666 ms.
+/// In served mode the looper has no thread of its own: after InitLooper the interface thread
+/// empties the queue at every tick, and the owner may empty it too. In thread mode Run starts a
+/// thread that only runs the loop. Posting does not wake a looper: a message waits for the next
+/// tick, at most 41.666 ms.
 ///
-/// Posting, asking for pending changes and timers work from any thread. A handler is removed by the
-/// thread that delivers to it, or under the interface lock in served mode; else a message that is
-/// being delivered at that moment may still be running when the removal returns.
+/// Any thread may post, ask for pending changes and use timers. A handler is removed by the thread
+/// that delivers to it, or in served mode under the interface lock. When another thread removes it,
+/// the delivery of a message to it may go on after the removal returns.
 ///
 /// Lock order: handlers before queue (only in a broadcast), queue before element changes. No lock
 /// is held while a message is delivered or dropped.
@@ -52,65 +54,77 @@ class ZLooper : public ZHandler
 public:
     static constexpr std::int32_t kTickMicroseconds = 41666;
 
-    /// The application may be null; the looper does not own it.
+    /// The application may be null. The looper does not own it. [setup]
     explicit ZLooper(std::string_view name, ZApplication* app = nullptr);
-    /// Ends the looper's thread, lets all handlers go, stops the timers and drops the queue. A
-    /// derived class that overrides what a tick calls first calls StopTimers in its own destructor.
+    /// Ends the looper's thread, stops the timers, removes all handlers and drops the queue. A
+    /// derived class that overrides a function which a tick calls stops the timers in its own
+    /// destructor. [any thread but the looper's]
     ~ZLooper() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     [[nodiscard]] ZApplication* GetApp() override;
-    /// ZLOOPERSTART: Started, then whoever waits in Run goes on. ZQUEUECHANGED: ProcessQueue.
+    /// ZLOOPERSTART: calls Started, then lets Run return. ZQUEUECHANGED: calls ProcessQueue.
     /// ZQUIT: stops the timers and ends the message loop.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// Waits until the looper's loop has ended. An owner of a looper without a thread calls
-    /// ReleaseAlive first. Gives up the interface lock meanwhile.
+    /// Waits until the looper's loop has ended, without the interface lock. The owner of a looper
+    /// without a thread calls ReleaseAlive first. [any thread but the looper's]
     virtual void WaitForExit();
-    /// Begins the tick: on the looper's own thread when there is one, else on the interface thread.
+    /// Starts the ticks: on the looper's own thread if there is one, else on the interface thread.
+    /// A second call does nothing. [setup]
     virtual void InitLooper();
-    /// A handler has entered the list. Nothing here.
+    /// Called when a handler has been added to the list. Does nothing here.
     virtual void HandlerAdded(ZHandler* handler);
-    /// A handler has left the list; it may be in its destructor. Nothing here.
+    /// Called when a handler has been removed from the list, perhaps by its own destructor. Does
+    /// nothing here.
     virtual void HandlerRemoved(ZHandler* handler);
-    /// Starts the looper on a thread of its own and returns when it has started. Gives up the
-    /// interface lock meanwhile.
+    /// Starts the looper on a thread of its own and waits, without the interface lock, until it has
+    /// started. [setup]
     virtual void Run();
-    /// Drops the queue, ends the thread if there is one, and waits for the end.
+    /// Drops the queue, ends the thread if there is one, and waits for the loop's end. [any thread
+    /// but the looper's]
     virtual void Quit();
     /// Posts ZLOOPERSTART to itself and serves events until ZQUIT. [looper's thread]
     virtual void MessageLoop();
-    /// True when the message is a ZELEMENTCHANGED and one for the same element and target waits.
+    /// True when the message is a ZELEMENTCHANGED and the queue holds another one for the same
+    /// element and target. [any thread]
     [[nodiscard]] virtual bool IsElementChangePending(const ZMessage& message, ZHandler* target);
-    /// Appends the message to the queue; the target must not be destroyed meanwhile.
+    /// Appends the message to the queue. The caller keeps the target alive during the call.
+    /// [any thread]
     virtual void PostZMessage(boost::shared_ptr<const ZMessage> message, ZHandler* target);
-    /// Posts the message to every handler in the list.
+    /// Posts the message to every handler in the list. [any thread]
     virtual void BroadcastZMessage(boost::shared_ptr<const ZMessage> message);
-    /// Delivers until the queue is empty, what is posted meanwhile included.
+    /// Delivers until the queue is empty, also the messages that are posted meanwhile. [looper's
+    /// thread]
     virtual void ProcessQueue();
-    /// Takes what the platform tells. The looper's own timer flushes element changes and runs the
-    /// queue dry; any other sends a ZTIMER with "TimerID" (unsigned 32-bit) to this looper.
-    /// 0 when the event was taken, -1 to leave it to the platform.
+    /// Handles an event of the platform. The looper's own timer is a tick, unless the filter skips
+    /// it; any other timer gives this looper a ZTIMER with "TimerID" (unsigned 32-bit). Returns 0
+    /// when the event has been handled, -1 when the platform should handle it. [looper's thread]
     virtual std::int32_t LooperWindowProc(ZLooperEvent event, std::int32_t timerId);
-    /// The looper has started. Nothing here.
+    /// Called when the looper has started. Does nothing here. [looper's thread]
     virtual void Started();
-    /// Delivers the front message, without any lock held; returns at once from an empty queue.
+    /// Delivers the first message, if there is one, without a lock. [looper's thread]
     virtual void ProcessNextMessage();
 
     using ZHandler::PostZMessage;
 
+    /// Adds the handler to the list unless it is there, and makes this looper its own. [looper's
+    /// thread]
     void AddHandler(ZHandler* handler);
-    /// Takes the handler off the list and drops what waits for it.
+    /// Removes the handler from the list and its messages from the queue. [looper's thread; in
+    /// served mode any thread that holds the interface lock]
     void RemoveHandler(ZHandler* handler);
+    /// True when the handler is in the list. [any thread]
     [[nodiscard]] bool HasHandler(const ZHandler* handler);
 
-    /// Starts a timer and gives back its id. Before InitLooper it only gives back the next id, and
-    /// nothing fires. No flags are in use. [any thread]
+    /// Starts a timer and returns its id. Before InitLooper it starts none and only returns the
+    /// next id. microseconds >= 0, 1000 at least are in effect; flags is 0. [any thread]
     std::int32_t AddTimer(std::int32_t microseconds, std::int32_t flags);
-    /// Stops a timer, as ZEventLoop::Remove does; an unknown id does nothing. [any thread]
+    /// Stops a timer and waits for its callback as ZEventLoop::Remove does. Does nothing for an
+    /// unknown id. [any thread]
     void RemoveTimer(std::int32_t id);
-    /// Stops all timers, the tick included. [any thread]
+    /// Stops all timers, also the ticks. [any thread]
     void StopTimers();
     /// Does the work of a tick: sends the notifications of marked elements and runs the queue dry.
     /// The looper's own timer calls it every kTickMicroseconds. [looper's thread; in served mode
@@ -120,19 +134,19 @@ public:
     /// Tick: false skips that call, while another thread calls Tick instead. [before InitLooper]
     void SetTickFilter(std::function<bool()> filter) { mTickFilter = std::move(filter); }
 
-    /// True when a message waits: one atomic look, before the queue's lock is worth taking.
-    /// [any thread, audio thread included]
+    /// True when the queue holds a message. Reads one atomic, so that callers can avoid the queue's
+    /// lock. [any thread, audio thread included]
     [[nodiscard]] bool HasMessages() const noexcept { return CountMessages() != 0; }
-    /// Messages that wait. [any thread, audio thread included]
+    /// The number of messages in the queue. [any thread, audio thread included]
     [[nodiscard]] std::size_t CountMessages() const noexcept;
-    /// Lets WaitForExit and Quit of a looper without a thread return.
+    /// Lets WaitForExit and Quit of a looper without a thread return. [any thread]
     void ReleaseAlive() { mAlive.Release(); }
 
 protected:
-    /// Sends the notifications of elements that were marked on other threads; the tick calls it
-    /// before it runs the queue. Nothing here.
+    /// Sends the notifications of elements that other threads have marked. Tick calls it before it
+    /// empties the queue. Does nothing here. [looper's thread]
     virtual void FlushElementChanges();
-    /// Forgets what waits in the queue, undelivered.
+    /// Empties the queue without delivery. [any thread]
     void DropMessages();
 
 private:
@@ -142,7 +156,7 @@ private:
         ZHandler* target;
     };
     using Queue = std::deque<Record>;
-    /// Element by its identity, and who is told.
+    /// An element, by its identity, and the handler that is notified.
     using ElementChange = std::pair<std::uint64_t, ZHandler*>;
 
     static void RunThread(void* looper);

@@ -18,38 +18,36 @@ namespace orvane
 
 class ZClassRegistry;
 
-/// A number with named, typed fields. Its sender builds it; once handed on, nobody changes it and
-/// it is held by shared pointers to const, which makes it safe to pass between threads.
+/// An id with named, typed fields. The sender builds a message and then passes it on by a shared
+/// pointer to const. It does not change after that, so threads can share it.
 class ZMessage : public ZObject
 {
 public:
     explicit ZMessage(std::int32_t id);
-    /// Reads a message: the attribute `id` is a name of the message registry; each child is a
-    /// field, its tag the type, its attributes `name` and `value` the rest. Tags that name no type
-    /// are skipped. Objects are made by the class registry.
-    /// Throws ZException -1 when either registry does not know a name.
+    /// Reads a message from a description. The attribute `id` is a name of the message registry.
+    /// Each child is a field: its tag is the type, its attributes are `name` and `value`. Unknown
+    /// tags are skipped. The class registry makes the objects. Throws ZException when one of the
+    /// registries does not know a name. [interface thread]
     ZMessage(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Messages are not archived.
-    /// Throws ZException -2.
+    /// Both throw ZException kNotImplemented: messages are not archived.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
 
     [[nodiscard]] std::int32_t GetId() const { return mId; }
 
-    /// A new message with the same id and fields, for whoever has to add to one that is shared.
+    /// A new message with the same id and fields, to which more fields can be added. [any thread]
     [[nodiscard]] boost::shared_ptr<ZMessage> Copy() const;
 
-    /// Adds a field. The type is named, as in Add<float>("rate", 44100), since the reader must ask
-    /// for the very same one.
-    /// False, with nothing changed, when the name is there: a field is never overwritten.
+    /// Adds a field. The caller names the type, as in Add<float>("rate", 44100), because the reader
+    /// must ask for the same type. Returns false, with the message unchanged, when the name exists.
     template <ZMsgValue T>
     bool Add(std::string_view name, const std::type_identity_t<T>& value);
 
-    /// Copies the field's value. False, with out as it was, when there is no field of that name and
-    /// type.
+    /// Copies the field's value. Returns false, with out unchanged, when there is no field of that
+    /// name and type. [any thread]
     template <ZMsgValue T>
     [[nodiscard]] bool Find(std::string_view name, T& out) const;
 
@@ -60,11 +58,11 @@ private:
     void AddField(const boost::shared_ptr<ZXMLElement>& xml, const ZClassRegistry& classes);
 
     std::int32_t mId;
-    // An item never changes, so copies of a message share it.
+    // Items do not change, so copies of a message share them.
     std::map<std::string, std::shared_ptr<const ZMsgItem>, std::less<>> mItems;
 };
 
-/// Fields by name without a meaning as a message.
+/// Named fields without a message id.
 class ZDictionary : public ZMessage
 {
 public:
@@ -72,8 +70,8 @@ public:
     ~ZDictionary() override;
 };
 
-/// The identity of an object as the field "elementid" carries it: a number to compare, never a way
-/// back to the object. 0 for none.
+/// The identity of an object for the field "elementid": a number that is only compared, never
+/// turned into a pointer again. 0 for null. [any thread]
 [[nodiscard]] std::uint64_t elementIdOf(const ZObject* object);
 
 template <ZMsgValue T>

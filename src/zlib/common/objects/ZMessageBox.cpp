@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZNeverDestroyed.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <list>
 #include <memory>
@@ -23,11 +24,11 @@ struct BoxState
     std::mutex mutex;
     ZMessageBox::Presenter presenter;
     ZMessageBox::ModalPresenter modalPresenter;
-    // Texts of the boxes that are open or handed over; a list, since it keeps no memory when empty.
+    // Texts of the boxes that are open or queued. A list, because an empty list owns no memory.
     std::list<ZString> onShow;
 };
 
-// Never destroyed: a failure may be reported until the very end of the process.
+// Never destroyed: a failure may be reported until the process ends.
 BoxState& state()
 {
     static const ZNeverDestroyed<BoxState> boxes;
@@ -56,8 +57,8 @@ void writeLine(ZMessageBox::Kind kind, const ZString& title, const ZString& text
     std::fputs(line.c_str(), stderr);
 }
 
-/// A box from its raising to its end. One that nobody has shown by then becomes a line: that of a
-/// process without a display, or one that the interface thread did not come to any more.
+/// A box until it is closed. A box that was not shown becomes a line on standard error: there is no
+/// display, or the interface thread has ended before it reached the box.
 class OpenBox
 {
 public:
@@ -80,11 +81,13 @@ public:
 
     void Present(const ZMessageBox::Presenter& presenter)
     {
+        assert(presenter);
         mShown = true;
         presenter(mKind, mTitle, mText);
     }
     void PresentModally(const ZMessageBox::ModalPresenter& presenter)
     {
+        assert(ZInterfaceThread::IsCurrent());
         mShown = presenter(mKind, mTitle, mText);
     }
 

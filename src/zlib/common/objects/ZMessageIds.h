@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// The numbers of the framework's messages. They are frozen: a name in a description stands for its
-/// number, and products count on from ZUSERMESSAGESTART.
+/// The ids of the framework's messages. They never change, because the names in descriptions stand
+/// for them. The ids of a product start at ZUSERMESSAGESTART.
 enum ZMessageId : std::int32_t
 {
     ZERROR = -1,
@@ -59,7 +59,7 @@ enum ZMessageId : std::int32_t
     ZLOOPERSTART = 46,
     ZLOOP = 47,
     ZMAXBUFFERCHANGED = 48,
-    ZMENUSELECTION = 50,  // a choice in a menu; descriptions cannot name it
+    ZMENUSELECTION = 50,  // a choice in a menu; no name in the message registry
     ZMETER = 51,
     ZHZOOMIN = 52,
     ZVZOOMIN = 53,
@@ -176,7 +176,7 @@ enum ZMessageId : std::int32_t
     PLUGINRECALLPRESETC = 168,
     PLUGINSAVETOPRESETD = 169,
     PLUGINRECALLPRESETD = 170,
-    ZMOUSEWHEEL = 181,  // descriptions cannot name it
+    ZMOUSEWHEEL = 181,  // no name in the message registry
     ZPRESETLOADBEGIN = 182,
     ZPRESETLOADEND = 183,
     ZUSERMESSAGESTART = 0x1000000,

@@ -12,7 +12,7 @@ namespace orvane
 namespace
 {
 
-// Everything that a description can name. ZMENUSELECTION and ZMOUSEWHEEL have no row.
+// All names that a description may use. ZMENUSELECTION and ZMOUSEWHEEL have none.
 constexpr ZMessageRegistry::Row kFrameworkRows[] = {
     {"ZERROR", ZERROR},
     {"ZOK", ZOK},

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -12,8 +11,8 @@
 namespace orvane
 {
 
-/// The table that gives message names their numbers. One for the process: built while the library
-/// loads, destroyed as it unloads, and written at no other time, so reading it needs no lock.
+/// The table of message names and ids. There is one for the process. It is built while the library
+/// loads and does not change until the library is unloaded, so reading needs no lock.
 class ZMessageRegistry
 {
 public:
@@ -23,27 +22,26 @@ public:
         std::int32_t id;
     };
 
-    /// Holds the framework's rows from the start.
+    /// A table with the framework's rows.
     ZMessageRegistry();
     ZMessageRegistry(const ZMessageRegistry&) = delete;
     ZMessageRegistry& operator=(const ZMessageRegistry&) = delete;
 
-    /// The library's table.
+    /// The table of the library. [any thread]
     [[nodiscard]] static ZMessageRegistry& Get();
 
-    /// Two names may share a number. Throws ZException -1 when the name is there. [library load]
+    /// Adds a row. Two names may have the same id. Throws ZException when the name exists. [library
+    /// load]
     void Add(std::string_view name, std::int32_t id);
-    /// The number of a name, capitals told apart. Throws ZException -1 when there is none.
-    /// [any thread]
+    /// The id of a name, compared with case. Throws ZException when there is none. [any thread]
     [[nodiscard]] std::int32_t Find(std::string_view name) const;
-    [[nodiscard]] std::size_t GetCount() const { return mIds.size(); }
 
 private:
     std::map<std::string, std::int32_t, std::less<>> mIds;
 };
 
-/// Adds a product's rows to the library's table. Made as a constant at namespace scope, which is
-/// what puts the adding into the library's load.
+/// Adds a product's rows to the library's table. A constant at namespace scope, so that the rows
+/// are added while the library loads.
 class ZMessageRows
 {
 public:

@@ -22,8 +22,8 @@ class ZObject;
 class ZPluginWindow;
 class ZWindow;
 
-/// The text that names a type of message field, and with it the set of types a message can carry.
-/// A class of a higher row that sends a type of its own adds a specialisation beside that type.
+/// The name of a type of message field; null for a type that no message can carry. A higher row
+/// that sends a type of its own adds a specialisation beside that type.
 template <typename T>
 inline constexpr const char* kMsgTypeName = nullptr;
 
@@ -86,6 +86,7 @@ public:
     ZMsgItem& operator=(const ZMsgItem&) = delete;
     virtual ~ZMsgItem() = default;
 
+    /// The name of the field's type. [any thread]
     [[nodiscard]] virtual const char* GetType() const { return "none"; }
 };
 

@@ -10,10 +10,9 @@
 namespace orvane
 {
 
-/// What the platform supplies for files: one open file, of which the object is the sole owner, and
-/// what the system does to files by their paths. Paths are UTF-8. Calls that a signal interrupts
-/// are taken up again, and runs of bytes are read and written whole.
-/// One object belongs to one thread at a time.
+/// The platform's half of ZFile: an open file, which the object owns, and operations on paths.
+/// Paths are UTF-8. A call that a signal interrupts is repeated, and bytes are read and written
+/// until all are done. One thread uses an object at a time. [any thread but the audio thread]
 class ZNativeFile
 {
 public:
@@ -25,7 +24,7 @@ public:
         kWrite,
         kReadWrite,
     };
-    /// What the calls by path give back: 0, or the system's number of the failure.
+    /// The result of the operations on paths: 0, or the errno of the failure.
     using Error = std::int32_t;
 
     ZNativeFile() = default;
@@ -33,8 +32,8 @@ public:
     ZNativeFile& operator=(const ZNativeFile&) = delete;
     ~ZNativeFile() { Close(); }
 
-    /// Opens what is at path, which is made when it is missing; with cut, what it holds is dropped.
-    /// False for a folder, and where the user may not. The object must be closed.
+    /// Opens the file at path, which is made when it is missing; with cut it is emptied. Returns
+    /// false for a folder and without permission. The object must be closed.
     [[nodiscard]] bool Open(const std::string& path, Access access, bool cut);
     void Close();
     [[nodiscard]] bool IsOpen() const { return mHandle != kClosed; }
@@ -44,35 +43,36 @@ public:
     [[nodiscard]] std::int64_t GetSize() const;
     /// In bytes from the start; 0 when closed.
     [[nodiscard]] std::int64_t GetPosition() const;
+    /// Sets the position, in bytes from the start. Returns false on a failure.
     [[nodiscard]] bool Seek(std::int64_t position);
-    /// The number of bytes read, less than asked for at the end of the file only; empty on a
-    /// failure.
+    /// Fills out. Gives the number of bytes read, which is less only at the end of the file; no
+    /// value on a failure.
     [[nodiscard]] std::optional<std::size_t> Read(std::span<std::byte> out);
-    /// False when not all could be written.
+    /// Returns false when not all bytes could be written.
     [[nodiscard]] bool Write(std::span<const std::byte> bytes);
 
-    /// True unless the system knows that nothing is there: what merely cannot be looked at counts
-    /// as there.
+    /// False when the system answers that there is no such file. A file that cannot be looked at
+    /// counts as existing.
     [[nodiscard]] static bool Exists(const std::string& path);
     static Error Delete(const std::string& path);
-    /// Copies what a file holds. A file cannot be copied onto itself.
+    /// Copies a file's bytes. A file cannot be copied onto itself.
     [[nodiscard]] static Error Copy(const std::string& from, const std::string& to, bool overwrite);
-    /// Moves a file, over what is at the target and to another volume if need be, and waits until
-    /// that is on the disk. What is at the target is at all times the old file or the whole new
-    /// one. A source on another volume that cannot be deleted stays.
+    /// Moves a file, also to another volume, replaces the target and waits until the result is on
+    /// the disk. The target is at all times the old file or the whole new one. A source on another
+    /// volume that cannot be deleted stays.
     [[nodiscard]] static Error Move(const std::string& from, const std::string& to);
-    /// Puts a file that holds text in the place of what is at path, in one step and through to the
-    /// disk. A link is followed.
+    /// Replaces the file at path in one step by a file that holds text, and waits until it is on
+    /// the disk. Follows a link.
     [[nodiscard]] static Error Replace(const std::string& path, const std::string& text);
-    /// Makes the folder that path stands in, and those around it, where they are missing.
+    /// Makes the folder of path, with the folders above it, where they are missing.
     [[nodiscard]] static Error MakeFolderOf(const std::string& path);
-    /// Makes an empty file with a name that nobody else has, which only this user may read:
-    /// prefix, some letters, suffix. Its path, or empty on a failure.
+    /// Makes an empty file with a unique name, made of prefix, some letters and suffix, that only
+    /// this user can read. Gives its path; no value on a failure.
     [[nodiscard]] static std::optional<std::string>
     MakeUnique(const std::string& folder, const std::string& prefix, const std::string& suffix);
-    /// The folder for files that nobody misses later; empty when there is none.
+    /// The system's folder for temporary files; no value when there is none.
     [[nodiscard]] static std::optional<std::string> GetTempFolder();
-    /// The folder of the user's settings; empty when the user has no home.
+    /// The folder of the user's settings; no value when the user has no home folder.
     [[nodiscard]] static std::optional<std::string> GetSettingsFolder();
 
 private:

@@ -7,9 +7,9 @@
 namespace orvane
 {
 
-/// Holds an object of static duration that is never destroyed, for what a thread may still use
-/// while the process ends. It lies in the library's own memory, so that nothing stays behind when a
-/// host unloads the library; T must therefore own nothing by then.
+/// Holds a static object whose destructor never runs, so that threads can use it until the process
+/// ends. Its memory is part of the library and goes when a host unloads the library. Memory that T
+/// still owns by then is lost.
 template <typename T>
 class ZNeverDestroyed
 {
@@ -21,6 +21,7 @@ public:
     ZNeverDestroyed(const ZNeverDestroyed&) = delete;
     ZNeverDestroyed& operator=(const ZNeverDestroyed&) = delete;
 
+    /// The object. [any thread that T allows]
     [[nodiscard]] T& operator*() const { return *mObject; }
 
 private:

@@ -5,6 +5,8 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -49,6 +51,7 @@ void ZObject::RestoreBody(const boost::shared_ptr<ZXMLElement>& /*xml*/)
 boost::shared_ptr<ZXMLElement> ZObject::ExtractXML() const
 {
     auto xml = ExtractHeader();
+    assert(xml);
     ExtractBody(xml);
     return xml;
 }

@@ -11,15 +11,15 @@ namespace orvane
 
 class ZXMLElement;
 
-/// Root of the framework's classes: a name, a class-name test and the archive operations.
-/// Objects have identity, so they are not copied. No locks: an object belongs to one thread at a
-/// time unless its class says otherwise.
+/// Root of the framework's classes: a name, a test by class name and the archive operations.
+/// Objects have an identity and cannot be copied. There is no lock: one thread at a time uses an
+/// object, unless its class says otherwise.
 class ZObject
 {
 public:
-    /// The name is UTF-8 and need not be unique.
+    /// The name is UTF-8; several objects may have the same one.
     explicit ZObject(std::string_view name = {});
-    /// Takes the name from the attribute `name`; empty without one.
+    /// Takes the name from the attribute `name`; empty without that attribute.
     explicit ZObject(const boost::shared_ptr<ZXMLElement>& xml);
     ZObject(const ZObject&) = delete;
     ZObject& operator=(const ZObject&) = delete;
@@ -27,18 +27,18 @@ public:
 
     /// True for the name of the object's own class or of one of its bases.
     [[nodiscard]] virtual bool IsKindOf(std::string_view className) const;
-    /// The name of the object's class as it stands in an archive.
+    /// The name of the object's class, as archives write it.
     [[nodiscard]] virtual const char* GetClassName() const;
-    /// A new element with the object's opening data: here a tag "ZObject" with name and class.
+    /// A new element that identifies the object; here a tag "ZObject" with name and class.
     [[nodiscard]] virtual boost::shared_ptr<ZXMLElement> ExtractHeader() const;
-    /// Writes the object's state into the element. Nothing here.
+    /// Writes the object's state into the element. Does nothing here.
     virtual void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const;
-    /// Applies an archived state to the object as it stands. Nothing here.
+    /// Applies an archived state to the object. Does nothing here.
     virtual void RestoreBody(const boost::shared_ptr<ZXMLElement>& xml);
-    /// Tells a person who looks for a fault what the object holds. Nothing here.
+    /// Writes the object's state as trace lines, for debugging. Does nothing here.
     virtual void Dump() const;
 
-    /// The object's archive: its header with its state in it.
+    /// The object's archive: ExtractHeader, filled by ExtractBody.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractXML() const;
 
     [[nodiscard]] const std::string& GetName() const { return mName; }

@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// A place in pixels, x to the right and y down.
+/// A position in pixels; x grows to the right, y downwards.
 struct ZPoint
 {
     std::int32_t x = 0;

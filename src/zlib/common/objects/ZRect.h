@@ -10,8 +10,8 @@
 namespace orvane
 {
 
-/// A rectangle in pixels by its edges; right and bottom are the first pixels outside. Results that
-/// 32 bits cannot hold stay at their end.
+/// A rectangle in pixels, given by its edges; right and bottom are the first pixels outside.
+/// Results that exceed 32 bits are clamped.
 struct ZRect
 {
     std::int32_t left = 0;
@@ -21,7 +21,7 @@ struct ZRect
 
     bool operator==(const ZRect&) const = default;
 
-    /// Negative where the edges have changed sides.
+    /// Width and height are negative when right lies left of left, or bottom above top.
     [[nodiscard]] constexpr std::int32_t GetWidth() const
     {
         return Saturate(std::int64_t{right} - left);
@@ -33,28 +33,29 @@ struct ZRect
     /// True when no pixel lies inside.
     [[nodiscard]] constexpr bool IsEmpty() const { return right <= left || bottom <= top; }
 
+    /// True when the pixel lies inside.
     [[nodiscard]] constexpr bool Contains(const ZPoint& point) const
     {
         return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
     }
-    /// The same with the edges at right and bottom.
+    /// The same, where the edges right and bottom count as inside.
     [[nodiscard]] constexpr bool ContainsWithEdges(const ZPoint& point) const
     {
         return point.x >= left && point.x <= right && point.y >= top && point.y <= bottom;
     }
-    /// True when the two share a pixel; an empty one shares none.
+    /// True when the two have a pixel in common.
     [[nodiscard]] constexpr bool Intersects(const ZRect& other) const
     {
         return !Intersection(other).IsEmpty();
     }
-    /// The pixels that lie in both; all zero when there are none.
+    /// The pixels that lie in both; all edges are 0 when there are none.
     [[nodiscard]] constexpr ZRect Intersection(const ZRect& other) const
     {
         const ZRect common{std::max(left, other.left), std::max(top, other.top),
                            std::min(right, other.right), std::min(bottom, other.bottom)};
         return common.IsEmpty() ? ZRect{} : common;
     }
-    /// The smallest rectangle around both; an empty one counts for nothing.
+    /// The smallest rectangle around both; an empty one is ignored.
     [[nodiscard]] constexpr ZRect Union(const ZRect& other) const
     {
         if (IsEmpty())
@@ -64,13 +65,13 @@ struct ZRect
         return {std::min(left, other.left), std::min(top, other.top), std::max(right, other.right),
                 std::max(bottom, other.bottom)};
     }
-    /// With each edge moved inwards, or for negative amounts outwards.
+    /// The rectangle with each edge moved inwards, or outwards for negative amounts.
     [[nodiscard]] constexpr ZRect Inset(std::int32_t x, std::int32_t y) const
     {
         return {Saturate(std::int64_t{left} + x), Saturate(std::int64_t{top} + y),
                 Saturate(std::int64_t{right} - x), Saturate(std::int64_t{bottom} - y)};
     }
-    /// Moved as it is.
+    /// The rectangle moved by x and y.
     [[nodiscard]] constexpr ZRect Offset(std::int32_t x, std::int32_t y) const
     {
         return {Saturate(std::int64_t{left} + x), Saturate(std::int64_t{top} + y),

@@ -4,6 +4,7 @@
 #include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
+#include <cassert>
 #include <chrono>
 
 namespace orvane
@@ -21,6 +22,7 @@ std::int32_t ZSemaphore::Wait()
 {
     std::unique_lock lock(mMutex);
     mReleased.wait(lock, [this] { return mCount > 0; });
+    assert(mCount > 0);
     --mCount;
     return 0;
 }
@@ -41,7 +43,7 @@ std::int32_t ZSemaphore::Release()
     if (mCount == kMaxCount)
         return -1;
     ++mCount;
-    // Within the lock: the waiter may destroy the semaphore as soon as it has its count.
+    // Under the lock: the waiting thread may destroy the semaphore as soon as it has its count.
     mReleased.notify_one();
     return 0;
 }

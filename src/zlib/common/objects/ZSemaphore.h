@@ -10,25 +10,25 @@
 namespace orvane
 {
 
-/// A named counting semaphore. [any thread but where waiting is forbidden]
-/// Made of a mutex and a condition variable, since the system's own semaphore measures its time-out
-/// on the wall clock, which may jump.
+/// A named counting semaphore. It consists of a mutex and a condition variable, because the
+/// time-out of a POSIX semaphore uses the wall clock, which may jump. [any thread but the audio
+/// thread]
 class ZSemaphore
 {
 public:
     static constexpr std::int32_t kMaxCount = 0x7fffffff;
 
-    /// Throws ZException -1 when the initial count is negative.
+    /// Throws ZException when the initial count is negative.
     ZSemaphore(std::string_view name, std::int32_t initialCount);
     ZSemaphore(const ZSemaphore&) = delete;
     ZSemaphore& operator=(const ZSemaphore&) = delete;
 
-    /// Takes one count, however long that takes. 0.
+    /// Waits until the count is above 0 and takes one. Returns 0.
     std::int32_t Wait();
-    /// Takes one count: 0, or 1 when the time ran out. Counted in whole milliseconds, rounded down,
-    /// so less than 1000 microseconds only looks.
+    /// The same with a time limit, in whole milliseconds, rounded down: below 1000 microseconds it
+    /// does not wait. Returns 0, or 1 when the time has run out.
     [[nodiscard]] std::int32_t Wait(std::int32_t microseconds);
-    /// Gives one count: 0, or -1 when the count is at its maximum.
+    /// Adds one to the count. Returns 0, or -1 when the count is at its maximum.
     std::int32_t Release();
 
     [[nodiscard]] const std::string& GetName() const { return mName; }

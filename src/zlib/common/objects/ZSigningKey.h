@@ -4,8 +4,8 @@
 namespace orvane
 {
 
-/// The public key that descriptions are checked by: a PEM block of the type "RSA PUBLIC KEY".
-/// The public half of the key that the build signs with.
+/// The public key that verifies descriptions: a PEM block of the type "RSA PUBLIC KEY". It is the
+/// public half of the key with which the build signs them.
 extern const char* const kSigningPublicKey;
 
 }  // namespace orvane

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <clocale>
 #include <cwchar>
@@ -28,9 +29,10 @@ bool isLowSurrogate(char16_t unit)
     return unit >= 0xDC00 && unit < 0xE000;
 }
 
-/// Takes the next code point off a UTF-8 text that is not empty.
+/// Removes the first code point from a UTF-8 text, which is not empty, and returns it.
 char32_t takeUtf8(std::string_view& text)
 {
+    assert(!text.empty());
     const auto lead = static_cast<unsigned char>(text.front());
     text.remove_prefix(1);
     if (lead < 0x80)
@@ -46,7 +48,7 @@ char32_t takeUtf8(std::string_view& text)
             return kReplacement;
         point = point << 6 | (next & 0x3Fu);
     }
-    // Longer than needed, a surrogate, or past the last plane: not UTF-8.
+    // Overlong, a surrogate, or beyond the last code point.
     constexpr std::array<char32_t, 4> kSmallest{0, 0x80, 0x800, 0x10000};
     if (point < kSmallest[static_cast<std::size_t>(extra)] || point > 0x10FFFF ||
         (point >= 0xD800 && point < 0xE000))
@@ -74,7 +76,7 @@ std::u16string toUtf16(std::string_view narrow)
     return units;
 }
 
-/// The text as code points, which is what the C library's wide characters are on Linux.
+/// The text as code points, the C library's wide characters on Linux.
 std::wstring toWide(const std::u16string& units)
 {
     std::wstring wide;
@@ -108,7 +110,8 @@ void appendUtf8(std::string& narrow, char32_t point)
         narrow += static_cast<char>(0x80 | (point >> (6 * i) & 0x3F));
 }
 
-/// Length of the longest start of a UTF-8 text that fits in size bytes without cutting a character.
+/// The length of the longest prefix of a UTF-8 text that has whole characters and at most size
+/// bytes.
 std::size_t wholeCharacters(const std::string& narrow, std::size_t size)
 {
     if (narrow.size() <= size)
@@ -118,8 +121,8 @@ std::size_t wholeCharacters(const std::string& narrow, std::size_t size)
     return size;
 }
 
-// Locale objects of our own: the process's locale belongs to the host and is never touched.
-// They are kept for as long as the library is loaded.
+// Own locale objects, since the process's locale belongs to the host. They live as long as the
+// library.
 locale_t collationLocale()
 {
     static const locale_t locale = [] {
@@ -244,6 +247,7 @@ void ZString::ToUpper()
 
 void ZString::SetChars(const char16_t* chars, std::int32_t length)
 {
+    assert(length >= 0 && (chars || length == 0));
     if (!chars || length <= 0)
         mUnits.clear();
     else

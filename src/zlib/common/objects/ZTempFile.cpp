@@ -22,7 +22,7 @@ std::string systemTempFolder()
     return *folder;
 }
 
-/// What stands behind the name: an extension may be given with its dot.
+/// The end of the file name; the extension may have its dot or not.
 std::string suffixOf(const std::string& extension)
 {
     return extension.starts_with('.') ? extension : "." + extension;
@@ -36,8 +36,7 @@ void MakeTempFile(const boost::shared_ptr<ZString>& folder,
 {
     const std::string where = folder ? folder->ToNarrow() : systemTempFolder();
     const ZString ending = extension ? *extension : ZString();
-    // Made under its final name at once: had it another extension first, somebody else could take
-    // the final name before we do.
+    // Made with its final name: between making and renaming another program could take that name.
     const auto path = ZNativeFile::MakeUnique(where, prefix ? prefix->ToNarrow() : "sop",
                                               suffixOf(ending.ToNarrow()));
     if (!path)

@@ -9,19 +9,19 @@ namespace orvane
 namespace
 {
 
-std::atomic<ZTrace::Sink> sinkInForce{nullptr};
+std::atomic<ZTrace::Sink> installedSink{nullptr};
 
 }  // namespace
 
 void ZTrace::Write(std::string_view line)
 {
-    if (const Sink sink = sinkInForce.load(std::memory_order_acquire))
+    if (const Sink sink = installedSink.load(std::memory_order_acquire))
         sink(line);
 }
 
 ZTrace::Sink ZTrace::SetSink(Sink sink)
 {
-    return sinkInForce.exchange(sink, std::memory_order_acq_rel);
+    return installedSink.exchange(sink, std::memory_order_acq_rel);
 }
 
 }  // namespace orvane

@@ -6,17 +6,16 @@
 namespace orvane
 {
 
-/// Lines for whoever looks for a fault: no part of the product's behaviour. They go to a sink that
-/// is absent unless a test or a debugging session installs one.
+/// Trace lines for debugging. They go to a sink, which only a test or a debugging session installs.
 class ZTrace
 {
 public:
     using Sink = void (*)(std::string_view line);
 
-    /// Hands the line to the sink in force, if any. [any thread]
+    /// Passes the line to the sink, if there is one. [any thread]
     static void Write(std::string_view line);
 
-    /// Replaces the sink and gives back the one before; null means none. [any thread]
+    /// Replaces the sink and returns the previous one; null for none. [any thread]
     static Sink SetSink(Sink sink);
 };
 

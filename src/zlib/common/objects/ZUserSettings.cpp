@@ -15,10 +15,10 @@ namespace orvane
 namespace
 {
 
-// What is longer is no file of ours.
+// A longer file is not ours.
 constexpr std::int64_t kLongestFile = 1 << 20;
 
-/// The identifier as a file name: one that neither leaves the folder nor hides.
+/// The file name for an identifier: without path separators and without a leading dot.
 std::string fileNameOf(std::string identifier)
 {
     std::replace_if(
@@ -29,7 +29,7 @@ std::string fileNameOf(std::string identifier)
     return identifier + ".conf";
 }
 
-/// The whole file; empty text where there is none, nothing where it cannot be read.
+/// The file's text, empty for a missing file; no value when it cannot be read.
 std::optional<std::string> readText(const std::string& path)
 {
     if (!ZNativeFile::Exists(path))
@@ -52,7 +52,7 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-/// The value's text in a line that gives the name a value. A name may hold "=": a value never does.
+/// The text behind the last "=" of a line, if the name stands before it. Names may contain "=".
 std::optional<std::string_view> valueOf(std::string_view line, std::string_view name)
 {
     const std::size_t equals = line.rfind('=');
@@ -73,7 +73,7 @@ std::optional<std::int32_t> numberIn(std::string_view text)
     return number;
 }
 
-/// The text with the line as the only one for the name, in the place of the first that was.
+/// The text with line in place of the first line for the name and without the other ones.
 std::string withLine(std::string_view text, std::string_view name, const std::string& line)
 {
     std::string result;

@@ -9,21 +9,22 @@
 namespace orvane
 {
 
-/// The user's own settings of one application: 32-bit values by name. They stand as lines of
-/// name=value in "Orvane/<identifier>.conf" in the user's settings folder, which is read anew for
-/// each value. Lines that are none are passed over, and stay.
-/// The file is always a whole one, whoever writes it; of two who write at once the last wins.
-/// No state but the path: [any thread but the audio thread]
+/// The user's settings of one application: 32-bit values by name. The file
+/// "Orvane/<identifier>.conf" in the user's settings folder holds a line name=value for each, and
+/// is read again for each request. Any other line is skipped and kept. The file is replaced as a
+/// whole; when two programs write at the same time, the last one wins. The object only holds the
+/// path. [any thread but the audio thread]
 class ZUserSettings
 {
 public:
-    /// A user without a home has no settings.
+    /// A user without a home folder has no settings.
     explicit ZUserSettings(const ZString& identifier);
 
-    /// Stores the value on the disk. False when it cannot be, and for a name that is empty or holds
+    /// Stores the value on the disk. Returns false on a failure and for a name that is empty or has
     /// a line break.
     [[nodiscard]] bool SetInt(const ZString& name, std::int32_t value) const;
-    /// False, with out as it was, unless there is a value of that name and it is a 32-bit integer.
+    /// Gives the value of a name. Returns false, with out unchanged, when there is none or it is no
+    /// 32-bit integer.
     [[nodiscard]] bool GetInt(const ZString& name, std::int32_t& out) const;
 
 private:

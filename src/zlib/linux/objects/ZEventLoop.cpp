@@ -16,8 +16,7 @@
 namespace orvane
 {
 
-/// A timer, a watched descriptor, or a posted function: a timer without a period that is due at
-/// once.
+/// A timer, a watched descriptor or a posted function, which is a timer without a period.
 struct ZEventLoop::Source
 {
     Callback callback;
@@ -34,7 +33,7 @@ struct ZEventLoop::Source
 namespace
 {
 
-/// Waits until a descriptor is ready or the time has come.
+/// Waits until a descriptor is ready or the time is reached.
 void pollUntil(std::vector<pollfd>& polled, std::chrono::steady_clock::time_point due)
 {
     using std::chrono::nanoseconds;
@@ -67,12 +66,13 @@ ZEventLoop::ZEventLoop(Locking locking)
 
 ZEventLoop::~ZEventLoop()
 {
+    assert(mRuns.empty());
     close(mWakeDescriptor);
 }
 
 ZEventLoop::SourceId ZEventLoop::AddTimer(std::chrono::microseconds period, Callback callback)
 {
-    assert(period.count() > 0);
+    assert(period.count() > 0 && callback);
     auto source = std::make_shared<Source>();
     source->callback = std::move(callback);
     source->period = period;
@@ -82,7 +82,7 @@ ZEventLoop::SourceId ZEventLoop::AddTimer(std::chrono::microseconds period, Call
 
 ZEventLoop::SourceId ZEventLoop::AddDescriptor(int descriptor, Callback callback)
 {
-    assert(descriptor >= 0);
+    assert(descriptor >= 0 && callback);
     auto source = std::make_shared<Source>();
     source->callback = std::move(callback);
     source->descriptor = descriptor;
@@ -91,6 +91,7 @@ ZEventLoop::SourceId ZEventLoop::AddDescriptor(int descriptor, Callback callback
 
 ZEventLoop::SourceId ZEventLoop::Post(Callback callback)
 {
+    assert(callback);
     auto source = std::make_shared<Source>();
     source->callback = std::move(callback);
     source->due = Clock::now();
@@ -115,7 +116,7 @@ void ZEventLoop::Remove(SourceId id)
 {
     const bool mayWait =
         !IsLoopThread() && !(mLocking == Locking::kUnderInterfaceLock && ZInterfaceLock::IsHeld());
-    SourcePtr source;  // before the lock: what the callback holds is dropped outside it
+    SourcePtr source;  // outlives the lock: the callback may own objects that use the loop
     std::unique_lock lock(mMutex);
     const auto found = mSources.find(id);
     if (found == mSources.end())
@@ -131,6 +132,7 @@ void ZEventLoop::Run()
 {
     {
         const std::lock_guard lock(mMutex);
+        assert(mThread == std::thread::id());
         mThread = std::this_thread::get_id();
     }
     Serve(*mMainRun);
@@ -161,8 +163,9 @@ void ZEventLoop::Serve(ZModalRun& run)
         while (!HasEnded(run))
             ServeNext();
     }
-    // Only now, with the interface lock back: who holds it sees every run whose callback goes on.
+    // With the interface lock held again: its holders see every run whose callback has not ended.
     const std::lock_guard lock(mMutex);
+    assert(mRuns.back() == &run);
     mRuns.pop_back();
 }
 
@@ -202,7 +205,7 @@ std::optional<std::uint64_t> ZEventLoop::EndOuterRun(const void* owner)
     });
     if (run == mRuns.end())
         return std::nullopt;
-    (*run)->mEnded = true;  // and with it all that run inside
+    (*run)->mEnded = true;  // ends the runs inside it too
     return (*run)->mWithin;
 }
 
@@ -236,6 +239,7 @@ bool ZEventLoop::HasReady() const
 ZEventLoop::SourcePtr ZEventLoop::TakeReady()
 {
     const std::lock_guard lock(mMutex);
+    assert(!mReady.empty());
     SourcePtr source = std::move(mReady.front());
     mReady.pop_front();
     return source;
@@ -320,6 +324,7 @@ bool ZEventLoop::BeginDelivery(Source& source)
 void ZEventLoop::EndDelivery(Source& source)
 {
     const std::lock_guard lock(mMutex);
+    assert(source.running > 0 && !mDeliveries.empty());
     --source.running;
     mDeliveries.pop_back();
     if (source.IsPosted()) {

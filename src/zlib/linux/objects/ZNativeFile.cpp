@@ -21,7 +21,7 @@ namespace orvane
 namespace
 {
 
-/// The result of a system call, made again for as long as a signal interrupts it.
+/// The result of a system call, which is repeated while signals interrupt it.
 template <typename Call>
 auto uninterrupted(Call call)
 {
@@ -31,23 +31,23 @@ auto uninterrupted(Call call)
     return result;
 }
 
-/// A descriptor, or -1. It is not handed to programs that the host starts, and opening never
-/// waits: a pipe would wait for its other end.
+/// A descriptor, or -1. Programs that the host starts do not inherit it. Opening does not wait, as
+/// a pipe would for its other end.
 int openPath(const std::string& path, int flags, mode_t mode = 0)
 {
     return uninterrupted(
         [&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode); });
 }
 
-/// Opens what is there, else makes it. Not in one call: in a folder that all users share the
-/// system refuses to "make" the file of another, even one that may be read.
+/// Opens an existing file, else makes it. Two calls, because in a folder shared by all users the
+/// system refuses O_CREAT for another user's file, even one that may be read.
 int openOrMake(const std::string& path, int flags, mode_t mode)
 {
     const int handle = openPath(path, flags);
     return handle == -1 && errno == ENOENT ? openPath(path, flags | O_CREAT, mode) : handle;
 }
 
-/// Closes a descriptor at the end of the scope, and leaves errno alone.
+/// Closes a descriptor at the end of the scope and preserves errno.
 class OpenHandle
 {
 public:
@@ -126,7 +126,7 @@ std::string folderOf(const std::string& path)
     return folder.empty() ? "." : folder;
 }
 
-/// Writes a folder's list of names through to the disk, where the file system can.
+/// Waits until the entries of the path's folder are on the disk, if the file system supports it.
 void syncFolderOf(const std::string& path)
 {
     const OpenHandle folder(openPath(folderOf(path), O_RDONLY | O_DIRECTORY));
@@ -142,8 +142,8 @@ ZNativeFile::Error renameThrough(const std::string& from, const std::string& to)
     return 0;
 }
 
-/// Fills a new file beside path by fill(descriptor), and puts it in the place of path when all of
-/// it is on the disk. Nothing is left behind on a failure.
+/// Makes a new file beside path, fills it by fill(descriptor), waits until it is on the disk and
+/// renames it to path. On a failure the new file is deleted.
 template <typename Fill>
 ZNativeFile::Error replaceBy(const std::string& path, Fill fill)
 {
@@ -164,7 +164,7 @@ ZNativeFile::Error replaceBy(const std::string& path, Fill fill)
     return error;
 }
 
-/// Opens a file to copy from and tells what it is; -1 for what is no file.
+/// Opens a regular file for copying and gives its status; -1 on a failure.
 int openSource(const std::string& path, struct stat& status)
 {
     const int source = openPath(path, O_RDONLY);
@@ -191,7 +191,7 @@ ZNativeFile::Error moveToOtherVolume(const std::string& from, const std::string&
     return error;
 }
 
-/// The value of an environment variable that names a folder by its whole path, else empty.
+/// The value of an environment variable if it is an absolute path, else empty.
 std::string folderFromEnvironment(const char* variable)
 {
     const char* value = std::getenv(variable);
@@ -206,7 +206,7 @@ bool ZNativeFile::Open(const std::string& path, Access access, bool cut)
     const int flags = access == Access::kRead    ? O_RDONLY
                       : access == Access::kWrite ? O_WRONLY
                                                  : O_RDWR;
-    // Linux cuts a file that is opened for reading too, if the user may write it.
+    // O_TRUNC also works on a file that is opened for reading, if the user may write it.
     OpenHandle opened(openOrMake(path, flags | (cut ? O_TRUNC : 0), 0666));
     struct stat status
     {
@@ -261,7 +261,7 @@ bool ZNativeFile::Exists(const std::string& path)
     };
     if (stat(path.c_str(), &status) == 0)
         return true;
-    // No such name, no such folder, a circle of links, a file that its server has lost.
+    // No such file, no such folder, a loop of links, a file deleted on its server.
     return errno != ENOENT && errno != ENOTDIR && errno != ELOOP && errno != ESTALE;
 }
 
@@ -308,6 +308,7 @@ ZNativeFile::Error ZNativeFile::Move(const std::string& from, const std::string&
 
 ZNativeFile::Error ZNativeFile::Replace(const std::string& path, const std::string& text)
 {
+    assert(!path.empty());
     std::error_code none;
     const std::filesystem::path linked = std::filesystem::canonical(path, none);
     return replaceBy(none ? path : linked.string(),
@@ -325,6 +326,7 @@ std::optional<std::string> ZNativeFile::MakeUnique(const std::string& folder,
                                                    const std::string& prefix,
                                                    const std::string& suffix)
 {
+    assert(!folder.empty());
     std::string path = folder + "/" + prefix + "XXXXXX" + suffix;
     const OpenHandle made(mkostemps(path.data(), static_cast<int>(suffix.size()), O_CLOEXEC));
     if (!made.IsOpen())

@@ -10,11 +10,12 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <atomic>
+#include <cassert>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace orvane
 {
@@ -43,8 +44,8 @@ struct ZThread::State
     std::atomic<bool> mResumed{false};
     std::atomic<bool> mCancelled{false};
     std::atomic<bool> mRunning{false};
-    std::atomic<Priority> mPriority{kNormal};
-    std::mutex mMutex;    // guards what follows, and the use of the id while the thread lives
+    std::mutex mMutex;  // guards all below; held while the id is used, so that it stays valid
+    Priority mPriority = kNormal;
     pid_t mThreadId = 0;  // 0 once the thread has ended
     bool mJoined = false;
 };
@@ -52,7 +53,7 @@ struct ZThread::State
 namespace
 {
 
-/// Blocks all signals but those that a fault raises, for the threads made meanwhile.
+/// Blocks all signals but those of faults for the life of the object; new threads inherit that.
 class BlockedSignals
 {
 public:
@@ -76,7 +77,7 @@ constexpr int kLeastFavourable = 19;
 // Nice values of the priorities, from idle to time critical.
 constexpr std::array<int, 6> kNice{kLeastFavourable, 5, 0, -5, -10, -15};
 
-/// The nice value that is asked for, or the nearest less favourable one that the user may have.
+/// Sets the nice value, or the nearest less favourable one that the system grants.
 void setNice(pid_t thread, int nice)
 {
     while (setpriority(PRIO_PROCESS, static_cast<id_t>(thread), nice) != 0 &&
@@ -120,10 +121,10 @@ void ZThread::State::RunFunction()
 void ZThread::State::ApplyPriority(Priority priority)
 {
     const std::lock_guard lock(mMutex);
-    const Priority before = mPriority.exchange(priority);
+    const Priority before = std::exchange(mPriority, priority);
     if (mThreadId == 0)
         return;
-    // The lowest of the real-time priorities, since the host's audio goes before ours.
+    // The lowest real-time priority: the host's audio threads come first.
     sched_param realtime{};
     realtime.sched_priority = sched_get_priority_min(SCHED_RR);
     if (priority == kTimeCritical && pthread_setschedparam(mHandle, SCHED_RR, &realtime) == 0)
@@ -134,7 +135,7 @@ void ZThread::State::ApplyPriority(Priority priority)
     setNice(mThreadId, kNice[static_cast<std::size_t>(priority)]);
 }
 
-// Only once the body has let go of the mutex for good.
+// Called when the body no longer uses the mutex.
 void ZThread::State::JoinHandle()
 {
     const std::lock_guard lock(mMutex);
@@ -146,6 +147,7 @@ void ZThread::State::JoinHandle()
 ZThread::ZThread(std::string_view name, Function function, void* argument)
     : mState(std::make_shared<State>(name, function, argument))
 {
+    assert(function);
     auto shared = std::make_unique<std::shared_ptr<State>>(mState);
     const BlockedSignals blocked;
     if (pthread_create(&mState->mHandle, nullptr, &State::Body, shared.get()) != 0)
@@ -176,12 +178,8 @@ void ZThread::Resume()
 
 void ZThread::SetPriority(Priority priority)
 {
-    mState->ApplyPriority(std::clamp(priority, kIdle, kTimeCritical));
-}
-
-ZThread::Priority ZThread::GetPriority() const
-{
-    return mState->mPriority;
+    assert(priority >= kIdle && priority <= kTimeCritical);
+    mState->ApplyPriority(priority);
 }
 
 bool ZThread::IsRunning() const
@@ -191,13 +189,14 @@ bool ZThread::IsRunning() const
 
 std::int32_t ZThread::Join(std::int32_t microseconds)
 {
+    assert(microseconds >= -1);
     if (!mState->mResumed || pthread_equal(pthread_self(), mState->mHandle))
         return -1;
     const std::int32_t timedOut =
         microseconds == -1 ? mState->mEnded.Wait() : mState->mEnded.Wait(microseconds);
     if (timedOut != 0)
         return 1;
-    mState->mEnded.Release();  // for whoever joins after this
+    mState->mEnded.Release();  // for a later Join
     mState->JoinHandle();
     return 0;
 }

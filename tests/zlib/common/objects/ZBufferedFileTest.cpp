@@ -26,8 +26,8 @@ std::string readBytes(ZBufferedFile& file, std::int32_t bytes)
     return text;
 }
 
-/// Opens in a random mode and makes random calls on the file and on the text that the disk holds.
-/// Only where a read ends is the file's own affair: it may leave the last byte.
+/// Opens the file in a random mode and makes random calls on it and on disk, the expected content.
+/// A read may stop before the last byte.
 void expectPlainSession(ZBufferedFile& file, std::string& disk, std::mt19937& random)
 {
     const auto mode = static_cast<std::int32_t>(pick(random, 3)) + 1;
@@ -64,7 +64,7 @@ void expectPlainSession(ZBufferedFile& file, std::string& disk, std::mt19937& ra
 
 }  // namespace
 
-TEST(ZBufferedFileTest, ReadsAndWritesAsAPlainTextDoesUnderRandomCalls)
+TEST(ZBufferedFileTest, RandomReadsAndWritesMatchAPlainString)
 {
     const PrivateFolder folder;
     const std::string path = folder.Path("file");
@@ -83,7 +83,7 @@ TEST(ZBufferedFileTest, ReadsAndWritesAsAPlainTextDoesUnderRandomCalls)
     }
 }
 
-TEST(ZBufferedFileTest, AFullDiskIsToldAtCloseOrByABoxWhenTheObjectGoes)
+TEST(ZBufferedFileTest, ReportsAFullDiskAtCloseOrInTheDestructor)
 {
     BoxRecorder recorder;
     {

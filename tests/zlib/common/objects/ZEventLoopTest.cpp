@@ -37,7 +37,7 @@ public:
         mThread.join();
     }
 
-    /// Returns when all that was posted before has been delivered.
+    /// Returns when everything that was posted before has been delivered.
     void Flush()
     {
         ZSemaphore done("done", 0);
@@ -53,7 +53,7 @@ private:
 
 }  // namespace
 
-TEST(ZEventLoopTest, DeliversInOrderOnItsThreadAndReportsWhatIsThrown)
+TEST(ZEventLoopTest, DeliversInOrderOnItsThreadAndReportsExceptions)
 {
     BoxRecorder recorder;
     ServedLoop served;
@@ -77,7 +77,7 @@ TEST(ZEventLoopTest, DeliversInOrderOnItsThreadAndReportsWhatIsThrown)
     EXPECT_EQ(recorder.boxes[1].text.substr(0, 6), "second");
 }
 
-TEST(ZEventLoopTest, ALateTickIsNotMadeUpInABurst)
+TEST(ZEventLoopTest, SkipsMissedTimerCallsInsteadOfABurst)
 {
     ServedLoop served;
     std::atomic<int> ticks{0};
@@ -89,7 +89,7 @@ TEST(ZEventLoopTest, ALateTickIsNotMadeUpInABurst)
     EXPECT_LE(ticks, 5) << "20 ticks were missed";
 }
 
-TEST(ZEventLoopTest, RemovingWaitsForTheCallbackThatRunsUnlessItIsTheCallbackItself)
+TEST(ZEventLoopTest, RemoveWaitsForARunningCallbackUnlessCalledByIt)
 {
     ServedLoop served;
     ZSemaphore entered("entered", 0);
@@ -119,7 +119,7 @@ TEST(ZEventLoopTest, RemovingWaitsForTheCallbackThatRunsUnlessItIsTheCallbackIts
     EXPECT_EQ(ticks, 1);
 }
 
-TEST(ZEventLoopTest, WhoHoldsTheInterfaceLockRemovesWithoutWaiting)
+TEST(ZEventLoopTest, RemoveDoesNotWaitUnderTheInterfaceLock)
 {
     ServedLoop served;
     ZSemaphore entered("entered", 0);
@@ -140,10 +140,10 @@ TEST(ZEventLoopTest, WhoHoldsTheInterfaceLockRemovesWithoutWaiting)
     const auto timer = served.loop.AddTimer(1ms, [&] { ++ticks; });
     std::this_thread::sleep_for(10ms);
     served.loop.Remove(timer);
-    EXPECT_EQ(ticks, 0) << "what the lock keeps back never runs";
+    EXPECT_EQ(ticks, 0) << "a callback that waits for the lock must not run";
 }
 
-TEST(ZEventLoopTest, TimersComeAndGoFromManyThreadsWhileTheyFire)
+TEST(ZEventLoopTest, ThreadsAddAndRemoveTimersWhileTheyFire)
 {
     ServedLoop served;
     std::vector<std::thread> threads;
@@ -161,7 +161,7 @@ TEST(ZEventLoopTest, TimersComeAndGoFromManyThreadsWhileTheyFire)
         thread.join();
 }
 
-TEST(ZModalRunTest, ServesAllElseAndBlocksNobody)
+TEST(ZModalRunTest, ServesOtherSourcesAndReleasesTheInterfaceLock)
 {
     ServedLoop served;
     ZSemaphore ended("ended", 0);
@@ -185,7 +185,7 @@ TEST(ZModalRunTest, ServesAllElseAndBlocksNobody)
     served.loop.Remove(timer);
 }
 
-TEST(ZModalRunTest, ClosingAnOwnerEndsItsRunsAndWaitsForTheirCallbacks)
+TEST(ZModalRunTest, EndModalRunsEndsItsOwnersRunsAndWaitsForTheirCallbacks)
 {
     ServedLoop served;
     const int window = 0;
@@ -203,10 +203,10 @@ TEST(ZModalRunTest, ClosingAnOwnerEndsItsRunsAndWaitsForTheirCallbacks)
         EXPECT_TRUE(callbackLeft);
         EXPECT_TRUE(ZInterfaceLock::IsHeld());
     }
-    served.Flush();  // the loop itself belongs to nobody, too, and goes on
+    served.Flush();  // the loop itself has no owner either, and must go on
 }
 
-TEST(ZInterfaceLockTest, IsRecursiveAndGivenUpWholly)
+TEST(ZInterfaceLockTest, IsRecursiveAndReleasedAtEveryDepth)
 {
     EXPECT_FALSE(ZInterfaceLock::IsHeld());
     const ZInterfaceLock first;
@@ -220,7 +220,7 @@ TEST(ZInterfaceLockTest, IsRecursiveAndGivenUpWholly)
     EXPECT_TRUE(ZInterfaceLock::IsHeld());
 }
 
-TEST(ZInterfaceLockTest, AThreadThatAsksAgainAtOnceDoesNotStarveAnother)
+TEST(ZInterfaceLockTest, AThreadThatRelocksAtOnceDoesNotStarveAnother)
 {
     std::atomic<bool> stop{false};
     std::thread greedy([&] {

@@ -9,7 +9,7 @@
 namespace orvane
 {
 
-TEST(ZExceptionTest, ReportTellsTextCodeAndWhatToDo)
+TEST(ZExceptionTest, ReportShowsTextCodeAndAdvice)
 {
     BoxRecorder recorder;
     ZException("Message not found").Report();
@@ -21,7 +21,7 @@ TEST(ZExceptionTest, ReportTellsTextCodeAndWhatToDo)
               "inserts before trying to use it again");
 }
 
-TEST(ZMessageBoxTest, ATextThatIsOnShowIsNotShownTwice)
+TEST(ZMessageBoxTest, ATextThatIsOpenIsNotShownTwice)
 {
     BoxRecorder recorder;
     recorder.whileOpen = [] { ZMessageBox::Show(ZMessageBox::kWarning, "again", "same text"); };

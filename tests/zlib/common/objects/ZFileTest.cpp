@@ -40,7 +40,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZFileTest, OpeningMakesAMissingFileInAnyModeAndOnlyCreateCutsWhatIsThere)
+TEST_F(ZFileTest, OpenMakesAMissingFileAndOnlyCreateEmptiesAnExistingOne)
 {
     for (const std::int32_t mode : {1, 2, 3}) {
         const std::string path = mFolder.Path(std::to_string(mode));
@@ -57,7 +57,7 @@ TEST_F(ZFileTest, OpeningMakesAMissingFileInAnyModeAndOnlyCreateCutsWhatIsThere)
     }
 }
 
-TEST_F(ZFileTest, WhatCannotBeOpenedGivesFalseAtOnceAndAClosedFile)
+TEST_F(ZFileTest, OpenReturnsFalseWithoutWaitingForWhatCannotBeOpened)
 {
     const std::string pipe = mFolder.Path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -73,7 +73,7 @@ TEST_F(ZFileTest, WhatCannotBeOpenedGivesFalseAtOnceAndAClosedFile)
     EXPECT_EQ(reader->Read(&byte, 1), 0);
 }
 
-TEST_F(ZFileTest, ExistsIsFalseOnlyWhereNothingCanBe)
+TEST_F(ZFileTest, ExistsIsFalseOnlyWhenTheSystemKnowsOfNoFile)
 {
     writeTextFile(mFolder.Path("file"), "");
     std::filesystem::create_symlink("nowhere", mFolder.Path("dangling"));
@@ -85,7 +85,7 @@ TEST_F(ZFileTest, ExistsIsFalseOnlyWhereNothingCanBe)
     EXPECT_FALSE(fileAt("")->Exists());
 }
 
-TEST_F(ZFileTest, NumbersAndBytesComeBackAndFailuresSayWhatCouldNotBeDone)
+TEST_F(ZFileTest, NumbersAndBytesReadBackAndFailuresNameTheOperation)
 {
     const auto file = fileAt(mFolder.Path("größe ♪"));
     char text[8] = {};
@@ -119,7 +119,7 @@ TEST_F(ZFileTest, NumbersAndBytesComeBackAndFailuresSayWhatCouldNotBeDone)
     expectZException("Unable to write to file.", [&] { full->WriteLong(1); });
 }
 
-TEST_F(ZFileTest, CopyToReplacesOnlyWhenItMayAndAFailureChangesNothing)
+TEST_F(ZFileTest, CopyToReplacesOnlyWithOverwriteAndAFailureChangesNothing)
 {
     const auto file = fileWith(mFolder.Path("file"), "text");
     const std::string text(200000, 'x');
@@ -141,7 +141,7 @@ TEST_F(ZFileTest, CopyToReplacesOnlyWhenItMayAndAFailureChangesNothing)
     EXPECT_EQ(readTextFile(mFolder.Path("file")), text);
 }
 
-TEST_F(ZFileTest, MoveToReachesAnotherVolume)
+TEST_F(ZFileTest, MoveToMovesToAnotherVolume)
 {
     struct stat here = {};
     struct stat there = {};
@@ -159,7 +159,7 @@ TEST_F(ZFileTest, MoveToReachesAnotherVolume)
     EXPECT_EQ(there.st_mode & 0777, 0640u);
 }
 
-TEST_F(ZFileTest, ExchangeSwapsAndAFailurePutsBothFilesBack)
+TEST_F(ZFileTest, ExchangeSwapsTwoFilesAndAFailureRestoresBoth)
 {
     const PrivateFolder parking;
     const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
@@ -181,7 +181,7 @@ TEST_F(ZFileTest, ExchangeSwapsAndAFailurePutsBothFilesBack)
     EXPECT_EQ(parking.Count(), 0);
 }
 
-TEST_F(ZFileTest, ATemporaryFileStandsInTheTemporaryFolderUntilItsObjectGoes)
+TEST_F(ZFileTest, ATemporaryFileExistsUntilItsObjectIsDestroyed)
 {
     const auto xml = boost::make_shared<ZString>("xml");
     const EnvironmentVariable temporary("TMPDIR", mFolder.Path().c_str());

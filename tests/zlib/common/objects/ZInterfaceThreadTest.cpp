@@ -21,7 +21,7 @@ namespace orvane
 namespace
 {
 
-/// Puts a modal presenter in force for the life of the object.
+/// Installs a modal presenter for the life of the object.
 class ModalPresenter
 {
 public:
@@ -35,7 +35,7 @@ private:
     ZMessageBox::ModalPresenter mBefore;
 };
 
-/// Returns when all that was posted before has been delivered.
+/// Returns when everything that was posted before has been delivered.
 void flush(const ZInterfaceThread& hold)
 {
     ZSemaphore flushed("flushed", 0);
@@ -43,12 +43,13 @@ void flush(const ZInterfaceThread& hold)
     flushed.Wait();
 }
 
-/// Ends a process as one ends that has left an instance open, in the middle of a call: at once, or
-/// it is killed.
+/// Exits as a host that has left an instance open and is inside a call. The alarm kills the process
+/// if that takes too long.
 [[noreturn]] void exitWithOpenInstance()
 {
     (new ZLooper("open"))->InitLooper();
-    static const auto* const hold = new ZInterfaceThread;  // in sight of the leak checker
+    static const auto* const hold =
+        new ZInterfaceThread;  // static, so that the leak checker finds it
     flush(*hold);
     new ZInterfaceLock;
     alarm(5);
@@ -57,13 +58,13 @@ void flush(const ZInterfaceThread& hold)
 
 }  // namespace
 
-TEST(ZInterfaceThreadTest, ThreadsTakeAndDropHoldsAtWill)
+TEST(ZInterfaceThreadTest, ThreadsMakeAndDestroyReferencesAtTheSameTime)
 {
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i)
         threads.emplace_back([] {
             for (int n = 0; n < 20; ++n) {
-                const ZInterfaceLock lock;  // given up while the thread is joined
+                const ZInterfaceLock lock;  // released while the thread is joined
                 const ZInterfaceThread hold;
                 hold.GetLoop().Post([] { const ZInterfaceLock inner; });
             }
@@ -73,7 +74,7 @@ TEST(ZInterfaceThreadTest, ThreadsTakeAndDropHoldsAtWill)
     EXPECT_FALSE(ZInterfaceThread::Post([] {}));
 }
 
-TEST(ZInterfaceThreadTest, TheLastHoldMayGoOnTheThreadItself)
+TEST(ZInterfaceThreadTest, TheLastReferenceMayBeDestroyedOnTheThreadItself)
 {
     ZSemaphore gone("gone", 0);
     auto* hold = new ZInterfaceThread;
@@ -86,13 +87,13 @@ TEST(ZInterfaceThreadTest, TheLastHoldMayGoOnTheThreadItself)
     EXPECT_FALSE(ZInterfaceThread::Post([] {}));
 }
 
-TEST(ZInterfaceThreadDeathTest, AnInstanceThatIsNeverClosedDoesNotKeepTheProcess)
+TEST(ZInterfaceThreadDeathTest, AnInstanceThatIsNeverClosedDoesNotKeepTheProcessFromEnding)
 {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(exitWithOpenInstance(), testing::ExitedWithCode(0), "^$");
 }
 
-TEST(ZMessageBoxTest, ABoxOfAnotherThreadIsHandedOverAndShownOnce)
+TEST(ZMessageBoxTest, ABoxFromAnotherThreadIsShownOnceOnTheInterfaceThread)
 {
     ZSemaphore open("open", 0);
     ZSemaphore close("close", 0);
@@ -116,7 +117,7 @@ TEST(ZMessageBoxTest, ABoxOfAnotherThreadIsHandedOverAndShownOnce)
     EXPECT_TRUE(onThread);
 }
 
-TEST(ZMessageBoxTest, ABoxThatNobodyCanShowIsALine)
+TEST(ZMessageBoxTest, ABoxThatCannotBeShownIsALineOnStandardError)
 {
     const ModalPresenter noDisplay(
         [](ZMessageBox::Kind, const ZString&, const ZString&) { return false; });

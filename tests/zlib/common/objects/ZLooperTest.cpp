@@ -37,7 +37,7 @@ MessagePtr changeOf(const ZObject& element)
     return message;
 }
 
-/// Posts as the sender of an element change does: not when one is pending.
+/// Posts an element change as its sender does: only when none is pending.
 void sendChange(ZLooper& looper, const ZObject& element, ZHandler& target)
 {
     const MessagePtr change = changeOf(element);
@@ -45,7 +45,7 @@ void sendChange(ZLooper& looper, const ZObject& element, ZHandler& target)
         looper.PostZMessage(change, &target);
 }
 
-/// A looper that counts its ticks and the timers that come to it.
+/// A looper that counts its ticks and ZTIMER messages.
 class TickingLooper : public ZLooper
 {
 public:
@@ -117,7 +117,7 @@ TEST(ZLooperTest, ChangesOfOneElementForOneTargetCoalesceUntilOneIsDelivered)
     EXPECT_EQ(second.ids.size(), 1u);
 }
 
-TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
+TEST(ZLooperTest, RemovingAHandlerDropsItsMessages)
 {
     ZLooper looper("test");
     MessageRecorder stays(&looper);
@@ -137,7 +137,7 @@ TEST(ZLooperTest, WhatWaitsForAHandlerGoesWithIt)
     EXPECT_EQ(stays.ids.size(), 1u);
 }
 
-TEST(ZLooperTest, TicksAndTimersComeOnTheInterfaceThreadUntilTheyAreRemoved)
+TEST(ZLooperTest, TicksAndTimersRunOnTheInterfaceThreadUntilRemoved)
 {
     TickingLooper looper;
     MessageRecorder handler(&looper);

@@ -13,13 +13,13 @@
 namespace orvane
 {
 
-TEST(ZMailboxTest, GivesTheNewestOnce)
+TEST(ZMailboxTest, GivesTheNewestValueOnce)
 {
     ZMailbox<int> box;
     EXPECT_EQ(box.TakeNewest(), nullptr);
     for (int turn = 0; turn < 7; ++turn) {
-        for (int letter = 0; letter <= turn; ++letter)
-            box.Post(10 * turn + letter);
+        for (int value = 0; value <= turn; ++value)
+            box.Post(10 * turn + value);
         const int* const taken = box.TakeNewest();
         ASSERT_NE(taken, nullptr);
         EXPECT_EQ(box.TakeNewest(), nullptr);
@@ -27,29 +27,29 @@ TEST(ZMailboxTest, GivesTheNewestOnce)
     }
 }
 
-TEST(ZMailboxTest, LettersArriveWholeAndInOrderOnAThreadThatNeverWaits)
+TEST(ZMailboxTest, ValuesArriveWholeAndInOrderWithoutALock)
 {
-    using Letter = std::array<std::uint32_t, 40>;  // all words the same
-    constexpr std::uint32_t kLetters = 100000;
-    ZMailbox<Letter> box;
+    using Values = std::array<std::uint32_t, 40>;  // all of them equal
+    constexpr std::uint32_t kTurns = 100000;
+    ZMailbox<Values> box;
     std::thread writer([&] {
-        Letter letter;
-        for (std::uint32_t number = 1; number <= kLetters; ++number) {
-            letter.fill(number);
-            box.Post(letter);
+        Values values;
+        for (std::uint32_t number = 1; number <= kTurns; ++number) {
+            values.fill(number);
+            box.Post(values);
         }
     });
     std::uint32_t last = 0;
     std::int64_t faults = 0;
     {
         const RealtimeGuard guard;
-        while (last < kLetters) {
-            const Letter* const letter = box.TakeNewest();
-            if (!letter)
+        while (last < kTurns) {
+            const Values* const values = box.TakeNewest();
+            if (!values)
                 continue;
-            faults += std::count(letter->begin(), letter->end(), letter->front()) != 40;
-            faults += letter->front() <= last;
-            last = letter->front();
+            faults += std::count(values->begin(), values->end(), values->front()) != 40;
+            faults += values->front() <= last;
+            last = values->front();
         }
         EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
     }

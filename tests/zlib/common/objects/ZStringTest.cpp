@@ -10,7 +10,7 @@
 namespace orvane
 {
 
-TEST(ZStringTest, CountsUtf16UnitsAndSurvivesTheWayThroughUtf8)
+TEST(ZStringTest, CountsUtf16UnitsAndConvertsToUtf8AndBack)
 {
     const std::string narrow = "C\xE2\x99\xAF \xF0\x9D\x84\x9E \xC3\xA9";  // C♯ 𝄞 é
     const ZString text(narrow);
@@ -31,7 +31,7 @@ TEST(ZStringTest, BytesThatAreNotUtf8BecomeTheReplacementCharacter)
     EXPECT_EQ(ZString(std::u16string(1, char16_t{0xD834})).ToNarrow(), "\xEF\xBF\xBD");
 }
 
-TEST(ZStringTest, ANarrowBufferIsNeverOverrunNorACharacterCut)
+TEST(ZStringTest, ToCStringNeitherOverrunsTheBufferNorCutsACharacter)
 {
     std::array<char, 5> buffer{};
     ASSERT_TRUE(ZString("abc\xC3\xA9").ToCString(buffer));
@@ -41,7 +41,7 @@ TEST(ZStringTest, ANarrowBufferIsNeverOverrunNorACharacterCut)
     EXPECT_FALSE(ZString("a").ToCString({}));
 }
 
-TEST(ZStringTest, ReadsNumbersWithoutBlanksSignAndUnit)
+TEST(ZStringTest, ToFloatSkipsBlanksAndIgnoresTheUnit)
 {
     float value = 0.0f;
     EXPECT_TRUE(ZString("  -12.5 ms").ToFloat(value));

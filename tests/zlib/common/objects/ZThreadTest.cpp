@@ -31,7 +31,7 @@ TEST(ZSemaphoreTest, CountsAndTimesOut)
     EXPECT_EQ(semaphore.Wait(0), 0);
 }
 
-TEST(ZThreadTest, RunsOnlyOnceResumedAndAnExceptionEndsTheThreadAlone)
+TEST(ZThreadTest, RunsOnlyWhenResumedAndAnExceptionEndsOnlyTheThread)
 {
     BoxRecorder recorder;
     std::atomic<int> runs{0};
@@ -52,7 +52,7 @@ TEST(ZThreadTest, RunsOnlyOnceResumedAndAnExceptionEndsTheThreadAlone)
     EXPECT_EQ(recorder.boxes[0].text.substr(0, 4), "lost");
 }
 
-TEST(ZThreadTest, CarriesItsNameAndPriorityAndLeavesSignalsToTheHost)
+TEST(ZThreadTest, HasItsNameAndPriorityAndBlocksSignals)
 {
     struct Seen
     {

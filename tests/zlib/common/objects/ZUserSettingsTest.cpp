@@ -42,7 +42,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZUserSettingsTest, AValueIsThereForWhoeverAsksLater)
+TEST_F(ZUserSettingsTest, AStoredValueIsReadByAnotherObject)
 {
     const ZUserSettings settings("Mini");
     EXPECT_EQ(Get("KeyboardMode"), std::nullopt);
@@ -57,7 +57,7 @@ TEST_F(ZUserSettingsTest, AValueIsThereForWhoeverAsksLater)
         EXPECT_FALSE(settings.SetInt(name, 1)) << name;
 }
 
-TEST_F(ZUserSettingsTest, DamageIsPassedOver)
+TEST_F(ZUserSettingsTest, SkipsAndKeepsDamagedLines)
 {
     Write("\n=\nwords\n\0\xff\nblank= 12 \r\nbig=2147483648\ntail=1x\nempty=\n"
           "twice=1\ntwice=2\nhex=0x10\nlast=-5"s);
@@ -72,7 +72,7 @@ TEST_F(ZUserSettingsTest, DamageIsPassedOver)
     EXPECT_NE(readTextFile(FilePath()).find("words\n"), std::string::npos);
 }
 
-TEST_F(ZUserSettingsTest, WithoutSettingsFolderTheHomeServesAndWithoutHomeNothing)
+TEST_F(ZUserSettingsTest, UsesTheHomeFolderWithoutASettingsFolderAndNothingWithoutAHome)
 {
     writeTextFile(mFolder.Path("Orvane"), "a file where the folder should be");
     EXPECT_FALSE(ZUserSettings("Mini").SetInt("a", 1));
@@ -88,7 +88,7 @@ TEST_F(ZUserSettingsTest, WithoutSettingsFolderTheHomeServesAndWithoutHomeNothin
     EXPECT_EQ(Get("a"), std::nullopt);
 }
 
-TEST_F(ZUserSettingsTest, TheFileIsWholeWhileTwoWrite)
+TEST_F(ZUserSettingsTest, TheFileIsCompleteWhileTwoThreadsWrite)
 {
     // The padding makes a file that is written in place long enough to be caught half done.
     Write(std::string(30000, '#') + "\na=0\n");
