@@ -59,7 +59,7 @@ inline boost::shared_ptr<ZXMLElement> firstBay(const std::string& text)
     return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
 }
 
-/// Joins the network to two ends, as far as its ports go, and runs some passes.
+/// Connects the network to an input bay and an output bay and runs some passes.
 inline void runBetweenEnds(ZSignalBay& network)
 {
     ZInputBay input("input", 2);
@@ -80,8 +80,7 @@ inline void runBetweenEnds(ZSignalBay& network)
     }
 }
 
-/// Reads any bytes as the description of a network and runs what comes of it, and as values for a
-/// network that stands.
+/// Builds and runs a network from any bytes, and restores a standing network from them.
 class BayArchiveCheck
 {
 public:
@@ -91,7 +90,7 @@ public:
         mStanding = boost::make_shared<ZSignalBay>(firstBay(networkOfEachClass()), &mApplication);
     }
 
-    /// Tells what is wrong after that; empty when nothing is.
+    /// Describes the fault that the text causes; empty when there is none.
     std::string FaultAfter(const std::string& text)
     {
         const auto xml = firstBay(text);
@@ -125,7 +124,7 @@ private:
         return publishes ? "a network without bays publishes ports" : "";
     }
 
-    /// What has been restored is written and built again as it is.
+    /// The archive of the restored network must build the same network again.
     std::string FaultOfArchive()
     {
         const std::string once = mStanding->ExtractXML()->Write(0);

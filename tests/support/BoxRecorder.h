@@ -10,6 +10,7 @@
 namespace orvane
 {
 
+/// A recorded message box.
 struct ShownBox
 {
     ZMessageBox::Kind kind;
@@ -17,7 +18,7 @@ struct ShownBox
     std::string text;
 };
 
-/// Takes the place of the message box for the life of the object.
+/// Records message boxes instead of showing them, for the life of the object.
 class BoxRecorder
 {
 public:

@@ -15,7 +15,7 @@
 namespace orvane
 {
 
-/// The definition of a group with an element of each type, for restoring archives into it.
+/// The definition of a group with an element of each type.
 inline std::string elementsOfEachType()
 {
     const std::string head = "<element class=\"ZElementClass\" archivable=\"true\" ";
@@ -43,15 +43,15 @@ inline boost::shared_ptr<ZElement> makeElement(const std::string& text, ZApplica
     return boost::make_shared<ZElement>(firstElement(text), &application);
 }
 
-/// The element of that name below another; null when there is none.
+/// The element of that name below tree; null when there is none.
 inline boost::shared_ptr<ZElement> findBelow(const ZElement& tree, const char* name)
 {
     boost::shared_ptr<ZElement> found;
     return tree.FindSubElement(name, found) ? found : nullptr;
 }
 
-/// Reads any bytes as the archive of an element: as a definition, and as values for a tree that
-/// stands. Tells what then is wrong with the tree; empty when nothing is.
+/// Reads any bytes as the definition of an element and restores a standing tree from them.
+/// Describes the fault that the tree then has; empty when there is none.
 inline std::string elementArchiveFault(const std::string& text)
 {
     SmallApplication application;
@@ -75,7 +75,7 @@ inline std::string elementArchiveFault(const std::string& text)
         return "an index is outside its list";
     if (findBelow(*tree, "flags")->GetZBuffer()->Length() != 2)
         return "a buffer has changed its length";
-    // What has been taken in once is written and read back as it is.
+    // The archive of the restored tree must restore the same values.
     const std::string once = tree->ExtractXML()->Write(0);
     tree->RestoreBody(firstElement(once));
     const std::string twice = tree->ExtractXML()->Write(0);

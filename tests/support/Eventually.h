@@ -7,8 +7,7 @@
 namespace orvane
 {
 
-/// Asks until the condition holds, for twenty seconds at most; whether it came to hold. It is not
-/// asked again after that.
+/// Waits until the condition is true, for at most twenty seconds. Returns whether it became true.
 template <typename Condition>
 [[nodiscard]] bool eventually(const Condition& condition)
 {

@@ -12,20 +12,20 @@
 namespace orvane
 {
 
-/// Expects that call() raises a ZException of that code and text.
+/// Expects that call() throws a ZException with that code and text.
 template <typename Call>
 void expectZException(std::int32_t code, const std::string& text, Call call)
 {
     try {
         call();
-        ADD_FAILURE() << "nothing raised, wanted: " << text;
+        ADD_FAILURE() << "nothing thrown, expected: " << text;
     } catch (const ZException& exception) {
         EXPECT_EQ(exception.GetCode(), code) << text;
         EXPECT_EQ(exception.GetMessage().ToNarrow(), text);
     }
 }
 
-/// Expects that call() raises a general ZException of that text.
+/// Expects that call() throws a ZException with the code kGeneral and that text.
 template <typename Call>
 void expectZException(const std::string& text, Call call)
 {

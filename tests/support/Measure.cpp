@@ -27,7 +27,7 @@ double normalisedCorrelation(std::span<const float> signal, std::size_t lag)
     return energy > 0.0 ? 2.0 * product / energy : 0.0;
 }
 
-/// Lag of the best correlation near a lag, between samples by a parabola.
+/// The lag of the highest correlation near a lag, interpolated by a parabola.
 double peakLag(std::span<const float> signal, double nearLag, double reach)
 {
     const auto first = static_cast<std::size_t>(std::max(2.0, std::floor(nearLag - reach)));
@@ -48,7 +48,7 @@ double peakLag(std::span<const float> signal, double nearLag, double reach)
     return static_cast<double>(best) + offset;
 }
 
-/// Levels in dB of a steady voice's harmonics, by correlation with a Hann-windowed complex tone.
+/// The levels of a steady voice's harmonics in dB, by correlation with Hann-windowed complex tones.
 std::vector<double> harmonicLevels(std::span<const float> signal, double pitchHz, double sampleRate,
                                    double upToHz)
 {
@@ -67,7 +67,7 @@ std::vector<double> harmonicLevels(std::span<const float> signal, double pitchHz
     return levels;
 }
 
-/// The level at a frequency between harmonics, linear in dB over log frequency.
+/// The level at a frequency between harmonics, interpolated in dB over log frequency.
 double levelAt(const std::vector<double>& levels, double pitchHz, double frequencyHz)
 {
     const double position = frequencyHz / pitchHz;
@@ -87,7 +87,7 @@ double centsBetween(double a, double b)
 
 double measurePitch(std::span<const float> signal, double sampleRate, double expectedHz)
 {
-    // One period gives the rough value; from there ever longer spans sharpen it.
+    // One period gives a first estimate; longer spans make it more precise.
     double period = peakLag(signal, sampleRate / expectedHz, 0.06 * sampleRate / expectedHz + 1.0);
     for (const int periods : {3, 10, 30}) {
         if (periods * period > 0.5 * static_cast<double>(signal.size()))

@@ -14,7 +14,7 @@ namespace orvane
 
 using MessageIds = std::vector<std::int32_t>;
 
-/// A handler that remembers the messages it gets by their ids.
+/// A handler that records the ids of its messages.
 class MessageRecorder : public ZHandler
 {
 public:

@@ -11,14 +11,14 @@
 namespace orvane
 {
 
-/// A child as the plain way of reading gives it: with a copy of its text, read by itself.
+/// A child with a copy of its text.
 struct PlainChild
 {
     ZXMLTag tag;
     std::string text;
 };
 
-/// The rules for children in their plain form: one scan a level and a counter for the depth.
+/// Splits a text into children in the simplest way: a scan for each level, with a depth counter.
 inline std::vector<PlainChild> plainChildren(const std::string& text)
 {
     std::vector<PlainChild> children;
@@ -50,7 +50,8 @@ inline std::vector<PlainChild> plainChildren(const std::string& text)
     return children;
 }
 
-/// Reads all elements both ways and tells the first element that differs; empty when none does.
+/// Compares all elements with those of plainChildren and names the first difference; empty when
+/// there is none.
 inline std::string differenceFromPlain(const ZXMLDocument& document, const std::string& text)
 {
     const auto expected = plainChildren(text);

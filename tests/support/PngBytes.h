@@ -15,7 +15,7 @@ namespace orvane
 
 using PngBytes = std::vector<std::byte>;
 
-/// A PNG of width x height pixels, with alpha or without: each pixel of another colour.
+/// A PNG of width x height pixels, all of different colours, with or without alpha.
 inline PngBytes makePng(int width, int height, bool alpha = true)
 {
     const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface(
@@ -52,7 +52,7 @@ inline std::uint32_t getBigEndian(std::span<const std::byte> bytes)
     return value;
 }
 
-/// The check sum of PNG chunks: CRC-32 (W3C, Portable Network Graphics, annex D).
+/// The checksum of PNG chunks: CRC-32 (W3C, Portable Network Graphics, annex D).
 inline std::uint32_t crcOf(std::span<const std::byte> bytes)
 {
     std::uint32_t crc = 0xFFFFFFFFu;
@@ -64,7 +64,7 @@ inline std::uint32_t crcOf(std::span<const std::byte> bytes)
     return ~crc;
 }
 
-/// Makes the check sums of all whole chunks right, so that spoilt data comes past them.
+/// Corrects the checksums of all complete chunks, so that a reader accepts altered data.
 inline void repairCheckSums(std::span<std::byte> png)
 {
     for (std::size_t chunk = 8; chunk + 12 <= png.size();) {

@@ -11,11 +11,11 @@
 namespace orvane
 {
 
-/// A folder of the test's own, removed with what is in it at the end of the scope.
+/// A new folder for a test. The destructor removes it with its content.
 class PrivateFolder
 {
 public:
-    /// Beside other temporary files, or in a folder that is named.
+    /// Makes the folder in where.
     explicit PrivateFolder(const std::filesystem::path& where = "/tmp")
     {
         std::string name = (where / "kestrune.testXXXXXX").string();
@@ -31,7 +31,7 @@ public:
     {
         return name.empty() ? mPath.string() : (mPath / name).string();
     }
-    /// Number of files and folders in it.
+    /// The number of files and folders in it.
     [[nodiscard]] std::ptrdiff_t Count() const
     {
         return std::distance(std::filesystem::directory_iterator(mPath), {});
@@ -46,7 +46,7 @@ inline void writeTextFile(const std::string& path, const std::string& text)
     std::ofstream(path, std::ios::binary) << text;
 }
 
-/// What a file holds; of a missing one a text that no test writes.
+/// The content of a file; "(no file)" for a missing one.
 inline std::string readTextFile(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -55,7 +55,7 @@ inline std::string readTextFile(const std::string& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Sets an environment variable, or with null takes it away, for the life of the object.
+/// Sets an environment variable, or unsets it for null, for the life of the object.
 class EnvironmentVariable
 {
 public:

@@ -14,8 +14,8 @@
 namespace orvane
 {
 
-/// A bay of any shape that counts its runs. Every export gives the sum of the audio imports and a
-/// value.
+/// A bay with any number of ports that counts its runs. Every export is the sum of the audio
+/// imports plus value.
 class ProbeBay : public ZSignalBay
 {
 public:
@@ -42,7 +42,7 @@ public:
         }
     }
 
-    /// What import 0 reads.
+    /// The buffer of import 0.
     [[nodiscard]] const ZBuffer& Input() const { return *SignalImports().front()->GetBuffer(); }
 
     float value = 1.0f;
@@ -67,7 +67,7 @@ inline boost::shared_ptr<ProbeBay> probe(std::string_view name, std::int32_t imp
     return boost::make_shared<ProbeBay>(name, imports, exports, type);
 }
 
-/// One pass from a sink.
+/// Runs one pass from a sink.
 inline void runPass(ZSignalBay& sink, std::uint32_t count)
 {
     sink.SetRequested(count);
@@ -75,7 +75,7 @@ inline void runPass(ZSignalBay& sink, std::uint32_t count)
     sink.Pull();
 }
 
-/// Text of the failure that action ends in, or "none".
+/// The text of the ZException that action throws, or "none".
 template <typename Action>
 std::string failureOf(Action action)
 {

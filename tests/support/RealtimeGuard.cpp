@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/RealtimeGuard.h"
 
+#include <boost/preprocessor/seq/for_each.hpp>
 #include <dlfcn.h>
 
 #include <cstddef>
@@ -12,8 +13,7 @@
 #define KESTRUNE_SANITIZED_HEAP 0
 #endif
 
-// The sanitizers' runtimes call some of the functions below before they are ready for instrumented
-// code.
+// The sanitizers' runtimes call some of the functions below before instrumented code can run.
 #define KESTRUNE_UNINSTRUMENTED __attribute__((no_sanitize("address", "thread", "undefined")))
 
 namespace orvane
@@ -35,8 +35,8 @@ KESTRUNE_UNINSTRUMENTED void note(const char* function) noexcept
         first = function;
 }
 
-// Arguments and result of any function of the C library that takes up to seven integers and
-// pointers, as the calling conventions of 64-bit Linux pass them.
+// The type of any function of the C library with up to seven integers and pointers, as the calling
+// conventions of 64-bit Linux pass them.
 using Word = long;
 using Function = Word (*)(Word, Word, Word, Word, Word, Word, Word);
 
@@ -74,8 +74,8 @@ const char* RealtimeGuard::firstViolation() const noexcept
 
 }  // namespace orvane
 
-// Defines the function under its name for the linker, so that no declaration of a header, with
-// its own idea of the types, stands in the way.
+// Defines a function whose linker name is name. Its C++ name differs, because the headers declare
+// the function with other types.
 #define KESTRUNE_COUNT(name)                                                                       \
     __attribute__((visibility("default"))) long counted_##name(long, long, long, long, long, long, \
                                                                long) noexcept(false) asm(#name);   \
@@ -88,84 +88,40 @@ const char* RealtimeGuard::firstViolation() const noexcept
         orvane::note(#name);                                                                       \
         return next(a, b, c, d, e, f, g);                                                          \
     }
+#define KESTRUNE_COUNT_EACH(r, data, name) KESTRUNE_COUNT(name)
+#define KESTRUNE_COUNT_ALL(names) BOOST_PP_SEQ_FOR_EACH(KESTRUNE_COUNT_EACH, , names)
 
+// clang-format off
 #ifndef __SANITIZE_THREAD__
-// Locks, waits and wake-ups. A try does not wait, so it may pass.
-KESTRUNE_COUNT(pthread_mutex_lock)
-KESTRUNE_COUNT(pthread_mutex_timedlock)
-KESTRUNE_COUNT(pthread_mutex_clocklock)
-KESTRUNE_COUNT(pthread_rwlock_rdlock)
-KESTRUNE_COUNT(pthread_rwlock_wrlock)
-KESTRUNE_COUNT(pthread_rwlock_timedrdlock)
-KESTRUNE_COUNT(pthread_rwlock_timedwrlock)
-KESTRUNE_COUNT(pthread_spin_lock)
-KESTRUNE_COUNT(pthread_barrier_wait)
-KESTRUNE_COUNT(pthread_cond_wait)
-KESTRUNE_COUNT(pthread_cond_timedwait)
-KESTRUNE_COUNT(pthread_cond_clockwait)
-KESTRUNE_COUNT(pthread_cond_signal)
-KESTRUNE_COUNT(pthread_cond_broadcast)
-KESTRUNE_COUNT(sem_wait)
-KESTRUNE_COUNT(sem_timedwait)
-KESTRUNE_COUNT(sem_clockwait)
-KESTRUNE_COUNT(sem_post)
-KESTRUNE_COUNT(pthread_create)
-KESTRUNE_COUNT(pthread_join)
+// Locks, waits and wake-ups. Trying a lock does not wait, so it is allowed.
+KESTRUNE_COUNT_ALL(
+    (pthread_mutex_lock)(pthread_mutex_timedlock)(pthread_mutex_clocklock)(pthread_rwlock_rdlock)
+    (pthread_rwlock_wrlock)(pthread_rwlock_timedrdlock)(pthread_rwlock_timedwrlock)
+    (pthread_spin_lock)(pthread_barrier_wait)(pthread_cond_wait)(pthread_cond_timedwait)
+    (pthread_cond_clockwait)(pthread_cond_signal)(pthread_cond_broadcast)(sem_wait)
+    (sem_timedwait)(sem_clockwait)(sem_post)(pthread_create)(pthread_join))
 #endif
 
 // System calls.
-KESTRUNE_COUNT(syscall)
-KESTRUNE_COUNT(read)
-KESTRUNE_COUNT(write)
-KESTRUNE_COUNT(readv)
-KESTRUNE_COUNT(writev)
-KESTRUNE_COUNT(pread)
-KESTRUNE_COUNT(pwrite)
-KESTRUNE_COUNT(open)
-KESTRUNE_COUNT(open64)
-KESTRUNE_COUNT(openat)
-KESTRUNE_COUNT(close)
-KESTRUNE_COUNT(fcntl)
-KESTRUNE_COUNT(ioctl)
-KESTRUNE_COUNT(poll)
-KESTRUNE_COUNT(ppoll)
-KESTRUNE_COUNT(select)
-KESTRUNE_COUNT(epoll_wait)
-KESTRUNE_COUNT(send)
-KESTRUNE_COUNT(sendmsg)
-KESTRUNE_COUNT(recv)
-KESTRUNE_COUNT(recvmsg)
-KESTRUNE_COUNT(mmap)
-KESTRUNE_COUNT(mmap64)
-KESTRUNE_COUNT(munmap)
-KESTRUNE_COUNT(mprotect)
-KESTRUNE_COUNT(madvise)
-KESTRUNE_COUNT(nanosleep)
-KESTRUNE_COUNT(clock_nanosleep)
-KESTRUNE_COUNT(usleep)
-KESTRUNE_COUNT(sleep)
-KESTRUNE_COUNT(sched_yield)
+KESTRUNE_COUNT_ALL(
+    (syscall)(read)(write)(readv)(writev)(pread)(pwrite)(open)(open64)(openat)(close)(fcntl)
+    (ioctl)(poll)(ppoll)(select)(epoll_wait)(send)(sendmsg)(recv)(recvmsg)(mmap)(mmap64)(munmap)
+    (mprotect)(madvise)(nanosleep)(clock_nanosleep)(usleep)(sleep)(sched_yield))
 
-// Streams and loading, which lock, allocate or call the system inside the C library.
-KESTRUNE_COUNT(fopen)
-KESTRUNE_COUNT(fopen64)
-KESTRUNE_COUNT(fclose)
-KESTRUNE_COUNT(fread)
-KESTRUNE_COUNT(fwrite)
-KESTRUNE_COUNT(fflush)
-KESTRUNE_COUNT(fputs)
-KESTRUNE_COUNT(puts)
-KESTRUNE_COUNT(dlopen)
-KESTRUNE_COUNT(dlclose)
+// Functions of streams and of the loader, which lock, allocate or call the system.
+KESTRUNE_COUNT_ALL(
+    (fopen)(fopen64)(fclose)(fread)(fwrite)(fflush)(fputs)(puts)(dlopen)(dlclose))
+// clang-format on
 
 #if KESTRUNE_SANITIZED_HEAP
 
-// Not every sanitizer tells of these.
+// Not every sanitizer calls its hooks for these.
 KESTRUNE_COUNT(aligned_alloc)
 KESTRUNE_COUNT(memalign)
 KESTRUNE_COUNT(posix_memalign)
 
-// The heap is the sanitizer's, which tells. The compiler comes without its header.
+// The heap belongs to the sanitizer, which calls these hooks. Its header is not part of the
+// compiler's package.
 extern "C" int __sanitizer_install_malloc_and_free_hooks(
     void (*allocated)(const volatile void* memory, std::size_t size),
     void (*released)(const volatile void* memory));
@@ -188,8 +144,7 @@ const int hooksInstalled = __sanitizer_install_malloc_and_free_hooks(noteAllocat
 
 #else
 
-// The heap by the names under which the C library offers itself to those who replace it. The C++
-// operators come through here too.
+// The C library's own names for its heap functions. The C++ operators call malloc and free too.
 extern "C" {
 
 void* __libc_malloc(std::size_t size);

@@ -4,18 +4,18 @@
 namespace orvane
 {
 
-/// Counts what has no place on the audio thread while an object of the class lives, on the thread
-/// that made it: allocating and freeing, taking locks and waiting, waking other threads, and system
-/// calls through the C library's functions. Guards may be nested.
+/// Counts calls that are forbidden on the audio thread, for the life of the object and on the
+/// thread that made it: allocating and freeing, locking and waiting, waking other threads, and
+/// system calls through the C library. Guards may be nested.
 ///
-/// Programs that link the guard call its functions in place of the C library's, which it calls in
-/// turn; so do libraries that such a program loads. Calls inside the C library are not seen: a
-/// write that a buffered stream makes shows up as the stream's function, where that is listed.
+/// A program that links the guard, and every library that it loads, calls the guard's functions
+/// instead of the C library's, and those call the C library's in turn. Calls inside the C library
+/// are not counted: a write of a buffered stream counts as a call of the stream's function.
 class RealtimeGuard
 {
 public:
-    /// Under the thread sanitizer locks and waits are not counted: it knows by the caller which
-    /// libraries' locks it leaves alone, and would see the guard's as locks of ours.
+    /// Under the thread sanitizer locks and waits are not counted. The sanitizer ignores the locks
+    /// of some libraries by their caller, and would take the guard for the caller of all locks.
 #ifdef __SANITIZE_THREAD__
     static constexpr bool kCountsLocks = false;
 #else
@@ -27,9 +27,10 @@ public:
     RealtimeGuard(const RealtimeGuard&) = delete;
     RealtimeGuard& operator=(const RealtimeGuard&) = delete;
 
-    /// Calls since this guard was made.
+    /// The number of calls since this guard was made.
     [[nodiscard]] unsigned violations() const noexcept;
-    /// Name of the first function called while the thread's outermost guard lived; "none".
+    /// The name of the first function called since the thread's outermost guard was made, or
+    /// "none".
     [[nodiscard]] const char* firstViolation() const noexcept;
 
 private:

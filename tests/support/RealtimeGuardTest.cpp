@@ -21,13 +21,13 @@
 namespace orvane
 {
 
-TEST(RealtimeGuardTest, SeesEveryKindOfCallThatMayNotBeMade)
+TEST(RealtimeGuardTest, CountsEveryKindOfForbiddenCall)
 {
     std::mutex mutex;
     std::condition_variable condition;
     sem_t semaphore;
     ASSERT_EQ(sem_init(&semaphore, 0, 1), 0);
-    // Keeps the compiler from leaving out memory that nobody looks at.
+    // Volatile, so that the compiler does not remove the allocations.
     void* volatile memory = nullptr;
     const struct
     {
@@ -63,7 +63,7 @@ TEST(RealtimeGuardTest, SeesEveryKindOfCallThatMayNotBeMade)
     }
 }
 
-TEST(RealtimeGuardTest, CountsWhatItsOwnThreadDoesInItsOwnLife)
+TEST(RealtimeGuardTest, CountsOnlyCallsOfItsOwnThreadAndLifetime)
 {
     std::mutex mutex;
     std::atomic<bool> guarded = false;

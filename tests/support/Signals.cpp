@@ -35,7 +35,7 @@ std::vector<float> sine(double frequencyHz, double amplitude, double sampleRate,
 
 std::vector<float> whiteNoise(float amplitude, int samples, std::uint32_t seed)
 {
-    // Scaled by hand: the library's distributions differ from one implementation to the next.
+    // Scaled here, because the distributions of C++ libraries differ.
     std::mt19937 generator(seed);
     std::vector<float> noise(static_cast<std::size_t>(samples));
     for (float& sample : noise)

@@ -7,9 +7,10 @@
 namespace orvane
 {
 
-/// Test signals, all at full scale 1.0 and the same on every run.
+/// Test signals with full scale 1.0. They are the same on every run.
 
-/// Sum of harmonics h = 1, 2, ... with amplitudes 1 / h, below limitHz, scaled to a peak near 0.5.
+/// The sum of harmonics h = 1, 2, ... below limitHz with amplitudes 1 / h, scaled to a peak near
+/// 0.5.
 std::vector<float> harmonicTone(double pitchHz, double sampleRate, int samples,
                                 double limitHz = 20000.0);
 std::vector<float> sine(double frequencyHz, double amplitude, double sampleRate, int samples);

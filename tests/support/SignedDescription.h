@@ -17,8 +17,8 @@
 namespace orvane
 {
 
-/// Signs a description with the build's own key, as the signing command does: all but its line
-/// ends, and the `<` of the signature itself.
+/// Signs a description with the build's key, as the build does: its text without line ends, and the
+/// `<` of the signature.
 inline std::string signDescription(const std::string& text)
 {
     using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
@@ -46,18 +46,18 @@ inline std::string signDescription(const std::string& text)
     return result + "\" />\n";
 }
 
-/// The resources of a small product: a description named "test.xml", and its texts.
+/// The resources of a small product: a description named "test.xml", and texts.
 class TestResources
 {
 public:
-    /// What an `app` holds, in its declared and signed document.
+    /// A signed description whose `app` has that content.
     explicit TestResources(const std::string& appContent,
                            const std::string& appAttributes = " title=\"Test\"")
         : TestResources(Whole{signDescription("<?xml version=\"1.0\" standalone=\"yes\" ?>\n<app" +
                                               appAttributes + ">\n" + appContent + "</app>\n")})
     {
     }
-    /// A description as it stands.
+    /// A complete description.
     struct Whole
     {
         std::string text;

@@ -12,7 +12,7 @@
 namespace orvane
 {
 
-/// An application with a registry and a string table, and no more. Its queue runs when a test
+/// An application that only has a registry and a string table. Messages are delivered when a test
 /// calls ProcessQueue.
 class SmallApplication : public ZApplication
 {

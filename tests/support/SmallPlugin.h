@@ -26,8 +26,8 @@
 namespace orvane
 {
 
-/// Multiplies by the value that its element "gain" had at the last tick. Its block, and with that
-/// its latency, is a hundredth of a second.
+/// Multiplies by the value that its element "gain" had at the last tick. Its block size, which is
+/// also its latency, is a hundredth of a second.
 class GainBay : public ZBlockProcessingBay
 {
 public:
@@ -72,7 +72,7 @@ private:
     std::atomic<float> mGain{1.0f};
 };
 
-/// A document that keeps what it is told of MIDI.
+/// A document that records MIDI messages.
 class SmallDocument : public ZAudioDocument
 {
 public:
@@ -88,8 +88,8 @@ public:
     std::vector<boost::shared_ptr<const ZMessage>> midi;
 };
 
-/// A plug-in's application with a document of one bay, and no description that would need a
-/// signature. Holds the interface lock while it is made and started.
+/// A plug-in's application with a document of one bay. Its description needs no signature. Make
+/// holds the interface lock.
 class SmallPlugin : public ZPlugin
 {
 public:
@@ -102,7 +102,7 @@ public:
     }
     ~SmallPlugin() override { StopTimers(); }
 
-    /// A started application. It ticks from InitLooper on.
+    /// A started application. Its ticks begin with InitLooper.
     static std::unique_ptr<SmallPlugin> Make()
     {
         const ZInterfaceLock lock;

@@ -8,14 +8,14 @@
 namespace orvane
 {
 
-/// One of count things, counted from 0.
+/// A random index below count.
 inline std::size_t pick(std::mt19937& random, std::size_t count)
 {
     return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
 }
 
-/// Spoils a text, which is not empty, in one place: characters that mean something to a reader of
-/// XML, a gap, or a piece of the text itself.
+/// Alters a text, which is not empty, in one place: by a character with a meaning in XML, by a gap
+/// or by a copy of a part of the text.
 inline void mutate(std::string& text, std::mt19937& random)
 {
     static const std::string odd("<>/=\" \0!-?\xFF", 11);
