@@ -82,12 +82,12 @@ void ZXMLText::FindTags()
         begin = mCharacters.find('<', end + 1);
     }
     mReadableLength = static_cast<std::int32_t>(std::min(begin, mCharacters.size()));
+    mTagsFound = true;
 
     mByName.resize(mTags.size());
     std::iota(mByName.begin(), mByName.end(), 0);
     std::sort(mByName.begin(), mByName.end(),
               [this](std::int32_t a, std::int32_t b) { return ComesBefore(a, b); });
-    mTagsFound = true;
 }
 
 ZXMLText::Range ZXMLText::Whole() const
