@@ -335,10 +335,8 @@ void ZGain::ComplexMultiply(const ZBuffer& aRe, const ZBuffer& aIm, const ZBuffe
     assert(bIm.Length() == aRe.Length() && outRe.Length() == aRe.Length());
     assert(outIm.Length() == aRe.Length());
     for (std::uint32_t i = 0; i < aRe.Length(); ++i) {
-        const float re =
-            guarded(aRe.Data()[i], bRe.Data()[i]) - guarded(aIm.Data()[i], bIm.Data()[i]);
-        const float im =
-            guarded(aRe.Data()[i], bIm.Data()[i]) + guarded(aIm.Data()[i], bRe.Data()[i]);
+        const float re = aRe.Data()[i] * bRe.Data()[i] - aIm.Data()[i] * bIm.Data()[i];
+        const float im = aRe.Data()[i] * bIm.Data()[i] + aIm.Data()[i] * bRe.Data()[i];
         outRe.Data()[i] = re;
         outIm.Data()[i] = im;
     }
