@@ -3,6 +3,7 @@
 
 #include "zlib/common/objects/ZException.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
 #include <new>
@@ -25,6 +26,12 @@ std::unique_ptr<ZBuffer> makeBuffer(std::uint32_t length, const char* name)
             throw;
         throw ZException(ZException::kOutOfMemory, "Unable to allocate a ZBuffer");
     }
+}
+
+/// The distance of the samples that a normalisation takes: at least 1, for any number of divisions.
+std::uint32_t stepOf(std::uint32_t length, std::uint32_t divisions)
+{
+    return std::max(length / std::max(divisions, 1u), 1u);
 }
 
 float windowAt(std::uint32_t i, std::uint32_t length)
@@ -66,20 +73,20 @@ void ZHammingWindow::SetLength(std::uint32_t length)
 
 void ZHammingWindow::NormalizePower(std::uint32_t divisions) noexcept
 {
-    assert(divisions > 0 && divisions <= mWindow->Length());
     const std::uint32_t length = mWindow->Length();
+    const std::uint32_t step = stepOf(length, divisions);
     float sum = 0.0f;
-    for (std::uint32_t i = 0; i < length; i += length / divisions)
+    for (std::uint32_t i = 0; i < length; i += step)
         sum += mWindow->Data()[i] * mWindow->Data()[i];
     Normalize(sum);
 }
 
 void ZHammingWindow::NormalizeSum(std::uint32_t divisions) noexcept
 {
-    assert(divisions > 0 && divisions <= mWindow->Length());
     const std::uint32_t length = mWindow->Length();
+    const std::uint32_t step = stepOf(length, divisions);
     float sum = 0.0f;
-    for (std::uint32_t i = 0; i < length; i += length / divisions)
+    for (std::uint32_t i = 0; i < length; i += step)
         sum += mWindow->Data()[i];
     Normalize(sum);
 }

@@ -23,7 +23,8 @@ public:
     virtual void SetLength(std::uint32_t length);
     /// Divides the window by the sum of the squares of every (length / divisions)-th sample, from
     /// the first sample on, and multiplies the inverse by that sum. Frames that are windowed twice
-    /// and overlap that many times then keep their level. divisions: 1 to the length. [setup]
+    /// and overlap that many times then keep their level. divisions: 0 counts as 1, and more than
+    /// the length takes every sample. [setup]
     virtual void NormalizePower(std::uint32_t divisions) noexcept;
     /// The same by the sum of the samples themselves. [setup]
     virtual void NormalizeSum(std::uint32_t divisions) noexcept;
