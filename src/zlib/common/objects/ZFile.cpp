@@ -9,6 +9,7 @@
 #include <boost/make_shared.hpp>
 
 #include <cassert>
+#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <span>
@@ -221,6 +222,15 @@ std::int32_t ZFile::Write(const void* buffer, std::int32_t bytes)
     if (!mNative.Write(whole))
         throw ZException("Unable to write to file.");
     return static_cast<std::int32_t>(whole.size());
+}
+
+bool ZFile::ReplaceContent(std::string_view content)
+{
+    assert(!IsOpen());
+    const ZNativeFile::Error error = ZNativeFile::Replace(mPath.ToNarrow(), content);
+    if (error == ENOSPC || error == EDQUOT || error == EFBIG || error == EIO)
+        throw ZException("Unable to write to file.");
+    return error == 0;
 }
 
 void ZFile::WriteLong(std::int32_t value)

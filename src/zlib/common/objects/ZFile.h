@@ -8,6 +8,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <string_view>
 
 namespace orvane
 {
@@ -84,6 +85,10 @@ public:
     virtual void ReadShort(std::int16_t& out);
     /// Writes all bytes and returns their number. Throws ZException on a failure.
     virtual std::int32_t Write(const void* buffer, std::int32_t bytes);
+    /// Gives the file at the path a new content as a whole: a failure leaves the old content, see
+    /// ZNativeFile::Replace. The file must be closed and stays so. Returns false when the user
+    /// cannot write there. Throws ZException when the disk is full or fails.
+    [[nodiscard]] bool ReplaceContent(std::string_view content);
     /// Writes 4 or 2 bytes in the machine's byte order. Throws ZException on a failure.
     virtual void WriteLong(std::int32_t value);
     virtual void WriteShort(std::int16_t value);

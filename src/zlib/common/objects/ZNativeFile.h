@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace orvane
 {
@@ -61,9 +62,11 @@ public:
     /// the disk. The target is at all times the old file or the whole new one. A source on another
     /// volume that cannot be deleted stays.
     [[nodiscard]] static Error Move(const std::string& from, const std::string& to);
-    /// Replaces the file at path in one step by a file that holds text, and waits until it is on
-    /// the disk. Follows a link.
-    [[nodiscard]] static Error Replace(const std::string& path, const std::string& text);
+    /// Gives the file at path a new content, or makes it, and waits until it is on the disk. The
+    /// path names at all times the old file or the whole new one, also after a failure. Follows
+    /// links. Keeps the mode and, where the user may, owner and group. What cannot be replaced is
+    /// written in place: a device, or a file in a folder where the user may make none.
+    [[nodiscard]] static Error Replace(const std::string& path, std::string_view content);
     /// Makes the folder of path, with the folders above it, where they are missing.
     [[nodiscard]] static Error MakeFolderOf(const std::string& path);
     /// Makes an empty file with a unique name, made of prefix, some letters and suffix, that only

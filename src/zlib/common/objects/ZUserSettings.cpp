@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/objects/ZUserSettings.h"
 
+#include "zlib/common/objects/ZFileLock.h"
 #include "zlib/common/objects/ZNativeFile.h"
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -17,6 +19,9 @@ namespace
 
 // A longer file is not ours.
 constexpr std::int64_t kLongestFile = 1 << 20;
+
+// The longest wait for other writers, each of which needs some milliseconds.
+constexpr std::chrono::seconds kLongestWait{2};
 
 /// The file name for an identifier: without path separators and without a leading dot.
 std::string fileNameOf(std::string identifier)
@@ -105,10 +110,13 @@ bool ZUserSettings::SetInt(const ZString& name, std::int32_t value) const
     const std::string key = name.ToNarrow();
     if (mPath.empty() || key.empty() || key.find('\n') != std::string::npos)
         return false;
+    if (ZNativeFile::MakeFolderOf(mPath) != 0)
+        return false;
+    // Writes even without the lock: a suspended program must not keep this user from storing.
+    const ZFileLock lock(mPath + ".lock", kLongestWait);
     const auto text = readText(mPath);
-    return text && ZNativeFile::MakeFolderOf(mPath) == 0 &&
-           ZNativeFile::Replace(mPath, withLine(*text, key, key + "=" + std::to_string(value))) ==
-               0;
+    return text && ZNativeFile::Replace(
+                       mPath, withLine(*text, key, key + "=" + std::to_string(value))) == 0;
 }
 
 bool ZUserSettings::GetInt(const ZString& name, std::int32_t& out) const

@@ -12,8 +12,8 @@ namespace orvane
 /// The user's settings of one application: 32-bit values by name. The file
 /// "Orvane/<identifier>.conf" in the user's settings folder holds a line name=value for each, and
 /// is read again for each request. Any other line is skipped and kept. The file is replaced as a
-/// whole; when two programs write at the same time, the last one wins. The object only holds the
-/// path. [any thread but the audio thread]
+/// whole, and writers take turns by a lock file beside it, so that none loses another's value. The
+/// object only holds the path. [any thread but the audio thread]
 class ZUserSettings
 {
 public:

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cassert>
 #include <cerrno>
 #include <cstdio>
@@ -142,26 +143,81 @@ ZNativeFile::Error renameThrough(const std::string& from, const std::string& to)
     return 0;
 }
 
+/// A file that was made beside another one.
+struct NewFile
+{
+    std::string path;
+    OpenHandle handle;
+};
+
+/// Makes an empty file in the folder of path, with a name of its own, for writing. Its mode is the
+/// given one without the bits of the user's mask.
+NewFile makeBeside(const std::string& path, mode_t mode)
+{
+    static std::atomic<unsigned> count{0};
+    constexpr int kAttempts = 100;
+    const std::string start = folderOf(path) + "/.orvane" + std::to_string(getpid()) + ".";
+    std::string made;
+    int handle = -1;
+    for (int i = 0; i < kAttempts && handle == -1; ++i) {
+        made = start + std::to_string(count++);
+        handle = openPath(made, O_WRONLY | O_CREAT | O_EXCL, mode);
+        if (handle == -1 && errno != EEXIST)
+            break;
+    }
+    return {made, OpenHandle(handle)};
+}
+
 /// Makes a new file beside path, fills it by fill(descriptor), waits until it is on the disk and
 /// renames it to path. On a failure the new file is deleted.
 template <typename Fill>
-ZNativeFile::Error replaceBy(const std::string& path, Fill fill)
+ZNativeFile::Error replaceBy(const std::string& path, mode_t mode, Fill fill)
 {
-    const auto made = ZNativeFile::MakeUnique(folderOf(path), ".orvane", "");
-    if (!made)
+    const NewFile made = makeBeside(path, mode);
+    if (!made.handle.IsOpen())
         return errno;
-    ZNativeFile::Error error = 0;
-    {
-        const OpenHandle target(openPath(*made, O_WRONLY));
-        const bool filled = target.IsOpen() && fill(target.Get()) &&
-                            uninterrupted([&] { return fsync(target.Get()); }) == 0;
-        error = filled ? 0 : errno;
-    }
-    if (error == 0)
-        error = renameThrough(*made, path);
+    const int handle = made.handle.Get();
+    const bool filled = fill(handle) && uninterrupted([=] { return fsync(handle); }) == 0;
+    const ZNativeFile::Error error = filled ? renameThrough(made.path, path) : errno;
     if (error != 0)
-        ZNativeFile::Delete(*made);
+        ZNativeFile::Delete(made.path);
     return error;
+}
+
+/// The path of the file that a path means, through links at its end. The file may be missing.
+std::string followLinks(std::string path)
+{
+    constexpr int kMostLinks = 40;  // as many as the system follows
+    std::error_code error;
+    for (int i = 0; i < kMostLinks; ++i) {
+        const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+        if (error)
+            break;
+        path = (std::filesystem::path(folderOf(path)) / target).string();
+    }
+    return path;
+}
+
+/// Gives a new file the mode of the one that it replaces, and its owner and group where the user
+/// may.
+bool takeAttributes(int handle, const struct stat& replaced)
+{
+    if (fchown(handle, replaced.st_uid, replaced.st_gid) != 0)
+        static_cast<void>(fchown(handle, static_cast<uid_t>(-1), replaced.st_gid) == 0);
+    return fchmod(handle, replaced.st_mode & 0777) == 0;
+}
+
+ZNativeFile::Error overwrite(const std::string& path, std::span<const std::byte> bytes)
+{
+    const OpenHandle target(openPath(path, O_WRONLY | O_TRUNC));
+    return target.IsOpen() && writeAll(target.Get(), bytes) ? 0 : errno;
+}
+
+/// True for the failures of a folder that takes no new file: no permission, or a single file that
+/// is mounted into it.
+bool isRefusedByFolder(ZNativeFile::Error error)
+{
+    return error == EACCES || error == EPERM || error == EBUSY;
 }
 
 /// Opens a regular file for copying and gives its status; -1 on a failure.
@@ -183,7 +239,7 @@ ZNativeFile::Error moveToOtherVolume(const std::string& from, const std::string&
     const OpenHandle source(openSource(from, status));
     if (!source.IsOpen())
         return errno;
-    const ZNativeFile::Error error = replaceBy(to, [&](int target) {
+    const ZNativeFile::Error error = replaceBy(to, 0600, [&](int target) {
         return copyContents(source.Get(), target) && fchmod(target, status.st_mode & 0777) == 0;
     });
     if (error == 0)
@@ -306,13 +362,22 @@ ZNativeFile::Error ZNativeFile::Move(const std::string& from, const std::string&
     return error == EXDEV ? moveToOtherVolume(from, to) : error;
 }
 
-ZNativeFile::Error ZNativeFile::Replace(const std::string& path, const std::string& text)
+ZNativeFile::Error ZNativeFile::Replace(const std::string& path, std::string_view content)
 {
-    assert(!path.empty());
-    std::error_code none;
-    const std::filesystem::path linked = std::filesystem::canonical(path, none);
-    return replaceBy(none ? path : linked.string(),
-                     [&](int target) { return writeAll(target, std::as_bytes(std::span(text))); });
+    const auto bytes = std::as_bytes(std::span(content));
+    const std::string target = followLinks(path);
+    struct stat replaced
+    {
+    };
+    const bool exists = stat(target.c_str(), &replaced) == 0;
+    if (exists && !S_ISREG(replaced.st_mode))
+        return overwrite(target, bytes);
+    if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
+        return errno;
+    const Error error = replaceBy(target, 0666, [&](int handle) {
+        return writeAll(handle, bytes) && (!exists || takeAttributes(handle, replaced));
+    });
+    return exists && isRefusedByFolder(error) ? overwrite(target, bytes) : error;
 }
 
 ZNativeFile::Error ZNativeFile::MakeFolderOf(const std::string& path)

@@ -7,6 +7,8 @@
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -139,6 +141,56 @@ TEST_F(ZFileTest, CopyToReplacesOnlyWithOverwriteAndAFailureChangesNothing)
 
     EXPECT_TRUE(from->CopyTo(file, true));
     EXPECT_EQ(readTextFile(mFolder.Path("file")), text);
+}
+
+TEST_F(ZFileTest, ReplaceContentKeepsModeAndLinksAndRespectsPermissions)
+{
+    const std::string path = mFolder.Path("file");
+    const auto file = fileWith(path, "old");
+    chmod(path.c_str(), 0640);
+    std::filesystem::create_symlink("file", mFolder.Path("link"));
+    std::filesystem::create_symlink("made", mFolder.Path("dangling"));
+    EXPECT_TRUE(fileAt(mFolder.Path("link"))->ReplaceContent("new"));
+    EXPECT_EQ(readTextFile(path), "new");
+    struct stat status = {};
+    ASSERT_EQ(lstat(mFolder.Path("link").c_str(), &status), 0);
+    EXPECT_TRUE(S_ISLNK(status.st_mode));
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0640u);
+
+    const mode_t before = umask(0027);
+    EXPECT_TRUE(fileAt(mFolder.Path("dangling"))->ReplaceContent("made"));
+    umask(before);
+    ASSERT_EQ(stat(mFolder.Path("made").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0640u);
+
+    EXPECT_FALSE(fileAt(mFolder.Path("none/file"))->ReplaceContent("x"));
+    EXPECT_FALSE(fileAt(mFolder.Path())->ReplaceContent("x"));
+    expectZException("Unable to write to file.",
+                     [] { static_cast<void>(fileAt("/dev/full")->ReplaceContent("x")); });
+    if (geteuid() != 0) {
+        chmod(path.c_str(), 0440);
+        EXPECT_FALSE(file->ReplaceContent("x"));
+        EXPECT_EQ(readTextFile(path), "new");
+    }
+}
+
+TEST_F(ZFileTest, AFullDiskLeavesTheOldContent)
+{
+    const std::string path = mFolder.Path("file");
+    const auto file = fileWith(path, "old");
+    // A limit on the size of files, which makes a write fail after some bytes as a full disk does.
+    rlimit limit = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit small = {4096, limit.rlim_max};
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    expectZException("Unable to write to file.",
+                     [&] { static_cast<void>(file->ReplaceContent(std::string(100000, 'x'))); });
+    setrlimit(RLIMIT_FSIZE, &limit);
+    signal(SIGXFSZ, handler);
+    EXPECT_EQ(readTextFile(path), "old");
+    EXPECT_EQ(mFolder.Count(), 1);
 }
 
 TEST_F(ZFileTest, MoveToMovesToAnotherVolume)

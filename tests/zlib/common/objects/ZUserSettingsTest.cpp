@@ -88,22 +88,25 @@ TEST_F(ZUserSettingsTest, UsesTheHomeFolderWithoutASettingsFolderAndNothingWitho
     EXPECT_EQ(Get("a"), std::nullopt);
 }
 
-TEST_F(ZUserSettingsTest, TheFileIsCompleteWhileTwoThreadsWrite)
+TEST_F(ZUserSettingsTest, TwoWritersLoseNothingAndTheFileIsCompleteMeanwhile)
 {
     // The padding makes a file that is written in place long enough to be caught half done.
-    Write(std::string(30000, '#') + "\na=0\n");
-    const auto write = [] {
+    Write(std::string(30000, '#') + "\nz=0\n");
+    const auto write = [](const std::string& name) {
         for (std::int32_t i = 0; i < 50; ++i)
-            EXPECT_TRUE(ZUserSettings("Mini").SetInt("a", i));
+            EXPECT_TRUE(ZUserSettings("Mini").SetInt(name + std::to_string(i), i));
     };
-    std::thread one(write);
-    std::thread two(write);
+    std::thread one(write, "a");
+    std::thread two(write, "b");
     for (int i = 0; i < 200; ++i)
-        EXPECT_NE(Get("a"), std::nullopt);
+        EXPECT_EQ(Get("z"), 0);
     one.join();
     two.join();
-    EXPECT_EQ(Get("a"), 49);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.Path("Orvane")), {}), 1);
+    for (std::int32_t i = 0; i < 50; ++i)
+        for (const std::string name : {"a", "b"})
+            EXPECT_EQ(Get((name + std::to_string(i)).c_str()), i) << name;
+    // The settings and their lock file.
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mFolder.Path("Orvane")), {}), 2);
 }
 
 }  // namespace orvane
