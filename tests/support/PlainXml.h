@@ -35,7 +35,7 @@ inline std::vector<PlainChild> plainChildren(const std::string& text)
             if (inside && depth == 0 && tag.Name() == children.back().tag.Name()) {
                 inside = false;
             } else if (!inside && tag.Name() == "?xml") {
-                depth -= tag.GetKind();
+                depth -= 1;
             } else if (!inside && (tag.GetKind() > 0 || (tag.GetKind() == 0 && depth == 0))) {
                 inside = tag.GetKind() > 0;
                 children.push_back({tag, {}});

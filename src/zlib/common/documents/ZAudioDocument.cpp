@@ -75,15 +75,20 @@ boost::shared_ptr<ZXMLElement> wholeFile(const ZXMLDocument& file)
     return whole;
 }
 
-/// Opens a file for a scope and closes it on any way out.
+std::string unableToOpen(const ZFile& file)
+{
+    return "Unable to open " + file.GetPath().ToNarrow();
+}
+
+/// Opens a file for reading and closes it in the destructor.
 class OpenFile
 {
 public:
-    OpenFile(ZFile& file, ZFile::Mode mode, bool create)
+    explicit OpenFile(ZFile& file)
         : mFile(file)
     {
-        if (!file.IsOpen() && !file.Open(mode, create))
-            throw ZException("Unable to open " + file.GetPath().ToNarrow());
+        if (!file.IsOpen() && !file.Open(ZFile::kModeRead, false))
+            throw ZException(unableToOpen(file));
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
@@ -304,8 +309,9 @@ void ZAudioDocument::SavePresetFile(const char* description, const ZMessage& mes
     ZXMLElement saved;
     SavePreset(saved);
     const std::string_view text = saved.GetText();
-    const OpenFile open(*file, ZFile::kModeWrite, true);
-    file->Write(text.data(), static_cast<std::int32_t>(text.size()));
+    file->Close();
+    if (!file->ReplaceContent(text))
+        throw ZException(unableToOpen(*file));
 }
 
 bool ZAudioDocument::LoadPresetFile(const char* description, const char* prompt,
@@ -321,10 +327,12 @@ bool ZAudioDocument::LoadPresetFile(const char* description, const char* prompt,
         // ZFile::Open would create a missing file.
         if (!file->Exists())
             throw ZException("No such file: " + file->GetPath().ToNarrow());
-        const OpenFile open(*file, ZFile::kModeRead, false);
+        const OpenFile open(*file);
         LoadPreset(presetOfFile(ZXMLDocument(file)));
-    } catch (const ZException&) {
-        ZMessageBox::Show(ZMessageBox::kNotice, "Invalid File", "Invalid Preset File.");
+    } catch (const ZException& failure) {
+        const bool isTooLarge = failure.GetCode() == ZException::kTooLarge;
+        ZMessageBox::Show(ZMessageBox::kNotice, "Invalid File",
+                          isTooLarge ? failure.GetMessage() : ZString("Invalid Preset File."));
     }
     return true;
 }

@@ -22,6 +22,7 @@ public:
         kOutOfMemory = 2,       // for a buffer or a signal object
         kEndWithoutReport = 3,  // ends the start of the plug-in without a message box
         kBadSignature = 5,
+        kTooLarge = 6,  // a file or a host's chunk that is larger than any that is read
     };
 
     /// A general failure. The source file and line are those of the throw.

@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cassert>
 #include <iterator>
-#include <limits>
 #include <numeric>
 #include <string>
 #include <utility>
@@ -52,8 +51,7 @@ std::string readWhole(ZFile& file)
 {
     file.Seek(0);
     const std::int64_t size = file.GetSize();
-    if (size >= std::numeric_limits<std::int32_t>::max())
-        throw ZException("Unable to read file.");
+    ZXMLDocument::CheckSize(size);
     std::string characters(static_cast<std::size_t>(size), '\0');
     const std::int32_t got = file.Read(characters.data(), static_cast<std::int32_t>(size));
     characters.resize(static_cast<std::size_t>(got));
@@ -61,6 +59,15 @@ std::string readWhole(ZFile& file)
 }
 
 }  // namespace
+
+void ZXMLDocument::CheckSize(std::int64_t bytes)
+{
+    if (bytes > kMaxBytes)
+        throw ZException(ZException::kTooLarge, "This preset has " + std::to_string(bytes) +
+                                                    " bytes. Presets of more than " +
+                                                    std::to_string(kMaxBytes) +
+                                                    " bytes are not read.");
+}
 
 ZXMLDocument::ZXMLDocument(const char* text, std::int32_t length, Comments comments)
 {
@@ -199,7 +206,7 @@ void ZXMLDocument::SplitRange(const ZXMLText::Range& range) const
         const std::int32_t kind = mText->Kind(i);
         const ZXMLText::Tag& tag = mText->GetTag(i);
         if (mText->IsDeclaration(i)) {
-            ground += kind;
+            ground += ZXMLTag::kOpening;  // one level is taken back, whatever the tag's kind
         } else if (kind == ZXMLTag::kOpening) {
             const std::int32_t end = mText->FindEnd(i, ground, range.endTag);
             const std::int32_t endPosition =

@@ -34,11 +34,18 @@ public:
         kKept,     // read as tags
     };
 
+    /// The size in bytes of the largest text that is read from a file or a host. It is far above
+    /// that of any preset or bank.
+    static constexpr std::int64_t kMaxBytes = std::int64_t{16} << 20;
+    /// Throws ZException kTooLarge for a text of more bytes. Callers check the size of what comes
+    /// from outside before they take memory for it. [any thread but the audio thread]
+    static void CheckSize(std::int64_t bytes);
+
     ZXMLDocument() = default;
     /// Copies the text; null is the empty text. length >= 0.
     ZXMLDocument(const char* text, std::int32_t length, Comments comments = Comments::kBlanked);
     /// Reads an open file from its start and keeps its comments. Throws ZException when the file
-    /// cannot be read or is too long for 32 bits.
+    /// cannot be read, and kTooLarge when it has more than kMaxBytes.
     explicit ZXMLDocument(const boost::shared_ptr<ZFile>& file);
     /// Copies the text. The copy has children of its own.
     ZXMLDocument(const ZXMLDocument& other);

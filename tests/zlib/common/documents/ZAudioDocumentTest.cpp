@@ -271,6 +271,17 @@ TEST_F(ZAudioDocumentTest, LoadsTheFileThatItSaved)
     EXPECT_THROW(Send(*document, ZPRESETSAVE, folder.Path("none/file.xml")), ZException);
 }
 
+TEST_F(ZAudioDocumentTest, SavingReplacesAFileInsteadOfWritingIntoIt)
+{
+    const auto document = Make<ZPluginAudioDocument>(kContent);
+    const PrivateFolder folder;
+    writeTextFile(folder.Path("mine.xml"), "old");
+    std::filesystem::create_hard_link(folder.Path("mine.xml"), folder.Path("old.xml"));
+    Send(*document, ZPRESETSAVE, folder.Path("mine.xml"));
+    EXPECT_TRUE(readTextFile(folder.Path("mine.xml")).starts_with("<preset "));
+    EXPECT_EQ(readTextFile(folder.Path("old.xml")), "old");
+}
+
 TEST_F(ZAudioDocumentTest, RefusesAFileThatIsNoPreset)
 {
     const auto document = Make<ZPluginAudioDocument>(kContent);
@@ -290,6 +301,9 @@ TEST_F(ZAudioDocumentTest, RefusesAFileThatIsNoPreset)
     }
     EXPECT_EQ(own(*document), 0.0f);
     EXPECT_EQ(folder.Count(), 1);
+    std::filesystem::resize_file(folder.Path("file.xml"), ZXMLDocument::kMaxBytes + 1);  // a hole
+    Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
+    EXPECT_TRUE(boxes.boxes.back().text.starts_with("This preset has 16777217 bytes."));
 
     writeTextFile(folder.Path("file.xml"), "<!-- by hand, of any version --><preset "
                                            "version=\"2.0\">" +

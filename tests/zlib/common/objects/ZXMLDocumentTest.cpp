@@ -101,6 +101,14 @@ TEST(ZXMLDocumentTest, SplitsChildrenAgainAfterAnAppend)
     EXPECT_EQ(document.GetChild("a")->GetText(), "1");
 }
 
+TEST(ZXMLDocumentTest, ADeclarationTakesBackOneLevelWhateverItsKind)
+{
+    // The depth is -1 behind it, so that the child does not end, and a complete tag is no child.
+    EXPECT_EQ(parse("<?xml /><a></a>").GetChild("a")->GetText(), "</a>");
+    EXPECT_EQ(childNames(parse("<?xml /><a />")), "");
+    EXPECT_EQ(childNames(parse("<?xml v=\"1\" ?><a />")), "a,");
+}
+
 TEST(ZXMLDocumentTest, RefusesOtherDeclarations)
 {
     const std::string declaration = R"(<?xml version="1.0" standalone="yes" ?>)";
@@ -147,7 +155,7 @@ TEST(ZXMLDocumentTest, ElementsThatHoldOneAnotherAreReleasedLevelByLevel)
     EXPECT_EQ(level, 100000);
 }
 
-TEST(ZXMLDocumentTest, ReadsTheWholeFileAndRefusesOneTooLongFor32Bits)
+TEST(ZXMLDocumentTest, ReadsTheWholeFileAndRefusesOneAboveTheBound)
 {
     const PrivateFolder folder;
     const std::string path = folder.Path("preset.xml");
@@ -160,8 +168,13 @@ TEST(ZXMLDocumentTest, ReadsTheWholeFileAndRefusesOneTooLongFor32Bits)
     file->Seek(5);
     EXPECT_EQ(ZXMLDocument(file).GetText(), text);
 
-    std::filesystem::resize_file(path, std::uintmax_t{1} << 31);  // a hole
-    expectZException("Unable to read file.", [&] { const ZXMLDocument document(file); });
+    std::filesystem::resize_file(path, ZXMLDocument::kMaxBytes);  // a hole
+    EXPECT_EQ(std::ssize(ZXMLDocument(file).GetText()), ZXMLDocument::kMaxBytes);
+    std::filesystem::resize_file(path, ZXMLDocument::kMaxBytes + 1);
+    expectZException(ZException::kTooLarge,
+                     "This preset has 16777217 bytes. Presets of more than 16777216 bytes are not "
+                     "read.",
+                     [&] { const ZXMLDocument document(file); });
 }
 
 TEST(ZXMLDocumentTest, RandomTextsGiveTheSameChildrenAsALevelByLevelReader)
