@@ -393,7 +393,6 @@ void ZLooper::ForgetElementChange(const Record& record)
     if (!element)
         return;
     const std::lock_guard changesLock(mElementChangesLock);
-    assert(mElementChanges.contains({*element, record.target}));
     mElementChanges.erase({*element, record.target});
 }
 
