@@ -14,7 +14,8 @@ namespace
 
 constexpr float kCentsPerSemitone = 100.0f;
 
-// Halves go up. What lies below 0 has a fraction below 0, so it always goes down.
+// Rounds to whole semitones: upwards from half a semitone on. Negative values have a negative
+// remainder, so they always round down.
 float snapped(float cents)
 {
     const float semitones = cents / kCentsPerSemitone;
@@ -61,7 +62,7 @@ void KestruneCentsSlider::DrawScale(const ZRect& update)
 
 ZString KestruneCentsSlider::GetMarkText(float cents) const
 {
-    const std::string semitones = shortNumber(cents / kCentsPerSemitone);
+    const std::string semitones = textWithTwoDecimals(cents / kCentsPerSemitone);
     return cents > 0.0f ? "+" + semitones : semitones;
 }
 

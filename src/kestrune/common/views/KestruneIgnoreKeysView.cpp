@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 
 namespace orvane
 {
@@ -71,6 +72,7 @@ void KestruneIgnoreKeysView::ElementChanged(std::uint64_t elementId)
 
 void KestruneIgnoreKeysView::ShowIgnored()
 {
+    assert(mIgnoreElement);
     ZBuffer& flags = *mIgnoreElement->GetZBuffer();
     mIgnored.reset();
     for (std::uint32_t i = 0; i < std::min<std::uint32_t>(flags.Length(), kNotesInOctave); ++i)
@@ -80,10 +82,11 @@ void KestruneIgnoreKeysView::ShowIgnored()
 
 bool KestruneIgnoreKeysView::IsIgnored(std::int32_t degree) const
 {
-    return mIgnored.test(static_cast<std::size_t>(degree));
+    assert(degree >= 0 && degree < kNotesInOctave);
+    return mIgnored[static_cast<std::size_t>(degree)];
 }
 
-// In the middle of what the black keys leave of the key's upper part.
+// Centres the box on the part of the key's top that the black keys leave free.
 ZPoint KestruneIgnoreKeysView::GetBoxPos(std::int32_t note) const
 {
     const std::int32_t box = mOnBitmap ? mOnBitmap->GetWidth() : 0;
@@ -124,7 +127,7 @@ void KestruneIgnoreKeysView::Draw(const ZRect& /*rect*/)
         DrawBox(note);
 }
 
-// With a groove that leads down to the key.
+// Draws the box and an engraved line from it down to the key.
 void KestruneIgnoreKeysView::DrawBox(std::int32_t note)
 {
     const ZPoint pos = GetBoxPos(note);
@@ -143,13 +146,14 @@ void KestruneIgnoreKeysView::DrawBox(std::int32_t note)
 void KestruneIgnoreKeysView::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 {
     for (std::int32_t note = mStartNote; note < mEndNote; ++note) {
-        if (IsOn(GetBoxRect(note), point))
+        if (IsInside(GetBoxRect(note), point))
             return FlipBox(note - mStartNote);
     }
 }
 
 void KestruneIgnoreKeysView::FlipBox(std::int32_t degree)
 {
+    assert(degree >= 0 && degree < kNotesInOctave);
     const auto place = static_cast<std::size_t>(degree);
     mIgnored.flip(place);
     WriteFlag(mIgnoreElement, degree, mIgnored[place]);

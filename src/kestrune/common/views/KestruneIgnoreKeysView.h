@@ -9,12 +9,12 @@
 namespace orvane
 {
 
-/// A row of check boxes, one over each key of the keyboard that stands below: what is checked is
-/// left uncorrected. The keyboard's pictures are read for their sizes only.
+/// A row of check boxes, one above each key of the keyboard view below it. Notes whose box is
+/// checked are not corrected. The pictures of keys are read for their sizes only.
 ///
-/// Besides the keyboard's elements, `<element ignorekeystate=>` names a buffer of flags by degrees
-/// above the tonic, 0 for corrected, any other value for ignored. Boxes keep their degrees when the
-/// key changes, and move with the keyboard.
+/// Besides the keyboard's elements, `<element ignorekeystate=>` names a buffer of flags, indexed by
+/// the degree above the tonic: 0 for corrected, any other value for ignored. When the key changes,
+/// the boxes keep their degrees and move with the keyboard. [interface thread]
 class KestruneIgnoreKeysView : public KestruneKeyboardView
 {
 public:
@@ -28,15 +28,16 @@ public:
     void OnDocumentChanged() override;
     void OnDocumentClosed() override;
     void Draw(const ZRect& rect) override;
-    /// A click acts on the way down, with no capture.
+    /// Switches the box under the mouse at the press, without capturing the mouse.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
 
+    /// Whether the box of a degree, in [0, 12), is checked.
     [[nodiscard]] bool IsIgnored(std::int32_t degree) const;
-    /// Where the box over a note's key is drawn.
+    /// The top left corner of the picture of the box above a note's key.
     [[nodiscard]] ZPoint GetBoxPos(std::int32_t note) const;
-    /// Where a click means the box over a note's key.
+    /// The rectangle in which a press switches the box above a note's key.
     [[nodiscard]] ZRect GetBoxRect(std::int32_t note) const;
 
 private:

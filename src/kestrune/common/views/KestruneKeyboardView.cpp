@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -18,12 +19,13 @@ namespace
 
 constexpr std::int32_t kDegrees = ZBWKeys::kNotesInOctave;
 constexpr std::int32_t kKeys = 13;         // from tonic to tonic
-constexpr std::int32_t kLowestTonic = 45;  // the A that the first key of the list means
+constexpr std::int32_t kLowestTonic = 45;  // the note A, the first entry in the list of keys
 
-/// The note moved by octaves into a keyboard from start to end. A note on end itself stays there,
-/// where no key shows it.
+/// The note moved by octaves into [start, end]. The keyboard has no key for end itself, so a note
+/// there is not shown.
 std::int32_t foldNote(std::int32_t note, std::int32_t start, std::int32_t end)
 {
+    assert(end - start >= kDegrees);
     if (note > end)
         return note - kDegrees * (1 + (note - end - 1) / kDegrees);
     if (note < start)
@@ -87,7 +89,7 @@ void KestruneKeyboardView::OnDocumentClosed()
     LetPlayingNoteGo();
 }
 
-// One change can mean more than one step: the scale is shown from the tonic that is in force.
+// A change of key both moves the keyboard and shows the scale from the new tonic.
 void KestruneKeyboardView::ElementChanged(std::uint64_t elementId)
 {
     const bool moves = mStartingNote.Is(elementId);
@@ -106,7 +108,7 @@ void KestruneKeyboardView::MoveToTonic()
     const std::int32_t key = std::clamp(mStartingNote->GetDiscrete(), 0, kDegrees - 1);
     const std::int32_t tonic = kLowestTonic + key;
     if (tonic != mStartNote)
-        CancelPress();  // the pressed key is no longer under the mouse
+        CancelPress();  // the key under the mouse is another one now
     const std::int32_t keys = mEndNote - mStartNote;
     mStartNote = static_cast<std::uint16_t>(tonic);
     mEndNote = static_cast<std::uint16_t>(tonic + keys);
@@ -114,7 +116,7 @@ void KestruneKeyboardView::MoveToTonic()
     Invalidate();
 }
 
-// In three octaves at once, of which the range shows one and the upper tonic.
+// Sets three octaves, so that the upper tonic is lit and keys an octave apart stay equal.
 void KestruneKeyboardView::ShowScale()
 {
     mKeyState.fill(0);
@@ -130,7 +132,7 @@ void KestruneKeyboardView::ShowScale()
     Invalidate();
 }
 
-// A pitch off the scale leaves the last key down, and so does a voice that pauses.
+// A pitch outside the scale and a pause of the voice leave the last key down.
 void KestruneKeyboardView::FollowPitch()
 {
     if (!mTrackPitch || mTrackPitch->GetDiscrete() != 1)
@@ -162,15 +164,15 @@ void KestruneKeyboardView::SetKeyDown(std::int32_t note, bool down)
 
 void KestruneKeyboardView::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 {
-    CancelPress();  // of another button
+    CancelPress();  // another mouse button may have begun one
     SetMouseCapture(true, true);
     for (std::int32_t note = mStartNote; note < mStartNote + kDegrees; ++note) {
         const auto place = static_cast<std::size_t>(note);
         const ZRect& upper = mUpperRect[place];
         const ZRect& lower = mLowerRect[place];
-        if (!IsOn(upper, point) && !IsOn(lower, point))
+        if (!IsInside(upper, point) && !IsInside(lower, point))
             continue;
-        mPressedRect = IsOn(upper, point) ? upper : lower;
+        mPressedRect = IsInside(upper, point) ? upper : lower;
         mPressedNote = note;
     }
     if (mPressedNote == kNoNote)
@@ -183,13 +185,14 @@ void KestruneKeyboardView::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
 {
     const std::int32_t note = mPressedNote;
     CancelPress();
-    if (note != kNoNote && IsOn(mPressedRect, point))
+    if (note != kNoNote && IsInside(mPressedRect, point))
         FlipKey(note);
 }
 
-// The element reports the change, and that shows the scale again; a tonic stays lit then.
+// The element's report of the change then calls ShowScale(), which lights the tonic in any case.
 void KestruneKeyboardView::FlipKey(std::int32_t note)
 {
+    assert(note >= mStartNote && note < mStartNote + kDegrees);
     const bool lit = !IsKeyLit(note);
     for (const std::int32_t octave : {-kDegrees, 0, kDegrees})
         mKeyState[static_cast<std::size_t>(note + octave)] = lit;
@@ -199,11 +202,12 @@ void KestruneKeyboardView::FlipKey(std::int32_t note)
 
 void KestruneKeyboardView::WriteFlag(const ZObservedElement& element, std::int32_t index, bool set)
 {
+    assert(index >= 0);
     ZBuffer* buffer = element ? element->GetZBuffer() : nullptr;
     const auto place = static_cast<std::uint32_t>(index);
     if (!buffer || place >= buffer->Length())
         return;
-    // One sample in place: others may write theirs at the same time.
+    // Writes this sample only: other threads may write other samples at the same time.
     std::atomic_ref(buffer->Data()[place]).store(set ? 1.0f : 0.0f, std::memory_order_relaxed);
     element->SetZBuffer(*buffer, false);
 }

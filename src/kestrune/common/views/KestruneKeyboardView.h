@@ -9,12 +9,14 @@
 namespace orvane
 {
 
-/// The octave from tonic to tonic, on which the user sees and edits the scale and follows the note
-/// that is sung. It starts at the tonic of the key, so a change of key moves all of it.
+/// A keyboard of one octave from tonic to tonic, which shows the scale and the note being sung and
+/// on which the user edits the scale. It starts at the tonic of the current key, so a change of key
+/// moves the whole keyboard.
 ///
-/// Elements, named by `<element startingnote= keystate= playingPitch= trackPitch=>`: the key, an
-/// index that counts from A; the scale, a buffer of flags by degrees above the tonic, exactly 1.0
-/// for set; the pitch that sounds, in Hz; and whether to show that, 1 for yes. Each may be missing.
+/// Its elements are named by `<element startingnote= keystate= playingPitch= trackPitch=>`: the
+/// key, an index counted from A; the scale, a buffer of flags indexed by the degree above the
+/// tonic, with exactly 1.0 for a note of the scale; the pitch being sung, in Hz; and whether to
+/// show that pitch, 1 for yes. Each may be missing. [interface thread]
 class KestruneKeyboardView : public ZBWKeys
 {
 public:
@@ -23,20 +25,20 @@ public:
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     void ElementChanged(std::uint64_t elementId) override;
-    /// Presses a key below the upper tonic.
+    /// Presses the key under the mouse; the upper tonic cannot be pressed.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
-    /// Over the key that was pressed, takes it into the scale or out of it.
+    /// If the mouse is still on the pressed key, adds its note to the scale or removes it.
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
     void DetachFromElements() override;
     void OnDocumentChanged() override;
     void OnDocumentClosed() override;
 
 protected:
-    /// Writes exactly 1.0 or 0.0 to a sample of a buffer element, for its observers to hear of.
-    /// Nothing without the element, or for an index that it does not have.
+    /// Writes exactly 1.0 or 0.0 to one sample of a buffer element and notifies its observers. Does
+    /// nothing without the element, or if its buffer is too short.
     static void WriteFlag(const ZObservedElement& element, std::int32_t index, bool set);
 
-    /// The same key in the octaves around, too: both tonics go down together.
+    /// Sets the key and its copies an octave below and above, so that both tonics move together.
     void SetKeyDown(std::int32_t note, bool down) override;
 
     std::string mStartingNoteName;

@@ -5,6 +5,7 @@
 #include "zlib/common/views/ZViewTags.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <string_view>
 
@@ -14,14 +15,14 @@ namespace orvane
 namespace
 {
 
-/// The types of `bitmap` tags, in the order in which the pictures are kept.
+/// The types of `bitmap` tags, in the order of ZBWKeys::mKeyBitmaps.
 constexpr std::array<std::string_view, 12> kBitmapTypes{"w1", "w2", "w3", "w4", "l1", "l2",
                                                         "l3", "l4", "d1", "d2", "d3", "d4"};
 
 constexpr std::array<const char*, ZBWKeys::kNotesInOctave> kNoteNames{
     "C", "C# Db", "D", "D# Eb", "E", "F", "F# Gb", "G", "G# Ab", "A", "A# Bb", "B"};
 
-/// Shapes of keys, as places among four pictures.
+/// The shapes of keys, as indices into the four pictures of a state.
 enum Shape
 {
     kBlackToTheRight,
@@ -55,10 +56,11 @@ bool hasWideGapAbove(std::int32_t note)
     return pitchClass == 3 || pitchClass == 10;
 }
 
-/// Of a picture in the order of kBitmapTypes.
+/// The index of a picture in the order of kBitmapTypes.
 std::size_t placeOf(int look, Shape shape)
 {
     constexpr int kShapes = 4;
+    assert(look >= 0 && look < 3);
     return static_cast<std::size_t>(look * kShapes + shape);
 }
 
@@ -81,7 +83,8 @@ ZBWKeys::ZBWKeys(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
 
 const char* ZBWKeys::NoteName(std::int32_t pitchClass)
 {
-    return kNoteNames.at(static_cast<std::size_t>(pitchClass));
+    assert(pitchClass >= 0 && pitchClass < kNotesInOctave);
+    return kNoteNames[static_cast<std::size_t>(pitchClass)];
 }
 
 bool ZBWKeys::IsKindOf(std::string_view className) const
@@ -153,17 +156,14 @@ bool ZBWKeys::IsKeyDown(std::int32_t note) const
 
 ZPoint ZBWKeys::GetKeyPos(std::int32_t note) const
 {
-    return mKeyPos.at(static_cast<std::size_t>(note));
+    assert(isNote(note));
+    return mKeyPos[static_cast<std::size_t>(note)];
 }
 
 ZRect ZBWKeys::GetUpperRect(std::int32_t note) const
 {
-    return mUpperRect.at(static_cast<std::size_t>(note));
-}
-
-ZRect ZBWKeys::GetLowerRect(std::int32_t note) const
-{
-    return mLowerRect.at(static_cast<std::size_t>(note));
+    assert(isNote(note));
+    return mUpperRect[static_cast<std::size_t>(note)];
 }
 
 bool ZBWKeys::IsBlack(std::int32_t note)
@@ -171,7 +171,7 @@ bool ZBWKeys::IsBlack(std::int32_t note)
     return shapeOf(note) == kBlackKey;
 }
 
-bool ZBWKeys::IsOn(const ZRect& rect, const ZPoint& point)
+bool ZBWKeys::IsInside(const ZRect& rect, const ZPoint& point)
 {
     return !rect.IsEmpty() && rect.ContainsWithEdges(point);
 }
@@ -190,6 +190,7 @@ ZRect ZBWKeys::BlackFrame() const
 
 void ZBWKeys::ComputeKeys()
 {
+    assert(mStartNote <= mEndNote);
     PlaceWhiteKeys();
     PlaceBlackKeys();
 }
@@ -249,11 +250,11 @@ void ZBWKeys::DrawKey(std::int32_t note, KeyLook look)
     if (const auto& picture = mKeyBitmaps[placeOf(look, shapeOf(note))])
         DrawBitmap(*picture, mKeyPos[place].x, mKeyPos[place].y);
     constexpr std::int32_t kNameDrop = 10;  // below the key's upper edge, in pixels
-    const ZString name(kNoteNames[static_cast<std::size_t>(note % kNotesInOctave)]);
+    const ZString name(NoteName(note % kNotesInOctave));
     DrawString(name, mUpperRect[place].Offset(0, kNameDrop), 0, kAlignCentre, 0);
 }
 
-// The black keys lie on top of the white ones, so they come second.
+// Black keys are drawn last, since they lie on top of the white ones.
 void ZBWKeys::Draw(const ZRect& /*rect*/)
 {
     const std::int32_t end = std::min<std::int32_t>(mEndNote, kNotes);
@@ -275,7 +276,7 @@ void ZBWKeys::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
 {
     if (mPressedNote == kNoNote)
         return;
-    const bool inside = IsOn(mPressedRect, point);
+    const bool inside = IsInside(mPressedRect, point);
     if (inside == IsKeyDown(mPressedNote))
         return;
     SetKeyDown(mPressedNote, inside);

@@ -10,6 +10,7 @@
 #include "zlib/common/views/ZViewTags.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -74,6 +75,7 @@ void ZBitmapButton::SetMomentaryCommand(const boost::shared_ptr<ZCommand>& comma
 
 void ZBitmapButton::SetPicture(Picture picture, const boost::shared_ptr<ZBitmap>& bitmap)
 {
+    assert(picture < kPictureCount);
     mPictures[picture] = bitmap;
     ShowState();
 }
@@ -88,7 +90,7 @@ bool ZBitmapButton::LooksActive() const
     return IsEnabled() && (!mMomentaryCommand || mMomentaryCommand->IsEnabled());
 }
 
-// The commands, where there are any, have the word: the last of them.
+// Commands override the button's own state; of several, the one listed first here decides.
 bool ZBitmapButton::TakesPress() const
 {
     for (const auto& command : {mTurnOffCommand, mTurnOnCommand, mMomentaryCommand})
@@ -171,7 +173,6 @@ void ZBitmapButton::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
     SetMouseCapture(true, true);
 }
 
-// The second press of a quick hand is a press.
 void ZBitmapButton::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
 {
     MouseDown(point, mods);
@@ -183,8 +184,9 @@ void ZBitmapButton::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
         ShowPressed(mFrame.ContainsWithEdges(point));
 }
 
-// Only where the press has begun here. The mouse is let go before the action, and nothing of the
-// view comes after it: a dialog may open in a command, and the window may be gone when it returns.
+// A release counts only if the press began on this button. The capture ends before the action, and
+// nothing of the view is used after it: a command may open a dialog, during which the window may be
+// destroyed.
 void ZBitmapButton::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
 {
     if (!mMomentary || !HasMouseCapture())

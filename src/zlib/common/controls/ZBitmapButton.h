@@ -14,12 +14,14 @@ namespace orvane
 
 class ZCommand;
 
-/// A button of pictures. A latching one flips its discrete element between 0 and 1 when it is
-/// pressed; a momentary one acts when it is released, inside, by the command of its click or else
-/// as a latching one. [interface thread]
+/// A button drawn from pictures, one for each state. A latching button switches its discrete
+/// element between 0 and 1 when it is pressed. A momentary button acts when it is released inside:
+/// it runs its OnMomentaryClick command or, without one, acts as a latching button does. [interface
+/// thread]
 class ZBitmapButton : public ZControl
 {
 public:
+    /// The pictures, in the order of the types of `bitmap` tags.
     enum Picture : std::size_t
     {
         kOff,
@@ -35,7 +37,8 @@ public:
         kPictureCount,
     };
 
-    /// Commands are looked for in the application's list; one that is not there counts as none.
+    /// Looks up the commands of the `action` tags in the application's command list; a name that is
+    /// not in the list counts as no command.
     ZBitmapButton(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZBitmapButton() override;
 
@@ -55,18 +58,16 @@ public:
     void OnCaptureLost() override;
 
     virtual void SetMomentary(bool momentary) { mMomentary = momentary; }
-    /// Observes it from then on; null for none.
+    /// Sets the command of a momentary click and observes it; null for none.
     virtual void SetMomentaryCommand(const boost::shared_ptr<ZCommand>& command);
-    /// Null for none.
+    /// Sets one of the pictures; null for none.
     virtual void SetPicture(Picture picture, const boost::shared_ptr<ZBitmap>& bitmap);
-    /// Whether the element's index is above 0. Throws ZException -1 for one that is not discrete.
+    /// Whether the element's index is above 0. Throws ZException kGeneral if the element is not
+    /// discrete.
     [[nodiscard]] virtual bool IsOn() const;
     [[nodiscard]] virtual bool IsMomentary() const { return mMomentary; }
-    /// Chooses the picture for the present state.
+    /// Chooses the picture for the current state.
     virtual void UpdateBitmap();
-
-    /// The picture that is shown; null for none.
-    [[nodiscard]] const boost::shared_ptr<ZBitmap>& GetBitmap() const { return mCurrentBitmap; }
 
 private:
     [[nodiscard]] boost::shared_ptr<ZBitmap> ChooseBitmap() const;

@@ -59,7 +59,6 @@ void ZCheckBox::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
         editDiscrete(mElement, mElement->GetDiscrete() > 0 ? 0 : 1);
 }
 
-// The second press of a quick hand is a press.
 void ZCheckBox::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
 {
     MouseDown(point, mods);
@@ -73,7 +72,7 @@ void ZCheckBox::Draw(const ZRect& /*update*/)
     DrawTitle();
 }
 
-// Beside the picture, in the middle of its height.
+// The title stands to the right of the picture, centred on its height.
 void ZCheckBox::DrawTitle()
 {
     const std::int32_t width = mOffBitmap ? mOffBitmap->GetWidth() : 0;

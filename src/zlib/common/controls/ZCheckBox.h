@@ -11,9 +11,10 @@
 namespace orvane
 {
 
-/// A box with a title that a press switches: to 0 from any index above it, else to 1. It looks on
-/// at exactly 1. Without an element it is off and a press does nothing; what reads an element
-/// throws ZException -1 when it is not discrete. [interface thread]
+/// A check box with a title for a discrete element. It shows as checked at index 1 only; a press
+/// sets any index above 0 to 0, and 0 to 1. Without an element it shows as unchecked and a press
+/// does nothing. Functions that read the element throw ZException kGeneral if it is not discrete.
+/// [interface thread]
 class ZCheckBox : public ZView
 {
 public:
@@ -21,9 +22,9 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZELEMENTCHANGED: repaints. The rest as ZView.
+    /// ZELEMENTCHANGED repaints the view; ZView handles all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// Takes the height of its picture.
+    /// Sets the view's height to that of the unchecked picture.
     void OnAttached() override;
     void Draw(const ZRect& update) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;

@@ -6,6 +6,9 @@
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
+#include <cassert>
+#include <cmath>
+
 namespace orvane
 {
 
@@ -76,6 +79,7 @@ void ZControl::SetValue(float value)
 
 void ZControl::Nudge(std::int32_t direction)
 {
+    assert(direction == 1 || direction == -1);
     if (!mElement)
         return;
     const float value = mElement->GetZFloat() + static_cast<float>(direction) * mNudgeAmount;
@@ -91,6 +95,7 @@ void ZControl::SetEnabled(bool enabled)
 
 void ZControl::NudgePercent(float percent)
 {
+    assert(std::isfinite(percent));
     if (mElement)
         mElement->SetZFloatClamped(mElement->GetZFloat() + mElement->Range() * percent / 100.0f,
                                    false);

@@ -84,7 +84,7 @@ void ZLabelButton::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
 
 void ZLabelButton::Act() const
 {
-    // A copy, since the action may end the button.
+    // Runs a copy, since the action may destroy the button.
     if (const auto action = mAction)
         action();
 }

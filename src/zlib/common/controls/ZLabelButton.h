@@ -8,7 +8,8 @@
 namespace orvane
 {
 
-/// A push button with a text; the tag `label` gives the text. The Tab key takes the focus to it.
+/// A push button with the text that the tag `label` gives. The Tab key can move the focus to it.
+/// [interface thread]
 class ZLabelButton : public ZStringView
 {
 public:
@@ -17,11 +18,12 @@ public:
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
 
-    /// ZKEYDOWN with "Key". Throws ZException -1 when that is missing.
+    /// On ZKEYDOWN, Return and the space bar run the action. Throws ZException kGeneral if that
+    /// message has no "Key". ZStringView handles all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// What the release over the button does, or Return or the space bar while it has the focus;
-    /// the button may be gone after it.
+    /// Sets what a click on the button does, and Return or the space bar while it has the focus.
+    /// The action may destroy the button.
     void SetAction(std::function<void()> action) { mAction = std::move(action); }
 
     void Draw(const ZRect& rect) override;

@@ -16,7 +16,8 @@ namespace orvane
 
 class ZWindow;
 
-/// Items with a text, in order, some of them with a check mark. [interface thread]
+/// An ordered list of items, each with a text, an index and perhaps a check mark.
+/// [interface thread]
 class ZMenu : public ZObject
 {
 public:
@@ -29,14 +30,14 @@ public:
     struct Item
     {
         ZString text;
-        std::int32_t index = 0;  // what the item is known by
+        std::int32_t index = 0;  // identifies the item to callers
         bool checked = false;
     };
 
-    /// Shows a popup's items with their top left corner at a point of the screen and waits for the
-    /// user's choice: the index of an item, or none. The window, which may be null, is the one that
-    /// the menu belongs to. The interface lock may be given up meanwhile, so all views, windows and
-    /// applications may be gone when it returns; the menu stays.
+    /// Shows the menu with its top left corner at a point of the screen, waits for the user and
+    /// returns the index of the chosen item, or nothing. The menu belongs to the window, which may
+    /// be null. The interface lock may be released meanwhile, so views, windows and applications
+    /// may be gone when the function returns; the caller keeps the menu alive.
     using Presenter = std::function<std::optional<std::int32_t>(
         const ZMenu& menu, const ZPoint& screenPosition, ZWindow* window)>;
 
@@ -48,17 +49,18 @@ public:
     void RemoveAllItems();
     /// Appends an item.
     void AddItem(const ZString& text, std::int32_t index);
-    /// Nothing when no item has that index.
+    /// Sets or removes the check mark of the items with that index; there may be none.
     void CheckItem(std::int32_t index, bool on);
-    /// Lets the user choose, see Presenter; the caller holds the menu meanwhile. False, with index
-    /// 0, when nothing is chosen. Throws ZException -1 for a menu that is no popup.
+    /// Shows the menu as Presenter describes. Returns true with the chosen item's index, or false
+    /// with index 0 if the user chose nothing. Throws ZException kGeneral if the menu's kind is not
+    /// kPopup.
     [[nodiscard]] bool Popup(const ZPoint& screenPosition, ZWindow* window,
                              std::int32_t& index) const;
 
     [[nodiscard]] const std::vector<Item>& GetItems() const { return mItems; }
 
-    /// Replaces the way menus are shown and gives back what was in its place; an empty one means
-    /// the framework's own. [before others use it]
+    /// Replaces the function that shows menus and returns the previous one, so that tests need no
+    /// display. An empty function stands for ZMenuWindow::Show(). [setup]
     static Presenter SetPresenter(Presenter presenter);
 
 private:

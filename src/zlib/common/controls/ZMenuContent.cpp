@@ -6,6 +6,7 @@
 #include "zlib/common/views/ZPanelStyle.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdlib>
 #include <utility>
 
@@ -24,7 +25,7 @@ constexpr std::int32_t kRightMargin = 16;
 constexpr std::int32_t kTextTop = 2;
 constexpr std::int32_t kMinTextWidth = 40;
 constexpr std::int32_t kMaxTextWidth = 400;
-// A hand that only clicks moves the pointer no further.
+// A click that opens the menu may move the pointer by this much in each direction.
 constexpr std::int32_t kStillRadius = 3;
 
 constexpr std::int32_t kWheelItems = 3;
@@ -35,7 +36,7 @@ char16_t firstLetter(ZString text)
     return text.IsEmpty() ? u'\0' : text.Chars()[0];
 }
 
-/// Three lines that narrow to a point; up or down.
+/// Draws an arrowhead of horizontal lines that points up or down.
 void drawArrow(ZDrawingContext& context, const ZRect& rect, bool up, const ZColor& color)
 {
     const std::int32_t x = (rect.left + rect.right) / 2;
@@ -64,7 +65,7 @@ void drawCheck(ZDrawingContext& context, const ZRect& rect, const ZColor& color)
 
 ZMenuContent::ZMenuContent(const ZMenu& menu)
     : mItems(menu.GetItems())
-    , mInSight(Count())
+    , mInView(Count())
 {
     std::int32_t width = kMinTextWidth;
     for (const ZMenu::Item& item : mItems)
@@ -75,13 +76,14 @@ ZMenuContent::ZMenuContent(const ZMenu& menu)
 void ZMenuContent::SetSize(const ZPoint& size)
 {
     const std::int32_t wanted = mSize.y;
+    assert(size.x > 0 && size.y > 0);
     mSize = size;
     if (size.y < wanted)
-        mInSight = std::max((size.y - 2 * (kBorder + kArrowHeight)) / kItemHeight, 1);
+        mInView = std::max((size.y - 2 * (kBorder + kArrowHeight)) / kItemHeight, 1);
     const auto checked =
         std::ranges::find_if(mItems, [](const auto& item) { return item.checked; });
     if (checked != mItems.end())
-        static_cast<void>(HighlightInSight(static_cast<std::int32_t>(checked - mItems.begin())));
+        static_cast<void>(HighlightInView(static_cast<std::int32_t>(checked - mItems.begin())));
 }
 
 ZRect ZMenuContent::UpperArrow() const
@@ -91,13 +93,13 @@ ZRect ZMenuContent::UpperArrow() const
 
 ZRect ZMenuContent::LowerArrow() const
 {
-    return Scrolls() ? ZRect{0, UpperArrow().bottom + mInSight * kItemHeight, mSize.x, mSize.y}
+    return Scrolls() ? ZRect{0, UpperArrow().bottom + mInView * kItemHeight, mSize.x, mSize.y}
                      : ZRect{};
 }
 
 ZRect ZMenuContent::GetItemRect(std::int32_t place) const
 {
-    if (place < mFirst || place >= std::min(mFirst + mInSight, Count()))
+    if (place < mFirst || place >= std::min(mFirst + mInView, Count()))
         return {};
     const std::int32_t top = Scrolls() ? UpperArrow().bottom : kBorder;
     const std::int32_t y = top + (place - mFirst) * kItemHeight;
@@ -106,7 +108,7 @@ ZRect ZMenuContent::GetItemRect(std::int32_t place) const
 
 std::int32_t ZMenuContent::PlaceAt(const ZPoint& point) const
 {
-    for (std::int32_t place = mFirst; place < std::min(mFirst + mInSight, Count()); ++place)
+    for (std::int32_t place = mFirst; place < std::min(mFirst + mInView, Count()); ++place)
         if (GetItemRect(place).Contains(point))
             return place;
     return kNone;
@@ -114,17 +116,19 @@ std::int32_t ZMenuContent::PlaceAt(const ZPoint& point) const
 
 bool ZMenuContent::ScrollTo(std::int32_t first)
 {
-    return std::exchange(mFirst, std::clamp(first, 0, Count() - mInSight)) != mFirst;
+    assert(mInView >= 0 && mInView <= Count());
+    return std::exchange(mFirst, std::clamp(first, 0, Count() - mInView)) != mFirst;
 }
 
 bool ZMenuContent::Highlight(std::int32_t place)
 {
+    assert(place >= kNone && place < Count());
     return std::exchange(mHighlight, place) != place;
 }
 
-bool ZMenuContent::HighlightInSight(std::int32_t place)
+bool ZMenuContent::HighlightInView(std::int32_t place)
 {
-    const std::int32_t first = std::clamp(mFirst, place - mInSight + 1, place);
+    const std::int32_t first = std::clamp(mFirst, place - mInView + 1, place);
     const bool scrolled = ScrollTo(first);
     return Highlight(place) || scrolled;
 }
@@ -134,7 +138,7 @@ bool ZMenuContent::Mouse(const ZNativeMouseEvent& event)
     PointerAt(event.position);
     switch (event.action) {
     case ZNativeMouseEvent::kMove:
-        // A pointer that rests where the menu opens leaves the keyboard's choice alone.
+        // The pointer's place when the menu opens does not change the highlight.
         return mArmed && Highlight(PlaceAt(event.position));
     case ZNativeMouseEvent::kDown:
     case ZNativeMouseEvent::kDoubleClick:
@@ -189,7 +193,7 @@ bool ZMenuContent::Release(const ZPoint& point)
     return false;
 }
 
-bool ZMenuContent::Tick()
+bool ZMenuContent::ScrollByPointer()
 {
     const std::int32_t by = UpperArrow().Contains(mPointer)   ? -1
                             : LowerArrow().Contains(mPointer) ? 1
@@ -205,17 +209,17 @@ bool ZMenuContent::Key(const ZNativeKeyEvent& event)
     }
     switch (event.code) {
     case kKeyUp:
-        return HighlightInSight(mHighlight <= 0 ? Count() - 1 : mHighlight - 1);
+        return HighlightInView(mHighlight <= 0 ? Count() - 1 : mHighlight - 1);
     case kKeyDown:
-        return HighlightInSight((mHighlight + 1) % Count());
+        return HighlightInView((mHighlight + 1) % Count());
     case kKeyHome:
-        return HighlightInSight(0);
+        return HighlightInView(0);
     case kKeyEnd:
-        return HighlightInSight(Count() - 1);
+        return HighlightInView(Count() - 1);
     case kKeyPageUp:
-        return Step(-mInSight);
+        return Step(-mInView);
     case kKeyPageDown:
-        return Step(mInSight);
+        return Step(mInView);
     case kKeyReturn:
     case kKeySpace:
         if (mHighlight != kNone)
@@ -228,7 +232,7 @@ bool ZMenuContent::Key(const ZNativeKeyEvent& event)
 
 bool ZMenuContent::Step(std::int32_t by)
 {
-    return HighlightInSight(std::clamp(std::max(mHighlight, 0) + by, 0, Count() - 1));
+    return HighlightInView(std::clamp(std::max(mHighlight, 0) + by, 0, Count() - 1));
 }
 
 bool ZMenuContent::FindLetter(const ZString& text)
@@ -236,11 +240,11 @@ bool ZMenuContent::FindLetter(const ZString& text)
     const char16_t letter = firstLetter(text);
     if (letter == u'\0')
         return false;
-    // From the item after the one that is highlighted, round to that one itself.
+    // Starts behind the highlighted item and ends with that item itself.
     for (std::int32_t i = 1; i <= Count(); ++i) {
-        const std::int32_t place = (std::max(mHighlight, kNone) + i) % Count();
+        const std::int32_t place = (mHighlight + i) % Count();
         if (firstLetter(mItems[static_cast<std::size_t>(place)].text) == letter)
-            return HighlightInSight(place);
+            return HighlightInView(place);
     }
     return false;
 }
@@ -257,6 +261,7 @@ void ZMenuContent::Dismiss()
 
 void ZMenuContent::Choose(std::int32_t place)
 {
+    assert(place >= 0 && place < Count());
     if (!mHasEnded)
         mChosen = mItems[static_cast<std::size_t>(place)].index;
     End();
@@ -273,7 +278,7 @@ void ZMenuContent::End()
 void ZMenuContent::Draw(ZDrawingContext& context)
 {
     ZPanelStyle::drawGround(context, Frame());
-    for (std::int32_t place = mFirst; place < std::min(mFirst + mInSight, Count()); ++place)
+    for (std::int32_t place = mFirst; place < std::min(mFirst + mInView, Count()); ++place)
         DrawItem(context, place);
     if (Scrolls())
         DrawArrows(context);
@@ -299,7 +304,7 @@ void ZMenuContent::DrawArrows(ZDrawingContext& context) const
         return isOpen ? ZPanelStyle::kText : ZPanelStyle::kFaintText;
     };
     drawArrow(context, UpperArrow(), true, colorOf(mFirst > 0));
-    drawArrow(context, LowerArrow(), false, colorOf(mFirst + mInSight < Count()));
+    drawArrow(context, LowerArrow(), false, colorOf(mFirst + mInView < Count()));
 }
 
 }  // namespace orvane

@@ -12,25 +12,26 @@
 namespace orvane
 {
 
-/// What a menu shows and how it is worked. A press, a drag to an item and the release there choose
-/// as two clicks do; so do the arrow keys with Return, and an item's first letter finds it. Where
-/// the window is lower than all items together, they scroll: by the wheel, and while the pointer
-/// rests on the arrows at the ends.
+/// The content of a popup menu's window: it draws the items and turns mouse and keys into a choice.
+/// The user chooses by a click, or by pressing on the control, dragging to an item and releasing
+/// there; by keyboard, the arrow keys or an item's first letter highlight an item and Return or the
+/// space bar chooses it. If the window is too low for all items, they scroll by the wheel and while
+/// the pointer rests on the arrows at either end. [interface thread]
 class ZMenuContent : public ZWindowContent
 {
 public:
     explicit ZMenuContent(const ZMenu& menu);
-    /// Where the pointer is as the menu opens; else it counts as being where it is first heard of.
+    /// Sets where the pointer is when the menu opens, in the content's coordinates. Without this,
+    /// the first mouse event sets it.
     void StartAt(const ZPoint& pointer) { mStart = pointer; }
 
-    /// What it takes to show all items.
+    /// The size that shows all items, until SetSize() has set another one.
     [[nodiscard]] ZPoint GetSize() const { return mSize; }
-    /// The size that it has got; the item with the check mark is in sight then.
+    /// Sets the window's size and scrolls to the item with the check mark.
     void SetSize(const ZPoint& size);
-    /// Called once, at the end.
+    /// Sets the function to be called once, when the user has chosen or dismissed the menu.
     void SetEnded(std::function<void()> ended) { mEnded = std::move(ended); }
-    [[nodiscard]] bool HasEnded() const { return mHasEnded; }
-    /// The index of the item that was chosen, none if the user went without.
+    /// The index of the chosen item, or nothing if none was chosen.
     [[nodiscard]] std::optional<std::int32_t> GetChosen() const { return mChosen; }
 
     void Draw(ZDrawingContext& context) override;
@@ -38,27 +39,30 @@ public:
     bool Key(const ZNativeKeyEvent& event) override;
     void FocusLost() override;
     void Dismiss() override;
-    /// A beat of the clock by which it scrolls. True when there is something new to draw.
-    bool Tick();
+    /// Scrolls by one item while the pointer rests on an arrow. Called at a fixed interval; returns
+    /// true if a repaint is needed.
+    bool ScrollByPointer();
 
-    /// Places in the list of items, -1 for none.
-    [[nodiscard]] std::int32_t GetHighlight() const { return mHighlight; }
-    [[nodiscard]] std::int32_t GetFirstInSight() const { return mFirst; }
-    /// Where the item at a place is drawn; empty while it is out of sight.
+    /// The rectangle of the item at a place in the list; empty while it is scrolled out of view.
     [[nodiscard]] ZRect GetItemRect(std::int32_t place) const;
 
-private:
+protected:
     static constexpr std::int32_t kNone = -1;
 
+    // Places in the list of items, or kNone.
+    std::int32_t mFirst = 0;  // the first item in view
+    std::int32_t mHighlight = kNone;
+
+private:
     [[nodiscard]] std::int32_t Count() const { return static_cast<std::int32_t>(mItems.size()); }
-    [[nodiscard]] bool Scrolls() const { return mInSight < Count(); }
+    [[nodiscard]] bool Scrolls() const { return mInView < Count(); }
     [[nodiscard]] ZRect Frame() const { return {0, 0, mSize.x, mSize.y}; }
     [[nodiscard]] ZRect UpperArrow() const;
     [[nodiscard]] ZRect LowerArrow() const;
     [[nodiscard]] std::int32_t PlaceAt(const ZPoint& point) const;
     bool ScrollTo(std::int32_t first);
     bool Highlight(std::int32_t place);
-    bool HighlightInSight(std::int32_t place);
+    bool HighlightInView(std::int32_t place);
     void PointerAt(const ZPoint& point);
     bool Press(const ZPoint& point);
     bool Release(const ZPoint& point);
@@ -71,13 +75,11 @@ private:
 
     std::vector<ZMenu::Item> mItems;
     ZPoint mSize;
-    std::int32_t mInSight;
-    std::int32_t mFirst = 0;
-    std::int32_t mHighlight = kNone;
+    std::int32_t mInView;          // how many items the window has room for
     std::optional<ZPoint> mStart;  // where the pointer was when the menu opened
     ZPoint mPointer{kNone, kNone};
-    // The pointer has moved, or a button has gone down here: a release counts from then on. The
-    // release of the press that opened the menu does not.
+    // Set once the pointer has moved or a button was pressed over the menu; until then a release is
+    // that of the press which opened the menu, and chooses nothing.
     bool mArmed = false;
     bool mWasOverItem = false;
     std::function<void()> mEnded;

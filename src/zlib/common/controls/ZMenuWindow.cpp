@@ -15,12 +15,12 @@ namespace orvane
 namespace
 {
 
-// How fast items scroll under a pointer that rests on an arrow, and how soon the menu notices that
-// its window is no longer to be seen.
-constexpr std::chrono::milliseconds kBeat{70};
+// The time between two scrolling steps while the pointer rests on an arrow, and between two checks
+// whether the menu's window is still visible.
+constexpr std::chrono::milliseconds kPollInterval{70};
 
-/// Gives the content its size and says where on the screen it lies.
-ZRect place(ZMenuContent& content, const ZPoint& screenPosition, const ZWindow& window)
+/// Sets the content's size, reduced to fit on the monitor, and returns its rectangle on the screen.
+ZRect placeMenu(ZMenuContent& content, const ZPoint& screenPosition, const ZWindow& window)
 {
     const ZRect wanted = ZRect{0, 0, content.GetSize().x, content.GetSize().y}.Offset(
         screenPosition.x, screenPosition.y);
@@ -31,26 +31,26 @@ ZRect place(ZMenuContent& content, const ZPoint& screenPosition, const ZWindow& 
     return rect;
 }
 
-/// Waits for the user's choice in a menu that its window, too, may end.
-void run(ZMenuContent& content, ZContentWindow& popup, ZWindow& window)
+/// Runs the menu until the user ends it, or until its window is hidden or destroyed.
+void runMenu(ZMenuContent& content, ZContentWindow& popup, ZWindow& window)
 {
     const auto windowLife = window.GetLife();
     const ZInterfaceThread thread;
     ZModalRun modal(thread.GetLoop(), window.GetApp());
     content.SetEnded([&modal] { modal.End(); });
-    const auto beat = thread.GetLoop().AddTimer(kBeat, [&] {
+    const auto timer = thread.GetLoop().AddTimer(kPollInterval, [&] {
         if (windowLife.expired() || !window.IsVisible())
             content.Dismiss();
-        else if (content.Tick())
+        else if (content.ScrollByPointer())
             popup.Redraw();
     });
     popup.Show();
-    // Where another program holds the mouse the menu still works by what reaches it.
+    // If another program has grabbed the mouse, the menu works with the events that reach it.
     static_cast<void>(popup.GetNative().SetCapture(true));
     popup.GetNative().SetFocus();
     modal.Run();
-    thread.GetLoop().Remove(beat);
-    // The system would leave the keys with nobody; but who has taken them meanwhile keeps them.
+    thread.GetLoop().Remove(timer);
+    // Without this no window would have the focus. A window that took it from the menu keeps it.
     if (popup.HasFocus() && !windowLife.expired() && window.GetNativeWindow())
         window.GetNativeWindow()->SetFocus();
 }
@@ -66,12 +66,12 @@ std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& s
     ZMenuContent content(menu);
     const auto popup = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kPopup,
                                                .parent = owner->GetHandle(),
-                                               .rect = place(content, screenPosition, *window),
+                                               .rect = placeMenu(content, screenPosition, *window),
                                                .title = {}},
                                               content);
     if (!popup)
         return std::nullopt;
-    run(content, *popup, *window);
+    runMenu(content, *popup, *window);
     return content.GetChosen();
 }
 

@@ -12,15 +12,16 @@ namespace orvane
 class ZMenu;
 class ZWindow;
 
-/// Shows a menu in a window of its own: a ZMenu::Presenter, and the one in force where there is no
-/// other.
+/// Shows a menu in a popup window. Show() is the ZMenu::Presenter that is used unless
+/// ZMenu::SetPresenter() has set another one.
 class ZMenuWindow
 {
 public:
-    /// Waits for the user's choice, on the interface thread and with the interface lock given up.
-    /// None at once on another thread, for a menu without items, and where the window has none of
-    /// the system's. The run belongs to the window's application, and none is chosen when that ends
-    /// it, or the window is hidden or goes. [interface thread]
+    /// Runs the menu modally, with the interface lock released, and returns the index of the chosen
+    /// item. Returns nothing if the user chose nothing, if the window's application ended the modal
+    /// run, or if the window was hidden or destroyed meanwhile; also, without opening a menu, on
+    /// any other thread, for a menu without items, and for a window without a native window.
+    /// [interface thread]
     [[nodiscard]] static std::optional<std::int32_t>
     Show(const ZMenu& menu, const ZPoint& screenPosition, ZWindow* window);
 };

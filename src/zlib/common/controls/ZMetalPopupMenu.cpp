@@ -28,7 +28,7 @@ constexpr ZColor kOutline{0, 0, 0, 128};
 constexpr float kOutlineWidth = 2.0f;
 
 using Shades = std::array<std::uint8_t, 18>;
-// Greys from the second row down.
+// Grey levels of the rows 1 to 18; row 0 keeps the tint.
 constexpr Shades kBodyShades{251, 249, 246, 245, 245, 245, 245, 245, 233,
                              233, 233, 233, 233, 234, 236, 239, 244, 134};
 constexpr Shades kCapShades{227, 209, 206, 201, 199, 194, 191, 186, 169,
@@ -72,7 +72,7 @@ void drawCap(ZDrawingContext& context, std::int32_t width, std::int32_t height)
     drawShades(context, kCapShades, width - kCapWidth, width);
 }
 
-/// Up for a positive scale, down for a negative one.
+/// Draws an arrow that points up for a positive scale and down for a negative one.
 void drawArrow(ZDrawingContext& context, const ZPoint& at, float verticalScale)
 {
     constexpr std::array<ZPoint, 4> kTriangle{{{12, 8}, {0, 8}, {6, 0}, {12, 8}}};

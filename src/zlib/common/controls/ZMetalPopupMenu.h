@@ -10,8 +10,8 @@
 namespace orvane
 {
 
-/// A popup menu that looks like a metal button with two arrows in its end. The picture is painted
-/// once. [interface thread]
+/// A popup menu drawn as a metal button with an up and a down arrow at its right end. The picture
+/// is built at the first paint and kept. [interface thread]
 class ZMetalPopupMenu : public ZPopupMenu
 {
 public:
@@ -22,7 +22,7 @@ public:
     void Draw(const ZRect& update) override;
 
 protected:
-    /// Builds the picture.
+    /// Builds the button's picture at the view's size and sets it as the menu bitmap.
     virtual void DrawMetal();
 
 private:

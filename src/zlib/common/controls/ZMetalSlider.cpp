@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <cmath>
+#include <system_error>
 
 namespace orvane
 {
@@ -130,7 +132,7 @@ float ZMetalSlider::GetMarkValue(std::int32_t index) const
 
 ZString ZMetalSlider::GetMarkText(float value) const
 {
-    return shortNumber(value);
+    return textWithTwoDecimals(value);
 }
 
 std::unique_ptr<ZBitmap> ZMetalSlider::BuildScale() const
@@ -139,7 +141,7 @@ std::unique_ptr<ZBitmap> ZMetalSlider::BuildScale() const
     scale->SetAntiAlias(false);
     scale->SetFont(mFont);
     scale->SetPenWidth(1.0f);
-    // No more than one a pixel.
+    // At most one mark a pixel, however many the description asks for.
     const std::int32_t count = std::min(GetScaleMarkCount(), GetLength());
     for (std::int32_t i = 0; i < count; ++i) {
         DrawMark(*scale, i);
@@ -149,9 +151,10 @@ std::unique_ptr<ZBitmap> ZMetalSlider::BuildScale() const
     return scale;
 }
 
-// From below the groove to the edge, or to the labels along it.
+// A mark runs from below the groove to the view's edge, or to the label if marks have labels.
 void ZMetalSlider::DrawMark(ZBitmap& scale, std::int32_t index) const
 {
+    assert(index >= 0 && index < GetScaleMarkCount());
     const std::int32_t at = GetMarkPosition(index);
     const std::int32_t begin = GetThumbHeight() / 2 + kGapToGroove;
     const ZString text = GetMarkText(GetMarkValue(index));
@@ -187,11 +190,13 @@ void ZMetalSlider::DrawMarkLabel(ZBitmap& scale, std::int32_t index) const
             kAlignCentre);
 }
 
-std::string shortNumber(float value)
+std::string textWithTwoDecimals(float value)
 {
     std::array<char, 64> text;
     const double rounded = std::round(static_cast<double>(value) * 100.0) / 100.0;
+    // Adding 0 turns -0 into 0.
     const auto end = std::to_chars(text.data(), text.data() + text.size(), rounded + 0.0);
+    assert(end.ec == std::errc());
     return {text.data(), end.ptr};
 }
 

@@ -13,8 +13,8 @@
 namespace orvane
 {
 
-/// A slider whose track is a groove, with scale marks that are engraved likewise and may tell what
-/// they stand for. [interface thread]
+/// A slider with an engraved groove as its track and engraved scale marks, which may have labels.
+/// [interface thread]
 class ZMetalSlider : public ZSlider
 {
 public:
@@ -32,25 +32,27 @@ public:
 
 protected:
     void DrawTrack(const ZRect& update) override;
-    /// The marks, from a picture that is built once.
+    /// Draws the marks from a picture that is built at the first call and after each change of
+    /// size, range, thumb or mark count.
     void DrawScale(const ZRect& update) override;
-    /// What a mark at that value says: the number.
+    /// The label of the mark at a value; here the number.
     [[nodiscard]] virtual ZString GetMarkText(float value) const;
 
 private:
+    /// The view's size along the track, in pixels.
     [[nodiscard]] std::int32_t GetLength() const;
-    /// Along the track, in the view's coordinates; the marks lie evenly from one end of the groove
-    /// to the other.
+    /// The mark's coordinate along the track, in the view's coordinates. Marks are spaced evenly
+    /// from one end of the groove to the other.
     [[nodiscard]] std::int32_t GetMarkPosition(std::int32_t index) const;
     [[nodiscard]] float GetMarkValue(std::int32_t index) const;
     [[nodiscard]] std::unique_ptr<ZBitmap> BuildScale() const;
     void DrawMark(ZBitmap& scale, std::int32_t index) const;
     void DrawMarkLabel(ZBitmap& scale, std::int32_t index) const;
 
-    std::unique_ptr<ZBitmap> mScale;  // null until it is painted
+    std::unique_ptr<ZBitmap> mScale;  // null until it is painted next
 };
 
-/// The number in its shortest form with at most two decimals.
-[[nodiscard]] std::string shortNumber(float value);
+/// The number with at most two decimals and no trailing zeros, such as "-12.5".
+[[nodiscard]] std::string textWithTwoDecimals(float value);
 
 }  // namespace orvane

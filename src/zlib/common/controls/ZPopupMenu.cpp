@@ -112,7 +112,7 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 {
     if (!mElement)
         return;
-    // Held here, and nothing of the view is touched once the menu has been open: it may be gone.
+    // The view may be destroyed while the menu is open, so only these copies are used after that.
     const auto element = mElement;
     const auto menu = mMenu;
     const std::int32_t current = element->GetDiscrete();
@@ -122,7 +122,7 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
     std::int32_t chosen = 0;
     if (!menu->Popup(MenuPosition(point), mWindow, chosen))
         return;
-    // A preset that was loaded meanwhile may have taken the item away.
+    // A preset loaded while the menu was open may have removed the item.
     if (chosen >= element->CountDiscreteValues())
         return;
     menu->CheckItem(current, false);
@@ -130,7 +130,6 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
     editDiscrete(element, chosen);
 }
 
-// The second press of a quick hand is a press.
 void ZPopupMenu::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
 {
     MouseDown(point, mods);
@@ -161,7 +160,7 @@ void ZPopupMenu::Draw(const ZRect& /*update*/)
     mContext->SetTruncate(false);
 }
 
-// At the right end, pointing down.
+// The triangle is at the right end of the view and points down.
 void ZPopupMenu::DrawTriangle()
 {
     const std::int32_t right = mFrame.right - kTriangleSize;

@@ -16,11 +16,12 @@ namespace orvane
 
 class ZMenu;
 
-/// Shows the text of a discrete element's index and lets the user choose another one from a menu of
-/// all its texts. A second element can tell that the choice has been modified, which puts a sign
-/// before the text.
+/// Shows the current text of a discrete element and lets the user choose another one from a menu of
+/// all its texts. While a second element, named by `<element itemModified=>`, is 1, a sign before
+/// the text says that the current choice was modified.
 ///
-/// What reads an element throws ZException -1 when it is not discrete. [interface thread]
+/// Functions that read an element throw ZException kGeneral if it is not discrete.
+/// [interface thread]
 class ZPopupMenu : public ZView
 {
 public:
@@ -28,22 +29,20 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZELEMENTCHANGED: repaints and takes over the index. ZELEMENTUPDATED: fills the menu anew.
-    /// The rest as ZView.
+    /// ZELEMENTCHANGED repaints the view and moves the check mark; ZELEMENTUPDATED fills the menu
+    /// again. ZView handles all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     void ElementChanged(std::uint64_t elementId) override;
     void OnElementAttached() override;
     void OnDocumentChanged() override;
     void DetachFromElements() override;
     void Draw(const ZRect& update) override;
-    /// Opens the menu over the text; without an element nothing. The view may be gone when it
-    /// returns.
+    /// Opens the menu over the text and writes the chosen index to the element; does nothing
+    /// without an element. The view may be gone when the function returns.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
 
-    [[nodiscard]] const ZMenu& GetMenu() const { return *mMenu; }
-    [[nodiscard]] std::int32_t GetCheckedIndex() const { return mCheckedIndex; }
-    /// What the view says of its element.
+    /// The text that the view shows: "Unknown" without an element.
     [[nodiscard]] ZString GetText() const;
 
 protected:
@@ -55,9 +54,9 @@ private:
     [[nodiscard]] ZPoint MenuPosition(const ZPoint& click) const;
     void DrawTriangle();
 
-    boost::shared_ptr<ZBitmap> mMenuBitmap;  // null for a triangle
+    boost::shared_ptr<ZBitmap> mMenuBitmap;  // with null, Draw() draws a triangle
     boost::shared_ptr<ZMenu> mMenu;
-    ZRect mStringRect;
+    ZRect mStringRect;  // of the text, in the view's coordinates
     std::int32_t mCheckedIndex = 0;
     std::string mItemModifiedName;  // empty for none
     ZObservedElement mItemModifiedElement;

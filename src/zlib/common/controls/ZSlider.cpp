@@ -10,6 +10,7 @@
 #include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
+#include <cassert>
 #include <memory>
 
 namespace orvane
@@ -84,6 +85,7 @@ void ZSlider::ComputeTrackLength()
 
 void ZSlider::SetThumbSize(std::int32_t size)
 {
+    assert(size >= 0);
     mThumbSize = size;
     ComputeTrackLength();
     Invalidate();
@@ -91,6 +93,7 @@ void ZSlider::SetThumbSize(std::int32_t size)
 
 void ZSlider::SetThumbHeight(std::int32_t height)
 {
+    assert(height >= 0);
     mThumbHeight = height;
     Invalidate();
 }
@@ -103,6 +106,7 @@ void ZSlider::SetThumbBitmap(const boost::shared_ptr<ZBitmap>& bitmap)
 
 void ZSlider::SetScaleMarkCount(std::int32_t count)
 {
+    assert(count >= 0);
     mScaleMarkCount = count;
     Invalidate();
 }
@@ -112,14 +116,14 @@ std::int32_t ZSlider::Along(const ZPoint& point) const
     return mVertical ? point.y : point.x;
 }
 
-// A value beyond the range, which elements do not refuse, leaves the thumb at the track's end; what
-// is no number, at its beginning.
+// Elements accept values outside their range and NaN: an outside value puts the thumb at the
+// nearest end of the track, NaN at its start.
 std::int32_t ZSlider::ThumbOffset() const
 {
     if (Range() == 0.0f || mTrackLength <= 0)
         return 0;
     const float distance = mVertical ? mMax - GetValue() : GetValue() - mMin;
-    // In this order: a comparison with what is not a number is false, which leaves 0.
+    // The order matters for NaN: std::min returns NaN, and then std::max returns 0.
     const float fraction = std::max(0.0f, std::min(distance / Range(), 1.0f));
     return static_cast<std::int32_t>(fraction * static_cast<float>(mTrackLength));
 }
@@ -143,7 +147,6 @@ void ZSlider::MouseDown(const ZPoint& point, std::uint32_t mods)
     TrackMouse(point, mods);
 }
 
-// The second press of a quick hand is a press.
 void ZSlider::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
 {
     MouseDown(point, mods);
@@ -160,18 +163,18 @@ void ZSlider::MouseUp(const ZPoint& point, std::uint32_t mods)
         RestoreDefault();
     else if (HasMouseCapture())
         TrackMouse(point, mods);
-    // Also where the element went in the middle of a drag.
+    // The capture also ends if the element was detached during the drag.
     SetMouseCapture(false, true);
 }
 
 void ZSlider::RestoreDefault()
 {
-    const auto element = mElement;  // the view may lose it while the host is called
+    assert(mElement);
+    const auto element = mElement;  // calling the host may detach the view's element
     const ZEditGesture edit(ElementUnlessHeld());
     element->SetZFloat(element->GetZFloatDefault(), false);
 }
 
-// While the thumb is held, the capture has told the host already.
 boost::shared_ptr<ZElement> ZSlider::ElementUnlessHeld() const
 {
     return HasMouseCapture() ? nullptr : mElement;
@@ -191,7 +194,7 @@ void ZSlider::TrackMouse(const ZPoint& point, std::uint32_t /*mods*/)
     WriteValue(ValueAt(point));
 }
 
-// A track without length has one place: its beginning.
+// On a track without length every point means the start of the track.
 float ZSlider::ValueAt(const ZPoint& point) const
 {
     if (mTrackLength <= 0)
@@ -222,7 +225,7 @@ void ZSlider::DrawTrack(const ZRect& /*update*/)
         DrawTrail();
 }
 
-// From the track's low end to the thumb.
+// Draws a line from the minimum's end of the track to the thumb.
 void ZSlider::DrawTrail()
 {
     const ZColor kept = mPenColor;

@@ -13,12 +13,12 @@ namespace orvane
 {
 
 
-/// A thumb on a track, which the mouse drags and the wheel moves; its place tells the value of a
-/// float element, whose range the track is. Horizontally the maximum is on the right, vertically at
-/// the top.
+/// Shows a float element as a thumb on a track that spans the element's range. The mouse drags the
+/// thumb and the wheel moves it. The maximum is at the right end of a horizontal slider and at the
+/// top of a vertical one.
 ///
-/// Without an element all mouse input is ignored. What reads the element throws ZException -1 when
-/// it is not a float. [interface thread]
+/// Without an element all mouse input is ignored. Functions that read the element throw ZException
+/// kGeneral if it is not a float. [interface thread]
 class ZSlider : public ZControl
 {
 public:
@@ -30,44 +30,44 @@ public:
     void OnElementAttached() override;
     void SizeChanged() override;
     void Draw(const ZRect& update) override;
-    /// Beside the thumb its middle jumps to the mouse; on the thumb, edges included, it stays under
-    /// the mouse where it was taken. With alt nothing happens before the release.
+    /// Begins a drag. A press on the thumb, edges included, holds it at that point; a press beside
+    /// the thumb first moves the thumb's middle to the mouse. With Alt held the press does nothing.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
-    /// With alt: the default.
+    /// Ends a drag. With Alt held, the element returns to its default.
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
-    /// Moves by a percent of the range a notch.
+    /// Moves the value by 1 % of the range for each notch.
     void MouseWheel(const ZPoint& point, std::uint32_t mods, std::int32_t axis,
                     std::int32_t delta) override;
 
-    /// Writes the value at a point, which lies the grab offset behind the thumb's origin.
+    /// Writes the value that puts the thumb's origin the grab offset before the point.
     virtual void TrackMouse(const ZPoint& point, std::uint32_t mods);
     [[nodiscard]] virtual float Range() const { return mMax - mMin; }
+    /// Copies minimum and maximum from the element, if there is one.
     virtual void ReadRange();
     virtual void ComputeTrackLength();
+    /// The distance from the thumb's origin to the point where the mouse holds it, in pixels.
     [[nodiscard]] virtual std::int32_t GetGrabOffset() const { return mGrabOffset; }
-    /// In the view's coordinates.
+    /// The thumb's rectangle in the view's coordinates.
     [[nodiscard]] virtual ZRect GetThumbRect() const;
     virtual void SetThumbSize(std::int32_t size);
     virtual void SetThumbHeight(std::int32_t height);
-    /// Null for a thumb of lines.
+    /// Sets the thumb's picture; with null the thumb is drawn as a square of lines.
     virtual void SetThumbBitmap(const boost::shared_ptr<ZBitmap>& bitmap);
     virtual void SetScaleMarkCount(std::int32_t count);
 
-    /// The value that was read from the element last.
-    [[nodiscard]] float GetLastValue() const { return mValue; }
     [[nodiscard]] bool IsVertical() const { return mVertical; }
 
 protected:
     virtual void DrawTrack(const ZRect& update);
     virtual void DrawThumb(const ZRect& update);
-    /// Nothing here.
+    /// Draws the scale marks; ZSlider has none.
     virtual void DrawScale(const ZRect& /*update*/) {}
 
-    /// The value at a point, not clamped.
+    /// The value at a point, not clamped to the range.
     [[nodiscard]] float ValueAt(const ZPoint& point) const;
-    /// Writes the value, brought into the range; nothing without an element.
+    /// Clamps the value to the range and writes it; does nothing without an element.
     void WriteValue(float value);
     [[nodiscard]] float GetMin() const { return mMin; }
     [[nodiscard]] float GetMax() const { return mMax; }
@@ -77,17 +77,18 @@ protected:
     [[nodiscard]] bool DrawsScaleText() const { return mDrawScaleText; }
 
 private:
-    /// The coordinate that the track runs along.
+    /// The point's coordinate along the track.
     [[nodiscard]] std::int32_t Along(const ZPoint& point) const;
+    /// The distance of the thumb's origin from the start of the track, in [0, mTrackLength].
     [[nodiscard]] std::int32_t ThumbOffset() const;
     void RestoreDefault();
-    /// Null while the mouse holds the thumb.
+    /// The element, or null while a drag has already begun an edit of it.
     [[nodiscard]] boost::shared_ptr<ZElement> ElementUnlessHeld() const;
     void DrawTrail();
 
-    float mValue = 0.0f;
+    float mValue = 0.0f;            // the value last read from the element
     std::int32_t mTrackLength = 0;  // how far the thumb's origin can travel, in pixels
-    std::int32_t mThumbRange;       // track length that the description gives, 0 for none
+    std::int32_t mThumbRange;       // track length given by the description, 0 for none
     boost::shared_ptr<ZBitmap> mBackgroundPicture;
     boost::shared_ptr<ZBitmap> mThumbBitmap;
     bool mVertical;

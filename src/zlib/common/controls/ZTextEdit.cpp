@@ -56,7 +56,7 @@ void ZTextEdit::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         return Edited();
     case ZKEYDOWN:
         return KeyDown(requireField<std::uint8_t>(*message, "Key"),
-                       flag(*message, "shift") ? Select::kOn : Select::kNothing,
+                       flag(*message, "shift") ? Select::kExtend : Select::kClear,
                        flag(*message, "control"));
     default:
         return ZView::HandleZMessage(message);
@@ -67,7 +67,7 @@ void ZTextEdit::KeyDown(std::uint8_t key, Select select, bool control)
 {
     switch (key) {
     case kKeyReturn:
-        // A copy, since the action may end the view.
+        // Runs a copy, since the action may destroy the view.
         if (const auto action = mReturn)
             action();
         return;
@@ -113,7 +113,7 @@ void ZTextEdit::Edited()
 {
     const std::int32_t caret = OffsetOf(mField.GetCaret());
     const std::int32_t width = std::max(TextArea().GetWidth() - 1, 0);
-    // The caret stays in sight, and no room stays empty at the right that text could fill.
+    // Keeps the caret visible, and leaves no empty space on the right that text could fill.
     mScroll = std::clamp(mScroll, caret - width, caret);
     mScroll = std::clamp(mScroll, 0, std::max(OffsetOf(mField.GetLength()) - width, 0));
     Invalidate();
@@ -162,7 +162,7 @@ void ZTextEdit::Draw(const ZRect& rect)
     const ZString text = mField.GetText();
     const std::int32_t top = (frame.top + frame.bottom - StringHeight(text)) / 2;
     SetPenColor(ZPanelStyle::kText);
-    // Wide enough for the text never to wrap.
+    // The rectangle is wide enough that the text never wraps.
     DrawString(text, {left, top, left + StringWidth(text) + frame.GetWidth(), area.bottom}, 0,
                ZPanelStyle::kAlignLeft, 0);
     if (mFocused && !mField.HasSelection()) {
@@ -176,7 +176,7 @@ void ZTextEdit::MouseDown(const ZPoint& point, std::uint32_t mods)
     if (mWindow)
         mWindow->SetFocusView(this);
     SetMouseCapture(true, true);
-    mField.MoveTo(PlaceAt(point.x), (mods & kMouseShift) != 0 ? Select::kOn : Select::kNothing);
+    mField.MoveTo(PlaceAt(point.x), (mods & kMouseShift) != 0 ? Select::kExtend : Select::kClear);
     Edited();
 }
 
@@ -190,7 +190,7 @@ void ZTextEdit::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/
 
 void ZTextEdit::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
 {
-    mField.MoveTo(PlaceAt(point.x), Select::kOn);
+    mField.MoveTo(PlaceAt(point.x), Select::kExtend);
     Edited();
 }
 

@@ -9,8 +9,8 @@
 namespace orvane
 {
 
-/// A field of one line to type into, by keyboard and mouse. The window gives it the keys while it
-/// has the focus, which a click or the Tab key takes.
+/// A text field of one line, edited by keyboard and mouse. It gets the keys while it has the focus,
+/// which a click or the Tab key gives it. [interface thread]
 class ZTextEdit : public ZView
 {
 public:
@@ -18,15 +18,14 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// ZTEXTINPUT with "Text" and ZKEYDOWN with "Key", "shift" and "control". Throws ZException -1
-    /// when Text or Key is missing.
+    /// Handles ZTEXTINPUT with "Text" and ZKEYDOWN with "Key", "shift" and "control". Throws
+    /// ZException kGeneral if "Text" or "Key" is missing. ZView handles all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
-    /// Takes a text, all of it selected.
+    /// Sets the text and selects all of it.
     void SetText(const ZString& text);
     [[nodiscard]] ZString GetText() const { return mField.GetText(); }
-    [[nodiscard]] const ZTextField& GetField() const { return mField; }
-    /// What Return does; the view may be gone after it.
+    /// Sets what Return does. The action may destroy the view.
     void SetReturnAction(std::function<void()> action) { mReturn = std::move(action); }
 
     void Draw(const ZRect& rect) override;
@@ -36,17 +35,21 @@ public:
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
     void SetFocus(bool focus) override;
 
+protected:
+    ZTextField mField;
+
 private:
     void KeyDown(std::uint8_t key, ZTextField::Select select, bool control);
     void MoveByKey(std::uint8_t key, ZTextField::Select select, bool control);
     [[nodiscard]] ZRect TextArea() const;
-    /// Where a place of the text stands, from its start.
+    /// The distance in pixels from the start of the text to a place in it.
     [[nodiscard]] std::int32_t OffsetOf(std::size_t place) const;
+    /// The place in the text that is nearest to a point of the view.
     [[nodiscard]] std::size_t PlaceAt(std::int32_t x) const;
+    /// Scrolls to the caret and repaints.
     void Edited();
 
-    ZTextField mField;
-    std::int32_t mScroll = 0;  // pixels of the text that lie before the left edge
+    std::int32_t mScroll = 0;  // pixels of the text left of the visible part
     bool mFocused = false;
     std::function<void()> mReturn;
 };

@@ -2,6 +2,7 @@
 #include "zlib/common/controls/ZTextField.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace orvane
 {
@@ -29,7 +30,7 @@ bool isBlank(char16_t unit)
     return unit == u' ' || unit == u'\u00a0';
 }
 
-/// Without control characters and cut to a length.
+/// The text without control characters, cut to a length that splits no surrogate pair.
 std::u16string cleaned(const ZString& text, std::size_t maxUnits)
 {
     const auto length = static_cast<std::size_t>(text.Length());
@@ -53,15 +54,17 @@ void ZTextField::SetText(const ZString& text)
 
 ZString ZTextField::GetTextBefore(std::size_t place) const
 {
+    assert(place <= mText.size());
     return ZString(mText.substr(0, place));
 }
 
 void ZTextField::Insert(const ZString& text)
 {
+    assert(mText.size() <= kMaxUnits);
     EraseSelection();
     const std::u16string units = cleaned(text, kMaxUnits - mText.size());
     mText.insert(mCaret, units);
-    MoveTo(mCaret + units.size(), Select::kNothing);
+    MoveTo(mCaret + units.size(), Select::kClear);
 }
 
 void ZTextField::EraseBefore()
@@ -82,18 +85,18 @@ void ZTextField::EraseSelection()
 {
     const std::size_t start = GetSelectionStart();
     mText.erase(start, GetSelectionEnd() - start);
-    MoveTo(start, Select::kNothing);
+    MoveTo(start, Select::kClear);
 }
 
 void ZTextField::MoveLeft(Select select)
 {
-    const bool collapses = HasSelection() && select == Select::kNothing;
+    const bool collapses = HasSelection() && select == Select::kClear;
     MoveTo(collapses ? GetSelectionStart() : Before(mCaret), select);
 }
 
 void ZTextField::MoveRight(Select select)
 {
-    const bool collapses = HasSelection() && select == Select::kNothing;
+    const bool collapses = HasSelection() && select == Select::kClear;
     MoveTo(collapses ? GetSelectionEnd() : After(mCaret), select);
 }
 
@@ -120,7 +123,7 @@ void ZTextField::MoveWordRight(Select select)
 void ZTextField::MoveTo(std::size_t place, Select select)
 {
     mCaret = std::min(place, mText.size());
-    if (select == Select::kNothing)
+    if (select == Select::kClear)
         mAnchor = mCaret;
 }
 

@@ -9,29 +9,34 @@
 namespace orvane
 {
 
-/// A line of text that is being edited: a caret, and from it to the anchor the selection. A pair of
-/// surrogates is one character. A value, and no view.
+/// The text of a field of one line, with a caret and a selection, which reaches from the anchor to
+/// the caret. Places are counted in UTF-16 units from the start; a surrogate pair is one character,
+/// and no place lies inside it. A plain value without a view. [any thread]
 class ZTextField
 {
 public:
+    /// The greatest length of the text, in UTF-16 units.
     static constexpr std::size_t kMaxUnits = 256;
 
+    /// What a move of the caret does to the selection.
     enum class Select
     {
-        kNothing,
-        kOn,  // from the anchor on
+        kClear,
+        kExtend,  // the anchor stays where it is
     };
 
-    /// The whole text, cut to kMaxUnits, all selected.
+    /// Sets the text without its control characters, cut to kMaxUnits, and selects all of it.
     void SetText(const ZString& text);
     [[nodiscard]] ZString GetText() const { return ZString(mText); }
-    /// The text up to a place.
+    /// The text from its start to a place.
     [[nodiscard]] ZString GetTextBefore(std::size_t place) const;
 
-    /// In the place of the selection; control characters are left out, and what has no room.
+    /// Replaces the selection by a text, without its control characters and without what exceeds
+    /// kMaxUnits.
     void Insert(const ZString& text);
-    /// The selection, or the character before or after the caret.
+    /// Erases the selection or, without one, the character before the caret.
     void EraseBefore();
+    /// Erases the selection or, without one, the character after the caret.
     void EraseAfter();
 
     void MoveLeft(Select select);
@@ -42,14 +47,14 @@ public:
     void MoveToEnd(Select select) { MoveTo(mText.size(), select); }
     void SelectAll();
 
-    /// In units from the start.
     [[nodiscard]] std::size_t GetCaret() const { return mCaret; }
     [[nodiscard]] std::size_t GetSelectionStart() const;
     [[nodiscard]] std::size_t GetSelectionEnd() const;
     [[nodiscard]] bool HasSelection() const { return mCaret != mAnchor; }
     [[nodiscard]] std::size_t GetLength() const { return mText.size(); }
-    /// The places that are between characters, from one of them on.
+    /// The place one character before a place, or 0 at the start.
     [[nodiscard]] std::size_t Before(std::size_t place) const;
+    /// The place one character after a place, or the end at the end.
     [[nodiscard]] std::size_t After(std::size_t place) const;
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Menus, tips and boxes on a display of the test's own, with a user's mouse and keys.
+// Menus and message boxes on a virtual display, used with mouse and keys.
 
 #include "support/DisplayTest.h"
 #include "support/SmallPlugin.h"
@@ -8,7 +8,6 @@
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZMessageBoxContent.h"
 #include "zlib/common/views/ZMessageBoxWindow.h"
-#include "zlib/common/views/ZTooltip.h"
 #include "zlib/common/views/ZWindow.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -54,7 +53,7 @@ protected:
         app.reset();
     }
 
-    /// On the interface thread; the keys are the menu's.
+    /// Opens the menu on the interface thread and waits until it has the focus.
     void OpenMenu(const ZPoint& at)
     {
         ended = false;
@@ -69,7 +68,7 @@ protected:
     {
         return waitFor([this] { return ended && FindNew() == XCB_NONE; });
     }
-    /// The window that has come since the start and can be seen.
+    /// The first window on the screen that was not there at the start of the test.
     [[nodiscard]] xcb_window_t FindNew()
     {
         for (const xcb_window_t each : probe->GetChildren(probe->GetRoot()))
@@ -88,7 +87,7 @@ protected:
 
 }  // namespace
 
-TEST_F(LittleWindowsTest, AMenuIsWorkedByKeysAndGivesThemBack)
+TEST_F(LittleWindowsTest, MenuReturnsTheFocusToItsWindowAfterAChoiceByKeys)
 {
     OpenMenu({100, 120});
     for (const std::uint32_t key : {XKB_KEY_End, XKB_KEY_Up, XKB_KEY_Return})
@@ -102,7 +101,7 @@ TEST_F(LittleWindowsTest, AMenuIsWorkedByKeysAndGivesThemBack)
     EXPECT_FALSE(chosen.has_value());
 }
 
-TEST_F(LittleWindowsTest, AMenuStaysOnTheMonitorAndEndsWithAClickElsewhereOrItsWindow)
+TEST_F(LittleWindowsTest, MenuStaysOnTheMonitorAndClosesByAClickOutsideOrWithItsWindow)
 {
     OpenMenu({1000, 760});
     const xcb_rectangle_t place = probe->GetPlace(FindNew());
@@ -121,16 +120,16 @@ TEST_F(LittleWindowsTest, AMenuStaysOnTheMonitorAndEndsWithAClickElsewhereOrItsW
     EXPECT_FALSE(chosen.has_value());
 }
 
-TEST_F(LittleWindowsTest, AMenuEndsWithItsKeysItsApplicationOrItsDisplay)
+TEST_F(LittleWindowsTest, MenuClosesWithoutTheFocusItsApplicationOrTheDisplay)
 {
     OpenMenu({100, 120});
     probe->Focus(static_cast<xcb_window_t>(window->GetNativeWindow()->GetHandle()));
-    EXPECT_TRUE(Ends()) << "somebody took the keys";
+    EXPECT_TRUE(Ends()) << "another window took the focus";
     OpenMenu({100, 120});
     {
         const ZInterfaceLock lock;
         app->EndModalRuns();
-        EXPECT_TRUE(ended) << "whoever ends the runs finds nobody in them any more";
+        EXPECT_TRUE(ended) << "EndModalRuns() returned before the menu did";
     }
     EXPECT_TRUE(Ends());
     OpenMenu({100, 120});
@@ -139,7 +138,7 @@ TEST_F(LittleWindowsTest, AMenuEndsWithItsKeysItsApplicationOrItsDisplay)
     EXPECT_FALSE(chosen.has_value());
 }
 
-TEST_F(LittleWindowsTest, ABoxIsShownUntilItsButtonOrTheLastApplicationEndsIt)
+TEST_F(LittleWindowsTest, MessageBoxClosesByItsButtonOrWithTheLastApplication)
 {
     const auto raise = [this] {
         ended = false;
@@ -165,28 +164,6 @@ TEST_F(LittleWindowsTest, ABoxIsShownUntilItsButtonOrTheLastApplicationEndsIt)
     app.reset();
     EXPECT_TRUE(ended);
     EXPECT_FALSE(ZMessageBoxWindow::Show(ZMessageBox::kError, "Title", "Text"));
-}
-
-TEST_F(LittleWindowsTest, ATipComesBelowThePointerAndGoesWithAClick)
-{
-    const auto view = boost::make_shared<ZView>("view", ZRect{0, 0, 50, 50}, nullptr);
-    view->SetTooltipText("Choose the current key");
-    std::optional<ZTooltip> tip;
-    const auto begin = std::chrono::steady_clock::now();
-    {
-        const ZInterfaceLock lock;
-        tip.emplace(*window);
-        tip->AddTool(view.get(), {0, 0, 50, 50});
-        tip->MouseMoved({10, 10});
-    }
-    ASSERT_TRUE(waitFor([this] { return FindNew() != XCB_NONE; }));
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(790));
-    EXPECT_EQ(probe->GetPlace(FindNew()).x, 310);
-    EXPECT_GT(probe->GetPlace(FindNew()).y, 310);
-    const ZInterfaceLock lock;
-    tip->MouseDown();
-    EXPECT_TRUE(waitFor([this] { return FindNew() == XCB_NONE; }));
-    tip.reset();
 }
 
 }  // namespace orvane

@@ -9,7 +9,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace orvane
 {
@@ -21,9 +20,11 @@ class ZPopupMenuTest : public ViewCanvasTest
 {
 protected:
     ZPopupMenuTest()
-        : mBefore(ZMenu::SetPresenter([this](const ZMenu& shown, const ZPoint& at, ZWindow*) {
+        : mBefore(ZMenu::SetPresenter([this](const ZMenu& menu, const ZPoint& at, ZWindow*) {
             position = at;
-            items = Text(shown);
+            shown.clear();
+            for (const ZMenu::Item& item : menu.GetItems())
+                shown += item.text.ToNarrow() + (item.checked ? "* " : " ");
             return user();
         }))
     {
@@ -37,58 +38,49 @@ protected:
         menu->AttachToElement(element);
         return menu;
     }
-    /// The items, those with a check mark with a star.
-    static std::string Text(const ZMenu& menu)
-    {
-        std::string text;
-        for (const ZMenu::Item& item : menu.GetItems())
-            text += item.text.ToNarrow() + (item.checked ? "* " : " ");
-        return text;
-    }
-    /// Opens the menu, where the user chooses that one or none; the items that were shown.
+    /// Opens the menu, in which the user chooses an item or none. Returns the items that were
+    /// shown, with a star behind each check mark.
     std::string Open(ZPopupMenu& menu, std::optional<std::int32_t> choice = std::nullopt)
     {
         user = [choice] { return choice; };
         menu.MouseDown({90, 18}, ZView::kMouseButton);
-        return items;
+        return shown;
     }
 
-    /// What the user does with the open menu.
-    std::function<std::optional<std::int32_t>()> user;
+    std::function<std::optional<std::int32_t>()> user;  // what the user does with the open menu
     ZPoint position;
-    std::string items;
+    std::string shown;
 
 private:
     ZMenu::Presenter mBefore;
 };
 
-TEST_F(ZPopupMenuTest, TheMenuHasTheElementsTextsWithTheCurrentOneChecked)
+TEST_F(ZPopupMenuTest, MenuListsTheElementsTextsWithTheCurrentOneChecked)
 {
     const auto element = MakeDiscrete({"A", "B", "C"});
     element->SetDiscrete(2, true);
     const auto menu = MakeMenu(element);
     EXPECT_EQ(Open(*menu), "A B C* ");
     EXPECT_EQ(position, (ZPoint{6, 4})) << "over the text, wherever the press was";
-    EXPECT_EQ(element->GetDiscrete(), 2) << "nothing chosen";
+    EXPECT_EQ(element->GetDiscrete(), 2) << "nothing was chosen";
     Open(*menu, 1);
     EXPECT_EQ(element->GetDiscrete(), 1);
     Tell(*element);
     EXPECT_EQ(Open(*menu), "A B* C ");
     element->SetDiscrete(0, false);
     Tell(*element);
-    EXPECT_EQ(Open(*menu), "A* B C ") << "no mark is left behind by a change from elsewhere";
+    EXPECT_EQ(Open(*menu), "A* B C ") << "a change from elsewhere moves the check mark";
 
     element->AddDiscreteValue("New");
     app.ProcessQueue();
-    EXPECT_EQ(Text(menu->GetMenu()), "A B C New ");
-    EXPECT_EQ(menu->GetCheckedIndex(), 0);
+    EXPECT_EQ(Open(*menu), "A* B C New ");
     element->RemoveDiscreteValues(false);
     Tell(*element);
-    EXPECT_EQ(Text(menu->GetMenu()), "");
+    EXPECT_EQ(Open(*menu), "");
     EXPECT_EQ(menu->GetText(), ZString(""));
 }
 
-TEST_F(ZPopupMenuTest, ViewAndItemsMayGoWhileTheMenuIsOpen)
+TEST_F(ZPopupMenuTest, ViewAndItemsMayBeGoneWhenTheMenuReturns)
 {
     const auto element = MakeDiscrete({"A", "B"});
     auto menu = MakeMenu(element);
@@ -98,7 +90,7 @@ TEST_F(ZPopupMenuTest, ViewAndItemsMayGoWhileTheMenuIsOpen)
         return 1;
     };
     view->MouseDown({5, 5}, ZView::kMouseButton);
-    EXPECT_EQ(element->GetDiscrete(), 1) << "the choice holds";
+    EXPECT_EQ(element->GetDiscrete(), 1) << "the choice counts without the view";
     EXPECT_EQ(element->GetObserverCount(), 0);
 
     menu = MakeMenu(element);
@@ -109,10 +101,10 @@ TEST_F(ZPopupMenuTest, ViewAndItemsMayGoWhileTheMenuIsOpen)
         return 1;
     };
     menu->MouseDown({5, 5}, ZView::kMouseButton);
-    EXPECT_EQ(element->GetDiscrete(), 0) << "a choice that is no longer there counts for nothing";
+    EXPECT_EQ(element->GetDiscrete(), 0) << "the chosen item no longer exists";
 }
 
-TEST_F(ZPopupMenuTest, OnlyAPopupWithAnElementOpens)
+TEST_F(ZPopupMenuTest, OpensOnlyWithAnElementAndAsAPopup)
 {
     const auto menu = MakeMenu(nullptr);
     EXPECT_EQ(Open(*menu, 1), "");
@@ -125,19 +117,6 @@ TEST_F(ZPopupMenuTest, OnlyAPopupWithAnElementOpens)
     user = [] { return std::nullopt; };
     EXPECT_FALSE(popup.Popup({}, nullptr, index));
     EXPECT_EQ(index, 0);
-}
-
-TEST_F(ZPopupMenuTest, ThePictureIsAMetalButtonWithAnEnd)
-{
-    const auto menu = MakeMenu(MakeDiscrete({""}));
-    Paint(*menu);
-    EXPECT_EQ(canvas->At(50, 3), 0xfff6f6f6u) << "third shade of the body";
-    EXPECT_EQ(canvas->At(50, 17), 0xfff4f4f4u);
-    EXPECT_EQ(canvas->At(95, 3), 0xffcececeu) << "third shade of the end";
-    EXPECT_EQ(canvas->AlphaAt(0, 0), 0u) << "round corners";
-    EXPECT_EQ(canvas->At(100, 7), 0xff000000u) << "arrow up";
-    EXPECT_EQ(canvas->At(100, 12), 0xff000000u) << "arrow down";
-    EXPECT_LT(canvas->At(50, 0) & 0xffu, 0x90u) << "outline";
 }
 
 }  // namespace
