@@ -11,8 +11,9 @@
 namespace orvane
 {
 
-/// A horizontal slider for cents that snaps to whole semitones, and with control held takes any
-/// value. No window of this edition has one. [interface thread]
+/// A horizontal slider for a value in cents that snaps to whole semitones; with Control held it
+/// takes any value. The main window has none, but a description may name the class.
+/// [interface thread]
 class KestruneCentsSlider : public ZMetalSlider
 {
 public:
@@ -20,16 +21,17 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Both throw ZException -2: not implemented.
+    /// Both throw ZException kNotImplemented: the slider cannot be written to XML.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
+    /// Writes the value at a point, rounded to a multiple of 100 cents unless Control is held.
     void TrackMouse(const ZPoint& point, std::uint32_t mods) override;
 
 protected:
-    /// Throws ZException -1 for a vertical slider.
+    /// Throws ZException kGeneral if the description makes the slider vertical.
     void DrawScale(const ZRect& update) override;
-    /// Semitones with their sign: the steps that the thumb takes, in words short enough to stand
-    /// side by side over two octaves.
+    /// Semitones with their sign, such as "+7": short enough that the labels of two octaves do not
+    /// overlap.
     [[nodiscard]] ZString GetMarkText(float cents) const override;
 };
 

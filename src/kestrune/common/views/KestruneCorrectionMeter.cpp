@@ -74,7 +74,7 @@ void KestruneCorrectionMeter::IdleTick()
     Invalidate(mMeterFrame.left, mMeterFrame.top, mMeterFrame.right, mMeterFrame.bottom);
 }
 
-// A value beyond the range goes on outside the view, which cuts it.
+// A value outside the range gives a bar that reaches beyond the view, which clips it.
 std::int32_t KestruneCorrectionMeter::BarLength() const
 {
     if (!mElement || mElement->Range() == 0.0f)
@@ -88,12 +88,12 @@ std::int32_t KestruneCorrectionMeter::BarLength() const
 void KestruneCorrectionMeter::Draw(const ZRect& rect)
 {
     DrawBar();
-    // A frame of the moving bar asks for no more than that.
+    // IdleTick() asks for the bar alone.
     if (rect.left < mMeterFrame.left)
         DrawScale();
 }
 
-// Heights count from the view's upper edge, where the frame of the bar begins, too.
+// Heights are measured from the view's upper edge, where the bar's rectangle begins, too.
 void KestruneCorrectionMeter::DrawBar()
 {
     mBrushColor = kBarGround;

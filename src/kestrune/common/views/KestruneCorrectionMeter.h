@@ -6,40 +6,38 @@
 namespace orvane
 {
 
-/// The bar that tells by how many cents the voice is bent at this moment, up or down from the
-/// middle. The engine writes its element far more often than a window repaints, so the meter does
-/// not listen but looks at it at each frame. It has no ballistics: what it finds is what it shows.
+/// A bar that shows by how many cents the pitch of the voice is being corrected, upwards or
+/// downwards from its middle. The engine writes the element far more often than a window repaints,
+/// so the meter does not observe it but reads it once a frame. It has no ballistics: it shows the
+/// value as it is. [interface thread]
 class KestruneCorrectionMeter : public ZControl
 {
 public:
-    /// Reads `<rect name="meterframe">`, the bar's place; without one it is all of the view.
+    /// Reads the bar's rectangle from `<rect name="meterframe">`; the default is the whole view.
     KestruneCorrectionMeter(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Both throw ZException -2: the meter cannot be written back.
+    /// Both throw ZException kNotImplemented: the meter cannot be written to XML.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
-    /// Asks for a repaint of the bar when the value is another than at the last frame.
+    /// Repaints the bar if the value has changed since the last frame.
     void IdleTick() override;
     void Draw(const ZRect& rect) override;
 
-    [[nodiscard]] const ZRect& GetMeterFrame() const { return mMeterFrame; }
-
 private:
-    /// The element's, 0 for what is no number.
+    /// The element's value, or 0 if that is not finite.
     [[nodiscard]] float ReadCents() const;
-    /// Pixels up from the middle, down where negative.
+    /// The length of the bar in pixels; positive values go upwards from the middle.
     [[nodiscard]] std::int32_t BarLength() const;
     void DrawBar();
     void DrawScale();
     void DrawTick(std::int32_t y);
-    /// In the column left of the ticks, which is as high as the text and a pixel.
+    /// Draws a label left of the ticks, in a rectangle of that top and height.
     void DrawLabel(const ZString& text, std::int32_t top, std::int32_t height);
 
-    ZRect mMeterFrame;
-    // The meter's own, since the editors of all instances share the process.
-    float mShownCents = 0.0f;
+    ZRect mMeterFrame;         // the bar's rectangle, in the view's coordinates
+    float mShownCents = 0.0f;  // the value at the last frame
 };
 
 }  // namespace orvane

@@ -12,7 +12,7 @@ void addProductFonts(const ZApp& app)
 {
     if (!app.GetFonts().empty())
         return;
-    // Most users copy the library alone.
+    // Many users install the library without the font file beside it.
     if (const auto font = app.GetResources().Find("FONT", "Kolm 5pt.ttf"))
         AddPrivateFont(*font);
 }

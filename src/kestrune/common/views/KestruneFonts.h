@@ -6,8 +6,8 @@ namespace orvane
 
 class ZApp;
 
-/// Makes the product's own font known to texts, from the copy in the library, unless the
-/// application has loaded a font file. [interface thread]
+/// Adds the product's own font for the drawing of texts, from the copy that is compiled into the
+/// library, unless the application has loaded a font file. [interface thread]
 void addProductFonts(const ZApp& app);
 
 }  // namespace orvane

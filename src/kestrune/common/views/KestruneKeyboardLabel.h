@@ -9,9 +9,9 @@
 namespace orvane
 {
 
-/// Names what a keyboard shows: the key and the scale, as in "C Major ->". Both are choices from
-/// lists, named by `<element startingnote=>` and `<element scale=>`; one that is missing has no
-/// text.
+/// A label for a keyboard with the current key and scale, such as "C Major ->". Both are discrete
+/// elements, named by `<element startingnote=>` and `<element scale=>`; a missing one counts as an
+/// empty text. [interface thread]
 class KestruneKeyboardLabel : public ZStringView
 {
 public:

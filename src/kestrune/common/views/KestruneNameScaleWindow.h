@@ -7,13 +7,14 @@ namespace orvane
 class ZApplication;
 class ZString;
 
-/// The window that asks for the name of a custom scale.
+/// The dialog that asks for the name of a custom scale.
 class KestruneNameScaleWindow
 {
 public:
-    /// A KestruneNameScaleDialog::Runner, and the one in force where there is no other: shows the
-    /// dialog above the application's window. False at once where there is no display. Throws
-    /// ZException when the resource is none of a dialog. [interface thread]
+    /// Shows the dialog above the application's window with name in its text field. Returns true
+    /// with the text that the user has accepted in name; false if the user cancels, and at once
+    /// without a display. Throws ZException if the resource does not describe a dialog. This is the
+    /// default KestruneNameScaleDialog::Runner. [interface thread]
     [[nodiscard]] static bool Run(ZApplication* application, const ZString& resourceName,
                                   ZString& name);
 };

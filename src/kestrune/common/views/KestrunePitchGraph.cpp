@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -25,7 +26,7 @@ struct Range
     float max;
 };
 
-/// In Hz, by the value of the range's element.
+/// Frequencies in Hz, indexed by the pitch range.
 constexpr std::array<Range, 5> kRanges{
     {{73.0f, 1300.0f}, {73.0f, 494.0f}, {165.0f, 1300.0f}, {20.0f, 330.0f}, {330.0f, 2500.0f}}};
 constexpr Range kOtherRange{10.0f, 600.0f};
@@ -174,10 +175,11 @@ void KestrunePitchGraph::PaintBackground()
     DrawString("OUTPUT PITCH", {301, 21, width, 26}, 0, kAlignBegin, 1);
 }
 
-// The range fills the plot from edge to edge. Labels are the frequencies at their ticks by the same
-// rule, so they and the curves line up wherever the range begins.
+// The range fills the plot from edge to edge. FrequencyAt(), which gives the labels, is the
+// inverse, so curves and labels line up in every range.
 std::int32_t KestrunePitchGraph::HeightOf(float frequency) const
 {
+    assert(mMaxFrequency > mMinFrequency);
     constexpr float kFarAbove = -1e6f;
     const auto height = static_cast<float>(mGraphFrame.GetHeight());
     const float part = (frequency - mMinFrequency) / (mMaxFrequency - mMinFrequency);
@@ -210,6 +212,7 @@ void KestrunePitchGraph::DrawCurves(const ZRect& rect)
 
 void KestrunePitchGraph::DrawCurve(const std::vector<float>& history, const ZColor& color)
 {
+    assert(history.size() <= kHistoryLength);
     if (history.empty())
         return;
     const auto width = static_cast<float>(mGraphFrame.GetWidth());
@@ -262,6 +265,7 @@ void KestrunePitchGraph::DrawHertzAxis()
 
 std::int32_t KestrunePitchGraph::RowAt(std::int32_t k, std::int32_t rows) const
 {
+    assert(k >= 1 && k <= rows);
     return static_cast<std::int32_t>(std::int64_t{mGraphFrame.GetHeight()} * k / (rows + 1));
 }
 

@@ -12,60 +12,59 @@ namespace orvane
 
 class ZPath;
 
-/// The pitches of the last frames, as they came in and as they go out, scrolling to the left over a
-/// frequency axis with names of notes or Hz. Ends of the axis follow the pitch range.
+/// A graph of the input and output pitch of the last frames, which scrolls to the left. Its
+/// vertical axis is a frequency axis, labelled with names of notes or in Hz, whose ends follow the
+/// pitch range.
 ///
-/// Elements, named by `<element inputPitch= outputPitch= axisType= pitchRange=>`: two pitches in
-/// Hz, which the graph looks at each frame; the axis, 0 for notes; and the index of the range. Each
-/// may be missing.
+/// Its elements are named by `<element inputPitch= outputPitch= axisType= pitchRange=>`: two
+/// pitches in Hz, which the graph reads once a frame; the labels of the axis, 0 for notes; and the
+/// index of the pitch range. Each may be missing. [interface thread]
 class KestrunePitchGraph : public ZGraphAxisView
 {
 public:
-    /// Frames that the graph goes back.
+    /// The number of frames that the graph shows.
     static constexpr std::size_t kHistoryLength = 150;
 
     KestrunePitchGraph(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Both throw ZException -2: the graph cannot be written back.
+    /// Both throw ZException kNotImplemented: the graph cannot be written to XML.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     void ElementChanged(std::uint64_t elementId) override;
     void DetachFromElements() override;
     void OnDocumentChanged() override;
     void OnDocumentClosed() override;
-    /// Takes the next pitches in and scrolls.
+    /// Appends the current pitches and repaints the plot.
     void IdleTick() override;
-    /// Frames a second, which tell how many seconds the horizontal axis goes back.
+    /// Sets the span of the horizontal axis from the number of frames a second.
     void SetFrameRate(float rate) override;
     void Draw(const ZRect& rect) override;
     void DrawYAxis() override;
-    /// As far as the rectangle reaches.
+    /// Draws both curves inside the rectangle.
     virtual void DrawCurves(const ZRect& rect);
 
-    /// Oldest first, in Hz, 0 for no voice.
-    [[nodiscard]] const std::vector<float>& GetInputHistory() const { return mInputHistory; }
-    [[nodiscard]] const std::vector<float>& GetOutputHistory() const { return mOutputHistory; }
-    [[nodiscard]] float GetMinFrequency() const { return mMinFrequency; }
-    [[nodiscard]] float GetMaxFrequency() const { return mMaxFrequency; }
-    [[nodiscard]] bool HasNoteAxis() const { return mNoteAxis; }
-    /// The height of a frequency in the plot, from its upper edge; the lower edge for what lies
-    /// below the range, such as no voice.
+    /// The distance of a frequency, in Hz, from the plot's upper edge. Frequencies below the range,
+    /// such as 0 for no voice, lie on the lower edge; those above it are negative.
     [[nodiscard]] std::int32_t HeightOf(float frequency) const;
-    /// The frequency at a height of the plot.
+    /// The frequency, in Hz, at a distance from the plot's upper edge.
     [[nodiscard]] float FrequencyAt(std::int32_t y) const;
 
 protected:
-    /// With the legend.
+    /// Paints the background and the legend.
     void PaintBackground() override;
+
+    // Pitches in Hz, the oldest first, 0 for no voice; at most kHistoryLength.
+    std::vector<float> mInputHistory;
+    std::vector<float> mOutputHistory;
 
 private:
     void ShowAxisType();
     void ShowPitchRange();
     void DrawNoteAxis();
     void DrawHertzAxis();
-    /// Height of one of so many rows, from the plot's upper edge.
+    /// The distance of row k, in [1, rows], from the plot's upper edge.
     [[nodiscard]] std::int32_t RowAt(std::int32_t k, std::int32_t rows) const;
     void DrawCurve(const std::vector<float>& history, const ZColor& color);
     [[nodiscard]] ZPoint PlaceOf(float x, float frequency) const;
@@ -78,11 +77,9 @@ private:
     boost::shared_ptr<ZElement> mOutputPitch;
     ZObservedElement mAxisType;
     ZObservedElement mPitchRange;
-    std::vector<float> mInputHistory;
-    std::vector<float> mOutputHistory;
-    bool mNoteAxis = true;
-    float mMinFrequency = 10.0f;
-    float mMaxFrequency = 600.0f;
+    bool mNoteAxis = true;         // names of notes instead of Hz
+    float mMinFrequency = 10.0f;   // in Hz
+    float mMaxFrequency = 600.0f;  // in Hz, above mMinFrequency
 };
 
 }  // namespace orvane

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The dialog for a scale's name on a display of the test's own.
+// The dialog for a scale's name, on a virtual display.
 
 #include "kestrune/common/views/KestruneNameScaleWindow.h"
 
@@ -36,7 +36,7 @@ protected:
         app.reset();
     }
 
-    /// On the interface thread, with the keys going to it as a window manager would have them.
+    /// Opens the dialog on the interface thread and gives it the focus, as a window manager does.
     void Open()
     {
         ended = false;
@@ -46,7 +46,7 @@ protected:
             ended = true;
         });
         ASSERT_TRUE(waitFor([this] {
-            // It is made first and then put in its place.
+            // The dialog is moved to its place after it was created.
             const ZPoint corner = Dialog() == XCB_NONE ? ZPoint{} : OnScreen({5, 5});
             return probe->PixelAt(corner.x, corner.y) == 0x262629;
         }));
@@ -94,7 +94,7 @@ protected:
 
 }  // namespace
 
-TEST_F(KestruneNameScaleWindowTest, ANameIsTypedOverTheOneThatIsOffered)
+TEST_F(KestruneNameScaleWindowTest, TypingReplacesTheSuggestedNameAndAcceptingReturnsIt)
 {
     Open();
     Type({XKB_KEY_m, XKB_KEY_i, XKB_KEY_x, XKB_KEY_BackSpace, XKB_KEY_n, XKB_KEY_e});
@@ -114,7 +114,7 @@ TEST_F(KestruneNameScaleWindowTest, ANameIsTypedOverTheOneThatIsOffered)
     }
 }
 
-TEST_F(KestruneNameScaleWindowTest, CancelEscapeTheTitleBarAndTheApplicationEndItWithNone)
+TEST_F(KestruneNameScaleWindowTest, CancelEscapeTheTitleBarAndTheApplicationDismissIt)
 {
     const std::function<void()> ways[] = {
         [this] { Click("Cancel"); },

@@ -15,8 +15,8 @@
 namespace orvane
 {
 
-/// The shipped description, started as the host shell starts it, with its parameters. It ticks when
-/// a test says so, or from InitLooper on.
+/// Starts the product with its shipped description as the host shell does, with its parameters. It
+/// ticks when the test calls Tick(), or by itself from InitLooper() on.
 inline std::unique_ptr<ZPlugin> startProduct()
 {
     auto plugin = std::make_unique<ZPlugin>(kestruneResources());

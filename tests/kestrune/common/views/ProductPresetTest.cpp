@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Presets of the shipped document: those of the factory, the user's memories, and files.
+// Presets of the shipped document: the factory presets and the user's four memories.
 
 #include "kestrune/common/views/ProductApplication.h"
 #include "zlib/common/buffers/ZBuffer.h"
@@ -28,7 +28,7 @@ protected:
     {
         return *document->FindElement(name);
     }
-    /// The value as an archive writes it.
+    /// The value as text.
     [[nodiscard]] std::string ValueOf(const std::string& name) const
     {
         const ZElement& element = (*this)[name];
@@ -61,8 +61,9 @@ protected:
 
 }  // namespace
 
-// Projects name a preset by its number and expect the sound it always had: rows are never changed.
-TEST_F(ProductPresetTest, EachFactoryPresetBringsTheValuesOfItsSound)
+// Saved projects refer to a factory preset by its number and rely on its sound, so these values
+// must not change.
+TEST_F(ProductPresetTest, FactoryPresetsKeepTheirOrderAndValues)
 {
     constexpr std::array kNames{"PitchShift",
                                 "FormantShift",
@@ -103,31 +104,28 @@ TEST_F(ProductPresetTest, EachFactoryPresetBringsTheValuesOfItsSound)
         EXPECT_EQ(document->GetPresetCopy(none), nullptr);
         document->LoadFactoryPreset(none);
     }
-    EXPECT_EQ(ValueOf("detune"), "0") << "nothing comes from a preset that there is not";
+    EXPECT_EQ(ValueOf("detune"), "0") << "a preset that does not exist changes nothing";
 }
 
-TEST_F(ProductPresetTest, EachMemoryBringsItsStateBackAndRaisesItsFlag)
+TEST_F(ProductPresetTest, RecallingAMemoryRestoresItsStateAndSetsItsFlag)
 {
     const std::string letters = "ABCD";
     const std::array<std::string, 4> raised{"1000", "0100", "0010", "0001"};
     Dispatch("cmdRecallPresetB");
-    EXPECT_EQ(Flags(), "0000") << "an empty one";
+    EXPECT_EQ(Flags(), "0000") << "an empty memory";
     for (std::size_t i = 0; i < letters.size(); ++i) {
         (*this)["key"].SetDiscrete(static_cast<std::int32_t>(i), false);
         Dispatch(std::string("cmdSaveToPreset") + letters[i]);
     }
-    EXPECT_EQ(Flags(), "0000") << "saving alone";
+    EXPECT_EQ(Flags(), "0000") << "saving sets no flag";
     for (std::size_t i = 0; i < letters.size(); ++i) {
         Dispatch(std::string("cmdRecallPreset") + letters[i]);
         EXPECT_EQ(ValueOf("key"), std::to_string(i));
         EXPECT_EQ(Flags(), raised[i]);
     }
-    document->SaveToMemory(4);
-    document->RecallMemory(-1);
-    EXPECT_EQ(Flags(), "0001");
 }
 
-TEST_F(ProductPresetTest, WhatWaitsForTheTickIsSavedWithWhatFollowsFromIt)
+TEST_F(ProductPresetTest, SavingAppliesPendingChangesFirst)
 {
     (*this)["pitchTranspose"].SetDiscrete(0, false);
     ZXMLElement saved;

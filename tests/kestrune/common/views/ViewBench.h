@@ -8,9 +8,8 @@
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/objects/ZXMLDocument.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/views/ZView.h"
+#include "zlib/common/views/TestView.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -22,12 +21,6 @@
 namespace orvane
 {
 
-/// The first element of a text.
-inline boost::shared_ptr<ZXMLElement> tagOf(const std::string& text)
-{
-    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
-}
-
 /// The tags `bitmap` of the four shapes of keys in a state.
 inline std::string keyPictures(const std::string& state, const std::string& file,
                                const std::string& ending)
@@ -38,7 +31,7 @@ inline std::string keyPictures(const std::string& state, const std::string& file
     return tags;
 }
 
-/// A view that counts how often it asks for a repaint, since only one in a window gets it.
+/// A view that counts its requests for a repaint, which do not need a window here.
 template <typename View>
 class Counted : public View
 {
@@ -56,25 +49,8 @@ public:
     ZRect lastPart;
 };
 
-/// What a view painted, by its pixels as 0xAARRGGBB.
-struct Picture
-{
-    std::int32_t width = 0;
-    std::vector<std::uint32_t> pixels;
-
-    [[nodiscard]] std::uint32_t At(std::int32_t x, std::int32_t y) const
-    {
-        return pixels.at(static_cast<std::size_t>(y * width + x));
-    }
-    [[nodiscard]] std::uint32_t AlphaAt(std::int32_t x, std::int32_t y) const
-    {
-        return At(x, y) >> 24;
-    }
-    bool operator==(const Picture&) const = default;
-};
-
-/// Views of the product with its pictures, over a document of elements that a test makes. They
-/// hear of changes at Tick.
+/// Views of the product with its pictures, over a document with the elements of a test. Changes of
+/// elements reach the views at Tick().
 class ViewBench
 {
 public:
@@ -86,13 +62,12 @@ public:
         return element;
     }
 
-    /// From a `view` tag without bounds, attached and with the document.
+    /// Makes a view from a `view` tag, attached and with the document.
     template <typename View>
     boost::shared_ptr<Counted<View>> Make(const std::string& tag, std::int32_t width,
                                           std::int32_t height)
     {
-        const auto xml = tagOf(tag);
-        const auto view = boost::make_shared<Counted<View>>(xml, &mApplication);
+        const auto view = boost::make_shared<Counted<View>>(viewXml(tag), &mApplication);
         view->SetBoundsSize(width, height);
         view->OnAttached();
         const auto opened = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
@@ -115,21 +90,24 @@ public:
         view.HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
     }
 
-    static Picture Paint(ZView& view)
+    /// Paints a part of the view; all of it by default.
+    static boost::shared_ptr<Canvas> Paint(ZView& view) { return Paint(view, view.GetFrame()); }
+    static boost::shared_ptr<Canvas> Paint(ZView& view, const ZRect& part)
     {
-        const ZRect frame = view.GetFrame();
-        const auto canvas = boost::make_shared<Canvas>(frame.right, frame.bottom);
+        const auto canvas =
+            boost::make_shared<Canvas>(view.GetFrame().right, view.GetFrame().bottom);
         view.SetContext(canvas);
-        view.Draw(frame);
+        view.Draw(part);
         view.SetContext(nullptr);
-        return {frame.right, canvas->Pixels()};
+        return canvas;
     }
 
-    /// Of the product.
-    Picture Load(const char* file)
+    /// A pixel of one of the product's pictures, as 0xAARRGGBB.
+    std::uint32_t PixelOf(const char* file, const ZPoint& at)
     {
         ZBitmap bitmap(ZString(file), &mApplication);
-        return {bitmap.GetWidth(), bitmap.GetNative()->ReadPixels()};
+        return bitmap.GetNative()->ReadPixels().at(
+            static_cast<std::size_t>(at.y * bitmap.GetWidth() + at.x));
     }
 
 private:
@@ -144,7 +122,7 @@ private:
 
     PictureApplication mApplication;
     boost::shared_ptr<ZDocument> mDocument =
-        boost::make_shared<ZDocument>(tagOf("<documenttype></documenttype>"), &mApplication);
+        boost::make_shared<ZDocument>(viewXml("<documenttype></documenttype>"), &mApplication);
 };
 
 inline std::vector<float> samplesOf(const ZElement& element)
@@ -156,7 +134,7 @@ inline std::vector<float> samplesOf(const ZElement& element)
 inline void setSamples(ZElement& element, const std::vector<float>& samples)
 {
     ZBuffer buffer(static_cast<std::uint32_t>(samples.size()), "test");
-    std::copy(samples.begin(), samples.end(), buffer.Data());
+    std::ranges::copy(samples, buffer.Data());
     element.SetZBuffer(buffer, false);
 }
 
