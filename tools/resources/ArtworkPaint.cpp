@@ -3,6 +3,7 @@
 
 #include "tools/resources/PixelFont.h"
 
+#include <cassert>
 #include <memory>
 #include <numbers>
 
@@ -46,8 +47,10 @@ enum class Direction
 
 void setGradient(cairo_t* context, std::initializer_list<InkStop> stops, Direction direction)
 {
+    assert(stops.size() >= 2);
     const double first = stops.begin()->place;
     const double last = (stops.end() - 1)->place;
+    assert(first < last);
     const Pattern gradient(direction == Direction::kDown
                                ? cairo_pattern_create_linear(0.0, first, 0.0, last)
                                : cairo_pattern_create_linear(first, 0.0, last, 0.0));
@@ -70,6 +73,7 @@ void addBox(cairo_t* context, const Box& box)
 void addRoundedBox(cairo_t* context, const Box& box, double radius)
 {
     constexpr double kQuarter = std::numbers::pi / 2.0;
+    assert(2.0 * radius <= box.width && 2.0 * radius <= box.height);
     cairo_new_sub_path(context);
     cairo_arc(context, box.left + radius, box.top + radius, radius, 2 * kQuarter, 3 * kQuarter);
     cairo_arc(context, box.right() - radius, box.top + radius, radius, 3 * kQuarter, 4 * kQuarter);
@@ -112,6 +116,7 @@ void fillBox(cairo_t* context, const Box& box, const Ink& ink)
 void stroke(cairo_t* context, const Ink& ink, double width)
 {
     setInk(context, ink);
+    assert(width > 0.0);
     cairo_set_line_width(context, width);
     cairo_stroke(context);
 }

@@ -6,6 +6,7 @@
 #include "tools/resources/KeyArtwork.h"
 #include "tools/resources/LogoArtwork.h"
 
+#include <cassert>
 #include <stdexcept>
 
 namespace orvane
@@ -82,6 +83,7 @@ const std::vector<Artwork>& artworkTable()
 
 ArtworkSurface paintArtwork(const Artwork& artwork, const PixelFont& font)
 {
+    assert(artwork.width > 0 && artwork.height > 0);
     ArtworkSurface surface(
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, artwork.width, artwork.height));
     const ArtworkContext context(cairo_create(surface.get()));

@@ -23,19 +23,19 @@ struct ArtworkFreer
 using ArtworkSurface = std::unique_ptr<cairo_surface_t, ArtworkFreer>;
 using ArtworkContext = std::unique_ptr<cairo_t, ArtworkFreer>;
 
-/// One picture of the window.
+/// A picture of the window and the function that paints it.
 struct Artwork
 {
-    std::string name;  // of its file and of its resource
-    int width;         // pixels
-    int height;
+    std::string name;                                       // of the file and of the resource
+    int width;                                              // in pixels
+    int height;                                             // in pixels
     std::function<void(cairo_t*, const PixelFont&)> paint;  // on a clear surface
 };
 
-/// Every picture of the window.
+/// All pictures of the window.
 [[nodiscard]] const std::vector<Artwork>& artworkTable();
 
-/// Paints a picture on a surface of its own, with alpha.
+/// Paints a picture on a new surface with alpha.
 [[nodiscard]] ArtworkSurface paintArtwork(const Artwork& artwork, const PixelFont& font);
 
 /// Writes a surface as a PNG file, 8 bits a channel with alpha. Throws std::runtime_error when the

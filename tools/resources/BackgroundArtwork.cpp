@@ -14,7 +14,7 @@ namespace
 constexpr double kHeaderBottom = 35.0;
 constexpr Box kPanel{6.0, 82.0, 446.0, 342.0};
 constexpr double kPanelRadius = 7.0;
-// One pixel around the views that stand in them.
+// One pixel larger on each side than the views in them.
 constexpr Box kKeyboardBed{97.0, 259.0, 298.0, 149.0};
 constexpr Box kMeterBed{429.0, 119.0, 12.0, 272.0};
 
@@ -42,7 +42,7 @@ void paintHeader(cairo_t* context)
              {{0.0, {0x343436}}, {10.0, {0x1E1E20}}, {20.0, {0x121213}}, {35.0, {0x070707}}});
 }
 
-/// What the title band, a shallow tray with cut lower corners, throws on the red below it.
+/// The shadow of the title band on the red below it; the band's lower corners are cut off.
 void paintShadowOfTitleBand(cairo_t* context)
 {
     constexpr int kDepth = 6;
@@ -80,8 +80,8 @@ void paintBed(cairo_t* context, const Box& bed)
     fillBox(context, bed, {0x070405});
 }
 
-/// Cairo writes a picture without any clear pixel as one without alpha; all of ours have it. The
-/// corners lie outside the window.
+/// Makes the corner pixels transparent, since cairo writes a PNG without a transparent pixel as one
+/// without alpha, and all pictures here have alpha. The corners lie outside the window.
 void clearCorners(cairo_t* context)
 {
     const ArtworkScope scope(context);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -11,14 +12,15 @@
 namespace orvane
 {
 
-/// Bytes as font files hold them: whole numbers with the highest byte first.
+/// A growing sequence of bytes for a font file, which stores integers with the highest byte first.
 class BigEndianBytes
 {
 public:
     void add8(unsigned value) { mBytes.push_back(static_cast<std::uint8_t>(value)); }
-    /// The low 16 bits; so a negative number goes in as its two's complement.
+    /// Adds a number in [-65535, 65535] modulo 65536, so a negative one as its two's complement.
     void add16(int value)
     {
+        assert(value >= -0xFFFF && value <= 0xFFFF);
         add8(static_cast<unsigned>(value) >> 8);
         add8(static_cast<unsigned>(value));
     }
@@ -37,7 +39,7 @@ public:
     {
         mBytes.insert(mBytes.end(), bytes.begin(), bytes.end());
     }
-    /// Adds zeros up to a multiple of 4 bytes, the unit that tables and checksums count in.
+    /// Pads with zeros to a multiple of 4 bytes, the unit of tables and checksums.
     void align() { mBytes.resize((mBytes.size() + 3) / 4 * 4); }
 
     [[nodiscard]] std::size_t size() const { return mBytes.size(); }

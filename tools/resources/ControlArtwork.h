@@ -21,7 +21,7 @@ enum class ButtonState
 {
     kOff,
     kOver,  // under the pointer
-    kDown   // held by the mouse, or latched
+    kDown   // pressed by the mouse, or latched
 };
 
 enum class ButtonLamp
@@ -31,13 +31,13 @@ enum class ButtonLamp
     kLit
 };
 
-/// Paints a box of green glass in a well, 14 x 14 pixels, ticked and lit when on.
+/// Paints a check box of green glass, 14 x 14 pixels; when on it is bright and has a tick.
 void paintCheckBox(cairo_t* context, BoxState state);
 
 /// Paints the thumb of the horizontal slider with its shadow, 33 x 20 pixels.
 void paintSliderThumb(cairo_t* context);
 
-/// Paints a metal button with its label, in capitals, and perhaps a lamp; 72 x 15 pixels.
+/// Paints a metal button with a label and, unless lamp is kNone, a lamp; 72 x 15 pixels.
 void paintButton(cairo_t* context, const PixelFont& font, std::string_view label, ButtonState state,
                  ButtonLamp lamp);
 

@@ -3,6 +3,7 @@
 
 #include "tools/resources/PixelFont.h"
 
+#include <cassert>
 #include <iterator>
 #include <map>
 
@@ -12,10 +13,10 @@ namespace orvane
 namespace
 {
 
-/// The edges that no walk has taken yet, by the point they start from.
+/// The edges that belong to no contour yet, by their start point.
 using OpenEdges = std::multimap<OutlinePoint, OutlinePoint>;
 
-/// The four sides of each pixel of ink, clockwise, where the neighbour is paper.
+/// The sides of all ink pixels that have paper on the other side, directed clockwise.
 OpenEdges bordersOfInk(const PixelGlyph& glyph)
 {
     OpenEdges edges;
@@ -51,11 +52,12 @@ bool turnsRight(const OutlinePoint& step, const OutlinePoint& next)
     return step.x * next.y - step.y * next.x < 0;
 }
 
-/// Takes an edge that starts at a point. Where two pixels meet at a corner there are two of them,
-/// and the turn to the right stays with the pixel that the walk goes around.
+/// Removes an edge that starts at a point and returns its end. Where two pixels meet at a corner,
+/// two edges start; the one that turns right belongs to the pixel whose outline is being followed.
 OutlinePoint takeEdge(OpenEdges& edges, const OutlinePoint& from, const OutlinePoint& step)
 {
     auto [edge, end] = edges.equal_range(from);
+    assert(edge != end);  // every point has as many edges out as in
     if (std::next(edge) != end && !turnsRight(step, stepBetween(from, edge->second)))
         ++edge;
     const OutlinePoint to = edge->second;
@@ -65,7 +67,7 @@ OutlinePoint takeEdge(OpenEdges& edges, const OutlinePoint& from, const OutlineP
 
 OutlineContour takeContour(OpenEdges& edges)
 {
-    // The first point in order is the lowest of the leftmost ones, and so always a corner.
+    // The smallest point is the lowest of the leftmost ones, so it is always a corner.
     const OutlinePoint start = edges.begin()->first;
     OutlineContour contour{start};
     OutlinePoint at = takeEdge(edges, start, {0, 1});

@@ -9,7 +9,8 @@ namespace orvane
 
 struct PixelGlyph;
 
-/// A corner of an outline, in pixels: x from the glyph's left edge, y upwards from the base line.
+/// A corner of an outline, in pixels: x to the right from the glyph's left edge, y upwards from the
+/// base line.
 struct OutlinePoint
 {
     int x;
@@ -20,9 +21,9 @@ struct OutlinePoint
 
 using OutlineContour = std::vector<OutlinePoint>;
 
-/// The borders of a glyph's ink: closed polygons of corners alone, with the ink to the right of
-/// each edge as TrueType wants it, so a hole turns the other way. Pixels that touch only at a
-/// corner stay apart. Empty for a glyph without ink.
+/// The outlines of a glyph's ink as closed polygons. The ink lies to the right of each edge, as
+/// TrueType requires, so holes run counterclockwise. Pixels that touch only at a corner get
+/// separate polygons. Empty for a glyph without ink.
 [[nodiscard]] std::vector<OutlineContour> traceOutline(const PixelGlyph& glyph);
 
 }  // namespace orvane

@@ -6,8 +6,8 @@
 namespace orvane
 {
 
-/// Where a white key is cut out for black ones: to its right (C, F), on both sides (D, G, A), or to
-/// its left (E, B).
+/// Where a white key is cut out for the black keys beside it: on its right (C, F), on both sides
+/// (D, G, A) or on its left (E, B).
 enum class KeyShape
 {
     kCutRight,
@@ -19,7 +19,7 @@ enum class KeyState
 {
     kRest,
     kScale,  // marked as a note of the scale
-    kDown    // held, or the note that sounds
+    kDown    // pressed, or the note being sung
 };
 
 inline constexpr int kWhiteKeyWidth = 41;
@@ -27,11 +27,12 @@ inline constexpr int kWhiteKeyHeight = 147;
 inline constexpr int kBlackKeyWidth = 25;
 inline constexpr int kBlackKeyHeight = 90;
 
-/// Paints an ivory key. Its last column and its cuts stay clear: there the bed shows between keys.
+/// Paints a white key. Its last column and its cuts stay transparent, so that the background shows
+/// between keys.
 void paintWhiteKey(cairo_t* context, KeyShape shape, KeyState state);
 
-/// Paints an ebony key with the gap around it. A key that is down shines bright enough for the
-/// black name that is written on it.
+/// Paints a black key with the gap around it. A key that is down is bright enough for a name in
+/// black.
 void paintBlackKey(cairo_t* context, KeyState state);
 
 }  // namespace orvane

@@ -10,18 +10,18 @@
 namespace orvane
 {
 
-/// One glyph of a pixel font: a drawing of PixelFont::kRows rows, all as wide as its first.
+/// A glyph of a pixel font: PixelFont::kRows rows of equal width.
 struct PixelGlyph
 {
     char32_t code;
     std::vector<std::string> rows;  // from the top; '#' is ink, '.' is paper
 
     [[nodiscard]] int width() const { return static_cast<int>(rows.front().size()); }
-    /// Whether a pixel is ink; outside the drawing there is none.
+    /// Whether a pixel is ink; false outside the drawing.
     [[nodiscard]] bool isInk(int column, int row) const;
 };
 
-/// A font drawn in pixels, read from a text in which each glyph can be seen.
+/// A pixel font, read from a text file that shows each glyph as rows of characters.
 class PixelFont
 {
 public:
@@ -31,17 +31,18 @@ public:
     static constexpr int kCapitalRows = 5;
     static constexpr int kSmallRows = 4;
 
-    /// Reads the drawings. Throws std::runtime_error, naming the block, when a block's rows do not
-    /// match its heading or a code comes twice.
+    /// Reads the glyphs. Throws std::runtime_error, naming the block, if a block's rows do not
+    /// match its heading or a character is drawn twice.
     static PixelFont parse(std::istream& text);
-    /// The same from a file; throws std::runtime_error when it cannot be read.
+    /// Reads the glyphs from a file. Throws std::runtime_error as parse() does, and if the file
+    /// cannot be read.
     static PixelFont read(const std::filesystem::path& file);
 
-    /// In rising order of their codes.
+    /// All glyphs in ascending order of their codes.
     [[nodiscard]] const std::vector<PixelGlyph>& glyphs() const { return mGlyphs; }
-    /// Throws std::out_of_range when the font has no such glyph.
+    /// The glyph of a character. Throws std::out_of_range if the font has none.
     [[nodiscard]] const PixelGlyph& glyph(char32_t code) const;
-    /// Columns of an ASCII text, without the gap behind its last glyph.
+    /// The width of an ASCII text in columns, without the gap after its last glyph.
     [[nodiscard]] int textWidth(std::string_view text) const;
 
 private:

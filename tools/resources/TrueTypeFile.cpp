@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <map>
 #include <numeric>
 #include <string_view>
@@ -27,10 +28,11 @@ constexpr int kDescent = (PixelFont::kRows - PixelFont::kRowsAboveBaseline) * kU
 constexpr std::uint32_t kTrueTypeVersion = 0x00010000;
 constexpr std::uint32_t kChecksumOfFile = 0xB1B0AFBA;
 constexpr std::size_t kChecksumAdjustmentInHead = 8;
-/// The date in the file, in seconds since 1904. A fixed one keeps the file the same.
+/// The date in the file, in seconds since 1904. It is fixed, so that the same glyphs give the same
+/// file.
 constexpr std::uint32_t kDate = 0xE0000000;
 
-/// The box that stands in for a character the font does not have; glyph 0.
+/// Glyph 0, the box that is shown for characters which the font lacks.
 const PixelGlyph kMissingGlyph{0, {"....", "####", "#..#", "#..#", "#..#", "####", "....", "...."}};
 
 struct UnitBox
@@ -113,10 +115,12 @@ UnitBox boxAroundAll(const std::vector<FontGlyph>& glyphs)
     return all;
 }
 
-/// What readers that search in halves want to know of a list, in bytes: the largest power of two
-/// within its size, that power's exponent, and what is left.
+/// Adds the fields for a binary search of a list of count items: searchRange (the largest power of
+/// two not above count, times the item size), entrySelector (the exponent of that power) and
+/// rangeShift (the size of the remaining items).
 void addSearchFields(BigEndianBytes& bytes, int count, int itemSize)
 {
+    assert(count > 0);
     const int power = static_cast<int>(std::bit_floor(static_cast<unsigned>(count)));
     const int exponent = static_cast<int>(std::bit_width(static_cast<unsigned>(count))) - 1;
     bytes.add16({itemSize * power, exponent, itemSize * (count - power)});
@@ -209,7 +213,7 @@ BigEndianBytes outlineRecord(const FontGlyph& glyph)
     return record;
 }
 
-/// A run of glyphs whose codes follow each other, as do their numbers.
+/// A run of glyphs with consecutive codes and consecutive glyph numbers.
 struct CodeRun
 {
     int firstCode;
@@ -255,7 +259,7 @@ BigEndianBytes cmapTable(const std::vector<FontGlyph>& glyphs)
     return table;
 }
 
-/// The names, once for each of the two platforms that readers ask for: one byte or two a letter.
+/// The names in both usual encodings: Macintosh with one byte a letter, Windows with two.
 BigEndianBytes nameTable(const std::string& family)
 {
     std::string postScriptName = family;
@@ -396,6 +400,7 @@ std::vector<std::uint8_t> trueTypeFile(const PixelFont& font, const std::string&
     tables["post"] = postTable();
     addOutlines(glyphs, tables);
 
+    assert(!font.glyphs().empty());
     std::size_t offsetOfHead = 0;
     std::vector<std::uint8_t> file = joinTables(tables, offsetOfHead).bytes();
     BigEndianBytes adjustment;

@@ -10,11 +10,11 @@ namespace orvane
 
 class PixelFont;
 
-/// A TrueType font file with the drawings of a pixel font as outlines, one square a pixel.
+/// Returns the bytes of a TrueType font file whose outlines follow the pixels of a pixel font.
 ///
-/// At a size of 5 pixels each pixel of a drawing covers one pixel of the device exactly: capitals
-/// are 5 high, a line is 8. The font has no hints, since at that size nothing is left to fit.
-/// family is ASCII; the same drawings always give the same bytes.
+/// At a size of 5 pixels each pixel of a glyph covers exactly one pixel of the device: capitals are
+/// 5 pixels high and a line 8. The font has no hints, since at that size the outlines fit the pixel
+/// grid already. family is ASCII. The same glyphs always give the same bytes.
 [[nodiscard]] std::vector<std::uint8_t> trueTypeFile(const PixelFont& font,
                                                      const std::string& family);
 

@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <span>
-#include <tuple>
 #include <utility>
 
 using namespace orvane;
@@ -51,7 +50,7 @@ cairo_status_t readBytes(void* source, unsigned char* target, unsigned count)
     return CAIRO_STATUS_SUCCESS;
 }
 
-/// A picture as the library carries it.
+/// A picture as it is packed into the library.
 ArtworkSurface packedPicture(const std::string& name)
 {
     std::span<const std::byte> bytes = kestruneResources().Find("IMAGE", name).value();
@@ -112,16 +111,11 @@ double leastContrast(const std::string& name, const Area& area, Pixel text)
 
 }  // namespace
 
-TEST(ArtworkTest, PackedPicturesAreWhatTheProgramPaintsWithEightBitsAChannelAndAlpha)
+TEST(ArtworkTest, PackedPicturesAreWhatTheProgramPaints)
 {
-    constexpr int kTolerance = 2;  // of 255: another version of the drawing library may round
+    constexpr int kTolerance = 2;  // of 255: versions of cairo round differently
     for (const Artwork& artwork : artworkTable()) {
         SCOPED_TRACE(artwork.name);
-        const auto bytes = kestruneResources().Find("IMAGE", artwork.name);
-        ASSERT_TRUE(bytes);
-        // Depth and colour type stand in the header chunk, behind signature, chunk head and size.
-        EXPECT_EQ(std::to_integer<int>((*bytes)[24]), 8);
-        EXPECT_EQ(std::to_integer<int>((*bytes)[25]), 6) << "not RGB with alpha";
         const ArtworkSurface packed = packedPicture(artwork.name);
         ASSERT_EQ(cairo_image_surface_get_width(packed.get()), artwork.width);
         ASSERT_EQ(cairo_image_surface_get_height(packed.get()), artwork.height);
@@ -135,24 +129,7 @@ TEST(ArtworkTest, PackedPicturesAreWhatTheProgramPaintsWithEightBitsAChannelAndA
     }
 }
 
-TEST(ArtworkTest, WhiteKeysAreClearExactlyWhereABlackKeyLies)
-{
-    constexpr int kMiddleOfCut = 45;
-    for (const auto& [set, end] :
-         {std::pair{"nk", ".png"}, {"nkl", "_RedDot.png"}, {"nkd", ".png"}}) {
-        // First and last column of each upper part; between keys is a gap of one.
-        for (const auto& [shape, first, last] :
-             {std::tuple{"1", 0, 28}, {"2", 13, 28}, {"3", 13, 39}}) {
-            SCOPED_TRACE(std::string(set) + shape);
-            const ArtworkSurface key = packedPicture(std::string(set) + shape + end);
-            for (int x = 0; x < 41; ++x)
-                EXPECT_EQ(pixelAt(key.get(), x, kMiddleOfCut).alpha() != 0, x >= first && x <= last)
-                    << x;
-        }
-    }
-}
-
-TEST(ArtworkTest, NamesOnKeysAndLabelsOnTheBackgroundAreReadable)
+TEST(ArtworkTest, NamesAndLabelsContrastWithThePicturesBelow)
 {
     constexpr double kReadable = 4.5;
     constexpr Area kWhiteName{14, 12, 27, 24};
@@ -166,8 +143,7 @@ TEST(ArtworkTest, NamesOnKeysAndLabelsOnTheBackgroundAreReadable)
     EXPECT_GE(leastContrast("RedGradientBlackTop.png", {8, 90, 450, 420}, kLabelGrey), kReadable);
 }
 
-/// Lets the drawing libraries give back their fonts, so that a leak checker tells of real leaks
-/// alone.
+/// Frees the caches of the drawing libraries, so that a leak checker reports real leaks only.
 class DrawingCaches : public testing::Environment
 {
 public:
