@@ -89,36 +89,21 @@ bool KestruneIgnoreKeysView::IsIgnored(std::int32_t degree) const
 // Centres the box on the part of the key's top that the black keys leave free.
 ZPoint KestruneIgnoreKeysView::GetBoxPos(std::int32_t note) const
 {
-    const std::int32_t box = mOnBitmap ? mOnBitmap->GetWidth() : 0;
-    const std::int32_t white = WhiteFrame().right;
-    const std::int32_t overlap = BlackFrame().right / 2;
-    const auto boxPos = [&](std::int32_t offset) -> ZPoint {
-        return {GetKeyPos(note).x + offset, 0};
-    };
-    switch (note % kNotesInOctave) {
-    case 0:
-    case 5:
-        return boxPos((white - overlap - box) / 2);
-    case 2:
-    case 7:
-    case 9:
-        return boxPos((white - box) / 2);
-    case 4:
-    case 11:
-        return boxPos(overlap + (white - overlap - box) / 2);
-    default:
-        return boxPos((BlackFrame().right - box) / 2);
-    }
+    const ZRect upper = GetUpperRect(note);
+    return {upper.left + (upper.GetWidth() - BoxWidth()) / 2, 0};
 }
 
 ZRect KestruneIgnoreKeysView::GetBoxRect(std::int32_t note) const
 {
     if (!mOnBitmap)
         return {};
-    const ZRect upper = GetUpperRect(note);
-    const std::int32_t width = mOnBitmap->GetWidth();
-    const std::int32_t left = upper.left + (upper.GetWidth() - width) / 2;
-    return {left, 0, left + width, mOnBitmap->GetHeight()};
+    const std::int32_t left = GetBoxPos(note).x;
+    return {left, 0, left + BoxWidth(), mOnBitmap->GetHeight()};
+}
+
+std::int32_t KestruneIgnoreKeysView::BoxWidth() const
+{
+    return mOnBitmap ? mOnBitmap->GetWidth() : 0;
 }
 
 void KestruneIgnoreKeysView::Draw(const ZRect& /*rect*/)
@@ -134,7 +119,7 @@ void KestruneIgnoreKeysView::DrawBox(std::int32_t note)
     const auto& picture = IsIgnored(note - mStartNote) ? mOnBitmap : mOffBitmap;
     if (picture)
         DrawBitmap(*picture, pos.x, pos.y);
-    const std::int32_t centre = pos.x + (mOnBitmap ? mOnBitmap->GetWidth() : 0) / 2;
+    const std::int32_t centre = pos.x + BoxWidth() / 2;
     const std::int32_t bottom = GetFrame().GetHeight();
     const std::int32_t top = mOffBitmap ? mOffBitmap->GetHeight() : 0;
     mPenColor = kGrooveShadow;

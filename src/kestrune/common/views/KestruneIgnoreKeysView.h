@@ -41,6 +41,8 @@ public:
     [[nodiscard]] ZRect GetBoxRect(std::int32_t note) const;
 
 private:
+    /// The width of a box in pixels, 0 without pictures.
+    [[nodiscard]] std::int32_t BoxWidth() const;
     void ShowIgnored();
     void DrawBox(std::int32_t note);
     void FlipBox(std::int32_t degree);
