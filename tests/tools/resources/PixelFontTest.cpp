@@ -12,8 +12,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -42,21 +40,6 @@ const PixelFont& labelFont()
 {
     static const PixelFont font = PixelFont::read(KESTRUNE_FONT_DRAWINGS);
     return font;
-}
-
-/// A block of drawings with one given row; the other rows are empty.
-std::string block(const std::string& heading, const std::string& row, const std::string& emptyRow)
-{
-    std::string text = heading + "\n" + row + "\n";
-    for (int i = 1; i < PixelFont::kRows; ++i)
-        text += emptyRow + "\n";
-    return text;
-}
-
-PixelFont parsed(const std::string& text)
-{
-    std::istringstream stream(text);
-    return PixelFont::parse(stream);
 }
 
 /// A surface of 8 x 8 pixels with the committed font at its size of 5 pixels.
@@ -103,20 +86,6 @@ std::string drawn(const PixelGlyph& glyph)
 }
 
 }  // namespace
-
-TEST(PixelFontTest, RefusesDrawingsThatDoNotFitTheirHeading)
-{
-    for (const std::string& text : {
-             block("A B", "##", ".."),         // a drawing is missing
-             block("A", "##", "."),            // rows of two widths
-             block("A", "x", "."),             // neither ink nor paper
-             std::string("A\n#\n#\n"),         // rows are missing
-             block("AB", "#", "."),            // not a name of a glyph
-             block("A U+0041", "# #", ". ."),  // drawn twice
-         })
-        EXPECT_THROW(parsed(text), std::runtime_error) << text;
-    EXPECT_EQ(parsed(block("U+0041 #", "## #", ".. .")).glyph('A').width(), 2);
-}
 
 TEST(TrueTypeFileTest, PackedFontIsWhatTheDrawingsGive)
 {

@@ -58,7 +58,7 @@ TEST_F(KestruneCentsSliderTest, PaintsLabelsBelowItsMarksAndRefusesToBeVertical)
     };
     EXPECT_TRUE(labelled("numberscalemarks=\"3\" drawscaletext=\"true\""));
     EXPECT_FALSE(labelled("numberscalemarks=\"3\""));
-    expectZException(-1, "No Support for Vertical KestruneCentsSlider",
+    expectZException("No Support for Vertical KestruneCentsSlider",
                      [&] { Paint(*MakeSlider("orient=\"vertical\"")); });
 }
 

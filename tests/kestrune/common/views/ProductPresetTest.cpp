@@ -2,7 +2,6 @@
 // Presets of the shipped document: the factory presets and the user's four memories.
 
 #include "kestrune/common/views/ProductApplication.h"
-#include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/documents/ZPluginPresetsAudioDocument.h"
@@ -10,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <sstream>
 #include <string>
