@@ -12,6 +12,8 @@ namespace
 
 constexpr Box kWell{0.0, 0.0, 14.0, 13.0};
 constexpr Box kGlass{2.0, 2.0, 10.0, 9.0};
+/// The dark glass of an unchecked box is hardly visible on the dark panel; its rim is.
+constexpr Ink kRimOfOffBox{0x8C9A90};
 
 void paintGlass(cairo_t* context, BoxState state)
 {
@@ -128,6 +130,8 @@ void paintCheckBox(cairo_t* context, BoxState state)
     addRoundedBox(context, kWell, 3.5);
     fillDown(context, {{0.0, {0x000000}}, {13.0, {0x262223}}});
     paintGlass(context, state);
+    if (state == BoxState::kOff)
+        outlineRoundedBox(context, kWell, 3.5, kRimOfOffBox);
     if (state != BoxState::kOn)
         return;
     fillBox(context, {4.0, 2.0, 6.0, 1.0}, {0xFFFFFF, 0.45});

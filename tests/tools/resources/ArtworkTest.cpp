@@ -143,6 +143,19 @@ TEST(ArtworkTest, NamesAndLabelsContrastWithThePicturesBelow)
     EXPECT_GE(leastContrast("RedGradientBlackTop.png", {8, 90, 450, 420}, kLabelGrey), kReadable);
 }
 
+TEST(ArtworkTest, RimOfAnUncheckedBoxContrastsWithThePanel)
+{
+    constexpr double kVisible = 3.0;  // what the guidelines ask of controls
+    constexpr Area kPanel{8, 90, 450, 420};
+    const ArtworkSurface box = packedPicture("GreenCheckBoxOff.png");
+    for (const auto& [x, y] : {std::pair{7, 0}, {13, 6}, {7, 12}, {0, 6}}) {
+        const Pixel rim = pixelAt(box.get(), x, y);
+        EXPECT_EQ(rim.alpha(), 255) << x << ", " << y;
+        EXPECT_GE(leastContrast("RedGradientBlackTop.png", kPanel, rim), kVisible)
+            << x << ", " << y;
+    }
+}
+
 /// Frees the caches of the drawing libraries, so that a leak checker reports real leaks only.
 class DrawingCaches : public testing::Environment
 {
