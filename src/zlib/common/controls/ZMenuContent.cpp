@@ -26,7 +26,7 @@ constexpr std::int32_t kTextTop = 2;
 constexpr std::int32_t kMinTextWidth = 40;
 constexpr std::int32_t kMaxTextWidth = 400;
 // A click that opens the menu may move the pointer by this much in each direction.
-constexpr std::int32_t kStillRadius = 3;
+constexpr std::int32_t kStillRadius = 5;
 
 constexpr std::int32_t kWheelItems = 3;
 
@@ -139,7 +139,7 @@ bool ZMenuContent::Mouse(const ZNativeMouseEvent& event)
     switch (event.action) {
     case ZNativeMouseEvent::kMove:
         // The pointer's place when the menu opens does not change the highlight.
-        return mArmed && Highlight(PlaceAt(event.position));
+        return mMoved && Highlight(PlaceAt(event.position));
     case ZNativeMouseEvent::kDown:
     case ZNativeMouseEvent::kDoubleClick:
         return Press(event.position);
@@ -162,18 +162,25 @@ void ZMenuContent::PointerAt(const ZPoint& point)
         mStart = point;
     if (std::abs(point.x - mStart->x) > kStillRadius ||
         std::abs(point.y - mStart->y) > kStillRadius)
+        mMoved = true;
+    const std::int32_t place = PlaceAt(point);
+    if (mFirstTouched == kNone)
+        mFirstTouched = PlaceAt(*mStart);
+    if (mFirstTouched == kNone)
+        mFirstTouched = place;
+    if (mMoved && place != kNone && place != mFirstTouched)
         mArmed = true;
-    if (mArmed && PlaceAt(point) != kNone)
-        mWasOverItem = true;
 }
 
 bool ZMenuContent::Press(const ZPoint& point)
 {
     if (!Frame().Contains(point)) {
-        End();
+        if (mMoved || mArmed)
+            End();
         return false;
     }
-    mArmed = true;
+    if (!mArmed)
+        return false;
     if (UpperArrow().Contains(point))
         return ScrollTo(mFirst - 1);
     if (LowerArrow().Contains(point))
@@ -188,7 +195,7 @@ bool ZMenuContent::Release(const ZPoint& point)
     const std::int32_t place = PlaceAt(point);
     if (place != kNone)
         Choose(place);
-    else if (mWasOverItem && !Frame().Contains(point))
+    else if (mFirstTouched != kNone && !Frame().Contains(point))
         End();
     return false;
 }
@@ -198,7 +205,7 @@ bool ZMenuContent::ScrollByPointer()
     const std::int32_t by = UpperArrow().Contains(mPointer)   ? -1
                             : LowerArrow().Contains(mPointer) ? 1
                                                               : 0;
-    return mArmed && ScrollTo(mFirst + by);
+    return mMoved && ScrollTo(mFirst + by);
 }
 
 bool ZMenuContent::Key(const ZNativeKeyEvent& event)

@@ -4,6 +4,7 @@
 #include "zlib/common/controls/ZMenu.h"
 #include "zlib/common/views/ZContentWindow.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -16,10 +17,17 @@ namespace orvane
 /// The user chooses by a click, or by pressing on the control, dragging to an item and releasing
 /// there; by keyboard, the arrow keys or an item's first letter highlight an item and Return or the
 /// space bar chooses it. If the window is too low for all items, they scroll by the wheel and while
-/// the pointer rests on the arrows at either end. [interface thread]
+/// the pointer rests on the arrows at either end.
+///
+/// A hurried click or double click on the control must not choose the item that the menu opens
+/// under the pointer. So buttons count only once the pointer has gone from one item to another, or
+/// once ArmButtons() has been called. [interface thread]
 class ZMenuContent : public ZWindowContent
 {
 public:
+    /// How long a menu is open before the mouse buttons count.
+    static constexpr std::chrono::milliseconds kArmingDelay{400};
+
     explicit ZMenuContent(const ZMenu& menu);
     /// Sets where the pointer is when the menu opens, in the content's coordinates. Without this,
     /// the first mouse event sets it.
@@ -39,6 +47,9 @@ public:
     bool Key(const ZNativeKeyEvent& event) override;
     void FocusLost() override;
     void Dismiss() override;
+    /// Makes presses and releases count from now on; called when the menu has been open for
+    /// kArmingDelay.
+    void ArmButtons() { mArmed = true; }
     /// Scrolls by one item while the pointer rests on an arrow. Called at a fixed interval; returns
     /// true if a repaint is needed.
     bool ScrollByPointer();
@@ -63,6 +74,7 @@ private:
     bool ScrollTo(std::int32_t first);
     bool Highlight(std::int32_t place);
     bool HighlightInView(std::int32_t place);
+    /// Follows the pointer, and arms the buttons once it has gone from one item to another.
     void PointerAt(const ZPoint& point);
     bool Press(const ZPoint& point);
     bool Release(const ZPoint& point);
@@ -78,10 +90,9 @@ private:
     std::int32_t mInView;          // how many items the window has room for
     std::optional<ZPoint> mStart;  // where the pointer was when the menu opened
     ZPoint mPointer{kNone, kNone};
-    // Set once the pointer has moved or a button was pressed over the menu; until then a release is
-    // that of the press which opened the menu, and chooses nothing.
-    bool mArmed = false;
-    bool mWasOverItem = false;
+    bool mMoved = false;  // the pointer has left the place where it was when the menu opened
+    std::int32_t mFirstTouched = kNone;  // the first item that the pointer was over
+    bool mArmed = false;                 // presses and releases count
     std::function<void()> mEnded;
     bool mHasEnded = false;
     std::optional<std::int32_t> mChosen;

@@ -44,12 +44,15 @@ void runMenu(ZMenuContent& content, ZContentWindow& popup, ZWindow& window)
         else if (content.ScrollByPointer())
             popup.Redraw();
     });
+    const auto arming =
+        thread.GetLoop().AddTimer(ZMenuContent::kArmingDelay, [&content] { content.ArmButtons(); });
     popup.Show();
     // If another program has grabbed the mouse, the menu works with the events that reach it.
     static_cast<void>(popup.GetNative().SetCapture(true));
     popup.GetNative().SetFocus();
     modal.Run();
     thread.GetLoop().Remove(timer);
+    thread.GetLoop().Remove(arming);
     // Without this no window would have the focus. A window that took it from the menu keeps it.
     if (popup.HasFocus() && !windowLife.expired() && window.GetNativeWindow())
         window.GetNativeWindow()->SetFocus();

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -99,6 +100,19 @@ TEST_F(LittleWindowsTest, MenuReturnsTheFocusToItsWindowAfterAChoiceByKeys)
     probe->TypeKey(XKB_KEY_Escape);
     ASSERT_TRUE(Ends());
     EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, MenuIgnoresClicksUntilItHasBeenOpenForAWhile)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    probe->MovePointer(150, 130);
+    OpenMenu({100, 120});
+    ASSERT_TRUE(waitFor([this] {
+        probe->Click(1);
+        return ended.load();
+    }));
+    EXPECT_EQ(chosen, 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(400));
 }
 
 TEST_F(LittleWindowsTest, MenuStaysOnTheMonitorAndClosesByAClickOutsideOrWithItsWindow)
