@@ -194,18 +194,25 @@ TEST_F(EditorUseTest, TheWindowHearsOfKeysAndRatesAndLendsItsPicture)
     EXPECT_EQ(picture.width * picture.height, 454 * 430);
 }
 
-TEST_F(EditorUseTest, EachPressOfAQuickHandCounts)
+TEST_F(EditorUseTest, DoubleClickSwitchesABoxTwiceAndRestoresASlider)
 {
     const ZPoint box = At("Transpose Enable", {5, 5});
     const ZPoint slider = At("PitchCorrectionTimeSlider", {90, 8});
+    ZElement& time = Element("pitchCorrectionTime");
     Click("Transpose Enable");
     Mouse(ZNativeMouseEvent::kDoubleClick, box);
     Mouse(ZNativeMouseEvent::kUp, box);
     EXPECT_EQ(Element("transposeOnOff").GetDiscrete(), 0);
+    time.SetZFloat(time.Max(), true);
+    takeNotes();
     Mouse(ZNativeMouseEvent::kDoubleClick, slider);
-    Mouse(ZNativeMouseEvent::kMove, {slider.x + 100, slider.y});
-    EXPECT_EQ(Element("pitchCorrectionTime").GetZFloat(), Element("pitchCorrectionTime").Max());
+    Mouse(ZNativeMouseEvent::kMove, {slider.x + 10, slider.y});
     Mouse(ZNativeMouseEvent::kUp, slider);
+    EXPECT_EQ(time.GetZFloat(), time.GetZFloatDefault());
+    const Notes notes = takeNotes();
+    ASSERT_EQ(notes.size(), 3u);
+    EXPECT_EQ(notes.front(), "begin 4");
+    EXPECT_EQ(notes.back(), "end 4");
 }
 
 TEST_F(EditorUseTest, WhateverEndsADragTheHostHearsItsEnd)

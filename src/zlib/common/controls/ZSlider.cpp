@@ -147,9 +147,10 @@ void ZSlider::MouseDown(const ZPoint& point, std::uint32_t mods)
     TrackMouse(point, mods);
 }
 
-void ZSlider::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
+void ZSlider::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/)
 {
-    MouseDown(point, mods);
+    if (mElement)
+        RestoreDefault();
 }
 
 void ZSlider::MouseMoved(const ZPoint& point, std::uint32_t mods)

@@ -12,7 +12,6 @@
 namespace orvane
 {
 
-
 /// Shows a float element as a thumb on a track that spans the element's range. The mouse drags the
 /// thumb and the wheel moves it. The maximum is at the right end of a horizontal slider and at the
 /// top of a vertical one.
@@ -33,6 +32,7 @@ public:
     /// Begins a drag. A press on the thumb, edges included, holds it at that point; a press beside
     /// the thumb first moves the thumb's middle to the mouse. With Alt held the press does nothing.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    /// Sets the element to its default; for desktops that keep Alt-click for themselves.
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
     /// Ends a drag. With Alt held, the element returns to its default.

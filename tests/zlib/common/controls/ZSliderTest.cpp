@@ -71,6 +71,25 @@ TEST_F(ZSliderTest, PressBesideTheThumbCentresItThereAndPressOnItDoesNotMoveIt)
     EXPECT_EQ(element->GetZFloat(), 0.0f) << "a release without a press moves nothing";
 }
 
+TEST_F(ZSliderTest, DoubleClickAndAltClickRestoreTheDefault)
+{
+    const auto element = MakeFloat(0.0f, 80.0f, 0.0f);
+    element->SetZFloatDefault(20.0f);
+    const auto slider = MakeSlider(element);
+    constexpr std::uint32_t kAlt = ZView::kMouseButton | ZView::kMouseAlt;
+    slider->MouseDown({56, 5}, ZView::kMouseButton);
+    slider->MouseUp({56, 5}, ZView::kMouseButton);
+    slider->MouseDoubleClick({56, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetZFloat(), 20.0f);
+    slider->MouseUp({60, 5}, ZView::kMouseButton);
+    EXPECT_EQ(element->GetZFloat(), 20.0f) << "a double click begins no drag";
+    element->SetZFloat(40.0f, true);
+    slider->MouseDown({5, 5}, kAlt);
+    EXPECT_EQ(element->GetZFloat(), 40.0f) << "nothing happens at the press";
+    slider->MouseUp({5, 5}, kAlt);
+    EXPECT_EQ(element->GetZFloat(), 20.0f);
+}
+
 TEST_F(ZSliderTest, VerticalSliderHasItsMaximumAtTheTop)
 {
     const auto element = MakeFloat(-1.0f, 1.0f, 1.0f);
