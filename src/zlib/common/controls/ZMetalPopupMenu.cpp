@@ -8,6 +8,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
 #include <array>
 
 namespace orvane
@@ -111,6 +112,13 @@ void ZMetalPopupMenu::Draw(const ZRect& update)
     if (!GetMenuBitmap())
         DrawMetal();
     ZPopupMenu::Draw(update);
+}
+
+ZRect ZMetalPopupMenu::GetTextRect() const
+{
+    ZRect rect = ZPopupMenu::GetTextRect();
+    rect.right = std::min(rect.right, mFrame.right - kCapWidth);
+    return rect;
 }
 
 void ZMetalPopupMenu::DrawMetal()

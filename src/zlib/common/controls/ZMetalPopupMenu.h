@@ -22,6 +22,8 @@ public:
     void Draw(const ZRect& update) override;
 
 protected:
+    /// As the description gives it, but ending before the arrows.
+    [[nodiscard]] ZRect GetTextRect() const override;
     /// Builds the button's picture at the view's size and sets it as the menu bitmap.
     virtual void DrawMetal();
 

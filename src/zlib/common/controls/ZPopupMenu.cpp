@@ -156,7 +156,7 @@ void ZPopupMenu::Draw(const ZRect& /*update*/)
         DrawTriangle();
     }
     mContext->SetTruncate(true);
-    DrawString(GetText(), mStringRect, 0, kAlignBegin, 1);
+    DrawString(GetText(), GetTextRect(), 0, kAlignBegin, 1);
     mContext->SetTruncate(false);
 }
 

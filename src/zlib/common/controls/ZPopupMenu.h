@@ -46,6 +46,8 @@ public:
     [[nodiscard]] ZString GetText() const;
 
 protected:
+    /// The rectangle of the text, in the view's coordinates; a longer text ends in an ellipsis.
+    [[nodiscard]] virtual ZRect GetTextRect() const { return mStringRect; }
     [[nodiscard]] const boost::shared_ptr<ZBitmap>& GetMenuBitmap() const { return mMenuBitmap; }
     void SetMenuBitmap(const boost::shared_ptr<ZBitmap>& bitmap) { mMenuBitmap = bitmap; }
 
