@@ -39,9 +39,16 @@ Event makeEvent(Event::Action action, const xcb_generic_event_t& event)
     return made;
 }
 
+/// The left and the middle button act alike. The right one is left to context menus.
 bool isButton(xcb_button_t button)
 {
-    return button >= 1 && button <= 3;
+    return button == 1 || button == 2;
+}
+
+/// Whether a button was down right before an event.
+bool wasDown(xcb_button_t button, std::uint16_t state)
+{
+    return (state & (XCB_BUTTON_MASK_1 << (button - 1))) != 0;
 }
 
 }  // namespace
@@ -62,8 +69,9 @@ std::optional<ZNativeMouseEvent> ZMouse::Translate(const xcb_generic_event_t& ev
         made = Press(button);
         break;
     case XCB_BUTTON_RELEASE:
-        if (isButton(button.detail)) {
-            mDown &= ~(1U << button.detail);
+        // The window that a menu opens gets the release of a press which it did not get.
+        if (isButton(button.detail) && (mHeld == kNoButton || mHeld == button.detail)) {
+            mHeld = kNoButton;
             made = makeEvent(Event::kUp, event);
         }
         break;
@@ -94,7 +102,11 @@ std::optional<ZNativeMouseEvent> ZMouse::Press(const xcb_button_press_event_t& e
     }
     if (!isButton(event.detail))
         return std::nullopt;
-    mDown |= 1U << event.detail;
+    // Another button does not take part in a drag. A button whose release went to another window is
+    // known to be up by the state.
+    if (mHeld != kNoButton && wasDown(mHeld, event.state))
+        return std::nullopt;
+    mHeld = event.detail;
     const bool isSecond = IsSecondClick(event);
     mLastPress = isSecond ? xcb_button_press_event_t{} : event;
     return makeEvent(isSecond ? Event::kDoubleClick : Event::kDown, generic);
@@ -111,7 +123,7 @@ bool ZMouse::IsSecondClick(const xcb_button_press_event_t& event) const
 
 std::optional<ZNativeMouseEvent> ZMouse::Release()
 {
-    if (std::exchange(mDown, 0) == 0)
+    if (std::exchange(mHeld, kNoButton) == kNoButton)
         return std::nullopt;
     mLast.action = Event::kUp;
     mLast.wheelNotches = 0;

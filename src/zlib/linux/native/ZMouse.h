@@ -11,7 +11,7 @@ namespace orvane
 {
 
 /// Translates the display's pointer events for one window: recognises double clicks and wheels, and
-/// keeps track of the buttons that are down. [interface thread]
+/// keeps track of the button that is down. While one is, others are ignored. [interface thread]
 class ZMouse
 {
 public:
@@ -19,11 +19,11 @@ public:
     static constexpr std::uint32_t kDoubleClickMilliseconds = 400;
     static constexpr std::int32_t kDoubleClickPixels = 4;
 
-    /// None if windows do not get the event: sideways wheels, buttons beyond the third, a move to
-    /// where the pointer is already.
+    /// None if windows do not get the event: sideways wheels, the right button and those beyond it,
+    /// a second button during a drag, a move to where the pointer is already.
     [[nodiscard]] std::optional<ZNativeMouseEvent> Translate(const xcb_generic_event_t& event);
-    /// Marks all buttons as up when the display will not report their release; returns the event
-    /// that tells so, or none if no button was down.
+    /// Marks the button as up when the display will not report its release; returns the event that
+    /// tells so, or none if no button was down.
     [[nodiscard]] std::optional<ZNativeMouseEvent> Release();
 
 private:
@@ -31,7 +31,9 @@ private:
     [[nodiscard]] bool IsRepetition(const ZNativeMouseEvent& event) const;
     [[nodiscard]] bool IsSecondClick(const xcb_button_press_event_t& event) const;
 
-    std::uint32_t mDown = 0;  // bit n: button n is down
+    static constexpr xcb_button_t kNoButton = 0;
+
+    xcb_button_t mHeld = kNoButton;  // the button that is down
     ZNativeMouseEvent mLast;
     // The press that may become a double click; its detail is 0 if there is none.
     xcb_button_press_event_t mLastPress{};
