@@ -157,12 +157,12 @@ xcb_window_t DisplayProbe::GetFocus()
     return reply ? reply->focus : xcb_window_t{XCB_NONE};
 }
 
-std::vector<std::uint32_t> DisplayProbe::TakeKeys()
+std::vector<std::uint32_t> DisplayProbe::TakeKeys(std::uint8_t type)
 {
     Sync();
     std::vector<std::uint32_t> keys;
     while (const Pointer<xcb_generic_event_t> event{xcb_poll_for_event(mConnection)}) {
-        if ((event->response_type & 0x7F) == XCB_KEY_PRESS)
+        if ((event->response_type & 0x7F) == type)
             keys.push_back(
                 FindSymbol(reinterpret_cast<const xcb_key_press_event_t&>(*event).detail));
     }

@@ -65,7 +65,7 @@ public:
     void Focus(xcb_window_t window);
     [[nodiscard]] xcb_window_t GetFocus();
     /// Symbols of the keys that went down in the host's own windows since the last call.
-    [[nodiscard]] std::vector<std::uint32_t> TakeKeys();
+    [[nodiscard]] std::vector<std::uint32_t> TakeKeys(std::uint8_t type = XCB_KEY_PRESS);
 
     /// The pixel of the screen at a place, as 0xRRGGBB.
     [[nodiscard]] std::uint32_t PixelAt(int x, int y);

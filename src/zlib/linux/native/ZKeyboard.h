@@ -7,6 +7,7 @@
 #include <xkbcommon/xkbcommon-compose.h>
 #include <xkbcommon/xkbcommon.h>
 
+#include <bitset>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -43,6 +44,17 @@ public:
     /// Handles events about the keyboard map; returns false for all others.
     bool HandleEvent(const xcb_generic_event_t& event);
 
+    /// Records whether a window used the press of a key. The keyboard keeps this for all windows,
+    /// since the press may close its window, and then another one gets the release.
+    void SetUsed(xcb_keycode_t key, bool used) { mUsed[key] = used; }
+    /// Ends the record of a key at its release; returns whether its press was used.
+    [[nodiscard]] bool EndUse(xcb_keycode_t key)
+    {
+        const bool used = mUsed[key];
+        mUsed[key] = false;
+        return used;
+    }
+
 private:
     void Load();
     [[nodiscard]] bool LoadXkb();
@@ -54,6 +66,7 @@ private:
     [[nodiscard]] xkb_keysym_t GetCodedSymbol(xcb_keycode_t key, xkb_keysym_t symbol) const;
 
     xcb_connection_t* const mConnection;
+    std::bitset<256> mUsed;  // by key code: down, and a window used the press
     bool mLoaded = false;
     std::uint8_t mXkbEvent = 0;  // event number of the XKB extension; 0 until it is in use
     XkbPointer<xkb_context> mContext;

@@ -140,18 +140,14 @@ void ZNativeEvents::HandleKeyDown(const xcb_key_press_event_t& event)
     const auto display = mDisplay;  // copies: the client may destroy this object
     const xcb_window_t window = mWindow;
     const bool isTaken = mClient.NativeKey(key);
-    if (!display->HasClient(window))
-        return;
-    mTakenKeys[event.detail] = isTaken;
-    if (!isTaken)
+    display->GetKeyboard().SetUsed(event.detail, isTaken);
+    if (!isTaken && display->HasClient(window))
         PassKeyOn(event, XCB_EVENT_MASK_KEY_PRESS);
 }
 
 void ZNativeEvents::HandleKeyUp(const xcb_key_press_event_t& event)
 {
-    if (mTakenKeys[event.detail])
-        mTakenKeys[event.detail] = false;
-    else
+    if (!mDisplay->GetKeyboard().EndUse(event.detail))
         PassKeyOn(event, XCB_EVENT_MASK_KEY_RELEASE);
 }
 

@@ -6,7 +6,6 @@
 #include "zlib/linux/native/ZMouse.h"
 #include "zlib/linux/native/ZXcb.h"
 
-#include <bitset>
 #include <memory>
 
 namespace orvane
@@ -74,7 +73,6 @@ private:
     bool mPaintPosted = false;
     bool mCapturing = false;
     ZMouse mMouse;
-    std::bitset<256> mTakenKeys;  // keys that are down and that the client used
 };
 
 }  // namespace orvane

@@ -331,6 +331,40 @@ TEST_F(ZNativeWindowTest, KeysThatAreNotTakenReachTheHostOnce)
     }
 }
 
+TEST_F(ZNativeWindowTest, ReleaseOfAKeyThatClosedItsWindowDoesNotReachTheHost)
+{
+    MakeChild();
+    client->takesKeys = false;
+    ShowChild();
+    std::unique_ptr<Client> popup;
+    {
+        const ZInterfaceLock lock;
+        auto settings = ChildSettings();
+        settings.kind = ZNativeWindow::Kind::kPopup;
+        popup = std::make_unique<Client>(settings);
+        popup->window->Show();
+        popup->window->SetFocus();
+    }
+    ASSERT_TRUE(Comes([&] { return popup->focused && !popup->paints.empty(); }));
+    {
+        const ZInterfaceLock lock;
+        popup->onNext = [&] { popup->window.reset(); };
+    }
+    probe->PressKey(XKB_KEY_Return);
+    ASSERT_TRUE(Comes([&] { return popup->keys.size() == 1; }));
+    probe->Focus(static_cast<xcb_window_t>(client->window->GetHandle()));
+    probe->ReleaseKey(XKB_KEY_Return);
+    probe->TypeKey(XKB_KEY_space);
+    std::vector<std::uint32_t> keys;
+    ASSERT_TRUE(waitFor([&] {
+        keys = probe->TakeKeys(XCB_KEY_RELEASE);
+        return !keys.empty();
+    }));
+    EXPECT_EQ(keys, (std::vector<std::uint32_t>{XKB_KEY_space}));
+    const ZInterfaceLock lock;
+    popup.reset();
+}
+
 TEST_F(ZNativeWindowTest, WithoutTheKeyboardExtensionThePlainMapServes)
 {
     StartAnotherDisplay({"-extension", "XKEYBOARD"});
