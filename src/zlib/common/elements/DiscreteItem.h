@@ -10,12 +10,11 @@ namespace orvane
 
 class ZXMLElement;
 
-/// One text in the list of a discrete element. Nobody changes it once it is made, so that any
-/// thread may hold it.
+/// One text in the list of a discrete element. Immutable, so that any thread may hold it.
 class DiscreteItem
 {
 public:
-    /// The XML is what the item was read from; null for an item that is made in code.
+    /// xml: the tag that the item was read from; null for an item made in code.
     explicit DiscreteItem(ZString text, boost::shared_ptr<const ZXMLElement> xml = {});
 
     [[nodiscard]] const ZString& GetText() const { return mText; }

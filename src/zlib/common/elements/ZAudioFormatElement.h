@@ -12,11 +12,11 @@ namespace orvane
 class ZMessage;
 
 /// The format of a document's audio: frame rate in Hz, channels, bits per sample, and length in
-/// frames. Written while the document is built or under the interface lock.
+/// frames. Accessed under the interface lock.
 class ZAudioFormatElement : public ZElement
 {
 public:
-    /// 44100 Hz, 2 channels, 16 bits, no frames; not archived.
+    /// Starts with 44100 Hz, 2 channels, 16 bits and no frames; not archivable. [setup]
     ZAudioFormatElement(std::string_view name, ZLooper* looper);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
@@ -25,8 +25,8 @@ public:
     /// Adds "Framerate", "Numchannels", "Bitspersample" (signed 32-bit) and "Framecount" (signed
     /// 64-bit).
     void GetFormat(ZMessage& out) const;
-    /// Takes the same four fields; the element is marked as changed. Throws ZException -1, with
-    /// nothing changed, when one is missing.
+    /// Takes the same four fields and marks the element as changed. Throws ZException kGeneral,
+    /// with nothing changed, when one is missing.
     void SetFormat(const ZMessage& format);
 
 private:

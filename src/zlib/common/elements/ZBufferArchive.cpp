@@ -29,7 +29,7 @@ std::uint32_t readLength(const ZXMLElement& xml)
     throw ZException("Buffer archive does not hold all samples of the buffer.");
 }
 
-/// Another form that is read: one attribute a sample, and no other.
+/// Reads the other form of an archive: one attribute "i<index>" for each sample.
 void readNumbers(const ZXMLElement& data, ZBuffer& buffer)
 {
     for (std::uint32_t i = 0; i < buffer.Length(); ++i) {
@@ -40,7 +40,8 @@ void readNumbers(const ZXMLElement& data, ZBuffer& buffer)
     }
 }
 
-/// A few characters may announce gigabytes, so the text is looked at first.
+/// Checks that all samples are there before memory is allocated: a short archive may claim a length
+/// of gigabytes.
 void requireSamples(const ZXMLElement& data, std::uint32_t length)
 {
     const char* const values = data.GetAttribute("values");

@@ -12,30 +12,30 @@ namespace orvane
 class ZBuffer;
 class ZXMLElement;
 
-// The archive of a sample buffer: a tag "buffer" with name, length and sample rate, and in it a tag
-// "data" with the samples, bit for bit. None of these functions is for the audio thread.
+// The archive of a sample buffer: a tag "buffer" with name, length and sample rate that contains a
+// tag "data" with the samples, bit for bit. [any thread but the audio thread]
 
-/// What becomes of a buffer whose archive holds another number of samples.
+/// How restoreBuffer treats an archive with another number of samples than the buffer has.
 enum class ZBufferLength
 {
-    kFixed,           // it is refused
-    kFollowsArchive,  // it is resized
+    kFixed,           // refuses the archive
+    kFollowsArchive,  // resizes the buffer
 };
 
-/// Samples that the attribute of an archive has room for.
+/// The number of samples that an attribute of an archive can hold.
 [[nodiscard]] std::uint32_t maxArchivedSamples();
 
-/// The archive of a buffer that nobody writes to meanwhile. Throws ZException -1 when it is longer
-/// than maxArchivedSamples.
+/// Writes a buffer that no thread changes meanwhile. Throws ZException kGeneral when it is longer
+/// than maxArchivedSamples().
 [[nodiscard]] boost::shared_ptr<ZXMLElement> extractBuffer(const ZBuffer& buffer);
 
-/// A buffer as the archive tells it. Throws ZException: -1 for a length that is no number of
-/// samples, and when the samples are not all there, which is found before memory is asked for; 2
-/// when there is no memory.
+/// Makes a buffer from an archive. Throws ZException: kGeneral for a length that is not above 0, or
+/// when samples are missing, which is checked before memory is allocated; kOutOfMemory when there
+/// is no memory.
 [[nodiscard]] std::unique_ptr<ZBuffer> makeBuffer(const ZXMLElement& xml);
 
-/// Takes over samples and sample rate, and the archive's tag as the name: all of it or, throwing
-/// ZException as makeBuffer does and for a length that does not fit, nothing.
+/// Takes samples, sample rate and name from an archive. Throws ZException as makeBuffer does, and
+/// kGeneral for a length that does not fit; then the buffer stays as it was.
 void restoreBuffer(const ZXMLElement& xml, ZBuffer& buffer, ZBufferLength length);
 
 }  // namespace orvane

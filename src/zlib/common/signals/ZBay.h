@@ -25,92 +25,96 @@ class ZXMLElement;
 /// A bay may contain bays and publish their ports as its own, so that a network can stand where a
 /// bay stands.
 ///
-/// Whoever touches the graph holds the interface lock, and no pass is under way. What the graph
-/// refuses, it refuses with ZException -1 and as it was.
+/// Whoever changes the graph holds the interface lock, and no pass runs meanwhile. A change that is
+/// refused throws ZException kGeneral and leaves the graph as it was.
 class ZBay : public ZHandler
 {
 public:
-    /// A pass goes as deep as the longest chain of bays, on a stack that belongs to the host.
+    /// Longest chain of routed bays. A pass recurses through the chain on the host's stack.
     static constexpr std::int32_t kMaxChain = 256;
-    /// Bays in bays in one description, for the same reason.
+    /// Deepest nesting of bays in one description. Building recurses, too.
     static constexpr std::int32_t kMaxNesting = 64;
 
     explicit ZBay(std::string_view name = {}, ZLooper* looper = nullptr);
-    /// Builds the child bays and the routes between them; the application is the looper, too.
-    /// Routes that name a bay which is not there, and those that Route would refuse, are skipped: a
-    /// stored document holds routes to bays outside, which wiring makes again.
-    /// Throws ZException -1 for a class that makes no bays and for too deep a nesting. [setup]
+    /// Builds the child bays and the routes between them; the application is also the looper.
+    /// Skips a route that names an unknown bay or that Route would refuse: a stored document holds
+    /// routes to bays outside this one, which are made again when the document is attached.
+    /// Throws ZException kGeneral for a class that makes no bays and for nesting deeper than
+    /// kMaxNesting. [setup]
     ZBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZBay() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// A tag "bay" with name and class.
+    /// Makes a tag "bay" with name and class.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
-    /// A leaf writes its element, if that is archivable; a container its bays, the routes to their
-    /// imports and what it publishes.
+    /// A leaf writes its element if that is archivable. A container writes its child bays, the
+    /// routes to their imports and the ports that it publishes.
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     /// Restores values, never structure: those of the child bays by name, or of the own element.
     void RestoreBody(const boost::shared_ptr<ZXMLElement>& xml) override;
+    /// Sets the looper of this bay and of all child bays.
     void SetLooper(ZLooper* looper) override;
-    /// Traces ports and routes.
-    void Dump() const override;
 
-    /// Ports have come and gone, routes too. Nothing here. In a removal the port is off the list,
-    /// the route gone.
+    /// Hook: SetDocument has given the bay its document. Does nothing in ZBay.
+    virtual void DocumentAttached();
+    /// Hooks: a port or a route has been added or removed. A removed port is no longer in the
+    /// bay's list. They do nothing in ZBay.
     virtual void ImportAdded(ZPort& port);
     virtual void ExportAdded(ZPort& port);
     virtual void ImportRemoved(ZPort& port);
     virtual void ExportRemoved(ZPort& port);
     virtual void RouteAdded(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex);
     virtual void RouteRemoved(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex);
-    /// The bay has been given its document. Nothing here.
-    virtual void DocumentAttached();
-    /// An export that controls something has taken over the range of what it controls. Nothing
-    /// here.
-    virtual void PortRangeChanged(ZPort& port);
 
-    /// True when the import's table holds that bay and that export; false for unknown ports.
+    /// True when the import has a route to that export of that bay; false for unknown ports.
     [[nodiscard]] virtual bool IsRouted(std::int32_t importIndex, const ZBay& farBay,
                                         std::int32_t exportIndex) const;
-    /// Joins an import of this bay to an export of the far bay; both may be published ones. Two
-    /// ports that are joined stay so. Throws ZException -1 for a port that is not there, a full
-    /// route table, a bay that too many imports would read, and a route that closes a cycle or
-    /// makes a chain of more than kMaxChain bays.
+    /// Connects an import of this bay to an export of the far bay; either may be a published port.
+    /// Does nothing when the route exists. Throws ZException kGeneral for an unknown port, a full
+    /// route table, a bay that would feed more imports than it can, and a route that closes a
+    /// cycle or makes a chain of more than kMaxChain bays.
     virtual void Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex);
-    /// Does nothing when there is no such route. Throws ZException -1 for a port that is not there.
+    /// Does nothing when there is no such route. Throws ZException kGeneral for an unknown port.
     virtual void Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex);
     virtual void SetContainer(ZBay* container);
-    /// A bay like this one: with ports of its own, with clones of the children and the routes
-    /// between these, but with no routes to others. Throws ZException -1 "Couldn't find bay!".
+    /// Makes a bay like this one, with its own ports, clones of the child bays and the routes
+    /// between them, but without routes to other bays. Throws ZException kGeneral "Couldn't find
+    /// bay!".
     [[nodiscard]] virtual boost::shared_ptr<ZBay> Clone();
-    /// Null as long as nobody has added an element or a bay.
+    /// The bay's group of elements; null until an element or a child bay has been added.
     [[nodiscard]] virtual boost::shared_ptr<ZElement> GetElement() const;
-    /// Adds an element below the bay's own, the group "ZBay", which the first one makes.
+    /// Adds an element to the bay's group "ZBay", which the first call makes.
     virtual void AddElement(const boost::shared_ptr<ZElement>& element);
+    /// Hook: a control export has taken over the range of the import that it now feeds. Does
+    /// nothing in ZBay.
+    virtual void PortRangeChanged(ZPort& port);
+    /// Traces ports and routes.
+    void Dump() const override;
 
     [[nodiscard]] std::int32_t GetImportCount() const;
     [[nodiscard]] std::int32_t GetExportCount() const;
-    /// Null when there is no such port; it stays the bay's.
+    /// Null when there is no such port. The bay keeps owning the port.
     [[nodiscard]] ZPort* GetImport(std::int32_t index) const;
     [[nodiscard]] ZPort* GetExport(std::int32_t index) const;
-    /// The same for a bay that wants to publish the port.
+    /// The port as a shared pointer, for a bay that publishes it.
     [[nodiscard]] boost::shared_ptr<ZPort> ShareImport(std::int32_t index) const;
     [[nodiscard]] boost::shared_ptr<ZPort> ShareExport(std::int32_t index) const;
-    /// Appends a port. One without an owner becomes the bay's own; one that has an owner is
-    /// published.
+    /// Appends a port. The bay becomes the owner of a port without one, and publishes a port that
+    /// has one.
     void AddImport(const boost::shared_ptr<ZPort>& port);
     void AddExport(const boost::shared_ptr<ZPort>& port);
-    /// Takes the port off, without routes; of an own one also from the bays that publish it. Null
-    /// when there is no such port.
+    /// Removes the port and its routes, also from the bays around this one that publish it. Gives
+    /// back the port, null when there is none at that index.
     boost::shared_ptr<ZPort> RemoveImport(std::int32_t index);
     boost::shared_ptr<ZPort> RemoveExport(std::int32_t index);
 
-    /// Appends a child. Throws ZException -1 when it stands in a bay already or contains this one.
+    /// Appends a child bay. Throws ZException kGeneral when it already has a container or contains
+    /// this bay.
     void AddBay(const boost::shared_ptr<ZBay>& bay);
-    /// Splices a child out: its neighbours are joined around it, where import and export of the
-    /// same number have the same type. What this bay has published of it is withdrawn. Its element
-    /// stays in the tree. Does nothing when it is no child.
+    /// Removes a child bay and connects its neighbours: the source of each import to the target of
+    /// the export of the same index, where both have the same type. Published ports of the child
+    /// are withdrawn; its element stays in the tree. Does nothing when the bay is no child.
     void RemoveBay(boost::shared_ptr<ZBay> bay);
     [[nodiscard]] std::int32_t GetBayCount() const { return mBays.Count(); }
     /// Null when there is no such child.
@@ -121,27 +125,26 @@ public:
     /// Removes every route of every import, or export, of this bay.
     void UnrouteImports();
     void UnrouteExports();
-    /// Routes that have been made from the bay's exports and still stand.
+    /// Routes from the bay's exports.
     [[nodiscard]] std::int32_t GetRouteCount() const { return mRouteCount; }
 
-    /// Owners of the ports that stand behind imports, or exports, near ones first; recursive: with
-    /// what stands behind these. Without unique a bay is named once for each route that leads to
-    /// it.
+    /// The bays that this one reads, or that read it, nearest first. recursive: also those beyond
+    /// them. Without unique, a bay is listed once for each route that leads to it.
     [[nodiscard]] std::vector<ZBay*> UpstreamBays(bool recursive, bool unique) const;
     [[nodiscard]] std::vector<ZBay*> DownstreamBays(bool recursive, bool unique) const;
 
     [[nodiscard]] ZBay* GetContainer() const { return mContainer; }
-    /// Hands the document down the tree; it is not owned.
+    /// Sets the document of this bay and of all child bays; it is not owned.
     void SetDocument(ZDocument* document);
     [[nodiscard]] ZDocument* GetDocument() const { return mDocument; }
 
 protected:
-    /// What the destructor does. A class whose hooks have something to undo calls it from its own
-    /// destructor, since hooks of a derived class are out of reach in that of its base.
+    /// Removes all routes, ports and child bays. A derived class that overrides the hooks calls
+    /// this in its own destructor: in ~ZBay its overrides can no longer be called.
     void TearDown();
-    /// Gives an empty copy clones of this bay's ports, or of its children with all between them.
+    /// Adds clones of the child bays, of the routes between them and of the ports to an empty copy.
     void CopyInto(ZBay& copy);
-    /// Imports that may read this bay at once.
+    /// How many imports may read this bay.
     [[nodiscard]] virtual std::int32_t GetMaxReaders() const;
     [[nodiscard]] std::vector<boost::shared_ptr<ZBay>> CopyBays() const { return mBays.Copy(); }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A bay's description: how it is built from one, written as one, and restored from one.
+// The XML form of a bay: building, writing and restoring.
 
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZApplication.h"
@@ -17,7 +17,7 @@ namespace orvane
 namespace
 {
 
-/// Counts the bays that are being built inside one another on this thread.
+/// Counts how deep the bays that this thread is building are nested.
 class Nesting
 {
 public:
@@ -127,8 +127,8 @@ void ZBay::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
     WritePublished(*xml, ZPort::kExport);
 }
 
-/// Every route to an import of a child, also from outside; but what is routed inside a child is
-/// written by that child.
+/// Writes every route to an import of a child bay, also those from outside this bay. Routes inside
+/// a child bay are written by that bay.
 void ZBay::WriteRoutes(ZXMLElement& xml) const
 {
     ZXMLElement routes("routes");
@@ -149,7 +149,7 @@ void ZBay::WriteRoutes(ZXMLElement& xml) const
     xml.AddChild(routes);
 }
 
-/// A port is named by the child from which it comes, which may itself have published it.
+/// Names each published port by the child bay that has it, which may itself have published it.
 void ZBay::WritePublished(ZXMLElement& xml, ZPort::Direction direction) const
 {
     for (const auto& port : PortsOf(direction)) {

@@ -11,60 +11,61 @@
 namespace orvane
 {
 
-/// Gathers samples of any count into blocks of a fixed size for an engine that wants these, and
-/// meanwhile hands out the block made before. So a pass delivers as many samples as it took in, one
-/// block later.
+/// Collects the samples of passes of any length into blocks of a fixed size for an engine, and
+/// delivers the previous block's output meanwhile. So a pass delivers as many samples as it takes,
+/// delayed by one block. ZBlockProcessingBay itself is a delay of one block.
 ///
-/// A derived class overrides ProcessBlock, calls SetBlockSize from its Prepare behind the base's,
-/// and from SampleRateChanged when the block depends on the rate, and tells with SetLatency what
-/// its engine adds. By itself the bay is a delay of one block.
+/// A derived class overrides ProcessBlock; calls SetBlockSize in its Prepare, after the base's, and
+/// in SampleRateChanged if the block depends on the rate; and calls SetLatency with the latency of
+/// its engine.
 class ZBlockProcessingBay : public ZSignalBay
 {
 public:
-    /// One pair of block buffers each.
+    /// Most channels: there is one pair of block buffers for each.
     static constexpr std::int32_t kMaxBlockChannels = 2;
 
-    /// Ports as the attribute numchannels says; no blocks yet, the bay is silent until
-    /// SetBlockSize. Throws ZException -1 unless there are 1 to kMaxBlockChannels: a channel more
-    /// would be lost without a word. [setup]
+    /// Makes an import and an export for each of the attribute numchannels. The bay outputs silence
+    /// until SetBlockSize. Throws ZException kGeneral unless numchannels is 1 to kMaxBlockChannels.
+    /// [setup]
     ZBlockProcessingBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZBlockProcessingBay() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// With the number of channels.
+    /// Adds the number of channels.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
     void SampleRateChanged() override;
     void MaxBufferChanged() override;
-    /// From here on the block follows the longest pass, until SetBlockSize says otherwise.
+    /// Makes the block size follow GetMaxBuffer() until SetBlockSize sets one.
     bool Prepare() override;
     /// Clears the blocks: the next block of output is silence.
     void Reset() override;
     void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
                        std::int32_t exportCount) noexcept override;
-    /// What the engine adds to the one block that the bay takes, in samples.
+    /// Sets the latency to one block plus that of the engine, extra >= 0 samples.
     void SetLatency(std::int32_t extra) override;
 
-    /// Makes an import "input" and an export "output" for each channel. The constructor calls it:
-    /// a derived class that wants others changes them in its own.
+    /// Makes an import "input" and an export "output" for each channel. The constructor calls this
+    /// version; a derived class that needs other ports changes them in its own constructor.
     virtual void BuildPorts();
-    /// The input blocks hold GetBlockSize() fresh samples of each channel; on return the output
-    /// blocks do, too. [audio thread]
+    /// Processes the input blocks, GetBlockSize() new samples of each channel, into the output
+    /// blocks. [audio thread]
     virtual void ProcessBlock() noexcept;
 
-    /// New, empty blocks; 0 for none. A negative size takes the longest pass and follows it. The
-    /// latency becomes the block, what an engine adds has to be told again. Throws ZException 2
-    /// when there is no memory, with the bay as it was. [setup]
+    /// Replaces the blocks by silent ones of that size, 0 for none; a negative size follows
+    /// GetMaxBuffer(). Sets the latency to one block, so that the engine's must be set again.
+    /// Throws ZException kOutOfMemory, with the bay as it was. [setup]
     void SetBlockSize(std::int32_t size);
     /// In samples. [audio thread]
     [[nodiscard]] std::int32_t GetBlockSize() const noexcept { return mBlockSize; }
     [[nodiscard]] std::int32_t GetChannelCount() const noexcept { return mChannels; }
-    /// Samples so far in the block, below GetBlockSize() between passes.
+    /// Samples collected for the next block, below GetBlockSize() between passes.
     [[nodiscard]] std::uint32_t GetFill() const noexcept { return mFill; }
 
 protected:
-    /// The blocks of a channel; they exist while ProcessBlock runs. [audio thread]
+    /// The blocks of a channel, 0 to GetChannelCount() - 1, while ProcessBlock runs.
+    /// [audio thread]
     [[nodiscard]] ZBuffer& InputBlock(std::int32_t channel) noexcept;
     [[nodiscard]] ZBuffer& OutputBlock(std::int32_t channel) noexcept;
 

@@ -100,7 +100,7 @@ void ZElementBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_t /*coun
         port->SetAvailable(WriteValue(*port->GetBuffer()));
 }
 
-/// Gives the samples written.
+/// Gives back the number of samples written.
 std::uint32_t ZElementBay::WriteValue(ZBuffer& buffer) const noexcept
 {
     switch (mElement->GetType()) {
@@ -117,7 +117,7 @@ std::uint32_t ZElementBay::WriteValue(ZBuffer& buffer) const noexcept
 std::uint32_t ZElementBay::CopySpectrum() const noexcept
 {
     ZBuffer& source = *mElement->GetZBuffer();
-    // Another thread may be storing samples.
+    // Atomic, because another thread may be storing samples.
     for (std::uint32_t i = 0; i < mSpectralBuffer->Length(); ++i)
         mSpectralBuffer->Data()[i] =
             std::atomic_ref(source.Data()[i]).load(std::memory_order_relaxed);

@@ -10,27 +10,27 @@ namespace orvane
 
 class ZBuffer;
 
-/// Makes an element a source of control values: a number gives one sample a pass, a buffer all its
-/// samples, and the item chosen from a list is asked of the element itself.
+/// Makes an element a source of control values. In each pass a ZFLOAT delivers one sample and a
+/// ZBUFFER all its samples; the value of a ZDISCRETE is read from the element itself.
 class ZElementBay : public ZSignalBay
 {
 public:
-    /// The element as the child "element" describes it, and an export "Element Bay" of the type
-    /// that fits. Throws ZException -1 without such a child. [setup]
+    /// Makes the element from the child tag "element", and an export "Element Bay" of the port type
+    /// that fits it. Throws ZException kGeneral without that tag. [setup]
     ZElementBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZElementBay() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// The element's archive.
+    /// Adds the element's archive.
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
-    /// A bay made from the same description, with this one's value.
+    /// Makes a bay from the same description, with the current value.
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
     [[nodiscard]] boost::shared_ptr<ZElement> GetElement() const override;
-    /// A number takes over the port's range.
+    /// Sets the range of a ZFLOAT to the port's.
     void PortRangeChanged(ZPort& port) override;
     void MaxBufferChanged() override;
-    /// The element takes its default, where it has one.
+    /// Sets a ZFLOAT or ZDISCRETE to its default.
     void SetDefaults() override;
     void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
                        std::int32_t exportCount) noexcept override;

@@ -13,16 +13,16 @@ namespace orvane
 
 class ZFifoBuffer;
 
-/// The sample FIFOs of an end of a network, one a channel. They are rebuilt under the list's lock;
-/// reading and writing takes none, so nobody may be reading or writing meanwhile.
+/// The sample FIFOs of an end bay, one per channel. The list's lock is held only while the FIFOs
+/// are replaced, which must not overlap reading and writing: those take no lock.
 class ZFifoList
 {
 public:
     ZFifoList(std::string_view name, std::int32_t channels);
     ~ZFifoList();
 
-    /// Replaces all FIFOs by empty ones; there are none before the first time. samples is a power
-    /// of two; else throws ZException -1, with the FIFOs as they were. [setup]
+    /// Replaces all FIFOs by empty ones; before the first call there are none. Throws ZException
+    /// kGeneral, with the FIFOs as they were, unless samples is a power of two. [setup]
     void SetSize(std::int32_t samples);
     /// Empties all. [setup]
     void Reset() noexcept;

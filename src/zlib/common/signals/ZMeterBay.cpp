@@ -93,7 +93,7 @@ boost::shared_ptr<ZBay> ZMeterBay::Clone()
     return copy;
 }
 
-// Elements.
+// Elements
 
 void ZMeterBay::MakeElements()
 {
@@ -125,7 +125,7 @@ boost::shared_ptr<ZElement> ZMeterBay::MakeFloat(const std::string& name, float 
     return element;
 }
 
-/// A choice whose second item is the default.
+/// Makes a ZDISCRETE whose second item is the default.
 boost::shared_ptr<ZElement> ZMeterBay::MakeChoice(const std::string& name,
                                                   std::initializer_list<const char*> items)
 {
@@ -195,7 +195,7 @@ void ZMeterBay::Reset()
     ZSignalBay::Reset();
 }
 
-// The pass.
+// The pass
 
 void ZMeterBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_t count,
                               std::int32_t /*firstExport*/, std::int32_t /*exportCount*/) noexcept
@@ -234,7 +234,7 @@ void ZMeterBay::HoldPeak(Channel& channel, float peak, std::uint32_t count) cons
     channel.heldFor = 0;
 }
 
-/// The counters are this thread's, so the request waits for it.
+/// Answers a request to clear the clip counters, which only the audio thread touches.
 void ZMeterBay::AnswerClipReset() noexcept
 {
     if (mClipReset->GetDiscrete() != kResetMe)

@@ -12,32 +12,33 @@ namespace orvane
 class ZEnvelopeDetector;
 
 /// Passes its channels through unchanged and publishes their levels as elements, which are not
-/// archived. Their names begin with the bay's; channels count from 0:
-/// MeterCalibration (the range of the peaks), ClipReset ("Reset Me" is answered by "Reset Complete"
-/// when the counters are at 0), Heartbeat (calls of ProcessSignal), ClipCountChannel0 and so on
-/// (runs of clipped samples), InstPeakdBChannel0 and so on (held peak in dB).
+/// archived. The elements' names are prefixed with the bay's name; channels count from 0:
+/// MeterCalibration (the range of the peaks), ClipReset (set to "Reset Me" to clear the clip
+/// counters; the bay answers "Reset Complete"), Heartbeat (calls of ProcessSignal),
+/// ClipCountChannel0 and so on (runs of clipped samples), InstPeakdBChannel0 and so on (held peak
+/// in dB).
 class ZMeterBay : public ZSignalBay
 {
 public:
-    /// A held peak of no signal, in dB.
+    /// The level of digital silence, in dB.
     static constexpr float kSilenceDecibels = -144.0f;
 
-    /// Channels as the attribute numchannels says. Throws ZException -1 unless there are 1 to
-    /// kMaxChannels. [setup]
+    /// Makes as many channels as the attribute numchannels says. Throws ZException kGeneral unless
+    /// that is 1 to kMaxChannels. [setup]
     ZMeterBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZMeterBay() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// With the number of channels.
+    /// Adds the number of channels.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
-    /// ZELEMENTCHANGED of MeterCalibration changes the range of the peaks. [interface thread]
+    /// ZELEMENTCHANGED of MeterCalibration: changes the range of the peaks. [interface thread]
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     void SampleRateChanged() override;
-    /// All elements take their defaults; peaks that of the calibration.
+    /// Sets all elements to their defaults, the peaks to the minimum of the calibration.
     void SetDefaults() override;
-    /// Drops the held peaks: they read silence.
+    /// Sets the held peaks to silence.
     void Reset() override;
     void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
                        std::int32_t exportCount) noexcept override;

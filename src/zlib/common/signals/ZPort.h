@@ -15,9 +15,9 @@ namespace orvane
 
 class ZBay;
 
-/// A numbered connection of a bay. It belongs to the bay that made it; bays that publish it hold it
-/// too, so it is shared, and a published port never dangles: when its bay goes it loses its routes
-/// and its owner. Changed on one thread at a time and never during a pass. [setup]
+/// A numbered connection point of a bay. The bay that made the port owns it. Bays that publish the
+/// port share it: when the owner is destroyed, the port loses its owner and its routes but stays
+/// valid. Changed under the interface lock and never during a pass. [setup]
 class ZPort
 {
 public:
@@ -35,7 +35,8 @@ public:
         kSpectrum = 5,
     };
 
-    /// The far end of a route: the bay through which it was made, and the port there.
+    /// The far end of a route: the port, and the bay that the route was made through, which owns or
+    /// publishes the port.
     struct RouteRecord
     {
         ZBay* bay = nullptr;
@@ -44,32 +45,32 @@ public:
 
     static constexpr std::int32_t kMaxRoutes = 512;
 
-    /// Room for all routes is taken here: a pass reads the table without a lock, so it must not
-    /// move.
+    /// Allocates the whole route table, because a pass reads it without a lock.
     ZPort(std::string_view name, Type type);
     ZPort(const ZPort&) = delete;
     ZPort& operator=(const ZPort&) = delete;
     virtual ~ZPort() = default;
 
-    /// A new port of the same name, direction and type, with no owner and no routes.
+    /// Makes a port of the same name, direction and type, without owner and routes.
     [[nodiscard]] virtual boost::shared_ptr<ZPort> Clone() const;
-    /// A route stands in the table at that index. Nothing here.
+    /// Hook: a route has been added to the table, at that index. Does nothing in ZPort.
     virtual void RouteAdded(ZBay& farBay, ZPort& farPort, std::int32_t index);
-    /// A route has left the table, where it stood at that index. Nothing here.
+    /// Hook: the route at that index has been removed from the table. Does nothing in ZPort.
     virtual void RouteRemoved(ZBay& farBay, ZPort& farPort, std::int32_t index);
 
     [[nodiscard]] const std::string& GetName() const { return mName; }
     [[nodiscard]] Direction GetDirection() const { return mDirection; }
     [[nodiscard]] Type GetType() const { return mType; }
-    /// Place among the owner's imports or exports; -1 without an owner.
+    /// Index among the owner's imports or exports; -1 without an owner.
     [[nodiscard]] std::int32_t GetIndex() const { return mIndex; }
-    /// The bay that made the port; publishing does not change it. Null before and after.
+    /// The bay that made the port; publishing does not change it. Null before the port is added to
+    /// a bay and after it is removed. [audio thread]
     [[nodiscard]] ZBay* GetOwner() const noexcept { return mOwner; }
 
-    /// Routes in the order in which they were made; a pass reads entry 0 only.
+    /// Routes in the order in which they were made. A pass reads entry 0 only. [audio thread]
     [[nodiscard]] const std::vector<RouteRecord>& GetRoutes() const noexcept { return mRoutes; }
     [[nodiscard]] bool IsFull() const { return std::ssize(mRoutes) >= kMaxRoutes; }
-    /// The record of the route to that port, which there is at most once; all null without one.
+    /// The route to that port, of which there is at most one; both pointers are null without one.
     [[nodiscard]] RouteRecord FindRoute(const ZPort& farPort) const;
 
     [[nodiscard]] float RangeMin() const { return mRangeMin; }
@@ -77,13 +78,13 @@ public:
     void SetRange(float min, float max);
 
 protected:
-    /// What a clone takes over.
+    /// Copies the direction, for a clone.
     void CopyHeadFrom(const ZPort& other) { mDirection = other.mDirection; }
 
 private:
-    friend class ZBay;  // owns, numbers and joins ports
+    friend class ZBay;  // sets owner and index, adds and removes routes
 
-    /// Throws ZException -1 when the table is full.
+    /// Throws ZException kGeneral when the table is full.
     void AddRoute(ZBay& farBay, ZPort& farPort);
     /// Does nothing when there is no such route.
     void RemoveRoute(const ZPort& farPort);

@@ -12,27 +12,25 @@ namespace orvane
 
 class ZSignalLooper;
 
-/// The clock of a signal looper: what makes it run passes. This one has no clock and no devices;
-/// whoever drives the looper, such as a host, does so by itself, and the driver only remembers
-/// whether it is open and running. Classes with a clock of their own replace its operations.
-///
-/// Set up from one thread at a time; the flags may be read by any.
+/// The clock of a signal looper: it decides when passes run. The base class has neither clock nor
+/// devices and only stores whether it is open and running; a host runs the passes itself. Derived
+/// classes have a clock. Set up by one thread at a time; the flags may be read on any thread.
 class ZSignalDriver : public ZObject
 {
 public:
     explicit ZSignalDriver(std::string_view name = "ZSignalDriver");
 
-    /// The driver's own time.
-    /// Throws ZException -1: a plain driver has none.
+    /// The driver's time in ms. Throws ZException kGeneral in ZSignalDriver, which has none.
     [[nodiscard]] virtual double GetMsTime();
-    /// Devices that can be opened: none here.
+    /// The number of devices that can be opened; 0 in ZSignalDriver.
     [[nodiscard]] virtual std::int32_t GetDeviceCount(bool isInput) const;
-    /// Throws ZException -1 for an index that is no device's.
+    /// Throws ZException kGeneral for an index without a device.
     [[nodiscard]] virtual std::string GetDeviceName(bool isInput, std::int32_t index) const;
-    /// Makes ready for Start, with the sizes and rates set before. [setup]
+    /// Prepares for Start with the current buffer size and rates. [setup]
     virtual void Open();
+    /// [setup]
     virtual void Close();
-    /// In samples, one pass's. [setup]
+    /// Sets the samples of one pass. [setup]
     virtual void SetBufferSize(std::uint32_t samples);
     /// In Hz, for input and output. [setup]
     virtual void SetSampleRate(float rate);
@@ -40,11 +38,12 @@ public:
     [[nodiscard]] virtual float GetOutputRate() const;
     [[nodiscard]] virtual bool IsStopped() const;
     [[nodiscard]] virtual bool IsRunning() const;
-    /// No pass of the driver's runs after the return. [setup]
+    /// When this returns, the driver runs no pass. [setup]
     virtual void Stop();
+    /// [setup]
     virtual void Start();
 
-    /// The looper that the driver clocks; not owned. [setup]
+    /// The looper that the driver clocks, null for none; not owned. [setup]
     void SetLooper(ZSignalLooper* looper) { mLooper = looper; }
     [[nodiscard]] ZSignalLooper* GetLooper() const { return mLooper; }
     [[nodiscard]] bool IsOpen() const { return mOpen; }

@@ -50,7 +50,7 @@ void ZSilentDriver::Stop()
         const ZInterfaceUnlock unlocked;
         const auto joined = std::move(mThread);
     }
-    static_cast<void>(mWaiter.Wait(0));  // the thread may have ended without a look at it
+    static_cast<void>(mWaiter.Wait(0));  // the thread may have ended without taking it
 }
 
 void ZSilentDriver::RunThread(void* driver)
@@ -72,7 +72,7 @@ void ZSilentDriver::RunPasses()
     }
 }
 
-// A pass that fails is told about, and the next one gets its turn.
+// Reports the failure of a pass; the next pass runs.
 void ZSilentDriver::RunPass()
 {
     ZSignalLooper* const looper = GetLooper();

@@ -11,8 +11,8 @@ namespace orvane
 
 class ZThread;
 
-/// Stands in where no device exists: a thread of its own drains the looper and runs passes at a
-/// steady pace, so that whatever waits for audio goes on.
+/// A driver without a device: its thread drains the looper and runs passes at a constant rate, so
+/// that code that waits for audio continues.
 class ZSilentDriver : public ZSignalDriver
 {
 public:
@@ -22,10 +22,10 @@ public:
     ZSilentDriver();
     ~ZSilentDriver() override;
 
-    /// Gives the looper this driver's buffer size, too.
+    /// Also sets the looper's buffer sizes to this driver's.
     void Open() override;
     void Start() override;
-    /// Waits for the thread; gives up the interface lock meanwhile.
+    /// Joins the thread; gives up the interface lock meanwhile. [setup]
     void Stop() override;
 
 private:
@@ -33,7 +33,7 @@ private:
     void RunPasses();
     void RunPass();
 
-    ZSemaphore mWaiter{"waiter", 0};  // released to end the pause between two passes
+    ZSemaphore mWaiter{"waiter", 0};  // released to end the wait between two passes
     std::unique_ptr<ZThread> mThread;
 };
 
