@@ -5,19 +5,16 @@
 #include "tools/render/Failure.h"
 #include "tools/render/Interruption.h"
 #include "tools/render/PitchPlot.h"
-#include "tools/render/PitchReader.h"
 #include "tools/render/PluginInstance.h"
 #include "tools/render/PluginSettings.h"
-#include "tools/render/ProgressBar.h"
 #include "tools/render/RenderReport.h"
+#include "tools/render/RenderRun.h"
 #include "tools/render/ScaleGrid.h"
+#include "tools/render/SoundFormats.h"
 #include "tools/render/TargetFile.h"
+#include "tools/render/WindowShot.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <initializer_list>
 #include <limits>
 #include <optional>
@@ -35,6 +32,8 @@ namespace fs = std::filesystem;
 
 bool isSameFile(const fs::path& a, const fs::path& b)
 {
+    if (isStandardStream(a) || isStandardStream(b))
+        return false;
     std::error_code error;
     if (fs::equivalent(a, b, error))
         return true;
@@ -55,8 +54,8 @@ void requireDistinct(const RenderRequest& request)
         fail("{} is both input and output: name another output", request.output.string());
     std::vector<fs::path> others{request.input, request.state.loadChunk, request.state.preset,
                                  request.automation, request.midi};
-    for (const fs::path& target :
-         {request.output, request.plot, request.report, request.saveChunk, request.window.file})
+    for (const fs::path& target : {request.output, request.plot, request.report, request.saveChunk,
+                                   request.savePreset, request.window.file})
     {
         if (!target.empty())
             requireOther(target, others);
@@ -64,173 +63,37 @@ void requireDistinct(const RenderRequest& request)
     }
 }
 
-std::optional<TargetFile> optionalTarget(const fs::path& path)
+/// The files beside the sound that a render writes; each is empty unless asked for.
+struct ExtraFiles
 {
-    return path.empty() ? std::optional<TargetFile>() : std::optional<TargetFile>(path);
-}
-
-StereoBlock silentBlock(int frames)
-{
-    StereoBlock block;
-    for (auto& channel : block)
-        channel.assign(static_cast<std::size_t>(frames), 0.0f);
-    return block;
-}
-
-/// The range in which to look for the output's pitch: that of the voice, transposed.
-KestruneSourceRange outputRange(const RenderSettings& settings)
-{
-    KestruneSourceRange range = sourceRange(settings.Index(Setting::kSourceType));
-    if (!settings.IsOn(Setting::kTransposeOnOff))
-        return range;
-    const float ratio = std::exp2(settings.Value(Setting::kPitchShift) / 1200.0f);
-    return {range.lowHz * ratio, range.highHz * ratio};
-}
-
-/// Feeds the sound from the reader through the plug-in to the writer and measures both pitches.
-class RenderRun
-{
-public:
-    RenderRun(const RenderRequest& request, const RenderSettings& settings, PluginInstance& plugin,
-              EventSchedule& events, SoundReader& reader, SoundWriter& writer, WindowShot* window)
-        : mPlugin(plugin)
-        , mEvents(events)
-        , mReader(reader)
-        , mWriter(writer)
-        , mWindow(window)
-        , mBlock(request.blockFrames)
-        , mKeepsLatency(request.keepsLatency)
-        , mLatency(plugin.Latency())
-        , mInputPitch(reader.Format().rate, sourceRange(settings.Index(Setting::kSourceType)),
-                      settings.Index(Setting::kPitchReference))
-        , mOutputPitch(reader.Format().rate, outputRange(settings),
-                       settings.Index(Setting::kPitchReference))
-        , mTrack(reader.Format().rate, mBlock, settings.Index(Setting::kPitchReference))
-        , mInput(silentBlock(mBlock))
-        , mOutput(silentBlock(mBlock))
+    explicit ExtraFiles(const RenderRequest& request)
+        : plot(targetFor(request.plot))
+        , report(targetFor(request.report))
+        , chunk(targetFor(request.saveChunk))
+        , preset(targetFor(request.savePreset))
+        , picture(targetFor(request.window.file))
     {
     }
 
-    /// Feeds the whole input and then silence, until the end of the input has come out.
-    void Run()
+    void Commit()
     {
-        ProgressBar progress(mReader.ExpectedFrames() + mLatency);
-        while (true) {
-            throwIfInterrupted();
-            mFrames += mReader.Read(mInput);
-            const std::int64_t missing = mFrames == 0 ? 0 : mFrames + mLatency - mProduced;
-            const int count = static_cast<int>(std::min<std::int64_t>(missing, mBlock));
-            if (count == 0)
-                break;
-            Process(count);
-            WriteWanted(count);
-            progress.Show(mProduced);
+        for (std::optional<TargetFile>* const file : {&plot, &report, &chunk, &preset, &picture}) {
+            if (*file)
+                (*file)->Commit();
         }
-        if (mWindow)
-            mWindow->Take();
-        FinishTrack();
     }
 
-    [[nodiscard]] std::int64_t Frames() const { return mFrames; }
-    [[nodiscard]] int Latency() const { return mLatency; }
-    [[nodiscard]] float Peak() const { return mPeak; }
-    [[nodiscard]] const std::vector<PitchPoint>& Points() const { return mTrack.Points(); }
-
-    [[nodiscard]] double TimesRealtime() const
-    {
-        const double seconds = std::chrono::duration<double>(mSpent).count();
-        const double sound = static_cast<double>(mProduced) / mReader.Format().rate;
-        return seconds > 0.0 ? sound / seconds : 0.0;
-    }
+    std::optional<TargetFile> plot;
+    std::optional<TargetFile> report;
+    std::optional<TargetFile> chunk;
+    std::optional<TargetFile> preset;
+    std::optional<TargetFile> picture;
 
 private:
-    void Process(int count)
+    static std::optional<TargetFile> targetFor(const fs::path& path)
     {
-        const auto start = std::chrono::steady_clock::now();
-        for (int done = 0; done < count;) {
-            const std::int64_t frame = mProduced + done;
-            if (mWindow)
-                mWindow->TakeIfDue(frame);
-            mEvents.SendDue(mPlugin, frame);
-            const int frames = mEvents.BlockFrames(frame, count - done);
-            mPlugin.Process(mInput, mOutput, done, frames);
-            done += frames;
-        }
-        mSpent += std::chrono::steady_clock::now() - start;
-        // A change of latency after output was written can no longer be compensated.
-        if (!mHasWritten)
-            mLatency = mPlugin.Latency();
-        TrackInput(mInput, count);
+        return path.empty() ? std::optional<TargetFile>() : std::optional<TargetFile>(path);
     }
-
-    void WriteWanted(int count)
-    {
-        const auto within = [this, count](std::int64_t frame) {
-            return static_cast<int>(
-                std::clamp<std::int64_t>(frame - mProduced, 0, std::int64_t{count}));
-        };
-        const int aligned = within(mLatency);
-        const int first = mKeepsLatency ? 0 : aligned;
-        const int last = within(mFrames + mLatency);
-        mProduced += count;
-        TrackOutput(mOutput, aligned, std::max(last - aligned, 0));
-        if (first < last)
-            Write(first, last);
-    }
-
-    void Write(int first, int last)
-    {
-        mHasWritten = true;
-        mWriter.Write(mOutput, first, last - first);
-        for (const auto& channel : mOutput) {
-            for (int i = first; i < last; ++i)
-                mPeak = std::max(mPeak, std::fabs(channel[static_cast<std::size_t>(i)]));
-        }
-    }
-
-    void TrackInput(const StereoBlock& block, int count)
-    {
-        mTrack.Feed(block, count);
-        mInputPitch.Feed(block, 0, count);
-        mTrack.AddInput(mInputPitch.Readings());
-    }
-
-    /// Reads the output's pitch without the latency, so that both pitches are for the same frames.
-    void TrackOutput(const StereoBlock& block, int first, int count)
-    {
-        mOutputPitch.Feed(block, first, count);
-        mTrack.AddOutput(mOutputPitch.Readings());
-    }
-
-    /// A reading follows its frame by a delay, so silence is fed to get the last ones.
-    void FinishTrack()
-    {
-        const StereoBlock silence = silentBlock(mBlock);
-        for (int missing = mOutputPitch.Delay(); missing > 0; missing -= mBlock) {
-            TrackInput(silence, std::min(missing, mBlock));
-            TrackOutput(silence, 0, std::min(missing, mBlock));
-        }
-        mTrack.Finish(mFrames);
-    }
-
-    PluginInstance& mPlugin;
-    EventSchedule& mEvents;
-    SoundReader& mReader;
-    SoundWriter& mWriter;
-    WindowShot* mWindow;  // null for none
-    int mBlock;
-    bool mKeepsLatency;
-    int mLatency;
-    PitchReader mInputPitch;
-    PitchReader mOutputPitch;
-    PitchTrack mTrack;
-    StereoBlock mInput;
-    StereoBlock mOutput;
-    std::int64_t mFrames = 0;    // of input
-    std::int64_t mProduced = 0;  // by the plug-in
-    bool mHasWritten = false;
-    float mPeak = 0.0f;
-    std::chrono::steady_clock::duration mSpent{};  // in the plug-in
 };
 
 std::optional<WindowShot> windowShot(const WindowRequest& request, const PluginInstance& plugin,
@@ -242,35 +105,69 @@ std::optional<WindowShot> windowShot(const WindowRequest& request, const PluginI
     return WindowShot(plugin, request.seconds ? frameAt(*request.seconds, rate) : kAtTheEnd);
 }
 
-EventSchedule scheduled(const RenderRequest& request, const PluginSettings& settings, int rate)
+EventSchedule scheduled(const RenderRequest& request, const PluginSettings& settings, int rate,
+                        std::vector<std::string>& notes)
 {
     std::vector<AutomationPoint> automation;
     std::vector<MidiEvent> messages;
-    if (!request.automation.empty())
+    if (!request.automation.empty()) {
         automation = readAutomationFile(request.automation);
-    if (!request.midi.empty())
+        if (automation.empty())
+            notes.push_back(fmt::format("{} holds no automation", request.automation.string()));
+    }
+    if (!request.midi.empty()) {
         messages = readMidiFile(request.midi);
+        if (messages.empty())
+            notes.push_back(fmt::format("{} holds no messages", request.midi.string()));
+    }
     return {automation, std::move(messages), settings, rate};
 }
 
-/// Sets the plug-in up as hosts do and returns the settings in force.
-RenderSettings prepare(PluginInstance& plugin, const PluginSettings& settings, int rate,
-                       const RenderRequest& request)
+/// Sets the plug-in up as hosts do and starts it.
+void prepare(PluginInstance& plugin, const PluginSettings& settings, int rate,
+             const RenderRequest& request, std::vector<std::string>& notes)
 {
     plugin.SetFormat(rate, request.blockFrames);
-    applyState(plugin, request.state);
+    const AppliedState applied = applyState(plugin, request.state);
+    notes.insert(notes.end(), applied.notes.begin(), applied.notes.end());
+    if (!request.midi.empty() && !applied.acceptsMidi)
+        notes.emplace_back(
+            "--midi has no effect: the plug-in's MIDI input is off; a preset with the "
+            "element AcceptMIDI switches it on");
     settings.Apply(request.settings);
     plugin.Start();
-    return settings.Current(request.settings);
+}
+
+void noteNamesOfPictures(const RenderRequest& request, std::vector<std::string>& notes)
+{
+    for (const fs::path& file : {request.plot, request.window.file}) {
+        if (!file.empty() && !equalWithoutCase(file.extension().string(), ".png"))
+            notes.push_back(fmt::format("{} is written as PNG, whatever its name", file.string()));
+    }
+}
+
+/// Adds what was given but had no effect on this sound.
+void noteUnused(const RenderRequest& request, RenderResult& result)
+{
+    if (request.window.seconds && *request.window.seconds > result.Seconds())
+        result.notes.push_back(fmt::format("--window-at {} is past the end: the window is drawn at "
+                                           "the end, {:.3f} s",
+                                           *request.window.seconds, result.Seconds()));
+    if (result.eventsLeft > 0)
+        result.notes.push_back(fmt::format("{} points of automation or messages come after the end "
+                                           "and were left out",
+                                           result.eventsLeft));
+    if (result.IsDry() && request.automation.empty() && request.AsksForChange())
+        result.notes.emplace_back("the options change nothing: neither pitchCorrectionOnOff nor "
+                                  "transposeOnOff is on");
 }
 
 /// Copies the figures of a run and measures distances from the scale in force.
 void addFigures(RenderResult& result, const RenderRun& run)
 {
-    const ScaleGrid grid(result.settings);
+    const ScaleGrid grid(result.settings, result.scale);
     result.frames = run.Frames();
     result.latency = run.Latency();
-    result.timesRealtime = run.TimesRealtime();
     result.peak = run.Peak();
     result.points = run.Points();
     result.before = distanceFromScale(result.points, grid, &PitchPoint::inputHz);
@@ -279,61 +176,76 @@ void addFigures(RenderResult& result, const RenderRun& run)
 
 }  // namespace
 
-RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin)
+bool RenderRequest::AsksForChange() const
 {
+    return settings.IsAnyAssigned() || !state.IsEmpty() || !midi.empty();
+}
+
+RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin,
+                           const ProgressCallback& progress)
+{
+    const auto start = std::chrono::steady_clock::now();
     SoundReader reader(request.input);
+    const int rate = reader.Format().rate;
     requireDistinct(request);
-    requireFittingName(request.output, reader.Format());
     RenderResult result;
-    result.format = reader.Format();
+    result.format =
+        request.format.empty() ? reader.Format() : parseFormat(request.format, reader.Format());
+    requireFittingName(request.output, result.format);
     result.plugin = plugin.Name();
     const PluginSettings settings(plugin);
-    EventSchedule events = scheduled(request, settings, reader.Format().rate);
-    result.settings = prepare(plugin, settings, reader.Format().rate, request);
+    EventSchedule events = scheduled(request, settings, rate, result.notes);
+    prepare(plugin, settings, rate, request, result.notes);
+    result.program = plugin.ProgramName(plugin.Program());
+    result.settings = settings.Current();
+    result.scale = settings.Scale();
+    noteNamesOfPictures(request, result.notes);
 
     TargetFile output(request.output);
-    std::optional<TargetFile> plot = optionalTarget(request.plot);
-    std::optional<TargetFile> report = optionalTarget(request.report);
-    std::optional<TargetFile> chunk = optionalTarget(request.saveChunk);
-    std::optional<TargetFile> picture = optionalTarget(request.window.file);
-    std::optional<WindowShot> window = windowShot(request.window, plugin, reader.Format().rate);
-    if (chunk)
-        writeBankChunk(plugin, chunk->TemporaryPath(), chunk->Name());
-    SoundWriter writer(output.TemporaryPath(), output.Name(), reader);
+    ExtraFiles files(request);
+    std::optional<WindowShot> window = windowShot(request.window, plugin, rate);
+    if (files.chunk)
+        writeBankChunk(plugin, files.chunk->TemporaryPath(), files.chunk->Name());
+    if (files.preset)
+        writePreset(plugin, files.preset->TemporaryPath(), files.preset->Name());
+    SoundWriter writer(output.TemporaryPath(), output.Name(), result.format, reader);
     RenderRun run(request, result.settings, plugin, events, reader, writer,
                   window ? &*window : nullptr);
-    run.Run();
+    run.Run(progress);
     writer.Close();
 
     addFigures(result, run);
     result.latencyMoved = plugin.Latency() != run.Latency();
     result.eventsLeft = events.Left();
     result.badSamples = reader.BadSamples();
+    noteUnused(request, result);
+    result.runSeconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
-    if (plot)
-        writePitchPlot(plot->TemporaryPath(), plot->Name(), request, result);
-    if (report)
-        writeJsonReport(report->TemporaryPath(), report->Name(), request, result);
-    if (picture)
-        window->Write(picture->TemporaryPath(), picture->Name(), request.window.scale);
+    if (files.plot)
+        writePitchPlot(files.plot->TemporaryPath(), files.plot->Name(), request, result);
+    if (files.report)
+        writeJsonReport(files.report->TemporaryPath(), files.report->Name(), request, result);
+    if (files.picture)
+        window->Write(files.picture->TemporaryPath(), files.picture->Name(), request.window.scale);
     throwIfInterrupted();
     output.Commit();
-    for (std::optional<TargetFile>* const other : {&plot, &report, &chunk, &picture}) {
-        if (*other)
-            (*other)->Commit();
-    }
+    files.Commit();
     return result;
 }
 
-void drawWindow(const RenderRequest& request, PluginInstance& plugin)
+std::vector<std::string> drawWindow(const RenderRequest& request, PluginInstance& plugin)
 {
     constexpr int kRate = 44100;
-    prepare(plugin, PluginSettings(plugin), kRate, request);
+    std::vector<std::string> notes;
+    noteNamesOfPictures(request, notes);
+    prepare(plugin, PluginSettings(plugin), kRate, request, notes);
     TargetFile picture(request.window.file);
     WindowShot window(plugin, 0);
     window.Take();
     window.Write(picture.TemporaryPath(), picture.Name(), request.window.scale);
     picture.Commit();
+    return notes;
 }
 
 }  // namespace orvane

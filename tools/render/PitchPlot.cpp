@@ -3,10 +3,12 @@
 
 #include "tools/render/Failure.h"
 #include "tools/render/OfflineRender.h"
+#include "tools/render/RenderReport.h"
 #include "tools/render/ScaleGrid.h"
 
 #include <cairo.h>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <fontconfig/fontconfig.h>
 #include <pango/pangocairo.h>
 
@@ -110,23 +112,6 @@ double timeStep(double seconds)
             return factor * decade;
     }
     return 10.0 * decade;
-}
-
-std::string settingsText(const RenderSettings& settings)
-{
-    std::string text =
-        fmt::format("{} {}  ·  {} intonation", settings.Text(Setting::kKey),
-                    settings.Text(Setting::kScale), settings.Text(Setting::kIntonation));
-    if (settings.Value(Setting::kDetune) != 0.0f)
-        text += fmt::format("  ·  detuned {:+} cents", settings.Value(Setting::kDetune));
-    text += settings.IsOn(Setting::kPitchCorrectionOnOff)
-                ? fmt::format("  ·  correction in {}", settings.Text(Setting::kPitchCorrectionTime))
-                : "  ·  no correction";
-    if (settings.IsOn(Setting::kTransposeOnOff))
-        text += fmt::format("  ·  pitch {:+}, formants {:+} cents",
-                            settings.Value(Setting::kPitchShift),
-                            settings.Value(Setting::kFormantShift));
-    return text + "  ·  " + settings.Text(Setting::kSourceType);
 }
 
 class PitchPlot
@@ -234,7 +219,7 @@ private:
 
     void DrawNotes()
     {
-        const ScaleGrid grid(mResult.settings);
+        const ScaleGrid grid(mResult.settings, mResult.scale);
         const double row = (kBottom - kTop) / (mSpan.high - mSpan.low);  // height of a semitone
         const auto notes = grid.Notes(mSpan.low - 1, mSpan.high + 1);
         cairo_save(mContext.get());
@@ -333,7 +318,8 @@ private:
         Text(mRequest.input.filename().string(), kLeft, kTitleMiddle, {25.0, kInk, true},
              legend - 40 - kLeft);
         const std::string found = mResult.before.median ? "" : "  ·  no voice found";
-        Text(settingsText(mResult.settings) + found, kLeft, 74, {16.0, kPaleInk});
+        Text(fmt::format("{}{}", fmt::join(describeSettings(mResult), "  ·  "), found), kLeft, 74,
+             {16.0, kPaleInk});
     }
 
     /// Draws the legend from the right edge and returns its left edge.

@@ -199,6 +199,11 @@ std::string PluginInstance::Chunk(Extent extent) const
     return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
 }
 
+bool PluginInstance::HasTextState() const
+{
+    return HasChunks() && Chunk(Extent::kProgram).starts_with("<VST_Program");
+}
+
 bool PluginInstance::SetChunk(std::string chunk, Extent extent)
 {
     assert(HasChunks());

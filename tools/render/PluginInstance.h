@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pluginwrappers/interface/AEffect.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
 #include "tools/render/MidiFile.h"
 #include "tools/render/OfflineHost.h"
 #include "tools/render/PluginLibrary.h"
@@ -53,6 +54,8 @@ public:
     [[nodiscard]] int ProgramCount() const { return mEffect->numPrograms; }
     /// Empty when the plug-in gives no name.
     [[nodiscard]] std::string ProgramName(int index) const;
+    /// Index of the current program.
+    [[nodiscard]] int Program() const { return static_cast<int>(Ask(effGetProgram)); }
     void SetProgram(int index);
 
     /// What a chunk holds: all programs or the current one.
@@ -65,6 +68,8 @@ public:
     [[nodiscard]] bool HasChunks() const { return (mEffect->flags & effFlagsProgramChunks) != 0; }
     /// The plug-in's state in its own format; empty when it gives none. Requires HasChunks.
     [[nodiscard]] std::string Chunk(Extent extent) const;
+    /// Whether the chunks are XML text with the programs as elements, as those of the product are.
+    [[nodiscard]] bool HasTextState() const;
     /// Returns false when the plug-in refuses the chunk. Requires HasChunks.
     [[nodiscard]] bool SetChunk(std::string chunk, Extent extent);
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PluginSettings.h"
 
+#include "kestrune/common/engine/KestruneTransposition.h"
 #include "tools/render/Failure.h"
 #include "tools/render/PluginInstance.h"
-#include "zlib/common/objects/ZXMLElement.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -43,54 +43,32 @@ float settingValue(const SettingRule& rule, float host)
 /// Sets the shifts as the plug-in does when a transposition is chosen.
 void deriveShifts(RenderSettings& settings)
 {
-    const auto stepsUp = [&settings](Setting setting) {
-        return settingRule(setting).initial - settings.Value(setting);
-    };
-    const float pitch = 100.0f * stepsUp(Setting::kPitchTranspose);
+    const float pitch = pitchShiftCents(settings.Index(Setting::kPitchTranspose));
     settings.Set(Setting::kPitchShift, pitch);
     settings.Set(Setting::kFormantShift,
-                 100.0f * stepsUp(Setting::kFormantTranspose) + 0.5f * pitch);
+                 formantShiftCents(settings.Index(Setting::kFormantTranspose), pitch));
 }
 
-/// Takes the value of a setting from an element of the state. Numbers are clamped to the setting's
-/// range, as the engine does. Indices past the built-in choices are skipped.
-void takeElement(RenderSettings& settings, const ZXMLElement& element)
+/// Takes the values of a state. Numbers are clamped to the setting's range, as the engine does.
+/// Indices past the built-in choices are skipped.
+void takeState(RenderSettings& settings, const StateText& state)
 {
     for (std::size_t s = 0; s < kSettingCount; ++s) {
         const auto setting = static_cast<Setting>(s);
         const SettingRule& rule = settingRule(setting);
-        const char* const attribute = rule.texts.empty() ? "floatvalue" : "int32value";
-        if (!element.AttributeIs("name", rule.name) || !element.HasAttribute(attribute))
+        const StateElement* const element = state.Find(rule.name);
+        if (!element)
             continue;
-        const float value = element.GetFloat(attribute);
-        const float kept = rule.texts.empty() ? std::clamp(value, rule.low, rule.high) : value;
-        if (isAllowed(setting, kept))
-            settings.Set(setting, kept);
+        if (rule.texts.empty() && element->number)
+            settings.Set(setting, std::clamp(*element->number, rule.low, rule.high));
+        if (const auto index = static_cast<float>(element->index.value_or(-1));
+            !rule.texts.empty() && isAllowed(setting, index))
+            settings.Set(setting, index);
     }
-}
-
-/// The state stores the scale's index under another name than that of the setting.
-void takeScale(RenderSettings& settings, const ZXMLElement& element)
-{
-    if (!element.AttributeIs("name", "currentScaleIndex") || !element.HasAttribute("floatvalue"))
-        return;
-    if (const float index = element.GetFloat("floatvalue"); isAllowed(Setting::kScale, index))
-        settings.Set(Setting::kScale, index);
-}
-
-/// Takes the values of all elements in a text, at any depth. The last of several wins, as in the
-/// plug-in.
-void takeElements(RenderSettings& settings, const ZXMLDocument& text, int depth)
-{
-    constexpr int kDeepest = 64;  // bounds the recursion for any text
-    for (std::int32_t i = 0; depth < kDeepest && i < text.GetChildCount(); ++i) {
-        const auto child = text.GetChild(i);
-        if (child->IsNamed("element")) {
-            takeElement(settings, *child);
-            takeScale(settings, *child);
-        }
-        takeElements(settings, *child, depth + 1);
-    }
+    // The state stores the scale's index as a number under another name.
+    const StateElement* const scale = state.Find("currentScaleIndex");
+    if (scale && scale->number && isAllowed(Setting::kScale, *scale->number))
+        settings.Set(Setting::kScale, *scale->number);
 }
 
 }  // namespace
@@ -137,23 +115,27 @@ void PluginSettings::Apply(const RenderSettings& settings) const
     }
 }
 
-RenderSettings PluginSettings::Current(const RenderSettings& given) const
+RenderSettings PluginSettings::Current() const
 {
     RenderSettings settings;
-    if (mPlugin.HasChunks()) {
-        const std::string chunk = mPlugin.Chunk(PluginInstance::Extent::kProgram);
-        const auto length = static_cast<std::int32_t>(chunk.size());
-        takeElements(settings, ZXMLDocument(chunk.data(), length), 0);
-    }
+    const bool hasState = mPlugin.HasTextState();
+    if (hasState)
+        takeState(settings, StateText(mPlugin.Chunk(PluginInstance::Extent::kProgram)));
     for (std::size_t s = 0; s < kSettingCount; ++s) {
         const auto setting = static_cast<Setting>(s);
         if (const std::optional<int> index = mIndices[s])
             settings.Set(setting, settingValue(settingRule(setting), mPlugin.Parameter(*index)));
     }
-    if (!mPlugin.HasChunks() || given.IsAssigned(Setting::kPitchTranspose) ||
-        given.IsAssigned(Setting::kFormantTranspose))
+    if (!hasState)
         deriveShifts(settings);
     return settings;
+}
+
+CurrentScale PluginSettings::Scale() const
+{
+    if (!mPlugin.HasTextState())
+        return builtInScale(static_cast<int>(settingRule(Setting::kScale).initial));
+    return currentScale(StateText(mPlugin.Chunk(PluginInstance::Extent::kProgram)));
 }
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/render/RenderSettings.h"
+#include "tools/render/StateText.h"
 
 #include <array>
 #include <optional>
@@ -28,11 +29,14 @@ public:
     [[nodiscard]] HostValue ToHost(const SettingValue& given) const;
     /// Sets the parameters of the assigned settings. Throws ZException when the plug-in lacks one.
     void Apply(const RenderSettings& settings) const;
+
     /// Reads the current settings from the plug-in: parameters by their values, others from its
-    /// program chunk. Without chunks the others have their initial values, except that the shifts
-    /// follow from the transpositions. given holds the settings that Apply has set: the plug-in
-    /// updates its shifts after a transposition only at its next tick.
-    [[nodiscard]] RenderSettings Current(const RenderSettings& given) const;
+    /// program chunk. Without a chunk of XML text the others have their initial values, except that
+    /// the shifts follow from the transpositions. Call after Start: the plug-in moves its shifts
+    /// after a transposition only then.
+    [[nodiscard]] RenderSettings Current() const;
+    /// Reads the scale in force from the plug-in's program chunk; "Major" without one of XML text.
+    [[nodiscard]] CurrentScale Scale() const;
 
 private:
     [[nodiscard]] int IndexOf(Setting setting) const;

@@ -19,28 +19,51 @@ constexpr std::chrono::milliseconds kDrawEvery{50};
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::int64_t total)
-    : mTotal(std::max<std::int64_t>(total, 1))
+ProgressBar::ProgressBar(std::int64_t totalFrames, std::size_t totalFiles)
+    : mTotalFrames(std::max<std::int64_t>(totalFrames, 1))
+    , mTotalFiles(totalFiles)
     , mIsTerminal(isatty(STDERR_FILENO) == 1)
 {
 }
 
 ProgressBar::~ProgressBar()
 {
-    if (mIsTerminal)
-        fmt::print(stderr, "\r\x1b[K");
+    Clear();
 }
 
-void ProgressBar::Show(std::int64_t done)
+void ProgressBar::Add(std::int64_t frames)
 {
+    mFrames += frames;
     const auto now = std::chrono::steady_clock::now();
     if (!mIsTerminal || now < mNextDraw)
         return;
     mNextDraw = now + kDrawEvery;
-    const double share = std::min(static_cast<double>(done) / static_cast<double>(mTotal), 1.0);
+    Draw();
+}
+
+void ProgressBar::AddFile()
+{
+    ++mFiles;
+    if (mIsTerminal)
+        Draw();
+}
+
+void ProgressBar::Clear()
+{
+    if (mIsTerminal)
+        fmt::print(stderr, "\r\x1b[K");
+}
+
+void ProgressBar::Draw()
+{
+    const double share =
+        std::min(static_cast<double>(mFrames) / static_cast<double>(mTotalFrames), 1.0);
     const auto full = static_cast<std::size_t>(share * kCells);
-    fmt::print(stderr, "\r{}{} {:3.0f} %", std::string(full, '#'), std::string(kCells - full, '.'),
-               share * 100.0);
+    std::string text = fmt::format("\r{}{} {:3.0f} %", std::string(full, '#'),
+                                   std::string(kCells - full, '.'), share * 100.0);
+    if (mTotalFiles > 1)
+        text += fmt::format(", {} of {} files", mFiles, mTotalFiles);
+    fmt::print(stderr, "{}", text);
 }
 
 }  // namespace orvane

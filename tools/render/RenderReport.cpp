@@ -5,6 +5,7 @@
 #include "tools/render/OfflineRender.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <nlohmann/json.hpp>
 
 #include <cmath>
@@ -24,16 +25,32 @@ double rounded(double value, double perUnit)
     return std::round(value * perUnit) / perUnit;
 }
 
-Json settingsJson(const RenderSettings& settings)
+/// Name of the note that many semitones above the key.
+std::string noteName(const RenderSettings& settings, std::size_t degree)
+{
+    const auto key = static_cast<std::size_t>(settings.Index(Setting::kKey));
+    return std::string(kKeyNames[(key + degree) % kKeyNames.size()]);
+}
+
+Json settingsJson(const RenderResult& result)
 {
     Json all = Json::object();
     for (std::size_t i = 0; i < kSettingCount; ++i) {
         const auto setting = static_cast<Setting>(i);
         const SettingRule& rule = settingRule(setting);
+        const RenderSettings& settings = result.settings;
         const Json value =
             rule.texts.empty() ? Json(settings.Value(setting)) : Json(settings.Index(setting));
         all[std::string(rule.name)] = {{"value", value}, {"text", settings.Text(setting)}};
     }
+    // The scale need not be one of the built-in ones, so it is told by its notes instead of an
+    // index.
+    Json notes = Json::array();
+    for (std::size_t degree = 0; degree < result.scale.degrees.size(); ++degree) {
+        if (result.scale.degrees[degree])
+            notes.push_back(noteName(result.settings, degree));
+    }
+    all["scale"] = {{"text", result.scale.name}, {"notes", notes}};
     return all;
 }
 
@@ -86,15 +103,10 @@ bool clips(const RenderResult& result)
 std::string notes(const RenderRequest& request, const RenderResult& result)
 {
     std::string text;
-    const bool isDry = !result.settings.IsOn(Setting::kPitchCorrectionOnOff) &&
-                       !result.settings.IsOn(Setting::kTransposeOnOff);
-    if (isDry && request.automation.empty())
+    // With options that ask for a change, a note on standard error tells it.
+    if (result.IsDry() && request.automation.empty() && !request.AsksForChange())
         text += "  note          neither pitchCorrectionOnOff nor transposeOnOff is on: "
                 "the sound is the input's\n";
-    if (result.eventsLeft > 0)
-        text += fmt::format("  note          {} points of automation or messages come after the "
-                            "end and were left out\n",
-                            result.eventsLeft);
     if (result.badSamples > 0)
         text +=
             fmt::format("  note          {} samples were no finite numbers and were taken as 0\n",
@@ -112,16 +124,39 @@ std::string notes(const RenderRequest& request, const RenderResult& result)
 
 }  // namespace
 
+std::vector<std::string> describeSettings(const RenderResult& result)
+{
+    const RenderSettings& settings = result.settings;
+    std::vector<std::string> parts{
+        fmt::format("{} {}", settings.Text(Setting::kKey), result.scale.name),
+        fmt::format("{} intonation", settings.Text(Setting::kIntonation))};
+    if (settings.Value(Setting::kDetune) != 0.0f)
+        parts.push_back(fmt::format("detuned {:+} cents", settings.Value(Setting::kDetune)));
+    parts.push_back(
+        settings.IsOn(Setting::kPitchCorrectionOnOff)
+            ? fmt::format("correction in {}", settings.Text(Setting::kPitchCorrectionTime))
+            : "no correction");
+    if (settings.IsOn(Setting::kTransposeOnOff))
+        parts.push_back(fmt::format("pitch {:+}, formants {:+} cents",
+                                    settings.Value(Setting::kPitchShift),
+                                    settings.Value(Setting::kFormantShift)));
+    parts.push_back(settings.Text(Setting::kSourceType));
+    return parts;
+}
+
 std::string textReport(const RenderRequest& request, const RenderResult& result)
 {
     std::string text = fmt::format("{} -> {}\n", request.input.string(), request.output.string());
     text += fmt::format("  duration      {:.3f} s, {} Hz, {}\n", result.Seconds(),
                         result.format.rate, result.format.Describe());
+    text += fmt::format("  program       {}\n", result.program);
+    text += fmt::format("  settings      {}\n", fmt::join(describeSettings(result), ", "));
     text += fmt::format("  latency       {} samples, {:.1f} ms, {}\n", result.latency,
                         result.LatencyMs(), request.keepsLatency ? "kept" : "compensated");
     text += fmt::format("  off the scale before: {}\n", distanceText(result.before));
     text += fmt::format("                after:  {}\n", distanceText(result.after));
-    text += fmt::format("  speed         {:.1f} times real time\n", result.timesRealtime);
+    text += fmt::format("  speed         {:.1f} times real time, the whole run\n",
+                        result.TimesRealtime());
     return text + notes(request, result);
 }
 
@@ -132,6 +167,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"file", request.input.string()},
         {"output", request.output.string()},
         {"plugin", result.plugin},
+        {"program", result.program},
         {"format", result.format.Describe()},
         {"rate", result.format.rate},
         {"channels", result.format.channels},
@@ -144,8 +180,9 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"samples_not_finite", result.badSamples},
         {"output_peak", static_cast<double>(result.peak)},
         {"events_after_end", result.eventsLeft},
-        {"times_realtime", rounded(result.timesRealtime, 1e2)},
-        {"settings", settingsJson(result.settings)},
+        {"run_seconds", rounded(result.runSeconds, 1e3)},
+        {"times_realtime", rounded(result.TimesRealtime(), 1e2)},
+        {"settings", settingsJson(result)},
         {"before", distanceJson(result.before)},
         {"after", distanceJson(result.after)},
         {"pitch", pitchJson(result.points)},

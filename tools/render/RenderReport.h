@@ -3,12 +3,16 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace orvane
 {
 
 struct RenderRequest;
 struct RenderResult;
+
+/// The settings in force, by their names.
+[[nodiscard]] std::vector<std::string> describeSettings(const RenderResult& result);
 
 /// The report that is printed after a render.
 [[nodiscard]] std::string textReport(const RenderRequest& request, const RenderResult& result);

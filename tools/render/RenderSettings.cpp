@@ -27,6 +27,12 @@ constexpr SettingRule choice(std::string_view name, std::string_view label,
     return {name, label, "", texts, 0.0f, static_cast<float>(texts.size() - 1), initial, ""};
 }
 
+constexpr SettingRule option(std::string_view name, std::string_view option,
+                             std::span<const std::string_view> texts, float initial)
+{
+    return {name, "", option, texts, 0.0f, static_cast<float>(texts.size() - 1), initial, ""};
+}
+
 constexpr SettingRule cents(std::string_view name, std::string_view instead, float furthest)
 {
     return {name, "", instead, {}, -furthest, furthest, 0.0f, "cents"};
@@ -36,12 +42,12 @@ constexpr std::array<SettingRule, kSettingCount> kRules{
     choice("pitchCorrectionOnOff", "Correct Pitch", kOnOffNames, 0),
     choice("transposeOnOff", "Transpose", kOnOffNames, 0),
     choice("key", "Key", kKeyNames, 3),
-    choice("scale", "", kBuiltInScaleNames, 1),
-    choice("intonation", "", kIntonationNames, 0),
+    option("scale", "--scale", kBuiltInScaleNames, 1),
+    option("intonation", "--intonation", kIntonationNames, 0),
     choice("sourceType", "Pitch Range", kSourceTypeNames, 0),
-    cents("detune", "", 50),
+    cents("detune", "--detune", 50),
     SettingRule{"pitchCorrectionTime", "Pitch Correcton Time", "", {}, 0, 400, 50, "ms"},
-    choice("pitchReference", "", kPitchReferenceNames, 2),
+    option("pitchReference", "--reference", kPitchReferenceNames, 2),
     cents("PitchShift", "pitchTranspose", 1200),
     cents("FormantShift", "formantTranspose", 1200),
     choice("pitchTranspose", "Pitch Transposition", kPitchTransposeNames, 12),
@@ -91,10 +97,7 @@ void requireParameter(Setting setting)
     const SettingRule& rule = settingRule(setting);
     if (!rule.label.empty())
         return;
-    if (!rule.instead.empty())
-        fail("{} is no parameter of the plug-in: use {} instead", rule.name, rule.instead);
-    fail("{} is no parameter of the plug-in: give it by a preset, or use {}", rule.name,
-         fmt::join(parameterNames(), ", "));
+    fail("{} is no parameter of the plug-in: use {} instead", rule.name, rule.instead);
 }
 
 bool isInRange(const SettingRule& rule, float value)
@@ -108,8 +111,27 @@ bool isInRange(const SettingRule& rule, float value)
     fail("{} cannot be '{}': it takes {}", rule.name, value, rangeText(rule));
 }
 
+/// The name of a flat among the key names, which are sharps; any other text as it is.
+std::string_view withoutFlat(std::string_view key)
+{
+    constexpr std::array<std::array<std::string_view, 2>, 7> kFlats{{{"Ab", "G#"},
+                                                                     {"Bb", "A#"},
+                                                                     {"Cb", "B"},
+                                                                     {"Db", "C#"},
+                                                                     {"Eb", "D#"},
+                                                                     {"Fb", "E"},
+                                                                     {"Gb", "F#"}}};
+    for (const auto& [flat, name] : kFlats) {
+        if (equalWithoutCase(flat, key))
+            return name;
+    }
+    return key;
+}
+
 std::optional<float> valueOf(const SettingRule& rule, std::string_view text)
 {
+    if (rule.texts.data() == kKeyNames.data())
+        text = withoutFlat(text);
     const auto found =
         std::find_if(rule.texts.begin(), rule.texts.end(),
                      [text](std::string_view name) { return equalWithoutCase(name, text); });
@@ -147,11 +169,23 @@ SettingValue parseSetting(std::string_view name, std::string_view text)
 {
     const Setting setting = settingNamed(name);
     requireParameter(setting);
+    return {setting, parseValue(setting, text)};
+}
+
+float parseValue(Setting setting, std::string_view text)
+{
     const SettingRule& rule = settingRule(setting);
     const std::optional<float> value = valueOf(rule, text);
     if (!value || !isInRange(rule, *value))
         refuseValue(rule, text);
-    return {setting, *value};
+    return *value;
+}
+
+const SettingRule* findSettingRule(std::string_view name)
+{
+    const auto found = std::find_if(kRules.begin(), kRules.end(),
+                                    [name](const SettingRule& rule) { return rule.name == name; });
+    return found == kRules.end() ? nullptr : &*found;
 }
 
 bool isAllowed(Setting setting, float value)
@@ -184,6 +218,11 @@ void RenderSettings::Assign(std::string_view assignment)
         parseSetting(assignment.substr(0, equals), assignment.substr(equals + 1));
     Set(given.setting, given.value);
     mIsAssigned[static_cast<std::size_t>(given.setting)] = true;
+}
+
+bool RenderSettings::IsAnyAssigned() const
+{
+    return std::find(mIsAssigned.begin(), mIsAssigned.end(), true) != mIsAssigned.end();
 }
 
 void RenderSettings::Set(Setting setting, float value)

@@ -35,7 +35,7 @@ struct SettingRule
 {
     std::string_view name;
     std::string_view label;    // of the host parameter; empty when there is no such parameter
-    std::string_view instead;  // the parameter that sets it when it is not one itself; may be empty
+    std::string_view instead;  // what sets it when it is not a parameter: a parameter or an option
     std::span<const std::string_view> texts;
     float low;
     float high;
@@ -44,6 +44,8 @@ struct SettingRule
 };
 
 [[nodiscard]] const SettingRule& settingRule(Setting setting);
+/// The rule of the setting with exactly that name; null without such a setting.
+[[nodiscard]] const SettingRule* findSettingRule(std::string_view name);
 /// Finds a setting by name or label, ignoring case. Throws ZException that lists the valid names.
 [[nodiscard]] Setting settingNamed(std::string_view name);
 
@@ -53,9 +55,13 @@ struct SettingValue
     Setting setting;
     float value;
 };
-/// Parses the name or label of a parameter and its value, which is one of the texts or a number.
-/// Case is ignored. Throws ZException that tells the valid names or values.
+/// Parses the name or label of a parameter and its value as parseValue does. Throws ZException that
+/// tells the valid names or values.
 [[nodiscard]] SettingValue parseSetting(std::string_view name, std::string_view text);
+
+/// Parses a value of a setting, parameter or not. Case is ignored, and keys may be named as flats,
+/// such as Db. Throws ZException that tells the valid values.
+[[nodiscard]] float parseValue(Setting setting, std::string_view text);
 
 /// Whether a value is within the setting's range.
 [[nodiscard]] bool isAllowed(Setting setting, float value);
@@ -77,6 +83,7 @@ public:
     {
         return mIsAssigned[static_cast<std::size_t>(setting)];
     }
+    [[nodiscard]] bool IsAnyAssigned() const;
     /// Throws ZException for a value outside the setting's range.
     void Set(Setting setting, float value);
 

@@ -2,6 +2,7 @@
 #include "tools/render/ScaleGrid.h"
 
 #include "tools/render/RenderSettings.h"
+#include "tools/render/StateText.h"
 
 #include <fmt/format.h>
 
@@ -21,17 +22,15 @@ constexpr double kCentsPerSemitone = 100.0;
 
 }  // namespace
 
-ScaleGrid::ScaleGrid(const RenderSettings& settings)
+ScaleGrid::ScaleGrid(const RenderSettings& settings, const CurrentScale& scale)
     : mKey(settings.Index(Setting::kKey))
     , mRoot(
           Position(static_cast<double>(referenceFrequency(mKey, settings.Value(Setting::kDetune)))))
+    , mIsInScale(scale.degrees)
 {
     const auto cents = intonationCents(settings.Index(Setting::kIntonation));
     for (std::size_t d = 0; d < mTones.size(); ++d)
         mTones[d] = static_cast<double>(d) + cents[d] / kCentsPerSemitone;
-    mIsInScale[0] = true;
-    for (const std::int32_t degree : builtInScaleDegrees(settings.Index(Setting::kScale)))
-        mIsInScale[static_cast<std::size_t>(degree)] = true;
 }
 
 double ScaleGrid::Position(double hz)

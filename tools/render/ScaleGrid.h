@@ -11,6 +11,7 @@ namespace orvane
 {
 
 class RenderSettings;
+struct CurrentScale;
 
 /// The notes of a key, scale, intonation and detune. Positions are semitones above C0 in equal
 /// temperament; A 440 Hz is at 57.
@@ -25,7 +26,8 @@ public:
         bool isRoot;
     };
 
-    explicit ScaleGrid(const RenderSettings& settings);
+    /// Key, intonation and detune are those of settings.
+    ScaleGrid(const RenderSettings& settings, const CurrentScale& scale);
 
     /// Distance from hz > 0 to the nearest note of the scale, in cents, at least 0.
     [[nodiscard]] double CentsOff(double hz) const;
@@ -38,7 +40,7 @@ private:
     int mKey;
     double mRoot;                         // position of the root in some octave
     std::array<double, kDegrees> mTones;  // semitones above the root
-    std::array<bool, kDegrees> mIsInScale{};
+    std::array<bool, kDegrees> mIsInScale;
 };
 
 }  // namespace orvane

@@ -2,11 +2,17 @@
 #include "tools/render/SoundFile.h"
 
 #include "tools/render/Failure.h"
+#include "tools/render/TargetFile.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 
 namespace orvane
 {
@@ -16,24 +22,6 @@ namespace
 
 /// libsndfile's Ogg encoder keeps a buffer for each write on the stack, so long writes are split.
 constexpr int kFramesPerWrite = 4096;
-
-struct NameEnding
-{
-    std::string_view ending;
-    std::array<int, 3> containers;  // unused entries are 0
-};
-constexpr std::array<NameEnding, 10> kNameEndings{{
-    {".wav", {SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMAT_RF64}},
-    {".flac", {SF_FORMAT_FLAC}},
-    {".ogg", {SF_FORMAT_OGG}},
-    {".oga", {SF_FORMAT_OGG}},
-    {".opus", {SF_FORMAT_OGG}},
-    {".mp3", {SF_FORMAT_MPEG}},
-    {".aif", {SF_FORMAT_AIFF}},
-    {".aiff", {SF_FORMAT_AIFF}},
-    {".au", {SF_FORMAT_AU}},
-    {".caf", {SF_FORMAT_CAF}},
-}};
 
 constexpr std::array<int, 8> kKeptTexts{SF_STR_TITLE,       SF_STR_COPYRIGHT, SF_STR_ARTIST,
                                         SF_STR_COMMENT,     SF_STR_DATE,      SF_STR_ALBUM,
@@ -56,11 +44,22 @@ SF_INFO infoOf(const SoundFormat& format)
     return info;
 }
 
-std::string lowered(std::string text)
+/// A descriptor of a nameless file with all that standard input holds: sound files are read at more
+/// than one place. Throws ZException when the disk is full.
+int copyOfStandardInput()
 {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> copy(std::tmpfile(), std::fclose);
+    std::array<char, 65536> piece{};
+    std::size_t count = 0;
+    while (copy && (count = std::fread(piece.data(), 1, piece.size(), stdin)) > 0) {
+        if (std::fwrite(piece.data(), 1, count, copy.get()) != count)
+            fail("cannot keep standard input: {}", std::strerror(errno));
+    }
+    if (!copy || std::fflush(copy.get()) != 0)
+        fail("cannot keep standard input: {}", std::strerror(errno));
+    const int descriptor = ::dup(::fileno(copy.get()));
+    ::lseek(descriptor, 0, SEEK_SET);
+    return descriptor;
 }
 
 }  // namespace
@@ -71,15 +70,24 @@ std::string SoundFormat::Describe() const
                        formatName(code & SF_FORMAT_SUBMASK), channels == 1 ? "mono" : "stereo");
 }
 
-SoundReader::SoundReader(const std::filesystem::path& path)
-    : mName(path.string())
+void SoundReader::Open(const std::filesystem::path& path, SF_INFO& info)
 {
+    if (isStandardStream(path)) {
+        mFile.reset(sf_open_fd(copyOfStandardInput(), SFM_READ, &info, SF_TRUE));
+        return;
+    }
     if (!std::filesystem::exists(path))
         fail("cannot read {}: there is no such file", mName);
     if (std::filesystem::is_directory(path))
         fail("cannot read {}: it is a folder; name a sound file", mName);
-    SF_INFO info{};
     mFile.reset(sf_open(path.c_str(), SFM_READ, &info));
+}
+
+SoundReader::SoundReader(const std::filesystem::path& path)
+    : mName(isStandardStream(path) ? "standard input" : path.string())
+{
+    SF_INFO info{};
+    Open(path, info);
     if (!mFile)
         fail("cannot read {} as a sound file ({}): WAV, AIFF, FLAC, Ogg "
              "and their like can be read",
@@ -117,15 +125,16 @@ int SoundReader::Read(StereoBlock& block)
 }
 
 SoundWriter::SoundWriter(const std::filesystem::path& path, const std::string& name,
-                         const SoundReader& source)
+                         const SoundFormat& format, const SoundReader& source)
     : mName(name)
-    , mChannels(source.Format().channels)
+    , mChannels(format.channels)
 {
-    SF_INFO info = infoOf(source.Format());
+    assert(format.channels == source.Format().channels && format.rate == source.Format().rate);
+    SF_INFO info = infoOf(format);
     if (!sf_format_check(&info))
-        fail("{} cannot be written: files of the kind {} can only be "
-             "read; convert the input to WAV or FLAC first",
-             mName, source.Format().Describe());
+        fail("{} cannot be written: files of the kind {} can only be read; choose another by "
+             "--format, such as --format wav",
+             mName, format.Describe());
     mFile.reset(sf_open(path.c_str(), SFM_WRITE, &info));
     if (!mFile)
         fail("cannot write {}: {}", mName, sf_strerror(nullptr));
@@ -161,19 +170,11 @@ void SoundWriter::Close()
         fail("cannot write {}: {}", mName, sf_error_number(error));
 }
 
-void requireFittingName(const std::filesystem::path& path, const SoundFormat& format)
+std::int64_t expectedFrames(const std::filesystem::path& path)
 {
-    const std::string ending = lowered(path.extension().string());
-    const auto named = std::find_if(kNameEndings.begin(), kNameEndings.end(),
-                                    [&](const NameEnding& n) { return n.ending == ending; });
-    if (named == kNameEndings.end())
-        return;
-    const auto& containers = named->containers;
-    const int container = format.code & SF_FORMAT_TYPEMASK;
-    if (std::find(containers.begin(), containers.end(), container) == containers.end())
-        fail("{} is named like another format: the output keeps that of "
-             "the input, {}; name it so",
-             path.string(), formatName(container));
+    SF_INFO info{};
+    const SoundFileHandle file(sf_open(path.c_str(), SFM_READ, &info));
+    return file ? info.frames : 0;
 }
 
 }  // namespace orvane

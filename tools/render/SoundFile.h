@@ -37,7 +37,8 @@ using StereoBlock = std::array<std::vector<float>, 2>;
 class SoundReader
 {
 public:
-    /// Throws ZException when the file cannot be read or has more than two channels.
+    /// path "-" stands for standard input. Throws ZException when the file cannot be read or has
+    /// more than two channels.
     explicit SoundReader(const std::filesystem::path& path);
 
     [[nodiscard]] const SoundFormat& Format() const { return mFormat; }
@@ -54,6 +55,8 @@ public:
     [[nodiscard]] const char* Text(int kind) const { return sf_get_string(mFile.get(), kind); }
 
 private:
+    void Open(const std::filesystem::path& path, SF_INFO& info);
+
     std::string mName;
     SoundFormat mFormat;
     std::int64_t mExpectedFrames = 0;
@@ -67,10 +70,10 @@ private:
 class SoundWriter
 {
 public:
-    /// Copies the tags of source. Errors name the file by name. Throws ZException when the format
-    /// or the file cannot be written.
+    /// The file has the given format and the tags of source. Errors name the file by name. Throws
+    /// ZException when the format or the file cannot be written.
     SoundWriter(const std::filesystem::path& path, const std::string& name,
-                const SoundReader& source);
+                const SoundFormat& format, const SoundReader& source);
 
     /// Writes the frames [first, first + count) of block. Throws ZException when the disk is full.
     void Write(const StereoBlock& block, int first, int count);
@@ -84,7 +87,7 @@ private:
     SoundFileHandle mFile;
 };
 
-/// Throws ZException when the ending of path belongs to another container than that of format.
-void requireFittingName(const std::filesystem::path& path, const SoundFormat& format);
+/// Frames in a sound file by its header; 0 when it cannot be read. [any thread]
+[[nodiscard]] std::int64_t expectedFrames(const std::filesystem::path& path);
 
 }  // namespace orvane

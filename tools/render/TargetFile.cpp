@@ -7,10 +7,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cassert>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -49,7 +52,10 @@ std::filesystem::path withoutLinks(const std::filesystem::path& path)
 /// Makes an empty file in the folder of path, with the permissions of the user's umask.
 std::filesystem::path makeTemporary(const std::filesystem::path& path)
 {
-    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const std::filesystem::path folder = isStandardStream(path)
+                                             ? std::filesystem::temp_directory_path()
+                                         : path.has_parent_path() ? path.parent_path()
+                                                                  : ".";
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error))
         refuse(path, fmt::format("there is no folder {}; make it first", folder.string()));
@@ -64,13 +70,37 @@ std::filesystem::path makeTemporary(const std::filesystem::path& path)
     return name;
 }
 
+/// Throws ZException when standard output takes no more.
+void copyToStandardOutput(const std::filesystem::path& path)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+                                                               std::fclose);
+    std::array<char, 65536> piece{};
+    std::size_t count = 0;
+    while (file && (count = std::fread(piece.data(), 1, piece.size(), file.get())) > 0) {
+        if (std::fwrite(piece.data(), 1, count, stdout) != count)
+            fail("cannot write to standard output: {}", std::strerror(errno));
+    }
+    if (!file || std::ferror(file.get()) || std::fflush(stdout) != 0)
+        fail("cannot write to standard output: {}", std::strerror(errno));
+}
+
 }  // namespace
+
+bool isStandardStream(const std::filesystem::path& path)
+{
+    return path == "-";
+}
 
 TargetFile::TargetFile(std::filesystem::path path)
     : mPath(std::move(path))
 {
-    requireFileOrNothing(mPath);
-    mPlace = withoutLinks(mPath);
+    if (isStandardStream(mPath)) {
+        mPlace = mPath;
+    } else {
+        requireFileOrNothing(mPath);
+        mPlace = withoutLinks(mPath);
+    }
     mTemporary = makeTemporary(mPlace);
 }
 
@@ -81,9 +111,16 @@ TargetFile::~TargetFile()
         std::filesystem::remove(mTemporary, ignored);
 }
 
+std::string TargetFile::Name() const
+{
+    return isStandardStream(mPath) ? "standard output" : mPath.string();
+}
+
 void TargetFile::Commit()
 {
     assert(!mTemporary.empty());
+    if (isStandardStream(mPath))
+        return copyToStandardOutput(mTemporary);
     std::error_code error;
     std::filesystem::rename(mTemporary, mPlace, error);
     if (error)

@@ -145,6 +145,8 @@ void changeLatency(Fake& fake)
 
 void beginBlock(Fake& fake, std::int32_t frames)
 {
+    if (fake.mode == "crash")
+        std::abort();
     if (++fake.blocks == 1)
         noteHost(fake);
     const auto* const time =

@@ -27,6 +27,7 @@ inline constexpr const char* kFakeChunk =
 ///   adds       no processReplacing
 ///   early      the latency changes in the first block
 ///   late       the latency changes in the tenth block
+///   crash      the first block ends the process
 ///   chunkless  no chunks
 ///   picky      every chunk is refused
 inline constexpr const char* kFakeMode = "KESTRUNE_FAKE_PLUGIN";

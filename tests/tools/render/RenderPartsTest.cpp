@@ -7,6 +7,7 @@
 #include "tools/render/RenderSettings.h"
 #include "tools/render/ScaleGrid.h"
 #include "tools/render/SoundFile.h"
+#include "tools/render/StateText.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,7 @@ ScaleGrid gridWith(std::initializer_list<std::pair<Setting, float>> values)
     RenderSettings settings;
     for (const auto& [setting, value] : values)
         settings.Set(setting, value);
-    return ScaleGrid(settings);
+    return {settings, builtInScale(settings.Index(Setting::kScale))};
 }
 
 /// All readings of a sound that is fed in pieces of piece frames.

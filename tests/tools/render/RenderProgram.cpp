@@ -3,7 +3,9 @@
 
 #include "tools/singer/Singer.h"
 
+#include <cairo.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -66,7 +68,8 @@ std::vector<std::string> namesIn(const PrivateFolder& folder)
     return names;
 }
 
-RenderProgram::RenderProgram(const std::vector<std::string>& arguments, const std::string& program)
+RenderProgram::RenderProgram(const std::vector<std::string>& arguments, const std::string& program,
+                             const std::string& input)
 {
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -80,6 +83,7 @@ RenderProgram::RenderProgram(const std::vector<std::string>& arguments, const st
     const auto redirect = [&actions](int stream, const std::string& path) {
         posix_spawn_file_actions_addopen(&actions, stream, path.c_str(), O_WRONLY | O_CREAT, 0600);
     };
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, input.c_str(), O_RDONLY, 0);
     redirect(STDOUT_FILENO, mStreams.Path("out"));
     redirect(STDERR_FILENO, mStreams.Path("err"));
     const int error = posix_spawn(&mProcess, argv[0], &actions, nullptr, argv.data(), environ);
@@ -100,6 +104,19 @@ ProgramRun RenderProgram::Finish()
     run.out = readTextFile(mStreams.Path("out"));
     run.err = readTextFile(mStreams.Path("err"));
     return run;
+}
+
+Picture readPicture(const std::string& path)
+{
+    cairo_surface_t* const surface = cairo_image_surface_create_from_png(path.c_str());
+    EXPECT_EQ(cairo_surface_status(surface), CAIRO_STATUS_SUCCESS) << path;
+    const auto* const data =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
+    const auto width = static_cast<std::size_t>(cairo_image_surface_get_stride(surface)) / 4;
+    const auto height = static_cast<std::size_t>(cairo_image_surface_get_height(surface));
+    Picture picture{{data, data + width * height}, width};
+    cairo_surface_destroy(surface);
+    return picture;
 }
 
 }  // namespace orvane

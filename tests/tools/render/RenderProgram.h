@@ -5,6 +5,7 @@
 
 #include <sndfile.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -48,8 +49,10 @@ struct ProgramRun
 class RenderProgram
 {
 public:
+    /// input is the file that standard input reads.
     explicit RenderProgram(const std::vector<std::string>& arguments,
-                           const std::string& program = KESTRUNE_RENDER_PROGRAM);
+                           const std::string& program = KESTRUNE_RENDER_PROGRAM,
+                           const std::string& input = "/dev/null");
     [[nodiscard]] int Process() const { return mProcess; }
     /// Waits for its end.
     [[nodiscard]] ProgramRun Finish();
@@ -63,5 +66,15 @@ private:
 {
     return RenderProgram(arguments).Finish();
 }
+
+/// The pixels of a picture as 0xAARRGGBB, and the number of pixels in a row.
+struct Picture
+{
+    std::vector<std::uint32_t> pixels;
+    std::size_t width = 0;
+};
+
+/// Reads a PNG; a failure is one of the test.
+[[nodiscard]] Picture readPicture(const std::string& path);
 
 }  // namespace orvane

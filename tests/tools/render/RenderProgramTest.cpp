@@ -4,7 +4,6 @@
 #include "tools/fake_plugin/FakePlugin.h"
 #include "tools/render/PitchPlot.h"
 
-#include <cairo.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -34,6 +33,9 @@ Words operator+(Words words, const Words& more)
 }
 
 const Words kCorrect{"--set", "pitchCorrectionOnOff=On"};
+
+/// A MIDI file with one note, A3.
+const std::string kOneNote("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\4\0\x90\x39\x64", 26);
 
 /// A library that can be loaded but is not a plug-in.
 std::string foreignLibrary()
@@ -147,21 +149,29 @@ TEST_F(RenderProgramTest, MonoEqualsTheLeftChannelOfTheSameSoundInStereo)
     EXPECT_EQ(single, std::vector<float>(single.size(), 0.0f));
 }
 
-TEST_F(RenderProgramTest, ASavedChunkGivesTheSameSoundAgain)
+TEST_F(RenderProgramTest, SavedChunksAndPresetsGiveTheSameSoundAgain)
 {
     const TestSound voice = testVoice(1, 0.5);
     EXPECT_EQ(Render(voice, {"--program", "woman TO man"}).samples,
               Render(voice, {"--program", "6"}).samples);
     const Words program{"--program", "Adult to Child"};
     const std::string chunk = mFolder.Path("chunk");
+    const std::string preset = mFolder.Path("saved.xml");
     for (const Words& settings : {Words{}, Words{"--set", "pitchTranspose=Down 3rd"},
                                   kCorrect + Words{"--set", "formantTranspose=Biggest"}})
     {
-        const TestSound saved = Render(voice, program + settings + Words{"--save-chunk", chunk});
+        const TestSound saved = Render(
+            voice, program + settings + Words{"--save-chunk", chunk, "--save-preset", preset});
         EXPECT_NE(saved.samples, voice.samples);
-        EXPECT_EQ(Render(voice, program + Words{"--load-chunk", chunk}).samples, saved.samples);
+        EXPECT_EQ(Render(voice, {"--load-chunk", chunk}).samples, saved.samples);
+        EXPECT_EQ(Render(voice, {"--preset", preset}).samples, saved.samples);
     }
-    EXPECT_EQ(Render(voice, {"--load-chunk", chunk}).samples, voice.samples);
+    EXPECT_NE(Render(voice, {"--load-chunk", chunk, "--program", "6"}).samples,
+              Render(voice, {"--load-chunk", chunk}).samples);
+    const std::string text = readTextFile(preset);
+    writeTextFile(preset, "<VST_Program Number=\"3\">\n" + text + "</VST_Program>\n");
+    EXPECT_EQ(Render(voice, {"--preset", preset}).samples,
+              Render(voice, {"--load-chunk", chunk}).samples);
     writeTextFile(chunk, "<VST_Program><element");
     EXPECT_EQ(runRender({In(), Out(), "--load-chunk", chunk}).signal, 0);
 }
@@ -184,15 +194,12 @@ TEST_F(RenderProgramTest, APresetSetsWhatIsNotAParameter)
 TEST_F(RenderProgramTest, MidiNotesEditTheScaleWhenAPresetEnablesMidi)
 {
     // The note removes the A, which is sung, from the scale.
-    writeTextFile(mFolder.Path("m.mid"), std::string("MThd\0\0\0\6\0\0\0\1\0\x60MTrk\0\0\0\4"
-                                                     "\0\x90\x39\x64",
-                                                     26));
+    writeTextFile(mFolder.Path("m.mid"), kOneNote);
     writeTextFile(mFolder.Path("p"), "<preset version=\"1.0\"><element name=\"AcceptMIDI\" "
                                      "int32value=\"1\"></element></preset>");
     const TestSound voice = testVoice(1, 0.5);
     const std::vector<float> plain = Render(voice, kCorrect).samples;
     const Words midi = kCorrect + Words{"--midi", mFolder.Path("m.mid")};
-    EXPECT_EQ(Render(voice, midi).samples, plain);
     EXPECT_NE(Render(voice, midi + Words{"--preset", mFolder.Path("p")}).samples, plain);
 }
 
@@ -229,6 +236,150 @@ TEST_F(RenderProgramTest, TheReportHasFiguresSettingsAndThePitchTrack)
         EXPECT_NEAR(static_cast<double>(pitch[name].size()), 1.5 / 0.0116, 3.0) << name;
     const auto voiced = std::count(pitch["voiced"].begin(), pitch["voiced"].end(), true);
     EXPECT_GT(static_cast<double>(voiced), 0.8 * static_cast<double>(pitch["time"].size()));
+}
+
+TEST_F(RenderProgramTest, OptionsWithoutEffectAreNotedOnceEach)
+{
+    writeSound(In(), testVoice(1, 0.3));
+    writeTextFile(mFolder.Path("m.mid"), kOneNote);
+    writeTextFile(mFolder.Path("late.csv"), "9,key,D\n");
+    writeTextFile(mFolder.Path("p.xml"),
+                  "<preset version=\"1.0\"><element name=\"dettune\" floatvalue=\"3\"></element>"
+                  "<element name=\"detune\" int32value=\"3\"></element>"
+                  "<element name=\"key\" int32value=\"12\"></element>"
+                  "<element name=\"detune\" floatvalue=\"80\"></element>"
+                  "<element name=\"dettune\" floatvalue=\"4\"></element></preset>");
+    struct Case
+    {
+        Words options;
+        Words notes;
+    };
+    const std::string picture = mFolder.Path("w.png");
+    for (const Case& each :
+         {Case{kCorrect + Words{"--midi", mFolder.Path("m.mid")}, {"MIDI input is off"}},
+          Case{kCorrect + Words{"--automate", mFolder.Path("late.csv")},
+               {"1 points of automation"}},
+          Case{kCorrect + Words{"--preset", mFolder.Path("p.xml")},
+               {"no element 'dettune'", "another type: the plug-in takes floatvalue",
+                "12 is not in 0 to 11", "80 is not in -50 to 50"}},
+          Case{Words{"--window", picture, "--window-at", "2"}, {"is past the end"}},
+          Case{Words{"--plot", mFolder.Path("plot.jpg")}, {"is written as PNG"}},
+          Case{Words{"--set", "key=D"}, {"change nothing"}}})
+    {
+        const ProgramRun run = runRender(Words{In(), Out()} + each.options);
+        SCOPED_TRACE(run.err);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), std::ssize(each.notes));
+        for (const std::string& note : each.notes)
+            EXPECT_NE(run.err.find(note), std::string::npos) << note;
+    }
+}
+
+TEST_F(RenderProgramTest, ScaleIntonationDetuneAndReferenceReachThePlugin)
+{
+    // A scale of the user's own with root and fifth, chosen by its name.
+    writeTextFile(mFolder.Path("own.xml"),
+                  "<preset version=\"1.0\"><element name=\"CustomScaleNames\" int32value=\"0\">"
+                  "<discrete name=\"Fifths\" value=\"0\"></discrete></element>"
+                  "<element name=\"customScaleTones\"><buffer length=\"192\"><data values=\"" +
+                      std::string("3f800000") + std::string(6 * 8, '0') + "3f800000" +
+                      std::string(184 * 8, '0') + "\"></data></buffer></element></preset>");
+    const TestSound voice = testVoice(2, 1.0);
+    Render(voice, kCorrect + Report() +
+                      Words{"--preset", mFolder.Path("own.xml"), "--scale", "FIFTHS", "--set",
+                            "key=Db", "--reference", "left"});
+    const nlohmann::json own = ReportJson()["settings"];
+    EXPECT_EQ(own["scale"]["text"], "Fifths");
+    EXPECT_EQ(own["scale"]["notes"], (Words{"C#", "G#"}));
+    EXPECT_EQ(own["key"]["text"], "C#");
+    EXPECT_EQ(own["pitchReference"]["text"], "Left");
+    EXPECT_NEAR(ReportJson()["after"]["median_cents"], 0.0, 5.0)
+        << "the grid has the plug-in's notes";
+
+    // The voice is 30 cents above A.
+    Render(voice,
+           kCorrect + Report() +
+               Words{"--scale", "Chromatic", "--detune", "30", "--intonation", "classic just"});
+    EXPECT_EQ(ReportJson()["settings"]["intonation"]["text"], "Classic Just");
+    Render(voice, kCorrect + Report() + Words{"--scale", "Chromatic", "--detune", "30"});
+    EXPECT_LT(ReportJson()["before"]["median_cents"], 3.0);
+    EXPECT_LT(ReportJson()["after"]["median_cents"], 3.0);
+}
+
+TEST_F(RenderProgramTest, ShiftsAndEditedScalesAreReportedFromThePluginsState)
+{
+    writeTextFile(mFolder.Path("p.xml"),
+                  "<preset version=\"1.0\"><element name=\"PitchShift\" floatvalue=\"-250\">"
+                  "</element><element name=\"currentScaleModified\" int32value=\"1\"></element>"
+                  "<element name=\"currentCustomScale\"><buffer length=\"12\"><data values=\"" +
+                      std::string("3f800000") + std::string(10 * 8, '0') +
+                      "3f800000\"></data></buffer></element></preset>");
+    const Words transposed{"--set", "transposeOnOff=On"};
+    Render(testVoice(1, 0.5), transposed + Report() + Words{"--preset", mFolder.Path("p.xml")});
+    EXPECT_EQ(ReportJson()["settings"]["PitchShift"]["value"], -250.0);
+    EXPECT_EQ(ReportJson()["settings"]["scale"]["text"], "Major, edited");
+    EXPECT_EQ(ReportJson()["settings"]["scale"]["notes"], (Words{"C", "B"}));
+    Render(testVoice(1, 0.5),
+           transposed + Report() + Words{"--set", "pitchTranspose=Down Minor 3rd"});
+    EXPECT_EQ(ReportJson()["settings"]["PitchShift"]["value"], -300.0);
+    EXPECT_EQ(ReportJson()["settings"]["FormantShift"]["value"], -150.0);
+}
+
+TEST_F(RenderProgramTest, SeveralInputsAreRenderedIntoAFolderAndFailuresAreListedAtTheEnd)
+{
+    const TestSound voice = testVoice(1, 0.5);
+    const TestSound stereo = testVoice(2, 0.7);
+    writeSound(mFolder.Path("a.wav"), voice);
+    writeSound(mFolder.Path("b.wav"), stereo);
+    writeTextFile(mFolder.Path("bad.wav"), "not a sound");
+    const std::string folder = mFolder.Path("folder/");
+    const ProgramRun run = runRender(
+        Words{mFolder.Path("a.wav"), mFolder.Path("bad.wav"), mFolder.Path("b.wav"), "-o", folder} +
+        kCorrect);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find("bad.wav as a sound file"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.ends_with("1 of 3 inputs failed\n")) << run.err;
+    EXPECT_EQ(readSound(folder + "a.wav").samples, Render(voice, kCorrect).samples);
+    EXPECT_EQ(readSound(folder + "b.wav").samples, Render(stereo, kCorrect).samples);
+    EXPECT_FALSE(std::filesystem::exists(folder + "bad.wav"));
+    EXPECT_NE(run.out.find("a.wav -> "), std::string::npos);
+
+    const EnvironmentVariable crash(kFakeMode, "crash");
+    const ProgramRun crashed = runRender({mFolder.Path("a.wav"), mFolder.Path("b.wav"), "-o",
+                                          folder, "--plugin", KESTRUNE_FAKE_PLUGIN});
+    EXPECT_EQ(crashed.status, 2);
+    EXPECT_NE(crashed.err.find("b.wav: the plug-in crashed"), std::string::npos) << crashed.err;
+}
+
+TEST_F(RenderProgramTest, FormatChoosesContainerAndBits)
+{
+    struct Case
+    {
+        const char* format;
+        int code;
+    };
+    const TestSound voice = testVoice(1, 0.3);
+    for (const Case& each : {Case{"flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24},
+                             Case{"WAV", SF_FORMAT_WAV | SF_FORMAT_FLOAT},
+                             Case{"aiff:16", SF_FORMAT_AIFF | SF_FORMAT_PCM_16},
+                             Case{"ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS}})
+    {
+        const TestSound output = Render(voice, {"--format", each.format});
+        EXPECT_EQ(output.format, each.code) << each.format;
+        EXPECT_EQ(output.Frames(), voice.Frames());
+    }
+}
+
+TEST_F(RenderProgramTest, StandardInputAndOutputCarryASound)
+{
+    const TestSound voice = testVoice(2, 0.5);
+    const std::vector<float> expected = Render(voice, kCorrect).samples;
+    const ProgramRun run =
+        RenderProgram(Words{"-", "-"} + kCorrect, KESTRUNE_RENDER_PROGRAM, In()).Finish();
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.err.find("latency       18871 samples"), std::string::npos) << run.err;
+    writeTextFile(mFolder.Path("out.wav"), run.out);
+    EXPECT_EQ(readSound(mFolder.Path("out.wav")).samples, expected);
 }
 
 TEST_F(RenderProgramTest, ShortFilesKeepTheirLength)
@@ -277,6 +428,9 @@ TEST_F(RenderProgramTest, RefusalsAreOneLineWithTheRemedyAndLeaveNoFile)
     writeSound(mFolder.Path("slow.wav"), {7000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, {0.0f}});
     writeTextFile(mFolder.Path("text.wav"), "not a sound");
     writeTextFile(mFolder.Path("old.xml"), "<preset></preset>");
+    writeTextFile(mFolder.Path("one"),
+                  "<VST_Program><preset version=\"1.0\"></preset></VST_Program>");
+    writeTextFile(mFolder.Path("bank"), "<VST_Program></VST_Program><VST_Program></VST_Program>");
     std::filesystem::create_symlink("voice.wav", mFolder.Path("link.wav"));
     const std::vector<std::string> names = namesIn(mFolder);
     const std::vector<float> samples = readSound(mFolder.Path("voice.wav")).samples;
@@ -294,7 +448,7 @@ TEST_F(RenderProgramTest, RefusalsAreOneLineWithTheRemedyAndLeaveNoFile)
         {{in, out, "--set", "key=1.5"}, "G# (11)"},
         {{in, out, "--set", "pitchCorrectionTime=nan"}, "from 0 to 400 (ms)"},
         {{in, out, "--set", "pitchCorrectionTime=50ms"}, "from 0 to 400 (ms)"},
-        {{in, out, "--set", "scale=Minor"}, "no parameter of the plug-in: give it by a preset"},
+        {{in, out, "--set", "scale=Minor"}, "use --scale instead"},
         {{in, out, "--set", "PitchShift=100"}, "use pitchTranspose instead"},
         {{in, out, "--plugin", mFolder.Path("none.so")}, "no such plug-in file"},
         {{in, out, "--plugin", in}, "cannot be loaded"},
@@ -311,13 +465,26 @@ TEST_F(RenderProgramTest, RefusalsAreOneLineWithTheRemedyAndLeaveNoFile)
         {{in, mFolder.Path("none/out.wav")}, "no folder"},
         {{in, mFolder.Path("")}, "folder"},
         {{in, "/dev/null"}, "not an ordinary file"},
-        {{in, mFolder.Path("out.flac")}, "keeps that of the input, WAV"},
+        {{in, mFolder.Path("out.flac")}, "as the input unless --format"},
         {{in, out, "--report", mFolder.Path("r"), "--plot", mFolder.Path("r")}, "named twice"},
         {{in, out, "--window", mFolder.Path("w.png"), "--window-at", "-1"}, "--window-at"},
         {{in, out, "--preset", ""}, "--preset: it is empty"},
         {{in, out, "--program", "Man"}, "no program 'Man'; it has Default (0), "},
         {{in, out, "--preset", mFolder.Path("text.wav")}, "no element 'preset'"},
         {{in, out, "--preset", mFolder.Path("old.xml")}, "preset of version none: 1.0 is needed"},
+        {{in, out, "--preset", mFolder.Path("bank")}, "2 programs: give it by --load-chunk"},
+        {{in, out, "--load-chunk", mFolder.Path("old.xml")}, "is a preset: give it by --preset"},
+        {{in, out, "--load-chunk", mFolder.Path("one")},
+         "chunk of one program: give it by --preset"},
+        {{in, out, "--load-chunk", in}, "is not a chunk of CantorelMini"},
+        {{in, out, "--scale", "Dorian"}, "the scales are Chromatic, Major, Minor, Blues"},
+        {{in, out, "--intonation", "Odd"}, "Pythagorean (8)"},
+        {{in, out, "--detune", "51"}, "from -50 to 50 (cents)"},
+        {{in, out, "--format", "flac:8"}, "flac:24"},
+        {{in, out, in}, "need a folder for their outputs"},
+        {{in, mFolder.Path("many.wav"), "-o", mFolder.Path("f"), "--plot", out},
+         "is for one sound"},
+        {{in, in, "-o", mFolder.Path("f")}, "two inputs would be written to"},
         {{"--list", in, out}, "IN means nothing beside --list"},
         {{in, out, "--window", mFolder.Path("w.png"), "--window-scale", "9"}, "1 to 8"},
         {{"--window", mFolder.Path("w.png"), in}, "OUT"},
@@ -422,26 +589,6 @@ TEST_F(RenderProgramTest, AnInterruptedRunLeavesNoFileAndEndsByTheSignal)
 namespace
 {
 
-/// The pixels of a picture as 0xAARRGGBB, and the number of pixels in a row.
-struct Picture
-{
-    std::vector<std::uint32_t> pixels;
-    std::size_t width = 0;
-};
-
-Picture pictureIn(const std::string& path)
-{
-    cairo_surface_t* const surface = cairo_image_surface_create_from_png(path.c_str());
-    EXPECT_EQ(cairo_surface_status(surface), CAIRO_STATUS_SUCCESS) << path;
-    const auto* const data =
-        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
-    const auto width = static_cast<std::size_t>(cairo_image_surface_get_stride(surface)) / 4;
-    const auto height = static_cast<std::size_t>(cairo_image_surface_get_height(surface));
-    Picture picture{{data, data + width * height}, width};
-    cairo_surface_destroy(surface);
-    return picture;
-}
-
 /// Columns of a picture in which a colour, 0xRRGGBB, occurs below the heading.
 std::set<int> columnsWith(const Picture& picture, unsigned colour)
 {
@@ -465,8 +612,8 @@ TEST_F(RenderProgramTest, ThePlotShowsBothCurvesAndNoneInSilence)
     const std::string plot = mFolder.Path("plot.png");
     Render(voice, kCorrect + Words{"--plot", plot});
 
-    const std::set<int> input = columnsWith(pictureIn(plot), kInputCurveColour);
-    const std::set<int> output = columnsWith(pictureIn(plot), kOutputCurveColour);
+    const std::set<int> input = columnsWith(readPicture(plot), kInputCurveColour);
+    const std::set<int> output = columnsWith(readPicture(plot), kOutputCurveColour);
     EXPECT_GT(input.size(), 700u);
     EXPECT_GT(output.size(), 700u);
     for (int x = kPlotWidth / 2 - 150; x < kPlotWidth / 2 + 150; ++x)
@@ -480,7 +627,7 @@ TEST_F(RenderProgramTest, TheWindowPictureShowsTheStateOfTheOptions)
         const ProgramRun run = runRender(Words{"--window", file} + options);
         EXPECT_EQ(run.status, 0) << run.err;
         EXPECT_EQ(run.err, "");
-        return pictureIn(file).pixels;
+        return readPicture(file).pixels;
     };
     const std::vector<std::uint32_t> first = drawn({});
     EXPECT_TRUE(drawn({}) == first);
@@ -502,7 +649,7 @@ TEST_F(RenderProgramTest, AWindowPictureDuringARenderDoesNotChangeTheSound)
               plain.samples);
     const Words both{"--window", late, "--window-at", "1", "--plot", mFolder.Path("plot.png")};
     EXPECT_EQ(Render(voice, kCorrect + both).samples, plain.samples);
-    EXPECT_TRUE(pictureIn(early).pixels != pictureIn(late).pixels)
+    EXPECT_TRUE(readPicture(early).pixels != readPicture(late).pixels)
         << "meter and keyboard follow the voice";
 }
 
