@@ -51,6 +51,11 @@ constexpr double kMarginSemitones = 1.6;
 /// Points further apart than this are not joined: they are separate notes or detection errors.
 constexpr double kJoinedSemitones = 3.0;
 
+/// A longer sound is drawn as bands: so many lines beside each other would fill the plot.
+constexpr double kMostPointsPerPixel = 4.0;
+constexpr double kBandRow = 2.0;         // pixels; height of a cell of the bands
+constexpr double kFullBandShare = 0.25;  // of a column's points in one cell, drawn opaque
+
 struct CairoFreer
 {
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
@@ -134,8 +139,13 @@ public:
         DrawTimes();
         DrawNotes();
         DrawFrame();
-        DrawCurve(&PitchPoint::inputHz, kInputCurveColour, kInputWidth);
-        DrawCurve(&PitchPoint::outputHz, kOutputCurveColour, kOutputWidth);
+        if (static_cast<double>(mResult.points.size()) > kMostPointsPerPixel * (kRight - kLeft)) {
+            DrawBands(&PitchPoint::inputHz, kInputCurveColour);
+            DrawBands(&PitchPoint::outputHz, kOutputCurveColour);
+        } else {
+            DrawCurve(&PitchPoint::inputHz, kInputCurveColour, kInputWidth);
+            DrawCurve(&PitchPoint::outputHz, kOutputCurveColour, kOutputWidth);
+        }
         DrawHeading();
     }
 
@@ -155,10 +165,10 @@ private:
         return kBottom - (kBottom - kTop) * (position - mSpan.low) / (mSpan.high - mSpan.low);
     }
 
-    void SetColour(unsigned colour)
+    void SetColour(unsigned colour, double opacity = 1.0)
     {
         const auto part = [colour](int shift) { return ((colour >> shift) & 0xFFu) / 255.0; };
-        cairo_set_source_rgb(mContext.get(), part(16), part(8), part(0));
+        cairo_set_source_rgba(mContext.get(), part(16), part(8), part(0), opacity);
     }
 
     void Line(double x1, double y1, double x2, double y2, unsigned colour, double width)
@@ -303,6 +313,42 @@ private:
         cairo_set_line_width(mContext.get(), width);
         cairo_stroke(mContext.get());
         cairo_restore(mContext.get());
+    }
+
+    /// Draws how often each pitch occurs: columns of one pixel, each with rows of cells that are
+    /// the more opaque the more of the column's voiced points they hold.
+    void DrawBands(float PitchPoint::*pitch, unsigned colour)
+    {
+        const auto rows = static_cast<std::size_t>((kBottom - kTop) / kBandRow);
+        const auto columns = static_cast<std::size_t>(kRight - kLeft);
+        std::vector<int> counts(rows * columns);
+        std::vector<int> totals(columns);
+        for (const PitchPoint& point : mResult.points) {
+            if (!point.isVoiced || point.*pitch <= 0.0f)
+                continue;
+            const double x = X(point.seconds) - kLeft;
+            const double row =
+                (Y(ScaleGrid::Position(static_cast<double>(point.*pitch))) - kTop) / kBandRow;
+            if (x < 0.0 || x >= static_cast<double>(columns) || row < 0.0 ||
+                row >= static_cast<double>(rows))
+                continue;
+            ++totals[static_cast<std::size_t>(x)];
+            ++counts[static_cast<std::size_t>(x) * rows + static_cast<std::size_t>(row)];
+        }
+        for (std::size_t column = 0; column < columns; ++column) {
+            for (std::size_t row = 0; row < rows; ++row) {
+                if (const int count = counts[column * rows + row]; count > 0)
+                    DrawCell(column, row, colour, count / (kFullBandShare * totals[column]));
+            }
+        }
+    }
+
+    void DrawCell(std::size_t column, std::size_t row, unsigned colour, double opacity)
+    {
+        SetColour(colour, std::min(opacity, 1.0));
+        cairo_rectangle(mContext.get(), kLeft + static_cast<double>(column),
+                        kTop + kBandRow * static_cast<double>(row), 1.0, kBandRow);
+        cairo_fill(mContext.get());
     }
 
     void Continue(double x, double y, bool isJoined)
