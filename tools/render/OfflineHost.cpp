@@ -43,6 +43,7 @@ void OfflineHost::SetFormat(int rate, int blockFrames)
     mRate = rate;
     mBlockFrames = blockFrames;
     MoveTo(0);
+    mIsStart = true;
 }
 
 void OfflineHost::MoveTo(std::int64_t frame)
@@ -64,8 +65,9 @@ void OfflineHost::MoveTo(std::int64_t frame)
         static_cast<std::int32_t>(std::lround((std::round(clocks) - clocks) * framesPerClock));
     mTime.flags = kVstTransportPlaying | kVstNanosValid | kVstPpqPosValid | kVstTempoValid |
                   kVstBarsValid | kVstTimeSigValid | kVstClockValid;
-    if (frame == 0)
+    if (mIsStart)
         mTime.flags |= kVstTransportChanged;
+    mIsStart = false;
 }
 
 std::intptr_t OfflineHost::Answer(std::int32_t opcode, void* ptr) noexcept

@@ -25,6 +25,7 @@ public:
 private:
     int mRate = 44100;
     int mBlockFrames = 512;
+    bool mIsStart = true;  // the next block is the first
     VstTimeInfo mTime{};
 };
 

@@ -34,6 +34,8 @@ public:
     void Feed(const StereoBlock& block, int first, int count);
     /// The readings that the last call of Feed produced, oldest first.
     [[nodiscard]] std::span<const PitchReading> Readings() const { return mReadings; }
+    /// Frames between two readings, which is the block of the engine.
+    [[nodiscard]] int Hop() const { return mHop; }
     /// Frames that must be fed after a frame before its reading is produced.
     [[nodiscard]] int Delay() const { return mPitchDelay + mHop; }
 

@@ -35,6 +35,8 @@ public:
     void SetFormat(int rate, int blockFrames);
     /// Switches processing on. Process may be called from then on.
     void Start();
+    /// Sets the frame of the input at which the next block starts; negative before the input.
+    void MoveTo(std::int64_t frame) { mFrame = frame; }
     /// Latency in frames, as the plug-in reported it last; call after Start.
     [[nodiscard]] int Latency() const { return mLatency; }
     /// Processes the frames [first, first + count) of input into those of output; count is at most

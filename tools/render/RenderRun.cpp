@@ -61,6 +61,7 @@ RenderRun::RenderRun(const RenderRequest& request, const RenderSettings& setting
 void RenderRun::Run(const ProgressCallback& progress)
 {
     constexpr std::int64_t kReportEvery = 16384;  // frames
+    FeedLeadIn();
     std::int64_t reported = 0;
     while (true) {
         throwIfInterrupted();
@@ -79,6 +80,21 @@ void RenderRun::Run(const ProgressCallback& progress)
     if (mWindow)
         mWindow->Take();
     FinishTrack();
+}
+
+/// Feeds a latency of silence, rounded up to whole blocks of the engine, so that the first of those
+/// in which there is sound starts with the sound.
+void RenderRun::FeedLeadIn()
+{
+    const int hop = mInputPitch.Hop();
+    mPosition = -static_cast<std::int64_t>((mLatency + hop - 1) / hop) * hop;
+    mPlugin.MoveTo(mPosition);
+    while (mPosition < 0) {
+        throwIfInterrupted();
+        const int count = static_cast<int>(std::min<std::int64_t>(-mPosition, mBlock));
+        Process(count);
+        mPosition += count;
+    }
 }
 
 /// Fills the input with the next frames or, after the end, with silence. Returns how many frames of

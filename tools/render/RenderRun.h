@@ -16,6 +16,10 @@ class EventSchedule;
 class WindowShot;
 
 /// Feeds a sound from a reader through the plug-in to a writer and measures the pitch of both.
+///
+/// Silence is fed before the input and dropped from the output. A plug-in may need it: ours starts
+/// dry and changes to the corrected path shortly after its first output, which would click in a
+/// sound that begins at its first sample.
 class RenderRun
 {
 public:
@@ -24,7 +28,7 @@ public:
     RenderRun(const RenderRequest& request, const RenderSettings& settings, PluginInstance& plugin,
               EventSchedule& events, SoundReader& reader, SoundWriter& writer, WindowShot* window);
 
-    /// Feeds the input and then silence until the end of the input has come out.
+    /// Feeds the silence, the input, and then silence until the end of the input has come out.
     /// Calls progress now and then with the frames that were processed since its last call. Throws
     /// ZException and Interruption.
     void Run(const ProgressCallback& progress);
@@ -37,6 +41,7 @@ public:
     [[nodiscard]] const std::vector<PitchPoint>& Points() const { return mTrack.Points(); }
 
 private:
+    void FeedLeadIn();
     [[nodiscard]] int ReadInput();
     void Process(int count);
     void WriteOutput(int count);

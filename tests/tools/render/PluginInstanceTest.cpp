@@ -91,9 +91,10 @@ TEST(PluginInstanceTest, EventsComeAtTheirFrameAndCutTheBlockOfAHostThatRendersO
                                   "opcode 10: 0 44100",
                                   "opcode 11: 4410 0",
                                   "opcode 12: 1 0",
+                                  "host 2400 44100 4410 4 1 1 Orvane Inc. kestrune-render",
+                                  "512 frames at -512, quarter -0.023",
                                   "Correct Pitch 1.00",
                                   "1: 90 60 100 after 0",
-                                  "host 2400 44100 4410 4 1 1 Orvane Inc. kestrune-render",
                                   "4410 frames at 0, quarter 0.000",
                                   "2205 frames at 4410, quarter 0.200",
                                   "Key 0.02",
@@ -143,13 +144,15 @@ TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
     request.saveChunk = render.File("saved", "old");
     const FakePluginLog& log = fakePluginLog();
     const RenderResult result = render.Run({44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT, {}});
-    EXPECT_EQ(log,
-              (FakePluginLog{"opcode 0: 0 0", "opcode 10: 0 44100", "opcode 11: 512 0",
-                             "opcode 67: 0 0", "opcode 2: 1 0", "opcode 68: 0 0",
-                             "bank <VST_Program></VST_Program><VST_Program></VST_Program>",
-                             "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
-                             "</preset>\n</VST_Program>\n",
-                             "Key 1.00", "opcode 12: 1 0", "opcode 12: 0 0", "opcode 1: 0 0"}));
+    EXPECT_EQ(log, (FakePluginLog{"opcode 0: 0 0", "opcode 10: 0 44100", "opcode 11: 512 0",
+                                  "opcode 67: 0 0", "opcode 2: 1 0", "opcode 68: 0 0",
+                                  "bank <VST_Program></VST_Program><VST_Program></VST_Program>",
+                                  "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
+                                  "</preset>\n</VST_Program>\n",
+                                  "Key 1.00", "opcode 12: 1 0",
+                                  "host 2400 44100 512 4 1 1 Orvane Inc. kestrune-render",
+                                  "512 frames at -512, quarter -0.023", "opcode 12: 0 0",
+                                  "opcode 1: 0 0"}));
     EXPECT_EQ(render.Text("saved"),
               kFakeChunk + std::string("<!-- kestrune-render program 1 -->\n"));
     EXPECT_EQ(result.settings.Value(Setting::kDetune), 12.5f);
