@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr float kSemitones = 12.0f;
-constexpr float kConcertPitch = 440.0f;
+constexpr float kDefaultReferenceHz = 440.0f;
 constexpr float kErrorLeft = 0.25f;
 
 float octavesBetween(float frequency, float reference)
@@ -27,7 +27,7 @@ float octavesBetween(float frequency, float reference)
 
 void KestruneCorrection::SetReferenceFrequency(float hz) noexcept
 {
-    mReferenceFrequency = hz > 0.0f ? hz : kConcertPitch;
+    mReferenceFrequency = hz > 0.0f ? hz : kDefaultReferenceHz;
 }
 
 void KestruneCorrection::SetTones(const float* tones, int count) noexcept

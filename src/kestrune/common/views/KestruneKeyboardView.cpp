@@ -17,7 +17,7 @@ namespace orvane
 namespace
 {
 
-constexpr std::int32_t kDegrees = ZBWKeys::kNotesInOctave;
+constexpr std::int32_t kOctaveNotes = ZBWKeys::kNotesInOctave;
 constexpr std::int32_t kKeys = 13;         // from tonic to tonic
 constexpr std::int32_t kLowestTonic = 45;  // the note A, the first entry in the list of keys
 
@@ -25,11 +25,11 @@ constexpr std::int32_t kLowestTonic = 45;  // the note A, the first entry in the
 /// there is not shown.
 std::int32_t foldNote(std::int32_t note, std::int32_t start, std::int32_t end)
 {
-    assert(end - start >= kDegrees);
+    assert(end - start >= kOctaveNotes);
     if (note > end)
-        return note - kDegrees * (1 + (note - end - 1) / kDegrees);
+        return note - kOctaveNotes * (1 + (note - end - 1) / kOctaveNotes);
     if (note < start)
-        return note + kDegrees * ((start - note - 1) / kDegrees) + kDegrees;
+        return note + kOctaveNotes * ((start - note - 1) / kOctaveNotes) + kOctaveNotes;
     return note;
 }
 
@@ -105,7 +105,7 @@ void KestruneKeyboardView::ElementChanged(std::uint64_t elementId)
 
 void KestruneKeyboardView::MoveToTonic()
 {
-    const std::int32_t key = std::clamp(mStartingNote->GetDiscrete(), 0, kDegrees - 1);
+    const std::int32_t key = std::clamp(mStartingNote->GetDiscrete(), 0, kOctaveNotes - 1);
     const std::int32_t tonic = kLowestTonic + key;
     if (tonic != mStartNote)
         CancelPress();  // the key under the mouse is another one now
@@ -122,11 +122,11 @@ void KestruneKeyboardView::ShowScale()
     mKeyState.fill(0);
     mKeyState[mStartNote] = 1;  // the tonic is in every scale
     ZBuffer* flags = mKeyStateElement ? mKeyStateElement->GetZBuffer() : nullptr;
-    const auto count = flags ? std::min<std::uint32_t>(flags->Length(), kDegrees) : 0;
+    const auto count = flags ? std::min<std::uint32_t>(flags->Length(), kOctaveNotes) : 0;
     for (std::uint32_t degree = 0; degree < count; ++degree) {
         if (std::atomic_ref(flags->Data()[degree]).load(std::memory_order_relaxed) != 1.0f)
             continue;
-        for (const std::int32_t octave : {-kDegrees, 0, kDegrees})
+        for (const std::int32_t octave : {-kOctaveNotes, 0, kOctaveNotes})
             mKeyState[static_cast<std::size_t>(mStartNote + octave) + degree] = 1;
     }
     Invalidate();
@@ -158,7 +158,7 @@ void KestruneKeyboardView::LetPlayingNoteGo()
 
 void KestruneKeyboardView::SetKeyDown(std::int32_t note, bool down)
 {
-    for (const std::int32_t octave : {-kDegrees, 0, kDegrees})
+    for (const std::int32_t octave : {-kOctaveNotes, 0, kOctaveNotes})
         ZBWKeys::SetKeyDown(note + octave, down);
 }
 
@@ -166,7 +166,7 @@ void KestruneKeyboardView::MouseDown(const ZPoint& point, std::uint32_t /*mods*/
 {
     CancelPress();  // another mouse button may have begun one
     SetMouseCapture(true, true);
-    for (std::int32_t note = mStartNote; note < mStartNote + kDegrees; ++note) {
+    for (std::int32_t note = mStartNote; note < mStartNote + kOctaveNotes; ++note) {
         const auto place = static_cast<std::size_t>(note);
         const ZRect& upper = mUpperRect[place];
         const ZRect& lower = mLowerRect[place];
@@ -192,9 +192,9 @@ void KestruneKeyboardView::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
 // The element's report of the change then calls ShowScale(), which lights the tonic in any case.
 void KestruneKeyboardView::FlipKey(std::int32_t note)
 {
-    assert(note >= mStartNote && note < mStartNote + kDegrees);
+    assert(note >= mStartNote && note < mStartNote + kOctaveNotes);
     const bool lit = !IsKeyLit(note);
-    for (const std::int32_t octave : {-kDegrees, 0, kDegrees})
+    for (const std::int32_t octave : {-kOctaveNotes, 0, kOctaveNotes})
         mKeyState[static_cast<std::size_t>(note + octave)] = lit;
     WriteFlag(mKeyStateElement, note - mStartNote, lit);
     Invalidate();

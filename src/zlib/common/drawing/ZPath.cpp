@@ -9,7 +9,7 @@ namespace orvane
 namespace
 {
 
-ZPathPoint toPathPoint(const ZPoint& point)
+ZPathPoint pathPointOf(const ZPoint& point)
 {
     return {static_cast<float>(point.x), static_cast<float>(point.y)};
 }
@@ -25,17 +25,17 @@ void ZPath::AddSegment(const ZPathPoint& from, const ZPathPoint& to)
 void ZPath::MoveTo(const ZPoint& point)
 {
     mOutline.Close();
-    AddSegment(toPathPoint(point), toPathPoint(point));
+    AddSegment(pathPointOf(point), pathPointOf(point));
 }
 
 void ZPath::LineTo(const ZPoint& point)
 {
-    AddSegment(mLast, toPathPoint(point));
+    AddSegment(mLast, pathPointOf(point));
 }
 
 void ZPath::AddLine(const ZPoint& from, const ZPoint& to)
 {
-    AddSegment(toPathPoint(from), toPathPoint(to));
+    AddSegment(pathPointOf(from), pathPointOf(to));
 }
 
 void ZPath::AddLines(std::span<const ZPoint> points)
@@ -47,7 +47,7 @@ void ZPath::AddLines(std::span<const ZPoint> points)
 void ZPath::AddArc(const ZPoint& centre, std::int32_t radius, std::int32_t startDegrees,
                    std::int32_t sweepDegrees)
 {
-    mOutline.AddArc(toPathPoint(centre), static_cast<float>(radius),
+    mOutline.AddArc(pathPointOf(centre), static_cast<float>(radius),
                     static_cast<float>(startDegrees % 360), static_cast<float>(sweepDegrees));
     if (!mOutline.IsEmpty())
         mLast = mOutline.GetSegments().back().point;

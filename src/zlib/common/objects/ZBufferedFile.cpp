@@ -12,7 +12,7 @@ namespace orvane
 namespace
 {
 
-std::size_t sizeOf(std::int32_t bytes)
+std::size_t bufferedSize(std::int32_t bytes)
 {
     return bytes > 0 ? static_cast<std::size_t>(bytes) : 0;
 }
@@ -129,7 +129,7 @@ std::int32_t ZBufferedFile::Read(void* buffer, std::int32_t bytes)
                          "Unable to read from write-only buffered file.");
     if (!IsOpen())
         throw ZException("Unable to read file.");
-    const std::span out(static_cast<std::byte*>(buffer), sizeOf(bytes));
+    const std::span out(static_cast<std::byte*>(buffer), bufferedSize(bytes));
     std::size_t done = 0;
     for (;;) {
         assert(GetPosition() <= mBufferEnd && mBufferEnd <= mBufferStart + mBufferSize);
@@ -151,7 +151,7 @@ std::int32_t ZBufferedFile::Write(const void* buffer, std::int32_t bytes)
 {
     if (!IsWritable())
         throw ZException("Unable to write to file.");
-    const std::span whole(static_cast<const std::byte*>(buffer), sizeOf(bytes));
+    const std::span whole(static_cast<const std::byte*>(buffer), bufferedSize(bytes));
     std::size_t done = 0;
     for (;;) {
         assert(mCursor >= 0 && mCursor <= mBufferSize);
@@ -177,7 +177,7 @@ void ZBufferedFile::ReadWhole(std::span<std::byte> out)
         const std::int32_t got = Read(out.data(), static_cast<std::int32_t>(out.size()));
         if (got == 0)
             throw ZException("Unable to read file.");
-        out = out.subspan(sizeOf(got));
+        out = out.subspan(bufferedSize(got));
     }
 }
 

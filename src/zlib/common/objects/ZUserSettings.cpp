@@ -50,7 +50,7 @@ std::optional<std::string> readText(const std::string& path)
     return text;
 }
 
-std::string_view takeLine(std::string_view& text)
+std::string_view takeSettingLine(std::string_view& text)
 {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
@@ -68,9 +68,9 @@ std::optional<std::string_view> valueOf(std::string_view line, std::string_view 
 
 std::optional<std::int32_t> numberIn(std::string_view text)
 {
-    constexpr std::string_view kBlanks = " \t\r";
-    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    text = text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    constexpr std::string_view kSpaces = " \t\r";
+    text.remove_prefix(std::min(text.find_first_not_of(kSpaces), text.size()));
+    text = text.substr(0, text.find_last_not_of(kSpaces) + 1);
     std::int32_t number = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
     if (read.ec != std::errc() || read.ptr != text.data() + text.size())
@@ -84,7 +84,7 @@ std::string withLine(std::string_view text, std::string_view name, const std::st
     std::string result;
     bool placed = false;
     while (!text.empty()) {
-        const std::string_view before = takeLine(text);
+        const std::string_view before = takeSettingLine(text);
         if (!valueOf(before, name)) {
             result.append(before) += '\n';
         } else if (!placed) {
@@ -127,7 +127,7 @@ bool ZUserSettings::GetInt(const ZString& name, std::int32_t& out) const
     const std::string key = name.ToNarrow();
     std::optional<std::int32_t> number;
     for (std::string_view rest = *text; !rest.empty();) {
-        if (const auto value = valueOf(takeLine(rest), key))
+        if (const auto value = valueOf(takeSettingLine(rest), key))
             number = numberIn(*value);
     }
     out = number.value_or(out);

@@ -23,7 +23,7 @@ constexpr std::int32_t kSignSize = 32;
 constexpr std::int32_t kSignFontHeight = 20;
 constexpr std::int32_t kMinTextWidth = 180;
 constexpr std::int32_t kMaxTextWidth = 380;
-constexpr std::int32_t kMaxTextHeight = 480;
+constexpr std::int32_t kMaxBoxTextHeight = 480;
 constexpr std::int32_t kButtonWidth = 76;
 constexpr std::int32_t kButtonHeight = 23;
 
@@ -73,7 +73,7 @@ ZMessageBoxContent::ZMessageBoxContent(ZMessageBox::Kind kind, const ZString& te
 {
     const ZPoint wanted = ZPanelStyle::measure(text, kMaxTextWidth);
     const std::int32_t width = std::max(wanted.x, kMinTextWidth);
-    const std::int32_t height = std::clamp(wanted.y, kSignSize, kMaxTextHeight);
+    const std::int32_t height = std::clamp(wanted.y, kSignSize, kMaxBoxTextHeight);
     const std::int32_t left = 2 * kMargin + kSignSize;
     // A text lower than the sign is centred beside it.
     const std::int32_t top = kMargin + std::max(height - wanted.y, 0) / 2;

@@ -15,7 +15,7 @@ namespace orvane
 namespace
 {
 
-constexpr const char* kAlignWords[] = {"center", "left", "right"};
+constexpr const char* kTextAlignWords[] = {"center", "left", "right"};
 
 }  // namespace
 
@@ -32,7 +32,7 @@ void ZStringView::ReadLabel(const ZXMLElement& xml)
 {
     mText = ZString(xml.GetAttribute("text"));
     for (std::int32_t align = kAlignCentre; align <= kAlignEnd; ++align)
-        if (xml.AttributeIs("align", kAlignWords[align]))
+        if (xml.AttributeIs("align", kTextAlignWords[align]))
             mAlign = align;
     ZApplication* const application = GetApplication();
     if (application && xml.HasAttribute("key"))
@@ -55,7 +55,7 @@ void ZStringView::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
     ZXMLElement label("label");
     label.AddAttribute("text", withoutMarkup(mText.ToNarrow()));
     if (mAlign >= kAlignCentre && mAlign <= kAlignEnd)
-        label.AddAttribute("align", kAlignWords[mAlign]);
+        label.AddAttribute("align", kTextAlignWords[mAlign]);
     xml->AddChild(label);
 }
 
