@@ -3,10 +3,13 @@
 
 #include "kestrune/common/engine/KestruneGeometry.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <memory>
+#include <new>
 
 namespace orvane
 {
@@ -28,6 +31,17 @@ constexpr float kEnergyFloor = 1.0e-10f;
 constexpr float kGateClosedDecibels = -60.0f;
 constexpr float kGateSpanDecibels = 10.0f;
 
+/// Fails as the other containers of the engine do: throws std::bad_alloc when there is no memory.
+std::unique_ptr<ZBuffer> allocateBuffer(std::uint32_t length)
+{
+    assert(length > 0);
+    try {
+        return std::make_unique<ZBuffer>(length, "ZBuffer");
+    } catch (const ZException&) {
+        throw std::bad_alloc();
+    }
+}
+
 }  // namespace
 
 void KestruneSpectrum::Allocate(const KestruneGeometry& geometry)
@@ -38,9 +52,9 @@ void KestruneSpectrum::Allocate(const KestruneGeometry& geometry)
     mFrameLength = 0;
     mGain = ZGain::Create(false);
     mFourier = ZFourierTransform::Create(geometry.order, 0, 1);
-    mFrame = std::make_unique<ZBuffer>(fftSize, "ZBuffer");
-    mSpectrum = std::make_unique<ZBuffer>(bins, "ZBuffer");
-    mImaginary = std::make_unique<ZBuffer>(bins, "ZBuffer");
+    mFrame = allocateBuffer(fftSize);
+    mSpectrum = allocateBuffer(bins);
+    mImaginary = allocateBuffer(bins);
 }
 
 void KestruneSpectrum::SetFrameLength(int length) noexcept

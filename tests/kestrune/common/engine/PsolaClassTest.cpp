@@ -8,15 +8,33 @@
 #include "support/Signals.h"
 #include "tools/singer/Singer.h"
 #include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/objects/ZException.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <memory>
+#include <new>
 #include <numbers>
 #include <vector>
+
+// Memory aligned beyond the default is what sample buffers ask for.
+static int alignedAllocationsLeft = std::numeric_limits<int>::max();
+
+void* operator new(std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept
+{
+    const auto step = static_cast<std::size_t>(alignment);
+    const std::size_t padded = (bytes + step - 1) / step * step;
+    return alignedAllocationsLeft-- > 0 ? std::aligned_alloc(step, padded) : nullptr;
+}
+
+void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
+{
+    std::free(memory);
+}
 
 namespace orvane
 {
@@ -396,6 +414,28 @@ TEST(PsolaClassTest, AChangeOfRateOrBlockStartsAfresh)
     EXPECT_EQ(engine->GetLatency(), 0);
     ASSERT_TRUE(engine->Initialize(kRate, kHop));
     EXPECT_EQ(engine->GetLatency(), kLatency);
+}
+
+TEST(PsolaClassTest, ABufferThatCannotBeMadeMakesInitializeFail)
+{
+    const auto engine = std::make_unique<PsolaClass>();
+    const auto initialize = [&](int allocations) {
+        alignedAllocationsLeft = allocations;
+        return engine->Initialize(kRate, kHop);
+    };
+    int refusals = 0;
+    bool isReady = false;
+    for (int allocations = 0; !isReady && allocations < 100; ++allocations) {
+        try {
+            isReady = initialize(allocations);
+            refusals += isReady ? 0 : 1;
+        } catch (const ZException&) {
+            // What the factories of the transform and the gain throw is passed on.
+        }
+    }
+    alignedAllocationsLeft = std::numeric_limits<int>::max();
+    EXPECT_EQ(refusals, 3) << "the frame and both halves of its spectrum";
+    EXPECT_TRUE(isReady);
 }
 
 }  // namespace orvane
