@@ -87,7 +87,7 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// A tag "element" with name and class.
+    /// A tag "element" with name and the class "ZElementClass", also in derived classes.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     /// Adds the type and the value; of a group the archivable children. What belongs to the
     /// element's definition is not written: labels, units, defaults, flags, and the discrete list

@@ -215,7 +215,8 @@ boost::shared_ptr<ZXMLElement> ZElement::ExtractHeader() const
 {
     auto xml = boost::make_shared<ZXMLElement>("element");
     xml->AddAttribute("name", GetName());
-    xml->AddAttribute("class", GetClassName());
+    // Derived classes, too, are read back as plain elements.
+    xml->AddAttribute("class", "ZElementClass");
     return xml;
 }
 

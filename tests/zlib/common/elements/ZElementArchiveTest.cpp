@@ -3,6 +3,7 @@
 #include "support/ExpectZException.h"
 #include "support/MessageRecorder.h"
 #include "support/TextMutation.h"
+#include "zlib/common/elements/ZAudioFormatElement.h"
 #include "zlib/common/objects/ZMessageIds.h"
 
 #include <gtest/gtest.h>
@@ -177,6 +178,13 @@ TEST_F(ZElementArchiveTest, AListIsArchivedWhereTheElementAsksForIt)
     EXPECT_EQ(*restored.GetDiscreteString(1), ZString("a 'quoted' \xE2\x80\xB9"
                                                       "b\xE2\x80\xBA"))
         << "what an attribute cannot hold is written as signs that look like it";
+}
+
+TEST_F(ZElementArchiveTest, ADerivedClassIsWrittenAsAPlainElement)
+{
+    EXPECT_EQ(archiveOf(ZAudioFormatElement("format", &application)),
+              "<element name=\"format\" class=\"ZElementClass\" type=\"ZGROUP\"><subelements>"
+              "</subelements></element>");
 }
 
 TEST_F(ZElementArchiveTest, ABufferComesBackBitByBit)
