@@ -132,13 +132,14 @@ void ZPsolaBay::RebuildScaleNames()
     ZElement& scale = mElements[KestruneElements::kScale];
     const std::int32_t value = scale.GetDiscrete();
     const std::int32_t defaultValue = scale.GetDiscreteDefault();
-    scale.RemoveDiscreteValues(true);
+    std::vector<ZString> names;
     for (const auto index : {KestruneElements::kBuiltInNames, KestruneElements::kCustomNames})
         for (std::int32_t i = 0; i < mElements[index].CountDiscreteValues(); ++i)
-            scale.AddDiscreteValue(*mElements[index].GetDiscreteString(i));
-    // Emptying the list set both to 0.
-    if (value < scale.CountDiscreteValues())
-        scale.SetDiscrete(value, true);
+            names.push_back(*mElements[index].GetDiscreteString(i));
+    // At once: every menu that shows the list is filled anew when it changes.
+    scale.ReplaceDiscreteValues(names);
+    // The new list has clamped both.
+    scale.SetDiscrete(value < scale.CountDiscreteValues() ? value : 0, true);
     scale.SetDiscreteDefault(defaultValue);
 }
 

@@ -188,6 +188,17 @@ std::int32_t ZElement::AddDiscreteValue(const boost::shared_ptr<const ZXMLElemen
     return AppendItem(boost::make_shared<DiscreteItem>(ZString(xml->GetAttribute("name")), xml));
 }
 
+void ZElement::ReplaceDiscreteValues(const std::vector<ZString>& texts)
+{
+    RequireType(ZDISCRETE, "AddDiscreteValue() called on a non discrete element.");
+    Items items;
+    items.reserve(texts.size());
+    for (const ZString& text : texts)
+        items.push_back(boost::make_shared<DiscreteItem>(text));
+    ReplaceItems(std::move(items));
+    DiscreteListChanged(nullptr);
+}
+
 void ZElement::RemoveDiscreteValues(bool quiet)
 {
     RequireType(ZDISCRETE, "RemoveDiscreteValues() called on a non discrete element.");

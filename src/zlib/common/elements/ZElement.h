@@ -195,6 +195,9 @@ public:
     std::int32_t AddDiscreteValue(const char* text);
     std::int32_t AddDiscreteValue(const ZString& text);
     std::int32_t AddDiscreteValue(const boost::shared_ptr<const ZXMLElement>& xml);
+    /// Replaces all items and calls DiscreteListChanged once. Filling a long list item by item
+    /// would make its observers read it again for each of them.
+    void ReplaceDiscreteValues(const std::vector<ZString>& texts);
 
     /// Appends an observer, which has to remove itself before it dies, and posts it a
     /// ZATTACHEDTOELEMENT. Null is passed over.

@@ -169,6 +169,20 @@ TEST_F(ZElementNotificationTest, AChangeOfFormIsToldAtOnceAndMarked)
     EXPECT_TRUE(gain.IsMarkedChanged());
 }
 
+TEST_F(ZElementNotificationTest, AListThatIsReplacedIsToldOnce)
+{
+    ZElement scale("scale", ZElement::ZDISCRETE, &application);
+    scale.AddDiscreteValue("Chromatic");
+    scale.AddObserver(&view);
+    ASSERT_EQ(heardBy(view, application), MessageIds{ZATTACHEDTOELEMENT});
+    scale.SetDiscrete(2, true);
+    scale.ReplaceDiscreteValues({ZString("Major"), ZString("Minor")});
+    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTUPDATED});
+    EXPECT_EQ(scale.CountDiscreteValues(), 2);
+    EXPECT_EQ(*scale.GetDiscreteString(1), ZString("Minor"));
+    EXPECT_EQ(scale.GetDiscrete(), 1) << "clamped to the list";
+}
+
 TEST_F(ZElementNotificationTest, AnObserverMayLeaveWhileItIsTold)
 {
     host.onMessage = [this] {
