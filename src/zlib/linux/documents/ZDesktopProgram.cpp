@@ -4,11 +4,15 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cassert>
 #include <cerrno>
+#include <cstdlib>
+#include <sstream>
+#include <utility>
 
 namespace orvane
 {
@@ -46,7 +50,30 @@ public:
     posix_spawnattr_t attributes;
 };
 
+bool isSet(const char* variable)
+{
+    const char* const value = std::getenv(variable);
+    return value && *value;
+}
+
 }  // namespace
+
+bool hasDisplay()
+{
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+std::optional<std::string> findProgram(const std::string& name)
+{
+    const char* const path = std::getenv("PATH");
+    std::istringstream folders(path ? path : "/usr/local/bin:/usr/bin:/bin");
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        const std::string program = folder + "/" + name;
+        if (folder.starts_with('/') && access(program.c_str(), X_OK) == 0)
+            return program;
+    }
+    return std::nullopt;
+}
 
 ZDesktopProgram::ZDesktopProgram(std::vector<std::string> arguments, int output)
 {
@@ -60,19 +87,38 @@ ZDesktopProgram::ZDesktopProgram(std::vector<std::string> arguments, int output)
     if (posix_spawnp(&mProcess, pointers[0], &settings.actions, &settings.attributes,
                      pointers.data(), environ) != 0)
         mProcess = 0;
+    if (HasStarted())
+        mDescriptor = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
 }
 
 ZDesktopProgram::~ZDesktopProgram()
 {
     if (!HasStarted())
         return;
-    while (waitpid(mProcess, nullptr, 0) < 0 && errno == EINTR) {
+    // Without a descriptor the number is safe to wait for: the kernel gives it to no other child of
+    // this process before the wait returns, and says so when somebody else has waited.
+    siginfo_t ended{};
+    const auto kind = mDescriptor >= 0 ? static_cast<idtype_t>(P_PIDFD) : P_PID;
+    const auto id = static_cast<id_t>(mDescriptor >= 0 ? mDescriptor : mProcess);
+    while (waitid(kind, id, &ended, WEXITED) < 0 && errno == EINTR) {
     }
+    if (mDescriptor >= 0)
+        close(mDescriptor);
+}
+
+bool ZDesktopProgram::IsOurChild() const
+{
+    siginfo_t ended{};
+    return waitid(P_PID, static_cast<id_t>(mProcess), &ended, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
 void ZDesktopProgram::Kill() const
 {
-    if (HasStarted())
+    if (!HasStarted())
+        return;
+    if (mDescriptor >= 0)
+        syscall(SYS_pidfd_send_signal, mDescriptor, SIGKILL, nullptr, 0);
+    else if (IsOurChild())
         kill(mProcess, SIGKILL);
 }
 

@@ -58,17 +58,6 @@ private:
     std::array<int, 2> mEnds{-1, -1};
 };
 
-bool isSet(const char* variable)
-{
-    const char* const value = std::getenv(variable);
-    return value && *value;
-}
-
-bool hasDisplay()
-{
-    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
-}
-
 bool isKde()
 {
     const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
