@@ -67,47 +67,6 @@ std::atomic<std::int32_t> instances{0};
 // Written at library load, then only read.
 constinit std::optional<std::array<std::int32_t, 3>> libraryVersion;
 
-boost::shared_ptr<ZFile> makeFile(const std::filesystem::path& path)
-{
-    std::string extension = path.extension().string();
-    extension.erase(0, 1);  // the dot
-    return boost::make_shared<ZFile>(path.stem().string(), path.string(), extension);
-}
-
-/// Returns the path with the first type's extension when it is to be saved and fits no type. Not
-/// every file dialog adds the extension, and the dialog for loading lists only matching files.
-std::string withExtension(const std::string& path, const ZFileRequest& request)
-{
-    const auto file = makeFile(path);
-    const bool isWhole = request.purpose == ZFileRequest::kOpen || request.types.empty() ||
-                         file->GetName().IsEmpty() ||
-                         std::any_of(request.types.begin(), request.types.end(),
-                                     [&](const auto& type) { return file->IsOfFiletype(type); });
-    return isWhole ? path : path + "." + request.types.front()->extension;
-}
-
-boost::shared_ptr<ZFile> refuse(const ZString& reason)
-{
-    ZMessageBox::Show(ZMessageBox::kError, "File Error", reason);
-    return nullptr;
-}
-
-boost::shared_ptr<ZFile> chooseFile(const ZFileRequest& request)
-{
-    const auto chosen = ZFileChooser::Choose(request);
-    if (!chosen)
-        return nullptr;
-    const std::string path = withExtension(*chosen, request);
-    const auto file = makeFile(path);
-    // Refuses a folder, and a name with bytes that are no UTF-8, which ZString cannot hold.
-    if (file->GetName().IsEmpty() || file->GetPath().ToNarrow() != path)
-        return refuse(file->GetPath());
-    // The dialog asked before replacing the file as typed, not the one with the extension.
-    if (path != *chosen && file->Exists())
-        return refuse(path + " exists already.");
-    return file;
-}
-
 }  // namespace
 
 ZApp::ZApp(const ZResources& resources)
@@ -263,13 +222,20 @@ void ZApp::ShowAbout()
 boost::shared_ptr<ZFile> ZApp::ChooseSaveFile(const ZString& prompt, const ZString& title,
                                               const ZFiletypes& types, std::int32_t window)
 {
-    return chooseFile({ZFileRequest::kSave, prompt, title, types, window, this});
+    return ChooseFile({ZFileRequest::kSave, prompt, title, types, window, this});
 }
 
 boost::shared_ptr<ZFile> ZApp::ChooseOpenFile(const ZString& prompt, const ZString& title,
                                               const ZFiletypes& types, std::int32_t window)
 {
-    return chooseFile({ZFileRequest::kOpen, prompt, title, types, window, this});
+    return ChooseFile({ZFileRequest::kOpen, prompt, title, types, window, this});
+}
+
+boost::shared_ptr<ZFile> ZApp::ChooseFile(ZFileRequest request)
+{
+    if (mWindowManager)
+        request.window = mWindowManager->GetTopLevel(request.window);
+    return ZFileChooser::ChooseFile(request);
 }
 
 void ZApp::WaitUntilBuilt()
@@ -393,7 +359,7 @@ void ZApp::OpenAtStart()
     auto* const documents = dynamic_cast<ZFileDocumentManager*>(mDocumentManager.get());
     if (!documents || mOpenAtStart.IsEmpty())
         return;
-    const auto file = makeFile(mOpenAtStart.ToNarrow());
+    const auto file = ZFileChooser::MakeFile(mOpenAtStart.ToNarrow());
     const auto type = documents->FindType(*file);
     if (!type)
         return;

@@ -29,6 +29,7 @@ class ZResources;
 class ZWindow;
 class ZWindowKeeper;
 class ZXMLElement;
+struct ZFileRequest;
 
 /// The application object. It reads its description, an XML resource, and creates the managers that
 /// the description names; these create documents, windows and the audio network. The application is
@@ -173,6 +174,7 @@ private:
     void HandleQuit(const boost::shared_ptr<const ZMessage>& message);
     void GoToUrl(const ZMessage& message);
     void OpenAtStart();
+    [[nodiscard]] boost::shared_ptr<ZFile> ChooseFile(ZFileRequest request);
 
     const ZResources& mResources;
     const std::unique_ptr<ZFontKeeper> mFontKeeper;  // null without drawing

@@ -5,6 +5,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <cstdint>
 #include <memory>
 
 namespace orvane
@@ -33,6 +34,10 @@ public:
 
     /// Returns the current window, or null when there is none.
     [[nodiscard]] virtual boost::shared_ptr<ZWindow> GetCurrentWindow() const = 0;
+    /// Returns the system's number of the top-level window around a window, which is the host's
+    /// around an editor. The window is given by its number; any other number means the current
+    /// window. 0 when no window is open, as here.
+    [[nodiscard]] virtual std::int32_t GetTopLevel(std::int32_t /*window*/) const { return 0; }
 };
 
 }  // namespace orvane

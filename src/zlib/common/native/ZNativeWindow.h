@@ -105,6 +105,9 @@ public:
     ~ZNativeWindow();
 
     [[nodiscard]] ZNativeHandle GetHandle() const;
+    /// Returns the top-level window around this one, which is the host's around a child; 0 once the
+    /// window is gone.
+    [[nodiscard]] ZNativeHandle GetTopLevel() const;
     /// False once the window no longer exists on the display.
     [[nodiscard]] bool IsAlive() const;
     void Show();

@@ -351,4 +351,11 @@ boost::shared_ptr<ZWindow> ZWindowManager::FindWindow(std::int32_t nativeHandle)
     return CurrentWindow();
 }
 
+std::int32_t ZWindowManager::GetTopLevel(std::int32_t window) const
+{
+    const auto found = FindWindow(window);
+    const ZNativeWindow* const native = found ? found->GetNativeWindow() : nullptr;
+    return native ? static_cast<std::int32_t>(native->GetTopLevel()) : 0;
+}
+
 }  // namespace orvane

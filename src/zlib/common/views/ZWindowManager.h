@@ -55,6 +55,7 @@ public:
     {
         return CurrentWindow();
     }
+    [[nodiscard]] std::int32_t GetTopLevel(std::int32_t window) const override;
 
 private:
     using Message = boost::shared_ptr<const ZMessage>;

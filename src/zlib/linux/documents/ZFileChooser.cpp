@@ -73,9 +73,20 @@ std::string suggestedName(const ZFileRequest& request)
     return name;
 }
 
+/// Appends the options that put the dialog above a window of the host or ours.
+void attach(Arguments& arguments, std::int32_t window, std::initializer_list<const char*> options)
+{
+    if (window == 0)
+        return;
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.back() += std::to_string(static_cast<std::uint32_t>(window));
+}
+
 Arguments zenity(const ZFileRequest& request)
 {
-    Arguments arguments = {"zenity", "--file-selection", "--title=" + request.title.ToNarrow()};
+    Arguments arguments = {"zenity", "--file-selection",
+                           "--title=" + ZFileChooser::WindowTitle(request)};
+    attach(arguments, request.window, {"--modal", "--attach="});
     if (request.purpose == ZFileRequest::kSave)
         arguments.insert(arguments.end(),
                          {"--save", "--confirm-overwrite", "--filename=" + suggestedName(request)});
@@ -91,12 +102,11 @@ Arguments kdialog(const ZFileRequest& request)
     std::string filter;
     for (const auto& type : request.types)
         filter.append(filter.empty() ? "" : "\n").append(ZFileChooser::FilterName(*type));
-    return {"kdialog",
-            "--title",
-            request.title.ToNarrow(),
-            saves ? "--getsavefilename" : "--getopenfilename",
-            saves ? suggestedName(request) : ".",
-            filter};
+    Arguments arguments = {"kdialog", "--title", ZFileChooser::WindowTitle(request)};
+    attach(arguments, request.window, {"--attach", ""});
+    arguments.insert(arguments.end(), {saves ? "--getsavefilename" : "--getopenfilename",
+                                       saves ? suggestedName(request) : ".", filter});
+    return arguments;
 }
 
 std::unique_ptr<ZDesktopProgram> start(const ZFileRequest& request, int output)
@@ -139,22 +149,19 @@ std::optional<std::string> readModally(int descriptor, const void* owner)
     return isWhole ? std::optional(text) : std::nullopt;
 }
 
-void reportNoDialog(const ZFileRequest& request)
-{
-    ZMessageBox::Show(ZMessageBox::kWarning, request.title,
-                      "No file dialog can be shown: install zenity or kdialog.");
-}
-
 }  // namespace
 
 std::optional<std::string> ZFileChooser::AskDesktop(const ZFileRequest& request)
 {
-    Pipe output;
-    auto program = hasDisplay() && output.IsOpen() ? start(request, output.Writer()) : nullptr;
-    if (!program) {
-        reportNoDialog(request);
+    if (!hasDisplay()) {
+        ZMessageBox::Show(ZMessageBox::kWarning, request.title,
+                          "No file dialog can be shown: there is no display.");
         return std::nullopt;
     }
+    Pipe output;
+    auto program = output.IsOpen() ? start(request, output.Writer()) : nullptr;
+    if (!program)
+        return AskPlainly(request);
     output.CloseWriter();
     std::optional<std::string> path = readModally(output.Reader(), request.owner);
     // The program may still be open, when the owner ended the run, or take its time to exit.

@@ -40,7 +40,8 @@ bool isManaged(ZDisplayConnection& display, xcb_window_t window)
     return reply && reply->type != XCB_ATOM_NONE;
 }
 
-/// The host's top-level window that contains the window: the one that the window manager knows.
+}  // namespace
+
 xcb_window_t topLevelAround(ZDisplayConnection& display, xcb_window_t window)
 {
     while (!isManaged(display, window)) {
@@ -52,8 +53,6 @@ xcb_window_t topLevelAround(ZDisplayConnection& display, xcb_window_t window)
     }
     return window;
 }
-
-}  // namespace
 
 void setDialogProperties(ZDisplayConnection& display, xcb_window_t window, xcb_window_t parent)
 {

@@ -12,6 +12,8 @@ class ZDisplayConnection;
 
 // Properties by which a window manager knows a dialog. Call these functions inside a ZDisplayUse.
 
+/// Returns the top-level window that contains the window: the one that the window manager knows.
+[[nodiscard]] xcb_window_t topLevelAround(ZDisplayConnection& display, xcb_window_t window);
 /// Marks the window as a dialog that handles its close button itself and that stays above the
 /// top-level window around parent; parent may be XCB_NONE.
 void setDialogProperties(ZDisplayConnection& display, xcb_window_t window, xcb_window_t parent);

@@ -152,6 +152,14 @@ ZNativeHandle ZNativeWindow::GetHandle() const
     return mNative->id;
 }
 
+ZNativeHandle ZNativeWindow::GetTopLevel() const
+{
+    if (!IsAlive())
+        return 0;
+    const ZDisplayUse use(mNative->display);
+    return topLevelAround(*mNative->display, mNative->id);
+}
+
 bool ZNativeWindow::IsAlive() const
 {
     return mNative->events.IsAlive();

@@ -96,7 +96,13 @@ public:
         return ids;
     }
 
+    [[nodiscard]] std::int32_t GetTopLevel(std::int32_t window) const override
+    {
+        return window != 0 ? window : topLevel;
+    }
+
     std::vector<boost::shared_ptr<const ZMessage>> told;
+    std::int32_t topLevel = 0;
 };
 
 /// Gives the application a WindowRecorder as its window manager.

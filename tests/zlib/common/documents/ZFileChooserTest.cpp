@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The desktop's file dialogs, replaced by shell scripts.
 
+#include "zlib/common/documents/ZFileChooser.h"
+
 #include "support/BoxRecorder.h"
 #include "support/Eventually.h"
 #include "support/PrivateFolder.h"
@@ -38,7 +40,7 @@ protected:
             auto type = boost::make_shared<ZFiletype>();
             type->extension = "xml";
             type->description = "Kind";
-            const auto file = app->ChooseSaveFile("prompt", "Title", {type}, 0);
+            const auto file = app->ChooseSaveFile("Prompt", "Title", {type}, 0);
             promise->set_value(file ? file->GetPath().ToNarrow() : "none");
         }));
         return promise->get_future();
@@ -63,28 +65,38 @@ protected:
 
 TEST_F(ZFileChooserTest, ReturnsTheChosenPathAndNoneWhenCancelled)
 {
-    Install("zenity", "for a in \"$@\"; do echo \"$a\"; done > " + folder.Path("arguments") +
-                          "; echo '/tmp/a b.xml'");
+    addWindows(*app).topLevel = 77;
+    const std::string keepArguments =
+        "for a in \"$@\"; do echo \"$a\"; done > " + folder.Path("arguments");
+    Install("zenity", keepArguments + "; echo '/tmp/a b.xml'");
     EXPECT_EQ(Answer(Ask()), "/tmp/a b.xml");
     const std::string text = readTextFile(folder.Path("arguments"));
-    EXPECT_NE(text.find("--title=Title\n"), std::string::npos);
-    EXPECT_NE(text.find("--file-filter=Kind (*.xml) | *.xml\n"), std::string::npos);
+    for (const char* argument : {"--title=Title - Prompt\n", "--modal\n--attach=77\n",
+                                 "--file-filter=Kind (*.xml) | *.xml\n"})
+        EXPECT_NE(text.find(argument), std::string::npos) << argument;
 
-    Install("kdialog", "exit 1");
+    Install("kdialog", keepArguments + "; exit 1");
     const EnvironmentVariable kde("XDG_CURRENT_DESKTOP", "KDE");
     EXPECT_EQ(Answer(Ask()), "none");
+    EXPECT_TRUE(readTextFile(folder.Path("arguments"))
+                    .starts_with("--title\nTitle - Prompt\n--attach\n77\n--getsavefilename\n"));
     EXPECT_TRUE(boxes.boxes.empty());
 }
 
-TEST_F(ZFileChooserTest, ReportsThatNoProgramOrDisplayIsThere)
+TEST_F(ZFileChooserTest, ShowsThePlainDialogWithoutAProgramAndABoxWithoutADisplay)
 {
-    EXPECT_EQ(Answer(Ask()), "none");
-    Install("zenity", "echo /tmp/file.xml");
+    const auto before =
+        ZFileChooser::SetPlainDialog([](const ZFileRequest& request) -> std::optional<std::string> {
+            return "/tmp/" + request.prompt.ToNarrow();
+        });
+    EXPECT_EQ(Answer(Ask()), "/tmp/Prompt.xml");
+    EXPECT_TRUE(boxes.boxes.empty());
     const EnvironmentVariable wayland("WAYLAND_DISPLAY", "");
     const EnvironmentVariable none("DISPLAY", "");
     EXPECT_EQ(Answer(Ask()), "none");
-    ASSERT_EQ(boxes.boxes.size(), 2u);
+    ASSERT_EQ(boxes.boxes.size(), 1u);
     EXPECT_EQ(boxes.boxes[0].title, "Title");
+    ZFileChooser::SetPlainDialog(before);
 }
 
 TEST_F(ZFileChooserTest, AnOpenDialogBlocksNobodyAndEndsWithItsApplication)

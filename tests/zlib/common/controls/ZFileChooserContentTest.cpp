@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "zlib/common/controls/ZFileChooserContent.h"
+
+#include "support/PrivateFolder.h"
+#include "zlib/common/native/ZKeyCode.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <gtest/gtest.h>
+
+namespace orvane
+{
+
+namespace
+{
+
+ZFileRequest requestFor(ZFileRequest::Purpose purpose)
+{
+    auto type = boost::make_shared<ZFiletype>();
+    type->extension = "xml";
+    type->description = "Preset";
+    ZFileRequest request;
+    request.purpose = purpose;
+    request.types = {type};
+    return request;
+}
+
+class ZFileChooserContentTest : public testing::Test
+{
+protected:
+    ZFileChooserContentTest()
+    {
+        for (const char* name : {"b.xml", "A.XML", "note.txt", ".hidden.xml", "bad\xff.xml"})
+            writeTextFile(folder.Path(name), "");
+        std::filesystem::create_directory(folder.Path("sub"));
+        writeTextFile(folder.Path("sub/c.xml"), "");
+        for (ZFileChooserContent* content : {&open, &save})
+            content->SetEnded([this] { ++ended; });
+    }
+
+    static void Type(ZFileChooserContent& content, const std::string& text)
+    {
+        ZNativeKeyEvent event;
+        event.text = text;
+        static_cast<void>(content.Key(event));
+    }
+    static void Press(ZFileChooserContent& content, ZKeyCode key)
+    {
+        ZNativeKeyEvent event;
+        event.code = key;
+        static_cast<void>(content.Key(event));
+    }
+    static void DoubleClickLine(ZFileChooserContent& content, std::int32_t line)
+    {
+        const ZRect rect = ZFileChooserContent::GetLineRect(line);
+        static_cast<void>(
+            content.Mouse({ZNativeMouseEvent::kDoubleClick, {rect.left + 1, rect.top + 1}, 0, 0}));
+    }
+
+    const PrivateFolder folder;
+    int ended = 0;
+    ZFileChooserContent open{requestFor(ZFileRequest::kOpen), folder.Path()};
+    ZFileChooserContent save{requestFor(ZFileRequest::kSave), folder.Path()};
+};
+
+}  // namespace
+
+TEST_F(ZFileChooserContentTest, ListsFoldersThenFilesOfTheType)
+{
+    EXPECT_EQ(listFolder(folder.Path(), "xml"),
+              (std::vector<ZFolderEntry>{
+                  {"..", true}, {"sub", true}, {"A.XML", false}, {"b.xml", false}}));
+    EXPECT_EQ(listFolder(folder.Path(), "").size(), 5u);
+    EXPECT_EQ(listFolder("/no such folder", "").size(), 1u);
+}
+
+TEST_F(ZFileChooserContentTest, OpensFoldersAndFilesByMouseAndKeys)
+{
+    // The list was read before the files were there.
+    DoubleClickLine(open, 0);
+    EXPECT_EQ(open.GetFolder(), "/tmp");
+    Type(open, folder.Path());
+    Press(open, kKeyReturn);
+    EXPECT_EQ(open.GetFolder(), folder.Path());
+    DoubleClickLine(open, 1);
+    EXPECT_EQ(open.GetFolder(), folder.Path("sub"));
+    Press(open, kKeyDown);
+    Press(open, kKeyDown);
+    Press(open, kKeyReturn);
+    EXPECT_EQ(open.GetChosen(), folder.Path("sub/c.xml"));
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(ZFileChooserContentTest, DoesNotOpenAFileThatIsNotThere)
+{
+    Type(open, "none.xml");
+    Press(open, kKeyReturn);
+    EXPECT_EQ(ended, 0);
+    Press(open, kKeyEscape);
+    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(open.GetChosen(), std::nullopt);
+}
+
+TEST_F(ZFileChooserContentTest, AddsTheExtensionAndAsksBeforeItReplacesAFile)
+{
+    Type(save, "b");
+    Press(save, kKeyReturn);
+    EXPECT_TRUE(save.IsAsking());
+    Press(save, kKeyEscape);
+    EXPECT_FALSE(save.IsAsking());
+    EXPECT_EQ(ended, 0) << "Escape answers the question only";
+    Press(save, kKeyReturn);
+    Press(save, kKeyReturn);
+    EXPECT_EQ(save.GetChosen(), folder.Path("b.xml"));
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(ZFileChooserContentTest, SavesUnderANewName)
+{
+    Type(save, "new/x");
+    Press(save, kKeyReturn);
+    EXPECT_EQ(ended, 0) << "there is no such folder";
+    Press(save, kKeyHome);
+    for (int i = 0; i < 4; ++i)
+        Press(save, kKeyDelete);
+    Press(save, kKeyReturn);
+    EXPECT_EQ(save.GetChosen(), folder.Path("x.xml"));
+}
+
+}  // namespace orvane
