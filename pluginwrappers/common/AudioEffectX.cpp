@@ -113,6 +113,11 @@ bool AudioEffectX::ioChanged()
     return callHost(audioMasterIOChanged) != 0;
 }
 
+bool AudioEffectX::updateDisplay()
+{
+    return callHost(audioMasterUpdateDisplay) != 0;
+}
+
 void AudioEffectX::wantEvents()
 {
     callHost(audioMasterWantMidi, 0, 1);

@@ -49,6 +49,8 @@ public:
 protected:
     /// Tells the host that latency or channels are others now.
     bool ioChanged();
+    /// Tells the host that the state has changed in something that is no parameter.
+    bool updateDisplay();
     /// Asks the host for events.
     void wantEvents();
     /// A gesture of the user on a parameter begins and ends.

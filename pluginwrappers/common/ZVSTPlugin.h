@@ -89,6 +89,7 @@ public:
     bool getParameterProperties(std::int32_t index, VstParameterProperties* properties) override;
     using AudioEffectX::beginEdit;
     using AudioEffectX::endEdit;
+    using AudioEffectX::updateDisplay;
 
     [[nodiscard]] std::int32_t getProgram() override { return mPrograms.GetCurrent(); }
     void setProgram(std::int32_t index) override;

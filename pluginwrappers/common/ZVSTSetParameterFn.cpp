@@ -26,4 +26,9 @@ void ZVSTSetParameterFn::EndEdit(std::int32_t index)
     mPlugin.endEdit(index);
 }
 
+void ZVSTSetParameterFn::StateChanged()
+{
+    mPlugin.updateDisplay();
+}
+
 }  // namespace orvane

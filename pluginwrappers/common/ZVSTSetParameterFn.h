@@ -23,6 +23,7 @@ public:
     void SetParameter(const boost::shared_ptr<ZElement>& element, std::int32_t index) override;
     void BeginEdit(std::int32_t index) override;
     void EndEdit(std::int32_t index) override;
+    void StateChanged() override;
 
 private:
     ZVSTPlugin& mPlugin;

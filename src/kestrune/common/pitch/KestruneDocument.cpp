@@ -126,6 +126,12 @@ KestruneDocument::~KestruneDocument()
             element->RemoveObserver(this);
 }
 
+bool KestruneDocument::FollowsParameter(std::uint64_t elementId) const
+{
+    return elementId == elementIdOf(mPitchShift.get()) ||
+           elementId == elementIdOf(mFormantShift.get());
+}
+
 void KestruneDocument::MakeChoices(ZApplication* application)
 {
     mPitchTranspose = makeChoice("pitchTranspose", {"Pitch Transposition", "Ptch Tns", "PtTs"},

@@ -39,6 +39,8 @@ public:
     /// it. Does nothing if there is no pitch bay or the user cancels. Returns when the user has
     /// answered.
     virtual void SaveCustomScale();
+    /// True for the shifts, which follow the choices of transposition.
+    [[nodiscard]] bool FollowsParameter(std::uint64_t elementId) const override;
 
 private:
     void MakeChoices(ZApplication* application);

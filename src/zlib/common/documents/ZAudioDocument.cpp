@@ -343,6 +343,11 @@ std::int32_t ZAudioDocument::GetLatency() const
     return network ? network->GetLatency() : 0;
 }
 
+bool ZAudioDocument::FollowsParameter(std::uint64_t /*elementId*/) const
+{
+    return false;
+}
+
 void ZAudioDocument::FlushChanges()
 {
     FlushMarksBelow(GetApp());

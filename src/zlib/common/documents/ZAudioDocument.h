@@ -68,6 +68,9 @@ public:
     {
         return mAudioFormat;
     }
+    /// True for an element that only follows parameters of the host, so that its change says
+    /// nothing new. False here; for the id see elementIdOf.
+    [[nodiscard]] virtual bool FollowsParameter(std::uint64_t elementId) const;
     /// Sends the pending change messages of all elements in the document. Each tick calls it.
     void FlushChanges();
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/documents/ZPlugin.h"
 
+#include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/documents/ZDataFiles.h"
 #include "zlib/common/documents/ZPluginAudioManager.h"
 #include "zlib/common/documents/ZSetParameterFn.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -23,6 +25,16 @@ namespace
 
 constexpr const char* kLabelFont = "Kolm 5pt.ttf";
 
+// Handlers change more elements in answer to a load, which is delivered at the next tick, and again
+// in answer to those changes. The count is lowered as a tick begins: two ticks are quiet.
+constexpr std::int32_t kQuietTicks = 3;
+
+bool isParameter(const ZElement& element)
+{
+    const ZElement::Type type = element.GetType();
+    return element.IsExposed() && (type == ZElement::ZFLOAT || type == ZElement::ZDISCRETE);
+}
+
 }  // namespace
 
 ZPlugin::ZPlugin(const ZResources& resources)
@@ -37,27 +49,66 @@ ZPlugin::~ZPlugin()
     // A plug-in has no message thread that would release the waiters at its end.
     ReleaseAlive();
     mSetParameterFn.reset();
-    for (const auto& element : mExposed)
-        element->RemoveObserver(this);
+    for (const auto* elements : {&mExposed, &mStateElements})
+        for (const auto& element : *elements)
+            element->RemoveObserver(this);
 }
 
 void ZPlugin::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
-    if (message->GetId() == ZELEMENTCHANGED)
-        return SendToHost(*message);
+    switch (message->GetId()) {
+    case ZELEMENTCHANGED:
+        return HandleElementChanged(*message);
+    case ZPRESETLOADBEGIN:
+        mIsLoading = true;
+        break;
+    case ZPRESETLOADEND:
+        mIsLoading = false;
+        mQuietTicks = kQuietTicks;
+        break;
+    default:
+        break;
+    }
     ZApp::HandleZMessage(std::move(message));
 }
 
-void ZPlugin::SendToHost(const ZMessage& message)
+void ZPlugin::HandleElementChanged(const ZMessage& message)
 {
     std::uint64_t elementId = 0;
     if (!mSetParameterFn || !message.Find("elementid", elementId))
         return;
+    bool isParameter = false;
     for (std::int32_t i = 0; i < GetExposedCount(); ++i) {
         const auto element = GetExposedElement(i);
-        if (elementIdOf(element.get()) == elementId)
-            mSetParameterFn->SetParameter(element, i);
+        if (elementIdOf(element.get()) != elementId)
+            continue;
+        isParameter = true;
+        mSetParameterFn->SetParameter(element, i);
     }
+    if (!isParameter)
+        HandleStateElement(elementId);
+}
+
+void ZPlugin::HandleStateElement(std::uint64_t elementId)
+{
+    // The host knows of what it loads itself; a load of the user's marks the state by itself.
+    if (mIsLoading || mQuietTicks > 0)
+        return;
+    const auto document = boost::dynamic_pointer_cast<ZAudioDocument>(GetCurrentDocument());
+    if (document && !document->FollowsParameter(elementId))
+        MarkStateChanged();
+}
+
+void ZPlugin::FlushElementChanges()
+{
+    if (mQuietTicks > 0)
+        --mQuietTicks;
+    // Hosts may be told on this thread only; a tick on another one leaves the mark for later.
+    if (mSetParameterFn && ZInterfaceThread::IsCurrent() && std::exchange(mStateChanged, false)) {
+        const auto function = mSetParameterFn;  // kept while the host is called without the lock
+        function->StateChanged();
+    }
+    ZApp::FlushElementChanges();
 }
 
 void ZPlugin::InitLooper()
@@ -91,16 +142,23 @@ void ZPlugin::ExposeElements(const ZElement& element)
     for (std::int32_t i = 0; element.GetSubElement(i, child); ++i) {
         if (child->GetSubElementCount() > 0)
             ExposeElements(*child);
-        else
+        else if (isParameter(*child))
             AddExposedElement(child);
+        else if (child->IsArchivable())
+            AddStateElement(child);
     }
+}
+
+void ZPlugin::AddStateElement(const boost::shared_ptr<ZElement>& element)
+{
+    mStateElements.push_back(element);
+    element->AddObserver(this);
 }
 
 void ZPlugin::AddExposedElement(const boost::shared_ptr<ZElement>& element)
 {
     assert(element);
-    const ZElement::Type type = element->GetType();
-    if (!element->IsExposed() || (type != ZElement::ZFLOAT && type != ZElement::ZDISCRETE))
+    if (!isParameter(*element))
         return;
     mExposed.push_back(element);
     element->AddObserver(this);

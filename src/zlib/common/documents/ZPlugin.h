@@ -24,8 +24,8 @@ public:
     explicit ZPlugin(const ZResources& resources);
     ~ZPlugin() override;
 
-    /// ZELEMENTCHANGED: sends the value to the host when the element is a parameter. Other messages
-    /// go to ZApp.
+    /// ZELEMENTCHANGED: sends the value to the host when the element is a parameter, and marks the
+    /// state as changed when it is saved otherwise. Other messages go to ZApp.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     /// Starts the tick and loads the font of the labels, if its file is installed. [setup]
     void InitLooper() override;
@@ -34,7 +34,8 @@ public:
 
     /// Sets the object that sends values to the host; null for none. [setup]
     virtual void SetParameterFn(const boost::shared_ptr<ZSetParameterFn>& function);
-    /// Adds the exposed leaves below the element as parameters, depth first. [setup]
+    /// Adds the exposed leaves below the element as parameters, depth first, and observes the other
+    /// leaves that are saved. [setup]
     virtual void ExposeElements(const ZElement& element);
     /// The number of parameters. [any thread]
     [[nodiscard]] virtual std::int32_t GetExposedCount() const;
@@ -56,13 +57,25 @@ public:
     virtual void SetExposedValue(ZElement& element, float value);
     /// Adds the element as a parameter when it is exposed and of type float or discrete. [setup]
     virtual void AddExposedElement(const boost::shared_ptr<ZElement>& element);
+    /// Lets the next tick on the interface thread tell the host that saved state has changed.
+    void MarkStateChanged() { mStateChanged = true; }
+
+protected:
+    /// Tells the host of changed state, then as ZApp.
+    void FlushElementChanges() override;
 
 private:
-    void SendToHost(const ZMessage& message);
+    void HandleElementChanged(const ZMessage& message);
+    void AddStateElement(const boost::shared_ptr<ZElement>& element);
+    void HandleStateElement(std::uint64_t elementId);
 
     // Filled before the host gets the plug-in, read-only from then on.
     std::vector<boost::shared_ptr<ZElement>> mExposed;
+    std::vector<boost::shared_ptr<ZElement>> mStateElements;  // saved, but no parameters
     boost::shared_ptr<ZSetParameterFn> mSetParameterFn;
+    bool mStateChanged = false;
+    bool mIsLoading = false;       // between ZPRESETLOADBEGIN and ZPRESETLOADEND
+    std::int32_t mQuietTicks = 0;  // ticks in which a load may still have consequences
 };
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/documents/ZPluginAudioDocument.h"
 
+#include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
@@ -44,11 +45,18 @@ void ZPluginAudioDocument::HandleZMessage(boost::shared_ptr<const ZMessage> mess
     case ZPRESETSAVE:
         return SavePresetFile(kDescription, *message);
     case ZPRESETLOAD:
-        LoadPresetFile(kDescription, kDescription, &presetOf, *message);
+        if (LoadPresetFile(kDescription, kDescription, &presetOf, *message))
+            MarkStateChanged();
         return;
     default:
         ZAudioDocument::HandleZMessage(std::move(message));
     }
+}
+
+void ZPluginAudioDocument::MarkStateChanged()
+{
+    if (auto* const plugin = dynamic_cast<ZPlugin*>(GetApp()))
+        plugin->MarkStateChanged();
 }
 
 }  // namespace orvane

@@ -20,6 +20,10 @@ public:
     /// ZPRESETSAVE, ZPRESETLOAD: as ZAudioDocument, except that a load does not check the version
     /// of the file and the networks do not get the message. Other messages go to ZAudioDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
+
+protected:
+    /// Lets the host be told that the user has loaded a state.
+    void MarkStateChanged();
 };
 
 }  // namespace orvane

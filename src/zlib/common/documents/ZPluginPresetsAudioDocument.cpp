@@ -123,6 +123,7 @@ void ZPluginPresetsAudioDocument::RecallMemory(std::int32_t index)
     assert(preset->IsNamed("preset"));
     LoadPreset(preset);
     MarkActiveMemory(index);
+    MarkStateChanged();
 }
 
 void ZPluginPresetsAudioDocument::MarkActiveMemory(std::int32_t index)

@@ -25,6 +25,8 @@ public:
     /// The user begins, or ends, an edit of the parameter.
     virtual void BeginEdit(std::int32_t index) = 0;
     virtual void EndEdit(std::int32_t index) = 0;
+    /// Tells the host that the project has changed in something that is saved and is no parameter.
+    virtual void StateChanged() = 0;
 };
 
 }  // namespace orvane
