@@ -150,13 +150,18 @@ void ZPsolaBay::SetDefaults()
 
 void ZPsolaBay::Reset()
 {
+    mElements.ResetDisplays();
+    ZBlockProcessingBay::Reset();
+}
+
+void ZPsolaBay::ClearSound() noexcept
+{
     if (mEngine)
         mEngine->Reset();
     for (const auto& delay : mDelay)
         if (delay)
             delay->Clear();
-    mElements.ResetDisplays();
-    ZBlockProcessingBay::Reset();
+    ZBlockProcessingBay::ClearSound();
 }
 
 void ZPsolaBay::PostSettings()

@@ -56,8 +56,8 @@ public:
     /// engine; the input then passes unchanged. Throws ZException 2 if memory for the delay lines
     /// is short. [setup]
     bool Prepare() override;
-    /// Clears the sound in engine and delay lines. Some hosts suspend on the audio thread, so it
-    /// neither allocates nor waits. [setup]
+    /// Resets the displays; the next pass clears the sound in engine and delay lines. Neither
+    /// allocates nor waits. [any thread]
     void Reset() override;
     void ProcessBlock() noexcept override;
 
@@ -78,6 +78,9 @@ public:
     void RebuildScaleNames();
     /// Writes `currentScaleIndex` and `customScaleTones` without notification.
     void PackCustomScales() const;
+
+protected:
+    void ClearSound() noexcept override;
 
 private:
     [[nodiscard]] std::int32_t BlockAtRate() const;

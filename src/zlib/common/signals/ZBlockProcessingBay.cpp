@@ -118,12 +118,17 @@ void ZBlockProcessingBay::MaxBufferChanged()
 
 void ZBlockProcessingBay::Reset()
 {
+    mResetPending.store(true, std::memory_order_release);
+    ZSignalBay::Reset();
+}
+
+void ZBlockProcessingBay::ClearSound() noexcept
+{
     for (const Blocks* const blocks : {&mInputBlock, &mOutputBlock})
         for (const auto& block : *blocks)
             if (block)
                 block->Clear();
     mFill = 0;
-    ZSignalBay::Reset();
 }
 
 void ZBlockProcessingBay::ProcessBlock() noexcept
@@ -136,6 +141,9 @@ void ZBlockProcessingBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_
                                         std::int32_t /*firstExport*/,
                                         std::int32_t /*exportCount*/) noexcept
 {
+    if (mResetPending.load(std::memory_order_relaxed) &&
+        mResetPending.exchange(false, std::memory_order_acquire))
+        ClearSound();
     const auto blockSize = static_cast<std::uint32_t>(mBlockSize);
     if (blockSize == 0)
         DeliverSilence();

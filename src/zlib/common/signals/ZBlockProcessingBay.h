@@ -5,6 +5,7 @@
 #include "zlib/common/signals/ZSignalBay.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 
@@ -39,7 +40,9 @@ public:
     void MaxBufferChanged() override;
     /// Makes the block size follow GetMaxBuffer() until SetBlockSize sets one.
     bool Prepare() override;
-    /// Clears the blocks: the next block of output is silence.
+    /// Makes the next block of output silent: the next pass begins by clearing the sound. Only a
+    /// flag is set here, because some hosts stop on the audio thread while another thread changes
+    /// the rate. [any thread]
     void Reset() override;
     void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
                        std::int32_t exportCount) noexcept override;
@@ -64,6 +67,8 @@ public:
     [[nodiscard]] std::uint32_t GetFill() const noexcept { return mFill; }
 
 protected:
+    /// Clears the sound: the pass after a Reset calls it first. [audio thread]
+    virtual void ClearSound() noexcept;
     /// The blocks of a channel, 0 to GetChannelCount() - 1, while ProcessBlock runs.
     /// [audio thread]
     [[nodiscard]] ZBuffer& InputBlock(std::int32_t channel) noexcept;
@@ -76,6 +81,7 @@ private:
     void MoveSamples(std::uint32_t done, std::uint32_t count) noexcept;
     void DeliverSilence() noexcept;
 
+    std::atomic<bool> mResetPending{false};  // set by any thread, cleared by the pass
     std::uint32_t mFill = 0;
     const std::int32_t mChannels;
     std::int32_t mBlockSize = 0;

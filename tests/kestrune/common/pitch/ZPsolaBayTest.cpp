@@ -154,6 +154,24 @@ TEST(ZPsolaBayTest, SwitchingOffLeavesTheEngineOnTheAirForOneLatency)
     EXPECT_EQ(bench.Element("outputPitch").GetZFloat(), 0.0f);
 }
 
+TEST(ZPsolaBayTest, AStopOnTheAudioThreadMayMeetAChangeOfRateOnAnother)
+{
+    Bench bench;
+    std::atomic<bool> done{false};
+    std::thread audio([&] {
+        while (!done.load())
+            bench.bay->Reset();
+    });
+    for (int i = 0; i < 40; ++i) {
+        const ZInterfaceLock lock;
+        bench.SetSampleRate(i % 2 == 0 ? 48000.0f : 44100.0f);
+    }
+    done.store(true);
+    audio.join();
+    const Stereo input = noise(2 * kLatency);
+    EXPECT_EQ(countNotDelayed(bench.Run(input), input, kLatency, 0, 2 * kLatency), 0u);
+}
+
 TEST(ZPsolaBayTest, AnElementTakesEffectWhenItsNoticeArrivesAndDefaultsRestTheBayBefore)
 {
     Bench bench;
