@@ -10,6 +10,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <new>
 
 namespace orvane
@@ -104,8 +105,8 @@ bool ZPsolaBay::Prepare()
     PostSettings();
     mControl.ApplyAll(*mEngine);
     mEngineRuns = true;
-    mChangeCount = mEngineLatency;
     mIsWet = false;
+    mIsEngineHeard = false;
     return true;
 }
 
@@ -221,38 +222,35 @@ void ZPsolaBay::ProcessBlock() noexcept
         return ZBlockProcessingBay::ProcessBlock();
     if (mEngineRuns)
         mControl.ApplyChanges(*mEngine);
-    SetWet(mEngineRuns && mControl.InForce().IsWet());
-    const bool isChanging = mChangeCount < mEngineLatency;
-    if (isChanging)
-        mChangeCount += GetBlockSize();
-    // During a change both paths run. The new path runs first; the old path, which is still heard,
-    // overwrites its output.
-    if (mIsWet) {
+    UpdatePath(mEngineRuns && mControl.InForce().IsWet());
+    FeedDelay();
+    if (mIsWet || mIsEngineHeard)
         RunEngine();
-        if (isChanging)
-            RunDelay();
+    if (!mIsEngineHeard)
+        ReadDelay();  // over what the engine wrote
+    if (mIsWet)
         mElements.ShowMeasured(mEngine->GetCorrectionCents(), mEngine->GetInputPitch(),
                                mEngine->GetOutputPitch());
-    } else {
-        RunDelay();
-        if (isChanging)
-            RunEngine();
+    else
         mElements.ClearDisplays();
-    }
 }
 
-void ZPsolaBay::SetWet(bool isWet) noexcept
+void ZPsolaBay::UpdatePath(bool isWet) noexcept
 {
-    if (isWet == mIsWet)
-        return;
+    if (isWet != mIsWet)
+        mChangeCount = 0;
     mIsWet = isWet;
-    mChangeCount = 0;
+    if (mIsEngineHeard == mIsWet)
+        return;
+    if (mChangeCount >= mEngineLatency || !mEngineRuns)
+        mIsEngineHeard = mIsWet;
+    else
+        mChangeCount += GetBlockSize();
 }
 
 void ZPsolaBay::RunEngine() noexcept
 {
-    if (!mEngineRuns)
-        return;
+    assert(mEngineRuns);
     // A single channel is processed as two equal ones, whose outputs are equal too.
     const std::int32_t second = GetChannelCount() - 1;
     const float* const inputs[] = {InputBlock(0).Data(), InputBlock(second).Data()};
@@ -260,13 +258,17 @@ void ZPsolaBay::RunEngine() noexcept
     mEngine->Process(inputs, outputs, GetBlockSize());
 }
 
-void ZPsolaBay::RunDelay() noexcept
+void ZPsolaBay::FeedDelay() noexcept
 {
-    for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel) {
-        ZDelayBuffer& delay = *mDelay[static_cast<std::size_t>(channel)];
-        delay.Write(InputBlock(channel));
-        delay.Read(OutputBlock(channel), static_cast<std::uint32_t>(mEngineLatency));
-    }
+    for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
+        mDelay[static_cast<std::size_t>(channel)]->Write(InputBlock(channel));
+}
+
+void ZPsolaBay::ReadDelay() noexcept
+{
+    for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
+        mDelay[static_cast<std::size_t>(channel)]->Read(OutputBlock(channel),
+                                                        static_cast<std::uint32_t>(mEngineLatency));
 }
 
 }  // namespace orvane

@@ -26,7 +26,9 @@ class ZString;
 ///
 /// With correction and transposition off the output is dry: the input, bit for bit, delayed by the
 /// engine's latency; the engine does not run. A change between the engine and the dry path has no
-/// fade: both run for one latency, counted in whole blocks, and the output changes at its end.
+/// fade: for one latency, counted in whole blocks, the old path stays on the output while the new
+/// one takes in sound; then the output changes. A change back within that time only keeps the path
+/// that is on the output. The delay line is fed at all times.
 ///
 /// Elements are set on any thread. Their notifications come to HandleZMessage, which collects the
 /// settings for the engine; ProcessBlock applies them between blocks. All functions but
@@ -61,8 +63,9 @@ public:
     void Reset() override;
     void ProcessBlock() noexcept override;
 
-    /// Appends a custom scale; numbers outside 0 .. 11 are ignored. Tells the user in a message box
-    /// when the archive is full and further scales will not be saved.
+    /// Appends a custom scale; numbers outside 0 .. 11 are ignored. Characters of the name that an
+    /// archive cannot hold are replaced. Tells the user in a message box when the archive is full
+    /// and further scales will not be saved.
     virtual void AddCustomScale(const ZString& name, std::span<const std::int32_t> degrees);
     /// Fills the empty scale table with the built-in scales.
     virtual void BuildScaleTable();
@@ -74,7 +77,8 @@ public:
 
     /// Rebuilds the custom scales from `customScaleTones`, as many as have names.
     void RestoreCustomScales();
-    /// Rebuilds the choices of `scale`: the built-in names, then the custom ones.
+    /// Rebuilds the choices of `scale`: the built-in names, then the custom ones. The value of
+    /// `scale` stays, even if there are fewer choices now.
     void RebuildScaleNames();
     /// Writes `currentScaleIndex` and `customScaleTones` without notification.
     void PackCustomScales() const;
@@ -100,13 +104,15 @@ private:
     void NotifyOthers(KestruneElements::Index index);
     void ShowNotes(std::span<const std::int32_t> degrees);
 
-    void SetWet(bool isWet) noexcept;
+    void UpdatePath(bool isWet) noexcept;
     void RunEngine() noexcept;
-    void RunDelay() noexcept;
+    void FeedDelay() noexcept;
+    void ReadDelay() noexcept;
 
     // Used by ProcessBlock and by functions marked [setup] only.
     bool mIsWet = false;              // the engine is wanted on the output
-    std::int32_t mChangeCount = 0;    // samples since mIsWet changed
+    bool mIsEngineHeard = false;      // the engine is on the output; follows mIsWet
+    std::int32_t mChangeCount = 0;    // samples that both paths have taken in since mIsWet changed
     std::int32_t mEngineLatency = 0;  // samples that both paths add to the latency of the block
     bool mEngineRuns = false;         // the engine exists and is initialised
     std::unique_ptr<PsolaClass> mEngine;

@@ -44,6 +44,18 @@ std::size_t countNotDelayed(const Stereo& output, const Stereo& input, std::size
     return wrong;
 }
 
+/// Samples of the first channel in runs of 100 or more zeros.
+std::size_t countSilent(const Stereo& output)
+{
+    std::size_t silent = 0;
+    std::size_t run = 0;
+    for (const float sample : output[0]) {
+        run = sample == 0.0f ? run + 1 : 0;
+        silent += run < 100 ? 0 : run == 100 ? 100 : 1;
+    }
+    return silent;
+}
+
 /// A bay that is ready and at rest.
 class Bench : public PsolaBayBench<>
 {
@@ -152,6 +164,33 @@ TEST(ZPsolaBayTest, SwitchingOffLeavesTheEngineOnTheAirForOneLatency)
     EXPECT_EQ(countNotDelayed(output, old, kBlock, kBlock, kChange), 0u);
     EXPECT_EQ(countNotDelayed(output, late, kLatency, kChange, late[0].size()), 0u);
     EXPECT_EQ(bench.Element("outputPitch").GetZFloat(), 0.0f);
+}
+
+TEST(ZPsolaBayTest, SwitchingBackBeforeTheOutputHasChangedLeavesThePathThatIsHeard)
+{
+    // Long enough before the switches that neither path holds anything of what comes after.
+    const Stereo early = voice(90 * kBlock);
+    const Stereo between = voice(5 * kBlock);
+    const Stereo late = voice(90 * kBlock);
+    Bench dry;
+    static_cast<void>(dry.Run(early));
+    dry.SetDiscrete("transposeOnOff", 1);
+    static_cast<void>(dry.Run(between));
+    dry.SetDiscrete("transposeOnOff", 0);
+    const Stereo delayed = dry.Run(late);
+    EXPECT_EQ(countNotDelayed(delayed, late, kLatency, kLatency, late[0].size()), 0u);
+    EXPECT_EQ(countSilent(delayed), 0u);
+
+    Bench wet;
+    Bench steady;
+    for (Bench* const bench : {&wet, &steady}) {
+        bench->SetDiscrete("transposeOnOff", 1);  // by no shift: alike with and without
+        static_cast<void>(bench->Run(early));
+    }
+    wet.SetDiscrete("transposeOnOff", 0);
+    EXPECT_EQ(wet.Run(between), steady.Run(between));
+    wet.SetDiscrete("transposeOnOff", 1);
+    EXPECT_EQ(wet.Run(late), steady.Run(late));
 }
 
 TEST(ZPsolaBayTest, AStopOnTheAudioThreadMayMeetAChangeOfRateOnAnother)
