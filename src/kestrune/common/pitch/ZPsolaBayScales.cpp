@@ -8,6 +8,7 @@
 #include "kestrune/common/identity/KestruneIdentity.h"
 #include "kestrune/common/pitch/ZPsolaBay.h"
 #include "zlib/common/objects/ZMessageBox.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <vector>
 
@@ -116,8 +117,10 @@ void ZPsolaBay::AddCustomScale(const ZString& name, std::span<const std::int32_t
 {
     if (mElements.NamedScaleCount() == kNamesBeforeTheLast)
         showArchiveIsFull();
-    mElements[KestruneElements::kScale].AddDiscreteValue(name);
-    mElements[KestruneElements::kCustomNames].AddDiscreteValue(name);
+    // As an archive holds it, so that the list shows what will be saved.
+    const ZString saved(withoutMarkup(name.ToNarrow()));
+    mElements[KestruneElements::kScale].AddDiscreteValue(saved);
+    mElements[KestruneElements::kCustomNames].AddDiscreteValue(saved);
     mScaleTable.Add(degrees);
 }
 
@@ -139,7 +142,7 @@ void ZPsolaBay::RebuildScaleNames()
     // At once: every menu that shows the list is filled anew when it changes.
     scale.ReplaceDiscreteValues(names);
     // The new list has clamped both.
-    scale.SetDiscrete(value < scale.CountDiscreteValues() ? value : 0, true);
+    scale.SetDiscrete(value, true);
     scale.SetDiscreteDefault(defaultValue);
 }
 

@@ -213,4 +213,29 @@ TEST(ZPsolaBayScalesTest, FewerNamesLeaveNoScaleThatHasNone)
     EXPECT_TRUE(archiveOf(*bench.bay) == archive);
 }
 
+TEST(ZPsolaBayScalesTest, ALoadThatBringsNamesOnlyKeepsTheNumberOfTheScale)
+{
+    Bench bench;
+    bench.Add(3);
+    bench.SetDiscrete("scale", 6);
+    bench.Element("CustomScaleNames")
+        .RestoreBody(firstElement("<element name=\"CustomScaleNames\" type=\"ZDISCRETE\" "
+                                  "int32value=\"0\"></element>"));
+    bench.application.ProcessQueue();
+    EXPECT_EQ(bench.Element("scale").CountDiscreteValues(), 4);
+    EXPECT_EQ(bench.Element("scale").GetDiscrete(), 6);
+}
+
+TEST(ZPsolaBayScalesTest, TheListShowsANameAsItWillBeSaved)
+{
+    Bench bench;
+    bench.bay->AddCustomScale(ZString("\"A\" <b> & c\u00E9\t"), Degrees{1});
+    const auto shown = namesOf(bench.Element("scale"));
+    EXPECT_EQ(shown[4], "'A' \u2039b\u203A & c\u00E9\t");
+    Bench other;
+    other.bay->RestoreBody(firstElement(archiveOf(*bench.bay)));
+    other.application.ProcessQueue();
+    EXPECT_EQ(namesOf(other.Element("scale")), shown);
+}
+
 }  // namespace orvane
