@@ -81,7 +81,8 @@ public:
 
     /// Draws text in the pen's colour, starting at the top of the rectangle. align: 0 centre,
     /// 1 left, 2 right, any other value left. The text wraps at words; after SetTruncate(true) it
-    /// stays on one line that ends in an ellipsis. The two unnamed parameters have no effect.
+    /// stays on one line that ends in an ellipsis. Text that is taller than the rectangle is cut.
+    /// The two unnamed parameters have no effect.
     virtual void DrawString(const ZString& text, std::int32_t left, std::int32_t top,
                             std::int32_t right, std::int32_t bottom, std::int32_t,
                             std::int32_t align, std::int32_t);

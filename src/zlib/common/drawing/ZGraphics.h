@@ -62,8 +62,9 @@ public:
     /// multiplies the alpha of its pixels; values outside are clamped.
     void DrawImage(const ZImage& image, const ZRect& source, const ZRect& target, float alpha);
 
-    /// Draws text from the top of the rectangle. Its layout is one pixel wider than the rectangle,
-    /// so that a text fits the size that MeasureText rounded down.
+    /// Draws text from the top of the rectangle. Its layout is one pixel wider and taller than the
+    /// rectangle, so that a text fits the size that MeasureText rounded down; text that is taller
+    /// than the layout is cut.
     void DrawText(const ZString& text, const ZFont& font, const ZColor& color, const ZRect& rect,
                   const TextFormat& format);
     /// The rectangle of the text on one unbounded line from 0, 0; edges rounded towards 0.

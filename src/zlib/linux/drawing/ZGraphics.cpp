@@ -288,19 +288,28 @@ void paintSource(cairo_t* context, double alpha)
     cairo_paint_with_alpha(context, alpha);
 }
 
-/// Text is laid out one pixel wider than its rectangle, so that a measured text fits although its
-/// measure was rounded down.
-std::int32_t layoutWidth(const ZRect& rect)
+/// Text is laid out one pixel wider and taller than its rectangle, so that a measured text fits
+/// although its measure was rounded down.
+std::int32_t layoutLength(std::int32_t length)
 {
-    return rect.GetWidth() < std::numeric_limits<std::int32_t>::max() ? rect.GetWidth() + 1
-                                                                      : rect.GetWidth();
+    return length < std::numeric_limits<std::int32_t>::max() ? length + 1 : length;
 }
 
-/// Clips to the columns of a rectangle, for a letter or an ellipsis that is wider than all of it.
-void clipColumns(cairo_t* context, double left, double width)
+/// Clips to the columns of a layout, for a letter or an ellipsis that is wider than all of it.
+void clipColumns(cairo_t* context, const ZRect& rect)
 {
     cairo_new_path(context);
-    cairo_rectangle(context, left, -kFarthest, within(width), 2.0 * kFarthest);
+    cairo_rectangle(context, within(rect.left), -kFarthest, within(layoutLength(rect.GetWidth())),
+                    2.0 * kFarthest);
+    cairo_clip(context);
+}
+
+/// Clips to the rows of a layout, for text that is taller than all of it.
+void clipRows(cairo_t* context, const ZRect& rect)
+{
+    cairo_new_path(context);
+    cairo_rectangle(context, -kFarthest, within(rect.top), 2.0 * kFarthest,
+                    within(std::max(layoutLength(rect.GetHeight()), 0)));
     cairo_clip(context);
 }
 
@@ -438,7 +447,7 @@ void ZGraphics::DrawImage(const ZImage& image, const ZRect& source, const ZRect&
 void ZGraphics::DrawText(const ZString& text, const ZFont& font, const ZColor& color,
                          const ZRect& rect, const TextFormat& format)
 {
-    const std::int32_t width = layoutWidth(rect);
+    const std::int32_t width = layoutLength(rect.GetWidth());
     if (width <= 0)
         return;
     cairo_t* const context = mNative->context.get();
@@ -446,7 +455,9 @@ void ZGraphics::DrawText(const ZString& text, const ZFont& font, const ZColor& c
     layout.Fit(width, format);
     cairo_save(context);
     if (format.truncate)
-        clipColumns(context, within(rect.left), width);
+        clipColumns(context, rect);
+    if (layout.GetExtents().height / double{PANGO_SCALE} > layoutLength(rect.GetHeight()))
+        clipRows(context, rect);
     setColor(context, color);
     layout.Show(within(rect.left), within(rect.top));
     cairo_restore(context);
@@ -464,7 +475,7 @@ ZRect ZGraphics::MeasureText(const ZString& text, const ZFont& font, const ZRect
                              bool truncate) const
 {
     ZTextLayout layout(mNative->context.get(), text, font);
-    layout.Fit(layoutWidth(rect), {Align::kLeft, truncate});
+    layout.Fit(layoutLength(rect.GetWidth()), {Align::kLeft, truncate});
     return toPixels(layout.GetExtents(), rect.left, rect.top);
 }
 

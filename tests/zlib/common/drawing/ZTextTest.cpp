@@ -113,7 +113,7 @@ TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
 {
     Page page;
     const std::int32_t lineHeight = page.StringHeight("X");
-    const ZRect rect{10, 10, 10 + page.StringWidth("TUNING"), 15};
+    const ZRect rect{10, 10, 10 + page.StringWidth("TUNING"), 80};
     EXPECT_EQ(page.StringBounds("TUNING METER", rect).GetHeight(), 2 * lineHeight);
     EXPECT_EQ(page.StringBounds("A B", rect).GetHeight(), lineHeight);
     EXPECT_LE(inkOf("TUNING METER", rect, 1).right, rect.right + 1);
@@ -130,6 +130,19 @@ TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
         EXPECT_TRUE(inkOf("WIDE TEXT", {20, 10, 19, 30}, 1, truncate).IsEmpty());
     }
     EXPECT_LE(inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, true).right, 25);
+}
+
+TEST(ZTextTest, TextTallerThanItsRectangleIsCutBelowIt)
+{
+    const ZRect whole = inkOf("TUNING METER", {10, 10, 90, 100}, 1);
+    ASSERT_GT(whole.bottom, 40) << "two lines";
+    for (const bool truncate : {false, true})
+        for (const std::int32_t bottom : {15, 18}) {
+            const ZRect cut = inkOf("TUNING METER", {10, 10, 90, bottom}, 1, truncate);
+            EXPECT_EQ(cut.top, whole.top);
+            EXPECT_EQ(cut.bottom, bottom + 1) << "a layout is a pixel taller than its rectangle";
+        }
+    EXPECT_EQ(inkOf("TUNING METER", {10, 10, 90, 70}, 1), whole);
 }
 
 TEST(ZTextTest, AnySizeAndAnyCharactersAreSafe)
