@@ -113,7 +113,8 @@ KestruneDocument::KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml,
     , mAcceptMIDI(FindElement("AcceptMIDI"))
 {
     MakeChoices(application);
-    for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose})
+    for (const auto& element :
+         {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose, mPitchShift, mFormantShift})
         if (element)
             element->AddObserver(this);
 }
@@ -121,7 +122,8 @@ KestruneDocument::KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml,
 // The host's list of parameters may keep elements alive longer than the document.
 KestruneDocument::~KestruneDocument()
 {
-    for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose})
+    for (const auto& element :
+         {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose, mPitchShift, mFormantShift})
         if (element)
             element->RemoveObserver(this);
 }
@@ -161,8 +163,10 @@ void KestruneDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZMIDINOTEOFF:
         return;
     case ZPRESETLOADBEGIN:
+        mLoad.emplace();
+        break;
     case ZPRESETLOADEND:
-        mIsLoading = message->GetId() == ZPRESETLOADBEGIN;
+        LoadEnded();
         break;
     case ZSETDEFAULTS:
         SetChoicesToDefaults();
@@ -181,20 +185,44 @@ void KestruneDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 
 void KestruneDocument::ElementChanged(std::uint64_t elementId)
 {
-    const bool isChoice = elementId == elementIdOf(mPitchTranspose.get()) ||
-                          elementId == elementIdOf(mFormantTranspose.get());
-    if (isChoice && !mIsLoading)
-        ShiftByChoices();
+    const auto is = [elementId](const auto& element) {
+        return element && elementId == elementIdOf(element.get());
+    };
+    const bool isChoice = is(mPitchTranspose) || is(mFormantTranspose);
+    if (mLoad) {
+        mLoad->pitchTranspose |= is(mPitchTranspose);
+        mLoad->formantTranspose |= is(mFormantTranspose);
+        mLoad->pitchShift |= is(mPitchShift);
+        mLoad->formantShift |= is(mFormantShift);
+    } else if (isChoice) {
+        ShiftPitchByChoice();
+        ShiftFormantsByChoice();
+    }
     ZPluginPresetsAudioDocument::ElementChanged(elementId);
 }
 
-void KestruneDocument::ShiftByChoices()
+void KestruneDocument::LoadEnded()
 {
-    if (!mPitchShift || !mFormantShift)
-        return;
-    store(*mPitchShift, pitchShiftCents(mPitchTranspose->GetDiscrete()));
-    store(*mFormantShift,
-          formantShiftCents(mFormantTranspose->GetDiscrete(), mPitchShift->GetZFloat()));
+    const Restored restored = mLoad.value_or(Restored{});
+    mLoad.reset();
+    const bool pitchFollows = restored.pitchTranspose && !restored.pitchShift;
+    if (pitchFollows)
+        ShiftPitchByChoice();
+    if ((pitchFollows || restored.formantTranspose) && !restored.formantShift)
+        ShiftFormantsByChoice();
+}
+
+void KestruneDocument::ShiftPitchByChoice()
+{
+    if (mPitchShift)
+        store(*mPitchShift, pitchShiftCents(mPitchTranspose->GetDiscrete()));
+}
+
+void KestruneDocument::ShiftFormantsByChoice()
+{
+    if (mPitchShift && mFormantShift)
+        store(*mFormantShift,
+              formantShiftCents(mFormantTranspose->GetDiscrete(), mPitchShift->GetZFloat()));
 }
 
 // The bay resets the shifts, so the choices must be reset too, or the window would show shifts that

@@ -6,6 +6,7 @@
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace orvane
@@ -16,7 +17,8 @@ namespace orvane
 /// notes become a custom scale with a name. [interface thread] unless stated otherwise.
 ///
 /// A preset holds both the choices and the shifts, and the shifts may differ from what the choices
-/// stand for: while a preset is loaded, a restored choice does not change the shifts.
+/// stand for: a load that holds both restores both. If it holds a choice without its shift, the
+/// shift follows the choice at the end of the load.
 class KestruneDocument : public ZPluginPresetsAudioDocument
 {
 public:
@@ -47,7 +49,9 @@ private:
     void HandleNoteOn(const ZMessage& message);
     void SwitchDegree(std::int32_t degree);
     void SetChoicesToDefaults();
-    void ShiftByChoices();
+    void ShiftPitchByChoice();
+    void ShiftFormantsByChoice();
+    void LoadEnded();
     void CancelCustomScale();
 
     // Null if neither the description nor the bay has such an element.
@@ -60,7 +64,15 @@ private:
     boost::shared_ptr<ZElement> mFormantShift;
     boost::shared_ptr<ZElement> mTransposeOnOff;
     boost::shared_ptr<ZElement> mAcceptMIDI;
-    bool mIsLoading = false;  // between ZPRESETLOADBEGIN and ZPRESETLOADEND
+    /// The elements that a load has restored so far.
+    struct Restored
+    {
+        bool pitchTranspose = false;
+        bool formantTranspose = false;
+        bool pitchShift = false;
+        bool formantShift = false;
+    };
+    std::optional<Restored> mLoad;  // from ZPRESETLOADBEGIN to ZPRESETLOADEND
 };
 
 }  // namespace orvane

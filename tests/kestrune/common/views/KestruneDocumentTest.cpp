@@ -12,6 +12,8 @@
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -102,6 +104,34 @@ TEST_F(KestruneDocumentTest, AChoiceShiftsThePitchAndTakesHalfOfItIntoTheFormant
     EXPECT_EQ(Element("pitchTranspose").GetDiscrete(), 12);
     EXPECT_EQ(Element("formantTranspose").GetDiscrete(), 5);
     EXPECT_EQ(Shifts(), std::pair(0.0f, 0.0f));
+}
+
+TEST_F(KestruneDocumentTest, ALoadWithAChoiceButNotItsShiftMovesTheShift)
+{
+    const std::string pitch = R"(<element name="pitchTranspose" int32value="0"></element>)";
+    const std::string formant = R"(<element name="formantTranspose" int32value="6"></element>)";
+    const std::string pitchShift = R"(<element name="PitchShift" floatvalue="50"></element>)";
+    const std::string formantShift = R"(<element name="FormantShift" floatvalue="70"></element>)";
+    const struct
+    {
+        std::string held;
+        std::pair<float, float> shifts;
+    } rows[] = {{pitch, {1200.0f, 600.0f}},
+                {pitch + formantShift, {1200.0f, 70.0f}},
+                {formantShift + pitch + pitchShift, {50.0f, 70.0f}},
+                {pitchShift + formant, {50.0f, -75.0f}},
+                {pitchShift, {50.0f, 7.0f}}};
+    for (const auto& row : rows) {
+        Send(ZSETDEFAULTS);
+        app->Tick();
+        Element("FormantShift").SetZFloat(7.0f, false);
+        app->Tick();
+        const std::string text = "<file><preset version=\"1.0\">" + row.held + "</preset></file>";
+        document->LoadPreset(
+            ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0));
+        app->Tick();
+        EXPECT_EQ(Shifts(), row.shifts) << row.held;
+    }
 }
 
 TEST_F(KestruneDocumentTest, ANoteSwitchesItsDegreeOfTheKeyInWhateverOctave)
