@@ -6,6 +6,7 @@
 #include "zlib/common/documents/ZApp.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
+#include "zlib/common/native/ZKeyCode.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -14,6 +15,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <cassert>
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -24,7 +26,7 @@ namespace
 {
 
 template <typename Call>
-void reporting(Call call)
+void callAndReport(Call call)
 {
     try {
         call();
@@ -33,16 +35,19 @@ void reporting(Call call)
     }
 }
 
-/// What a key types, in one unit; 0 for nothing.
+// Character of the keypad's Enter key, which distinguishes it from Return.
+constexpr char16_t kEnterCharacter = 3;
+
+/// Returns the UTF-16 unit that a key types; 0 for a key that types nothing.
 char16_t characterOf(const VstKeyCode& key)
 {
     if (key.virt >= VKEY_NUMPAD0 && key.virt <= VKEY_NUMPAD9)
         return static_cast<char16_t>(u'0' + (key.virt - VKEY_NUMPAD0));
     switch (key.virt) {
     case VKEY_ENTER:
-        return 3;
+        return kEnterCharacter;
     case VKEY_RETURN:
-        return 13;
+        return u'\r';
     case VKEY_DECIMAL:
         return u'.';
     case VKEY_SPACE:
@@ -57,9 +62,10 @@ char16_t characterOf(const VstKeyCode& key)
 ZVSTEditor::ZVSTEditor(AudioEffect* audioEffect, boost::shared_ptr<ZWindow> window)
     : AEffEditor(audioEffect)
     , mWindow(std::move(window))
-    , mKeyMap{{VKEY_BACK, 8},      {VKEY_TAB, 9},      {VKEY_END, 0x23},    {VKEY_HOME, 0x24},
-              {VKEY_LEFT, 0x25},   {VKEY_UP, 0x26},    {VKEY_RIGHT, 0x27},  {VKEY_DOWN, 0x28},
-              {VKEY_DELETE, 0x2e}, {VKEY_SHIFT, 0x10}, {VKEY_CONTROL, 0x11}}
+    , mKeyMap{{VKEY_BACK, kKeyBackspace}, {VKEY_TAB, kKeyTab},        {VKEY_END, kKeyEnd},
+              {VKEY_HOME, kKeyHome},      {VKEY_LEFT, kKeyLeft},      {VKEY_UP, kKeyUp},
+              {VKEY_RIGHT, kKeyRight},    {VKEY_DOWN, kKeyDown},      {VKEY_DELETE, kKeyDelete},
+              {VKEY_SHIFT, kKeyShift},    {VKEY_CONTROL, kKeyControl}}
 {
     assert(mWindow);
 }
@@ -97,14 +103,14 @@ void ZVSTEditor::close()
 {
     const bool wasOpen = isOpen();
     AEffEditor::close();
-    reporting([&] {
+    callAndReport([&] {
         if (ZApp* const app = ZApp::Of(*mWindow); app && wasOpen)
-            app->EndModalRuns();  // menus and dialogs that stand above the window
+            app->EndModalRuns();  // closes menus and dialogs of the window
         mWindow->Hide();
         mWindow->Detach();
     });
-    // Most hosts only hide their own window here, so ours has to be given up by name.
-    reporting([&] { mWindow->Destroy(); });
+    // Destroyed here, since most hosts only hide the parent window instead of destroying it.
+    callAndReport([&] { mWindow->Destroy(); });
 }
 
 bool ZVSTEditor::onKeyDown(VstKeyCode& key)
@@ -135,13 +141,15 @@ bool ZVSTEditor::SampleRateChanged(float rate)
 
 void ZVSTEditor::GetPicture(WindowPicture& picture)
 {
-    // Views that are attached for the first time wait for their elements to tell their values.
+    // Views that are attached for the first time get their elements' values by posted messages.
     mWindow->AttachViews();
     if (ZApp* const app = ZApp::Of(*mWindow))
         app->ProcessQueue();
     const ZBitmap& bitmap = mWindow->RenderOffscreen();
     const auto pixels = bitmap.GetNative()->GetPremultipliedPixels();
     mPicture.assign(pixels.begin(), pixels.end());
+    assert(mPicture.size() == static_cast<std::size_t>(bitmap.GetWidth()) *
+                                  static_cast<std::size_t>(bitmap.GetHeight()));
     picture = {bitmap.GetWidth(), bitmap.GetHeight(), mPicture.data()};
 }
 

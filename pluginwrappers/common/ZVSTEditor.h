@@ -16,41 +16,41 @@ class ZMessage;
 class ZWindow;
 struct WindowPicture;
 
-/// What the host sees as the plug-in's editor. It draws nothing: it lends the description's window
-/// to the host's parent window between open and close, and hands on the keys that the host sends.
-/// Views and their state stay while it is closed. Nothing else depends on whether it is open.
+/// The plug-in's editor as the host sees it. It draws nothing: between open and close it places the
+/// description's window into the host's parent window, and it forwards the host's key events to
+/// that window. Views keep their state while it is closed.
 ///
-/// A failure is reported and goes no further. [host thread, under the interface lock]
+/// Exceptions are reported and do not reach the caller. [host thread, under the interface lock]
 class ZVSTEditor : public AEffEditor
 {
 public:
-    /// window: not null; held as long as the editor lives. [setup]
+    /// window is not null. [setup]
     ZVSTEditor(AudioEffect* audioEffect, boost::shared_ptr<ZWindow> window);
     ~ZVSTEditor() override;
 
-    /// Lends the window's size, the same before, during and after open.
+    /// Gives the window's size, which does not depend on whether the editor is open.
     bool getRect(ERect** rect) override;
-    /// Puts the window into the parent, out of the one where it was. False, with all as it was,
-    /// when there is no display or the parent is no window.
+    /// Moves the window into parent, from a previous parent if there is one. Returns false and
+    /// changes nothing when there is no display or parent is not a window.
     bool open(void* parent) override;
-    /// Takes the window out of the parent, which may be gone already.
+    /// Removes the window from its parent, which may have been destroyed already.
     void close() override;
-    /// Keys that move or delete, and text, go to the view that has the keyboard; all other keys,
-    /// and the space that starts hosts, stay with the host.
+    /// Sends text and the keys that move or delete to the view with the keyboard focus and returns
+    /// true. Returns false for all other keys and for space, which starts and stops many hosts.
     bool onKeyDown(VstKeyCode& key) override;
-    /// Tells the views. rate in Hz. [setup, any thread under the interface lock]
+    /// Notifies the views of a new sample rate in Hz. [setup, any thread under the interface lock]
     virtual bool SampleRateChanged(float rate);
-    /// Draws the window as it stands and lends what it shows, open or not. Throws ZException for a
-    /// window that cannot be drawn.
+    /// Draws the window, whether it is open or not, and fills picture; the editor keeps the pixels
+    /// until the next call. Throws ZException for a window that cannot be drawn.
     void GetPicture(WindowPicture& picture);
 
 private:
     void Send(const boost::shared_ptr<const ZMessage>& message);
 
     boost::shared_ptr<ZWindow> mWindow;
-    std::map<std::uint8_t, std::uint8_t> mKeyMap;  // from the interface's keys to the window's
-    ERect mRect{};                                 // lent to the host, as are the next
-    std::vector<std::uint32_t> mPicture;           // empty until somebody asks
+    std::map<std::uint8_t, std::uint8_t> mKeyMap;  // VstVirtualKey -> ZKeyCode
+    ERect mRect{};                                 // the host reads it after getRect
+    std::vector<std::uint32_t> mPicture;           // pixels of the last GetPicture
 };
 
 }  // namespace orvane
