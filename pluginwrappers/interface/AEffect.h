@@ -8,7 +8,8 @@ namespace orvane
 
 struct AEffect;
 
-/// The host's one service function. A null effect is allowed with audioMasterVersion only.
+/// The function by which the plug-in calls the host. effect may be null for audioMasterVersion
+/// only.
 using audioMasterCallback = std::intptr_t (*)(AEffect* effect, std::int32_t opcode,
                                               std::int32_t index, std::intptr_t value, void* ptr,
                                               float opt);
@@ -24,7 +25,7 @@ using AEffectProcessDoubleProc = void (*)(AEffect* effect, double** inputs, doub
 using AEffectSetParameterProc = void (*)(AEffect* effect, std::int32_t index, float parameter);
 using AEffectGetParameterProc = float (*)(AEffect* effect, std::int32_t index);
 
-/// Four characters as one number, the first in the most significant byte.
+/// Packs four characters into a number, the first into the most significant byte.
 [[nodiscard]] constexpr std::int32_t fourCharacters(const char (&text)[5])
 {
     std::uint32_t packed = 0;
@@ -46,8 +47,7 @@ enum AEffectFlags : std::int32_t
     effFlagsProgramChunks = 1 << 5,
 };
 
-/// What host and plug-in know of each other. The fields' places are the interface: hosts read and
-/// call through them, in whatever language they are written.
+/// The record that host and plug-in share. The offsets of its fields are part of the interface.
 struct AEffect
 {
     std::int32_t magic;
@@ -60,10 +60,10 @@ struct AEffect
     std::int32_t numInputs;
     std::int32_t numOutputs;
     std::int32_t flags;
-    std::intptr_t resvd1;  // the host's own, as is resvd2: never written after construction
+    std::intptr_t resvd1;  // used by the host, as is resvd2: the plug-in never writes them
     std::intptr_t resvd2;
     std::int32_t initialDelay;   // latency in sample frames
-    std::int32_t realQualities;  // unused by today's hosts, as is offQualities
+    std::int32_t realQualities;  // unused by current hosts, as is offQualities
     std::int32_t offQualities;
     float ioRatio;
     void* object;  // the effect object

@@ -6,11 +6,11 @@
 namespace orvane
 {
 
-/// Value of VstEvent::type for a VstMidiEvent; events of other types have another layout behind
-/// their heading.
+/// Value of VstEvent::type for a VstMidiEvent. Events of other types have other fields after the
+/// first four.
 constexpr std::int32_t kVstMidiType = 1;
 
-/// The heading that all events share, with room for the rest.
+/// An event of any type: the first four fields are common to all types.
 struct VstEvent
 {
     std::int32_t type;
@@ -20,6 +20,7 @@ struct VstEvent
     char data[16];
 };
 
+/// A MIDI message of the host.
 struct VstMidiEvent
 {
     std::int32_t type;
@@ -35,7 +36,7 @@ struct VstMidiEvent
     char reserved2;
 };
 
-/// A block's events, in order. The array is as long as numEvents says.
+/// The events of a block, in order. The array has numEvents entries, whatever its declared length.
 struct VstEvents
 {
     std::int32_t numEvents;

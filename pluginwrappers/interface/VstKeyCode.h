@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// The interface's own virtual keys, as far as an editor here looks at them.
+/// Virtual keys of the interface that this plug-in's editor uses.
 enum VstVirtualKey : std::uint8_t
 {
     VKEY_BACK = 1,
@@ -28,11 +28,11 @@ enum VstVirtualKey : std::uint8_t
     VKEY_CONTROL = 55,
 };
 
-/// A key as the host hands it to the editor.
+/// A key event as the host passes it to the editor.
 struct VstKeyCode
 {
-    std::int32_t character;  // 0 where the key has none
-    std::uint8_t virt;       // a VstVirtualKey or another, 0 for none
+    std::int32_t character;  // 0 for a key without a character
+    std::uint8_t virt;       // a virtual key, 0 for none; VstVirtualKey lists some
     std::uint8_t modifier;   // bits: 1 shift, 2 alternate, 4 command, 8 control
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The interface is a matter of bytes: what a host reads where is settled here, at compile time.
+// Checks the offsets and sizes of the interface's records and numbers at compile time.
 
 #include "pluginwrappers/interface/AEffect.h"
 #include "pluginwrappers/interface/ERect.h"
@@ -54,7 +54,7 @@ static_assert(sizeof(VstTimeInfo) == 88);
 static_assert(offsetof(VstKeyCode, virt) == 4 && sizeof(VstKeyCode) == 8);
 static_assert(sizeof(ERect) == 8);
 
-// Where the numbering starts anew or must come out right at the end of a run of names.
+// The ends of the runs of opcodes that are numbered in sequence.
 static_assert(effEditClose == 15 && effSetChunk == 24 && effGetVendorString == 47);
 static_assert(effSetPanLaw == 74 && effGetNumMidiOutputChannels == 79);
 

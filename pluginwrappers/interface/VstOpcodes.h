@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// What a host asks an effect's dispatcher. Numbers that are not named are never asked.
+/// Opcodes of an effect's dispatcher, sent by the host. The numbers left out are not in use.
 enum EffectOpcode : std::int32_t
 {
     effOpen = 0,
@@ -86,8 +86,7 @@ enum EffectOpcode : std::int32_t
     effGetNumMidiOutputChannels,
 };
 
-/// What an effect asks its host; those that this plug-in uses, and those that its offline host
-/// answers beside.
+/// Opcodes of the host's callback: those that this plug-in sends or its offline host answers.
 enum HostOpcode : std::int32_t
 {
     audioMasterAutomate = 0,
@@ -119,11 +118,11 @@ constexpr std::int32_t kPlugCategEffect = 1;
 /// Answer to effGetVstVersion: 2.4.
 constexpr std::int32_t kVstVersion = 2400;
 
-/// Room in bytes, terminator included, of the texts that a host hands over to be written.
+/// Sizes in bytes, terminator included, of the buffers that a host passes for texts.
 enum VstTextSize : std::int32_t
 {
     kVstMaxProgNameLen = 24,
-    /// The published 8 bytes hold no useful name; hosts hand over 24 at the least.
+    /// The interface publishes 8 bytes, too few for a name; hosts pass at least 24.
     kVstMaxParamStrLen = 24,
     kVstMaxVendorStrLen = 64,
 };

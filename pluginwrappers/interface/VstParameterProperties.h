@@ -9,7 +9,7 @@ namespace orvane
 /// Bit of VstParameterProperties::flags.
 constexpr std::int32_t kVstParameterIsSwitch = 1 << 0;
 
-/// How a host may present a parameter. Texts are terminated.
+/// Properties by which a host can choose a control for a parameter. Texts are terminated.
 struct VstParameterProperties
 {
     float stepFloat;

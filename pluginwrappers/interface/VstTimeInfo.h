@@ -6,7 +6,7 @@
 namespace orvane
 {
 
-/// Bits of VstTimeInfo::flags: what the transport does, and which fields hold something.
+/// Bits of VstTimeInfo::flags: the state of the transport, and which fields are valid.
 enum VstTimeInfoFlags : std::int32_t
 {
     kVstTransportChanged = 1 << 0,
@@ -19,7 +19,7 @@ enum VstTimeInfoFlags : std::int32_t
     kVstClockValid = 1 << 15,
 };
 
-/// Where a host is in its song, at the first sample of the block. Quarter notes count from 0.
+/// The host's position in the song at the first sample of the block. Quarter notes count from 0.
 struct VstTimeInfo
 {
     double samplePos;

@@ -8,17 +8,16 @@
 namespace orvane
 {
 
-/// A question of this plug-in's own, asked by effVendorSpecific with kVendorOrvane as index and
-/// kVendorWindowPicture as value: what its window shows, also where there is no display or the
-/// editor is closed. ptr is a WindowPicture that is filled; the answer is 1, else 0 with the record
-/// as it was. Values that changed since the last tick are shown as they were.
-/// [host thread]
+/// A picture of the plug-in's window, which also works without a display and with a closed editor.
+/// Requested by effVendorSpecific with index kVendorOrvane, value kVendorWindowPicture and a
+/// WindowPicture as ptr. The answer is 1, or 0 with the record unchanged. Values that changed since
+/// the last tick are shown as they were before. [host thread]
 struct WindowPicture
 {
     std::int32_t width;
     std::int32_t height;
     /// width x height, row by row from the top, as 0xAARRGGBB with colours multiplied by alpha.
-    /// Lent until the next such question or effClose.
+    /// Valid until the next such request or effClose.
     const std::uint32_t* pixels;
 };
 
