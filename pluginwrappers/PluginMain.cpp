@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The library's two exported names. They stand alone in this file, since a program that links the
-// plug-in's objects has a main of its own.
+// Defines the two functions that the library exports. They have a file of their own because test
+// programs link the plug-in's other objects and define a main themselves.
 
 #include "pluginwrappers/common/PluginEntry.h"
 
 extern "C" {
-// C++ gives the name main to programs only, so the function gets it from the assembler.
+// C++ reserves the name main for the start of a program, so the symbol is named for the assembler.
 __attribute__((visibility("default"))) orvane::AEffect*
 pluginMain(orvane::audioMasterCallback audioMaster) asm("main");
 
-// The name under which today's hosts look first.
+// Current hosts look this name up before main.
 __attribute__((visibility("default"), alias("main"))) orvane::AEffect*
 VSTPluginMain(orvane::audioMasterCallback audioMaster);
 }

@@ -9,11 +9,12 @@ namespace orvane
 
 class AudioEffect;
 
-/// The plug-in interface's editor: what the host's editor calls reach. The default is an editor
-/// that knows its parent and does nothing. [host thread]
+/// Base class of editors in the plug-in interface: the dispatcher's editor opcodes call its
+/// operations. The base remembers the parent window and does nothing else. [host thread]
 class AEffEditor
 {
 public:
+    /// audioEffect owns the editor.
     explicit AEffEditor(AudioEffect* audioEffect)
         : effect(audioEffect)
     {
@@ -23,9 +24,9 @@ public:
     virtual ~AEffEditor() = default;
 
     [[nodiscard]] virtual AudioEffect* getEffect() { return effect; }
-    /// Lends the editor's rectangle; true when there is one.
+    /// Points rect to the editor's rectangle, which the editor keeps; false when it has none.
     virtual bool getRect(ERect** /*rect*/) { return false; }
-    /// parent: the native window to live in; the host may hand over none.
+    /// Shows the editor in parent, a window of the system; null when the host passes none.
     virtual bool open(void* parent)
     {
         systemWindow = parent;
@@ -34,7 +35,7 @@ public:
     virtual void close() { systemWindow = nullptr; }
     [[nodiscard]] virtual bool isOpen() { return systemWindow != nullptr; }
     virtual void idle() {}
-    /// True when the key was taken; others stay with the host.
+    /// Returns true when the editor used the key; the host handles the other keys itself.
     virtual bool onKeyDown(VstKeyCode& /*key*/) { return false; }
     virtual bool onKeyUp(VstKeyCode& /*key*/) { return false; }
     virtual bool onWheel(float /*distance*/) { return false; }

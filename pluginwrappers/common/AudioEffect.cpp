@@ -7,6 +7,7 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
+#include <cassert>
 #include <chrono>
 #include <cstddef>
 #include <thread>
@@ -25,7 +26,7 @@ AudioEffect* effectOf(AEffect* record)
     return record != nullptr ? static_cast<AudioEffect*>(record->object) : nullptr;
 }
 
-// The wall between the plug-in and the host: nothing that is thrown gets past it.
+// Calls an operation of the effect. Exceptions are reported here and never reach the host.
 template <typename Call>
 auto guarded(AEffect* record, Call call) noexcept -> decltype(call(*effectOf(record)))
 {
@@ -62,7 +63,7 @@ void processReplacingEntry(AEffect* record, float** inputs, float** outputs,
             [&](AudioEffect& effect) { effect.processReplacing(inputs, outputs, sampleFrames); });
 }
 
-// Hosts may call it although double precision is not announced.
+// Some hosts call it although the flags do not announce double precision.
 void processDoubleReplacingEntry(AEffect* /*record*/, double** /*inputs*/, double** /*outputs*/,
                                  std::int32_t /*sampleFrames*/)
 {
@@ -78,19 +79,20 @@ float getParameterEntry(AEffect* record, std::int32_t index)
     return guarded(record, [&](AudioEffect& effect) { return effect.getParameter(index); });
 }
 
-std::span<char> textRoom(void* ptr, VstTextSize bytes)
+std::span<char> textBuffer(void* ptr, VstTextSize bytes)
 {
+    assert(ptr != nullptr);
     return {static_cast<char*>(ptr), static_cast<std::size_t>(bytes)};
 }
 
-/// A call of the host that the thread is in, and with it those around it.
-class CallOfHost
+/// Marks a call of the host in progress, for as long as the object lives. The marks of a thread
+/// form a list, since the host may call the plug-in and with that cause further calls.
+class HostCallScope
 {
 public:
-    /// count: of the calls that the effect is in. Where the lock is held, it is so on both sides:
-    /// whoever holds it sees a call that is not yet back. The count goes down last of all, since a
-    /// thread without the lock may find the effect gone after that.
-    CallOfHost(const AudioEffect& effect, std::atomic<int>& count)
+    /// count: the effect's number of calls in progress. It is decreased after everything else,
+    /// since another thread may delete the effect as soon as it is 0.
+    HostCallScope(const AudioEffect& effect, std::atomic<int>& count)
         : mEffect(effect)
         , mCount(count)
         , mOuter(innermost)
@@ -98,31 +100,33 @@ public:
         ++mCount;
         innermost = this;
     }
-    CallOfHost(const CallOfHost&) = delete;
-    CallOfHost& operator=(const CallOfHost&) = delete;
-    ~CallOfHost()
+    HostCallScope(const HostCallScope&) = delete;
+    HostCallScope& operator=(const HostCallScope&) = delete;
+    ~HostCallScope()
     {
+        assert(innermost == this);
         innermost = mOuter;
         --mCount;
     }
 
-    static bool IsMadeFor(const AudioEffect& effect)
+    /// Returns whether this thread is inside a call of the host by the effect.
+    static bool IsInProgress(const AudioEffect& effect)
     {
-        const CallOfHost* call = innermost;
+        const HostCallScope* call = innermost;
         while (call != nullptr && &call->mEffect != &effect)
             call = call->mOuter;
         return call != nullptr;
     }
 
 private:
-    static thread_local const CallOfHost* innermost;
+    static thread_local const HostCallScope* innermost;
 
     const AudioEffect& mEffect;
     std::atomic<int>& mCount;
-    const CallOfHost* const mOuter;
+    const HostCallScope* const mOuter;
 };
 
-thread_local const CallOfHost* CallOfHost::innermost = nullptr;
+thread_local const HostCallScope* HostCallScope::innermost = nullptr;
 
 }  // namespace
 
@@ -136,6 +140,7 @@ AudioEffect::AudioEffect(audioMasterCallback host, std::int32_t programs, std::i
     , numPrograms(programs)
     , numParams(parameters)
 {
+    assert(programs >= 1 && parameters >= 0);
     cEffect.magic = kEffectMagic;
     cEffect.dispatcher = dispatcherEntry;
     cEffect.process = processEntry;
@@ -198,10 +203,12 @@ std::intptr_t AudioEffect::dispatchProgram(std::int32_t opcode, std::intptr_t va
     }
     if (ptr == nullptr)
         return 0;
-    if (opcode == effSetProgramName)
+    if (opcode == effSetProgramName) {
         setProgramName(static_cast<const char*>(ptr));
-    else
-        getProgramName(textRoom(ptr, kVstMaxProgNameLen));
+        return 0;
+    }
+    assert(opcode == effGetProgramName);
+    getProgramName(textBuffer(ptr, kVstMaxProgNameLen));
     return 0;
 }
 
@@ -209,13 +216,15 @@ std::intptr_t AudioEffect::dispatchParameterText(std::int32_t opcode, std::int32
 {
     if (ptr == nullptr)
         return 0;
-    const std::span<char> text = textRoom(ptr, kVstMaxParamStrLen);
+    const std::span<char> text = textBuffer(ptr, kVstMaxParamStrLen);
     if (opcode == effGetParamLabel)
         getParameterLabel(index, text);
     else if (opcode == effGetParamDisplay)
         getParameterDisplay(index, text);
-    else
+    else if (opcode == effGetParamName)
         getParameterName(index, text);
+    else
+        assert(false);
     return 0;
 }
 
@@ -245,13 +254,13 @@ std::intptr_t AudioEffect::dispatchChunk(std::int32_t opcode, std::int32_t index
     const bool isPreset = index != 0;
     if (opcode == effGetChunk)
         return getChunk(static_cast<void**>(ptr), isPreset);
+    assert(opcode == effSetChunk);
     const std::int32_t bytes = hostNumber(value);
     return bytes > 0 ? setChunk(ptr, bytes, isPreset) : 0;
 }
 
 void AudioEffect::setParameterAutomated(std::int32_t index, float value)
 {
-    setParameter(index, value);
     callHost(audioMasterAutomate, index, 0, nullptr, value);
 }
 
@@ -297,19 +306,18 @@ std::intptr_t AudioEffect::callHost(std::int32_t opcode, std::int32_t index, std
 {
     if (audioMaster == nullptr || mIsClosed)
         return 0;
-    const CallOfHost call(*this, mHostCalls);
-    // The host may call back, and may wait for another of its threads that does.
+    const HostCallScope call(*this, mHostCalls);
+    // The host may call back, also from another thread that this call waits for.
     const ZInterfaceUnlock unlocked;
     return audioMaster(&cEffect, opcode, index, value, ptr, opt);
 }
 
 void AudioEffect::close()
 {
-    // A host that has its calls answered by the very thread that closes never gets there if it
-    // waits for them.
-    constexpr std::chrono::seconds kPatience(1);
+    // The wait is limited: the host may need this thread to finish the calls that are waited for.
+    constexpr std::chrono::seconds kLongestWait(1);
     const ZInterfaceLock lock;
-    if (!CallOfHost::IsMadeFor(*this) && hostCallsReturn(kPatience)) {
+    if (!HostCallScope::IsInProgress(*this) && hostCallsReturnWithin(kLongestWait)) {
         delete this;
         return;
     }
@@ -317,7 +325,7 @@ void AudioEffect::close()
     deleteDeferred(this);
 }
 
-bool AudioEffect::hostCallsReturn(std::chrono::milliseconds limit) const
+bool AudioEffect::hostCallsReturnWithin(std::chrono::milliseconds limit) const
 {
     constexpr std::chrono::milliseconds kPause(1);
     const auto end = std::chrono::steady_clock::now() + limit;
@@ -330,7 +338,7 @@ bool AudioEffect::hostCallsReturn(std::chrono::milliseconds limit) const
 
 void AudioEffect::waitForHostCalls() const
 {
-    while (!hostCallsReturn(std::chrono::hours(1))) {
+    while (!hostCallsReturnWithin(std::chrono::hours(1))) {
     }
 }
 

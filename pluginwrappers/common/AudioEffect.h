@@ -13,53 +13,53 @@
 namespace orvane
 {
 
-/// Lower half of the plug-in interface's effect: owns the record that the host drives and turns
-/// each call through it into a virtual operation. An exception that leaves an operation is
-/// reported and answered by 0.
+/// Base of effects with the operations of the plug-in interface's first version. Owns the record
+/// that the host calls through and forwards each call to a virtual operation. When an operation
+/// throws, the exception is reported to the user and the host gets 0.
 ///
-/// Texts are written to the room that the host hands over, terminated; an index may be any number.
-/// The object is deleted by the host's effClose. A derived class waits in its destructor, under the
-/// interface lock, for its calls of the host.
+/// Texts are written with their terminator into the host's buffer. Indexes from the host may be any
+/// number. effClose deletes the object. The destructor of a derived class calls waitForHostCalls
+/// under the interface lock.
 class AudioEffect
 {
 public:
-    /// audioMaster may be null: then the host is never called. [setup]
+    /// With a null audioMaster the host is never called. numPrograms >= 1, numParams >= 0. [setup]
     AudioEffect(audioMasterCallback audioMaster, std::int32_t numPrograms, std::int32_t numParams);
     AudioEffect(const AudioEffect&) = delete;
     AudioEffect& operator=(const AudioEffect&) = delete;
     virtual ~AudioEffect() = default;
 
-    /// The record, valid as long as the object. [any thread]
+    /// Returns the record, which lives as long as the object. [any thread]
     [[nodiscard]] AEffect* getAeffect() { return &cEffect; }
 
-    /// Deletes the object, once other threads are back from the host. Where the host closes from
-    /// inside a call that this thread makes of it, the frames around that call still need the
-    /// object; then, and where another's call does not come back, another thread deletes it once
-    /// they are done, and the host is not called any more. [host thread or interface thread]
+    /// Deletes the object after waiting for the calls of the host that other threads have in
+    /// progress. When this thread itself is inside such a call, or the other calls take longer than
+    /// a second, the object is deleted later by another thread and no longer calls the host.
+    /// [host thread or interface thread]
     void close();
-    /// Whether a call of the host is not yet back. [any thread]
+    /// Returns whether a call of the host is in progress. [any thread]
     [[nodiscard]] bool isInHostCall() const { return mHostCalls > 0; }
 
-    /// Answers an opcode; 0 for one it does not know. [host thread]
+    /// Handles an opcode and returns its result; 0 for an unknown opcode. [host thread]
     virtual std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                                      void* ptr, float opt);
 
-    /// Processing ends. No block is processed meanwhile. [host thread]
+    /// Ends processing; never called while a block is processed. [host thread]
     virtual void suspend() {}
-    /// Processing is about to begin; may come twice in a row. [host thread]
+    /// Prepares for processing; hosts may call it twice in a row. [host thread]
     virtual void resume() {}
-    /// In Hz. [setup]
+    /// rate in Hz. [setup]
     virtual void setSampleRate(float rate) { sampleRate = rate; }
-    /// Greatest number of frames of a block to come. [setup]
+    /// Sets the length of the longest block to come. [setup]
     virtual void setBlockSize(std::int32_t frames) { blockSize = frames; }
-    /// Overwrites outputs. inputs, outputs: channels x sampleFrames; may be the same. [audio
-    /// thread]
+    /// Processes a block and overwrites outputs. inputs, outputs: channels x sampleFrames, may be
+    /// the same arrays. [audio thread]
     virtual void processReplacing(float** inputs, float** outputs, std::int32_t sampleFrames) = 0;
 
     /// value: 0 to 1. [any thread]
     virtual void setParameter(std::int32_t /*index*/, float /*value*/) {}
     [[nodiscard]] virtual float getParameter(std::int32_t /*index*/) { return 0.0f; }
-    /// Tells the host that the plug-in itself changes a parameter. [interface thread]
+    /// Notifies the host that the plug-in has changed a parameter. [interface thread]
     virtual void setParameterAutomated(std::int32_t index, float value);
 
     [[nodiscard]] virtual std::int32_t getProgram() { return curProgram; }
@@ -67,17 +67,18 @@ public:
     virtual void setProgram(std::int32_t index) { curProgram = index; }
     virtual void setProgramName(const char* /*text*/) {}
     virtual void getProgramName(std::span<char> text);
-    /// The unit of a parameter's value.
+    /// Writes the unit of a parameter's value.
     virtual void getParameterLabel(std::int32_t index, std::span<char> text);
-    /// A parameter's value as text.
+    /// Writes a parameter's value as text.
     virtual void getParameterDisplay(std::int32_t index, std::span<char> text);
     virtual void getParameterName(std::int32_t index, std::span<char> text);
-    /// Lends the state of one program or of all, and gives its size in bytes; 0 for none.
+    /// Points data to the state of the current program (isPreset) or of all programs, which the
+    /// effect keeps, and returns its size in bytes; 0 for none. data is not null.
     virtual std::int32_t getChunk(void** data, bool isPreset);
-    /// Takes over a state; 1 when it was taken. size > 0.
+    /// Restores a state and returns 1 when that succeeded. data is not null, size > 0.
     virtual std::int32_t setChunk(void* data, std::int32_t size, bool isPreset);
 
-    /// Adds to outputs, else as processReplacing. [audio thread]
+    /// As processReplacing, but adds to outputs. [audio thread]
     virtual void process(float** inputs, float** outputs, std::int32_t sampleFrames) = 0;
 
 protected:
@@ -87,19 +88,20 @@ protected:
     void canMono(bool state = true) { setFlag(effFlagsCanMono, state); }
     void canProcessReplacing(bool state = true) { setFlag(effFlagsCanReplacing, state); }
     void programsAreChunks(bool state = true) { setFlag(effFlagsProgramChunks, state); }
-    /// Latency in sample frames. The host hears of it by ioChanged.
+    /// Sets the latency in sample frames; ioChanged notifies the host of it.
     void setInitialDelay(std::int32_t sampleFrames) { cEffect.initialDelay = sampleFrames; }
-    /// Announces the editor, or takes it off with null.
+    /// Replaces the editor, null for none, and sets the flag by which the host knows of it.
     void setEditor(std::unique_ptr<AEffEditor> newEditor);
 
-    /// Asks a service of the host; 0 where there is no host. The interface lock is given up
-    /// meanwhile, so whatever it guards may have changed; a caller that does not hold it must not
-    /// touch the object any more, which the host may have closed. [host thread or interface thread]
+    /// Calls the host and returns its answer; 0 without a host or after close. The interface lock
+    /// is released during the call, so that what it guards may have changed afterwards. A caller
+    /// without the lock must not touch the object afterwards, since the host may have closed it.
+    /// [host thread or interface thread]
     std::intptr_t callHost(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
                            void* ptr = nullptr, float opt = 0.0f);
 
-    /// Waits until other threads are back from the host, so that the object may go. The interface
-    /// lock, which is held, is given up meanwhile.
+    /// Waits until no other thread calls the host, so that the object may be deleted. The caller
+    /// holds the interface lock, which is released during the wait.
     void waitForHostCalls() const;
 
     audioMasterCallback audioMaster;
@@ -112,10 +114,10 @@ protected:
     AEffect cEffect{};
 
 private:
-    std::atomic<int> mHostCalls{0};      // not yet back
-    std::atomic<bool> mIsClosed{false};  // by the host, from inside one of them
+    std::atomic<int> mHostCalls{0};      // calls of the host in progress
+    std::atomic<bool> mIsClosed{false};  // waits for another thread to delete it
 
-    [[nodiscard]] bool hostCallsReturn(std::chrono::milliseconds limit) const;
+    [[nodiscard]] bool hostCallsReturnWithin(std::chrono::milliseconds limit) const;
     void setFlag(AEffectFlags flag, bool state);
     std::intptr_t dispatchProgram(std::int32_t opcode, std::intptr_t value, void* ptr);
     std::intptr_t dispatchParameterText(std::int32_t opcode, std::int32_t index, void* ptr);
@@ -124,8 +126,8 @@ private:
                                 void* ptr);
 };
 
-/// A host's number where 32 bits are meant. What does not fit becomes -1, which no operation takes
-/// for an index, a count or a size.
+/// Converts a number from the host to 32 bits. A number that does not fit becomes -1, which every
+/// operation refuses as an index, a count or a size.
 [[nodiscard]] std::int32_t hostNumber(std::intptr_t value);
 
 }  // namespace orvane

@@ -12,25 +12,25 @@ namespace orvane
 namespace
 {
 
-std::uint8_t byteOrNone(std::intptr_t value)
+std::uint8_t byteOrZero(std::intptr_t value)
 {
     return std::in_range<std::uint8_t>(value) ? static_cast<std::uint8_t>(value) : std::uint8_t{0};
 }
 
-// The comparison refuses what is no number, too.
-std::uint8_t byteOrNone(float value)
+// NaN gives 0, since it fails the comparison.
+std::uint8_t byteOrZero(float value)
 {
     return value >= 0.0f && value < 256.0f ? static_cast<std::uint8_t>(value) : std::uint8_t{0};
 }
 
-// The question carries two places for pointers, one of them as a number.
-void writeNoArrangements(std::intptr_t inputPlace, void* outputPlace)
+// The opcode passes two pointers to pointers, the first one as a number.
+void writeNoArrangements(std::intptr_t inputAddress, void* outputAddress)
 {
-    if (inputPlace != 0)
+    if (inputAddress != 0)
         // NOLINTNEXTLINE(performance-no-int-to-ptr): the interface passes it so
-        *reinterpret_cast<void**>(inputPlace) = nullptr;
-    if (outputPlace != nullptr)
-        *static_cast<void**>(outputPlace) = nullptr;
+        *reinterpret_cast<void**>(inputAddress) = nullptr;
+    if (outputAddress != nullptr)
+        *static_cast<void**>(outputAddress) = nullptr;
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ std::intptr_t AudioEffectX::dispatchKey(std::int32_t opcode, std::int32_t index,
         return 0;
     if (opcode == effSetEditKnobMode)
         return editor->setKnobMode(hostNumber(value));
-    VstKeyCode key{index, byteOrNone(value), byteOrNone(opt)};
+    VstKeyCode key{index, byteOrZero(value), byteOrZero(opt)};
     return opcode == effEditKeyDown ? editor->onKeyDown(key) : editor->onKeyUp(key);
 }
 
@@ -108,14 +108,14 @@ bool AudioEffectX::setBlockSizeAndSampleRate(std::int32_t frames, float rate)
     return true;
 }
 
-bool AudioEffectX::ioChanged()
+void AudioEffectX::ioChanged()
 {
-    return callHost(audioMasterIOChanged) != 0;
+    callHost(audioMasterIOChanged);
 }
 
-bool AudioEffectX::updateDisplay()
+void AudioEffectX::updateDisplay()
 {
-    return callHost(audioMasterUpdateDisplay) != 0;
+    callHost(audioMasterUpdateDisplay);
 }
 
 void AudioEffectX::wantEvents()
@@ -123,14 +123,14 @@ void AudioEffectX::wantEvents()
     callHost(audioMasterWantMidi, 0, 1);
 }
 
-bool AudioEffectX::beginEdit(std::int32_t index)
+void AudioEffectX::beginEdit(std::int32_t index)
 {
-    return callHost(audioMasterBeginEdit, index) != 0;
+    callHost(audioMasterBeginEdit, index);
 }
 
-bool AudioEffectX::endEdit(std::int32_t index)
+void AudioEffectX::endEdit(std::int32_t index)
 {
-    return callHost(audioMasterEndEdit, index) != 0;
+    callHost(audioMasterEndEdit, index);
 }
 
 }  // namespace orvane

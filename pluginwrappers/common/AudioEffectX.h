@@ -11,9 +11,9 @@
 namespace orvane
 {
 
-/// Upper half of the plug-in interface's effect: what the interface gained with its second version.
-/// Most of its questions have one answer in this plug-in and are answered by the dispatcher itself;
-/// the operations are those that an effect may want to answer in its own way.
+/// Base of effects with the operations that the plug-in interface's second version added. The
+/// dispatcher answers most of the new opcodes itself, with a fixed value; the virtual operations
+/// are those whose answer depends on the effect.
 class AudioEffectX : public AudioEffect
 {
 public:
@@ -22,40 +22,40 @@ public:
     std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                              void* ptr, float opt) override;
 
-    /// Fills properties when the parameter has some; true when it did.
+    /// Fills properties and returns true, or returns false for a parameter without properties.
     virtual bool getParameterProperties(std::int32_t /*index*/,
                                         VstParameterProperties* /*properties*/)
     {
         return false;
     }
-    /// Name of any program; true when the program exists. category: -1 for all.
+    /// Writes the name of any program; false when there is no such program. category: -1 for all.
     virtual bool getProgramNameIndexed(std::int32_t /*category*/, std::int32_t /*index*/,
                                        std::span<char> /*text*/)
     {
         return false;
     }
-    /// Takes the events of the block to come. [audio thread]
+    /// Handles the events of the next block. events is not null. [audio thread]
     virtual std::int32_t processEvents(VstEvents* /*events*/) { return 1; }
     virtual bool getVendorString(std::span<char> /*text*/) { return false; }
-    /// A question that the interface does not know; 0 for one that the effect does not either.
+    /// Handles a request outside the interface; 0 for an unknown one.
     virtual std::intptr_t vendorSpecific(std::int32_t /*index*/, std::intptr_t /*value*/,
                                          void* /*ptr*/, float /*opt*/)
     {
         return 0;
     }
-    /// Both at once. [setup]
+    /// Calls setSampleRate, then setBlockSize. [setup]
     virtual bool setBlockSizeAndSampleRate(std::int32_t frames, float rate);
 
 protected:
-    /// Tells the host that latency or channels are others now.
-    bool ioChanged();
-    /// Tells the host that the state has changed in something that is no parameter.
-    bool updateDisplay();
-    /// Asks the host for events.
+    /// Notifies the host that the latency or the number of channels has changed.
+    void ioChanged();
+    /// Notifies the host that saved state has changed that is no parameter.
+    void updateDisplay();
+    /// Asks the host to send events.
     void wantEvents();
-    /// A gesture of the user on a parameter begins and ends.
-    bool beginEdit(std::int32_t index);
-    bool endEdit(std::int32_t index);
+    /// Notifies the host that the user begins or ends a gesture on a parameter.
+    void beginEdit(std::int32_t index);
+    void endEdit(std::int32_t index);
 
 private:
     std::intptr_t dispatchKey(std::int32_t opcode, std::int32_t index, std::intptr_t value,

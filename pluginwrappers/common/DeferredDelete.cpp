@@ -4,6 +4,7 @@
 #include "pluginwrappers/common/AudioEffect.h"
 #include "zlib/common/objects/ZThread.h"
 
+#include <cassert>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -18,24 +19,23 @@ namespace orvane
 namespace
 {
 
-// A call of the host that never comes back must not keep the process from ending.
+// At exit, the longest wait for a call of the host, which may never return.
 constexpr std::int32_t kExitLimitMicroseconds = 250'000;
 
-/// The end of one effect, on a thread of its own.
-class Closing
+/// Deletes one effect on a thread of its own.
+class DeferredDeletion
 {
 public:
-    explicit Closing(AudioEffect* effect)
+    explicit DeferredDeletion(AudioEffect* effect)
         : mEffect(effect)
-        , mThread("closing", &Closing::Run, this)
+        , mThread("closing", &DeferredDeletion::Run, this)
     {
         mThread.Resume();
     }
 
     [[nodiscard]] bool IsRunning() const { return mThread.IsRunning(); }
-    /// Whether the thread has ended, but for one that waits for a call of the host longer than
-    /// that.
-    [[nodiscard]] bool Ends(std::int32_t limitMicroseconds)
+    /// Waits for the deletion. Returns false when it still waits for the host after the limit.
+    [[nodiscard]] bool EndsWithin(std::int32_t limitMicroseconds)
     {
         while (mThread.Join(limitMicroseconds) != 0) {
             if (WaitsForHost())
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    static void Run(void* self) { static_cast<Closing*>(self)->DeleteEffect(); }
+    static void Run(void* self) { static_cast<DeferredDeletion*>(self)->DeleteEffect(); }
     void DeleteEffect()
     {
         while (WaitsForHost())
@@ -63,41 +63,43 @@ private:
         return mEffect != nullptr && mEffect->isInHostCall();
     }
 
-    std::mutex mMutex;     // guards the next
-    AudioEffect* mEffect;  // null once it is being deleted
-    ZThread mThread;       // the last, so that it ends first
+    std::mutex mMutex;
+    AudioEffect* mEffect;  // guarded by mMutex; null once it is being deleted
+    ZThread mThread;       // declared last, so that it is joined before the others go
 };
 
-class Closings
+/// The deletions in progress, of the whole process.
+class DeferredDeletions
 {
 public:
-    ~Closings()
+    ~DeferredDeletions()
     {
-        for (std::unique_ptr<Closing>& closing : mClosings) {
-            if (!closing->Ends(kExitLimitMicroseconds))
-                static_cast<void>(closing.release());  // deleting it would wait without limit
+        for (std::unique_ptr<DeferredDeletion>& deletion : mDeletions) {
+            if (!deletion->EndsWithin(kExitLimitMicroseconds))
+                static_cast<void>(deletion.release());  // its destructor would wait without limit
         }
     }
 
     void Start(AudioEffect* effect)
     {
         const std::lock_guard lock(mMutex);
-        std::erase_if(mClosings, [](const auto& closing) { return !closing->IsRunning(); });
-        mClosings.push_back(std::make_unique<Closing>(effect));
+        std::erase_if(mDeletions, [](const auto& deletion) { return !deletion->IsRunning(); });
+        mDeletions.push_back(std::make_unique<DeferredDeletion>(effect));
     }
 
 private:
-    std::mutex mMutex;  // guards the next
-    std::vector<std::unique_ptr<Closing>> mClosings;
+    std::mutex mMutex;
+    std::vector<std::unique_ptr<DeferredDeletion>> mDeletions;  // guarded by mMutex
 };
 
 }  // namespace
 
 void deleteDeferred(AudioEffect* effect)
 {
-    // Younger than what ends the interface thread at exit, so that it goes before that.
-    static Closings closings;
-    closings.Start(effect);
+    assert(effect != nullptr);
+    // Constructed after the object that ends the interface thread at exit, so destroyed before it.
+    static DeferredDeletions deletions;
+    deletions.Start(effect);
 }
 
 }  // namespace orvane

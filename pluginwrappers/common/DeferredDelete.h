@@ -6,12 +6,14 @@ namespace orvane
 
 class AudioEffect;
 
-/// Deletes an effect whose host has closed it while the calling thread still stands in its code: on
-/// a thread of its own, so that all happens as if the host had closed it on another thread, which
-/// waits until the effect's calls of the host are back. The library is not unloaded, nor does the
-/// process end, before such a thread is done; one whose call of the host does not come back is left
-/// behind. Throws ZException -1 when there can be no more threads; then the effect stays.
-/// [any thread but the audio thread]
+/// Deletes an effect on a thread of its own, as soon as no call of the host by the effect is in
+/// progress. For a host that sends effClose from inside such a call: the calling thread still
+/// executes code of the effect below that call and must return from it first.
+///
+/// The library stays loaded and the process stays alive until the deletion is done. At exit a
+/// deletion that still waits for the host after 250 ms is abandoned.
+/// effect is not null. Throws ZException -1 when no thread can be started; the effect then lives
+/// on. [any thread but the audio thread]
 void deleteDeferred(AudioEffect* effect);
 
 }  // namespace orvane

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <string>
@@ -17,7 +18,7 @@ namespace
 
 constexpr int kDecimals = 2;
 
-// What differs from a float's bound by rounding alone is no digit for a person.
+// Two decimals without trailing zeros: further digits only show the rounding of floats.
 std::string shortNumber(float value)
 {
     std::array<char, 64> digits{};
@@ -52,28 +53,30 @@ const char* unitOf(ZElement::Units units)
     }
 }
 
-/// What a host's project or a preset by hand brings may lie outside its range, or be no number:
-/// hosts count on 0 to 1.
-float shareOf(float part, float whole) noexcept
+/// Returns part / whole, limited to the 0..1 that hosts rely on: an element may be out of its range
+/// or NaN, since chunks and presets can hold any number.
+float fractionOf(float part, float whole) noexcept
 {
-    const float share = whole != 0.0f ? part / whole : 0.0f;
-    // In this order: a comparison with what is not a number is false, which leaves 0.
-    return std::max(0.0f, std::min(share, 1.0f));
+    const float fraction = whole != 0.0f ? part / whole : 0.0f;
+    // In this order NaN becomes 0, since it fails both comparisons.
+    return std::max(0.0f, std::min(fraction, 1.0f));
 }
 
-void setDiscrete(ZElement& element, float share) noexcept
+void setDiscrete(ZElement& element, float fraction) noexcept
 {
+    assert(fraction >= 0.0f && fraction <= 1.0f);
     const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
-    const auto index = static_cast<std::int32_t>(static_cast<float>(last) * share);
+    const auto index = static_cast<std::int32_t>(static_cast<float>(last) * fraction);
     if (index == element.GetDiscrete())
         return;
     element.SetDiscrete(index, true);
     element.MarkChangedByHost();
 }
 
-void setFloat(ZElement& element, float share) noexcept
+void setFloat(ZElement& element, float fraction) noexcept
 {
-    const float number = element.Range() * share + element.Min();
+    assert(fraction >= 0.0f && fraction <= 1.0f);
+    const float number = element.Range() * fraction + element.Min();
     if (number == element.GetZFloat())
         return;
     element.SetZFloat(number, true);
@@ -87,10 +90,10 @@ float hostValueOf(const ZElement& element) noexcept
     switch (element.GetType()) {
     case ZElement::ZDISCRETE: {
         const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
-        return shareOf(static_cast<float>(element.GetDiscrete()), static_cast<float>(last));
+        return fractionOf(static_cast<float>(element.GetDiscrete()), static_cast<float>(last));
     }
     case ZElement::ZFLOAT:
-        return shareOf(element.GetZFloat() - element.Min(), element.Range());
+        return fractionOf(element.GetZFloat() - element.Min(), element.Range());
     default:
         return 0.0f;
     }
@@ -100,18 +103,18 @@ void setFromHost(ZElement& element, float value) noexcept
 {
     if (std::isnan(value))
         return;
-    const float share = std::clamp(value, 0.0f, 1.0f);
+    const float fraction = std::clamp(value, 0.0f, 1.0f);
     switch (element.GetType()) {
     case ZElement::ZDISCRETE:
-        return setDiscrete(element, share);
+        return setDiscrete(element, fraction);
     case ZElement::ZFLOAT:
-        return setFloat(element, share);
+        return setFloat(element, fraction);
     default:
         return;
     }
 }
 
-ZString displayOf(const ZElement& element)
+ZString displayTextOf(const ZElement& element)
 {
     switch (element.GetType()) {
     case ZElement::ZDISCRETE:

@@ -8,19 +8,20 @@ namespace orvane
 
 class ZElement;
 
-// How the host sees an element: a value from 0 to 1 and a text. A discrete element spreads its list
-// over that range, a float one its bounds.
+// The host's view of an element: a value from 0 to 1 and a text. The range from 0 to 1 covers the
+// list of values of a discrete element, or the interval from Min() to Max() of a float element.
 
-/// Always from 0 to 1, whatever the element holds. 0 for an element that has neither kind of value,
-/// or a single one. [any thread, audio thread included]
+/// Returns the element's value for the host, from 0 to 1 even when the element is out of its range.
+/// Returns 0 for an element that is neither discrete nor float, or that has a single value.
+/// [any thread, audio thread included]
 [[nodiscard]] float hostValueOf(const ZElement& element) noexcept;
-/// Stores a host's value and marks the element as changed by the host. A value outside 0 to 1
-/// counts as the nearer end; what is not a number changes nothing, nor does what the element holds:
-/// hosts set every parameter once more behind a chunk, and a choice that is no news must not act on
-/// what the chunk has restored. [any thread, audio thread included]
+/// Stores a value that the host has set and marks the element as changed by the host. The value is
+/// limited to 0..1; NaN is ignored. A value that the element already holds changes nothing, not
+/// even the mark: hosts set every parameter again after they have restored a chunk, and a choice
+/// set again must not overwrite what the chunk has restored. [any thread, audio thread included]
 void setFromHost(ZElement& element, float value) noexcept;
-/// The value as a person reads it: the text of a choice, or a number with its unit ("50 ms").
-/// [any but audio thread]
-[[nodiscard]] ZString displayOf(const ZElement& element);
+/// Returns the element's value as the host displays it: the text of a choice, or a number with its
+/// unit ("50 ms"). [any thread but the audio thread]
+[[nodiscard]] ZString displayTextOf(const ZElement& element);
 
 }  // namespace orvane

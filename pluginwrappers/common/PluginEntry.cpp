@@ -26,14 +26,14 @@ namespace orvane
 namespace
 {
 
-// The one question that hosts bear while they load a plug-in.
-bool speaksTheInterface(audioMasterCallback audioMaster)
+// Sends audioMasterVersion, the only opcode that is safe while a host loads a plug-in.
+bool hostHasVersion(audioMasterCallback audioMaster)
 {
     return audioMaster != nullptr &&
            audioMaster(nullptr, audioMasterVersion, 0, 0, nullptr, 0.0f) != 0;
 }
 
-// The application with all that its description names, and its parameters.
+// Returns a started application, with the managers of its description and its parameters.
 std::unique_ptr<ZPlugin> startApplication()
 {
     auto app = std::make_unique<ZPlugin>(kestruneResources());
@@ -46,8 +46,8 @@ std::unique_ptr<ZPlugin> startApplication()
     app->ProcessQueue();
     if (const auto document = app->GetDocumentManager()->GetCurrentDocument())
         app->ExposeElements(*document);
-    // Delivers what the start has marked while nobody takes values out to the host: defaults are no
-    // automation, and must not come after a state that the host restores.
+    // Delivers the changes of the start-up before a parameter function is set: the host must not
+    // get defaults as automation, least of all after it has restored a state.
     app->Tick();
     return app;
 }
@@ -57,7 +57,7 @@ std::unique_ptr<ZPlugin> startApplication()
 AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
 {
     try {
-        if (!speaksTheInterface(audioMaster))
+        if (!hostHasVersion(audioMaster))
             return nullptr;
         const ZInterfaceLock lock;
         std::unique_ptr<ZPlugin> app = startApplication();

@@ -6,9 +6,9 @@
 namespace orvane
 {
 
-/// Builds one instance of the plug-in for a host and gives its record, which the host ends by
-/// effClose. Null when the host does not answer audioMasterVersion, with nothing built, or when
-/// building failed, which the user has then been told. [host thread]
+/// Creates an instance of the plug-in and returns its record; the host ends the instance with
+/// effClose. Returns null without creating anything when the host answers audioMasterVersion with
+/// 0, and after a report to the user when the creation failed. [host thread]
 [[nodiscard]] AEffect* openPlugin(audioMasterCallback audioMaster) noexcept;
 
 }  // namespace orvane

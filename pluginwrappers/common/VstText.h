@@ -9,10 +9,11 @@
 namespace orvane
 {
 
-/// Writes text as a terminated string, cut at a whole character to the room the host hands over.
-void writeHostText(const ZString& text, std::span<char> room);
+/// Writes text into a buffer of the host, terminated and cut at a whole character. [any thread]
+void writeHostText(const ZString& text, std::span<char> buffer);
 
-/// Takes a host's text; no byte from maxBytes on is read, whether a terminator came or not.
+/// Returns a text of the host, which ends at its terminator or after maxBytes bytes. text is not
+/// null. [any thread]
 [[nodiscard]] ZString readHostText(const char* text, std::size_t maxBytes);
 
 }  // namespace orvane

@@ -4,6 +4,7 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -14,6 +15,7 @@ void ZAudioFaults::Keep() noexcept
     if (mSlot.load(std::memory_order_acquire) == Slot::kFull)
         return;
     mFault = std::current_exception();
+    assert(mFault);
     mSlot.store(Slot::kFull, std::memory_order_release);
 }
 
@@ -21,7 +23,7 @@ void ZAudioFaults::Report()
 {
     if (mSlot.load(std::memory_order_acquire) == Slot::kEmpty)
         return;
-    // Posted, since a report may wait for the user, and the instance may be gone by then.
+    // The report is posted because it may wait for the user, in which time this object may go.
     ZInterfaceThread::Post([fault = std::exchange(mFault, nullptr)] {
         try {
             std::rethrow_exception(fault);

@@ -8,26 +8,28 @@
 namespace orvane
 {
 
-/// Takes what goes wrong on the audio thread to where the user can be told. One fault fits in;
-/// those that come before it has been taken out are passed over, being mostly the same.
+/// Carries exceptions from the audio thread to the interface thread, which reports them to the
+/// user. Holds one exception; further ones are dropped until it has been taken, since a fault in
+/// the audio usually repeats at each block.
 class ZAudioFaults
 {
 public:
-    /// Keeps the exception that is being handled. Neither locks nor allocates. [audio thread]
+    /// Stores the exception that is being handled, unless one is stored already. Neither locks nor
+    /// allocates. [audio thread]
     void Keep() noexcept;
-    /// Has the fault that is kept reported by the interface thread, after what it is doing now.
+    /// Takes the stored exception out and posts its report to the interface thread.
     /// [interface thread]
     void Report();
 
 private:
     enum class Slot : std::uint8_t
     {
-        kEmpty,  // the audio thread's
-        kFull,   // the interface thread's
+        kEmpty,  // mFault belongs to the audio thread
+        kFull,   // mFault belongs to the interface thread
     };
 
     std::atomic<Slot> mSlot{Slot::kEmpty};
-    std::exception_ptr mFault;  // belongs to whom mSlot says
+    std::exception_ptr mFault;  // owned as mSlot says
 };
 
 }  // namespace orvane

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cassert>
 #include <cstdint>
 
 namespace orvane
@@ -30,8 +31,8 @@ void silence(float* const* outputs, std::uint32_t count)
     }
 }
 
-/// The bits of a sample, its sign aside, moved up so that the topmost bit is set for what is no
-/// finite number: where all bits of the exponent are set.
+/// Returns the bits of a sample without its sign, plus one in the exponent's lowest bit: the carry
+/// sets the topmost bit when the sample is NaN or infinite, whose exponent bits are all set.
 std::uint32_t markNotFinite(float sample)
 {
     return (std::bit_cast<std::uint32_t>(sample) & 0x7FFFFFFF) + 0x00800000;
@@ -42,8 +43,8 @@ bool isMarked(std::uint32_t bits)
     return (bits & 0x80000000) != 0;
 }
 
-/// Looks at all of them without a branch, since nearly always all are finite, and at several at a
-/// time, so that it runs in vector registers.
+/// Combines the marks of all samples without a branch and in 16 lanes, which the compiler keeps in
+/// vector registers.
 bool areFinite(std::span<const float> samples)
 {
     std::array<std::uint32_t, 16> marks{};
@@ -63,6 +64,7 @@ ZHostStream::~ZHostStream() = default;
 
 void ZHostStream::SetBlockSize(std::int32_t frames)
 {
+    assert(frames >= 1 && frames <= kMaxBlockSize);
     const auto length = static_cast<std::uint32_t>(frames);
     if (mTransfer)
         mTransfer->Resize(length);
@@ -73,13 +75,14 @@ void ZHostStream::SetBlockSize(std::int32_t frames)
 void ZHostStream::Run(ZSignalLooper& looper, const float* const* inputs, float* const* outputs,
                       std::int32_t frames, Output output)
 {
+    assert(frames >= 1);
     const auto count = static_cast<std::uint32_t>(frames);
     if (!mTransfer) {
         if (output == Output::kReplaced)
             silence(outputs, count);
         return;
     }
-    // Both channels are in before the first goes out: the host may use one array for both ways.
+    // Both channels are read before one is written, since outputs may be the inputs' arrays.
     for (std::int32_t channel = 0; channel < kChannels; ++channel) {
         const std::span<const float> samples = FiniteSamples(channelOf(inputs, channel), count);
         if (looper.InputFree(channel) >= count)
@@ -100,7 +103,7 @@ void ZHostStream::Run(ZSignalLooper& looper, const float* const* inputs, float* 
     }
 }
 
-/// The channel as it stands in the host's memory, or what can be heard of it in ours.
+// Returns the host's samples in place, or a copy in mTransfer in which every sample is finite.
 std::span<const float> ZHostStream::FiniteSamples(const float* input, std::uint32_t count)
 {
     if (count > mTransfer->Length())
@@ -128,6 +131,7 @@ void ZHostStream::ReadChannel(ZSignalLooper& looper, std::int32_t channel, std::
 
 void ZHostStream::AddTo(float* output, std::uint32_t count) const
 {
+    assert(count <= mTransfer->Length());
     const float* const samples = mTransfer->Data();
     for (std::uint32_t i = 0; i < count; ++i) {
         const double sum = static_cast<double>(output[i]) + static_cast<double>(samples[i]);

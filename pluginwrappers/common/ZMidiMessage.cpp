@@ -24,7 +24,7 @@ struct ChannelMessage
     std::uint8_t second;
 };
 
-// The event is read as the bytes it is: the host may have laid it anywhere.
+// Copies the event, since the host may have placed it at any address.
 ChannelMessage channelMessageOf(const VstEvent& event)
 {
     VstMidiEvent midi;
@@ -39,7 +39,7 @@ std::int32_t messageIdOf(const ChannelMessage& midi)
     switch (midi.status & 0xf0) {
     case 0x80:
         return ZMIDINOTEOFF;
-    case 0x90:  // without a velocity it is the end of the note
+    case 0x90:  // with a velocity of 0 it ends the note
         return midi.second != 0 ? ZMIDINOTEON : ZMIDINOTEOFF;
     case 0xa0:
         return ZMIDIPOLYPRESSURE;

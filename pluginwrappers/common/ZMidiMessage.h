@@ -10,9 +10,9 @@ namespace orvane
 
 class ZMessage;
 
-/// The message that a host's event stands for, with "Channel", "Which" and "Amount" (unsigned
-/// 8-bit) and "BigAmount" (unsigned 16-bit); null for an event that is none of MIDI's channel
-/// messages. Allocates. [audio thread]
+/// Returns the message for a MIDI event of the host, with the fields "Channel", "Which" and
+/// "Amount" (unsigned 8-bit) and "BigAmount" (unsigned 16-bit); null for an event that is no
+/// channel message. Allocates. [audio thread]
 [[nodiscard]] boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent& event);
 
 }  // namespace orvane

@@ -7,6 +7,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <utility>
 
@@ -44,6 +45,7 @@ ZProgramBank::ZProgramBank(ZAudioDocument* document)
         mPrograms.push_back(makeProgram(mPresets->GetPresetCopy(i), i));
     if (mPrograms.empty())
         mPrograms.push_back(nullptr);
+    assert(mPrograms.size() == static_cast<std::size_t>(CountOf(document)));
 }
 
 std::int32_t ZProgramBank::CountOf(const ZAudioDocument* document)
@@ -54,6 +56,7 @@ std::int32_t ZProgramBank::CountOf(const ZAudioDocument* document)
 
 ZProgramBank::Program& ZProgramBank::Current()
 {
+    assert(mCurrent >= 0 && static_cast<std::size_t>(mCurrent) < mPrograms.size());
     return mPrograms[static_cast<std::size_t>(mCurrent)];
 }
 
@@ -76,7 +79,7 @@ void ZProgramBank::SetCurrent(std::int32_t index)
     const Program present = ExtractProgram();
     Current() = present;
     mCurrent = index;
-    // A copy: what the load tells the host may bring another program into this place.
+    // Copied, since the load can notify the host, which may load other programs meanwhile.
     const Program program = Current();
     LoadProgram(program, present);
 }
@@ -102,7 +105,8 @@ void ZProgramBank::Load(std::string_view text, Extent extent)
     if (mDocument == nullptr)
         return;
     const ZXMLDocument chunk(text.data(), static_cast<std::int32_t>(text.size()));
-    const Program present = ExtractProgram();  // first: it may tell the host of what waits
+    // Before mPrograms is copied, since it can notify the host, which may load programs.
+    const Program present = ExtractProgram();
     Programs loaded = mPrograms;
     if (extent == Extent::kCurrent) {
         loaded[static_cast<std::size_t>(mCurrent)] = chunk.GetChild(kProgram);
@@ -117,14 +121,16 @@ void ZProgramBank::Load(std::string_view text, Extent extent)
 
 ZProgramBank::Program ZProgramBank::ExtractProgram() const
 {
+    assert(mDocument != nullptr);
     Program program = makeProgram(nullptr, mCurrent);
     mDocument->SavePreset(*program);
     return program;
 }
 
-// A damaged program may have changed a part of the document before it turns out to be so.
+// Restores the present state when program is damaged, since a part of it has then been loaded.
 void ZProgramBank::LoadProgram(const Program& program, const Program& present)
 {
+    assert(mDocument != nullptr && present);
     try {
         mDocument->LoadPreset(program);
     } catch (...) {

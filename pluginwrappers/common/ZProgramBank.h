@@ -19,46 +19,51 @@ class ZPluginPresetsAudioDocument;
 class ZXMLElement;
 
 /// The programs of a plug-in: one for each factory preset of its document, at least one. The
-/// current program is the document itself; each other one keeps the state in which it was left,
-/// until then that of its preset.
+/// document holds the state of the current program. Each other program keeps the state in which
+/// the user left it, or that of its preset.
 ///
-/// A host keeps programs as text: one `VST_Program` with a `preset` in it after the other, without
-/// declaration or terminator. Programs are read by their order, whatever their `Number` says.
+/// Hosts store programs as text: a sequence of `VST_Program` elements, each with a `preset` in it,
+/// without declaration or terminator. Programs are read in their order; their `Number` is ignored.
 ///
-/// Whoever uses it holds the interface lock. A load tells of values that may reach the host, which
-/// may call back: programs are saved and loaded inside a load as well as outside.
+/// Callers hold the interface lock. A load can notify the host of parameters, and the host may call
+/// back: Save, Load and SetCurrent work inside a load, too. [host thread]
 class ZProgramBank
 {
 public:
+    /// What a text contains.
     enum class Extent
     {
-        kCurrent,
-        kAll,
+        kCurrent,  // the current program
+        kAll,      // all programs
     };
 
-    /// The document may be null, which makes a single program without content; else it outlives
-    /// the bank. Nothing is loaded.
+    /// document outlives the bank. When it is null, there is one program without content. Loads
+    /// nothing into the document.
     explicit ZProgramBank(ZAudioDocument* document);
 
-    /// Programs of the bank for a document.
+    /// Returns the number of programs of a bank for document.
     [[nodiscard]] static std::int32_t CountOf(const ZAudioDocument* document);
 
     [[nodiscard]] std::int32_t GetCurrent() const { return mCurrent; }
-    /// Keeps the state under the program that is left, then loads the other; nothing when there is
-    /// no such program. Throws as ZAudioDocument::LoadPreset, with the state as it was.
+    /// Stores the document's state in the current program, then loads program index; ignores an
+    /// index out of range. Throws what ZAudioDocument::LoadPreset throws, with the state unchanged.
     void SetCurrent(std::int32_t index);
 
-    /// That of the current program's preset; without presets the one that was set, "Init" at first.
+    /// Returns the name of the current program's preset; without presets the name that was set,
+    /// "Init" at first.
     [[nodiscard]] ZString GetName() const;
     void SetName(const ZString& name) { mName = name; }
-    /// The preset's name of any program; nothing without presets or for another index.
+    /// Returns the name of a program's preset; nothing without presets or for an index out of
+    /// range.
     [[nodiscard]] std::optional<ZString> GetName(std::int32_t index) const;
 
-    /// The text of programs, with the present state as the current one; empty without a document.
+    /// Stores the document's state in the current program and returns the programs as text; empty
+    /// without a document.
     [[nodiscard]] std::string Save(Extent extent);
-    /// Takes programs over, as many as have a place here, and loads the current one, also when the
-    /// text of all brings none. Throws as ZAudioDocument::LoadPreset, also when the text of one
-    /// brings none, with programs and state as they were.
+    /// Replaces programs by those of the text, ignoring those beyond the last, and loads the
+    /// current program, even when a text of all programs contains none. Throws what
+    /// ZAudioDocument::LoadPreset throws, also for a text of the current program that contains
+    /// none; programs and state are then unchanged.
     void Load(std::string_view text, Extent extent);
 
 private:
@@ -70,8 +75,8 @@ private:
     [[nodiscard]] Program& Current();
 
     ZAudioDocument* mDocument;
-    const ZPluginPresetsAudioDocument* mPresets;  // the document, when it has presets
-    Programs mPrograms;                           // at least one; null for one without content
+    const ZPluginPresetsAudioDocument* mPresets;  // mDocument if it has presets, else null
+    Programs mPrograms;                           // at least one; null: without content
     std::int32_t mCurrent = 0;
     ZString mName = "Init";
 };

@@ -2,6 +2,7 @@
 #include "pluginwrappers/common/ZStreamClock.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -12,12 +13,12 @@ namespace
 
 constexpr double kTickSeconds = 41666e-6;
 
-// The clocks of sound devices and of computers differ by a little, which adds up over hours, and
-// blocks come in bursts. So the wall clock counts a quarter more: only a stream that is clearly
-// faster gains on it, and one that falls back into step loses its lead.
+// Wall time counts 1.25 times when the lead is measured. The clock of a sound device differs a
+// little from the computer's, which adds up over hours, and blocks arrive in bursts: with the
+// weight, only a stream that is clearly faster gains a lead, and one in real time loses it again.
 constexpr double kWallWeight = 1.25;
-// And no lead is greater than what a second in step takes away.
-constexpr double kGreatestLeadSeconds = ZStreamClock::kLeadSeconds + 0.25;
+// Limits the lead so that a stream in real time falls below kLeadSeconds within a second.
+constexpr double kMaxLeadSeconds = ZStreamClock::kLeadSeconds + 0.25;
 
 double secondsOf(ZStreamClock::Clock::duration duration)
 {
@@ -29,14 +30,15 @@ double secondsOf(ZStreamClock::Clock::duration duration)
 bool ZStreamClock::BlockBegins(Time now, bool offline, std::int32_t frames,
                                double sampleRate) noexcept
 {
-    Measure(now);
+    assert(frames > 0 && sampleRate > 0.0);
+    MeasureLead(now);
     mBlockSeconds = frames / sampleRate;
     const bool byStream = offline || mLeadSeconds > kLeadSeconds;
     const bool entered = byStream && !mByStream.load(std::memory_order_relaxed);
     mByStream.store(byStream, std::memory_order_relaxed);
     if (!byStream)
         return false;
-    // What changed before the stream took over is in force from its first block on.
+    // A stream that has just become the clock ticks at once, so that earlier changes apply.
     if (entered)
         mSecondsToTick = 0.0;
     const bool due = mSecondsToTick <= 0.0;
@@ -46,11 +48,11 @@ bool ZStreamClock::BlockBegins(Time now, bool offline, std::int32_t frames,
     return due;
 }
 
-void ZStreamClock::Measure(Time now) noexcept
+void ZStreamClock::MeasureLead(Time now) noexcept
 {
     const Time last{Clock::duration(mLastBlock.load(std::memory_order_relaxed))};
     mLastBlock.store(now.time_since_epoch().count(), std::memory_order_relaxed);
-    // Looked at first, since an exchange costs as much as many loads.
+    // Loaded first, since an exchange is much slower than a load.
     if (mRestarted.load(std::memory_order_relaxed) &&
         mRestarted.exchange(false, std::memory_order_relaxed))
     {
@@ -58,7 +60,7 @@ void ZStreamClock::Measure(Time now) noexcept
         return;
     }
     const double gained = mBlockSeconds - kWallWeight * secondsOf(now - last);
-    mLeadSeconds = std::clamp(mLeadSeconds + gained, 0.0, kGreatestLeadSeconds);
+    mLeadSeconds = std::clamp(mLeadSeconds + gained, 0.0, kMaxLeadSeconds);
 }
 
 bool ZStreamClock::WallClockTicks(Time now) const noexcept

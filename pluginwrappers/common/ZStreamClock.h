@@ -8,45 +8,45 @@
 namespace orvane
 {
 
-/// Decides by which clock an instance's ticks come: those that take changed values to the engine.
+/// Decides which clock drives an instance's ticks, in which changed values reach the engine.
 ///
-/// A host that plays ticks by the wall clock, so that nothing of it burdens the audio thread. A
-/// host that renders faster than time would hear a change at another sample each time; there the
-/// stream itself is the clock, one tick every 41.666 ms of audio, and the wall clock's are left
-/// out. It is known by what the host says, or by a stream that has run ahead of the wall clock by
-/// more than a second. A stream that stops gives the ticks back to the wall clock.
+/// While a host plays in real time, the interface thread's timer ticks, so that the work of a tick
+/// does not burden the audio thread. While a host renders faster than real time, the timer would
+/// apply a change at another sample in each render; then the stream ticks, once every 41.666 ms of
+/// audio, and the timer does not. A stream counts as rendered when the host says so, or once it is
+/// more than a second ahead of the wall clock. When the stream stops, the timer ticks again.
 ///
-/// The time is handed in, so that it can be made up.
+/// Callers pass the time in, so that tests can choose it.
 class ZStreamClock
 {
 public:
     using Clock = std::chrono::steady_clock;
     using Time = Clock::time_point;
 
-    /// How far a stream that nobody calls offline gets ahead before it counts as such.
+    /// A stream that the host does not call offline ticks once it is this far ahead.
     static constexpr double kLeadSeconds = 1.0;
-    /// A stream without a block for that long has stopped.
+    /// A stream without a block for longer than this has stopped.
     static constexpr std::chrono::seconds kStopped{2};
 
-    /// Before a block's passes: true when a tick of the stream is due. frames > 0, sampleRate > 0
-    /// in Hz; offline: what the host says. [audio thread]
+    /// Called before the passes of each block; returns true when the stream has to tick now.
+    /// frames > 0, sampleRate > 0 in Hz; offline: what the host says. [audio thread]
     [[nodiscard]] bool BlockBegins(Time now, bool offline, std::int32_t frames,
                                    double sampleRate) noexcept;
-    /// True when a tick of the wall clock is to be taken. [interface thread]
+    /// Returns whether the timer has to tick. [interface thread]
     [[nodiscard]] bool WallClockTicks(Time now) const noexcept;
-    /// The stream ends, or is about to begin. [any thread]
+    /// Forgets how far the stream is ahead: a stream has ended or is about to begin. [any thread]
     void Restart() noexcept;
 
 private:
-    void Measure(Time now) noexcept;
+    void MeasureLead(Time now) noexcept;
 
-    std::atomic<bool> mByStream{false};
-    std::atomic<bool> mRestarted{true};
+    std::atomic<bool> mByStream{false};     // written by the audio thread and by Restart
+    std::atomic<bool> mRestarted{true};     // set by Restart, cleared by the audio thread
     std::atomic<Clock::rep> mLastBlock{0};  // written by the audio thread
 
-    // The audio thread's own.
-    double mLeadSeconds = 0.0;   // of the stream before the wall clock
-    double mBlockSeconds = 0.0;  // of the block before
+    // Used by the audio thread only.
+    double mLeadSeconds = 0.0;   // how far the stream is ahead of the wall clock
+    double mBlockSeconds = 0.0;  // length of the previous block
     double mSecondsToTick = 0.0;
 };
 

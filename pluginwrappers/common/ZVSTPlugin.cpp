@@ -23,8 +23,9 @@
 
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
+#include <cassert>
 #include <cmath>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -36,13 +37,14 @@ namespace
 
 constexpr int kChannels = 2;
 
-/// True for the life of the object.
+/// Sets a flag for as long as the object lives.
 class RaisedFlag
 {
 public:
     explicit RaisedFlag(bool& flag)
         : mFlag(flag)
     {
+        assert(!mFlag);
         mFlag = true;
     }
     RaisedFlag(const RaisedFlag&) = delete;
@@ -70,8 +72,8 @@ ZProgramBank::Extent extentOf(bool isPreset)
     return isPreset ? ZProgramBank::Extent::kCurrent : ZProgramBank::Extent::kAll;
 }
 
-// The way of a block where there is no network. A host that ignores the announced channels may hand
-// over fewer arrays or none.
+// Copies or adds inputs to outputs, for a plug-in without a network. Hosts that ignore the number
+// of channels may pass null arrays.
 void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStream::Output output)
 {
     for (int channel = 0; channel < kChannels; ++channel) {
@@ -113,11 +115,11 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
 
 ZVSTPlugin::~ZVSTPlugin()
 {
-    // Ends with the body: the lock is not held while the interface thread is joined.
+    // Released before mInterfaceThread is destroyed, which joins the interface thread.
     const ZInterfaceLock lock;
     waitForHostCalls();
     try {
-        // First of all: a dialog that is open stands on what goes now.
+        // Before anything else, since an open dialog uses what is destroyed here.
         if (mApp)
             mApp->EndModalRuns();
         mWindow.reset();
@@ -139,13 +141,14 @@ void ZVSTPlugin::MakeEditor()
     setEditor(std::move(made));
 }
 
-// No other is ever set.
+// MakeEditor() sets a ZVSTEditor; nothing else sets an editor.
 ZVSTEditor& ZVSTPlugin::GetEditor()
 {
+    assert(editor);
     return static_cast<ZVSTEditor&>(*editor);
 }
 
-// The manager has routed the network to the output; the input is the host's affair.
+// The audio manager has routed the network to the looper's output; this routes its input.
 void ZVSTPlugin::RouteNetwork()
 {
     const boost::shared_ptr<ZSignalLooper> looper = GetSignalLooper();
@@ -189,8 +192,8 @@ bool ZVSTPlugin::IsEntryThread() const
     return std::this_thread::get_id() == mEntryThread;
 }
 
-// Some hosts switch processing on and off on the audio thread, which must not wait for a busy
-// interface; others do so on the thread that loaded the plug-in.
+// Some hosts send effMainsChanged on the audio thread, which must not wait for the interface lock,
+// others on the thread that loaded the plug-in.
 bool ZVSTPlugin::IsAudioCall(std::int32_t opcode) const
 {
     switch (opcode) {
@@ -223,7 +226,7 @@ void ZVSTPlugin::resume()
     if (mWantsMidi)
         wantEvents();
     if (!onEntryThread)
-        return;  // without the lock: the host may have closed the object
+        return;  // this thread does not hold the lock, so the host may have closed the object
     ReleaseChunk();
     if (mApp)
         mApp->Tick();
@@ -260,8 +263,8 @@ void ZVSTPlugin::setBlockSize(std::int32_t frames)
         looper->InitLooper();
         looper->Drain();
     }
-    // The exact size here, a power of two there: the FIFOs need one, the bays only have to take
-    // what the host hands over.
+    // The looper rounds the size up to a power of two for its FIFOs; the network takes the exact
+    // size, the longest block that the host passes.
     if (const auto network = GetNetwork())
         network->SetMaxBuffer(frames);
     mStream.SetBlockSize(frames);
@@ -308,6 +311,7 @@ void ZVSTPlugin::RunBlock(float** inputs, float** outputs, std::int32_t frames,
 
 void ZVSTPlugin::TickByStream(std::int32_t frames, float rate) noexcept
 {
+    assert(mApp);
     const auto now = ZStreamClock::Clock::now();
     if (!mClock.BlockBegins(now, HostIsOffline(), frames, static_cast<double>(rate)))
         return;
@@ -320,13 +324,14 @@ void ZVSTPlugin::TickByStream(std::int32_t frames, float rate) noexcept
     }
 }
 
-// Asked of the host directly, without a look at the interface lock: this thread does not hold it.
+// Calls the host directly, without releasing the interface lock, which this thread does not hold.
 bool ZVSTPlugin::HostIsOffline()
 {
     return audioMaster != nullptr && audioMaster(&cEffect, audioMasterGetCurrentProcessLevel, 0, 0,
                                                  nullptr, 0.0f) == kVstProcessLevelOffline;
 }
 
+// Called by the timer of the interface thread: returns whether it has to tick.
 bool ZVSTPlugin::AcceptTick()
 {
     mFaults.Report();
@@ -366,30 +371,31 @@ float ZVSTPlugin::getParameter(std::int32_t index)
 
 void ZVSTPlugin::setParameterAutomated(std::int32_t index, float value)
 {
+    assert(index >= 0 && index < numParams);
     mAutomatingParam.store(index, std::memory_order_relaxed);
     AudioEffectX::setParameterAutomated(index, value);
     mAutomatingParam.store(kNotAutomating, std::memory_order_relaxed);
 }
 
-void ZVSTPlugin::TellHost(std::int32_t index)
+void ZVSTPlugin::NotifyHost(std::int32_t index)
 {
     if (mTicksByStream)
-        mToldNextBeat.push_back(index);
+        mPendingAutomation.push_back(index);
     else
         setParameterAutomated(index, getParameter(index));
 }
 
 void ZVSTPlugin::SendPendingAutomation()
 {
-    // Taken out first: the lock is given up around each call of the host.
-    for (const std::int32_t index : std::exchange(mToldNextBeat, {}))
+    // Taken out of the member first, since the lock is released during each call of the host.
+    for (const std::int32_t index : std::exchange(mPendingAutomation, {}))
         setParameterAutomated(index, getParameter(index));
 }
 
 void ZVSTPlugin::getParameterDisplay(std::int32_t index, std::span<char> text)
 {
     const auto element = GetParameterElement(index);
-    writeHostText(element ? displayOf(*element) : ZString(), text);
+    writeHostText(element ? displayTextOf(*element) : ZString(), text);
 }
 
 void ZVSTPlugin::getParameterName(std::int32_t index, std::span<char> text)
@@ -403,6 +409,7 @@ bool ZVSTPlugin::getParameterProperties(std::int32_t index, VstParameterProperti
     if (!element || element->GetType() != ZElement::ZDISCRETE ||
         element->CountDiscreteValues() != 2)
         return false;
+    assert(index < std::numeric_limits<std::int16_t>::max());
     *properties = {};
     properties->stepFloat = 1.0f;
     properties->smallStepFloat = 1.0f;
@@ -423,7 +430,7 @@ void ZVSTPlugin::setProgram(std::int32_t index)
     mPrograms.SetCurrent(index);
 }
 
-// What the host could not read back is not read, and a text without an end does no harm.
+// Reads at most kVstMaxProgNameLen bytes, the length that getProgramName can return.
 void ZVSTPlugin::setProgramName(const char* text)
 {
     mPrograms.SetName(readHostText(text, kVstMaxProgNameLen));
@@ -458,12 +465,13 @@ std::int32_t ZVSTPlugin::getChunk(void** data, bool isPreset)
 
 std::int32_t ZVSTPlugin::setChunk(void* data, std::int32_t size, bool isPreset)
 {
+    assert(data != nullptr && size > 0);
     if (!mDocument)
         return 0;
     try {
         mPrograms.Load({static_cast<const char*>(data), static_cast<std::size_t>(size)},
                        extentOf(isPreset));
-        // What came while the program was loaded; after a bank the tick sees to that.
+        // Delivers what the load has posted; after a bank that is left to the next tick.
         if (isPreset)
             mApp->ProcessQueue();
         return 1;

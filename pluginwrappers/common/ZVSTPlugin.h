@@ -29,63 +29,64 @@ class ZSignalLooper;
 class ZVSTEditor;
 class ZWindow;
 
-/// The effect object: the host's whole view of the plug-in. Lives from the entry call to effClose.
+/// The effect object: everything the host sees of the plug-in. Lives from the entry call to
+/// effClose.
 ///
-/// Keeps the interface thread alive, and holds the interface lock around each call of the
-/// dispatcher but those that a host makes in the course of its audio. What goes wrong in those is
-/// kept for the interface thread to report.
+/// Keeps the interface thread running. Each dispatcher call holds the interface lock, except the
+/// opcodes that hosts also send on the audio thread; exceptions in those are passed to the
+/// interface thread, which reports them.
 ///
-/// Changed values reach the engine at ticks: of the wall clock while a host plays, of the stream
-/// itself while it renders, see ZStreamClock. A tick of the stream runs on the host's rendering
-/// thread and takes the interface lock, the one place where audio waits for the interface.
+/// Changed values reach the engine in ticks: of the interface thread's timer while the host plays,
+/// of the stream while it renders (see ZStreamClock). A tick of the stream runs on the host's
+/// rendering thread and takes the interface lock; nowhere else does audio wait for the interface.
 ///
-/// Has an editor where the description has a window. Without an application it is a plain path: two
-/// channels in, the same two out, no latency.
+/// The plug-in has an editor when the description has a window. Without an application it passes
+/// its two channels through without latency.
 class ZVSTPlugin : public AudioEffectX
 {
 public:
-    /// Takes over an application that has been started, routes its document's network behind the
-    /// looper's input and tells the host the latency.
+    /// app, which may be null, has been started. Routes the looper's input to the network of its
+    /// document and sets the latency.
     /// Throws ZException when a part of the plug-in cannot be built. [host thread]
     explicit ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app = nullptr);
     ~ZVSTPlugin() override;
 
-    /// Whether the host is asked for MIDI before processing begins. [setup]
+    /// Sets whether resume asks the host for MIDI events. [setup]
     void SetWantsMidi(bool wantsMidi) { mWantsMidi = wantsMidi; }
 
     std::intptr_t dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                              void* ptr, float opt) override;
 
-    /// Empties FIFOs and network. On the audio thread it does so without the interface lock: what
-    /// it touches belongs to the passes, which are at rest.
+    /// Empties FIFOs and network. Some hosts call it on the audio thread, so it does not take the
+    /// interface lock; it only touches what the passes use, and none runs.
     void suspend() override;
-    /// On the thread that called the entry function all that is pending is delivered before the
-    /// return, so that a stream begins with every earlier change in force, and the chunk is let go;
-    /// on another, perhaps the audio thread, delivery is left to the ticks.
+    /// On the thread that called the entry function, delivers all pending changes, so that the
+    /// stream begins with them, and frees the chunk. On any other thread, perhaps the audio thread,
+    /// leaves the delivery to the ticks.
     void resume() override;
-    /// A rate that is no positive number, or is in force, changes nothing.
+    /// Ignores a rate that is not a positive number or is already set.
     void setSampleRate(float rate) override;
-    /// frames below 1 and above ZHostStream::kMaxBlockSize change nothing.
+    /// Ignores frames below 1 and above ZHostStream::kMaxBlockSize.
     void setBlockSize(std::int32_t frames) override;
     void processReplacing(float** inputs, float** outputs,
                           std::int32_t sampleFrames) noexcept override;
     void process(float** inputs, float** outputs, std::int32_t sampleFrames) noexcept override;
-    /// Sends each event of MIDI to the document, now and on this thread.
+    /// Passes each MIDI event to the document before it returns, on the calling thread.
     std::int32_t processEvents(VstEvents* events) override;
 
-    /// Stores the value; the engine follows at the next tick. Ignored while the plug-in itself
-    /// tells the host of a change. [any thread, audio thread included]
+    /// Stores the value; the engine uses it from the next tick on. Ignored while the plug-in itself
+    /// notifies the host of a change. [any thread, audio thread included]
     void setParameter(std::int32_t index, float value) override;
-    /// The value just set. [any thread, audio thread included]
+    /// Returns the value, also one set a moment ago. [any thread, audio thread included]
     [[nodiscard]] float getParameter(std::int32_t index) override;
     void setParameterAutomated(std::int32_t index, float value) override;
-    /// Tells the host of a change made in the plug-in: now, or from the interface thread when the
-    /// tick runs on the host's rendering thread, where such a call can lock a host up.
-    /// [whoever ticks]
-    void TellHost(std::int32_t index);
+    /// Notifies the host of a parameter's value: at once, or from the interface thread when a tick
+    /// of the stream calls it, since such a call from the rendering thread can deadlock a host.
+    /// [thread of the tick, under the interface lock]
+    void NotifyHost(std::int32_t index);
     void getParameterDisplay(std::int32_t index, std::span<char> text) override;
     void getParameterName(std::int32_t index, std::span<char> text) override;
-    /// Of switches only, which are elements with two values.
+    /// Succeeds for switches only: discrete elements with two values.
     bool getParameterProperties(std::int32_t index, VstParameterProperties* properties) override;
     using AudioEffectX::beginEdit;
     using AudioEffectX::endEdit;
@@ -93,18 +94,18 @@ public:
 
     [[nodiscard]] std::int32_t getProgram() override { return mPrograms.GetCurrent(); }
     void setProgram(std::int32_t index) override;
-    /// Not shown while programs are factory presets.
+    /// Has no visible effect when the programs are factory presets, which keep their names.
     void setProgramName(const char* text) override;
     void getProgramName(std::span<char> text) override;
     bool getProgramNameIndexed(std::int32_t category, std::int32_t index,
                                std::span<char> text) override;
-    /// The bytes are the host's until the next call, until resume on the thread that called the
-    /// entry function, or until effClose. A failure is reported and gives no bytes.
+    /// The bytes stay valid until the next call, until resume on the thread that called the entry
+    /// function, or until effClose. Returns 0 after a failure, which is reported.
     std::int32_t getChunk(void** data, bool isPreset) override;
-    /// What cannot be loaded is reported and changes nothing.
+    /// Returns 0 and changes nothing after a failure, which is reported.
     std::int32_t setChunk(void* data, std::int32_t size, bool isPreset) override;
     bool getVendorString(std::span<char> text) override;
-    /// Answers the one question of WindowPicture.h.
+    /// Handles the request of WindowPicture.h.
     std::intptr_t vendorSpecific(std::int32_t index, std::intptr_t value, void* ptr,
                                  float opt) override;
 
@@ -128,21 +129,21 @@ private:
     [[nodiscard]] bool HostIsOffline();
     void SendPendingAutomation();
 
-    ZInterfaceThread mInterfaceThread;  // first, since it outlives all that it serves
+    ZInterfaceThread mInterfaceThread;  // declared first, so that it outlives the other members
     const std::thread::id mEntryThread = std::this_thread::get_id();
     ZAudioFaults mFaults;
     ZStreamClock mClock;
     ZHostStream mStream;
     std::unique_ptr<ZPlugin> mApp;
     boost::shared_ptr<ZAudioDocument> mDocument;
-    boost::shared_ptr<ZWindow> mWindow;  // null where the description has none
+    boost::shared_ptr<ZWindow> mWindow;  // null when the description has none
     ZProgramBank mPrograms;
-    std::string mChunk;  // lent to the host
-    // The parameter that is being told to the host, -1 at rest. Written by the interface thread.
+    std::string mChunk;  // the host reads it after getChunk
+    // The parameter that the host is being notified of, else -1. Written by the interface thread.
     std::atomic<std::int32_t> mAutomatingParam{kNotAutomating};
-    // Both guarded by the interface lock.
-    bool mTicksByStream = false;              // a tick of the stream is running
-    std::vector<std::int32_t> mToldNextBeat;  // parameters that wait for the interface thread
+    // Both are guarded by the interface lock.
+    bool mTicksByStream = false;                   // a tick of the stream is running
+    std::vector<std::int32_t> mPendingAutomation;  // parameters to notify the host of
     bool mWantsMidi = false;
 };
 

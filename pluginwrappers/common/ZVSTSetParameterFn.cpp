@@ -13,7 +13,7 @@ void ZVSTSetParameterFn::SetParameter(const boost::shared_ptr<ZElement>& element
 {
     if (element->GetType() != ZElement::ZFLOAT && element->GetType() != ZElement::ZDISCRETE)
         throw ZException("non-automatable element");
-    mPlugin.TellHost(index);
+    mPlugin.NotifyHost(index);
 }
 
 void ZVSTSetParameterFn::BeginEdit(std::int32_t index)

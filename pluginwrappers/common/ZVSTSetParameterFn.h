@@ -8,12 +8,12 @@ namespace orvane
 
 class ZVSTPlugin;
 
-/// Takes changes made in the plug-in out to the host. The host is called with the interface lock
-/// given up. [interface thread]
+/// Sends parameter changes and gestures made in the plug-in to the host. The interface lock is
+/// released while the host is called. [interface thread]
 class ZVSTSetParameterFn : public ZSetParameterFn
 {
 public:
-    /// The plug-in is not owned and outlives this.
+    /// plugin is not owned and outlives this object.
     explicit ZVSTSetParameterFn(ZVSTPlugin& plugin)
         : mPlugin(plugin)
     {
