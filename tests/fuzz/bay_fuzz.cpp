@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Any bytes as the description of a network.
+// Reads arbitrary bytes as the description of a signal network.
 
 #include "support/BayArchiveCheck.h"
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Any bytes as the chunk that a host gives back: the first says whether of one program or of all.
+// Loads arbitrary bytes as a host's chunk. An odd first byte makes it a program chunk, an even one a
+// bank.
 
 #include "pluginwrappers/common/ChunkCheck.h"
 

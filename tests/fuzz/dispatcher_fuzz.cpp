@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Any bytes as calls of a host: opcode, index, value, number and what the pointer points to. Every
-// opcode whose pointer is plain room may be asked in any order.
+// Makes dispatcher calls out of arbitrary bytes: opcode, index, value, float and the bytes that the
+// pointer points to. Calls come in any order; opcodes whose pointer refers to an object are left out.
 
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
@@ -18,7 +18,7 @@ namespace
 
 using namespace orvane;
 
-/// What the records that are asked for need; the sanitizer fences it.
+/// Enough for the largest record; the address sanitizer guards the bytes beyond.
 constexpr std::size_t kRoom = 256;
 
 struct Call
@@ -44,7 +44,7 @@ AEffect* openQuietly()
     return effect;
 }
 
-/// Their pointers and values are addresses of things, or they end the instance.
+/// Returns false for effClose and for opcodes whose pointer or value refers to an object.
 bool isPlain(std::int32_t opcode)
 {
     return opcode != effClose && opcode != effProcessEvents && opcode != effEditOpen &&
@@ -56,12 +56,12 @@ void make(AEffect* effect, const Call& call, const std::uint8_t* data, std::size
     const auto room = std::make_unique<std::array<char, kRoom>>();
     room->fill(0);
     std::memcpy(room->data(), data, std::min(size, kRoom));
-    // A size that the host tells is that of what it hands over.
+    // The size of a chunk must be within the bytes behind the pointer.
     const std::intptr_t value =
         call.opcode == effSetChunk
             ? static_cast<std::intptr_t>(static_cast<std::uint32_t>(call.value) % kRoom)
             : std::intptr_t{call.value};
-    // Blocks of a gigabyte are refused, but those below are made: they are no fault.
+    // Larger blocks are legal, but allocate up to hundreds of megabytes.
     if (call.opcode == effSetBlockSize && value > 8192)
         return;
     effect->dispatcher(effect, call.opcode, call.index, value, room->data(), call.opt);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Any bytes as the archive of an element.
+// Reads arbitrary bytes as the archive of an element.
 
 #include "support/ElementArchiveCheck.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Any bytes as a picture: decoded, and what comes of it drawn.
+// Decodes arbitrary bytes as a picture and draws it.
 
 #include "support/PngBytes.h"
 #include "zlib/common/drawing/ZGraphics.h"

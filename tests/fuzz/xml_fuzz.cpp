@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Any bytes as XML: read whole, against the plain reading, and through every read of an element.
+// Reads arbitrary bytes as XML, compares the result with the plain reader's, and calls every read
+// function of its elements.
 
 #include "support/PlainXml.h"
 #include "zlib/common/objects/ZString.h"
@@ -61,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string difference = differenceFromPlain(text);
     require(difference.empty(), difference.c_str());
     readChildren(ZXMLDocument(text.data(), length));
-    require(!VerifySignature(text.data(), length), "a signature out of nothing");
+    require(!VerifySignature(text.data(), length), "unsigned bytes have a valid signature");
     static_cast<void>(HasValidDeclaration(text.data(), length));
     return 0;
 }
