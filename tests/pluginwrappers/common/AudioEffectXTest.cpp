@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/AudioEffectX.h"
 
-#include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/BoxRecorder.h"
+#include "support/TestHost.h"
 #include "zlib/common/objects/ZException.h"
 
 #include <gtest/gtest.h>
@@ -19,14 +19,14 @@ namespace orvane
 namespace
 {
 
-// What reached the objects under test, in order.
+// The calls of the operations below, in order.
 std::vector<std::string> gEvents;
 
-class NotingEditor : public AEffEditor
+class RecordingEditor : public AEffEditor
 {
 public:
     using AEffEditor::AEffEditor;
-    ~NotingEditor() override { gEvents.emplace_back("editor deleted"); }
+    ~RecordingEditor() override { gEvents.emplace_back("editor deleted"); }
 
     bool onKeyDown(VstKeyCode& key) override
     {
@@ -36,7 +36,7 @@ public:
     }
 };
 
-/// Fails in whatever it is told to do, but for rate and size.
+/// Calls failure in every operation, except for rate and size, which it records.
 class FailingEffect : public AudioEffectX
 {
 public:
@@ -65,38 +65,33 @@ public:
     {
         gEvents.push_back("size " + std::to_string(frames));
     }
-    void AddEditor() { setEditor(std::make_unique<NotingEditor>(this)); }
+    void AddEditor() { setEditor(std::make_unique<RecordingEditor>(this)); }
 
     void (*failure)() = nullptr;
 };
 
-std::intptr_t ask(AEffect* record, std::int32_t opcode, std::int32_t index = 0,
-                  std::intptr_t value = 0, float opt = 0.0f)
-{
-    return record->dispatcher(record, opcode, index, value, nullptr, opt);
-}
-
 }  // namespace
 
-TEST(AudioEffectXTest, ArgumentsReachTheOperationsInTheFormThatTheyTake)
+TEST(AudioEffectXTest, ArgumentsAreConvertedForTheOperationsOrReplacedWhenTheyDoNotFit)
 {
     gEvents.clear();
     auto* const effect = new FailingEffect;
     AEffect* const record = effect->getAeffect();
-    EXPECT_EQ(ask(record, effSetBlockSizeAndSampleRate, 0, 256, 96000.0f), 1);
-    ask(record, effSetBlockSize, 0, 0x100000100);  // its low half alone would be a size
+    EXPECT_EQ(ask(record, effSetBlockSizeAndSampleRate, 0, 256, nullptr, 96000.0f), 1);
+    ask(record, effSetBlockSize, 0, 0x100000100);  // 256 when it is cut to 32 bits
     EXPECT_EQ(record->flags, 0);
     effect->AddEditor();
     EXPECT_EQ(record->flags, effFlagsHasEditor);
-    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 11, 3.0f), 1);
-    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 256 + 11, 1e30f), 1);
-    EXPECT_EQ(ask(record, effEditKeyDown, 'a', -1, std::numeric_limits<float>::quiet_NaN()), 1);
+    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 11, nullptr, 3.0f), 1);
+    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 256 + 11, nullptr, 1e30f), 1);
+    EXPECT_EQ(
+        ask(record, effEditKeyDown, 'a', -1, nullptr, std::numeric_limits<float>::quiet_NaN()), 1);
     EXPECT_EQ(ask(record, effClose), 0);
     EXPECT_EQ(gEvents, (std::vector<std::string>{"rate", "size 256", "size -1", "97 11 3", "97 0 0",
                                                  "97 0 0", "effect deleted", "editor deleted"}));
 }
 
-TEST(AudioEffectXTest, WhateverIsThrownIsReportedAndNeverReachesTheHost)
+TEST(AudioEffectXTest, ExceptionsAreReportedAndNeverReachTheHost)
 {
     BoxRecorder recorder;
     auto* const effect = new FailingEffect;

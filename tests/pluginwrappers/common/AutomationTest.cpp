@@ -1,68 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/ZVSTPlugin.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/Eventually.h"
 #include "support/SmallPlugin.h"
+#include "support/TestHost.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
-#include <functional>
-#include <mutex>
+#include <string>
 #include <thread>
 #include <vector>
 
 namespace orvane
 {
 
-using namespace std::chrono_literals;
-
 namespace
 {
 
-struct ToldHost
-{
-    std::int32_t opcode;
-    float value;
-    std::thread::id thread;
-};
-
-std::mutex gMutex;
-std::vector<ToldHost> gTold;
-std::atomic<std::int32_t> gProcessLevel{0};
-std::function<void(AEffect*)> gInsideAutomate;
-
-std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
-                       std::intptr_t /*value*/, void* /*ptr*/, float opt)
-{
-    if (opcode == audioMasterGetCurrentProcessLevel)
-        return gProcessLevel;
-    if (opcode == audioMasterAutomate || opcode == audioMasterBeginEdit ||
-        opcode == audioMasterEndEdit) {
-        const std::lock_guard guard(gMutex);
-        gTold.push_back({opcode, opt, std::this_thread::get_id()});
-    }
-    if (opcode == audioMasterAutomate && gInsideAutomate)
-        gInsideAutomate(effect);
-    return 0;
-}
-
-std::vector<ToldHost> told()
-{
-    const std::lock_guard guard(gMutex);
-    return gTold;
-}
-
-/// One parameter, the gain, from -1 to 1.
+/// A plug-in with one parameter, the gain, from -1 to 1.
 class AutomationTest : public testing::Test
 {
 protected:
     AutomationTest()
     {
-        gTold.clear();
-        gProcessLevel = 0;
-        gInsideAutomate = nullptr;
         auto made = SmallPlugin::Make();
         app = made.get();
         gain = app->Gain();
@@ -70,15 +31,16 @@ protected:
         const ZInterfaceLock lock;
         app->AddExposedElement(gain);
         app->Tick();
-        plugin = std::make_unique<ZVSTPlugin>(callback, std::move(made));
+        plugin = std::make_unique<ZVSTPlugin>(TestHost::callback, std::move(made));
         app->InitLooper();
     }
 
-    static bool AreTold(std::size_t count)
+    static bool HostIsNotified()
     {
-        return eventually([count] { return told().size() >= count; });
+        return eventually([] { return TestHost::CountOf(audioMasterAutomate) > 0; });
     }
 
+    const TestHost host;
     SmallPlugin* app = nullptr;
     boost::shared_ptr<ZElement> gain;
     std::unique_ptr<ZVSTPlugin> plugin;
@@ -86,13 +48,13 @@ protected:
 
 }  // namespace
 
-TEST_F(AutomationTest, AUsersChangeIsToldOnceATickAndTheHostThatIsToldReadsItAndSetsNone)
+TEST_F(AutomationTest, AChangeIsSentOncePerTickAndTheHostReadsItButCannotSetParametersMeanwhile)
 {
     std::atomic<float> read{-1.0f};
-    gInsideAutomate = [&](AEffect* effect) {
+    TestHost::On(audioMasterAutomate, [&](AEffect* effect) {
         effect->setParameter(effect, 0, 0.0f);
         read = effect->getParameter(effect, 0);
-    };
+    });
     {
         const ZInterfaceLock lock;
         app->BeginEdit(gain.get());
@@ -103,43 +65,40 @@ TEST_F(AutomationTest, AUsersChangeIsToldOnceATickAndTheHostThatIsToldReadsItAnd
     EXPECT_FLOAT_EQ(read, 0.75f);
     EXPECT_EQ(gain->GetZFloat(), 0.5f);
     {
-        // What waits for the tick is told before a gesture ends, and no more at the tick.
+        // A pending change is sent before the end of its gesture, and not again at the tick.
         const ZInterfaceLock lock;
         gain->SetZFloat(-0.5f, false);
         app->EndEdit(gain.get());
         app->Tick();
     }
-    std::vector<std::int32_t> opcodes;
-    for (const ToldHost& call : told())
-        opcodes.push_back(call.opcode);
-    EXPECT_EQ(opcodes, (std::vector<std::int32_t>{audioMasterBeginEdit, audioMasterAutomate,
-                                                  audioMasterAutomate, audioMasterEndEdit}));
-    EXPECT_FLOAT_EQ(told()[2].value, 0.25f);
+    EXPECT_EQ(TestHost::TakeNotes(),
+              (std::vector<std::string>{"begin 0", "0=750", "0=250", "end 0"}));
 }
 
-TEST_F(AutomationTest, ATickOfTheStreamLeavesTheTellingToTheInterfaceThread)
+TEST_F(AutomationTest, ATickOfTheStreamLeavesTheNotificationToTheInterfaceThread)
 {
-    gProcessLevel = kVstProcessLevelOffline;
+    TestHost::SetOffline(true);
     AEffect* const effect = plugin->getAeffect();
-    effect->dispatcher(effect, effSetBlockSize, 0, 4410, nullptr, 0.0f);
+    ask(effect, effSetBlockSize, 0, 4410);
     gain->SetZFloat(-0.5f, false);
     std::vector<float> channel(4410);
     float* channels[] = {channel.data(), channel.data()};
     effect->processReplacing(effect, channels, channels, 4410);
-    ASSERT_TRUE(AreTold(1));
-    EXPECT_NE(told().front().thread, std::this_thread::get_id());
-    EXPECT_FLOAT_EQ(told().front().value, 0.25f);
+    ASSERT_TRUE(HostIsNotified());
+    const HostCall call = TestHost::Calls().front();
+    EXPECT_NE(call.thread, std::this_thread::get_id());
+    EXPECT_FLOAT_EQ(call.opt, 0.25f);
 }
 
-TEST_F(AutomationTest, ClosingWaitsForACallOfTheHostThatIsNotYetBack)
+TEST_F(AutomationTest, ClosingWaitsForACallOfTheHostInProgress)
 {
     std::atomic<bool> back{false};
-    gInsideAutomate = [&](AEffect*) {
-        std::this_thread::sleep_for(100ms);
+    TestHost::On(audioMasterAutomate, [&](AEffect*) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
         back = true;
-    };
+    });
     gain->SetZFloat(0.5f, false);
-    ASSERT_TRUE(AreTold(1));
+    ASSERT_TRUE(HostIsNotified());
     plugin.reset();
     EXPECT_TRUE(back);
 }

@@ -3,17 +3,16 @@
 
 #include "pluginwrappers/common/ProductInstance.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace orvane
 {
 
-/// Gives any bytes to an instance as its chunk and tells what is wrong with it then; empty when
-/// nothing is.
+/// Loads any bytes as a chunk and checks the state of the instance afterwards.
 class ChunkCheck
 {
 public:
@@ -24,31 +23,32 @@ public:
         mInstance.Ask(effMainsChanged, 0, 1);
     }
 
+    /// Loads the bytes and returns what is wrong then; empty when nothing is.
     std::string FaultAfter(const std::string& bytes, bool isProgram)
     {
         const std::string before = mInstance.Program();
-        const std::intptr_t answer = mInstance.Load(bytes, isProgram);
+        const std::intptr_t answer = loadChunk(mInstance.effect, bytes, isProgram);
         const std::string after = mInstance.Program();
         std::string fault;
         if (bytes.empty() ? answer != 0 : answer != 0 && answer != 1)
-            fault = "an answer that there is not";
+            fault = "the answer is neither 0 nor 1";
         else if (answer == 0 && after != before)
-            fault = "refused, but the state is another";
+            fault = "the chunk was refused, but the state has changed";
         else if (!Settles(after))
-            fault = "what was taken over does not come back from its own chunk";
+            fault = "the new state does not survive saving and loading";
         else if (!SoundIsFinite())
-            fault = "the sound is no number";
+            fault = "the sound is not finite";
         mInstance.LoadBank(mStart);
         return fault;
     }
 
-    /// The bank that it starts with.
+    /// Returns the bank with which each check starts.
     [[nodiscard]] const std::string& Start() const { return mStart; }
 
 private:
     static constexpr std::int32_t kFrames = 512;
 
-    // Flags that are neither on nor off become so when their scales are read, so once is too few.
+    // Compares the second and third texts: reading a scale sets flags that are neither 0 nor 1.
     bool Settles(const std::string& program)
     {
         mInstance.LoadProgram(program);
@@ -59,17 +59,14 @@ private:
 
     bool SoundIsFinite()
     {
-        std::array<float, kFrames> in{};
-        in[0] = 0.5f;
+        std::array<float, kFrames> in{0.5f};
         std::array<float, kFrames> left{};
         std::array<float, kFrames> right{};
         float* inputs[] = {in.data(), in.data()};
         float* outputs[] = {left.data(), right.data()};
         mInstance.effect->processReplacing(mInstance.effect, inputs, outputs, kFrames);
-        for (std::size_t i = 0; i < left.size(); ++i)
-            if (!std::isfinite(left[i]) || !std::isfinite(right[i]))
-                return false;
-        return true;
+        const auto isFinite = [](float sample) { return std::isfinite(sample); };
+        return std::ranges::all_of(left, isFinite) && std::ranges::all_of(right, isFinite);
     }
 
     ProductInstance mInstance;

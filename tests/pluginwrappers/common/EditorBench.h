@@ -20,8 +20,8 @@
 namespace orvane
 {
 
-/// A test in which a user works the shipped window without a display; menus answer what the test
-/// chooses. It ticks when the test says so.
+/// Operates the shipped window without a display. A menu returns what choose returns. The plug-in
+/// ticks only when the test calls Tick.
 class EditorBench : public testing::Test
 {
 protected:
@@ -38,7 +38,7 @@ protected:
     }
     ~EditorBench() override { ZMenu::SetPresenter(mMenusBefore); }
 
-    /// With its views attached and bound.
+    /// Returns the main window with its views attached to their elements.
     [[nodiscard]] boost::shared_ptr<ZWindow> MainWindow() const
     {
         const ZInterfaceLock lock;
@@ -47,7 +47,7 @@ protected:
         product->app->Tick();
         return main;
     }
-    /// The view's own point in the window.
+    /// Converts a view's point to the window's coordinates.
     [[nodiscard]] ZPoint At(const std::string& view, const ZPoint& point) const
     {
         const ZPoint origin = Find(view).GetWindowOrigin();

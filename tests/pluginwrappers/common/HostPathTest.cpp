@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/ZVSTPlugin.h"
-#include "pluginwrappers/interface/VstEvents.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/BoxRecorder.h"
 #include "support/Eventually.h"
-#include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "support/SmallPlugin.h"
+#include "support/TestHost.h"
 #include "zdsp/common/ZVectorSupport.h"
 #include "zlib/common/documents/ZAudioManager.h"
 #include "zlib/common/signals/ZInputBay.h"
@@ -18,34 +16,16 @@
 #include <array>
 #include <chrono>
 #include <functional>
+#include <future>
 #include <limits>
-#include <random>
 #include <thread>
 #include <vector>
 
 namespace orvane
 {
 
-using namespace std::chrono_literals;
-
 namespace
 {
-
-std::atomic<std::int32_t> gProcessLevel{0};
-std::atomic<int> gIoChanges{0};
-std::atomic<int> gMidiWishes{0};
-std::atomic<int> gCallsUnderLock{0};
-
-std::intptr_t callback(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
-                       std::intptr_t value, void* /*ptr*/, float /*opt*/)
-{
-    if (opcode == audioMasterGetCurrentProcessLevel)
-        return gProcessLevel;
-    gIoChanges += opcode == audioMasterIOChanged ? 1 : 0;
-    gMidiWishes += opcode == audioMasterWantMidi && value == 1 ? 1 : 0;
-    gCallsUnderLock += ZInterfaceLock::IsHeld() ? 1 : 0;
-    return 0;
-}
 
 using Stereo = std::array<std::vector<float>, 2>;
 
@@ -64,9 +44,18 @@ Stereo ones(std::size_t frames)
     return {std::vector<float>(frames, 1.0f), std::vector<float>(frames, 1.0f)};
 }
 
-void onAnotherThread(const std::function<void()>& call)
+/// Returns whether a call on another thread ends while this thread holds the interface lock.
+bool endsWhileTheInterfaceIsLocked(const std::function<void()>& call)
 {
-    std::thread(call).join();
+    std::future<void> done;
+    std::future_status status;
+    {
+        const ZInterfaceLock lock;
+        done = std::async(std::launch::async, call);
+        status = done.wait_for(std::chrono::milliseconds(50));
+    }
+    done.wait();
+    return status == std::future_status::ready;
 }
 
 template <typename T>
@@ -77,7 +66,7 @@ T fieldOf(const ZMessage& message, const char* name)
     return value;
 }
 
-/// The effect object over a small application, without a library or an entry function in between.
+/// The effect object over a small application, without the library and its entry function.
 class HostPathTest : public testing::Test
 {
 protected:
@@ -85,24 +74,21 @@ protected:
 
     HostPathTest()
     {
-        gProcessLevel = 0;
-        gIoChanges = 0;
-        gMidiWishes = 0;
-        gCallsUnderLock = 0;
+        TestHost::On(TestHost::kEveryCall,
+                     [](AEffect*) { EXPECT_FALSE(ZInterfaceLock::IsHeld()); });
         auto made = SmallPlugin::Make();
         app = made.get();
         looper = app->GetAudioManager()->GetSignalLooper();
         const ZInterfaceLock lock;
-        plugin = std::make_unique<ZVSTPlugin>(callback, std::move(made));
+        plugin = std::make_unique<ZVSTPlugin>(TestHost::callback, std::move(made));
         plugin->SetWantsMidi(true);
         effect = plugin->getAeffect();
     }
-    ~HostPathTest() override { EXPECT_EQ(gCallsUnderLock, 0); }
 
     std::intptr_t Ask(std::int32_t opcode, std::intptr_t value = 0, void* ptr = nullptr,
                       float opt = 0.0f)
     {
-        return effect->dispatcher(effect, opcode, 0, value, ptr, opt);
+        return ask(effect, opcode, 0, value, ptr, opt);
     }
     void Begin(std::int32_t blockSize)
     {
@@ -123,7 +109,7 @@ protected:
         const ZInterfaceLock lock;
         app->InitLooper();
     }
-    /// Sends ones until a block of 441 has been heard, and gives its gain.
+    /// Returns the gain that is in force, by a block of ones.
     float HeardGain()
     {
         Stereo in = ones(kLatency);
@@ -131,6 +117,7 @@ protected:
         return Replace(in)[0].back();
     }
 
+    const TestHost host;
     SmallPlugin* app = nullptr;
     boost::shared_ptr<ZSignalLooper> looper;
     std::unique_ptr<ZVSTPlugin> plugin;
@@ -139,23 +126,7 @@ protected:
 
 }  // namespace
 
-TEST_F(HostPathTest, ABlockNeitherAllocatesNorLocksNorMakesASystemCall)
-{
-    Begin(512);
-    Stereo in = noise(512, 3);
-    Stereo out = in;
-    auto inputs = pointersTo(in);
-    auto outputs = pointersTo(out);
-    StartTicking();
-    const RealtimeGuard guard;
-    for (std::int32_t frames = 1; frames <= 512; frames += 37) {
-        effect->processReplacing(effect, inputs.data(), outputs.data(), frames);
-        effect->process(effect, inputs.data(), outputs.data(), frames);
-    }
-    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
-}
-
-TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWrites)
+TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWouldWrite)
 {
     Begin(441);
     Stereo in = noise(441, 4);
@@ -169,7 +140,7 @@ TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWrites)
                                                           static_cast<double>(in[channel][i])));
 }
 
-TEST_F(HostPathTest, BothWaysMayUseTheSameArraysCrosswise)
+TEST_F(HostPathTest, InputsAndOutputsMayBeTheSameArraysCrosswise)
 {
     Begin(441);
     Stereo block = noise(441, 6);
@@ -179,7 +150,7 @@ TEST_F(HostPathTest, BothWaysMayUseTheSameArraysCrosswise)
     EXPECT_EQ(Replace(block), before);
 }
 
-TEST_F(HostPathTest, WhatAHostLeavesOutDoesNoHarm)
+TEST_F(HostPathTest, MissingArraysAndBlockSizesDoNoHarm)
 {
     Stereo in = noise(100, 7);
     EXPECT_EQ(Replace(in)[0], std::vector<float>(100, 0.0f)) << "no block size yet";
@@ -201,7 +172,7 @@ TEST_F(HostPathTest, WhatAHostLeavesOutDoesNoHarm)
     EXPECT_EQ(looper->OutputAvailable(0), looper->OutputAvailable(1));
 }
 
-TEST_F(HostPathTest, WhatIsNoFiniteNumberOrTooSmallToHearComesOutAsSilence)
+TEST_F(HostPathTest, NaNInfinityAndDenormalsComeOutAsZero)
 {
     Begin(441);
     Stereo in = ones(441);
@@ -219,10 +190,10 @@ TEST_F(HostPathTest, WhatIsNoFiniteNumberOrTooSmallToHearComesOutAsSilence)
     Replace(in);
     EXPECT_EQ(Replace(in), expected);
     volatile float tiny = 1e-40f;
-    EXPECT_GT(tiny * 1.0f, 0.0f) << "the host's own numbers are left alone";
+    EXPECT_GT(tiny * 1.0f, 0.0f) << "the host's floating-point mode is restored";
 }
 
-TEST_F(HostPathTest, ABlockLongerThanAnnouncedIsAFaultThatTheInterfaceThreadReports)
+TEST_F(HostPathTest, ABlockLongerThanAnnouncedIsReportedOnTheInterfaceThread)
 {
     BoxRecorder recorder;
     std::atomic<int> shown{0};
@@ -230,10 +201,10 @@ TEST_F(HostPathTest, ABlockLongerThanAnnouncedIsAFaultThatTheInterfaceThreadRepo
     Begin(300);
     Stereo in = noise(301, 9);
     for (int fault = 0; fault < 3; ++fault)
-        EXPECT_EQ(Replace(in), noise(301, 99)) << "the output holds what it held";
+        EXPECT_EQ(Replace(in), noise(301, 99)) << "the output is unchanged";
     EXPECT_EQ(shown, 0) << "nothing is shown on the audio thread";
     StartTicking();
-    ASSERT_TRUE(eventually([&] { return shown == 1; })) << "the first, for all";
+    ASSERT_TRUE(eventually([&] { return shown == 1; })) << "one report for all three";
     Replace(in);
     ASSERT_TRUE(eventually([&] { return shown == 2; }));
     EXPECT_TRUE(recorder.boxes[1].text.starts_with("Trying to load a Zbuffer with too much data."));
@@ -265,23 +236,23 @@ TEST_F(HostPathTest, ABlockSizeReachesFifosNetworkAndTransferAndEmptiesTheFifos)
     EXPECT_EQ(looper->InputFree(0), 128u);
 }
 
-TEST_F(HostPathTest, ARateReachesTheNetworkAndTheHostHearsOfTheLatencyOnce)
+TEST_F(HostPathTest, ARateReachesTheNetworkAndTheHostIsNotifiedOfTheLatencyOnce)
 {
     for (const float refused : {0.0f, -44100.0f, 44100.0f, std::numeric_limits<float>::quiet_NaN(),
                                 std::numeric_limits<float>::infinity()})
         Ask(effSetSampleRate, 0, nullptr, refused);
-    EXPECT_EQ(gIoChanges, 0);
+    EXPECT_EQ(TestHost::CountOf(audioMasterIOChanged), 0);
     Ask(effSetSampleRate, 0, nullptr, 48000.0f);
     EXPECT_EQ(effect->initialDelay, 480);
-    EXPECT_EQ(gIoChanges, 1);
+    EXPECT_EQ(TestHost::CountOf(audioMasterIOChanged), 1);
     EXPECT_EQ(looper->GetSampleRate(), 48000.0f);
     EXPECT_EQ(looper->GetOutputBay()->GetSampleRate(), 48000.0f);
     Ask(effSetSampleRate, 0, nullptr, 48000.0f);
     Ask(effSetBlockSize, 64);
-    EXPECT_EQ(gIoChanges, 1);
+    EXPECT_EQ(TestHost::CountOf(audioMasterIOChanged), 1);
 }
 
-TEST_F(HostPathTest, SuspendForgetsAllSignalOnWhateverThread)
+TEST_F(HostPathTest, SuspendEmptiesTheSignalPathOnAnyThread)
 {
     for (const bool onAudioThread : {false, true}) {
         Begin(441);
@@ -290,22 +261,22 @@ TEST_F(HostPathTest, SuspendForgetsAllSignalOnWhateverThread)
         const std::function<void()> suspend = [this] { Ask(effMainsChanged, 0); };
         {
             const ZInterfaceLock busy;
-            onAudioThread ? onAnotherThread(suspend) : suspend();
+            onAudioThread ? std::thread(suspend).join() : suspend();
         }
         Ask(effMainsChanged, 1);
         Ask(effMainsChanged, 1);
         Stereo zeros{std::vector<float>(441), std::vector<float>(441)};
         EXPECT_EQ(Replace(in), zeros);
     }
-    EXPECT_EQ(gMidiWishes, 6);
+    EXPECT_EQ(TestHost::CountOf(audioMasterWantMidi), 6);
 }
 
-TEST_F(HostPathTest, ChangesAreInForceWhenTheLoadingThreadBeginsAStreamAndElseAtATick)
+TEST_F(HostPathTest, ChangesApplyAtATickOrWhenTheLoadingThreadBeginsAStream)
 {
     Begin(441);
     SetGain(0.5f);
     EXPECT_EQ(HeardGain(), 1.0f) << "no tick yet";
-    onAnotherThread([this] { Ask(effMainsChanged, 1); });
+    std::thread([this] { Ask(effMainsChanged, 1); }).join();
     EXPECT_EQ(HeardGain(), 1.0f) << "left to the ticks";
     Ask(effMainsChanged, 1);
     EXPECT_EQ(HeardGain(), 0.5f);
@@ -319,36 +290,22 @@ TEST_F(HostPathTest, ChangesAreInForceWhenTheLoadingThreadBeginsAStreamAndElseAt
     EXPECT_EQ(HeardGain(), 0.25f);
 }
 
-TEST_F(HostPathTest, AudioAndInterfaceWorkSideBySide)
+TEST_F(HostPathTest, CallsOfTheAudioThreadDoNotWaitForTheInterfaceLock)
 {
-    StartTicking();
-    Begin(441);
-    std::atomic<bool> done{false};
-    std::thread audio([&] {
-        Stereo in = ones(441);
-        for (int block = 0; block < 300; ++block) {
-            gProcessLevel = block / 30 % 2 == 0 ? kVstProcessLevelOffline : 0;
-            if (block % 50 == 49) {
-                Ask(effMainsChanged, 0);
-                Ask(effMainsChanged, 1);
-            }
-            Replace(in);
-            std::this_thread::sleep_for(100us);
-        }
-        done = true;
-    });
-    for (float gain = 0.0f; !done; gain += 1.0f) {
-        SetGain(gain);
-        Ask(effGetProgram);
-        std::this_thread::sleep_for(200us);
-    }
-    audio.join();
-    SetGain(2.0f);
-    Ask(effMainsChanged, 1);
-    EXPECT_EQ(HeardGain(), 2.0f);
+    EXPECT_TRUE(endsWhileTheInterfaceIsLocked([this] {
+        Ask(effMainsChanged, 0);
+        Ask(effStartProcess);
+        Ask(effStopProcess);
+        Ask(effProcessEvents);
+        effect->processReplacing(effect, nullptr, nullptr, 0);
+        effect->process(effect, nullptr, nullptr, 0);
+        effect->setParameter(effect, 0, 0.0f);
+        effect->getParameter(effect, 0);
+    }));
+    EXPECT_FALSE(endsWhileTheInterfaceIsLocked([this] { Ask(effGetProgram); }));
 }
 
-TEST_F(HostPathTest, EventsOfMidiReachTheDocumentAsMessages)
+TEST_F(HostPathTest, MidiEventsReachTheDocumentAsMessages)
 {
     struct Row
     {

@@ -3,7 +3,7 @@
 
 #include "kestrune/common/views/ProductApplication.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
+#include "support/TestHost.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
@@ -16,8 +16,7 @@
 namespace orvane
 {
 
-/// The shipped plug-in as a host drives it, with a view of the elements behind it. It ticks when a
-/// test says so.
+/// The shipped plug-in with access to its elements. It ticks only when a test calls Tick.
 class ProductInstance
 {
 public:
@@ -33,29 +32,18 @@ public:
     std::intptr_t Ask(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
                       void* ptr = nullptr, float opt = 0.0f) const
     {
-        return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+        return ask(effect, opcode, index, value, ptr, opt);
     }
-
-    /// A copy of what effGetChunk lends.
-    [[nodiscard]] std::string Chunk(bool isProgram) const
+    [[nodiscard]] std::string Bank() const { return chunkOf(effect, false); }
+    [[nodiscard]] std::string Program() const { return chunkOf(effect, true); }
+    std::intptr_t LoadBank(const std::string& bytes) const
     {
-        void* data = nullptr;
-        const std::intptr_t size = Ask(effGetChunk, isProgram ? 1 : 0, 0, &data);
-        return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
+        return loadChunk(effect, bytes, false);
     }
-    [[nodiscard]] std::string Bank() const { return Chunk(false); }
-    [[nodiscard]] std::string Program() const { return Chunk(true); }
-
-    /// The bytes lie alone, so that a reader who goes beyond them is found out.
-    std::intptr_t Load(const std::string& bytes, bool isProgram) const
+    std::intptr_t LoadProgram(const std::string& bytes) const
     {
-        const std::unique_ptr<char[]> alone(new char[bytes.size()]);
-        bytes.copy(alone.get(), bytes.size());
-        return Ask(effSetChunk, isProgram ? 1 : 0, static_cast<std::intptr_t>(bytes.size()),
-                   alone.get());
+        return loadChunk(effect, bytes, true);
     }
-    std::intptr_t LoadBank(const std::string& bytes) const { return Load(bytes, false); }
-    std::intptr_t LoadProgram(const std::string& bytes) const { return Load(bytes, true); }
 
     [[nodiscard]] ZElement& Element(const std::string& name) const
     {

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// A stream plays while other threads and a user change everything. KESTRUNE_SOAK_SECONDS sets the
+// length of each test, two seconds otherwise.
+
 #include "pluginwrappers/common/PluginEntry.h"
-#include "pluginwrappers/interface/VstEvents.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
+#include "support/DisplayProbe.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
+#include "support/TestHost.h"
+#include "support/VirtualDisplay.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +18,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
+#include <set>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -27,136 +33,285 @@ using Clock = std::chrono::steady_clock;
 
 constexpr float kRate = 44100.0f;
 constexpr std::int32_t kLargestBlock = 2048;
+constexpr xcb_rectangle_t kEditor{40, 30, 454, 430};
 
-std::intptr_t callback(AEffect* /*effect*/, std::int32_t opcode, std::int32_t /*index*/,
-                       std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
-{
-    return opcode == audioMasterVersion ? 2400 : 0;
-}
+// Points on the window's controls: menus, check boxes, the slider, buttons, a key.
+constexpr std::array<std::pair<int, int>, 9> kControls{{{100, 65},
+                                                        {100, 121},
+                                                        {240, 200},
+                                                        {20, 98},
+                                                        {20, 163},
+                                                        {70, 204},
+                                                        {50, 310},
+                                                        {50, 352},
+                                                        {200, 380}}};
 
-/// Two seconds, or what KESTRUNE_SOAK_SECONDS says.
+// Symbols of keys: a, 5, space, Return, Escape, down, Tab, Backspace; Shift, Control, Alt.
+constexpr std::uint32_t kEscape = 0xff1b;
+constexpr std::array<std::uint32_t, 8> kKeys{'a',     '5',    ' ',    0xff0d,
+                                             kEscape, 0xff54, 0xff09, 0xff08};
+constexpr std::array<std::uint32_t, 3> kModifiers{0xffe1, 0xffe3, 0xffe9};
+
 std::chrono::duration<double> soakTime()
 {
     const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
     return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 2.0);
 }
 
-std::intptr_t ask(AEffect* effect, std::int32_t opcode, std::int32_t index = 0,
-                  std::intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
+void pause(unsigned long milliseconds)
 {
-    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
-/// What a host's other threads do while a stream plays.
-void changeParameters(AEffect* effect, unsigned seed, const std::atomic<bool>& playing)
+/// An instance that plays a voice in blocks of random sizes on a thread of its own, in real time
+/// and for stretches offline, with notes, automation and restarts between the blocks.
+class Stream
 {
-    std::mt19937 random(seed);
-    std::array<char, 24> text;
-    while (playing) {
-        const auto index =
-            static_cast<std::int32_t>(random() % static_cast<unsigned>(effect->numParams));
-        effect->setParameter(effect, index, static_cast<float>(random() % 101) / 100.0f);
-        effect->getParameter(effect, index);
-        ask(effect, effGetParamDisplay, index, 0, text.data());
-        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
-    }
-}
-
-/// What a host does that saves its project and switches programs while a stream plays.
-void saveAndLoad(AEffect* effect, const std::atomic<bool>& playing)
-{
-    std::mt19937 random(4);
-    while (playing) {
-        const std::int32_t isPreset = random() % 2 != 0 ? 1 : 0;
-        void* data = nullptr;
-        const std::intptr_t size = ask(effect, effGetChunk, isPreset, 0, &data);
-        std::vector<char> chunk(static_cast<char*>(data), static_cast<char*>(data) + size);
-        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 50));
-        EXPECT_EQ(ask(effect, effSetChunk, isPreset, size, chunk.data()), 1);
-        ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));
-    }
-}
-
-/// What comes between two blocks on the audio thread: notes, automation, now and then a new start.
-void betweenBlocks(AEffect* effect, int block)
-{
-    VstMidiEvent note{};
-    note.type = kVstMidiType;
-    note.midiData[0] = static_cast<char>(0x90);
-    note.midiData[1] = static_cast<char>(block % 128);
-    note.midiData[2] = 100;
-    VstEvents events{1, 0, {reinterpret_cast<VstEvent*>(&note)}};
-    ask(effect, effProcessEvents, 0, 0, &events);
-    effect->setParameter(effect, block % 7, static_cast<float>(block % 25) / 24.0f);
-    if (block % 40 == 39)
+public:
+    Stream()
+        : effect(openPlugin(TestHost::callback))
+    {
+        ask(effect, effSetSampleRate, 0, 0, nullptr, kRate);
+        ask(effect, effSetBlockSize, 0, kLargestBlock);
         ask(effect, effMainsChanged, 0, 1);
-}
+        mThread = std::thread(&Stream::Play, this);
+    }
+    ~Stream()
+    {
+        mPlaying = false;
+        mThread.join();
+        ask(effect, effClose);
+        EXPECT_EQ(mViolations, 0u);
+        EXPECT_TRUE(mIsFinite);
+    }
 
-/// What the stream of the audio thread was like.
-struct Stream
-{
-    unsigned violations = 0;
-    bool finite = true;
-};
+    AEffect* const effect;
 
-/// Plays a voice for a while, in blocks of all sizes.
-Stream play(AEffect* effect)
-{
-    const auto voice = harmonicTone(196.0, kRate, 44100);
-    std::vector<float> left(kLargestBlock);
-    std::vector<float> right(kLargestBlock);
-    float* outputs[] = {left.data(), right.data()};
-    std::mt19937 random(3);
-    Stream stream;
-    const auto begin = Clock::now();
-    const auto end = begin + soakTime();
-    double played = 0.0;  // seconds
-    for (int block = 0; Clock::now() < end; ++block) {
-        betweenBlocks(effect, block);
-        const auto frames = static_cast<std::int32_t>(random() % kLargestBlock) + 1;
-        std::vector<float> samples(voice.begin(), voice.begin() + frames);
-        float* inputs[] = {samples.data(), samples.data()};
+private:
+    void Play()
+    {
+        const auto voice = harmonicTone(196.0, kRate, 44100);
+        std::mt19937 random(3);
+        const auto begin = Clock::now();
+        double played = 0.0;  // seconds
+        for (int block = 0; mPlaying; ++block) {
+            const bool offline = block % 64 >= 56;
+            TestHost::SetOffline(offline);
+            BetweenBlocks(block);
+            const auto frames = static_cast<std::int32_t>(random() % kLargestBlock) + 1;
+            PlayBlock(voice, frames, block % 2 == 0 ? effect->process : effect->processReplacing,
+                      /*isGuarded*/ !offline);
+            // A faster stream would become the clock and tick inside the blocks.
+            played += frames / static_cast<double>(kRate);
+            std::this_thread::sleep_until(begin + std::chrono::duration<double>(played));
+        }
+    }
+    void BetweenBlocks(int block)
+    {
+        sendMidi(effect, 0x90, block % 128, 100);
+        effect->setParameter(effect, block % 7, static_cast<float>(block % 25) / 24.0f);
+        if (block % 40 == 39) {
+            ask(effect, effMainsChanged, 0, 0);
+            ask(effect, effMainsChanged, 0, 1);
+        }
+    }
+    /// Offline blocks are not guarded: they may tick.
+    void PlayBlock(const std::vector<float>& voice, std::int32_t frames, AEffectProcessProc process,
+                   bool isGuarded)
+    {
+        std::vector<float> in(voice.begin(), voice.begin() + frames);
+        std::vector<float> left(in.size());
+        std::vector<float> right(in.size());
+        float* inputs[] = {in.data(), in.data()};
+        float* outputs[] = {left.data(), right.data()};
         {
             RealtimeGuard guard;
-            effect->processReplacing(effect, inputs, outputs, frames);
-            stream.violations += guard.violations();
+            process(effect, inputs, outputs, frames);
+            mViolations += isGuarded ? guard.violations() : 0;
         }
-        stream.finite =
-            stream.finite && std::all_of(left.begin(), left.begin() + frames,
-                                         [](float sample) { return std::fabs(sample) < 8.0f; });
-        // At the pace of a host that plays: one that runs ahead has its ticks inside the blocks.
-        played += frames / static_cast<double>(kRate);
-        std::this_thread::sleep_until(begin + std::chrono::duration<double>(played));
+        mIsFinite = mIsFinite && std::all_of(left.begin(), left.end(),
+                                             [](float sample) { return std::fabs(sample) < 8.0f; });
     }
-    return stream;
+
+    std::atomic<bool> mPlaying{true};
+    unsigned mViolations = 0;
+    bool mIsFinite = true;
+    std::thread mThread;
+};
+
+/// Threads that run until the object is destroyed; each gets its own seed.
+class Disturbance
+{
+public:
+    template <typename Step>
+    Disturbance(int count, Step step)
+    {
+        for (int seed = 0; seed < count; ++seed) {
+            mThreads.emplace_back([this, seed, step] {
+                std::mt19937 random(static_cast<unsigned>(seed));
+                while (mRuns)
+                    step(random);
+            });
+        }
+    }
+    ~Disturbance()
+    {
+        mRuns = false;
+        for (std::thread& thread : mThreads)
+            thread.join();
+    }
+
+private:
+    std::atomic<bool> mRuns{true};
+    std::vector<std::thread> mThreads;
+};
+
+void changeAParameter(AEffect* effect, std::mt19937& random)
+{
+    std::array<char, kVstMaxParamStrLen> text;
+    const auto index = static_cast<std::int32_t>(random() % 7);
+    effect->setParameter(effect, index, static_cast<float>(random() % 101) / 100.0f);
+    effect->getParameter(effect, index);
+    ask(effect, effGetParamDisplay, index, 0, text.data());
+    pause(random() % 20);
 }
+
+void saveAndLoad(AEffect* effect, std::mt19937& random)
+{
+    const bool isProgram = random() % 2 != 0;
+    const std::string chunk = chunkOf(effect, isProgram);
+    pause(random() % 50);
+    EXPECT_EQ(loadChunk(effect, chunk, isProgram), 1);
+    ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));
+}
+
+/// Works mouse and keys at random, the same in every run.
+class RandomUser
+{
+public:
+    explicit RandomUser(DisplayProbe& display)
+        : mDisplay(display)
+    {
+    }
+
+    void Act()
+    {
+        const unsigned what = Below(100);
+        if (what < 50)
+            Move();
+        else if (what < 75)
+            Toggle(mButtons, static_cast<std::uint8_t>(1 + Below(3)), &DisplayProbe::Press,
+                   &DisplayProbe::Release);
+        else if (what < 82)
+            mDisplay.Click(static_cast<std::uint8_t>(4 + Below(2)));  // the wheel
+        else if (what < 92)
+            mDisplay.TypeKey(kKeys[Below(kKeys.size())]);
+        else if (what < 96)
+            Toggle(mModifiers, kModifiers[Below(3)], &DisplayProbe::PressKey,
+                   &DisplayProbe::ReleaseKey);
+        else
+            ReleaseAll();
+        mDisplay.Sync();
+        pause(Below(4));
+    }
+    void ReleaseAll()
+    {
+        for (const std::uint8_t button : std::exchange(mButtons, {}))
+            mDisplay.Release(button);
+        for (const std::uint32_t key : std::exchange(mModifiers, {}))
+            mDisplay.ReleaseKey(key);
+    }
+
+private:
+    unsigned Below(std::size_t end) { return static_cast<unsigned>(mRandom() % end); }
+    /// Moves by a few pixels, as a drag does, or to a control or anywhere on the screen.
+    void Move()
+    {
+        const unsigned where = Below(20);
+        if (where < 10) {
+            mX = std::clamp(mX + static_cast<int>(Below(41)) - 20, 0, 1000);
+            mY = std::clamp(mY + static_cast<int>(Below(41)) - 20, 0, 760);
+        } else if (where < 18) {
+            const auto [x, y] = kControls[Below(kControls.size())];
+            mX = kEditor.x + x;
+            mY = kEditor.y + y;
+        } else {
+            mX = static_cast<int>(Below(1024));
+            mY = static_cast<int>(Below(768));
+        }
+        mDisplay.MovePointer(mX, mY);
+    }
+    template <typename T>
+    void Toggle(std::set<T>& held, T what, void (DisplayProbe::*press)(T),
+                void (DisplayProbe::*release)(T))
+    {
+        const bool isHeld = held.erase(what) != 0;
+        if (!isHeld)
+            held.insert(what);
+        (mDisplay.*(isHeld ? release : press))(what);
+    }
+
+    DisplayProbe& mDisplay;
+    std::mt19937 mRandom{7};
+    int mX = 0;
+    int mY = 0;
+    std::set<std::uint8_t> mButtons;
+    std::set<std::uint32_t> mModifiers;
+};
 
 }  // namespace
 
-TEST(SoakTest, AStreamNeitherAllocatesNorWaitsWhileOthersTurnTheKnobsAndSave)
+TEST(SoakTest, BlocksNeitherAllocateNorWaitWhileParametersChangeAndProjectsAreSaved)
 {
-    AEffect* const effect = openPlugin(callback);
-    ASSERT_NE(effect, nullptr);
-    ask(effect, effSetSampleRate, 0, 0, nullptr, kRate);
-    ask(effect, effSetBlockSize, 0, kLargestBlock);
-    ask(effect, effMainsChanged, 0, 1);
+    const TestHost host;
+    const Stream stream;
+    const auto change = [&](std::mt19937& random) { changeAParameter(stream.effect, random); };
+    const auto project = [&](std::mt19937& random) { saveAndLoad(stream.effect, random); };
+    const Disturbance automation(2, change);
+    const Disturbance saving(1, project);
+    std::this_thread::sleep_for(soakTime());
+}
 
-    std::atomic<bool> playing{true};
-    std::thread automation([&] { changeParameters(effect, 1, playing); });
-    std::thread editor([&] { changeParameters(effect, 2, playing); });
-    std::thread project([&] { saveAndLoad(effect, playing); });
-    // Not on the thread that opened the effect: a chunk that was given is good until that begins
-    // processing.
-    Stream stream;
-    std::thread([&] { stream = play(effect); }).join();
-    playing = false;
-    automation.join();
-    editor.join();
-    project.join();
-    ask(effect, effMainsChanged, 0, 0);
-    ask(effect, effClose, 0, 0);
-    EXPECT_EQ(stream.violations, 0u);
-    EXPECT_TRUE(stream.finite);
+TEST(SoakTest, EveryGestureEndsWhateverMouseAndKeysDo)
+{
+    if (!VirtualDisplay::IsAvailable())
+        GTEST_SKIP() << "no virtual display on this machine";
+    const VirtualDisplay screen;
+    DisplayProbe display;
+    const TestHost host;
+    const Stream stream;
+    const xcb_window_t parent = display.MakeWindow(kEditor);
+    const auto gesturesEnd = [] { return waitFor([] { return TestHost::OpenGestures() == 0; }); };
+    const auto openEditor = [&] {
+        void* const handle = reinterpret_cast<void*>(std::uintptr_t{parent});
+        ASSERT_EQ(ask(stream.effect, effEditOpen, 0, 0, handle), 1);
+    };
+    openEditor();
+    {
+        const auto change = [&](std::mt19937& random) { changeAParameter(stream.effect, random); };
+        const Disturbance automation(1, change);
+        RandomUser user(display);
+        int actions = 0;
+        for (const auto end = Clock::now() + soakTime(); Clock::now() < end; ++actions) {
+            user.Act();
+            if (actions % 20 == 0)
+                ask(stream.effect, effEditIdle);
+            if (actions % 500 == 499) {
+                ask(stream.effect, effEditClose);
+                EXPECT_TRUE(gesturesEnd()) << "a window that closes ends the gestures in it";
+                openEditor();
+            }
+        }
+        user.ReleaseAll();
+    }
+    display.MovePointer(1000, 700);
+    for (int i = 0; i < 3; ++i)
+        display.TypeKey(kEscape);
+    EXPECT_TRUE(gesturesEnd());
+    EXPECT_TRUE(waitFor([&] { return display.Grab(); })) << "the mouse is not grabbed any more";
+    display.Ungrab();
+    ask(stream.effect, effEditClose);
+    EXPECT_GT(TestHost::CountOf(audioMasterBeginEdit), 0);
 }
 
 }  // namespace orvane

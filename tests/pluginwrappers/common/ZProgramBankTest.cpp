@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Programs and chunks of the shipped plug-in, through the effect object.
+// Programs and chunks of the shipped plug-in.
 
 #include "pluginwrappers/common/ProductInstance.h"
 #include "support/BoxRecorder.h"
@@ -54,7 +54,7 @@ std::vector<std::string> programsOf(const std::string& bank)
     return programs;
 }
 
-/// The text with the value of an attribute of an element replaced, wherever it stands.
+/// Returns the text with a value of an element replaced, in all programs.
 std::string withValue(std::string text, const std::string& element, const std::string& attribute,
                       const std::string& value)
 {
@@ -68,7 +68,7 @@ std::string withValue(std::string text, const std::string& element, const std::s
 
 }  // namespace
 
-TEST_F(ZProgramBankTest, TheFactoryPresetsAreTheProgramsAndLoadedWhenTheyAreSet)
+TEST_F(ZProgramBankTest, TheFactoryPresetsAreTheProgramsAndAreLoadedWhenTheHostSetsThem)
 {
     EXPECT_EQ(plugin.effect->numPrograms, 7);
     plugin.Tick();
@@ -89,7 +89,7 @@ TEST_F(ZProgramBankTest, TheFactoryPresetsAreTheProgramsAndLoadedWhenTheyAreSet)
     }
 }
 
-TEST_F(ZProgramBankTest, AProgramKeepsWhatWasEditedWhileAnotherIsCurrent)
+TEST_F(ZProgramBankTest, AProgramKeepsItsEditsWhileAnotherIsCurrent)
 {
     ZElement& detune = plugin.Element("detune");
     plugin.Ask(effSetProgram, 0, 2);
@@ -100,7 +100,7 @@ TEST_F(ZProgramBankTest, AProgramKeepsWhatWasEditedWhileAnotherIsCurrent)
     EXPECT_EQ(detune.GetZFloat(), 12.5f);
 }
 
-TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneProgramOrOfAllAndStaysWhileTheAudioThreadStarts)
+TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneOrAllProgramsAndSurvivesAStartOnTheAudioThread)
 {
     plugin.Ask(effSetProgram, 0, 4);
     void* data = nullptr;
@@ -108,7 +108,7 @@ TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneProgramOrOfAllAndStaysWhileTheAudio
     std::thread([this] { plugin.Ask(effMainsChanged, 0, 1); }).join();
     const std::string bank(static_cast<const char*>(data), size);
     plugin.Ask(effMainsChanged, 0, 1);
-    // What was current goes by the document's name, what was not by that of its preset.
+    // A program that was current has the document's name, any other that of its preset.
     EXPECT_TRUE(bank.starts_with("<VST_Program Number=\"0\">\n<preset "
                                  "name=\"Untitled Media File 1\" "
                                  "class=\"ZAudioDocumentClass\" version=\"1.0\">\n"));
@@ -121,7 +121,7 @@ TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneProgramOrOfAllAndStaysWhileTheAudio
     EXPECT_LE(bank.size(), 150u * 1024);
 }
 
-TEST_F(ZProgramBankTest, ProgramsAreReadByTheirOrderAndThoseBeyondTheLastAreIgnored)
+TEST_F(ZProgramBankTest, ProgramsAreReadInOrderAndThoseBeyondTheLastAreIgnored)
 {
     std::vector<std::string> programs = programsOf(plugin.Bank());
     std::swap(programs[0], programs[kAdultToChild]);
@@ -137,7 +137,8 @@ TEST_F(ZProgramBankTest, ProgramsAreReadByTheirOrderAndThoseBeyondTheLastAreIgno
     EXPECT_EQ(plugin.Ask(effGetProgram), kAdultToChild);
 }
 
-TEST_F(ZProgramBankTest, ABankWithoutProgramsReloadsTheCurrentOneAndAProgramWithoutOneIsRefused)
+TEST_F(ZProgramBankTest,
+       ABankWithoutProgramsReloadsTheCurrentOneAndAProgramChunkWithoutOneIsRefused)
 {
     const std::string before = (plugin.LoadBank(plugin.Bank()), plugin.Program());
     plugin.Element("detune").SetZFloat(12.5f, false);
@@ -149,7 +150,7 @@ TEST_F(ZProgramBankTest, ABankWithoutProgramsReloadsTheCurrentOneAndAProgramWith
     EXPECT_EQ(plugin.Program(), before);
 }
 
-TEST_F(ZProgramBankTest, ARestoredShiftStandsWhateverTheChoicesSaidBefore)
+TEST_F(ZProgramBankTest, ARestoredShiftIsNotOverwrittenByAnEarlierChoice)
 {
     plugin.Ask(effSetProgram, 0, kAdultToChild);
     const std::string chunk = plugin.Bank();
@@ -171,11 +172,11 @@ TEST_F(ZProgramBankTest, ARestoredShiftStandsWhateverTheChoicesSaidBefore)
     }
 }
 
-TEST_F(ZProgramBankTest, ADamagedChunkIsRefusedWithTheStateAsItWas)
+TEST_F(ZProgramBankTest, ADamagedChunkIsRefusedAndChangesNothing)
 {
     plugin.Ask(effSetProgram, 0, 3);
     const std::string before = (plugin.LoadProgram(plugin.Program()), plugin.Program());
-    // The shift stands before the damage, so it has been taken over when that turns out.
+    // The shift precedes the damage, so it has been loaded when the damage is found.
     std::string damaged = withValue(before, "PitchShift", "floatvalue", "77");
     damaged.replace(damaged.find("length=\"12\""), 11, "length=\"13\"");
     std::string bank;
@@ -195,7 +196,7 @@ TEST_F(ZProgramBankTest, ADamagedChunkIsRefusedWithTheStateAsItWas)
     EXPECT_NEAR(Shifts().first, 0.0f, 1e-6f) << "the other programs stay, too";
 }
 
-TEST_F(ZProgramBankTest, WhatLiesOutsideItsRangeIsTheNearerEndToTheHost)
+TEST_F(ZProgramBankTest, TheHostSeesValuesOutOfRangeAsTheNearerEnd)
 {
     struct Row
     {
@@ -213,7 +214,7 @@ TEST_F(ZProgramBankTest, WhatLiesOutsideItsRangeIsTheNearerEndToTheHost)
     }
 }
 
-TEST(ZProgramBankWithoutPresetsTest, HasOneProgramOfTheHostsNameAndNothingToReload)
+TEST(ZProgramBankWithoutPresetsTest, HasOneProgramWithTheNameThatTheHostSets)
 {
     BoxRecorder boxes;
     const ZInterfaceLock lock;
@@ -222,7 +223,7 @@ TEST(ZProgramBankWithoutPresetsTest, HasOneProgramOfTheHostsNameAndNothingToRelo
     const auto name = [effect] {
         std::array<char, kVstMaxProgNameLen + 1> room;
         room.fill('!');
-        effect->dispatcher(effect, effGetProgramName, 0, 0, room.data(), 0.0f);
+        ask(effect, effGetProgramName, 0, 0, room.data());
         EXPECT_EQ(room.back(), '!');
         return std::string(room.data());
     };

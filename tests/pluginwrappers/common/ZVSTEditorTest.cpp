@@ -2,9 +2,9 @@
 #include "pluginwrappers/common/ZVSTEditor.h"
 
 #include "pluginwrappers/common/ZVSTPlugin.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
 #include "support/BoxRecorder.h"
 #include "support/SmallPlugin.h"
+#include "support/TestHost.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -26,7 +26,7 @@ namespace orvane
 namespace
 {
 
-/// Keeps the messages that it gets, fails where a test says so, and knows no display.
+/// A window without a display, which records its messages and throws at a chosen step.
 class BareWindow : public ZWindow
 {
 public:
@@ -77,7 +77,7 @@ protected:
         VstKeyCode key{character, static_cast<std::uint8_t>(virt), 1};
         return editor.onKeyDown(key);
     }
-    /// What the window was told of a key: "8", "16 shift", "text 5", or nothing.
+    /// Returns the window's last message: "8", "16 shift", "text 5" or "nothing".
     [[nodiscard]] std::string Told() const
     {
         if (window->messages.empty())
@@ -101,7 +101,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZVSTEditorTest, FailuresAreReportedAndLeaveItClosed)
+TEST_F(ZVSTEditorTest, AFailureIsReportedAndLeavesTheEditorClosed)
 {
     int parent = 0;
     for (const char* const step : {"create", "show", "hide"}) {
@@ -114,7 +114,7 @@ TEST_F(ZVSTEditorTest, FailuresAreReportedAndLeaveItClosed)
     EXPECT_EQ(recorder.boxes.size(), 3u);
 }
 
-TEST_F(ZVSTEditorTest, KeysThatMoveAndTextReachTheWindowAndAllElseStaysWithTheHost)
+TEST_F(ZVSTEditorTest, TextAndEditingKeysReachTheWindowAndTheOthersStayWithTheHost)
 {
     const std::tuple<int, int, const char*> rows[] = {
         {1, 'x', "8"},         {2, 'x', "9"},      {9, 'x', "35"},      {10, 'x', "36"},
@@ -137,7 +137,7 @@ TEST(ZVSTEditorlessTest, ADescriptionWithoutAWindowHasNoEditor)
     AEffect* const effect = plugin.getAeffect();
     EXPECT_EQ(effect->flags, 0x38);
     ERect* rect = nullptr;
-    EXPECT_EQ(effect->dispatcher(effect, effEditGetRect, 0, 0, &rect, 0.0f), 0);
+    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, &rect), 0);
     EXPECT_EQ(rect, nullptr);
 }
 

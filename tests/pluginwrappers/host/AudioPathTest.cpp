@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "TestHost.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
+#include "PluginLibrary.h"
 #include "support/Signals.h"
 
 #include <gtest/gtest.h>
@@ -17,11 +16,11 @@ namespace
 
 constexpr std::size_t kLargestBlock = 8192;
 
-/// An instance in a host that renders, ready to play.
+/// An instance in a host that renders offline.
 class Stream
 {
 public:
-    Stream(const TestHost& host, float rate)
+    Stream(const LibraryHost& host, float rate)
         : effect(host.Open())
     {
         TestHost::SetOffline(true);
@@ -31,8 +30,8 @@ public:
     }
     ~Stream() { closeEffect(effect); }
 
-    /// Runs a signal through the left channel, and as much of it through the right that both can be
-    /// told apart, in blocks of any size. Gives the left.
+    /// Runs a signal through the left channel and its inverse at half the level through the right
+    /// one, in blocks of random sizes. Returns the left output.
     std::vector<float> Run(std::vector<float> signal) const
     {
         std::mt19937 random(7);
@@ -59,14 +58,14 @@ public:
 
 }  // namespace
 
-TEST(AudioPathTest, DryOutputIsTheInputDelayedByTheLatencyToldWhateverTheBlocks)
+TEST(AudioPathTest, DryOutputIsTheInputDelayedByTheReportedLatencyForAnyBlockSizes)
 {
     struct Row
     {
         float rate;
         std::int32_t latency;
     };
-    const TestHost host;
+    const LibraryHost host;
     for (const Row& row : {Row{44100.0f, 18871}, Row{48000.0f, 20536}, Row{88200.0f, 37722},
                            Row{96000.0f, 41063}, Row{32000.0f, 0}, Row{192000.0f, 0}})
     {

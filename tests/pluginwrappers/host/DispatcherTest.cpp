@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "TestHost.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
+#include "PluginLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -24,11 +23,11 @@ class DispatcherTest : public testing::Test
 protected:
     ~DispatcherTest() override { closeEffect(effect); }
 
-    const TestHost host;
+    const LibraryHost host;
     AEffect* const effect = host.Open();
 };
 
-// What is not 0 when asked without a pointer, with index and value 0.
+// The answers other than 0 to a null pointer, index 0 and value 0.
 const std::map<std::int32_t, std::intptr_t> kAnswers{
     {effIdentify, 0x4e764566}, {effProcessEvents, 1},
     {effCanBeAutomated, 1},    {effGetNumProgramCategories, 1},
@@ -39,7 +38,7 @@ const std::map<std::int32_t, std::intptr_t> kAnswers{
 
 }  // namespace
 
-TEST_F(DispatcherTest, AnswersEveryOpcodeAndNoughtToThoseThatDoNotExist)
+TEST_F(DispatcherTest, EveryOpcodeHasItsAnswerAndUnknownOnesGiveZero)
 {
     for (std::int32_t opcode = -1; opcode < 200; ++opcode) {
         if (opcode == effClose)
@@ -63,7 +62,7 @@ TEST_F(DispatcherTest, AnswersEveryOpcodeAndNoughtToThoseThatDoNotExist)
     EXPECT_TRUE(input == nullptr && output == nullptr);
 }
 
-TEST_F(DispatcherTest, SetsProgramsThatExistOnly)
+TEST_F(DispatcherTest, ProgramsOutOfRangeAreIgnored)
 {
     ask(effect, effSetProgram, 0, 2);
     for (const std::intptr_t program : {std::intptr_t{-1}, std::intptr_t{effect->numPrograms},
@@ -74,7 +73,7 @@ TEST_F(DispatcherTest, SetsProgramsThatExistOnly)
     }
 }
 
-TEST_F(DispatcherTest, WritesTextsInsideTheHostsRoom)
+TEST_F(DispatcherTest, TextsStayWithinTheHostsBuffers)
 {
     struct Text
     {
@@ -98,7 +97,7 @@ TEST_F(DispatcherTest, WritesTextsInsideTheHostsRoom)
     }
 }
 
-TEST_F(DispatcherTest, BearsCallsWithWhateverArguments)
+TEST_F(DispatcherTest, RandomArgumentsDoNoHarm)
 {
     constexpr std::intptr_t kNumbers[] = {-1, 0, 1, INT32_MAX, INT32_MIN, INTPTR_MAX, INTPTR_MIN};
     constexpr float kOpts[] = {-1.0f, 48000.0f, 1e30f, std::numeric_limits<float>::quiet_NaN(),
@@ -106,11 +105,11 @@ TEST_F(DispatcherTest, BearsCallsWithWhateverArguments)
     std::mt19937 random(20240611);
     for (int call = 0; call < 30000; ++call) {
         const auto opcode = static_cast<std::int32_t>(random() % 92) - 2;
-        // Their pointers and values are addresses of things, not of plain bytes.
+        // The others take pointers to other than plain bytes.
         if (opcode == effClose || opcode == effProcessEvents || opcode == effEditOpen ||
             opcode == effGetSpeakerArrangement)
             continue;
-        std::array<char, 260> room;  // 256 is what the greatest record needs
+        std::array<char, 260> room;  // the largest record takes 256
         std::generate(room.begin(), room.end(), [&] { return static_cast<char>(random()); });
         const char fence = room.back();
         const bool hasRoom = call % 4 != 0;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "TestHost.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
+#include "PluginLibrary.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -17,8 +16,8 @@ namespace orvane
 namespace
 {
 
-// Opens, uses and closes instances in an order of its own.
-void useInstances(const TestHost& host, unsigned seed)
+// Opens, uses and closes instances in random order.
+void useInstances(const LibraryHost& host, unsigned seed)
 {
     std::mt19937 random(seed);
     for (int round = 0; round < 20; ++round) {
@@ -35,38 +34,24 @@ void useInstances(const TestHost& host, unsigned seed)
     }
 }
 
-// Ends the process as a host does that forgets an instance; a process that hangs is killed.
-[[noreturn]] void exitWithin(unsigned seconds)
-{
-    ::alarm(seconds);
-    std::exit(0);
-}
+// Never deleted, so that the library stays loaded at exit; global, so that it is not a leak.
+const LibraryHost* gForgetfulHost = nullptr;
 
-// A host that closes an instance while it is told of a latency.
-std::intptr_t closingHost(AEffect* effect, std::int32_t opcode, std::int32_t /*index*/,
-                          std::intptr_t /*value*/, void* /*ptr*/, float /*opt*/)
-{
-    if (opcode == audioMasterIOChanged)
-        closeEffect(effect);
-    return opcode == audioMasterVersion ? 2400 : 0;
-}
-
-// Never unloaded, as by a host that forgets an instance, and kept where a leak checker sees it.
-const TestHost* gForgetfulHost = nullptr;
-
+// Ends the process without closing an instance; the alarm kills a process that hangs.
 [[noreturn]] void leaveAnInstanceOpen()
 {
-    gForgetfulHost = new TestHost;
+    gForgetfulHost = new LibraryHost;
     if (gForgetfulHost->Open() == nullptr)
         std::abort();
-    exitWithin(/*seconds*/ 1);
+    ::alarm(/*seconds*/ 1);
+    std::exit(0);
 }
 
 }  // namespace
 
-TEST(LifecycleTest, InstancesComeAndGoInAnyOrderOnSeveralThreads)
+TEST(LifecycleTest, InstancesOpenAndCloseInAnyOrderOnSeveralThreads)
 {
-    const TestHost host;
+    const LibraryHost host;
     std::vector<std::thread> threads;
     for (unsigned seed = 1; seed <= 4; ++seed)
         threads.emplace_back([&host, seed] { useInstances(host, seed); });
@@ -74,19 +59,21 @@ TEST(LifecycleTest, InstancesComeAndGoInAnyOrderOnSeveralThreads)
         thread.join();
 }
 
-TEST(LifecycleTest, TheLastInstanceLeavesNoThreadAndTheLibraryUnloadsHoweverItIsClosed)
+TEST(LifecycleTest, ClosingTheLastInstanceEndsItsThreadsAndTheLibraryUnloads)
 {
     const std::size_t before = threadCount();
+    const TestHost host;
+    TestHost::On(audioMasterIOChanged, closeEffect);
     for (int round = 0; round < 5; ++round) {
         {
             const PluginLibrary library;
-            AEffect* const first = library.Entry()(closingHost);
-            AEffect* const second = library.Entry()(closingHost);
+            AEffect* const first = library.Entry()(TestHost::callback);
+            AEffect* const second = library.Entry()(TestHost::callback);
             closeEffect(first);
             EXPECT_EQ(ask(second, effGetVstVersion), 2400);
             if (round == 0)
                 closeEffect(second);
-            else  // from inside the call that tells of a latency
+            else  // which the host closes from inside audioMasterIOChanged
                 ask(second, effSetSampleRate, 0, 0, nullptr, 48000.0f);
         }
         EXPECT_FALSE(PluginLibrary::IsLoaded());
@@ -94,7 +81,7 @@ TEST(LifecycleTest, TheLastInstanceLeavesNoThreadAndTheLibraryUnloadsHoweverItIs
     }
 }
 
-TEST(LifecycleDeathTest, AProcessThatLeavesAnInstanceOpenEndsCleanlyAndAtOnce)
+TEST(LifecycleDeathTest, AProcessWithAnOpenInstanceEndsCleanlyAndAtOnce)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(leaveAnInstanceOpen(), testing::ExitedWithCode(0), "^$");

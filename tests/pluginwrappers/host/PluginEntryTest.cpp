@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "TestHost.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
+#include "PluginLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +8,9 @@
 namespace orvane
 {
 
-TEST(PluginEntryTest, AHostThatDoesNotAnswerItsVersionGetsNothing)
+TEST(PluginEntryTest, AHostWithoutAVersionGetsNoInstance)
 {
-    const TestHost host(/*versionAnswer*/ 0);
+    const LibraryHost host(/*versionAnswer*/ 0);
     const std::size_t before = threadCount();
     EXPECT_EQ(host.Open(), nullptr);
     EXPECT_EQ(TestHost::Calls().size(), 1u);
@@ -20,13 +19,13 @@ TEST(PluginEntryTest, AHostThatDoesNotAnswerItsVersionGetsNothing)
     EXPECT_EQ(host.Library().Entry("main"), host.Library().Entry("VSTPluginMain"));
 }
 
-TEST(PluginEntryTest, TheRecordIsFilledAsHostsExpectItAndMayBeUsedAtOnce)
+TEST(PluginEntryTest, ANewRecordIsCompleteAndUsableAtOnce)
 {
-    const TestHost host;
+    const LibraryHost host;
     AEffect* const effect = host.Open();
     ASSERT_NE(effect, nullptr);
     const auto calls = TestHost::Calls();
-    ASSERT_EQ(calls.size(), 1u) << "the one that hosts bear";
+    ASSERT_EQ(calls.size(), 1u) << "hosts crash on other opcodes here";
     EXPECT_EQ(calls[0].effect, nullptr);
     EXPECT_EQ(calls[0].opcode, audioMasterVersion);
 
@@ -53,9 +52,9 @@ TEST(PluginEntryTest, TheRecordIsFilledAsHostsExpectItAndMayBeUsedAtOnce)
     closeEffect(effect);
 }
 
-TEST(PluginEntryTest, TheHostsOwnFieldsAreLeftToTheHost)
+TEST(PluginEntryTest, FieldsOfTheHostAreNeverWritten)
 {
-    const TestHost host;
+    const LibraryHost host;
     AEffect* const effect = host.Open();
     EXPECT_EQ(effect->resvd1, 0);
     EXPECT_EQ(effect->resvd2, 0);

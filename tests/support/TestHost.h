@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "pluginwrappers/interface/AEffect.h"
+#include "pluginwrappers/interface/VstEvents.h"
+#include "pluginwrappers/interface/VstOpcodes.h"
+
+#include <atomic>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+/// A call that a plug-in made of its host.
+struct HostCall
+{
+    AEffect* effect;
+    std::int32_t opcode;
+    std::int32_t index;
+    float opt;
+    std::thread::id thread;
+};
+
+/// The host's side of the interface: records the calls of its callback, on any thread. The callback
+/// carries no object, so there is one record for the process; each TestHost starts an empty one.
+class TestHost
+{
+public:
+    using Reaction = std::function<void(AEffect*)>;
+
+    /// As opcode of On: every call.
+    static constexpr std::int32_t kEveryCall = -1;
+
+    explicit TestHost(std::intptr_t versionAnswer = kVstVersion) { Reset(versionAnswer); }
+    TestHost(const TestHost&) = delete;
+    TestHost& operator=(const TestHost&) = delete;
+    ~TestHost() { Reset(0); }
+
+    /// Runs a reaction inside each call of the opcode, after the call has been recorded.
+    static void On(std::int32_t opcode, Reaction reaction)
+    {
+        const std::lock_guard lock(TheRecord().mutex);
+        TheRecord().reactions[opcode] = std::move(reaction);
+    }
+    /// Sets whether the host says that it renders offline.
+    static void SetOffline(bool offline) { TheRecord().offline = offline; }
+
+    [[nodiscard]] static std::vector<HostCall> Calls()
+    {
+        const std::lock_guard lock(TheRecord().mutex);
+        return TheRecord().calls;
+    }
+    [[nodiscard]] static int CountOf(std::int32_t opcode)
+    {
+        int count = 0;
+        for (const HostCall& call : Calls())
+            count += call.opcode == opcode ? 1 : 0;
+        return count;
+    }
+    /// Returns the calls about parameters, "begin 4", "4=300" (in thousandths) and "end 4", and
+    /// empties the record.
+    static std::vector<std::string> TakeNotes()
+    {
+        const std::lock_guard lock(TheRecord().mutex);
+        std::vector<std::string> notes;
+        for (const HostCall& call : std::exchange(TheRecord().calls, {})) {
+            const std::string index = std::to_string(call.index);
+            if (call.opcode == audioMasterAutomate)
+                notes.push_back(index + "=" + std::to_string(std::lround(call.opt * 1000.0f)));
+            else if (call.opcode == audioMasterBeginEdit)
+                notes.push_back("begin " + index);
+            else if (call.opcode == audioMasterEndEdit)
+                notes.push_back("end " + index);
+        }
+        return notes;
+    }
+    /// Returns the number of gestures in progress. A begin within a gesture or an end without one
+    /// adds 1000.
+    [[nodiscard]] static int OpenGestures()
+    {
+        std::map<std::int32_t, int> open;
+        int mistakes = 0;
+        int count = 0;
+        for (const HostCall& call : Calls()) {
+            if (call.opcode == audioMasterBeginEdit)
+                mistakes += open[call.index]++ != 0 ? 1 : 0;
+            else if (call.opcode == audioMasterEndEdit)
+                mistakes += --open[call.index] != 0 ? 1 : 0;
+        }
+        for (const auto& [index, gestures] : open)
+            count += gestures;
+        return count + 1000 * mistakes;
+    }
+
+    static std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
+                                  std::intptr_t /*value*/, void* /*ptr*/, float opt)
+    {
+        Record& record = TheRecord();
+        if (opcode == audioMasterGetCurrentProcessLevel)  // sent with each block: neither locked
+            return record.offline ? kVstProcessLevelOffline : 0;  // nor recorded
+        std::vector<Reaction> reactions;
+        std::intptr_t versionAnswer = 0;
+        {
+            const std::lock_guard lock(record.mutex);
+            record.calls.push_back({effect, opcode, index, opt, std::this_thread::get_id()});
+            for (const std::int32_t key : {kEveryCall, opcode})
+                if (const auto found = record.reactions.find(key); found != record.reactions.end())
+                    reactions.push_back(found->second);
+            versionAnswer = record.versionAnswer;
+        }
+        for (const Reaction& reaction : reactions)
+            reaction(effect);
+        return opcode == audioMasterVersion ? versionAnswer : 0;
+    }
+
+private:
+    struct Record
+    {
+        std::mutex mutex;
+        std::intptr_t versionAnswer = 0;
+        std::atomic<bool> offline = false;
+        std::vector<HostCall> calls;
+        std::map<std::int32_t, Reaction> reactions;
+    };
+
+    static Record& TheRecord()
+    {
+        static Record record;
+        return record;
+    }
+    static void Reset(std::intptr_t versionAnswer)
+    {
+        Record& record = TheRecord();
+        const std::lock_guard lock(record.mutex);
+        record.versionAnswer = versionAnswer;
+        record.offline = false;
+        record.calls.clear();
+        record.reactions.clear();
+    }
+};
+
+/// Sends an opcode to an effect.
+inline std::intptr_t ask(AEffect* effect, std::int32_t opcode, std::int32_t index = 0,
+                         std::intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
+{
+    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+}
+
+/// Returns a copy of the bytes of effGetChunk.
+inline std::string chunkOf(AEffect* effect, bool isProgram)
+{
+    void* data = nullptr;
+    const std::intptr_t size = ask(effect, effGetChunk, isProgram ? 1 : 0, 0, &data);
+    return {static_cast<const char*>(data), static_cast<std::size_t>(size)};
+}
+
+/// Restores a chunk from memory that ends with it, so that sanitizers detect a read beyond.
+inline std::intptr_t loadChunk(AEffect* effect, const std::string& chunk, bool isProgram)
+{
+    const std::unique_ptr<char[]> bytes(new char[chunk.size()]);
+    chunk.copy(bytes.get(), chunk.size());
+    return ask(effect, effSetChunk, isProgram ? 1 : 0, static_cast<std::intptr_t>(chunk.size()),
+               bytes.get());
+}
+
+/// Sends a MIDI message in an event of its own.
+inline void sendMidi(AEffect* effect, int status, int first, int second)
+{
+    VstMidiEvent event{};
+    event.type = kVstMidiType;
+    event.midiData[0] = static_cast<char>(status);
+    event.midiData[1] = static_cast<char>(first);
+    event.midiData[2] = static_cast<char>(second);
+    VstEvents events{1, 0, {reinterpret_cast<VstEvent*>(&event)}};
+    ask(effect, effProcessEvents, 0, 0, &events);
+}
+
+}  // namespace orvane
