@@ -12,7 +12,7 @@ class AudioEffect;
 ///
 /// The library stays loaded and the process stays alive until the deletion is done. At exit a
 /// deletion that still waits for the host after 250 ms is abandoned.
-/// effect is not null. Throws ZException -1 when no thread can be started; the effect then lives
+/// effect is not null. Throws ZException when no thread can be started; the effect then lives
 /// on. [any thread but the audio thread]
 void deleteDeferred(AudioEffect* effect);
 

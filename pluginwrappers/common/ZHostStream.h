@@ -35,7 +35,7 @@ public:
     /// Either may be null, as a whole or for one channel: a missing input counts as silence, a
     /// missing output is skipped. Before the first SetBlockSize the output is silence. NaN and
     /// infinite samples count as 0, since a filter would hold them for ever.
-    /// Throws ZException -1 for a block longer than announced, and what a bay throws; the outputs
+    /// Throws ZException for a block longer than announced, and what a bay throws; the outputs
     /// are then unchanged. [audio thread]
     void Run(ZSignalLooper& looper, const float* const* inputs, float* const* outputs,
              std::int32_t frames, Output output);

@@ -19,7 +19,7 @@ public:
     {
     }
 
-    /// Throws ZException -1 for an element that is neither float nor discrete.
+    /// Throws ZException for an element that is neither float nor discrete.
     void SetParameter(const boost::shared_ptr<ZElement>& element, std::int32_t index) override;
     void BeginEdit(std::int32_t index) override;
     void EndEdit(std::int32_t index) override;

@@ -14,7 +14,7 @@ TEST(PluginEntryTest, AFailureGivesNoInstanceAndIsReportedUnlessItEndsWithoutRep
 {
     BoxRecorder recorder;
     const TestHost host;
-    for (const std::int32_t code : {-1, 3}) {
+    for (const std::int32_t code : {ZException::kGeneral, ZException::kEndWithoutReport}) {
         TestHost::On(audioMasterVersion,
                      [code](AEffect*) { throw ZException(code, "no description"); });
         EXPECT_EQ(openPlugin(TestHost::callback), nullptr);
