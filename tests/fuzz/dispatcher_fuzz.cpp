@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Makes dispatcher calls out of arbitrary bytes: opcode, index, value, float and the bytes that the
-// pointer points to. Calls come in any order; opcodes whose pointer refers to an object are left out.
+// pointer points to. Calls come in any order; opcodes whose pointer refers to an object are left
+// out.
 
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstOpcodes.h"

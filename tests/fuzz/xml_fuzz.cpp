@@ -2,13 +2,12 @@
 // Reads arbitrary bytes as XML, compares the result with the plain reader's, and calls every read
 // function of its elements.
 
+#include "FuzzFault.h"
 #include "support/PlainXml.h"
 #include "zlib/common/objects/ZString.h"
 #include "zlib/common/objects/ZXMLSignature.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 namespace orvane
 {
@@ -16,12 +15,9 @@ namespace orvane
 namespace
 {
 
-void require(bool condition, const char* what)
+void require(bool condition, const char* fault)
 {
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
+    requireNoFault(condition ? "" : fault);
 }
 
 void readAttributes(const ZXMLElement& element)
@@ -59,8 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace orvane;
     const std::string text(reinterpret_cast<const char*>(data), size);
     const auto length = static_cast<std::int32_t>(size);
-    const std::string difference = differenceFromPlain(text);
-    require(difference.empty(), difference.c_str());
+    requireNoFault(differenceFromPlain(text));
     readChildren(ZXMLDocument(text.data(), length));
     require(!VerifySignature(text.data(), length), "unsigned bytes have a valid signature");
     static_cast<void>(HasValidDeclaration(text.data(), length));

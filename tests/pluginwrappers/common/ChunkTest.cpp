@@ -12,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -115,22 +114,6 @@ private:
     std::mt19937 mRandom;
 };
 
-std::vector<float> heard(const ProductInstance& plugin, std::vector<float> voice)
-{
-    constexpr std::size_t kBlock = 512;
-    std::vector<float> left(voice.size());
-    std::vector<float> right(voice.size());
-    plugin.Ask(effSetBlockSize, 0, kBlock);
-    plugin.Ask(effMainsChanged, 0, 0);
-    plugin.Ask(effMainsChanged, 0, 1);
-    for (std::size_t at = 0; at + kBlock <= voice.size(); at += kBlock) {
-        float* in[] = {voice.data() + at, voice.data() + at};
-        float* out[] = {left.data() + at, right.data() + at};
-        plugin.effect->processReplacing(plugin.effect, in, out, kBlock);
-    }
-    return left;
-}
-
 }  // namespace
 
 TEST(ChunkTest, EveryStateReturnsInANewInstance)
@@ -141,9 +124,8 @@ TEST(ChunkTest, EveryStateReturnsInANewInstance)
         const ProductInstance saved;
         RandomUser(static_cast<unsigned>(seed)).Work(saved);
         const bool isProgram = seed % 2 != 0;
-        const std::string chunk = chunkOf(saved.effect, isProgram);
         const ProductInstance loaded;
-        ASSERT_EQ(loadChunk(loaded.effect, chunk, isProgram), 1);
+        ASSERT_EQ(loadChunk(loaded.effect, chunkOf(saved.effect, isProgram), isProgram), 1);
         loaded.Tick();
         // The elements that are saved; the last two follow from others.
         for (const char* name : {"PitchShift",
@@ -167,23 +149,11 @@ TEST(ChunkTest, EveryStateReturnsInANewInstance)
                                  "scale",
                                  "notesInScale"})
             ASSERT_EQ(valueOf(loaded.Element(name)), valueOf(saved.Element(name))) << name;
-    }
-}
-
-TEST(ChunkTest, EveryStateSoundsTheSameInANewInstance)
-{
-    const std::vector<float> voice = steadyVowel(Vowel::kA, 210.0, 44100.0, 2.0);
-    for (unsigned seed = 0; seed < 4; ++seed) {
-        const ProductInstance saved;
-        RandomUser(seed).Work(saved);
-        saved.Element("transposeOnOff").SetDiscrete(1, false);
-        // Rounds the values to the digits that a chunk holds.
-        saved.LoadProgram(saved.Program());
-        const ProductInstance loaded;
-        loaded.LoadBank(saved.Bank());
-        const std::vector<float> sound = heard(saved, voice);
-        EXPECT_GT(*std::max_element(sound.begin(), sound.end()), 0.05f);
-        EXPECT_EQ(heard(loaded, voice), sound) << seed;
+        if (seed >= 4)
+            continue;
+        saved.LoadProgram(saved.Program());  // rounds the values to the digits of a chunk
+        const std::vector<float> voice = steadyVowel(Vowel::kA, 210.0, 44100.0, 2.0);
+        EXPECT_EQ(loaded.Play(voice), saved.Play(voice));
     }
 }
 

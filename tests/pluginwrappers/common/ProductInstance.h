@@ -8,10 +8,12 @@
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -53,6 +55,23 @@ public:
     {
         const ZInterfaceLock lock;
         app->Tick();
+    }
+
+    /// Starts a new stream, runs a voice through both channels and returns the left output.
+    [[nodiscard]] std::vector<float> Play(std::vector<float> voice) const
+    {
+        constexpr std::size_t kBlock = 512;
+        std::vector<float> left(voice.size());
+        std::vector<float> right(voice.size());
+        Ask(effSetBlockSize, 0, kBlock);
+        Ask(effMainsChanged, 0, 0);
+        Ask(effMainsChanged, 0, 1);
+        for (std::size_t at = 0; at + kBlock <= voice.size(); at += kBlock) {
+            float* in[] = {voice.data() + at, voice.data() + at};
+            float* out[] = {left.data() + at, right.data() + at};
+            effect->processReplacing(effect, in, out, kBlock);
+        }
+        return left;
     }
 
     ZPlugin* app = nullptr;

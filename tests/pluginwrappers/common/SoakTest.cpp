@@ -17,6 +17,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 #include <set>
 #include <thread>
@@ -36,21 +37,13 @@ constexpr std::int32_t kLargestBlock = 2048;
 constexpr xcb_rectangle_t kEditor{40, 30, 454, 430};
 
 // Points on the window's controls: menus, check boxes, the slider, buttons, a key.
-constexpr std::array<std::pair<int, int>, 9> kControls{{{100, 65},
-                                                        {100, 121},
-                                                        {240, 200},
-                                                        {20, 98},
-                                                        {20, 163},
-                                                        {70, 204},
-                                                        {50, 310},
-                                                        {50, 352},
-                                                        {200, 380}}};
+constexpr int kControls[][2] = {{100, 65}, {100, 121}, {240, 200}, {20, 98},  {20, 163},
+                                {70, 204}, {50, 310},  {50, 352},  {200, 380}};
 
-// Symbols of keys: a, 5, space, Return, Escape, down, Tab, Backspace; Shift, Control, Alt.
+// Symbols of keys: a, 5, space, Return, Escape, down, Tab, Backspace.
 constexpr std::uint32_t kEscape = 0xff1b;
 constexpr std::array<std::uint32_t, 8> kKeys{'a',     '5',    ' ',    0xff0d,
                                              kEscape, 0xff54, 0xff09, 0xff08};
-constexpr std::array<std::uint32_t, 3> kModifiers{0xffe1, 0xffe3, 0xffe9};
 
 std::chrono::duration<double> soakTime()
 {
@@ -200,15 +193,11 @@ public:
         if (what < 50)
             Move();
         else if (what < 75)
-            Toggle(mButtons, static_cast<std::uint8_t>(1 + Below(3)), &DisplayProbe::Press,
-                   &DisplayProbe::Release);
+            ToggleButton(static_cast<std::uint8_t>(1 + Below(3)));
         else if (what < 82)
             mDisplay.Click(static_cast<std::uint8_t>(4 + Below(2)));  // the wheel
-        else if (what < 92)
+        else if (what < 95)
             mDisplay.TypeKey(kKeys[Below(kKeys.size())]);
-        else if (what < 96)
-            Toggle(mModifiers, kModifiers[Below(3)], &DisplayProbe::PressKey,
-                   &DisplayProbe::ReleaseKey);
         else
             ReleaseAll();
         mDisplay.Sync();
@@ -218,8 +207,6 @@ public:
     {
         for (const std::uint8_t button : std::exchange(mButtons, {}))
             mDisplay.Release(button);
-        for (const std::uint32_t key : std::exchange(mModifiers, {}))
-            mDisplay.ReleaseKey(key);
     }
 
 private:
@@ -232,7 +219,7 @@ private:
             mX = std::clamp(mX + static_cast<int>(Below(41)) - 20, 0, 1000);
             mY = std::clamp(mY + static_cast<int>(Below(41)) - 20, 0, 760);
         } else if (where < 18) {
-            const auto [x, y] = kControls[Below(kControls.size())];
+            const auto [x, y] = kControls[Below(std::size(kControls))];
             mX = kEditor.x + x;
             mY = kEditor.y + y;
         } else {
@@ -241,14 +228,14 @@ private:
         }
         mDisplay.MovePointer(mX, mY);
     }
-    template <typename T>
-    void Toggle(std::set<T>& held, T what, void (DisplayProbe::*press)(T),
-                void (DisplayProbe::*release)(T))
+    void ToggleButton(std::uint8_t button)
     {
-        const bool isHeld = held.erase(what) != 0;
-        if (!isHeld)
-            held.insert(what);
-        (mDisplay.*(isHeld ? release : press))(what);
+        if (mButtons.erase(button) != 0) {
+            mDisplay.Release(button);
+            return;
+        }
+        mButtons.insert(button);
+        mDisplay.Press(button);
     }
 
     DisplayProbe& mDisplay;
@@ -256,7 +243,6 @@ private:
     int mX = 0;
     int mY = 0;
     std::set<std::uint8_t> mButtons;
-    std::set<std::uint32_t> mModifiers;
 };
 
 }  // namespace

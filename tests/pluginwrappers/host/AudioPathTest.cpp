@@ -16,45 +16,26 @@ namespace
 
 constexpr std::size_t kLargestBlock = 8192;
 
-/// An instance in a host that renders offline.
-class Stream
+/// Runs a signal through the left channel and its inverse at half the level through the right one,
+/// in blocks of random sizes. Returns the left output.
+std::vector<float> run(AEffect* effect, std::vector<float> signal)
 {
-public:
-    Stream(const LibraryHost& host, float rate)
-        : effect(host.Open())
-    {
-        TestHost::SetOffline(true);
-        ask(effect, effOpen);
-        ask(effect, effSetSampleRate, 0, 0, nullptr, rate);
-        ask(effect, effSetBlockSize, 0, std::intptr_t{kLargestBlock});
+    std::mt19937 random(7);
+    const auto forRight = [](float sample) { return -0.5f * sample; };
+    std::vector<float> other(signal.size());
+    std::ranges::transform(signal, other.begin(), forRight);
+    std::vector<float> left(signal.size());
+    std::vector<float> right(signal.size());
+    for (std::size_t at = 0; at < signal.size();) {
+        const std::size_t frames = std::min(random() % kLargestBlock + 1, signal.size() - at);
+        float* in[] = {signal.data() + at, other.data() + at};
+        float* out[] = {left.data() + at, right.data() + at};
+        effect->processReplacing(effect, in, out, static_cast<std::int32_t>(frames));
+        at += frames;
     }
-    ~Stream() { closeEffect(effect); }
-
-    /// Runs a signal through the left channel and its inverse at half the level through the right
-    /// one, in blocks of random sizes. Returns the left output.
-    std::vector<float> Run(std::vector<float> signal) const
-    {
-        std::mt19937 random(7);
-        const auto forRight = [](float sample) { return -0.5f * sample; };
-        std::vector<float> other(signal.size());
-        std::ranges::transform(signal, other.begin(), forRight);
-        std::vector<float> left(signal.size());
-        std::vector<float> right(signal.size());
-        ask(effect, effMainsChanged, 0, 1);
-        for (std::size_t at = 0; at < signal.size();) {
-            const std::size_t frames = std::min(random() % kLargestBlock + 1, signal.size() - at);
-            float* in[] = {signal.data() + at, other.data() + at};
-            float* out[] = {left.data() + at, right.data() + at};
-            effect->processReplacing(effect, in, out, static_cast<std::int32_t>(frames));
-            at += frames;
-        }
-        ask(effect, effMainsChanged, 0, 0);
-        EXPECT_TRUE(std::ranges::equal(right, left, {}, {}, forRight));
-        return left;
-    }
-
-    AEffect* effect;
-};
+    EXPECT_TRUE(std::ranges::equal(right, left, {}, {}, forRight));
+    return left;
+}
 
 }  // namespace
 
@@ -63,25 +44,28 @@ TEST(AudioPathTest, DryOutputIsTheInputDelayedByTheReportedLatencyForAnyBlockSiz
     struct Row
     {
         float rate;
-        std::int32_t latency;
+        std::int32_t latency;  // 0: whatever is reported
     };
     const LibraryHost host;
+    TestHost::SetOffline(true);
     for (const Row& row : {Row{44100.0f, 18871}, Row{48000.0f, 20536}, Row{88200.0f, 37722},
                            Row{96000.0f, 41063}, Row{32000.0f, 0}, Row{192000.0f, 0}})
     {
         SCOPED_TRACE(row.rate);
-        const Stream stream(host, row.rate);
-        const std::int32_t latency = stream.effect->initialDelay;
-        if (row.latency != 0) {
-            EXPECT_EQ(latency, row.latency);
-        }
+        AEffect* const effect = host.Open();
+        ask(effect, effSetSampleRate, 0, 0, nullptr, row.rate);
+        ask(effect, effSetBlockSize, 0, std::intptr_t{kLargestBlock});
+        ask(effect, effMainsChanged, 0, 1);
+        const std::int32_t latency = effect->initialDelay;
+        EXPECT_TRUE(row.latency == 0 || latency == row.latency) << latency;
         EXPECT_NEAR(static_cast<float>(latency) / row.rate, 0.428f, 0.001f);
 
         const auto signal = whiteNoise(0.7f, latency + 20000, 9);
-        const std::vector<float> output = stream.Run(signal);
+        const std::vector<float> output = run(effect, signal);
         EXPECT_TRUE(std::all_of(output.begin(), output.begin() + latency,
                                 [](float sample) { return sample == 0.0f; }));
         EXPECT_TRUE(std::equal(output.begin() + latency, output.end(), signal.begin()));
+        closeEffect(effect);
     }
 }
 

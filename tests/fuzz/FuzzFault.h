@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace orvane
+{
+
+/// Ends the fuzz run with a message, unless fault is empty.
+inline void requireNoFault(const std::string& fault)
+{
+    if (fault.empty())
+        return;
+    std::fprintf(stderr, "%s\n", fault.c_str());
+    std::abort();
+}
+
+}  // namespace orvane
