@@ -18,6 +18,9 @@ namespace
 
 constexpr int kDecimals = 2;
 
+// Hosts keep values with six digits, which can end just below the value of a choice.
+constexpr float kChoiceTolerance = 1e-4f;
+
 // Two decimals without trailing zeros: further digits only show the rounding of floats.
 std::string shortNumber(float value)
 {
@@ -62,11 +65,21 @@ float fractionOf(float part, float whole) noexcept
     return std::max(0.0f, std::min(fraction, 1.0f));
 }
 
+/// Returns the index, from 0 to last, of the choice whose value is near fraction; else the last one
+/// whose value is below it.
+std::int32_t choiceAt(float fraction, std::int32_t last) noexcept
+{
+    const float position = static_cast<float>(last) * fraction;
+    const float nearest = std::round(position);
+    const bool isNear =
+        std::fabs(position - nearest) <= kChoiceTolerance * static_cast<float>(last);
+    return static_cast<std::int32_t>(isNear ? nearest : position);
+}
+
 void setDiscrete(ZElement& element, float fraction) noexcept
 {
     assert(fraction >= 0.0f && fraction <= 1.0f);
-    const std::int32_t last = std::max(element.CountDiscreteValues() - 1, 0);
-    const auto index = static_cast<std::int32_t>(static_cast<float>(last) * fraction);
+    const std::int32_t index = choiceAt(fraction, std::max(element.CountDiscreteValues() - 1, 0));
     if (index == element.GetDiscrete())
         return;
     element.SetDiscrete(index, true);

@@ -16,7 +16,8 @@ class ZElement;
 /// [any thread, audio thread included]
 [[nodiscard]] float hostValueOf(const ZElement& element) noexcept;
 /// Stores a value that the host has set and marks the element as changed by the host. The value is
-/// limited to 0..1; NaN is ignored. A value that the element already holds changes nothing, not
+/// limited to 0..1; NaN is ignored. A discrete element takes the choice whose value is within 1e-4,
+/// else the last one below. A value that the element already holds changes nothing, not
 /// even the mark: hosts set every parameter again after they have restored a chunk, and a choice
 /// set again must not overwrite what the chunk has restored. [any thread, audio thread included]
 void setFromHost(ZElement& element, float value) noexcept;

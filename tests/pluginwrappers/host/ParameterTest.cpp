@@ -6,9 +6,12 @@
 
 #include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace orvane
 {
@@ -83,6 +86,24 @@ TEST_F(ParameterTest, AValueOfTheHostReadsBackAtOnceAsTheElementHoldsIt)
         effect->setParameter(effect, row.index, row.set);
         EXPECT_FLOAT_EQ(effect->getParameter(effect, row.index), row.get);
         EXPECT_EQ(Text(effGetParamDisplay, row.index), row.display);
+    }
+}
+
+TEST_F(ParameterTest, AChoiceSurvivesAHostThatKeepsValuesWithSixDigits)
+{
+    for (const std::int32_t parameter : {0, 1, 2, 3, 5, 6}) {
+        for (int step = 0; step <= 1000; ++step) {
+            effect->setParameter(effect, parameter, static_cast<float>(step) / 1000.0f);
+            const float value = effect->getParameter(effect, parameter);
+            std::array<char, 16> digits{};
+            std::snprintf(digits.data(), digits.size(), "%.6g", static_cast<double>(value));
+            effect->setParameter(effect, parameter, std::strtof(digits.data(), nullptr));
+            ASSERT_EQ(effect->getParameter(effect, parameter), value) << digits.data();
+        }
+    }
+    for (const auto& [set, get] : {std::pair{3.0f - 12e-4f, 2.0f}, {3.0f - 10e-4f, 3.0f}}) {
+        effect->setParameter(effect, 2, set / 11.0f);
+        EXPECT_FLOAT_EQ(effect->getParameter(effect, 2), get / 11.0f);
     }
 }
 
