@@ -6,6 +6,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cassert>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -24,11 +26,20 @@ struct ChannelMessage
     std::uint8_t second;
 };
 
-// Copies the event, since the host may have placed it at any address.
-ChannelMessage channelMessageOf(const VstEvent& event)
+// The host may place an event at an odd address, so its fields are copied before they are read.
+
+std::int32_t typeOf(const void* event)
+{
+    std::int32_t type = 0;
+    static_assert(offsetof(VstEvent, type) == 0);
+    std::memcpy(&type, event, sizeof type);
+    return type;
+}
+
+ChannelMessage channelMessageOf(const void* event)
 {
     VstMidiEvent midi;
-    std::memcpy(&midi, &event, sizeof midi);
+    std::memcpy(&midi, event, sizeof midi);
     return {static_cast<std::uint8_t>(midi.midiData[0]),
             static_cast<std::uint8_t>(midi.midiData[1]),
             static_cast<std::uint8_t>(midi.midiData[2])};
@@ -58,9 +69,10 @@ std::int32_t messageIdOf(const ChannelMessage& midi)
 
 }  // namespace
 
-boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent& event)
+boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent* event)
 {
-    if (event.type != kVstMidiType)
+    assert(event != nullptr);
+    if (typeOf(event) != kVstMidiType)
         return nullptr;
     const ChannelMessage midi = channelMessageOf(event);
     const std::int32_t id = messageIdOf(midi);

@@ -12,7 +12,7 @@ class ZMessage;
 
 /// Returns the message for a MIDI event of the host, with the fields "Channel", "Which" and
 /// "Amount" (unsigned 8-bit) and "BigAmount" (unsigned 16-bit); null for an event that is no
-/// channel message. Allocates. [audio thread]
-[[nodiscard]] boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent& event);
+/// channel message. event is not null, but may be at an odd address. Allocates. [audio thread]
+[[nodiscard]] boost::shared_ptr<const ZMessage> midiMessageOf(const VstEvent* event);
 
 }  // namespace orvane

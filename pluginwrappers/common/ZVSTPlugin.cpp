@@ -343,7 +343,7 @@ std::int32_t ZVSTPlugin::processEvents(VstEvents* events)
 {
     VstEvent* const* const all = events->events;
     for (std::int32_t i = 0; mDocument && i < events->numEvents; ++i) {
-        const auto message = all[i] != nullptr ? midiMessageOf(*all[i]) : nullptr;
+        const auto message = all[i] != nullptr ? midiMessageOf(all[i]) : nullptr;
         if (message)
             mDocument->HandleZMessage(message);
     }

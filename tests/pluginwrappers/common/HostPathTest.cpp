@@ -15,6 +15,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstring>
 #include <functional>
 #include <future>
 #include <limits>
@@ -337,7 +338,10 @@ TEST_F(HostPathTest, MidiEventsReachTheDocumentAsMessages)
         event.midiData[0] = static_cast<char>(row.status);
         event.midiData[1] = static_cast<char>(row.first);
         event.midiData[2] = static_cast<char>(row.second);
-        VstEvents events{2, 0, {&systemExclusive, reinterpret_cast<VstEvent*>(&event)}};
+        std::array<char, sizeof event + 1> bytes;
+        char* const oddAddress = bytes.data() + 1 - reinterpret_cast<std::uintptr_t>(&bytes) % 2;
+        std::memcpy(oddAddress, &event, sizeof event);
+        VstEvents events{2, 0, {&systemExclusive, reinterpret_cast<VstEvent*>(oddAddress)}};
         const std::size_t before = midi.size();
         EXPECT_EQ(Ask(effProcessEvents, 0, &events), 1);
         ASSERT_EQ(midi.size(), before + (row.id != 0 ? 1 : 0));
