@@ -29,6 +29,22 @@ boost::shared_ptr<ZXMLElement> makeProgram(const boost::shared_ptr<ZXMLElement>&
     return program;
 }
 
+/// Returns a program of a chunk, null when there is none. A line feed at the start of its text is
+/// left out, since writing the program adds it again: a bank that is loaded and saved must not
+/// grow.
+boost::shared_ptr<ZXMLElement> readProgram(const ZXMLDocument& chunk, std::int32_t index)
+{
+    auto program = chunk.GetChild(kProgram, index);
+    if (!program || !program->GetText().starts_with('\n'))
+        return program;
+    auto trimmed = boost::make_shared<ZXMLElement>(kProgram);
+    for (std::int32_t i = 0; i < program->GetAttributeCount(); ++i)
+        trimmed->AddAttribute(program->GetAttributeName(i), program->GetAttributeValue(i));
+    const std::string_view text = program->GetText().substr(1);
+    trimmed->AppendBytes(text.data(), static_cast<std::int32_t>(text.size()));
+    return trimmed;
+}
+
 const ZPluginPresetsAudioDocument* presetsOf(const ZAudioDocument* document)
 {
     return dynamic_cast<const ZPluginPresetsAudioDocument*>(document);
@@ -109,11 +125,11 @@ void ZProgramBank::Load(std::string_view text, Extent extent)
     const Program present = ExtractProgram();
     Programs loaded = mPrograms;
     if (extent == Extent::kCurrent) {
-        loaded[static_cast<std::size_t>(mCurrent)] = chunk.GetChild(kProgram);
+        loaded[static_cast<std::size_t>(mCurrent)] = readProgram(chunk, 0);
     } else {
         const auto given = static_cast<std::size_t>(chunk.GetChildCount(kProgram));
         for (std::size_t i = 0; i < std::min(given, loaded.size()); ++i)
-            loaded[i] = chunk.GetChild(kProgram, static_cast<std::int32_t>(i));
+            loaded[i] = readProgram(chunk, static_cast<std::int32_t>(i));
     }
     LoadProgram(loaded[static_cast<std::size_t>(mCurrent)], present);
     mPrograms = std::move(loaded);

@@ -121,6 +121,18 @@ TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneOrAllProgramsAndSurvivesAStartOnThe
     EXPECT_LE(bank.size(), 150u * 1024);
 }
 
+TEST_F(ZProgramBankTest, ABankStaysTheSameHoweverOftenItIsLoadedAndSaved)
+{
+    const std::string first = plugin.Bank();
+    plugin.LoadBank(first);
+    const std::string second = plugin.Bank();
+    EXPECT_NEAR(static_cast<double>(second.size()), static_cast<double>(first.size()), 100.0);
+    for (int i = 0; i < 3; ++i) {
+        plugin.LoadBank(plugin.Bank());
+        EXPECT_EQ(plugin.Bank(), second);
+    }
+}
+
 TEST_F(ZProgramBankTest, ProgramsAreReadInOrderAndThoseBeyondTheLastAreIgnored)
 {
     std::vector<std::string> programs = programsOf(plugin.Bank());
