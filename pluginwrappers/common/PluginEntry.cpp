@@ -6,6 +6,7 @@
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "resources/KestruneResources.h"
+#include "zlib/common/documents/ZDesktopNotice.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZPlugin.h"
@@ -17,7 +18,11 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <cstdio>
+#include <exception>
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace orvane
@@ -52,6 +57,38 @@ std::unique_ptr<ZPlugin> startApplication()
     return app;
 }
 
+/// Returns a line about the exception that is being handled; empty for an end without a report.
+std::string describeCurrentException()
+{
+    std::string text = "unknown exception";
+    try {
+        throw;
+    } catch (const ZException& exception) {
+        if (exception.GetCode() == ZException::kEndWithoutReport)
+            return {};
+        text = exception.GetMessage().ToNarrow() + " (code " + std::to_string(exception.GetCode()) +
+               ")";
+    } catch (const std::exception& exception) {
+        text = exception.what();
+    } catch (...) {
+    }
+    std::ranges::replace(text, '\n', ' ');
+    return text;
+}
+
+// A message box would need the interface thread, which has ended with the failed instance.
+void reportFailedLoad() noexcept
+try {
+    const std::string text = describeCurrentException();
+    if (text.empty())
+        return;
+    const std::string title = std::string(productName()) + " could not be loaded";
+    std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+    showDesktopNotice(title, text);
+} catch (...) {
+    // There is no memory left for a report.
+}
+
 }  // namespace
 
 AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
@@ -67,11 +104,8 @@ AEffect* openPlugin(audioMasterCallback audioMaster) noexcept
         application.InitLooper();
         addProductFonts(application);
         return plugin.release()->getAeffect();
-    } catch (const ZException& exception) {
-        if (exception.GetCode() != ZException::kEndWithoutReport)
-            reportCurrentException();
     } catch (...) {
-        reportCurrentException();
+        reportFailedLoad();
     }
     return nullptr;
 }

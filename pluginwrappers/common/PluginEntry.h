@@ -8,7 +8,8 @@ namespace orvane
 
 /// Creates an instance of the plug-in and returns its record; the host ends the instance with
 /// effClose. Returns null without creating anything when the host answers audioMasterVersion with
-/// 0, and after a report to the user when the creation failed. [host thread]
+/// 0. Returns null when the creation failed, after a line on standard error and, where there is a
+/// display, a dialog that nothing waits for. [host thread]
 [[nodiscard]] AEffect* openPlugin(audioMasterCallback audioMaster) noexcept;
 
 }  // namespace orvane

@@ -179,6 +179,21 @@ TEST_F(EditorUseTest, MenusAndSwitchesNotifyTheHostInOneGestureIfTheyHaveAParame
     EXPECT_EQ(TestHost::TakeNotes(), Notes{}) << "neither is a parameter";
 }
 
+TEST_F(EditorUseTest, ADoubleClickRestoresASliderInOneGesture)
+{
+    const ZPoint slider = At("PitchCorrectionTimeSlider", {90, 8});
+    ZElement& time = Element("pitchCorrectionTime");
+    time.SetZFloat(time.Max(), true);
+    TestHost::TakeNotes();
+    Mouse(ZNativeMouseEvent::kDoubleClick, slider);
+    Mouse(ZNativeMouseEvent::kMove, {slider.x + 10, slider.y});
+    Mouse(ZNativeMouseEvent::kUp, slider);
+    EXPECT_EQ(time.GetZFloat(), time.GetZFloatDefault());
+    const Notes notes = TestHost::TakeNotes();
+    ASSERT_EQ(notes.size(), 3u);
+    EXPECT_EQ(notes.front() + ", " + notes.back(), "begin 4, end 4");
+}
+
 TEST_F(EditorUseTest, AClickedKeyBecomesATargetOfTheCorrectionAndIsShown)
 {
     // In C major, whose keyboard begins at note 48. The voice is nearer to A# than to A or B.
