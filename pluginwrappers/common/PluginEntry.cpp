@@ -6,9 +6,9 @@
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "resources/KestruneResources.h"
-#include "zlib/common/documents/ZDesktopNotice.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
+#include "zlib/common/documents/ZErrorDialog.h"
 #include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
@@ -84,7 +84,7 @@ try {
         return;
     const std::string title = std::string(productName()) + " could not be loaded";
     std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
-    showDesktopNotice(title, text);
+    startErrorDialog(title, text);
 } catch (...) {
     // There is no memory left for a report.
 }
