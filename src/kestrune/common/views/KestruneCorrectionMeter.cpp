@@ -22,6 +22,7 @@ constexpr ZColor kBar{255, 204, 102, 255};
 constexpr ZColor kScaleText{212, 212, 212, 255};
 constexpr ZColor kTickLight{225, 225, 225, 255};
 constexpr ZColor kTickDark{88, 88, 88, 255};
+constexpr std::int32_t kScaleWidth = 24;  // of the labels' column, in pixels
 
 ZString wholeNumber(float value)
 {
@@ -88,8 +89,8 @@ std::int32_t KestruneCorrectionMeter::BarLength() const
 void KestruneCorrectionMeter::Draw(const ZRect& rect)
 {
     DrawBar();
-    // IdleTick() asks for the bar alone.
-    if (rect.left < mMeterFrame.left)
+    // Moving the bar invalidates no more than the meter frame, which usually lies beside the scale.
+    if (rect.left < std::max(mMeterFrame.left, kScaleWidth))
         DrawScale();
 }
 
@@ -142,8 +143,7 @@ void KestruneCorrectionMeter::DrawTick(std::int32_t y)
 
 void KestruneCorrectionMeter::DrawLabel(const ZString& text, std::int32_t top, std::int32_t height)
 {
-    constexpr std::int32_t kColumnWidth = 24;
-    DrawString(text, {0, top, kColumnWidth, top + height}, 0, kAlignEnd, 0);
+    DrawString(text, {0, top, kScaleWidth, top + height}, 0, kAlignEnd, 0);
 }
 
 }  // namespace orvane

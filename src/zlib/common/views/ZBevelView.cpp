@@ -127,7 +127,6 @@ void ZBevelView::StrokeBottomRight()
     inner.MoveTo({r - q - 1, t + 2});
     inner.AddArc(topRight, q - 1, 270, 90);
     inner.AddArc(bottomRight, q - 1, 0, 90);
-    inner.AddArc(bottomLeft, q - 1, 90, 90);
     Stroke(inner, kLight);
     ZPath lower;
     lower.MoveTo({r - q, b});

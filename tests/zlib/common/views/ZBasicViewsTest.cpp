@@ -72,6 +72,7 @@ TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
     EXPECT_EQ(canvas->At(0, 15) >> 24, 64u) << "shade on the left";
     EXPECT_EQ(canvas->At(50, 15) >> 24, 0u) << "nothing inside";
     EXPECT_GT(canvas->At(50, 30) & 0xffu, 0xf0u) << "light below";
+    EXPECT_LT(canvas->AlphaAt(90, 29), 24u) << "one line of light";
     expectZException(ZException::kNotImplemented, "Implement ExtractHeader\n",
                      [&] { static_cast<void>(bevel->ExtractHeader()); });
 }
