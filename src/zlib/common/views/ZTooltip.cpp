@@ -20,6 +20,7 @@ namespace
 
 // From the pointer's hot spot down to the tip, so that the pointer covers no text.
 constexpr std::int32_t kBelowPointer = 20;
+constexpr std::int32_t kAbovePointer = 4;
 
 /// Cuts a text to a number of UTF-16 units without splitting a surrogate pair.
 ZString cutTo(const ZString& text, std::int32_t length)
@@ -95,7 +96,7 @@ void ZTooltip::MouseMoved(const ZPoint& point)
     }
     // A tip appears only for a pointer at rest.
     if (mState == State::kWaiting && moved)
-        Wait(kInitial);
+        Wait(mDelay);
 }
 
 void ZTooltip::MouseDown()
@@ -118,6 +119,7 @@ void ZTooltip::Wait(std::int64_t microseconds)
 {
     assert(microseconds > 0);
     StopTimer();
+    mDelay = microseconds;
     mTimer = mWindow.StartTimer(microseconds, *this);
 }
 
@@ -150,14 +152,13 @@ void ZTooltip::OpenWindow()
     if (!owner)
         return;
     mContent = std::make_unique<ZTooltipContent>(mText);
-    const ZPoint corner = mWindow.ToScreen(mPoint);
-    const ZPoint size = mContent->GetSize();
-    const ZRect rect = ZRect{0, 0, size.x, size.y}.Offset(corner.x, corner.y + kBelowPointer);
-    mNative = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kPopup,
-                                      .parent = owner->GetHandle(),
-                                      .rect = keptOn(owner->GetMonitor(corner), rect),
-                                      .title = {}},
-                                     *mContent);
+    const ZPoint pointer = mWindow.ToScreen(mPoint);
+    mNative = ZContentWindow::Create(
+        {.kind = ZNativeWindow::Kind::kPopup,
+         .parent = owner->GetHandle(),
+         .rect = placeTip(owner->GetMonitor(pointer), pointer, mContent->GetSize()),
+         .title = {}},
+        *mContent);
     if (mNative)
         mNative->Show();
 }
@@ -166,6 +167,14 @@ void ZTooltip::Hide()
 {
     mNative.reset();
     mContent.reset();
+}
+
+ZRect placeTip(const ZRect& monitor, const ZPoint& pointer, const ZPoint& size)
+{
+    assert(size.x > 0 && size.y > 0);
+    const ZRect below = ZRect{0, 0, size.x, size.y}.Offset(pointer.x, pointer.y + kBelowPointer);
+    const bool fits = below.bottom <= monitor.bottom;
+    return keptOn(monitor, fits ? below : below.Offset(0, -size.y - kBelowPointer - kAbovePointer));
 }
 
 }  // namespace orvane

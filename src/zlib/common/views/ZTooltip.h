@@ -58,6 +58,8 @@ public:
     [[nodiscard]] bool IsShown() const { return mState == State::kShown; }
     /// Returns the text that is shown, or was shown last.
     [[nodiscard]] const ZString& GetText() const { return mText; }
+    /// Returns the period of the timer that was started last, in microseconds.
+    [[nodiscard]] std::int64_t GetDelay() const { return mDelay; }
     /// Returns ZWindow::kNoTimer while no timer runs.
     [[nodiscard]] std::int64_t GetTimer() const { return mTimer; }
 
@@ -89,9 +91,14 @@ private:
     ZPoint mPoint;
     State mState = State::kIdle;
     std::int64_t mTimer;
+    std::int64_t mDelay = kInitial;
     ZString mText;
     std::unique_ptr<ZTooltipContent> mContent;
     std::unique_ptr<ZContentWindow> mNative;
 };
+
+/// Returns the rectangle on the monitor for a tip of that size: below the pointer, or above it
+/// where there is no room below.
+[[nodiscard]] ZRect placeTip(const ZRect& monitor, const ZPoint& pointer, const ZPoint& size);
 
 }  // namespace orvane

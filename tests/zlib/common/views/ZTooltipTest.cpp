@@ -86,6 +86,8 @@ TEST_F(ZTooltipTest, ShowsTheToolsTextCutToWholeCharactersOrTheWindowsName)
     EXPECT_EQ(tip.GetText().ToNarrow(), std::string(79, 'x'));
     tip.MouseMoved({40, 12});
     EXPECT_FALSE(tip.IsShown());
+    tip.MouseMoved({41, 12});
+    EXPECT_EQ(tip.GetDelay(), ZTooltip::kReshow) << "a moving pointer keeps the shorter delay";
     FireTimer();
     EXPECT_TRUE(tip.IsShown());
     EXPECT_EQ(tip.GetText().ToNarrow(), "Window");
@@ -126,6 +128,17 @@ TEST_F(ZTooltipTest, WindowReportsPointerAndLeavingViews)
     EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
     window.GetRootView()->RemoveSubview(view);
     EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
+}
+
+TEST(ZTooltipPlaceTest, LiesAboveThePointerWhereThereIsNoRoomBelow)
+{
+    const ZRect monitor{0, 0, 500, 300};
+    EXPECT_EQ(placeTip(monitor, {100, 100}, {80, 20}), (ZRect{100, 120, 180, 140}));
+    for (const std::int32_t y : {265, 285, 299}) {
+        const ZRect tip = placeTip(monitor, {450, y}, {80, 20});
+        EXPECT_LT(tip.bottom, y) << "does not touch the pointer";
+        EXPECT_EQ(tip.right, 500);
+    }
 }
 
 TEST(ZContentWindowTest, KeptOnMovesARectangleIntoTheMonitor)
