@@ -18,12 +18,13 @@ namespace orvane
 
 class ZModalRun;
 
-/// Calls back for timers, file descriptors and posted functions, all on the thread that calls Run.
-/// An exception that a callback throws is reported, and the loop goes on.
+/// Calls back for timers, file descriptors and posted functions, one at a time, on the thread that
+/// calls Run. An exception that a callback throws is reported, and the loop goes on.
 ///
-/// A loop made with kUnderInterfaceLock holds the interface lock around each callback, but not
-/// while it waits. A callback may run a modal loop (ZModalRun), in which all sources are served as
-/// before, also the one whose callback it is.
+/// A loop made with kUnderInterfaceLock holds the interface lock around each callback, and not
+/// while it waits. A callback may wait in a modal run: meanwhile a helper thread serves every
+/// source, the one that opened the run included, so that each run can end by itself while others go
+/// on that have begun after it. The loop's threads are the one that calls Run and these helpers.
 class ZEventLoop
 {
 public:
@@ -54,24 +55,27 @@ public:
     SourceId Post(Callback callback);
 
     /// Removes a source and waits until its callback has returned. Two callers do not wait, because
-    /// the callback could be waiting for them: a caller on the loop's thread, and a caller that
+    /// the callback could be waiting for them: a caller on a thread of the loop, and a caller that
     /// holds the interface lock if the loop uses it. For the second one the callback goes on only
     /// if it has released the lock. Does nothing for an unknown id. [any thread]
     void Remove(SourceId id);
 
     /// Serves the sources until End has been called; returns at once if it was called before. The
-    /// calling thread becomes the loop's thread.
+    /// calling thread becomes the loop's first thread.
     void Run();
-    /// Ends Run and all modal runs inside it. The loop cannot run again. [any thread]
+    /// Ends Run and all modal runs. The loop cannot run again. [any thread]
     void End();
     /// Ends the modal runs of an owner (null: those without one) and waits until the callbacks that
-    /// started them have returned; on the loop's thread it does not wait. It waits without the
+    /// started them have returned; on the loop's threads it does not wait. It waits without the
     /// interface lock. After the return a caller that holds the lock knows that no such run is
     /// left. [any thread]
     void EndModalRuns(const void* owner);
 
-    /// True on the thread that called Run. [any thread]
+    /// True on the thread that called Run and on helpers. [any thread]
     [[nodiscard]] bool IsLoopThread() const;
+    /// Returns whether the caller runs on a thread of a loop that uses the interface lock.
+    /// [any thread]
+    [[nodiscard]] static bool IsOnInterfaceThread();
 
 private:
     friend class ZModalRun;
@@ -79,22 +83,33 @@ private:
 
     struct Source;
     using SourcePtr = std::shared_ptr<Source>;
+    struct RunState;
+    using RunPtr = std::shared_ptr<RunState>;
+    struct Helper;
+    using Deliveries = std::vector<std::uint64_t>;
 
+    [[nodiscard]] static RunPtr MakeRun(const void* owner);
     SourceId Add(SourcePtr source);
-    void Serve(ZModalRun& run);
+    void RunModally(const RunPtr& run);
+    void WaitForEnd(const RunPtr& run);
+    void StartHelper(const RunPtr& run);
+    static void RunHelper(void* helper);
+    void JoinHelpers(bool all);
+    void ServeUntilEnded(const RunState& run);
+    void GiveUpService();
     void ServeNext();
-    [[nodiscard]] bool HasEnded(const ZModalRun& run) const;
-    void EndRun(ZModalRun& run);
-    [[nodiscard]] std::optional<std::uint64_t> EndOuterRun(const void* owner);
-    void WaitForDelivery(std::uint64_t delivery);
+    [[nodiscard]] bool HasEnded(const RunState& run) const;
+    void EndRun(RunState& run);
+    [[nodiscard]] Deliveries EndRunsOf(const void* owner);
+    void WaitForDeliveries(const Deliveries& deliveries);
     [[nodiscard]] bool HasReady() const;
     [[nodiscard]] SourcePtr TakeReady();
     void WaitForSources();
     void AppendReady(SourcePtr source);
     void AppendDue(Clock::time_point now);
     void Deliver(Source& source);
-    [[nodiscard]] bool BeginDelivery(Source& source);
-    void EndDelivery(Source& source);
+    [[nodiscard]] std::uint64_t BeginDelivery(Source& source);
+    void EndDelivery(Source& source, std::uint64_t delivery);
     void Wake() const;
 
     const Locking mLocking;
@@ -103,16 +118,18 @@ private:
     mutable std::mutex mMutex;               // guards all below
     std::condition_variable mDeliveryEnded;  // Remove and EndModalRuns wait for it
     std::map<SourceId, SourcePtr> mSources;
-    std::deque<SourcePtr> mReady;  // shared by nested runs: none keeps an event from another
+    std::deque<SourcePtr> mReady;
     SourceId mNextId = 1;
-    std::vector<ZModalRun*> mRuns;           // from the outermost to the innermost
-    std::vector<std::uint64_t> mDeliveries;  // in progress, in the same order
+    Deliveries mDeliveries;  // in progress
     std::uint64_t mNextDelivery = 1;
-    std::thread::id mThread;
-    std::unique_ptr<ZModalRun> mMainRun;
+    const RunPtr mMainRun;
+    std::vector<RunPtr> mRuns;                // modal runs, in the order of their beginning
+    std::optional<std::thread::id> mServer;   // the thread that serves; none while none does
+    std::condition_variable mServiceChanged;  // mServer has been released, or a run has ended
+    std::vector<std::unique_ptr<Helper>> mHelpers;
 };
 
-/// A nested run of an event loop, in which a modal menu or dialog waits.
+/// One modal run of an event loop: what a menu or a dialog waits in.
 class ZModalRun
 {
 public:
@@ -122,20 +139,17 @@ public:
     ZModalRun(const ZModalRun&) = delete;
     ZModalRun& operator=(const ZModalRun&) = delete;
 
-    /// Serves the loop's sources until End is called or a run around this one has ended. Releases
-    /// the interface lock meanwhile, so everything that it guards may have changed afterwards.
-    /// [loop's thread]
+    /// Waits, while the loop goes on serving, until End, until a run of the same owner that began
+    /// before has ended, or until the loop ends. The interface lock is given up meanwhile, so
+    /// whatever it guards may have changed. Throws ZException -1 when the system has no thread
+    /// left. [a thread of the loop]
     void Run();
     /// Lets Run return. [any thread]
     void End();
 
 private:
-    friend class ZEventLoop;
-
     ZEventLoop& mLoop;
-    const void* const mOwner;
-    bool mEnded = false;        // guarded by the loop's mutex
-    std::uint64_t mWithin = 0;  // the delivery that started the run; guarded by the loop's mutex
+    const std::shared_ptr<ZEventLoop::RunState> mState;
 };
 
 }  // namespace orvane

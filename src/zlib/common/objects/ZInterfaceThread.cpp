@@ -27,8 +27,6 @@ struct ZInterfaceThread::Engine
 namespace
 {
 
-thread_local bool onInterfaceThread = false;
-
 // The longest wait for the thread's end while the process exits. A thread that is inside a call of
 // the host for longer than that ends with the process.
 constexpr std::int32_t kExitLimitMicroseconds = 250'000;
@@ -54,7 +52,6 @@ void ZInterfaceThread::Engine::Run(void* shared)
     // Keeps the engine alive when the last reference is destroyed on this thread.
     const std::unique_ptr<std::shared_ptr<Engine>> own(
         static_cast<std::shared_ptr<Engine>*>(shared));
-    onInterfaceThread = true;
     (*own)->loop.Run();
 }
 
@@ -71,6 +68,9 @@ std::shared_ptr<ZInterfaceThread::Engine> ZInterfaceThread::Engine::Start()
 void ZInterfaceThread::Engine::Stop(std::int32_t limitMicroseconds)
 {
     loop.End();
+    // The thread joins the loop's helpers, so none of these can wait for it.
+    if (ZEventLoop::IsOnInterfaceThread())
+        return;
     const ZInterfaceUnlock unlocked;
     static_cast<void>(thread->Join(limitMicroseconds));
 }
@@ -142,7 +142,7 @@ void ZInterfaceThread::EndModalRuns(const void* owner)
 
 bool ZInterfaceThread::IsCurrent()
 {
-    return onInterfaceThread;
+    return ZEventLoop::IsOnInterfaceThread();
 }
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
+#include "zlib/common/objects/ZThread.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -30,10 +31,33 @@ struct ZEventLoop::Source
     [[nodiscard]] bool IsPosted() const { return descriptor < 0 && period.count() == 0; }
 };
 
+/// A run as the loop and its helpers know it: a helper may outlive the ZModalRun. All but the owner
+/// is guarded by the loop's mutex.
+struct ZEventLoop::RunState
+{
+    const void* owner = nullptr;
+    bool ended = false;
+    bool hasHelper = false;
+    std::uint64_t within = 0;  // the delivery that began the run
+};
+
+/// A thread that serves in place of one that waits in a run, until that run has ended.
+struct ZEventLoop::Helper
+{
+    ZEventLoop& loop;
+    const RunPtr run;
+    bool done = false;  // guarded by the loop's mutex
+    std::unique_ptr<ZThread> thread;
+};
+
 namespace
 {
 
-/// Waits until a descriptor is ready or the time is reached.
+thread_local const ZEventLoop* loopOfThread = nullptr;
+thread_local bool usesInterfaceLock = false;
+thread_local std::uint64_t deliveryOfThread = 0;  // the innermost one; 0 for none
+
+/// Waits until a descriptor is ready or the time has come.
 void pollUntil(std::vector<pollfd>& polled, std::chrono::steady_clock::time_point due)
 {
     using std::chrono::nanoseconds;
@@ -60,7 +84,7 @@ int makeWakeDescriptor()
 ZEventLoop::ZEventLoop(Locking locking)
     : mLocking(locking)
     , mWakeDescriptor(makeWakeDescriptor())
-    , mMainRun(std::make_unique<ZModalRun>(*this, nullptr))
+    , mMainRun(MakeRun(nullptr))
 {
 }
 
@@ -128,14 +152,19 @@ void ZEventLoop::Remove(SourceId id)
     mSources.erase(id);
 }
 
+ZEventLoop::RunPtr ZEventLoop::MakeRun(const void* owner)
+{
+    auto run = std::make_shared<RunState>();
+    run->owner = owner;
+    return run;
+}
+
 void ZEventLoop::Run()
 {
-    {
-        const std::lock_guard lock(mMutex);
-        assert(mThread == std::thread::id());
-        mThread = std::this_thread::get_id();
-    }
-    Serve(*mMainRun);
+    loopOfThread = this;
+    usesInterfaceLock = mLocking == Locking::kUnderInterfaceLock;
+    ServeUntilEnded(*mMainRun);
+    JoinHelpers(true);
 }
 
 void ZEventLoop::End()
@@ -145,75 +174,166 @@ void ZEventLoop::End()
 
 bool ZEventLoop::IsLoopThread() const
 {
-    const std::lock_guard lock(mMutex);
-    return mThread == std::this_thread::get_id();
+    return loopOfThread == this;
 }
 
-void ZEventLoop::Serve(ZModalRun& run)
+bool ZEventLoop::IsOnInterfaceThread()
+{
+    return usesInterfaceLock;
+}
+
+void ZEventLoop::ServeUntilEnded(const RunState& run)
+{
+    const std::thread::id self = std::this_thread::get_id();
+    for (;;) {
+        {
+            std::unique_lock lock(mMutex);
+            mServiceChanged.wait(lock,
+                                 [&] { return HasEnded(run) || !mServer || *mServer == self; });
+            if (HasEnded(run))
+                return GiveUpService();
+            mServer = self;
+        }
+        ServeNext();
+    }
+}
+
+/// Called with the mutex held.
+void ZEventLoop::GiveUpService()
+{
+    if (mServer == std::this_thread::get_id()) {
+        mServer.reset();
+        mServiceChanged.notify_all();
+    }
+}
+
+void ZEventLoop::RunModally(const RunPtr& run)
 {
     {
         const std::lock_guard lock(mMutex);
-        run.mWithin = mDeliveries.empty() ? 0 : mDeliveries.back();
-        mRuns.push_back(&run);
+        run->within = deliveryOfThread;
+        mRuns.push_back(run);
+        GiveUpService();
     }
     {
         std::optional<ZInterfaceUnlock> unlocked;
         if (mLocking == Locking::kUnderInterfaceLock)
             unlocked.emplace();
-        while (!HasEnded(run))
-            ServeNext();
+        WaitForEnd(run);
     }
-    // With the interface lock held again: its holders see every run whose callback has not ended.
-    const std::lock_guard lock(mMutex);
-    assert(mRuns.back() == &run);
-    mRuns.pop_back();
+    {
+        // Only now, with the interface lock back: who holds it sees every run whose callback goes
+        // on.
+        const std::lock_guard lock(mMutex);
+        std::erase(mRuns, run);
+    }
+    JoinHelpers(false);
 }
 
-bool ZEventLoop::HasEnded(const ZModalRun& run) const
+void ZEventLoop::WaitForEnd(const RunPtr& run)
 {
-    const std::lock_guard lock(mMutex);
-    const auto last = std::find(mRuns.begin(), mRuns.end(), &run);
-    return std::any_of(mRuns.begin(), last + 1,
-                       [](const ZModalRun* outer) { return outer->mEnded; });
+    std::unique_lock lock(mMutex);
+    for (;;) {
+        mServiceChanged.wait(lock, [&] { return HasEnded(*run) || (!mServer && !run->hasHelper); });
+        if (HasEnded(*run))
+            return;
+        StartHelper(run);
+    }
 }
 
-void ZEventLoop::EndRun(ZModalRun& run)
+/// Called with the mutex held.
+void ZEventLoop::StartHelper(const RunPtr& run)
+{
+    auto helper = std::unique_ptr<Helper>(new Helper{*this, run, false, nullptr});
+    try {
+        helper->thread =
+            std::make_unique<ZThread>("interface", &ZEventLoop::RunHelper, helper.get());
+    } catch (...) {
+        std::erase(mRuns, run);
+        throw;
+    }
+    run->hasHelper = true;
+    helper->thread->Resume();
+    mHelpers.push_back(std::move(helper));
+}
+
+void ZEventLoop::RunHelper(void* argument)
+{
+    auto& helper = *static_cast<Helper*>(argument);
+    ZEventLoop& loop = helper.loop;
+    loopOfThread = &loop;
+    usesInterfaceLock = loop.mLocking == Locking::kUnderInterfaceLock;
+    loop.ServeUntilEnded(*helper.run);
+    const std::lock_guard lock(loop.mMutex);
+    helper.done = true;
+}
+
+/// Joins the helpers that have come to their end, or waits for all of them.
+void ZEventLoop::JoinHelpers(bool all)
+{
+    std::vector<std::unique_ptr<Helper>> joined;  // outside the mutex
+    const std::lock_guard lock(mMutex);
+    for (auto& helper : mHelpers)
+        if (all || helper->done)
+            joined.push_back(std::move(helper));
+    std::erase(mHelpers, nullptr);
+}
+
+/// Called with the mutex held.
+bool ZEventLoop::HasEnded(const RunState& run) const
+{
+    return run.ended || mMainRun->ended;
+}
+
+void ZEventLoop::EndRun(RunState& run)
 {
     {
         const std::lock_guard lock(mMutex);
-        run.mEnded = true;
+        run.ended = true;
+        const auto at = std::ranges::find(mRuns, &run, &RunPtr::get);
+        for (auto each = at; each != mRuns.end(); ++each)
+            if (run.owner && (*each)->owner == run.owner)
+                (*each)->ended = true;
+        mServiceChanged.notify_all();
     }
     Wake();
 }
 
 void ZEventLoop::EndModalRuns(const void* owner)
 {
-    while (const std::optional<std::uint64_t> delivery = EndOuterRun(owner)) {
+    for (;;) {
+        const Deliveries deliveries = EndRunsOf(owner);
+        if (deliveries.empty())
+            return;
         Wake();
         if (IsLoopThread())
             return;
         const ZInterfaceUnlock unlocked;
-        WaitForDelivery(*delivery);
+        WaitForDeliveries(deliveries);
     }
 }
 
-std::optional<std::uint64_t> ZEventLoop::EndOuterRun(const void* owner)
+ZEventLoop::Deliveries ZEventLoop::EndRunsOf(const void* owner)
 {
+    Deliveries deliveries;
     const std::lock_guard lock(mMutex);
-    const auto run = std::find_if(mRuns.begin(), mRuns.end(), [&](const ZModalRun* each) {
-        return each->mOwner == owner && each != mMainRun.get();
-    });
-    if (run == mRuns.end())
-        return std::nullopt;
-    (*run)->mEnded = true;  // ends the runs inside it too
-    return (*run)->mWithin;
+    for (const RunPtr& run : mRuns) {
+        if (run->owner != owner)
+            continue;
+        run->ended = true;
+        deliveries.push_back(run->within);
+    }
+    mServiceChanged.notify_all();
+    return deliveries;
 }
 
-void ZEventLoop::WaitForDelivery(std::uint64_t delivery)
+void ZEventLoop::WaitForDeliveries(const Deliveries& deliveries)
 {
     std::unique_lock lock(mMutex);
     mDeliveryEnded.wait(lock, [&] {
-        return std::find(mDeliveries.begin(), mDeliveries.end(), delivery) == mDeliveries.end();
+        return std::ranges::none_of(deliveries, [this](std::uint64_t delivery) {
+            return std::ranges::count(mDeliveries, delivery) != 0;
+        });
     });
 }
 
@@ -301,32 +421,36 @@ void ZEventLoop::AppendDue(Clock::time_point now)
 
 void ZEventLoop::Deliver(Source& source)
 {
-    if (!BeginDelivery(source))
+    const std::uint64_t delivery = BeginDelivery(source);
+    if (delivery == 0)
         return;
+    const std::uint64_t outer = std::exchange(deliveryOfThread, delivery);
     try {
         source.callback();
     } catch (...) {
         reportCurrentException();
     }
-    EndDelivery(source);
+    deliveryOfThread = outer;
+    EndDelivery(source, delivery);
 }
 
-bool ZEventLoop::BeginDelivery(Source& source)
+/// Returns the number of the delivery; 0 when the source has been removed.
+std::uint64_t ZEventLoop::BeginDelivery(Source& source)
 {
     const std::lock_guard lock(mMutex);
     if (source.removed)
-        return false;
+        return 0;
     ++source.running;
-    mDeliveries.push_back(mNextDelivery++);
-    return true;
+    mDeliveries.push_back(mNextDelivery);
+    return mNextDelivery++;
 }
 
-void ZEventLoop::EndDelivery(Source& source)
+void ZEventLoop::EndDelivery(Source& source, std::uint64_t delivery)
 {
     const std::lock_guard lock(mMutex);
     assert(source.running > 0 && !mDeliveries.empty());
     --source.running;
-    mDeliveries.pop_back();
+    std::erase(mDeliveries, delivery);
     if (source.IsPosted()) {
         source.removed = true;
         mSources.erase(source.id);
@@ -341,19 +465,19 @@ void ZEventLoop::Wake() const
 
 ZModalRun::ZModalRun(ZEventLoop& loop, const void* owner)
     : mLoop(loop)
-    , mOwner(owner)
+    , mState(ZEventLoop::MakeRun(owner))
 {
 }
 
 void ZModalRun::Run()
 {
     assert(mLoop.IsLoopThread());
-    mLoop.Serve(*this);
+    mLoop.RunModally(mState);
 }
 
 void ZModalRun::End()
 {
-    mLoop.EndRun(*this);
+    mLoop.EndRun(*mState);
 }
 
 }  // namespace orvane

@@ -140,4 +140,36 @@ TEST_F(KestruneNameScaleWindowTest, CancelEscapeTheTitleBarAndTheApplicationDism
     }
 }
 
+TEST_F(KestruneNameScaleWindowTest, EachInstanceHasADialogOfItsOwn)
+{
+    Open();
+    const xcb_window_t first = Dialog();
+    std::unique_ptr<ZPlugin> other;
+    {
+        const ZInterfaceLock lock;
+        other = startProduct();
+    }
+    std::atomic<bool> otherEnded{false};
+    bool otherAccepted = false;
+    ZString otherName("Other");
+    ZInterfaceThread::Post([&] {
+        otherAccepted = KestruneNameScaleWindow::Run(other.get(), "SaveCustomScale", otherName);
+        otherEnded = true;
+    });
+    ASSERT_TRUE(Comes([&] { return other->IsModal(); }));
+    probe->Focus(first);
+    Type({XKB_KEY_Return});
+    ASSERT_TRUE(waitFor([&] { return ended.load() && Dialog() != first; }));
+    EXPECT_TRUE(accepted);
+    EXPECT_FALSE(otherEnded) << "the dialog that was opened later stays";
+    ASSERT_NE(Dialog(), XCB_NONE);
+    probe->Focus(Dialog());
+    Type({XKB_KEY_m, XKB_KEY_Return});
+    ASSERT_TRUE(waitFor([&] { return otherEnded.load(); }));
+    EXPECT_TRUE(otherAccepted);
+    EXPECT_EQ(otherName.ToNarrow(), "m");
+    const ZInterfaceLock lock;
+    other.reset();
+}
+
 }  // namespace orvane

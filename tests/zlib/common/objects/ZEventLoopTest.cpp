@@ -206,6 +206,42 @@ TEST(ZModalRunTest, EndModalRunsEndsItsOwnersRunsAndWaitsForTheirCallbacks)
     served.Flush();  // the loop itself has no owner either, and must go on
 }
 
+TEST(ZModalRunTest, EachOwnersRunEndsByItself)
+{
+    ServedLoop served;
+    const int owners[2] = {};
+    ZModalRun outer(served.loop, &owners[0]);
+    ZModalRun inner(served.loop, &owners[1]);
+    ZModalRun nested(served.loop, &owners[0]);
+    ZSemaphore ended[3] = {{"outer", 0}, {"inner", 0}, {"nested", 0}};
+    const auto post = [&](ZModalRun& run, ZSemaphore& end) {
+        served.loop.Post([&] {
+            run.Run();
+            EXPECT_TRUE(served.loop.IsLoopThread());
+            EXPECT_TRUE(ZInterfaceLock::IsHeld());
+            end.Release();
+        });
+        served.Flush();
+    };
+    post(outer, ended[0]);
+    post(inner, ended[1]);
+    post(nested, ended[2]);
+    outer.End();
+    EXPECT_EQ(ended[0].Wait(), 0);
+    EXPECT_EQ(ended[2].Wait(), 0) << "ends with the outer run of its owner";
+    served.Flush();
+    EXPECT_EQ(ended[1].Wait(0), 1) << "goes on";
+    {
+        const ZInterfaceLock lock;
+        served.loop.EndModalRuns(&owners[0]);  // there are none any more
+        served.loop.EndModalRuns(&owners[1]);
+    }
+    EXPECT_EQ(ended[1].Wait(0), 0);
+    served.Flush();
+    post(outer, ended[0]);  // has ended for good
+    EXPECT_EQ(ended[0].Wait(), 0);
+}
+
 TEST(ZInterfaceLockTest, IsRecursiveAndReleasedAtEveryDepth)
 {
     EXPECT_FALSE(ZInterfaceLock::IsHeld());
