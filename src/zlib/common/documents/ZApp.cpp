@@ -367,10 +367,21 @@ void ZApp::OpenAtStart()
     documents->OpenDocument(file, *type);
 }
 
-void ZApp::EndModal()
+void ZApp::BeginModal(ZWindow& dialog)
 {
-    assert(mModalWindows > 0);
-    --mModalWindows;
+    assert(std::ranges::count(mModalWindows, &dialog) == 0);
+    mModalWindows.push_back(&dialog);
+}
+
+void ZApp::EndModal(ZWindow& dialog)
+{
+    [[maybe_unused]] const auto count = std::erase(mModalWindows, &dialog);
+    assert(count == 1);
+}
+
+ZWindow* ZApp::GetModalWindow() const
+{
+    return mModalWindows.empty() ? nullptr : mModalWindows.back();
 }
 
 bool ZApp::CanQuit()

@@ -132,10 +132,13 @@ public:
     /// Ends the application's modal runs (menus, dialogs) and waits until the functions that began
     /// them have returned. Gives up the interface lock while it waits. Destructors call it first.
     void EndModalRuns();
-    /// Count the open dialogs of the application. While IsModal, other windows ignore input.
-    void BeginModal() { ++mModalWindows; }
-    void EndModal();
-    [[nodiscard]] bool IsModal() const { return mModalWindows > 0; }
+    /// Enters and removes an open dialog, which is not owned. While there is one, windows that are
+    /// no dialogs ignore input.
+    void BeginModal(ZWindow& dialog);
+    void EndModal(ZWindow& dialog);
+    [[nodiscard]] bool IsModal() const { return !mModalWindows.empty(); }
+    /// Returns the dialog that was opened last; null when there is none.
+    [[nodiscard]] ZWindow* GetModalWindow() const;
 
     /// Names the XML resource that holds the description. [setup]
     void SetResourceName(const ZString& name) { mResourceName = name; }
@@ -187,7 +190,7 @@ private:
     std::unique_ptr<ZWindowKeeper> mWindowManager;
     std::unique_ptr<ZCommandList> mCommandList;
     std::unique_ptr<ZClassRegistry> mClassRegistry;
-    std::int32_t mModalWindows = 0;
+    std::vector<ZWindow*> mModalWindows;  // open dialogs in the order of their opening
     bool mStandalone = true;
     std::unique_ptr<ZBrowserLaunch> mBrowser;  // the last address that was opened
     ZString mOpenAtStart;

@@ -89,6 +89,8 @@ public:
         ZNativeHandle parent = 0;
         ZRect rect;  // kChild: in the parent's coordinates; else in the screen's
         ZString title;
+        bool modal = false;      // kDialog: blocks the window above which it stays
+        bool resizable = false;  // kDialog: by the user
     };
 
     struct Native;

@@ -50,6 +50,7 @@ ZDialog::ZDialog(ZApp& app, const ZString& resourceName)
     : mApp(app)
     , mWindow(ZWindowType(loadWindowType(app.GetResources(), resourceName)).BuildWindow(app))
 {
+    mWindow->MakeDialog();
     for (const std::int32_t id : kFiltered)
         mWindow->AddFilter(id, this);
 }
@@ -97,10 +98,8 @@ bool ZDialog::Run(ZWindow* parent)
     ZModalRun run(thread.GetLoop(), &mApp);
     mRun = &run;
     mResult = false;
-    mApp.BeginModal();
     mWindow->Show();
     run.Run();
-    mApp.EndModal();
     mRun = nullptr;
     mWindow->Destroy();
     return mResult;

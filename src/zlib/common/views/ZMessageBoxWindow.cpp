@@ -38,7 +38,8 @@ bool ZMessageBoxWindow::Show(ZMessageBox::Kind kind, const ZString& title, const
     const auto window = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kDialog,
                                                 .parent = 0,
                                                 .rect = {0, 0, size.x, size.y},
-                                                .title = title},
+                                                .title = title,
+                                                .modal = true},
                                                content);
     if (!window)
         return false;

@@ -83,6 +83,7 @@ ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
 
 ZWindow::~ZWindow()
 {
+    SetBlocking(false);
     mNativeWindow.reset();
     // Views that are handling a message may outlive the window and the document, so all of them
     // leave both here.
@@ -104,6 +105,8 @@ void ZWindow::ReadAttributes(const ZXMLElement& xml)
     mChild = xml.GetAttributeBool("child");
     mDialog = xml.GetAttributeBool("dialog");
     mMdiChild = xml.GetAttributeBool("mdichild");
+    mResizable = !xml.AttributeIs("resize", "false");
+    mVisibleWhenCreated = !xml.AttributeIs("visiblewhencreated", "false");
     mTitleAttribute = ZString(xml.GetAttribute("title"));
     mTitleStyle = titleStyleOf(xml);
     mCloseStyle = closeStyleOf(xml);
@@ -163,6 +166,7 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
     mPointer.LeaveHover();
     mNativeWindow = std::move(native);
     MakeOffscreen();
+    SetBlocking(mDialog);
     return true;
 }
 
@@ -176,11 +180,14 @@ ZNativeWindow::Settings ZWindow::NativeSettings(const ZWindow* parent,
         settings.parent = parent->mNativeWindow->GetHandle();
     settings.rect = GetPlace();
     settings.title = mChild ? ZString() : mTitle;
+    settings.modal = mDialog;
+    settings.resizable = mResizable;
     return settings;
 }
 
 void ZWindow::Destroy()
 {
+    SetBlocking(false);
     HideTooltip();
     ReleaseCapture();
     mPointer.LeaveHover();
@@ -203,6 +210,7 @@ void ZWindow::Show()
     mFrames.SetPaused(false);
     if (!mNativeWindow)
         return;
+    SetBlocking(mDialog);
     mNativeWindow->SetRect(GetPlace());
     mNativeWindow->Show();
     mNativeWindow->Update();
@@ -210,6 +218,7 @@ void ZWindow::Show()
 
 void ZWindow::Hide()
 {
+    SetBlocking(false);
     HideTooltip();
     ReleaseCapture();
     mPointer.LeaveHover();
@@ -472,7 +481,7 @@ const ZBitmap& ZWindow::RenderOffscreen()
 
 void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
-    if (IsBlocked(*message))
+    if (IsDropped(*message))
         return;
     CallFilters(*message);
     switch (message->GetId()) {
@@ -525,13 +534,38 @@ void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     }
 }
 
-bool ZWindow::IsBlocked(const ZMessage& message)
+bool ZWindow::IsDropped(const ZMessage& message)
 {
     // Every window has to release a document that closes.
-    if (mDialog || message.GetId() == ZDRAW || message.GetId() == ZDOCUMENTCLOSED)
-        return false;
+    const std::int32_t id = message.GetId();
+    return id != ZDRAW && id != ZDOCUMENTCLOSED && FindBlockingDialog();
+}
+
+ZWindow* ZWindow::FindBlockingDialog()
+{
     const ZApp* const app = ZApp::Of(*this);
-    return app && app->IsModal();
+    return app && !mDialog ? app->GetModalWindow() : nullptr;
+}
+
+/// False when no dialog blocks the window.
+bool ZWindow::PassFocusToDialog()
+{
+    ZWindow* const dialog = FindBlockingDialog();
+    if (dialog && dialog->mNativeWindow)
+        dialog->mNativeWindow->SetFocus();
+    return dialog != nullptr;
+}
+
+void ZWindow::SetBlocking(bool blocking)
+{
+    ZApp* const app = blocking == mBlocking ? nullptr : ZApp::Of(*this);
+    if (!app)
+        return;
+    mBlocking = blocking;
+    if (blocking)
+        app->BeginModal(*this);
+    else
+        app->EndModal(*this);
 }
 
 void ZWindow::CallFilters(const ZMessage& message)
@@ -672,7 +706,7 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
     case ZNativeMouseEvent::kMove:
         return send(ZMOUSEMOVED, "MovePoint");
     case ZNativeMouseEvent::kDown:
-        if (mNativeWindow)
+        if (!PassFocusToDialog() && mNativeWindow)
             mNativeWindow->SetFocus();
         return send(ZMOUSEDOWN, "ClickPoint");
     case ZNativeMouseEvent::kUp:
@@ -690,8 +724,7 @@ void ZWindow::TellTooltip(const ZNativeMouseEvent& event)
 {
     if (!mTooltip)
         return;
-    const ZApp* const app = ZApp::Of(*this);
-    const bool isBlocked = mModalDisabled || (app && app->IsModal() && !mDialog);
+    const bool isBlocked = mModalDisabled || FindBlockingDialog();
     if (event.action == ZNativeMouseEvent::kLeave || isBlocked)
         return mTooltip->Left();
     if (event.action != ZNativeMouseEvent::kMove)
@@ -705,7 +738,8 @@ bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
 {
     if (mTooltip)
         mTooltip->MouseDown();
-    return mKeys.Dispatch(event);
+    // A key that comes here below a dialog is neither the host's nor a command.
+    return PassFocusToDialog() || mKeys.Dispatch(event);
 }
 
 void ZWindow::NativeMoved(const ZPoint& position)
@@ -721,6 +755,8 @@ void ZWindow::NativeSized(std::int32_t width, std::int32_t height)
 
 void ZWindow::NativeFocus(bool focused)
 {
+    if (focused && PassFocusToDialog())
+        return;
     if (focused)
         OnActivated();
     else

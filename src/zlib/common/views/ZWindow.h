@@ -124,6 +124,8 @@ public:
     /// Sets the target of all drawing; null for none.
     virtual void SetGraphics(ZGraphics* graphics);
 
+    /// Makes the window a dialog, as the attribute does. Comes before Create.
+    void MakeDialog() { mDialog = true; }
     /// Attaches all views to this window, unless they are.
     void AttachViews();
     /// Destroys the window of the system, but not the host's around it, and the offscreen picture.
@@ -186,6 +188,9 @@ public:
     [[nodiscard]] const ZPoint& GetPosition() const { return mPosition; }
     [[nodiscard]] const ZPoint& GetLastMouse() const { return mLastMouse; }
     [[nodiscard]] bool IsChild() const { return mChild; }
+    /// Returns whether the window is shown when it has been made for a document or by name; else it
+    /// waits for Show.
+    [[nodiscard]] bool IsVisibleWhenCreated() const { return mVisibleWhenCreated; }
     [[nodiscard]] bool IsModalDisabled() const { return mModalDisabled; }
     [[nodiscard]] CloseStyle GetCloseStyle() const { return mCloseStyle; }
     [[nodiscard]] std::int32_t GetMaxFramesPerSecond() const { return mMaxFramesPerSecond; }
@@ -214,7 +219,7 @@ private:
     void BuildViews(const ZXMLElement& xml);
 
     // Messages.
-    [[nodiscard]] bool IsBlocked(const ZMessage& message);
+    [[nodiscard]] bool IsDropped(const ZMessage& message);
     void CallFilters(const ZMessage& message);
     void SendToRoot(const boost::shared_ptr<const ZMessage>& message);
     void CloseByStyle();
@@ -229,6 +234,11 @@ private:
     void HandleQuit(const boost::shared_ptr<const ZMessage>& message);
     void SendToFocus(const boost::shared_ptr<const ZMessage>& message);
     void SendToManager(const boost::shared_ptr<const ZMessage>& message);
+
+    // Dialogs and the windows that they block.
+    [[nodiscard]] ZWindow* FindBlockingDialog();
+    bool PassFocusToDialog();
+    void SetBlocking(bool blocking);
 
     // The window of the system.
     [[nodiscard]] ZNativeWindow::Settings NativeSettings(const ZWindow* parent,
@@ -250,6 +260,8 @@ private:
     bool mChild = false;
     bool mDialog = false;
     bool mMdiChild = false;
+    bool mResizable = true;
+    bool mVisibleWhenCreated = true;
     ZPoint mFirstPosition;
     ZPoint mFirstSize;
     std::int32_t mMaxFramesPerSecond = kDefaultMaxFrames;  // views repaint as they change instead
@@ -261,6 +273,7 @@ private:
     ZDocument* mDocument = nullptr;
     bool mModalDisabled = false;
     bool mAttached = false;
+    bool mBlocking = false;  // a dialog that is open: it is among the application's modal windows
     std::multimap<std::int32_t, ZWindowFilter*> mFilters;
     ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentChanges{"docchange list"};
     ZLockedList<std::shared_ptr<ZWindowManager>> mWindowManagers{"window managers"};

@@ -180,7 +180,7 @@ void ZWindowManager::MakeWindows(const ZDocumentMap& map, const Message& message
             window->Create(mParentWindow, 0);
         mWindows.Append(window);
         window->HandleZMessage(message);
-        showOrHide(*window, map.IsShown());
+        showOrHide(*window, map.IsShown() && window->IsVisibleWhenCreated());
     }
 }
 
@@ -251,7 +251,7 @@ void ZWindowManager::HandleWindowNew(const Message& message)
         window->Create(nullptr, parent);
     else
         window->Create(mParentWindow, 0);
-    if (!types.front()->IsHidden())
+    if (!types.front()->IsHidden() && window->IsVisibleWhenCreated())
         window->Show();
     mWindows.Append(window);
     window->HandleZMessage(makeMessage(ZDOCUMENTNEW, "Document", document));

@@ -54,12 +54,17 @@ xcb_window_t topLevelAround(ZDisplayConnection& display, xcb_window_t window)
     return window;
 }
 
-void setDialogProperties(ZDisplayConnection& display, xcb_window_t window, xcb_window_t parent)
+void setDialogProperties(ZDisplayConnection& display, xcb_window_t window, xcb_window_t parent,
+                         bool modal)
 {
     const std::array protocols{display.GetAtom("WM_DELETE_WINDOW")};
     setProperty(display, window, "WM_PROTOCOLS", XCB_ATOM_ATOM, protocols);
     const std::array type{display.GetAtom("_NET_WM_WINDOW_TYPE_DIALOG")};
     setProperty(display, window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, type);
+    if (modal) {
+        const std::array state{display.GetAtom("_NET_WM_STATE_MODAL")};
+        setProperty(display, window, "_NET_WM_STATE", XCB_ATOM_ATOM, state);
+    }
     if (parent == XCB_NONE)
         return;
     const std::array owner{topLevelAround(display, parent)};
@@ -73,14 +78,16 @@ void setDialogTitle(ZDisplayConnection& display, xcb_window_t window, const ZStr
     setText(display, window, "WM_NAME", text);
 }
 
-void setDialogPlace(ZDisplayConnection& display, xcb_window_t window, const ZRect& rect)
+void setDialogPlace(ZDisplayConnection& display, xcb_window_t window, const ZRect& rect,
+                    bool resizable)
 {
     constexpr std::uint32_t kPosition = 1;
     constexpr std::uint32_t kSmallest = 16;
     constexpr std::uint32_t kLargest = 32;
     const auto width = static_cast<std::uint32_t>(rect.GetWidth());
     const auto height = static_cast<std::uint32_t>(rect.GetHeight());
-    const std::array<std::uint32_t, 18> hints{kPosition | kSmallest | kLargest,
+    const std::array<std::uint32_t, 18> hints{resizable ? kPosition
+                                                        : kPosition | kSmallest | kLargest,
                                               static_cast<std::uint32_t>(rect.left),
                                               static_cast<std::uint32_t>(rect.top),
                                               width,

@@ -86,6 +86,7 @@ struct ZNativeWindow::Native
         : display(std::move(connection))
         , id(window)
         , kind(settings.kind)
+        , resizable(settings.resizable)
         , events(display, window, settings, client)
     {
     }
@@ -103,6 +104,7 @@ struct ZNativeWindow::Native
     const std::shared_ptr<ZDisplayConnection> display;
     const xcb_window_t id;
     const Kind kind;
+    const bool resizable;
     ZNativeEvents events;
 };
 
@@ -129,8 +131,8 @@ std::unique_ptr<ZNativeWindow> ZNativeWindow::Create(const Settings& settings,
         return nullptr;
     }
     if (settings.kind == Kind::kDialog) {
-        setDialogProperties(*display, window, owner);
-        setDialogPlace(*display, window, placed.rect);
+        setDialogProperties(*display, window, owner, settings.modal);
+        setDialogPlace(*display, window, placed.rect, settings.resizable);
         setDialogTitle(*display, window, settings.title);
     }
     if (!isChild)
@@ -200,7 +202,7 @@ void ZNativeWindow::SetRect(const ZRect& rect)
     const ZDisplayUse use(mNative->display);
     const ZRect place = toDisplay(rect);
     if (mNative->kind == Kind::kDialog)
-        setDialogPlace(*mNative->display, mNative->id, place);
+        setDialogPlace(*mNative->display, mNative->id, place, mNative->resizable);
     xcb_configure_window_value_list_t values{};
     values.x = place.left;
     values.y = place.top;

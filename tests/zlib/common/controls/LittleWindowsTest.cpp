@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstring>
 #include <optional>
 #include <string>
 
@@ -178,6 +179,45 @@ TEST_F(LittleWindowsTest, MessageBoxClosesByItsButtonOrWithTheLastApplication)
     app.reset();
     EXPECT_TRUE(ended);
     EXPECT_FALSE(ZMessageBoxWindow::Show(ZMessageBox::kError, "Title", "Text"));
+}
+
+TEST_F(LittleWindowsTest, ADialogBlocksTheOtherWindowsAndGetsTheirFocus)
+{
+    std::unique_ptr<ZWindow> dialog;
+    {
+        const ZInterfaceLock lock;
+        dialog = std::make_unique<ZWindow>(
+            viewXml("<windowtype name=\"D\" dialog=\"true\" resize=\"true\"><rect left=\"600\" "
+                    "top=\"300\" width=\"100\" height=\"50\" /></windowtype>"),
+            app.get());
+        ASSERT_TRUE(dialog->Create(window.get(), 0));
+        dialog->Show();
+        EXPECT_TRUE(app->IsModal());
+    }
+    ASSERT_TRUE(waitFor([this] { return FindNew() != XCB_NONE; }));
+    const xcb_window_t shown = FindNew();
+    const auto firstOf = [&](const char* property) {
+        std::uint32_t first = 0;
+        const auto bytes = probe->GetProperty(shown, property);
+        if (bytes.size() >= sizeof first)
+            std::memcpy(&first, bytes.data(), sizeof first);
+        return first;
+    };
+    EXPECT_EQ(firstOf("_NET_WM_STATE"), probe->GetAtom("_NET_WM_STATE_MODAL"));
+    EXPECT_EQ(firstOf("WM_TRANSIENT_FOR"), window->GetNativeWindow()->GetHandle());
+    EXPECT_EQ(firstOf("WM_NORMAL_HINTS") & 48u, 0u) << "no fixed size";
+    probe->MovePointer(350, 350);
+    probe->Click(1);
+    EXPECT_TRUE(waitFor([&] { return probe->GetFocus() == shown; }));
+    probe->Focus(static_cast<xcb_window_t>(window->GetNativeWindow()->GetHandle()));
+    EXPECT_TRUE(waitFor([&] { return probe->GetFocus() == shown; }));
+    const ZInterfaceLock lock;
+    dialog->Hide();
+    EXPECT_FALSE(app->IsModal());
+    dialog->Show();
+    EXPECT_TRUE(app->IsModal());
+    dialog.reset();
+    EXPECT_FALSE(app->IsModal());
 }
 
 }  // namespace orvane

@@ -242,10 +242,12 @@ TEST_F(ZWindowTest, ADisabledWindowTakesOnlyTheWheelAndABlockedOneNothing)
     window->HandleZMessage(boost::make_shared<ZMessage>(ZMODALENABLE));
     EXPECT_EQ(Send(*window, {Mouse::kDown, {15, 12}, 1}), Log{"a down1 5,2"});
 
-    mApp->BeginModal();
+    mApp->BeginModal(*dialog);
     EXPECT_EQ(Send(*window, wheel), Log{});
     EXPECT_EQ(Send(*dialog, wheel), turned);
-    mApp->EndModal();
+    EXPECT_TRUE(window->NativeKey({65, {}, false, true, false})) << "no key below a dialog";
+    EXPECT_EQ(mApp->GetCurrentDocument(), nullptr);
+    mApp->EndModal(*dialog);
     EXPECT_EQ(Send(*window, wheel), turned);
 }
 
