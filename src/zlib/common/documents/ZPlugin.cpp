@@ -134,6 +134,8 @@ void ZPlugin::AddAudioManager(const boost::shared_ptr<ZXMLElement>& xml)
 void ZPlugin::SetParameterFn(const boost::shared_ptr<ZSetParameterFn>& function)
 {
     mSetParameterFn = function;
+    // What the start has changed is no news either.
+    mQuietTicks = kQuietTicks;
 }
 
 void ZPlugin::ExposeElements(const ZElement& element)
