@@ -4,7 +4,6 @@
 #include "EngineRun.h"
 #include "PlainPsola.h"
 #include "support/Measure.h"
-#include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "tools/singer/Singer.h"
 #include "zlib/common/buffers/ZBuffer.h"
@@ -173,49 +172,6 @@ TEST(PsolaClassTest, SilenceKeepsThePitchThatStoodBeforeIt)
     EXPECT_NEAR(centsBetween(engine->GetInputPitch(), sung), 0.0, 10.0);
 }
 
-TEST(PsolaClassTest, AtTheUnitRatioASteadyToneComesThroughAtExactlyTheLatency)
-{
-    for (const double hz : {110.25, 130.0, 150.0, 196.0, 220.0, 330.0, 440.0}) {
-        SCOPED_TRACE(hz);
-        auto engine = engineAt(kRate);
-        const auto tone = harmonicTone(hz, kRate, 3 * 44100);
-        const auto output = runEngine(*engine, kHop, tone);
-        const auto end = settled(output).first(20000);
-        const auto start = tone.size() - settled(output).size() - kLatency;
-        const double error = errorDecibels(end, std::span(tone).subspan(start, end.size()));
-        // A grain has whole samples: its window is up to half a sample wider than the period, and
-        // windows too wide by a share add up to 1 but for a small multiple of that share.
-        const double periods = 2.0 * kRate / engine->GetInputPitch();
-        const double tooWide = (std::floor(periods) + 1.0) / periods - 1.0;
-        EXPECT_LT(error, 20.0 * std::log10(tooWide) + 8.0);
-        if (tooWide < 1e-4) {
-            EXPECT_LT(error, -70.0);
-        }
-    }
-}
-
-TEST(PsolaClassTest, EverySemitoneOfTranspositionLandsWithinFiveCentsOfWhatItAsksFor)
-{
-    const auto voice = steadyVoice(220.0, 2.5);
-    for (int semitone = -12; semitone <= 12; ++semitone) {
-        auto engine = shiftingEngine(static_cast<float>(semitone) / 12.0f, 0.0f);
-        const auto output = runEngine(*engine, kHop, voice);
-        const double asked = engine->GetInputPitch() * std::exp2(semitone / 12.0);
-        EXPECT_NEAR(centsBetween(engine->GetOutputPitch(), asked), 0.0, 0.1);
-        EXPECT_NEAR(centsBetween(measurePitch(settled(output), kRate, asked), asked), 0.0, 5.0)
-            << semitone;
-    }
-}
-
-TEST(PsolaClassTest, ShiftsWaitForTransposingToBeOn)
-{
-    const auto voice = steadyVoice(220.0, 1.5);
-    auto plain = engineAt(kRate);
-    auto shifted = shiftingEngine(0.5f, -0.5f);
-    shifted->SetTransposeEnabled(false);
-    EXPECT_EQ(runEngine(*shifted, kHop, voice), runEngine(*plain, kHop, voice));
-}
-
 TEST(PsolaClassTest, PitchAndFormantsMoveApartFromEachOther)
 {
     const auto voice = steadyVoice(130.0, 2.5);
@@ -323,28 +279,6 @@ TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
         const auto sound = sings ? song : glide(row.rate, row.maxHz, row.minHz);
         EXPECT_LT(differenceFromPlain(*engine, plain, static_cast<std::size_t>(hop), sound), 1e-5f);
     }
-}
-
-TEST(PsolaClassTest, ProcessNeitherAllocatesNorLocksNorCallsTheSystem)
-{
-    auto engine = engineAt(kRate);
-    ZBuffer ignored(12, "ZBuffer");
-    engine->SetIgnoredNotes(&ignored);
-    engine->SetCorrectionEnabled(true);
-    auto voice = steadyVoice(220.0, 1.0);
-    const RealtimeGuard guard;
-    for (int block = 0; block < 80; ++block) {
-        float* const channels[] = {voice.data() + block * kHop, voice.data() + block * kHop};
-        engine->SetPitchShift(static_cast<float>(block % 25 - 12) / 12.0f);
-        engine->SetFormantShift(static_cast<float>(12 - block % 25) / 12.0f);
-        engine->SetCorrectionTime(static_cast<float>(block));
-        if (block % 20 == 0)
-            engine->SetFrequencyRange(block == 40 ? 20.0f : 73.0f, 1318.0f);
-        if (block == 60)
-            engine->Reset();
-        engine->Process(channels, channels, kHop);
-    }
-    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
 }
 
 TEST(PsolaClassTest, AnySoundGivesFiniteOutputAtEveryRate)

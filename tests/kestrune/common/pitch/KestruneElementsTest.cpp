@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <string>
 #include <vector>
 
 namespace orvane
@@ -20,20 +19,6 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 }  // namespace
-
-TEST(KestruneElementsTest, ArchivesHoldTheirOrder)
-{
-    const KestruneElements elements(nullptr);
-    std::string saved;
-    for (const auto& element : elements.GetList())
-        if (element->IsArchivable())
-            saved += element->GetName() + " ";
-    EXPECT_EQ(saved,
-              "PitchShift FormantShift pitchCorrectionOnOff currentScaleModified transposeOnOff "
-              "key CustomScaleNames intonation sourceType detune pitchCorrectionTime "
-              "pitchReference ignoredNotes currentCustomScale customScaleTones "
-              "currentScaleIndex ");
-}
 
 TEST(KestruneElementsTest, DefaultsAreToldAndLeaveScalesOfTheUser)
 {
