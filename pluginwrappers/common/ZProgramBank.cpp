@@ -120,6 +120,7 @@ void ZProgramBank::Load(std::string_view text, Extent extent)
 {
     if (mDocument == nullptr)
         return;
+    ZXMLDocument::CheckSize(static_cast<std::int64_t>(text.size()));
     const ZXMLDocument chunk(text.data(), static_cast<std::int32_t>(text.size()));
     // Before mPrograms is copied, since it can notify the host, which may load programs.
     const Program present = ExtractProgram();

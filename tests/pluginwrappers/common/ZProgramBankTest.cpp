@@ -4,6 +4,7 @@
 #include "pluginwrappers/common/ProductInstance.h"
 #include "support/BoxRecorder.h"
 #include "support/SmallPlugin.h"
+#include "zlib/common/objects/ZXMLDocument.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +132,15 @@ TEST_F(ZProgramBankTest, ABankStaysTheSameHoweverOftenItIsLoadedAndSaved)
         plugin.LoadBank(plugin.Bank());
         EXPECT_EQ(plugin.Bank(), second);
     }
+}
+
+TEST_F(ZProgramBankTest, AChunkBeyondTheLargestTextIsRefusedWithAMessage)
+{
+    const std::string largest(static_cast<std::size_t>(ZXMLDocument::kMaxBytes), ' ');
+    EXPECT_EQ(plugin.LoadBank(largest), 1);
+    EXPECT_EQ(plugin.LoadBank(largest + ' '), 0);
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    EXPECT_NE(boxes.boxes[0].text.find("16777217 bytes"), std::string::npos);
 }
 
 TEST_F(ZProgramBankTest, ProgramsAreReadInOrderAndThoseBeyondTheLastAreIgnored)
