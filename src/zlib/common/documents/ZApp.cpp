@@ -108,8 +108,11 @@ void ZApp::GetVersion(ZString& out) const
 {
     std::string version;
     if (libraryVersion)
-        for (const std::int32_t number : *libraryVersion)
-            version += (version.empty() ? "" : ".") + std::to_string(number);
+        for (const std::int32_t number : *libraryVersion) {
+            if (!version.empty())
+                version += '.';
+            version += std::to_string(number);
+        }
     out = version;
 }
 
