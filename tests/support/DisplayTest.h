@@ -17,7 +17,8 @@
 namespace orvane
 {
 
-/// Tests on a display of their own, skipped where there can be none.
+/// Tests on a display of their own, skipped where there can be none. A test plays the user and the
+/// host: it holds the interface lock only where it takes it itself.
 class DisplayTest : public testing::Test
 {
 protected:
@@ -49,6 +50,7 @@ protected:
         });
     }
 
+    const ZInterfaceUnlock unlocked;
     std::unique_ptr<VirtualDisplay> display;
     std::unique_ptr<DisplayProbe> probe;
     const ZInterfaceThread thread;
