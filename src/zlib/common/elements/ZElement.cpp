@@ -3,6 +3,7 @@
 
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZLooper.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -11,7 +12,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
-#include <mutex>
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -20,7 +21,7 @@ namespace orvane
 namespace
 {
 
-// Values stand for themselves; what orders them between threads is the mark.
+// Each value is independent of the others; the release and acquire of the mark order them.
 constexpr auto kRelaxed = std::memory_order_relaxed;
 
 boost::shared_ptr<const ZMessage> makeMessage(std::int32_t id, const ZElement* element)
@@ -96,11 +97,13 @@ ZString ZElement::GetLabel(std::int32_t kind) const
 
 void ZElement::SetLabel(std::int32_t kind, const ZString& text)
 {
+    assert(ZInterfaceLock::IsHeld());
     mLabels[kind] = text;
 }
 
 void ZElement::ClearLabels()
 {
+    assert(ZInterfaceLock::IsHeld());
     mLabels.clear();
 }
 
@@ -132,41 +135,22 @@ void ZElement::GetValue(ZString& /*out*/) const
 std::int32_t ZElement::CountDiscreteValues() const
 {
     RequireType(ZDISCRETE, "CountDiscreteValues() called on a non discrete element.");
-    return mDiscreteCount.load(kRelaxed);
+    return mDiscreteList.Count();
 }
 
 boost::shared_ptr<ZString> ZElement::GetDiscreteString(std::int32_t index) const
 {
     RequireType(ZDISCRETE, "GetDiscreteString() called on a non discrete element.");
-    auto text = boost::make_shared<ZString>();
-    const std::lock_guard lock(mDiscreteLock);
-    if (index >= 0 && index < mDiscreteCount.load(kRelaxed))
-        *text = mDiscreteList[static_cast<std::size_t>(index)]->GetText();
-    return text;
-}
-
-ZElement::Items ZElement::CopyItems() const
-{
-    const std::lock_guard lock(mDiscreteLock);
-    return mDiscreteList;
-}
-
-void ZElement::ReplaceItems(Items items)
-{
-    const std::lock_guard lock(mDiscreteLock);
-    mDiscreteList.swap(items);
-    mDiscreteCount.store(static_cast<std::int32_t>(mDiscreteList.size()), kRelaxed);
+    boost::shared_ptr<const DiscreteItem> item;
+    return boost::make_shared<ZString>(mDiscreteList.Get(index, item) ? item->GetText()
+                                                                      : ZString());
 }
 
 std::int32_t ZElement::AppendItem(boost::shared_ptr<const DiscreteItem> item)
 {
-    std::int32_t index = 0;
-    {
-        const std::lock_guard lock(mDiscreteLock);
-        index = static_cast<std::int32_t>(mDiscreteList.size());
-        mDiscreteList.push_back(std::move(item));
-        mDiscreteCount.store(index + 1, kRelaxed);
-    }
+    assert(item);
+    mDiscreteList.Append(std::move(item));
+    const std::int32_t index = mDiscreteList.Count() - 1;
     DiscreteListChanged(nullptr);
     return index;
 }
@@ -191,18 +175,18 @@ std::int32_t ZElement::AddDiscreteValue(const boost::shared_ptr<const ZXMLElemen
 void ZElement::ReplaceDiscreteValues(const std::vector<ZString>& texts)
 {
     RequireType(ZDISCRETE, "AddDiscreteValue() called on a non discrete element.");
-    Items items;
+    std::vector<boost::shared_ptr<const DiscreteItem>> items;
     items.reserve(texts.size());
     for (const ZString& text : texts)
         items.push_back(boost::make_shared<DiscreteItem>(text));
-    ReplaceItems(std::move(items));
+    mDiscreteList.Replace(std::move(items));
     DiscreteListChanged(nullptr);
 }
 
 void ZElement::RemoveDiscreteValues(bool quiet)
 {
     RequireType(ZDISCRETE, "RemoveDiscreteValues() called on a non discrete element.");
-    ReplaceItems({});
+    mDiscreteList.Replace({});
     DiscreteListChanged(nullptr);
     if (!quiet)
         ElementChanged(nullptr, true);
@@ -245,7 +229,7 @@ void ZElement::SetZFloat(float value, bool quiet)
 void ZElement::SetZFloatClamped(float value, bool quiet)
 {
     RequireType(ZFLOAT, "SetZFloat() called on a non float element.");
-    // In this order: a comparison with what is not a number is false, which leaves Min.
+    // NaN becomes Min(): std::min(NaN, Max()) is NaN, and std::max(Min(), NaN) is Min().
     const float clamped = std::max(Min(), std::min(value, Max()));
     if (clamped != GetZFloat())
         SetZFloat(clamped, quiet);
@@ -346,6 +330,7 @@ void ZElement::SetZBuffer(const ZBuffer& buffer, bool quiet)
 
 void ZElement::StoreSamples(const ZBuffer& buffer)
 {
+    assert(mBuffer);
     const std::uint32_t count = std::min(mBuffer->Length(), buffer.Length());
     for (std::uint32_t i = 0; i < count; ++i)
         std::atomic_ref(mBuffer->Data()[i]).store(buffer.Data()[i], kRelaxed);
@@ -420,6 +405,8 @@ bool ZElement::FindSubElement(std::string_view name, boost::shared_ptr<ZElement>
 
 void ZElement::AddSubElement(const boost::shared_ptr<ZElement>& child)
 {
+    assert(ZInterfaceLock::IsHeld());
+    assert(child && child.get() != this);
     if (child->mContainer)
         return;
     mSubElements.push_back(child);
@@ -448,10 +435,10 @@ void ZElement::DiscreteListChanged(const ZHandler* sender)
     Notify(ZELEMENTUPDATED, sender);
 }
 
-/// Gives way to a value that another thread stores meanwhile.
+/// Clamps the index, unless another thread stores a new one meanwhile.
 void ZElement::BringIntoList(std::atomic<std::int32_t>& index) const
 {
-    const std::int32_t last = std::max(mDiscreteCount.load(kRelaxed) - 1, 0);
+    const std::int32_t last = std::max(mDiscreteList.Count() - 1, 0);
     std::int32_t given = index.load(kRelaxed);
     const std::int32_t clamped = std::clamp(given, 0, last);
     if (clamped != given)
@@ -460,6 +447,7 @@ void ZElement::BringIntoList(std::atomic<std::int32_t>& index) const
 
 void ZElement::Notify(std::int32_t messageId, const ZHandler* sender)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!mObservers.empty())
         NotifyObservers(makeMessage(messageId, this), sender);
 }
@@ -467,7 +455,9 @@ void ZElement::Notify(std::int32_t messageId, const ZHandler* sender)
 void ZElement::NotifyObservers(const boost::shared_ptr<const ZMessage>& message,
                                const ZHandler* sender)
 {
-    // By index: a looper whose own posting changes the list leaves the loop sound.
+    assert(ZInterfaceLock::IsHeld());
+    assert(message);
+    // By index, because posting a message may add or remove observers.
     for (std::size_t i = 0; i < mObservers.size(); ++i)
         if (ZHandler* const observer = mObservers[i]; observer != sender)
             post(message, observer);
@@ -475,6 +465,7 @@ void ZElement::NotifyObservers(const boost::shared_ptr<const ZMessage>& message,
 
 void ZElement::AddObserver(ZHandler* observer)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!observer)
         return;
     mObservers.push_back(observer);
@@ -483,6 +474,7 @@ void ZElement::AddObserver(ZHandler* observer)
 
 void ZElement::RemoveObserver(const ZHandler* observer)
 {
+    assert(ZInterfaceLock::IsHeld());
     std::erase(mObservers, observer);
 }
 
@@ -500,7 +492,7 @@ ZHandler* ZElement::GetObserver(std::int32_t index) const
 
 void ZElement::MarkChangedByHost()
 {
-    // An exchange, not a store: it keeps what earlier markers have released visible to the flush.
+    // An exchange, not a store, keeps the values of earlier marks visible to the flush.
     mChanged.exchange(kChanged, std::memory_order_acq_rel);
 }
 
@@ -518,7 +510,7 @@ void ZElement::FlushMark(const ZHandler* application)
     ElementChanged((mark & kHostUnaware) != 0 ? nullptr : application, false);
 }
 
-// By index: an observer that hears of a change at once may add an element.
+// By index, because an observer may add elements when it is notified.
 void ZElement::FlushMarksBelow(const ZHandler* application) const
 {
     for (std::size_t i = 0; i < mSubElements.size(); ++i) {

@@ -4,7 +4,7 @@
 #include "zlib/common/buffers/ZRange.h"
 #include "zlib/common/elements/DiscreteItem.h"
 #include "zlib/common/objects/ZHandler.h"
-#include "zlib/common/objects/ZLock.h"
+#include "zlib/common/objects/ZLockedList.h"
 #include "zlib/common/objects/ZString.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -21,22 +21,22 @@ namespace orvane
 
 class ZBuffer;
 
-/// One typed value of the application that others observe: a parameter, a choice from a list, a
-/// buffer of data, a range, or a group of other elements. Views show and change elements, bays read
-/// them, the document saves them, the host automates them. The elements of a document form a tree
-/// whose inner nodes are groups. Nobody holds a copy of a value: everybody holds the element.
+/// One typed, observable value of the application: a parameter, a choice from a list, a buffer of
+/// data, a range, or a group of other elements. Views show and change elements, bays read them, the
+/// document saves them, the host automates them. The elements of a document form a tree whose inner
+/// nodes are groups. Values are not copied: all users share the element.
 ///
-/// An operation that does not fit the type throws ZException -1 with a text that names it, and
-/// changes nothing.
+/// An operation that does not fit the type throws ZException kGeneral with a text that names it,
+/// and changes nothing.
 ///
-/// A change has two speeds. The setters of values run on any thread, the audio thread included:
-/// they store and, unless quiet, mark the element. The flush turns marks into messages on the
-/// interface thread, so that observers hear once at the next tick, however often a value changed.
+/// The setters of values run on any thread, including the audio thread: they store the value and,
+/// unless quiet, mark the element as changed. The flush on the interface thread turns marks into
+/// messages, so that observers get one message at the next tick, however often a value changed.
 ///
 /// Threads: values, bounds, defaults, the mark and the length of the discrete list are atomic, each
-/// by itself. The discrete list has its own lock, which the audio thread never needs. Observers,
-/// children, labels, units and flags have no lock: whoever touches them once audio runs holds the
-/// interface lock. That goes for all that notifies, too.
+/// by itself. The discrete list has its own lock, which the audio thread never takes. Observers,
+/// children, labels, units and flags are accessed under the interface lock, and so are all
+/// operations that notify observers; both are asserted.
 class ZElement : public ZHandler
 {
 public:
@@ -52,7 +52,7 @@ public:
         ZRANGE = 6,     // range of samples, with a range that limits it
     };
 
-    /// How a view formats a value; the element itself converts nothing.
+    /// How a view formats a value. The element itself does not convert it.
     enum Units : std::int32_t
     {
         kGeneric = 0,
@@ -72,36 +72,37 @@ public:
     {
         kFullLabel = 0,
         kMediumLabel = 1,
-        kShortLabel = 2,  // the four characters by which a host knows a parameter
+        kShortLabel = 2,  // the four-character id of a host parameter
     };
 
-    /// An archivable element that the host does not see. bufferLength is in samples and counts for
-    /// ZBUFFER only. Throws ZException when that buffer cannot be made: -1 for no samples, 2 for no
-    /// memory. [setup]
+    /// Makes an element that is archivable and not exposed. bufferLength, in samples, is used for
+    /// ZBUFFER only; for that, throws ZException kGeneral for a length of 0 and kOutOfMemory when
+    /// there is no memory. [setup]
     ZElement(std::string_view name, Type type, ZLooper* looper, std::uint32_t bufferLength = 0);
-    /// From an archive, with children, labels and defaults; the application is the looper.
-    /// archivable and exposed are true only where the XML says so. Throws ZException for an unknown
-    /// word, a child that cannot be made, or a buffer whose samples are not all there. [setup]
+    /// Makes an element from its XML definition, with children, labels and defaults; the
+    /// application is the looper. The element is archivable and exposed only if the XML says so.
+    /// Throws ZException for an unknown word, a child that cannot be made, or a buffer with missing
+    /// samples. [setup]
     ZElement(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZElement() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// A tag "element" with name and the class "ZElementClass", also in derived classes.
+    /// Makes a tag "element" with name and the class "ZElementClass", also in derived classes.
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
-    /// Adds the type and the value; of a group the archivable children. What belongs to the
-    /// element's definition is not written: labels, units, defaults, flags, and the discrete list
-    /// unless SetArchiveDiscreteList says so. Throws ZException -1 for a type that has no word, or
-    /// for a buffer that is too long for an attribute.
+    /// Adds the type and the value, for a group the archivable children. Labels, units, defaults
+    /// and flags are part of the definition and not written, nor is the discrete list unless
+    /// SetArchiveDiscreteList is set. Throws ZException kGeneral for a type without a word and for
+    /// a buffer that is too long for an attribute.
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
-    /// Takes over the value, or those of the children that the XML names, and tells all observers
-    /// at once. Does nothing when the XML is null or names another element; what it does not
-    /// mention stays. Throws ZException -1 when a buffer does not fit or its samples cannot be
-    /// read, with that buffer as it was.
+    /// Restores the value, for a group those of the children that the XML names, and posts
+    /// ZELEMENTCHANGED to all observers at once. Does nothing when the XML is null or has another
+    /// name; values that it does not mention stay. Throws ZException kGeneral when a buffer does
+    /// not fit or its samples cannot be read, with that buffer as it was.
     void RestoreBody(const boost::shared_ptr<ZXMLElement>& xml) override;
 
-    /// The first text of at most maxLength characters among the name and the labels by rising kind;
-    /// the last of these when none fits.
+    /// The first of the name and the labels, by rising kind, that has at most maxLength characters;
+    /// the last label when none is short enough.
     [[nodiscard]] virtual ZString GetLabelToFit(std::int32_t maxLength) const;
     /// The label of that kind, else the name.
     [[nodiscard]] virtual ZString GetLabel(std::int32_t kind) const;
@@ -114,15 +115,15 @@ public:
     /// [any thread]
     virtual void ClearMarkedChanged();
 
-    /// For derived classes that have a value of their own. Throws ZException -1 here.
+    /// For derived classes with a value of their own. Throws ZException kGeneral in ZElement.
     virtual void GetValue(float& out) const;
     virtual void GetValue(ZString& out) const;
 
-    /// Items in the list. [any thread, audio thread included]
+    /// The number of items in the list. [any thread, audio thread included]
     [[nodiscard]] virtual std::int32_t CountDiscreteValues() const;
-    /// A copy of the item's text, an empty one when there is no such item. [any but audio thread]
+    /// A copy of the item's text, empty when there is no such item. [any but the audio thread]
     [[nodiscard]] virtual boost::shared_ptr<ZString> GetDiscreteString(std::int32_t index) const;
-    /// Empties the list, which leaves the index at 0. Unless quiet, the mark is set, too.
+    /// Empties the list and sets index and default to 0. Unless quiet, marks the element.
     virtual void RemoveDiscreteValues(bool quiet);
     /// Stores the index as given. [any thread, audio thread included]
     virtual void SetDiscrete(std::int32_t index, bool quiet);
@@ -133,16 +134,16 @@ public:
 
     /// Stores the value as given, whatever the range is. [any thread, audio thread included]
     virtual void SetZFloat(float value, bool quiet);
-    /// Does nothing when the clamped value is what the element has. What is not a number becomes
-    /// Min. [any thread, audio thread included]
+    /// Stores the value clamped to the range, NaN as Min(). Does nothing when that is the value
+    /// now. [any thread, audio thread included]
     virtual void SetZFloatClamped(float value, bool quiet);
     /// [any thread, audio thread included]
     [[nodiscard]] virtual float GetZFloat() const;
     virtual void SetZFloatDefault(float value);
     [[nodiscard]] virtual float GetZFloatDefault() const;
-    /// Unless quiet, ElementUpdated; the value stays as it is.
+    /// Sets Min() and Max(); does not clamp the value. Unless quiet, calls ElementUpdated.
     virtual void SetRange(float min, float max, bool quiet);
-    /// Max - Min. [any thread, audio thread included; so are the next two]
+    /// Max() - Min(). These three: [any thread, audio thread included]
     [[nodiscard]] virtual float Range() const;
     [[nodiscard]] virtual float Min() const;
     [[nodiscard]] virtual float Max() const;
@@ -155,43 +156,44 @@ public:
     [[nodiscard]] virtual ZRange GetZRangeLimit() const;
 
     [[nodiscard]] virtual std::int32_t GetSubElementCount() const;
-    /// False, with out as it was, when index is not that of a child.
+    /// False, with out unchanged, when there is no child at that index.
     [[nodiscard]] virtual bool GetSubElement(std::int32_t index,
                                              boost::shared_ptr<ZElement>& out) const;
-    /// The first element of that name below this one: a child, or what is found inside it, child by
-    /// child. False, with out as it was, when there is none.
+    /// Finds the first element of that name below this one, depth first. False, with out unchanged,
+    /// when there is none.
     [[nodiscard]] virtual bool FindSubElement(std::string_view name,
                                               boost::shared_ptr<ZElement>& out) const;
 
-    /// The value has changed. Deferred: sets the mark, and the next flush tells the observers [any
-    /// thread, audio thread included]. Else posts ZELEMENTCHANGED to all observers but the sender.
+    /// Called when the value has changed. deferred: marks the element, and the next flush notifies
+    /// the observers [any thread, audio thread included]. Else posts ZELEMENTCHANGED to all
+    /// observers but the sender.
     virtual void ElementChanged(const ZHandler* sender, bool deferred);
-    /// The form of the element has changed, not only its value: sets the mark and posts
+    /// Called when more than the value has changed, such as the range: marks the element and posts
     /// ZELEMENTUPDATED to all observers but the sender.
     virtual void ElementUpdated(const ZHandler* sender);
-    /// The discrete list has changed: brings index and default into it, to 0 for an empty list, and
-    /// posts ZELEMENTUPDATED to all observers but the sender.
+    /// Called when the discrete list has changed: clamps index and default to the list, 0 for an
+    /// empty one, and posts ZELEMENTUPDATED to all observers but the sender.
     virtual void DiscreteListChanged(const ZHandler* sender);
 
     /// [any thread, audio thread included]
     void SetZPos(std::int64_t value);
     [[nodiscard]] std::int64_t GetZPos() const;
 
-    /// Copies as many samples as both buffers hold; the element's own buffer as source is taken as
-    /// changed in place. Nobody may write to the source meanwhile. [any thread, audio included]
+    /// Copies as many samples as both buffers hold. Given the element's own buffer, only marks it
+    /// as changed. No thread may change the source meanwhile. [any thread, audio thread included]
     void SetZBuffer(const ZBuffer& buffer, bool quiet);
-    /// The element's own buffer, which lives as long as the element and never changes its length.
-    /// Where both threads touch the samples, each goes through std::atomic_ref.
+    /// The element's own buffer, which lives as long as the element and keeps its length. Samples
+    /// that several threads use are accessed through std::atomic_ref.
     /// [any thread, audio thread included]
     [[nodiscard]] ZBuffer* GetZBuffer();
     [[nodiscard]] const ZBuffer* GetZBuffer() const;
-    /// Bounds of the samples for display; the samples stay as they are. Then ElementUpdated.
+    /// Sets the display bounds of the samples and calls ElementUpdated.
     void SetZBufferRange(float min, float max);
     [[nodiscard]] float ZBufferMin() const;
     [[nodiscard]] float ZBufferMax() const;
 
-    /// Appends an item and gives back its index. Narrow text is UTF-8; of XML the attribute name
-    /// is the text, and the item keeps the XML.
+    /// Appends an item and gives back its index. Narrow text is UTF-8. An item from XML has the
+    /// text of the attribute "name" and keeps the XML.
     std::int32_t AddDiscreteValue(const char* text);
     std::int32_t AddDiscreteValue(const ZString& text);
     std::int32_t AddDiscreteValue(const boost::shared_ptr<const ZXMLElement>& xml);
@@ -199,56 +201,52 @@ public:
     /// would make its observers read it again for each of them.
     void ReplaceDiscreteValues(const std::vector<ZString>& texts);
 
-    /// Appends an observer, which has to remove itself before it dies, and posts it a
-    /// ZATTACHEDTOELEMENT. Null is passed over.
+    /// Appends an observer and posts a ZATTACHEDTOELEMENT to it. The observer removes itself before
+    /// it is destroyed. Ignores null.
     void AddObserver(ZHandler* observer);
-    /// Takes the observer off the list, however often it stands there.
+    /// Removes the observer, however often it has been added.
     void RemoveObserver(const ZHandler* observer);
     [[nodiscard]] std::int32_t GetObserverCount() const;
     /// Null when there is none at that index.
     [[nodiscard]] ZHandler* GetObserver(std::int32_t index) const;
-    /// Posts the message to every observer that has a looper, in order, but not to the sender: at
-    /// most one ZELEMENTCHANGED waits for each element and observer.
+    /// Posts the message to every observer that has a looper, in order, except the sender. At most
+    /// one ZELEMENTCHANGED per element and observer is queued.
     void NotifyObservers(const boost::shared_ptr<const ZMessage>& message, const ZHandler* sender);
 
-    /// Appends the child, unless it has a container, and becomes its container.
+    /// Appends a child and becomes its container. Ignores a child that has one.
     void AddSubElement(const boost::shared_ptr<ZElement>& child);
-    /// The element that this one is a child of; null for a root.
+    /// The parent element; null for a root.
     [[nodiscard]] ZElement* GetContainer() const { return mContainer; }
 
-    /// The mark of a value that the host itself has set: at the flush all observers hear of it but
-    /// the application, which would hand it back to the host. [any thread, audio thread included]
+    /// Marks a value that the host has set: the flush notifies all observers except the
+    /// application, which would send it back to the host. [any thread, audio thread included]
     void MarkChangedByHost();
-    /// Whether there is a change that the host has not heard of; the caller tells it now, and from
-    /// here on the mark is one of MarkChangedByHost.
+    /// Whether a change is marked that the host does not know. If so, changes the mark to that of
+    /// MarkChangedByHost, and the caller notifies the host. [any thread]
     [[nodiscard]] bool ClaimHostNotification();
-    /// The flush's step for one element: takes the mark and, where it was set, tells the observers;
-    /// all but the application when the host knows already. A change that comes meanwhile is told
-    /// at the next flush. [interface thread]
+    /// Clears the mark and, if it was set, notifies the observers, but not the application when the
+    /// host knows the change. A later change is notified at the next flush. [interface thread]
     void FlushMark(const ZHandler* application);
-    /// That step for all elements below this one that have no children. [interface thread]
+    /// Calls FlushMark for all elements below this one that have no children. [interface thread]
     void FlushMarksBelow(const ZHandler* application) const;
 
     [[nodiscard]] Type GetType() const { return mType; }
-    /// Only archivable children are written with their group.
+    /// Whether the element is written with its group.
     [[nodiscard]] bool IsArchivable() const { return mArchivable; }
     void SetArchivable(bool archivable) { mArchivable = archivable; }
-    /// Whether the archive of a discrete element holds its list, too.
-    [[nodiscard]] bool ArchivesDiscreteList() const { return mArchiveDiscreteList; }
+    /// Whether the archive of a discrete element also holds its list; false at first.
     void SetArchiveDiscreteList(bool archive) { mArchiveDiscreteList = archive; }
-    /// Whether the host may see the element as a parameter.
+    /// Whether the element is a host parameter.
     [[nodiscard]] bool IsExposed() const { return mExposed; }
     void SetExposed(bool exposed) { mExposed = exposed; }
     void SetUnits(Units units) { mUnits = units; }
 
 protected:
-    /// Makes a child of every "element" in the XML, by its class. Throws ZException -1 for a class
-    /// that is not registered or is none of elements.
+    /// Makes a child of every tag "element" in the XML, by its class. Throws ZException kGeneral
+    /// for a class that is not registered or makes no elements.
     void AddChildElements(const ZXMLElement& xml);
 
 private:
-    using Items = std::vector<boost::shared_ptr<const DiscreteItem>>;
-
     class SharedRange
     {
     public:
@@ -265,8 +263,6 @@ private:
     static constexpr std::uint8_t kHostUnaware = 2;
 
     void RequireType(Type type, const char* failure) const;
-    [[nodiscard]] Items CopyItems() const;
-    void ReplaceItems(Items items);
     std::int32_t AppendItem(boost::shared_ptr<const DiscreteItem> item);
     void BringIntoList(std::atomic<std::int32_t>& index) const;
     void Notify(std::int32_t messageId, const ZHandler* sender);
@@ -299,9 +295,7 @@ private:
     bool mArchiveDiscreteList = false;
     bool mExposed = false;
     std::vector<ZHandler*> mObservers;
-    mutable ZLock mDiscreteLock{"discretelist"};
-    Items mDiscreteList;                          // guarded by mDiscreteLock
-    std::atomic<std::int32_t> mDiscreteCount{0};  // written under mDiscreteLock
+    ZLockedList<boost::shared_ptr<const DiscreteItem>> mDiscreteList{"discretelist"};
     std::atomic<std::int32_t> mDiscreteValue{0};
     std::atomic<std::int32_t> mDiscreteDefault{0};
     std::atomic<float> mFloatValue{0.0f};

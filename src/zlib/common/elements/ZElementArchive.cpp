@@ -17,6 +17,8 @@
 #include <iterator>
 #include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -24,7 +26,7 @@ namespace orvane
 namespace
 {
 
-// The words stand at the place of their number.
+// The index of a word is the number of its type, unit or label kind.
 constexpr std::array<std::string_view, 7> kTypeWords = {
     "ZGROUP", "ZMESSAGE", "ZDISCRETE", "ZFLOAT", "ZPOS", "ZBUFFER", "ZRANGE",
 };
@@ -34,10 +36,10 @@ constexpr std::array<std::string_view, 11> kUnitsWords = {
 };
 constexpr std::array<std::string_view, 3> kLabelWords = {"full", "medium", "short"};
 
-/// The place of the attribute's value among the words, their number for an unknown one. An absent
-/// attribute reads as the first word.
-std::int32_t readWord(const ZXMLElement& xml, std::string_view attribute,
-                      std::span<const std::string_view> words)
+/// The index of the attribute's value among the words, words.size() for an unknown value. A missing
+/// attribute counts as the first word.
+std::int32_t indexOfWord(const ZXMLElement& xml, std::string_view attribute,
+                         std::span<const std::string_view> words)
 {
     const char* const word = xml.GetAttribute(attribute);
     if (!word)
@@ -48,24 +50,24 @@ std::int32_t readWord(const ZXMLElement& xml, std::string_view attribute,
 
 ZElement::Type readType(const ZXMLElement& xml)
 {
-    const std::int32_t place = readWord(xml, "type", kTypeWords);
-    if (place == std::ssize(kTypeWords))
+    const std::int32_t index = indexOfWord(xml, "type", kTypeWords);
+    if (index == std::ssize(kTypeWords))
         throw ZException("Unrecognized Element Type.");
-    return static_cast<ZElement::Type>(place);
+    return static_cast<ZElement::Type>(index);
 }
 
 ZElement::Units readUnits(const ZXMLElement& xml)
 {
-    const std::int32_t place = readWord(xml, "units", kUnitsWords);
-    if (place == std::ssize(kUnitsWords))
+    const std::int32_t index = indexOfWord(xml, "units", kUnitsWords);
+    if (index == std::ssize(kUnitsWords))
         throw ZException("Unrecognized Units Type.");
-    return static_cast<ZElement::Units>(place);
+    return static_cast<ZElement::Units>(index);
 }
 
 std::int32_t readLabelKind(const ZXMLElement& label)
 {
-    const std::int32_t place = readWord(label, "type", kLabelWords);
-    return place == std::ssize(kLabelWords) ? ZElement::kFullLabel : place;
+    const std::int32_t index = indexOfWord(label, "type", kLabelWords);
+    return index == std::ssize(kLabelWords) ? ZElement::kFullLabel : index;
 }
 
 void readNumber(const ZXMLElement& xml, std::string_view attribute, std::atomic<float>& out)
@@ -263,7 +265,7 @@ void ZElement::WriteDiscrete(ZXMLElement& xml) const
     if (!mArchiveDiscreteList)
         return;
     std::int32_t index = 0;
-    for (const auto& item : CopyItems()) {
+    for (const auto& item : mDiscreteList.Copy()) {
         ZXMLElement discrete("discrete");
         discrete.AddAttribute("name", withoutMarkup(item->GetText().ToNarrow()));
         discrete.AddAttribute("value", index++);
@@ -335,14 +337,14 @@ void ZElement::RestoreChildren(const ZXMLElement& xml)
 void ZElement::RestoreDiscrete(const ZXMLElement& xml)
 {
     if (mArchiveDiscreteList) {
-        Items items;
+        std::vector<boost::shared_ptr<const DiscreteItem>> items;
         const std::int32_t count = xml.GetChildCount("discrete");
         for (std::int32_t i = 0; i < count; ++i) {
             const auto discrete = xml.GetChild("discrete", i);
             items.push_back(boost::make_shared<DiscreteItem>(
                 ZString(discrete->GetAttribute("name")), discrete));
         }
-        ReplaceItems(std::move(items));
+        mDiscreteList.Replace(std::move(items));
     }
     readNumber(xml, "int32value", mDiscreteValue);
     DiscreteListChanged(this);
@@ -353,7 +355,7 @@ void ZElement::RestoreBuffer(const ZXMLElement& xml)
     const auto archived = xml.GetChild("buffer");
     if (!archived)
         return;
-    // Into a buffer of this thread's own first: another thread may be reading the element's.
+    // Decoded into a copy first, because another thread may be reading the element's buffer.
     const auto restored = CopySamples();
     restoreBuffer(*archived, *restored, ZBufferLength::kFixed);
     StoreSamples(*restored);

@@ -3,6 +3,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include <cassert>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -14,9 +15,8 @@ class ZElement;
 class ZHandler;
 class ZXMLElement;
 
-/// An element that a handler holds and observes: it hears of changes until the element is let go,
-/// here or with this object. For handlers that need more elements than one.
-/// [interface thread, with the interface lock]
+/// An element that a handler shares and observes, until Release or the destructor. For handlers
+/// that observe several elements. [interface thread, under the interface lock]
 class ZObservedElement
 {
 public:
@@ -26,27 +26,35 @@ public:
     ZObservedElement& operator=(const ZObservedElement&) = delete;
     ~ZObservedElement();
 
-    /// Lets the element that it holds go and takes this one, which may be null. The observer is
-    /// told of it with ZATTACHEDTOELEMENT.
+    /// Releases the current element and observes this one, which may be null. The observer gets a
+    /// ZATTACHEDTOELEMENT.
     void Observe(const boost::shared_ptr<ZElement>& element);
-    /// Keeps the element and hears no more of it.
+    /// Keeps the element but stops observing it.
     void StopObserving();
-    /// Holds none any more.
+    /// Stops observing the element and drops it.
     void Release();
 
-    /// Whether a message's "elementid" means this element; never when it holds none.
+    /// Whether a message's "elementid" names this element; false without one.
     [[nodiscard]] bool Is(std::uint64_t elementId) const;
     explicit operator bool() const { return mElement != nullptr; }
-    ZElement* operator->() const { return mElement.get(); }
-    ZElement& operator*() const { return *mElement; }
+    ZElement* operator->() const
+    {
+        assert(mElement);
+        return mElement.get();
+    }
+    ZElement& operator*() const
+    {
+        assert(mElement);
+        return *mElement;
+    }
 
 private:
     ZHandler& mObserver;
     boost::shared_ptr<ZElement> mElement;
 };
 
-/// The name of the element that a view's XML gives for a role: in its last tag `element` with that
-/// attribute; empty without one.
+/// Reads the name of the element that a view's XML names for a role: the attribute of that name in
+/// the last tag "element" that has it; empty without one.
 [[nodiscard]] std::string readElementName(const ZXMLElement& xml, std::string_view role);
 
 }  // namespace orvane
