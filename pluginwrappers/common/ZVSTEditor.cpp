@@ -10,6 +10,7 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/signals/ZSignalBay.h"
 #include "zlib/common/views/ZWindow.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -133,9 +134,7 @@ bool ZVSTEditor::onKeyDown(VstKeyCode& key)
 
 bool ZVSTEditor::SampleRateChanged(float rate)
 {
-    const auto message = boost::make_shared<ZMessage>(ZSAMPLERATECHANGED);
-    message->Add<float>("rate", rate);
-    Send(message);
+    Send(makeSampleRateMessage(rate));
     return true;
 }
 

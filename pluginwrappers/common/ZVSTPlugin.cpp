@@ -238,11 +238,8 @@ void ZVSTPlugin::setSampleRate(float rate)
     if (!std::isfinite(rate) || rate <= 0.0f || (looper && looper->GetSampleRate() == rate))
         return;
     AudioEffectX::setSampleRate(rate);
-    if (const auto network = GetNetwork()) {
-        const auto message = boost::make_shared<ZMessage>(ZSAMPLERATECHANGED);
-        message->Add<float>("rate", rate);
-        network->HandleZMessage(message);
-    }
+    if (const auto network = GetNetwork())
+        network->HandleZMessage(makeSampleRateMessage(rate));
     if (looper) {
         looper->SetSampleRate(rate);
         looper->InitLooper();

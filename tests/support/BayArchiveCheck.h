@@ -4,6 +4,7 @@
 #include "support/SmallApplication.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/signals/ZBlockProcessingBay.h"
 #include "zlib/common/signals/ZElementBay.h"
@@ -16,6 +17,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace orvane
 {
@@ -71,12 +73,11 @@ inline void runBetweenEnds(ZSignalBay& network)
         network.Route(i, input, i % 2);
     for (std::int32_t i = 0; i < 2 && i < network.GetExportCount(); ++i)
         output.Route(i, network, i);
-    const ZBuffer block(64, "ZBuffer");
+    const std::vector<float> block(64);
     for (int pass = 0; pass < 3; ++pass) {
-        input.Write(block, input.Free(0), 0);
-        output.SetRequested(48);
-        output.RequestInputs();
-        output.Pull();
+        input.Write({block.data(), input.Free(0)}, 0);
+        const ZInterfaceUnlock unlocked;
+        output.RunPass(48);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/signals/ZOutputBay.h"
 #include "zlib/common/signals/ZSignalBay.h"
 
@@ -67,12 +68,11 @@ inline boost::shared_ptr<ProbeBay> probe(std::string_view name, std::int32_t imp
     return boost::make_shared<ProbeBay>(name, imports, exports, type);
 }
 
-/// Runs one pass from a sink.
+/// Runs one pass from a sink, without the interface lock, as the audio thread does.
 inline void runPass(ZSignalBay& sink, std::uint32_t count)
 {
-    sink.SetRequested(count);
-    sink.RequestInputs();
-    sink.Pull();
+    const ZInterfaceUnlock unlocked;
+    sink.RunPass(count);
 }
 
 /// The text of the ZException that action throws, or "none".

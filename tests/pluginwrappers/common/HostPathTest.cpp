@@ -231,8 +231,7 @@ TEST_F(HostPathTest, ABlockSizeReachesFifosNetworkAndTransferAndEmptiesTheFifos)
     EXPECT_EQ(looper->InputFree(1), 128u);
     EXPECT_EQ(network->GetMaxBuffer(), 100);
 
-    ZBuffer samples(100, "samples");
-    looper->InputWrite(samples, 100, 0);
+    looper->InputWrite(std::vector<float>(100), 0);
     Ask(effSetBlockSize, 100);
     EXPECT_EQ(looper->InputFree(0), 128u);
 }

@@ -4,10 +4,12 @@
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZApplication.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 #include <set>
 #include <utility>
@@ -40,7 +42,7 @@ void ZBay::TearDown()
 {
     UnrouteImports();
     UnrouteExports();
-    Ports portDeletionList;  // the last holders of the own ports, until the children have gone
+    Ports portDeletionList;  // keeps the own ports alive until the child bays are removed
     while (!mImports.empty())
         portDeletionList.push_back(RemoveImport(GetImportCount() - 1));
     while (!mExports.empty())
@@ -99,7 +101,7 @@ void ZBay::PortRangeChanged(ZPort& /*port*/)
 {
 }
 
-// Ports.
+// Ports
 
 const ZBay::Ports& ZBay::PortsOf(ZPort::Direction direction) const
 {
@@ -171,6 +173,8 @@ void ZBay::AddExport(const boost::shared_ptr<ZPort>& port)
 
 void ZBay::AddPort(const boost::shared_ptr<ZPort>& port, ZPort::Direction direction)
 {
+    assert(ZInterfaceLock::IsHeld());
+    assert(port);
     Ports& ports = PortsOf(direction);
     if (!port->mOwner) {
         port->mDirection = direction;
@@ -198,6 +202,7 @@ boost::shared_ptr<ZPort> ZBay::RemoveExport(std::int32_t index)
 
 boost::shared_ptr<ZPort> ZBay::RemovePort(std::int32_t index, ZPort::Direction direction)
 {
+    assert(ZInterfaceLock::IsHeld());
     Ports& ports = PortsOf(direction);
     if (index < 0 || index >= std::ssize(ports))
         return nullptr;
@@ -210,7 +215,7 @@ boost::shared_ptr<ZPort> ZBay::RemovePort(std::int32_t index, ZPort::Direction d
         port->mIndex = -1;
         NumberPorts(direction);
     }
-    // Who contains this bay has the port from it.
+    // Containers may have published the port.
     for (ZBay* bay = mContainer; bay; bay = bay->mContainer)
         bay->WithdrawPort(*port, direction);
     return port;
@@ -241,7 +246,7 @@ void ZBay::WithdrawPortsOf(const ZBay& bay, ZPort::Direction direction)
         mContainer->WithdrawPortsOf(bay, direction);
 }
 
-// Routes.
+// Routes
 
 bool ZBay::IsRouted(std::int32_t importIndex, const ZBay& farBay, std::int32_t exportIndex) const
 {
@@ -252,6 +257,7 @@ bool ZBay::IsRouted(std::int32_t importIndex, const ZBay& farBay, std::int32_t e
 
 void ZBay::Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex)
 {
+    assert(ZInterfaceLock::IsHeld());
     const std::string fault = RouteFault(importIndex, farBay, exportIndex);
     if (!fault.empty())
         throw ZException(fault);
@@ -271,6 +277,7 @@ void ZBay::Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportInde
 
 void ZBay::Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex)
 {
+    assert(ZInterfaceLock::IsHeld());
     ZPort* const importPort = GetImport(importIndex);
     ZPort* const exportPort = farBay.GetExport(exportIndex);
     if (!importPort)
@@ -279,13 +286,14 @@ void ZBay::Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIn
         throw portMissing(farBay, "export", exportIndex, farBay.GetExportCount());
     if (importPort->FindRoute(*exportPort).bay != &farBay)
         return;
+    assert(farBay.mRouteCount > 0);
     --farBay.mRouteCount;
     importPort->RemoveRoute(*exportPort);
     exportPort->RemoveRoute(*importPort);
     RouteRemoved(importIndex, farBay, exportIndex);
 }
 
-/// Why the two ports cannot be joined; empty when they can.
+/// The reason why Route refuses these ports; empty when it does not.
 std::string ZBay::RouteFault(std::int32_t importIndex, const ZBay& farBay,
                              std::int32_t exportIndex) const
 {
@@ -331,8 +339,8 @@ std::int32_t ZBay::CountReaders() const
     return static_cast<std::int32_t>(readers);
 }
 
-/// Bays on the longest way that leads from this bay's own ports, this one included. Ends, since
-/// what stands has no cycles.
+/// The number of bays on the longest path from this bay's own imports or exports, this bay
+/// included. The recursion ends because the routes have no cycles.
 std::int32_t ZBay::LongestChain(ZPort::Direction direction, ChainLengths& known) const
 {
     const auto [entry, isNew] = known.try_emplace(this, 0);
@@ -346,16 +354,17 @@ std::int32_t ZBay::LongestChain(ZPort::Direction direction, ChainLengths& known)
     return entry->second = longest + 1;
 }
 
-/// Takes a route apart by the bays through which it was made.
+/// Removes the route through the two bays that made it.
 void ZBay::Disconnect(const ZPort& importPort, const ZPort& exportPort)
 {
+    assert(importPort.FindRoute(exportPort).bay && exportPort.FindRoute(importPort).bay);
     ZBay& source = *importPort.FindRoute(exportPort).bay;
     ZBay& target = *exportPort.FindRoute(importPort).bay;
     target.Unroute(target.IndexOf(importPort, ZPort::kImport), source,
                    source.IndexOf(exportPort, ZPort::kExport));
 }
 
-/// Removes the port's routes; with a bay given, those that were made through it.
+/// Removes the port's routes; with a bay given, only those that were made through that bay.
 void ZBay::UnroutePort(const ZPort& port, ZPort::Direction direction, const ZBay* through)
 {
     const std::vector<ZPort::RouteRecord> routes = port.GetRoutes();
@@ -416,15 +425,18 @@ std::vector<ZBay*> ZBay::ReachableBays(ZPort::Direction direction, bool recursiv
     return aboveList;
 }
 
-// Children.
+// Child bays
 
 void ZBay::SetContainer(ZBay* container)
 {
+    assert(ZInterfaceLock::IsHeld());
+    assert(container != this);
     mContainer = container;
 }
 
 void ZBay::SetDocument(ZDocument* document)
 {
+    assert(ZInterfaceLock::IsHeld());
     mDocument = document;
     DocumentAttached();
     for (const auto& bay : mBays.Copy())
@@ -441,6 +453,8 @@ bool ZBay::IsInside(const ZBay& bay) const
 
 void ZBay::AddBay(const boost::shared_ptr<ZBay>& bay)
 {
+    assert(ZInterfaceLock::IsHeld());
+    assert(bay);
     if (bay->mContainer || IsInside(*bay))
         throw ZException("Bay '" + bay->GetName() + "' cannot be put into bay '" + GetName() +
                          "': it stands in one or contains it.");
@@ -453,6 +467,7 @@ void ZBay::AddBay(const boost::shared_ptr<ZBay>& bay)
 
 void ZBay::RemoveBay(boost::shared_ptr<ZBay> bay)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!bay || bay->mContainer != this)
         return;
     bay->SpliceOut();
@@ -471,7 +486,7 @@ void ZBay::SpliceOut()
     UnrouteExports();
 }
 
-/// Joins the first source of the import to the first target of the export.
+/// Connects the first source of the import to the first target of the export.
 void ZBay::JoinAround(const ZPort& importPort, const ZPort& exportPort)
 {
     if (importPort.GetRoutes().empty() || exportPort.GetRoutes().empty())
@@ -500,7 +515,7 @@ boost::shared_ptr<ZBay> ZBay::FindBay(std::string_view name) const
     return nullptr;
 }
 
-// Elements.
+// Elements
 
 boost::shared_ptr<ZElement> ZBay::GetElement() const
 {
@@ -514,6 +529,7 @@ void ZBay::AddElement(const boost::shared_ptr<ZElement>& element)
 
 void ZBay::AdoptElement(const boost::shared_ptr<ZElement>& element, const char* groupName)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!mElement) {
         mElement = boost::make_shared<ZElement>(groupName, ZElement::ZGROUP, GetLooper());
         if (mContainer)
@@ -523,7 +539,7 @@ void ZBay::AdoptElement(const boost::shared_ptr<ZElement>& element, const char* 
         mElement->AddSubElement(element);
 }
 
-// Copies.
+// Clones
 
 boost::shared_ptr<ZBay> ZBay::Clone()
 {

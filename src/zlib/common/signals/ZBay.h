@@ -25,8 +25,8 @@ class ZXMLElement;
 /// A bay may contain bays and publish their ports as its own, so that a network can stand where a
 /// bay stands.
 ///
-/// Whoever changes the graph holds the interface lock, and no pass runs meanwhile. A change that is
-/// refused throws ZException kGeneral and leaves the graph as it was.
+/// Whoever changes the graph holds the interface lock and runs no pass meanwhile; both are
+/// asserted. A change that is refused throws ZException kGeneral and leaves the graph as it was.
 class ZBay : public ZHandler
 {
 public:

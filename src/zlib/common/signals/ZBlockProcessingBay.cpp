@@ -7,6 +7,7 @@
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -58,11 +59,13 @@ void ZBlockProcessingBay::BuildPorts()
 
 ZBuffer& ZBlockProcessingBay::InputBlock(std::int32_t channel) noexcept
 {
+    assert(channel >= 0 && channel < mChannels && mBlockSize > 0);
     return *mInputBlock[static_cast<std::size_t>(channel)];
 }
 
 ZBuffer& ZBlockProcessingBay::OutputBlock(std::int32_t channel) noexcept
 {
+    assert(channel >= 0 && channel < mChannels && mBlockSize > 0);
     return *mOutputBlock[static_cast<std::size_t>(channel)];
 }
 
@@ -77,6 +80,7 @@ ZBlockProcessingBay::Blocks ZBlockProcessingBay::MakeBlocks(std::int32_t size) c
 
 void ZBlockProcessingBay::SetBlockSize(std::int32_t size)
 {
+    assert(!IsPassRunning());
     const std::int32_t blockSize = size < 0 ? GetMaxBuffer() : size;
     Blocks inputBlock = MakeBlocks(blockSize);
     Blocks outputBlock = MakeBlocks(blockSize);
@@ -148,6 +152,7 @@ void ZBlockProcessingBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_
     if (blockSize == 0)
         DeliverSilence();
     for (std::uint32_t done = 0; blockSize > 0 && done < count;) {
+        assert(mFill < blockSize);
         const std::uint32_t n = std::min(count - done, blockSize - mFill);
         MoveSamples(done, n);
         mFill += n;

@@ -57,13 +57,6 @@ std::uint32_t ZInputBay::Available(std::int32_t channel) const noexcept
     return fifo ? fifo->Available() : 0;
 }
 
-void ZInputBay::Write(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
-{
-    if (count > buffer.Length())
-        throw ZException("Read first");
-    Write({buffer.Data(), count}, channel);
-}
-
 void ZInputBay::Write(std::span<const float> samples, std::int32_t channel)
 {
     ZFifoBuffer* const fifo = mFifos.Get(channel);

@@ -9,9 +9,8 @@
 namespace orvane
 {
 
-class ZBuffer;
-
-/// The end of a network at which samples come in: a FIFO and an export a channel. Built in code.
+/// The end of a network where samples come in: a FIFO and an export per channel. Made in code, not
+/// from a description.
 class ZInputBay : public ZSignalBay
 {
 public:
@@ -25,17 +24,15 @@ public:
     void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
                        std::int32_t exportCount) noexcept override;
 
-    /// Makes the FIFOs, or empty ones in their place; samples is a power of two, else throws
-    /// ZException -1. [setup]
+    /// Replaces the FIFOs by empty ones of that capacity. Throws ZException kGeneral unless samples
+    /// is a power of two. [setup]
     void SetFifoSize(std::int32_t samples) { mFifos.SetSize(samples); }
-    /// Samples that the channel's FIFO takes; 0 when there is none. [audio thread]
+    /// Samples that the channel's FIFO has room for; 0 when there is no FIFO. [audio thread]
     [[nodiscard]] std::uint32_t Free(std::int32_t channel) const noexcept;
-    /// Samples that wait there. [audio thread]
+    /// Samples in the channel's FIFO; 0 when there is no FIFO. [audio thread]
     [[nodiscard]] std::uint32_t Available(std::int32_t channel) const noexcept;
-    /// Puts the buffer's first count samples into the channel's FIFO. Throws ZException -1, with
-    /// none taken, when count is above Free or the buffer's length. [audio thread]
-    void Write(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
-    /// The same with samples that stand in no buffer: all of the run. [audio thread]
+    /// Appends samples to the channel's FIFO. Throws ZException kGeneral, with none taken, for more
+    /// than Free. [audio thread]
     void Write(std::span<const float> samples, std::int32_t channel);
 
 private:

@@ -76,13 +76,6 @@ std::uint32_t ZOutputBay::Available(std::int32_t channel) const noexcept
     return fifo ? fifo->Available() : 0;
 }
 
-void ZOutputBay::Read(ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
-{
-    if (count > buffer.Length())
-        throw ZException("Write first");
-    Read({buffer.Data(), count}, channel);
-}
-
 void ZOutputBay::Read(std::span<float> samples, std::int32_t channel)
 {
     ZFifoBuffer* const fifo = mFifos.Get(channel);

@@ -9,10 +9,8 @@
 namespace orvane
 {
 
-class ZBuffer;
-
-/// The end of a network at which samples go out: an import and a FIFO a channel. The sink: once it
-/// is prepared, whatever it reads is awake. Built in code.
+/// The end of a network where samples go out: an import and a FIFO per channel. A sink: Prepare
+/// makes it active and with it all bays that it reads. Made in code, not from a description.
 class ZOutputBay : public ZSignalBay
 {
 public:
@@ -23,24 +21,22 @@ public:
     [[nodiscard]] const char* GetClassName() const override;
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
     [[nodiscard]] std::int32_t GetInputChannelCount() const override;
-    /// Makes the bay a sink and wakes what it reads.
+    /// Makes the bay a sink, and active with all bays that it reads.
     bool Prepare() override;
     /// Empties the FIFOs.
     void Reset() override;
     void ProcessSignal(std::uint64_t position, std::uint32_t count, std::int32_t firstExport,
                        std::int32_t exportCount) noexcept override;
 
-    /// Makes the FIFOs, or empty ones in their place; samples is a power of two, else throws
-    /// ZException -1. [setup]
+    /// Replaces the FIFOs by empty ones of that capacity. Throws ZException kGeneral unless samples
+    /// is a power of two. [setup]
     void SetFifoSize(std::int32_t samples) { mFifos.SetSize(samples); }
-    /// Samples that the channel's FIFO takes; 0 when there is none. [audio thread]
+    /// Samples that the channel's FIFO has room for; 0 when there is no FIFO. [audio thread]
     [[nodiscard]] std::uint32_t Free(std::int32_t channel) const noexcept;
-    /// Samples that wait there. [audio thread]
+    /// Samples in the channel's FIFO; 0 when there is no FIFO. [audio thread]
     [[nodiscard]] std::uint32_t Available(std::int32_t channel) const noexcept;
-    /// Takes count samples out of the channel's FIFO to the buffer's start. Throws ZException -1,
-    /// with none taken, when count is above Available or the buffer's length. [audio thread]
-    void Read(ZBuffer& buffer, std::uint32_t count, std::int32_t channel);
-    /// The same with samples that stand in no buffer: all of the run. [audio thread]
+    /// Fills samples from the channel's FIFO. Throws ZException kGeneral, with none taken, for more
+    /// than Available. [audio thread]
     void Read(std::span<float> samples, std::int32_t channel);
     /// Samples that the last pass put into the FIFO of the last channel. [audio thread]
     [[nodiscard]] std::uint32_t GetWritten() const noexcept { return mWritten; }

@@ -2,10 +2,12 @@
 #include "zlib/common/signals/ZPort.h"
 
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <mutex>
 
 namespace orvane
@@ -58,6 +60,7 @@ void ZPort::SetRange(float min, float max)
 
 void ZPort::AddRoute(ZBay& farBay, ZPort& farPort)
 {
+    assert(ZInterfaceLock::IsHeld());
     std::int32_t index = 0;
     {
         const std::lock_guard guard(mRouteLock);
@@ -72,6 +75,7 @@ void ZPort::AddRoute(ZBay& farBay, ZPort& farPort)
 
 void ZPort::RemoveRoute(const ZPort& farPort)
 {
+    assert(ZInterfaceLock::IsHeld());
     RouteRecord removed;
     std::int32_t index = 0;
     {

@@ -4,6 +4,7 @@
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZApplication.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
@@ -94,7 +95,7 @@ void ZSignalBay::CopySettingsTo(ZSignalBay& copy)
     copy.SetMaxBuffer(mMaxBuffer);
 }
 
-// Messages and settings.
+// Messages and settings
 
 void ZSignalBay::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
@@ -156,6 +157,7 @@ void ZSignalBay::SampleRateChanged()
 
 void ZSignalBay::MaxBufferChanged()
 {
+    assert(!IsPassRunning());
     for (ZSignalPort* const port : mSignalImports)
         port->AllocateBuffer();
     for (ZSignalPort* const port : mSignalExports)
@@ -170,6 +172,7 @@ void ZSignalBay::SetDefaults()
 
 bool ZSignalBay::Prepare()
 {
+    assert(!IsPassRunning());
     if (!mProcessingLock)
         mProcessingLock = std::make_unique<ZLock>("processing lock");
     for (const auto& bay : SignalBays())
@@ -179,6 +182,7 @@ bool ZSignalBay::Prepare()
 
 void ZSignalBay::Reset()
 {
+    assert(!IsPassRunning());
     for (const auto& bay : SignalBays())
         bay->Reset();
 }
@@ -196,6 +200,7 @@ void ZSignalBay::SetMaxBuffer(std::int32_t samples)
 
 void ZSignalBay::SetLatency(std::int32_t samples)
 {
+    assert(samples >= 0);
     mLatency = samples;
 }
 
@@ -225,7 +230,7 @@ std::vector<boost::shared_ptr<ZSignalBay>> ZSignalBay::SignalBays() const
     return bays;
 }
 
-// Ports.
+// Ports
 
 void ZSignalBay::MakeImport(std::string_view name, ZPort::Type type)
 {
@@ -292,6 +297,7 @@ void ZSignalBay::LeavePort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
 
 void ZSignalBay::CollectOwnPorts()
 {
+    assert(!IsPassRunning());
     mSignalImports.clear();
     for (std::int32_t i = 0; i < GetImportCount(); ++i)
         if (auto* const port = dynamic_cast<ZSignalPort*>(GetImport(i)))
@@ -304,7 +310,7 @@ void ZSignalBay::CollectOwnPorts()
                 mSignalExports.push_back(port);
 }
 
-// Routes and demand.
+// Routes and demand
 
 ZSignalBay* ZSignalBay::GetSink()
 {
@@ -320,6 +326,12 @@ ZSignalBay* ZSignalBay::GetSink()
     return nullptr;
 }
 
+bool ZSignalBay::IsPassRunning()
+{
+    const ZSignalBay* const sink = GetSink();
+    return sink && sink->mPassRuns.load(std::memory_order_relaxed);
+}
+
 std::unique_lock<ZLock> ZSignalBay::LockSink()
 {
     const ZSignalBay* const sink = GetSink();
@@ -330,12 +342,14 @@ std::unique_lock<ZLock> ZSignalBay::LockSink()
 
 void ZSignalBay::Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex)
 {
+    assert(!IsPassRunning());
     const auto lock = LockSink();
     ZBay::Route(importIndex, farBay, exportIndex);
 }
 
 void ZSignalBay::Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex)
 {
+    assert(!IsPassRunning());
     const auto lock = LockSink();
     ZBay::Unroute(importIndex, farBay, exportIndex);
 }
@@ -356,7 +370,7 @@ void ZSignalBay::RouteRemoved(std::int32_t importIndex, ZBay& farBay, std::int32
         target->UpdateSources();
 }
 
-/// The bays that this one reads, sorted by identity, each once.
+/// The bays that this one reads, each once, sorted by address.
 std::vector<ZSignalBay*> ZSignalBay::Sources() const
 {
     std::vector<ZSignalBay*> sigPrev;
@@ -368,9 +382,8 @@ std::vector<ZSignalBay*> ZSignalBay::Sources() const
     return sigPrev;
 }
 
-/// Brings the demand of the sources in step with what this bay reads: nothing when it is not
-/// active. Bays are compared, not routes, so that two routes from one bay are one demand, however
-/// and when they come and go.
+/// Updates the demand of the bays that this one reads, or no longer reads. An inactive bay demands
+/// none. Compares bays, not routes, so that several routes from one bay count once.
 void ZSignalBay::UpdateSources()
 {
     std::vector<ZSignalBay*> before = mActive ? Sources() : std::vector<ZSignalBay*>();
@@ -381,7 +394,7 @@ void ZSignalBay::UpdateSources()
     std::vector<ZSignalBay*> gone;
     std::set_difference(before.begin(), before.end(), mLiveSources.begin(), mLiveSources.end(),
                         std::back_inserter(gone), std::less<>());
-    // New ones first: what both need stays awake.
+    // New sources first, so that a bay that both need stays active.
     for (ZSignalBay* const bay : fresh)
         bay->AddConsumer();
     for (ZSignalBay* const bay : gone)
@@ -416,7 +429,7 @@ void ZSignalBay::RemoveConsumer()
         Deactivate();
 }
 
-/// A pass that was requested and not pulled must not serve an import that may be gone by then.
+/// Forgets the request of an import that may be destroyed before the next Pull serves it.
 void ZSignalBay::ForgetRequester(const ZPort& importPort)
 {
     const auto end = mRequesters.begin() + mRequesterCount;
@@ -424,11 +437,22 @@ void ZSignalBay::ForgetRequester(const ZPort& importPort)
     mRequesterCount = static_cast<std::int32_t>(last - mRequesters.begin());
 }
 
-// The pass.
+// The pass
 
 void ZSignalBay::SetRequested(std::uint32_t count) noexcept
 {
     mRequested = std::min(count, static_cast<std::uint32_t>(mMaxBuffer));
+}
+
+void ZSignalBay::RunPass(std::uint32_t count) noexcept
+{
+    assert(!ZInterfaceLock::IsHeld());
+    assert(!mPassRuns.load(std::memory_order_relaxed));
+    mPassRuns.store(true, std::memory_order_relaxed);
+    SetRequested(count);
+    RequestInputs();
+    Pull();
+    mPassRuns.store(false, std::memory_order_relaxed);
 }
 
 void ZSignalBay::RequestInputs() noexcept
@@ -444,7 +468,7 @@ void ZSignalBay::RequestInputs() noexcept
     }
 }
 
-/// The bay that the import reads, null when it sleeps: then there is nothing to wait for.
+/// The bay that the import reads; null when that bay is not active and so delivers nothing.
 ZSignalBay* ZSignalBay::LiveSourceOf(const ZSignalPort& importPort) noexcept
 {
     const ZSignalPort* const source = importPort.GetSource();
@@ -455,16 +479,17 @@ void ZSignalBay::RequestFrom(ZSignalPort& importPort) noexcept
 {
     if (!mActive)
         return;
+    assert(importPort.GetSource() && importPort.GetSource()->GetSignalOwner() == this);
     const bool isFirst = !HasAsked(importPort.GetOwner());
     EnterRequester(importPort);
     TakePosition(importPort.GetPosition());
-    // The largest consumer sets the block, as far as the ports' buffers reach.
+    // The largest request counts, limited to the length of the ports' buffers.
     SetRequested(std::max(mRequested, importPort.GetRequested()));
     if (isFirst && ++mConsumersHeard == mDemand)
         RequestInputs();
 }
 
-/// Enters an import once, so that all fit: a bay feeds no more.
+/// Enters each import once; the table has room for all imports that a bay may feed.
 void ZSignalBay::EnterRequester(ZSignalPort& importPort) noexcept
 {
     const auto end = mRequesters.begin() + mRequesterCount;
@@ -494,12 +519,13 @@ void ZSignalBay::TakePosition(std::uint64_t position) noexcept
 void ZSignalBay::Pull() noexcept
 {
     const std::uint32_t minimumAudio = PullImports();
+    assert(minimumAudio <= static_cast<std::uint32_t>(mMaxBuffer));
     ProcessSignal(mPosition, minimumAudio, 0, GetExportCount());
     mRequested = 0;
     ServeRequesters();
 }
 
-/// Runs the sources and gives the samples that all audio imports have.
+/// Runs the sources and gives back how many samples all audio imports have.
 std::uint32_t ZSignalBay::PullImports() noexcept
 {
     std::uint32_t minimumAudio = mRequested;
@@ -514,7 +540,8 @@ std::uint32_t ZSignalBay::PullImports() noexcept
     return minimumAudio;
 }
 
-/// Consumers read the exports' buffers in place; being ready, they do not run this bay again.
+/// Makes the imports that asked read the exports' buffers, and ready, so that they do not run this
+/// bay again in this pass.
 void ZSignalBay::ServeRequesters() noexcept
 {
     for (std::int32_t i = 0; i < mRequesterCount; ++i) {
@@ -564,6 +591,14 @@ void ZSignalBay::SetPosition(std::uint64_t position, bool propagate)
 std::uint64_t ZSignalBay::GetPosition() const
 {
     return mPosition;
+}
+
+boost::shared_ptr<const ZMessage> makeSampleRateMessage(float rate)
+{
+    assert(rate > 0.0f);
+    auto message = boost::make_shared<ZMessage>(ZSAMPLERATECHANGED);
+    message->Add<float>("rate", rate);
+    return message;
 }
 
 }  // namespace orvane

@@ -6,6 +6,7 @@
 #include "zlib/common/signals/ZSignalPort.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -15,120 +16,130 @@
 namespace orvane
 {
 
-/// A bay that moves samples; by itself a container that makes a network of its children.
+/// A bay that processes samples. The base class is a container for a network of child bays.
 ///
-/// A pass starts at a sink: SetRequested, RequestInputs, Pull. The request goes upstream; a bay
-/// hands it on when the last of its live consumers has asked. Then the pull recurses upstream, and
-/// every bay runs after its sources and once, however many read it. A bay that no sink demands is
-/// not active and does not run.
+/// A pass starts at a sink, with RunPass. First the request for samples goes upstream: a bay passes
+/// it on when all its active consumers have asked. Then Pull recurses upstream, so that every bay
+/// runs after its sources, and once, however many bays read it. A bay that no sink needs is not
+/// active and does not run.
 ///
-/// The pass is [audio thread]: nothing in it allocates, locks, waits or throws, so what it calls is
-/// noexcept. All else is [setup]: it holds the interface lock, or runs on the audio thread between
-/// passes, and may allocate. The host sees to it that setup never overlaps a pass.
-///
-/// The time that a pull takes is not measured: nothing would read it, and a clock read twice a bay
-/// and pass is not free.
+/// The operations of a pass are [audio thread]: nothing in them allocates, locks, waits or throws.
+/// All others are [setup]: their caller holds the interface lock or is the audio thread between two
+/// passes, and they may allocate. They never overlap a pass of a sink that the bay feeds, which is
+/// asserted; the host guarantees it.
 class ZSignalBay : public ZBay
 {
 public:
-    /// Samples a pass, before anybody has told.
+    /// Samples of the longest pass, before SetMaxBuffer.
     static constexpr std::int32_t kDefaultMaxBuffer = 512;
-    /// Imports that may read one bay, so that each finds its place in the list of a pass.
+    /// Imports that may read one bay: the length of the requester table of a pass.
     static constexpr std::int32_t kMaxRequesters = 64;
-    /// Channels of a bay: what one bay can read of another.
+    /// Most channels of a bay, since one bay can read as many of another.
     static constexpr std::int32_t kMaxChannels = kMaxRequesters;
 
     explicit ZSignalBay(std::string_view name = {}, ZLooper* looper = nullptr);
-    /// As ZBay, and publishes the ports of children that "publish" names. Unknown children and
-    /// ports are skipped.
+    /// As ZBay, and publishes the ports of child bays that the tags "publish" name. Skips unknown
+    /// bays and ports. [setup]
     ZSignalBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZSignalBay() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     /// ZMAXBUFFERCHANGED ("maxbuf", signed 32-bit): SetMaxBuffer, then Prepare. ZSAMPLERATECHANGED
-    /// ("rate", float, above 0): the rate, here and in all children. ZSETDEFAULTS: SetDefaults.
-    /// ZRESET: Reset.
+    /// ("rate", float, above 0): sets the rate of this bay and of all child bays. ZSETDEFAULTS:
+    /// SetDefaults. ZRESET: Reset. Ignores all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-    /// Under the sink's processing lock, which orders route changes among themselves.
-    void Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
-    void Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
-    void RouteAdded(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
-    void RouteRemoved(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
     void ImportAdded(ZPort& port) override;
     void ExportAdded(ZPort& port) override;
     void ImportRemoved(ZPort& port) override;
     void ExportRemoved(ZPort& port) override;
+    void RouteAdded(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
+    void RouteRemoved(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
+    /// These two hold the sink's processing lock, so that route changes exclude each other.
+    void Route(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
+    void Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIndex) override;
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
 
-    /// Delivers the message to every child, now.
+    /// Calls HandleZMessage of every child bay.
     virtual void BroadcastToBays(const boost::shared_ptr<const ZMessage>& message);
-    /// Changes the number of audio imports, or exports. Throws ZException -1 here.
+    /// Changes the number of audio imports. Throws ZException kGeneral in ZSignalBay.
     virtual void SetInputChannelCount(std::int32_t count);
-    virtual void SetOutputChannelCount(std::int32_t count);
-    /// Audio imports, or exports, published ones included.
+    /// The number of audio imports, published ones included.
     [[nodiscard]] virtual std::int32_t GetInputChannelCount() const;
+    /// Changes the number of audio exports. Throws ZException kGeneral in ZSignalBay.
+    virtual void SetOutputChannelCount(std::int32_t count);
+    /// The number of audio exports, published ones included.
     [[nodiscard]] virtual std::int32_t GetOutputChannelCount() const;
-    /// GetSampleRate is new. Nothing here.
+    /// Hook: GetSampleRate has changed. Does nothing in ZSignalBay.
     virtual void SampleRateChanged();
-    /// GetMaxBuffer is new: replaces the buffers of the own ports.
+    /// Hook: GetMaxBuffer has changed. Reallocates the buffers of the own ports.
     virtual void MaxBufferChanged();
+    /// Sets the elements of all child bays to their defaults.
     virtual void SetDefaults();
-    /// Makes ready to run; may come again. False when the bay cannot.
+    /// Makes this bay and its child bays ready to run; may be called again. False when it fails.
     virtual bool Prepare();
-    /// Forgets all signal.
+    /// Clears all state that depends on past samples, here and in the child bays.
     virtual void Reset();
 
-    /// Asks the sources of all imports for the requested samples. [audio thread]
+    /// Passes the request for samples on to the sources of all imports. [audio thread]
     virtual void RequestInputs() noexcept;
-    /// An import asks this bay for samples. Does nothing unless the bay is active. [audio thread]
+    /// Receives the request of an import that reads this bay. Does nothing unless the bay is
+    /// active. [audio thread]
     virtual void RequestFrom(ZSignalPort& importPort) noexcept;
-    /// Runs what is upstream and has not run, then this bay. [audio thread]
+    /// Runs all bays upstream that have not yet run in this pass, then this bay. [audio thread]
     virtual void Pull() noexcept;
-    /// What a processing bay implements: reads count samples from the buffers of its imports,
-    /// writes them to those of its exports, and sets what is available there. count may be 0 and is
-    /// never above GetMaxBuffer(). position counts samples on the bay's own time base; exports
-    /// firstExport to firstExport + exportCount - 1 are wanted: all of them. [audio thread]
+    /// The processing of a bay: reads count samples, 0 to GetMaxBuffer(), from the buffers of its
+    /// imports, writes them to the buffers of its exports and sets how many are available there.
+    /// position is in samples, on the bay's own time base. firstExport and exportCount name all
+    /// exports. Does nothing in ZSignalBay. [audio thread]
     virtual void ProcessSignal(std::uint64_t position, std::uint32_t count,
                                std::int32_t firstExport, std::int32_t exportCount) noexcept;
-    /// The offline form of a pass: runs the bay over the positions [from, to) as far as its sources
-    /// deliver. [setup]
+    /// The offline form of a pass: runs the bay over the positions [from, to), or until its sources
+    /// deliver nothing more. [audio thread]
     virtual void PullRange(std::uint64_t from, std::uint64_t to);
 
-    /// The next request gets that position here; with propagate all bays upstream drop their
-    /// offset.
+    /// Makes the next request start at that position on this bay's time base. propagate: clears the
+    /// offset between time bases in all bays upstream. [setup]
     virtual void SetPosition(std::uint64_t position, bool propagate);
-    /// [any thread on which a pass may run]
+    /// Sample position of the last request. [audio thread]
     [[nodiscard]] virtual std::uint64_t GetPosition() const;
+    /// samples >= 0. [setup]
     virtual void SetLatency(std::int32_t samples);
-    /// A new tag "preset" with that name.
+    /// Makes a tag "preset" with that name.
     [[nodiscard]] virtual boost::shared_ptr<ZXMLElement>
     ExtractPresetHeader(std::string_view name) const;
 
-    /// Longest run of samples in a pass, here and in the children; replaces the buffers of the
-    /// ports. Throws ZException -1 unless samples is above 0.
+    /// Sets the number of samples of the longest pass, here and in the child bays, and reallocates
+    /// the buffers of their ports. Throws ZException kGeneral unless samples is above 0. [setup]
     void SetMaxBuffer(std::int32_t samples);
     [[nodiscard]] std::int32_t GetMaxBuffer() const noexcept { return mMaxBuffer; }
     /// In Hz. [audio thread]
     [[nodiscard]] float GetSampleRate() const noexcept { return mSampleRate; }
-    /// In samples; of a container the sum over its children, even where they stand side by side.
+    /// In samples. The latency of a container is the sum over its child bays, even of parallel
+    /// ones.
     [[nodiscard]] std::int32_t GetLatency() const;
 
-    /// How many samples the next pass asks of a sink, GetMaxBuffer() at most. [audio thread]
+    /// Runs a pass of count samples, limited to GetMaxBuffer(), from this bay, a sink. The caller
+    /// does not hold the interface lock. [audio thread]
+    void RunPass(std::uint32_t count) noexcept;
+    /// Whether the sink that this bay feeds is running a pass; for assertions. [setup]
+    [[nodiscard]] bool IsPassRunning();
+    /// Sets how many samples a sink requests in the next pass, limited to GetMaxBuffer().
+    /// [audio thread]
     void SetRequested(std::uint32_t count) noexcept;
-    /// Samples that the pass in course asks of this bay. [audio thread]
+    /// Samples that the current pass requests of this bay. [audio thread]
     [[nodiscard]] std::uint32_t GetRequested() const noexcept { return mRequested; }
 
-    /// A sink keeps itself and all that it reads active.
-    [[nodiscard]] bool IsSink() const noexcept { return mIsSink; }
+    /// Whether a sink needs this bay, directly or through other bays.
     [[nodiscard]] bool IsActive() const noexcept { return mActive; }
-    /// Live bays that read this one, each counted once.
+    /// The number of active bays that read this one.
     [[nodiscard]] std::int32_t GetDemand() const noexcept { return mDemand; }
-    /// Null when not active; itself when it is a sink; else the nearest sink downstream.
+    /// Null unless active; this bay if it is a sink; else the nearest sink downstream.
     [[nodiscard]] ZSignalBay* GetSink();
 
 protected:
-    /// The own ports, in order, ready for the pass: published ones are their owners' to run.
+    /// The signal ports that this bay owns, in order: published ports are served by their owners.
+    /// [audio thread]
     [[nodiscard]] const std::vector<ZSignalPort*>& SignalImports() const noexcept
     {
         return mSignalImports;
@@ -137,17 +148,17 @@ protected:
     {
         return mSignalExports;
     }
-    /// Appends own ports of the type. [setup]
+    /// Appends a port of its own. [setup]
     void MakeImport(std::string_view name, ZPort::Type type);
     void MakeExport(std::string_view name, ZPort::Type type);
-    /// The attribute numchannels. Throws ZException -1 unless it is 1 to max.
+    /// Reads the attribute numchannels. Throws ZException kGeneral unless it is 1 to max.
     [[nodiscard]] static std::int32_t ReadChannelCount(const ZXMLElement& xml, std::int32_t max);
-    /// Throws ZException -1 unless count is 0 to kMaxChannels.
+    /// Throws ZException kGeneral unless count is 0 to kMaxChannels.
     void CheckChannelCount(std::int32_t count) const;
-    /// Looper, sample rate, buffer size and latency, for a clone.
+    /// Gives a clone this bay's looper, sample rate, buffer size and latency.
     void CopySettingsTo(ZSignalBay& copy);
     void MakeSink() { mIsSink = true; }
-    /// Wakes the bay and all that it reads.
+    /// Makes this bay and all bays that it reads active.
     void Activate();
     [[nodiscard]] std::int32_t GetMaxReaders() const override { return kMaxRequesters; }
 
@@ -176,27 +187,31 @@ private:
     void ServeRequesters() noexcept;
 
     bool mIsSink = false;
+    std::atomic<bool> mPassRuns{false};  // of a sink: written by the thread that runs the pass
     ZLockedList<ZSignalPort*> mAudioImports{"AudioImportList"};
     ZLockedList<ZSignalPort*> mAudioExports{"AudioExportList"};
     ZLockedList<ZSignalPort*> mControlImports{"ControlImportList"};
     ZLockedList<ZSignalPort*> mControlExports{"ControlExportList"};
     std::vector<ZSignalPort*> mSignalImports;
     std::vector<ZSignalPort*> mSignalExports;
-    std::array<ZSignalPort*, kMaxRequesters> mRequesters{};  // imports to serve in this pass
+    std::array<ZSignalPort*, kMaxRequesters> mRequesters{};  // imports that asked in this pass
     std::int32_t mRequesterCount = 0;
-    std::int32_t mConsumersHeard = 0;  // bays behind the requesters
+    std::int32_t mConsumersHeard = 0;  // bays that own these imports
     std::uint64_t mPosition = 0;
     std::uint32_t mRequested = 0;
-    std::uint64_t mPositionOffset = 0;  // what the consumers' positions are ahead, modulo 2^64
+    std::uint64_t mPositionOffset = 0;  // the consumers' position minus this bay's, modulo 2^64
     bool mPositionReset = false;
     std::uint64_t mResetPosition = 0;
     std::unique_ptr<ZLock> mProcessingLock;
     bool mActive = false;
     std::int32_t mDemand = 0;
-    std::vector<ZSignalBay*> mLiveSources;  // sorted: the bays that count this one as a consumer
+    std::vector<ZSignalBay*> mLiveSources;  // bays that count this one in mDemand; sorted
     std::int32_t mLatency = 0;
     float mSampleRate = 44100.0f;
     std::int32_t mMaxBuffer = kDefaultMaxBuffer;
 };
+
+/// Makes a ZSAMPLERATECHANGED with the field "rate", in Hz, above 0.
+[[nodiscard]] boost::shared_ptr<const ZMessage> makeSampleRateMessage(float rate);
 
 }  // namespace orvane

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 namespace orvane
 {
@@ -21,7 +22,7 @@ namespace orvane
 namespace
 {
 
-// How long the fill thread waits for its driver before it looks whether that still runs.
+// How long the fill thread waits for a signal before it checks whether its driver still runs.
 constexpr std::int32_t kFillWaitMicroseconds = 20000;
 
 boost::shared_ptr<const ZMessage> maxBufferMessage(std::uint32_t samples)
@@ -31,16 +32,9 @@ boost::shared_ptr<const ZMessage> maxBufferMessage(std::uint32_t samples)
     return message;
 }
 
-boost::shared_ptr<const ZMessage> sampleRateMessage(float rate)
-{
-    const auto message = boost::make_shared<ZMessage>(ZSAMPLERATECHANGED);
-    message->Add<float>("rate", rate);
-    return message;
-}
-
 }  // namespace
 
-/// One thread's turn at the network. Whoever finds it taken goes on without.
+/// A thread's turn to drain or fill. A second thread does not get it and does not wait for it.
 class ZSignalLooper::Pass
 {
 public:
@@ -100,11 +94,12 @@ void ZSignalLooper::InitLooper()
         mDriver->SetSampleRate(mSampleRate);
         mDriver->Open();
     }
+    assert(!mOutputBay->IsPassRunning());
     const auto fifoSize = static_cast<std::int32_t>(mPreferredBuffer);
     mInputBay->SetFifoSize(fifoSize);
     mOutputBay->SetFifoSize(fifoSize);
     BroadcastZMessage(maxBufferMessage(mPreferredBuffer));
-    BroadcastZMessage(sampleRateMessage(mSampleRate));
+    BroadcastZMessage(makeSampleRateMessage(mSampleRate));
     Drain();
     if (wasRunning)
         Start();
@@ -121,11 +116,12 @@ void ZSignalLooper::HandlerAdded(ZHandler* handler)
         return;
     bay->Prepare();
     bay->PostZMessage(maxBufferMessage(mPreferredBuffer));
-    BroadcastZMessage(sampleRateMessage(mSampleRate));
+    BroadcastZMessage(makeSampleRateMessage(mSampleRate));
 }
 
 void ZSignalLooper::SetDriver(const boost::shared_ptr<ZSignalDriver>& driver)
 {
+    assert(ZInterfaceLock::IsHeld());
     mDriver = driver;
     if (mDriver)
         mDriver->SetLooper(this);
@@ -133,6 +129,7 @@ void ZSignalLooper::SetDriver(const boost::shared_ptr<ZSignalDriver>& driver)
 
 void ZSignalLooper::SetBufferSizes(std::uint32_t preferred, std::uint32_t maximum)
 {
+    assert(preferred > 0 && preferred <= maximum);
     mPreferredBuffer = preferred;
     mMaxBuffer = maximum;
 }
@@ -145,27 +142,27 @@ void ZSignalLooper::SetBufferSize(std::uint32_t size)
 
 void ZSignalLooper::SetSampleRate(float rate)
 {
+    assert(rate > 0.0f);
     mSampleRate = rate;
 }
 
 void ZSignalLooper::AddExtraSink(ZSignalBay* sink)
 {
+    assert(ZInterfaceLock::IsHeld());
+    assert(sink && !mOutputBay->IsPassRunning());
     mExtraSinks.push_back(sink);
 }
 
 void ZSignalLooper::RemoveExtraSink(ZSignalBay* sink)
 {
+    assert(ZInterfaceLock::IsHeld());
+    assert(!mOutputBay->IsPassRunning());
     std::erase(mExtraSinks, sink);
 }
 
 std::uint32_t ZSignalLooper::InputFree(std::int32_t channel) const noexcept
 {
     return mInputBay->Free(channel);
-}
-
-void ZSignalLooper::InputWrite(const ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
-{
-    mInputBay->Write(buffer, count, channel);
 }
 
 void ZSignalLooper::InputWrite(std::span<const float> samples, std::int32_t channel)
@@ -176,11 +173,6 @@ void ZSignalLooper::InputWrite(std::span<const float> samples, std::int32_t chan
 std::uint32_t ZSignalLooper::OutputAvailable(std::int32_t channel) const noexcept
 {
     return mOutputBay->Available(channel);
-}
-
-void ZSignalLooper::OutputRead(ZBuffer& buffer, std::uint32_t count, std::int32_t channel)
-{
-    mOutputBay->Read(buffer, count, channel);
 }
 
 void ZSignalLooper::OutputRead(std::span<float> samples, std::int32_t channel)
@@ -203,12 +195,13 @@ void ZSignalLooper::Drain()
 
 std::uint32_t ZSignalLooper::Fill(std::uint32_t count) noexcept
 {
+    assert(!ZInterfaceLock::IsHeld());
     const Pass pass(mInPass);
     if (!pass.IsTaken())
         return 0;
     const std::uint32_t total = mExtraSinks.empty() ? PassUntil(count) : 0;
     for (ZSignalBay* const sink : mExtraSinks)
-        RunPass(*sink, count);
+        sink->RunPass(count);
     return total;
 }
 
@@ -216,20 +209,13 @@ std::uint32_t ZSignalLooper::PassUntil(std::uint32_t count) noexcept
 {
     std::uint32_t total = 0;
     while (total < count) {
-        RunPass(*mOutputBay, count);
+        mOutputBay->RunPass(count);
         const std::uint32_t written = mOutputBay->GetWritten();
         if (written == 0)
             break;
         total += written;
     }
     return total;
-}
-
-void ZSignalLooper::RunPass(ZSignalBay& sink, std::uint32_t count) noexcept
-{
-    sink.SetRequested(count);
-    sink.RequestInputs();
-    sink.Pull();
 }
 
 void ZSignalLooper::Start()
@@ -270,7 +256,7 @@ void ZSignalLooper::RunFillThread(void* looper)
     static_cast<ZSignalLooper*>(looper)->FillWhileRunning();
 }
 
-// Without a signal there is nothing to do: a driver that clocks the passes itself drains, too.
+// Does nothing without a signal: a driver that runs the passes itself drains the queue as well.
 void ZSignalLooper::FillWhileRunning()
 {
     while (mDriver->IsRunning()) {

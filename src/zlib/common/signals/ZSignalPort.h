@@ -3,6 +3,7 @@
 
 #include "zlib/common/signals/ZPort.h"
 
+#include <cassert>
 #include <cstdint>
 #include <memory>
 
@@ -12,8 +13,8 @@ namespace orvane
 class ZBuffer;
 class ZSignalBay;
 
-/// A port through which samples go. An import reads its source's buffer in place, so samples are
-/// not copied between bays; with no route it reads the zeros of its own buffer.
+/// A port that carries samples. An import reads its source's buffer in place, so that no samples
+/// are copied between bays; without a route it reads the zeros of its own buffer.
 class ZSignalPort : public ZPort
 {
 public:
@@ -22,22 +23,28 @@ public:
 
     [[nodiscard]] boost::shared_ptr<ZPort> Clone() const override;
     void RouteAdded(ZBay& farBay, ZPort& farPort, std::int32_t index) override;
-    /// An import falls back to its own buffer, zeroed; the next pass points it at what is then its
-    /// source.
+    /// Makes an import read its own buffer, zeroed; the next pass makes it read its new source, if
+    /// it has one.
     void RouteRemoved(ZBay& farBay, ZPort& farPort, std::int32_t index) override;
 
-    /// Replaces the own buffer by a zeroed one of the owner's maximum length and points this port
-    /// at it. What read the old one falls back to its own. Throws ZException 2 when there is no
-    /// memory, with the port as it was. [setup]
+    /// Replaces the own buffer by a zeroed one of the owner's GetMaxBuffer() samples and reads from
+    /// it. Imports that read the old buffer go back to their own. Throws ZException kOutOfMemory,
+    /// with the port as it was. [setup]
     virtual void AllocateBuffer();
-    /// Opens a request. [audio thread]
+    /// Stores position and sample count of the pass's request. [audio thread]
     virtual void Prepare(std::uint64_t position, std::uint32_t requested) noexcept;
 
-    /// The samples of this port: of an import while its bay's ProcessSignal runs, of an export from
-    /// then on. Never null once a signal bay owns the port. [audio thread]
+    /// The samples of this port. Those of an import are valid while its bay's ProcessSignal runs,
+    /// those of an export from then until the next pass. Never null once a signal bay owns the
+    /// port. [audio thread]
     [[nodiscard]] ZBuffer* GetBuffer() const noexcept { return mCurrentBuffer; }
-    /// The buffer may belong to another port or to the bay; it is not owned. [audio thread]
-    void SetBuffer(ZBuffer* buffer) noexcept { mCurrentBuffer = buffer; }
+    /// The buffer, not null, may belong to another port or to the bay; it is not owned.
+    /// [audio thread]
+    void SetBuffer(ZBuffer* buffer) noexcept
+    {
+        assert(buffer);
+        mCurrentBuffer = buffer;
+    }
 
     /// True when the port needs no further pull in this pass. [audio thread]
     [[nodiscard]] bool IsReady() const noexcept { return mReady; }
@@ -49,14 +56,14 @@ public:
     [[nodiscard]] std::uint32_t GetAvailable() const noexcept { return mAvailable; }
     void SetAvailable(std::uint32_t count) noexcept { mAvailable = count; }
 
-    /// Of an import the export at entry 0, where a signal bay stands behind it; else null. Found
-    /// when routes change, since a pass has no time for casts. [audio thread]
+    /// The export that an import reads: that of route 0 if a signal bay owns it, else null. Cached
+    /// when routes change, so that a pass needs no cast. [audio thread]
     [[nodiscard]] ZSignalPort* GetSource() const noexcept { return mSource; }
-    /// The owner, as the signal bay that it is. [audio thread]
+    /// The owner, if it is a signal bay. [audio thread]
     [[nodiscard]] ZSignalBay* GetSignalOwner() const noexcept { return mSignalOwner; }
 
 private:
-    friend class ZSignalBay;  // enters itself as the owner
+    friend class ZSignalBay;  // sets mSignalOwner
 
     void FindSource();
     void ReadOwnBuffer() noexcept;

@@ -84,12 +84,7 @@ public:
 
     void Send(std::int32_t id) { bay->HandleZMessage(boost::make_shared<ZMessage>(id)); }
 
-    void SetSampleRate(float rate)
-    {
-        auto message = boost::make_shared<ZMessage>(ZSAMPLERATECHANGED);
-        message->Add<float>("rate", rate);
-        bay->HandleZMessage(message);
-    }
+    void SetSampleRate(float rate) { bay->HandleZMessage(makeSampleRateMessage(rate)); }
 
     /// One call of the bay, of at most kMaxBuffer samples.
     void Call(std::span<const std::vector<float>> inputs, std::span<std::vector<float>> outputs,

@@ -139,16 +139,17 @@ TEST(ZBlockProcessingBayTest, APassThroughNestedBaysNeitherAllocatesNorWaits)
     ZBuffer buffer(64, "ZBuffer");
     std::iota(buffer.Data(), buffer.Data() + 64, 1.0f);
     {
+        const ZInterfaceUnlock unlocked;
         const RealtimeGuard guard;
-        input.Write(buffer, 64, 0);
-        input.Write(buffer, 64, 1);
+        input.Write({buffer.Data(), 64}, 0);
+        input.Write({buffer.Data(), 64}, 1);
         runPass(output, 64);
         EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
     }
     EXPECT_EQ(block->GetFill(), 16u);
     for (std::int32_t i = 0; i < 2; ++i) {
         ASSERT_EQ(output.Available(i), 64u);
-        output.Read(buffer, 64, i);
+        output.Read({buffer.Data(), 64}, i);
         EXPECT_EQ(buffer.Data()[23], 0.0f);
         EXPECT_EQ(buffer.Data()[24], 1.0f);
         EXPECT_EQ(buffer.Data()[63], 40.0f);

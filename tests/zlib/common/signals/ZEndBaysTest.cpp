@@ -49,12 +49,11 @@ TEST_F(ZEndBaysTest, AFullFifoTakesWhatItHasRoomFor)
 
 TEST_F(ZEndBaysTest, NobodyWritesOrReadsBeyondTheEnds)
 {
-    ZBuffer buffer(100, "ZBuffer");
-    EXPECT_EQ(failureOf([&] { input.Write(buffer, 65, 0); }), "Read first");
-    EXPECT_EQ(failureOf([&] { input.Write(buffer, 101, 0); }), "Read first");
-    EXPECT_EQ(failureOf([&] { input.Write(buffer, 1, 2); }), "Read first");
-    EXPECT_EQ(failureOf([&] { output.Read(buffer, 1, 0); }), "Write first");
-    EXPECT_EQ(failureOf([&] { output.Read(buffer, 0, -1); }), "Write first");
+    std::vector<float> samples(65);
+    EXPECT_EQ(failureOf([&] { input.Write(samples, 0); }), "Read first");
+    EXPECT_EQ(failureOf([&] { input.Write({samples.data(), 1}, 2); }), "Read first");
+    EXPECT_EQ(failureOf([&] { output.Read({samples.data(), 1}, 0); }), "Write first");
+    EXPECT_EQ(failureOf([&] { output.Read({}, -1); }), "Write first");
     EXPECT_EQ(failureOf([&] { input.SetFifoSize(100); }), "Fifo Buffer must have power of 2 size");
     EXPECT_NE(failureOf([&] { input.SetFifoSize(-4); }), "none");
     EXPECT_EQ(input.Free(0), 64u);

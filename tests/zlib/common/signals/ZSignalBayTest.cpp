@@ -121,7 +121,7 @@ void expectPlainPass(RandomNetwork& network, std::uint32_t count)
         const auto source = network.bays[static_cast<std::size_t>(RandomNetwork::kBays - 1 - i)];
         const auto expected = network.OutcomeOf(*source, count);
         ASSERT_EQ(network.sink->Available(i), expected.count);
-        network.sink->Read(out, expected.count, i);
+        network.sink->Read({out.Data(), expected.count}, i);
         for (std::uint32_t k = 0; k < expected.count; ++k)
             ASSERT_EQ(out.Data()[k], expected.value);
     }

@@ -40,12 +40,12 @@ protected:
     void Write(std::uint32_t count)
     {
         for (std::int32_t channel = 0; channel < ZSignalLooper::kChannels; ++channel)
-            looper.InputWrite(transfer, count, channel);
+            looper.InputWrite({transfer.Data(), count}, channel);
     }
     void Read(std::uint32_t count)
     {
         for (std::int32_t channel = 0; channel < ZSignalLooper::kChannels; ++channel)
-            looper.OutputRead(transfer, count, channel);
+            looper.OutputRead({transfer.Data(), count}, channel);
     }
 
     SmallApplication app;
@@ -62,7 +62,6 @@ TEST_F(ZSignalLooperTest, ASilentDriverRunsPassesUntilItIsStopped)
     looper.SetDriver(driver);
     looper.InitLooper();
     Write(40);
-    const ZInterfaceLock lock;  // given up while threads are joined
     looper.Start();
     EXPECT_TRUE(looper.IsRunning());
     EXPECT_TRUE(driver->IsRunning());
@@ -97,6 +96,7 @@ TEST_F(ZSignalLooperTest, TwoThreadsThatClockOneNetworkDoNotMeetInIt)
     std::size_t written = 0;
     std::size_t read = 0;
     const auto pass = [&] {
+        const ZInterfaceUnlock unlocked;
         if (std::min(looper.InputFree(0), looper.InputFree(1)) >= 64) {
             Write(64);
             written += 64;

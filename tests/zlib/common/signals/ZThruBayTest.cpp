@@ -28,7 +28,7 @@ TEST(ZThruBayTest, TheLastInputGoesToAllOutputsThatAreLeft)
     ZBuffer out(16, "ZBuffer");
     const float expected[] = {1.0f, 2.0f, 2.0f};
     for (std::int32_t i = 0; i < 3; ++i) {
-        sink->Read(out, 10, i);
+        sink->Read({out.Data(), 10}, i);
         EXPECT_EQ(out.Data()[9], expected[i]);
     }
 }
