@@ -8,6 +8,7 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZFile.h"
 #include "zlib/common/objects/ZFiletype.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageBox.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -220,6 +221,7 @@ void ZAudioDocument::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) cons
 
 void ZAudioDocument::SavePreset(ZXMLElement& parent)
 {
+    assert(ZInterfaceLock::IsHeld());
     // A pending change may cause others when it is delivered: the preset holds all of them.
     DeliverPending();
     PresetBegins();
@@ -234,6 +236,7 @@ void ZAudioDocument::SavePreset(ZXMLElement& parent)
 
 void ZAudioDocument::LoadPreset(const boost::shared_ptr<ZXMLElement>& xml)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!xml)
         throw ZException("NULL preset file");
     const auto preset = xml->GetChild("preset");
@@ -350,6 +353,7 @@ bool ZAudioDocument::FollowsParameter(std::uint64_t /*elementId*/) const
 
 void ZAudioDocument::FlushChanges()
 {
+    assert(ZInterfaceLock::IsHeld());
     FlushMarksBelow(GetApp());
 }
 

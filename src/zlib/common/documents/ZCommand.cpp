@@ -7,6 +7,7 @@
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -70,6 +71,7 @@ const char* ZCommand::GetClassName() const
 
 void ZCommand::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
+    assert(ZInterfaceLock::IsHeld());
     switch (message->GetId()) {
     case ZDOCUMENTCHANGED:
     case ZDOCUMENTNEW: {
@@ -92,12 +94,14 @@ void ZCommand::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 
 void ZCommand::Enable()
 {
+    assert(ZInterfaceLock::IsHeld());
     mEnabled = true;
     NotifyOfEnabling(ZENABLE);
 }
 
 void ZCommand::Disable()
 {
+    assert(ZInterfaceLock::IsHeld());
     mEnabled = false;
     NotifyOfEnabling(ZDISABLE);
 }
@@ -111,18 +115,21 @@ void ZCommand::NotifyOfEnabling(std::int32_t messageId)
 
 void ZCommand::SetEnabled(bool enabled)
 {
+    assert(ZInterfaceLock::IsHeld());
     mEnabled = enabled;
     ElementChanged(nullptr, true);
 }
 
 void ZCommand::SetChecked(bool checked)
 {
+    assert(ZInterfaceLock::IsHeld());
     mChecked = checked;
     ElementChanged(nullptr, true);
 }
 
 void ZCommand::SetMenuName(const char* name)
 {
+    assert(ZInterfaceLock::IsHeld());
     mMenuName = name ? name : "";
     ElementChanged(nullptr, true);
 }
@@ -144,6 +151,7 @@ void ZCommand::DispatchFrom(std::int32_t window)
 
 void ZCommand::Send(const boost::shared_ptr<const ZMessage>& message)
 {
+    assert(ZInterfaceLock::IsHeld());
     ZApp* const app = ZApp::Of(*this);
     // Keeps the document alive while it handles a message that closes it.
     const auto document = app ? app->GetCurrentDocument() : nullptr;
@@ -175,6 +183,7 @@ ZHandler* ZCommand::FindReceiver(ZApp& app, std::int32_t messageId, ZDocument* d
 
 void ZCommand::AttachDocument(const boost::shared_ptr<ZDocument>& document)
 {
+    assert(ZInterfaceLock::IsHeld());
     StopFollowing();
     if (mElementName.empty() || !document)
         return;

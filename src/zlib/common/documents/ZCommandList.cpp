@@ -3,6 +3,7 @@
 
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -69,6 +70,7 @@ const char* ZCommandList::GetClassName() const
 
 void ZCommandList::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
+    assert(ZInterfaceLock::IsHeld());
     switch (message->GetId()) {
     case ZDOCUMENTCHANGED:
     case ZDOCUMENTNEW:
@@ -184,6 +186,7 @@ bool ZCommandList::GetCommandByKey(std::int32_t key, std::int32_t modifiers,
 
 void ZCommandList::FlushChanges()
 {
+    assert(ZInterfaceLock::IsHeld());
     for (const auto& command : mCommands.Copy())
         command->FlushMark(nullptr);
 }

@@ -9,6 +9,7 @@
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -136,6 +137,7 @@ void ZDocumentManager::NewDocuments(const ZMessage& message)
 
 SharedDocument ZDocumentManager::NewDocument(const ZDocumentType& type)
 {
+    assert(ZInterfaceLock::IsHeld());
     ZApplication* const application = GetApp();
     if (!application)
         throw ZException("Document type failed to instanciate.");
@@ -159,6 +161,7 @@ bool ZDocumentManager::Holds(const SharedDocument& document) const
 
 void ZDocumentManager::SelectDocument(const SharedDocument& document)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!Holds(document))
         return;
     mCurrent = document;
@@ -184,6 +187,7 @@ void ZDocumentManager::SelectPrevious()
 
 void ZDocumentManager::SelectFromCurrent(std::int32_t step)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(step == 1 || step == -1);
     const auto documents = mDocuments.Copy();
     const auto found = std::find(documents.begin(), documents.end(), mCurrent);
@@ -196,6 +200,7 @@ void ZDocumentManager::SelectFromCurrent(std::int32_t step)
 
 bool ZDocumentManager::CloseDocument(const SharedDocument& document)
 {
+    assert(ZInterfaceLock::IsHeld());
     const SharedDocument closed = document;  // kept beyond the entry in the list
     if (!Holds(closed) || !closed->AgreesToClose())
         return false;

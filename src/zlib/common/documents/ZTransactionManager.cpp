@@ -2,6 +2,7 @@
 #include "zlib/common/documents/ZTransactionManager.h"
 
 #include "zlib/common/documents/ZTransaction.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cassert>
 #include <utility>
@@ -14,6 +15,7 @@ ZTransactionManager::~ZTransactionManager() = default;
 
 void ZTransactionManager::Add(std::unique_ptr<ZTransaction> transaction)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(transaction);
     for (std::shared_ptr<ZTransaction> undone; mTransactions.Get(mDone, undone);)
         mTransactions.Remove(undone);
@@ -23,6 +25,7 @@ void ZTransactionManager::Add(std::unique_ptr<ZTransaction> transaction)
 
 bool ZTransactionManager::Undo()
 {
+    assert(ZInterfaceLock::IsHeld());
     std::shared_ptr<ZTransaction> transaction;
     if (!mTransactions.Get(mDone - 1, transaction))
         return false;
@@ -33,6 +36,7 @@ bool ZTransactionManager::Undo()
 
 bool ZTransactionManager::Redo()
 {
+    assert(ZInterfaceLock::IsHeld());
     std::shared_ptr<ZTransaction> transaction;
     if (!mTransactions.Get(mDone, transaction))
         return false;

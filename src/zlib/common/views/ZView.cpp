@@ -5,6 +5,7 @@
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZApplication.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -168,6 +169,7 @@ void ZView::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
 
 void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
+    assert(ZInterfaceLock::IsHeld());
     switch (message->GetId()) {
     case ZMOUSEDOWN:
     case ZMOUSEDOUBLECLICK:
@@ -306,6 +308,7 @@ void ZView::HandleDocument(const boost::shared_ptr<const ZMessage>& message)
 
 void ZView::SetDocument(ZDocument* document)
 {
+    assert(ZInterfaceLock::IsHeld());
     StopObservingDocument();
     mDocument = document;
     if (mDocument) {
@@ -341,6 +344,7 @@ boost::shared_ptr<ZElement> ZView::FindElement(std::string_view name) const
 
 void ZView::AttachToElement(const boost::shared_ptr<ZElement>& element)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (mElement)
         mElement->RemoveObserver(this);
     mElement = element;
@@ -353,6 +357,7 @@ void ZView::AttachToElement(const boost::shared_ptr<ZElement>& element)
 
 void ZView::DetachFromElements()
 {
+    assert(ZInterfaceLock::IsHeld());
     mEdit.End();
     if (mElement)
         mElement->RemoveObserver(this);
@@ -361,6 +366,7 @@ void ZView::DetachFromElements()
 
 void ZView::SetAnimated(bool animated)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (animated == mAnimated)
         return;
     mAnimated = animated;
@@ -376,6 +382,7 @@ void ZView::SetAnimated(bool animated)
 
 void ZView::SetMouseCapture(bool capture, bool toWindow)
 {
+    assert(ZInterfaceLock::IsHeld());
     mMouseCaptured = capture;
     if (!toWindow)
         return;
@@ -399,6 +406,7 @@ void ZView::SetBoundsSize(std::int32_t width, std::int32_t height)
 
 void ZView::Resize(std::int32_t width, std::int32_t height)
 {
+    assert(ZInterfaceLock::IsHeld());
     SetBoundsSize(width, height);
     SendToSubviews(makeMessage(ZRESIZE, "ResizeRect", mBounds));
     SizeChanged();
@@ -406,6 +414,7 @@ void ZView::Resize(std::int32_t width, std::int32_t height)
 
 void ZView::MoveTo(const ZPoint& point)
 {
+    assert(ZInterfaceLock::IsHeld());
     mBounds = {point.x, point.y, point.x + mBounds.GetWidth(), point.y + mBounds.GetHeight()};
     if (mParent && mWindow)
         HandleZMessage(boost::make_shared<ZMessage>(ZWINDOWOFFSETCHANGED));
@@ -449,6 +458,7 @@ void ZView::HandleResize(const ZMessage& message)
 
 void ZView::AddSubview(const boost::shared_ptr<ZView>& view, bool atFront)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!view || view.get() == this || view->mParent)
         return;
     mSubviews.Insert(view, atFront);
@@ -469,6 +479,7 @@ void ZView::TakeIn(ZView& child)
 
 void ZView::RemoveSubview(const boost::shared_ptr<ZView>& view)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!view || view->mParent != this)
         return;
     mSubviews.Remove(view);
@@ -489,6 +500,7 @@ void ZView::LetGo(ZView& child)
 
 void ZView::ClearSubviews()
 {
+    assert(ZInterfaceLock::IsHeld());
     for (const auto& child : mSubviews.TakeAll())
         LetGo(*child);
 }
@@ -541,6 +553,7 @@ void ZView::Broadcast(std::int32_t messageId)
 
 void ZView::SetContext(const boost::shared_ptr<ZDrawingContext>& context)
 {
+    assert(ZInterfaceLock::IsHeld());
     mContext = context;
     for (const auto& child : mSubviews.Copy())
         child->SetContext(context);
@@ -554,6 +567,7 @@ void ZView::SetFrameRate(float rate)
 
 void ZView::Show()
 {
+    assert(ZInterfaceLock::IsHeld());
     mVisible = true;
     Broadcast(ZSHOW);
     OnShown();
@@ -562,6 +576,7 @@ void ZView::Show()
 
 void ZView::Hide()
 {
+    assert(ZInterfaceLock::IsHeld());
     mVisible = false;
     Broadcast(ZHIDE);
     OnHidden();
@@ -571,6 +586,7 @@ void ZView::Hide()
 
 void ZView::Invalidate()
 {
+    assert(ZInterfaceLock::IsHeld());
     Invalidate(mFrame.left, mFrame.top, mFrame.right, mFrame.bottom);
 }
 
@@ -589,6 +605,7 @@ void ZView::Invalidate(std::int32_t left, std::int32_t top, std::int32_t right, 
 
 void ZView::InvalidatePart(const ZRect& rect)
 {
+    assert(ZInterfaceLock::IsHeld());
     Invalidate(rect.left, rect.top, rect.right, rect.bottom);
 }
 

@@ -8,6 +8,7 @@
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -153,6 +154,7 @@ const char* ZWindow::GetClassName() const
 
 bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (GetArea().IsEmpty())
         return false;
     // Not at the place that the window before was moved to.
@@ -187,6 +189,7 @@ ZNativeWindow::Settings ZWindow::NativeSettings(const ZWindow* parent,
 
 void ZWindow::Destroy()
 {
+    assert(ZInterfaceLock::IsHeld());
     SetBlocking(false);
     HideTooltip();
     ReleaseCapture();
@@ -206,6 +209,7 @@ void ZWindow::EndModalRuns()
 
 void ZWindow::Show()
 {
+    assert(ZInterfaceLock::IsHeld());
     AttachViews();
     mFrames.SetPaused(false);
     if (!mNativeWindow)
@@ -218,6 +222,7 @@ void ZWindow::Show()
 
 void ZWindow::Hide()
 {
+    assert(ZInterfaceLock::IsHeld());
     SetBlocking(false);
     HideTooltip();
     ReleaseCapture();
@@ -235,6 +240,7 @@ bool ZWindow::IsVisible() const
 
 void ZWindow::AttachViews()
 {
+    assert(ZInterfaceLock::IsHeld());
     if (mAttached)
         return;
     mRootView->HandleZMessage(makeMessage<ZWindow*>(ZATTACHED, "AttachedWindow", this));
@@ -244,6 +250,7 @@ void ZWindow::AttachViews()
 
 void ZWindow::SetScale(double scale)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(scale > 0.0);
     SetSize(std::round(mFirstSize.x * scale), std::round(mFirstSize.y * scale));
     if (mNativeWindow)
@@ -253,6 +260,7 @@ void ZWindow::SetScale(double scale)
 
 void ZWindow::SetSize(double width, double height)
 {
+    assert(ZInterfaceLock::IsHeld());
     // No picture is larger than kMaxSide.
     const auto side = [](double length) {
         return static_cast<std::int32_t>(std::clamp(length, 0.0, double{ZImage::kMaxSide}));
@@ -272,6 +280,7 @@ ZPoint ZWindow::ToScreen(const ZPoint& point) const
 
 void ZWindow::SetDocument(ZDocument* document)
 {
+    assert(ZInterfaceLock::IsHeld());
     mDocument = document;
     ComposeTitle();
 }
@@ -309,12 +318,14 @@ const ZDocumentMap* ZWindow::FindDocumentMap(const ZDocument& document) const
 
 void ZWindow::AddWindowManager(std::unique_ptr<ZWindowManager> manager)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(manager);
     mWindowManagers.Append(std::move(manager));
 }
 
 void ZWindow::RemoveWindowManager(ZWindowManager* manager)
 {
+    assert(ZInterfaceLock::IsHeld());
     for (const auto& entry : mWindowManagers.Copy())
         if (entry.get() == manager)
             mWindowManagers.Remove(entry);
@@ -330,11 +341,13 @@ std::vector<ZWindowManager*> ZWindow::GetWindowManagers() const
 
 void ZWindow::SetFocusView(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     mKeys.SetFocus(view);
 }
 
 void ZWindow::SetCapturedView(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (view == mPointer.GetCaptured())
         return;
     mPointer.SetCaptured(view);
@@ -344,6 +357,7 @@ void ZWindow::SetCapturedView(ZView* view)
 
 void ZWindow::ReleaseCapture()
 {
+    assert(ZInterfaceLock::IsHeld());
     // Through the view, which ends its edit towards the host: last, since the host may do anything.
     if (ZView* const view = mPointer.GetCaptured()) {
         view->OnCaptureLost();
@@ -354,6 +368,7 @@ void ZWindow::ReleaseCapture()
 
 void ZWindow::ForgetView(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(view);
     mFrames.Remove(view);
     mKeys.Forget(view);
@@ -366,11 +381,13 @@ void ZWindow::ForgetView(ZView* view)
 
 void ZWindow::AddNavigableView(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     mKeys.AddNavigable(view);
 }
 
 void ZWindow::AddTool(ZView* view, const ZRect& rect)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!mTooltip)
         mTooltip = std::make_unique<ZTooltip>(*this);
     mTooltip->AddTool(view, rect);
@@ -384,6 +401,7 @@ void ZWindow::HideTooltip()
 
 void ZWindow::RemoveTool(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (mTooltip)
         mTooltip->RemoveTool(view);
 }
@@ -400,11 +418,13 @@ void ZWindow::StopTimer(TimerId id)
 
 void ZWindow::AddIdleView(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     mFrames.Add(view);
 }
 
 void ZWindow::RemoveIdleView(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     mFrames.Remove(view);
 }
 
@@ -431,6 +451,7 @@ void ZWindow::MakeOffscreen()
 
 void ZWindow::Invalidate(const ZRect& rect)
 {
+    assert(ZInterfaceLock::IsHeld());
     mPicture.NoteInvalid(rect);
     if (mNativeWindow)
         mNativeWindow->Invalidate(rect);
@@ -444,6 +465,7 @@ void ZWindow::RedrawAll()
 
 void ZWindow::Update()
 {
+    assert(ZInterfaceLock::IsHeld());
     if (mNativeWindow)
         mNativeWindow->Update();
 }
@@ -462,6 +484,7 @@ void ZWindow::NativePaint(const ZRect& update)
 
 void ZWindow::Paint(const ZRect& rect)
 {
+    assert(ZInterfaceLock::IsHeld());
     mRootView->DrawView(rect);
 }
 
@@ -481,6 +504,7 @@ const ZBitmap& ZWindow::RenderOffscreen()
 
 void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (IsDropped(*message))
         return;
     CallFilters(*message);
@@ -580,12 +604,14 @@ void ZWindow::CallFilters(const ZMessage& message)
 
 void ZWindow::AddFilter(std::int32_t messageId, ZWindowFilter* filter)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(filter);
     mFilters.emplace(messageId, filter);
 }
 
 void ZWindow::RemoveFilter(std::int32_t messageId, ZWindowFilter* filter)
 {
+    assert(ZInterfaceLock::IsHeld());
     const auto [first, last] = mFilters.equal_range(messageId);
     const auto found =
         std::find_if(first, last, [filter](const auto& entry) { return entry.second == filter; });

@@ -4,6 +4,7 @@
 #include "zlib/common/documents/ZApp.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
@@ -87,6 +88,7 @@ ZWindowManager::~ZWindowManager() = default;
 
 void ZWindowManager::AddDocumentMapTypes(const ZXMLElement& xml)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!xml.IsNamed("documenttypes"))
         return ZTrace::Write("\nError: ZWindowManager::AddDocumentMapTypes,  XML tag is not a "
                              "<documenttypes>.\n");
@@ -96,6 +98,7 @@ void ZWindowManager::AddDocumentMapTypes(const ZXMLElement& xml)
 
 void ZWindowManager::AddWindowTypes(const ZXMLElement& xml)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!xml.IsNamed("windowtypes"))
         return ZTrace::Write("\nError: ZWindowType::AddWindowTypes,  XML tag is not a "
                              "<windowtypes>.\n");
@@ -115,6 +118,7 @@ const char* ZWindowManager::GetClassName() const
 
 void ZWindowManager::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
+    assert(ZInterfaceLock::IsHeld());
     switch (message->GetId()) {
     case ZDOCUMENTNEW:
         return HandleDocumentNew(message);
