@@ -7,6 +7,7 @@
 #include "kestrune/common/pitch/ZPsolaBay.h"
 #include "pluginwrappers/common/ProductInstance.h"
 #include "zlib/common/documents/ZAudioDocument.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <benchmark/benchmark.h>
 
@@ -21,6 +22,7 @@ namespace
 
 void addScales(const ProductInstance& plugin)
 {
+    const ZInterfaceLock lock;
     const auto document =
         boost::dynamic_pointer_cast<ZAudioDocument>(plugin.app->GetCurrentDocument());
     const auto bay =

@@ -3,11 +3,13 @@
 
 #include "FuzzFault.h"
 #include "support/BayArchiveCheck.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    const orvane::ZInterfaceLock lock;
     static orvane::BayArchiveCheck check;
     orvane::requireNoFault(check.FaultAfter({reinterpret_cast<const char*>(data), size}));
     return 0;

@@ -3,11 +3,13 @@
 
 #include "FuzzFault.h"
 #include "support/ElementArchiveCheck.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    const orvane::ZInterfaceLock lock;
     orvane::requireNoFault(
         orvane::elementArchiveFault({reinterpret_cast<const char*>(data), size}));
     return 0;
