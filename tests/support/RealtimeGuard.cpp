@@ -145,6 +145,7 @@ const int hooksInstalled = __sanitizer_install_malloc_and_free_hooks(noteAllocat
 #else
 
 // The C library's own names for its heap functions. The C++ operators call malloc and free too.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 
 void* __libc_malloc(std::size_t size);
@@ -154,6 +155,7 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 #define KESTRUNE_REPLACE(result, name, ...)                                                        \
     __attribute__((visibility("default"))) result counted_##name(__VA_ARGS__) asm(#name);          \

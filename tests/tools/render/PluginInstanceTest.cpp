@@ -144,12 +144,12 @@ TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
     request.saveChunk = render.File("saved", "old");
     const FakePluginLog& log = fakePluginLog();
     const RenderResult result = render.Run({44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT, {}});
+    const std::string program = "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
+                                "</preset>\n</VST_Program>\n";
     EXPECT_EQ(log, (FakePluginLog{"opcode 0: 0 0", "opcode 10: 0 44100", "opcode 11: 512 0",
                                   "opcode 67: 0 0", "opcode 2: 1 0", "opcode 68: 0 0",
                                   "bank <VST_Program></VST_Program><VST_Program></VST_Program>",
-                                  "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
-                                  "</preset>\n</VST_Program>\n",
-                                  "Key 1.00", "opcode 12: 1 0",
+                                  program, "Key 1.00", "opcode 12: 1 0",
                                   "host 2400 44100 512 4 1 1 Orvane Inc. kestrune-render",
                                   "512 frames at -512, quarter -0.023", "opcode 12: 0 0",
                                   "opcode 1: 0 0"}));

@@ -92,7 +92,8 @@ protected:
 TEST_F(LittleWindowsTest, MenuReturnsTheFocusToItsWindowAfterAChoiceByKeys)
 {
     OpenMenu({100, 120});
-    for (const std::uint32_t key : {XKB_KEY_End, XKB_KEY_Up, XKB_KEY_Return})
+    for (const std::uint32_t key :
+         {std::uint32_t{XKB_KEY_End}, std::uint32_t{XKB_KEY_Up}, std::uint32_t{XKB_KEY_Return}})
         probe->TypeKey(key);
     ASSERT_TRUE(Ends());
     EXPECT_EQ(chosen, 6);
