@@ -61,6 +61,7 @@ public:
 
     void Work(const ProductInstance& plugin)
     {
+        const ZInterfaceLock lock;
         for (const char* name :
              {"pitchCorrectionOnOff", "transposeOnOff", "key", "intonation", "sourceType",
               "pitchReference", "pitchTranspose", "formantTranspose", "scale"})

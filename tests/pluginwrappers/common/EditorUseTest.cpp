@@ -226,13 +226,17 @@ TEST_F(EditorUseTest, TheWindowReceivesKeysAndRatesAndReturnsItsPicture)
         void FilterMessage(const ZMessage& message) override { ids.push_back(message.GetId()); }
         std::vector<std::int32_t> ids;
     } recorder;
-    for (const std::int32_t id : {ZSAMPLERATECHANGED, ZTEXTINPUT})
-        window->AddFilter(id, &recorder);
+    {
+        const ZInterfaceLock lock;
+        for (const std::int32_t id : {ZSAMPLERATECHANGED, ZTEXTINPUT})
+            window->AddFilter(id, &recorder);
+    }
     product->Ask(effSetSampleRate, 0, 0, nullptr, 96000.0f);
     product->Ask(effSetSampleRate, 0, 0, nullptr, 96000.0f);  // already set
     EXPECT_EQ(product->Ask(effEditKeyDown, 'q'), 1);
     EXPECT_EQ(product->Ask(effEditKeyDown, 0, VKEY_SPACE), 0);
     EXPECT_EQ(recorder.ids, (std::vector<std::int32_t>{ZSAMPLERATECHANGED, ZTEXTINPUT}));
+    const ZInterfaceLock lock;
     for (const std::int32_t id : recorder.ids)
         window->RemoveFilter(id, &recorder);
 

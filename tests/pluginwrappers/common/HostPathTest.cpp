@@ -77,10 +77,10 @@ protected:
     {
         TestHost::On(TestHost::kEveryCall,
                      [](AEffect*) { EXPECT_FALSE(ZInterfaceLock::IsHeld()); });
+        const ZInterfaceLock lock;
         auto made = SmallPlugin::Make();
         app = made.get();
-        looper = app->GetAudioManager()->GetSignalLooper();
-        const ZInterfaceLock lock;
+        looper = app->GetAudioManager()->GetSignalLooper().get();
         plugin = std::make_unique<ZVSTPlugin>(TestHost::callback, std::move(made));
         plugin->SetWantsMidi(true);
         effect = plugin->getAeffect();
@@ -104,7 +104,11 @@ protected:
         return out;
     }
     /// Sets the gain as the user does.
-    void SetGain(float gain) { app->Gain()->SetZFloat(gain, false); }
+    void SetGain(float gain)
+    {
+        const ZInterfaceLock lock;
+        app->Gain()->SetZFloat(gain, false);
+    }
     void StartTicking()
     {
         const ZInterfaceLock lock;
@@ -120,7 +124,7 @@ protected:
 
     const TestHost host;
     SmallPlugin* app = nullptr;
-    boost::shared_ptr<ZSignalLooper> looper;
+    ZSignalLooper* looper = nullptr;
     std::unique_ptr<ZVSTPlugin> plugin;
     AEffect* effect = nullptr;
 };

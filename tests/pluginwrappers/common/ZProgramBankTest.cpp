@@ -181,8 +181,10 @@ TEST_F(ZProgramBankTest, ARestoredShiftIsNotOverwrittenByAnEarlierChoice)
         const ProductInstance fresh;
         const auto pitchShift = [&] { return fresh.Element("PitchShift").GetZFloat(); };
         fresh.effect->setParameter(fresh.effect, kPitchTranspose, 1.0f);
-        if (waits)
+        if (waits) {
+            const ZInterfaceLock lock;
             fresh.Element("pitchTranspose").FlushMark(fresh.app);
+        }
         fresh.Ask(effSetProgram, 0, kAdultToChild);
         EXPECT_EQ(fresh.LoadBank(chunk), 1);
         fresh.Tick();

@@ -6,6 +6,7 @@
 #include "support/SmallPlugin.h"
 #include "support/TestHost.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLDocument.h"
@@ -94,6 +95,7 @@ protected:
         return std::to_string(key) + (shift ? " shift" : "");
     }
 
+    const ZInterfaceLock lock;
     BoxRecorder recorder;
     boost::shared_ptr<BareWindow> window = makeWindow();
     ZVSTEditor editor{nullptr, window};
@@ -133,6 +135,7 @@ TEST_F(ZVSTEditorTest, TextAndEditingKeysReachTheWindowAndTheOthersStayWithTheHo
 
 TEST(ZVSTEditorlessTest, ADescriptionWithoutAWindowHasNoEditor)
 {
+    const ZInterfaceLock lock;
     ZVSTPlugin plugin(nullptr, SmallPlugin::Make());
     AEffect* const effect = plugin.getAeffect();
     EXPECT_EQ(effect->flags, 0x38);

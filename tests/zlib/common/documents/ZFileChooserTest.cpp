@@ -47,6 +47,7 @@ protected:
     }
     [[nodiscard]] static std::string Answer(std::future<std::string> asked)
     {
+        const ZInterfaceUnlock unlocked;
         return asked.wait_for(20s) == std::future_status::ready ? asked.get() : "no answer";
     }
 

@@ -412,7 +412,7 @@ TEST_F(ZNativeWindowTest, AClientMayDestroyItsWindowWhateverItIsTold)
         const ZInterfaceLock lock;
         client->onNext = [&] { client->window.reset(); };
         cause();
-        const ZInterfaceUnlock unlocked;
+        const ZInterfaceUnlock released;
         EXPECT_TRUE(Comes([&] { return client->window == nullptr; }));
         EXPECT_TRUE(waitFor([&] { return probe->CountClients() == 0; })) << "the last one's end";
         probe->MovePointer(0, 0);
@@ -434,7 +434,7 @@ TEST_F(ZNativeWindowTest, TheEndOfTheServerEndsTheWindowsAndNothingElse)
             static_cast<void>(second->window->ToScreen({}));
         }
         EXPECT_FALSE(client->window->SetCapture(true));
-        const ZInterfaceUnlock unlocked;
+        const ZInterfaceUnlock released;
         EXPECT_TRUE(Comes([&] { return client->destroyed == 1 && second->destroyed == 1; }));
     }
     {
