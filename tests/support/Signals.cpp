@@ -23,16 +23,6 @@ std::vector<float> harmonicTone(double pitchHz, double sampleRate, int samples, 
     return tone;
 }
 
-std::vector<float> sine(double frequencyHz, double amplitude, double sampleRate, int samples)
-{
-    std::vector<float> tone(static_cast<std::size_t>(samples));
-    for (int i = 0; i < samples; ++i) {
-        const double phase = 2.0 * std::numbers::pi * frequencyHz * i / sampleRate;
-        tone[static_cast<std::size_t>(i)] = static_cast<float>(amplitude * std::sin(phase));
-    }
-    return tone;
-}
-
 std::vector<float> whiteNoise(float amplitude, int samples, std::uint32_t seed)
 {
     // Scaled here, because the distributions of C++ libraries differ.
@@ -42,15 +32,6 @@ std::vector<float> whiteNoise(float amplitude, int samples, std::uint32_t seed)
         sample =
             amplitude * static_cast<float>(static_cast<double>(generator()) / 2147483648.0 - 1.0);
     return noise;
-}
-
-std::vector<float> square(double frequencyHz, float amplitude, double sampleRate, int samples)
-{
-    std::vector<float> tone(static_cast<std::size_t>(samples));
-    for (int i = 0; i < samples; ++i)
-        tone[static_cast<std::size_t>(i)] =
-            std::fmod(frequencyHz * i / sampleRate, 1.0) < 0.5 ? amplitude : -amplitude;
-    return tone;
 }
 
 }  // namespace orvane

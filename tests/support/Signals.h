@@ -13,9 +13,7 @@ namespace orvane
 /// 0.5.
 std::vector<float> harmonicTone(double pitchHz, double sampleRate, int samples,
                                 double limitHz = 20000.0);
-std::vector<float> sine(double frequencyHz, double amplitude, double sampleRate, int samples);
 /// Seeded white noise, uniform in -amplitude .. amplitude.
 std::vector<float> whiteNoise(float amplitude, int samples, std::uint32_t seed);
-std::vector<float> square(double frequencyHz, float amplitude, double sampleRate, int samples);
 
 }  // namespace orvane

@@ -6,7 +6,6 @@
 #include "support/Measure.h"
 #include "support/Signals.h"
 #include "tools/singer/Singer.h"
-#include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZException.h"
 
 #include <gtest/gtest.h>
@@ -60,22 +59,11 @@ std::unique_ptr<PsolaClass> engineAt(float rate, float minHz = 73.0f, float maxH
     return engine;
 }
 
-std::unique_ptr<PsolaClass> shiftingEngine(float pitch, float formant)
-{
-    return engineAt(kRate, 73.0f, 1318.0f, pitch, formant);
-}
-
 void correct(PsolaClass& engine)
 {
     engine.SetScaleTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
     engine.SetCorrectionTime(50.0f);
     engine.SetCorrectionEnabled(true);
-}
-
-/// A vowel at a pitch that never moves.
-std::vector<float> steadyVoice(double pitchHz, double seconds)
-{
-    return steadyVowel(Vowel::kA, pitchHz, kRate, seconds);
 }
 
 /// The stretch that is measured: after the start has passed, before the end is cut.
@@ -130,81 +118,12 @@ float differenceFromPlain(PsolaClass& engine, PlainPsola& plain, std::size_t hop
 
 }  // namespace
 
-TEST(PsolaClassTest, FindsAFullToneWithinFiveCentsAtEveryRateAndInEachRange)
-{
-    const struct
-    {
-        double hz;
-        double cents;
-        float minHz = 73.0f;
-        float maxHz = 1318.0f;
-    } rows[] = {{110, 5},
-                {196, 5},
-                {220, 5},
-                {330, 7},
-                {440, 5},
-                {98, 12, 73, 494},
-                {660, 12, 165, 1318},
-                {55, 12, 20, 330},
-                {880, 12, 330, 2489}};
-    for (const float rate : {44100.0f, 48000.0f, 96000.0f, 192000.0f}) {
-        for (const auto& row : rows) {
-            auto engine = engineAt(rate, row.minHz, row.maxHz);
-            runEngine(*engine, hopAt(rate),
-                      harmonicTone(row.hz, rate, static_cast<int>(rate), 6000.0));
-            EXPECT_NEAR(centsBetween(engine->GetInputPitch(), row.hz), 0.0, row.cents)
-                << row.hz << " Hz at " << rate;
-        }
-    }
-}
-
-TEST(PsolaClassTest, SilenceKeepsThePitchThatStoodBeforeIt)
-{
-    auto engine = engineAt(kRate);
-    const std::vector<float> silence(44100, 0.0f);
-    runEngine(*engine, kHop, silence);
-    // At first that of the records as they were allocated, (441 + 33) / 2 samples: the repair
-    // never lets the silent records, at the lowest candidate, take over.
-    EXPECT_NEAR(engine->GetInputPitch(), 44100.0 / 237.0, 0.01);
-    runEngine(*engine, kHop, harmonicTone(220.0, kRate, 44100));
-    const float sung = engine->GetInputPitch();
-    runEngine(*engine, kHop, silence);
-    EXPECT_NEAR(centsBetween(engine->GetInputPitch(), sung), 0.0, 10.0);
-}
-
-TEST(PsolaClassTest, PitchAndFormantsMoveApartFromEachOther)
-{
-    const auto voice = steadyVoice(130.0, 2.5);
-    const struct
-    {
-        float pitch;
-        float formant;  // both in semitones
-        double tolerance;
-        double highHz;
-    } rows[] = {{-5, 0, 0.3, 4000},
-                {4, 0, 0.3, 4000},
-                {7, 0, 0.3, 4000},
-                {0, -4, 0.7, 3500},
-                {0, 3, 0.7, 3500}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.pitch << " and " << row.formant);
-        auto engine = shiftingEngine(row.pitch / 12.0f, row.formant / 12.0f);
-        const auto output = runEngine(*engine, kHop, voice);
-        const double asked = 130.0 * std::exp2(row.pitch / 12.0);
-        const double pitch = measurePitch(settled(output), kRate, asked);
-        EXPECT_NEAR(centsBetween(pitch, asked), 0.0, 5.0);
-        EXPECT_NEAR(
-            envelopeShift(settled(voice), 130.0, settled(output), pitch, kRate, 300, row.highHz),
-            row.formant, row.tolerance);
-    }
-}
-
 TEST(PsolaClassTest, CorrectionBringsAVoiceOntoTheNearestToneOfTheScale)
 {
     for (const double cents : {-45.0, 20.0, 40.0}) {
         auto engine = engineAt(kRate);
         correct(*engine);
-        const auto voice = steadyVoice(220.0 * std::exp2(cents / 1200.0), 2.5);
+        const auto voice = steadyVowel(Vowel::kA, 220.0 * std::exp2(cents / 1200.0), kRate, 2.5);
         const auto output = runEngine(*engine, kHop, voice);
         EXPECT_NEAR(centsBetween(measurePitch(settled(output), kRate, 220.0), 220.0), 0.0, 5.0);
         EXPECT_NEAR(engine->GetCorrectionCents(), -cents, 5.0);
@@ -215,12 +134,12 @@ TEST(PsolaClassTest, CorrectionBringsAVoiceOntoTheNearestToneOfTheScale)
 
 TEST(PsolaClassTest, BothChannelsShareMarksAndGrainsAndMayBeChangedInPlace)
 {
-    auto left = steadyVoice(200.0, 1.5);
+    auto left = steadyVowel(Vowel::kA, 200.0, kRate, 1.5);
     auto right = left;
     for (float& sample : right)
         sample *= -0.5f;
-    auto apart = shiftingEngine(0.3f, 0.0f);
-    auto inPlace = shiftingEngine(0.3f, 0.0f);
+    auto apart = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f);
+    auto inPlace = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f);
     const auto expected = runEngine(*apart, kHop, Stereo{left, right})[0];
     for (std::size_t at = 0; at + kHop <= left.size(); at += kHop) {
         float* const channels[] = {left.data() + at, right.data() + at};
@@ -283,22 +202,19 @@ TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
 
 TEST(PsolaClassTest, AnySoundGivesFiniteOutputAtEveryRate)
 {
-    for (const float rate : {8000.0f, 22050.0f, 44100.0f, 96000.0f, 384000.0f}) {
+    for (const float rate : {8000.0f, 44100.0f, 384000.0f}) {
         SCOPED_TRACE(rate);
         auto engine = engineAt(rate);
-        ZBuffer ignored(12, "ZBuffer");
-        engine->SetIgnoredNotes(&ignored);
         engine->SetCorrectionEnabled(true);
         engine->SetCorrectionTime(0.0f);
         const int length = static_cast<int>(rate) / 2;
         for (const float octaves : {-1.0f, 1.0f}) {
             engine->SetPitchShift(octaves);
             engine->SetFormantShift(-octaves);
-            EXPECT_LT(largest(runEngine(*engine, hopAt(rate), square(311.0, 1.0f, rate, length))),
-                      9.0f);
-            EXPECT_LT(largest(runEngine(*engine, hopAt(rate), whiteNoise(1.0f, length, 3))), 9.0f);
-            const std::vector<float> tiny(static_cast<std::size_t>(length), 1.0e-40f);
-            EXPECT_LT(largest(runEngine(*engine, hopAt(rate), tiny)), 9.0f);
+            for (const auto& sound :
+                 {harmonicTone(311.0, rate, length), whiteNoise(1.0f, length, 3),
+                  std::vector<float>(static_cast<std::size_t>(length), 1.0e-40f)})
+                EXPECT_LT(largest(runEngine(*engine, hopAt(rate), sound)), 9.0f);
         }
     }
 }
@@ -307,26 +223,12 @@ TEST(PsolaClassTest, OneBadBlockNeitherReachesTheOutputNorEndsDetection)
 {
     for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity(), 1.0e35f}) {
         auto engine = engineAt(kRate);
-        auto voice = steadyVoice(220.0, 2.0);
+        auto voice = steadyVowel(Vowel::kA, 220.0, kRate, 2.0);
         std::fill_n(voice.begin() + 22050, 700, bad);
         const auto output = runEngine(*engine, kHop, voice);
         EXPECT_LT(largest(output), 4.0f);
         EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 6.0);
     }
-}
-
-TEST(PsolaClassTest, ResetForgetsTheSoundAndGoesOn)
-{
-    auto engine = engineAt(kRate);
-    const auto voice = steadyVoice(220.0, 1.5);
-    runEngine(*engine, kHop, voice);
-    engine->Reset();
-    EXPECT_EQ(engine->GetInputPitch(), (73.0f + 1318.0f) * 0.5f);
-    EXPECT_EQ(engine->GetOutputPitch(), engine->GetInputPitch());
-    const auto output = runEngine(*engine, kHop, voice);
-    // No sample of what came before: the first grain's reach before the delayed start is silent.
-    EXPECT_EQ(largest(std::span(output).first(kLatency - 2000)), 0.0f);
-    EXPECT_GT(largest(settled(output)), 0.1f);
 }
 
 TEST(PsolaClassTest, AChangeOfRateOrBlockStartsAfresh)
@@ -352,24 +254,21 @@ TEST(PsolaClassTest, AChangeOfRateOrBlockStartsAfresh)
 
 TEST(PsolaClassTest, ABufferThatCannotBeMadeMakesInitializeFail)
 {
-    const auto engine = std::make_unique<PsolaClass>();
-    const auto initialize = [&](int allocations) {
-        alignedAllocationsLeft = allocations;
-        return engine->Initialize(kRate, kHop);
-    };
+    PsolaClass engine;
     int refusals = 0;
     bool isReady = false;
     for (int allocations = 0; !isReady && allocations < 100; ++allocations) {
+        alignedAllocationsLeft = allocations;
         try {
-            isReady = initialize(allocations);
+            isReady = engine.Initialize(kRate, kHop);
             refusals += isReady ? 0 : 1;
         } catch (const ZException&) {
             // What the factories of the transform and the gain throw is passed on.
         }
     }
     alignedAllocationsLeft = std::numeric_limits<int>::max();
-    EXPECT_EQ(refusals, 3) << "the frame and both halves of its spectrum";
     EXPECT_TRUE(isReady);
+    EXPECT_EQ(refusals, 3) << "the frame and both halves of its spectrum";
 }
 
 }  // namespace orvane
