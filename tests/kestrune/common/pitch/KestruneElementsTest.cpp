@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -18,12 +19,19 @@ namespace
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
+class KestruneElementsTest : public testing::Test
+{
+protected:
+    KestruneElementsTest() { elements.SetDefaults(); }
+    KestruneElements elements{nullptr};
+};
+
 }  // namespace
 
-TEST(KestruneElementsTest, DefaultsAreToldAndLeaveScalesOfTheUser)
+TEST_F(KestruneElementsTest, DefaultsAreNotifiedAndLeaveScalesOfTheUser)
 {
-    KestruneElements elements(nullptr);
-    for (const auto& element : elements.GetList())
+    const KestruneElements fresh(nullptr);
+    for (const auto& element : fresh.GetList())
         EXPECT_FALSE(element->IsMarkedChanged()) << "new: " << element->GetName();
     elements[KestruneElements::kIgnoredNotes].GetZBuffer()->Data()[3] = 1.0f;
     elements[KestruneElements::kCustomScaleTones].GetZBuffer()->Data()[3] = 1.0f;
@@ -37,41 +45,31 @@ TEST(KestruneElementsTest, DefaultsAreToldAndLeaveScalesOfTheUser)
     EXPECT_FALSE(elements[KestruneElements::kNotesInScale].IsMarkedChanged());
 }
 
-TEST(KestruneElementsTest, EngineIsSparedWhatWouldBreakIt)
+TEST_F(KestruneElementsTest, TheEngineGetsNoValueThatWouldBreakIt)
 {
-    KestruneElements elements(nullptr);
-    elements.SetDefaults();
     ZElement& shift = elements[KestruneElements::kPitchShift];
-    for (const auto& [stored, octaves] : std::vector<std::pair<float, float>>{
-             {600.0f, 0.5f}, {5000.0f, 1.0f}, {-kInfinity, -1.0f}, {kNaN, 0.0f}})
+    for (const auto& [stored, octaves] :
+         {std::pair{600.0f, 0.5f}, {5000.0f, 1.0f}, {-kInfinity, -1.0f}, {kNaN, 0.0f}})
     {
         shift.SetZFloat(stored, false);
         EXPECT_EQ(elements.ReadSettings().pitchShiftOctaves, octaves) << stored;
     }
-    EXPECT_NE(shift.GetZFloat(), shift.GetZFloat()) << "the element keeps what was stored";
-
-    ZElement& time = elements[KestruneElements::kPitchCorrectionTime];
-    time.SetZFloat(-5.0f, false);
-    EXPECT_EQ(elements.ReadSettings().correctionTimeMs, 0.0f);
-    time.SetZFloat(kNaN, false);
-    EXPECT_EQ(elements.ReadSettings().correctionTimeMs, 50.0f);
-
-    ZElement& reference = elements[KestruneElements::kPitchReference];
+    for (const auto& [stored, milliseconds] : {std::pair{-5.0f, 0.0f}, {kNaN, 50.0f}}) {
+        elements[KestruneElements::kPitchCorrectionTime].SetZFloat(stored, false);
+        EXPECT_EQ(elements.ReadSettings().correctionTimeMs, milliseconds);
+    }
     for (const std::int32_t both : {-1, 2, 65536, 65537}) {
-        reference.SetDiscrete(both, false);
+        elements[KestruneElements::kPitchReference].SetDiscrete(both, false);
         EXPECT_EQ(elements.ReadSettings().pitchReference, 2);
     }
-    ZElement& archivedScale = elements[KestruneElements::kCurrentScaleIndex];
-    archivedScale.SetZFloat(kNaN, false);
-    EXPECT_EQ(elements.ArchivedScale(), 0);
-    archivedScale.SetZFloat(1e30f, false);
-    EXPECT_EQ(elements.ArchivedScale(), 1000000);
+    for (const auto& [stored, scale] : {std::pair{kNaN, 0}, {1e30f, 1000000}}) {
+        elements[KestruneElements::kCurrentScaleIndex].SetZFloat(stored, false);
+        EXPECT_EQ(elements.ArchivedScale(), scale);
+    }
 }
 
-TEST(KestruneElementsTest, ReferenceFollowsKeyAndDetuneAndStaysFinite)
+TEST_F(KestruneElementsTest, ReferenceFollowsKeyAndDetuneAndStaysFinite)
 {
-    KestruneElements elements(nullptr);
-    elements.SetDefaults();
     EXPECT_NEAR(elements.ReadSettings().referenceHz, 523.25f, 0.01f);
     ZElement& key = elements[KestruneElements::kKey];
     ZElement& detune = elements[KestruneElements::kDetune];
@@ -88,15 +86,13 @@ TEST(KestruneElementsTest, ReferenceFollowsKeyAndDetuneAndStaysFinite)
     EXPECT_LT(elements.ReadSettings().referenceHz, 2000.0f);
 }
 
-TEST(KestruneElementsTest, DisplaysThatRestAreNotToldAgain)
+TEST_F(KestruneElementsTest, DisplaysAreNotifiedOfChangesOnly)
 {
-    KestruneElements elements(nullptr);
     elements.ShowMeasured(12.0f, 700.0f, 704.0f);
     EXPECT_EQ(elements[KestruneElements::kInputPitch].GetZFloat(), 700.0f) << "above its range";
     elements.ClearDisplays();
     EXPECT_EQ(elements[KestruneElements::kCorrectionMeter].GetZFloat(), 0.0f);
-    for (const auto& element : elements.GetList())
-        element->ClearMarkedChanged();
+    elements[KestruneElements::kInputPitch].ClearMarkedChanged();
     elements.ClearDisplays();
     EXPECT_FALSE(elements[KestruneElements::kInputPitch].IsMarkedChanged());
 }

