@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <utility>
@@ -83,22 +84,17 @@ public:
         }
         return notes;
     }
-    /// Returns the number of gestures in progress. A begin within a gesture or an end without one
-    /// adds 1000.
+    /// Returns the number of gestures in progress; -1 after a begin within a gesture or an end
+    /// without one.
     [[nodiscard]] static int OpenGestures()
     {
-        std::map<std::int32_t, int> open;
-        int mistakes = 0;
-        int count = 0;
+        std::set<std::int32_t> open;
         for (const HostCall& call : Calls()) {
-            if (call.opcode == audioMasterBeginEdit)
-                mistakes += open[call.index]++ != 0 ? 1 : 0;
-            else if (call.opcode == audioMasterEndEdit)
-                mistakes += --open[call.index] != 0 ? 1 : 0;
+            if ((call.opcode == audioMasterBeginEdit && !open.insert(call.index).second) ||
+                (call.opcode == audioMasterEndEdit && open.erase(call.index) == 0))
+                return -1;
         }
-        for (const auto& [index, gestures] : open)
-            count += gestures;
-        return count + 1000 * mistakes;
+        return static_cast<int>(open.size());
     }
 
     static std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,

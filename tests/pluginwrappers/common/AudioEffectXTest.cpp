@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/AudioEffectX.h"
 
+#include "pluginwrappers/common/PluginEntry.h"
 #include "support/BoxRecorder.h"
+#include "support/PrivateFolder.h"
 #include "support/TestHost.h"
 #include "zlib/common/objects/ZException.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -19,7 +22,7 @@ namespace orvane
 namespace
 {
 
-// The calls of the operations below, in order.
+/// The calls of the operations below, in order.
 std::vector<std::string> gEvents;
 
 class RecordingEditor : public AEffEditor
@@ -36,36 +39,26 @@ public:
     }
 };
 
-/// Calls failure in every operation, except for rate and size, which it records.
+/// Records a rate and a size, and calls failure in its other operations.
 class FailingEffect : public AudioEffectX
 {
 public:
     FailingEffect()
         : AudioEffectX(/*host*/ nullptr, /*programs*/ 3, /*parameters*/ 2)
     {
+        setEditor(std::make_unique<RecordingEditor>(this));
     }
     ~FailingEffect() override { gEvents.emplace_back("effect deleted"); }
 
     void suspend() override { failure(); }
-    void processReplacing(float** /*inputs*/, float** /*outputs*/, std::int32_t /*frames*/) override
-    {
-        failure();
-    }
-    void process(float** /*inputs*/, float** /*outputs*/, std::int32_t /*frames*/) override
-    {
-        failure();
-    }
-    float getParameter(std::int32_t /*index*/) override
-    {
-        failure();
-        return 1.0f;
-    }
+    void processReplacing(float**, float**, std::int32_t) override { failure(); }
+    void process(float**, float**, std::int32_t) override { failure(); }
+    float getParameter(std::int32_t /*index*/) override { return failure(), 1.0f; }
     void setSampleRate(float /*rate*/) override { gEvents.emplace_back("rate"); }
     void setBlockSize(std::int32_t frames) override
     {
         gEvents.push_back("size " + std::to_string(frames));
     }
-    void AddEditor() { setEditor(std::make_unique<RecordingEditor>(this)); }
 
     void (*failure)() = nullptr;
 };
@@ -75,17 +68,12 @@ public:
 TEST(AudioEffectXTest, ArgumentsAreConvertedForTheOperationsOrReplacedWhenTheyDoNotFit)
 {
     gEvents.clear();
-    auto* const effect = new FailingEffect;
-    AEffect* const record = effect->getAeffect();
+    AEffect* const record = (new FailingEffect)->getAeffect();
     EXPECT_EQ(ask(record, effSetBlockSizeAndSampleRate, 0, 256, nullptr, 96000.0f), 1);
     ask(record, effSetBlockSize, 0, 0x100000100);  // 256 when it is cut to 32 bits
-    EXPECT_EQ(record->flags, 0);
-    effect->AddEditor();
-    EXPECT_EQ(record->flags, effFlagsHasEditor);
-    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 11, nullptr, 3.0f), 1);
-    EXPECT_EQ(ask(record, effEditKeyDown, 'a', 256 + 11, nullptr, 1e30f), 1);
-    EXPECT_EQ(
-        ask(record, effEditKeyDown, 'a', -1, nullptr, std::numeric_limits<float>::quiet_NaN()), 1);
+    for (const auto& [key, modifiers] :
+         {std::pair{11, 3.0f}, {256 + 11, 1e30f}, {-1, std::nanf("")}})
+        EXPECT_EQ(ask(record, effEditKeyDown, 'a', key, nullptr, modifiers), 1);
     EXPECT_EQ(ask(record, effClose), 0);
     EXPECT_EQ(gEvents, (std::vector<std::string>{"rate", "size 256", "size -1", "97 11 3", "97 0 0",
                                                  "97 0 0", "effect deleted", "editor deleted"}));
@@ -108,6 +96,24 @@ TEST(AudioEffectXTest, ExceptionsAreReportedAndNeverReachTheHost)
     ASSERT_EQ(recorder.boxes.size(), 4u);
     EXPECT_TRUE(recorder.boxes[0].text.starts_with("NULL preset file\n\rCode -1."));
     EXPECT_TRUE(recorder.boxes[2].text.starts_with("torn\n\rCode -1."));
+}
+
+TEST(PluginEntryTest, AFailureWhileAHostLoadsThePluginIsALineOnStandardError)
+{
+    const EnvironmentVariable display("DISPLAY", nullptr);
+    const EnvironmentVariable wayland("WAYLAND_DISPLAY", nullptr);
+    for (const auto& [code, line] :
+         {std::pair{ZException::kGeneral,
+                    "Cantorel Mini could not be loaded: no description (code -1)\n"},
+          {ZException::kEndWithoutReport, ""}})
+    {
+        const TestHost host;
+        TestHost::On(audioMasterVersion,
+                     [code = code](AEffect*) { throw ZException(code, "no\ndescription"); });
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(openPlugin(TestHost::callback), nullptr);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
+    }
 }
 
 }  // namespace orvane

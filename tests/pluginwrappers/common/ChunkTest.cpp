@@ -14,6 +14,7 @@
 
 #include <cstdlib>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,17 @@ namespace orvane
 
 namespace
 {
+
+constexpr const char* kElementsOfTheUser =
+    "pitchCorrectionOnOff transposeOnOff key intonation sourceType pitchReference pitchTranspose "
+    "formantTranspose scale PitchShift FormantShift detune pitchCorrectionTime ignoredNotes "
+    "notesInScale";
+// The last two follow from others.
+constexpr const char* kSavedElements =
+    "PitchShift FormantShift pitchCorrectionOnOff currentScaleModified transposeOnOff key "
+    "CustomScaleNames intonation sourceType detune pitchCorrectionTime pitchReference ignoredNotes "
+    "pitchTranspose formantTranspose currentCustomScale customScaleTones currentScaleIndex "
+    "scale notesInScale";
 
 /// Returns the number of random states and of random chunks: 100, or KESTRUNE_RANDOM_STATES.
 int randomStates()
@@ -33,21 +45,17 @@ int randomStates()
 /// Returns an element's value as text: a float in six digits, others exactly.
 std::string valueOf(const ZElement& element)
 {
-    std::string value;
-    switch (element.GetType()) {
-    case ZElement::ZFLOAT: {
-        std::array<char, 32> digits{};
-        std::snprintf(digits.data(), digits.size(), "%g", static_cast<double>(element.GetZFloat()));
-        return digits.data();
-    }
-    case ZElement::ZBUFFER:
-        return element.GetZBuffer()->EncodeValues();
-    default:
-        value = std::to_string(element.GetDiscrete());
+    std::ostringstream value;
+    if (element.GetType() == ZElement::ZFLOAT) {
+        value << element.GetZFloat();
+    } else if (element.GetType() == ZElement::ZBUFFER) {
+        value << element.GetZBuffer()->EncodeValues();
+    } else {
+        value << element.GetDiscrete();
         for (std::int32_t i = 0; i < element.CountDiscreteValues(); ++i)
-            value += ", " + element.GetDiscreteString(i)->ToNarrow();
-        return value;
+            value << ", " << element.GetDiscreteString(i)->ToNarrow();
     }
+    return value.str();
 }
 
 /// Makes random changes, each of which the window allows.
@@ -62,40 +70,32 @@ public:
     void Work(const ProductInstance& plugin)
     {
         const ZInterfaceLock lock;
-        for (const char* name :
-             {"pitchCorrectionOnOff", "transposeOnOff", "key", "intonation", "sourceType",
-              "pitchReference", "pitchTranspose", "formantTranspose", "scale"})
-            Choose(plugin.Element(name));
-        plugin.Tick();
         if (Whether())
             AddScales(plugin);
-        for (const char* name : {"PitchShift", "FormantShift", "detune", "pitchCorrectionTime"})
+        std::istringstream names(kElementsOfTheUser);
+        for (std::string name; names >> name;) {
             if (Whether())
-                Turn(plugin.Element(name));
-        Draw(plugin.Element("ignoredNotes"));
-        if (Whether())
-            Draw(plugin.Element("notesInScale"));
-        plugin.Tick();
+                Change(plugin.Element(name));
+            plugin.Tick();
+        }
     }
 
 private:
     bool Whether() { return pick(mRandom, 2) == 0; }
-    void Choose(ZElement& element)
+    void Change(ZElement& element)
     {
-        const auto count = static_cast<std::size_t>(element.CountDiscreteValues());
-        element.SetDiscrete(static_cast<std::int32_t>(pick(mRandom, count)), false);
-    }
-    void Turn(ZElement& element)
-    {
-        std::uniform_real_distribution<float> values(element.Min(), element.Max());
-        element.SetZFloat(values(mRandom), false);
-    }
-    void Draw(ZElement& element)
-    {
-        ZBuffer flags(kDegrees, "flags");
-        for (int degree = 0; degree < kDegrees; ++degree)
-            flags.Data()[degree] = degree == 0 || Whether() ? 1.0f : 0.0f;
-        element.SetZBuffer(flags, false);
+        if (element.GetType() == ZElement::ZDISCRETE) {
+            const auto count = static_cast<std::size_t>(element.CountDiscreteValues());
+            element.SetDiscrete(static_cast<std::int32_t>(pick(mRandom, count)), false);
+        } else if (element.GetType() == ZElement::ZFLOAT) {
+            std::uniform_real_distribution<float> values(element.Min(), element.Max());
+            element.SetZFloat(values(mRandom), false);
+        } else {
+            ZBuffer flags(kDegrees, "flags");
+            for (int degree = 0; degree < kDegrees; ++degree)
+                flags.Data()[degree] = degree == 0 || Whether() ? 1.0f : 0.0f;
+            element.SetZBuffer(flags, false);
+        }
     }
     void AddScales(const ProductInstance& plugin)
     {
@@ -108,8 +108,6 @@ private:
                                             static_cast<std::int32_t>(6 + pick(mRandom, 6))};
             bay->AddCustomScale("Mine " + std::to_string(i), degrees);
         }
-        Choose(plugin.Element("scale"));
-        plugin.Tick();
     }
 
     std::mt19937 mRandom;
@@ -128,27 +126,8 @@ TEST(ChunkTest, EveryStateReturnsInANewInstance)
         const ProductInstance loaded;
         ASSERT_EQ(loadChunk(loaded.effect, chunkOf(saved.effect, isProgram), isProgram), 1);
         loaded.Tick();
-        // The elements that are saved; the last two follow from others.
-        for (const char* name : {"PitchShift",
-                                 "FormantShift",
-                                 "pitchCorrectionOnOff",
-                                 "currentScaleModified",
-                                 "transposeOnOff",
-                                 "key",
-                                 "CustomScaleNames",
-                                 "intonation",
-                                 "sourceType",
-                                 "detune",
-                                 "pitchCorrectionTime",
-                                 "pitchReference",
-                                 "ignoredNotes",
-                                 "pitchTranspose",
-                                 "formantTranspose",
-                                 "currentCustomScale",
-                                 "customScaleTones",
-                                 "currentScaleIndex",
-                                 "scale",
-                                 "notesInScale"})
+        std::istringstream names(kSavedElements);
+        for (std::string name; names >> name;)
             ASSERT_EQ(valueOf(loaded.Element(name)), valueOf(saved.Element(name))) << name;
         if (seed >= 4)
             continue;

@@ -42,8 +42,7 @@ constexpr int kControls[][2] = {{100, 65}, {100, 121}, {240, 200}, {20, 98},  {2
 
 // Symbols of keys: a, 5, space, Return, Escape, down, Tab, Backspace.
 constexpr std::uint32_t kEscape = 0xff1b;
-constexpr std::array<std::uint32_t, 8> kKeys{'a',     '5',    ' ',    0xff0d,
-                                             kEscape, 0xff54, 0xff09, 0xff08};
+constexpr std::uint32_t kKeys[] = {'a', '5', ' ', 0xff0d, kEscape, 0xff54, 0xff09, 0xff08};
 
 std::chrono::duration<double> soakTime()
 {
@@ -83,7 +82,6 @@ public:
 private:
     void Play()
     {
-        const auto voice = harmonicTone(196.0, kRate, 44100);
         std::mt19937 random(3);
         const auto begin = Clock::now();
         double played = 0.0;  // seconds
@@ -92,7 +90,8 @@ private:
             TestHost::SetOffline(offline);
             BetweenBlocks(block);
             const auto frames = static_cast<std::int32_t>(random() % kLargestBlock) + 1;
-            PlayBlock(voice, frames, block % 2 == 0 ? effect->process : effect->processReplacing,
+            // Offline blocks are not guarded: they may tick.
+            PlayBlock(frames, block % 2 == 0 ? effect->process : effect->processReplacing,
                       /*isGuarded*/ !offline);
             // A faster stream would become the clock and tick inside the blocks.
             played += frames / static_cast<double>(kRate);
@@ -108,11 +107,9 @@ private:
             ask(effect, effMainsChanged, 0, 1);
         }
     }
-    /// Offline blocks are not guarded: they may tick.
-    void PlayBlock(const std::vector<float>& voice, std::int32_t frames, AEffectProcessProc process,
-                   bool isGuarded)
+    void PlayBlock(std::int32_t frames, AEffectProcessProc process, bool isGuarded)
     {
-        std::vector<float> in(voice.begin(), voice.begin() + frames);
+        std::vector<float> in(mVoice.begin(), mVoice.begin() + frames);
         std::vector<float> left(in.size());
         std::vector<float> right(in.size());
         float* inputs[] = {in.data(), in.data()};
@@ -126,38 +123,23 @@ private:
                                              [](float sample) { return std::fabs(sample) < 8.0f; });
     }
 
+    const std::vector<float> mVoice = harmonicTone(196.0, kRate, kLargestBlock);
     std::atomic<bool> mPlaying{true};
     unsigned mViolations = 0;
     bool mIsFinite = true;
     std::thread mThread;
 };
 
-/// Threads that run until the object is destroyed; each gets its own seed.
-class Disturbance
+/// A thread that repeats a step, with random numbers of its own, until the object is destroyed.
+template <typename Step>
+std::jthread repeat(unsigned seed, Step step)
 {
-public:
-    template <typename Step>
-    Disturbance(int count, Step step)
-    {
-        for (int seed = 0; seed < count; ++seed) {
-            mThreads.emplace_back([this, seed, step] {
-                std::mt19937 random(static_cast<unsigned>(seed));
-                while (mRuns)
-                    step(random);
-            });
-        }
-    }
-    ~Disturbance()
-    {
-        mRuns = false;
-        for (std::thread& thread : mThreads)
-            thread.join();
-    }
-
-private:
-    std::atomic<bool> mRuns{true};
-    std::vector<std::thread> mThreads;
-};
+    return std::jthread([seed, step](const std::stop_token& stop) {
+        std::mt19937 random(seed);
+        while (!stop.stop_requested())
+            step(random);
+    });
+}
 
 void changeAParameter(AEffect* effect, std::mt19937& random)
 {
@@ -197,7 +179,7 @@ public:
         else if (what < 82)
             mDisplay.Click(static_cast<std::uint8_t>(4 + Below(2)));  // the wheel
         else if (what < 95)
-            mDisplay.TypeKey(kKeys[Below(kKeys.size())]);
+            mDisplay.TypeKey(kKeys[Below(std::size(kKeys))]);
         else
             ReleaseAll();
         mDisplay.Sync();
@@ -253,8 +235,7 @@ TEST(SoakTest, BlocksNeitherAllocateNorWaitWhileParametersChangeAndProjectsAreSa
     const Stream stream;
     const auto change = [&](std::mt19937& random) { changeAParameter(stream.effect, random); };
     const auto project = [&](std::mt19937& random) { saveAndLoad(stream.effect, random); };
-    const Disturbance automation(2, change);
-    const Disturbance saving(1, project);
+    const std::jthread threads[] = {repeat(0, change), repeat(1, change), repeat(2, project)};
     std::this_thread::sleep_for(soakTime());
 }
 
@@ -275,7 +256,7 @@ TEST(SoakTest, EveryGestureEndsWhateverMouseAndKeysDo)
     openEditor();
     {
         const auto change = [&](std::mt19937& random) { changeAParameter(stream.effect, random); };
-        const Disturbance automation(1, change);
+        const std::jthread automation = repeat(0, change);
         RandomUser user(display);
         int actions = 0;
         for (const auto end = Clock::now() + soakTime(); Clock::now() < end; ++actions) {
