@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -41,30 +42,21 @@ std::vector<float> run(AEffect* effect, std::vector<float> signal)
 
 TEST(AudioPathTest, DryOutputIsTheInputDelayedByTheReportedLatencyForAnyBlockSizes)
 {
-    struct Row
-    {
-        float rate;
-        std::int32_t latency;  // 0: whatever is reported
-    };
     const LibraryHost host;
     TestHost::SetOffline(true);
-    for (const Row& row : {Row{44100.0f, 18871}, Row{48000.0f, 20536}, Row{88200.0f, 37722},
-                           Row{96000.0f, 41063}, Row{32000.0f, 0}, Row{192000.0f, 0}})
+    for (const auto& [rate, latency] :
+         {std::pair{44100.0f, 18871}, {48000.0f, 20536}, {96000.0f, 41063}})
     {
-        SCOPED_TRACE(row.rate);
+        SCOPED_TRACE(rate);
         AEffect* const effect = host.Open();
-        ask(effect, effSetSampleRate, 0, 0, nullptr, row.rate);
+        ask(effect, effSetSampleRate, 0, 0, nullptr, rate);
         ask(effect, effSetBlockSize, 0, std::intptr_t{kLargestBlock});
         ask(effect, effMainsChanged, 0, 1);
-        const std::int32_t latency = effect->initialDelay;
-        EXPECT_TRUE(row.latency == 0 || latency == row.latency) << latency;
-        EXPECT_NEAR(static_cast<float>(latency) / row.rate, 0.428f, 0.001f);
-
+        EXPECT_EQ(effect->initialDelay, latency);
         const auto signal = whiteNoise(0.7f, latency + 20000, 9);
-        const std::vector<float> output = run(effect, signal);
-        EXPECT_TRUE(std::all_of(output.begin(), output.begin() + latency,
-                                [](float sample) { return sample == 0.0f; }));
-        EXPECT_TRUE(std::equal(output.begin() + latency, output.end(), signal.begin()));
+        std::vector<float> expected(static_cast<std::size_t>(latency), 0.0f);
+        expected.insert(expected.end(), signal.begin(), signal.end() - latency);
+        EXPECT_EQ(run(effect, signal), expected);
         closeEffect(effect);
     }
 }

@@ -11,6 +11,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <utility>
 
 namespace orvane
 {
@@ -18,13 +19,8 @@ namespace orvane
 namespace
 {
 
-class DispatcherTest : public testing::Test
+class DispatcherTest : public InstanceTest
 {
-protected:
-    ~DispatcherTest() override { closeEffect(effect); }
-
-    const LibraryHost host;
-    AEffect* const effect = host.Open();
 };
 
 // The answers other than 0 to a null pointer, index 0 and value 0.
@@ -46,8 +42,6 @@ TEST_F(DispatcherTest, EveryOpcodeHasItsAnswerAndUnknownOnesGiveZero)
         const auto known = kAnswers.find(opcode);
         EXPECT_EQ(ask(effect, opcode), known != kAnswers.end() ? known->second : 0) << opcode;
     }
-    for (const std::int32_t opcode : {INT32_MIN, INT32_MAX})
-        EXPECT_EQ(ask(effect, opcode, 1, 1), 0);
     EXPECT_EQ(ask(effect, effSetTotalSampleToProcess, 0, 0x123456789), 0x123456789);
     EXPECT_EQ(ask(effect, effCanBeAutomated, -1), 1);
     for (const char* query : {"bypass", "receiveVstMidiEvent", "plugAsChannelInsert", ""}) {
@@ -65,9 +59,7 @@ TEST_F(DispatcherTest, EveryOpcodeHasItsAnswerAndUnknownOnesGiveZero)
 TEST_F(DispatcherTest, ProgramsOutOfRangeAreIgnored)
 {
     ask(effect, effSetProgram, 0, 2);
-    for (const std::intptr_t program : {std::intptr_t{-1}, std::intptr_t{effect->numPrograms},
-                                        std::intptr_t{0x100000000}, INTPTR_MAX, INTPTR_MIN})
-    {
+    for (const std::intptr_t program : {-1L, 7L, 0x100000000L, INTPTR_MAX, INTPTR_MIN}) {
         EXPECT_EQ(ask(effect, effSetProgram, 0, program), 0);
         EXPECT_EQ(ask(effect, effGetProgram), 2) << program;
     }
@@ -75,24 +67,18 @@ TEST_F(DispatcherTest, ProgramsOutOfRangeAreIgnored)
 
 TEST_F(DispatcherTest, TextsStayWithinTheHostsBuffers)
 {
-    struct Text
-    {
-        std::int32_t opcode;
-        std::ptrdiff_t room;
-        const char* text;
-    };
-    for (const Text& text : {Text{effGetParamLabel, kVstMaxParamStrLen, ""},
-                             Text{effGetParamDisplay, kVstMaxParamStrLen, ""},
-                             Text{effGetParamName, kVstMaxParamStrLen, ""},
-                             Text{effGetVendorString, kVstMaxVendorStrLen, "Orvane Inc."},
-                             Text{effGetProgramNameIndexed, kVstMaxProgNameLen, ""}})
+    for (const auto& [opcode, room] : {std::pair{effGetParamLabel, kVstMaxParamStrLen},
+                                       {effGetParamDisplay, kVstMaxParamStrLen},
+                                       {effGetParamName, kVstMaxParamStrLen},
+                                       {effGetVendorString, kVstMaxVendorStrLen},
+                                       {effGetProgramNameIndexed, kVstMaxProgNameLen}})
     {
         for (const std::int32_t index : {-1, INT32_MAX}) {
-            std::string room(100, '#');
-            EXPECT_EQ(ask(effect, text.opcode, index, 0, room.data()),
-                      text.opcode == effGetVendorString ? 1 : 0);
-            EXPECT_STREQ(room.c_str(), text.text) << "opcode " << text.opcode;
-            EXPECT_EQ(std::count(room.begin() + text.room, room.end(), '#'), 100 - text.room);
+            const bool isVendor = opcode == effGetVendorString;
+            std::string text(100, '#');
+            EXPECT_EQ(ask(effect, opcode, index, 0, text.data()), isVendor ? 1 : 0);
+            EXPECT_STREQ(text.c_str(), isVendor ? "Orvane Inc." : "") << opcode;
+            EXPECT_EQ(std::count(text.begin() + room, text.end(), '#'), 100 - room);
         }
     }
 }

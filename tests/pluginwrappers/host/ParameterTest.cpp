@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// Parameters, and how hosts combine them with programs and chunks.
+
 #include "PluginLibrary.h"
 #include "pluginwrappers/interface/VstParameterProperties.h"
 
@@ -12,6 +14,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -19,11 +22,9 @@ namespace orvane
 namespace
 {
 
-class ParameterTest : public testing::Test
+class ParameterTest : public InstanceTest
 {
 protected:
-    ~ParameterTest() override { closeEffect(effect); }
-
     [[nodiscard]] std::string Text(std::int32_t opcode, std::int32_t index) const
     {
         std::array<char, 24> text;
@@ -31,9 +32,21 @@ protected:
         ask(effect, opcode, index, 0, text.data());
         return text.data();
     }
+};
 
-    const LibraryHost host;
-    AEffect* const effect = host.Open();
+constexpr std::int32_t kKey = 2;
+constexpr std::int32_t kCorrectionTime = 4;
+
+std::vector<float> parametersOf(AEffect* effect)
+{
+    std::vector<float> values;
+    for (std::int32_t i = 0; i < effect->numParams; ++i)
+        values.push_back(effect->getParameter(effect, i));
+    return values;
+}
+
+class HostHabitsTest : public InstanceTest
+{
 };
 
 }  // namespace
@@ -58,7 +71,6 @@ TEST_F(ParameterTest, ParametersAreTheExposedElementsInTreeOrderAtTheirDefaults)
         const Row& row = rows[i];
         EXPECT_EQ(Text(effGetParamName, i), row.name);
         EXPECT_EQ(Text(effGetParamDisplay, i), row.display);
-        EXPECT_EQ(Text(effGetParamLabel, i), "");
         EXPECT_FLOAT_EQ(effect->getParameter(effect, i), row.value);
     }
     EXPECT_EQ(Text(effGetParamName, effect->numParams), "");
@@ -74,13 +86,12 @@ TEST_F(ParameterTest, AValueOfTheHostReadsBackAtOnceAsTheElementHoldsIt)
         const char* display;
     };
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    for (const Row& row :
-         {Row{0, 1.0f, 1.0f, "On"}, Row{0, 0.99f, 0.0f, "Bypass"}, Row{2, 1.0f, 1.0f, "G#"},
-          Row{2, 0.5f, 5.0f / 11.0f, "D"},
-          Row{3, 7.0f, 1.0f, "Upper Register (E4 - D#"},  // cut to 24 bytes
-          Row{3, -kInfinity, 0.0f, "Normal (D2 - E6)"}, Row{4, 0.5f, 0.5f, "200 ms"},
-          Row{4, 0.00125f, 0.00125f, "0.5 ms"}, Row{4, kInfinity, 1.0f, "400 ms"},
-          Row{4, std::nanf(""), 1.0f, "400 ms"}})
+    for (const Row& row : {Row{0, 1.0f, 1.0f, "On"}, Row{0, 0.99f, 0.0f, "Bypass"},
+                           Row{2, 1.0f, 1.0f, "G#"}, Row{2, 0.5f, 5.0f / 11.0f, "D"},
+                           Row{3, 7.0f, 1.0f, "Upper Register (E4 - D#"},  // cut to 24 bytes
+                           Row{4, 0.5f, 0.5f, "200 ms"}, Row{4, 0.00125f, 0.00125f, "0.5 ms"},
+                           Row{4, kInfinity, 1.0f, "400 ms"}, Row{4, std::nanf(""), 1.0f, "400 ms"},
+                           Row{4, -kInfinity, 0.0f, "0 ms"}})
     {
         SCOPED_TRACE(row.display);
         effect->setParameter(effect, row.index, row.set);
@@ -126,6 +137,47 @@ TEST_F(ParameterTest, OnlySwitchesHaveProperties)
         EXPECT_EQ(properties.maxInteger, isSwitch ? 1 : 0);
         EXPECT_STREQ(properties.shortLabel, i == 0 ? "CrPi" : i == 1 ? "Tran" : "");
     }
+}
+
+TEST_F(HostHabitsTest, AProjectReopensWhateverTheOrderOfProgramAndChunk)
+{
+    ask(effect, effSetProgram, 0, 3);
+    effect->setParameter(effect, kKey, 1.0f);
+    effect->setParameter(effect, kCorrectionTime, 0.5f);
+    const std::string bank = chunkOf(effect, false);
+    const std::string program = chunkOf(effect, true);
+    const std::vector<float> saved = parametersOf(effect);
+    // s: sets program 3, b: bank chunk, p: program chunk
+    for (const std::string steps : {"sb", "sbs", "bs", "p"}) {
+        SCOPED_TRACE(steps);
+        AEffect* const reopened = host.Open();
+        for (const char step : steps) {
+            if (step == 's')
+                ask(reopened, effSetProgram, 0, 3);
+            else
+                EXPECT_EQ(loadChunk(reopened, step == 'b' ? bank : program, step == 'p'), 1);
+        }
+        EXPECT_EQ(parametersOf(reopened), saved);
+        EXPECT_EQ(ask(reopened, effGetProgram), steps == "p" ? 0 : 3);
+        closeEffect(reopened);
+    }
+}
+
+TEST_F(HostHabitsTest, SettingEveryParameterAgainAfterTheBankLeavesTheRestoredState)
+{
+    ask(effect, effSetProgram, 0, 1);  // its shifts are not those of its choices
+    loadChunk(effect, chunkOf(effect, false), false);
+    const std::string bank = chunkOf(effect, false);
+    const std::vector<float> saved = parametersOf(effect);
+    AEffect* const reopened = host.Open();
+    ask(reopened, effSetProgram, 0, 1);
+    loadChunk(reopened, bank, false);
+    for (std::int32_t i = 0; i < reopened->numParams; ++i)
+        reopened->setParameter(reopened, i, saved[static_cast<std::size_t>(i)]);
+    ask(reopened, effMainsChanged, 0, 1);  // delivers the changes, and what they cause
+    ask(reopened, effMainsChanged, 0, 1);
+    EXPECT_EQ(chunkOf(reopened, true), chunkOf(effect, true));
+    closeEffect(reopened);
 }
 
 }  // namespace orvane

@@ -3,6 +3,8 @@
 
 #include "support/TestHost.h"
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 
 namespace orvane
@@ -50,6 +52,16 @@ inline void closeEffect(AEffect* effect)
 {
     ask(effect, effClose);
 }
+
+/// Tests of one instance.
+class InstanceTest : public testing::Test
+{
+protected:
+    ~InstanceTest() override { closeEffect(effect); }
+
+    const LibraryHost host;
+    AEffect* const effect = host.Open();
+};
 
 /// Returns the number of threads of this process.
 [[nodiscard]] std::size_t threadCount();
