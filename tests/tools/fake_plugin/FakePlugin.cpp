@@ -79,13 +79,6 @@ std::intptr_t giveChunk(void** place)
     return static_cast<std::intptr_t>(chunk.size());
 }
 
-std::intptr_t takeChunk(const Fake& fake, bool isProgram, const char* data, std::intptr_t size)
-{
-    note("{} {}", isProgram ? "program" : "bank",
-         std::string_view(data, static_cast<std::size_t>(size)));
-    return fake.mode != "picky";
-}
-
 std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
                        std::intptr_t value, void* ptr, float opt)
 {
@@ -108,7 +101,9 @@ std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
     case effGetChunk:
         return giveChunk(static_cast<void**>(ptr));
     case effSetChunk:
-        return takeChunk(fake, index != 0, static_cast<const char*>(ptr), value);
+        note("{} {}", index != 0 ? "program" : "bank",
+             std::string_view(static_cast<const char*>(ptr), static_cast<std::size_t>(value)));
+        return fake.mode != "picky";
     default:
         note("opcode {}: {} {:g}", opcode, value, opt);
         if (opcode == effClose)
@@ -124,15 +119,11 @@ std::intptr_t askHost(Fake& fake, std::int32_t opcode, void* ptr = nullptr)
 
 void noteHost(Fake& fake)
 {
-    std::array<char, 64> sends{"sendVstMidiEvent"};
-    std::array<char, 64> vendor{};
     std::array<char, 64> product{};
-    askHost(fake, audioMasterGetVendorString, vendor.data());
     askHost(fake, audioMasterGetProductString, product.data());
-    note("host {} {} {} {} {} {} {} {}", askHost(fake, audioMasterVersion),
+    note("host {} {} {} {} {}", askHost(fake, audioMasterVersion),
          askHost(fake, audioMasterGetSampleRate), askHost(fake, audioMasterGetBlockSize),
-         askHost(fake, audioMasterGetCurrentProcessLevel), askHost(fake, audioMasterGetLanguage),
-         askHost(fake, audioMasterCanDo, sends.data()), vendor.data(), product.data());
+         askHost(fake, audioMasterGetCurrentProcessLevel), product.data());
 }
 
 void changeLatency(Fake& fake)

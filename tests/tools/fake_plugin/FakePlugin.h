@@ -7,9 +7,8 @@
 namespace orvane
 {
 
-/// The calls of the host since the last call of the entry function, in order: the host's answers
-/// before the first block, opcodes by number except those that ask for texts, parameters, messages,
-/// chunks, and each block with its time. The library exports it as the function "fakePluginLog".
+/// The calls of the host since the last call of the entry function, and the host's answers before
+/// the first block. The library exports it as the function "fakePluginLog".
 using FakePluginLog = std::vector<std::string>;
 
 /// Latency in frames at the start and after the change that some modes make.

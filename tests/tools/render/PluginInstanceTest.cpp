@@ -35,41 +35,30 @@ RenderSettings settingsWith(std::initializer_list<const char*> assignments)
 }
 
 /// A render through the fake plug-in in one of its modes, with files of its own.
-class FakeRender
+struct FakeRender
 {
-public:
     explicit FakeRender(const char* mode = "")
-        : mMode(kFakeMode, mode)
+        : environment(kFakeMode, mode)
     {
-        mRequest.input = mFolder.Path("in.wav");
-        mRequest.output = mFolder.Path("out.wav");
+        request.input = folder.Path("in.wav");
+        request.output = folder.Path("out.wav");
     }
 
-    RenderRequest& Request() { return mRequest; }
-
-    std::filesystem::path File(const char* name, const std::string& text)
+    std::filesystem::path File(const char* name, const std::string& text) const
     {
-        writeTextFile(mFolder.Path(name), text);
-        return mFolder.Path(name);
+        writeTextFile(folder.Path(name), text);
+        return folder.Path(name);
     }
-    [[nodiscard]] std::string Text(const char* name) const
-    {
-        return readTextFile(mFolder.Path(name));
-    }
-
     RenderResult Run(const TestSound& sound)
     {
-        writeSound(mRequest.input, sound);
+        writeSound(request.input, sound);
         PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
-        return renderOffline(mRequest, plugin, [](std::int64_t) {});
+        return renderOffline(request, plugin, [](std::int64_t) {});
     }
 
-    [[nodiscard]] std::vector<float> Output() const { return readSound(mRequest.output).samples; }
-
-private:
-    EnvironmentVariable mMode;
-    PrivateFolder mFolder;
-    RenderRequest mRequest;
+    EnvironmentVariable environment;
+    PrivateFolder folder;
+    RenderRequest request;
 };
 
 }  // namespace
@@ -78,7 +67,7 @@ TEST(PluginInstanceTest, EventsComeAtTheirFrameAndCutTheBlockOfAHostThatRendersO
 {
     const FakePluginLog& log = fakePluginLog();
     FakeRender render;
-    RenderRequest& request = render.Request();
+    RenderRequest& request = render.request;
     request.blockFrames = 4410;
     request.automation =
         render.File("a.csv", "0.15,Key,A\n0,Correct Pitch,On\n0.15,Key,G#\n9,Key,A");
@@ -91,7 +80,7 @@ TEST(PluginInstanceTest, EventsComeAtTheirFrameAndCutTheBlockOfAHostThatRendersO
                                   "opcode 10: 0 44100",
                                   "opcode 11: 4410 0",
                                   "opcode 12: 1 0",
-                                  "host 2400 44100 4410 4 1 1 Orvane Inc. kestrune-render",
+                                  "host 2400 44100 4410 4 kestrune-render",
                                   "512 frames at -512, quarter -0.023",
                                   "Correct Pitch 1.00",
                                   "1: 90 60 100 after 0",
@@ -112,30 +101,26 @@ TEST(PluginInstanceTest, EventsComeAtTheirFrameAndCutTheBlockOfAHostThatRendersO
 
 TEST(PluginInstanceTest, LatencyIsCompensatedWhereverItIsKnownInTime)
 {
-    struct Case
-    {
-        const char* mode;
-        int latency;
-        bool moved;
-    };
     const TestSound voice = testVoice(2, 0.3);
-    for (const Case& each : {Case{"", kFakeLatency, false}, Case{"early", kFakeLaterLatency, false},
-                             Case{"late", kFakeLatency, true}})
+    for (const auto& [mode, latency] :
+         {std::pair{"", kFakeLatency}, {"early", kFakeLaterLatency}, {"late", kFakeLatency}})
     {
-        SCOPED_TRACE(each.mode);
-        FakeRender render(each.mode);
+        SCOPED_TRACE(mode);
+        const bool isLate = mode == std::string("late");
+        FakeRender render(mode);
         const RenderResult result = render.Run(voice);
-        EXPECT_EQ(result.latency, each.latency);
-        EXPECT_EQ(result.latencyMoved, each.moved);
-        EXPECT_EQ(render.Output().size(), voice.samples.size());
-        EXPECT_EQ(render.Output() == voice.samples, !each.moved);
+        EXPECT_EQ(result.latency, latency);
+        EXPECT_EQ(result.latencyMoved, isLate);
+        const std::vector<float> output = readSound(render.request.output).samples;
+        EXPECT_EQ(output.size(), voice.samples.size());
+        EXPECT_EQ(output == voice.samples, !isLate);
     }
 }
 
 TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
 {
     FakeRender render;
-    RenderRequest& request = render.Request();
+    RenderRequest& request = render.request;
     request.state.program = "second";
     request.state.loadChunk =
         render.File("c", "<VST_Program></VST_Program><VST_Program></VST_Program>");
@@ -146,14 +131,13 @@ TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
     const RenderResult result = render.Run({44100, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT, {}});
     const std::string program = "program <VST_Program Number=\"0\">\n<preset version=\"1.0\">"
                                 "</preset>\n</VST_Program>\n";
-    EXPECT_EQ(log, (FakePluginLog{"opcode 0: 0 0", "opcode 10: 0 44100", "opcode 11: 512 0",
-                                  "opcode 67: 0 0", "opcode 2: 1 0", "opcode 68: 0 0",
-                                  "bank <VST_Program></VST_Program><VST_Program></VST_Program>",
-                                  program, "Key 1.00", "opcode 12: 1 0",
-                                  "host 2400 44100 512 4 1 1 Orvane Inc. kestrune-render",
-                                  "512 frames at -512, quarter -0.023", "opcode 12: 0 0",
-                                  "opcode 1: 0 0"}));
-    EXPECT_EQ(render.Text("saved"),
+    EXPECT_EQ(log, (FakePluginLog{
+                       "opcode 0: 0 0", "opcode 10: 0 44100", "opcode 11: 512 0", "opcode 67: 0 0",
+                       "opcode 2: 1 0", "opcode 68: 0 0",
+                       "bank <VST_Program></VST_Program><VST_Program></VST_Program>", program,
+                       "Key 1.00", "opcode 12: 1 0", "host 2400 44100 512 4 kestrune-render",
+                       "512 frames at -512, quarter -0.023", "opcode 12: 0 0", "opcode 1: 0 0"}));
+    EXPECT_EQ(readTextFile(request.saveChunk),
               kFakeChunk + std::string("<!-- kestrune-render program 1 -->\n"));
     EXPECT_EQ(result.settings.Value(Setting::kDetune), 12.5f);
 }
@@ -166,8 +150,8 @@ TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
         settings.Apply(settingsWith({("key=" + std::to_string(key)).c_str()}));
         EXPECT_EQ(settings.Current().Index(Setting::kKey), key);
     }
-    settings.Apply(settingsWith({"Key=g#"}));
-    settings.Apply(settingsWith({"Pitch Correcton Time=+123.0", "PITCHcorrectionONoff=oN"}));
+    settings.Apply(
+        settingsWith({"Key=g#", "Pitch Correcton Time=+123.0", "PITCHcorrectionONoff=oN"}));
     const RenderSettings current = settings.Current();
     EXPECT_EQ(current.Text(Setting::kPitchCorrectionTime), "123 ms");
     EXPECT_TRUE(current.IsOn(Setting::kPitchCorrectionOnOff));

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/KestruneScales.h"
+#include "support/ExpectZException.h"
 #include "support/Signals.h"
+#include "tools/render/AutomationFile.h"
+#include "tools/render/MidiFile.h"
 #include "tools/render/PitchReader.h"
 #include "tools/render/PitchTrack.h"
 #include "tools/render/RenderProgram.h"
@@ -13,7 +16,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -69,6 +76,48 @@ double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents 
     return static_cast<double>(voiced) / static_cast<double>(points.size());
 }
 
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes operator+(Bytes bytes, const Bytes& more)
+{
+    bytes.insert(bytes.end(), more.begin(), more.end());
+    return bytes;
+}
+
+Bytes part(const char* id, const Bytes& content)
+{
+    const auto size = static_cast<std::uint8_t>(content.size());
+    return Bytes(id, id + 4) + Bytes{0, 0, 0, size} + content;
+}
+
+Bytes head(std::uint8_t format, std::uint8_t tracks, std::uint8_t high, std::uint8_t low)
+{
+    return part("MThd", {0, format, 0, tracks, high, low});
+}
+
+/// One line for each message: seconds, status, data.
+std::string listing(const Bytes& file)
+{
+    std::string text;
+    for (const MidiEvent& event : parseMidiFile(file, "f")) {
+        char line[64];
+        std::snprintf(line, sizeof line, "%.3f %02x %d %d\n", event.seconds, event.bytes[0],
+                      event.bytes[1], event.bytes[2]);
+        text += line;
+    }
+    return text;
+}
+
+const Bytes kEnd{0, 0xFF, 0x2F, 0};
+/// A quarter of 96 ticks takes half a second at first, and a second from tick 96 on.
+const Bytes kTempoTrack = part("MTrk", Bytes{96, 0xFF, 0x51, 3, 0x0F, 0x42, 0x40} + kEnd);
+const Bytes kTune = part("MTrk", Bytes{0, 0x90, 60, 100,        // on
+                                       48, 60, 0,               // running status
+                                       0, 0xF0, 2, 0x7E, 0xF7,  // system exclusive, skipped
+                                       0x81, 0x10, 0xC3, 7} +
+                                     kEnd  // 144 ticks on
+);
+
 }  // namespace
 
 TEST(PitchReaderTest, ReadingsAreForTheFramesWhereThePitchWasSungForAllBlockSizes)
@@ -102,12 +151,11 @@ TEST(PitchTrackTest, OutputReadingsJoinTheInputReadingsInOrder)
     track.AddInput(std::vector<PitchReading>{{624, 300.0f}, {1136, 400.0f}, {90000, 500.0f}});
     track.AddOutput(std::vector<PitchReading>{{112, 210.0f}, {624, 310.0f}});
     track.Finish(kRate);
-    const std::vector<PitchPoint>& points = track.Points();
-    ASSERT_EQ(points.size(), 3u);
-    EXPECT_EQ(points[0].inputHz, 200.0f);
-    EXPECT_EQ(points[0].outputHz, 210.0f);
-    EXPECT_EQ(points[1].outputHz, 310.0f);
-    EXPECT_EQ(points[2].outputHz, 0.0f) << "not known";
+    std::vector<float> pitches;
+    for (const PitchPoint& point : track.Points())
+        pitches.insert(pitches.end(), {point.inputHz, point.outputHz});
+    // The output of the last point is not known.
+    EXPECT_EQ(pitches, (std::vector<float>{200, 210, 300, 310, 400, 0}));
 }
 
 TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
@@ -164,6 +212,95 @@ TEST(PitchTrackTest, DistancesAreTheMedianAndThe95thPercentile)
     const ScaleDistance after = distanceFromScale(points, grid, &PitchPoint::outputHz);
     EXPECT_NEAR(after.percentile95.value(), 0.0, 0.01);
     EXPECT_FALSE(distanceFromScale({}, grid, &PitchPoint::inputHz).median.has_value());
+}
+
+TEST(MidiFileTest, MessagesOfAllTracksFollowTheTempo)
+{
+    EXPECT_EQ(listing(head(1, 2, 0, 96) + kTempoTrack + kTune),
+              "0.000 90 60 100\n0.250 90 60 0\n1.500 c3 7 0\n");
+    EXPECT_EQ(listing(head(0, 1, 0, 96) + part("XYZW", {1, 2, 3}) + kTune),
+              "0.000 90 60 100\n0.250 90 60 0\n1.000 c3 7 0\n");
+    // 25 frames a second of 40 ticks.
+    EXPECT_EQ(listing(head(0, 1, 0xE7, 40) + kTune),
+              "0.000 90 60 100\n0.048 90 60 0\n0.192 c3 7 0\n");
+}
+
+TEST(MidiFileTest, BrokenFilesAreRefused)
+{
+    const auto broken = [](const Bytes& track) { return head(0, 1, 0, 96) + part("MTrk", track); };
+    const std::string tooEarly = "f is a broken MIDI file: it ends too early";
+    const std::pair<Bytes, std::string> files[] = {
+        {{}, "f is no Standard MIDI File"},
+        {{'R', 'I', 'F', 'F'}, "f is no Standard MIDI File"},
+        {head(2, 1, 0, 96) + kTune,
+         "f is a MIDI file of format 2: only 0 and 1 have one time for all tracks; export it as "
+         "one of these"},
+        {head(0, 1, 0, 0) + kTune, "f is a broken MIDI file: its time has no steps"},
+        {head(0, 1, 0xE7, 0) + kTune, "f is a broken MIDI file: its time has no steps"},
+        {head(0, 2, 0, 96) + kTune, tooEarly},
+        {broken({0, 0x90, 60}), tooEarly},
+        {broken({0, 0xF0, 0xFF, 0xFF, 0xFF, 0x7F}), tooEarly},
+        {broken({0, 60, 0}), "f is a broken MIDI file: a track has data without a status"},
+        {broken({0, 0x90, 60, 0x90}), "f is a broken MIDI file: a message is cut off by another"},
+        {broken({0x80, 0x80, 0x80, 0x80, 0}),
+         "f is a broken MIDI file: a number in it is too long"},
+        {broken({0, 0xFF, 0x51, 2, 1, 1}),
+         "f is a broken MIDI file: a change of tempo has a wrong length"},
+    };
+    for (const auto& [file, says] : files)
+        expectZException(says, [&file = file] { static_cast<void>(parseMidiFile(file, "f")); });
+}
+
+TEST(MidiFileTest, RandomBytesGiveEventsOrAnException)
+{
+    const Bytes whole = head(1, 2, 0, 96) + kTempoTrack + kTune;
+    std::mt19937 random(5);
+    for (int round = 0; round < 20000; ++round) {
+        Bytes file = whole;
+        for (int change = 0; change < 3; ++change)
+            file[random() % file.size()] = static_cast<std::uint8_t>(random());
+        file.resize(file.size() - random() % 8);
+        try {
+            for (const MidiEvent& event : parseMidiFile(file, "f"))
+                ASSERT_GE(event.seconds, 0.0);
+        } catch (const ZException&) {
+            continue;
+        }
+    }
+}
+
+TEST(AutomationFileTest, PointsAreSortedByTime)
+{
+    const auto points = parseAutomation("\xEF\xBB\xBFtime,parameter,value\r\n"
+                                        "# a remark\n\n"
+                                        " 2.5 , Pitch Correcton Time , 120 \r\n"
+                                        "1,\"key\",\"d\"\n"
+                                        "1,transposeOnOff,1",
+                                        "f");
+    ASSERT_EQ(points.size(), 3u);
+    EXPECT_EQ(points[0].value.setting, Setting::kKey);
+    EXPECT_EQ(points[0].value.value, 5.0f);
+    EXPECT_EQ(points[1].value.setting, Setting::kTransposeOnOff);
+    EXPECT_EQ(points[2].seconds, 2.5);
+    EXPECT_EQ(points[2].value.value, 120.0f);
+    EXPECT_TRUE(parseAutomation("", "f").empty());
+}
+
+TEST(AutomationFileTest, AWrongLineIsReportedWithItsNumber)
+{
+    const std::pair<std::string, std::string> lines[] = {
+        {"1,key", "'1,key' is no point: write SECONDS,NAME,VALUE, such as 1.5,key,C"},
+        {"-1,key,C", "'-1' is no time: write seconds from the start, such as 1.5"},
+        {"1s,key,C", "'1s' is no time: write seconds from the start, such as 1.5"},
+        {"1,Pitch Correcton Time,401",
+         "pitchCorrectionTime cannot be '401': it takes a number from 0 to 400 (ms)"},
+        {"1,key," + std::string(1000, 'C'),
+         "it is too long: write SECONDS,NAME,VALUE, such as 1.5,key,C"},
+    };
+    for (const auto& [line, says] : lines)
+        expectZException("f, line 3: " + says, [&line = line] {
+            static_cast<void>(parseAutomation("\n0,key,C\n" + line + "\n", "f"));
+        });
 }
 
 }  // namespace orvane
