@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -17,20 +18,17 @@ namespace fs = std::filesystem;
 
 struct Row
 {
-    std::string name;
     std::vector<std::string> folders;
     std::vector<std::string> links;
 };
 
-std::vector<std::string> split(const std::string& text, char separator)
+/// The words of a line up to its next bar.
+std::vector<std::string> takeWords(std::istream& line)
 {
-    std::vector<std::string> parts;
-    std::istringstream stream(text);
-    for (std::string part; std::getline(stream, part, separator);) {
-        if (!part.empty())
-            parts.push_back(part);
-    }
-    return parts;
+    std::string part;
+    std::getline(line, part, '|');
+    std::istringstream stream(part);
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
 /// The rows as the build declares them: `name|folder folder|row row`, a line each.
@@ -38,12 +36,11 @@ std::map<std::string, Row> readRows()
 {
     std::map<std::string, Row> rows;
     std::ifstream table(KESTRUNE_ROW_TABLE);
-    for (std::string line; std::getline(table, line);) {
-        const auto bar = line.find('|');
-        const auto lastBar = line.rfind('|');
-        const std::string name = line.substr(0, bar);
-        rows[name] = {name, split(line.substr(bar + 1, lastBar - bar - 1), ' '),
-                      split(line.substr(lastBar + 1), ' ')};
+    for (std::string text; std::getline(table, text);) {
+        std::istringstream line(text);
+        Row& row = rows[takeWords(line).at(0)];
+        row.folders = takeWords(line);
+        row.links = takeWords(line);
     }
     return rows;
 }
@@ -97,12 +94,9 @@ TEST(RowIncludesTest, EveryIncludeStaysInItsRowOrGoesToARowBelow)
             for (const fs::path& header : projectIncludes(entry.path())) {
                 ++includes;
                 const auto target = rowOfFolder.find(header.parent_path().string());
-                const bool allowedHere =
-                    target == rowOfFolder.end() || allowed.contains(target->second);
-                EXPECT_TRUE(allowedHere)
-                    << folder << '/' << entry.path().filename().string() << " includes "
-                    << header.string() << " of " << target->second << ", which " << name
-                    << " does not link";
+                EXPECT_TRUE(target == rowOfFolder.end() || allowed.contains(target->second))
+                    << entry.path().string() << " includes " << header.string() << ", whose row "
+                    << name << " does not link";
             }
         }
     }

@@ -144,6 +144,8 @@ const int hooksInstalled = __sanitizer_install_malloc_and_free_hooks(noteAllocat
 
 #else
 
+constexpr int kOutOfMemory = 12;  // ENOMEM
+
 // The C library's own names for its heap functions. The C++ operators call malloc and free too.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
@@ -157,51 +159,26 @@ void __libc_free(void* memory);
 }  // extern "C"
 // NOLINTEND(bugprone-reserved-identifier)
 
-#define KESTRUNE_REPLACE(result, name, ...)                                                        \
-    __attribute__((visibility("default"))) result counted_##name(__VA_ARGS__) asm(#name);          \
-    result counted_##name(__VA_ARGS__)
+#define KESTRUNE_REPLACE(result, name, parameters, call)                                           \
+    __attribute__((visibility("default"))) result counted_##name parameters asm(#name);            \
+    result counted_##name parameters                                                               \
+    {                                                                                              \
+        orvane::note(#name);                                                                       \
+        return call;                                                                               \
+    }
 
-KESTRUNE_REPLACE(void*, malloc, std::size_t size)
-{
-    orvane::note("malloc");
-    return __libc_malloc(size);
-}
+KESTRUNE_REPLACE(void*, malloc, (std::size_t size), __libc_malloc(size))
+KESTRUNE_REPLACE(void*, calloc, (std::size_t number, std::size_t size), __libc_calloc(number, size))
+KESTRUNE_REPLACE(void*, realloc, (void* memory, std::size_t size), __libc_realloc(memory, size))
+KESTRUNE_REPLACE(void*, aligned_alloc, (std::size_t alignment, std::size_t size),
+                 __libc_memalign(alignment, size))
+KESTRUNE_REPLACE(void*, memalign, (std::size_t alignment, std::size_t size),
+                 __libc_memalign(alignment, size))
+KESTRUNE_REPLACE(int, posix_memalign, (void** memory, std::size_t alignment, std::size_t size),
+                 (*memory = __libc_memalign(alignment, size)) != nullptr ? 0 : kOutOfMemory)
 
-KESTRUNE_REPLACE(void*, calloc, std::size_t number, std::size_t size)
-{
-    orvane::note("calloc");
-    return __libc_calloc(number, size);
-}
-
-KESTRUNE_REPLACE(void*, realloc, void* memory, std::size_t size)
-{
-    orvane::note("realloc");
-    return __libc_realloc(memory, size);
-}
-
-KESTRUNE_REPLACE(void*, aligned_alloc, std::size_t alignment, std::size_t size)
-{
-    orvane::note("aligned_alloc");
-    return __libc_memalign(alignment, size);
-}
-
-KESTRUNE_REPLACE(void*, memalign, std::size_t alignment, std::size_t size)
-{
-    orvane::note("memalign");
-    return __libc_memalign(alignment, size);
-}
-
-KESTRUNE_REPLACE(int, posix_memalign, void** memory, std::size_t alignment, std::size_t size)
-{
-    orvane::note("posix_memalign");
-    constexpr int kOutOfMemory = 12;  // ENOMEM
-    void* const block = __libc_memalign(alignment, size);
-    if (block)
-        *memory = block;
-    return block ? 0 : kOutOfMemory;
-}
-
-KESTRUNE_REPLACE(void, free, void* memory)
+__attribute__((visibility("default"))) void counted_free(void* memory) asm("free");
+void counted_free(void* memory)
 {
     if (memory)
         orvane::note("free");
