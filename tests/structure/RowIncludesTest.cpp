@@ -5,7 +5,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -57,17 +56,18 @@ void addRowsFrom(const std::map<std::string, Row>& rows, const std::string& name
 /// The headers that a file includes by quotes, as files of the project; others are left out.
 std::vector<fs::path> projectIncludes(const fs::path& file)
 {
-    static const std::regex include(R"re(^\s*#\s*include\s+"([^"]+)")re");
+    const std::string directive = "#include \"";
     const fs::path root = KESTRUNE_SOURCE_ROOT;
     std::vector<fs::path> headers;
     std::ifstream source(file);
     for (std::string line; std::getline(source, line);) {
-        std::smatch match;
-        if (!std::regex_search(line, match, include))
+        if (!line.starts_with(directive))
             continue;
+        const std::string header =
+            line.substr(directive.size(), line.find('"', directive.size()) - directive.size());
         for (const fs::path& base : {root / "src", root}) {
-            if (fs::exists(base / match[1].str()))
-                headers.push_back(fs::relative(base / match[1].str(), root));
+            if (fs::exists(base / header))
+                headers.push_back(fs::relative(base / header, root));
         }
     }
     return headers;
