@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/EngineRun.h"
 #include "kestrune/common/pitch/PsolaBayBench.h"
+#include "support/BoxRecorder.h"
 #include "support/Signals.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
@@ -42,8 +43,26 @@ std::size_t countNotDelayed(const Stereo& output, const Stereo& input, std::size
     return wrong;
 }
 
+using Degrees = std::vector<std::int32_t>;
+using Applied = std::pair<int, int>;
+
+const Degrees kMajor{0, 2, 4, 5, 7, 9, 11};
+
+/// Notes the scales that are put in force.
+class ScaleBay : public ZPsolaBay
+{
+public:
+    using ZPsolaBay::ZPsolaBay;
+    void ApplyScale(int scaleIndex, int intonationIndex) override
+    {
+        applied.emplace_back(scaleIndex, intonationIndex);
+        ZPsolaBay::ApplyScale(scaleIndex, intonationIndex);
+    }
+    std::vector<Applied> applied;
+};
+
 /// A bay that is ready and at rest.
-class Bench : public PsolaBayBench<>
+class Bench : public PsolaBayBench<ScaleBay>
 {
 public:
     explicit Bench(std::int32_t channels = 2)
@@ -52,7 +71,36 @@ public:
         EXPECT_TRUE(bay->Prepare());
         Tick();
     }
+
+    void Restore(const std::string& archive)
+    {
+        bay->RestoreBody(firstElement(archive));
+        application.ProcessQueue();
+    }
+    void Add(int count)
+    {
+        for (int i = 0; i < count; ++i)
+            bay->AddCustomScale(ZString("Mine " + std::to_string(i)), Degrees{i % 11 + 1});
+    }
 };
+
+/// The bay's archive, with the name that every buffer has once it was restored.
+std::string archiveOf(const ZPsolaBay& bay)
+{
+    std::string text = bay.ExtractXML()->Write(0);
+    const std::string name = "ElementBuffer";
+    for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name))
+        text.replace(at, name.size(), "buffer");
+    return text;
+}
+
+std::vector<std::string> namesOf(const ZElement& element)
+{
+    std::vector<std::string> names;
+    for (std::int32_t i = 0; i < element.CountDiscreteValues(); ++i)
+        names.push_back(element.GetDiscreteString(i)->ToNarrow());
+    return names;
+}
 
 }  // namespace
 
@@ -76,7 +124,7 @@ TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
 
     ZBuffer ignored(12, "ZBuffer");
     ignored.Data()[6] = 1.0f;
-    const KestruneTones tones = tonesOf(std::vector<std::int32_t>{0, 6, 9}, 1);
+    const KestruneTones tones = tonesOf(Degrees{0, 6, 9}, 1);
     PsolaClass engine;
     ASSERT_TRUE(engine.Initialize(44100.0f, kBlock));
     engine.SetScaleTones(tones.values.data(), tones.count);
@@ -242,7 +290,7 @@ TEST(ZPsolaBayTest, RateThatNoEngineTakesLeavesTheVoiceDry)
 
 TEST(ZPsolaBayTest, PrepareBeginsAgainAndReportsWhenItCannot)
 {
-    PsolaBayBench<> bench;
+    PsolaBayBench<ScaleBay> bench;
     bench.SetSampleRate(100.0f);
     EXPECT_FALSE(bench.bay->Prepare());
     const Stereo input = noise(100);
@@ -258,7 +306,7 @@ TEST(ZPsolaBayTest, CloneHasTheScalesAndElementsOfItsOwn)
 {
     Bench bench;
     bench.SetDiscrete("key", 7);
-    bench.bay->AddCustomScale(ZString("Mine"), std::vector<std::int32_t>{0, 1});
+    bench.bay->AddCustomScale(ZString("Mine"), Degrees{0, 1});
     const auto clone = boost::dynamic_pointer_cast<ZPsolaBay>(bench.bay->Clone());
     ASSERT_TRUE(clone && clone->Prepare());
     const ZElement& elements = *clone->GetElement();
@@ -272,6 +320,160 @@ TEST(ZPsolaBayTest, ElementsThatOutliveTheBayForgetIt)
 {
     const auto elements = Bench().bay->GetElement();
     EXPECT_EQ(findBelow(*elements, "key")->GetObserverCount(), 0);
+}
+
+TEST(ZPsolaBayScalesTest, ChosenAndEditedScalesExcludeEachOther)
+{
+    Bench bench;
+    const auto isInForce = [&bench](const Applied& scale, const Degrees& notes, bool modified) {
+        EXPECT_EQ(bench.bay->applied.back(), scale);
+        EXPECT_EQ(bench.Flags("notesInScale"), notes);
+        EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), modified ? 1 : 0);
+    };
+    isInForce({1, 0}, kMajor, false);  // the default
+    bench.bay->applied.clear();
+    bench.SetDiscrete("scale", 3);
+    isInForce({3, 0}, {0, 3, 5, 6, 7, 10}, false);
+    bench.Tick();
+    EXPECT_EQ(bench.bay->applied.size(), 1u) << "the bay does not hear the notes that it shows";
+
+    bench.SetFlags("notesInScale", {0, 6});
+    isInForce({-1, 0}, {0, 6}, true);
+    EXPECT_EQ(bench.Flags("currentCustomScale"), (Degrees{0, 6}));
+    bench.SetDiscrete("scale", 1);
+    isInForce({1, 0}, kMajor, false);
+
+    // A change of intonation takes the chosen scale, also when notes were edited.
+    bench.SetFlags("notesInScale", {0, 6});
+    bench.SetDiscrete("intonation", 4);
+    isInForce({1, 4}, kMajor, true);
+}
+
+TEST(ZPsolaBayScalesTest, RestoredIndexGivesWayToEditedNotes)
+{
+    Bench bench;
+    bench.Element("currentScaleIndex").SetZFloat(2.0f, false);
+    bench.Tick();
+    EXPECT_EQ(bench.Element("scale").GetDiscrete(), 2);
+    EXPECT_EQ(bench.bay->applied.back(), Applied(2, 0));
+
+    bench.Element("currentScaleModified").SetDiscrete(1, true);
+    bench.SetFlags("currentCustomScale", {0, 1});
+    bench.Element("currentScaleIndex").SetZFloat(3.0f, false);
+    bench.Tick();
+    EXPECT_EQ(bench.bay->applied.back(), Applied(-1, 0));
+    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 1}));
+    EXPECT_EQ(bench.Element("scale").GetDiscrete(), 3);
+}
+
+TEST(ZPsolaBayScalesTest, CopiesBetweenElementsNeedNoEngineAndScalesDo)
+{
+    PsolaBayBench<ScaleBay> bench;
+    bench.SetFlags("notesInScale", {0, 6});
+    EXPECT_EQ(bench.Flags("currentCustomScale"), (Degrees{0, 6}));
+    EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), 1);
+    bench.SetDiscrete("scale", 3);
+    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 6}));
+    EXPECT_TRUE(bench.bay->applied.empty());
+}
+
+TEST(ZPsolaBayScalesTest, TheUserIsToldOnceWhenTheArchiveIsFull)
+{
+    BoxRecorder recorder;
+    Bench bench;
+    bench.Add(15);
+    EXPECT_TRUE(recorder.boxes.empty());
+    bench.Add(3);
+    ASSERT_EQ(recorder.boxes.size(), 1u);
+    EXPECT_EQ(recorder.boxes[0].kind, ZMessageBox::kWarning);
+    EXPECT_TRUE(recorder.boxes[0].text.starts_with(
+        "You have added the maximum number of custom scales that may be saved in a preset"));
+    bench.SetDiscrete("scale", 21);
+    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 3}));
+}
+
+TEST(ZPsolaBayScalesTest, SixteenScalesComeBackAndTheSeventeenthIsANameOnly)
+{
+    const BoxRecorder recorder;
+    Bench bench;
+    bench.Add(17);
+    bench.SetDiscrete("scale", 19);
+    const std::string archive = archiveOf(*bench.bay);
+
+    Bench other;
+    other.Add(2);
+    other.Restore(archive);
+    EXPECT_EQ(namesOf(other.Element("scale")), namesOf(bench.Element("scale")));
+    EXPECT_EQ(other.Element("scale").GetDiscrete(), 19);
+    EXPECT_EQ(other.Flags("notesInScale"), (Degrees{0, 5}));
+    for (std::int32_t scale = 0; scale < 16; ++scale) {
+        other.SetDiscrete("scale", 4 + scale);
+        EXPECT_EQ(other.Flags("notesInScale"), (Degrees{0, scale % 11 + 1}));
+    }
+    other.SetDiscrete("scale", 20);
+    EXPECT_EQ(other.Flags("notesInScale").size(), 12u);
+    other.SetDiscrete("scale", 19);
+    EXPECT_TRUE(archiveOf(*other.bay) == archive);
+
+    Bench few;
+    few.bay->AddCustomScale("Odd", Degrees{11, 0, -1, 12, 3, 11});
+    few.SetDiscrete("scale", 4);
+    EXPECT_EQ(few.Flags("notesInScale"), (Degrees{0, 3, 11})) << "degrees only";
+    archiveOf(*few.bay);
+    EXPECT_EQ(few.Element("customScaleTones").GetZBuffer()->Data()[12], 0.0f) << "an unused row";
+}
+
+TEST(ZPsolaBayScalesTest, EditedNotesComeBackAndSavingThemTellsNobody)
+{
+    Bench bench;
+    bench.SetDiscrete("scale", 2);
+    bench.SetFlags("notesInScale", {0, 1, 10});
+    bench.Tick();
+    const std::string archive = archiveOf(*bench.bay);
+    EXPECT_FALSE(bench.Element("customScaleTones").IsMarkedChanged());
+    EXPECT_FALSE(bench.Element("currentScaleIndex").IsMarkedChanged());
+    EXPECT_FALSE(bench.application.HasMessages());
+    Bench other;
+    other.Restore(archive);
+    other.Tick();
+    EXPECT_EQ(other.Flags("notesInScale"), (Degrees{0, 1, 10}));
+    EXPECT_EQ(other.Element("currentScaleModified").GetDiscrete(), 1);
+    EXPECT_EQ(other.Element("scale").GetDiscrete(), 2);
+}
+
+TEST(ZPsolaBayScalesTest, ALoadWithFewerNamesLeavesNoScaleWithoutAName)
+{
+    Bench bench;
+    bench.Add(3);
+    bench.SetDiscrete("scale", 6);
+    const std::string archive = archiveOf(*Bench().bay);
+    bench.Restore(archive);
+    EXPECT_EQ(bench.Element("scale").CountDiscreteValues(), 4);
+    EXPECT_EQ(bench.Element("scale").GetDiscreteDefault(), 1);
+    EXPECT_TRUE(archiveOf(*bench.bay) == archive);
+}
+
+TEST(ZPsolaBayScalesTest, ALoadWithNamesOnlyKeepsTheNumberOfTheScale)
+{
+    Bench bench;
+    bench.Add(3);
+    bench.SetDiscrete("scale", 6);
+    bench.Element("CustomScaleNames")
+        .RestoreBody(firstElement("<element name=\"CustomScaleNames\" type=\"ZDISCRETE\" "
+                                  "int32value=\"0\"></element>"));
+    bench.application.ProcessQueue();
+    EXPECT_EQ(bench.Element("scale").GetDiscrete(), 6);
+}
+
+TEST(ZPsolaBayScalesTest, TheListShowsANameAsItWillBeSaved)
+{
+    Bench bench;
+    bench.bay->AddCustomScale(ZString("\"A\" <b> & c\u00E9\t"), Degrees{1});
+    const auto shown = namesOf(bench.Element("scale"));
+    EXPECT_EQ(shown[4], "'A' \u2039b\u203A & c\u00E9\t");
+    Bench other;
+    other.Restore(archiveOf(*bench.bay));
+    EXPECT_EQ(namesOf(other.Element("scale")), shown);
 }
 
 }  // namespace orvane
