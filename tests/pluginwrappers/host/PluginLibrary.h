@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Eventually.h"
 #include "support/TestHost.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <filesystem>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
 
 namespace orvane
 {
@@ -16,17 +22,30 @@ using PluginEntryProc = AEffect* (*)(audioMasterCallback host);
 class PluginLibrary
 {
 public:
-    PluginLibrary();
+    PluginLibrary()
+    {
+        if (mHandle == nullptr)
+            throw std::runtime_error(::dlerror());
+    }
     PluginLibrary(const PluginLibrary&) = delete;
     PluginLibrary& operator=(const PluginLibrary&) = delete;
-    ~PluginLibrary();
+    ~PluginLibrary() { ::dlclose(mHandle); }
 
-    [[nodiscard]] PluginEntryProc Entry(const char* name = "VSTPluginMain") const;
+    [[nodiscard]] PluginEntryProc Entry(const char* name = "VSTPluginMain") const
+    {
+        return reinterpret_cast<PluginEntryProc>(::dlsym(mHandle, name));
+    }
     /// Returns whether the library is in the memory of the process, whoever loaded it.
-    [[nodiscard]] static bool IsLoaded();
+    [[nodiscard]] static bool IsLoaded()
+    {
+        void* const handle = ::dlopen(KESTRUNE_PLUGIN_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
+        if (handle != nullptr)
+            ::dlclose(handle);
+        return handle != nullptr;
+    }
 
 private:
-    void* mHandle;
+    void* const mHandle = ::dlopen(KESTRUNE_PLUGIN_LIBRARY, RTLD_NOW | RTLD_LOCAL);
 };
 
 /// A host that has loaded the library.
@@ -64,10 +83,19 @@ protected:
 };
 
 /// Returns the number of threads of this process.
-[[nodiscard]] std::size_t threadCount();
+[[nodiscard]] inline std::size_t threadCount()
+{
+    // The thread sanitizer starts a thread of its own together with the first of the process.
+    [[maybe_unused]] static const bool settled = (std::thread([] {}).join(), true);
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return static_cast<std::size_t>(std::distance(begin(tasks), end(tasks)));
+}
 
 /// Returns whether the process comes to have no more threads than count: the kernel lists a thread
 /// for a moment after it has been joined.
-[[nodiscard]] bool threadsFallTo(std::size_t count);
+[[nodiscard]] inline bool threadsFallTo(std::size_t count)
+{
+    return eventually([count] { return threadCount() <= count; });
+}
 
 }  // namespace orvane
