@@ -65,19 +65,17 @@ protected:
             throw std::runtime_error("no view " + view);
         return *found;
     }
-    void Mouse(ZNativeMouseEvent::Action action, const ZPoint& at,
-               std::uint32_t mods = ZView::kMouseButton, std::int32_t notches = 0) const
+    void Mouse(ZNativeMouseEvent::Action action, const ZPoint& at) const
     {
         const ZInterfaceLock lock;
-        window->NativeMouse({action, at, mods, notches});
+        window->NativeMouse({action, at, ZView::kMouseButton, 0});
     }
-    void Click(const std::string& view, const ZPoint& point = {5, 5},
-               std::uint32_t mods = ZView::kMouseButton) const
+    void Click(const std::string& view, const ZPoint& point = {5, 5}) const
     {
         const ZPoint at = At(view, point);
-        Mouse(ZNativeMouseEvent::kMove, at, mods);
-        Mouse(ZNativeMouseEvent::kDown, at, mods);
-        Mouse(ZNativeMouseEvent::kUp, at, mods);
+        for (const auto action :
+             {ZNativeMouseEvent::kMove, ZNativeMouseEvent::kDown, ZNativeMouseEvent::kUp})
+            Mouse(action, at);
     }
     void ChooseInMenu(const std::string& view, std::int32_t index)
     {
