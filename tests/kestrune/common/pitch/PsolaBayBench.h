@@ -17,8 +17,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
-#include <string>
-#include <utility>
 #include <vector>
 
 namespace orvane
