@@ -4,8 +4,6 @@
 #include <xcb/res.h>
 #include <xcb/xtest.h>
 
-#include <algorithm>
-#include <iterator>
 #include <numeric>
 #include <span>
 #include <stdexcept>
