@@ -11,6 +11,7 @@
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZWindow.h"
+#include "zlib/common/views/ZWindowFilter.h"
 
 #include <gtest/gtest.h>
 

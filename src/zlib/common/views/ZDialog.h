@@ -3,6 +3,7 @@
 
 #include "zlib/common/objects/ZString.h"
 #include "zlib/common/views/ZWindow.h"
+#include "zlib/common/views/ZWindowFilter.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -21,8 +22,8 @@ class ZView;
 class ZDialog : private ZWindowFilter
 {
 public:
-    /// Builds the window from the resource's `windowtype`. Throws ZException -1 without such a
-    /// resource, declaration or window, 5 for a bad signature, and what the window's constructor
+    /// Builds the window from the resource's `windowtype`. Throws ZException kGeneral without such
+    /// a resource, declaration or window, 5 for a bad signature, and what the window's constructor
     /// throws.
     ZDialog(ZApp& app, const ZString& resourceName);
     ~ZDialog() override;

@@ -35,8 +35,9 @@ private:
     boost::shared_ptr<ZElement> mElement;  // null unless an edit is under way
 };
 
-/// Sets a discrete element as one edit of its own; null does nothing. Throws ZException -1 for
-/// another type of element. By value: the caller's own pointer may be gone before the edit ends.
+/// Sets a discrete element as one edit of its own; null does nothing. Throws ZException kGeneral
+/// for another type of element. By value: the caller's own pointer may be gone before the edit
+/// ends.
 void editDiscrete(boost::shared_ptr<ZElement> element, std::int32_t index);
 
 }  // namespace orvane

@@ -9,7 +9,7 @@ class ZView;
 
 /// Passes ZMOUSEDOWN, ZMOUSEDOUBLECLICK, ZMOUSEUP, ZMOUSEMOVED or ZMOUSEWHEEL to the child on top
 /// at the message's point, in that child's coordinates, or calls the view's own operation. Throws
-/// ZException -1 when a field is missing. [interface thread]
+/// ZException kGeneral when a field is missing. [interface thread]
 void dispatchMouse(ZView& view, const ZMessage& message);
 
 }  // namespace orvane

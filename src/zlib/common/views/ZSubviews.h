@@ -3,6 +3,7 @@
 
 #include "zlib/common/objects/ZLock.h"
 #include "zlib/common/objects/ZPoint.h"
+#include "zlib/common/objects/ZRect.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -13,10 +14,14 @@
 namespace orvane
 {
 
+class ZDrawingContext;
+class ZMessage;
+class ZRegion;
 class ZView;
+class ZXMLElement;
 
 /// The children of a view in their order, the first painted first and the last on top, with a lock
-/// of their own. Points are in the parent's coordinates. [interface thread]
+/// of their own. Points and rectangles are in the parent's coordinates. [interface thread]
 class ZSubviews
 {
 public:
@@ -31,6 +36,8 @@ public:
 
     /// Returns a copy for callers that call the children, who may leave the list meanwhile.
     [[nodiscard]] Views Copy() const;
+    /// Adds a tag `subviews` with the children.
+    void Write(ZXMLElement& parent) const;
     /// Returns null when there is none at that index.
     [[nodiscard]] boost::shared_ptr<ZView> At(std::int32_t index) const;
     /// Returns -1 when the view is not in the list.
@@ -44,7 +51,22 @@ public:
     /// Passes the point on to HitTest of the first visible child there, under the lock.
     void HitTestFirst(ZView*& out, const ZPoint& point) const;
 
+    // Each calls the children of that moment, who may leave the list meanwhile.
+    void Send(const boost::shared_ptr<const ZMessage>& message) const;
+    void SetContext(const boost::shared_ptr<ZDrawingContext>& context) const;
+    void SetFrameRate(float rate) const;
+    void Draw(const ZRect& updateRect) const;
+    /// Marks the children, and the views below them, dirty where they lie in the rectangle.
+    void MarkDirtyWithin(const ZRect& rect) const;
+    /// Takes off the region what the visible children cover with their opaque regions.
+    void SubtractOpaque(ZRegion& region) const;
+    /// Returns the parts of the rectangle where a dirty view below the parent shows the parent's
+    /// background, because it has none of its own, in the order of painting.
+    [[nodiscard]] std::vector<ZRect> FindExposed(const ZRect& rect) const;
+
 private:
+    void AddExposed(std::vector<ZRect>& out, const ZPoint& offset, const ZRect& rect) const;
+
     mutable ZLock mLock{"childviewlock"};
     Views mViews;  // guarded by mLock
 };

@@ -11,7 +11,6 @@
 #include "zlib/common/objects/ZTrace.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZMouseDispatch.h"
-#include "zlib/common/views/ZOverlay.h"
 #include "zlib/common/views/ZViewFactory.h"
 #include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZViewTags.h"
@@ -19,7 +18,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <algorithm>
 #include <cassert>
 
 namespace orvane
@@ -27,6 +25,7 @@ namespace orvane
 
 ZView::ZView(std::string_view name, ZLooper* looper)
     : ZHandler(name, looper)
+    , mDocumentObservation(*this)
 {
 }
 
@@ -39,22 +38,23 @@ ZView::ZView(std::string_view name, const ZRect& rect, ZLooper* looper)
 
 ZView::ZView(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZHandler(xml, application)
+    , mTargetName(readTarget(*xml))
+    , mDocumentObservation(*this)
 {
-    ReadTarget(*xml);
     mLayout.Read(*xml);
     mAnimated = xml->GetAttributeBool("animated");
     mDoDefaultDraw = xml->GetAttributeBool("DoDefaultDraw");
     ReadBounds(*xml);
-    ReadScale(*xml);
+    readScale(*xml, mHorizontalScale, mVerticalScale);
     ReadPen(*xml);
     mBackground.Read(*xml, GetApplication());
-    ReadTooltips(*xml);
+    mTooltip.Read(*xml, GetApplication());
     LayoutSubviews(*xml);
 }
 
 ZView::~ZView()
 {
-    StopObservingDocument();
+    mDocumentObservation.Stop();
     ClearSubviews();
     ZView::DetachFromElements();
     LeaveWindow();
@@ -70,21 +70,6 @@ const char* ZView::GetClassName() const
     return "ZViewClass";
 }
 
-ZApplication* ZView::GetApplication()
-{
-    return GetApp();
-}
-
-void ZView::ReadTarget(const ZXMLElement& xml)
-{
-    const std::int32_t count = xml.GetChildCount("element");
-    for (std::int32_t i = 0; i < count; ++i) {
-        const auto element = xml.GetChild("element", i);
-        if (element->HasAttribute("target"))
-            mTargetName = element->GetAttribute("target");
-    }
-}
-
 void ZView::ReadBounds(const ZXMLElement& xml)
 {
     if (readNamedRect(xml, "bounds", mBounds))
@@ -92,43 +77,10 @@ void ZView::ReadBounds(const ZXMLElement& xml)
     readNamedRect(xml, "frame", mBounds);
 }
 
-void ZView::ReadScale(const ZXMLElement& xml)
-{
-    const auto scale = xml.GetChild("scale");
-    if (!scale)
-        return;
-    // There is no window yet, so nothing needs to be repainted.
-    if (scale->HasAttribute("horizontal"))
-        mHorizontalScale = scale->GetFloat("horizontal");
-    if (scale->HasAttribute("vertical"))
-        mVerticalScale = scale->GetFloat("vertical");
-}
-
-void ZView::ReadTooltips(const ZXMLElement& xml)
-{
-    const std::int32_t count = xml.GetChildCount("tooltip");
-    for (std::int32_t i = 0; i < count; ++i) {
-        const auto tooltip = xml.GetChild("tooltip", i);
-        if (!tooltip->AttributeIs("type", "short") || !tooltip->HasAttribute("text"))
-            continue;
-        mTooltipText = ZString(tooltip->GetAttribute("text"));
-        mHasTooltip = true;
-        ZApplication* const application = GetApplication();
-        if (application && tooltip->HasAttribute("key"))
-            application->GetResourceString(tooltip->GetInt32("key"), mTooltipText);
-    }
-}
-
 void ZView::LayoutSubviews(const ZXMLElement& xml)
 {
-    const auto subviews = xml.GetChild("subviews");
-    const std::int32_t count = subviews ? subviews->GetChildCount("view") : 0;
-    for (std::int32_t i = 0; i < count; ++i) {
-        const auto view = subviews->GetChild("view", i);
-        ZTrace::Write("View (" + GetName() + "): Adding " + view->GetAttributeOr("class", "") +
-                      " instance named '" + view->GetAttributeOr("name", "") + "' \n");
-        AddSubview(makeView(view, GetApplication()), false);
-    }
+    for (const auto& view : makeSubviews(xml, GetName(), GetApplication()))
+        AddSubview(view, false);
 }
 
 boost::shared_ptr<ZXMLElement> ZView::ExtractHeader() const
@@ -142,29 +94,14 @@ boost::shared_ptr<ZXMLElement> ZView::ExtractHeader() const
 
 void ZView::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
 {
-    if (!mTargetName.empty()) {
-        ZXMLElement element("element");
-        element.AddAttribute("target", mTargetName);
-        xml->AddChild(element);
-    }
+    writeTarget(*xml, mTargetName);
     writeNamedRect(*xml, "bounds", mBounds);
     mLayout.WriteConstraint(*xml);
-    ZXMLElement scale("scale");
-    scale.AddAttribute("horizontal", mHorizontalScale);
-    scale.AddAttribute("vertical", mVerticalScale);
-    xml->AddChild(scale);
+    writeScale(*xml, mHorizontalScale, mVerticalScale);
     WritePen(*xml);
     mBackground.Write(*xml);
-    if (mHasTooltip) {
-        ZXMLElement tooltip("tooltip");
-        tooltip.AddAttribute("type", "short");
-        tooltip.AddAttribute("text", withoutMarkup(mTooltipText.ToNarrow()));
-        xml->AddChild(tooltip);
-    }
-    ZXMLElement subviews("subviews");
-    for (const auto& child : mSubviews.Copy())
-        subviews.AddChild(*child->ExtractXML());
-    xml->AddChild(subviews);
+    mTooltip.Write(*xml);
+    mSubviews.Write(*xml);
 }
 
 void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
@@ -309,28 +246,17 @@ void ZView::HandleDocument(const boost::shared_ptr<const ZMessage>& message)
 void ZView::SetDocument(ZDocument* document)
 {
     assert(ZInterfaceLock::IsHeld());
-    StopObservingDocument();
     mDocument = document;
-    if (mDocument) {
-        mDocumentLife = mDocument->GetLife();
-        mDocument->AddObserver(this);
-    }
+    mDocumentObservation.Start(document);
     DetachFromElements();
     if (!mTargetName.empty())
         AttachToElement(FindElement(mTargetName));
     OnDocumentChanged();
 }
 
-void ZView::StopObservingDocument()
-{
-    // A document that has been destroyed has no observers any more.
-    if (mDocument && !mDocumentLife.expired())
-        mDocument->RemoveObserver(this);
-}
-
 void ZView::HandleDocumentClosed(const boost::shared_ptr<const ZMessage>& message)
 {
-    StopObservingDocument();
+    mDocumentObservation.Stop();
     DetachFromElements();
     OnDocumentClosed();
     mDocument = nullptr;
@@ -440,12 +366,6 @@ void ZView::RecordMargins()
         mLayout.RecordMargins(mBounds, mParent->mBounds);
 }
 
-void ZView::SetStretchMask(std::int32_t mask)
-{
-    assert((mask & ~ZViewLayout::kStretchAll) == 0);
-    mLayout.stretchMask = mask;
-}
-
 void ZView::HandleResize(const ZMessage& message)
 {
     const ZRect bounds =
@@ -505,31 +425,6 @@ void ZView::ClearSubviews()
         LetGo(*child);
 }
 
-boost::shared_ptr<ZView> ZView::SubviewAt(std::int32_t index) const
-{
-    return mSubviews.At(index);
-}
-
-std::int32_t ZView::IndexOfSubview(const ZView* view) const
-{
-    return mSubviews.IndexOf(view);
-}
-
-std::int32_t ZView::GetSubviewCount() const
-{
-    return mSubviews.Count();
-}
-
-boost::shared_ptr<ZView> ZView::FindSubview(std::string_view name) const
-{
-    return mSubviews.Find(name);
-}
-
-boost::shared_ptr<ZView> ZView::FindSubviewAt(const ZPoint& point) const
-{
-    return mSubviews.FindTop(point);
-}
-
 bool ZView::HitTest(ZView*& out, const ZPoint& point)
 {
     if (!mFrame.ContainsWithEdges(point))
@@ -537,13 +432,6 @@ bool ZView::HitTest(ZView*& out, const ZPoint& point)
     out = this;
     mSubviews.HitTestFirst(out, point);
     return true;
-}
-
-void ZView::SendToSubviews(const boost::shared_ptr<const ZMessage>& message)
-{
-    // A copy keeps the children alive: handling the message may remove views.
-    for (const auto& child : mSubviews.Copy())
-        child->HandleZMessage(message);
 }
 
 void ZView::Broadcast(std::int32_t messageId)
@@ -555,14 +443,7 @@ void ZView::SetContext(const boost::shared_ptr<ZDrawingContext>& context)
 {
     assert(ZInterfaceLock::IsHeld());
     mContext = context;
-    for (const auto& child : mSubviews.Copy())
-        child->SetContext(context);
-}
-
-void ZView::SetFrameRate(float rate)
-{
-    for (const auto& child : mSubviews.Copy())
-        child->SetFrameRate(rate);
+    mSubviews.SetContext(context);
 }
 
 void ZView::Show()
@@ -584,14 +465,9 @@ void ZView::Hide()
         mParent->InvalidatePart(mBounds);
 }
 
-void ZView::Invalidate()
-{
-    assert(ZInterfaceLock::IsHeld());
-    Invalidate(mFrame.left, mFrame.top, mFrame.right, mFrame.bottom);
-}
-
 void ZView::Invalidate(std::int32_t left, std::int32_t top, std::int32_t right, std::int32_t bottom)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (!mVisible || !mWindow)
         return;
     mDirty = true;
@@ -601,12 +477,6 @@ void ZView::Invalidate(std::int32_t left, std::int32_t top, std::int32_t right, 
             mParent->mFrame.Offset(mParent->mWindowOrigin.x, mParent->mWindowOrigin.y));
     if (!rect.IsEmpty())
         mWindow->Invalidate(rect);
-}
-
-void ZView::InvalidatePart(const ZRect& rect)
-{
-    assert(ZInterfaceLock::IsHeld());
-    Invalidate(rect.left, rect.top, rect.right, rect.bottom);
 }
 
 void ZView::MarkSubtreeDirty()
@@ -619,27 +489,19 @@ void ZView::MarkSubtreeDirty()
 
 void ZView::MarkDirtyWithin(const ZRect& rect)
 {
-    for (const auto& child : mSubviews.Copy()) {
-        const ZRect part = child->mBounds.Intersection(rect);
-        if (part.IsEmpty())
-            continue;
-        const ZPoint origin = child->GetOriginInParent();
-        child->mDirty = true;
-        child->MarkDirtyWithin(part.Offset(-origin.x, -origin.y));
-    }
+    mDirty = true;
+    mSubviews.MarkDirtyWithin(rect);
 }
 
 void ZView::AddOverlay(const boost::shared_ptr<ZOverlay>& overlay)
 {
-    if (!overlay || std::ranges::count(mOverlays, overlay) != 0)
-        return;
-    mOverlays.push_back(overlay);
-    Invalidate();
+    if (mOverlays.Add(overlay))
+        Invalidate();
 }
 
 void ZView::RemoveOverlay(const boost::shared_ptr<ZOverlay>& overlay)
 {
-    if (std::erase(mOverlays, overlay) != 0)
+    if (mOverlays.Remove(overlay))
         Invalidate();
 }
 
@@ -661,11 +523,9 @@ void ZView::DrawView(const ZRect& updateRect)
         const ZSavedStateScope inner(*mContext);
         mContext->SetClip(rect);
         DrawOwn(rect);
-        for (const auto& child : mSubviews.Copy())
-            child->DrawView(rect);
+        mSubviews.Draw(rect);
     }
-    for (const auto& overlay : mOverlays)
-        overlay->DrawOverlay(*mContext);
+    mOverlays.Draw(*mContext);
     DrawOver();
 }
 
@@ -673,23 +533,15 @@ void ZView::DrawOwn(const ZRect& rect)
 {
     assert(CanDraw());
     ZRegion region(rect);
-    if (mParent) {
-        for (const auto& child : mSubviews.Copy()) {
-            if (!child->mVisible)
-                continue;
-            ZRegion opaque = child->GetOpaqueRegion();
-            const ZPoint origin = child->GetOriginInParent();
-            opaque.Translate(origin.x, origin.y);
-            region.Subtract(opaque);
-        }
-    }
+    if (mParent)
+        mSubviews.SubtractOpaque(region);
     if (region.IsEmpty())
         return;
     const ZRect part = region.GetBounds();
     // Except for a repair, the background covers the children, so they have to be drawn again.
     const bool isPainted = mBackground.IsPainted();
     if (mDirty || (isPainted && !RepairsUnderChildren()))
-        MarkDirtyWithin(part);
+        mSubviews.MarkDirtyWithin(part);
     if (isPainted)
         DrawBackground(part);
     if (mDirty)
@@ -703,39 +555,25 @@ void ZView::DrawBackground(const ZRect& rect)
         return;
     mBackground.MakeShadedBitmap(*mContext, mFrame, GetShaderName());
     if (RepairsUnderChildren())
-        RepairUnder(*this, {0, 0}, rect);
+        RepairUnderChildren(rect);
     else if (mBackground.HasBitmap())
         mBackground.DrawBitmap(*mContext, mFrame);
     mBackground.DrawFrame(*mContext, mFrame, rect);
+}
+
+void ZView::RepairUnderChildren(const ZRect& rect)
+{
+    for (const ZRect& part : mSubviews.FindExposed(rect)) {
+        const ZSavedStateScope saved(*mContext);
+        mContext->SetClip(part);
+        mBackground.DrawBitmapAtOrigin(*mContext);
+    }
 }
 
 bool ZView::RepairsUnderChildren() const
 {
     return !mDirty && mBackground.HasBitmap() &&
            mBackground.GetBitmapStyle() == ZViewBackground::kBitmapOrigin;
-}
-
-void ZView::RepairUnder(const ZView& view, const ZPoint& offset, const ZRect& rect)
-{
-    for (const auto& child : view.mSubviews.Copy()) {
-        const ZRect bounds = child->mBounds.Offset(offset.x, offset.y).Intersection(rect);
-        // A hidden child paints nothing, so its place needs no repair.
-        if (!child->mVisible || bounds.IsEmpty())
-            continue;
-        if (child->mDirty && !child->mBackground.IsPainted()) {
-            const ZSavedStateScope saved(*mContext);
-            mContext->SetClip(bounds);
-            mBackground.DrawBitmapAtOrigin(*mContext);
-            continue;
-        }
-        const ZPoint origin = child->GetOriginInParent();
-        RepairUnder(*child, {offset.x + origin.x, offset.y + origin.y}, bounds);
-    }
-}
-
-ZString ZView::GetTooltipText(const ZPoint& /*point*/)
-{
-    return mTooltipText;
 }
 
 void ZView::SetHorizontalScale(float scale)

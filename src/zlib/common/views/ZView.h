@@ -7,19 +7,20 @@
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
+#include "zlib/common/views/ZDocumentObservation.h"
 #include "zlib/common/views/ZEditGesture.h"
+#include "zlib/common/views/ZOverlays.h"
 #include "zlib/common/views/ZSubviews.h"
 #include "zlib/common/views/ZViewBackground.h"
 #include "zlib/common/views/ZViewLayout.h"
 #include "zlib/common/views/ZViewPainter.h"
+#include "zlib/common/views/ZViewTooltip.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace orvane
 {
@@ -71,7 +72,7 @@ public:
     [[nodiscard]] boost::shared_ptr<ZXMLElement> ExtractHeader() const override;
     /// Adds the tags that the constructor reads, and the subviews.
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
-    /// Throws ZException -1 when a field is missing.
+    /// Throws ZException kGeneral when a field is missing.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
     /// Called when an element that the view observes has changed or has just been attached;
@@ -117,7 +118,7 @@ public:
     /// Called at each frame of the window's timer for a view that is animated.
     virtual void IdleTick() {}
     /// Passes the rate, in frames a second, to all children.
-    virtual void SetFrameRate(float rate);
+    virtual void SetFrameRate(float rate) { mSubviews.SetFrameRate(rate); }
     /// Paints the background; rect is the part that needs it.
     virtual void DrawBackground(const ZRect& rect);
     /// Returns the shader that makes the background's bitmap; empty for none.
@@ -131,13 +132,13 @@ public:
     /// window or while the view is hidden.
     virtual void Invalidate(std::int32_t left, std::int32_t top, std::int32_t right,
                             std::int32_t bottom);
-    virtual void Invalidate();
+    virtual void Invalidate() { InvalidatePart(mFrame); }
     virtual void SetFrameOrigin(std::int32_t x, std::int32_t y);
     [[nodiscard]] virtual ZPoint GetFrameOrigin() const { return {mFrame.left, mFrame.top}; }
     /// Called by the window when the view has got the keyboard, or has lost it.
     virtual void SetFocus(bool /*focus*/) {}
     /// Returns the tooltip for a point of the view; for an empty text the window's name is shown.
-    [[nodiscard]] virtual ZString GetTooltipText(const ZPoint& point);
+    [[nodiscard]] virtual ZString GetTooltipText(const ZPoint& /*point*/) { return mTooltip.text; }
     [[nodiscard]] virtual ZRect GetFrame() const { return mFrame; }
     /// Returns the region, in the view's own coordinates, under which the parent need not paint.
     [[nodiscard]] virtual ZRegion GetOpaqueRegion() const { return {}; }
@@ -182,7 +183,7 @@ public:
     /// Ignores null and an overlay that is there already.
     virtual void AddOverlay(const boost::shared_ptr<ZOverlay>& overlay);
     virtual void RemoveOverlay(const boost::shared_ptr<ZOverlay>& overlay);
-    [[nodiscard]] virtual bool HasTooltip() const { return mHasTooltip; }
+    [[nodiscard]] virtual bool HasTooltip() const { return mTooltip.exists; }
 
     /// Takes the view as a child, in front of the others or behind them, and gives it this view's
     /// context, window and document. Ignores null and a view that has a parent.
@@ -191,16 +192,32 @@ public:
     /// not a child of this one.
     void RemoveSubview(const boost::shared_ptr<ZView>& view);
     /// Returns null when there is no child at that index.
-    [[nodiscard]] boost::shared_ptr<ZView> SubviewAt(std::int32_t index) const;
+    [[nodiscard]] boost::shared_ptr<ZView> SubviewAt(std::int32_t index) const
+    {
+        return mSubviews.At(index);
+    }
     /// Returns -1 when the view is not a child of this one.
-    [[nodiscard]] std::int32_t IndexOfSubview(const ZView* view) const;
-    [[nodiscard]] std::int32_t GetSubviewCount() const;
+    [[nodiscard]] std::int32_t IndexOfSubview(const ZView* view) const
+    {
+        return mSubviews.IndexOf(view);
+    }
+    [[nodiscard]] std::int32_t GetSubviewCount() const { return mSubviews.Count(); }
     /// Returns the first view of that name below this one, depth first; null when there is none.
-    [[nodiscard]] boost::shared_ptr<ZView> FindSubview(std::string_view name) const;
+    [[nodiscard]] boost::shared_ptr<ZView> FindSubview(std::string_view name) const
+    {
+        return mSubviews.Find(name);
+    }
     /// Returns the visible child on top at a point of this view's coordinates, edges included; null
     /// when there is none.
-    [[nodiscard]] boost::shared_ptr<ZView> FindSubviewAt(const ZPoint& point) const;
-    void SendToSubviews(const boost::shared_ptr<const ZMessage>& message);
+    [[nodiscard]] boost::shared_ptr<ZView> FindSubviewAt(const ZPoint& point) const
+    {
+        return mSubviews.FindTop(point);
+    }
+    [[nodiscard]] const ZSubviews& GetSubviews() const { return mSubviews; }
+    void SendToSubviews(const boost::shared_ptr<const ZMessage>& message)
+    {
+        mSubviews.Send(message);
+    }
     void Broadcast(std::int32_t messageId);
     void Show();
     void Hide();
@@ -220,7 +237,10 @@ public:
     void SetBoundsSize(std::int32_t width, std::int32_t height);
     /// Marks all views below this one dirty, but not this one.
     void MarkSubtreeDirty();
+    /// Marks this view dirty, and the views below it where they lie in the rectangle.
+    void MarkDirtyWithin(const ZRect& rect);
     [[nodiscard]] bool IsDirty() const { return mDirty; }
+    [[nodiscard]] bool PaintsBackground() const { return mBackground.IsPainted(); }
     /// Gives the context to this view and the tree below it; null takes it away.
     void SetContext(const boost::shared_ptr<ZDrawingContext>& context);
     [[nodiscard]] const ZRect& GetBounds() const { return mBounds; }
@@ -236,10 +256,10 @@ public:
     [[nodiscard]] ZDocument* GetDocument() const { return mDocument; }
     void SetTargetName(std::string_view name) { mTargetName = name; }
     /// Sets the bits of ZViewLayout::Stretch.
-    void SetStretchMask(std::int32_t mask);
+    void SetStretchMask(std::int32_t mask) { mLayout.SetStretchMask(mask); }
     /// Decides whether the Tab key reaches the view; takes effect when it is attached next.
     void SetNavigable(bool navigable) { mNavigable = navigable; }
-    void SetTooltipText(const ZString& text) { mTooltipText = text; }
+    void SetTooltipText(const ZString& text) { mTooltip.text = text; }
     /// Makes the views under the `subviews` tag of xml, if there is one, by their classes; a class
     /// that the registry does not know becomes a label with the class's name.
     void LayoutSubviews(const ZXMLElement& xml);
@@ -248,7 +268,7 @@ protected:
     /// Returns the document's element of that name; null without one.
     [[nodiscard]] boost::shared_ptr<ZElement> FindElement(std::string_view name) const;
     /// May be null.
-    [[nodiscard]] ZApplication* GetApplication();
+    [[nodiscard]] ZApplication* GetApplication() { return GetApp(); }
     [[nodiscard]] const ZViewBackground& GetBackground() const { return mBackground; }
     [[nodiscard]] ZViewBackground& GetBackground() { return mBackground; }
 
@@ -268,10 +288,7 @@ protected:
 
 private:
     // XML.
-    void ReadTarget(const ZXMLElement& xml);
     void ReadBounds(const ZXMLElement& xml);
-    void ReadScale(const ZXMLElement& xml);
-    void ReadTooltips(const ZXMLElement& xml);
 
     // Messages.
     void HandleMouseEntered(const ZMessage& message);
@@ -292,15 +309,16 @@ private:
     void UpdateWindowOrigin();
     void SetUpTooltip();
     void SetDocument(ZDocument* document);
-    void StopObservingDocument();
 
     // Painting.
     [[nodiscard]] bool CanDraw() const;
     void DrawOwn(const ZRect& rect);
-    void MarkDirtyWithin(const ZRect& rect);
-    void InvalidatePart(const ZRect& rect);
+    void InvalidatePart(const ZRect& rect)
+    {
+        Invalidate(rect.left, rect.top, rect.right, rect.bottom);
+    }
     [[nodiscard]] bool RepairsUnderChildren() const;
-    void RepairUnder(const ZView& view, const ZPoint& offset, const ZRect& rect);
+    void RepairUnderChildren(const ZRect& rect);
     [[nodiscard]] const ZViewBackground::Frame& Frame() const { return mBackground.GetFrame(); }
     [[nodiscard]] ZViewBackground::Frame& Frame() { return mBackground.GetFrame(); }
 
@@ -308,12 +326,11 @@ private:
     bool mNavigable = false;
     ZSubviews mSubviews;
     ZView* mParent = nullptr;
-    std::weak_ptr<const void> mDocumentLife;
     std::string mTargetName;  // the element to attach to; empty for none
+    ZDocumentObservation mDocumentObservation;
     ZViewBackground mBackground;
-    std::vector<boost::shared_ptr<ZOverlay>> mOverlays;
-    ZString mTooltipText;
-    bool mHasTooltip = false;
+    ZOverlays mOverlays;
+    ZViewTooltip mTooltip;
     bool mAnimated = false;
     ZEditGesture mEdit;  // the drag that the host has been told of
 };

@@ -72,7 +72,7 @@ public:
     void SetBitmap(std::unique_ptr<ZBitmap> bitmap, BitmapStyle style);
 
     /// Paints the shader into a bitmap of the frame's size, unless there is a bitmap already. Does
-    /// nothing for an empty name; throws ZException -1 for an unknown shader.
+    /// nothing for an empty name; throws ZException kGeneral for an unknown shader.
     void MakeShadedBitmap(ZDrawingContext& context, const ZRect& frame, const ZString& shaderName);
     /// Paints all of the bitmap by its style. Needs HasBitmap().
     void DrawBitmap(ZDrawingContext& context, const ZRect& frame) const;

@@ -54,6 +54,12 @@ void ZViewLayout::WriteConstraint(ZXMLElement& view) const
     view.AddChild(constraint);
 }
 
+void ZViewLayout::SetStretchMask(std::int32_t mask)
+{
+    assert((mask & ~kStretchAll) == 0);
+    stretchMask = mask;
+}
+
 void ZViewLayout::RecordMargins(const ZRect& bounds, const ZRect& parent)
 {
     assert((stretchMask & ~kStretchAll) == 0);

@@ -39,6 +39,8 @@ public:
     void WriteAttributes(ZXMLElement& view) const;
     void WriteConstraint(ZXMLElement& view) const;
 
+    /// Sets the bits of Stretch.
+    void SetStretchMask(std::int32_t mask);
     /// Remembers the distances to the parent's edges where the mask is set. Both rectangles are
     /// bounds: the view's in the parent's coordinates, the parent's in those of its own parent.
     void RecordMargins(const ZRect& bounds, const ZRect& parent);

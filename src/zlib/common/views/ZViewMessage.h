@@ -15,8 +15,8 @@ namespace orvane
 
 class ZDocument;
 
-/// Returns a field that a message of views and windows must hold. Throws ZException -1 "Couldn't
-/// find <named> in Message".
+/// Returns a field that a message of views and windows must hold. Throws ZException kGeneral
+/// "Couldn't find <named> in Message".
 template <ZMsgValue T>
 [[nodiscard]] T requireField(const ZMessage& message, const char* field, const char* named)
 {
@@ -32,8 +32,8 @@ template <ZMsgValue T>
     return requireField<T>(message, field, field);
 }
 
-/// Returns the document in a field, shared or plain; it may be null. Throws ZException -1 "Couldn't
-/// find NewDocument in Message".
+/// Returns the document in a field, shared or plain; it may be null. Throws ZException kGeneral
+/// "Couldn't find NewDocument in Message".
 [[nodiscard]] ZDocument* requireDocument(const ZMessage& message, const char* field);
 
 /// Makes a message with one field.

@@ -74,6 +74,28 @@ bool readColorTag(const ZXMLElement& xml, std::string_view tag, ZColor& color)
     return child != nullptr;
 }
 
+void readScale(const ZXMLElement& view, float& horizontal, float& vertical)
+{
+    const auto scale = view.GetChild("scale");
+    if (!scale)
+        return;
+    if (scale->HasAttribute("horizontal"))
+        horizontal = scale->GetFloat("horizontal");
+    if (scale->HasAttribute("vertical"))
+        vertical = scale->GetFloat("vertical");
+}
+
+std::string readTarget(const ZXMLElement& view)
+{
+    std::string target;
+    for (std::int32_t i = 0; i < view.GetChildCount("element"); ++i) {
+        const auto element = view.GetChild("element", i);
+        if (element->HasAttribute("target"))
+            target = element->GetAttribute("target");
+    }
+    return target;
+}
+
 void writeNamedRect(ZXMLElement& xml, std::string_view name, const ZRect& rect)
 {
     ZXMLElement child("rect");
@@ -93,6 +115,23 @@ void writeColorTag(ZXMLElement& xml, std::string_view tag, const ZColor& color)
     child.AddAttribute("blue", std::int32_t{color.blue});
     child.AddAttribute("alpha", std::int32_t{color.alpha});
     xml.AddChild(child);
+}
+
+void writeScale(ZXMLElement& view, float horizontal, float vertical)
+{
+    ZXMLElement scale("scale");
+    scale.AddAttribute("horizontal", horizontal);
+    scale.AddAttribute("vertical", vertical);
+    view.AddChild(scale);
+}
+
+void writeTarget(ZXMLElement& view, std::string_view target)
+{
+    if (target.empty())
+        return;
+    ZXMLElement element("element");
+    element.AddAttribute("target", target);
+    view.AddChild(element);
 }
 
 }  // namespace orvane

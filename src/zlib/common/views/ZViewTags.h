@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 // Reads and writes the tags and attributes that the XML of all views is made of. What the XML does
@@ -56,9 +57,18 @@ bool readNamedColor(const ZXMLElement& view, std::string_view name, ZColor& colo
 /// Copies the colour in a child of that tag. False, with color unchanged, without such a tag.
 bool readColorTag(const ZXMLElement& xml, std::string_view tag, ZColor& color);
 
+/// Copies the attributes of the child `scale`, as far as they are there.
+void readScale(const ZXMLElement& view, float& horizontal, float& vertical);
+/// Returns the attribute `target` of the child `element`, the last one of several; empty without
+/// one.
+[[nodiscard]] std::string readTarget(const ZXMLElement& view);
+
 /// Adds `<rect name="...">` with left, top, width and height.
 void writeNamedRect(ZXMLElement& xml, std::string_view name, const ZRect& rect);
 /// Adds a child of that tag with red, green, blue and alpha.
 void writeColorTag(ZXMLElement& xml, std::string_view tag, const ZColor& color);
+/// Adds what readScale and readTarget read; an empty target adds nothing.
+void writeScale(ZXMLElement& view, float horizontal, float vertical);
+void writeTarget(ZXMLElement& view, std::string_view target);
 
 }  // namespace orvane

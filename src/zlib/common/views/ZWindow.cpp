@@ -6,14 +6,12 @@
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/drawing/ZBitmap.h"
-#include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/objects/ZXMLGeometry.h"
 #include "zlib/common/views/ZMessageDocument.h"
 #include "zlib/common/views/ZTooltip.h"
 #include "zlib/common/views/ZView.h"
@@ -25,7 +23,6 @@
 
 #include <algorithm>
 #include <cassert>
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -39,41 +36,24 @@ using Message = boost::shared_ptr<const ZMessage>;
 
 constexpr std::int32_t kVerticalWheel = 1;
 
-ZWindow::TitleStyle titleStyleOf(const ZXMLElement& xml)
-{
-    if (xml.AttributeIs("titlestyle", "app-doc"))
-        return ZWindow::TitleStyle::kApplicationAndDocument;
-    if (xml.AttributeIs("titlestyle", "doc"))
-        return ZWindow::TitleStyle::kDocument;
-    if (xml.AttributeIs("titlestyle", "app"))
-        return ZWindow::TitleStyle::kApplication;
-    return ZWindow::TitleStyle::kTitle;
-}
-
-ZWindow::CloseStyle closeStyleOf(const ZXMLElement& xml)
-{
-    if (xml.AttributeIs("closestyle", "app"))
-        return ZWindow::CloseStyle::kApplication;
-    if (xml.AttributeIs("closestyle", "doc"))
-        return ZWindow::CloseStyle::kDocument;
-    if (xml.AttributeIs("closestyle", "hide") || xml.GetAttributeBool("tool"))
-        return ZWindow::CloseStyle::kHide;
-    return ZWindow::CloseStyle::kApplication;
-}
-
 }  // namespace
 
 ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZHandler(xml, application)
+    , mAttributes(*xml)
+    , mPlace(*xml)
+    , mModality(*this)
     , mContext(boost::make_shared<ZDrawingContext>())
     , mPicture(mContext)
     , mRootView(boost::make_shared<ZView>("main", GetLooper()))
     , mPointer(*mRootView)
     , mKeys(*this)
     , mFrames(*this)
+    , mTooltip(*this)
 {
     // Timers of this platform have one fixed resolution, so none is requested here.
-    ReadAttributes(*xml);
+    if (mAttributes.dialog)
+        mModality.MakeDialog();
     if (const auto changes = xml->GetChild("documentchange"))
         AddDocumentTypes(*changes);
     BuildViews(*xml);
@@ -84,7 +64,7 @@ ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
 
 ZWindow::~ZWindow()
 {
-    SetBlocking(false);
+    mModality.Unblock();
     mNativeWindow.reset();
     // Views that are handling a message may outlive the window and the document, so all of them
     // leave both here.
@@ -94,40 +74,18 @@ ZWindow::~ZWindow()
     mRootView.reset();
 }
 
-void ZWindow::ReadAttributes(const ZXMLElement& xml)
-{
-    const auto bounds = xml.GetChild("rect");
-    if (!bounds)
-        throw ZException("XML Parser error: No bounds information found in Window!\n");
-    const ZRect rect = readRect(*bounds);
-    mFirstPosition = mPosition = {rect.left, rect.top};
-    SetSize(rect.GetWidth(), rect.GetHeight());
-    mFirstSize = mSize;
-    mChild = xml.GetAttributeBool("child");
-    mDialog = xml.GetAttributeBool("dialog");
-    mMdiChild = xml.GetAttributeBool("mdichild");
-    mResizable = !xml.AttributeIs("resize", "false");
-    mVisibleWhenCreated = !xml.AttributeIs("visiblewhencreated", "false");
-    mTitleAttribute = ZString(xml.GetAttribute("title"));
-    mTitleStyle = titleStyleOf(xml);
-    mCloseStyle = closeStyleOf(xml);
-    const std::int32_t maxFrames = xml.GetInt32("maxfps");
-    mMaxFramesPerSecond = maxFrames < 1 ? kDefaultMaxFrames : maxFrames;
-}
-
 void ZWindow::AddDocumentTypes(const ZXMLElement& xml)
 {
     if (!xml.IsNamed("documentchange"))
         return ZTrace::Write(
             "\nError: ZWindowType::AddDocumentTypes,  XML tag is not a <documentchange>.\n");
-    for (std::int32_t i = 0; i < xml.GetChildCount(); ++i)
-        mDocumentChanges.Append(std::make_shared<const ZDocumentMap>(*xml.GetChild(i)));
+    mDocumentChanges.Add(xml);
 }
 
 void ZWindow::BuildViews(const ZXMLElement& xml)
 {
     mRootView->SetStretchMask(ZViewLayout::kStretchAll);
-    mRootView->SetBoundsSize(mSize.x, mSize.y);
+    mRootView->SetBoundsSize(GetWidth(), GetHeight());
     mRootView->SetContext(mContext);
     mRootView->LayoutSubviews(xml);
 }
@@ -155,20 +113,20 @@ const char* ZWindow::GetClassName() const
 bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
 {
     assert(ZInterfaceLock::IsHeld());
-    if (GetArea().IsEmpty())
+    if (mPlace.GetArea().IsEmpty())
         return false;
     // Not at the place that the window before was moved to.
-    mPosition = mFirstPosition;
+    mPlace.ResetPosition();
     auto native = ZNativeWindow::Create(NativeSettings(parent, nativeParent), *this);
     if (!native)
         return false;
     if (mNativeWindow)
-        EndModalRuns();
+        mModality.EndRuns();
     ReleaseCapture();
     mPointer.LeaveHover();
     mNativeWindow = std::move(native);
     MakeOffscreen();
-    SetBlocking(mDialog);
+    mModality.Block();
     return true;
 }
 
@@ -176,35 +134,27 @@ ZNativeWindow::Settings ZWindow::NativeSettings(const ZWindow* parent,
                                                 ZNativeHandle nativeParent) const
 {
     ZNativeWindow::Settings settings;
-    settings.kind = mChild ? ZNativeWindow::Kind::kChild : ZNativeWindow::Kind::kDialog;
+    settings.kind = mAttributes.child ? ZNativeWindow::Kind::kChild : ZNativeWindow::Kind::kDialog;
     settings.parent = nativeParent;
     if (nativeParent == 0 && parent && parent->mNativeWindow)
         settings.parent = parent->mNativeWindow->GetHandle();
-    settings.rect = GetPlace();
-    settings.title = mChild ? ZString() : mTitle;
-    settings.modal = mDialog;
-    settings.resizable = mResizable;
+    settings.rect = mPlace.GetRect();
+    settings.title = mAttributes.child ? ZString() : mTitle;
+    settings.modal = mModality.IsDialog();
+    settings.resizable = mAttributes.resizable;
     return settings;
 }
 
 void ZWindow::Destroy()
 {
     assert(ZInterfaceLock::IsHeld());
-    SetBlocking(false);
-    HideTooltip();
+    mModality.Unblock();
+    mTooltip.Hide();
     ReleaseCapture();
     mPointer.LeaveHover();
     mFrames.SetPaused(true);
     mNativeWindow.reset();
     mPicture.Release();
-}
-
-// Menus and dialogs above the window go with it; without this a dialog would wait for an answer
-// that cannot come any more.
-void ZWindow::EndModalRuns()
-{
-    if (ZApp* const app = ZApp::Of(*this))
-        app->EndModalRuns();
 }
 
 void ZWindow::Show()
@@ -214,8 +164,8 @@ void ZWindow::Show()
     mFrames.SetPaused(false);
     if (!mNativeWindow)
         return;
-    SetBlocking(mDialog);
-    mNativeWindow->SetRect(GetPlace());
+    mModality.Block();
+    mNativeWindow->SetRect(mPlace.GetRect());
     mNativeWindow->Show();
     mNativeWindow->Update();
 }
@@ -223,8 +173,8 @@ void ZWindow::Show()
 void ZWindow::Hide()
 {
     assert(ZInterfaceLock::IsHeld());
-    SetBlocking(false);
-    HideTooltip();
+    mModality.Unblock();
+    mTooltip.Hide();
     ReleaseCapture();
     mPointer.LeaveHover();
     // Hosts keep many hidden windows, and their frames would be computed for nobody.
@@ -251,26 +201,10 @@ void ZWindow::AttachViews()
 void ZWindow::SetScale(double scale)
 {
     assert(ZInterfaceLock::IsHeld());
-    assert(scale > 0.0);
-    SetSize(std::round(mFirstSize.x * scale), std::round(mFirstSize.y * scale));
+    mPlace.Scale(scale);
     if (mNativeWindow)
-        mNativeWindow->SetRect(GetPlace());
+        mNativeWindow->SetRect(mPlace.GetRect());
     SizeChanged();
-}
-
-void ZWindow::SetSize(double width, double height)
-{
-    assert(ZInterfaceLock::IsHeld());
-    // No picture is larger than kMaxSide.
-    const auto side = [](double length) {
-        return static_cast<std::int32_t>(std::clamp(length, 0.0, double{ZImage::kMaxSide}));
-    };
-    mSize = {side(width), side(height)};
-}
-
-ZRect ZWindow::GetPlace() const
-{
-    return GetArea().Offset(mPosition.x, mPosition.y);
 }
 
 ZPoint ZWindow::ToScreen(const ZPoint& point) const
@@ -287,33 +221,11 @@ void ZWindow::SetDocument(ZDocument* document)
 
 void ZWindow::ComposeTitle()
 {
-    mTitle = TitleText();
-    if (mNativeWindow && !mChild)  // the host gives its own window a title
-        mNativeWindow->SetTitle(mTitle);
-}
-
-ZString ZWindow::TitleText()
-{
-    const ZString document = mDocument ? mDocument->GetTitle() : ZString();
-    if (mTitleStyle == TitleStyle::kTitle)
-        return mTitleAttribute;
-    if (mTitleStyle == TitleStyle::kDocument)
-        return document;
     const ZApp* const app = ZApp::Of(*this);
-    ZString title = app ? app->GetTitle() : ZString();
-    if (mTitleStyle == TitleStyle::kApplicationAndDocument && !document.IsEmpty()) {
-        title.Append(" - ");
-        title.Append(document);
-    }
-    return title;
-}
-
-const ZDocumentMap* ZWindow::FindDocumentMap(const ZDocument& document) const
-{
-    const auto maps = mDocumentChanges.Copy();
-    const auto found =
-        std::ranges::find_if(maps, [&](const auto& map) { return map->Matches(document); });
-    return found == maps.end() ? nullptr : found->get();  // the list never shrinks
+    mTitle = mAttributes.ComposeTitle(app ? app->GetTitle() : ZString(),
+                                      mDocument ? mDocument->GetTitle() : ZString());
+    if (mNativeWindow && !mAttributes.child)  // the host gives its own window a title
+        mNativeWindow->SetTitle(mTitle);
 }
 
 void ZWindow::AddWindowManager(std::unique_ptr<ZWindowManager> manager)
@@ -337,12 +249,6 @@ std::vector<ZWindowManager*> ZWindow::GetWindowManagers() const
     for (const auto& manager : mWindowManagers.Copy())
         managers.push_back(manager.get());
     return managers;
-}
-
-void ZWindow::SetFocusView(ZView* view)
-{
-    assert(ZInterfaceLock::IsHeld());
-    mKeys.SetFocus(view);
 }
 
 void ZWindow::SetCapturedView(ZView* view)
@@ -379,33 +285,6 @@ void ZWindow::ForgetView(ZView* view)
         SetCapturedView(nullptr);
 }
 
-void ZWindow::AddNavigableView(ZView* view)
-{
-    assert(ZInterfaceLock::IsHeld());
-    mKeys.AddNavigable(view);
-}
-
-void ZWindow::AddTool(ZView* view, const ZRect& rect)
-{
-    assert(ZInterfaceLock::IsHeld());
-    if (!mTooltip)
-        mTooltip = std::make_unique<ZTooltip>(*this);
-    mTooltip->AddTool(view, rect);
-}
-
-void ZWindow::HideTooltip()
-{
-    if (mTooltip)
-        mTooltip->Left();
-}
-
-void ZWindow::RemoveTool(ZView* view)
-{
-    assert(ZInterfaceLock::IsHeld());
-    if (mTooltip)
-        mTooltip->RemoveTool(view);
-}
-
 ZWindow::TimerId ZWindow::StartTimer(std::int64_t microseconds, ZHandler& handler)
 {
     return ZWindowTimers::Start(microseconds, handler);
@@ -416,28 +295,6 @@ void ZWindow::StopTimer(TimerId id)
     ZWindowTimers::Stop(id);
 }
 
-void ZWindow::AddIdleView(ZView* view)
-{
-    assert(ZInterfaceLock::IsHeld());
-    mFrames.Add(view);
-}
-
-void ZWindow::RemoveIdleView(ZView* view)
-{
-    assert(ZInterfaceLock::IsHeld());
-    mFrames.Remove(view);
-}
-
-void ZWindow::SetFramesPerSecond(std::int32_t rate)
-{
-    mFrames.SetRate(rate);
-}
-
-void ZWindow::IdleFrame()
-{
-    mFrames.CallViews();
-}
-
 void ZWindow::SetGraphics(ZGraphics* graphics)
 {
     mContext->SetGraphics(graphics);
@@ -445,7 +302,7 @@ void ZWindow::SetGraphics(ZGraphics* graphics)
 
 void ZWindow::MakeOffscreen()
 {
-    mPicture.Make(mSize);
+    mPicture.Make(mPlace.GetSize());
     mRootView->MarkSubtreeDirty();
 }
 
@@ -459,7 +316,7 @@ void ZWindow::Invalidate(const ZRect& rect)
 
 void ZWindow::RedrawAll()
 {
-    Invalidate(GetArea());
+    Invalidate(mPlace.GetArea());
     mRootView->MarkSubtreeDirty();
 }
 
@@ -498,16 +355,16 @@ const ZBitmap& ZWindow::RenderOffscreen()
     AttachViews();
     IdleFrame();
     mRootView->MarkSubtreeDirty();
-    Paint(GetArea());
+    Paint(mPlace.GetArea());
     return *mPicture.Get();
 }
 
 void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
     assert(ZInterfaceLock::IsHeld());
-    if (IsDropped(*message))
+    if (mModality.Drops(*message))
         return;
-    CallFilters(*message);
+    mFilters.Call(*message);
     switch (message->GetId()) {
     case ZCLOSE:
         return CloseByStyle();
@@ -537,8 +394,7 @@ void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZMOUSEMOVED:
         return RouteMove(message);
     case ZMOVED:
-        mPosition = requireField<ZPoint>(*message, "MovePoint");
-        return;
+        return mPlace.SetPosition(requireField<ZPoint>(*message, "MovePoint"));
     case ZQUIT:
         return HandleQuit(message);
     case ZREADY:
@@ -558,67 +414,6 @@ void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     }
 }
 
-bool ZWindow::IsDropped(const ZMessage& message)
-{
-    // Every window has to release a document that closes.
-    const std::int32_t id = message.GetId();
-    return id != ZDRAW && id != ZDOCUMENTCLOSED && FindBlockingDialog();
-}
-
-ZWindow* ZWindow::FindBlockingDialog()
-{
-    const ZApp* const app = ZApp::Of(*this);
-    return app && !mDialog ? app->GetModalWindow() : nullptr;
-}
-
-/// False when no dialog blocks the window.
-bool ZWindow::PassFocusToDialog()
-{
-    ZWindow* const dialog = FindBlockingDialog();
-    if (dialog && dialog->mNativeWindow)
-        dialog->mNativeWindow->SetFocus();
-    return dialog != nullptr;
-}
-
-void ZWindow::SetBlocking(bool blocking)
-{
-    ZApp* const app = blocking == mBlocking ? nullptr : ZApp::Of(*this);
-    if (!app)
-        return;
-    mBlocking = blocking;
-    if (blocking)
-        app->BeginModal(*this);
-    else
-        app->EndModal(*this);
-}
-
-void ZWindow::CallFilters(const ZMessage& message)
-{
-    const auto [first, last] = mFilters.equal_range(message.GetId());
-    std::vector<ZWindowFilter*> filters;
-    for (auto entry = first; entry != last; ++entry)
-        filters.push_back(entry->second);
-    for (ZWindowFilter* const filter : filters)
-        filter->FilterMessage(message);
-}
-
-void ZWindow::AddFilter(std::int32_t messageId, ZWindowFilter* filter)
-{
-    assert(ZInterfaceLock::IsHeld());
-    assert(filter);
-    mFilters.emplace(messageId, filter);
-}
-
-void ZWindow::RemoveFilter(std::int32_t messageId, ZWindowFilter* filter)
-{
-    assert(ZInterfaceLock::IsHeld());
-    const auto [first, last] = mFilters.equal_range(messageId);
-    const auto found =
-        std::find_if(first, last, [filter](const auto& entry) { return entry.second == filter; });
-    if (found != last)
-        mFilters.erase(found);
-}
-
 void ZWindow::SendToRoot(const Message& message)
 {
     const auto root = mRootView;  // handling the message may release the window
@@ -634,7 +429,7 @@ void ZWindow::SendToFocus(const Message& message)
 void ZWindow::SendToManager(const Message& message)
 {
     ZApp* const app = ZApp::Of(*this);
-    if (!mMdiChild && app && app->GetWindowManager())
+    if (!mAttributes.mdiChild && app && app->GetWindowManager())
         app->GetWindowManager()->HandleZMessage(message);
 }
 
@@ -647,12 +442,12 @@ void ZWindow::HandleQuit(const Message& message)
 
 void ZWindow::CloseByStyle()
 {
-    if (mCloseStyle == CloseStyle::kHide)
+    if (mAttributes.closeStyle == ZWindowAttributes::CloseStyle::kHide)
         return Hide();
     ZApp* const app = ZApp::Of(*this);
     if (!app)
         return;
-    if (mCloseStyle == CloseStyle::kApplication)
+    if (mAttributes.closeStyle == ZWindowAttributes::CloseStyle::kApplication)
         return app->HandleZMessage(makeMessage<ZWindow*>(ZWINDOWCLOSED, "WindowClosed", this));
     if (const auto document = findDocument(*app, mDocument))
         app->GetDocumentManager()->HandleZMessage(
@@ -691,7 +486,7 @@ void ZWindow::RouteMove(const Message& message)
 void ZWindow::HandleSized(const ZMessage& message)
 {
     const auto rect = requireField<ZRect>(message, "SizedRect");
-    SetSize(rect.GetWidth(), rect.GetHeight());
+    mPlace.SetSize(rect.GetWidth(), rect.GetHeight());
     SizeChanged();
 }
 
@@ -701,7 +496,7 @@ void ZWindow::SizeChanged()
         MakeOffscreen();
     if (!mAttached)
         return;
-    SendToRoot(makeMessage<ZRect>(ZRESIZE, "ResizeRect", GetArea()));
+    SendToRoot(makeMessage<ZRect>(ZRESIZE, "ResizeRect", mPlace.GetArea()));
     RedrawAll();
 }
 
@@ -719,7 +514,10 @@ void ZWindow::HandleTimer(const Message& message)
 void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
 {
     mLastMouse = event.position;
-    TellTooltip(event);
+    if (mModalDisabled || mModality.FindBlocker())
+        mTooltip.Hide();
+    else
+        mTooltip.HandleMouse(event, mPointer.GetCaptured() != nullptr);
     if (event.action == ZNativeMouseEvent::kWheel)
         return HandleZMessage(
             makeWheelMessage(event.position, event.modifiers, kVerticalWheel, event.wheelNotches));
@@ -732,7 +530,7 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
     case ZNativeMouseEvent::kMove:
         return send(ZMOUSEMOVED, "MovePoint");
     case ZNativeMouseEvent::kDown:
-        if (!PassFocusToDialog() && mNativeWindow)
+        if (!mModality.PassFocus() && mNativeWindow)
             mNativeWindow->SetFocus();
         return send(ZMOUSEDOWN, "ClickPoint");
     case ZNativeMouseEvent::kUp:
@@ -746,26 +544,11 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
     }
 }
 
-void ZWindow::TellTooltip(const ZNativeMouseEvent& event)
-{
-    if (!mTooltip)
-        return;
-    const bool isBlocked = mModalDisabled || FindBlockingDialog();
-    if (event.action == ZNativeMouseEvent::kLeave || isBlocked)
-        return mTooltip->Left();
-    if (event.action != ZNativeMouseEvent::kMove)
-        return mTooltip->MouseDown();
-    // While a view is dragged, the views that the pointer passes show no tips.
-    if (!mPointer.GetCaptured())
-        mTooltip->MouseMoved(event.position);
-}
-
 bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
 {
-    if (mTooltip)
-        mTooltip->MouseDown();
+    mTooltip.HandleKey();
     // A key that comes here below a dialog is neither the host's nor a command.
-    return PassFocusToDialog() || mKeys.Dispatch(event);
+    return mModality.PassFocus() || mKeys.Dispatch(event);
 }
 
 void ZWindow::NativeMoved(const ZPoint& position)
@@ -781,7 +564,7 @@ void ZWindow::NativeSized(std::int32_t width, std::int32_t height)
 
 void ZWindow::NativeFocus(bool focused)
 {
-    if (focused && PassFocusToDialog())
+    if (focused && mModality.PassFocus())
         return;
     if (focused)
         OnActivated();
@@ -796,7 +579,7 @@ void ZWindow::NativeCloseRequested()
 
 void ZWindow::NativeDestroyed()
 {
-    EndModalRuns();
+    mModality.EndRuns();
     Destroy();
 }
 

@@ -8,16 +8,20 @@
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
-#include "zlib/common/views/ZDocumentMap.h"
+#include "zlib/common/views/ZDocumentMaps.h"
+#include "zlib/common/views/ZWindowAttributes.h"
+#include "zlib/common/views/ZWindowFilters.h"
 #include "zlib/common/views/ZWindowFrames.h"
 #include "zlib/common/views/ZWindowKeys.h"
+#include "zlib/common/views/ZWindowModality.h"
 #include "zlib/common/views/ZWindowPicture.h"
+#include "zlib/common/views/ZWindowPlace.h"
 #include "zlib/common/views/ZWindowPointer.h"
+#include "zlib/common/views/ZWindowTooltip.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -29,18 +33,9 @@ class ZBitmap;
 class ZDocument;
 class ZTooltip;
 class ZView;
+class ZWindowFilter;
 class ZWindowManager;
 class ZXMLElement;
-
-/// Gets the messages of certain ids that a window receives, before the window acts on them.
-class ZWindowFilter
-{
-public:
-    virtual ~ZWindowFilter() = default;
-
-    /// [interface thread]
-    virtual void FilterMessage(const ZMessage& message) = 0;
-};
 
 /// A window that a description defines. It owns the root view, the drawing context that all its
 /// views share and the offscreen picture that they are painted into, and turns events of the system
@@ -55,33 +50,15 @@ class ZWindow : public ZHandler, public ZNativeWindowClient
 public:
     using TimerId = std::int64_t;
     static constexpr TimerId kNoTimer = -1;
-    static constexpr std::int32_t kDefaultMaxFrames = 30;
-
-    /// Values of `titlestyle`.
-    enum class TitleStyle
-    {
-        kTitle,
-        kApplicationAndDocument,
-        kDocument,
-        kApplication,
-    };
-    /// Values of `closestyle`: what a close request closes.
-    enum class CloseStyle
-    {
-        kApplication,
-        kDocument,
-        kHide,
-    };
-
     /// Builds the window from a `windowtype`, with all its views. The application, which is the
-    /// looper, may be null. Throws ZException -1 where there is no `rect`.
+    /// looper, may be null. Throws ZException kGeneral where there is no `rect`.
     ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~ZWindow() override;
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Throws ZException -1 when a field is missing. While a dialog of the application is open,
-    /// windows that are no dialogs drop every message but ZDRAW and ZDOCUMENTCLOSED.
+    /// Throws ZException kGeneral when a field is missing. While a dialog of the application is
+    /// open, windows that are no dialogs drop every message but ZDRAW and ZDOCUMENTCLOSED.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
     /// Makes the window of the system, inside nativeParent or above parent's, and the offscreen
@@ -114,18 +91,24 @@ public:
     virtual void AddWindowManager(std::unique_ptr<ZWindowManager> manager);
     virtual void RemoveWindowManager(ZWindowManager* manager);
     /// Adds or removes a filter, which is not owned, for the messages of an id.
-    virtual void AddFilter(std::int32_t messageId, ZWindowFilter* filter);
-    virtual void RemoveFilter(std::int32_t messageId, ZWindowFilter* filter);
+    virtual void AddFilter(std::int32_t messageId, ZWindowFilter* filter)
+    {
+        mFilters.Add(messageId, filter);
+    }
+    virtual void RemoveFilter(std::int32_t messageId, ZWindowFilter* filter)
+    {
+        mFilters.Remove(messageId, filter);
+    }
     /// Calls IdleTick of every idle view, in order.
-    virtual void IdleFrame();
+    virtual void IdleFrame() { mFrames.CallViews(); }
     /// Takes effect at the next frame. rate >= 1, in frames a second.
-    virtual void SetFramesPerSecond(std::int32_t rate);
+    virtual void SetFramesPerSecond(std::int32_t rate) { mFrames.SetRate(rate); }
     [[nodiscard]] virtual std::int32_t GetFramesPerSecond() const { return mFrames.GetRate(); }
     /// Sets the target of all drawing; null for none.
     virtual void SetGraphics(ZGraphics* graphics);
 
     /// Makes the window a dialog, as the attribute does. Comes before Create.
-    void MakeDialog() { mDialog = true; }
+    void MakeDialog() { mModality.MakeDialog(); }
     /// Attaches all views to this window, unless they are.
     void AttachViews();
     /// Destroys the window of the system, but not the host's around it, and the offscreen picture.
@@ -136,7 +119,7 @@ public:
     void Update();
     /// Attaches the views, paints the whole window without a window of the system and returns the
     /// picture; it stays valid until Destroy, a change of size or the window's end. Throws
-    /// ZException -1 for an empty size.
+    /// ZException kGeneral for an empty size.
     [[nodiscard]] const ZBitmap& RenderOffscreen();
     /// Sets the size to that of the description times the scale, which is above 0.
     void SetScale(double scale);
@@ -148,12 +131,12 @@ public:
     void StopTimer(TimerId id);
     /// Starts and stops calling the view's IdleTick at each frame. The frame timer runs while there
     /// are such views and the window is shown.
-    void AddIdleView(ZView* view);
-    void RemoveIdleView(ZView* view);
+    void AddIdleView(ZView* view) { mFrames.Add(view); }
+    void RemoveIdleView(ZView* view) { mFrames.Remove(view); }
     /// Returns kNoTimer while the frame timer does not run.
     [[nodiscard]] TimerId GetFrameTimer() const { return mFrames.GetTimer(); }
     /// Adds a view behind those that the Tab key reaches already.
-    void AddNavigableView(ZView* view);
+    void AddNavigableView(ZView* view) { mKeys.AddNavigable(view); }
     /// Sends all mouse events to this view, also those from outside the window; null ends that.
     void SetCapturedView(ZView* view);
     [[nodiscard]] ZView* GetCapturedView() const { return mPointer.GetCaptured(); }
@@ -161,39 +144,41 @@ public:
     void SetHoverView(ZView* view) { mPointer.SetHover(view); }
     [[nodiscard]] ZView* GetHoverView() const { return mPointer.GetHover(); }
     /// Gives the keyboard to this view; the view before is told and repainted. Null for none.
-    void SetFocusView(ZView* view);
+    void SetFocusView(ZView* view) { mKeys.SetFocus(view); }
     [[nodiscard]] ZView* GetFocusView() const { return mKeys.GetFocus(); }
     /// Forgets a view that leaves as hover, captured, focus, idle and navigable view.
     void ForgetView(ZView* view);
     /// Registers the rectangle of a view that has a tooltip; rect is in window coordinates.
-    void AddTool(ZView* view, const ZRect& rect);
-    void RemoveTool(ZView* view);
+    void AddTool(ZView* view, const ZRect& rect) { mTooltip.AddTool(view, rect); }
+    void RemoveTool(ZView* view) { mTooltip.RemoveTool(view); }
     /// Returns null while no view has a tip.
-    [[nodiscard]] ZTooltip* GetTooltip() const { return mTooltip.get(); }
+    [[nodiscard]] ZTooltip* GetTooltip() const { return mTooltip.Get(); }
 
     /// Sets the document that the title names; the views learn of it by message. Null for none.
     void SetDocument(ZDocument* document);
     [[nodiscard]] ZDocument* GetDocument() const { return mDocument; }
     /// Returns the `documentchange` entry that matches; null when the window does not take the
     /// document.
-    [[nodiscard]] const ZDocumentMap* FindDocumentMap(const ZDocument& document) const;
+    [[nodiscard]] const ZDocumentMap* FindDocumentMap(const ZDocument& document) const
+    {
+        return mDocumentChanges.Find(document);
+    }
     [[nodiscard]] std::vector<ZWindowManager*> GetWindowManagers() const;
 
     [[nodiscard]] const boost::shared_ptr<ZView>& GetRootView() const { return mRootView; }
     [[nodiscard]] const boost::shared_ptr<ZDrawingContext>& GetContext() const { return mContext; }
     /// Returns the title bar's text, composed by `titlestyle`.
     [[nodiscard]] const ZString& GetTitle() const { return mTitle; }
-    [[nodiscard]] std::int32_t GetWidth() const { return mSize.x; }
-    [[nodiscard]] std::int32_t GetHeight() const { return mSize.y; }
-    [[nodiscard]] const ZPoint& GetPosition() const { return mPosition; }
+    [[nodiscard]] std::int32_t GetWidth() const { return mPlace.GetSize().x; }
+    [[nodiscard]] std::int32_t GetHeight() const { return mPlace.GetSize().y; }
+    [[nodiscard]] const ZPoint& GetPosition() const { return mPlace.GetPosition(); }
     [[nodiscard]] const ZPoint& GetLastMouse() const { return mLastMouse; }
-    [[nodiscard]] bool IsChild() const { return mChild; }
+    [[nodiscard]] bool IsChild() const { return mAttributes.child; }
     /// Returns whether the window is shown when it has been made for a document or by name; else it
     /// waits for Show.
-    [[nodiscard]] bool IsVisibleWhenCreated() const { return mVisibleWhenCreated; }
+    [[nodiscard]] bool IsVisibleWhenCreated() const { return mAttributes.visibleWhenCreated; }
     [[nodiscard]] bool IsModalDisabled() const { return mModalDisabled; }
-    [[nodiscard]] CloseStyle GetCloseStyle() const { return mCloseStyle; }
-    [[nodiscard]] std::int32_t GetMaxFramesPerSecond() const { return mMaxFramesPerSecond; }
+    [[nodiscard]] std::int32_t GetMaxFramesPerSecond() const { return mAttributes.maxFrames; }
     /// Returns null while there is none.
     [[nodiscard]] ZNativeWindow* GetNativeWindow() const { return mNativeWindow.get(); }
     /// Returns the screen coordinates of a point of the window; the point itself without a window
@@ -215,67 +200,39 @@ protected:
 
 private:
     // Construction.
-    void ReadAttributes(const ZXMLElement& xml);
     void BuildViews(const ZXMLElement& xml);
 
     // Messages.
-    [[nodiscard]] bool IsDropped(const ZMessage& message);
-    void CallFilters(const ZMessage& message);
     void SendToRoot(const boost::shared_ptr<const ZMessage>& message);
     void CloseByStyle();
     void TakeDocument(const ZMessage& message, const char* field);
     void LoseDocument(const boost::shared_ptr<const ZMessage>& message);
     void RouteClick(const ZMessage& message, const char* field);
     void RouteMove(const boost::shared_ptr<const ZMessage>& message);
-    void TellTooltip(const ZNativeMouseEvent& event);
-    void HideTooltip();
     void HandleSized(const ZMessage& message);
     void HandleTimer(const boost::shared_ptr<const ZMessage>& message);
     void HandleQuit(const boost::shared_ptr<const ZMessage>& message);
     void SendToFocus(const boost::shared_ptr<const ZMessage>& message);
     void SendToManager(const boost::shared_ptr<const ZMessage>& message);
 
-    // Dialogs and the windows that they block.
-    [[nodiscard]] ZWindow* FindBlockingDialog();
-    bool PassFocusToDialog();
-    void SetBlocking(bool blocking);
-
     // The window of the system.
     [[nodiscard]] ZNativeWindow::Settings NativeSettings(const ZWindow* parent,
                                                          ZNativeHandle nativeParent) const;
-    void EndModalRuns();
-    void SetSize(double width, double height);
     void SizeChanged();
     void ReleaseCapture();
     void ComposeTitle();
-    [[nodiscard]] ZString TitleText();
     void MakeOffscreen();
-    [[nodiscard]] ZRect GetArea() const { return {0, 0, mSize.x, mSize.y}; }
-    [[nodiscard]] ZRect GetPlace() const;
 
-    // What the window type tells.
-    ZString mTitleAttribute;
-    TitleStyle mTitleStyle = TitleStyle::kTitle;
-    CloseStyle mCloseStyle = CloseStyle::kApplication;
-    bool mChild = false;
-    bool mDialog = false;
-    bool mMdiChild = false;
-    bool mResizable = true;
-    bool mVisibleWhenCreated = true;
-    ZPoint mFirstPosition;
-    ZPoint mFirstSize;
-    std::int32_t mMaxFramesPerSecond = kDefaultMaxFrames;  // views repaint as they change instead
-
+    ZWindowAttributes mAttributes;
+    ZWindowPlace mPlace;
+    ZWindowModality mModality;
+    ZWindowFilters mFilters;
     ZString mTitle;
-    ZPoint mPosition;
-    ZPoint mSize;  // width and height
     ZPoint mLastMouse;
     ZDocument* mDocument = nullptr;
     bool mModalDisabled = false;
     bool mAttached = false;
-    bool mBlocking = false;  // a dialog that is open: it is among the application's modal windows
-    std::multimap<std::int32_t, ZWindowFilter*> mFilters;
-    ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentChanges{"docchange list"};
+    ZDocumentMaps mDocumentChanges{"docchange list"};
     ZLockedList<std::shared_ptr<ZWindowManager>> mWindowManagers{"window managers"};
     boost::shared_ptr<ZDrawingContext> mContext;
     ZWindowPicture mPicture;
@@ -283,7 +240,7 @@ private:
     ZWindowPointer mPointer;
     ZWindowKeys mKeys;
     ZWindowFrames mFrames;
-    std::unique_ptr<ZTooltip> mTooltip;  // made for the first view that has a tip
+    ZWindowTooltip mTooltip;
     std::unique_ptr<ZNativeWindow> mNativeWindow;
 };
 

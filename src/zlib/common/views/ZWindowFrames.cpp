@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/views/ZWindowFrames.h"
 
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZWindow.h"
 #include "zlib/common/views/ZWindowTimers.h"
@@ -25,6 +26,7 @@ ZWindowFrames::~ZWindowFrames()
 
 void ZWindowFrames::Add(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(view && std::ranges::count(mViews.Copy(), view) == 0);
     mViews.Append(view);
     view->SetFrameRate(static_cast<float>(mRate));
@@ -33,12 +35,14 @@ void ZWindowFrames::Add(ZView* view)
 
 void ZWindowFrames::Remove(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     mViews.Remove(view);
     UpdateTimer();
 }
 
 void ZWindowFrames::SetPaused(bool paused)
 {
+    assert(ZInterfaceLock::IsHeld());
     mPaused = paused;
     UpdateTimer();
 }

@@ -5,6 +5,7 @@
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/native/ZKeyCode.h"
 #include "zlib/common/native/ZNativeWindow.h"
+#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZView.h"
@@ -49,6 +50,7 @@ bool ZWindowKeys::Dispatch(const ZNativeKeyEvent& event)
 
 void ZWindowKeys::SetFocus(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     if (view == mFocus)
         return;
     ZView* const before = std::exchange(mFocus, view);
@@ -64,12 +66,14 @@ void ZWindowKeys::SetFocus(ZView* view)
 
 void ZWindowKeys::AddNavigable(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     assert(view);
     mNavigable.Append(view);
 }
 
 void ZWindowKeys::Forget(ZView* view)
 {
+    assert(ZInterfaceLock::IsHeld());
     mNavigable.Remove(view);
     if (mFocus == view)
         mFocus = nullptr;

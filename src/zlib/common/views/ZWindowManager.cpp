@@ -92,8 +92,7 @@ void ZWindowManager::AddDocumentMapTypes(const ZXMLElement& xml)
     if (!xml.IsNamed("documenttypes"))
         return ZTrace::Write("\nError: ZWindowManager::AddDocumentMapTypes,  XML tag is not a "
                              "<documenttypes>.\n");
-    for (std::int32_t i = 0; i < xml.GetChildCount(); ++i)
-        mDocumentMaps.Append(std::make_shared<const ZDocumentMap>(*xml.GetChild(i)));
+    mDocumentMaps.Add(xml);
 }
 
 void ZWindowManager::AddWindowTypes(const ZXMLElement& xml)

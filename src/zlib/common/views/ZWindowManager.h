@@ -5,7 +5,7 @@
 #include "zlib/common/drawing/ZDrawingLibrary.h"
 #include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZLockedList.h"
-#include "zlib/common/views/ZDocumentMap.h"
+#include "zlib/common/views/ZDocumentMaps.h"
 #include "zlib/common/views/ZWindowType.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     /// Acts on messages about documents and windows and forwards all others to every window. Throws
-    /// ZException -1 when a field is missing, and what building a window throws.
+    /// ZException kGeneral when a field is missing, and what building a window throws.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
     /// Add the entries of a `documenttypes`, or of a `windowtypes`, to those that are there;
@@ -83,7 +83,7 @@ private:
     void SendToNestedOfCurrent(const Message& message) const;
 
     const ZDrawingLibrary mDrawing;  // outlives the windows, which draw
-    ZLockedList<std::shared_ptr<const ZDocumentMap>> mDocumentMaps{"document maps"};
+    ZDocumentMaps mDocumentMaps{"document maps"};
     ZLockedList<std::shared_ptr<const ZWindowType>> mWindowTypes{"window types"};
     ZLockedList<boost::shared_ptr<ZWindow>> mWindows{"window instances"};
     std::int32_t mCurrent = 0;

@@ -23,7 +23,7 @@ public:
     explicit ZWindowPointer(ZView& root);
 
     /// Sends a press, a double click or a release on; pointField names the point's field. Throws
-    /// ZException -1 when a field is missing.
+    /// ZException kGeneral when a field is missing.
     void RouteClick(const ZMessage& message, const char* pointField);
     /// Sends ZMOUSELEFT and ZMOUSEENTERED where the pointer has come over another view, then the
     /// move itself. Throws as RouteClick.

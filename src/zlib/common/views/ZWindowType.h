@@ -23,8 +23,8 @@ public:
     [[nodiscard]] const std::string& GetClass() const { return mClass; }
     /// Returns the attribute `hidden`: ZWINNEW does not show such a window.
     [[nodiscard]] bool IsHidden() const;
-    /// Throws ZException -1 for a class that is unknown or no window, and what its constructor
-    /// throws.
+    /// Throws ZException kGeneral for a class that is unknown or no window, and what its
+    /// constructor throws.
     [[nodiscard]] boost::shared_ptr<ZWindow> BuildWindow(ZApplication& application) const;
 
 private:

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "zlib/common/objects/ZPoint.h"
+#include "zlib/common/objects/ZRect.h"
+
+namespace orvane
+{
+
+class ZXMLElement;
+
+/// Position and size of a window, and those that its description gives. Positions are on the screen
+/// or in the parent window; no side is longer than that of the largest picture.
+/// [interface thread]
+class ZWindowPlace
+{
+public:
+    /// Reads the `rect` of a `windowtype`. Throws ZException kGeneral where there is none.
+    explicit ZWindowPlace(const ZXMLElement& xml);
+
+    /// Moves back to the description's position.
+    void ResetPosition() { mPosition = mFirstPosition; }
+    void SetPosition(const ZPoint& position) { mPosition = position; }
+    [[nodiscard]] const ZPoint& GetPosition() const { return mPosition; }
+    /// Cuts each side to what a picture can have.
+    void SetSize(double width, double height);
+    /// Takes the description's size times the scale, which is above 0.
+    void Scale(double scale);
+    /// Returns width and height.
+    [[nodiscard]] const ZPoint& GetSize() const { return mSize; }
+    /// Returns the window in its own coordinates.
+    [[nodiscard]] ZRect GetArea() const { return {0, 0, mSize.x, mSize.y}; }
+    /// Returns the window in the coordinates of its position.
+    [[nodiscard]] ZRect GetRect() const { return GetArea().Offset(mPosition.x, mPosition.y); }
+
+private:
+    ZPoint mFirstPosition;
+    ZPoint mFirstSize;
+    ZPoint mPosition;
+    ZPoint mSize;
+};
+
+}  // namespace orvane
