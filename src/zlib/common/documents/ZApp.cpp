@@ -223,15 +223,15 @@ void ZApp::ShowAbout()
 }
 
 boost::shared_ptr<ZFile> ZApp::ChooseSaveFile(const ZString& prompt, const ZString& title,
-                                              const ZFiletypes& types, std::int32_t window)
+                                              const ZFiletypeList& types, std::int32_t window)
 {
-    return ChooseFile({ZFileRequest::kSave, prompt, title, types, window, this});
+    return ChooseFile({ZFileRequest::kSave, prompt, title, types.Copy(), window, this});
 }
 
 boost::shared_ptr<ZFile> ZApp::ChooseOpenFile(const ZString& prompt, const ZString& title,
-                                              const ZFiletypes& types, std::int32_t window)
+                                              const ZFiletypeList& types, std::int32_t window)
 {
-    return ChooseFile({ZFileRequest::kOpen, prompt, title, types, window, this});
+    return ChooseFile({ZFileRequest::kOpen, prompt, title, types.Copy(), window, this});
 }
 
 boost::shared_ptr<ZFile> ZApp::ChooseFile(ZFileRequest request)

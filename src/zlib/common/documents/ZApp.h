@@ -84,11 +84,11 @@ public:
     /// and the result is null. The application must outlive the call.
     [[nodiscard]] virtual boost::shared_ptr<ZFile> ChooseSaveFile(const ZString& prompt,
                                                                   const ZString& title,
-                                                                  const ZFiletypes& types,
+                                                                  const ZFiletypeList& types,
                                                                   std::int32_t window);
     [[nodiscard]] virtual boost::shared_ptr<ZFile> ChooseOpenFile(const ZString& prompt,
                                                                   const ZString& title,
-                                                                  const ZFiletypes& types,
+                                                                  const ZFiletypeList& types,
                                                                   std::int32_t window);
     /// Finds, verifies and reads the description and runs its start-up commands. Throws ZException:
     /// kGeneral for a missing or damaged description, kBadSignature for an altered one, and what

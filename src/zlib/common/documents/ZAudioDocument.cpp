@@ -52,13 +52,13 @@ void addNetwork(ZXMLElement& networks, const char* type, const boost::shared_ptr
     networks.AddChild(network);
 }
 
-ZFiletypes presetTypes(const char* description)
+boost::shared_ptr<ZFiletype> presetType(const char* description)
 {
     auto type = boost::make_shared<ZFiletype>();
     type->extension = "xml";
     type->description = description;
     type->mimeType = "text/xml";
-    return {type};
+    return type;
 }
 
 std::int32_t windowOf(const ZMessage& message)
@@ -303,10 +303,12 @@ void ZAudioDocument::RestoreElement(const boost::shared_ptr<ZXMLElement>& xml)
 
 void ZAudioDocument::SavePresetFile(const char* description, const ZMessage& message)
 {
+    ZFiletypeList types("type list");
+    types.Append(presetType(description));
     ZApp* const app = ZApp::Of(*this);
-    const auto file = app ? app->ChooseSaveFile("Save your preset", "Save Preset",
-                                                presetTypes(description), windowOf(message))
-                          : nullptr;
+    const auto file =
+        app ? app->ChooseSaveFile("Save your preset", "Save Preset", types, windowOf(message))
+            : nullptr;
     if (!file)
         return;
     ZXMLElement saved;
@@ -320,10 +322,11 @@ void ZAudioDocument::SavePresetFile(const char* description, const ZMessage& mes
 bool ZAudioDocument::LoadPresetFile(const char* description, const char* prompt,
                                     PresetOfFile presetOfFile, const ZMessage& message)
 {
+    ZFiletypeList types("type list");
+    types.Append(presetType(description));
     ZApp* const app = ZApp::Of(*this);
-    const auto file = app ? app->ChooseOpenFile(prompt, "Load Preset", presetTypes(description),
-                                                windowOf(message))
-                          : nullptr;
+    const auto file =
+        app ? app->ChooseOpenFile(prompt, "Load Preset", types, windowOf(message)) : nullptr;
     if (!file)
         return false;
     try {

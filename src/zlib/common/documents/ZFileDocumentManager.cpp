@@ -139,7 +139,7 @@ boost::shared_ptr<ZFile> ZFileDocumentManager::OpenDialog()
 {
     constexpr const char* kTitle = "Open File";
     ZApp* const app = ZApp::Of(*this);
-    return app ? app->ChooseOpenFile(kTitle, kTitle, mFileTypes.Copy(), 0) : nullptr;
+    return app ? app->ChooseOpenFile(kTitle, kTitle, mFileTypes, 0) : nullptr;
 }
 
 std::optional<ZDocumentType> ZFileDocumentManager::FindType(const ZFile& file) const

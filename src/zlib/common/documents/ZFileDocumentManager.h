@@ -45,7 +45,7 @@ private:
     void AddFileTypes(const ZXMLElement& xml);
     void OpenFile(const ZMessage& message);
 
-    ZLockedList<boost::shared_ptr<ZFiletype>> mFileTypes{"file types"};
+    ZFiletypeList mFileTypes{"file types"};
 };
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/objects/ZLockedList.h"
 #include "zlib/common/objects/ZString.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -23,5 +24,6 @@ struct ZFiletype
 };
 
 using ZFiletypes = std::vector<boost::shared_ptr<ZFiletype>>;
+using ZFiletypeList = ZLockedList<boost::shared_ptr<ZFiletype>>;
 
 }  // namespace orvane

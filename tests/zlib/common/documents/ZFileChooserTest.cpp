@@ -40,7 +40,9 @@ protected:
             auto type = boost::make_shared<ZFiletype>();
             type->extension = "xml";
             type->description = "Kind";
-            const auto file = app->ChooseSaveFile("Prompt", "Title", {type}, 0);
+            ZFiletypeList types("types");
+            types.Append(type);
+            const auto file = app->ChooseSaveFile("Prompt", "Title", types, 0);
             promise->set_value(file ? file->GetPath().ToNarrow() : "none");
         }));
         return promise->get_future();
@@ -108,7 +110,8 @@ TEST_F(ZFileChooserTest, AnOpenDialogBlocksNobodyAndEndsWithItsApplication)
     EXPECT_EQ(Answer(Ask()), "none") << "a second one";
     EXPECT_EQ(boxes.boxes.size(), 1u);
     const ZInterfaceLock lock;
-    EXPECT_EQ(app->ChooseOpenFile("", "", {}, 0), nullptr) << "not on the interface thread";
+    EXPECT_EQ(app->ChooseOpenFile("", "", ZFiletypeList("types"), 0), nullptr)
+        << "not on the interface thread";
     app->EndModalRuns();
     ASSERT_EQ(asked.wait_for(0s), std::future_status::ready) << "it is over by then";
     EXPECT_EQ(asked.get(), "none");
