@@ -55,7 +55,7 @@ public:
         while (!rest.empty()) {
             const ssize_t count = ::write(mDescriptor, rest.data(), rest.size());
             if (count < 0 && errno != EINTR)
-                std::_Exit(1);  // the program is gone
+                std::_Exit(1);  // the main process has ended
             rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         }
     }
@@ -73,7 +73,7 @@ private:
     int mDescriptor;
 };
 
-/// Renders one input in this process, which ends then.
+/// Renders one input and ends this process.
 [[noreturn]] void renderInProcess(const RenderRequest& request, const fs::path& library,
                                   const Sender& sender)
 {
@@ -88,7 +88,7 @@ private:
         sender.SendLines(kReportLine, textReport(request, result));
         status = 0;
     } catch (const Interruption&) {
-        // The program knows of the signal and ends by it.
+        // The main process got the same signal and ends because of it.
     } catch (const ZException& exception) {
         sender.Send(kFailureLine, oneLine(exception.GetMessage().ToNarrow()));
     } catch (const std::exception& exception) {
@@ -165,7 +165,7 @@ private:
         for (const Worker& worker : mRunning)
             polled.push_back({worker.pipe, POLLIN, 0});
         if (::poll(polled.data(), polled.size(), -1) < 0)
-            return;  // by a signal
+            return;  // interrupted by a signal
         for (std::size_t i = mRunning.size(); i-- > 0;) {
             if (polled[i].revents != 0 && !Read(mRunning[i])) {
                 Finish(mRunning[i]);

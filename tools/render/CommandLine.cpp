@@ -83,7 +83,7 @@ CLI::Validator checkedBy(Parse parse, const char* name)
         "", name);
 }
 
-/// Catches an empty argument, which a shell makes of a variable that is not set.
+/// Refuses an empty argument: a script passes one when it quotes a variable that is unset.
 std::string checkNotEmpty(const std::string& text)
 {
     return text.empty() ? "it is empty" : "";

@@ -24,7 +24,7 @@ using Extent = PluginInstance::Extent;
 
 constexpr std::string_view kPresetVersion = "1.0";
 constexpr std::string_view kPresetEnd = "</preset>";
-// Around the number of the current program, behind a saved bank.
+// The comment behind a saved bank: these two with the number of the current program between.
 constexpr std::string_view kProgramMarkStart = "<!-- kestrune-render program ";
 constexpr std::string_view kProgramMarkEnd = " -->\n";
 

@@ -99,11 +99,11 @@ bool clips(const RenderResult& result)
     }
 }
 
-/// Lines about what the user may not expect.
+/// Lines that warn of results that the user may not expect.
 std::string notes(const RenderRequest& request, const RenderResult& result)
 {
     std::string text;
-    // With options that ask for a change, a note on standard error tells it.
+    // If the user asked for a change, a note on standard error says so already.
     if (result.IsDry() && request.automation.empty() && !request.AsksForChange())
         text += "  note          neither pitchCorrectionOnOff nor transposeOnOff is on: "
                 "the sound is the input's\n";

@@ -14,7 +14,7 @@ constexpr double kCutRightFrom = kWhiteKeyWidth - kBlackKeyWidth / 2;
 constexpr double kCutLeftTo = kBlackKeyWidth - kBlackKeyWidth / 2;
 constexpr double kFaceWidth = kWhiteKeyWidth - 1.0;
 constexpr double kFaceBottom = 139.0;      // where the front of a key at rest begins
-constexpr double kFaceBottomDown = 143.0;  // and of one that is down
+constexpr double kFaceBottomDown = 143.0;  // the same for a pressed key
 constexpr double kFrontRadius = 3.0;
 
 bool isCutLeft(KeyShape shape)
@@ -37,7 +37,7 @@ Box upperPart(KeyShape shape)
 
 constexpr Box kLowerPart{0.0, kBlackKeyHeight, kFaceWidth, kWhiteKeyHeight - kBlackKeyHeight};
 
-/// Adds the key's whole outline: two boxes of one width, the lower one rounded at its foot.
+/// Adds the key's whole outline: two boxes of one width, the lower one with round corners.
 void addWhiteKey(cairo_t* context, KeyShape shape)
 {
     addBox(context, upperPart(shape));
@@ -59,7 +59,7 @@ void paintIvory(cairo_t* context)
     fillBox(context, {0.0, kFaceBottom - 1.0, kFaceWidth, 1.0}, {0xFFFFFF});
 }
 
-/// A key that is down is lit in amber and lies lower: less of its front shows.
+/// A pressed key is lit in amber and lies lower, so that less of its front shows.
 void paintLitIvory(cairo_t* context)
 {
     addBox(context, {0.0, 0.0, kFaceWidth, kFaceBottomDown});
@@ -81,7 +81,7 @@ void paintEdges(cairo_t* context, const Box& part)
     fillBox(context, {part.right() - 2.0, part.top, 1.0, part.height}, {0x5E523F, 0.14});
 }
 
-/// The neighbours of a key that is down stand above it and shade its edges.
+/// A pressed key lies lower than its neighbours, which shade its edges.
 void paintSunkEdges(cairo_t* context, const Box& part)
 {
     const auto shade = [&](double column, double alpha) {
@@ -94,7 +94,7 @@ void paintSunkEdges(cairo_t* context, const Box& part)
     shade(2.0, 0.12);
 }
 
-/// What a black key throws on the white one, below its foot and a little beside it.
+/// The shadow of a black key on a white one: below its front edge and a little beside it.
 void paintShadowOfBlackKey(cairo_t* context, double left, double right)
 {
     addBox(context, {left, kBlackKeyHeight, right - left, 7.0});
@@ -133,7 +133,7 @@ void paintRedDot(cairo_t* context, double x, double y, double radius, const Ink&
 constexpr Box kEbony{1.0, 0.0, kBlackKeyWidth - 2.0, kBlackKeyHeight - 1.0};
 constexpr double kEbonyRadius = 3.0;
 constexpr double kEbonySlope = 3.0;
-constexpr double kEbonySlopeDown = 1.0;  // less, so that the name stays on the lit top
+constexpr double kEbonySlopeDown = 1.0;  // smaller, so that the name fits on the lit top
 constexpr double kTopBottom = 79.0;
 constexpr double kTopBottomDown = 84.0;
 

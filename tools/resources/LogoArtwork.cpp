@@ -96,11 +96,12 @@ PenPoint pointTowards(const PenPoint& from, const PenPoint& to, double length)
     return {from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part};
 }
 
-/// Leads the pen around a corner on a curve that leaves and joins the two lines at radius.
+/// Rounds a corner with a curve that begins and ends at the distance radius from it.
 void addCorner(cairo_t* context, const PenPoint& before, const PenPoint& corner,
                const PenPoint& after, double radius)
 {
-    constexpr double kRoundness = 0.5523;  // share of the radius that makes a cubic near a circle
+    constexpr double kRoundness =
+        0.5523;  // length of the control arms, in radii, for a quarter circle
     radius = std::min({radius, distance(before, corner), distance(corner, after) / 2.0});
     if (radius <= 0.0) {
         cairo_line_to(context, corner.x, corner.y);

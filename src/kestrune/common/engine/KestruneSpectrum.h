@@ -21,7 +21,7 @@ struct KestruneGeometry;
 class KestruneSpectrum
 {
 public:
-    /// The analysed band in bins; hi belongs to it.
+    /// The analysed band: the bins lo to hi, both included.
     struct Band
     {
         int lo = 0;

@@ -50,13 +50,13 @@ public:
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     /// The clone has the scales of this bay, and elements with their initial values.
     [[nodiscard]] boost::shared_ptr<ZBay> Clone() override;
-    /// Throws ZException 2 if memory is short. If the engine does not support the rate, the output
-    /// stays dry and the latency unchanged. [setup]
+    /// Throws ZException kOutOfMemory if memory is short. If the engine does not support the rate,
+    /// the output stays dry and the latency unchanged. [setup]
     void SampleRateChanged() override;
     void SetDefaults() override;
     /// Makes a new engine and sets all elements to their defaults. Returns false if there can be no
-    /// engine; the input then passes unchanged. Throws ZException 2 if memory for the delay lines
-    /// is short. [setup]
+    /// engine; the input then passes unchanged. Throws ZException kOutOfMemory if memory for the
+    /// delay lines is short. [setup]
     bool Prepare() override;
     /// Resets the displays; the next pass clears the sound in engine and delay lines. Neither
     /// allocates nor waits. [any thread]

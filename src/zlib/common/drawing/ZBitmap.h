@@ -28,9 +28,9 @@ class ZBitmap : public ZDrawingContext
 {
 public:
     /// Makes a fully transparent image. The image fits every context, so context may be null and is
-    /// not read. hasAlpha is only kept: every image has alpha. Throws ZException -1 "Failed to
-    /// create new Bitmap object" if a side is not positive, the size is beyond ZImage's limits or
-    /// memory is short.
+    /// not read. hasAlpha is only kept: every image has alpha. Throws ZException kGeneral "Failed
+    /// to create new Bitmap object" if a side is not positive, the size is beyond ZImage's limits
+    /// or memory is short.
     ZBitmap(std::int32_t width, std::int32_t height, const ZDrawingContext* context,
             bool hasAlpha = false);
     /// Loads the resource at once. application may be null; then the bitmap stays empty.

@@ -10,7 +10,8 @@ class ZShadingFunction;
 class ZString;
 
 /// Makes the shading function that a description names: "ZNyquistBkgdShader" or
-/// "ZNyquistTitleShader". Throws ZException -1 "Unimplemented Shader Function" for any other name.
+/// "ZNyquistTitleShader". Throws ZException kGeneral "Unimplemented Shader Function" for any other
+/// name.
 [[nodiscard]] boost::shared_ptr<ZShadingFunction> MakeShadingFunction(const ZString& name);
 
 }  // namespace orvane

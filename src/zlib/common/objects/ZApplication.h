@@ -28,11 +28,11 @@ public:
     /// Gives the text that the string table has for an id. Returns false, with out unchanged, when
     /// there is none. [interface thread]
     virtual bool GetResourceString(std::int32_t id, ZString& out) = 0;
-    /// The resources that the library contains; they live as long as the library. None here.
-    /// [any thread]
+    /// The resources that the library contains; they live as long as the library.
+    /// ZApplication has none. [any thread]
     [[nodiscard]] virtual const ZResources& GetResources() const;
     /// The file that replaces a resource which the library does not contain; null when there is
-    /// none. Always null here. [interface thread]
+    /// none. ZApplication has none. [interface thread]
     [[nodiscard]] virtual boost::shared_ptr<ZFile> GetResourceFile(const ZString& name);
 };
 

@@ -141,8 +141,8 @@ public:
 
     /// Waits, while the loop goes on serving, until End, until a run of the same owner that began
     /// before has ended, or until the loop ends. The interface lock is given up meanwhile, so
-    /// whatever it guards may have changed. Throws ZException -1 when the system has no thread
-    /// left. [a thread of the loop]
+    /// whatever it guards may have changed. Throws ZException kGeneral when the system has no
+    /// thread left. [a thread of the loop]
     void Run();
     /// Lets Run return. [any thread]
     void End();

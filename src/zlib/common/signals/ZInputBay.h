@@ -14,7 +14,7 @@ namespace orvane
 class ZInputBay : public ZSignalBay
 {
 public:
-    /// Throws ZException -1 unless channels is 0 to kMaxChannels. [setup]
+    /// Throws ZException kGeneral unless channels is 0 to kMaxChannels. [setup]
     ZInputBay(std::string_view name, std::int32_t channels, ZLooper* looper = nullptr);
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;

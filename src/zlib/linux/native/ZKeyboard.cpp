@@ -10,7 +10,7 @@
 #include <clocale>
 #include <span>
 
-// The header of this one has a word of C++ for a name.
+// Declared here because XCB's header xkb.h does not compile as C++: it has a field named explicit.
 extern "C" xcb_void_cookie_t xcb_xkb_select_events(xcb_connection_t* connection,
                                                    std::uint16_t device, std::uint16_t affected,
                                                    std::uint16_t cleared, std::uint16_t selected,

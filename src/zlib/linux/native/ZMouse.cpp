@@ -69,7 +69,8 @@ std::optional<ZNativeMouseEvent> ZMouse::Translate(const xcb_generic_event_t& ev
         made = Press(button);
         break;
     case XCB_BUTTON_RELEASE:
-        // The window that a menu opens gets the release of a press which it did not get.
+        // A menu that opens at a press gets the release of that press, so a release without a press
+        // counts.
         if (isButton(button.detail) && (mHeld == kNoButton || mHeld == button.detail)) {
             mHeld = kNoButton;
             made = makeEvent(Event::kUp, event);

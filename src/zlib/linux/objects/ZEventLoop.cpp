@@ -222,8 +222,8 @@ void ZEventLoop::RunModally(const RunPtr& run)
         WaitForEnd(run);
     }
     {
-        // Only now, with the interface lock back: who holds it sees every run whose callback goes
-        // on.
+        // Only after the interface lock is held again: whoever held it meanwhile found the run in
+        // EndModalRuns(), since the callback that began it goes on from here.
         const std::lock_guard lock(mMutex);
         std::erase(mRuns, run);
     }
