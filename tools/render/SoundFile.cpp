@@ -97,7 +97,6 @@ SoundReader::SoundReader(const std::filesystem::path& path)
              "file into mono or stereo files first",
              mName, info.channels);
     mFormat = {info.samplerate, info.channels, info.format};
-    mExpectedFrames = info.frames;
 }
 
 int SoundReader::Read(StereoBlock& block)

@@ -13,6 +13,7 @@
 namespace orvane
 {
 
+/// Closes a sound file.
 struct SoundFileCloser
 {
     void operator()(SNDFILE* file) const { sf_close(file); }
@@ -42,8 +43,6 @@ public:
     explicit SoundReader(const std::filesystem::path& path);
 
     [[nodiscard]] const SoundFormat& Format() const { return mFormat; }
-    /// Length in frames by the file header; a damaged file may hold fewer.
-    [[nodiscard]] std::int64_t ExpectedFrames() const { return mExpectedFrames; }
     /// Number of samples read so far that were not finite and were replaced by 0.
     [[nodiscard]] std::int64_t BadSamples() const { return mBadSamples; }
 
@@ -59,7 +58,6 @@ private:
 
     std::string mName;
     SoundFormat mFormat;
-    std::int64_t mExpectedFrames = 0;
     std::int64_t mBadSamples = 0;
     std::vector<float> mInterleaved;
     SoundFileHandle mFile;

@@ -14,6 +14,7 @@ namespace orvane
 
 class PixelFont;
 
+/// Releases a reference to an object of Cairo.
 struct ArtworkFreer
 {
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }

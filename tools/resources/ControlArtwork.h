@@ -10,6 +10,7 @@ namespace orvane
 
 class PixelFont;
 
+/// How a check box is shown.
 enum class BoxState
 {
     kOff,
@@ -17,6 +18,7 @@ enum class BoxState
     kDisabled
 };
 
+/// How a button is shown.
 enum class ButtonState
 {
     kOff,
@@ -24,6 +26,7 @@ enum class ButtonState
     kDown   // pressed by the mouse, or latched
 };
 
+/// The lamp on a button.
 enum class ButtonLamp
 {
     kNone,

@@ -15,6 +15,7 @@ enum class KeyShape
     kCutLeft
 };
 
+/// How a key is shown.
 enum class KeyState
 {
     kRest,

@@ -6,6 +6,7 @@
 namespace orvane
 {
 
+/// The vowels that the singer can form.
 enum class Vowel
 {
     kA,

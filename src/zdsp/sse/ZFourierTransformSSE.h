@@ -15,6 +15,7 @@ namespace orvane
 /// A real signal of N samples is transformed as N/2 complex values, with even samples as real and
 /// odd ones as imaginary parts. A second step separates the two spectra. That halves the work, and
 /// the second step computes only the bins that the caller wants.
+/// [audio thread], made in [setup].
 class ZFourierTransformSSE : public ZFourierTransform
 {
 public:

@@ -11,7 +11,7 @@ namespace orvane
 
 /// The vector twin of ZGain, which processes four samples per step. It has no guard and runs over
 /// the padded length of the buffers; only peaks ignore the padding. Operations that it does not
-/// override are those of the plain form.
+/// override are those of the plain form. [audio thread], made in [setup].
 class ZGainSSE : public ZGain
 {
 public:

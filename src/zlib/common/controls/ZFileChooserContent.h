@@ -41,7 +41,6 @@ public:
     [[nodiscard]] bool IsAsking() const { return !mToReplace.empty(); }
     /// Returns the place of a line of the list, counted from the first one in sight.
     [[nodiscard]] static ZRect GetLineRect(std::int32_t line);
-    [[nodiscard]] const std::vector<ZFolderEntry>& GetEntries() const { return mEntries; }
 
     void Draw(ZDrawingContext& context) override;
     bool Mouse(const ZNativeMouseEvent& event) override;

@@ -169,6 +169,7 @@ private:
 };
 
 /// Saves the state of a context when it is made and restores it when it is destroyed.
+/// [interface thread]
 class ZSavedStateScope
 {
 public:

@@ -9,7 +9,7 @@ namespace orvane
 class ZGraphics;
 
 /// The result of ZDrawingContext::SaveState: the level of a saved state of the target, and the
-/// scales that belong to the saved transform.
+/// scales that belong to the saved transform. [interface thread]
 class ZSavedGraphicsState
 {
     friend class ZDrawingContext;

@@ -5,10 +5,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -56,20 +54,6 @@ public:
     {
         const std::lock_guard guard(mLock);
         mItems.swap(items);
-        CountItems();
-    }
-
-    /// Takes items off the end until no more than count are left.
-    void Truncate(std::int32_t count)
-    {
-        assert(count >= 0);
-        std::vector<T> removed;  // outlives the guard
-        const std::lock_guard guard(mLock);
-        if (count >= std::ssize(mItems))
-            return;
-        const auto first = mItems.begin() + count;
-        removed.assign(std::make_move_iterator(first), std::make_move_iterator(mItems.end()));
-        mItems.erase(first, mItems.end());
         CountItems();
     }
 

@@ -62,7 +62,7 @@ private:
     std::map<std::string, std::shared_ptr<const ZMsgItem>, std::less<>> mItems;
 };
 
-/// Named fields without a message id.
+/// Named fields without a message id. One thread at a time. [any thread but the audio thread]
 class ZDictionary : public ZMessage
 {
 public:

@@ -41,7 +41,7 @@ private:
 };
 
 /// Adds a product's rows to the library's table. A constant at namespace scope, so that the rows
-/// are added while the library loads.
+/// are added while the library loads. [setup]
 class ZMessageRows
 {
 public:

@@ -12,6 +12,7 @@ namespace orvane
 
 /// The state machine that reads a tag. Only the space character separates attributes; tabs and line
 /// ends are ordinary characters. A `>` ends the tag in every state, also inside quotes.
+/// One thread at a time. [any thread but the audio thread]
 class ZXMLTagReader
 {
 public:

@@ -51,6 +51,7 @@ void drawLine(ZDrawingContext& context, const ZString& text, const ZRect& rect, 
 void drawText(ZDrawingContext& context, const ZString& text, const ZRect& rect,
               const ZColor& color);
 
+/// How drawButton shows a button.
 enum class ButtonState
 {
     kNormal,

@@ -68,12 +68,6 @@ std::int32_t ZSubviews::IndexOf(const ZView* view) const
     return found == mViews.end() ? -1 : static_cast<std::int32_t>(found - mViews.begin());
 }
 
-std::int32_t ZSubviews::Count() const
-{
-    const std::lock_guard guard(mLock);
-    return static_cast<std::int32_t>(mViews.size());
-}
-
 boost::shared_ptr<ZView> ZSubviews::Find(std::string_view name) const
 {
     const std::lock_guard guard(mLock);

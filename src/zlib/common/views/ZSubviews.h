@@ -42,7 +42,6 @@ public:
     [[nodiscard]] boost::shared_ptr<ZView> At(std::int32_t index) const;
     /// Returns -1 when the view is not in the list.
     [[nodiscard]] std::int32_t IndexOf(const ZView* view) const;
-    [[nodiscard]] std::int32_t Count() const;
     /// Returns the first view of that name in the trees below, depth first; null when there is
     /// none.
     [[nodiscard]] boost::shared_ptr<ZView> Find(std::string_view name) const;

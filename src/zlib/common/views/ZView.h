@@ -201,7 +201,6 @@ public:
     {
         return mSubviews.IndexOf(view);
     }
-    [[nodiscard]] std::int32_t GetSubviewCount() const { return mSubviews.Count(); }
     /// Returns the first view of that name below this one, depth first; null when there is none.
     [[nodiscard]] boost::shared_ptr<ZView> FindSubview(std::string_view name) const
     {
@@ -251,7 +250,6 @@ public:
     }
     /// Returns the window coordinates of the view's point 0, 0, as computed last.
     [[nodiscard]] const ZPoint& GetWindowOrigin() const { return mWindowOrigin; }
-    [[nodiscard]] ZView* GetParent() const { return mParent; }
     [[nodiscard]] ZWindow* GetWindow() const { return mWindow; }
     [[nodiscard]] ZDocument* GetDocument() const { return mDocument; }
     void SetTargetName(std::string_view name) { mTargetName = name; }

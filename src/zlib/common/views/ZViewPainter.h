@@ -40,7 +40,6 @@ public:
     /// The font must not be null.
     virtual void SetFont(const boost::shared_ptr<ZFont>& font);
     [[nodiscard]] const boost::shared_ptr<ZFont>& GetFont() const { return mFont; }
-    [[nodiscard]] const boost::shared_ptr<ZDrawingContext>& GetContext() const { return mContext; }
 
 protected:
     ZViewPainter();

@@ -166,7 +166,6 @@ public:
     [[nodiscard]] std::vector<ZWindowManager*> GetWindowManagers() const;
 
     [[nodiscard]] const boost::shared_ptr<ZView>& GetRootView() const { return mRootView; }
-    [[nodiscard]] const boost::shared_ptr<ZDrawingContext>& GetContext() const { return mContext; }
     /// Returns the title bar's text, composed by `titlestyle`.
     [[nodiscard]] const ZString& GetTitle() const { return mTitle; }
     [[nodiscard]] std::int32_t GetWidth() const { return mPlace.GetSize().x; }

@@ -11,6 +11,7 @@
 namespace orvane
 {
 
+/// Releases a reference to an object of Cairo.
 struct CairoFreer
 {
     void operator()(cairo_t* context) const { cairo_destroy(context); }

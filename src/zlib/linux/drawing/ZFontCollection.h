@@ -11,6 +11,7 @@
 namespace orvane
 {
 
+/// Releases a reference to an object of GLib.
 struct GObjectFreer
 {
     void operator()(gpointer object) const { g_object_unref(object); }

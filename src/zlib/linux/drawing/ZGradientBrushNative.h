@@ -7,6 +7,7 @@
 namespace orvane
 {
 
+/// A gradient of Cairo.
 struct ZGradientBrush::Native
 {
     CairoPointer<cairo_pattern_t> pattern;

@@ -16,6 +16,7 @@
 namespace orvane
 {
 
+/// Releases a reference to an object of xkbcommon.
 struct XkbFreer
 {
     void operator()(xkb_context* context) const { xkb_context_unref(context); }

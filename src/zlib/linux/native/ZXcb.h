@@ -18,6 +18,7 @@ struct XcbFreer
 template <typename T>
 using XcbPointer = std::unique_ptr<T, XcbFreer>;
 
+/// Closes a connection to the display.
 struct XcbDisconnecter
 {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
