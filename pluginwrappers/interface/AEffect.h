@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace orvane
@@ -74,5 +75,8 @@ struct AEffect
     AEffectProcessDoubleProc processDoubleReplacing;
     char future[56];
 };
+static_assert(sizeof(void*) != 8 || sizeof(AEffect) == 192);
+static_assert(offsetof(AEffect, future) ==
+              offsetof(AEffect, processDoubleReplacing) + sizeof(void*));
 
 }  // namespace orvane

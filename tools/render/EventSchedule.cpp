@@ -14,6 +14,7 @@ namespace orvane
 
 std::int64_t frameAt(double seconds, int rate)
 {
+    assert(seconds >= 0.0 && rate > 0);
     constexpr double kFurthest = 9e15;  // a double holds every whole number up to here
     return std::llround(std::min(seconds * rate, kFurthest));
 }
@@ -23,6 +24,8 @@ EventSchedule::EventSchedule(const std::vector<AutomationPoint>& automation,
                              int rate)
     : mMessages(std::move(messages))
 {
+    assert(std::ranges::is_sorted(automation, {}, &AutomationPoint::seconds));
+    assert(std::ranges::is_sorted(mMessages, {}, &MidiEvent::seconds));
     for (const AutomationPoint& point : automation)
         mChanges.push_back({frameAt(point.seconds, rate), settings.ToHost(point.value)});
     for (const MidiEvent& message : mMessages)

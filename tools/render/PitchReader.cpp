@@ -31,6 +31,7 @@ int hopAt(int rate)
 PitchReader::PitchReader(int rate, KestruneSourceRange range, int pitchReference)
     : mHop(hopAt(rate))
 {
+    assert(pitchReference >= 0 && pitchReference <= 2);
     if (!mEngine.Initialize(static_cast<float>(rate), mHop))
         fail("not enough memory to read pitches at {} Hz", rate);
     mEngine.SetFrequencyRange(range.lowHz, range.highHz);

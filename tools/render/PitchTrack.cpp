@@ -29,6 +29,7 @@ double centsApart(float a, float b)
 /// The smallest value that at least the given share of the values does not exceed. Reorders values.
 std::optional<double> quantile(std::vector<double>& values, double share)
 {
+    assert(share >= 0.0 && share <= 1.0);
     if (values.empty())
         return std::nullopt;
     const auto at =
@@ -45,6 +46,8 @@ PitchTrack::PitchTrack(int rate, int longestBlock, int pitchReference)
     , mPitchReference(pitchReference)
     , mRing(static_cast<std::size_t>(rate + longestBlock), 0.0f)
 {
+    assert(rate > 0 && longestBlock > 0);
+    assert(pitchReference >= 0 && pitchReference <= 2);
 }
 
 float PitchTrack::DetectorInput(const StereoBlock& block, std::size_t i) const
@@ -86,6 +89,7 @@ double PitchTrack::At(std::int64_t frame) const
 
 PitchTrack::Window PitchTrack::Measure(std::int64_t first, int count) const
 {
+    assert(count > 0);
     double sum = 0.0;
     double squares = 0.0;
     for (int i = 0; i < count; ++i) {
@@ -99,6 +103,7 @@ PitchTrack::Window PitchTrack::Measure(std::int64_t first, int count) const
 
 double PitchTrack::Correlation(std::int64_t first, int lag, int count, double mean) const
 {
+    assert(lag > 0 && count > 0);
     double product = 0.0;
     double early = 0.0;
     double late = 0.0;

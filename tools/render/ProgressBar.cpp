@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <string>
 
@@ -33,6 +34,7 @@ ProgressBar::~ProgressBar()
 
 void ProgressBar::Add(std::int64_t frames)
 {
+    assert(frames >= 0);
     mFrames += frames;
     const auto now = std::chrono::steady_clock::now();
     if (!mIsTerminal || now < mNextDraw)

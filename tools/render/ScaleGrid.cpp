@@ -53,6 +53,7 @@ double ScaleGrid::CentsOff(double hz) const
 
 std::vector<ScaleGrid::Note> ScaleGrid::Notes(double low, double high) const
 {
+    assert(low <= high);
     std::vector<Note> notes;
     const int firstOctave = static_cast<int>(std::floor((low - mRoot) / kDegrees)) - 1;
     const int lastOctave = static_cast<int>(std::ceil((high - mRoot) / kDegrees)) + 1;

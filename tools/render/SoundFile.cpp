@@ -147,6 +147,8 @@ SoundWriter::SoundWriter(const std::filesystem::path& path, const std::string& n
 
 void SoundWriter::Write(const StereoBlock& block, int first, int count)
 {
+    assert(mFile && first >= 0 && count >= 0);
+    assert(static_cast<std::size_t>(first + count) <= block[0].size());
     const auto channels = static_cast<std::size_t>(mChannels);
     mInterleaved.resize(static_cast<std::size_t>(kFramesPerWrite) * channels);
     for (int done = 0; done < count;) {
@@ -164,6 +166,7 @@ void SoundWriter::Write(const StereoBlock& block, int first, int count)
 
 void SoundWriter::Close()
 {
+    assert(mFile);
     const int error = sf_close(mFile.release());
     if (error != SF_ERR_NO_ERROR)
         fail("cannot write {}: {}", mName, sf_error_number(error));

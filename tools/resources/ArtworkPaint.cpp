@@ -67,6 +67,7 @@ void setGradient(cairo_t* context, std::initializer_list<InkStop> stops, Directi
 
 void addBox(cairo_t* context, const Box& box)
 {
+    assert(box.width > 0.0 && box.height > 0.0);
     cairo_rectangle(context, box.left, box.top, box.width, box.height);
 }
 
@@ -84,6 +85,7 @@ void addRoundedBox(cairo_t* context, const Box& box, double radius)
 
 void addDisc(cairo_t* context, double x, double y, double radius)
 {
+    assert(radius > 0.0);
     cairo_new_sub_path(context);
     cairo_arc(context, x, y, radius, 0.0, 2.0 * std::numbers::pi);
     cairo_close_path(context);

@@ -3,6 +3,8 @@
 
 #include "kestrune/common/engine/PsolaClass.h"
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -23,6 +25,8 @@ void apply(PsolaClass& engine, const Settings& settings, const IsNew& isNew) noe
         engine.SetCorrectionTime(settings.correctionTimeMs);
     if (isNew(&Settings::referenceHz))
         engine.SetReferenceFrequency(settings.referenceHz);
+    assert(settings.tones.count >= 0);
+    assert(static_cast<std::size_t>(settings.tones.count) <= settings.tones.values.size());
     if (isNew(&Settings::tones))
         engine.SetScaleTones(settings.tones.values.data(), settings.tones.count);
     if (isNew(&Settings::ignoredNotes))

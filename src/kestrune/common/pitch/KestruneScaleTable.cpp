@@ -17,6 +17,7 @@ constexpr int kBuiltInScales = static_cast<int>(kBuiltInScaleNames.size());
 template <class Flag>
 std::span<Flag> rowOf(std::span<Flag> archive, int row)
 {
+    assert(row >= 0 && std::ssize(archive) >= (row + 1) * kDegrees);
     return archive.subspan(static_cast<std::size_t>(row * kDegrees), kDegrees);
 }
 

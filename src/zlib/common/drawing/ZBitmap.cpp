@@ -69,6 +69,8 @@ struct Line
 /// beyond the ends count as 0.
 void averageLine(const Line& line, std::size_t radius, std::vector<float>& scratch)
 {
+    assert(line.count > 0 && line.step > 0);
+    assert(line.first + (line.count - 1) * line.step < line.values.size());
     const auto at = [&](std::size_t i) -> float& {
         return line.values[line.first + i * line.step];
     };
@@ -91,6 +93,7 @@ void averageLine(const Line& line, std::size_t radius, std::vector<float>& scrat
 /// The mean over a square, taken along rows and then along columns.
 void averageSquare(std::span<float> values, std::size_t width, std::size_t radius)
 {
+    assert(width > 0 && values.size() % width == 0);
     const std::size_t height = values.size() / width;
     std::vector<float> scratch;
     for (std::size_t y = 0; y < height; ++y)
@@ -148,6 +151,7 @@ void ZBitmap::Adopt(std::unique_ptr<ZImage> image)
 {
     if (!image)
         return;
+    assert(!mImageGraphics);  // it would go on drawing into the image before
     mImage = std::move(image);
     mWidth = mImage->GetWidth();
     mHeight = mImage->GetHeight();
@@ -165,6 +169,7 @@ const ZImage* ZBitmap::GetNative() const
 ZImage* ZBitmap::MakeOwn() const
 {
     if (!mImage && GetNative()) {
+        assert(mShared);
         mImage = mShared->Copy();
         mShared.reset();
     }
@@ -194,6 +199,7 @@ void ZBitmap::UnlockPixels()
 {
     if (!mLocked)
         return;
+    assert(std::ssize(mLockData) == std::int64_t{mWidth} * mHeight);
     if (ZImage* const image = MakeOwn())
         image->WritePixels(mLockData);
     mLockData = {};

@@ -8,6 +8,7 @@
 #include "zlib/common/drawing/ZShader.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace orvane
@@ -221,6 +222,7 @@ void ZDrawingContext::SetAntiAlias(bool on)
 
 void ZDrawingContext::SetPenWidth(float width)
 {
+    assert(mHorizontalScale != 0.0f || mVerticalScale != 0.0f);
     // Absolute values: a mirroring scale is negative.
     mPen.width = width / std::max(std::abs(mHorizontalScale), std::abs(mVerticalScale));
 }

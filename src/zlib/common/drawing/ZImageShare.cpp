@@ -2,6 +2,7 @@
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/objects/ZNeverDestroyed.h"
 
+#include <cassert>
 #include <map>
 #include <mutex>
 
@@ -26,6 +27,7 @@ struct Shares
     }
     void Add(const std::byte* place, const std::shared_ptr<const ZImage>& image)
     {
+        assert(place && image);
         const std::lock_guard lock(mutex);
         images.insert_or_assign(place, image);
     }

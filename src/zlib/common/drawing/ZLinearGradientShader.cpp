@@ -2,6 +2,7 @@
 #include "zlib/common/drawing/ZLinearGradientShader.h"
 
 #include <array>
+#include <cassert>
 #include <cstdint>
 
 namespace orvane
@@ -30,6 +31,7 @@ ZLinearGradientShader::ZLinearGradientShader(const ZColor& first, const ZColor& 
     , mMidPoint(midPoint)
     , mSecondPoint(secondPoint)
 {
+    assert(midPoint >= 0.0f && midPoint <= 1.0f);
 }
 
 boost::shared_ptr<ZGradientBrush> ZLinearGradientShader::MakeBrush(const ZPoint& from,

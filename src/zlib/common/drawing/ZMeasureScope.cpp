@@ -5,6 +5,8 @@
 #include "zlib/common/drawing/ZGraphics.h"
 #include "zlib/common/drawing/ZImage.h"
 
+#include <cassert>
+
 namespace orvane
 {
 
@@ -22,6 +24,7 @@ ZMeasureScope::ZMeasureScope(ZDrawingContext& context)
 
 ZMeasureScope::~ZMeasureScope()
 {
+    assert(!mGraphics || mContext.GetGraphics() == mGraphics.get());
     if (mGraphics)
         mContext.SetGraphics(nullptr);
 }

@@ -2,6 +2,7 @@
 #include "zlib/common/drawing/ZPathOutline.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <numbers>
 
@@ -24,6 +25,7 @@ ZPathPoint onCircle(const ZPathPoint& centre, float radius, float degrees)
 
 void ZPathOutline::JoinAt(const ZPathPoint& point)
 {
+    assert(!mOpen || !mSegments.empty());
     if (!mOpen)
         mSegments.push_back({Kind::kMove, point});
     else if (mSegments.back().point != point)
@@ -55,6 +57,7 @@ void ZPathOutline::Append(const ZPathOutline& other)
         return;
     const std::vector<Segment> added = other.mSegments;
     const bool addedOpen = other.mOpen;
+    assert(added.front().kind == Kind::kMove);
     JoinAt(added.front().point);
     mSegments.insert(mSegments.end(), added.begin() + 1, added.end());
     mOpen = addedOpen;

@@ -65,6 +65,7 @@ bool hasDisplay()
 
 std::optional<std::string> findProgram(const std::string& name)
 {
+    assert(!name.empty() && name.find('/') == std::string::npos);
     const char* const path = std::getenv("PATH");
     std::istringstream folders(path ? path : "/usr/local/bin:/usr/bin:/bin");
     for (std::string folder; std::getline(folders, folder, ':');) {
@@ -108,6 +109,7 @@ ZDesktopProgram::~ZDesktopProgram()
 
 bool ZDesktopProgram::IsOurChild() const
 {
+    assert(HasStarted());
     siginfo_t ended{};
     return waitid(P_PID, static_cast<id_t>(mProcess), &ended, WEXITED | WNOHANG | WNOWAIT) == 0;
 }

@@ -5,6 +5,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -20,6 +21,7 @@ boost::shared_ptr<ZGradientBrush> ZGradientBrush::Make(const ZPoint& from, const
         cairo_pattern_create_linear(within(from.x), within(from.y), within(to.x), within(to.y)));
     cairo_pattern_set_extend(native->pattern.get(), CAIRO_EXTEND_PAD);
     for (const Stop& stop : stops) {
+        assert(stop.position >= 0.0f && stop.position <= 1.0f);
         cairo_pattern_add_color_stop_rgba(native->pattern.get(), stop.position,
                                           stop.color.red / 255.0, stop.color.green / 255.0,
                                           stop.color.blue / 255.0, stop.color.alpha / 255.0);

@@ -8,6 +8,7 @@
 #include "zlib/linux/drawing/ZImageNative.h"
 #include "zlib/linux/drawing/ZTextLayout.h"
 
+#include <cassert>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -136,6 +137,7 @@ double deviceScale(cairo_t* context)
 /// The width to stroke with, in units of the transform; never thinner than a device pixel.
 double strokeWidth(cairo_t* context, const ZPen& pen)
 {
+    assert(deviceScale(context) > 0.0);  // no transform without an inverse is ever in force
     const double pixel = 1.0 / deviceScale(context);
     return pen.width > pixel ? within(pen.width) : pixel;
 }
@@ -155,6 +157,7 @@ OpenEnds openEnds(cairo_t* context, std::span<const Segment> segments)
         const bool last = i + 1 == segments.size() || segments[i + 1].kind == Segment::Kind::kMove;
         if (segments[i].kind == Segment::Kind::kMove)
             result.starts.push_back(point);
+        assert(!result.starts.empty());  // the first segment of a figure is a kMove
         if (last && segments[i].kind == Segment::Kind::kClose)
             result.starts.pop_back();
         else if (last)
@@ -327,6 +330,7 @@ ZRect toPixels(const PangoRectangle& extents, std::int32_t left, std::int32_t to
 ZGraphics::ZGraphics(ZImage& image)
     : mNative(std::make_unique<Native>())
 {
+    assert(image.GetNative().surface);
     mNative->context.reset(cairo_create(image.GetNative().surface.get()));
     SetAntiAlias(false);
 }
@@ -426,6 +430,7 @@ void ZGraphics::DrawImage(const ZImage& image, const ZRect& source, const ZRect&
     const ZRect part = source.Intersection({0, 0, image.GetWidth(), image.GetHeight()});
     if (part.IsEmpty() || target.IsEmpty())
         return;
+    assert(source.GetWidth() > 0 && source.GetHeight() > 0);
     cairo_t* const context = mNative->context.get();
     const double scaleX = static_cast<double>(target.GetWidth()) / source.GetWidth();
     const double scaleY = static_cast<double>(target.GetHeight()) / source.GetHeight();
@@ -539,6 +544,7 @@ std::int32_t ZGraphics::Save()
 
 void ZGraphics::Restore(std::int32_t level)
 {
+    assert(level >= 0 && mNative->level >= 0);
     for (; level > 0 && mNative->level >= level; --mNative->level)
         cairo_restore(mNative->context.get());
 }

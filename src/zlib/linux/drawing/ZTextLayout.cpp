@@ -6,6 +6,7 @@
 #include "zlib/linux/drawing/ZCairo.h"
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 #include <memory>
 #include <string>
@@ -103,6 +104,7 @@ void ZTextLayout::Fit(std::int32_t width, const ZGraphics::TextFormat& format)
 {
     if (!mLayout)
         return;
+    assert(width > 0);
     constexpr std::int32_t kWidest = std::numeric_limits<int>::max() / PANGO_SCALE;
     pango_layout_set_width(mLayout.get(), std::clamp(width, 0, kWidest) * PANGO_SCALE);
     pango_layout_set_alignment(mLayout.get(), toPango(format.align));

@@ -19,6 +19,7 @@ constexpr std::size_t kMostBytes = 200'000;
 std::size_t pixelsOfRequest(xcb_connection_t* connection)
 {
     const std::size_t bytes = std::size_t{xcb_get_maximum_request_length(connection)} * 4;
+    static_assert(kMostBytes > sizeof(xcb_put_image_request_t));
     return (std::min(bytes, kMostBytes) - sizeof(xcb_put_image_request_t)) / 4;
 }
 
@@ -51,6 +52,7 @@ ZBlitter::ZBlitter(xcb_connection_t* connection, xcb_window_t root, std::uint8_t
     , mShared(route == Route::kBest ? ZSharedPixels::Create(connection) : nullptr)
     , mContext(makeContext(connection, root, depth))
 {
+    assert(connection && root != XCB_NONE);
 }
 
 void ZBlitter::Blit(xcb_window_t window, const ZImage& image, const ZRect& rect)

@@ -75,6 +75,7 @@ ZSharedPixels::ZSharedPixels(xcb_connection_t* connection, std::span<std::uint32
     , mMemory(memory)
     , mId(id)
 {
+    assert(mConnection && mMemory.size() == kCapacity);
 }
 
 ZSharedPixels::~ZSharedPixels()
@@ -99,6 +100,7 @@ std::span<std::uint32_t> ZSharedPixels::Reserve(std::size_t count)
 void ZSharedPixels::Put(xcb_window_t window, xcb_gcontext_t context, std::uint8_t depth,
                         const xcb_rectangle_t& rect) const
 {
+    assert(std::size_t{rect.width} * rect.height == mEnd - mBegin);
     xcb_shm_put_image(mConnection, window, context, rect.width, rect.height, 0, 0, rect.width,
                       rect.height, rect.x, rect.y, depth, XCB_IMAGE_FORMAT_Z_PIXMAP, 0, mId,
                       static_cast<std::uint32_t>(mBegin * sizeof(std::uint32_t)));
