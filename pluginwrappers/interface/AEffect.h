@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 namespace orvane
@@ -75,8 +74,5 @@ struct AEffect
     AEffectProcessDoubleProc processDoubleReplacing;
     char future[56];
 };
-static_assert(sizeof(void*) != 8 || sizeof(AEffect) == 192);
-static_assert(offsetof(AEffect, future) ==
-              offsetof(AEffect, processDoubleReplacing) + sizeof(void*));
 
 }  // namespace orvane

@@ -35,8 +35,6 @@ struct VstMidiEvent
     char reserved1;
     char reserved2;
 };
-static_assert(sizeof(VstMidiEvent) == sizeof(VstEvent));
-static_assert(sizeof(VstEvent) == 32);
 
 /// The events of a block, in order. The array has numEvents entries, whatever its declared length.
 struct VstEvents
