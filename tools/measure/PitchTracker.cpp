@@ -56,6 +56,8 @@ PitchTracker::PitchTracker(std::span<const float> samples, double sampleRate)
 
 double PitchTracker::difference(std::size_t centre, std::size_t lag) const
 {
+    assert(centre >= (mWindow + lag) / 2);
+    assert(centre - (mWindow + lag) / 2 + lag + mWindow <= mSmoothed.size());
     // Both stretches are centred on the same sample, so that all lags measure the same time.
     const float* early = mSmoothed.data() + centre - (mWindow + lag) / 2;
     const float* late = early + lag;
