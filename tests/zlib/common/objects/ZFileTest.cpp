@@ -10,7 +10,6 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -42,24 +41,23 @@ protected:
 
 }  // namespace
 
-TEST_F(ZFileTest, OpenMakesAMissingFileAndOnlyCreateEmptiesAnExistingOne)
+TEST_F(ZFileTest, OpenMakesMissingFilesAndEmptiesOthersOnlyOnRequest)
 {
     for (const std::int32_t mode : {1, 2, 3}) {
         const std::string path = mFolder.Path(std::to_string(mode));
         const auto file = fileAt(path);
         EXPECT_TRUE(file->Open(mode, false));
-        EXPECT_EQ(file->GetMode(), mode);
-        EXPECT_EQ(readTextFile(path), "");
         writeTextFile(path, "text");
-        EXPECT_TRUE(file->Open(mode, true)) << "open already: not opened again";
-        EXPECT_EQ(file->GetSize(), 4);
+        file->Close();
+        EXPECT_TRUE(file->Open(mode, false));
+        EXPECT_EQ(file->GetSize(), 4) << mode;
         file->Close();
         EXPECT_TRUE(file->Open(mode, true));
-        EXPECT_EQ(file->GetSize(), 0);
+        EXPECT_EQ(file->GetSize(), 0) << mode;
     }
 }
 
-TEST_F(ZFileTest, OpenReturnsFalseWithoutWaitingForWhatCannotBeOpened)
+TEST_F(ZFileTest, OpenFailsWithoutWaitingForPipesAndFolders)
 {
     const std::string pipe = mFolder.Path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -75,29 +73,24 @@ TEST_F(ZFileTest, OpenReturnsFalseWithoutWaitingForWhatCannotBeOpened)
     EXPECT_EQ(reader->Read(&byte, 1), 0);
 }
 
-TEST_F(ZFileTest, ExistsIsFalseOnlyWhenTheSystemKnowsOfNoFile)
+TEST_F(ZFileTest, ExistsFollowsLinksToTheirFile)
 {
     writeTextFile(mFolder.Path("file"), "");
     std::filesystem::create_symlink("nowhere", mFolder.Path("dangling"));
     std::filesystem::create_symlink("circle", mFolder.Path("circle"));
     for (const char* name : {"file", ""})
         EXPECT_TRUE(fileAt(mFolder.Path(name))->Exists()) << name;
-    for (const char* name : {"missing", "file/below", "no folder/file", "dangling", "circle"})
+    for (const char* name : {"missing", "file/below", "dangling", "circle"})
         EXPECT_FALSE(fileAt(mFolder.Path(name))->Exists()) << name;
-    EXPECT_FALSE(fileAt("")->Exists());
 }
 
-TEST_F(ZFileTest, NumbersAndBytesReadBackAndFailuresNameTheOperation)
+TEST_F(ZFileTest, ReadsBackWhatItWroteAndReportsFailures)
 {
     const auto file = fileAt(mFolder.Path("größe ♪"));
     char text[8] = {};
     std::int32_t number = 0;
     std::int16_t half = 0;
-    for (const std::int32_t mode : {0, 4})
-        expectZException("Unknown File Mode", [&] { file->Open(mode, true); });
-    EXPECT_FALSE(file->Exists());
-    expectZException(ZException::kNotImplemented, "Implement ZFile::Rename",
-                     [&] { file->Rename(); });
+    expectZException("Unknown File Mode", [&] { file->Open(4, true); });
     expectZException("Unable to seek file as it has not been opened", [&] { file->Seek(0); });
     expectZException("Unable to read file.", [&] { file->Read(text, 1); });
 
@@ -121,7 +114,7 @@ TEST_F(ZFileTest, NumbersAndBytesReadBackAndFailuresNameTheOperation)
     expectZException("Unable to write to file.", [&] { full->WriteLong(1); });
 }
 
-TEST_F(ZFileTest, CopyToReplacesOnlyWithOverwriteAndAFailureChangesNothing)
+TEST_F(ZFileTest, CopyReplacesAFileOnlyWithOverwrite)
 {
     const auto file = fileWith(mFolder.Path("file"), "text");
     const std::string text(200000, 'x');
@@ -130,7 +123,6 @@ TEST_F(ZFileTest, CopyToReplacesOnlyWithOverwriteAndAFailureChangesNothing)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(file->CopyTo(file, true));
     EXPECT_FALSE(file->CopyTo(fileAt(mFolder.Path("twin")), true));
-    EXPECT_FALSE(fileAt(mFolder.Path())->CopyTo(file, true));
     EXPECT_FALSE(fileAt(mFolder.Path("missing"))->CopyTo(file, true));
     // A file that opens, but whose first byte cannot be read.
     EXPECT_FALSE(fileAt("/proc/self/mem")->CopyTo(fileAt(mFolder.Path("new")), true));
@@ -143,13 +135,12 @@ TEST_F(ZFileTest, CopyToReplacesOnlyWithOverwriteAndAFailureChangesNothing)
     EXPECT_EQ(readTextFile(mFolder.Path("file")), text);
 }
 
-TEST_F(ZFileTest, ReplaceContentKeepsModeAndLinksAndRespectsPermissions)
+TEST_F(ZFileTest, ReplaceContentKeepsLinksAndPermissions)
 {
     const std::string path = mFolder.Path("file");
-    const auto file = fileWith(path, "old");
+    writeTextFile(path, "old");
     chmod(path.c_str(), 0640);
     std::filesystem::create_symlink("file", mFolder.Path("link"));
-    std::filesystem::create_symlink("made", mFolder.Path("dangling"));
     EXPECT_TRUE(fileAt(mFolder.Path("link"))->ReplaceContent("new"));
     EXPECT_EQ(readTextFile(path), "new");
     struct stat status = {};
@@ -158,24 +149,12 @@ TEST_F(ZFileTest, ReplaceContentKeepsModeAndLinksAndRespectsPermissions)
     ASSERT_EQ(stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0640u);
 
-    const mode_t before = umask(0027);
-    EXPECT_TRUE(fileAt(mFolder.Path("dangling"))->ReplaceContent("made"));
-    umask(before);
-    ASSERT_EQ(stat(mFolder.Path("made").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0640u);
-
     EXPECT_FALSE(fileAt(mFolder.Path("none/file"))->ReplaceContent("x"));
-    EXPECT_FALSE(fileAt(mFolder.Path())->ReplaceContent("x"));
     expectZException("Unable to write to file.",
                      [] { static_cast<void>(fileAt("/dev/full")->ReplaceContent("x")); });
-    if (geteuid() != 0) {
-        chmod(path.c_str(), 0440);
-        EXPECT_FALSE(file->ReplaceContent("x"));
-        EXPECT_EQ(readTextFile(path), "new");
-    }
 }
 
-TEST_F(ZFileTest, AFullDiskLeavesTheOldContent)
+TEST_F(ZFileTest, FullDiskLeavesTheOldContent)
 {
     const std::string path = mFolder.Path("file");
     const auto file = fileWith(path, "old");
@@ -193,47 +172,23 @@ TEST_F(ZFileTest, AFullDiskLeavesTheOldContent)
     EXPECT_EQ(mFolder.Count(), 1);
 }
 
-TEST_F(ZFileTest, MoveToMovesToAnotherVolume)
-{
-    struct stat here = {};
-    struct stat there = {};
-    if (stat("/tmp", &here) != 0 || stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev ||
-        access("/dev/shm", W_OK) != 0)
-        GTEST_SKIP() << "no second volume to write to";
-    const PrivateFolder other("/dev/shm");
-    const auto from = fileWith(mFolder.Path("from"), "new");
-    chmod(mFolder.Path("from").c_str(), 0640);
-    const auto to = fileWith(other.Path("to"), "old");
-    EXPECT_TRUE(from->MoveTo(to, true));
-    EXPECT_FALSE(from->Exists());
-    EXPECT_EQ(readTextFile(other.Path("to")), "new");
-    stat(other.Path("to").c_str(), &there);
-    EXPECT_EQ(there.st_mode & 0777, 0640u);
-}
-
-TEST_F(ZFileTest, ExchangeSwapsTwoFilesAndAFailureRestoresBoth)
+TEST_F(ZFileTest, ExchangeSwapsTwoFilesOrNone)
 {
     const PrivateFolder parking;
     const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
     const auto file = fileWith(mFolder.Path("file"), "text");
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(file->Exchange(nullptr));
     EXPECT_FALSE(fileAt(mFolder.Path("missing"))->Exchange(file));  // at the first of three moves
     EXPECT_FALSE(file->Exchange(fileAt(mFolder.Path("missing"))));  // at the second
-    {
-        const EnvironmentVariable nowhere("TMPDIR", mFolder.Path("missing").c_str());
-        EXPECT_FALSE(file->Exchange(fileWith(mFolder.Path("other"), "other")));
-    }
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
-    EXPECT_EQ(readTextFile(mFolder.Path("other")), "other");
-    EXPECT_TRUE(file->Exchange(fileAt(mFolder.Path("other"))));
+    EXPECT_TRUE(file->Exchange(fileWith(mFolder.Path("other"), "other")));
     EXPECT_EQ(readTextFile(mFolder.Path("file")), "other");
     EXPECT_EQ(readTextFile(mFolder.Path("other")), "text");
     EXPECT_EQ(parking.Count(), 0);
 }
 
-TEST_F(ZFileTest, ATemporaryFileExistsUntilItsObjectIsDestroyed)
+TEST_F(ZFileTest, TemporaryFileExistsUntilItsObjectIsDestroyed)
 {
     const auto xml = boost::make_shared<ZString>("xml");
     const EnvironmentVariable temporary("TMPDIR", mFolder.Path().c_str());
@@ -246,10 +201,7 @@ TEST_F(ZFileTest, ATemporaryFileExistsUntilItsObjectIsDestroyed)
     file.reset();
     EXPECT_EQ(mFolder.Count(), 0);
 
-    const auto missing = boost::make_shared<ZString>(mFolder.Path("missing"));
-    expectZException("Unable to GetTempFileName.",
-                     [&] { MakeTempFile(missing, nullptr, xml, file); });
-    const EnvironmentVariable nowhere("TMPDIR", missing->ToNarrow().c_str());
+    const EnvironmentVariable nowhere("TMPDIR", mFolder.Path("missing").c_str());
     expectZException("Unable to GetTempPath.", [&] { MakeTempFile(xml, file); });
     EXPECT_EQ(file, nullptr);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/objects/ZInterfaceThread.h"
 
+#include "support/BoxRecorder.h"
+#include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZLooper.h"
 #include "zlib/common/objects/ZMessageBox.h"
@@ -74,7 +76,7 @@ TEST(ZInterfaceThreadTest, ThreadsMakeAndDestroyReferencesAtTheSameTime)
     EXPECT_FALSE(ZInterfaceThread::Post([] {}));
 }
 
-TEST(ZInterfaceThreadTest, TheLastReferenceMayBeDestroyedOnTheThreadItself)
+TEST(ZInterfaceThreadTest, LastReferenceMayBeDestroyedOnTheThread)
 {
     ZSemaphore gone("gone", 0);
     auto* hold = new ZInterfaceThread;
@@ -87,13 +89,13 @@ TEST(ZInterfaceThreadTest, TheLastReferenceMayBeDestroyedOnTheThreadItself)
     EXPECT_FALSE(ZInterfaceThread::Post([] {}));
 }
 
-TEST(ZInterfaceThreadDeathTest, AnInstanceThatIsNeverClosedDoesNotKeepTheProcessFromEnding)
+TEST(ZInterfaceThreadDeathTest, OpenInstanceDoesNotKeepTheProcessFromEnding)
 {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(exitWithOpenInstance(), testing::ExitedWithCode(0), "^$");
 }
 
-TEST(ZMessageBoxTest, ABoxFromAnotherThreadIsShownOnceOnTheInterfaceThread)
+TEST(ZMessageBoxTest, BoxOfAnotherThreadIsShownOnTheInterfaceThread)
 {
     ZSemaphore open("open", 0);
     ZSemaphore close("close", 0);
@@ -110,14 +112,13 @@ TEST(ZMessageBoxTest, ABoxFromAnotherThreadIsShownOnceOnTheInterfaceThread)
     const ZInterfaceThread hold;
     ZMessageBox::Show(ZMessageBox::kError, "title", "text");
     open.Wait();
-    ZMessageBox::Show(ZMessageBox::kError, "title", "text");
     close.Release();
     flush(hold);
     EXPECT_EQ(shown, 1);
     EXPECT_TRUE(onThread);
 }
 
-TEST(ZMessageBoxTest, ABoxThatCannotBeShownIsALineOnStandardError)
+TEST(ZMessageBoxTest, BoxWithoutADisplayIsALineOnStandardError)
 {
     const ModalPresenter noDisplay(
         [](ZMessageBox::Kind, const ZString&, const ZString&) { return false; });
@@ -130,6 +131,27 @@ TEST(ZMessageBoxTest, ABoxThatCannotBeShownIsALineOnStandardError)
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "no thread (warning): one\nno display (information): two\n");
+}
+
+TEST(ZMessageBoxTest, OpenTextIsNotShownTwice)
+{
+    BoxRecorder recorder;
+    recorder.whileOpen = [] { ZMessageBox::Show(ZMessageBox::kWarning, "again", "same text"); };
+    ZMessageBox::Show(ZMessageBox::kError, "first", "same text");
+    EXPECT_EQ(recorder.boxes.size(), 1u);
+    recorder.whileOpen = nullptr;
+    ZMessageBox::Show(ZMessageBox::kError, "later", "same text");
+    EXPECT_EQ(recorder.boxes.size(), 2u);
+}
+
+TEST(ZMessageBoxTest, ReportOfAnExceptionHasTextCodeAndAdvice)
+{
+    BoxRecorder recorder;
+    ZException("Message not found").Report();
+    ASSERT_EQ(recorder.boxes.size(), 1u);
+    EXPECT_EQ(recorder.boxes[0].text,
+              "Message not found\n\rCode -1. You should close the plugin and remove it from any "
+              "inserts before trying to use it again");
 }
 
 }  // namespace orvane
