@@ -19,7 +19,7 @@
 namespace orvane
 {
 
-TEST(ZFifoBufferTest, DistinguishesFullFromEmptyAtEveryPositionWithoutAllocatingOrWaiting)
+TEST(ZFifoBufferTest, DistinguishesFullFromEmptyAtEveryPosition)
 {
     ZFifoBuffer fifo(8);
     ZBuffer block(8, "ZBuffer");
@@ -37,7 +37,7 @@ TEST(ZFifoBufferTest, DistinguishesFullFromEmptyAtEveryPositionWithoutAllocating
     EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
 }
 
-TEST(ZFifoBufferTest, RefusesWhatDoesNotFitAndStaysUnchanged)
+TEST(ZFifoBufferTest, RefusesWhatDoesNotFit)
 {
     ZFifoBuffer fifo(4);
     std::vector<float> samples{1, 2, 3, 4};
