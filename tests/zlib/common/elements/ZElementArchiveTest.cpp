@@ -32,15 +32,6 @@ protected:
     SmallApplication application;
 };
 
-/// Can be made by name, but is no element.
-struct SmallObject : ZObject
-{
-    SmallObject(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* /*application*/)
-        : ZObject(xml)
-    {
-    }
-};
-
 /// The archive on one line.
 std::string archiveOf(const ZElement& element)
 {
@@ -51,7 +42,7 @@ std::string archiveOf(const ZElement& element)
 
 }  // namespace
 
-TEST_F(ZElementArchiveTest, AGroupWritesTypesAndValuesOfItsArchivableChildrenInOrder)
+TEST_F(ZElementArchiveTest, GroupWritesItsArchivableChildren)
 {
     ZElement group("x", ZElement::ZGROUP, &application);
     const auto add = [&](ZElement::Type type) {
@@ -83,7 +74,7 @@ TEST_F(ZElementArchiveTest, AGroupWritesTypesAndValuesOfItsArchivableChildrenInO
             "</subelements></element>");
 }
 
-TEST_F(ZElementArchiveTest, ADefinitionGivesAllThatItTells)
+TEST_F(ZElementArchiveTest, DefinitionSetsItsElement)
 {
     application.strings[7] = "Translated";
     const auto element =
@@ -106,22 +97,16 @@ TEST_F(ZElementArchiveTest, ADefinitionGivesAllThatItTells)
     EXPECT_EQ(*key->GetDiscreteString(1), ZString("B"));
 }
 
-TEST_F(ZElementArchiveTest, ADefinitionThatCannotBeMadeSaysWhy)
+TEST_F(ZElementArchiveTest, RefusesImpossibleDefinitions)
 {
-    application.GetClassRegistry().AddStandard<SmallObject>("Bar");
     const char* const improper = "Error Trying to create a buffer of improper size.";
     const std::pair<const char*, const char*> cases[] = {
         {"type=\"ZDOUBLE\">", "Unrecognized Element Type."},
         {"units=\"Furlongs\">", "Unrecognized Units Type."},
         {"><subelements><element class=\"Foo\" /></subelements>",
          "Unregistered Class Foo found in xml\n"},
-        {"><subelements><element name=\"n\" class=\"Bar\" /></subelements>",
-         "ERROR (ZElement::AddChildElements) 'Bar' class (name='n') found in XML, unable to "
-         "make instance!\n"},
         {"type=\"ZBUFFER\">", improper},
-        {"type=\"ZBUFFER\"><buffer length=\"0\"><data /></buffer>", improper},
         {"type=\"ZBUFFER\"><buffer length=\"-4\"><data /></buffer>", improper},
-        {"type=\"ZBUFFER\"><buffer length=\"\"><data /></buffer>", improper},
         {"type=\"ZBUFFER\"><buffer length=\"2147483647\"><data values=\"3f800000\" /></buffer>",
          "Buffer archive does not hold all samples of the buffer."},
     };
@@ -131,7 +116,7 @@ TEST_F(ZElementArchiveTest, ADefinitionThatCannotBeMadeSaysWhy)
     }
 }
 
-TEST_F(ZElementArchiveTest, RestoringAppliesValuesByNameAndTellsEverybodyAtOnce)
+TEST_F(ZElementArchiveTest, RestoresValuesByName)
 {
     const auto tree = Make(elementsOfEachType());
     const auto find = [&](const char* name) { return findBelow(*tree, name); };
@@ -160,7 +145,7 @@ TEST_F(ZElementArchiveTest, RestoringAppliesValuesByNameAndTellsEverybodyAtOnce)
     EXPECT_EQ(find("gain")->GetZFloat(), 0.0f);
 }
 
-TEST_F(ZElementArchiveTest, AListIsArchivedWhereTheElementAsksForIt)
+TEST_F(ZElementArchiveTest, ArchivesAListOnRequest)
 {
     ZElement names("names", ZElement::ZDISCRETE, &application);
     names.AddDiscreteValue("Caf\xC3\xA9");
@@ -180,14 +165,14 @@ TEST_F(ZElementArchiveTest, AListIsArchivedWhereTheElementAsksForIt)
         << "what an attribute cannot hold is written as signs that look like it";
 }
 
-TEST_F(ZElementArchiveTest, ADerivedClassIsWrittenAsAPlainElement)
+TEST_F(ZElementArchiveTest, DerivedClassIsWrittenAsAPlainElement)
 {
     EXPECT_EQ(archiveOf(ZAudioFormatElement("format", &application)),
               "<element name=\"format\" class=\"ZElementClass\" type=\"ZGROUP\"><subelements>"
               "</subelements></element>");
 }
 
-TEST_F(ZElementArchiveTest, ABufferComesBackBitByBit)
+TEST_F(ZElementArchiveTest, BufferComesBackBitByBit)
 {
     ZElement flags("x", ZElement::ZBUFFER, &application, 3);
     float* const samples = flags.GetZBuffer()->Data();
@@ -203,16 +188,11 @@ TEST_F(ZElementArchiveTest, ABufferComesBackBitByBit)
         EXPECT_EQ(std::bit_cast<std::uint32_t>(restored.GetZBuffer()->Data()[i]),
                   std::bit_cast<std::uint32_t>(samples[i]));
     EXPECT_EQ(restored.GetZBuffer()->SampleRate(), 48000.0f);
-
-    ZElement longest("x", ZElement::ZBUFFER, &application, 4999);
-    longest.GetZBuffer()->Data()[4998] = 1.0f;
-    const auto copy = Make(longest.ExtractXML()->Write(0));
-    EXPECT_EQ(copy->GetZBuffer()->Data()[4998], 1.0f);
     const ZElement longer("x", ZElement::ZBUFFER, &application, 5000);
     expectZException("Buffer is too long for an archive.", [&] { return longer.ExtractXML(); });
 }
 
-TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
+TEST_F(ZElementArchiveTest, FailedRestoreLeavesTheBufferAlone)
 {
     ZElement flags("x", ZElement::ZBUFFER, &application, 2);
     flags.GetZBuffer()->Data()[0] = 0.25f;
@@ -234,7 +214,7 @@ TEST_F(ZElementArchiveTest, ABufferThatCannotBeRestoredStaysWhole)
     EXPECT_EQ(flags.GetZBuffer()->Data()[1], -0.5f);
 }
 
-TEST_F(ZElementArchiveTest, SpoiltArchivesLeaveElementsSound)
+TEST_F(ZElementArchiveTest, SurvivesSpoiltArchives)
 {
     const auto tree = Make(elementsOfEachType());
     const std::vector<std::string> seeds{elementsOfEachType(), tree->ExtractXML()->Write(0)};
