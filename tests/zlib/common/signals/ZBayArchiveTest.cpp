@@ -44,7 +44,7 @@ std::string route(const char* from, const char* exported, const char* to, const 
 
 }  // namespace
 
-TEST_F(ZBayArchiveTest, RoutesAndPublicationsThatCannotBeAreSkipped)
+TEST_F(ZBayArchiveTest, SkipsImpossibleRoutesAndPublications)
 {
     const auto network = Build(
         "<bay name=\"n\"><bays><bay name=\"a\" class=\"ZThruBayClass\" numchannels=\"2\"></bay>"
@@ -63,7 +63,7 @@ TEST_F(ZBayArchiveTest, RoutesAndPublicationsThatCannotBeAreSkipped)
     EXPECT_EQ(network->GetImport(0), network->FindBay("a")->GetImport(1));
 }
 
-TEST_F(ZBayArchiveTest, ADescriptionThatCannotBeBuiltIsRefused)
+TEST_F(ZBayArchiveTest, RefusesDescriptionsThatCannotBeBuilt)
 {
     std::string text = "<bay name=\"leaf\" class=\"ZSignalBayClass\"></bay>";
     for (int i = 0; i < ZBay::kMaxNesting; ++i)
@@ -76,17 +76,14 @@ TEST_F(ZBayArchiveTest, ADescriptionThatCannotBeBuiltIsRefused)
               }),
               "ERROR (ZBay::ZBay(xml)) 'Foo' class (name='x') found in XML, "
               "unable to make instance!\n");
-    for (const std::string className : {"ZThruBay", "ZMeterBay", "ZBlockProcessingBay"}) {
-        for (const std::string count : {"", " numchannels=\"0\"", " numchannels=\"2000000000\""}) {
-            text = "<bay name=\"n\"><bays><bay name=\"x\" class=\"" + className + "Class\"" +
-                   count + "></bay></bays></bay>";
-            EXPECT_NE(failureOf([&] { Build(text); }).find("numchannels"), std::string::npos)
-                << text;
-        }
+    for (const std::string count : {"", " numchannels=\"0\"", " numchannels=\"2000000000\""}) {
+        text = "<bay name=\"n\"><bays><bay name=\"x\" class=\"ZThruBayClass\"" + count +
+               "></bay></bays></bay>";
+        EXPECT_NE(failureOf([&] { Build(text); }).find("numchannels"), std::string::npos) << text;
     }
 }
 
-TEST_F(ZBayArchiveTest, ArchivesReadBackAsTheyWereWritten)
+TEST_F(ZBayArchiveTest, ReadsBackItsArchive)
 {
     const auto network = Build(networkOfEachClass());
     const auto inner = network->FindBay("inner");
@@ -106,7 +103,7 @@ TEST_F(ZBayArchiveTest, ArchivesReadBackAsTheyWereWritten)
     EXPECT_EQ(again->ExtractXML()->Write(0), network->ExtractXML()->Write(0));
 }
 
-TEST_F(ZBayArchiveTest, RestoringChangesValuesAndNothingElse)
+TEST_F(ZBayArchiveTest, RestoringChangesValuesOnly)
 {
     const auto network = Build(networkOfEachClass());
     const auto changed = Build(networkOfEachClass());
@@ -120,7 +117,7 @@ TEST_F(ZBayArchiveTest, RestoringChangesValuesAndNothingElse)
     EXPECT_EQ(GainOf(*network).GetZFloat(), 0.25f);
 }
 
-TEST_F(ZBayArchiveTest, ACloneIsANetworkOfItsOwn)
+TEST_F(ZBayArchiveTest, CloneIsANetworkOfItsOwn)
 {
     const auto network = Build(networkOfEachClass());
     network->SetMaxBuffer(64);
@@ -136,7 +133,7 @@ TEST_F(ZBayArchiveTest, ACloneIsANetworkOfItsOwn)
     EXPECT_EQ(clone->GetImport(0)->GetOwner(), clone->FindBay("thru").get());
 }
 
-TEST_F(ZBayArchiveTest, SpoiltDescriptionsDoNoHarm)
+TEST_F(ZBayArchiveTest, SurvivesSpoiltDescriptions)
 {
     std::mt19937 random(11);
     BayArchiveCheck check;

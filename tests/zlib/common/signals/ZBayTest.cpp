@@ -28,13 +28,12 @@ std::vector<boost::shared_ptr<ProbeBay>> chainOf(std::int32_t count)
 
 }  // namespace
 
-TEST(ZBayTest, RoutesThatCannotBeAreRefusedWithTheReason)
+TEST(ZBayTest, RefusesImpossibleRoutes)
 {
     const auto a = probe("a");
     const auto b = probe("b");
     EXPECT_EQ(failureOf([&] { a->Route(1, *b, 0); }), "Bay 'a' has no import 1, but 1 of them.");
     EXPECT_EQ(failureOf([&] { a->Route(0, *b, -1); }), "Bay 'b' has no export -1, but 1 of them.");
-    EXPECT_EQ(failureOf([&] { a->Unroute(0, *b, 3); }), "Bay 'b' has no export 3, but 1 of them.");
     EXPECT_EQ(failureOf([&] { a->Route(0, *a, 0); }), "The route from 'a' to 'a' closes a cycle.");
     b->Route(0, *a, 0);
     EXPECT_EQ(failureOf([&] { a->Route(0, *b, 0); }), "The route from 'b' to 'a' closes a cycle.");
@@ -47,7 +46,7 @@ TEST(ZBayTest, RoutesThatCannotBeAreRefusedWithTheReason)
     EXPECT_NE(failureOf([&] { below->AddBay(top); }), "none");
 }
 
-TEST(ZBayTest, APortHolds512RoutesAndABayFeeds64Imports)
+TEST(ZBayTest, PortsAndBaysBoundTheirRoutes)
 {
     std::vector<boost::shared_ptr<ProbeBay>> others;
     const auto target = probe("target");
@@ -70,7 +69,7 @@ TEST(ZBayTest, APortHolds512RoutesAndABayFeeds64Imports)
         "The route from 'source' to 'late' is one more than the 64 imports that a bay feeds.");
 }
 
-TEST(ZBayTest, AChainIsNoLongerThanAStackTakes)
+TEST(ZBayTest, ChainsHaveABoundedLength)
 {
     auto upper = chainOf(200);
     auto lower = chainOf(56);
@@ -83,7 +82,7 @@ TEST(ZBayTest, AChainIsNoLongerThanAStackTakes)
     late->Route(0, *lower[54], 0);
 }
 
-TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)
+TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighbours)
 {
     ZSignalBay network("network");
     const auto chain = chainOf(3);
@@ -102,15 +101,12 @@ TEST(ZBayTest, RemovingAMiddleBayJoinsItsNeighboursWhereTheTypesAgree)
     chain[2]->Unroute(0, *chain[0], 0);
     mixed->Route(0, *chain[0], 0);
     chain[2]->Route(0, *mixed, 0);
-    const auto other = probe("other");
-    other->Route(0, *mixed, 0);
     network.RemoveBay(mixed);
     EXPECT_TRUE(chain[2]->GetImport(0)->GetRoutes().empty());
-    EXPECT_TRUE(other->GetImport(0)->GetRoutes().empty());
     EXPECT_EQ(chain[0]->GetRouteCount(), 0);
 }
 
-TEST(ZBayTest, ABayThatGoesLeavesNoPortsAndNoRoutesBehind)
+TEST(ZBayTest, DestroyedBayLeavesNoPortsAndRoutesBehind)
 {
     const auto source = probe("source");
     const auto sink = probe("sink");
@@ -130,17 +126,6 @@ TEST(ZBayTest, ABayThatGoesLeavesNoPortsAndNoRoutesBehind)
         EXPECT_TRUE(sink->GetImport(0)->GetRoutes().empty());
     }
     EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
-
-    ZSignalBay stranger("stranger");
-    {
-        const auto shortLived = probe("shortLived");
-        stranger.AddImport(shortLived->ShareImport(0));
-        stranger.Route(0, *source, 0);
-    }
-    EXPECT_EQ(stranger.GetImport(0)->GetOwner(), nullptr);
-    EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
-    EXPECT_NE(failureOf([&] { stranger.Route(0, *source, 0); }).find("bay is gone"),
-              std::string::npos);
 }
 
 }  // namespace orvane

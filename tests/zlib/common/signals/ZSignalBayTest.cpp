@@ -129,7 +129,7 @@ void expectPlainPass(RandomNetwork& network, std::uint32_t count)
 
 }  // namespace
 
-TEST(ZSignalBayTest, RandomNetworksDoWhatThePlainAccountSays)
+TEST(ZSignalBayTest, RandomNetworksMatchAPlainModel)
 {
     for (unsigned seed = 0; seed < 60; ++seed) {
         SCOPED_TRACE(seed);
@@ -147,7 +147,7 @@ TEST(ZSignalBayTest, RandomNetworksDoWhatThePlainAccountSays)
     }
 }
 
-TEST(ZSignalBayTest, ABayTakesTheSmallestOfItsAudioImportsAndNoMoreThanItsPortsHold)
+TEST(ZSignalBayTest, TakesTheSmallestOfItsAudioImports)
 {
     const auto source = probe("source", 0);
     const auto shortOne = probe("short", 0);
@@ -173,7 +173,7 @@ TEST(ZSignalBayTest, ABayTakesTheSmallestOfItsAudioImportsAndNoMoreThanItsPortsH
     EXPECT_EQ(mixer->lastCount, 0u) << "an import without a source has no samples";
 }
 
-TEST(ZSignalBayTest, TheRequestGoesOnWhenTheLastConsumerHasAsked)
+TEST(ZSignalBayTest, RequestGoesOnWhenTheLastConsumerHasAsked)
 {
     const auto source = probe("source", 0);
     const auto middle = probe("middle");
@@ -193,7 +193,7 @@ TEST(ZSignalBayTest, TheRequestGoesOnWhenTheLastConsumerHasAsked)
     EXPECT_EQ(wide->lastCount, 100u);
 }
 
-TEST(ZSignalBayTest, AnImportThatLosesItsSourceReadsZeros)
+TEST(ZSignalBayTest, ImportWithoutASourceReadsZeros)
 {
     auto source = probe("source", 0);
     const auto target = probe("target");
@@ -210,7 +210,7 @@ TEST(ZSignalBayTest, AnImportThatLosesItsSourceReadsZeros)
     EXPECT_EQ(target->Input().Data()[0], 0.0f);
 }
 
-TEST(ZSignalBayTest, RequestsThatNobodyPullsDoNoHarmAndSleepersAreNotAsked)
+TEST(ZSignalBayTest, RequestsThatNobodyPullsDoNoHarm)
 {
     std::vector<boost::shared_ptr<ProbeBay>> bays;
     for (std::size_t i = 0; i < 200; ++i) {

@@ -56,7 +56,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZSignalLooperTest, ASilentDriverRunsPassesUntilItIsStopped)
+TEST_F(ZSignalLooperTest, SilentDriverRunsPassesUntilStopped)
 {
     const auto driver = boost::make_shared<ZSilentDriver>();
     looper.SetDriver(driver);
@@ -75,7 +75,7 @@ TEST_F(ZSignalLooperTest, ASilentDriverRunsPassesUntilItIsStopped)
     looper.Stop();
 }
 
-TEST_F(ZSignalLooperTest, TheFillThreadFillsTheOutputWhenItsDriverSignals)
+TEST_F(ZSignalLooperTest, FillThreadFillsTheOutputOnASignal)
 {
     const auto driver = boost::make_shared<ZSignalDriver>();
     looper.SetDriver(driver);
@@ -87,7 +87,7 @@ TEST_F(ZSignalLooperTest, TheFillThreadFillsTheOutputWhenItsDriverSignals)
     EXPECT_TRUE(driver->IsStopped());
 }
 
-TEST_F(ZSignalLooperTest, TwoThreadsThatClockOneNetworkDoNotMeetInIt)
+TEST_F(ZSignalLooperTest, TwoThreadsDoNotMeetInOneNetwork)
 {
     const auto driver = boost::make_shared<ZSilentDriver>();
     looper.SetDriver(driver);
