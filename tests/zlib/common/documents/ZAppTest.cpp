@@ -15,8 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 namespace orvane
 {
 
@@ -46,7 +44,7 @@ void expectStartFails(const ZResources& resources, std::int32_t code, const std:
 
 }  // namespace
 
-TEST(ZAppTest, StartCreatesTheManagersAndRunsTheStartUpCommands)
+TEST(ZAppTest, StartMakesTheManagersAndRunsTheStartUpCommands)
 {
     const PrivateFolder folder;
     const EnvironmentVariable config("XDG_CONFIG_HOME", folder.Path().c_str());
@@ -61,27 +59,9 @@ TEST(ZAppTest, StartCreatesTheManagersAndRunsTheStartUpCommands)
     EXPECT_NE(app->GetAudioManager(), nullptr);
     ASSERT_NE(app->GetCurrentDocument(), nullptr);
     EXPECT_EQ(app->GetCurrentDocument()->GetName(), "Untitled Test File 1");
-    std::thread other([&] { app->WaitUntilBuilt(); });
-    app->WaitUntilBuilt();
-    other.join();
 }
 
-TEST(ZAppTest, ManagersThatTheDescriptionLacksAreNotCreated)
-{
-    const TestResources resources(kStartup, "");
-    const auto app = makePlugin(resources);
-    start(*app);
-    EXPECT_EQ(app->GetTitle().ToNarrow(), "Untitled App");
-    EXPECT_EQ(app->GetCurrentDocument(), nullptr);
-    expectZException("Unable to return ZDocumentManager because it doesn't exist.",
-                     [&] { static_cast<void>(app->GetDocumentManager()); });
-    expectZException("Unable to return ZCommandManager because it doesn't exist.",
-                     [&] { static_cast<void>(app->GetCommandList()); });
-    expectZException("Unable to return MainWindow because it doesn't exist.",
-                     [&] { static_cast<void>(app->GetMainWindow()); });
-}
-
-TEST(ZAppTest, AFaultyDescriptionFailsTheStartAndLeavesTheNextStartAlone)
+TEST(ZAppTest, FaultyDescriptionFailsTheStart)
 {
     using Whole = TestResources::Whole;
     const std::string notLoaded = "Failed to load resource.";
@@ -90,14 +70,10 @@ TEST(ZAppTest, AFaultyDescriptionFailsTheStartAndLeavesTheNextStartAlone)
     const auto other = makePlugin(resources);
     other->SetResourceName("other.xml");
     expectZException(notLoaded, [&] { start(*other); });
-    expectStartFails(TestResources(Whole{signDescription("<app></app>")}), -1, notLoaded);
     expectStartFails(TestResources(Whole{declaration + "<app></app>"}), 5, notLoaded);
     std::string altered = signDescription(declaration + "<app title=\"Test\"></app>\n");
     altered.replace(altered.find("Test"), 4, "Best");
     expectStartFails(TestResources(Whole{altered}), 5, notLoaded);
-    expectStartFails(TestResources(Whole{signDescription(declaration + "<apps></apps>\n")}), -1,
-                     notLoaded);
-
     expectStartFails(TestResources(kCommandList + documentsOf("NobodyClass") + kStartup), -1,
                      "Unregistered Class NobodyClass found in xml\n");
     expectStartFails(
@@ -115,15 +91,6 @@ TEST(ZAppTest, AFaultyDescriptionFailsTheStartAndLeavesTheNextStartAlone)
         testing::ExitedWithCode(255), notLoaded);
 }
 
-TEST(ZAppTest, ASecondManagerOfAKindReplacesTheFirst)
-{
-    const TestResources resources(kWhole + kCommandList + "<audiomanager></audiomanager>" +
-                                  "<documentmanager name=\"last\" />");
-    const auto app = makePlugin(resources);
-    start(*app);
-    EXPECT_EQ(app->GetDocumentManager()->GetName(), "last");
-}
-
 TEST(ZAppTest, PassesMessagesToTheirManagers)
 {
     const TestResources resources(kWhole);
@@ -136,8 +103,6 @@ TEST(ZAppTest, PassesMessagesToTheirManagers)
     app->HandleZMessage(messageWith<ZString>(ZDOCUMENTNEW, "filename", "Plain"));
     EXPECT_EQ(app->GetDocumentManager()->GetDocumentCount(), 2)
         << "a closed window does not end it";
-    EXPECT_THROW(app->HandleZMessage(boost::make_shared<ZMessage>(ZGOTOURL)), ZException);
-    EXPECT_THROW(app->HandleZMessage(boost::make_shared<ZMessage>(ZMENUSELECTION)), ZException);
 }
 
 TEST(ZAppTest, DoesNotQuitWhileADocumentStaysOpen)

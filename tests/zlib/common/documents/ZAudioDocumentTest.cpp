@@ -11,7 +11,6 @@
 #include "zlib/common/documents/ZPluginAudioDocument.h"
 #include "zlib/common/documents/ZTransaction.h"
 #include "zlib/common/documents/ZTransactionManager.h"
-#include "zlib/common/elements/ZAudioFormatElement.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/signals/ZSignalBay.h"
 
@@ -92,22 +91,13 @@ protected:
     /// Sends a message; the file dialog that opens gives the path, or is cancelled without one.
     void Send(ZDocument& document, std::int32_t id, std::optional<std::string> path)
     {
-        ZFileChooser::SetPresenter([this, path](const ZFileRequest& request) {
-            asked.push_back(request);
-            return path;
-        });
+        ZFileChooser::SetPresenter([path](const ZFileRequest&) { return path; });
         document.HandleZMessage(boost::make_shared<ZMessage>(id));
-    }
-
-    static std::string WordsOf(const ZFileRequest& request)
-    {
-        return request.prompt.ToNarrow() + ", " + request.title.ToNarrow();
     }
 
     const TestResources resources{""};
     const std::unique_ptr<ZPlugin> app = makePlugin(resources);
     BoxRecorder boxes;
-    std::vector<ZFileRequest> asked;
 };
 
 std::string setOwn(const std::string& value)
@@ -122,7 +112,7 @@ float own(const ZDocument& document)
 
 }  // namespace
 
-TEST_F(ZAudioDocumentTest, CreatesAndPreparesItsNetworksAndPassesMessagesToThem)
+TEST_F(ZAudioDocumentTest, PreparesItsNetworksAndPassesMessagesToThem)
 {
     const auto document = Make<ZAudioDocument>(kContent);
     EXPECT_EQ(document->GetLatency(), 7);
@@ -141,14 +131,9 @@ TEST_F(ZAudioDocumentTest, CreatesAndPreparesItsNetworksAndPassesMessagesToThem)
     const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());
     ASSERT_NE(input, nullptr);
     EXPECT_EQ(input->told, (Ids{ZSETDEFAULTS, ZRESET}));
-
-    EXPECT_EQ(Make<ZAudioDocument>("")->GetLatency(), 0);
-    EXPECT_THROW(Make<ZAudioDocument>("<networks><network type=\"input\"><bay class="
-                                      "\"ZElementClass\" /></network></networks>"),
-                 ZException);
 }
 
-TEST_F(ZAudioDocumentTest, CallsItsHookWhenItBecomesCurrentAndOnUndoAndRedo)
+TEST_F(ZAudioDocumentTest, CallsItsHookWhenCurrentAndOnUndoAndRedo)
 {
     struct Counting : ZAudioDocument
     {
@@ -179,33 +164,9 @@ TEST_F(ZAudioDocumentTest, CallsItsHookWhenItBecomesCurrentAndOnUndoAndRedo)
         document->HandleZMessage(boost::make_shared<ZMessage>(id));
     EXPECT_EQ(steps, "undo redo undo ");
     EXPECT_EQ(document->turns, 7);
-    transactions.Add(std::make_unique<Step>(steps));
-    EXPECT_FALSE(transactions.Redo()) << "a new transaction drops undone ones";
 }
 
-TEST_F(ZAudioDocumentTest, AFormatThatLacksAFieldIsRefusedWhole)
-{
-    const auto format = Make<ZAudioDocument>("")->GetAudioFormat();
-    const auto rate = [&] {
-        ZMessage message(ZOK);
-        format->GetFormat(message);
-        std::int32_t value = 0;
-        EXPECT_TRUE(message.Find("Framerate", value));
-        return value;
-    };
-    ZMessage changed(ZOK);
-    changed.Add<std::int32_t>("Framerate", 96000);
-    changed.Add<std::int32_t>("Bitspersample", 24);
-    expectZException("Couldn't find snumber of channels in Message",
-                     [&] { format->SetFormat(changed); });
-    EXPECT_EQ(rate(), 44100);
-    changed.Add<std::int32_t>("Numchannels", 2);
-    changed.Add<std::int64_t>("Framecount", 7);
-    format->SetFormat(changed);
-    EXPECT_EQ(rate(), 96000);
-}
-
-TEST_F(ZAudioDocumentTest, ALoadDeliversPendingChangesThenItsOwnBetweenBeginAndEnd)
+TEST_F(ZAudioDocumentTest, LoadDeliversPendingChangesBeforeItsOwn)
 {
     const auto document = Make<ZAudioDocument>(kContent);
     const auto unsaved = document->FindElement("unsaved");
@@ -255,10 +216,6 @@ TEST_F(ZAudioDocumentTest, LoadsTheFileThatItSaved)
     EXPECT_EQ(folder.Count(), 1);
     EXPECT_TRUE(boxes.boxes.empty());
 
-    EXPECT_EQ(WordsOf(asked[0]), "Save your preset, Save Preset");
-    EXPECT_EQ(WordsOf(asked[1]), "Orvane Plug-In Preset, Load Preset");
-    EXPECT_EQ(ZFileChooser::FilterName(*asked[1].types.at(0)), "Orvane Plug-In Preset (*.xml)");
-
     Send(*document, ZPRESETSAVE, folder.Path("take 1.5"));
     EXPECT_TRUE(std::filesystem::exists(folder.Path("take 1.5.xml")));
     for (const std::string& refused : {folder.Path("mine"), folder.Path() + "/"}) {
@@ -282,7 +239,7 @@ TEST_F(ZAudioDocumentTest, SavingReplacesAFileInsteadOfWritingIntoIt)
     EXPECT_EQ(readTextFile(folder.Path("old.xml")), "old");
 }
 
-TEST_F(ZAudioDocumentTest, RefusesAFileThatIsNoPreset)
+TEST_F(ZAudioDocumentTest, RefusesFilesThatAreNoPreset)
 {
     const auto document = Make<ZPluginAudioDocument>(kContent);
     const PrivateFolder folder;
@@ -294,13 +251,9 @@ TEST_F(ZAudioDocumentTest, RefusesAFileThatIsNoPreset)
         Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
     }
     ASSERT_EQ(boxes.boxes.size(), 4u);
-    for (const ShownBox& box : boxes.boxes) {
-        EXPECT_EQ(box.kind, ZMessageBox::kNotice);
-        EXPECT_EQ(box.title, "Invalid File");
-        EXPECT_EQ(box.text, "Invalid Preset File.");
-    }
+    for (const ShownBox& box : boxes.boxes)
+        EXPECT_EQ(box.title + ": " + box.text, "Invalid File: Invalid Preset File.");
     EXPECT_EQ(own(*document), 0.0f);
-    EXPECT_EQ(folder.Count(), 1);
     std::filesystem::resize_file(folder.Path("file.xml"), ZXMLDocument::kMaxBytes + 1);  // a hole
     Send(*document, ZPRESETLOAD, folder.Path("file.xml"));
     EXPECT_TRUE(boxes.boxes.back().text.starts_with("This preset has 16777217 bytes."));
@@ -312,7 +265,7 @@ TEST_F(ZAudioDocumentTest, RefusesAFileThatIsNoPreset)
     EXPECT_EQ(own(*document), 0.5f);
 }
 
-TEST_F(ZAudioDocumentTest, TheBaseClassChecksTheVersionAndPassesTheMessageToItsNetworks)
+TEST_F(ZAudioDocumentTest, BaseClassChecksTheVersion)
 {
     const auto document = Make<ZAudioDocument>(kContent);
     const auto input = boost::dynamic_pointer_cast<GainBay>(document->GetInputNetwork());
@@ -329,8 +282,6 @@ TEST_F(ZAudioDocumentTest, TheBaseClassChecksTheVersionAndPassesTheMessageToItsN
     ASSERT_EQ(boxes.boxes.size(), 1u);
     EXPECT_EQ(boxes.boxes[0].title, "Could not load preset");
     EXPECT_EQ(boxes.boxes[0].text, "Incorrect Preset version.");
-    EXPECT_EQ(WordsOf(asked[0]), "Select Preset, Load Preset");
-    EXPECT_EQ(asked[0].types.at(0)->description.ToNarrow(), "Glim preset xml");
 }
 
 }  // namespace orvane

@@ -47,10 +47,9 @@ boost::shared_ptr<ZAudioDocument> currentDocument(const ZApp& app)
 
 }  // namespace
 
-TEST(ZAudioManagerTest, RunsASilentDriverWhenNoDriverCanBeCreated)
+TEST(ZAudioManagerTest, RunsASilentDriverWhereNoneCanBeMade)
 {
     const auto app = SmallPlugin::Make();
-    const ZInterfaceLock lock;
     const auto document = currentDocument(*app);
     for (const std::int32_t model : {0, 1}) {
         BoxRecorder recorder;
@@ -70,10 +69,9 @@ TEST(ZAudioManagerTest, RunsASilentDriverWhenNoDriverCanBeCreated)
     }
 }
 
-TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfAFollowedType)
+TEST(ZAudioManagerTest, RoutesTheOutputOfDocumentsOfItsType)
 {
     const auto app = SmallPlugin::Make();
-    const ZInterfaceLock lock;
     const auto looper = app->GetAudioManager()->GetSignalLooper();
     const auto network = currentDocument(*app)->GetOutputNetwork();
     for (std::int32_t channel = 0; channel < 2; ++channel) {
@@ -91,10 +89,9 @@ TEST(ZAudioManagerTest, RoutesTheOutputNetworkOfADocumentOfAFollowedType)
     EXPECT_EQ(network->GetRouteCount(), 2) << "a document of another type is not attached";
 }
 
-TEST(ZAudioManagerTest, KeepsRoutesAndRateWhenTheSameDocumentBecomesCurrentAgain)
+TEST(ZAudioManagerTest, KeepsRoutesAndRateOfTheSameDocument)
 {
     const auto app = SmallPlugin::Make();
-    const ZInterfaceLock lock;
     ZAudioManager& manager = *app->GetAudioManager();
     manager.GetSignalLooper()->SetSampleRate(96000.0f);  // the host's
     manager.HandleZMessage(changedTo(app->GetCurrentDocument()));
@@ -102,10 +99,9 @@ TEST(ZAudioManagerTest, KeepsRoutesAndRateWhenTheSameDocumentBecomesCurrentAgain
     EXPECT_EQ(currentDocument(*app)->GetOutputNetwork()->GetRouteCount(), 2);
 }
 
-TEST(ZAudioManagerTest, ASecondDocumentReplacesTheFirst)
+TEST(ZAudioManagerTest, SecondDocumentReplacesTheFirst)
 {
     const auto app = SmallPlugin::Make();
-    const ZInterfaceLock lock;
     const auto first = currentDocument(*app)->GetOutputNetwork();
     app->GetDocumentManager()->NewDocument(app->GetDocumentManager()->GetTypes().front());
     const auto second = currentDocument(*app)->GetOutputNetwork();

@@ -66,7 +66,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZFileChooserTest, ReturnsTheChosenPathAndNoneWhenCancelled)
+TEST_F(ZFileChooserTest, ReturnsTheChosenPathOrNone)
 {
     addWindows(*app).topLevel = 77;
     const std::string keepArguments =
@@ -86,7 +86,7 @@ TEST_F(ZFileChooserTest, ReturnsTheChosenPathAndNoneWhenCancelled)
     EXPECT_TRUE(boxes.boxes.empty());
 }
 
-TEST_F(ZFileChooserTest, ShowsThePlainDialogWithoutAProgramAndABoxWithoutADisplay)
+TEST_F(ZFileChooserTest, ShowsThePlainDialogWithoutAProgram)
 {
     const auto before =
         ZFileChooser::SetPlainDialog([](const ZFileRequest& request) -> std::optional<std::string> {
@@ -102,7 +102,7 @@ TEST_F(ZFileChooserTest, ShowsThePlainDialogWithoutAProgramAndABoxWithoutADispla
     ZFileChooser::SetPlainDialog(before);
 }
 
-TEST_F(ZFileChooserTest, AnOpenDialogBlocksNobodyAndEndsWithItsApplication)
+TEST_F(ZFileChooserTest, OpenDialogEndsWithItsApplication)
 {
     Install("zenity", ": > " + folder.Path("open") + "; while :; do :; done");
     auto asked = Ask();

@@ -43,7 +43,7 @@ TEST(ZDesktopProgramTest, EndsAProgramThatRuns)
     EXPECT_FALSE(ZDesktopProgram({"no such program"}).HasStarted());
 }
 
-TEST(ZDesktopProgramTest, LeavesTheNumberAloneOfAProgramThatTheHostHasReaped)
+TEST(ZDesktopProgramTest, DoesNotKillAProgramThatTheHostHasReaped)
 {
     const ZDesktopProgram program({"true"});
     ASSERT_TRUE(program.HasStarted());
@@ -54,7 +54,7 @@ TEST(ZDesktopProgramTest, LeavesTheNumberAloneOfAProgramThatTheHostHasReaped)
     EXPECT_EQ(gKillsByNumber, 0);
 }
 
-TEST(ZErrorDialogTest, StartsADialogOfTheDesktopAndDoesNotWait)
+TEST(ZErrorDialogTest, StartsADialogWithoutWaitingForIt)
 {
     const PrivateFolder folder;
     const EnvironmentVariable path("PATH", (folder.Path() + ":/usr/bin:/bin").c_str());
