@@ -35,7 +35,7 @@ Action press(ZMouse& mouse, std::uint32_t time, int x, std::uint8_t button = 1)
 
 }  // namespace
 
-TEST(ZMouseTest, ADoubleClickIsQuickNearAndOfOneButton)
+TEST(ZMouseTest, DoubleClickIsQuickNearAndOfOneButton)
 {
     ZMouse mouse;
     EXPECT_EQ(press(mouse, 0xFFFFFF00, 0), Action::kDown);
@@ -49,7 +49,7 @@ TEST(ZMouseTest, ADoubleClickIsQuickNearAndOfOneButton)
     EXPECT_FALSE(mouse.Release()) << "no button is down";
 }
 
-TEST(ZMouseTest, OnlyTheButtonThatBeganADragEndsItAndTheRightOneDoesNothing)
+TEST(ZMouseTest, OnlyTheButtonThatBeganADragEndsIt)
 {
     constexpr auto kPress = XCB_BUTTON_PRESS;
     constexpr auto kRelease = XCB_BUTTON_RELEASE;

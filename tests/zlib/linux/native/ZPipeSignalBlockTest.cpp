@@ -19,7 +19,7 @@ volatile sig_atomic_t signals = 0;
 
 }  // namespace
 
-TEST(ZPipeSignalBlockTest, ABrokenPipeRaisesNothingInsideAndAsBeforeOutside)
+TEST(ZPipeSignalBlockTest, BrokenPipeRaisesNoSignalInside)
 {
     const auto before = std::signal(SIGPIPE, [](int) { signals = signals + 1; });
     std::array<int, 2> ends{};
