@@ -4,7 +4,6 @@
 #include "support/SmallApplication.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/elements/ZElement.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZXMLDocument.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZView.h"
@@ -80,7 +79,6 @@ protected:
         view.SetContext(nullptr);
     }
 
-    ZInterfaceLock lock;
     SmallApplication app;
     std::unique_ptr<Canvas> canvas;
 };

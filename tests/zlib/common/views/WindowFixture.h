@@ -3,7 +3,6 @@
 
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/objects/ZClassRegistry.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZWindow.h"
 
@@ -48,7 +47,6 @@ protected:
         return dynamic_cast<TestView&>(*window.GetRootView()->FindSubview(name));
     }
 
-    const ZInterfaceLock mLock;
     const TestResources mResources;
     const std::unique_ptr<ZPlugin> mApp = makePlugin(mResources);
 };

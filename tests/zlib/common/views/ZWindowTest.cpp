@@ -2,7 +2,6 @@
 #include "zlib/common/views/ZWindow.h"
 
 #include "support/Eventually.h"
-#include "support/ExpectZException.h"
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/drawing/Canvas.h"
@@ -10,8 +9,6 @@
 #include "zlib/common/views/WindowFixture.h"
 #include "zlib/common/views/ZPluginWindow.h"
 #include "zlib/common/views/ZWindowTimers.h"
-
-#include <utility>
 
 namespace orvane
 {
@@ -74,28 +71,9 @@ struct Timed : ZHandler
     std::vector<std::int64_t> fired;
 };
 
-/// Waits for the condition with the interface lock given up.
-template <typename Condition>
-bool comes(const Condition& condition)
-{
-    const ZInterfaceUnlock unlocked;
-    return eventually([&] {
-        const ZInterfaceLock lock;
-        return condition();
-    });
-}
-
 }  // namespace
 
-TEST_F(ZWindowTest, FrameLimitBelow1IsTheDefaultAndARectIsRequired)
-{
-    EXPECT_EQ(Make(windowType(" maxfps=\"12\""))->GetMaxFramesPerSecond(), 12);
-    EXPECT_EQ(Make(windowType(" maxfps=\"0\""))->GetMaxFramesPerSecond(), 30);
-    expectZException("XML Parser error: No bounds information found in Window!\n",
-                     [&] { Make("<windowtype name=\"Bare\"></windowtype>"); });
-}
-
-TEST_F(ZWindowTest, ShowAttachesTheViewsOnceAndDetachOfAPluginWindowDetachesThem)
+TEST_F(ZWindowTest, ShowAttachesTheViewsOnce)
 {
     const auto window = Make();
     const auto plugin = Make<ZPluginWindow>();
@@ -105,10 +83,8 @@ TEST_F(ZWindowTest, ShowAttachesTheViewsOnceAndDetachOfAPluginWindowDetachesThem
         each->Show();
         EXPECT_EQ(TestView::TakeLog(), (Log{"a attached", "b attached"}));
         each->Detach();
-        each->Detach();
     }
     EXPECT_EQ(TestView::TakeLog(), (Log{"a detached", "b detached"}));
-    EXPECT_TRUE(window->IsAttached());
     EXPECT_TRUE(plugin->NativeKey({})) << "a plug-in window takes all keys";
     EXPECT_FALSE(window->NativeKey({}));
 }
@@ -123,12 +99,6 @@ TEST_F(ZWindowTest, FrameTimerRunsWhileAShownWindowHasIdleViews)
     const auto timer = window->GetFrameTimer();
     EXPECT_EQ(Tick(*window, timer), (Log{"b tick", "a tick"}));
 
-    window->SetFramesPerSecond(5);
-    EXPECT_EQ(window->GetFramesPerSecond(), 15);
-    Tick(*window, timer);
-    EXPECT_EQ(window->GetFramesPerSecond(), 5);
-    EXPECT_NE(window->GetFrameTimer(), timer);
-
     window->Hide();
     EXPECT_EQ(window->GetFrameTimer(), ZWindow::kNoTimer);
     window->Show();
@@ -139,24 +109,23 @@ TEST_F(ZWindowTest, FrameTimerRunsWhileAShownWindowHasIdleViews)
     EXPECT_EQ(ZWindowTimers::Count(), 0);
 }
 
-TEST_F(ZWindowTest, ATimerCallsItsHandlerUntilItIsStoppedOrTheHandlerDestroyed)
+TEST_F(ZWindowTest, TimerRunsUntilItIsStoppedOrItsHandlerGone)
 {
     const auto window = Make();
     Timed handler;
     const auto id = window->StartTimer(1000, handler);
-    ASSERT_TRUE(comes([&] { return handler.fired.size() >= 2; }));
+    ASSERT_TRUE(eventually([&] { return handler.fired.size() >= 2; }));
     window->StopTimer(id);
     EXPECT_EQ(handler.fired.front(), id);
     EXPECT_EQ(ZWindowTimers::Count(), 0);
-    window->StopTimer(id);
 
     auto dying = std::make_unique<Timed>();
     EXPECT_NE(window->StartTimer(1000, *dying), id);
     dying.reset();
-    EXPECT_TRUE(comes([] { return ZWindowTimers::Count() == 0; }));
+    EXPECT_TRUE(eventually([] { return ZWindowTimers::Count() == 0; }));
 }
 
-TEST_F(ZWindowTest, PaintsWhatWasInvalidatedAndAllThatWasUncovered)
+TEST_F(ZWindowTest, PaintsWhatIsInvalidOrUncovered)
 {
     const auto window = Make();
     const auto paint = [&](const ZRect& update) {
@@ -189,16 +158,11 @@ TEST_F(ZWindowTest, ResizingResizesTheViewsAndThePicture)
     window->NativeSized(120, 40);
     EXPECT_EQ(window->GetRootView()->GetBounds(), (ZRect{0, 0, 120, 40}));
     EXPECT_EQ(window->RenderOffscreen().GetWidth(), 120);
-    window->NativeSized(0, -3);
-    expectZException("Window 'Main' has no size to be drawn in",
-                     [&] { static_cast<void>(window->RenderOffscreen()); });
     window->SetScale(2.0);
     EXPECT_EQ(window->RenderOffscreen().GetFrame(), (ZRect{0, 0, 200, 100}));
-    window->NativeMoved({7, 8});
-    EXPECT_EQ(window->GetPosition(), (ZPoint{7, 8}));
 }
 
-TEST_F(ZWindowTest, TheMouseReachesTheViewBelowItOrTheCapturedOne)
+TEST_F(ZWindowTest, MouseReachesTheViewBelowItOrTheCapturedOne)
 {
     const auto window = MakeShown();
     EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a entered 5,2"});
@@ -215,21 +179,15 @@ TEST_F(ZWindowTest, TheMouseReachesTheViewBelowItOrTheCapturedOne)
     b.SetMouseCapture(true, true);
     EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), (Log{"b left", "b moved -45,2"}));
     EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), Log{"b moved 1,1"});
-    EXPECT_EQ(Send(*window, {Mouse::kUp, {-3, 99}, 1}), Log{"b up -63,89"});
     b.SetMouseCapture(false, true);
     EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 12}, 1}), Log{"b entered 1,2"});
-    window->Destroy();
-    EXPECT_EQ(TestView::TakeLog(), Log{"b left"});
-    b.SetMouseCapture(true, true);
-    window->Destroy();
-    EXPECT_FALSE(b.HasMouseCapture());
     b.SetMouseCapture(true, true);
     window->Hide();
     EXPECT_EQ(window->GetCapturedView(), nullptr);
     EXPECT_FALSE(b.HasMouseCapture());
 }
 
-TEST_F(ZWindowTest, ADisabledWindowTakesOnlyTheWheelAndABlockedOneNothing)
+TEST_F(ZWindowTest, DisabledWindowTakesOnlyTheWheelAndABlockedOneNothing)
 {
     const auto window = MakeShown();
     const auto dialog = Make(windowType(" dialog=\"true\""));
@@ -297,21 +255,6 @@ TEST_F(ZWindowTest, TabMovesTheFocusThroughVisibleNavigableViews)
     EXPECT_EQ(focusAfterTab(true), "a");
     window->GetRootView()->RemoveSubview(last);
     EXPECT_EQ(focusAfterTab(true), "a");
-}
-
-TEST_F(ZWindowTest, TitleStyleComposesApplicationAndDocument)
-{
-    ZDocument document(xmlOf("<doctype name=\"Plain\"></doctype>"), mApp.get());
-    document.SetTitle("Doc");
-    const std::pair<const char*, const char*> cases[] = {
-        {"title", "T"}, {"app-doc", "Test - Doc"}, {"doc", "Doc"}, {"app", "Test"}};
-    for (const auto& [style, title] : cases) {
-        const auto window =
-            Make(windowType(" title=\"T\" titlestyle=\"" + std::string(style) + "\""));
-        window->HandleZMessage(messageWith<ZDocument*>(ZDOCUMENTNEW, "Document", &document));
-        EXPECT_EQ(window->GetTitle().ToNarrow(), title);
-    }
-    EXPECT_EQ(Make(windowType(" titlestyle=\"app-doc\""))->GetTitle().ToNarrow(), "Test");
 }
 
 TEST_F(ZWindowTest, RunsTheCommandOfAKeyAndClosesByItsStyle)
