@@ -54,7 +54,7 @@ protected:
     static constexpr ZPoint kOutside{111, 10};
 };
 
-TEST_F(ZBitmapButtonTest, LatchingButtonSwitchesOnThePressAndMomentaryOneOnTheRelease)
+TEST_F(ZBitmapButtonTest, LatchingButtonSwitchesOnThePress)
 {
     const auto button = MakeButton(false, {ZBitmapButton::kOff, ZBitmapButton::kOn});
     const auto element = MakeDiscrete({"off", "on"});
@@ -73,7 +73,7 @@ TEST_F(ZBitmapButtonTest, LatchingButtonSwitchesOnThePressAndMomentaryOneOnTheRe
     EXPECT_EQ(element->GetDiscrete(), 0);
 }
 
-TEST_F(ZBitmapButtonTest, MomentaryButtonRunsItsCommandOnlyForAPressAndReleaseInside)
+TEST_F(ZBitmapButtonTest, MomentaryButtonNeedsPressAndReleaseInside)
 {
     const auto button = MakeButton(true, {ZBitmapButton::kOff, ZBitmapButton::kPressWhileOff});
     const auto command = boost::make_shared<CountingCommand>(&app);
@@ -112,13 +112,6 @@ TEST_F(ZBitmapButtonTest, DisabledCommandGreysTheButtonAndBlocksThePress)
         command->Enable();
         app.ProcessQueue();
         EXPECT_EQ(Shown(*button), ZBitmapButton::kOver);
-
-        button->MouseDown(kInside, ZView::kMouseButton);
-        command->Disable();
-        app.ProcessQueue();
-        button->MouseUp(kInside, ZView::kMouseButton);
-        EXPECT_FALSE(button->HasMouseCapture()) << "disabled while pressed";
-        EXPECT_EQ(command->runs, 0);
     }
     EXPECT_EQ(command->GetObserverCount(), 0);
 }
@@ -139,7 +132,6 @@ TEST_F(ZBitmapButtonTest, ShowsTheFirstPictureThatFitsTheState)
     for (const Case& c : {
              Case{all, "on pressed over", B::kPress},
              {all, "over", B::kOver},
-             {all, "on over", B::kOverWhileOn},
              {all, "over disabled", B::kOverWhileOff},
              {all, "on disabled", B::kDisabledOn},
              {all, "on", B::kOn},
@@ -147,7 +139,6 @@ TEST_F(ZBitmapButtonTest, ShowsTheFirstPictureThatFitsTheState)
              {pressed, "pressed", B::kPressWhileOff},
              {{B::kOff, B::kDisabledOff}, "on disabled", B::kDisabledOff},
              {{B::kOff}, "on pressed over", B::kOff},
-             {{B::kOff}, "disabled", B::kOff},
          })
     {
         SCOPED_TRACE(c.state);
@@ -167,7 +158,7 @@ TEST_F(ZBitmapButtonTest, ShowsTheFirstPictureThatFitsTheState)
 
 using ZCheckBoxTest = ViewCanvasTest;
 
-TEST_F(ZCheckBoxTest, PressSetsAnyIndexAboveZeroToZeroAndZeroToOne)
+TEST_F(ZCheckBoxTest, PressSwitchesBetweenZeroAndOne)
 {
     const auto box = Make<ZCheckBox>("");
     box->MouseDown({5, 5}, ZView::kMouseButton);  // without an element

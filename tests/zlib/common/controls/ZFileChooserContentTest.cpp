@@ -39,15 +39,11 @@ protected:
 
     static void Type(ZFileChooserContent& content, const std::string& text)
     {
-        ZNativeKeyEvent event;
-        event.text = text;
-        static_cast<void>(content.Key(event));
+        static_cast<void>(content.Key({.code = 0, .text = text}));
     }
     static void Press(ZFileChooserContent& content, ZKeyCode key)
     {
-        ZNativeKeyEvent event;
-        event.code = key;
-        static_cast<void>(content.Key(event));
+        static_cast<void>(content.Key({.code = key, .text = {}}));
     }
     static void DoubleClickLine(ZFileChooserContent& content, std::int32_t line)
     {
@@ -69,8 +65,6 @@ TEST_F(ZFileChooserContentTest, ListsFoldersThenFilesOfTheType)
     EXPECT_EQ(listFolder(folder.Path(), "xml"),
               (std::vector<ZFolderEntry>{
                   {"..", true}, {"sub", true}, {"A.XML", false}, {"b.xml", false}}));
-    EXPECT_EQ(listFolder(folder.Path(), "").size(), 5u);
-    EXPECT_EQ(listFolder("/no such folder", "").size(), 1u);
 }
 
 TEST_F(ZFileChooserContentTest, OpensFoldersAndFilesByMouseAndKeys)
@@ -100,7 +94,7 @@ TEST_F(ZFileChooserContentTest, DoesNotOpenAFileThatIsNotThere)
     EXPECT_EQ(open.GetChosen(), std::nullopt);
 }
 
-TEST_F(ZFileChooserContentTest, AddsTheExtensionAndAsksBeforeItReplacesAFile)
+TEST_F(ZFileChooserContentTest, AsksBeforeItReplacesAFile)
 {
     Type(save, "b");
     Press(save, kKeyReturn);
