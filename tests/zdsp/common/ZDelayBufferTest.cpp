@@ -11,7 +11,7 @@
 namespace orvane
 {
 
-TEST(ZDelayBufferTest, LineIsTheNextPowerOfTwo)
+TEST(ZDelayBufferTest, LengthIsTheNextPowerOfTwo)
 {
     EXPECT_EQ(ZDelayBuffer::Create(0)->Size(), 1u);
     EXPECT_EQ(ZDelayBuffer::Create(1000)->Size(), 1024u);
@@ -19,7 +19,7 @@ TEST(ZDelayBufferTest, LineIsTheNextPowerOfTwo)
     EXPECT_THROW(std::ignore = ZDelayBuffer::Create(0xFFFFFFFFu), ZException);
 }
 
-TEST(ZDelayBufferTest, DelaysEachSampleAndIsSilentBeforeAndAfterClear)
+TEST(ZDelayBufferTest, DelaysEachSample)
 {
     for (const std::uint32_t blockSize : {1u, 100u, 256u, 300u}) {
         for (const std::uint32_t delaySamples : {0u, 1u, 512u, 1024u - blockSize}) {

@@ -29,7 +29,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ZEnvelopeDetectorTest, RisesByThreeQuartersInTheRiseTimeAtEveryRateAndBlockSize)
+TEST_F(ZEnvelopeDetectorTest, RisesByThreeQuartersInTheRiseTime)
 {
     for (const int rate : {44100, 96000}) {
         for (const int blockSize : {1, 7, 441}) {
@@ -59,7 +59,7 @@ TEST_F(ZEnvelopeDetectorTest, RiseAndFallHaveTheirOwnTimes)
     EXPECT_EQ(processConstant(0.0f), -144.0f);
 }
 
-TEST_F(ZEnvelopeDetectorTest, PeakIsTheSquareAndIsHeldForThreeSeconds)
+TEST_F(ZEnvelopeDetectorTest, HoldsThePeaksSquareForThreeSeconds)
 {
     mDetector->SetSampleRate(1000.0f);
     process({0.1f, -0.5f, 0.2f});
@@ -74,7 +74,7 @@ TEST_F(ZEnvelopeDetectorTest, PeakIsTheSquareAndIsHeldForThreeSeconds)
     EXPECT_FLOAT_EQ(mDetector->Peak(), 0.01f);
 }
 
-TEST_F(ZEnvelopeDetectorTest, OneSampleAtFullScaleIsNoClipAndClipsCountUntilCleared)
+TEST_F(ZEnvelopeDetectorTest, CountsClipsUntilCleared)
 {
     process({0.5f, 1.0f, 0.5f, -1.0f});
     EXPECT_EQ(mDetector->ClippedSamples(), 0u);

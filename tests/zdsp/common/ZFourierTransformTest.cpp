@@ -53,7 +53,7 @@ std::vector<Complex> textbook(const Spectrum& values, int direction)
 
 }  // namespace
 
-TEST(ZFourierTransformTest, RealSpectrumIsTheDefinitionsDividedByTheLength)
+TEST(ZFourierTransformTest, RealSpectrumMatchesTheDefinition)
 {
     for (const int order : {1, 2, 3, 4, 5, 10}) {
         SCOPED_TRACE(order);
@@ -73,7 +73,7 @@ TEST(ZFourierTransformTest, RealSpectrumIsTheDefinitionsDividedByTheLength)
     }
 }
 
-TEST(ZFourierTransformTest, InverseRestoresTheRealSignalAndInputsAreUnchanged)
+TEST(ZFourierTransformTest, InverseRestoresTheRealSignal)
 {
     for (const int order : {1, 2, 3, 9, 13, 14}) {
         SCOPED_TRACE(order);
@@ -147,13 +147,13 @@ TEST(ZFourierTransformTest, ComplexTransformsMatchTheDefinition)
     }
 }
 
-TEST(ZFourierTransformTest, RefusesOrdersThatItDoesNotSupport)
+TEST(ZFourierTransformTest, RefusesUnsupportedOrders)
 {
     for (const int order : {-1, 0, 25, 32})
         EXPECT_THROW((void)ZFourierTransform::Create(order, kForward, 1), ZException) << order;
 }
 
-TEST(ZFourierTransformTest, ThreadsCreateRunAndDestroyTransformsAtTheSameTime)
+TEST(ZFourierTransformTest, ThreadsTransformAtTheSameTime)
 {
     ZBuffer time(1024, "ZBuffer");
     fillWithNoise(time, 1);

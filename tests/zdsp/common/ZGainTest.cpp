@@ -161,7 +161,7 @@ TEST_P(ZGainTest, CreateGivesTheRequestedForm)
     EXPECT_STREQ(mGain->GetName(), !GetParam() && vector ? "ZGainSSE" : "ZGain");
 }
 
-TEST_P(ZGainTest, EveryOperationMatchesItsFormulaAtEveryLength)
+TEST_P(ZGainTest, OperationsMatchTheirFormulaAtEveryLength)
 {
     for (const Operation& operation : kOperations) {
         for (std::uint32_t samples = 1; samples <= 17; ++samples) {
@@ -201,7 +201,7 @@ TEST_P(ZGainTest, CountsAndOffsetsBoundWhatIsWritten)
     EXPECT_EQ(work.out.Data()[3], before.out.Data()[3]);
 }
 
-TEST_P(ZGainTest, MinimumTakesOnlySamplesThatRaiseNoMaximum)
+TEST_P(ZGainTest, MinimumSkipsSamplesThatRaiseTheMaximum)
 {
     const struct
     {
@@ -230,7 +230,7 @@ TEST_P(ZGainTest, MinimumTakesOnlySamplesThatRaiseNoMaximum)
     }
 }
 
-TEST_P(ZGainTest, ComplexMultiplyHandlesGrowingAndShrinkingLengths)
+TEST_P(ZGainTest, MultipliesComplexNumbersOfAnyLength)
 {
     for (const std::uint32_t samples : {3u, 17u, 8u, 64u}) {
         SCOPED_TRACE(samples);
@@ -253,9 +253,9 @@ TEST_P(ZGainTest, ComplexMultiplyHandlesGrowingAndShrinkingLengths)
     }
 }
 
-TEST_P(ZGainTest, DecibelsMatchTheCLibraryDownToTheFloor)
+TEST_P(ZGainTest, DecibelsMatchTheirDefinitionDownToTheFloor)
 {
-    std::vector<float> values;
+    std::vector<float> values{0.0f, -1.0f, kNan, -kInfinity, 1e-44f};
     for (float power = 1e-13f; power < 1e13f; power *= 1.0173f)
         values.push_back(power);
     ZBuffer powers(static_cast<std::uint32_t>(values.size()), "ZBuffer");
@@ -269,7 +269,7 @@ TEST_P(ZGainTest, DecibelsMatchTheCLibraryDownToTheFloor)
     mGain->AmplitudeToDecibels96(amplitudes);
     mGain->PowerToDecibels(above60, -60.0f);
     for (std::size_t i = 0; i < values.size(); ++i) {
-        const double decibels = 10.0 * std::log10(static_cast<double>(values[i]));
+        const double decibels = values[i] > 0.0f ? 10.0 * std::log10(double{values[i]}) : -1000.0;
         // Two units in the last place of a float near 96 dB, four near 192.
         EXPECT_NEAR(powers.Data()[i], std::max(decibels, -96.0), 1.6e-5) << values[i];
         EXPECT_NEAR(amplitudes.Data()[i], std::max(2 * decibels, -96.0), 6.2e-5) << values[i];
@@ -277,26 +277,7 @@ TEST_P(ZGainTest, DecibelsMatchTheCLibraryDownToTheFloor)
     }
 }
 
-TEST_P(ZGainTest, FloorOfDecibelsIsExact)
-{
-    constexpr float kFloorPower = 2.5118864315095823e-10f;
-    const std::vector<float> floored{0.0f,   -0.0f, kFloorPower, 1e-30f,
-                                     1e-44f, -1.0f, kNan,        -kInfinity};
-    ZBuffer buffer(static_cast<std::uint32_t>(floored.size()) + 2, "ZBuffer");
-    std::copy(floored.begin(), floored.end(), buffer.Data());
-    buffer.Data()[floored.size()] = std::nextafter(kFloorPower, 1.0f);
-    buffer.Data()[floored.size() + 1] = 1.0f;
-    mGain->PowerToDecibels96(buffer);
-    for (std::size_t i = 0; i < floored.size(); ++i)
-        EXPECT_EQ(buffer.Data()[i], -96.0f) << floored[i];
-    EXPECT_NEAR(buffer.Data()[floored.size()], -96.0f, 2e-5);
-    EXPECT_EQ(buffer.Data()[floored.size() + 1], 0.0f);
-    buffer.Data()[0] = 1e-44f;  // not a normal number, and above a floor that is none either
-    mGain->PowerToDecibels(buffer, -450.0f);
-    EXPECT_EQ(buffer.Data()[0], -450.0f);
-}
-
-TEST(ZGainGuardTest, ProductsToAnotherBufferBelowTheNormalNumbersAreZero)
+TEST(ZGainGuardTest, SmallProductsToAnotherBufferAreZero)
 {
     const auto gain = ZGain::Create(true);
     const float small = std::ldexp(1.5f, -100);
@@ -315,20 +296,6 @@ TEST(ZGainGuardTest, ProductsToAnotherBufferBelowTheNormalNumbersAreZero)
                 EXPECT_EQ(written.Data()[i], kept ? small * work.gain : 0.0f);
         }
     }
-}
-
-TEST(ZGainGuardTest, ComplexProductsHaveNoGuard)
-{
-    ZBuffer small(1, "ZBuffer");
-    ZBuffer other(1, "ZBuffer");
-    ZBuffer none(1, "ZBuffer");
-    small.Data()[0] = std::ldexp(1.5f, -100);
-    other.Data()[0] = std::ldexp(1.5f, -27);
-    ZBuffer re(1, "ZBuffer");
-    ZBuffer im(1, "ZBuffer");
-    ZGain::Create(true)->ComplexMultiply(small, none, other, none, re, im);
-    EXPECT_EQ(re.Data()[0], small.Data()[0] * other.Data()[0]);
-    EXPECT_GT(re.Data()[0], 0.0f);
 }
 
 }  // namespace orvane
