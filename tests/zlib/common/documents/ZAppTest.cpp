@@ -4,6 +4,7 @@
 #include "support/Eventually.h"
 #include "support/ExpectZException.h"
 #include "support/PrivateFolder.h"
+#include "support/RealtimeGuard.h"
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/documents/ZAudioManager.h"
 #include "zlib/common/documents/ZBrowserLaunch.h"
@@ -41,6 +42,37 @@ void expectStartFails(const ZResources& resources, std::int32_t code, const std:
     const auto app = makePlugin(resources);
     expectZException(code, text, [&] { start(*app); });
 }
+
+const std::string kParameters =
+    kStartup + kCommandList +
+    "<documentmanager name=\"Test File\" type=\"sdi\"><documenttypes>"
+    "<doctype class=\"ZAudioDocumentClass\" name=\"Plain\"><elements>"
+    "<element name=\"hidden\" class=\"ZElementClass\" type=\"ZFLOAT\" />"
+    "<element name=\"group\" class=\"ZElementClass\" type=\"ZGROUP\" exposed=\"true\">"
+    "<subelements>"
+    "<element name=\"level\" class=\"ZElementClass\" type=\"ZFLOAT\" exposed=\"true\" "
+    "min=\"-2\" max=\"2\"><label type=\"full\" text=\"The Level\" /></element>"
+    "<element name=\"place\" class=\"ZElementClass\" type=\"ZPOS\" exposed=\"true\" />"
+    "</subelements></element>"
+    "<element name=\"empty\" class=\"ZElementClass\" type=\"ZGROUP\" exposed=\"true\" />"
+    "<element name=\"choice\" class=\"ZElementClass\" type=\"ZDISCRETE\" exposed=\"true\">"
+    "<discrete name=\"A\" /><discrete name=\"B\" /></element>"
+    "</elements></doctype></documenttypes></documentmanager>\n";
+
+class ZPluginTest : public testing::Test
+{
+protected:
+    ZPluginTest()
+    {
+        start(*app);
+        document = app->GetCurrentDocument();
+        app->ExposeElements(*document);
+    }
+
+    const TestResources resources{kParameters};
+    std::unique_ptr<ZPlugin> app = makePlugin(resources);
+    boost::shared_ptr<ZDocument> document;
+};
 
 }  // namespace
 
@@ -163,6 +195,54 @@ TEST(ZAppTest, OpensWebAddressesOnlyThroughTheDesktop)
     EXPECT_TRUE(ZBrowserLaunch::IsWebAddress("HTTPS://A"));
     for (const char* address : {"http://", "https:/a", "-h", "http://a b", "http://a\n", "ftp://a"})
         EXPECT_FALSE(ZBrowserLaunch::IsWebAddress(address)) << address;
+}
+
+TEST_F(ZPluginTest, ExposedLeavesWithAValueAreTheParametersInTreeOrder)
+{
+    ASSERT_EQ(app->GetExposedCount(), 2);
+    const auto level = document->FindElement("level");
+    EXPECT_EQ(app->GetExposedElement(0), level);
+    EXPECT_EQ(app->GetExposedLabel(0).ToNarrow(), "The Level");
+    EXPECT_EQ(app->GetExposedLabel(1).ToNarrow(), "choice");
+    EXPECT_EQ(app->GetExposedElement(2), nullptr);
+    EXPECT_EQ(level->GetObserverCount(), 1);
+    app.reset();
+    EXPECT_EQ(level->GetObserverCount(), 0) << "elements may outlive their plug-in";
+}
+
+TEST_F(ZPluginTest, ReadsAndSetsValuesByTypeWithoutAllocating)
+{
+    const auto level = document->FindElement("level");
+    const auto choice = document->FindElement("choice");
+    const auto place = document->FindElement("place");
+    const RealtimeGuard guard;
+    app->SetExposedValue(*level, 0.75f);
+    app->SetExposedValue(*choice, 1.9f);
+    app->SetExposedValue(*place, 1.0f);
+    const float values[] = {app->GetExposedValue(*level), app->GetExposedValue(*choice),
+                            app->GetExposedValue(*place)};
+    EXPECT_EQ(guard.violations(), 0u);
+    EXPECT_EQ(values[0], 0.75f);
+    EXPECT_EQ(values[1], 1.0f);
+    EXPECT_EQ(values[2], 0.0f);
+    EXPECT_TRUE(level->IsMarkedChanged());
+}
+
+TEST_F(ZPluginTest, LoadsTheLabelFontFromTheDataFolders)
+{
+    const PrivateFolder user;
+    const PrivateFolder system;
+    const EnvironmentVariable home("XDG_DATA_HOME", user.Path().c_str());
+    const EnvironmentVariable dirs("XDG_DATA_DIRS", ("relative:" + system.Path()).c_str());
+    app->InitLooper();
+    EXPECT_TRUE(app->GetFonts().empty());
+    for (const PrivateFolder* folder : {&system, &user}) {
+        const std::string font = folder->Path("Orvane/Kolm 5pt.ttf");
+        std::filesystem::create_directory(folder->Path("Orvane"));
+        writeTextFile(font, "font");
+        app->InitLooper();
+        EXPECT_EQ(app->GetFonts().back(), font);
+    }
 }
 
 }  // namespace orvane

@@ -3,7 +3,6 @@
 
 #include "support/ExpectZException.h"
 #include "support/MessageRecorder.h"
-#include "support/RealtimeGuard.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -172,32 +171,6 @@ TEST_F(ZElementNotificationTest, ObserversMayLeaveWhileTheyAreTold)
     EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED}) << "it was on its way";
     gain.ElementChanged(nullptr, false);
     EXPECT_EQ(heardBy(view, application), MessageIds{});
-}
-
-TEST(ZElementThreadTest, SettersNeitherAllocateNorLock)
-{
-    SmallApplication application;
-    MessageRecorder view(&application);
-    ZElement gain("gain", ZElement::ZFLOAT, &application);
-    ZElement key("key", ZElement::ZDISCRETE, &application);
-    ZElement flags("flags", ZElement::ZBUFFER, &application, 12);
-    ZElement place("place", ZElement::ZPOS, &application);
-    ZElement run("run", ZElement::ZRANGE, &application);
-    for (ZElement* observed : {&gain, &key, &flags, &place, &run})
-        observed->AddObserver(&view);
-    key.AddDiscreteValue("A");
-    const ZBuffer samples(12, "ZBuffer");
-
-    const RealtimeGuard guard;
-    gain.SetZFloat(0.5f * gain.Range() + gain.Min(), false);
-    gain.SetZFloatClamped(9.0f, false);
-    gain.MarkChangedByHost();
-    key.SetDiscrete(key.CountDiscreteValues() - 1, false);
-    flags.SetZBuffer(samples, false);
-    static_cast<void>(flags.GetZBuffer()->Data());
-    place.SetZPos(place.GetZPos() + 1);
-    run.SetZRange(run.GetZRangeLimit());
-    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
 }
 
 TEST(ZElementThreadTest, ThreadsShareElements)

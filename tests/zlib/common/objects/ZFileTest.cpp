@@ -172,22 +172,6 @@ TEST_F(ZFileTest, FullDiskLeavesTheOldContent)
     EXPECT_EQ(mFolder.Count(), 1);
 }
 
-TEST_F(ZFileTest, ExchangeSwapsTwoFilesOrNone)
-{
-    const PrivateFolder parking;
-    const EnvironmentVariable temporary("TMPDIR", parking.Path().c_str());
-    const auto file = fileWith(mFolder.Path("file"), "text");
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(fileAt(mFolder.Path("missing"))->Exchange(file));  // at the first of three moves
-    EXPECT_FALSE(file->Exchange(fileAt(mFolder.Path("missing"))));  // at the second
-    testing::internal::GetCapturedStderr();
-    EXPECT_EQ(readTextFile(mFolder.Path("file")), "text");
-    EXPECT_TRUE(file->Exchange(fileWith(mFolder.Path("other"), "other")));
-    EXPECT_EQ(readTextFile(mFolder.Path("file")), "other");
-    EXPECT_EQ(readTextFile(mFolder.Path("other")), "text");
-    EXPECT_EQ(parking.Count(), 0);
-}
-
 TEST_F(ZFileTest, TemporaryFileExistsUntilItsObjectIsDestroyed)
 {
     const auto xml = boost::make_shared<ZString>("xml");

@@ -7,6 +7,7 @@
 #include "support/TextMutation.h"
 #include "zlib/common/objects/ZFile.h"
 #include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/objects/ZXMLSignature.h"
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -178,6 +179,30 @@ TEST(ZXMLDocumentTest, RandomTextsAreReadAsByAPlainReader)
             mutate(spoilt, random);
         ASSERT_EQ(differenceFromPlain(spoilt), "");
     }
+}
+
+TEST(ZXMLSignatureTest, RefusesAnyAlteredOrMissingByte)
+{
+    // description.xml, signed by the build.
+    const std::string text = readTextFile(KESTRUNE_SIGNED_DESCRIPTION);
+    const auto verifies = [](const std::string& each) {
+        return VerifySignature(each.data(), static_cast<std::int32_t>(each.size()));
+    };
+    const std::size_t tag = text.find("<signature");
+    const std::size_t digits = text.find('"', tag) + 1;
+    std::string windows;
+    EXPECT_TRUE(verifies(text.substr(0, digits + 512)));
+    for (std::size_t i = 0; i < digits + 512; ++i) {
+        windows += text[i] == '\n' ? "\r\n" : std::string(1, text[i]);
+        EXPECT_FALSE(verifies(text.substr(0, i))) << i;
+        // Of the attribute's name only the length matters, and line ends are not covered.
+        if ((i > tag + 9 && i < digits) || text[i] == '\n')
+            continue;
+        std::string altered = text;
+        altered[i] = static_cast<char>(altered[i] ^ 1);
+        EXPECT_FALSE(verifies(altered)) << i;
+    }
+    EXPECT_TRUE(verifies(windows)) << "with other line ends";
 }
 
 }  // namespace orvane

@@ -3,7 +3,6 @@
 
 #include "support/BayArchiveCheck.h"
 #include "support/ProbeBay.h"
-#include "support/RealtimeGuard.h"
 #include "support/TextMutation.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +10,6 @@
 #include <functional>
 #include <random>
 #include <string>
-#include <vector>
 
 namespace orvane
 {
@@ -114,30 +112,6 @@ TEST(ZBlockProcessingBayTest, NegativeSizeFollowsTheLongestPass)
     bay->SetBlockSize(512);
     bay->SetMaxBuffer(100);
     EXPECT_EQ(bay->GetBlockSize(), 512);
-}
-
-TEST(ZBlockProcessingBayTest, PassNeitherAllocatesNorWaits)
-{
-    SmallApplication application;
-    registerBays(application.GetClassRegistry());
-    ZSignalBay network(firstBay(networkOfEachClass()), &application);
-    ZInputBay input("input", 2);
-    ZOutputBay output("output", 2);
-    input.SetFifoSize(64);
-    output.SetFifoSize(64);
-    output.Prepare();
-    for (std::int32_t i = 0; i < 2; ++i) {
-        network.Route(i, input, i);
-        output.Route(i, network, i);
-    }
-    const std::vector<float> samples(64, 0.5f);
-    const ZInterfaceUnlock unlocked;
-    const RealtimeGuard guard;
-    input.Write(samples, 0);
-    input.Write(samples, 1);
-    output.RunPass(64);
-    EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
-    EXPECT_EQ(output.Available(1), 64u);
 }
 
 }  // namespace orvane
