@@ -101,7 +101,7 @@ private:
     [[nodiscard]] bool HasEnded(const RunState& run) const;
     void EndRun(RunState& run);
     [[nodiscard]] Deliveries EndRunsOf(const void* owner);
-    void WaitForDeliveries(const Deliveries& deliveries);
+    void WaitForDeliveries(Deliveries& deliveries, const void* owner);
     [[nodiscard]] bool HasReady() const;
     [[nodiscard]] SourcePtr TakeReady();
     void WaitForSources();

@@ -213,6 +213,7 @@ void ZEventLoop::RunModally(const RunPtr& run)
         const std::lock_guard lock(mMutex);
         run->within = deliveryOfThread;
         mRuns.push_back(run);
+        mDeliveryEnded.notify_all();
         GiveUpService();
     }
     {
@@ -301,15 +302,17 @@ void ZEventLoop::EndRun(RunState& run)
 
 void ZEventLoop::EndModalRuns(const void* owner)
 {
+    Deliveries deliveries;
     for (;;) {
-        const Deliveries deliveries = EndRunsOf(owner);
+        const Deliveries more = EndRunsOf(owner);
+        deliveries.insert(deliveries.end(), more.begin(), more.end());
         if (deliveries.empty())
             return;
         Wake();
         if (IsLoopThread())
             return;
         const ZInterfaceUnlock unlocked;
-        WaitForDeliveries(deliveries);
+        WaitForDeliveries(deliveries, owner);
     }
 }
 
@@ -327,13 +330,18 @@ ZEventLoop::Deliveries ZEventLoop::EndRunsOf(const void* owner)
     return deliveries;
 }
 
-void ZEventLoop::WaitForDeliveries(const Deliveries& deliveries)
+/// Waits until all have ended, or until the owner has begun another run, which would keep them.
+/// Leaves those that go on.
+void ZEventLoop::WaitForDeliveries(Deliveries& deliveries, const void* owner)
 {
     std::unique_lock lock(mMutex);
     mDeliveryEnded.wait(lock, [&] {
-        return std::ranges::none_of(deliveries, [this](std::uint64_t delivery) {
-            return std::ranges::count(mDeliveries, delivery) != 0;
+        std::erase_if(deliveries, [this](std::uint64_t delivery) {
+            return std::ranges::count(mDeliveries, delivery) == 0;
         });
+        return deliveries.empty() || std::ranges::any_of(mRuns, [owner](const RunPtr& run) {
+                   return run->owner == owner && !run->ended;
+               });
     });
 }
 

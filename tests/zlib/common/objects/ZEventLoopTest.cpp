@@ -187,6 +187,22 @@ TEST(ZModalRunTest, EndingAnOwnersRunsWaitsForTheirCallbacks)
     served.Flush();  // the loop itself has no owner either, and must go on
 }
 
+TEST(ZModalRunTest, EndingAnOwnersRunsEndsThoseThatTheirCallbacksBeginMeanwhile)
+{
+    ServedLoop served;
+    const int owner = 0;
+    served.loop.Post([&] {
+        for (int i = 0; i < 3; ++i) {
+            ZModalRun menu(served.loop, &owner);
+            menu.Run();
+            std::this_thread::sleep_for(5ms);
+        }
+    });
+    served.Flush();
+    const ZInterfaceLock lock;
+    served.loop.EndModalRuns(&owner);  // hangs where it forgets the second and third
+}
+
 TEST(ZModalRunTest, EndsWithTheOuterRunOfItsOwnerOnly)
 {
     ServedLoop served;
