@@ -298,4 +298,18 @@ TEST(ZGainGuardTest, SmallProductsToAnotherBufferAreZero)
     }
 }
 
+TEST(ZGainGuardTest, ComplexProductsHaveNoGuard)
+{
+    ZBuffer small(1, "ZBuffer");
+    ZBuffer other(1, "ZBuffer");
+    ZBuffer none(1, "ZBuffer");
+    small.Data()[0] = std::ldexp(1.5f, -100);
+    other.Data()[0] = std::ldexp(1.5f, -27);
+    ZBuffer re(1, "ZBuffer");
+    ZBuffer im(1, "ZBuffer");
+    ZGain::Create(true)->ComplexMultiply(small, none, other, none, re, im);
+    EXPECT_EQ(re.Data()[0], small.Data()[0] * other.Data()[0]);
+    EXPECT_GT(re.Data()[0], 0.0f);
+}
+
 }  // namespace orvane

@@ -52,4 +52,20 @@ TEST(ZHammingWindowTest, UnapplyRestoresTheSignal)
     }
 }
 
+TEST(ZHammingWindowTest, NormalisationsEndForAnyNumberOfDivisions)
+{
+    const auto plain = ZHammingWindow::Create(5);
+    double all = 0.0;
+    for (std::uint32_t i = 0; i < 5; ++i)
+        all += plain->Window().Data()[i];
+    for (const std::uint32_t divisions : {6u, 0xFFFFFFFFu}) {
+        const auto window = ZHammingWindow::Create(5);
+        window->NormalizeSum(divisions);
+        EXPECT_NEAR(window->Window().Data()[2], 1.0 / all, 1e-6) << divisions;
+    }
+    const auto window = ZHammingWindow::Create(5);
+    window->NormalizePower(0);  // as one division: the first sample alone
+    EXPECT_NEAR(window->Window().Data()[2], 1.0 / (0.08 * 0.08), 1e-3);
+}
+
 }  // namespace orvane
