@@ -129,6 +129,20 @@ TEST_F(ZWindowManagerTest, MakesWindowsByNameHereOrInNestedManagers)
     EXPECT_EQ(nested.front()->GetWindowCount(), 2);
 }
 
+TEST_F(ZWindowManagerTest, AWindowThatIsNotVisibleWhenCreatedWaitsForShow)
+{
+    const auto windows = Make("<documenttype winname=\"Later\" show=\"true\" />");
+    windows->AddWindowTypes(
+        *xmlOf("<windowtypes><windowtype name=\"Later\" class=\"ZWindowClass\" child=\"true\" "
+               "visiblewhencreated=\"false\"><rect left=\"0\" top=\"0\" width=\"10\" "
+               "height=\"10\" /></windowtype></windowtypes>"));
+    Tell(*windows, ZDOCUMENTNEW, "Document", mDocument);
+    ASSERT_EQ(windows->GetWindowCount(), 1);
+    EXPECT_FALSE(windows->GetWindow(0)->IsAttached());
+    windows->HandleZMessage(messageWith<ZString>(ZSHOW, "WindowName", ZString("Later")));
+    EXPECT_TRUE(windows->GetWindow(0)->IsAttached());
+}
+
 TEST_F(ZWindowManagerTest, MessagesReachTheirWindows)
 {
     const auto windows = Make(kSongMap);
