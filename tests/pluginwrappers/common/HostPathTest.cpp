@@ -75,9 +75,10 @@ protected:
         app = made.get();
         looper = app->GetAudioManager()->GetSignalLooper().get();
         document = made->Document();
-        gain = app->Gain();
-        gain->SetExposed(true);
-        app->AddExposedElement(gain);
+        const auto element = app->Gain();
+        element->SetExposed(true);
+        app->AddExposedElement(element);
+        gain = element.get();
         app->Tick();
         auto* const plugin = new ZVSTPlugin(TestHost::callback, std::move(made));
         plugin->SetWantsMidi(true);
@@ -132,7 +133,7 @@ protected:
     SmallPlugin* app = nullptr;
     ZSignalLooper* looper = nullptr;
     AEffect* effect = nullptr;
-    boost::shared_ptr<ZElement> gain;
+    ZElement* gain = nullptr;  // the document's, which a thread of the library may delete
     boost::weak_ptr<SmallDocument> document;
 };
 
@@ -394,7 +395,7 @@ TEST_F(HostCallsTest, ChangesAreSentOncePerTickAndTheHostCannotSetParametersMean
     StartTicking();
     {
         const ZInterfaceLock lock;
-        app->BeginEdit(gain.get());
+        app->BeginEdit(gain);
         for (const float value : {0.1f, 0.2f, 0.5f})
             gain->SetZFloat(value, false);
     }
@@ -405,7 +406,7 @@ TEST_F(HostCallsTest, ChangesAreSentOncePerTickAndTheHostCannotSetParametersMean
         // A pending change is sent before the end of its gesture, and not again at the tick.
         const ZInterfaceLock lock;
         gain->SetZFloat(-0.5f, false);
-        app->EndEdit(gain.get());
+        app->EndEdit(gain);
         app->Tick();
     }
     EXPECT_EQ(TestHost::TakeNotes(), (Notes{"begin 0", "0=750", "0=250", "end 0"}));
@@ -452,8 +453,8 @@ TEST_F(HostCallsTest, AnEffectClosedInsideItsOwnCallIsDeletedAfterThatCall)
         {audioMasterBeginEdit,
          [this] {
              const ZInterfaceLock lock;  // as around each event of the window
-             app->BeginEdit(gain.get());
-             app->EndEdit(gain.get());
+             app->BeginEdit(gain);
+             app->EndEdit(gain);
          }},
         {audioMasterIOChanged, [this] { Ask(effSetSampleRate, 0, nullptr, 48e3f); }},
         {audioMasterWantMidi, [this] { Ask(effMainsChanged, 1); }},
