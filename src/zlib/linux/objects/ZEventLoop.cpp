@@ -124,13 +124,11 @@ ZEventLoop::SourceId ZEventLoop::Post(Callback callback)
 
 ZEventLoop::SourceId ZEventLoop::Add(SourcePtr source)
 {
-    SourceId id = 0;
-    {
-        const std::lock_guard lock(mMutex);
-        id = mNextId++;
-        source->id = id;
-        mSources.emplace(id, std::move(source));
-    }
+    const std::lock_guard lock(mMutex);
+    const SourceId id = mNextId++;
+    source->id = id;
+    mSources.emplace(id, std::move(source));
+    // Under the lock, since a posted callback may be the one that ends and destroys this loop.
     if (!IsLoopThread())
         Wake();
     return id;
