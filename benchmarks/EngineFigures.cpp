@@ -92,19 +92,6 @@ double envelopeShift(std::span<const float> before, double beforeHz, std::span<c
     return bestShift;
 }
 
-/// The root mean square of signal - reference relative to that of reference, in dB.
-double errorDecibels(std::span<const float> signal, std::span<const float> reference)
-{
-    double error = 0.0;
-    double level = 0.0;
-    for (std::size_t i = 0; i < reference.size(); ++i) {
-        const double difference = static_cast<double>(signal[i]) - reference[i];
-        error += difference * difference;
-        level += static_cast<double>(reference[i]) * reference[i];
-    }
-    return 10.0 * std::log10(error / level + 1e-30);
-}
-
 std::vector<float> run(PsolaClass& engine, const std::vector<float>& signal)
 {
     std::vector<float> left(signal.size());

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
+#include <vector>
 
 namespace orvane
 {
@@ -61,6 +63,41 @@ double measurePitch(std::span<const float> signal, double sampleRate, double exp
         period = peakLag(signal, periods * period, 0.4 * period) / periods;
     }
     return sampleRate / period;
+}
+
+double errorDecibels(std::span<const float> signal, std::span<const float> reference)
+{
+    double error = 0.0;
+    double level = 0.0;
+    for (std::size_t i = 0; i < reference.size(); ++i) {
+        error += std::pow(static_cast<double>(signal[i]) - static_cast<double>(reference[i]), 2.0);
+        level += std::pow(static_cast<double>(reference[i]), 2.0);
+    }
+    return 10.0 * std::log10(error / level + 1e-30);
+}
+
+double clickDecibels(std::span<const float> signal, double sampleRate, double aboveHz)
+{
+    // A windowed sinc (Blackman) whose side lobes lie below -74 dB.
+    constexpr int kHalf = 160;
+    std::vector<double> taps;
+    for (int i = -kHalf; i <= kHalf; ++i) {
+        const double turn = std::numbers::pi * i / (kHalf + 1);
+        const double window = 0.42 + 0.5 * std::cos(turn) + 0.08 * std::cos(2.0 * turn);
+        const double cutOff = 2.0 * aboveHz / sampleRate;
+        const double x = std::numbers::pi * cutOff * i;
+        taps.push_back((i == 0 ? 1.0 - cutOff : -cutOff * std::sin(x) / x) * window);
+    }
+    double all = 1e-9;
+    double above = 0.0;
+    for (std::size_t i = 0; i + taps.size() <= signal.size(); ++i) {
+        double sum = 0.0;
+        for (std::size_t k = 0; k < taps.size(); ++k)
+            sum += taps[k] * static_cast<double>(signal[i + k]);
+        above = std::max(above, std::fabs(sum));
+        all = std::max(all, std::fabs(static_cast<double>(signal[i + kHalf])));
+    }
+    return 20.0 * std::log10(above / all + 1e-9);
 }
 
 }  // namespace orvane

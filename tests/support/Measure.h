@@ -13,4 +13,11 @@ double centsBetween(double a, double b);
 /// The pitch of a steady periodic signal in Hz, from the normalised autocorrelation near several
 /// periods. expectedHz must be within a semitone of the pitch.
 double measurePitch(std::span<const float> signal, double sampleRate, double expectedHz);
+/// The root mean square of signal - reference relative to that of reference, in dB; both have the
+/// same length.
+double errorDecibels(std::span<const float> signal, std::span<const float> reference);
+/// The loudest sample of what lies above a frequency, relative to the loudest of all, in dB: how
+/// loud the clicks are in a sound whose own partials lie below.
+double clickDecibels(std::span<const float> signal, double sampleRate, double aboveHz = 7000.0);
+
 }  // namespace orvane
