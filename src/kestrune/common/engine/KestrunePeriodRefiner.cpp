@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "kestrune/common/engine/KestrunePeriodRefiner.h"
+
+#include "kestrune/common/engine/KestruneCorrelation.h"
+#include "kestrune/common/engine/KestruneHistory.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <cstdint>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr double kStretchSeconds = 0.012;
+constexpr double kLongestLagSeconds = 0.010;  // at several periods
+constexpr int kReach = 3;
+constexpr double kReachOfPeriod = 0.04;
+constexpr int kReachAtMultiple = 2;
+constexpr double kMostLossOfClarity = 0.1;
+
+/// The correlation of a stretch of samples with the one that begins a lag later.
+class Stretch
+{
+public:
+    Stretch(const float* samples, int length)
+        : mSamples(samples)
+        , mLength(length)
+        , mEnergy(dotProduct(samples, samples, length))
+    {
+    }
+
+    [[nodiscard]] double At(int lag) const
+    {
+        const float* const later = mSamples + lag;
+        return normalisedCorrelation(dotProduct(mSamples, later, mLength), mEnergy,
+                                     dotProduct(later, later, mLength));
+    }
+
+private:
+    const float* mSamples;
+    int mLength;
+    double mEnergy;
+};
+
+}  // namespace
+
+void KestrunePeriodRefiner::Allocate(const KestruneFineGeometry& geometry)
+{
+    mGeometry = geometry;
+}
+
+KestruneRefinedPeriod KestrunePeriodRefiner::Refine(const KestruneHistory& middle, double time,
+                                                    float period) const noexcept
+{
+    assert(period > 0.0f);
+    const double coarse = static_cast<double>(period) / mGeometry.thin;
+    const int reach = kReach + static_cast<int>(kReachOfPeriod * coarse);
+    const Peak first = FindPeak(middle, time, coarse, reach, coarse);
+    const auto clarity = static_cast<float>(std::min(first.height, 1.0));
+    if (!first.found)
+        return {period, clarity};
+
+    double refined = first.lag;
+    const double longest = kLongestLagSeconds * static_cast<double>(mGeometry.middleRate);
+    for (int multiple = 2; multiple * refined <= longest; multiple *= 2) {
+        const Peak peak = FindPeak(middle, time, multiple * refined, kReachAtMultiple, refined);
+        if (!peak.found || peak.height < first.height - kMostLossOfClarity)
+            break;
+        refined = peak.lag / multiple;
+    }
+    return {static_cast<float>(refined * mGeometry.thin), clarity};
+}
+
+KestrunePeriodRefiner::Peak KestrunePeriodRefiner::FindPeak(const KestruneHistory& middle,
+                                                            double time, double lag, int reach,
+                                                            double period) const noexcept
+{
+    const int length =
+        std::max(static_cast<int>(kStretchSeconds * static_cast<double>(mGeometry.middleRate)),
+                 static_cast<int>(period));
+    const auto centre = static_cast<int>(std::lround(lag));
+    const double moment = (time + mGeometry.factor - 1) / mGeometry.thin;
+    const auto start =
+        static_cast<std::int64_t>(std::floor(moment - (centre + length) / 2.0 + 0.5));
+    const Stretch stretch(middle.From(start), length);
+
+    const int lowest = std::max(1, centre - reach);
+    const int highest = centre + reach;
+    const int step = reach > 2 ? 2 : 1;
+    int best = lowest;
+    double height = stretch.At(lowest);
+    int last = lowest;
+    for (int at = lowest + step; at <= highest; at += step) {
+        const double value = stretch.At(at);
+        last = at;
+        if (value > height) {
+            height = value;
+            best = at;
+        }
+    }
+    if (best == lowest || best == last)
+        return {false, 0.0, height};
+    double left = stretch.At(best - 1);
+    double right = stretch.At(best + 1);
+    if (left > height || right > height) {
+        const int towards = left > right ? -1 : 1;
+        best += towards;
+        const double beyond = stretch.At(best + towards);
+        const double before = height;
+        height = std::max(left, right);
+        left = towards < 0 ? beyond : before;
+        right = towards < 0 ? before : beyond;
+    }
+    const ParabolaTop top(left, height, right);
+    return {true, best + top.offset, top.height};
+}
+
+}  // namespace orvane

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "kestrune/common/engine/KestrunePitchCandidates.h"
+
+#include "kestrune/common/engine/KestruneCorrelation.h"
+#include "kestrune/common/engine/KestruneHistory.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kStretchSeconds = 0.030f;
+constexpr int kEvenLagsFrom =
+    160;  // a longer lag's peak is wide enough to be found by every second
+constexpr float kLeastClarity = 0.25f;
+constexpr float kUnvoicedStrength = 0.45f;
+/// A shorter period of equal clarity is taken: all its multiples are as clear.
+constexpr float kPenaltyPerOctave = 0.02f;
+constexpr float kGateClosedDecibels = -60.0f;
+constexpr float kGateSpanDecibels = 10.0f;
+constexpr double kEnergyFloor = 1.0e-10;
+constexpr float kUnknown = -2.0f;  // under every correlation
+
+}  // namespace
+
+void KestrunePitchCandidates::Allocate(const KestruneFineGeometry& geometry)
+{
+    mGeometry = geometry;
+    mStretch = static_cast<int>(kStretchSeconds * geometry.coarseRate);
+    mSquares.assign(static_cast<std::size_t>(geometry.coarseLength) + 1, 0.0);
+    mClarity.assign(static_cast<std::size_t>(geometry.longestLag) + 2, kUnknown);
+}
+
+void KestrunePitchCandidates::SetRange(float lowHz, float highHz) noexcept
+{
+    assert(lowHz > 0.0f && highHz > 0.0f);
+    const float semitoneUp = std::exp2(1.0f / 12.0f);
+    const float threeDown = std::exp2(3.0f / 12.0f);
+    const int longest = mGeometry.longestPeriod / mGeometry.factor - 2;
+    mLowLag = std::max(2, static_cast<int>(mGeometry.coarseRate / (highHz * semitoneUp)));
+    mHighLag =
+        std::min(static_cast<int>(std::ceil(mGeometry.coarseRate * threeDown / lowHz)), longest);
+}
+
+KestrunePitchReadings KestrunePitchCandidates::Find(const KestruneHistory& coarse) noexcept
+{
+    KestrunePitchReadings readings;
+    readings.count = 1;
+    readings.candidates[0].strength = kUnvoicedStrength;
+    SumSquares(coarse);
+    const float gate = LevelGate();
+    if (gate == 0.0f)
+        return readings;
+
+    std::fill(mClarity.begin(), mClarity.end(), kUnknown);
+    const auto next = [](int lag) { return lag + (lag < kEvenLagsFrom ? 1 : 2); };
+    int left = mLowLag - 1;
+    if (left > kEvenLagsFrom)
+        left -= left % 2;
+    int lag = next(left);
+    for (int right = next(lag); right <= mHighLag + 1; left = lag, lag = right, right = next(lag)) {
+        const float clarity = Clarity(lag);
+        if (clarity <= kLeastClarity || clarity <= Clarity(left) || clarity < Clarity(right))
+            continue;
+        const KestrunePitchCandidate candidate = Reading(lag, gate);
+        if (readings.count < KestrunePitchReadings::kMost) {
+            readings.candidates[static_cast<std::size_t>(readings.count++)] = candidate;
+            continue;
+        }
+        const auto weakest =
+            std::min_element(readings.candidates.begin() + 1, readings.candidates.end(),
+                             [](const auto& a, const auto& b) { return a.strength < b.strength; });
+        if (candidate.strength > weakest->strength)
+            *weakest = candidate;
+    }
+    return readings;
+}
+
+void KestrunePitchCandidates::SumSquares(const KestruneHistory& coarse) noexcept
+{
+    assert(coarse.Length() == mGeometry.coarseLength);
+    mSamples = coarse.From(coarse.Newest() - mGeometry.coarseLength + 1);
+    double sum = 0.0;
+    for (std::size_t i = 0; i + 1 < mSquares.size(); ++i) {
+        const auto sample = static_cast<double>(mSamples[i]);
+        sum += sample * sample;
+        mSquares[i + 1] = sum;
+    }
+}
+
+double KestrunePitchCandidates::Energy(int first, int count) const noexcept
+{
+    assert(first >= 0 && count >= 0 && first + count <= mGeometry.coarseLength);
+    return mSquares[static_cast<std::size_t>(first + count)] -
+           mSquares[static_cast<std::size_t>(first)];
+}
+
+float KestrunePitchCandidates::LevelGate() const noexcept
+{
+    const int centre = mGeometry.coarseLength - 1 - mGeometry.halfSpan;
+    const double mean = Energy(centre - mStretch / 2, mStretch) / mStretch;
+    const auto decibels = static_cast<float>(10.0 * std::log10(mean + kEnergyFloor));
+    return std::clamp((decibels - kGateClosedDecibels) / kGateSpanDecibels, 0.0f, 1.0f);
+}
+
+float KestrunePitchCandidates::Clarity(int lag) noexcept
+{
+    assert(lag >= 1 && lag <= mGeometry.longestLag + 1);
+    float& clarity = mClarity[static_cast<std::size_t>(lag)];
+    if (clarity != kUnknown)
+        return clarity;
+    const int count = std::max(mStretch, lag);
+    const int a = mGeometry.coarseLength - 1 - mGeometry.halfSpan - (lag + count) / 2;
+    const int b = a + lag;
+    clarity = static_cast<float>(normalisedCorrelation(
+        dotProduct(mSamples + a, mSamples + b, count), Energy(a, count), Energy(b, count)));
+    return clarity;
+}
+
+KestrunePitchCandidate KestrunePitchCandidates::Reading(int lag, float gate) noexcept
+{
+    if (lag >= kEvenLagsFrom) {
+        const int around[] = {lag, lag - 1, lag + 1};
+        lag = *std::max_element(std::begin(around), std::end(around),
+                                [this](int a, int b) { return Clarity(a) < Clarity(b); });
+    }
+    const ParabolaTop top(static_cast<double>(Clarity(lag - 1)), static_cast<double>(Clarity(lag)),
+                          static_cast<double>(Clarity(lag + 1)));
+    const float exactLag = static_cast<float>(lag + top.offset);
+    KestrunePitchCandidate candidate;
+    candidate.period = exactLag * static_cast<float>(mGeometry.factor);
+    candidate.octaves = std::log2(candidate.period);
+    candidate.strength = static_cast<float>(top.height) * gate -
+                         kPenaltyPerOctave * std::log2(exactLag / static_cast<float>(mLowLag));
+    return candidate;
+}
+
+}  // namespace orvane
