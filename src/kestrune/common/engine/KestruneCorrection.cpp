@@ -16,7 +16,6 @@ namespace
 
 constexpr float kSemitones = 12.0f;
 constexpr float kDefaultReferenceHz = 440.0f;
-constexpr float kErrorLeft = 0.25f;
 
 float octavesBetween(float frequency, float reference)
 {
@@ -37,13 +36,6 @@ void KestruneCorrection::SetTones(const float* tones, int count) noexcept
     std::copy_n(tones, mToneCount, mScaleTones.begin());
 }
 
-void KestruneCorrection::SetGlide(float seconds, float sampleRate, int blockSize) noexcept
-{
-    mSmoothing = 0.0f;
-    if (seconds > 0.0f)
-        mSmoothing = std::pow(kErrorLeft, static_cast<float>(blockSize) / (sampleRate * seconds));
-}
-
 float KestruneCorrection::Advance(float frequency, float hold) noexcept
 {
     const float octaves = octavesBetween(frequency, mReferenceFrequency);
@@ -51,8 +43,7 @@ float KestruneCorrection::Advance(float frequency, float hold) noexcept
     float wanted = 1.0f;
     if (hold != 0.0f && !IsIgnored(semitones))
         wanted = std::exp2((NearestTarget(semitones) - semitones) / kSemitones);
-    mCorrectionRatio = (1.0f - mSmoothing) * wanted + mSmoothing * mCorrectionRatio;
-    return mCorrectionRatio;
+    return mGlide.Step(wanted);
 }
 
 float KestruneCorrection::NearestTarget(float semitones) const noexcept

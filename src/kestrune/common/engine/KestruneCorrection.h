@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "kestrune/common/engine/KestruneGlide.h"
+
 #include <array>
 
 namespace orvane
@@ -26,16 +28,19 @@ public:
     void SetIgnoredNotes(ZBuffer* buffer) noexcept { mIgnoredNotes = buffer; }
     /// Sets the speed of the ratio: with one update a block a quarter of an error is left after
     /// seconds; 0 corrects at once. [audio thread]
-    void SetGlide(float seconds, float sampleRate, int blockSize) noexcept;
+    void SetGlide(float seconds, float sampleRate, int blockSize) noexcept
+    {
+        mGlide.SetTime(seconds, sampleRate, blockSize);
+    }
     /// Sets the ratio back to 1, which is no correction. [audio thread]
-    void Restart() noexcept { mCorrectionRatio = 1.0f; }
+    void Restart() noexcept { mGlide.Start(1.0f); }
 
     /// Updates the ratio for a voice at frequency, in Hz, and returns it. A hold of 0 means that
     /// there is no voice; then the ratio moves towards 1. [audio thread]
     float Advance(float frequency, float hold) noexcept;
 
     /// The ratio of the last update. [audio thread]
-    [[nodiscard]] float Ratio() const noexcept { return mCorrectionRatio; }
+    [[nodiscard]] float Ratio() const noexcept { return mGlide.Ratio(); }
 
 private:
     [[nodiscard]] float NearestTarget(float semitones) const noexcept;
@@ -45,8 +50,7 @@ private:
     std::array<float, kMaxTones> mScaleTones{2.0f, 4.0f, 5.0f, 7.0f, 9.0f, 11.0f};
     int mToneCount = 6;
     ZBuffer* mIgnoredNotes = nullptr;
-    float mSmoothing = 0.0f;  // share of the old ratio that an update keeps, in [0, 1)
-    float mCorrectionRatio = 1.0f;
+    KestruneGlide mGlide;
 };
 
 }  // namespace orvane

@@ -65,7 +65,7 @@ void KestruneRecordRing::Repair() noexcept
         Back(0).hold < kHoldBelow || Back(1).hold < kHoldBelow || Back(2).hold < kHoldBelow;
     const float median = WeightedMedianPeriod();
 
-    KestruneAnalysisRecord& record = mRecords[static_cast<std::size_t>(IndexBack(kRepairAge))];
+    KestruneAnalysisRecord& record = Back(kRepairAge);
     if (fading)
         record.hold = std::max(record.hold, kHeldVoicing);
     const float ratio = record.period / median;
@@ -117,6 +117,11 @@ float KestruneRecordRing::HoldAt(double time) const noexcept
 }
 
 const KestruneAnalysisRecord& KestruneRecordRing::Back(int age) const noexcept
+{
+    return mRecords[static_cast<std::size_t>(IndexBack(age))];
+}
+
+KestruneAnalysisRecord& KestruneRecordRing::Back(int age) noexcept
 {
     return mRecords[static_cast<std::size_t>(IndexBack(age))];
 }

@@ -13,6 +13,11 @@ struct KestruneAnalysisRecord
     float period = 0.0f;    // samples
     float strength = 0.0f;  // voicing as measured, 0 .. 1
     float hold = 0.0f;      // voicing after Repair, 0 .. 1
+
+    // Of the fine tracking.
+    bool hasNote = false;
+    bool isLeft = false;  // the note is one of those that are not corrected
+    double note = 0.0;    // that the voice is meant to be on, in semitones above 1 Hz
 };
 
 /// Ring buffer of the last analysis records. It repairs octave errors with a median over time and
@@ -43,6 +48,9 @@ public:
 
     /// The record written age calls of Advance ago; 0 is the newest. [audio thread]
     [[nodiscard]] const KestruneAnalysisRecord& Back(int age) const noexcept;
+    [[nodiscard]] KestruneAnalysisRecord& Back(int age) noexcept;
+    /// Number of records in the ring. [audio thread]
+    [[nodiscard]] int Count() const noexcept { return static_cast<int>(mRecords.size()); }
 
 private:
     [[nodiscard]] int IndexBack(int age) const noexcept;

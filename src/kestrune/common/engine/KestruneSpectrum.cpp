@@ -75,10 +75,7 @@ void KestruneSpectrum::LoadFrame(const KestruneStereoRing& ring, int pos,
 {
     assert(mFrameLength > 0);
     float* frame = mFrame->Data();
-    const bool oneChannel = reference == 0 || reference == 1;
-    ring.Read(oneChannel ? reference : 0, pos, mFrameLength, frame);
-    if (!oneChannel)
-        ring.ReadAdd(1, pos, mFrameLength, frame);
+    ring.ReadMono(reference, pos, mFrameLength, frame);
 
     double sum = 0.0;
     for (int i = 0; i < mFrameLength; ++i) {

@@ -89,6 +89,15 @@ void KestruneStereoRing::ReadAdd(int channel, int pos, int count, float* out) co
     addTo(out + first, ring, count - first);
 }
 
+void KestruneStereoRing::ReadMono(std::int16_t reference, int pos, int count,
+                                  float* out) const noexcept
+{
+    const bool oneChannel = reference == 0 || reference == 1;
+    Read(oneChannel ? reference : 0, pos, count, out);
+    if (!oneChannel)
+        ReadAdd(1, pos, count, out);
+}
+
 void KestruneStereoRing::Add(int channel, int pos, int count, const float* samples) noexcept
 {
     assert(count <= mLength && pos < mLength);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 namespace orvane
@@ -29,12 +30,16 @@ public:
     void Take(float* const* outputs, int pos, int count) noexcept;
     /// Copies count samples of one channel from pos on to out. [audio thread]
     void Read(int channel, int pos, int count, float* out) const noexcept;
-    /// Adds count samples of one channel from pos on to those in out. [audio thread]
-    void ReadAdd(int channel, int pos, int count, float* out) const noexcept;
+    /// Copies count samples from pos on as one channel: the left one for 0, the right one for 1,
+    /// the sum of both for any other reference. [audio thread]
+    void ReadMono(std::int16_t reference, int pos, int count, float* out) const noexcept;
     /// Adds count samples to those of one channel from pos on. [audio thread]
     void Add(int channel, int pos, int count, const float* samples) noexcept;
 
 private:
+    /// Adds count samples of one channel from pos on to those in out.
+    void ReadAdd(int channel, int pos, int count, float* out) const noexcept;
+
     int mLength = 0;
     std::vector<float> mSamples[kChannels];
 };

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "kestrune/common/engine/KestruneFineAnalysis.h"
+
+#include "kestrune/common/engine/KestruneGeometry.h"
+#include "kestrune/common/engine/KestruneStereoRing.h"
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cmath>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr float kStartingHz = 220.0f;  // of the held period, until there is a voice
+constexpr float kVoicedClarity = 0.40f;
+/// A voice goes on through this many unclear records.
+constexpr int kBridgedRecords = 3;
+/// The path has changed when its period differs by more, as a share.
+constexpr float kChangedPath = 0.04f;
+
+}  // namespace
+
+void KestruneFineAnalysis::Allocate(const KestruneGeometry& geometry, float sampleRate,
+                                    int blockSize)
+{
+    mGeometry = KestruneFineGeometry::For(sampleRate, blockSize, geometry);
+    mMono.assign(static_cast<std::size_t>(blockSize), 0.0f);
+    mListener.Allocate(mGeometry);
+    mCandidates.Allocate(mGeometry);
+    mPath.Allocate(mGeometry.depth);
+    mRefiner.Allocate(mGeometry);
+    mRecords.Allocate(geometry.recordCount);
+}
+
+void KestruneFineAnalysis::SetRange(float lowHz, float highHz) noexcept
+{
+    mListener.SetLowest(lowHz);
+    mCandidates.SetRange(lowHz, highHz);
+}
+
+void KestruneFineAnalysis::Restart(std::int64_t position) noexcept
+{
+    mListener.Restart(position);
+    mPath.Restart();
+    mNotes.Release();
+    mHeldPeriod = mGeometry.sampleRate / kStartingHz;
+    mRecords.Fill(mHeldPeriod);
+}
+
+void KestruneFineAnalysis::Listen(const KestruneStereoRing& input, std::int64_t head,
+                                  std::int16_t reference) noexcept
+{
+    input.ReadMono(reference, input.Index(head - mGeometry.blockSize), mGeometry.blockSize,
+                   mMono.data());
+    mListener.Listen(mMono.data(), mGeometry.blockSize);
+    mPath.Add(mCandidates.Find(mListener.Coarse()));
+    AddRecord();
+    RefineRecord(mGeometry.depth - kBridgedRecords);
+    SettleRecord();
+}
+
+void KestruneFineAnalysis::AddRecord() noexcept
+{
+    KestruneAnalysisRecord record;
+    record.time =
+        static_cast<double>((mListener.Coarse().Newest() - mGeometry.halfSpan) * mGeometry.factor -
+                            mGeometry.filterDelay);
+    record.period = mHeldPeriod;
+    mRecords.Write(record);
+}
+
+void KestruneFineAnalysis::RefineRecord(int age) noexcept
+{
+    KestruneAnalysisRecord& record = mRecords.Back(age);
+    const float period = mPath.PeriodBack(age);
+    record.period = mHeldPeriod;
+    record.strength = 0.0f;
+    if (period == 0.0f)
+        return;
+    const KestruneRefinedPeriod refined = mRefiner.Refine(mListener.Middle(), record.time, period);
+    // The lowest voices may be read a little below what the grains are sized for.
+    record.period = std::min(refined.period, static_cast<float>(mGeometry.longestPeriod));
+    record.strength = refined.clarity;
+}
+
+void KestruneFineAnalysis::SettleRecord() noexcept
+{
+    const int age = mGeometry.depth;
+    KestruneAnalysisRecord& record = mRecords.Back(age);
+    const float onPath = mPath.PeriodBack(age);
+    // Also when the path ran through "unvoiced" here before, so that nothing has been measured.
+    const bool hasChanged =
+        record.strength == 0.0f || std::fabs(onPath - record.period) > kChangedPath * record.period;
+    if (onPath > 0.0f && hasChanged)
+        RefineRecord(age);
+
+    const bool isVoiced = IsVoiced();
+    record.hold = isVoiced ? 1.0f : 0.0f;
+    if (isVoiced)
+        mHeldPeriod = record.period;
+    else
+        record.period = mHeldPeriod;
+    ChooseNote(record);
+}
+
+bool KestruneFineAnalysis::IsVoiced() const noexcept
+{
+    const int age = mGeometry.depth;
+    if (mPath.PeriodBack(age) == 0.0f)
+        return false;
+    if (mRecords.Back(age).strength >= kVoicedClarity)
+        return true;
+    // The coarse path finds the note, and the clarity trims its ends to the cycle; a dip within the
+    // note does not tear it.
+    if (mRecords.Back(age + 1).hold == 0.0f)
+        return false;
+    for (int newer = 1; newer <= kBridgedRecords && mPath.PeriodBack(age - newer) > 0.0f; ++newer)
+        if (mRecords.Back(age - newer).strength >= kVoicedClarity)
+            return true;
+    return false;
+}
+
+void KestruneFineAnalysis::ChooseNote(KestruneAnalysisRecord& record) noexcept
+{
+    record.hasNote = record.hold > 0.0f;
+    if (!record.hasNote)
+        return mNotes.Release();
+    std::array<double, KestruneNoteChoice::kMostPitches> pitches{};
+    std::size_t count = 0;
+    const auto add = [&](float period) {
+        pitches[count++] = 12.0 * std::log2(static_cast<double>(mGeometry.sampleRate) /
+                                            static_cast<double>(period));
+    };
+    add(record.period);
+    for (int age = mGeometry.depth - 1; age >= 0 && mPath.PeriodBack(age) > 0.0f; --age)
+        add(mPath.PeriodBack(age));
+    const KestruneNoteChoice::Note note = mNotes.Choose({pitches.data(), count});
+    record.note = note.semitones;
+    record.isLeft = note.isLeft;
+}
+
+int KestruneFineAnalysis::SettledNear(double time) const noexcept
+{
+    int nearest = mGeometry.depth;
+    double least = std::fabs(mRecords.Back(nearest).time - time);
+    for (int age = nearest + 1; age < mRecords.Count(); ++age) {
+        const double distance = std::fabs(mRecords.Back(age).time - time);
+        if (distance > least)
+            break;
+        least = distance;
+        nearest = age;
+    }
+    return nearest;
+}
+
+}  // namespace orvane

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "kestrune/common/engine/KestruneFineGeometry.h"
+#include "kestrune/common/engine/KestruneListener.h"
+#include "kestrune/common/engine/KestruneNoteChoice.h"
+#include "kestrune/common/engine/KestrunePeriodRefiner.h"
+#include "kestrune/common/engine/KestrunePitchCandidates.h"
+#include "kestrune/common/engine/KestrunePitchPath.h"
+#include "kestrune/common/engine/KestruneRecordRing.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace orvane
+{
+
+struct KestruneGeometry;
+class KestruneStereoRing;
+
+/// The listening half of the fine tracking. Each block adds a record; a record is settled some
+/// blocks later, when what followed has decided on it: whether there is a voice, its exact period,
+/// and the note that it is meant to be on.
+///
+/// In a settled record, strength is the clarity of the voice, hold is 1 for a voice and 0 for
+/// none, and period without a voice is that of the last one.
+class KestruneFineAnalysis
+{
+public:
+    /// Blocks after a restart until the synthesis can be led by the records.
+    static constexpr int kSettlingBlocks = 19;
+
+    /// [setup]
+    void Allocate(const KestruneGeometry& geometry, float sampleRate, int blockSize);
+    /// Frequency range in Hz. What was heard stays. [audio thread]
+    void SetRange(float lowHz, float highHz) noexcept;
+    [[nodiscard]] KestruneNoteChoice& Notes() noexcept { return mNotes; }
+    /// Forgets what was heard; the next block begins at this stream position. [audio thread]
+    void Restart(std::int64_t position) noexcept;
+
+    /// Takes in the newest block of the input, which ends before the stream position head.
+    /// reference: as in KestruneStereoRing::ReadMono. [audio thread]
+    void Listen(const KestruneStereoRing& input, std::int64_t head,
+                std::int16_t reference) noexcept;
+    /// Moves on to the record of the next block. [audio thread]
+    void Advance() noexcept { mRecords.Advance(); }
+
+    [[nodiscard]] const KestruneRecordRing& Records() const noexcept { return mRecords; }
+    [[nodiscard]] const KestruneFineGeometry& Geometry() const noexcept { return mGeometry; }
+    /// The settled record nearest to a stream position, as its age in blocks. [audio thread]
+    [[nodiscard]] int SettledNear(double time) const noexcept;
+
+private:
+    void AddRecord() noexcept;
+    void RefineRecord(int age) noexcept;
+    void SettleRecord() noexcept;
+    [[nodiscard]] bool IsVoiced() const noexcept;
+    void ChooseNote(KestruneAnalysisRecord& record) noexcept;
+
+    KestruneFineGeometry mGeometry;
+    std::vector<float> mMono;  // the newest block
+    KestruneListener mListener;
+    KestrunePitchCandidates mCandidates;
+    KestrunePitchPath mPath;
+    KestrunePeriodRefiner mRefiner;
+    KestruneNoteChoice mNotes;
+    KestruneRecordRing mRecords;
+    float mHeldPeriod = 0.0f;  // of the last voice, in samples
+};
+
+}  // namespace orvane
