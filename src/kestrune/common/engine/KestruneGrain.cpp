@@ -1,43 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/KestruneGrain.h"
 
+#include "kestrune/common/engine/KestruneGrainWindow.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
 
 namespace orvane
 {
-
-namespace
-{
-
-/// A mark as the sample before it and the fraction of a sample between them.
-struct MarkPosition
-{
-    explicit MarkPosition(double mark)
-        : sample(static_cast<long long>(mark))
-        , fraction(static_cast<float>(mark - static_cast<double>(sample)))
-    {
-    }
-
-    long long sample;
-    float fraction;
-};
-
-/// cos(pi u / 2) for u in -1 .. 1, with z = u^2: the power series up to u^12, exact to 1e-8. Unlike
-/// the library's cosine it lets the compiler vectorise a loop.
-float cosineOfHalfPi(float z)
-{
-    float sum = 4.7108748e-7f;
-    sum = sum * z - 2.5202042e-5f;
-    sum = sum * z + 9.1926027e-4f;
-    sum = sum * z - 2.0863481e-2f;
-    sum = sum * z + 2.5366951e-1f;
-    sum = sum * z - 1.2337006f;
-    return sum * z + 1.0f;
-}
-
-}  // namespace
 
 void KestruneGrain::Allocate(int grainCapacity, int resampledCapacity)
 {
@@ -54,16 +25,14 @@ void KestruneGrain::FillWindow(float* window, int length, float fraction) noexce
     const auto span = static_cast<float>(length + 1);
     for (int i = 0; i < length; ++i) {
         const float u = 2.0f * (static_cast<float>(i + 1) - fraction) / span - 1.0f;
-        const float cosine = cosineOfHalfPi(u * u);
-        const float t = cosine * cosine;
-        window[i] = t * t * (3.0f - 2.0f * t);
+        window[i] = kestruneGrainWindow(u);
     }
 }
 
 void KestruneGrain::Cut(const KestruneStereoRing& input, double mark, int length) noexcept
 {
     assert(length > 0 && length + 2 <= static_cast<int>(mGrainWindow.size()));
-    const MarkPosition position(mark);
+    const KestruneMarkPosition position(mark);
     mLength = length;
     mFraction = position.fraction;
     FillWindow(mGrainWindow.data(), length, mFraction);
@@ -83,7 +52,7 @@ void KestruneGrain::Cut(const KestruneStereoRing& input, double mark, int length
 void KestruneGrain::AddTo(KestruneStereoRing& output, double mark, float formantFactor) noexcept
 {
     assert(formantFactor >= 0.5f && formantFactor <= 2.0f);
-    const MarkPosition position(mark);
+    const KestruneMarkPosition position(mark);
     const int length = static_cast<int>(static_cast<float>(mLength) / formantFactor);
     assert(length <= static_cast<int>(mResampled.size()));
     const float centre = static_cast<float>(mLength) * 0.5f + mFraction - position.fraction;

@@ -29,10 +29,7 @@ public:
 
 private:
     /// Computes a window of length samples; its centre is delayed by fraction (0 .. 1) of a sample.
-    ///
-    /// w(u) = (1 + 1.125 cos(pi u) - 0.125 cos(3 pi u)) / 2 for u in -1 .. 1, computed as
-    /// t^2 (3 - 2 t) with t = cos^2(pi u / 2), which is the same by cos(3 a) = 4 cos^3 a - 3 cos a.
-    /// w(u) + w(u - 1) = 1, so grains of two periods a period apart add up to the input.
+    /// Grains of two periods a period apart add up to the input.
     static void FillWindow(float* window, int length, float fraction) noexcept;
     /// Writes resampledLength samples of the channel's grain to mResampled, by linear
     /// interpolation. centre is the position in the grain that the middle of the result comes from.
