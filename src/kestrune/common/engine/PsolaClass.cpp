@@ -28,7 +28,7 @@ float boundedOctaves(float octaves)
 
 PsolaClass::PsolaClass()
 {
-    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    UpdateGlide();
 }
 
 PsolaClass::~PsolaClass() = default;
@@ -46,22 +46,25 @@ void PsolaClass::SetFormantShift(float octaves) noexcept
 void PsolaClass::SetReferenceFrequency(float hz) noexcept
 {
     mCorrection.SetReferenceFrequency(hz);
+    mFineAnalysis.Notes().SetReferenceFrequency(hz);
 }
 
 void PsolaClass::SetScaleTones(const float* tones, int count) noexcept
 {
     mCorrection.SetTones(tones, count);
+    mFineAnalysis.Notes().SetTones(tones, count);
 }
 
 void PsolaClass::SetIgnoredNotes(ZBuffer* buffer) noexcept
 {
     mCorrection.SetIgnoredNotes(buffer);
+    mFineAnalysis.Notes().SetIgnoredNotes(buffer);
 }
 
 void PsolaClass::SetCorrectionTime(float ms) noexcept
 {
     mCorrectionTime = ms > 0.0f ? ms * kMillisecond : 0.0f;
-    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    UpdateGlide();
 }
 
 void PsolaClass::SetFrequencyRange(float minHz, float maxHz) noexcept
@@ -76,6 +79,7 @@ void PsolaClass::SetFrequencyRange(float minHz, float maxHz) noexcept
 void PsolaClass::SetCorrectionEnabled(bool enabled) noexcept
 {
     mCorrection.Restart();
+    mFineSynthesis.RestartCorrection();
     mCorrectionEnabled = enabled;
 }
 
@@ -89,9 +93,26 @@ void PsolaClass::SetTransposeEnabled(bool enabled) noexcept
     mTransposeEnabled = enabled;
 }
 
+void PsolaClass::SetTracking(KestruneTracking tracking) noexcept
+{
+    if (tracking == mWantedTracking)
+        return;
+    mWantedTracking = tracking;
+    mSettlingBlocks = KestruneFineAnalysis::kSettlingBlocks;
+    // Back before the other one was settled: this one has listened all the time.
+    if (tracking == mTracking || !IsAllocated())
+        return;
+    if (tracking == KestruneTracking::kFine)
+        mFineAnalysis.Restart(Head());
+    else
+        RestartClassic();
+}
+
 float PsolaClass::GetCorrectionCents() const noexcept
 {
-    return 1200.0f * std::log10(mCorrection.Ratio()) / std::log10(2.0f);
+    const float ratio = mTracking == KestruneTracking::kFine ? mFineSynthesis.CorrectionRatio()
+                                                             : mCorrection.Ratio();
+    return 1200.0f * std::log10(ratio) / std::log10(2.0f);
 }
 
 float PsolaClass::GetInputPitch() const noexcept
@@ -113,7 +134,7 @@ bool PsolaClass::Initialize(float sampleRate, int blockSize)
 {
     mSampleRate = sampleRate;
     mBlockSize = blockSize;
-    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    UpdateGlide();
     return AllocateBuffers();
 }
 
@@ -121,7 +142,7 @@ bool PsolaClass::SetSampleRate(float sampleRate)
 {
     const bool isNew = sampleRate != mSampleRate;
     mSampleRate = sampleRate;
-    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    UpdateGlide();
     return !isNew || AllocateBuffers();
 }
 
@@ -129,7 +150,7 @@ bool PsolaClass::SetBlockSize(int blockSize)
 {
     const bool isNew = blockSize != mBlockSize;
     mBlockSize = blockSize;
-    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    UpdateGlide();
     return !isNew || AllocateBuffers();
 }
 
@@ -145,6 +166,8 @@ bool PsolaClass::AllocateBuffers()
         mGrain.Allocate(geometry.grainCapacity, geometry.resampledCapacity);
         mSpectrum.Allocate(geometry);
         mRecords.Allocate(geometry.recordCount);
+        mFineAnalysis.Allocate(geometry, mSampleRate, mBlockSize);
+        mFineSynthesis.Allocate(mFineAnalysis.Geometry());
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -152,11 +175,25 @@ bool PsolaClass::AllocateBuffers()
     mStreamPos = geometry.firstStreamPos;
     mInputWritePos = geometry.latency;
     mOutputReadPos = 0;
-    mInputMark = geometry.firstMark;
-    mOutputMark = geometry.firstMark;
+    mMarks = {static_cast<double>(geometry.firstMark), static_cast<double>(geometry.firstMark)};
     UpdateRange();
     mRecords.Fill(static_cast<float>(mLongestPeriod + mShortestPeriod) * 0.5f);
+    // Nothing has sounded yet that the wanted tracking would have to go on from.
+    mTracking = mWantedTracking;
+    mFineAnalysis.Restart(Head());
+    mFineSynthesis.Restart();
     return true;
+}
+
+std::int64_t PsolaClass::Head() const noexcept
+{
+    return mStreamPos + mGeometry.grainCapacity / 2 + kAnalysisLeadBlocks * mBlockSize;
+}
+
+void PsolaClass::UpdateGlide() noexcept
+{
+    mCorrection.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
+    mFineSynthesis.SetGlide(mCorrectionTime, mSampleRate, mBlockSize);
 }
 
 void PsolaClass::UpdateRange() noexcept
@@ -167,6 +204,7 @@ void PsolaClass::UpdateRange() noexcept
         static_cast<int>(kWindowFactor * static_cast<float>(mLongestPeriod) + 0.5f));
     const float binsPerHz = static_cast<float>(mGeometry.fftSize) / mSampleRate;
     mComb.SetRange(mMinFrequency, mMaxFrequency, mSpectrumTop, binsPerHz);
+    mFineAnalysis.SetRange(mMinFrequency, mMaxFrequency);
 }
 
 void PsolaClass::Reset() noexcept
@@ -179,6 +217,17 @@ void PsolaClass::Reset() noexcept
     mCorrection.Restart();
     mInputPitch = mDetectedFrequency;
     mOutputPitch = mDetectedFrequency;
+    if (IsAllocated())
+        mFineAnalysis.Restart(Head());
+    mFineSynthesis.Restart();
+}
+
+void PsolaClass::RestartClassic() noexcept
+{
+    mComb.Clear();
+    mDetectedFrequency = (mMinFrequency + mMaxFrequency) * 0.5f;
+    mRecords.Fill(static_cast<float>(mLongestPeriod + mShortestPeriod) * 0.5f);
+    mCorrection.Restart();
 }
 
 void PsolaClass::Process(const float* const* inputs, float* const* outputs, int count) noexcept
@@ -199,9 +248,32 @@ void PsolaClass::ProcessStereo(const float* const* inputs, float* const* outputs
     mOutputReadPos = (mOutputReadPos + count) % mOutputRing.Length();
     mStreamPos += count;
     mRecords.Advance();
+    mFineAnalysis.Advance();
+}
+
+bool PsolaClass::Listens(KestruneTracking tracking) const noexcept
+{
+    return tracking == mTracking || tracking == mWantedTracking;
 }
 
 void PsolaClass::AnalyzeFrame() noexcept
+{
+    if (Listens(KestruneTracking::kClassic))
+        ListenClassic();
+    if (Listens(KestruneTracking::kFine))
+        mFineAnalysis.Listen(mInputRing, Head() + mBlockSize, mPitchReference);
+    if (mTracking != mWantedTracking && --mSettlingBlocks == 0)
+        GoOver();
+}
+
+void PsolaClass::GoOver() noexcept
+{
+    mTracking = mWantedTracking;
+    if (mTracking == KestruneTracking::kFine)
+        mFineSynthesis.Restart();
+}
+
+void PsolaClass::ListenClassic() noexcept
 {
     const int length = mSpectrum.FrameLength();
     mSpectrum.LoadFrame(mInputRing, mInputRing.Index(mInputWritePos - length), mPitchReference);
@@ -210,9 +282,7 @@ void PsolaClass::AnalyzeFrame() noexcept
     mDetectedFrequency = mComb.Find(mSpectrum.Values(), mVoicing);
 
     KestruneAnalysisRecord record;
-    record.time = static_cast<double>(mStreamPos + mGeometry.grainCapacity / 2 +
-                                      kAnalysisLeadBlocks * mBlockSize) -
-                  length * 0.5;
+    record.time = static_cast<double>(Head()) - length * 0.5;
     record.period = mSampleRate / mDetectedFrequency;
     record.strength = mVoicing;
     record.hold = mVoicing;
@@ -231,9 +301,29 @@ KestruneSpectrum::Band PsolaClass::AnalysedBand() const noexcept
 
 void PsolaClass::SynthesizeStereo() noexcept
 {
+    if (mTracking == KestruneTracking::kFine)
+        PlaceFineGrains();
+    else
+        PlaceClassicGrains();
+}
+
+void PsolaClass::PlaceFineGrains() noexcept
+{
+    KestruneFineSynthesis::Shifts shifts;
+    shifts.pitchFactor = mTransposeEnabled ? std::exp2(mPitchShift) : 1.0f;
+    shifts.formantFactor = mTransposeEnabled ? std::exp2(mFormantShift) : 1.0f;
+    shifts.isCorrected = mCorrectionEnabled;
+    mFineSynthesis.PlaceGrains(mFineAnalysis, mInputRing, mOutputRing, mMarks, mStreamPos, shifts,
+                               mPitchReference);
+    mInputPitch = mSampleRate / mFineSynthesis.InputPeriod();
+    mOutputPitch = mInputPitch * mFineSynthesis.Ratio();
+}
+
+void PsolaClass::PlaceClassicGrains() noexcept
+{
     const float pitchFactor = mTransposeEnabled ? std::exp2(mPitchShift) : 1.0f;
     const float formantFactor = mTransposeEnabled ? std::exp2(mFormantShift) : 1.0f;
-    while (static_cast<double>(mStreamPos) > mOutputMark) {
+    while (static_cast<double>(mStreamPos) > mMarks.output) {
         const VoiceAtMark voice = MoveInputMark();
         const float frequency = 1.0f / (voice.period / mSampleRate);
         float ratio = pitchFactor;
@@ -242,9 +332,11 @@ void PsolaClass::SynthesizeStereo() noexcept
         mInputPitch = frequency;
         mOutputPitch = frequency * ratio;
 
-        mGrain.Cut(mInputRing, mInputMark, GrainLength(voice.period, ratio));
-        mGrain.AddTo(mOutputRing, mOutputMark, formantFactor);
-        mOutputMark += mRecords.PeriodAt(mOutputMark) / ratio;
+        mGrain.Cut(mInputRing, mMarks.input, GrainLength(voice.period, ratio));
+        mGrain.AddTo(mOutputRing, mMarks.output, formantFactor);
+        const float step = mRecords.PeriodAt(mMarks.output) / ratio;
+        mMarks.output += step;
+        mMarks.step = static_cast<double>(step);
     }
     // The next block starts with the input mark near the output mark.
     MoveInputMark();
@@ -252,19 +344,20 @@ void PsolaClass::SynthesizeStereo() noexcept
 
 PsolaClass::VoiceAtMark PsolaClass::MoveInputMark() noexcept
 {
-    float period = mRecords.PeriodAt(mInputMark);
-    while (std::fabs(mInputMark + period - mOutputMark) < std::fabs(mInputMark - mOutputMark)) {
-        mInputMark += period;
-        period = mRecords.PeriodAt(mInputMark);
+    float period = mRecords.PeriodAt(mMarks.input);
+    while (std::fabs(mMarks.input + period - mMarks.output) <
+           std::fabs(mMarks.input - mMarks.output)) {
+        mMarks.input += period;
+        period = mRecords.PeriodAt(mMarks.input);
     }
-    return {period, mRecords.HoldAt(mInputMark)};
+    return {period, mRecords.HoldAt(mMarks.input)};
 }
 
 int PsolaClass::GrainLength(float period, float ratio) const noexcept
 {
     assert(period > 0.0f && ratio > 0.0f);
     const int length = static_cast<int>(period * kGrainFactor);
-    const float strength = mRecords.StrengthAt(mOutputMark);
+    const float strength = mRecords.StrengthAt(mMarks.output);
     if (ratio >= 1.0f || strength > kWeakStrength)
         return length;
     // When marks are further apart than in the input, grains of two periods leave gaps, which are

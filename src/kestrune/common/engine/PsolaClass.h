@@ -2,12 +2,16 @@
 #pragma once
 
 #include "kestrune/common/engine/KestruneCorrection.h"
+#include "kestrune/common/engine/KestruneFineAnalysis.h"
+#include "kestrune/common/engine/KestruneFineSynthesis.h"
 #include "kestrune/common/engine/KestruneGeometry.h"
 #include "kestrune/common/engine/KestruneGrain.h"
 #include "kestrune/common/engine/KestruneHarmonicComb.h"
+#include "kestrune/common/engine/KestruneMarks.h"
 #include "kestrune/common/engine/KestruneRecordRing.h"
 #include "kestrune/common/engine/KestruneSpectrum.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
+#include "kestrune/common/engine/KestruneTracking.h"
 
 #include <cstdint>
 
@@ -23,6 +27,10 @@ class ZBuffer;
 /// F. Charpentier, "Pitch-synchronous waveform processing techniques for text-to-speech synthesis
 /// using diphones", Speech Communication 9, 1990). Unlike there, pitch marks follow the detected
 /// period only and are not aligned to the waveform.
+///
+/// That is the classic tracking. The fine one (KestruneFineAnalysis, KestruneFineSynthesis) listens
+/// in another way and places its grains by glottal pulses; rings, block, marks and latency are the
+/// same.
 ///
 /// Both channels share one analysis, one set of marks and one window. Every call of Process takes
 /// one block of the size given to Initialize. Output follows input by GetLatency samples, plus or
@@ -71,6 +79,12 @@ public:
     /// [audio thread]
     virtual void SetPitchReference(std::int16_t reference) noexcept;
     virtual void SetTransposeEnabled(bool enabled) noexcept;
+    /// Chooses how the voice is followed. A running engine goes over without a gap: both listen
+    /// until the new one knows the voice, then its grains go on from the marks where they stand.
+    /// [audio thread]
+    virtual void SetTracking(KestruneTracking tracking) noexcept;
+    /// The tracking that places the grains. [audio thread]
+    [[nodiscard]] KestruneTracking GetTracking() const noexcept { return mTracking; }
 
     /// The correction of the newest grain in cents, without the pitch shift. [audio thread]
     [[nodiscard]] virtual float GetCorrectionCents() const noexcept;
@@ -108,7 +122,15 @@ private:
     };
 
     [[nodiscard]] bool IsAllocated() const noexcept { return mGeometry.fftSize > 0; }
+    [[nodiscard]] std::int64_t Head() const noexcept;
     void UpdateRange() noexcept;
+    void UpdateGlide() noexcept;
+    void RestartClassic() noexcept;
+    void ListenClassic() noexcept;
+    void PlaceClassicGrains() noexcept;
+    void PlaceFineGrains() noexcept;
+    void GoOver() noexcept;
+    [[nodiscard]] bool Listens(KestruneTracking tracking) const noexcept;
     [[nodiscard]] KestruneSpectrum::Band AnalysedBand() const noexcept;
     /// Moves the input mark by whole periods as near to the output mark as possible.
     VoiceAtMark MoveInputMark() noexcept;
@@ -133,8 +155,7 @@ private:
     KestruneRecordRing mRecords;
     std::int64_t mStreamPos = 0;  // synthesis horizon: the block places grains up to here
 
-    double mInputMark = 0.0;         // newest pitch mark of the input, a stream position
-    double mOutputMark = 0.0;        // next pitch mark of the output, a stream position
+    KestruneMarks mMarks;
     KestruneStereoRing mOutputRing;  // sum of the grains
     int mOutputReadPos = 0;
     KestruneGrain mGrain;
@@ -146,6 +167,12 @@ private:
     KestruneCorrection mCorrection;
     float mInputPitch = 700.0f;  // Hz, of the newest grain
     float mOutputPitch = 700.0f;
+
+    KestruneTracking mTracking = KestruneTracking::kClassic;  // places the grains
+    KestruneTracking mWantedTracking = KestruneTracking::kClassic;
+    int mSettlingBlocks = 0;  // until the wanted tracking places the grains
+    KestruneFineAnalysis mFineAnalysis;
+    KestruneFineSynthesis mFineSynthesis;
 };
 
 }  // namespace orvane

@@ -43,13 +43,16 @@ namespace
 constexpr float kRate = 44100.0f;
 constexpr int kHop = 512;
 constexpr int kLatency = 18359;
+constexpr KestruneTracking kTrackings[] = {KestruneTracking::kClassic, KestruneTracking::kFine};
 const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
 
 /// An engine that hears both channels and shifts by octaves.
 std::unique_ptr<PsolaClass> engineAt(float rate, float minHz = 73.0f, float maxHz = 1318.0f,
-                                     float pitch = 0.0f, float formant = 0.0f)
+                                     float pitch = 0.0f, float formant = 0.0f,
+                                     KestruneTracking tracking = KestruneTracking::kClassic)
 {
     auto engine = std::make_unique<PsolaClass>();
+    engine->SetTracking(tracking);
     EXPECT_TRUE(engine->Initialize(rate, hopAt(rate)));
     engine->SetFrequencyRange(minHz, maxHz);
     engine->SetPitchReference(2);
@@ -134,20 +137,22 @@ TEST(PsolaClassTest, CorrectionBringsAVoiceOntoTheNearestToneOfTheScale)
 
 TEST(PsolaClassTest, BothChannelsShareMarksAndGrainsAndMayBeChangedInPlace)
 {
-    auto left = steadyVowel(Vowel::kA, 200.0, kRate, 1.5);
-    auto right = left;
-    for (float& sample : right)
-        sample *= -0.5f;
-    auto apart = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f);
-    auto inPlace = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f);
-    const auto expected = runEngine(*apart, kHop, Stereo{left, right})[0];
-    for (std::size_t at = 0; at + kHop <= left.size(); at += kHop) {
-        float* const channels[] = {left.data() + at, right.data() + at};
-        inPlace->Process(channels, channels, kHop);
-    }
-    for (std::size_t i = 0; i < left.size() / kHop * kHop; ++i) {
-        ASSERT_EQ(left[i], expected[i]) << i;
-        ASSERT_EQ(right[i], -0.5f * expected[i]) << i;
+    for (const auto tracking : kTrackings) {
+        auto left = steadyVowel(Vowel::kA, 200.0, kRate, 1.5);
+        auto right = left;
+        for (float& sample : right)
+            sample *= -0.5f;
+        auto apart = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f, tracking);
+        auto inPlace = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f, tracking);
+        const auto expected = runEngine(*apart, kHop, Stereo{left, right})[0];
+        for (std::size_t at = 0; at + kHop <= left.size(); at += kHop) {
+            float* const channels[] = {left.data() + at, right.data() + at};
+            inPlace->Process(channels, channels, kHop);
+        }
+        for (std::size_t i = 0; i < left.size() / kHop * kHop; ++i) {
+            ASSERT_EQ(left[i], expected[i]) << i;
+            ASSERT_EQ(right[i], -0.5f * expected[i]) << i;
+        }
     }
 }
 
@@ -158,12 +163,13 @@ TEST(PsolaClassTest, TheReferenceNamesTheChannelThatIsHeard)
     const std::vector<float> silence(tone.size());
     const std::vector<std::pair<std::int16_t, Stereo>> rows{
         {0, {tone, other}}, {1, {other, tone}}, {2, {silence, tone}}, {7, {tone, silence}}};
-    for (const auto& [reference, input] : rows) {
-        auto engine = engineAt(kRate);
-        engine->SetPitchReference(reference);
-        runEngine(*engine, kHop, input);
-        EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 5.0) << reference;
-    }
+    for (const auto tracking : kTrackings)
+        for (const auto& [reference, input] : rows) {
+            auto engine = engineAt(kRate, 73.0f, 1318.0f, 0.0f, 0.0f, tracking);
+            engine->SetPitchReference(reference);
+            runEngine(*engine, kHop, input);
+            EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 5.0) << reference;
+        }
 }
 
 TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
@@ -221,14 +227,15 @@ TEST(PsolaClassTest, AnySoundGivesFiniteOutputAtEveryRate)
 
 TEST(PsolaClassTest, OneBadBlockNeitherReachesTheOutputNorEndsDetection)
 {
-    for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity(), 1.0e35f}) {
-        auto engine = engineAt(kRate);
-        auto voice = steadyVowel(Vowel::kA, 220.0, kRate, 2.0);
-        std::fill_n(voice.begin() + 22050, 700, bad);
-        const auto output = runEngine(*engine, kHop, voice);
-        EXPECT_LT(largest(output), 4.0f);
-        EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 6.0);
-    }
+    for (const auto tracking : kTrackings)
+        for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity(), 1.0e35f}) {
+            auto engine = engineAt(kRate, 73.0f, 1318.0f, 0.0f, 0.0f, tracking);
+            auto voice = steadyVowel(Vowel::kA, 220.0, kRate, 2.0);
+            std::fill_n(voice.begin() + 22050, 700, bad);
+            const auto output = runEngine(*engine, kHop, voice);
+            EXPECT_LT(largest(output), 4.0f);
+            EXPECT_NEAR(centsBetween(engine->GetInputPitch(), 220.0), 0.0, 6.0);
+        }
 }
 
 TEST(PsolaClassTest, AChangeOfRateOrBlockStartsAfresh)

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The steps of the fine tracking, one by one.
+#include "EngineRun.h"
+#include "PlainFine.h"
+#include "kestrune/common/engine/KestruneFineAnalysis.h"
+#include "kestrune/common/engine/KestruneFlankedGrain.h"
+#include "kestrune/common/engine/KestruneGlottalAlignment.h"
+#include "support/Measure.h"
+#include "support/Signals.h"
+#include "tools/singer/Singer.h"
+#include "zlib/common/buffers/ZBuffer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
+
+/// Listener, candidates, path and refinement, each beside its plain form.
+class StepsBesidePlainOnes
+{
+public:
+    explicit StepsBesidePlainOnes(float rate)
+        : hop(hopAt(rate))
+        , mPlain(static_cast<double>(rate), hop, 73.0, 1318.0)
+    {
+        const KestruneGeometry geometry = KestruneGeometry::For(rate, hop);
+        mSizes = KestruneFineGeometry::For(rate, hop, geometry);
+        mListener.Allocate(mSizes);
+        mListener.SetLowest(73.0f);
+        mListener.Restart(geometry.latency);
+        mCandidates.Allocate(mSizes);
+        mCandidates.SetRange(73.0f, 1318.0f);
+        mPath.Allocate(mSizes.depth);
+        mRefiner.Allocate(mSizes);
+    }
+
+    void Listen(const float* block)
+    {
+        mPlain.Process(block);
+        mListener.Listen(block, hop);
+        CompareSignal(mListener.Coarse(), mPlain.coarse);
+        CompareSignal(mListener.Middle(), mPlain.middle);
+        const KestrunePitchReadings readings = mCandidates.Find(mListener.Coarse());
+        CompareReadings(readings);
+        mPath.Add(readings);
+        for (int age = 0; age <= mSizes.depth; ++age)
+            ASSERT_NEAR(mPath.PeriodBack(age), mPlain.path[static_cast<std::size_t>(age)], 0.01);
+        CompareRefinement();
+    }
+
+    const int hop;
+    int refined = 0;
+
+private:
+    static void CompareSignal(const KestruneHistory& history, const std::vector<double>& plain)
+    {
+        ASSERT_EQ(static_cast<std::size_t>(history.Newest()) + 1, plain.size());
+        const float* const samples = history.From(history.Newest() - 99);
+        for (std::size_t i = 0; i < 100; ++i)
+            ASSERT_NEAR(samples[i], plain[plain.size() - 100 + i], 1e-5);
+    }
+    void CompareReadings(const KestrunePitchReadings& readings) const
+    {
+        auto found = readings.candidates;
+        std::sort(found.begin() + 1, found.begin() + readings.count,
+                  [](const auto& a, const auto& b) { return a.strength > b.strength; });
+        const auto expected = mPlain.Candidates();
+        ASSERT_EQ(static_cast<std::size_t>(readings.count), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            ASSERT_NEAR(found[i].strength, expected[i].strength, 1e-4);
+            ASSERT_NEAR(found[i].period, expected[i].period, 0.02 + 1e-4 * expected[i].period);
+        }
+    }
+    void CompareRefinement()
+    {
+        constexpr std::size_t kAge = 11;
+        const double rough = mPlain.path[kAge];
+        if (mPlain.records.size() <= kAge || rough == 0.0)
+            return;
+        PlainFine::Record record = mPlain.records[mPlain.records.size() - 1 - kAge];
+        mPlain.Refine(record, rough);
+        const KestruneRefinedPeriod measured =
+            mRefiner.Refine(mListener.Middle(), record.time, static_cast<float>(rough));
+        ASSERT_NEAR(centsBetween(static_cast<double>(measured.period), record.period), 0.0, 0.05);
+        ASSERT_NEAR(measured.clarity, record.clarity, 1e-4);
+        ++refined;
+    }
+
+    PlainFine mPlain;
+    KestruneFineGeometry mSizes;
+    KestruneListener mListener;
+    KestrunePitchCandidates mCandidates;
+    KestrunePitchPath mPath;
+    KestrunePeriodRefiner mRefiner;
+};
+
+}  // namespace
+
+TEST(FineStepsTest, ListenerCandidatesPathAndRefinementAreThoseOfThePlainForm)
+{
+    for (const float rate : {16000.0f, 44100.0f, 96000.0f}) {
+        SCOPED_TRACE(rate);
+        const std::vector<float> song = renderSong(demoSong(), static_cast<double>(rate));
+        StepsBesidePlainOnes steps(rate);
+        const auto from = static_cast<std::size_t>(0.3f * rate);
+        const auto end = static_cast<std::size_t>(1.5f * rate);
+        for (auto at = from; at < end; at += static_cast<std::size_t>(steps.hop))
+            ASSERT_NO_FATAL_FAILURE(steps.Listen(song.data() + at)) << at;
+        EXPECT_GT(steps.refined, 40);
+    }
+}
+
+TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
+{
+    const struct
+    {
+        float rate;
+        float correctionMs;
+        float pitchShift;  // semitones
+        float formantShift;
+        double seconds;
+    } rows[] = {{44100.0f, 50.0f, 2.0f, 1.0f, 4.5}, {96000.0f, 0.0f, -5.0f, -7.0f, 1.5}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.rate);
+        std::vector<float> song = renderSong(demoSong(), static_cast<double>(row.rate));
+        song.resize(static_cast<std::size_t>(row.seconds * static_cast<double>(row.rate)));
+        const int hop = hopAt(row.rate);
+        PsolaClass engine;
+        engine.SetTracking(KestruneTracking::kFine);
+        ASSERT_TRUE(engine.Initialize(row.rate, hop));
+        engine.SetFrequencyRange(73.0f, 1318.0f);
+        engine.SetScaleTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
+        engine.SetCorrectionTime(row.correctionMs);
+        engine.SetCorrectionEnabled(true);
+        engine.SetTransposeEnabled(true);
+        engine.SetPitchShift(row.pitchShift / 12.0f);
+        engine.SetFormantShift(row.formantShift / 12.0f);
+        const std::vector<float> output = runEngine(engine, hop, song);
+
+        PlainFine plain(static_cast<double>(row.rate), hop, 73.0, 1318.0);
+        plain.correctionMs = static_cast<double>(row.correctionMs);
+        plain.pitchFactor = std::exp2(static_cast<double>(row.pitchShift) / 12.0);
+        plain.formantFactor = std::exp2(static_cast<double>(row.formantShift) / 12.0);
+        KestruneFineAnalysis analysis;
+        const KestruneGeometry geometry = KestruneGeometry::For(row.rate, hop);
+        analysis.Allocate(geometry, row.rate, hop);
+        analysis.SetRange(73.0f, 1318.0f);
+        analysis.Notes().SetTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
+        analysis.Restart(geometry.latency);
+        KestruneStereoRing ring;
+        ring.Allocate(geometry.inputRingLength);
+        std::vector<float> expected;
+        int voiced = 0;
+        for (std::size_t at = 0; at + static_cast<std::size_t>(hop) <= song.size();
+             at += static_cast<std::size_t>(hop))
+        {
+            const float* const in[] = {song.data() + at, song.data() + at};
+            const auto head = static_cast<std::int64_t>(at) + geometry.latency;
+            ring.Write(in, ring.Index(head), hop);
+            analysis.Listen(ring, head + hop, 0);
+            for (const double sample : plain.Process(song.data() + at))
+                expected.push_back(static_cast<float>(sample));
+            if (plain.records.size() > 14) {
+                const auto& record = plain.records[plain.records.size() - 15];
+                const KestruneAnalysisRecord& settled = analysis.Records().Back(14);
+                ASSERT_EQ(settled.time, record.time);
+                ASSERT_EQ(settled.hold > 0.0f, record.isVoiced) << at;
+                ASSERT_NEAR(centsBetween(static_cast<double>(settled.period), record.period), 0.0,
+                            0.05);
+                if (record.isVoiced) {
+                    ASSERT_NEAR(settled.note, record.note, 1e-6) << at;
+                }
+                voiced += record.isVoiced ? 1 : 0;
+            }
+            analysis.Advance();
+        }
+        EXPECT_GT(voiced, 50);
+        EXPECT_LT(errorDecibels(std::span(output).first(expected.size()), expected), -60.0);
+    }
+}
+
+TEST(KestruneNoteChoiceTest, ANoteIsLeftWhereTheVoiceGainsTwoSemitonesTimesRecordsByIt)
+{
+    const struct
+    {
+        std::vector<std::pair<int, double>> pitches;  // count, semitones above the root
+        double note;
+    } rows[] = {
+        {{{15, 0.55}}, 0.0},           // 15 records gain 0.1 each
+        {{{15, 0.6}}, 1.0},            // and 0.2 each
+        {{{5, 0.6}}, 0.0},             // the voice ends
+        {{{3, 0.1}, {12, 1.0}}, 0.0},  // the change comes later
+        {{{3, 0.9}, {12, 0.1}}, 0.0},  // a slip
+        {{{1, 7.0}, {14, 0.0}}, 0.0},  // one that was read wrong
+        {{{15, -1.0}}, -1.0},          // in the octave below
+    };
+    for (const auto& row : rows) {
+        KestruneNoteChoice choice;
+        choice.SetReferenceFrequency(1.0f);
+        choice.SetTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
+        const double start = 0.0;
+        EXPECT_EQ(choice.Choose({&start, 1}).semitones, 0.0);
+        std::vector<double> pitches;
+        for (const auto& [count, pitch] : row.pitches)
+            pitches.insert(pitches.end(), static_cast<std::size_t>(count), pitch);
+        EXPECT_EQ(choice.Choose(pitches).semitones, row.note) << &row - rows;
+    }
+}
+
+TEST(KestruneNoteChoiceTest, NotesAreThoseOfTheScaleInEveryOctaveAndIgnoredOnesAreLeft)
+{
+    KestruneNoteChoice choice;
+    ZBuffer ignored(12, "ZBuffer");
+    ignored.Data()[4] = 1.0f;
+    choice.SetIgnoredNotes(&ignored);
+    choice.SetReferenceFrequency(2.0f);  // the root is 12 above 1 Hz
+    const float fifth = 7.0f;
+    const auto noteOf = [&](double pitch) {
+        choice.SetTones(&fifth, 1);  // forgets the note before
+        return choice.Choose({&pitch, 1});
+    };
+    EXPECT_EQ(noteOf(100.0).semitones, 103.0) << "3 above; the next root below is 4 off";
+    EXPECT_EQ(noteOf(106.0).semitones, 108.0) << "the root above is nearer";
+    EXPECT_EQ(noteOf(-1.0).semitones, 0.0);
+    EXPECT_TRUE(noteOf(100.2).isLeft) << "the degree that is sung counts, not that of the scale";
+    EXPECT_FALSE(noteOf(100.9).isLeft);
+}
+
+TEST(KestruneGlottalAlignmentTest, TheFirstGrainStandsJustBehindThePulse)
+{
+    constexpr double kPeriod = 240.5;
+    KestruneStereoRing ring;
+    ring.Allocate(4096);
+    std::vector<float> pulses(4096);
+    for (double at = 100.0; at < 4000.0; at += kPeriod)
+        pulses[static_cast<std::size_t>(at)] = 1.0f;
+    const float* const in[] = {pulses.data(), pulses.data()};
+    ring.Write(in, 0, 4096);
+    KestruneGlottalAlignment alignment;
+    alignment.Allocate(900);
+    for (double mark = 500.0; mark < 1500.0; mark += 33.25) {
+        const double wait = alignment.WaitAt(ring, 0, mark, static_cast<float>(kPeriod));
+        const double behind = std::remainder(mark + wait - 100.5 - 0.05 * kPeriod, kPeriod);
+        ASSERT_NEAR(behind, 0.0, 1.0) << mark;
+        ASSERT_GE(wait, 0.0);
+        ASSERT_LT(wait, kPeriod);
+    }
+}
+
+TEST(KestruneFlankedGrainTest, GrainsWhoseFlanksMeetAddUpToTheInput)
+{
+    const std::vector<float> sound = whiteNoise(0.5f, 8192, 8);
+    KestruneStereoRing input;
+    KestruneStereoRing output;
+    input.Allocate(8192);
+    output.Allocate(8192);
+    const float* const in[] = {sound.data(), sound.data()};
+    input.Write(in, 0, 8192);
+    KestruneFlankedGrain grain;
+    grain.Allocate(900);
+    double mark = 1000.0;
+    double left = 300.0;
+    const double steps[] = {1.0, 899.5, 40.25, 333.0, 2.5, 176.4};
+    for (int i = 0; mark < 7000.0; ++i) {
+        const double right = steps[i % 6];
+        grain.Add(input, mark, output, mark, {left, right}, 1.0f);
+        mark += right;
+        left = right;
+    }
+    std::vector<float> sum(8192);
+    std::vector<float> other(8192);
+    float* const out[] = {sum.data(), other.data()};
+    output.Take(out, 0, 8192);
+    for (std::size_t i = 1000; i < 6000; ++i)  // the last marks' flanks meet none
+        ASSERT_NEAR(sum[i], sound[i], 2e-6f) << i;
+}
+
+}  // namespace orvane
