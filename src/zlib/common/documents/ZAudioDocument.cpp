@@ -214,7 +214,7 @@ void ZAudioDocument::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) cons
     ZXMLElement elements("elements");
     boost::shared_ptr<ZElement> element;
     for (std::int32_t i = 0; GetSubElement(i, element); ++i)
-        if (element->IsArchivable())
+        if (element->IsArchivedNow())
             elements.AddChild(*element->ExtractXML());
     xml->AddChild(elements);
 }

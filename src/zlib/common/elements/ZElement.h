@@ -231,9 +231,17 @@ public:
     void FlushMarksBelow(const ZHandler* application) const;
 
     [[nodiscard]] Type GetType() const { return mType; }
-    /// Whether the element is written with its group.
+    /// Whether the element's value belongs to what is saved of its group.
     [[nodiscard]] bool IsArchivable() const { return mArchivable; }
+    /// Whether an archive of the group that is written now holds the element.
+    [[nodiscard]] bool IsArchivedNow() const
+    {
+        return mArchivable && (mArchivedAtDefault || GetDiscrete() != GetDiscreteDefault());
+    }
     void SetArchivable(bool archivable) { mArchivable = archivable; }
+    /// Whether a discrete element is also written while it has its default; true at first. Where it
+    /// is not, an archive without the element means the default, and who loads it must set that.
+    void SetArchivedAtDefault(bool archived) { mArchivedAtDefault = archived; }
     /// Whether the archive of a discrete element also holds its list; false at first.
     void SetArchiveDiscreteList(bool archive) { mArchiveDiscreteList = archive; }
     /// Whether the element is a host parameter.
@@ -292,6 +300,7 @@ private:
     std::vector<boost::shared_ptr<ZElement>> mSubElements;
     ZElement* mContainer = nullptr;
     bool mArchivable = true;
+    bool mArchivedAtDefault = true;
     bool mArchiveDiscreteList = false;
     bool mExposed = false;
     std::vector<ZHandler*> mObservers;

@@ -254,7 +254,7 @@ void ZElement::WriteChildren(ZXMLElement& xml) const
 {
     ZXMLElement list("subelements");
     for (const auto& child : mSubElements)
-        if (child->IsArchivable())
+        if (child->IsArchivedNow())
             list.AddChild(*child->ExtractXML());
     xml.AddChild(list);
 }

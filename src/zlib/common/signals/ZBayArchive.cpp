@@ -114,7 +114,7 @@ void ZBay::ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const
 {
     if (GetBayCount() == 0) {
         const auto element = GetElement();
-        if (element && element->IsArchivable())
+        if (element && element->IsArchivedNow())
             xml->AddChild(*element->ExtractXML());
         return;
     }
