@@ -522,6 +522,19 @@ TEST_F(StateNoticeTest, TheHostIsToldOnceOfChangesThatComeTogetherAndOfARecalled
     EXPECT_TRUE(eventually([] { return Notices() == 2; }));
 }
 
+TEST_F(StateNoticeTest, TheHostIsToldOfAChoiceThatIsSavedOnlyWhileItIsNotTheDefault)
+{
+    for (const std::int32_t tracking : {1, 0}) {
+        WaitForTicks();
+        const int before = Notices();
+        {
+            const ZInterfaceLock lock;
+            product.Element("tracking").SetDiscrete(tracking, false);
+        }
+        EXPECT_TRUE(eventually([before] { return Notices() == before + 1; })) << tracking;
+    }
+}
+
 TEST_F(StateNoticeTest, ParametersAndWhatTheHostLoadsAreNoNotice)
 {
     product.effect->setParameter(product.effect, 1, 1.0f);

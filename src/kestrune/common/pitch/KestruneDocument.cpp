@@ -2,6 +2,7 @@
 #include "kestrune/common/pitch/KestruneDocument.h"
 
 #include "kestrune/common/engine/KestruneScales.h"
+#include "kestrune/common/engine/KestruneTracking.h"
 #include "kestrune/common/engine/KestruneTransposition.h"
 #include "kestrune/common/pitch/KestruneMessages.h"
 #include "kestrune/common/pitch/KestruneNameScaleDialog.h"
@@ -113,8 +114,8 @@ KestruneDocument::KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml,
     , mAcceptMIDI(FindElement("AcceptMIDI"))
 {
     MakeChoices(application);
-    for (const auto& element :
-         {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose, mPitchShift, mFormantShift})
+    for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose, mPitchShift,
+                                mFormantShift, mTracking})
         if (element)
             element->AddObserver(this);
 }
@@ -122,8 +123,8 @@ KestruneDocument::KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml,
 // The host's list of parameters may keep elements alive longer than the document.
 KestruneDocument::~KestruneDocument()
 {
-    for (const auto& element :
-         {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose, mPitchShift, mFormantShift})
+    for (const auto& element : {mAcceptMIDI, mKey, mPitchTranspose, mFormantTranspose, mPitchShift,
+                                mFormantShift, mTracking})
         if (element)
             element->RemoveObserver(this);
 }
@@ -143,6 +144,11 @@ void KestruneDocument::MakeChoices(ZApplication* application)
                    kFormantTransposeNames, kNaturalFormants, application);
     AddSubElement(mPitchTranspose);
     AddSubElement(mFormantTranspose);
+    mTracking = makeChoice("tracking", {"Tracking", "Tracking", "Trck"}, kTrackingNames,
+                           static_cast<std::int32_t>(KestruneTracking::kClassic), application);
+    mTracking->SetExposed(false);
+    mTracking->SetArchivedAtDefault(false);
+    AddSubElement(mTracking);
 }
 
 bool KestruneDocument::IsKindOf(std::string_view className) const
@@ -194,10 +200,13 @@ void KestruneDocument::ElementChanged(std::uint64_t elementId)
         mLoad->formantTranspose |= is(mFormantTranspose);
         mLoad->pitchShift |= is(mPitchShift);
         mLoad->formantShift |= is(mFormantShift);
+        mLoad->tracking |= is(mTracking);
     } else if (isChoice) {
         ShiftPitchByChoice();
         ShiftFormantsByChoice();
     }
+    if (is(mTracking))
+        ApplyTracking();
     ZPluginPresetsAudioDocument::ElementChanged(elementId);
 }
 
@@ -205,6 +214,12 @@ void KestruneDocument::LoadEnded()
 {
     const Restored restored = mLoad.value_or(Restored{});
     mLoad.reset();
+    // What does not hold the tracking was saved with the default: this is the one element whose
+    // absence says something, or a project would sound by what stood before it was opened.
+    if (!restored.tracking && mTracking->GetDiscrete() != mTracking->GetDiscreteDefault()) {
+        mTracking->SetDiscrete(mTracking->GetDiscreteDefault(), false);
+        mTracking->FlushMark(nullptr);
+    }
     const bool pitchFollows = restored.pitchTranspose && !restored.pitchShift;
     if (pitchFollows)
         ShiftPitchByChoice();
@@ -229,8 +244,20 @@ void KestruneDocument::ShiftFormantsByChoice()
 // are not in force.
 void KestruneDocument::SetChoicesToDefaults()
 {
-    for (const auto& choice : {mPitchTranspose, mFormantTranspose})
+    for (const auto& choice : {mPitchTranspose, mFormantTranspose, mTracking})
         choice->SetDiscrete(choice->GetDiscreteDefault(), false);
+}
+
+boost::shared_ptr<ZPsolaBay> KestruneDocument::PitchBay() const
+{
+    const auto network = GetOutputNetwork();
+    return boost::dynamic_pointer_cast<ZPsolaBay>(network ? network->FindBay("PsolaBay") : nullptr);
+}
+
+void KestruneDocument::ApplyTracking()
+{
+    if (const auto bay = PitchBay())
+        bay->SetTracking(trackingOf(mTracking->GetDiscrete()));
 }
 
 // MIDI notes come on the audio thread; the bay is notified of the change at the next tick.
@@ -267,9 +294,7 @@ void KestruneDocument::CancelCustomScale()
 
 void KestruneDocument::SaveCustomScale()
 {
-    const auto network = GetOutputNetwork();
-    const auto bay =
-        boost::dynamic_pointer_cast<ZPsolaBay>(network ? network->FindBay("PsolaBay") : nullptr);
+    const auto bay = PitchBay();
     if (!bay || !mNotesInScale || !mScale)
         return;
     const std::vector<std::int32_t> degrees = degreesIn(*mNotesInScale);

@@ -12,6 +12,8 @@
 namespace orvane
 {
 
+class ZPsolaBay;
+
 /// The product's document. It translates the user's choices to elements of the pitch bay: a choice
 /// of transposition becomes shifts in cents, a MIDI note switches a note of the scale, and edited
 /// notes become a custom scale with a name. [interface thread] unless stated otherwise.
@@ -19,11 +21,14 @@ namespace orvane
 /// A preset holds both the choices and the shifts, and the shifts may differ from what the choices
 /// stand for: a load that holds both restores both. If it holds a choice without its shift, the
 /// shift follows the choice at the end of the load.
+///
+/// `tracking` chooses how the engine follows the voice. It is no parameter of the host and is saved
+/// only while it is not "Classic", so that projects which do not use it stay the same text.
 class KestruneDocument : public ZPluginPresetsAudioDocument
 {
 public:
-    /// Reads xml as ZPluginPresetsAudioDocument does, then makes `pitchTranspose` and
-    /// `formantTranspose`. [setup]
+    /// Reads xml as ZPluginPresetsAudioDocument does, then makes `pitchTranspose`,
+    /// `formantTranspose` and `tracking`. [setup]
     KestruneDocument(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application);
     ~KestruneDocument() override;
 
@@ -52,6 +57,8 @@ private:
     void ShiftPitchByChoice();
     void ShiftFormantsByChoice();
     void LoadEnded();
+    void ApplyTracking();
+    [[nodiscard]] boost::shared_ptr<ZPsolaBay> PitchBay() const;
     void CancelCustomScale();
 
     // Null if neither the description nor the bay has such an element.
@@ -60,6 +67,7 @@ private:
     boost::shared_ptr<ZElement> mScale;
     boost::shared_ptr<ZElement> mPitchTranspose;
     boost::shared_ptr<ZElement> mFormantTranspose;
+    boost::shared_ptr<ZElement> mTracking;
     boost::shared_ptr<ZElement> mPitchShift;
     boost::shared_ptr<ZElement> mFormantShift;
     boost::shared_ptr<ZElement> mTransposeOnOff;
@@ -71,6 +79,7 @@ private:
         bool formantTranspose = false;
         bool pitchShift = false;
         bool formantShift = false;
+        bool tracking = false;
     };
     std::optional<Restored> mLoad;  // from ZPRESETLOADBEGIN to ZPRESETLOADEND
 };

@@ -35,6 +35,8 @@ void apply(PsolaClass& engine, const Settings& settings, const IsNew& isNew) noe
         engine.SetFrequencyRange(settings.range.lowHz, settings.range.highHz);
     if (isNew(&Settings::pitchReference))
         engine.SetPitchReference(settings.pitchReference);
+    if (isNew(&Settings::tracking))
+        engine.SetTracking(settings.tracking);
     if (isNew(&Settings::transposeOn))
         engine.SetTransposeEnabled(settings.transposeOn);
     if (isNew(&Settings::correctionSwitches))

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kestrune/common/engine/KestruneScales.h"
+#include "kestrune/common/engine/KestruneTracking.h"
 
 #include <cstdint>
 
@@ -26,6 +27,7 @@ struct KestruneEngineSettings
     ZBuffer* ignoredNotes = nullptr;  // twelve flags, not owned
     KestruneSourceRange range{73.0f, 1318.0f};
     std::int16_t pitchReference = 2;
+    KestruneTracking tracking = KestruneTracking::kClassic;
 
     /// Whether the engine processes the voice; otherwise the voice is only delayed.
     [[nodiscard]] bool IsWet() const noexcept { return correctionOn || transposeOn; }

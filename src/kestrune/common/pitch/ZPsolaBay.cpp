@@ -3,6 +3,7 @@
 
 #include "kestrune/common/engine/PsolaClass.h"
 #include "zdsp/common/ZDelayBuffer.h"
+#include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZApplication.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -11,7 +12,9 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <new>
+#include <numbers>
 
 namespace orvane
 {
@@ -20,6 +23,7 @@ namespace
 {
 
 constexpr float kBlockSeconds = 0.0116f;
+constexpr float kFadeSeconds = 0.010f;
 
 std::unique_ptr<PsolaClass> makeEngine(float sampleRate, std::int32_t blockSize)
 {
@@ -69,6 +73,7 @@ boost::shared_ptr<ZBay> ZPsolaBay::Clone()
     auto copy = boost::make_shared<ZPsolaBay>(ExtractHeader(), GetApp());
     CopySettingsTo(*copy);
     copy->mScaleTable = mScaleTable;
+    copy->mSettings.tracking = mSettings.tracking;
     return copy;
 }
 
@@ -98,7 +103,9 @@ bool ZPsolaBay::Prepare()
     MakeDelayLines();
     SetDefaults();
     // The notifications of the defaults come later; the first block already uses the defaults.
+    const KestruneTracking tracking = mSettings.tracking;
     mSettings = mElements.ReadSettings();
+    mSettings.tracking = tracking;
     mSettings.tones =
         tonesOf(mScaleTable.Degrees(mElements[KestruneElements::kScale].GetDiscrete()),
                 mElements[KestruneElements::kIntonation].GetDiscrete());
@@ -138,6 +145,7 @@ void ZPsolaBay::MakeDelayLines()
     const auto length = static_cast<std::uint32_t>(mEngineLatency + GetBlockSize()) * 2;
     for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
         mDelay[static_cast<std::size_t>(channel)] = ZDelayBuffer::Create(length);
+    mDryBlock = std::make_unique<ZBuffer>(static_cast<std::uint32_t>(GetBlockSize()), "ZBuffer");
 }
 
 void ZPsolaBay::SetDefaults()
@@ -173,6 +181,12 @@ void ZPsolaBay::PostSettings()
 void ZPsolaBay::SetPitchRange(int sourceType)
 {
     mSettings.range = sourceRange(sourceType);
+    PostSettings();
+}
+
+void ZPsolaBay::SetTracking(KestruneTracking tracking)
+{
+    mSettings.tracking = tracking;
     PostSettings();
 }
 
@@ -222,11 +236,16 @@ void ZPsolaBay::ProcessBlock() noexcept
         return ZBlockProcessingBay::ProcessBlock();
     if (mEngineRuns)
         mControl.ApplyChanges(*mEngine);
+    const bool wasEngineHeard = mIsEngineHeard;
     UpdatePath(mEngineRuns && mControl.InForce().IsWet());
+    const bool fades = wasEngineHeard != mIsEngineHeard && mEngineRuns &&
+                       mEngine->GetTracking() == KestruneTracking::kFine;
     FeedDelay();
-    if (mIsWet || mIsEngineHeard)
+    if (mIsWet || mIsEngineHeard || fades)
         RunEngine();
-    if (!mIsEngineHeard)
+    if (fades)
+        FadeBetweenPaths();
+    else if (!mIsEngineHeard)
         ReadDelay();  // over what the engine wrote
     if (mIsWet)
         mElements.ShowMeasured(mEngine->GetCorrectionCents(), mEngine->GetInputPitch(),
@@ -269,6 +288,25 @@ void ZPsolaBay::ReadDelay() noexcept
     for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
         mDelay[static_cast<std::size_t>(channel)]->Read(OutputBlock(channel),
                                                         static_cast<std::uint32_t>(mEngineLatency));
+}
+
+void ZPsolaBay::FadeBetweenPaths() noexcept
+{
+    const std::int32_t length =
+        std::min(GetBlockSize(), static_cast<std::int32_t>(GetSampleRate() * kFadeSeconds));
+    const float turn = std::numbers::pi_v<float> / static_cast<float>(length);
+    for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel) {
+        mDelay[static_cast<std::size_t>(channel)]->Read(*mDryBlock,
+                                                        static_cast<std::uint32_t>(mEngineLatency));
+        float* const engine = OutputBlock(channel).Data();
+        const float* const dry = mDryBlock->Data();
+        for (std::int32_t i = 0; i < GetBlockSize(); ++i) {
+            const float done =
+                0.5f - 0.5f * std::cos(turn * static_cast<float>(std::min(i, length)));
+            const float share = mIsEngineHeard ? done : 1.0f - done;
+            engine[i] = dry[i] + share * (engine[i] - dry[i]);
+        }
+    }
 }
 
 }  // namespace orvane

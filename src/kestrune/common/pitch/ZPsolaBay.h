@@ -18,6 +18,7 @@ namespace orvane
 {
 
 class PsolaClass;
+class ZBuffer;
 class ZDelayBuffer;
 class ZString;
 
@@ -28,7 +29,9 @@ class ZString;
 /// engine's latency; the engine does not run. A change between the engine and the dry path has no
 /// fade: for one latency, counted in whole blocks, the old path stays on the output while the new
 /// one takes in sound; then the output changes. A change back within that time only keeps the path
-/// that is on the output. The delay line is fed at all times.
+/// that is on the output. The delay line is fed at all times. With the fine tracking the output
+/// fades over 10 ms from that moment on, since its engine puts out the input as it is where nothing
+/// is to be changed, so that the two paths are alike.
 ///
 /// Elements are set on any thread. Their notifications come to HandleZMessage, which collects the
 /// settings for the engine; ProcessBlock applies them between blocks. All functions but
@@ -74,6 +77,8 @@ public:
     virtual void ApplyScale(int scaleIndex, int intonationIndex);
     /// Sets the range of the pitch detection; sourceType is a value of the element `sourceType`.
     virtual void SetPitchRange(int sourceType);
+    /// Sets how the engine follows the voice.
+    void SetTracking(KestruneTracking tracking);
 
     /// Rebuilds the custom scales from `customScaleTones`, as many as have names.
     void RestoreCustomScales();
@@ -108,6 +113,7 @@ private:
     void RunEngine() noexcept;
     void FeedDelay() noexcept;
     void ReadDelay() noexcept;
+    void FadeBetweenPaths() noexcept;
 
     // Used by ProcessBlock and by functions marked [setup] only.
     bool mIsWet = false;              // the engine is wanted on the output
@@ -117,6 +123,7 @@ private:
     bool mEngineRuns = false;         // the engine exists and is initialised
     std::unique_ptr<PsolaClass> mEngine;
     std::array<std::unique_ptr<ZDelayBuffer>, kMaxBlockChannels> mDelay;
+    std::unique_ptr<ZBuffer> mDryBlock;  // one channel of one block, for the fade
 
     KestruneElements mElements;
     KestruneScaleTable mScaleTable;

@@ -22,6 +22,7 @@
 
 #include <array>
 #include <atomic>
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -290,6 +291,49 @@ TEST_F(KestruneDocumentTest, RecallingAMemoryRestoresItsStateAndSetsItsFlag)
         EXPECT_EQ(ValueOf("key"), std::to_string(i));
         EXPECT_EQ(Flags(), raised[i]);
     }
+}
+
+TEST_F(KestruneDocumentTest, TrackingIsSavedOnlyWhileItIsFineAndWhatWasSavedComesBack)
+{
+    const auto saved = [this] {
+        ZXMLElement preset;
+        document->SavePreset(preset);
+        return std::string(preset.GetText());
+    };
+    const auto choose = [this](std::int32_t tracking) {
+        Choose("tracking", tracking);
+        app->Tick();
+    };
+    const auto load = [this](const std::string& held) {
+        const std::string text = "<file><preset version=\"1.0\">" + held + "</preset></file>";
+        document->LoadPreset(
+            ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0));
+        app->Tick();
+    };
+    const std::string classic = saved();
+    choose(1);
+    const std::string fine = saved();
+    EXPECT_EQ(classic.find("tracking"), std::string::npos);
+    EXPECT_NE(fine.find("name=\"tracking\""), std::string::npos);
+
+    Dispatch("cmdSaveToPresetA");
+    choose(0);
+    EXPECT_EQ(saved(), classic);
+    Dispatch("cmdSaveToPresetB");
+    const std::pair<const char*, std::function<void()>> loads[] = {
+        {"0", [&] { load(""); }},
+        {"1", [&] { load(R"(<element name="tracking" int32value="1"></element>)"); }},
+        {"0", [&] { Dispatch("cmdRecallPresetB"); }},
+        {"1", [&] { Dispatch("cmdRecallPresetA"); }},
+        {"0", [&] { document->LoadFactoryPreset(1); }},
+        {"0", [&] { Dispatch("cmdSetDefaults"); }}};
+    for (const auto& [expected, bringsBack] : loads)
+        for (const std::int32_t before : {0, 1}) {
+            choose(before);
+            bringsBack();
+            EXPECT_EQ(ValueOf("tracking"), expected) << &bringsBack - &loads[0].second;
+        }
+    EXPECT_EQ(app->GetExposedCount(), 7) << "the tracking is no parameter of the host";
 }
 
 TEST_F(KestruneDocumentTest, SavingAppliesPendingChangesFirst)
