@@ -203,6 +203,7 @@ private:
                 "cents"));
         AddChoice("--reference", Setting::kPitchReference, state.reference,
                   "Channel in which the pitch is detected");
+        AddChoice("--tracking", Setting::kTracking, state.tracking, "How the voice is followed");
     }
 
     void AddChoice(const char* name, Setting setting, std::optional<int>& chosen,

@@ -57,8 +57,12 @@ void takeState(RenderSettings& settings, const StateText& state)
         const auto setting = static_cast<Setting>(s);
         const SettingRule& rule = settingRule(setting);
         const StateElement* const element = state.Find(rule.name);
-        if (!element)
+        if (!element) {
+            // The one element that a state leaves out where it is the default.
+            if (setting == Setting::kTracking)
+                settings.Set(setting, rule.initial);
             continue;
+        }
         if (rule.texts.empty() && element->number)
             settings.Set(setting, std::clamp(*element->number, rule.low, rule.high));
         if (const auto index = static_cast<float>(element->index.value_or(-1));

@@ -156,6 +156,8 @@ std::string tuningElements(const StateRequest& request, const StateText& state)
         text += fmt::format(kNumber, "detune", *request.detuneCents);
     if (request.reference)
         text += fmt::format(kChoice, "pitchReference", *request.reference);
+    if (request.tracking)
+        text += fmt::format(kChoice, "tracking", *request.tracking);
     return text;
 }
 
@@ -164,8 +166,8 @@ std::string tuningElements(const StateRequest& request, const StateText& state)
 void setTuning(PluginInstance& plugin, const StateRequest& request)
 {
     if (!plugin.HasTextState())
-        fail("the plug-in {} has no tuning that --scale, --intonation, --detune and --reference "
-             "could set",
+        fail("the plug-in {} has no tuning that --scale, --intonation, --detune, --reference and "
+             "--tracking could set",
              plugin.Name());
     std::string chunk = plugin.Chunk(Extent::kProgram);
     const std::size_t end = chunk.rfind(kPresetEnd);

@@ -22,6 +22,7 @@ struct StateRequest
     std::optional<int> intonation;  // index of the intonation
     std::optional<float> detuneCents;
     std::optional<int> reference;  // 0 left, 1 right, 2 stereo
+    std::optional<int> tracking;   // 0 classic, 1 fine
 
     [[nodiscard]] bool IsEmpty() const
     {
@@ -30,7 +31,7 @@ struct StateRequest
     /// Whether something is asked for that goes into the current program beside a preset.
     [[nodiscard]] bool HasTuning() const
     {
-        return !scale.empty() || intonation || detuneCents || reference;
+        return !scale.empty() || intonation || detuneCents || reference || tracking;
     }
 };
 

@@ -16,10 +16,10 @@ namespace
 {
 
 /// Elements that a preset can set but that the plug-in does not save, and those of its groups.
-constexpr std::array<std::string_view, 12> kUnsavedElements{
-    "AcceptMIDI",        "TuningHistory",  "PresetAActive", "PresetBActive", "PresetCActive",
-    "PresetDActive",     "scale",          "notesInScale",  "ZBay",          "ContainerBay",
-    "BuiltInScaleNames", "correctionMeter"};
+constexpr std::array<std::string_view, 13> kUnsavedElements{
+    "AcceptMIDI",        "TuningHistory",   "PresetAActive", "PresetBActive", "PresetCActive",
+    "PresetDActive",     "scale",           "notesInScale",  "ZBay",          "ContainerBay",
+    "BuiltInScaleNames", "correctionMeter", "tracking"};
 
 template <typename Texts>
 bool contains(const Texts& texts, std::string_view text)

@@ -129,7 +129,8 @@ std::vector<std::string> describeSettings(const RenderResult& result)
     const RenderSettings& settings = result.settings;
     std::vector<std::string> parts{
         fmt::format("{} {}", settings.Text(Setting::kKey), result.scale.name),
-        fmt::format("{} intonation", settings.Text(Setting::kIntonation))};
+        fmt::format("{} intonation", settings.Text(Setting::kIntonation)),
+        fmt::format("{} tracking", settings.Text(Setting::kTracking))};
     if (settings.Value(Setting::kDetune) != 0.0f)
         parts.push_back(fmt::format("detuned {:+} cents", settings.Value(Setting::kDetune)));
     parts.push_back(

@@ -2,6 +2,7 @@
 #include "tools/render/RenderSettings.h"
 
 #include "kestrune/common/engine/KestruneScales.h"
+#include "kestrune/common/engine/KestruneTracking.h"
 #include "kestrune/common/engine/KestruneTransposition.h"
 #include "tools/render/Failure.h"
 
@@ -48,6 +49,7 @@ constexpr std::array<SettingRule, kSettingCount> kRules{
     cents("detune", "--detune", 50),
     SettingRule{"pitchCorrectionTime", "Pitch Correcton Time", "", {}, 0, 400, 50, "ms"},
     option("pitchReference", "--reference", kPitchReferenceNames, 2),
+    option("tracking", "--tracking", kTrackingNames, 0),
     cents("PitchShift", "pitchTranspose", 1200),
     cents("FormantShift", "formantTranspose", 1200),
     choice("pitchTranspose", "Pitch Transposition", kPitchTransposeNames, 12),

@@ -22,12 +22,13 @@ enum class Setting : std::size_t
     kDetune,
     kPitchCorrectionTime,
     kPitchReference,
+    kTracking,
     kPitchShift,
     kFormantShift,
     kPitchTranspose,
     kFormantTranspose,
 };
-inline constexpr std::size_t kSettingCount = 13;
+inline constexpr std::size_t kSettingCount = 14;
 
 /// The range of a setting: an index into texts, or, without texts, a number from low to high in a
 /// unit. name is that of the plug-in's element.

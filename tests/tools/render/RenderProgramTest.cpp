@@ -309,6 +309,21 @@ TEST_F(RenderProgramTest, ScaleIntonationDetuneAndReferenceReachThePlugin)
     EXPECT_LT(detuned["after"]["median_cents"], 3.0);
 }
 
+TEST_F(RenderProgramTest, TheTrackingIsChosenByAnOptionOrAPresetAndReported)
+{
+    const TestSound voice = testVoice(1, 0.5);
+    const std::string preset = mFolder.Path("fine.xml");
+    const std::vector<float> classic = Render(voice, kCorrect).samples;
+    const Words fineWords = kCorrect + Words{"--tracking", "fine"};
+    const std::vector<float> fine =
+        Render(voice, fineWords + Words{"--save-preset", preset}).samples;
+    EXPECT_NE(fine, classic);
+    EXPECT_EQ(Render(voice, {"--preset", preset}).samples, fine);
+    EXPECT_EQ(Render(voice, {"--preset", preset, "--tracking", "classic"}).samples, classic);
+    EXPECT_EQ(ReportOf(voice, {"--preset", preset})["settings"]["tracking"]["text"], "Fine");
+    EXPECT_EQ(ReportOf(voice, kCorrect)["settings"]["tracking"]["text"], "Classic");
+}
+
 TEST_F(RenderProgramTest, APresetsSettingsAreReportedFromThePluginsState)
 {
     const std::string preset = Preset(element("PitchShift", "floatvalue=\"-250\"") +
