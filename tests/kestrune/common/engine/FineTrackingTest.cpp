@@ -43,8 +43,8 @@ std::unique_ptr<PsolaClass> engineAt(float rate,
 /// The output, aligned with the sound and as long.
 std::vector<float> aligned(PsolaClass& engine, const std::vector<float>& sound, int hop = kHop)
 {
-    std::vector<float> longer = sound;
-    longer.resize(sound.size() + static_cast<std::size_t>(engine.GetLatency() + hop));
+    std::vector<float> longer(sound.size() + static_cast<std::size_t>(engine.GetLatency() + hop));
+    std::copy(sound.begin(), sound.end(), longer.begin());
     const std::vector<float> out = runEngine(engine, hop, longer);
     const auto first = out.begin() + engine.GetLatency();
     return {first, first + static_cast<std::ptrdiff_t>(sound.size())};
