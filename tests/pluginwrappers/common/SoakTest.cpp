@@ -44,6 +44,10 @@ constexpr int kControls[][2] = {{100, 65}, {100, 121}, {240, 200}, {20, 98},  {2
 constexpr std::uint32_t kEscape = 0xff1b;
 constexpr std::uint32_t kKeys[] = {'a', '5', ' ', 0xff0d, kEscape, 0xff54, 0xff09, 0xff08};
 
+constexpr const char* kFineTracking =
+    "<element name=\"tracking\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"1\">\n"
+    "</element>\n";
+
 std::chrono::duration<double> soakTime()
 {
     const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
@@ -154,7 +158,9 @@ void changeAParameter(AEffect* effect, std::mt19937& random)
 void saveAndLoad(AEffect* effect, std::mt19937& random)
 {
     const bool isProgram = random() % 2 != 0;
-    const std::string chunk = chunkOf(effect, isProgram);
+    std::string chunk = chunkOf(effect, isProgram);
+    if (random() % 2 != 0)  // the engine goes over to the fine tracking, and back with a program
+        chunk.insert(chunk.find("</elements>"), kFineTracking);
     pause(random() % 50);
     EXPECT_EQ(loadChunk(effect, chunk, isProgram), 1);
     ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));

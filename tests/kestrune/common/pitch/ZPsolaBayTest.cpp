@@ -2,6 +2,8 @@
 #include "kestrune/common/engine/EngineRun.h"
 #include "kestrune/common/pitch/PsolaBayBench.h"
 #include "support/BoxRecorder.h"
+#include "support/Measure.h"
+#include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
@@ -203,6 +205,62 @@ TEST(ZPsolaBayTest, SwitchingBackBeforeTheOutputHasChangedLeavesThePathThatIsHea
         EXPECT_EQ(switched.Run(between), steady.Run(between));
         switched.SetDiscrete("transposeOnOff", on);
         EXPECT_EQ(switched.Run(late), steady.Run(late));
+    }
+}
+
+TEST(ZPsolaBayTest, WithTheFineTrackingOutputFadesBetweenThePathsAndNothingClicks)
+{
+    // Each row is a change while the voice sounds, and whether it changes the path on the output.
+    const std::pair<std::vector<std::pair<const char*, float>>, bool> rows[] = {
+        {{{"PitchShift", 300}, {"transposeOnOff", 1}}, true},
+        {{{"PitchShift", -500}, {"FormantShift", -500}, {"sourceType", 2}}, false},  // a program
+        {{{"pitchCorrectionOnOff", 1}, {"key", 9}}, false},
+        {{{"PitchShift", 50}, {"FormantShift", 0}, {"sourceType", 0}, {"detune", -50}}, false},
+        {{{"transposeOnOff", 0}, {"pitchCorrectionOnOff", 0}}, true},
+        {{{"pitchCorrectionOnOff", 1}}, true}};
+    const int piece = 80 * kBlock;
+    // Low enough for what the grains' linear interpolation adds above 7 kHz.
+    const auto sung = harmonicTone(227.0, 44100.0, 7 * piece, 1200.0);
+    for (const auto tracking : {KestruneTracking::kClassic, KestruneTracking::kFine}) {
+        Bench bench;
+        bench.bay->SetTracking(tracking);
+        Stereo heard = bench.Run(Stereo(2, {sung.begin(), sung.begin() + piece}));
+        auto at = sung.begin() + piece;
+        for (const auto& [changes, isOfPaths] : rows) {
+            for (const auto& [name, value] : changes) {
+                ZElement& element = bench.Element(name);
+                element.GetType() == ZElement::ZFLOAT
+                    ? element.SetZFloat(value, false)
+                    : element.SetDiscrete(static_cast<std::int32_t>(value), false);
+            }
+            bench.Tick();
+            heard = bench.Run(Stereo(2, {at, at + piece}));
+            at += piece;
+            const double clicks = clickDecibels(heard[0], 44100.0);
+            if (tracking == KestruneTracking::kFine) {
+                EXPECT_LT(clicks, -60.0) << changes[0].first;
+            } else if (isOfPaths) {
+                EXPECT_GT(clicks, -60.0) << changes[0].first << " is hard, as it was";
+            }
+        }
+    }
+}
+
+TEST(ZPsolaBayTest, TheFineTrackingAndItsSwitchHaveNothingThatWaitsOnTheAudioThread)
+{
+    Bench bench;
+    const Stereo input = voice(60 * kBlock);
+    Stereo output = input;
+    for (const auto& [tracking, on] : {std::pair(KestruneTracking::kFine, 1),
+                                       {KestruneTracking::kClassic, 1},
+                                       {KestruneTracking::kFine, 0}})
+    {
+        bench.bay->SetTracking(tracking);
+        bench.SetDiscrete("transposeOnOff", on);
+        const RealtimeGuard guard;
+        for (std::size_t at = 0; at + 64 <= input[0].size(); at += 64)
+            bench.Call(input, output, at, 64);
+        EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
     }
 }
 
