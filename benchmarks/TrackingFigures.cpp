@@ -1,103 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Prints how both trackings follow, correct and shift a voice whose pitch is known exactly.
-#include "benchmarks/HarmonicVoice.h"
-#include "kestrune/common/engine/PsolaClass.h"
+#include "benchmarks/TrackedEngine.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdio>
 #include <functional>
-#include <memory>
 #include <numbers>
-#include <random>
-#include <span>
-#include <string>
-#include <vector>
+#include <string_view>
+#include <utility>
 
 using namespace orvane;
 
 namespace
 {
 
-constexpr double kRate = 44100.0;
-constexpr int kHop = 512;
-constexpr std::array<float, 11> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-
-struct Range
-{
-    const char* name;
-    float low;
-    float high;
-};
-constexpr Range kNormal{"Normal", 73.0f, 1318.0f};
-constexpr Range kMale{"Male", 82.0f, 554.0f};
-constexpr Range kFemale{"Female", 164.0f, 1109.0f};
-
-std::unique_ptr<PsolaClass> readyEngine(KestruneTracking tracking, Range range = kNormal)
-{
-    auto engine = std::make_unique<PsolaClass>();
-    engine->SetTracking(tracking);
-    if (!engine->Initialize(kRate, kHop))
-        std::abort();
-    engine->SetFrequencyRange(range.low, range.high);
-    engine->SetPitchReference(0);
-    engine->SetScaleTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
-    engine->SetCorrectionTime(0.0f);
-    return engine;
-}
-
-/// Returns the left channel, aligned with the input.
-std::vector<float> run(PsolaClass& engine, const std::vector<float>& signal)
-{
-    const auto latency = static_cast<std::size_t>(engine.GetLatency());
-    std::vector<float> in = signal;
-    in.resize(signal.size() + latency + kHop);
-    std::vector<float> left(in.size());
-    std::vector<float> right(kHop);
-    for (std::size_t at = 0; at + kHop <= in.size(); at += kHop) {
-        const float* const inputs[] = {in.data() + at, in.data() + at};
-        float* const outputs[] = {left.data() + at, right.data()};
-        engine.Process(inputs, outputs, kHop);
-    }
-    left.erase(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(latency));
-    left.resize(signal.size());
-    return left;
-}
-
-double noteHz(double semitonesAboveA)
-{
-    return 440.0 * std::exp2(semitonesAboveA / 12.0);
-}
-
-struct Spread
-{
-    double median;
-    double p95;
-};
-
-Spread spreadOf(std::vector<double> values)
-{
-    if (values.empty())
-        return {0.0, 0.0};
-    std::sort(values.begin(), values.end());
-    return {values[values.size() / 2], values[values.size() * 95 / 100]};
-}
-
-/// A series of notes, each sung for a second.
+/// A series of notes, each sung for the same time.
 struct Notes
 {
     std::vector<double> semitones;  // above A4
+    double seconds = 1.0;           // of each
     double off = 0.0;               // cents
     double vibrato = 0.0;           // cents each way, at 5.5 Hz
 
-    [[nodiscard]] double PitchAt(double seconds) const
+    [[nodiscard]] double PitchAt(double at) const
     {
-        const auto index = std::min(static_cast<std::size_t>(seconds), semitones.size() - 1);
-        const double swing = vibrato * std::sin(2.0 * std::numbers::pi * 5.5 * seconds);
+        const auto index = std::min(static_cast<std::size_t>(at / seconds), semitones.size() - 1);
+        const double swing = vibrato * std::sin(2.0 * std::numbers::pi * 5.5 * at);
         return noteHz(semitones[index] + (off + swing) / 100.0);
+    }
+    [[nodiscard]] std::vector<float> Sing(const HarmonicVoice& voice) const
+    {
+        return voice.Sing(static_cast<double>(semitones.size()) * seconds,
+                          [this](double at) { return PitchAt(at); });
     }
 };
 
@@ -111,41 +46,28 @@ Notes notesOf(bool isMale, double off, double vibrato)
     return notes;
 }
 
-/// Cents of the output from the note, from 0.3 s after its start on.
-Spread correctionError(KestruneTracking tracking, const HarmonicVoice& voice, const Notes& notes,
-                       Range range, double noiseDecibels)
+/// Cents of a signal from a pitch at a time, by stretches of at least 30 ms.
+double centsOff(const std::vector<float>& signal, double at, double hz)
 {
-    const auto seconds = static_cast<double>(notes.semitones.size());
-    auto signal = voice.Sing(seconds, [&](double at) { return notes.PitchAt(at); });
-    if (noiseDecibels < 0.0) {
-        double power = 0.0;
-        for (const float sample : signal)
-            power += static_cast<double>(sample) * sample;
-        power /= static_cast<double>(signal.size());
-        const double amplitude = std::sqrt(3.0 * power) * std::pow(10.0, noiseDecibels / 20.0);
-        const auto noise =
-            whiteNoise(static_cast<float>(amplitude), static_cast<int>(signal.size()), 5);
-        std::transform(signal.begin(), signal.end(), noise.begin(), signal.begin(),
-                       std::plus<float>());
-    }
-    auto engine = readyEngine(tracking, range);
-    engine->SetCorrectionEnabled(true);
-    const auto output = run(*engine, signal);
-    std::vector<double> errors;
-    for (std::size_t note = 0; note < notes.semitones.size(); ++note)
-        for (double at = 0.3; at < 0.9; at += 0.01) {
-            const double hz = noteHz(notes.semitones[note]);
-            const auto length = static_cast<std::size_t>(std::max(0.03, 3.0 / hz) * kRate);
-            const auto centre = static_cast<std::size_t>((static_cast<double>(note) + at) * kRate);
-            const std::span<const float> window(output.data() + centre - length / 2, length);
-            errors.push_back(std::fabs(centsBetween(measurePitch(window, kRate, hz), hz)));
-        }
-    return spreadOf(errors);
+    const auto stretch = around(signal, at, std::max(0.03, 3.0 / hz));
+    return std::fabs(centsBetween(measurePitch(stretch, kTrackedRate, hz), hz));
+}
+
+void addNoise(std::vector<float>& signal, double decibels)
+{
+    double power = 0.0;
+    for (const float sample : signal)
+        power += static_cast<double>(sample) * static_cast<double>(sample);
+    power /= static_cast<double>(signal.size());
+    const double amplitude = std::sqrt(3.0 * power) * std::pow(10.0, decibels / 20.0);
+    const auto noise =
+        whiteNoise(static_cast<float>(amplitude), static_cast<int>(signal.size()), 5);
+    std::transform(signal.begin(), signal.end(), noise.begin(), signal.begin(), std::plus<float>());
 }
 
 void printCorrection()
 {
-    std::puts("Cents of the corrected voice from the note, median / 95 %: man, woman");
+    std::puts("Cents of the corrected voice from the note, median / 95 % (good: below 1 / 2)");
     struct Row
     {
         const char* name;
@@ -161,26 +83,176 @@ void printCorrection()
                         {"weak fundamental", 30, 0, 0, 0.03, false},
                         {"vibrato of 30 cents", 0, 30, 0, 1, false},
                         {"vibrato of 50 cents, 20 off", 20, 50, 0, 1, false}};
-    for (const Row& row : rows) {
-        std::printf("  %-34s", row.name);
-        for (const auto tracking : {KestruneTracking::kClassic, KestruneTracking::kFine}) {
-            for (const bool isMale : {true, false}) {
-                HarmonicVoice voice = isMale ? maleVoice('a') : femaleVoice('a');
-                voice.fundamental = row.fundamental;
-                const Range range = !row.ownRange ? kNormal : isMale ? kMale : kFemale;
-                const Spread spread = correctionError(
-                    tracking, voice, notesOf(isMale, row.off, row.vibrato), range, row.noise);
-                std::printf("  %6.2f / %6.2f", spread.median, spread.p95);
+    for (const Row& row : rows)
+        printRow(row.name, "  %6.2f / %6.2f", [&](KestruneTracking tracking, bool isMale) {
+            HarmonicVoice voice = voiceOf(isMale, 'a');
+            voice.fundamental = row.fundamental;
+            const Notes notes = notesOf(isMale, row.off, row.vibrato);
+            auto signal = notes.Sing(voice);
+            if (row.noise < 0.0)
+                addNoise(signal, row.noise);
+            auto engine = trackedEngine(tracking, !row.ownRange ? kNormal
+                                                  : isMale      ? kMale
+                                                                : kFemale);
+            engine->SetCorrectionEnabled(true);
+            const auto output = runAligned(*engine, signal);
+            std::vector<double> errors;
+            for (std::size_t note = 0; note < notes.semitones.size(); ++note)
+                for (double at = 0.3; at < 0.9; at += 0.01)
+                    errors.push_back(centsOff(output, static_cast<double>(note) + at,
+                                              noteHz(notes.semitones[note])));
+            const Spread spread(errors);
+            return std::pair(spread.median, spread.p95);
+        });
+}
+
+/// Milliseconds after each step of a voice from which on the output stays within 10 cents of the
+/// new note, and the number of steps whose note is never reached.
+void printLegato()
+{
+    std::puts("Legato steps of a fourth at most: ms to settle, median / 95 % (good: below 20)");
+    int stuck = 0;
+    printRow("12 steps", "  %6.0f / %6.0f", [&](KestruneTracking tracking, bool isMale) {
+        Notes notes;
+        notes.seconds = 0.6;
+        double note = isMale ? -24.0 : -12.0;
+        for (const int step : {0, 1, -2, 3, 4, -5, 2, -1, 5, -3, -4, 2, 1})
+            notes.semitones.push_back(note += step);
+        auto engine = trackedEngine(tracking);
+        engine->SetCorrectionEnabled(true);
+        const auto output = runAligned(*engine, notes.Sing(voiceOf(isMale, 'a')));
+        std::vector<double> settled;
+        for (std::size_t i = 1; i < notes.semitones.size(); ++i) {
+            const double hz = noteHz(notes.semitones[i]);
+            const double begin = static_cast<double>(i) * notes.seconds;
+            double last = 0.0;  // time after the step at which the output was off
+            for (double at = 0.0; at < 0.5; at += 0.005) {
+                const auto stretch = around(output, begin + at, 2.2 / hz);
+                const double read = measurePitch(stretch, kTrackedRate, hz);
+                if (std::fabs(centsBetween(read, hz)) > 10.0)
+                    last = at;
             }
-            std::fputs(tracking == KestruneTracking::kClassic ? "   |" : "\n", stdout);
+            stuck += last > 0.48 ? 1 : 0;
+            settled.push_back(1000.0 * (last + 0.005));
+        }
+        const Spread spread(settled);
+        return std::pair(spread.median, spread.p95);
+    });
+    std::printf("  steps of 48 that are never reached: %d (good: 0)\n", stuck);
+}
+
+/// Share of the time, in per cent, in which the output is within 50 cents of the wanted note.
+void printSwings()
+{
+    std::puts(
+        "Wide swings: per cent of the time on the wanted note, at 5 and 6 Hz (good: above 90)");
+    const auto shareOf = [](KestruneTracking tracking, bool isMale, double cents, double hz,
+                            bool isTrill) {
+        const double low = isMale ? -21.0 : -9.0;
+        const auto swing = [&](double at) {
+            const double sine = std::sin(2.0 * std::numbers::pi * hz * at);
+            return isTrill ? (sine > 0.0 ? 1.0 : 0.0) : sine * cents / 100.0;
+        };
+        const auto signal =
+            voiceOf(isMale, 'a').Sing(4.0, [&](double at) { return noteHz(low + swing(at)); });
+        auto engine = trackedEngine(tracking);
+        engine->SetCorrectionEnabled(true);
+        const auto output = runAligned(*engine, signal);
+        int right = 0;
+        int all = 0;
+        for (double at = 0.5; at < 3.5; at += 0.003) {
+            const double phase = std::fabs(std::sin(2.0 * std::numbers::pi * hz * at));
+            if (isTrill && phase < 0.7)
+                continue;  // around the step
+            const double wanted = noteHz(low + (isTrill ? swing(at) : 0.0));
+            const double read =
+                measurePitch(around(output, at, 2.2 / wanted), kTrackedRate, wanted);
+            right += std::fabs(centsBetween(read, wanted)) < 50.0 ? 1 : 0;
+            ++all;
+        }
+        return 100.0 * right / all;
+    };
+    const struct
+    {
+        const char* name;
+        double cents;
+        bool isTrill;
+    } rows[] = {{"vibrato of 80 cents", 80, false},
+                {"vibrato of 100 cents", 100, false},
+                {"trill of a semitone", 0, true}};
+    for (const auto& row : rows)
+        printRow(row.name, "  %6.0f / %6.0f", [&](KestruneTracking tracking, bool isMale) {
+            return std::pair(shareOf(tracking, isMale, row.cents, 5.0, row.isTrill),
+                             shareOf(tracking, isMale, row.cents, 6.0, row.isTrill));
+        });
+}
+
+/// Whether more than a tenth of the blocks of a steady vowel are read more than 50 cents off.
+bool isWrongCell(KestruneTracking tracking, int source, bool isMale, char vowel, double hz)
+{
+    HarmonicVoice voice = voiceOf(isMale, vowel == 'x' ? 'a' : vowel);
+    if (vowel == 'x')
+        voice.fundamental = 0.03;
+    const auto signal = voice.Sing(1.1, [hz](double) { return hz; });
+    auto engine = trackedEngine(tracking, source);
+    engine->SetTransposeEnabled(true);
+    int wrong = 0;
+    int all = 0;
+    runAligned(*engine, signal, [&](std::size_t block) {
+        if (block < 55 || block > 90)  // the latency and 0.2 s; to the end of the sound
+            return;
+        const auto read = static_cast<double>(engine->GetInputPitch());
+        wrong += std::fabs(centsBetween(read, hz)) > 50.0 ? 1 : 0;
+        ++all;
+    });
+    return 10 * wrong > all;
+}
+
+void printVowels(double semitoneStep)
+{
+    const struct
+    {
+        const char* name;
+        int source;
+        bool isMale;
+        double low;  // semitones above A4
+        double high;
+    } ranges[] = {{"Normal, man", kNormal, true, -29, -7},
+                  {"Normal, woman", kNormal, false, -17, 7},
+                  {"Male", kMale, true, -29, -7},
+                  {"Female", kFemale, false, -16, 7},
+                  {"Lower Register", kLower, true, -36, -10},
+                  {"Upper Register", kUpper, false, -4, 14}};
+    std::printf(
+        "Vowels a e i o u and a without its fundamental, every %.0f semitones: cells of which "
+        "more than\n  a tenth is read wrong (good: 0)\n",
+        semitoneStep);
+    for (const auto& range : ranges) {
+        std::printf("  %-38s", range.name);
+        for (const KestruneTracking tracking : kTrackings) {
+            int wrong = 0;
+            int cells = 0;
+            for (const char vowel : std::string_view("aeioux"))
+                for (double note = range.low; note <= range.high; note += semitoneStep, ++cells)
+                    wrong += isWrongCell(tracking, range.source, range.isMale, vowel, noteHz(note));
+            std::printf("  %3d of %3d%s", wrong, cells,
+                        tracking == KestruneTracking::kClassic ? "   |" : "\n");
+            std::fflush(stdout);
         }
     }
 }
 
 }  // namespace
 
-int main()
+/// tracking_figures [all]: all prints the vowels at every semitone.
+int main(int argc, char** argv)
 {
+    std::puts("Classic and fine tracking side by side, each for a man and a woman");
     printCorrection();
+    printLegato();
+    printSwings();
+    printSounds();
+    const bool all = argc > 1 && std::string_view(argv[1]) == "all";
+    printVowels(all ? 1.0 : 3.0);
     return 0;
 }

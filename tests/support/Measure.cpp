@@ -42,7 +42,8 @@ double peakLag(std::span<const float> signal, double nearLag, double reach)
     const double below = normalisedCorrelation(signal, best - 1);
     const double above = normalisedCorrelation(signal, best + 1);
     const double curve = below - 2.0 * bestValue + above;
-    const double offset = curve < 0.0 ? 0.5 * (below - above) / curve : 0.0;
+    // A value at the border is no peak, and its parabola's top may lie anywhere.
+    const double offset = curve < 0.0 ? std::clamp(0.5 * (below - above) / curve, -1.0, 1.0) : 0.0;
     return static_cast<double>(best) + offset;
 }
 
