@@ -223,10 +223,9 @@ void printVowels(double semitoneStep)
                   {"Female", kFemale, false, -16, 7},
                   {"Lower Register", kLower, true, -36, -10},
                   {"Upper Register", kUpper, false, -4, 14}};
-    std::printf(
-        "Vowels a e i o u and a without its fundamental, every %.0f semitones: cells of which "
-        "more than\n  a tenth is read wrong (good: 0)\n",
-        semitoneStep);
+    std::printf("Vowels a e i o u, every %.0f semitones: cells of which more than a tenth is read "
+                "wrong (good: 0)\n",
+                semitoneStep);
     for (const auto& range : ranges) {
         std::printf("  %-38s", range.name);
         for (const KestruneTracking tracking : kTrackings) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "kestrune/common/engine/KestruneScales.h"
 #include "kestrune/common/engine/PsolaClass.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
@@ -18,15 +19,19 @@ namespace orvane
 class WetEngine
 {
 public:
-    /// rate in Hz. Throws std::runtime_error when the engine does not support it.
-    explicit WetEngine(float rate)
+    /// rate in Hz; source: a choice of the element `sourceType`. Throws std::runtime_error when the
+    /// engine does not support the rate.
+    explicit WetEngine(float rate, KestruneTracking tracking = KestruneTracking::kClassic,
+                       int source = 0)
         : mHop(static_cast<int>(rate * 0.0116f + 0.5f))
         , mOutput{std::vector<float>(static_cast<std::size_t>(mHop)),
                   std::vector<float>(static_cast<std::size_t>(mHop))}
     {
+        mEngine.SetTracking(tracking);
         if (!mEngine.Initialize(rate, mHop))
             throw std::runtime_error("the engine does not support this sample rate");
-        mEngine.SetFrequencyRange(73.0f, 1318.0f);
+        const KestruneSourceRange range = sourceRange(source);
+        mEngine.SetFrequencyRange(range.lowHz, range.highHz);
         mEngine.SetPitchReference(2);
         mEngine.SetIgnoredNotes(&mIgnoredNotes);
         mEngine.SetCorrectionEnabled(true);

@@ -22,14 +22,10 @@ void KestruneHistory::Restart(std::int64_t nextIndex) noexcept
     mNext = nextIndex;
 }
 
-void KestruneHistory::Append(float sample) noexcept
+void KestruneHistory::MakeRoom() noexcept
 {
-    if (mEnd == 2 * mLength) {
-        std::copy(mSamples.begin() + mLength, mSamples.end(), mSamples.begin());
-        mEnd = mLength;
-    }
-    mSamples[static_cast<std::size_t>(mEnd++)] = sample;
-    ++mNext;
+    std::copy(mSamples.begin() + mLength, mSamples.end(), mSamples.begin());
+    mEnd = mLength;
 }
 
 const float* KestruneHistory::From(std::int64_t index) const noexcept

@@ -16,7 +16,14 @@ public:
     void Allocate(int length);
     /// Sets all samples to 0; the next one to come has this index. [audio thread]
     void Restart(std::int64_t nextIndex) noexcept;
-    void Append(float sample) noexcept;
+    /// [audio thread]
+    void Append(float sample) noexcept
+    {
+        if (mEnd == 2 * mLength)
+            MakeRoom();
+        mSamples[static_cast<std::size_t>(mEnd++)] = sample;
+        ++mNext;
+    }
 
     /// Index of the newest sample. [audio thread]
     [[nodiscard]] std::int64_t Newest() const noexcept { return mNext - 1; }
@@ -26,6 +33,8 @@ public:
     [[nodiscard]] const float* From(std::int64_t index) const noexcept;
 
 private:
+    void MakeRoom() noexcept;
+
     int mLength = 0;
     int mEnd = 0;  // of what is filled in mSamples, which is twice as long as what is kept
     std::int64_t mNext = 0;

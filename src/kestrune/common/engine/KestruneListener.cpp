@@ -40,6 +40,7 @@ std::vector<float> makeLowPass(int factor)
 void KestruneListener::RunningMean::Allocate(int length)
 {
     mSamples.resize(static_cast<std::size_t>(length));
+    mScale = 1.0 / length;
     Restart();
 }
 
@@ -56,7 +57,7 @@ float KestruneListener::RunningMean::Next(float sample) noexcept
     mSum += static_cast<double>(sample) - static_cast<double>(mSamples[mAt]);
     mSamples[mAt] = sample;
     mAt = mAt + 1 == mSamples.size() ? 0 : mAt + 1;
-    return static_cast<float>(mSum / static_cast<double>(mSamples.size()));
+    return static_cast<float>(mSum * mScale);
 }
 
 void KestruneListener::Allocate(const KestruneFineGeometry& geometry)

@@ -44,6 +44,7 @@ private:
         std::vector<float> mSamples;
         std::size_t mAt = 0;
         double mSum = 0.0;
+        double mScale = 1.0;
     };
 
     [[nodiscard]] float HighPass(float sample) noexcept;

@@ -22,28 +22,42 @@ constexpr double kReachOfPeriod = 0.04;
 constexpr int kReachAtMultiple = 2;
 constexpr double kMostLossOfClarity = 0.1;
 
-/// The correlation of a stretch of samples with the one that begins a lag later.
+/// The correlation of a stretch of samples with the one that begins a lag later. Lags are best
+/// asked for in steps of a few samples: the energy of the later stretch is carried on.
 class Stretch
 {
 public:
-    Stretch(const float* samples, int length)
+    Stretch(const float* samples, int length, int firstLag)
         : mSamples(samples)
         , mLength(length)
         , mEnergy(dotProduct(samples, samples, length))
+        , mLag(firstLag)
+        , mLaterEnergy(dotProduct(samples + firstLag, samples + firstLag, length))
     {
     }
 
-    [[nodiscard]] double At(int lag) const
+    [[nodiscard]] double At(int lag)
     {
-        const float* const later = mSamples + lag;
-        return normalisedCorrelation(dotProduct(mSamples, later, mLength), mEnergy,
-                                     dotProduct(later, later, mLength));
+        for (; mLag < lag; ++mLag)
+            mLaterEnergy += Square(mLag + mLength) - Square(mLag);
+        for (; mLag > lag; --mLag)
+            mLaterEnergy += Square(mLag - 1) - Square(mLag - 1 + mLength);
+        return normalisedCorrelation(dotProduct(mSamples, mSamples + lag, mLength), mEnergy,
+                                     mLaterEnergy);
     }
 
 private:
+    [[nodiscard]] double Square(int at) const
+    {
+        const auto sample = static_cast<double>(mSamples[at]);
+        return sample * sample;
+    }
+
     const float* mSamples;
     int mLength;
     double mEnergy;
+    int mLag;
+    double mLaterEnergy;
 };
 
 }  // namespace
@@ -86,9 +100,9 @@ KestrunePeriodRefiner::Peak KestrunePeriodRefiner::FindPeak(const KestruneHistor
     const double moment = (time + mGeometry.factor - 1) / mGeometry.thin;
     const auto start =
         static_cast<std::int64_t>(std::floor(moment - (centre + length) / 2.0 + 0.5));
-    const Stretch stretch(middle.From(start), length);
-
     const int lowest = std::max(1, centre - reach);
+    Stretch stretch(middle.From(start), length, lowest);
+
     const int highest = centre + reach;
     const int step = reach > 2 ? 2 : 1;
     int best = lowest;
