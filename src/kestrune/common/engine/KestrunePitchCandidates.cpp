@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <numbers>
 
 namespace orvane
 {
@@ -17,6 +18,10 @@ namespace
 constexpr float kStretchSeconds = 0.030f;
 constexpr int kEvenLagsFrom =
     160;  // a longer lag's peak is wide enough to be found by every second
+/// A shorter lag's peak may be so narrow that a parabola through samples beside its top misses its
+/// height: harmonics with much power make it so. Then the doubled period would seem clearer.
+constexpr int kNarrowPeaksBelow = 40;
+constexpr int kSincReach = 4;
 constexpr float kLeastClarity = 0.25f;
 constexpr float kUnvoicedStrength = 0.45f;
 /// A shorter period of equal clarity is taken: all its multiples are as clear.
@@ -122,6 +127,21 @@ float KestrunePitchCandidates::Clarity(int lag) noexcept
     return clarity;
 }
 
+double KestrunePitchCandidates::Between(int lag, double offset) noexcept
+{
+    // Windowed sinc (Hann): the correlation of a signal is limited in band as the signal is.
+    double sum = 0.0;
+    double weights = 0.0;
+    for (int i = -kSincReach; i <= kSincReach; ++i) {
+        const double x = std::numbers::pi * (i - offset);
+        const double sinc = std::fabs(x) < 1e-6 ? 1.0 : std::sin(x) / x;
+        const double weight = sinc * (0.5 + 0.5 * std::cos(x / (kSincReach + 1)));
+        sum += weight * static_cast<double>(Clarity(lag + i));
+        weights += weight;
+    }
+    return sum / weights;
+}
+
 KestrunePitchCandidate KestrunePitchCandidates::Reading(int lag, float gate) noexcept
 {
     if (lag >= kEvenLagsFrom) {
@@ -132,10 +152,13 @@ KestrunePitchCandidate KestrunePitchCandidates::Reading(int lag, float gate) noe
     const ParabolaTop top(static_cast<double>(Clarity(lag - 1)), static_cast<double>(Clarity(lag)),
                           static_cast<double>(Clarity(lag + 1)));
     const float exactLag = static_cast<float>(lag + top.offset);
+    double height = top.height;
+    if (lag < kNarrowPeaksBelow && lag > kSincReach)
+        height = std::clamp(Between(lag, top.offset), height, 1.0);
     KestrunePitchCandidate candidate;
     candidate.period = exactLag * static_cast<float>(mGeometry.factor);
     candidate.octaves = std::log2(candidate.period);
-    candidate.strength = static_cast<float>(top.height) * gate -
+    candidate.strength = static_cast<float>(height) * gate -
                          kPenaltyPerOctave * std::log2(exactLag / static_cast<float>(mLowLag));
     return candidate;
 }

@@ -49,6 +49,8 @@ private:
     [[nodiscard]] float LevelGate() const noexcept;
     /// Normalised correlation of a lag; computed once a frame.
     [[nodiscard]] float Clarity(int lag) noexcept;
+    /// The correlation between lags, at lag + offset.
+    [[nodiscard]] double Between(int lag, double offset) noexcept;
     [[nodiscard]] KestrunePitchCandidate Reading(int lag, float gate) noexcept;
 
     KestruneFineGeometry mGeometry;

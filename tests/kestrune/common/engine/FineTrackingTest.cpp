@@ -137,6 +137,19 @@ TEST(FineTrackingTest, CorrectsWithinTwoCentsAtEveryRateAndInEachRange)
     }
 }
 
+TEST(FineTrackingTest, AHighVoiceWithAStrongOvertoneIsNotReadAnOctaveTooLow)
+{
+    // The period is no whole number of coarse samples, and the third harmonic is the loudest.
+    std::vector<float> voice(44100);
+    for (std::size_t i = 0; i < voice.size(); ++i) {
+        const double turn = 2.0 * std::numbers::pi * 880.0 / 44100.0 * static_cast<double>(i);
+        voice[i] = static_cast<float>(0.1 * std::sin(turn) + 0.2 * std::sin(3.0 * turn));
+    }
+    auto engine = engineAt(kRate);
+    runEngine(*engine, kHop, voice);
+    EXPECT_NEAR(engine->GetInputPitch(), 880.0f, 0.5f);
+}
+
 TEST(FineTrackingTest, AVibratoStaysOnItsNoteAndAStepLeavesIt)
 {
     const double note = 440.0 * std::exp2(-14.0 / 12.0);

@@ -141,6 +141,19 @@ struct PlainFine
         return Alike(coarse, a, a + lag, count);
     }
 
+    [[nodiscard]] double CoarseBetween(int lag, double offset) const
+    {
+        double sum = 0.0;
+        double weights = 0.0;
+        for (int i = -4; i <= 4; ++i) {
+            const double x = std::numbers::pi * (i - offset) + 1e-12;
+            const double weight = std::sin(x) / x * (0.5 + 0.5 * std::cos(x / 5.0));
+            sum += weight * Coarse(lag + i);
+            weights += weight;
+        }
+        return sum / weights;
+    }
+
     static void Parabola(double left, double top, double right, double& offset, double& height)
     {
         const double bend = left - 2.0 * top + right;
@@ -172,6 +185,8 @@ struct PlainFine
             double offset = 0.0;
             double height = 0.0;
             Parabola(Coarse(best - 1), Coarse(best), Coarse(best + 1), offset, height);
+            if (best > 4 && best < 40)
+                height = std::clamp(CoarseBetween(best, offset), height, 1.0);
             found.push_back({(best + offset) * factor,
                              height * gate - 0.02 * std::log2((best + offset) / lagLow)});
         }
