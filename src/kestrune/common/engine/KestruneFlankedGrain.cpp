@@ -16,13 +16,37 @@ namespace
 
 constexpr int kLowestFormantsStretch = 2;  // of a grain whose formants move an octave down
 
+/// Weights of four samples for the value between the middle two, t (0 .. 1) after the second one:
+/// cubic interpolation (E. Catmull and R. Rom, 1974). A straight line would dull the voice by as
+/// much as its mark lies between samples, so that each grain would sound different.
+struct CubicWeights
+{
+    explicit CubicWeights(float t) noexcept
+        : before(((1.0f - 0.5f * t) * t - 0.5f) * t)
+        , left((1.5f * t - 2.5f) * t * t + 1.0f)
+        , right(((2.0f - 1.5f * t) * t + 0.5f) * t)
+        , after((0.5f * t - 0.5f) * t * t)
+    {
+    }
+
+    [[nodiscard]] float Between(const float* x) const noexcept
+    {
+        return (before * x[0] + left * x[1]) + (right * x[2] + after * x[3]);
+    }
+
+    float before;
+    float left;
+    float right;
+    float after;
+};
+
 }  // namespace
 
 void KestruneFlankedGrain::Allocate(int longestFlank)
 {
     assert(longestFlank > 0);
     mLongestFlank = longestFlank;
-    const std::size_t length = 2 * static_cast<std::size_t>(longestFlank) + 4;
+    const std::size_t length = 2 * static_cast<std::size_t>(longestFlank) + 6;
     mInput.assign(length, 0.0f);
     mWindow.assign(kLowestFormantsStretch * length, 0.0f);
     mOutput.assign(kLowestFormantsStretch * length, 0.0f);
@@ -45,26 +69,27 @@ void KestruneFlankedGrain::Add(const KestruneStereoRing& input, double inputMark
     assert(count <= static_cast<int>(mWindow.size()));
     FillWindow(first, count, to.fraction, flanks, formantFactor);
 
-    // Positions in the input, from the sample before the first one that is read.
+    // Positions in the input, from the second of the samples that the first value lies between.
     const double begin = static_cast<double>(from.fraction) + (first - toFraction) * factor;
     const double whole = std::floor(begin);
     const auto offset = static_cast<float>(begin - whole);
-    const int length = static_cast<int>(static_cast<double>(offset) + (count - 1) * factor) + 2;
+    const int length = static_cast<int>(static_cast<double>(offset) + (count - 1) * factor) + 4;
     assert(length <= static_cast<int>(mInput.size()));
-    const int source = input.Index(from.sample + static_cast<long long>(whole));
+    const int source = input.Index(from.sample + static_cast<long long>(whole) - 1);
     const int target = output.Index(to.sample + first);
+    const CubicWeights weights(offset);
     for (int channel = 0; channel < KestruneStereoRing::kChannels; ++channel) {
         input.Read(channel, source, length, mInput.data());
         const float* const in = mInput.data();
         float* const out = mOutput.data();
         if (formantFactor == 1.0f)
             for (int k = 0; k < count; ++k)
-                out[k] = in[k] + offset * (in[k + 1] - in[k]);
+                out[k] = weights.Between(in + k);
         else
             for (int k = 0; k < count; ++k) {
                 const float position = offset + static_cast<float>(k) * formantFactor;
                 const auto j = static_cast<int>(position);
-                out[k] = in[j] + (position - static_cast<float>(j)) * (in[j + 1] - in[j]);
+                out[k] = CubicWeights(position - static_cast<float>(j)).Between(in + j);
             }
         const float* const window = mWindow.data();
         for (int k = 0; k < count; ++k)

@@ -290,7 +290,7 @@ TEST(FineTrackingTest, WhatIsNoSingleVoiceIsNoLouderAndClicksNoMoreThanWithClass
         };
         const auto classic = outputOf(KestruneTracking::kClassic);
         const auto fine = outputOf(KestruneTracking::kFine);
-        EXPECT_LT(largestOf(fine), 1.05f * std::max(largestOf(classic), largestOf(*sound)));
+        EXPECT_LT(largestOf(fine), 1.1f * std::max(largestOf(classic), largestOf(*sound)));
         if (sound == &chord) {
             EXPECT_LT(clickDecibels(fine, kRate), std::max(clickDecibels(classic, kRate), -60.0));
         }

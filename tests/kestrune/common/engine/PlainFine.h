@@ -380,8 +380,13 @@ struct PlainFine
             const double x = (static_cast<double>(k) - mark) * formants;
             const double position = inputMark + x;
             const auto whole = static_cast<long long>(std::floor(position));
+            const double t = position - static_cast<double>(whole);
+            const double slope = 0.5 * (At(whole + 1) - At(whole - 1));
+            const double nextSlope = 0.5 * (At(whole + 2) - At(whole));
+            const double rise = At(whole + 1) - At(whole);
             const double value =
-                At(whole) + (position - static_cast<double>(whole)) * (At(whole + 1) - At(whole));
+                At(whole) + t * (slope + t * (3.0 * rise - 2.0 * slope - nextSlope +
+                                              t * (slope + nextSlope - 2.0 * rise)));
             out[static_cast<std::size_t>(k)] += value * Window(x < 0.0 ? x / left : x / right);
         }
     }
