@@ -190,10 +190,7 @@ void printSwings()
 /// Whether more than a tenth of the blocks of a steady vowel are read more than 50 cents off.
 bool isWrongCell(KestruneTracking tracking, int source, bool isMale, char vowel, double hz)
 {
-    HarmonicVoice voice = voiceOf(isMale, vowel == 'x' ? 'a' : vowel);
-    if (vowel == 'x')
-        voice.fundamental = 0.03;
-    const auto signal = voice.Sing(1.1, [hz](double) { return hz; });
+    const auto signal = voiceOf(isMale, vowel).Sing(1.1, [hz](double) { return hz; });
     auto engine = trackedEngine(tracking, source);
     engine->SetTransposeEnabled(true);
     int wrong = 0;
@@ -231,7 +228,7 @@ void printVowels(double semitoneStep)
         for (const KestruneTracking tracking : kTrackings) {
             int wrong = 0;
             int cells = 0;
-            for (const char vowel : std::string_view("aeioux"))
+            for (const char vowel : std::string_view("aeiou"))
                 for (double note = range.low; note <= range.high; note += semitoneStep, ++cells)
                     wrong += isWrongCell(tracking, range.source, range.isMale, vowel, noteHz(note));
             std::printf("  %3d of %3d%s", wrong, cells,
