@@ -7,6 +7,7 @@
 #include <cmath>
 #include <complex>
 #include <limits>
+#include <map>
 #include <numbers>
 #include <vector>
 
@@ -14,8 +15,8 @@ namespace orvane
 {
 
 /// The fine tracking in its plainest form, for comparison: in double precision, over the whole
-/// sound kept from its start, with nothing computed ahead, thinned out or carried on. One channel.
-/// Its steps are open, for comparison one by one.
+/// sound kept from its start, with nothing thinned out or carried on from block to block. One
+/// channel. Its steps are open, for comparison one by one.
 struct PlainFine
 {
     struct Record
@@ -88,6 +89,7 @@ struct PlainFine
 
     void Thin()
     {
+        clarities.clear();
         const auto end = static_cast<long long>(sound.size());
         for (auto p = end - block; p < end; ++p) {
             if (p % thin == 0) {
@@ -133,12 +135,17 @@ struct PlainFine
         return 2.0 * product / energy;
     }
 
+    /// Kept until the next block, since most lags are asked for several times.
     [[nodiscard]] double Coarse(int lag) const
     {
-        const auto centre = static_cast<long long>(coarse.size()) - 1 - span;
-        const int count = std::max(static_cast<int>(0.030 * rate / factor), lag);
-        const long long a = centre - (lag + count) / 2;
-        return Alike(coarse, a, a + lag, count);
+        const auto [known, isNew] = clarities.try_emplace(lag, 0.0);
+        if (isNew) {
+            const auto centre = static_cast<long long>(coarse.size()) - 1 - span;
+            const int count = std::max(static_cast<int>(0.030 * rate / factor), lag);
+            const long long a = centre - (lag + count) / 2;
+            known->second = Alike(coarse, a, a + lag, count);
+        }
+        return known->second;
     }
 
     [[nodiscard]] double CoarseBetween(int lag, double offset) const
@@ -491,6 +498,7 @@ struct PlainFine
     double x1 = 0.0, x2 = 0.0, y1 = 0.0, y2 = 0.0;
     std::vector<double> sound;  // by stream position, as all three
     std::vector<double> coarse;
+    mutable std::map<int, double> clarities;  // by lag, of the newest block
     std::vector<double> middle;
     std::vector<double> out;
     std::vector<std::vector<Candidate>> frames{{{0.0, 0.0}}};
