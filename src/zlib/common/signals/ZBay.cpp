@@ -20,10 +20,10 @@ namespace orvane
 namespace
 {
 
-ZException portMissing(const ZBay& bay, const char* kind, std::int32_t index, std::int32_t count)
+std::string portMissing(const ZBay& bay, const char* kind, std::int32_t index, std::int32_t count)
 {
-    return {-1, "Bay '" + bay.GetName() + "' has no " + kind + " " + std::to_string(index) +
-                    ", but " + std::to_string(count) + " of them."};
+    return "Bay '" + bay.GetName() + "' has no " + kind + " " + std::to_string(index) + ", but " +
+           std::to_string(count) + " of them.";
 }
 
 }  // namespace
@@ -203,13 +203,12 @@ boost::shared_ptr<ZPort> ZBay::RemoveExport(std::int32_t index)
 boost::shared_ptr<ZPort> ZBay::RemovePort(std::int32_t index, ZPort::Direction direction)
 {
     assert(ZInterfaceLock::IsHeld());
-    Ports& ports = PortsOf(direction);
-    if (index < 0 || index >= std::ssize(ports))
+    auto port = SharePort(index, direction);
+    if (!port)
         return nullptr;
-    auto port = ports[static_cast<std::size_t>(index)];
     const bool isOwn = port->mOwner == this;
     UnroutePort(*port, direction, isOwn ? nullptr : this);
-    ports.erase(ports.begin() + index);
+    PortsOf(direction).erase(PortsOf(direction).begin() + index);
     if (isOwn) {
         port->mOwner = nullptr;
         port->mIndex = -1;
@@ -233,8 +232,7 @@ void ZBay::NumberPorts(ZPort::Direction direction)
 
 void ZBay::WithdrawPort(const ZPort& port, ZPort::Direction direction)
 {
-    for (std::int32_t index = IndexOf(port, direction); index >= 0;
-         index = IndexOf(port, direction))
+    for (auto index = IndexOf(port, direction); index >= 0; index = IndexOf(port, direction))
         direction == ZPort::kImport ? RemoveImport(index) : RemoveExport(index);
 }
 
@@ -281,9 +279,9 @@ void ZBay::Unroute(std::int32_t importIndex, ZBay& farBay, std::int32_t exportIn
     ZPort* const importPort = GetImport(importIndex);
     ZPort* const exportPort = farBay.GetExport(exportIndex);
     if (!importPort)
-        throw portMissing(*this, "import", importIndex, GetImportCount());
+        throw ZException(portMissing(*this, "import", importIndex, GetImportCount()));
     if (!exportPort)
-        throw portMissing(farBay, "export", exportIndex, farBay.GetExportCount());
+        throw ZException(portMissing(farBay, "export", exportIndex, farBay.GetExportCount()));
     if (importPort->FindRoute(*exportPort).bay != &farBay)
         return;
     assert(farBay.mRouteCount > 0);
@@ -300,11 +298,9 @@ std::string ZBay::RouteFault(std::int32_t importIndex, const ZBay& farBay,
     const ZPort* const importPort = GetImport(importIndex);
     const ZPort* const exportPort = farBay.GetExport(exportIndex);
     if (!importPort)
-        return portMissing(*this, "import", importIndex, GetImportCount()).GetMessage().ToNarrow();
+        return portMissing(*this, "import", importIndex, GetImportCount());
     if (!exportPort)
-        return portMissing(farBay, "export", exportIndex, farBay.GetExportCount())
-            .GetMessage()
-            .ToNarrow();
+        return portMissing(farBay, "export", exportIndex, farBay.GetExportCount());
     const std::string route = "The route from '" + farBay.GetName() + "' to '" + GetName() + "' ";
     const ZBay* const source = exportPort->GetOwner();
     const ZBay* const target = importPort->GetOwner();

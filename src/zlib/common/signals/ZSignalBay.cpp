@@ -244,27 +244,28 @@ void ZSignalBay::MakeExport(std::string_view name, ZPort::Type type)
 
 void ZSignalBay::ImportAdded(ZPort& port)
 {
-    EnterPort(port, mAudioImports, mControlImports);
+    EnterPort(port, mAudioImports, mControlImports, mSignalImports);
 }
 
 void ZSignalBay::ExportAdded(ZPort& port)
 {
-    EnterPort(port, mAudioExports, mControlExports);
+    EnterPort(port, mAudioExports, mControlExports, mSignalExports);
 }
 
 void ZSignalBay::ImportRemoved(ZPort& port)
 {
-    LeavePort(port, mAudioImports, mControlImports);
+    LeavePort(port, mAudioImports, mControlImports, mSignalImports);
 }
 
 void ZSignalBay::ExportRemoved(ZPort& port)
 {
-    LeavePort(port, mAudioExports, mControlExports);
+    LeavePort(port, mAudioExports, mControlExports, mSignalExports);
 }
 
 void ZSignalBay::EnterPort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
-                           ZLockedList<ZSignalPort*>& control)
+                           ZLockedList<ZSignalPort*>& control, std::vector<ZSignalPort*>& own)
 {
+    assert(!IsPassRunning());
     auto* const signalPort = dynamic_cast<ZSignalPort*>(&port);
     if (!signalPort)
         return;
@@ -277,12 +278,13 @@ void ZSignalBay::EnterPort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
     signalPort->mSignalOwner = this;
     if (!signalPort->GetBuffer())
         signalPort->AllocateBuffer();
-    CollectOwnPorts();
+    own.push_back(signalPort);
 }
 
 void ZSignalBay::LeavePort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
-                           ZLockedList<ZSignalPort*>& control)
+                           ZLockedList<ZSignalPort*>& control, std::vector<ZSignalPort*>& own)
 {
+    assert(!IsPassRunning());
     auto* const signalPort = dynamic_cast<ZSignalPort*>(&port);
     if (!signalPort)
         return;
@@ -292,22 +294,7 @@ void ZSignalBay::LeavePort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
         control.Remove(signalPort);
     if (signalPort->mSignalOwner == this && !port.GetOwner())
         signalPort->mSignalOwner = nullptr;
-    CollectOwnPorts();
-}
-
-void ZSignalBay::CollectOwnPorts()
-{
-    assert(!IsPassRunning());
-    mSignalImports.clear();
-    for (std::int32_t i = 0; i < GetImportCount(); ++i)
-        if (auto* const port = dynamic_cast<ZSignalPort*>(GetImport(i)))
-            if (port->GetSignalOwner() == this)
-                mSignalImports.push_back(port);
-    mSignalExports.clear();
-    for (std::int32_t i = 0; i < GetExportCount(); ++i)
-        if (auto* const port = dynamic_cast<ZSignalPort*>(GetExport(i)))
-            if (port->GetSignalOwner() == this)
-                mSignalExports.push_back(port);
+    std::erase(own, signalPort);
 }
 
 // Routes and demand
@@ -388,16 +375,16 @@ void ZSignalBay::UpdateSources()
 {
     std::vector<ZSignalBay*> before = mActive ? Sources() : std::vector<ZSignalBay*>();
     before.swap(mLiveSources);
-    std::vector<ZSignalBay*> fresh;
-    std::set_difference(mLiveSources.begin(), mLiveSources.end(), before.begin(), before.end(),
-                        std::back_inserter(fresh), std::less<>());
-    std::vector<ZSignalBay*> gone;
-    std::set_difference(before.begin(), before.end(), mLiveSources.begin(), mLiveSources.end(),
-                        std::back_inserter(gone), std::less<>());
+    const auto onlyIn = [](const auto& bays, const auto& others) {
+        std::vector<ZSignalBay*> rest;
+        std::set_difference(bays.begin(), bays.end(), others.begin(), others.end(),
+                            std::back_inserter(rest), std::less<>());
+        return rest;
+    };
     // New sources first, so that a bay that both need stays active.
-    for (ZSignalBay* const bay : fresh)
+    for (ZSignalBay* const bay : onlyIn(mLiveSources, before))
         bay->AddConsumer();
-    for (ZSignalBay* const bay : gone)
+    for (ZSignalBay* const bay : onlyIn(before, mLiveSources))
         bay->RemoveConsumer();
 }
 

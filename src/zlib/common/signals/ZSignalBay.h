@@ -165,11 +165,10 @@ protected:
 private:
     void Publish(const ZXMLElement& xml);
     [[nodiscard]] std::unique_lock<ZLock> LockSink();
-    void CollectOwnPorts();
     void EnterPort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
-                   ZLockedList<ZSignalPort*>& control);
+                   ZLockedList<ZSignalPort*>& control, std::vector<ZSignalPort*>& own);
     void LeavePort(ZPort& port, ZLockedList<ZSignalPort*>& audio,
-                   ZLockedList<ZSignalPort*>& control);
+                   ZLockedList<ZSignalPort*>& control, std::vector<ZSignalPort*>& own);
     [[nodiscard]] std::vector<boost::shared_ptr<ZSignalBay>> SignalBays() const;
 
     [[nodiscard]] std::vector<ZSignalBay*> Sources() const;
