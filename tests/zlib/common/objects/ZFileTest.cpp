@@ -10,6 +10,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
@@ -170,6 +171,29 @@ TEST_F(ZFileTest, FullDiskLeavesTheOldContent)
     signal(SIGXFSZ, handler);
     EXPECT_EQ(readTextFile(path), "old");
     EXPECT_EQ(mFolder.Count(), 1);
+}
+
+TEST_F(ZFileTest, MovesToAndExchangesWithAnotherVolume)
+{
+    struct stat here = {};
+    struct stat there = {};
+    if (stat(mFolder.Path().c_str(), &here) != 0 || stat("/dev/shm", &there) != 0 ||
+        here.st_dev == there.st_dev || access("/dev/shm", W_OK) != 0)
+        GTEST_SKIP() << "no second volume to write to";
+    const PrivateFolder other("/dev/shm");
+    const auto from = fileWith(mFolder.Path("from"), "new");
+    chmod(mFolder.Path("from").c_str(), 0640);
+    const auto to = fileWith(other.Path("to"), "old");
+    EXPECT_TRUE(from->MoveTo(to, true));
+    EXPECT_FALSE(from->Exists());
+    EXPECT_EQ(readTextFile(other.Path("to")), "new");
+    ASSERT_EQ(stat(other.Path("to").c_str(), &there), 0);
+    EXPECT_EQ(there.st_mode & 0777, 0640u);
+
+    EXPECT_TRUE(fileWith(mFolder.Path("from"), "here")->Exchange(to));
+    EXPECT_EQ(readTextFile(mFolder.Path("from")), "new");
+    EXPECT_EQ(readTextFile(other.Path("to")), "here");
+    EXPECT_EQ(mFolder.Count() + other.Count(), 2) << "no temporary file stays";
 }
 
 TEST_F(ZFileTest, TemporaryFileExistsUntilItsObjectIsDestroyed)
