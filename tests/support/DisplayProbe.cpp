@@ -85,6 +85,16 @@ void DisplayProbe::SendMessage(xcb_window_t window, const char* type, std::uint3
     Do(xcb_send_event, std::uint8_t{0}, window, 0u, reinterpret_cast<const char*>(&message));
 }
 
+void DisplayProbe::SendKey(xcb_window_t window, std::uint32_t symbol)
+{
+    xcb_key_press_event_t key{};
+    key.response_type = XCB_KEY_PRESS;
+    key.detail = FindKey(symbol);
+    key.event = window;
+    Do(xcb_send_event, std::uint8_t{0}, window, std::uint32_t{XCB_EVENT_MASK_KEY_PRESS},
+       reinterpret_cast<const char*>(&key));
+}
+
 xcb_atom_t DisplayProbe::GetAtom(std::string_view name)
 {
     const auto reply = Ask(xcb_intern_atom, xcb_intern_atom_reply, std::uint8_t{0},

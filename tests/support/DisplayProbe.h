@@ -59,6 +59,8 @@ public:
     void PressKey(std::uint32_t symbol) { Fake(XCB_KEY_PRESS, FindKey(symbol)); }
     void ReleaseKey(std::uint32_t symbol) { Fake(XCB_KEY_RELEASE, FindKey(symbol)); }
     void TypeKey(std::uint32_t symbol);
+    /// Sends a window the key that bears the symbol, as programs do that pass keys on.
+    void SendKey(xcb_window_t window, std::uint32_t symbol);
     /// Gives the key that bears a symbol another one.
     void ChangeKey(std::uint32_t symbol, std::uint32_t other);
     /// Has the keys go to a window.

@@ -323,6 +323,9 @@ TEST_F(ZNativeWindowTest, UnusedKeysReachTheHostOnce)
         }));
         EXPECT_EQ(keys, (std::vector<std::uint32_t>{XKB_KEY_space}));
     }
+    probe->SendKey(static_cast<xcb_window_t>(client->window->GetHandle()), XKB_KEY_space);
+    ASSERT_TRUE(Comes([&] { return client->keys.size() == 3; }));
+    EXPECT_TRUE(probe->TakeKeys().empty()) << "a sent key may be one that was passed on";
 }
 
 TEST_F(ZNativeWindowTest, ReleaseOfAClosingKeyDoesNotReachTheHost)
