@@ -9,12 +9,16 @@
 
 #include <gtest/gtest.h>
 #include <unistd.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -101,20 +105,23 @@ protected:
     {
         return waitFor([&] { return probe->CountClients() == 0; });
     }
-    /// Opens the menu of pitch ranges and keeps the button down.
-    void OpenMenu()
+    /// Opens the menu at a point of the window, at first that of pitch ranges, and keeps the button
+    /// down.
+    void OpenMenu(int x = 60, int y = 66)
     {
         Open();
         const auto before = probe->GetChildren(probe->GetRoot());
-        probe->MovePointer(kPlace.x + 60, kPlace.y + 66);
+        probe->MovePointer(kPlace.x + x, kPlace.y + y);
+        pressed = std::chrono::steady_clock::now();
         probe->Press(1);
         EXPECT_TRUE(
             waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before.size(); }));
         menu = probe->GetChildren(probe->GetRoot()).back();
         // The menu is painted once it has grabbed the mouse.
-        const auto [x, y, width, height] = probe->GetPlace(menu);
-        const int bottom = y + height - 8;
-        EXPECT_TRUE(waitFor([&, x = x] { return probe->PixelAt(x + 4, bottom) == kMenuGround; }));
+        const auto [left, top, width, height] = probe->GetPlace(menu);
+        const int bottom = top + height - 8;
+        EXPECT_TRUE(
+            waitFor([&, left = left] { return probe->PixelAt(left + 4, bottom) == kMenuGround; }));
     }
     [[nodiscard]] bool MenuIsGone()
     {
@@ -134,6 +141,7 @@ protected:
     std::unique_ptr<LibraryHost> host = std::make_unique<LibraryHost>();
     AEffect* effect = nullptr;
     xcb_window_t menu = XCB_NONE;
+    std::chrono::steady_clock::time_point pressed;  // when the menu was opened
 };
 
 /// Ends the process with an open instance; the alarm kills a process that hangs.
@@ -265,6 +273,31 @@ TEST_F(EditorWindowTest, TheEndOfTheXServerClosesTheWindowAndNothingElse)
     Open();
     closeEffect(second);
     EXPECT_EQ(probe->GetChildren(parent).size(), 1u);
+}
+
+TEST_F(EditorWindowTest, AHurriedClickOpensAMenuAndChoosesNothing)
+{
+    using namespace std::chrono_literals;
+    effect->setParameter(effect, kKey, 0.5f);
+    ask(effect, effMainsChanged, 0, 1);  // brings the value to the menu
+    // The pointer is over the first key. A busy machine may be too slow to hurry: then once more.
+    for (bool wasHurried = false; !wasHurried;) {
+        OpenMenu(350, 202);
+        TestHost::TakeNotes();
+        probe->MovePointer(kPlace.x + 352, kPlace.y + 203);
+        std::this_thread::sleep_for(60ms);
+        probe->Release(1);
+        std::this_thread::sleep_for(60ms);
+        const auto notes = TestHost::TakeNotes();
+        const float value = effect->getParameter(effect, kKey);
+        wasHurried = std::chrono::steady_clock::now() - pressed < 400ms;
+        if (wasHurried) {
+            EXPECT_EQ(notes, std::vector<std::string>{});
+            EXPECT_GT(value, 0.0f);
+        }
+        probe->TypeKey(XKB_KEY_Escape);
+        EXPECT_TRUE(MenuIsGone());
+    }
 }
 
 TEST_F(EditorWindowTest, AnOpenMenuClosesWithItsWindow)
