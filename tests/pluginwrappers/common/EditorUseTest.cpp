@@ -3,16 +3,21 @@
 
 #include "kestrune/common/views/KestruneKeyboardView.h"
 #include "pluginwrappers/common/ProductInstance.h"
+#include "support/BoxRecorder.h"
+#include "support/DisplayProbe.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
+#include "support/VirtualDisplay.h"
 #include "zlib/common/controls/ZMenu.h"
 #include "zlib/common/controls/ZPopupMenu.h"
+#include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZWindow.h"
 #include "zlib/common/views/ZWindowFilter.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,6 +25,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -247,6 +253,43 @@ TEST_F(EditorUseTest, AHostMayCloseTheWindowFromInsideAGesture)
     Mouse(ZNativeMouseEvent::kDown, at);
     EXPECT_EQ(TestHost::TakeNotes(), (Notes{"begin 4", "end 4"}));
     EXPECT_EQ(window->GetCapturedView(), nullptr);
+}
+
+TEST_F(EditorUseTest, AFailureWhileTheWindowIsShownIsReportedAndTheWindowOpensLater)
+{
+    struct Faulty : ZView
+    {
+        using ZView::ZView;
+        void OnAttached() override { failure(); }
+        std::function<void()> failure = [] {};
+    };
+    if (!VirtualDisplay::IsAvailable())
+        GTEST_SKIP() << "no X server for tests";
+    const VirtualDisplay display;
+    DisplayProbe probe;
+    const xcb_window_t parent = probe.MakeWindow({0, 0, 454, 430});
+    const auto open = [&] {
+        return product->Ask(effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{parent}));
+    };
+    const BoxRecorder recorder;
+    const std::function<void()> failures[] = {[] { throw ZException("torn"); },
+                                              [] { throw std::bad_alloc(); }};
+    for (const auto& failure : failures) {
+        window.reset();
+        product = std::make_unique<ProductInstance>(TestHost::callback);
+        const auto faulty = boost::make_shared<Faulty>("faulty", nullptr);
+        {
+            const ZInterfaceLock lock;
+            window = product->app->GetMainWindow();
+            window->GetRootView()->AddSubview(faulty, false);
+        }
+        faulty->failure = failure;
+        EXPECT_EQ(open(), 0);
+        faulty->failure = [] {};
+        EXPECT_EQ(open(), 1);
+        product->Ask(effEditClose);
+    }
+    EXPECT_EQ(recorder.boxes.size(), 2u);
 }
 
 TEST_F(EditorUseTest, ClosingThePluginWaitsForTheNotificationOfAGesture)

@@ -193,8 +193,14 @@ void ZWindow::AttachViews()
     assert(ZInterfaceLock::IsHeld());
     if (mAttached)
         return;
-    mRootView->HandleZMessage(makeMessage<ZWindow*>(ZATTACHED, "AttachedWindow", this));
-    OnReady();
+    try {
+        mRootView->HandleZMessage(makeMessage<ZWindow*>(ZATTACHED, "AttachedWindow", this));
+        OnReady();
+    } catch (...) {
+        // The next attempt attaches all views, so none may be in the lists of this window.
+        mRootView->HandleZMessage(makeMessage<ZWindow*>(ZDETACHED, "DetachedWindow", this));
+        throw;
+    }
     mAttached = true;
 }
 
