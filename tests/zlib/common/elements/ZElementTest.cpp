@@ -3,6 +3,7 @@
 
 #include "support/ExpectZException.h"
 #include "support/MessageRecorder.h"
+#include "support/RealtimeGuard.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZMessageIds.h"
@@ -188,6 +189,7 @@ TEST(ZElementThreadTest, ThreadsShareElements)
     std::atomic<bool> ended{false};
     std::thread audio([&] {
         ZBuffer samples(12, "ZBuffer");
+        const RealtimeGuard guard;
         for (int i = 1; i <= 20000; ++i) {
             gain.SetZFloat(static_cast<float>(i), false);
             if (i % 3 == 0)
@@ -195,6 +197,7 @@ TEST(ZElementThreadTest, ThreadsShareElements)
             key.SetDiscrete(key.CountDiscreteValues() - 1, true);
             flags.SetZBuffer(samples, false);
         }
+        EXPECT_EQ(guard.violations(), 0u) << guard.firstViolation();
         ended = true;
     });
     while (!ended) {
