@@ -169,7 +169,7 @@ void KestruneDocument::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZMIDINOTEOFF:
         return;
     case ZPRESETLOADBEGIN:
-        mLoad.emplace();
+        mLoad = Restored{};
         break;
     case ZPRESETLOADEND:
         LoadEnded();

@@ -18,7 +18,7 @@ namespace orvane
 namespace
 {
 
-const std::vector<float> kMajor{2.0f, 4.0f, 5.0f, 7.0f, 9.0f, 11.0f};
+const std::vector<float> kMajorTones{2.0f, 4.0f, 5.0f, 7.0f, 9.0f, 11.0f};
 
 KestruneCorrection immediate(const std::vector<float>& tones)
 {
@@ -48,11 +48,11 @@ TEST(KestruneCorrectionTest, AVoiceGoesToTheNearestToneInEveryOctave)
         float voice;
         float move;
     } rows[] = {
-        {kMajor, 4.3f, -0.3f},
-        {kMajor, 6.2f, 0.8f},
-        {kMajor, 11.7f, 0.3f},  // the root above
-        {kMajor, 0.4f, -0.4f},
-        {kMajor, 0.999f, -0.999f},  // between root and second
+        {kMajorTones, 4.3f, -0.3f},
+        {kMajorTones, 6.2f, 0.8f},
+        {kMajorTones, 11.7f, 0.3f},  // the root above
+        {kMajorTones, 0.4f, -0.4f},
+        {kMajorTones, 0.999f, -0.999f},  // between root and second
         {{}, 5.0f, -5.0f},
         {{}, 7.0f, 5.0f},
         {std::vector<float>(100, 3.0f), 2.9f, 0.1f},  // more than there is room for
@@ -79,7 +79,7 @@ TEST(KestruneCorrectionTest, TiesGoToTheRootAndThenToTheLowerTone)
 TEST(KestruneCorrectionTest, IgnoredNotesAreThoseOfTheVoiceNotOfTheTarget)
 {
     ZBuffer ignored(12, "ZBuffer");
-    auto correction = immediate(kMajor);
+    auto correction = immediate(kMajorTones);
     correction.SetIgnoredNotes(&ignored);
     ignored.Data()[6] = 1.0f;
     EXPECT_NEAR(moveOf(correction, 6.2f), 0.0f, 1e-6f);

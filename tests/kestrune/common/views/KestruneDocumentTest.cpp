@@ -38,7 +38,7 @@ namespace
 
 using Degrees = std::vector<std::int32_t>;
 
-constexpr std::int32_t kKeyOfC = 3;
+constexpr std::int32_t kKeyC = 3;
 constexpr std::int32_t kKeyOfFSharp = 9;
 
 class KestruneDocumentTest : public testing::Test
@@ -162,7 +162,7 @@ TEST_F(KestruneDocumentTest, ANoteSwitchesItsDegreeOfTheKeyInWhateverOctave)
     const Degrees major{0, 2, 4, 5, 7, 9, 11};
     Play(62);
     EXPECT_EQ(Notes(), major) << "the user does not listen";
-    Listen(kKeyOfC);
+    Listen(kKeyC);
     for (const int note : {62, 61, 60, 127, 74, 62})  // D, C#, C: the root, G, D twice
         Play(note);
     document->HandleZMessage(Note(ZMIDINOTEOFF, 64));
@@ -185,7 +185,7 @@ TEST_F(KestruneDocumentTest, ANoteSwitchesItsDegreeOfTheKeyInWhateverOctave)
 
 TEST_F(KestruneDocumentTest, NotesOfTheAudioThreadNeitherAllocateNorLockNorLoseAStep)
 {
-    Listen(kKeyOfC);
+    Listen(kKeyC);
     const auto note = Note(ZMIDINOTEON, 61);
     std::atomic<bool> done = false;
     std::thread audio([&] {

@@ -116,7 +116,7 @@ TEST(ZStringTest, CountsUtf16UnitsAndConvertsToUtf8AndBack)
 
 TEST(ZStringTest, InvalidUtf8BecomesTheReplacementCharacter)
 {
-    const std::pair<const char*, int> cases[] = {
+    const std::pair<const char*, std::size_t> cases[] = {
         {"\xFF", 1},
         {"\xE2\x99", 2},      // cut short
         {"\xC0\xAF", 2},      // longer than needed
