@@ -114,7 +114,7 @@ double copiesAlone()
         const std::size_t write = static_cast<std::size_t>(i) * kBenchBlock % kLine;
         for (Channel& channel : channels) {
             auto& stops = channel.stops;
-            for (const std::size_t stop : {1, 2, 3, 5, 6, 7})
+            for (const std::size_t stop : {1U, 2U, 3U, 5U, 6U, 7U})
                 copy(stops[stop].data(), stops[stop - 1].data());
             copy(channel.line.data() + write, stops[3].data());
             copy(stops[4].data(), channel.line.data() + (write + kLine - kDelay) % kLine);

@@ -212,12 +212,12 @@ TEST_F(EditorWindowTest, ManyInstancesShowTheirOwnStatesAndCloseInAnyOrder)
 {
     std::vector<AEffect*> effects;
     for (int i = 0; i < 20; ++i) {
-        effects.push_back(host->Open());
-        effects[i]->setParameter(effects[i], i % 2 == 0 ? kCorrectPitch : kKey, 1.0f);
-        ask(effects[i], effMainsChanged, 0, 1);  // brings the value to the views
+        AEffect* const each = effects.emplace_back(host->Open());
+        each->setParameter(each, i % 2 == 0 ? kCorrectPitch : kKey, 1.0f);
+        ask(each, effMainsChanged, 0, 1);  // brings the value to the views
         const xcb_rectangle_t place = placeAt(20 * i, 16 * i);
-        EXPECT_EQ(openEditor(effects[i], probe->MakeWindow(place)), 1);
-        EXPECT_TRUE(Shows(effects[i], place)) << i;
+        EXPECT_EQ(openEditor(each, probe->MakeWindow(place)), 1);
+        EXPECT_TRUE(Shows(each, place)) << i;
     }
     EXPECT_EQ(probe->CountClients(), 1u) << "one connection for all";
     for (std::size_t i = 0; i < 20; i += 2)
