@@ -16,10 +16,10 @@ namespace
 {
 
 /// Elements that a preset can set but that the plug-in does not save, and those of its groups.
-constexpr std::array<std::string_view, 13> kUnsavedElements{
-    "AcceptMIDI",        "TuningHistory",   "PresetAActive", "PresetBActive", "PresetCActive",
-    "PresetDActive",     "scale",           "notesInScale",  "ZBay",          "ContainerBay",
-    "BuiltInScaleNames", "correctionMeter", "tracking"};
+constexpr std::array<std::string_view, 12> kUnsavedElements{
+    "AcceptMIDI",        "TuningHistory",  "PresetAActive", "PresetBActive", "PresetCActive",
+    "PresetDActive",     "scale",          "notesInScale",  "ZBay",          "ContainerBay",
+    "BuiltInScaleNames", "correctionMeter"};
 
 template <typename Texts>
 bool contains(const Texts& texts, std::string_view text)
@@ -75,11 +75,19 @@ std::string refusalOf(const StateElement& given, const StateElement& known)
 
 std::vector<std::string> checkPreset(const StateText& preset, const StateText& state)
 {
+    // The plug-in leaves this element out of its state while it has its default.
+    StateElement tracking;
+    tracking.name = settingRule(Setting::kTracking).name;
+    tracking.type = "ZDISCRETE";
+    tracking.index = 0;
+
     std::vector<std::string> notes;
     for (const StateElement& given : preset.Elements()) {
         if (contains(kUnsavedElements, given.name))
             continue;
-        const StateElement* const known = state.Find(given.name);
+        const StateElement* known = state.Find(given.name);
+        if (!known && given.name == tracking.name)
+            known = &tracking;
         const std::string note = known ? refusalOf(given, *known)
                                        : fmt::format("the plug-in has no element '{}'", given.name);
         // A saved preset holds each element twice.

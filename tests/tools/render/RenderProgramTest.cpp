@@ -270,13 +270,13 @@ TEST_F(RenderProgramTest, OptionsWithoutEffectAreNotedOnceEach)
     const std::string preset =
         Preset(element("dettune", "floatvalue=\"3\"") + element("detune", "int32value=\"3\"") +
                element("key", "int32value=\"12\"") + element("detune", "floatvalue=\"80\"") +
-               element("dettune", "floatvalue=\"4\""));
+               element("dettune", "floatvalue=\"4\"") + element("tracking", "int32value=\"7\""));
     const std::pair<Words, Words> rows[] = {
         {kCorrect + Words{"--midi", File("m.mid", kOneNote)}, {"MIDI input is off"}},
         {kCorrect + Words{"--automate", File("late.csv", "9,key,D\n")}, {"1 points of automation"}},
         {kCorrect + Words{"--preset", preset},
          {"no element 'dettune'", "another type: the plug-in takes floatvalue",
-          "12 is not in 0 to 11", "80 is not in -50 to 50"}},
+          "12 is not in 0 to 11", "80 is not in -50 to 50", "7 is not in 0 to 1"}},
         {{"--window", mFolder.Path("w.png"), "--window-at", "2"}, {"is past the end"}},
         {{"--plot", mFolder.Path("plot.jpg")}, {"is written as PNG"}},
         {{"--set", "key=D"}, {"change nothing"}},
