@@ -26,7 +26,8 @@ struct HarmonicVoice
                                           const std::function<double(double)>& pitchAt) const;
 };
 
-/// The formants in Hz of the vowels a, e, i, o, u of an adult man; a woman's lie a sixth higher.
+/// The formants in Hz of the vowels a, e, i, o, u of an adult man; a woman's lie 17 % higher.
+/// Throws std::invalid_argument for another letter.
 [[nodiscard]] HarmonicVoice maleVoice(char vowel);
 [[nodiscard]] HarmonicVoice femaleVoice(char vowel);
 

@@ -16,8 +16,8 @@ namespace
 {
 
 constexpr float kStretchSeconds = 0.030f;
-constexpr int kEvenLagsFrom =
-    160;  // a longer lag's peak is wide enough to be found by every second
+/// A longer lag's peak is wide enough to be found by every second lag.
+constexpr int kEvenLagsFrom = 160;
 /// A shorter lag's peak may be so narrow that a parabola through samples beside its top misses its
 /// height: harmonics with much power make it so. Then the doubled period would seem clearer.
 constexpr int kNarrowPeaksBelow = 40;
