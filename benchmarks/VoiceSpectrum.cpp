@@ -11,7 +11,7 @@ namespace orvane
 namespace
 {
 
-constexpr double kHighestHz = 8000.0;
+constexpr double kTopHz = 8000.0;
 constexpr int kBands = 26;
 
 double melOf(double hz)
@@ -22,7 +22,7 @@ double melOf(double hz)
 /// Levels in dB of triangular bands that overlap by half, each of the density of power.
 std::vector<double> melLevels(const VoiceSpectrum& voice)
 {
-    const double width = melOf(kHighestHz) / (kBands + 1);
+    const double width = melOf(kTopHz) / (kBands + 1);
     std::vector<double> levels;
     for (int band = 1; band <= kBands; ++band) {
         double sum = 0.0;
@@ -76,7 +76,7 @@ VoiceSpectrum::VoiceSpectrum(std::span<const float> signal, double sampleRate, d
         for (std::size_t i = 0; i < length; ++i, turn *= step)
             amplitude += window[i] * static_cast<double>(signal[i]) * std::conj(turn);
         amplitude *= 2.0 / weights;
-        if (h * hz <= kHighestHz)
+        if (h * hz <= kTopHz)
             powers.push_back(std::norm(amplitude));
         turn = 1.0;
         for (std::size_t i = 0; i < length; ++i, turn *= step)

@@ -15,7 +15,6 @@ namespace
 {
 
 constexpr float kSemitones = 12.0f;
-constexpr float kDefaultReferenceHz = 440.0f;
 
 float octavesBetween(float frequency, float reference)
 {

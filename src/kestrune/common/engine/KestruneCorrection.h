@@ -16,6 +16,7 @@ class KestruneCorrection
 {
 public:
     static constexpr int kMaxTones = 32;
+    static constexpr float kDefaultReferenceHz = 440.0f;
 
     /// Sets the frequency of the scale's root in any octave, in Hz; 0 and below mean 440.
     /// [audio thread]
@@ -46,7 +47,7 @@ private:
     [[nodiscard]] float NearestTarget(float semitones) const noexcept;
     [[nodiscard]] bool IsIgnored(float semitones) const noexcept;
 
-    float mReferenceFrequency = 440.0f;
+    float mReferenceFrequency = kDefaultReferenceHz;
     std::array<float, kMaxTones> mScaleTones{2.0f, 4.0f, 5.0f, 7.0f, 9.0f, 11.0f};
     int mToneCount = 6;
     ZBuffer* mIgnoredNotes = nullptr;

@@ -15,8 +15,7 @@ namespace orvane
 namespace
 {
 
-constexpr double kSemitones = 12.0;
-constexpr float kDefaultReferenceHz = 440.0f;
+constexpr double kSemitonesPerOctave = 12.0;
 /// Cost of a change of note, in semitones times records.
 constexpr double kChangeCost = 2.0;
 /// The most that a record counts against a note, in semitones: one that is read wrong is no reason.
@@ -43,7 +42,9 @@ constexpr std::size_t kMostNotes = 9 * (KestruneCorrection::kMaxTones + 1);
 
 void KestruneNoteChoice::SetReferenceFrequency(float hz) noexcept
 {
-    mReference = kSemitones * std::log2(static_cast<double>(hz > 0.0f ? hz : kDefaultReferenceHz));
+    mReference =
+        kSemitonesPerOctave *
+        std::log2(static_cast<double>(hz > 0.0f ? hz : KestruneCorrection::kDefaultReferenceHz));
     Release();
 }
 
@@ -79,8 +80,8 @@ KestruneNoteChoice::Note KestruneNoteChoice::Choose(std::span<const double> pitc
         return note;
     }
     ChooseAmong(kChromatic, course, mHeldDegree);
-    const double octaves = std::floor(*mHeldDegree / kSemitones);
-    const auto degree = static_cast<unsigned>(*mHeldDegree - octaves * kSemitones);
+    const double octaves = std::floor(*mHeldDegree / kSemitonesPerOctave);
+    const auto degree = static_cast<unsigned>(*mHeldDegree - octaves * kSemitonesPerOctave);
     note.isLeft = (ignored >> degree & 1u) != 0;
     return note;
 }
@@ -91,10 +92,11 @@ void KestruneNoteChoice::ChooseAmong(std::span<const double> tones, std::span<co
     std::array<Way, kMostNotes> ways;
     std::size_t count = 0;
     const auto [lowest, highest] = std::minmax_element(pitches.begin(), pitches.end());
-    const double lastOctave = std::floor(*highest / kSemitones) + 1.0;
-    for (double octave = std::floor(*lowest / kSemitones) - 1.0; octave <= lastOctave; ++octave)
+    const double lastOctave = std::floor(*highest / kSemitonesPerOctave) + 1.0;
+    for (double octave = std::floor(*lowest / kSemitonesPerOctave) - 1.0; octave <= lastOctave;
+         ++octave)
         for (const double tone : tones) {
-            const double note = kSemitones * octave + tone;
+            const double note = kSemitonesPerOctave * octave + tone;
             if (count == ways.size())
                 break;
             ways[count++] = {note, note, !held || note == *held ? 0.0 : kChangeCost};

@@ -3,6 +3,7 @@
 
 #include "kestrune/common/engine/KestruneCorrelation.h"
 #include "kestrune/common/engine/KestruneHistory.h"
+#include "kestrune/common/engine/KestruneLevelGate.h"
 
 #include <algorithm>
 #include <cassert>
@@ -26,9 +27,6 @@ constexpr float kLeastClarity = 0.25f;
 constexpr float kUnvoicedStrength = 0.45f;
 /// A shorter period of equal clarity is taken: all its multiples are as clear.
 constexpr float kPenaltyPerOctave = 0.02f;
-constexpr float kGateClosedDecibels = -60.0f;
-constexpr float kGateSpanDecibels = 10.0f;
-constexpr double kEnergyFloor = 1.0e-10;
 constexpr float kUnknown = -2.0f;  // under every correlation
 
 }  // namespace
@@ -109,8 +107,8 @@ float KestrunePitchCandidates::LevelGate() const noexcept
 {
     const int centre = mGeometry.coarseLength - 1 - mGeometry.halfSpan;
     const double mean = Energy(centre - mStretch / 2, mStretch) / mStretch;
-    const auto decibels = static_cast<float>(10.0 * std::log10(mean + kEnergyFloor));
-    return std::clamp((decibels - kGateClosedDecibels) / kGateSpanDecibels, 0.0f, 1.0f);
+    constexpr double kEnergyFloor = 1.0e-10;
+    return kestruneLevelGate(static_cast<float>(10.0 * std::log10(mean + kEnergyFloor)));
 }
 
 float KestrunePitchCandidates::Clarity(int lag) noexcept

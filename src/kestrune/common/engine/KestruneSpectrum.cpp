@@ -2,6 +2,7 @@
 #include "kestrune/common/engine/KestruneSpectrum.h"
 
 #include "kestrune/common/engine/KestruneGeometry.h"
+#include "kestrune/common/engine/KestruneLevelGate.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
 #include "zlib/common/objects/ZException.h"
 
@@ -26,10 +27,6 @@ constexpr float kTwoPi = 6.2831854820251465f;
 // Variance of a normalised band: that of white noise, and the least of a clear voice.
 constexpr float kNoiseVariance = 0.13f;
 constexpr float kVoiceVariance = 0.18f;
-
-constexpr float kEnergyFloor = 1.0e-10f;
-constexpr float kGateClosedDecibels = -60.0f;
-constexpr float kGateSpanDecibels = 10.0f;
 
 /// Fails as the other containers of the engine do: throws std::bad_alloc when there is no memory.
 std::unique_ptr<ZBuffer> allocateBuffer(std::uint32_t length)
@@ -120,8 +117,8 @@ float KestruneSpectrum::NormalizeBand(Band band) noexcept
 
 float KestruneSpectrum::LevelGate() const noexcept
 {
-    const float decibels = 10.0f * std::log10(mFrameEnergy + kEnergyFloor);
-    return std::clamp((decibels - kGateClosedDecibels) / kGateSpanDecibels, 0.0f, 1.0f);
+    constexpr float kEnergyFloor = 1.0e-10f;
+    return kestruneLevelGate(10.0f * std::log10(mFrameEnergy + kEnergyFloor));
 }
 
 std::span<const float> KestruneSpectrum::Values() const noexcept

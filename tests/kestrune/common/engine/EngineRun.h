@@ -8,6 +8,11 @@
 namespace orvane
 {
 
+constexpr float kRate = 44100.0f;
+constexpr int kHop = 512;  // at kRate
+/// The tones of a scale of all semitones, above the root.
+inline const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
+
 /// The block that the engine is given at a rate: 11.6 ms.
 inline int hopAt(float sampleRate)
 {

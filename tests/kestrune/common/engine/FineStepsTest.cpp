@@ -25,8 +25,6 @@ namespace orvane
 namespace
 {
 
-const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-
 /// A voice that swings by an octave, with a rest and a noise in between: quickly made at any rate.
 std::vector<float> swingingVoice(float rate, double seconds)
 {

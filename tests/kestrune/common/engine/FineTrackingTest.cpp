@@ -24,12 +24,8 @@ namespace orvane
 namespace
 {
 
-constexpr float kRate = 44100.0f;
-constexpr int kHop = 512;
-const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-
-std::unique_ptr<PsolaClass> engineAt(float rate,
-                                     KestruneTracking tracking = KestruneTracking::kFine)
+std::unique_ptr<PsolaClass> trackingEngine(float rate,
+                                           KestruneTracking tracking = KestruneTracking::kFine)
 {
     auto engine = std::make_unique<PsolaClass>();
     engine->SetTracking(tracking);
@@ -130,7 +126,7 @@ TEST(FineTrackingTest, CorrectsWithinTwoCentsAtEveryRateAndInEachRange)
         SCOPED_TRACE(testing::Message() << rate << " Hz, " << semitones);
         const double hz = 440.0 * std::exp2(semitones / 12.0);
         const auto sound = harmonics(rate, 0.9, [&](double) { return hz * std::exp2(0.3 / 12.0); });
-        auto engine = engineAt(rate);
+        auto engine = trackingEngine(rate);
         engine->SetFrequencyRange(low, high);
         engine->SetCorrectionEnabled(true);
         EXPECT_LT(mostOff(aligned(*engine, sound, hopAt(rate)), rate, hz, 0.5, 0.8), 2.0);
@@ -145,7 +141,7 @@ TEST(FineTrackingTest, AHighVoiceWithAStrongOvertoneIsNotReadAnOctaveTooLow)
         const double turn = 2.0 * std::numbers::pi * 880.0 / 44100.0 * static_cast<double>(i);
         voice[i] = static_cast<float>(0.1 * std::sin(turn) + 0.2 * std::sin(3.0 * turn));
     }
-    auto engine = engineAt(kRate);
+    auto engine = trackingEngine(kRate);
     runEngine(*engine, kHop, voice);
     EXPECT_NEAR(engine->GetInputPitch(), 880.0f, 0.5f);
 }
@@ -154,7 +150,7 @@ TEST(FineTrackingTest, AVibratoStaysOnItsNoteAndAStepLeavesIt)
 {
     const double note = 440.0 * std::exp2(-14.0 / 12.0);
     const auto swing = [](double at) { return 0.5 * std::sin(2.0 * std::numbers::pi * 5.5 * at); };
-    auto engine = engineAt(kRate);
+    auto engine = trackingEngine(kRate);
     engine->SetCorrectionEnabled(true);
     const auto sound = harmonics(kRate, 3.0, [&](double at) {
         return note * std::exp2((swing(at) + 0.2 + (at < 1.5 ? 0.0 : 1.0)) / 12.0);
@@ -166,7 +162,7 @@ TEST(FineTrackingTest, AVibratoStaysOnItsNoteAndAStepLeavesIt)
 
 TEST(FineTrackingTest, WhatIsNoVoiceComesOutAsItWentIn)
 {
-    auto engine = engineAt(kRate);
+    auto engine = trackingEngine(kRate);
     engine->SetCorrectionEnabled(true);
     engine->SetTransposeEnabled(true);
     engine->SetPitchShift(0.5f);
@@ -182,7 +178,7 @@ TEST(FineTrackingTest, WhatIsNoVoiceComesOutAsItWentIn)
 
 TEST(FineTrackingTest, AVoiceThatIsNotShiftedComesOutAsItWentIn)
 {
-    auto engine = engineAt(kRate);
+    auto engine = trackingEngine(kRate);
     engine->SetTransposeEnabled(true);
     const auto voice = steadyVowel(Vowel::kA, 150.0, kRate, 2.0);
     const auto output = aligned(*engine, voice);
@@ -199,7 +195,7 @@ TEST(FineTrackingTest, ABetterNoteAtTheOnsetComesFromWhatFollows)
     auto sound = harmonics(kRate, 2.0, [&](double at) { return at < 1.1 ? first : second; });
     std::fill(sound.begin() + static_cast<int>(0.9 * kRate),
               sound.begin() + static_cast<int>(1.1 * kRate), 0.0f);
-    auto engine = engineAt(kRate);
+    auto engine = trackingEngine(kRate);
     engine->SetCorrectionTime(400.0f);
     engine->SetCorrectionEnabled(true);
     EXPECT_LT(mostOff(aligned(*engine, sound), kRate, 440.0 * std::exp2(-7.0 / 12.0), 1.13, 1.3),
@@ -211,7 +207,7 @@ TEST(FineTrackingTest, IgnoredNotesAreLeftAsTheyAreSung)
     const double hz = 440.0 * std::exp2(-11.7 / 12.0);  // above the root A, 30 cents off
     ZBuffer ignored(12, "ZBuffer");
     ignored.Data()[0] = 1.0f;
-    auto engine = engineAt(kRate);
+    auto engine = trackingEngine(kRate);
     engine->SetIgnoredNotes(&ignored);
     engine->SetCorrectionEnabled(true);
     const auto sound = harmonics(kRate, 1.5, [hz](double) { return hz; });
@@ -246,7 +242,7 @@ TEST(FineTrackingTest, AChangeInTheMiddleOfANoteIsFollowedWithoutAClickOrAGap)
     const auto voice = harmonicTone(220.0 * std::exp2(0.3 / 12.0), kRate, 240 * kHop, 2500.0);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        auto engine = engineAt(kRate, row.before);
+        auto engine = trackingEngine(kRate, row.before);
         engine->SetCorrectionEnabled(true);
         engine->SetTransposeEnabled(true);
         const auto output = runGuarded(*engine, kHop, voice, [&](int block) {
@@ -280,7 +276,7 @@ TEST(FineTrackingTest, WhatIsNoSingleVoiceIsNoLouderAndClicksNoMoreThanWithClass
     for (const auto* const sound : {&square, &drums, &chord}) {
         SCOPED_TRACE(sound == &square ? "square" : sound == &drums ? "drums" : "chord");
         const auto outputOf = [&](KestruneTracking tracking) {
-            auto engine = engineAt(kRate, tracking);
+            auto engine = trackingEngine(kRate, tracking);
             engine->SetCorrectionEnabled(true);
             engine->SetTransposeEnabled(true);
             engine->SetPitchShift(0.25f);
@@ -302,7 +298,7 @@ TEST(FineTrackingTest, AnySoundAndAnyChangeGiveFiniteOutputInTime)
     for (const float rate : {8000.0f, 44100.0f, 96000.0f, 192000.0f}) {
         SCOPED_TRACE(rate);
         const int hop = hopAt(rate);
-        auto engine = engineAt(rate);
+        auto engine = trackingEngine(rate);
         engine->SetCorrectionEnabled(true);
         engine->SetTransposeEnabled(true);
         const auto length = static_cast<int>(rate) / 2;

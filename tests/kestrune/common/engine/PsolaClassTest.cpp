@@ -40,11 +40,8 @@ namespace orvane
 namespace
 {
 
-constexpr float kRate = 44100.0f;
-constexpr int kHop = 512;
 constexpr int kLatency = 18359;
 constexpr KestruneTracking kTrackings[] = {KestruneTracking::kClassic, KestruneTracking::kFine};
-const std::vector<float> kChromatic{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
 
 /// An engine that hears both channels and shifts by octaves.
 std::unique_ptr<PsolaClass> engineAt(float rate, float minHz = 73.0f, float maxHz = 1318.0f,
