@@ -3,15 +3,11 @@
 
 #include "pluginwrappers/interface/VstKeyCode.h"
 #include "pluginwrappers/interface/WindowPicture.h"
-#include "zlib/common/documents/ZApp.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/native/ZKeyCode.h"
-#include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/signals/ZSignalBay.h"
-#include "zlib/common/views/ZWindow.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -25,16 +21,6 @@ namespace orvane
 
 namespace
 {
-
-template <typename Call>
-void callAndReport(Call call)
-{
-    try {
-        call();
-    } catch (const ZException& exception) {
-        exception.Report();
-    }
-}
 
 // Character of the keypad's Enter key, which distinguishes it from Return.
 constexpr char16_t kEnterCharacter = 3;
@@ -62,56 +48,38 @@ char16_t characterOf(const VstKeyCode& key)
 
 ZVSTEditor::ZVSTEditor(AudioEffect* audioEffect, boost::shared_ptr<ZWindow> window)
     : AEffEditor(audioEffect)
-    , mWindow(std::move(window))
+    , mEditor(std::move(window))
     , mKeyMap{{VKEY_BACK, kKeyBackspace}, {VKEY_TAB, kKeyTab},        {VKEY_END, kKeyEnd},
               {VKEY_HOME, kKeyHome},      {VKEY_LEFT, kKeyLeft},      {VKEY_UP, kKeyUp},
               {VKEY_RIGHT, kKeyRight},    {VKEY_DOWN, kKeyDown},      {VKEY_DELETE, kKeyDelete},
               {VKEY_SHIFT, kKeyShift},    {VKEY_CONTROL, kKeyControl}}
 {
-    assert(mWindow);
 }
 
-ZVSTEditor::~ZVSTEditor()
-{
-    ZVSTEditor::close();
-}
+ZVSTEditor::~ZVSTEditor() = default;
 
 bool ZVSTEditor::getRect(ERect** rect)
 {
-    mRect = {0, 0, static_cast<std::int16_t>(mWindow->GetHeight()),
-             static_cast<std::int16_t>(mWindow->GetWidth())};
+    mRect = {0, 0, static_cast<std::int16_t>(mEditor.GetHeight()),
+             static_cast<std::int16_t>(mEditor.GetWidth())};
     *rect = &mRect;
     return true;
 }
 
 bool ZVSTEditor::open(void* parent)
 {
-    try {
-        if (!mWindow->Create(nullptr, reinterpret_cast<ZNativeHandle>(parent)))
-            return false;
+    const bool opened = mEditor.Open(reinterpret_cast<std::uintptr_t>(parent));
+    if (opened)
         systemWindow = parent;
-        mWindow->RedrawAll();
-        mWindow->Show();
-        return true;
-    } catch (const ZException& exception) {
-        exception.Report();
-        close();
-        return false;
-    }
+    else if (!mEditor.IsOpen())
+        AEffEditor::close();
+    return opened;
 }
 
 void ZVSTEditor::close()
 {
-    const bool wasOpen = isOpen();
     AEffEditor::close();
-    callAndReport([&] {
-        if (ZApp* const app = ZApp::Of(*mWindow); app && wasOpen)
-            app->EndModalRuns();  // closes menus and dialogs of the window
-        mWindow->Hide();
-        mWindow->Detach();
-    });
-    // Destroyed here, since most hosts only hide the parent window instead of destroying it.
-    callAndReport([&] { mWindow->Destroy(); });
+    mEditor.Close();
 }
 
 bool ZVSTEditor::onKeyDown(VstKeyCode& key)
@@ -120,7 +88,7 @@ bool ZVSTEditor::onKeyDown(VstKeyCode& key)
         const auto message = boost::make_shared<ZMessage>(ZKEYDOWN);
         message->Add<std::uint8_t>("Key", mapped->second);
         message->Add<bool>("shift", key.virt == VKEY_SHIFT);
-        Send(message);
+        mEditor.Send(message);
         return true;
     }
     const char16_t character = characterOf(key);
@@ -128,33 +96,24 @@ bool ZVSTEditor::onKeyDown(VstKeyCode& key)
         return false;
     const auto message = boost::make_shared<ZMessage>(ZTEXTINPUT);
     message->Add<ZString>("Text", ZString(std::u16string(1, character)));
-    Send(message);
+    mEditor.Send(message);
     return true;
 }
 
 bool ZVSTEditor::SampleRateChanged(float rate)
 {
-    Send(makeSampleRateMessage(rate));
+    mEditor.SampleRateChanged(rate);
     return true;
 }
 
 void ZVSTEditor::GetPicture(WindowPicture& picture)
 {
-    // Views that are attached for the first time get their elements' values by posted messages.
-    mWindow->AttachViews();
-    if (ZApp* const app = ZApp::Of(*mWindow))
-        app->ProcessQueue();
-    const ZBitmap& bitmap = mWindow->RenderOffscreen();
+    const ZBitmap& bitmap = mEditor.Draw();
     const auto pixels = bitmap.GetNative()->GetPremultipliedPixels();
     mPicture.assign(pixels.begin(), pixels.end());
     assert(mPicture.size() == static_cast<std::size_t>(bitmap.GetWidth()) *
                                   static_cast<std::size_t>(bitmap.GetHeight()));
     picture = {bitmap.GetWidth(), bitmap.GetHeight(), mPicture.data()};
-}
-
-void ZVSTEditor::Send(const boost::shared_ptr<const ZMessage>& message)
-{
-    mWindow->HandleZMessage(message);
 }
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pluginwrappers/common/AEffEditor.h"
+#include "pluginwrappers/core/ZEditorWindow.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -12,7 +13,6 @@
 namespace orvane
 {
 
-class ZMessage;
 class ZWindow;
 struct WindowPicture;
 
@@ -45,9 +45,7 @@ public:
     void GetPicture(WindowPicture& picture);
 
 private:
-    void Send(const boost::shared_ptr<const ZMessage>& message);
-
-    boost::shared_ptr<ZWindow> mWindow;
+    ZEditorWindow mEditor;
     std::map<std::uint8_t, std::uint8_t> mKeyMap;  // VstVirtualKey -> ZKeyCode
     ERect mRect{};                                 // the host reads it after getRect
     std::vector<std::uint32_t> mPicture;           // pixels of the last GetPicture

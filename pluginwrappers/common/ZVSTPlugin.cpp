@@ -1,30 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/ZVSTPlugin.h"
 
-#include "pluginwrappers/common/HostParameter.h"
+#include "pluginwrappers/common/VstMidi.h"
 #include "pluginwrappers/common/VstText.h"
-#include "pluginwrappers/common/ZMidiMessage.h"
 #include "pluginwrappers/common/ZVSTEditor.h"
 #include "pluginwrappers/common/ZVSTSetParameterFn.h"
+#include "pluginwrappers/core/HostParameter.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 #include "pluginwrappers/interface/WindowPicture.h"
-#include "zdsp/common/ZFloatMode.h"
 #include "zlib/common/documents/ZAudioDocument.h"
-#include "zlib/common/documents/ZAudioManager.h"
-#include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/signals/ZInputBay.h"
-#include "zlib/common/signals/ZSignalLooper.h"
-#include "zlib/common/views/ZWindow.h"
 
 #include <boost/make_shared.hpp>
 
 #include <cassert>
-#include <cmath>
 #include <limits>
 #include <new>
 #include <utility>
@@ -37,34 +28,12 @@ namespace
 
 constexpr int kChannels = 2;
 
-/// Sets a flag for as long as the object lives.
-class RaisedFlag
+std::int32_t programsOf(const ZPlugin* app)
 {
-public:
-    explicit RaisedFlag(bool& flag)
-        : mFlag(flag)
-    {
-        assert(!mFlag);
-        mFlag = true;
-    }
-    RaisedFlag(const RaisedFlag&) = delete;
-    RaisedFlag& operator=(const RaisedFlag&) = delete;
-    ~RaisedFlag() { mFlag = false; }
-
-private:
-    bool& mFlag;
-};
-
-boost::shared_ptr<ZAudioDocument> documentOf(const ZPlugin* app)
-{
-    return app != nullptr ? boost::dynamic_pointer_cast<ZAudioDocument>(app->GetCurrentDocument())
-                          : nullptr;
-}
-
-boost::shared_ptr<ZWindow> windowOf(const ZPlugin* app)
-{
-    const ZWindowKeeper* const windows = app != nullptr ? app->GetWindowManager() : nullptr;
-    return windows != nullptr ? windows->GetCurrentWindow() : nullptr;
+    const auto document =
+        app != nullptr ? boost::dynamic_pointer_cast<ZAudioDocument>(app->GetCurrentDocument())
+                       : nullptr;
+    return ZProgramBank::CountOf(document.get());
 }
 
 ZProgramBank::Extent extentOf(bool isPreset)
@@ -72,29 +41,11 @@ ZProgramBank::Extent extentOf(bool isPreset)
     return isPreset ? ZProgramBank::Extent::kCurrent : ZProgramBank::Extent::kAll;
 }
 
-// Copies or adds inputs to outputs, for a plug-in without a network. Hosts that ignore the number
-// of channels may pass null arrays.
-void passThrough(float** inputs, float** outputs, std::int32_t frames, ZHostStream::Output output)
-{
-    for (int channel = 0; channel < kChannels; ++channel) {
-        const float* const in = inputs != nullptr ? inputs[channel] : nullptr;
-        float* const out = outputs != nullptr ? outputs[channel] : nullptr;
-        if (in == nullptr || out == nullptr)
-            continue;
-        for (std::int32_t i = 0; i < frames; ++i)
-            out[i] = output == ZHostStream::Output::kAdded ? out[i] + in[i] : in[i];
-    }
-}
-
 }  // namespace
 
 ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
-    : AudioEffectX(host, ZProgramBank::CountOf(documentOf(app.get()).get()),
-                   app ? app->GetExposedCount() : 0)
-    , mApp(std::move(app))
-    , mDocument(documentOf(mApp.get()))
-    , mWindow(windowOf(mApp.get()))
-    , mPrograms(mDocument.get())
+    : AudioEffectX(host, programsOf(app.get()), app ? app->GetExposedCount() : 0)
+    , mCore(*this, std::move(app))
 {
     setUniqueID(fourCharacters("ocmn"));
     setNumInputs(kChannels);
@@ -102,40 +53,32 @@ ZVSTPlugin::ZVSTPlugin(audioMasterCallback host, std::unique_ptr<ZPlugin> app)
     canMono(true);
     canProcessReplacing(true);
     programsAreChunks(true);
-    if (!mApp)
-        return;
-    mApp->SetTickFilter([this] { return AcceptTick(); });
     MakeEditor();
-    if (!mDocument)
+    if (!mCore.HasDocument())
         return;
-    RouteNetwork();
-    setInitialDelay(mDocument->GetLatency());
-    mApp->SetParameterFn(boost::make_shared<ZVSTSetParameterFn>(*this));
+    setInitialDelay(mCore.GetLatency());
+    mCore.GetApp()->SetParameterFn(boost::make_shared<ZVSTSetParameterFn>(*this));
 }
 
 ZVSTPlugin::~ZVSTPlugin()
 {
-    // Released before mInterfaceThread is destroyed, which joins the interface thread.
     const ZInterfaceLock lock;
     waitForHostCalls();
     try {
         // Before anything else, since an open dialog uses what is destroyed here.
-        if (mApp)
-            mApp->EndModalRuns();
-        mWindow.reset();
+        mCore.EndModalRuns();
         editor.reset();
-        mDocument.reset();
-        mApp.reset();
     } catch (const ZException& exception) {
         exception.Report();
     }
+    mCore.Release();
 }
 
 void ZVSTPlugin::MakeEditor()
 {
-    if (!mWindow)
+    if (!mCore.GetWindow())
         return;
-    std::unique_ptr<ZVSTEditor> made(new (std::nothrow) ZVSTEditor(this, mWindow));
+    std::unique_ptr<ZVSTEditor> made(new (std::nothrow) ZVSTEditor(this, mCore.GetWindow()));
     if (!made)
         throw ZException("Could Not Create The VST Editor Layer.");
     setEditor(std::move(made));
@@ -148,30 +91,6 @@ ZVSTEditor& ZVSTPlugin::GetEditor()
     return static_cast<ZVSTEditor&>(*editor);
 }
 
-// The audio manager has routed the network to the looper's output; this routes its input.
-void ZVSTPlugin::RouteNetwork()
-{
-    const boost::shared_ptr<ZSignalLooper> looper = GetSignalLooper();
-    const boost::shared_ptr<ZSignalBay> network = GetNetwork();
-    if (!looper || !network)
-        return;
-    ZInputBay& input = *looper->GetInputBay();
-    network->Route(0, input, 0);
-    network->Route(1, input, input.GetExportCount() == 1 ? 0 : 1);
-}
-
-boost::shared_ptr<ZSignalLooper> ZVSTPlugin::GetSignalLooper() const
-{
-    const ZAudioManager* const manager = mApp ? mApp->GetAudioManager() : nullptr;
-    return manager != nullptr ? manager->GetSignalLooper() : nullptr;
-}
-
-boost::shared_ptr<ZSignalBay> ZVSTPlugin::GetNetwork() const
-{
-    return mDocument ? boost::dynamic_pointer_cast<ZSignalBay>(mDocument->GetOutputNetwork())
-                     : nullptr;
-}
-
 std::intptr_t ZVSTPlugin::dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
                                      void* ptr, float opt)
 {
@@ -182,7 +101,7 @@ std::intptr_t ZVSTPlugin::dispatcher(std::int32_t opcode, std::int32_t index, st
     try {
         return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);
     } catch (...) {
-        mFaults.Keep();
+        mCore.KeepFault();
         return 0;
     }
 }
@@ -210,41 +129,26 @@ bool ZVSTPlugin::IsAudioCall(std::int32_t opcode) const
 
 void ZVSTPlugin::suspend()
 {
-    mClock.Restart();
-    if (const auto looper = GetSignalLooper()) {
-        looper->InitLooper();
-        looper->Drain();
-    }
-    if (mDocument)
-        mDocument->HandleZMessage(boost::make_shared<ZMessage>(ZRESET));
+    mCore.EmptyStream();
 }
 
 void ZVSTPlugin::resume()
 {
-    mClock.Restart();
+    mCore.RestartClock();
     const bool onEntryThread = IsEntryThread();
     if (mWantsMidi)
         wantEvents();
     if (!onEntryThread)
         return;  // this thread does not hold the lock, so the host may have closed the object
     ReleaseChunk();
-    if (mApp)
-        mApp->Tick();
+    mCore.Deliver();
 }
 
 void ZVSTPlugin::setSampleRate(float rate)
 {
-    const auto looper = GetSignalLooper();
-    if (!std::isfinite(rate) || rate <= 0.0f || (looper && looper->GetSampleRate() == rate))
+    if (!mCore.SetSampleRate(rate))
         return;
     AudioEffectX::setSampleRate(rate);
-    if (const auto network = GetNetwork())
-        network->HandleZMessage(makeSampleRateMessage(rate));
-    if (looper) {
-        looper->SetSampleRate(rate);
-        looper->InitLooper();
-        looper->Drain();
-    }
     if (editor)
         GetEditor().SampleRateChanged(rate);
     RefreshLatency();
@@ -252,73 +156,29 @@ void ZVSTPlugin::setSampleRate(float rate)
 
 void ZVSTPlugin::setBlockSize(std::int32_t frames)
 {
-    if (frames <= 0 || frames > ZHostStream::kMaxBlockSize)
+    if (!mCore.SetBlockSize(frames))
         return;
     AudioEffectX::setBlockSize(frames);
-    if (const auto looper = GetSignalLooper()) {
-        looper->SetBufferSize(static_cast<std::uint32_t>(frames));
-        looper->InitLooper();
-        looper->Drain();
-    }
-    // The looper rounds the size up to a power of two for its FIFOs; the network takes the exact
-    // size, the longest block that the host passes.
-    if (const auto network = GetNetwork())
-        network->SetMaxBuffer(frames);
-    mStream.SetBlockSize(frames);
     RefreshLatency();
 }
 
 void ZVSTPlugin::RefreshLatency()
 {
-    if (!mDocument || mDocument->GetLatency() == cEffect.initialDelay)
+    if (!mCore.HasDocument() || mCore.GetLatency() == cEffect.initialDelay)
         return;
-    setInitialDelay(mDocument->GetLatency());
+    setInitialDelay(mCore.GetLatency());
     ioChanged();
 }
 
 void ZVSTPlugin::processReplacing(float** inputs, float** outputs,
                                   std::int32_t sampleFrames) noexcept
 {
-    RunBlock(inputs, outputs, sampleFrames, ZHostStream::Output::kReplaced);
+    mCore.Run(inputs, outputs, sampleFrames, ZHostStream::Output::kReplaced);
 }
 
 void ZVSTPlugin::process(float** inputs, float** outputs, std::int32_t sampleFrames) noexcept
 {
-    RunBlock(inputs, outputs, sampleFrames, ZHostStream::Output::kAdded);
-}
-
-void ZVSTPlugin::RunBlock(float** inputs, float** outputs, std::int32_t frames,
-                          ZHostStream::Output output) noexcept
-{
-    if (frames <= 0)
-        return;
-    const auto looper = GetSignalLooper();
-    if (!looper) {
-        passThrough(inputs, outputs, frames, output);
-        return;
-    }
-    TickByStream(frames, looper->GetSampleRate());
-    try {
-        const ZFloatMode mode;
-        mStream.Run(*looper, inputs, outputs, frames, output);
-    } catch (...) {
-        mFaults.Keep();
-    }
-}
-
-void ZVSTPlugin::TickByStream(std::int32_t frames, float rate) noexcept
-{
-    assert(mApp);
-    const auto now = ZStreamClock::Clock::now();
-    if (!mClock.BlockBegins(now, HostIsOffline(), frames, static_cast<double>(rate)))
-        return;
-    try {
-        const ZInterfaceLock lock;
-        const RaisedFlag ticks(mTicksByStream);
-        mApp->Tick();
-    } catch (...) {
-        mFaults.Keep();
-    }
+    mCore.Run(inputs, outputs, sampleFrames, ZHostStream::Output::kAdded);
 }
 
 // Calls the host directly, without releasing the interface lock, which this thread does not hold.
@@ -328,41 +188,26 @@ bool ZVSTPlugin::HostIsOffline()
                                                  nullptr, 0.0f) == kVstProcessLevelOffline;
 }
 
-// Called by the timer of the interface thread: returns whether it has to tick.
-bool ZVSTPlugin::AcceptTick()
-{
-    mFaults.Report();
-    SendPendingAutomation();
-    return mClock.WallClockTicks(ZStreamClock::Clock::now());
-}
-
 std::int32_t ZVSTPlugin::processEvents(VstEvents* events)
 {
     VstEvent* const* const all = events->events;
-    for (std::int32_t i = 0; mDocument && i < events->numEvents; ++i) {
-        const auto message = all[i] != nullptr ? midiMessageOf(all[i]) : nullptr;
-        if (message)
-            mDocument->HandleZMessage(message);
-    }
+    for (std::int32_t i = 0; i < events->numEvents; ++i)
+        if (const auto midi = all[i] != nullptr ? midiBytesOf(all[i]) : std::nullopt)
+            mCore.HandleMidi(*midi);
     return 1;
-}
-
-boost::shared_ptr<ZElement> ZVSTPlugin::GetParameterElement(std::int32_t index) const
-{
-    return mApp ? mApp->GetExposedElement(index) : nullptr;
 }
 
 void ZVSTPlugin::setParameter(std::int32_t index, float value)
 {
     if (mAutomatingParam.load(std::memory_order_relaxed) != kNotAutomating)
         return;
-    if (const auto element = GetParameterElement(index))
+    if (const auto element = mCore.GetParameter(index))
         setFromHost(*element, value);
 }
 
 float ZVSTPlugin::getParameter(std::int32_t index)
 {
-    const auto element = GetParameterElement(index);
+    const auto element = mCore.GetParameter(index);
     return element ? hostValueOf(*element) : 0.0f;
 }
 
@@ -376,13 +221,13 @@ void ZVSTPlugin::setParameterAutomated(std::int32_t index, float value)
 
 void ZVSTPlugin::NotifyHost(std::int32_t index)
 {
-    if (mTicksByStream)
+    if (mCore.IsTickingByStream())
         mPendingAutomation.push_back(index);
     else
         setParameterAutomated(index, getParameter(index));
 }
 
-void ZVSTPlugin::SendPendingAutomation()
+void ZVSTPlugin::TimerTicks()
 {
     // Taken out of the member first, since the lock is released during each call of the host.
     for (const std::int32_t index : std::exchange(mPendingAutomation, {}))
@@ -391,18 +236,19 @@ void ZVSTPlugin::SendPendingAutomation()
 
 void ZVSTPlugin::getParameterDisplay(std::int32_t index, std::span<char> text)
 {
-    const auto element = GetParameterElement(index);
+    const auto element = mCore.GetParameter(index);
     writeHostText(element ? displayTextOf(*element) : ZString(), text);
 }
 
 void ZVSTPlugin::getParameterName(std::int32_t index, std::span<char> text)
 {
-    writeHostText(mApp ? mApp->GetExposedLabel(index) : ZString(), text);
+    const ZPlugin* const app = mCore.GetApp();
+    writeHostText(app != nullptr ? app->GetExposedLabel(index) : ZString(), text);
 }
 
 bool ZVSTPlugin::getParameterProperties(std::int32_t index, VstParameterProperties* properties)
 {
-    const auto element = GetParameterElement(index);
+    const auto element = mCore.GetParameter(index);
     if (!element || element->GetType() != ZElement::ZDISCRETE ||
         element->CountDiscreteValues() != 2)
         return false;
@@ -424,24 +270,24 @@ bool ZVSTPlugin::getParameterProperties(std::int32_t index, VstParameterProperti
 void ZVSTPlugin::setProgram(std::int32_t index)
 {
     AudioEffectX::setProgram(index);
-    mPrograms.SetCurrent(index);
+    mCore.GetPrograms().SetCurrent(index);
 }
 
 // Reads at most kVstMaxProgNameLen bytes, the length that getProgramName can return.
 void ZVSTPlugin::setProgramName(const char* text)
 {
-    mPrograms.SetName(readHostText(text, kVstMaxProgNameLen));
+    mCore.GetPrograms().SetName(readHostText(text, kVstMaxProgNameLen));
 }
 
 void ZVSTPlugin::getProgramName(std::span<char> text)
 {
-    writeHostText(mPrograms.GetName(), text);
+    writeHostText(mCore.GetPrograms().GetName(), text);
 }
 
 bool ZVSTPlugin::getProgramNameIndexed(std::int32_t /*category*/, std::int32_t index,
                                        std::span<char> text)
 {
-    const auto name = mPrograms.GetName(index);
+    const auto name = mCore.GetPrograms().GetName(index);
     writeHostText(name.value_or(ZString()), text);
     return name.has_value();
 }
@@ -451,7 +297,7 @@ std::int32_t ZVSTPlugin::getChunk(void** data, bool isPreset)
     *data = nullptr;
     ReleaseChunk();
     try {
-        mChunk = mPrograms.Save(extentOf(isPreset));
+        mChunk = mCore.SavePrograms(extentOf(isPreset));
     } catch (const ZException& exception) {
         exception.Report();
     }
@@ -463,14 +309,11 @@ std::int32_t ZVSTPlugin::getChunk(void** data, bool isPreset)
 std::int32_t ZVSTPlugin::setChunk(void* data, std::int32_t size, bool isPreset)
 {
     assert(data != nullptr && size > 0);
-    if (!mDocument)
+    if (!mCore.HasDocument())
         return 0;
     try {
-        mPrograms.Load({static_cast<const char*>(data), static_cast<std::size_t>(size)},
-                       extentOf(isPreset));
-        // Delivers what the load has posted; after a bank that is left to the next tick.
-        if (isPreset)
-            mApp->ProcessQueue();
+        mCore.LoadPrograms({static_cast<const char*>(data), static_cast<std::size_t>(size)},
+                           extentOf(isPreset));
         return 1;
     } catch (const ZException& exception) {
         exception.Report();

@@ -2,14 +2,8 @@
 #pragma once
 
 #include "pluginwrappers/common/AudioEffectX.h"
-#include "pluginwrappers/common/ZAudioFaults.h"
-#include "pluginwrappers/common/ZHostStream.h"
-#include "pluginwrappers/common/ZProgramBank.h"
-#include "pluginwrappers/common/ZStreamClock.h"
+#include "pluginwrappers/core/ZPluginCore.h"
 #include "zlib/common/documents/ZPlugin.h"
-#include "zlib/common/objects/ZInterfaceThread.h"
-
-#include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -22,27 +16,18 @@
 namespace orvane
 {
 
-class ZAudioDocument;
-class ZElement;
-class ZSignalBay;
-class ZSignalLooper;
 class ZVSTEditor;
-class ZWindow;
 
-/// The effect object: everything the host sees of the plug-in. Lives from the entry call to
-/// effClose.
+/// The effect object: everything the host sees of the plug-in. It translates the interface; the
+/// plug-in itself is a ZPluginCore. Lives from the entry call to effClose.
 ///
-/// Keeps the interface thread running. Each dispatcher call holds the interface lock, except the
+/// Each dispatcher call holds the interface lock, except the
 /// opcodes that hosts also send on the audio thread; exceptions in those are passed to the
 /// interface thread, which reports them.
 ///
-/// Changed values reach the engine in ticks: of the interface thread's timer while the host plays,
-/// of the stream while it renders (see ZStreamClock). A tick of the stream runs on the host's
-/// rendering thread and takes the interface lock; nowhere else does audio wait for the interface.
-///
 /// The plug-in has an editor when the description has a window. Without an application it passes
 /// its two channels through without latency.
-class ZVSTPlugin : public AudioEffectX
+class ZVSTPlugin : public AudioEffectX, private ZPluginShell
 {
 public:
     /// app, which may be null, has been started. Routes the looper's input to the network of its
@@ -92,7 +77,7 @@ public:
     using AudioEffectX::endEdit;
     using AudioEffectX::updateDisplay;
 
-    [[nodiscard]] std::int32_t getProgram() override { return mPrograms.GetCurrent(); }
+    [[nodiscard]] std::int32_t getProgram() override { return mCore.GetPrograms().GetCurrent(); }
     void setProgram(std::int32_t index) override;
     /// Has no visible effect when the programs are factory presets, which keep their names.
     void setProgramName(const char* text) override;
@@ -114,36 +99,20 @@ private:
 
     [[nodiscard]] bool IsEntryThread() const;
     [[nodiscard]] bool IsAudioCall(std::int32_t opcode) const;
-    [[nodiscard]] boost::shared_ptr<ZSignalLooper> GetSignalLooper() const;
-    [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
-    [[nodiscard]] boost::shared_ptr<ZElement> GetParameterElement(std::int32_t index) const;
     void MakeEditor();
     [[nodiscard]] ZVSTEditor& GetEditor();
-    void RouteNetwork();
     void ReleaseChunk();
     void RefreshLatency();
-    [[nodiscard]] bool AcceptTick();
-    void RunBlock(float** inputs, float** outputs, std::int32_t frames,
-                  ZHostStream::Output output) noexcept;
-    void TickByStream(std::int32_t frames, float rate) noexcept;
-    [[nodiscard]] bool HostIsOffline();
-    void SendPendingAutomation();
+    [[nodiscard]] bool HostIsOffline() override;
+    void TimerTicks() override;
 
-    ZInterfaceThread mInterfaceThread;  // declared first, so that it outlives the other members
     const std::thread::id mEntryThread = std::this_thread::get_id();
-    ZAudioFaults mFaults;
-    ZStreamClock mClock;
-    ZHostStream mStream;
-    std::unique_ptr<ZPlugin> mApp;
-    boost::shared_ptr<ZAudioDocument> mDocument;
-    boost::shared_ptr<ZWindow> mWindow;  // null when the description has none
-    ZProgramBank mPrograms;
+    ZPluginCore mCore;
     std::string mChunk;  // the host reads it after getChunk
     // The parameter that the host is being notified of, else -1. Written by the interface thread.
     std::atomic<std::int32_t> mAutomatingParam{kNotAutomating};
-    // Both are guarded by the interface lock.
-    bool mTicksByStream = false;                   // a tick of the stream is running
-    std::vector<std::int32_t> mPendingAutomation;  // parameters to notify the host of
+    // Parameters to notify the host of; guarded by the interface lock.
+    std::vector<std::int32_t> mPendingAutomation;
     bool mWantsMidi = false;
 };
 

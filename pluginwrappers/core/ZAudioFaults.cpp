@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "pluginwrappers/common/ZAudioFaults.h"
+#include "pluginwrappers/core/ZAudioFaults.h"
 
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceThread.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "pluginwrappers/common/ZStreamClock.h"
+#include "pluginwrappers/core/ZStreamClock.h"
 
 #include <algorithm>
 #include <cassert>

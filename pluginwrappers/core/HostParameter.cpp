@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "pluginwrappers/common/HostParameter.h"
+#include "pluginwrappers/core/HostParameter.h"
 
 #include "zlib/common/elements/ZElement.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "pluginwrappers/common/ZHostStream.h"
+#include "pluginwrappers/core/ZHostStream.h"
 
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZException.h"

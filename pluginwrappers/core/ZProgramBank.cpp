@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "pluginwrappers/common/ZProgramBank.h"
+#include "pluginwrappers/core/ZProgramBank.h"
 
 #include "zlib/common/documents/ZPluginPresetsAudioDocument.h"
 #include "zlib/common/objects/ZXMLElement.h"

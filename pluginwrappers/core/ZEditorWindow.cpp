@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "pluginwrappers/core/ZEditorWindow.h"
+
+#include "zlib/common/documents/ZApp.h"
+#include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/signals/ZSignalBay.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <cassert>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+template <typename Call>
+void callAndReport(Call call)
+{
+    try {
+        call();
+    } catch (const ZException& exception) {
+        exception.Report();
+    }
+}
+
+}  // namespace
+
+ZEditorWindow::ZEditorWindow(boost::shared_ptr<ZWindow> window)
+    : mWindow(std::move(window))
+{
+    assert(mWindow);
+}
+
+ZEditorWindow::~ZEditorWindow()
+{
+    Close();
+}
+
+std::int32_t ZEditorWindow::GetWidth() const
+{
+    return mWindow->GetWidth();
+}
+
+std::int32_t ZEditorWindow::GetHeight() const
+{
+    return mWindow->GetHeight();
+}
+
+bool ZEditorWindow::Open(std::uintptr_t parent)
+{
+    try {
+        if (!mWindow->Create(nullptr, parent))
+            return false;
+        mIsOpen = true;
+        mWindow->RedrawAll();
+        mWindow->Show();
+        return true;
+    } catch (const ZException& exception) {
+        exception.Report();
+        Close();
+        return false;
+    }
+}
+
+void ZEditorWindow::Close()
+{
+    const bool wasOpen = std::exchange(mIsOpen, false);
+    callAndReport([&] {
+        if (ZApp* const app = ZApp::Of(*mWindow); app && wasOpen)
+            app->EndModalRuns();  // closes menus and dialogs of the window
+        mWindow->Hide();
+        mWindow->Detach();
+    });
+    // Destroyed here, since most hosts only hide the parent window instead of destroying it.
+    callAndReport([&] { mWindow->Destroy(); });
+}
+
+std::uintptr_t ZEditorWindow::GetHandle() const
+{
+    const ZNativeWindow* const native = mWindow->GetNativeWindow();
+    return native != nullptr ? native->GetHandle() : 0;
+}
+
+void ZEditorWindow::SampleRateChanged(float rate)
+{
+    Send(makeSampleRateMessage(rate));
+}
+
+void ZEditorWindow::Send(const boost::shared_ptr<const ZMessage>& message)
+{
+    mWindow->HandleZMessage(message);
+}
+
+const ZBitmap& ZEditorWindow::Draw()
+{
+    // Views that are attached for the first time get their elements' values by posted messages.
+    mWindow->AttachViews();
+    if (ZApp* const app = ZApp::Of(*mWindow))
+        app->ProcessQueue();
+    return mWindow->RenderOffscreen();
+}
+
+}  // namespace orvane
