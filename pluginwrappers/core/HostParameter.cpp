@@ -76,24 +76,28 @@ std::int32_t choiceAt(float fraction, std::int32_t last) noexcept
     return static_cast<std::int32_t>(isNear ? nearest : position);
 }
 
-void setDiscrete(ZElement& element, float fraction) noexcept
+std::int32_t lastChoiceOf(const ZElement& element) noexcept
 {
-    assert(fraction >= 0.0f && fraction <= 1.0f);
-    const std::int32_t index = choiceAt(fraction, std::max(element.CountDiscreteValues() - 1, 0));
-    if (index == element.GetDiscrete())
-        return;
-    element.SetDiscrete(index, true);
-    element.MarkChangedByHost();
+    return std::max(element.CountDiscreteValues() - 1, 0);
 }
 
-void setFloat(ZElement& element, float fraction) noexcept
+bool storeChoice(ZElement& element, std::int32_t index) noexcept
 {
-    assert(fraction >= 0.0f && fraction <= 1.0f);
-    const float number = element.Range() * fraction + element.Min();
+    assert(index >= 0 && index <= lastChoiceOf(element));
+    if (index == element.GetDiscrete())
+        return false;
+    element.SetDiscrete(index, true);
+    element.MarkChangedByHost();
+    return true;
+}
+
+bool storeNumber(ZElement& element, float number) noexcept
+{
     if (number == element.GetZFloat())
-        return;
+        return false;
     element.SetZFloat(number, true);
     element.MarkChangedByHost();
+    return true;
 }
 
 }  // namespace
@@ -119,11 +123,43 @@ void setFromHost(ZElement& element, float value) noexcept
     const float fraction = std::clamp(value, 0.0f, 1.0f);
     switch (element.GetType()) {
     case ZElement::ZDISCRETE:
-        return setDiscrete(element, fraction);
+        storeChoice(element, choiceAt(fraction, lastChoiceOf(element)));
+        return;
     case ZElement::ZFLOAT:
-        return setFloat(element, fraction);
+        storeNumber(element, element.Range() * fraction + element.Min());
+        return;
     default:
         return;
+    }
+}
+
+float plainValueOf(const ZElement& element) noexcept
+{
+    switch (element.GetType()) {
+    case ZElement::ZDISCRETE:
+        return static_cast<float>(std::clamp(element.GetDiscrete(), 0, lastChoiceOf(element)));
+    case ZElement::ZFLOAT:
+        // In this order NaN becomes Min(), since it fails both comparisons.
+        return std::max(element.Min(), std::min(element.GetZFloat(), element.Max()));
+    default:
+        return 0.0f;
+    }
+}
+
+bool setPlainFromHost(ZElement& element, float value) noexcept
+{
+    if (std::isnan(value))
+        return false;
+    switch (element.GetType()) {
+    case ZElement::ZDISCRETE: {
+        const auto last = static_cast<float>(lastChoiceOf(element));
+        return storeChoice(element,
+                           static_cast<std::int32_t>(std::round(std::clamp(value, 0.0f, last))));
+    }
+    case ZElement::ZFLOAT:
+        return storeNumber(element, std::clamp(value, element.Min(), element.Max()));
+    default:
+        return false;
     }
 }
 

@@ -21,6 +21,16 @@ class ZElement;
 /// even the mark: hosts set every parameter again after they have restored a chunk, and a choice
 /// set again must not overwrite what the chunk has restored. [any thread, audio thread included]
 void setFromHost(ZElement& element, float value) noexcept;
+
+// The plain value, for interfaces that have ranges of their own: the index of a choice, the number
+// of a float element.
+
+/// Returns the plain value, within the list or the range even when the element is out of it; 0 for
+/// an element that is neither discrete nor float. [any thread, audio thread included]
+[[nodiscard]] float plainValueOf(const ZElement& element) noexcept;
+/// As setFromHost, with a plain value: a choice is rounded, both are limited to their range.
+/// Returns whether the element held another value. [any thread, audio thread included]
+bool setPlainFromHost(ZElement& element, float value) noexcept;
 /// Returns the element's value as the host displays it: the text of a choice, or a number with its
 /// unit ("50 ms"). [any thread but the audio thread]
 [[nodiscard]] ZString displayTextOf(const ZElement& element);

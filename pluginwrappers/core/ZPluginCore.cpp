@@ -84,6 +84,7 @@ ZPluginCore::ZPluginCore(ZPluginShell& shell, std::unique_ptr<ZPlugin> app)
         return;
     mApp->SetTickFilter([this] { return AcceptTick(); });
     RouteNetwork();
+    MeasureLatency();
 }
 
 ZPluginCore::~ZPluginCore() = default;
@@ -127,9 +128,10 @@ boost::shared_ptr<ZSignalBay> ZPluginCore::GetNetwork() const
                      : nullptr;
 }
 
-std::int32_t ZPluginCore::GetLatency() const noexcept
+// Kept, since the network locks its list of bays to add them up.
+void ZPluginCore::MeasureLatency()
 {
-    return mDocument ? mDocument->GetLatency() : 0;
+    mLatency = mDocument ? mDocument->GetLatency() : 0;
 }
 
 bool ZPluginCore::SetSampleRate(float rate)
@@ -144,6 +146,7 @@ bool ZPluginCore::SetSampleRate(float rate)
         looper->InitLooper();
         looper->Drain();
     }
+    MeasureLatency();
     return true;
 }
 
@@ -161,6 +164,7 @@ bool ZPluginCore::SetBlockSize(std::int32_t frames)
     if (const auto network = GetNetwork())
         network->SetMaxBuffer(frames);
     mStream.SetBlockSize(frames);
+    MeasureLatency();
     return true;
 }
 

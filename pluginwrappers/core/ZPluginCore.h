@@ -76,7 +76,7 @@ public:
     [[nodiscard]] ZProgramBank& GetPrograms() { return mPrograms; }
     [[nodiscard]] const ZProgramBank& GetPrograms() const { return mPrograms; }
     /// Returns the delay from input to output in samples. [any thread]
-    [[nodiscard]] std::int32_t GetLatency() const noexcept;
+    [[nodiscard]] std::int32_t GetLatency() const noexcept { return mLatency; }
 
     /// Takes a rate in Hz; false when it is not a positive number or already set. [setup]
     bool SetSampleRate(float rate);
@@ -119,6 +119,7 @@ private:
     [[nodiscard]] boost::shared_ptr<ZSignalLooper> GetSignalLooper() const;
     [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
     void RouteNetwork();
+    void MeasureLatency();
     [[nodiscard]] bool AcceptTick();
     void TickByStream(std::int32_t frames, float rate) noexcept;
     void HandleQueuedMidi();
@@ -133,6 +134,7 @@ private:
     boost::shared_ptr<ZAudioDocument> mDocument;
     boost::shared_ptr<ZWindow> mWindow;  // null when the description has none
     ZProgramBank mPrograms;
+    std::int32_t mLatency = 0;    // samples; the network changes it in [setup] only
     bool mTicksByStream = false;  // guarded by the interface lock
 };
 
