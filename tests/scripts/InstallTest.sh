@@ -20,6 +20,10 @@ touch "$place/home/singer/.vst/Other.so"
 "$install" --library "$library" # again, over what is there
 cmp "$library" "$place/home/singer/.vst/CantorelMini.so"
 expect_files "./home/singer/.local/share/Orvane/Kolm 5pt.ttf
+./home/singer/.lv2/cantorel-mini.lv2/cantorel-mini.so
+./home/singer/.lv2/cantorel-mini.lv2/manifest.ttl
+./home/singer/.lv2/cantorel-mini.lv2/plugin.ttl
+./home/singer/.lv2/cantorel-mini.lv2/presets.ttl
 ./home/singer/.lxvst/CantorelMini.so
 ./home/singer/.vst/CantorelMini.so
 ./home/singer/.vst/Other.so"
@@ -30,6 +34,10 @@ expect_files "./home/singer/.vst/Other.so"
 
 "$install" --system --library "$library"
 expect_files "./home/singer/.vst/Other.so
+./usr/local/lib/lv2/cantorel-mini.lv2/cantorel-mini.so
+./usr/local/lib/lv2/cantorel-mini.lv2/manifest.ttl
+./usr/local/lib/lv2/cantorel-mini.lv2/plugin.ttl
+./usr/local/lib/lv2/cantorel-mini.lv2/presets.ttl
 ./usr/local/lib/vst/CantorelMini.so
 ./usr/local/share/Orvane/Kolm 5pt.ttf"
 "$install" --uninstall --system

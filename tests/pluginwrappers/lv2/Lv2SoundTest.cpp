@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The LV2 form beside the VST 2.4 form of the plug-in: the same sound from the first block on, and
+// the same state.
+
+#include "Lv2Host.h"
+#include "pluginwrappers/host/PluginLibrary.h"
+#include "support/RealtimeGuard.h"
+#include "support/Signals.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <random>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr int kPrograms = 7;
+constexpr std::array<const char*, 8> kParameters{
+    "pitchCorrectionOnOff", "transposeOnOff",   "key",     "sourceType", "pitchCorrectionTime",
+    "pitchTranspose",       "formantTranspose", "tracking"};
+
+/// A voice between two notes, for long enough that the engine's output is heard.
+std::vector<float> voiceAt(double rate)
+{
+    return harmonicTone(226.0, rate, static_cast<int>(1.5 * rate));
+}
+
+/// Runs the voice through the VST 2.4 form of the plug-in, which an offline host drives.
+class VstForm
+{
+public:
+    explicit VstForm(float rate)
+        : effect(mHost.Open())
+    {
+        TestHost::SetOffline(true);
+        ask(effect, effSetSampleRate, 0, 0, nullptr, rate);
+        ask(effect, effSetBlockSize, 0, 512);
+    }
+    VstForm(const VstForm&) = delete;
+    VstForm& operator=(const VstForm&) = delete;
+    ~VstForm() { closeEffect(effect); }
+
+    [[nodiscard]] std::vector<float> Play(const std::vector<float>& voice,
+                                          const std::function<void(std::size_t)>& before = {}) const
+    {
+        std::vector<float> left = voice;
+        std::vector<float> right = voice;
+        ask(effect, effMainsChanged, 0, 1);
+        for (std::size_t at = 0; at < voice.size(); at += 512) {
+            if (before)
+                before(at);
+            float* channels[] = {left.data() + at, right.data() + at};
+            effect->processReplacing(
+                effect, channels, channels,
+                static_cast<std::int32_t>(std::min<std::size_t>(512, voice.size() - at)));
+        }
+        return left;
+    }
+
+private:
+    const LibraryHost mHost;
+
+public:
+    AEffect* const effect;
+};
+
+/// Returns the first place where two sounds differ; -1 for the same sounds.
+long firstDifference(const std::vector<float>& one, const std::vector<float>& other)
+{
+    if (one.size() != other.size())
+        return 0;
+    const auto [left, right] = std::mismatch(one.begin(), one.end(), other.begin());
+    return left == one.end() ? -1 : left - one.begin();
+}
+
+/// Gives an element another value, everywhere, since a program holds the elements of a bay twice.
+std::string replaced(std::string text, const std::string& name, const std::string& value)
+{
+    const std::string begin = "name=\"" + name + '"';
+    for (std::size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
+        at = text.find("int32value=\"", at) + 12;
+        text.replace(at, text.find('"', at) - at, value);
+    }
+    return text;
+}
+
+/// Adds the switch that lets played notes in, which a state holds only where someone adds it.
+std::string listening(std::string text)
+{
+    return text.insert(text.find("<element name=\"pitchTranspose\""),
+                       "<element name=\"AcceptMIDI\" class=\"ZElementClass\" type=\"ZDISCRETE\" "
+                       "int32value=\"1\">\n</element>\n");
+}
+
+class Lv2SoundTest : public testing::Test
+{
+protected:
+    Lv2Bundle bundle;
+};
+
+TEST_F(Lv2SoundTest, EveryPresetSoundsAsTheProgramOfTheOtherFormAtEveryRate)
+{
+    for (const double rate : {44100.0, 48000.0, 96000.0}) {
+        const std::vector<float> voice = voiceAt(rate);
+        for (int program = 0; program < kPrograms; ++program) {
+            SCOPED_TRACE("program " + std::to_string(program + 1) + " at " + std::to_string(rate));
+            const VstForm vst(static_cast<float>(rate));
+            ask(vst.effect, effSetProgram, 0, program);
+            Lv2Instance lv2(bundle, rate);
+            LilvState* const preset = bundle.Preset(program + 1);
+            ASSERT_NE(preset, nullptr);
+            lv2.Restore(preset);
+            lilv_state_free(preset);
+            lv2.Value("freewheel") = 1.0f;
+            for (int i = 0; i < vst.effect->numParams; ++i) {
+                const auto port = bundle.PortOf(kParameters[static_cast<std::size_t>(i)]);
+                float min = 0.0f;
+                float max = 0.0f;
+                std::vector<float> mins(lv2.values.size());
+                std::vector<float> maxs(lv2.values.size());
+                lilv_plugin_get_port_ranges_float(bundle.plugin, mins.data(), maxs.data(), nullptr);
+                min = mins[port];
+                max = maxs[port];
+                EXPECT_FLOAT_EQ((lv2.values[port] - min) / (max - min),
+                                vst.effect->getParameter(vst.effect, i));
+            }
+            EXPECT_EQ(firstDifference(lv2.Play(voice), vst.Play(voice)), -1);
+            EXPECT_EQ(lv2.Value("latency"), static_cast<float>(vst.effect->initialDelay));
+        }
+    }
+}
+
+TEST_F(Lv2SoundTest, ValuesThatPortsHaveBeforeTheFirstBlockAreInForceInIt)
+{
+    const std::vector<float> voice = voiceAt(44100.0);
+    const std::array<std::pair<int, float>, 3> set{{{0, 1.0f}, {2, 5.0f / 11.0f}, {4, 0.0f}}};
+    for (const float freeWheel : {0.0f, 1.0f}) {
+        SCOPED_TRACE(freeWheel);
+        const VstForm vst(44100.0f);
+        for (const auto& [index, value] : set)
+            vst.effect->setParameter(vst.effect, index, value);
+        Lv2Instance lv2(bundle);
+        lv2.Value("freewheel") = freeWheel;
+        lv2.Activate();
+        lv2.Value("pitchCorrectionOnOff") = 1.0f;
+        lv2.Value("key") = 5.0f;
+        lv2.Value("pitchCorrectionTime") = 0.0f;
+        const std::vector<float> sound = lv2.Play(voice);
+        EXPECT_EQ(firstDifference(sound, vst.Play(voice)), -1);
+    }
+}
+
+TEST_F(Lv2SoundTest, BlocksOfAnyLengthAndAbsentPortsGiveTheSameSound)
+{
+    const std::vector<float> voice = voiceAt(44100.0);
+    const auto play = [&](std::size_t block, bool isBare) {
+        Lv2Instance lv2(bundle, 44100.0, 512);
+        lv2.Value("freewheel") = 1.0f;
+        lv2.Value("pitchCorrectionOnOff") = 1.0f;
+        lv2.Run(0);
+        if (isBare)
+            for (const char* const symbol : {"midi_in", "notify", "latency", "key"})
+                lv2.Connect(symbol, nullptr);
+        return lv2.Play(voice, block);
+    };
+    const std::vector<float> sound = play(512, false);
+    EXPECT_NE(firstDifference(sound, std::vector<float>(voice.size())), -1);
+    EXPECT_EQ(firstDifference(play(512, true), sound), -1) << "without optional ports";
+    EXPECT_EQ(firstDifference(play(2048, false), sound), -1) << "four times as long as announced";
+    EXPECT_EQ(firstDifference(play(256, false), sound), -1);
+
+    Lv2Instance lv2(bundle);
+    lv2.Activate();
+    for (const char* const symbol : {"in_left", "in_right", "out_left", "out_right"})
+        lv2.Connect(symbol, nullptr);
+    lv2.Run(512);
+    std::vector<float> only(512, 1.0f);
+    lv2.Connect("out_right", only.data());
+    lv2.Run(512);
+    EXPECT_EQ(only, std::vector<float>(512)) << "an absent input is silence";
+}
+
+TEST_F(Lv2SoundTest, OptionsChangeRateAndBlockAndTheLatencyFollowsEvenInAnEmptyBlock)
+{
+    Lv2Instance lv2(bundle);
+    lv2.Run(0);
+    const float latency = lv2.Value("latency");
+    EXPECT_GT(latency, 0.0f);
+    const float rate = 96000.0f;
+    const std::int32_t block = 64;
+    const std::array<LV2_Options_Option, 3> options{
+        {{LV2_OPTIONS_INSTANCE, 0, bundle.urids(LV2_PARAMETERS__sampleRate), sizeof rate,
+          bundle.urids(LV2_ATOM__Float), &rate},
+         {LV2_OPTIONS_INSTANCE, 0, bundle.urids(LV2_BUF_SIZE__maxBlockLength), sizeof block,
+          bundle.urids(LV2_ATOM__Int), &block},
+         {LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr}}};
+    EXPECT_EQ(lv2.Options()->set(lv2.Handle(), options.data()), LV2_OPTIONS_SUCCESS);
+    lv2.Run(0);
+    const VstForm vst(rate);
+    EXPECT_EQ(lv2.Value("latency"), static_cast<float>(vst.effect->initialDelay));
+    EXPECT_NE(lv2.Value("latency"), latency);
+    lv2.Value("freewheel") = 1.0f;
+    const std::vector<float> voice = voiceAt(96000.0);
+    EXPECT_EQ(firstDifference(lv2.Play(voice), vst.Play(voice)), -1);
+}
+
+TEST_F(Lv2SoundTest, ANoteOnTheEventPortActsAsInTheOtherForm)
+{
+    constexpr std::size_t kNoteAt = 512 * 20;
+    const std::vector<float> voice = voiceAt(44100.0);
+    const VstForm vst(44100.0f);
+    ask(vst.effect, effSetProgram, 0, 0);
+    // Listening, correcting, in C major, which has no A#: the voice is nearest to it once it has.
+    const std::string text =
+        listening(replaced(chunkOf(vst.effect, true), "pitchCorrectionOnOff", "1"));
+    ASSERT_EQ(loadChunk(vst.effect, text, true), 1);
+    const std::vector<float> expected = vst.Play(voice, [&](std::size_t at) {
+        if (at == kNoteAt)
+            sendMidi(vst.effect, 0x90, 69, 100);
+    });
+    const auto play = [&](bool isPlayed) {
+        Lv2Instance lv2(bundle);
+        EXPECT_EQ(lv2.RestoreText(text), LV2_STATE_SUCCESS);
+        lv2.Value("pitchCorrectionOnOff") = 1.0f;
+        lv2.Value("freewheel") = 1.0f;
+        std::vector<float> left = voice;
+        std::vector<float> right = voice;
+        lv2.Activate();
+        for (std::size_t at = 0; at < voice.size(); at += 512) {
+            if (isPlayed && at == kNoteAt)
+                lv2.Send({0x90, 69, 100});
+            lv2.Run(left.data() + at, right.data() + at,
+                    static_cast<std::uint32_t>(std::min<std::size_t>(512, voice.size() - at)));
+        }
+        return left;
+    };
+    EXPECT_EQ(firstDifference(play(true), expected), -1);
+    EXPECT_GT(firstDifference(play(false), expected), static_cast<long>(kNoteAt));
+}
+
+TEST_F(Lv2SoundTest, AStateRoundTripsAndIsTheTextOfTheOtherForm)
+{
+    const VstForm vst(44100.0f);
+    Lv2Instance first(bundle);
+    std::string text = first.Text();
+    EXPECT_EQ(text, chunkOf(vst.effect, true));
+    // What no port reaches, and a choice whose shift stays as it was saved.
+    text = replaced(replaced(text, "intonation", "1"), "pitchTranspose", "4");
+    ASSERT_EQ(first.RestoreText(text), LV2_STATE_SUCCESS);
+    const std::string saved = first.Text();
+    for (const char* const kept : {"\"intonation\" class=\"ZElementClass\" type=\"ZDISCRETE\" "
+                                   "int32value=\"1\"",
+                                   "\"pitchTranspose\" class=\"ZElementClass\" "
+                                   "type=\"ZDISCRETE\" int32value=\"4\""})
+        EXPECT_NE(saved.find(kept), std::string::npos) << kept;
+    ASSERT_EQ(loadChunk(vst.effect, saved, true), 1);
+    EXPECT_EQ(chunkOf(vst.effect, true), saved);
+    Lv2Instance second(bundle, 48000.0);
+    ASSERT_EQ(second.RestoreText(chunkOf(vst.effect, true)), LV2_STATE_SUCCESS);
+    EXPECT_EQ(second.Text(), saved);
+}
+
+TEST_F(Lv2SoundTest, AStateThatCannotBeReadIsRefusedAndChangesNothing)
+{
+    Lv2Instance lv2(bundle);
+    const std::string before = lv2.Text();
+    EXPECT_NE(lv2.RestoreText(""), LV2_STATE_SUCCESS);
+    EXPECT_EQ(lv2.RestoreText(before, LV2_ATOM__Int), LV2_STATE_ERR_BAD_TYPE);
+    const auto nothing = [](LV2_State_Handle, std::uint32_t, std::size_t*, std::uint32_t*,
+                            std::uint32_t*) -> const void* { return nullptr; };
+    EXPECT_EQ(lv2.States()->restore(lv2.Handle(), nothing, nullptr, 0, nullptr),
+              LV2_STATE_ERR_NO_PROPERTY);
+    EXPECT_EQ(lv2.Text(), before);
+}
+
+TEST_F(Lv2SoundTest, RunKeepsTheRulesOfTheAudioThreadWhileStatesAreSavedAndRestoredBeside)
+{
+    Lv2Instance lv2(bundle);
+    lv2.Activate();
+    std::vector<float> left(512);
+    std::vector<float> right(512);
+    lv2.Run(left.data(), right.data(), 512);
+    const std::string text = listening(lv2.Text());
+    const std::jthread other([&](const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            EXPECT_EQ(lv2.RestoreText(text), LV2_STATE_SUCCESS);
+            EXPECT_FALSE(lv2.Text().empty());
+        }
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    for (int block = 0; block < 200; ++block) {
+        lv2.Value("pitchCorrectionOnOff") = static_cast<float>(block / 50 % 2);
+        lv2.Value("key") = static_cast<float>(block % 12);
+        lv2.Value("pitchCorrectionTime") = static_cast<float>(block);
+        lv2.Send({0x90, static_cast<std::uint8_t>(block % 128), 1});
+        {
+            const RealtimeGuard guard;
+            lilv_instance_run(lv2.instance, 512);
+            ASSERT_EQ(guard.violations(), 0u) << guard.firstViolation() << " in block " << block;
+        }
+        lv2.ClearEvents();
+        // A faster stream would become the clock and tick inside the blocks.
+        std::this_thread::sleep_until(begin + std::chrono::microseconds(11'610) * block);
+    }
+}
+
+TEST_F(Lv2SoundTest, ManyInstancesCloseInAnyOrder)
+{
+    const std::size_t threads = threadCount();
+    std::vector<std::unique_ptr<Lv2Instance>> instances;
+    for (int i = 0; i < 64; ++i)
+        instances.push_back(std::make_unique<Lv2Instance>(bundle));
+    std::shuffle(instances.begin(), instances.end(), std::mt19937(15));
+    std::vector<float> left(512);
+    std::vector<float> right(512);
+    while (!instances.empty()) {
+        instances.back()->Activate();
+        instances.back()->Run(left.data(), right.data(), 512);
+        instances.pop_back();
+    }
+    EXPECT_TRUE(threadsFallTo(threads));
+}
+
+TEST_F(Lv2SoundTest, AHostWithoutTheMapOfNamesGetsNoInstanceAndALine)
+{
+    const LV2_Feature* const none[] = {nullptr};
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(lilv_plugin_instantiate(bundle.plugin, 44100.0, none), nullptr);
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_NE(said.find(LV2_URID__map), std::string::npos) << said;
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+}
+
+TEST_F(Lv2SoundTest, ThePortsAreThoseOfTheBundleAndKeepTheirPlaces)
+{
+    const std::array<std::string_view, 16> symbols{"in_left",
+                                                   "in_right",
+                                                   "out_left",
+                                                   "out_right",
+                                                   "midi_in",
+                                                   "notify",
+                                                   "latency",
+                                                   "freewheel",
+                                                   "pitchCorrectionOnOff",
+                                                   "transposeOnOff",
+                                                   "key",
+                                                   "sourceType",
+                                                   "pitchCorrectionTime",
+                                                   "pitchTranspose",
+                                                   "formantTranspose",
+                                                   "tracking"};
+    ASSERT_EQ(lilv_plugin_get_num_ports(bundle.plugin), symbols.size());
+    for (std::uint32_t i = 0; i < symbols.size(); ++i)
+        EXPECT_EQ(bundle.PortOf(std::string(symbols[i])), i) << symbols[i];
+    EXPECT_TRUE(lilv_plugin_has_latency(bundle.plugin));
+    EXPECT_EQ(lilv_plugin_get_latency_port_index(bundle.plugin), 6u);
+    const LilvPort* const time = lilv_plugin_get_port_by_index(bundle.plugin, 12);
+    LilvNode* const name = lilv_port_get_name(bundle.plugin, time);
+    EXPECT_STREQ(lilv_node_as_string(name), "Pitch Correction Time");
+    lilv_node_free(name);
+}
+
+}  // namespace
+
+}  // namespace orvane
