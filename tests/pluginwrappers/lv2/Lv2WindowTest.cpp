@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window of the LV2 form in a plain X11 host, on a virtual display.
+
+#include "Lv2Host.h"
+#include "support/DisplayProbe.h"
+#include "support/Eventually.h"
+#include "support/VirtualDisplay.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <lv2/instance-access/instance-access.h>
+#include <lv2/ui/ui.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
+constexpr xcb_rectangle_t kOtherPlace{560, 100, 454, 430};
+
+/// A host's window with the plug-in's in it; records what the plug-in tells its host, "begin 8",
+/// "8=1000" (in thousandths), "end 8", and sets ports as it is told.
+class UiHost
+{
+public:
+    UiHost(Lv2Bundle& bundle, Lv2Instance& instance, xcb_window_t parent,
+           const std::string& without = {})
+        : mInstance(instance)
+    {
+        const std::array<LV2_Feature, 4> all{
+            {{LV2_INSTANCE_ACCESS_URI, instance.Handle()},
+             {LV2_UI__parent, reinterpret_cast<void*>(static_cast<std::uintptr_t>(parent))},
+             {LV2_UI__touch, &mTouch},
+             {LV2_UI__resize, &mResize}}};
+        std::vector<const LV2_Feature*> features;
+        for (const LV2_Feature& feature : all)
+            if (feature.URI != without)
+                features.push_back(&feature);
+        features.push_back(nullptr);
+        ui = Descriptor(bundle).instantiate(&Descriptor(bundle), "urn:orvane:cantorel-mini", "",
+                                            write, this, &widget, features.data());
+        mCleanup = Descriptor(bundle).cleanup;
+        mIdle = static_cast<const LV2UI_Idle_Interface*>(
+            Descriptor(bundle).extension_data(LV2_UI__idleInterface));
+    }
+    UiHost(const UiHost&) = delete;
+    UiHost& operator=(const UiHost&) = delete;
+    ~UiHost()
+    {
+        if (ui != nullptr)
+            mCleanup(ui);
+    }
+
+    /// Gives the window time; returns false when it says that it has ended.
+    [[nodiscard]] bool Idle() const { return mIdle->idle(ui) == 0; }
+
+    std::vector<std::string> notes;
+    std::array<int, 2> size{};
+    bool setsPorts = true;
+    LV2UI_Widget widget = nullptr;
+    LV2UI_Handle ui = nullptr;
+
+private:
+    static const LV2UI_Descriptor& Descriptor(Lv2Bundle& bundle)
+    {
+        LilvUIs* const uis = lilv_plugin_get_uis(bundle.plugin);
+        const LilvUI* const found = lilv_uis_get(uis, lilv_uis_begin(uis));
+        char* const path = lilv_node_get_path(lilv_ui_get_binary_uri(found), nullptr);
+        // The instance keeps the library loaded.
+        void* const library = ::dlopen(path, RTLD_NOW);
+        lilv_free(path);
+        lilv_uis_free(uis);
+        const auto entry =
+            reinterpret_cast<LV2UI_DescriptorFunction>(::dlsym(library, "lv2ui_descriptor"));
+        const LV2UI_Descriptor* const descriptor = entry(0);
+        ::dlclose(library);
+        return *descriptor;
+    }
+    static void write(LV2UI_Controller self, std::uint32_t port, std::uint32_t size,
+                      std::uint32_t protocol, const void* value)
+    {
+        auto& host = *static_cast<UiHost*>(self);
+        EXPECT_EQ(size, sizeof(float));
+        EXPECT_EQ(protocol, 0u);
+        const float number = *static_cast<const float*>(value);
+        host.notes.push_back(std::to_string(port) + "=" +
+                             std::to_string(std::lround(number * 1000.0f)));
+        if (host.setsPorts)
+            host.mInstance.values.at(port) = number;
+    }
+
+    Lv2Instance& mInstance;
+    LV2UI_Touch mTouch{this, [](LV2UI_Feature_Handle self, std::uint32_t port, bool isGrabbed) {
+                           static_cast<UiHost*>(self)->notes.push_back(
+                               (isGrabbed ? "begin " : "end ") + std::to_string(port));
+                       }};
+    LV2UI_Resize mResize{this, [](LV2UI_Feature_Handle self, int width, int height) {
+                             static_cast<UiHost*>(self)->size = {width, height};
+                             return 0;
+                         }};
+    void (*mCleanup)(LV2UI_Handle) = nullptr;
+    const LV2UI_Idle_Interface* mIdle = nullptr;
+};
+
+using Notes = std::vector<std::string>;
+
+class Lv2WindowTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!VirtualDisplay::IsAvailable())
+            GTEST_SKIP() << "no X server for tests";
+        display = std::make_unique<VirtualDisplay>();
+        probe = std::make_unique<DisplayProbe>();
+        instance.Activate();
+        instance.Run(0);
+    }
+    [[nodiscard]] std::unique_ptr<UiHost> Open(const xcb_rectangle_t& place = kPlace)
+    {
+        auto host = std::make_unique<UiHost>(bundle, instance, probe->MakeWindow(place));
+        EXPECT_NE(host->ui, nullptr);
+        return host;
+    }
+    /// Returns whether the red and black window comes to be seen at the place.
+    [[nodiscard]] bool IsSeenAt(const xcb_rectangle_t& place) const
+    {
+        return eventually([&] { return probe->PixelAt(place.x + 300, place.y + 45) >> 16 > 100; });
+    }
+    void ClickAt(int x, int y) const
+    {
+        probe->MovePointer(kPlace.x + x, kPlace.y + y);
+        probe->Click(1);
+    }
+    void RunBlocks(int count)
+    {
+        std::array<float, 512> left{};
+        std::array<float, 512> right{};
+        for (int i = 0; i < count; ++i)
+            instance.Run(left.data(), right.data(), 512);
+    }
+    /// Returns whether the host comes to be told this and nothing else.
+    [[nodiscard]] static bool IsTold(UiHost& host, const Notes& expected)
+    {
+        const bool came = eventually([&] {
+            EXPECT_TRUE(host.Idle());
+            return host.notes.size() >= expected.size();
+        });
+        EXPECT_TRUE(host.Idle());
+        return came && std::exchange(host.notes, {}) == expected;
+    }
+    [[nodiscard]] bool IsCorrecting() const
+    {
+        return instance.Text().find("\"pitchCorrectionOnOff\" class=\"ZElementClass\" "
+                                    "type=\"ZDISCRETE\" int32value=\"1\"") != std::string::npos;
+    }
+
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<DisplayProbe> probe;
+    Lv2Bundle bundle;
+    Lv2Instance instance{bundle};
+};
+
+TEST_F(Lv2WindowTest, AnEditIsAGestureOfItsPortAndOldValuesOfThePortDoNotUndoIt)
+{
+    const auto host = Open();
+    EXPECT_EQ(host->size, (std::array<int, 2>{454, 430}));
+    ASSERT_TRUE(IsSeenAt(kPlace));
+    host->setsPorts = false;
+    ClickAt(22, 163);
+    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
+    RunBlocks(100);  // for longer than answers of the host may take
+    EXPECT_TRUE(IsCorrecting()) << "the port has not changed";
+    instance.Value("pitchCorrectionOnOff") = 1.0f;
+    RunBlocks(1);
+    EXPECT_TRUE(IsTold(*host, {}));
+    host->setsPorts = true;
+    ClickAt(22, 163);
+    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=0", "end 8"}));
+    EXPECT_FALSE(IsCorrecting());
+    RunBlocks(100);
+    instance.Value("pitchCorrectionOnOff") = 1.0f;  // automation
+    RunBlocks(1);
+    EXPECT_TRUE(IsCorrecting());
+    EXPECT_TRUE(IsTold(*host, {})) << "the host knows what it has set";
+}
+
+TEST_F(Lv2WindowTest, AnswersToEarlierValuesOfAGestureDoNotMoveItBack)
+{
+    const auto host = Open();
+    ASSERT_TRUE(IsSeenAt(kPlace));
+    probe->MovePointer(kPlace.x + 42, kPlace.y + 202);
+    probe->Press(1);
+    probe->MovePointer(kPlace.x + 60, kPlace.y + 202);
+    EXPECT_TRUE(eventually([&] {
+        EXPECT_TRUE(host->Idle());
+        return host->notes.size() >= 2;
+    }));
+    EXPECT_EQ(host->notes.front(), "begin 12");
+    const float early = instance.Value("pitchCorrectionTime");
+    host->setsPorts = false;
+    probe->MovePointer(kPlace.x + 90, kPlace.y + 202);
+    probe->Release(1);
+    EXPECT_TRUE(eventually([&] {
+        EXPECT_TRUE(host->Idle());
+        return host->notes.back() == "end 12";
+    }));
+    const std::string last = host->notes.at(host->notes.size() - 2);
+    host->notes.clear();
+    const std::string before = instance.Text();
+    instance.Value("pitchCorrectionTime") = early - 1.0f;
+    RunBlocks(1);
+    EXPECT_EQ(instance.Text(), before) << "the late answer has moved the slider from " << last;
+    RunBlocks(100);
+    EXPECT_NE(instance.Text(), before) << "a value that stays is what the host wants";
+    EXPECT_TRUE(IsTold(*host, {}));
+}
+
+TEST_F(Lv2WindowTest, TheHostIsToldOfEditsThatNoPortCarries)
+{
+    const auto host = Open();
+    ASSERT_TRUE(IsSeenAt(kPlace));
+    // A load and the start are no edits, and what follows from them passes first.
+    EXPECT_TRUE(eventually([&] {
+        ClickAt(110, 243);  // IGNORE of the tonic
+        RunBlocks(1);
+        const auto* const sequence =
+            reinterpret_cast<const LV2_Atom_Sequence*>(instance.notify.data());
+        if (sequence->atom.size <= sizeof(LV2_Atom_Sequence_Body))
+            return false;
+        const auto* const event = reinterpret_cast<const LV2_Atom_Event*>(sequence + 1);
+        const auto* const object = reinterpret_cast<const LV2_Atom_Object*>(&event->body);
+        EXPECT_EQ(event->body.type, bundle.urids(LV2_ATOM__Object));
+        EXPECT_EQ(object->body.otype, bundle.urids(LV2_STATE__StateChanged));
+        return true;
+    }));
+    EXPECT_TRUE(IsTold(*host, {}));
+}
+
+TEST_F(Lv2WindowTest, ItReopensElsewhereAndASecondWindowTakesItFromTheFirst)
+{
+    for (int i = 0; i < 10; ++i)
+        EXPECT_NE(Open()->widget, nullptr);
+    auto first = Open();
+    EXPECT_TRUE(IsSeenAt(kPlace));
+    auto second = Open(kOtherPlace);
+    EXPECT_TRUE(IsSeenAt(kOtherPlace));
+    EXPECT_FALSE(first->Idle());
+    EXPECT_TRUE(second->Idle());
+    first.reset();
+    EXPECT_TRUE(second->Idle());
+    EXPECT_TRUE(IsSeenAt(kOtherPlace));
+    second.reset();
+    EXPECT_TRUE(eventually([&] { return probe->CountClients() == 0; }));
+    EXPECT_TRUE((first = Open())->Idle());
+    EXPECT_TRUE(IsSeenAt(kPlace));
+}
+
+TEST_F(Lv2WindowTest, AHostThatLacksAFeatureGetsNoWindowAndALineThatNamesIt)
+{
+    for (const char* const feature : {LV2_INSTANCE_ACCESS_URI, LV2_UI__parent}) {
+        testing::internal::CaptureStderr();
+        const UiHost host(bundle, instance, probe->MakeWindow(kPlace), feature);
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(host.ui, nullptr);
+        EXPECT_EQ(host.widget, nullptr);
+        EXPECT_NE(said.find(feature), std::string::npos) << said;
+    }
+    for (const char* const feature : {LV2_UI__touch, LV2_UI__resize})
+        EXPECT_NE(UiHost(bundle, instance, probe->MakeWindow(kPlace), feature).ui, nullptr);
+}
+
+TEST_F(Lv2WindowTest, ARandomUserAndAutomationBesideLeaveNoGestureOpen)
+{
+    const auto host = Open();
+    ASSERT_TRUE(IsSeenAt(kPlace));
+    std::mt19937 random(15);
+    for (int i = 0; i < 300; ++i) {
+        // The part of the window without menus and dialogs, which would wait for the user.
+        probe->MovePointer(kPlace.x + static_cast<int>(random() % 180),
+                           kPlace.y + 150 + static_cast<int>(random() % 70));
+        if (i % 3 == 0)
+            probe->Press(1);
+        if (i % 3 == 2)
+            probe->Release(1);
+        instance.Value("key") = static_cast<float>(random() % 12);
+        RunBlocks(1);
+        EXPECT_TRUE(host->Idle());
+    }
+    probe->Release(1);
+    EXPECT_GT(host->notes.size(), 20u);
+    EXPECT_TRUE(eventually([&] {
+        EXPECT_TRUE(host->Idle());
+        const auto count = [&](const char* kind) {
+            return std::count_if(host->notes.begin(), host->notes.end(),
+                                 [&](const std::string& note) { return note.starts_with(kind); });
+        };
+        return count("begin") == count("end");
+    }));
+}
+
+}  // namespace
+
+}  // namespace orvane
