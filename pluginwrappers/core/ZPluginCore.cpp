@@ -247,6 +247,7 @@ void ZPluginCore::QueueMidi(const MidiBytes& midi) noexcept
 
 void ZPluginCore::HandleQueuedMidi()
 {
+    assert(ZInterfaceLock::IsHeld());
     while (const auto midi = mMidi.Pop())
         HandleMidi(*midi);
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/lv2/ZLV2Editor.h"
 
-#include "pluginwrappers/lv2/ZLV2Plugin.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cassert>
@@ -19,8 +18,12 @@ ZLV2Editor::ZLV2Editor(ZLV2Plugin& plugin, const Host& host)
 
 ZLV2Editor::~ZLV2Editor()
 {
-    const ZInterfaceLock lock;
-    mPlugin.CloseEditor(*this);
+    std::vector<ZLV2Plugin::Edit> edits;
+    {
+        const ZInterfaceLock lock;
+        edits = mPlugin.CloseEditor(*this);
+    }
+    Tell(edits);
 }
 
 std::uintptr_t ZLV2Editor::Open(std::uintptr_t parent)
@@ -51,6 +54,13 @@ bool ZLV2Editor::Idle()
             return false;
         edits = mPlugin.TakeEdits();
     }
+    Tell(edits);
+    return true;
+}
+
+// Without the interface lock, since the host may call back.
+void ZLV2Editor::Tell(const std::vector<ZLV2Plugin::Edit>& edits) const
+{
     using Kind = ZLV2Plugin::Edit::Kind;
     for (const ZLV2Plugin::Edit& edit : edits) {
         if (edit.kind == Kind::kValue)
@@ -58,7 +68,6 @@ bool ZLV2Editor::Idle()
         else if (mHost.touch != nullptr)
             mHost.touch->touch(mHost.touch->handle, edit.port, edit.kind == Kind::kBegin);
     }
-    return true;
 }
 
 }  // namespace orvane

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "pluginwrappers/lv2/ZLV2Plugin.h"
+
 #include <lv2/core/lv2.h>
 #include <lv2/ui/ui.h>
 
 #include <cstdint>
+#include <vector>
 
 namespace orvane
 {
-
-class ZLV2Plugin;
 
 /// The window of an instance as its host sees it: it places the window into the host's and hands
 /// the user's edits to the host when the host gives it time. The instance is reached directly, by
@@ -32,6 +33,7 @@ public:
     ZLV2Editor(ZLV2Plugin& plugin, const Host& host);
     ZLV2Editor(const ZLV2Editor&) = delete;
     ZLV2Editor& operator=(const ZLV2Editor&) = delete;
+    /// Tells the host of the last edits, so that no gesture stays open.
     ~ZLV2Editor();
 
     /// Places the window into the host's and tells the host its size; returns the window of the
@@ -42,6 +44,8 @@ public:
     [[nodiscard]] float GetScaleFactor() const { return mHost.scaleFactor; }
 
 private:
+    void Tell(const std::vector<ZLV2Plugin::Edit>& edits) const;
+
     ZLV2Plugin& mPlugin;
     const Host mHost;
 };

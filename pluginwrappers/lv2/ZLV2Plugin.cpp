@@ -285,14 +285,14 @@ bool ZLV2Plugin::OpenEditor(ZLV2Editor& editor, std::uintptr_t parent)
     return true;
 }
 
-// An editor whose window another one has taken leaves it alone.
-void ZLV2Plugin::CloseEditor(const ZLV2Editor& editor)
+std::vector<ZLV2Plugin::Edit> ZLV2Plugin::CloseEditor(const ZLV2Editor& editor)
 {
     assert(ZInterfaceLock::IsHeld());
     if (mOpenFor != &editor)
-        return;
-    mOpenFor = nullptr;
+        return {};
     mEditor->Close();
+    mOpenFor = nullptr;
+    return TakeEdits();
 }
 
 void ZLV2Plugin::BeginEdit(std::int32_t index)

@@ -59,7 +59,6 @@ public:
     /// Places the window into parent for editor, which takes it from another one; false without a
     /// window or display.
     bool OpenEditor(ZLV2Editor& editor, std::uintptr_t parent);
-    void CloseEditor(const ZLV2Editor& editor);
     [[nodiscard]] bool HasEditor(const ZLV2Editor& editor) const { return mOpenFor == &editor; }
     [[nodiscard]] ZEditorWindow* GetEditorWindow() { return mEditor.get(); }
 
@@ -78,6 +77,9 @@ public:
     };
     /// Returns the edits that the host has not been told of, in their order.
     [[nodiscard]] std::vector<Edit> TakeEdits();
+    /// Takes the window away from editor, which ends a gesture in it, and returns what the host has
+    /// not been told of. Does nothing when another editor has the window.
+    [[nodiscard]] std::vector<Edit> CloseEditor(const ZLV2Editor& editor);
 
     /// Of the window. [interface thread]
     void BeginEdit(std::int32_t index);

@@ -56,10 +56,12 @@ public:
     }
     UiHost(const UiHost&) = delete;
     UiHost& operator=(const UiHost&) = delete;
-    ~UiHost()
+    ~UiHost() { Close(); }
+
+    void Close()
     {
         if (ui != nullptr)
-            mCleanup(ui);
+            mCleanup(std::exchange(ui, nullptr));
     }
 
     /// Gives the window time; returns false when it says that it has ended.
@@ -225,6 +227,18 @@ TEST_F(Lv2WindowTest, AnswersToEarlierValuesOfAGestureDoNotMoveItBack)
     RunBlocks(100);
     EXPECT_NE(instance.Text(), before) << "a value that stays is what the host wants";
     EXPECT_TRUE(IsTold(*host, {}));
+}
+
+TEST_F(Lv2WindowTest, ClosingInTheMiddleOfAGestureEndsItForTheHost)
+{
+    const auto host = Open();
+    ASSERT_TRUE(IsSeenAt(kPlace));
+    probe->MovePointer(kPlace.x + 42, kPlace.y + 202);
+    probe->Press(1);
+    EXPECT_TRUE(IsTold(*host, {"begin 12"}));
+    host->Close();
+    probe->Release(1);
+    EXPECT_EQ(host->notes, (Notes{"end 12"}));
 }
 
 TEST_F(Lv2WindowTest, TheHostIsToldOfEditsThatNoPortCarries)
