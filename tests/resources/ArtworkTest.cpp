@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,6 +15,8 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -50,6 +55,80 @@ ZImage::Size sizeOfSource(const std::string& name)
     return {std::stoi(size[1]), std::stoi(size[2])};
 }
 
+/// Red, green and blue of an opaque pixel, 0 to 255 each.
+struct Colour
+{
+    int red, green, blue;
+};
+
+/// A picture with a rectangle of it, in units of the window.
+struct Area
+{
+    const char* picture;
+    int left, top, right, bottom;
+};
+
+/// The relative luminance of WCAG 2, from 0 to 1.
+double luminance(const Colour& colour)
+{
+    const auto linear = [](int value) {
+        const double part = value / 255.0;
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) +
+           0.0722 * linear(colour.blue);
+}
+
+/// The contrast ratio of WCAG 2, from 1 to 21.
+double contrast(const Colour& one, const Colour& other)
+{
+    const double first = luminance(one) + 0.05;
+    const double second = luminance(other) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+/// The pixels of an area at a scale; all of them have to be opaque.
+std::vector<Colour> coloursOf(const Area& area, int scale)
+{
+    const auto picture =
+        packedPicture(std::string(area.picture) + (scale == 2 ? "@2x.png" : ".png"));
+    const auto pixels = picture->ReadPixels();
+    std::vector<Colour> colours;
+    for (int y = area.top * scale; y < area.bottom * scale; ++y) {
+        for (int x = area.left * scale; x < area.right * scale; ++x) {
+            const std::uint32_t pixel =
+                pixels[static_cast<std::size_t>(y * picture->GetWidth() + x)];
+            EXPECT_EQ(pixel >> 24, 255u) << area.picture << " " << x << ", " << y;
+            const auto channel = [&](int shift) { return static_cast<int>(pixel >> shift & 255); };
+            colours.push_back({channel(16), channel(8), channel(0)});
+        }
+    }
+    return colours;
+}
+
+/// The least contrast of any pixel of a mark to any pixel of its ground.
+double leastContrast(const Area& mark, const Area& ground, int scale)
+{
+    double least = 21.0;
+    for (const Colour& one : coloursOf(mark, scale))
+        for (const Colour& other : coloursOf(ground, scale))
+            least = std::min(least, contrast(one, other));
+    return least;
+}
+
+/// The least contrast of a colour to any pixel of an area.
+double leastContrast(const Colour& ink, const Area& ground, int scale)
+{
+    double least = 21.0;
+    for (const Colour& other : coloursOf(ground, scale))
+        least = std::min(least, contrast(ink, other));
+    return least;
+}
+
+constexpr Area kPanel{"RedGradientBlackTop", 8, 90, 92, 420};
+constexpr double kLegible = 4.5;  // what WCAG 2 asks of texts
+constexpr double kVisible = 3.0;  // and of controls and their marks
+
 }  // namespace
 
 // scripts/make-artwork draws what is missing; resources/CMakeLists.txt lists what is packed.
@@ -70,6 +149,62 @@ TEST(ArtworkTest, EveryPictureHasASourceAndIsPackedAtItsSizeAndAtTwiceThat)
         }
     }
     EXPECT_EQ(picturesOfKind(".png"), expected);
+}
+
+TEST(ArtworkTest, RimsOfBoxesThumbAndMeterContrastWithThePanel)
+{
+    for (const int scale : {1, 2}) {
+        SCOPED_TRACE(scale);
+        for (const char* box : {"GreenCheckBoxOn", "GreenCheckBoxOff", "CheckBoxDisabled"})
+            for (const auto& [x, y] : {std::pair{7, 0}, {13, 6}, {7, 12}, {0, 6}})
+                EXPECT_GE(leastContrast(Area{box, x, y, x + 1, y + 1}, kPanel, scale), kVisible)
+                    << box << " " << x << ", " << y;
+        EXPECT_GE(leastContrast({"MetalHorizSliderThumb", 3, 4, 9, 13}, kPanel, scale), kVisible);
+        EXPECT_GE(leastContrast({"RedGradientBlackTop", 428, 125, 429, 385}, kPanel, scale),
+                  kVisible);
+    }
+}
+
+TEST(ArtworkTest, MarksContrastWithWhatTheyStandOn)
+{
+    for (const int scale : {1, 2}) {
+        SCOPED_TRACE(scale);
+        EXPECT_GE(leastContrast({"MetalHorizSliderThumb", 16, 5, 17, 12},
+                                {"MetalHorizSliderThumb", 3, 5, 9, 12}, scale),
+                  kVisible);
+        EXPECT_GE(leastContrast(Colour{255, 255, 255}, {"GreenCheckBoxOn", 11, 7, 12, 9}, scale),
+                  kVisible);
+        for (const char* key : {"nkl1_RedDot", "nkl2_RedDot", "nkl3_RedDot"})
+            EXPECT_GE(leastContrast({key, 17, 120, 23, 122}, {key, 5, 110, 11, 130}, scale),
+                      kVisible);
+        EXPECT_GE(leastContrast({"nkl4_RedDot", 11, 65, 14, 68}, {"nk4", 6, 60, 19, 72}, scale),
+                  kVisible);
+    }
+}
+
+TEST(ArtworkTest, TextsContrastWithThePicturesBelow)
+{
+    const Colour labelGrey{179, 179, 179};
+    for (const int scale : {1, 2}) {
+        SCOPED_TRACE(scale);
+        EXPECT_GE(leastContrast(labelGrey, kPanel, scale), kLegible);
+        EXPECT_GE(leastContrast(labelGrey, {"RedGradientBlackTop", 8, 48, 200, 78}, scale),
+                  kLegible);
+        for (const char* key : {"nk1", "nk2", "nk3", "nkd1", "nkd2", "nkd3", "nkd4"})
+            EXPECT_GE(leastContrast(Colour{0, 0, 0}, {key, 18, 10, 20, 40}, scale), kLegible)
+                << key;
+        EXPECT_GE(leastContrast(Colour{255, 255, 255}, {"nk4", 6, 10, 19, 40}, scale), kLegible);
+        // The left stem of the first letter of each label.
+        for (const auto& [button, stem] :
+             {std::pair{"Reset72_", 24}, {"Add_Scale72_", 15}, {"MIDI_Input72_", 22}})
+            for (const char* state : {"Off", "Over", stem == 22 ? "On" : "Down"}) {
+                const std::string name = std::string(button) + state;
+                EXPECT_GE(leastContrast({name.c_str(), stem, 6, stem + 1, 9},
+                                        {name.c_str(), 66, 4, 68, 10}, scale),
+                          kLegible)
+                    << name;
+            }
+    }
 }
 
 }  // namespace orvane
