@@ -12,7 +12,10 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <cstddef>
+#include <string>
+#include <utility>
 
 namespace orvane
 {
@@ -104,11 +107,17 @@ void averageSquare(std::span<float> values, std::size_t width, std::size_t radiu
 
 }  // namespace
 
-ZBitmap::ZBitmap(std::int32_t width, std::int32_t height, const ZDrawingContext* /*context*/,
+ZBitmap::ZBitmap(std::int32_t width, std::int32_t height, const ZDrawingContext* context,
                  bool hasAlpha)
-    : mHasAlpha(hasAlpha)
+    : ZBitmap(width, height, context ? context->GetDeviceScale() : 1.0)
 {
-    Adopt(ZImage::Create(width, height));
+    mHasAlpha = hasAlpha;
+}
+
+ZBitmap::ZBitmap(std::int32_t width, std::int32_t height, double deviceScale)
+    : mScale(deviceScale)
+{
+    Adopt(ZImage::Create(width, height, deviceScale), width, height);
     if (!mImage)
         throw ZException("Failed to create new Bitmap object");
 }
@@ -137,24 +146,47 @@ void ZBitmap::Load(ZApplication* application)
     const auto bytes =
         mResources ? mResources->Find("IMAGE", mResourceName.ToNarrow()) : std::nullopt;
     if (!bytes) {
-        if (application)
-            Adopt(imageOfFile(application->GetResourceFile(mResourceName)));
+        auto image =
+            application ? imageOfFile(application->GetResourceFile(mResourceName)) : nullptr;
+        const std::int32_t width = image ? image->GetWidth() : 0;
+        const std::int32_t height = image ? image->GetHeight() : 0;
+        Adopt(std::move(image), width, height);
         return;
     }
     const auto size = ZImage::ReadSize(*bytes).value_or(ZImage::Size{0, 0});
     mPng = *bytes;
     mWidth = size.width;
     mHeight = size.height;
+    FindDouble();
 }
 
-void ZBitmap::Adopt(std::unique_ptr<ZImage> image)
+void ZBitmap::FindDouble()
+{
+    assert(mResources);
+    std::string name = mResourceName.ToNarrow();
+    name.insert(std::min(name.rfind('.'), name.size()), "@2x");
+    const auto bytes = mResources->Find("IMAGE", name);
+    if (!bytes)
+        return;
+    const auto size = ZImage::ReadSize(*bytes);
+    if (size && size->width == 2 * mWidth && size->height == 2 * mHeight)
+        mDoublePng = *bytes;
+}
+
+void ZBitmap::Adopt(std::unique_ptr<ZImage> image, std::int32_t width, std::int32_t height)
 {
     if (!image)
         return;
     assert(!mImageGraphics);  // it would go on drawing into the image before
+    assert(image->GetScale() == mScale);
     mImage = std::move(image);
-    mWidth = mImage->GetWidth();
-    mHeight = mImage->GetHeight();
+    mWidth = width;
+    mHeight = height;
+}
+
+bool ZBitmap::Suits(const ZDrawingContext& context) const
+{
+    return !mResourceName.IsEmpty() || mScale == context.GetDeviceScale();
 }
 
 const ZImage* ZBitmap::GetNative() const
@@ -164,6 +196,15 @@ const ZImage* ZBitmap::GetNative() const
     if (!mShared && IsLoaded())
         mShared = ZImage::Share(mPng);
     return mShared.get();
+}
+
+const ZImage* ZBitmap::GetNativeFor(double deviceScale) const
+{
+    if (deviceScale <= 1.0 || mImage || mDoublePng.empty())
+        return GetNative();
+    if (!mDouble)
+        mDouble = ZImage::Share(mDoublePng, 2.0);
+    return mDouble ? mDouble.get() : GetNative();
 }
 
 ZImage* ZBitmap::MakeOwn() const
@@ -199,7 +240,6 @@ void ZBitmap::UnlockPixels()
 {
     if (!mLocked)
         return;
-    assert(std::ssize(mLockData) == std::int64_t{mWidth} * mHeight);
     if (ZImage* const image = MakeOwn())
         image->WritePixels(mLockData);
     mLockData = {};
@@ -221,12 +261,13 @@ boost::shared_ptr<ZBitmap> ZBitmap::MakeShadow(std::int32_t radius, const ZColor
     std::vector<float> alpha(pixels.size());
     std::transform(pixels.begin(), pixels.end(), alpha.begin(),
                    [](std::uint32_t pixel) { return static_cast<float>(pixel >> 24); });
-    averageSquare(alpha, static_cast<std::size_t>(mWidth), static_cast<std::size_t>(radius));
+    averageSquare(alpha, static_cast<std::size_t>(image->GetWidth()),
+                  static_cast<std::size_t>(std::lround(radius * mScale)));
     std::transform(alpha.begin(), alpha.end(), pixels.begin(), [&](float value) {
         const float shade = value * static_cast<float>(color.alpha) / 255.0f + 0.5f;
         return (toArgb(color) & 0x00FFFFFFu) | static_cast<std::uint32_t>(shade) << 24;
     });
-    auto shadow = boost::make_shared<ZBitmap>(mWidth, mHeight, this, true);
+    auto shadow = boost::make_shared<ZBitmap>(mWidth, mHeight, mScale);
     shadow->mImage->WritePixels(pixels);
     return shadow;
 }

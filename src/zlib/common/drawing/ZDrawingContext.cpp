@@ -154,7 +154,7 @@ void ZDrawingContext::DrawBitmap(ZBitmap& bitmap, std::int32_t sourceLeft, std::
                                  std::int32_t bottom, float alpha)
 {
     bitmap.Load(nullptr);
-    const ZImage* const image = bitmap.GetNative();
+    const ZImage* const image = bitmap.GetNativeFor(GetDeviceScale());
     ZGraphics* const target = GetGraphics();
     if (target && image)
         target->DrawImage(*image, {sourceLeft, sourceTop, sourceRight, sourceBottom},
@@ -315,6 +315,11 @@ void ZDrawingContext::RestoreState(std::unique_ptr<ZSavedGraphicsState>& saved)
         mVerticalScale = saved->mVerticalScale;
     }
     saved.reset();
+}
+
+double ZDrawingContext::GetDeviceScale() const
+{
+    return mGraphics ? mGraphics->GetDeviceScale() : 1.0;
 }
 
 void ZDrawingContext::SetGraphics(ZGraphics* graphics)

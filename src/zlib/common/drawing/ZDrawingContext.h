@@ -147,6 +147,8 @@ public:
     /// Sets the target, or none, and its anti-aliasing. The context does not own the target.
     virtual void SetGraphics(ZGraphics* graphics);
     [[nodiscard]] virtual ZGraphics* GetGraphics() const { return mGraphics; }
+    /// Returns the pixels on the side of a unit of the target; 1 without a target.
+    [[nodiscard]] virtual double GetDeviceScale() const;
 
     [[nodiscard]] float GetPenWidth() const { return mPen.width; }
     [[nodiscard]] bool IsAntiAlias() const { return mAntiAlias; }

@@ -25,7 +25,12 @@ class ZString;
 /// Fills cover the pixels between integer coordinates. Strokes run through the centres of the
 /// pixels that integer coordinates name, so that a line one pixel wide is sharp. No operation
 /// reports a failure: what cannot be drawn is left out. Coordinates are clamped to +-4 million
-/// pixels. [interface thread]
+/// units.
+///
+/// Coordinates, sizes of texts and widths are in units, of which the image's device scale makes
+/// pixels; above, a pixel of a unit's size is meant. At scales other than 1 the edges of
+/// rectangles, clips and pictures are moved to the nearest pixels' edges while the transform only
+/// translates, so that neighbours neither overlap nor leave a gap. [interface thread]
 class ZGraphics
 {
 public:
@@ -47,6 +52,9 @@ public:
     ZGraphics& operator=(const ZGraphics&) = delete;
     ~ZGraphics();
 
+    /// Returns the image's device scale.
+    [[nodiscard]] double GetDeviceScale() const;
+
     /// Draws a line with both end points.
     void StrokeLine(const ZPen& pen, const ZPoint& from, const ZPoint& to);
     /// Draws an outline; the pixels at right and bottom belong to it.
@@ -58,7 +66,8 @@ public:
     void FillRegion(const ZGradientBrush& brush, const ZRegion& region);
     /// Replaces each colour channel by 255 minus itself; transparent pixels count as black.
     void InvertRect(const ZRect& rect);
-    /// Draws the source rectangle of the image, scaled to the target rectangle. alpha in [0, 1]
+    /// Draws the source rectangle of the image, in the image's own units, scaled to the target
+    /// rectangle. alpha in [0, 1]
     /// multiplies the alpha of its pixels; values outside are clamped.
     void DrawImage(const ZImage& image, const ZRect& source, const ZRect& target, float alpha);
 

@@ -11,8 +11,9 @@
 namespace orvane
 {
 
-/// An image in memory with 8 bits each of alpha, red, green and blue; implemented per platform.
-/// [interface thread]
+/// An image in memory with 8 bits each of alpha, red, green and blue; implemented per platform. Its
+/// device scale is the number of pixels on a unit's side: what draws into an image of scale 2 in
+/// units gets twice the detail. [interface thread]
 class ZImage
 {
 public:
@@ -23,15 +24,21 @@ public:
     static constexpr std::int32_t kMaxSide = 16384;
     static constexpr std::int64_t kMaxPixels = std::int64_t{1} << 25;
 
-    /// Makes a fully transparent image; null when a side is not in [1, kMaxSide], the product of
-    /// the sides is beyond kMaxPixels or memory is short.
-    [[nodiscard]] static std::unique_ptr<ZImage> Create(std::int32_t width, std::int32_t height);
-    /// Decodes a PNG; null when the bytes are no PNG, are damaged, or name too large a size.
-    [[nodiscard]] static std::unique_ptr<ZImage> Decode(std::span<const std::byte> png);
+    /// Makes a fully transparent image of width x height units, at a scale above 0; null when a
+    /// side in pixels is not in [1, kMaxSide], the product of the sides is beyond kMaxPixels or
+    /// memory is short.
+    [[nodiscard]] static std::unique_ptr<ZImage> Create(std::int32_t width, std::int32_t height,
+                                                        double scale = 1.0);
+    /// Decodes a PNG that was drawn for a scale; null when the bytes are no PNG, are damaged, or
+    /// name too large a size.
+    [[nodiscard]] static std::unique_ptr<ZImage> Decode(std::span<const std::byte> png,
+                                                        double scale = 1.0);
     /// Decodes a PNG, or returns the image that an earlier call made of it and that is still in
     /// use. The address of the bytes identifies the PNG, so they must be read-only data that lives
-    /// as long as the library. [any thread]
-    [[nodiscard]] static std::shared_ptr<const ZImage> Share(std::span<const std::byte> png);
+    /// as long as the library, and always comes with the same scale. What draws a shared image at
+    /// another size keeps the result with it. [any thread]
+    [[nodiscard]] static std::shared_ptr<const ZImage> Share(std::span<const std::byte> png,
+                                                             double scale = 1.0);
     struct Size
     {
         std::int32_t width;
@@ -47,8 +54,10 @@ public:
     ZImage& operator=(const ZImage&) = delete;
     ~ZImage();
 
+    /// The sides in pixels.
     [[nodiscard]] std::int32_t GetWidth() const;
     [[nodiscard]] std::int32_t GetHeight() const;
+    [[nodiscard]] double GetScale() const;
 
     /// Returns all pixels, row by row as 0xAARRGGBB with straight (not premultiplied) colours.
     [[nodiscard]] std::vector<std::uint32_t> ReadPixels() const;
@@ -63,6 +72,9 @@ public:
     [[nodiscard]] Native& GetNative() const { return *mNative; }
 
 private:
+    /// Promises that the pixels never change, so that copies at other sizes may be kept.
+    void KeepCopies();
+
     std::unique_ptr<Native> mNative;
 };
 

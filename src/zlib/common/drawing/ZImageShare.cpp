@@ -45,14 +45,15 @@ const ZNeverDestroyed<Shares> shares;
 
 }  // namespace
 
-std::shared_ptr<const ZImage> ZImage::Share(std::span<const std::byte> png)
+std::shared_ptr<const ZImage> ZImage::Share(std::span<const std::byte> png, double scale)
 {
     const std::byte* const place = png.data();
     if (auto image = (*shares).Find(place))
         return image;
-    auto decoded = Decode(png);
+    auto decoded = Decode(png, scale);
     if (!decoded)
         return nullptr;
+    decoded->KeepCopies();
     std::shared_ptr<const ZImage> image(decoded.release(), [place](const ZImage* last) {
         delete last;
         (*shares).DropExpired(place);

@@ -11,7 +11,7 @@ class ZGraphics;
 class ZImage;
 
 /// Lets texts be measured outside a paint: gives a context without a target one of 1 x 1 pixels
-/// while the scope lives. The size of a target does not change what a text measures.
+/// while the scope lives. Neither size nor device scale of a target changes what a text measures.
 /// [interface thread]
 class ZMeasureScope
 {

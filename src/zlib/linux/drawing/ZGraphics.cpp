@@ -6,6 +6,8 @@
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/linux/drawing/ZGradientBrushNative.h"
 #include "zlib/linux/drawing/ZImageNative.h"
+#include "zlib/linux/drawing/ZPixelGrid.h"
+#include "zlib/linux/drawing/ZScaledPicture.h"
 #include "zlib/linux/drawing/ZTextLayout.h"
 
 #include <cassert>
@@ -20,6 +22,7 @@ namespace orvane
 struct ZGraphics::Native
 {
     CairoPointer<cairo_t> context;
+    double scale = 1.0;  // the image's device scale, which is not part of the transform
     std::int32_t level = 0;
 };
 
@@ -108,17 +111,18 @@ void setPath(cairo_t* context, const ZPathOutline& path)
 }
 
 /// Returns false, and sets no path, if the rectangle is empty.
-bool setPath(cairo_t* context, const ZRect& rect)
+bool setPath(cairo_t* context, const ZRect& rect, double scale)
 {
     cairo_new_path(context);
     if (rect.IsEmpty())
         return false;
-    const double left = within(rect.left);
-    const double top = within(rect.top);
-    cairo_rectangle(context, left, top, within(rect.right) - left, within(rect.bottom) - top);
+    const ZEdges edges = edgesOnPixels(context, rect, scale);
+    cairo_rectangle(context, edges.left, edges.top, edges.right - edges.left,
+                    edges.bottom - edges.top);
     return true;
 }
 
+/// Units of the surface, of which its device scale makes pixels.
 Point toDevice(cairo_t* context, double x, double y)
 {
     Point point{within(x), within(y)};
@@ -126,19 +130,20 @@ Point toDevice(cairo_t* context, double x, double y)
     return point;
 }
 
-/// Device pixels per unit of the transform: the geometric mean of both directions.
-double deviceScale(cairo_t* context)
+/// Units of the surface per unit of the transform: the geometric mean of both directions.
+double transformScale(cairo_t* context)
 {
     cairo_matrix_t matrix;
     cairo_get_matrix(context, &matrix);
     return std::sqrt(std::abs(matrix.xx * matrix.yy - matrix.xy * matrix.yx));
 }
 
-/// The width to stroke with, in units of the transform; never thinner than a device pixel.
+/// The width to stroke with, in units of the transform; never thinner than a unit
+/// of the surface.
 double strokeWidth(cairo_t* context, const ZPen& pen)
 {
-    assert(deviceScale(context) > 0.0);  // no transform without an inverse is ever in force
-    const double pixel = 1.0 / deviceScale(context);
+    assert(transformScale(context) > 0.0);  // no transform without an inverse is ever in force
+    const double pixel = 1.0 / transformScale(context);
     return pen.width > pixel ? within(pen.width) : pixel;
 }
 
@@ -233,6 +238,13 @@ void strokeLine(cairo_t* context, const ZPen& pen, const Point& from, const Poin
     strokePath(context, pen, {{from}, {to}});
 }
 
+/// The units that a horizontal or vertical line one unit wide covers.
+ZRect unitsOfLine(const ZPoint& from, const ZPoint& to)
+{
+    const auto unitAt = [](const ZPoint& at) { return ZRect{0, 0, 1, 1}.Offset(at.x, at.y); };
+    return unitAt(from).Union(unitAt(to));
+}
+
 /// Draws a line one pixel wide without anti-aliasing: one pixel in each column, or in each row of a
 /// steep line. Cairo's stroke leaves gaps where a line runs exactly between two pixels. The points
 /// are in device pixels.
@@ -291,6 +303,14 @@ void paintSource(cairo_t* context, double alpha)
     cairo_paint_with_alpha(context, alpha);
 }
 
+void drawScaled(cairo_t* context, const ZImage& image, const ZScaledPicture& picture, float alpha)
+{
+    cairo_save(context);
+    if (picture.SetSource(context, image))
+        paintSource(context, alpha > 0.0f ? std::min(alpha, 1.0f) : 0.0f);
+    cairo_restore(context);
+}
+
 /// Text is laid out one pixel wider and taller than its rectangle, so that a measured text fits
 /// although its measure was rounded down.
 std::int32_t layoutLength(std::int32_t length)
@@ -332,20 +352,29 @@ ZGraphics::ZGraphics(ZImage& image)
 {
     assert(image.GetNative().surface);
     mNative->context.reset(cairo_create(image.GetNative().surface.get()));
+    mNative->scale = image.GetScale();
     SetAntiAlias(false);
 }
 
 ZGraphics::~ZGraphics() = default;
 
+double ZGraphics::GetDeviceScale() const
+{
+    return mNative->scale;
+}
+
 void ZGraphics::StrokeLine(const ZPen& pen, const ZPoint& from, const ZPoint& to)
 {
     cairo_t* const context = mNative->context.get();
+    const bool isSimple = from.x == to.x || from.y == to.y;
+    if (mNative->scale != 1.0 && isSimple && pen.width <= 1.0f && onlyTranslates(context))
+        return FillRect(pen.color, unitsOfLine(from, to));
     const Point start = toDevice(context, from.x, from.y);
     const Point end = toDevice(context, to.x, to.y);
     const double width = strokeWidth(context, pen);
     cairo_set_line_width(context, width);
     const bool hard = cairo_get_antialias(context) == CAIRO_ANTIALIAS_NONE;
-    if (hard && width * deviceScale(context) <= 1.0)
+    if (hard && mNative->scale == 1.0 && width * transformScale(context) <= 1.0)
         fillThinLine(context, pen.color, start, end);
     else
         strokeLine(context, pen, {start.x + 0.5, start.y + 0.5}, {end.x + 0.5, end.y + 0.5});
@@ -391,7 +420,7 @@ void ZGraphics::Fill(const ZColor& color, const ZPathOutline& path)
 void ZGraphics::FillRect(const ZColor& color, const ZRect& rect)
 {
     cairo_t* const context = mNative->context.get();
-    if (!setPath(context, rect))
+    if (!setPath(context, rect, mNative->scale))
         return;
     setColor(context, color);
     cairo_fill(context);
@@ -400,7 +429,7 @@ void ZGraphics::FillRect(const ZColor& color, const ZRect& rect)
 void ZGraphics::FillRect(const ZGradientBrush& brush, const ZRect& rect)
 {
     cairo_t* const context = mNative->context.get();
-    if (!setPath(context, rect))
+    if (!setPath(context, rect, mNative->scale))
         return;
     cairo_set_source(context, brush.GetNative().pattern.get());
     cairo_fill(context);
@@ -415,7 +444,7 @@ void ZGraphics::FillRegion(const ZGradientBrush& brush, const ZRegion& region)
 void ZGraphics::InvertRect(const ZRect& rect)
 {
     cairo_t* const context = mNative->context.get();
-    if (!setPath(context, rect))
+    if (!setPath(context, rect, mNative->scale))
         return;
     cairo_save(context);
     cairo_set_operator(context, CAIRO_OPERATOR_DIFFERENCE);
@@ -427,6 +456,8 @@ void ZGraphics::InvertRect(const ZRect& rect)
 void ZGraphics::DrawImage(const ZImage& image, const ZRect& source, const ZRect& target,
                           float alpha)
 {
+    if (image.GetScale() != 1.0 || mNative->scale != 1.0)
+        return drawScaled(mNative->context.get(), image, {source, target, mNative->scale}, alpha);
     const ZRect part = source.Intersection({0, 0, image.GetWidth(), image.GetHeight()});
     if (part.IsEmpty() || target.IsEmpty())
         return;
@@ -524,7 +555,7 @@ void ZGraphics::SetClip(const ZRect& rect)
 {
     cairo_t* const context = mNative->context.get();
     cairo_reset_clip(context);
-    setPath(context, rect);
+    setPath(context, rect, mNative->scale);
     cairo_clip(context);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/drawing/ZImage.h"
 
+#include "zlib/common/drawing/ZDeviceScale.h"
 #include "zlib/linux/drawing/ZImageNative.h"
 
 #include <algorithm>
@@ -68,12 +69,26 @@ cairo_status_t readBytes(void* rest, unsigned char* out, unsigned length)
     return CAIRO_STATUS_SUCCESS;
 }
 
-std::unique_ptr<ZImage> imageOf(CairoPointer<cairo_surface_t> surface)
+std::unique_ptr<ZImage> imageOf(CairoPointer<cairo_surface_t> surface, double scale)
 {
+    assert(scale > 0.0);
     if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS)
         return nullptr;
-    return std::make_unique<ZImage>(
-        std::make_unique<ZImage::Native>(ZImage::Native{std::move(surface)}));
+    cairo_surface_set_device_scale(surface.get(), scale, scale);
+    auto native = std::make_unique<ZImage::Native>();
+    native->surface = std::move(surface);
+    native->scale = scale;
+    return std::make_unique<ZImage>(std::move(native));
+}
+
+/// Makes a transparent image; null if it is not allowed or memory is short.
+std::unique_ptr<ZImage> createPixels(std::int32_t width, std::int32_t height, double scale)
+{
+    if (!isAllowed(width, height))
+        return nullptr;
+    return imageOf(CairoPointer<cairo_surface_t>(
+                       cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height)),
+                   scale);
 }
 
 /// Converts a decoded PNG without alpha to ARGB32, the only pixel format that drawing uses.
@@ -121,20 +136,21 @@ std::uint32_t unpremultiply(std::uint32_t pixel)
 
 }  // namespace
 
-std::unique_ptr<ZImage> ZImage::Create(std::int32_t width, std::int32_t height)
+std::unique_ptr<ZImage> ZImage::Create(std::int32_t width, std::int32_t height, double scale)
 {
-    if (!isAllowed(width, height))
+    if (width <= 0 || height <= 0)
         return nullptr;
-    return imageOf(CairoPointer<cairo_surface_t>(
-        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height)));
+    const ZPoint size = ZDeviceScale(scale).ToPixels(ZPoint{width, height});
+    return createPixels(size.x, size.y, scale);
 }
 
-std::unique_ptr<ZImage> ZImage::Decode(std::span<const std::byte> png)
+std::unique_ptr<ZImage> ZImage::Decode(std::span<const std::byte> png, double scale)
 {
     if (!beginsAsAllowedPng(png))
         return nullptr;
     return imageOf(withAlpha(CairoPointer<cairo_surface_t>(
-        cairo_image_surface_create_from_png_stream(readBytes, &png))));
+                       cairo_image_surface_create_from_png_stream(readBytes, &png))),
+                   scale);
 }
 
 std::optional<ZImage::Size> ZImage::ReadSize(std::span<const std::byte> png)
@@ -147,7 +163,7 @@ std::optional<ZImage::Size> ZImage::ReadSize(std::span<const std::byte> png)
 
 std::unique_ptr<ZImage> ZImage::Copy() const
 {
-    auto copy = Create(GetWidth(), GetHeight());
+    auto copy = createPixels(GetWidth(), GetHeight(), GetScale());
     if (!copy)
         return nullptr;
     const CairoPointer<cairo_t> context(cairo_create(copy->mNative->surface.get()));
@@ -172,6 +188,16 @@ std::int32_t ZImage::GetWidth() const
 std::int32_t ZImage::GetHeight() const
 {
     return cairo_image_surface_get_height(mNative->surface.get());
+}
+
+double ZImage::GetScale() const
+{
+    return mNative->scale;
+}
+
+void ZImage::KeepCopies()
+{
+    mNative->keepsCopies = true;
 }
 
 std::span<const std::uint32_t> ZImage::GetPremultipliedPixels() const
