@@ -3,6 +3,8 @@
 
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZPath.h"
+#include "zlib/common/drawing/ZShader.h"
+#include "zlib/common/drawing/ZShadingFunction.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZViewTags.h"
 
@@ -10,6 +12,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <tuple>
 
 namespace orvane
 {
@@ -51,15 +55,38 @@ void addCap(ZPath& path, std::int32_t width, std::int32_t height)
     path.LineTo({width - kCapWidth, height});
 }
 
+/// A gradient that has the shade of each row in its middle.
+class ShadesOfRows : public ZShadingFunction
+{
+public:
+    explicit ShadesOfRows(const Shades& shades)
+        : mShades(shades)
+    {
+    }
+
+    /// From the upper edge of the first row to the lower edge of the last one.
+    [[nodiscard]] boost::shared_ptr<ZGradientBrush> MakeBrush(const ZPoint& from,
+                                                              const ZPoint& to) const override
+    {
+        std::array<ZGradientBrush::Stop, std::tuple_size_v<Shades>> stops{};
+        for (std::size_t row = 0; row < stops.size(); ++row) {
+            const std::uint8_t grey = mShades[row];
+            const float middle = static_cast<float>(row) + 0.5f;
+            stops[row] = {middle / static_cast<float>(stops.size()), {grey, grey, grey, 255}};
+        }
+        return ZGradientBrush::Make(from, to, stops);
+    }
+
+private:
+    const Shades& mShades;
+};
+
 void drawShades(ZDrawingContext& context, const Shades& shades, std::int32_t left,
                 std::int32_t right)
 {
-    std::int32_t y = 0;
-    for (const std::uint8_t grey : shades) {
-        ++y;
-        context.SetPenColor({grey, grey, grey, 255});
-        context.DrawLine(left, y, right, y);
-    }
+    constexpr std::int32_t kRows{std::tuple_size_v<Shades>};
+    const ZShader shader({0, 1}, {0, 1 + kRows}, ShadesOfRows(shades));
+    context.FillRect(shader, {left, 1, right + 1, 1 + kRows});
 }
 
 void drawCap(ZDrawingContext& context, std::int32_t width, std::int32_t height)
@@ -109,7 +136,7 @@ const char* ZMetalPopupMenu::GetClassName() const
 
 void ZMetalPopupMenu::Draw(const ZRect& update)
 {
-    if (!GetMenuBitmap())
+    if (!GetMenuBitmap() || !GetMenuBitmap()->Suits(*mContext))
         DrawMetal();
     ZPopupMenu::Draw(update);
 }

@@ -106,7 +106,7 @@ void ZMetalSlider::DrawScale(const ZRect& /*update*/)
 {
     if (GetScaleMarkCount() <= 0)
         return;
-    if (!mScale)
+    if (!mScale || !mScale->Suits(*mContext))
         mScale = BuildScale();
     DrawBitmap(*mScale, 0, 0);
 }

@@ -230,7 +230,7 @@ void ZGraphAxisView::DrawBackground()
 {
     if (mGraphFrame.IsEmpty())
         return;
-    if (!mBackgroundCache)
+    if (!mBackgroundCache || !mBackgroundCache->Suits(*mContext))
         mBackgroundCache = PaintPicture(mGraphFrame.GetWidth(), mGraphFrame.GetHeight(),
                                         &ZGraphAxisView::PaintBackground);
     DrawBitmap(*mBackgroundCache, mGraphFrame.left, mGraphFrame.top);
@@ -250,7 +250,7 @@ void ZGraphAxisView::PaintBackground()
 
 void ZGraphAxisView::DrawAxes()
 {
-    if (!mLabelBitmap)
+    if (!mLabelBitmap || !mLabelBitmap->Suits(*mContext))
         mLabelBitmap =
             PaintPicture(mFrame.GetWidth(), mFrame.GetHeight(), &ZGraphAxisView::PaintAxes);
     DrawBitmap(*mLabelBitmap, 0, 0);

@@ -88,7 +88,7 @@ void ZPluginBackground::OnDetached()
 
 void ZPluginBackground::Draw(const ZRect& /*update*/)
 {
-    if (!mCache)
+    if (!mCache || !mCache->Suits(*mContext))
         mCache = BuildPicture();
     DrawBitmap(*mCache, 0, 0);
 }

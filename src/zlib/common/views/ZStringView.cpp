@@ -90,7 +90,7 @@ void ZStringView::RenderText()
 
 void ZStringView::Draw(const ZRect& /*rect*/)
 {
-    if (!mCache)
+    if (!mCache || !mCache->Suits(*mContext))
         RenderText();
     DrawBitmap(*mCache, 0, 0);
 }

@@ -227,7 +227,7 @@ void ZViewBackground::SetBitmap(std::unique_ptr<ZBitmap> bitmap, BitmapStyle sty
 void ZViewBackground::MakeShadedBitmap(ZDrawingContext& context, const ZRect& frame,
                                        const ZString& shaderName)
 {
-    if (mBitmap || shaderName.IsEmpty())
+    if (shaderName.IsEmpty() || (mBitmap && mBitmap->Suits(context)))
         return;
     const std::int32_t width = frame.GetWidth();
     const std::int32_t height = frame.GetHeight();
