@@ -26,10 +26,9 @@ std::filesystem::path homeFolder()
     return home && std::filesystem::path(home).is_absolute() ? home : "/";
 }
 
-void placeInMiddle(ZNativeWindow& window)
+void placeInMiddle(ZNativeWindow& window, const ZPoint& size)
 {
     const ZRect monitor = window.GetMonitor({0, 0});
-    const ZPoint size = ZFileChooserContent::kSize;
     window.SetRect(keptOn(monitor, ZRect{0, 0, size.x, size.y}.Offset(
                                        monitor.left + (monitor.GetWidth() - size.x) / 2,
                                        monitor.top + (monitor.GetHeight() - size.y) / 3)));
@@ -41,19 +40,20 @@ std::optional<std::string> ZFileChooserWindow::Run(const ZFileRequest& request)
 {
     assert(ZInterfaceThread::IsCurrent());
     ZFileChooserContent content(request, homeFolder());
-    const ZPoint size = ZFileChooserContent::kSize;
+    const ZDeviceScale scale(request.scale);
+    const ZPoint size = scale.ToPixels(ZFileChooserContent::kSize);
     const auto window =
         ZContentWindow::Create({.kind = ZNativeWindow::Kind::kDialog,
                                 .parent = static_cast<ZNativeHandle>(request.window),
                                 .rect = {0, 0, size.x, size.y},
                                 .title = request.title},
-                               content);
+                               content, scale);
     if (!window)
         return std::nullopt;
     const ZInterfaceThread thread;
     ZModalRun run(thread.GetLoop(), request.owner);
     content.SetEnded([&run] { run.End(); });
-    placeInMiddle(window->GetNative());
+    placeInMiddle(window->GetNative(), size);
     window->Show();
     run.Run();
     return content.GetChosen();

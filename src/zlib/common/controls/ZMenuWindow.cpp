@@ -19,15 +19,20 @@ namespace
 // whether the menu's window is still visible.
 constexpr std::chrono::milliseconds kPollInterval{70};
 
-/// Sets the content's size, reduced to fit on the monitor, and returns its rectangle on the screen.
+/// Sets the content's size, reduced to fit on the monitor, and returns its rectangle on the screen
+/// in pixels.
 ZRect placeMenu(ZMenuContent& content, const ZPoint& screenPosition, const ZWindow& window)
 {
-    const ZRect wanted = ZRect{0, 0, content.GetSize().x, content.GetSize().y}.Offset(
-        screenPosition.x, screenPosition.y);
+    const ZDeviceScale& scale = window.GetDeviceScale();
+    const ZPoint size = scale.ToPixels(content.GetSize());
+    const ZRect wanted = ZRect{0, 0, size.x, size.y}.Offset(screenPosition.x, screenPosition.y);
     const ZRect rect = keptOn(window.GetNativeWindow()->GetMonitor(screenPosition), wanted);
-    content.SetSize({rect.GetWidth(), rect.GetHeight()});
+    if (rect.GetWidth() < size.x || rect.GetHeight() < size.y)
+        content.SetSize(scale.ToUnits(ZPoint{rect.GetWidth(), rect.GetHeight()}));
+    else
+        content.SetSize(content.GetSize());
     const ZPoint pointer = window.ToScreen(window.GetLastMouse());
-    content.StartAt({pointer.x - rect.left, pointer.y - rect.top});
+    content.StartAt(scale.ToUnits(ZPoint{pointer.x - rect.left, pointer.y - rect.top}));
     return rect;
 }
 
@@ -71,7 +76,7 @@ std::optional<std::int32_t> ZMenuWindow::Show(const ZMenu& menu, const ZPoint& s
                                                .parent = owner->GetHandle(),
                                                .rect = placeMenu(content, screenPosition, *window),
                                                .title = {}},
-                                              content);
+                                              content, window->GetDeviceScale());
     if (!popup)
         return std::nullopt;
     runMenu(content, *popup, *window);

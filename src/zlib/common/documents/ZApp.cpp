@@ -236,8 +236,10 @@ boost::shared_ptr<ZFile> ZApp::ChooseOpenFile(const ZString& prompt, const ZStri
 
 boost::shared_ptr<ZFile> ZApp::ChooseFile(ZFileRequest request)
 {
-    if (mWindowManager)
+    if (mWindowManager) {
+        request.scale = mWindowManager->GetScale(request.window);
         request.window = mWindowManager->GetTopLevel(request.window);
+    }
     return ZFileChooser::ChooseFile(request);
 }
 

@@ -32,6 +32,7 @@ struct ZFileRequest
     ZFiletypes types;             // the filters, the first one preselected
     std::int32_t window = 0;      // the window that the command came from; 0 for none
     const void* owner = nullptr;  // of the modal run, see ZEventLoop::EndModalRuns
+    double scale = 1.0;           // pixels on the side of a unit, for a dialog of ours
 };
 
 /// Shows file dialogs: those of the desktop, or a replacement in tests.

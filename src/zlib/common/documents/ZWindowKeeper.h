@@ -38,6 +38,8 @@ public:
     /// around an editor. The window is given by its number; any other number means the current
     /// window. 0 when no window is open, as here.
     [[nodiscard]] virtual std::int32_t GetTopLevel(std::int32_t /*window*/) const { return 0; }
+    /// Returns the device scale of a window that is given in the same way; 1 when there is none.
+    [[nodiscard]] virtual double GetScale(std::int32_t /*window*/) const { return 1.0; }
 };
 
 }  // namespace orvane

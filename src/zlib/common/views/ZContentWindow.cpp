@@ -11,17 +11,21 @@ namespace orvane
 {
 
 std::unique_ptr<ZContentWindow> ZContentWindow::Create(const ZNativeWindow::Settings& settings,
-                                                       ZWindowContent& content)
+                                                       ZWindowContent& content,
+                                                       const ZDeviceScale& scale)
 {
-    std::unique_ptr<ZContentWindow> window(new ZContentWindow(settings.rect, content));
+    std::unique_ptr<ZContentWindow> window(new ZContentWindow(settings.rect, content, scale));
     window->mNative = ZNativeWindow::Create(settings, *window);
     return window->mNative ? std::move(window) : nullptr;
 }
 
-ZContentWindow::ZContentWindow(const ZRect& rect, ZWindowContent& content)
+ZContentWindow::ZContentWindow(const ZRect& rect, ZWindowContent& content,
+                               const ZDeviceScale& scale)
     : mContent(content)
-    , mPicture(std::make_unique<ZBitmap>(rect.GetWidth(), rect.GetHeight(), nullptr))
+    , mScale(scale)
 {
+    const ZRect units = scale.ToUnits(ZRect{0, 0, rect.GetWidth(), rect.GetHeight()});
+    mPicture = std::make_unique<ZBitmap>(units.right, units.bottom, scale.Get());
 }
 
 ZContentWindow::~ZContentWindow() = default;
@@ -35,7 +39,7 @@ void ZContentWindow::Show()
 void ZContentWindow::Redraw()
 {
     if (mNative)
-        mNative->Invalidate(mPicture->GetFrame());
+        mNative->Invalidate(mScale.ToPixels(mPicture->GetFrame()));
 }
 
 void ZContentWindow::NativePaint(const ZRect& update)
@@ -49,7 +53,9 @@ void ZContentWindow::NativePaint(const ZRect& update)
 
 void ZContentWindow::NativeMouse(const ZNativeMouseEvent& event)
 {
-    if (mContent.Mouse(event))
+    ZNativeMouseEvent inUnits = event;
+    inUnits.position = mScale.ToUnits(event.position);
+    if (mContent.Mouse(inUnits))
         Redraw();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/drawing/ZDeviceScale.h"
 #include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
@@ -15,8 +16,8 @@ class ZBitmap;
 class ZDrawingContext;
 
 /// What a small window without views shows, such as a menu or a tip, and how it handles events.
-/// Coordinates are the window's. It works without a display. [interface thread, with the interface
-/// lock]
+/// Coordinates are the window's, in units. It works without a display. [interface thread, with the
+/// interface lock]
 class ZWindowContent
 {
 public:
@@ -40,10 +41,12 @@ public:
 class ZContentWindow : private ZNativeWindowClient
 {
 public:
-    /// Makes a hidden window; null where there is no display. The content, which is not owned, must
-    /// live longer.
+    /// Makes a hidden window; null where there is no display. The rectangle of the settings is in
+    /// pixels, of which the scale says how many the content's units have. The content, which is not
+    /// owned, must live longer.
     [[nodiscard]] static std::unique_ptr<ZContentWindow>
-    Create(const ZNativeWindow::Settings& settings, ZWindowContent& content);
+    Create(const ZNativeWindow::Settings& settings, ZWindowContent& content,
+           const ZDeviceScale& scale);
     ~ZContentWindow() override;
 
     void Show();
@@ -54,7 +57,7 @@ public:
     [[nodiscard]] bool HasFocus() const { return mHasFocus; }
 
 private:
-    ZContentWindow(const ZRect& rect, ZWindowContent& content);
+    ZContentWindow(const ZRect& rect, ZWindowContent& content, const ZDeviceScale& scale);
 
     void NativePaint(const ZRect& update) override;
     void NativeMouse(const ZNativeMouseEvent& event) override;
@@ -64,6 +67,7 @@ private:
     void NativeDestroyed() override;
 
     ZWindowContent& mContent;
+    const ZDeviceScale mScale;
     std::unique_ptr<ZBitmap> mPicture;
     std::unique_ptr<ZNativeWindow> mNative;
     bool mHasFocus = false;

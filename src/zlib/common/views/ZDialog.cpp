@@ -121,9 +121,9 @@ void ZDialog::Centre(ZWindow* parent)
     const ZPoint middle =
         parent ? parent->ToScreen({parent->GetWidth() / 2, parent->GetHeight() / 2})
                : ZPoint{(monitor.left + monitor.right) / 2, (monitor.top + monitor.bottom) / 2};
+    const auto [width, height] = mWindow->GetPixelSize();
     const ZRect place = keptOn(
-        monitor, ZRect{0, 0, mWindow->GetWidth(), mWindow->GetHeight()}.Offset(
-                     middle.x - mWindow->GetWidth() / 2, middle.y - mWindow->GetHeight() / 2));
+        monitor, ZRect{0, 0, width, height}.Offset(middle.x - width / 2, middle.y - height / 2));
     mWindow->HandleZMessage(makeMessage(ZMOVED, "MovePoint", ZPoint{place.left, place.top}));
 }
 

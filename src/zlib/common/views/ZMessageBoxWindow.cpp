@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/views/ZContentWindow.h"
 #include "zlib/common/views/ZMessageBoxContent.h"
+#include "zlib/common/views/ZWindowScale.h"
 
 namespace orvane
 {
@@ -34,17 +35,19 @@ bool ZMessageBoxWindow::Show(ZMessageBox::Kind kind, const ZString& title, const
     if (ZApp::CountInstances() == 0)
         return false;
     ZMessageBoxContent content(kind, text);
-    const ZPoint size = content.GetSize();
+    // The box belongs to no application, so the display alone decides.
+    const ZDeviceScale scale = ZWindowScale().Find(nullptr);
+    const ZPoint size = scale.ToPixels(content.GetSize());
     const auto window = ZContentWindow::Create({.kind = ZNativeWindow::Kind::kDialog,
                                                 .parent = 0,
                                                 .rect = {0, 0, size.x, size.y},
                                                 .title = title,
                                                 .modal = true},
-                                               content);
+                                               content, scale);
     if (!window)
         return false;
     const ZInterfaceThread thread;
-    // The box belongs to no application, so only the end of the last one ends the run.
+    // For the same reason only the end of the last one ends the run.
     ZModalRun run(thread.GetLoop(), nullptr);
     content.SetEnded([&run] { run.End(); });
     placeOnMonitor(window->GetNative(), size);

@@ -152,13 +152,14 @@ void ZTooltip::OpenWindow()
     if (!owner)
         return;
     mContent = std::make_unique<ZTooltipContent>(mText);
+    const ZDeviceScale& scale = mWindow.GetDeviceScale();
     const ZPoint pointer = mWindow.ToScreen(mPoint);
     mNative = ZContentWindow::Create(
         {.kind = ZNativeWindow::Kind::kPopup,
          .parent = owner->GetHandle(),
-         .rect = placeTip(owner->GetMonitor(pointer), pointer, mContent->GetSize()),
+         .rect = placeTip(owner->GetMonitor(pointer), pointer, mContent->GetSize(), scale),
          .title = {}},
-        *mContent);
+        *mContent, scale);
     if (mNative)
         mNative->Show();
 }
@@ -169,12 +170,15 @@ void ZTooltip::Hide()
     mContent.reset();
 }
 
-ZRect placeTip(const ZRect& monitor, const ZPoint& pointer, const ZPoint& size)
+ZRect placeTip(const ZRect& monitor, const ZPoint& pointer, const ZPoint& size,
+               const ZDeviceScale& scale)
 {
     assert(size.x > 0 && size.y > 0);
-    const ZRect below = ZRect{0, 0, size.x, size.y}.Offset(pointer.x, pointer.y + kBelowPointer);
+    const auto [width, height] = scale.ToPixels(size);
+    const auto [above, down] = scale.ToPixels(ZPoint{kAbovePointer, kBelowPointer});
+    const ZRect below = ZRect{0, 0, width, height}.Offset(pointer.x, pointer.y + down);
     const bool fits = below.bottom <= monitor.bottom;
-    return keptOn(monitor, fits ? below : below.Offset(0, -size.y - kBelowPointer - kAbovePointer));
+    return keptOn(monitor, fits ? below : below.Offset(0, -height - down - above));
 }
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/drawing/ZDeviceScale.h"
 #include "zlib/common/objects/ZHandler.h"
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
@@ -97,8 +98,9 @@ private:
     std::unique_ptr<ZContentWindow> mNative;
 };
 
-/// Returns the rectangle on the monitor for a tip of that size: below the pointer, or above it
-/// where there is no room below.
-[[nodiscard]] ZRect placeTip(const ZRect& monitor, const ZPoint& pointer, const ZPoint& size);
+/// Returns the rectangle on the monitor for a tip of that size in units: below the pointer, or
+/// above it where there is no room below. Monitor, pointer and result are in pixels.
+[[nodiscard]] ZRect placeTip(const ZRect& monitor, const ZPoint& pointer, const ZPoint& size,
+                             const ZDeviceScale& scale = {});
 
 }  // namespace orvane

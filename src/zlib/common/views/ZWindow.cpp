@@ -34,8 +34,6 @@ namespace
 
 using Message = boost::shared_ptr<const ZMessage>;
 
-constexpr std::int32_t kVerticalWheel = 1;
-
 }  // namespace
 
 ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
@@ -117,9 +115,12 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
         return false;
     // Not at the place that the window before was moved to.
     mPlace.ResetPosition();
+    const ZDeviceScale scale = std::exchange(mScale, FindScale(parent));
     auto native = ZNativeWindow::Create(NativeSettings(parent, nativeParent), *this);
-    if (!native)
+    if (!native) {
+        mScale = scale;
         return false;
+    }
     if (mNativeWindow)
         mModality.EndRuns();
     ReleaseCapture();
@@ -128,21 +129,6 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
     MakeOffscreen();
     mModality.Block();
     return true;
-}
-
-ZNativeWindow::Settings ZWindow::NativeSettings(const ZWindow* parent,
-                                                ZNativeHandle nativeParent) const
-{
-    ZNativeWindow::Settings settings;
-    settings.kind = mAttributes.child ? ZNativeWindow::Kind::kChild : ZNativeWindow::Kind::kDialog;
-    settings.parent = nativeParent;
-    if (nativeParent == 0 && parent && parent->mNativeWindow)
-        settings.parent = parent->mNativeWindow->GetHandle();
-    settings.rect = mPlace.GetRect();
-    settings.title = mAttributes.child ? ZString() : mTitle;
-    settings.modal = mModality.IsDialog();
-    settings.resizable = mAttributes.resizable;
-    return settings;
 }
 
 void ZWindow::Destroy()
@@ -165,7 +151,7 @@ void ZWindow::Show()
     if (!mNativeWindow)
         return;
     mModality.Block();
-    mNativeWindow->SetRect(mPlace.GetRect());
+    mNativeWindow->SetRect(GetPixelRect());
     mNativeWindow->Show();
     mNativeWindow->Update();
 }
@@ -209,13 +195,8 @@ void ZWindow::SetScale(double scale)
     assert(ZInterfaceLock::IsHeld());
     mPlace.Scale(scale);
     if (mNativeWindow)
-        mNativeWindow->SetRect(mPlace.GetRect());
+        mNativeWindow->SetRect(GetPixelRect());
     SizeChanged();
-}
-
-ZPoint ZWindow::ToScreen(const ZPoint& point) const
-{
-    return mNativeWindow ? mNativeWindow->ToScreen(point) : point;
 }
 
 void ZWindow::SetDocument(ZDocument* document)
@@ -308,16 +289,17 @@ void ZWindow::SetGraphics(ZGraphics* graphics)
 
 void ZWindow::MakeOffscreen()
 {
-    mPicture.Make(mPlace.GetSize());
+    mPicture.Make(mPlace.GetSize(), mScale);
     mRootView->MarkSubtreeDirty();
 }
 
 void ZWindow::Invalidate(const ZRect& rect)
 {
     assert(ZInterfaceLock::IsHeld());
-    mPicture.NoteInvalid(rect);
+    const ZRect pixels = mScale.ToPixels(rect);
+    mPicture.NoteInvalid(mScale.ToUnits(pixels));
     if (mNativeWindow)
-        mNativeWindow->Invalidate(rect);
+        mNativeWindow->Invalidate(pixels);
 }
 
 void ZWindow::RedrawAll()
@@ -333,36 +315,10 @@ void ZWindow::Update()
         mNativeWindow->Update();
 }
 
-void ZWindow::NativePaint(const ZRect& update)
-{
-    if (!mPicture.Get())
-        return;
-    const bool isWhole = update.Union(mRootView->GetBounds()) == update;
-    if (mPicture.TakeUncovered(update) || isWhole)
-        mRootView->MarkSubtreeDirty();
-    Paint(update);
-    if (mNativeWindow)
-        mNativeWindow->Present(*mPicture.Get()->GetNative(), update);
-}
-
 void ZWindow::Paint(const ZRect& rect)
 {
     assert(ZInterfaceLock::IsHeld());
     mRootView->DrawView(rect);
-}
-
-const ZBitmap& ZWindow::RenderOffscreen()
-{
-    if (!mPicture.Get())
-        MakeOffscreen();
-    if (!mPicture.Get())
-        throw ZException(ZException::kGeneral,
-                         "Window '" + GetName() + "' has no size to be drawn in");
-    AttachViews();
-    IdleFrame();
-    mRootView->MarkSubtreeDirty();
-    Paint(mPlace.GetArea());
-    return *mPicture.Get();
 }
 
 void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)
@@ -515,78 +471,6 @@ void ZWindow::HandleTimer(const Message& message)
     } else if (!OnTimer(id)) {
         SendToRoot(message);
     }
-}
-
-void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
-{
-    mLastMouse = event.position;
-    if (mModalDisabled || mModality.FindBlocker())
-        mTooltip.Hide();
-    else
-        mTooltip.HandleMouse(event, mPointer.GetCaptured() != nullptr);
-    if (event.action == ZNativeMouseEvent::kWheel)
-        return HandleZMessage(
-            makeWheelMessage(event.position, event.modifiers, kVerticalWheel, event.wheelNotches));
-    if (mModalDisabled)
-        return;
-    const auto send = [&](std::int32_t id, const char* field) {
-        HandleZMessage(makeMouseMessage(id, field, event.position, event.modifiers));
-    };
-    switch (event.action) {
-    case ZNativeMouseEvent::kMove:
-        return send(ZMOUSEMOVED, "MovePoint");
-    case ZNativeMouseEvent::kDown:
-        if (!mModality.PassFocus() && mNativeWindow)
-            mNativeWindow->SetFocus();
-        return send(ZMOUSEDOWN, "ClickPoint");
-    case ZNativeMouseEvent::kUp:
-        return send(ZMOUSEUP, "UpPoint");
-    case ZNativeMouseEvent::kDoubleClick:
-        return send(ZMOUSEDOUBLECLICK, "ClickPoint");
-    case ZNativeMouseEvent::kLeave:
-        return mPointer.LeaveHover();
-    case ZNativeMouseEvent::kWheel:
-        return;
-    }
-}
-
-bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
-{
-    mTooltip.HandleKey();
-    // A key that comes here below a dialog is neither the host's nor a command.
-    return mModality.PassFocus() || mKeys.Dispatch(event);
-}
-
-void ZWindow::NativeMoved(const ZPoint& position)
-{
-    HandleZMessage(makeMessage<ZPoint>(ZMOVED, "MovePoint", position));
-}
-
-void ZWindow::NativeSized(std::int32_t width, std::int32_t height)
-{
-    HandleZMessage(boost::make_shared<ZMessage>(ZWINRESTORE));
-    HandleZMessage(makeMessage(ZSIZED, "SizedRect", ZRect{0, 0, width, height}));
-}
-
-void ZWindow::NativeFocus(bool focused)
-{
-    if (focused && mModality.PassFocus())
-        return;
-    if (focused)
-        OnActivated();
-    else
-        OnDeactivated();
-}
-
-void ZWindow::NativeCloseRequested()
-{
-    HandleZMessage(boost::make_shared<ZMessage>(ZCLOSE));
-}
-
-void ZWindow::NativeDestroyed()
-{
-    mModality.EndRuns();
-    Destroy();
 }
 
 }  // namespace orvane

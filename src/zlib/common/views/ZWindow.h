@@ -17,12 +17,14 @@
 #include "zlib/common/views/ZWindowPicture.h"
 #include "zlib/common/views/ZWindowPlace.h"
 #include "zlib/common/views/ZWindowPointer.h"
+#include "zlib/common/views/ZWindowScale.h"
 #include "zlib/common/views/ZWindowTooltip.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orvane
@@ -34,6 +36,7 @@ class ZDocument;
 class ZTooltip;
 class ZView;
 class ZWindowFilter;
+class ZWindowHost;
 class ZWindowManager;
 class ZXMLElement;
 
@@ -117,12 +120,30 @@ public:
     void RedrawAll();
     /// Paints now what waits to be painted.
     void Update();
-    /// Attaches the views, paints the whole window without a window of the system and returns the
-    /// picture; it stays valid until Destroy, a change of size or the window's end. Throws
+    /// Attaches the views, paints the whole window at a scale, without a window of the system, and
+    /// returns the picture; it stays valid until Destroy, the next call, a change of size or the
+    /// window's end. Throws
     /// ZException kGeneral for an empty size.
-    [[nodiscard]] const ZBitmap& RenderOffscreen();
+    [[nodiscard]] const ZBitmap& RenderOffscreen(const ZDeviceScale& scale = {});
     /// Sets the size to that of the description times the scale, which is above 0.
     void SetScale(double scale);
+
+    /// Returns the number of pixels on a unit's side. Views, messages and all sizes and points of
+    /// this class are in units; positions, and what the window of the system takes, are in pixels.
+    [[nodiscard]] const ZDeviceScale& GetDeviceScale() const { return mScale; }
+    /// Returns width and height in pixels: those of the window of the system, or that a new one
+    /// would have.
+    [[nodiscard]] ZPoint GetPixelSize();
+    /// Takes the scale that the host wishes, within the limits of ZWindowScale, which counts unless
+    /// the user has chosen one.
+    void SetHostScale(double scale);
+    /// Looks who decides on the scale now, and what: if that is another scale, asks the host to
+    /// make room and redraws the window. Returns false when the host refuses; then a window of the
+    /// system that is there keeps its scale, and the next one has the new scale. The window may be
+    /// gone when the call returns.
+    bool TakeScale();
+    /// Sets whom to ask for another size, not owned; null for nobody, which grants all. [setup]
+    void SetHost(ZWindowHost* host) { mHost = host; }
 
     /// Sends the handler ZTIMER, field "TimerID" (int64), every period until StopTimer or until the
     /// handler is destroyed.
@@ -180,8 +201,8 @@ public:
     [[nodiscard]] std::int32_t GetMaxFramesPerSecond() const { return mAttributes.maxFrames; }
     /// Returns null while there is none.
     [[nodiscard]] ZNativeWindow* GetNativeWindow() const { return mNativeWindow.get(); }
-    /// Returns the screen coordinates of a point of the window; the point itself without a window
-    /// of the system.
+    /// Returns the screen coordinates, in pixels, of a point of the window; the point itself
+    /// without a window of the system.
     [[nodiscard]] ZPoint ToScreen(const ZPoint& point) const;
 
     void NativePaint(const ZRect& update) override;
@@ -217,6 +238,12 @@ private:
     // The window of the system.
     [[nodiscard]] ZNativeWindow::Settings NativeSettings(const ZWindow* parent,
                                                          ZNativeHandle nativeParent) const;
+    /// Returns the scale for a new window of the system.
+    [[nodiscard]] ZDeviceScale FindScale(const ZWindow* parent);
+    /// Returns the rectangle of the window of the system in pixels.
+    [[nodiscard]] ZRect GetPixelRect() const;
+    /// Paints beside the picture that the window of the system shows.
+    [[nodiscard]] const ZBitmap& RenderBeside(const ZDeviceScale& scale);
     void SizeChanged();
     void ReleaseCapture();
     void ComposeTitle();
@@ -224,6 +251,10 @@ private:
 
     ZWindowAttributes mAttributes;
     ZWindowPlace mPlace;
+    ZWindowScale mScales;
+    ZDeviceScale mScale;                      // of the picture and the window of the system
+    std::optional<ZDeviceScale> mAskedScale;  // while the host is asked for it
+    ZWindowHost* mHost = nullptr;
     ZWindowModality mModality;
     ZWindowFilters mFilters;
     ZString mTitle;
@@ -235,6 +266,7 @@ private:
     ZLockedList<std::shared_ptr<ZWindowManager>> mWindowManagers{"window managers"};
     boost::shared_ptr<ZDrawingContext> mContext;
     ZWindowPicture mPicture;
+    std::unique_ptr<ZBitmap> mBeside;  // the last picture of another scale than the window's
     boost::shared_ptr<ZView> mRootView;
     ZWindowPointer mPointer;
     ZWindowKeys mKeys;

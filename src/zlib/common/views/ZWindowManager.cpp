@@ -361,4 +361,10 @@ std::int32_t ZWindowManager::GetTopLevel(std::int32_t window) const
     return native ? static_cast<std::int32_t>(native->GetTopLevel()) : 0;
 }
 
+double ZWindowManager::GetScale(std::int32_t window) const
+{
+    const auto found = FindWindow(window);
+    return found ? found->GetDeviceScale().Get() : 1.0;
+}
+
 }  // namespace orvane

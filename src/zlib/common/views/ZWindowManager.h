@@ -56,6 +56,7 @@ public:
         return CurrentWindow();
     }
     [[nodiscard]] std::int32_t GetTopLevel(std::int32_t window) const override;
+    [[nodiscard]] double GetScale(std::int32_t window) const override;
 
 private:
     using Message = boost::shared_ptr<const ZMessage>;

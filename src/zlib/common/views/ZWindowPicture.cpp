@@ -25,13 +25,13 @@ ZWindowPicture::ZWindowPicture(const boost::shared_ptr<ZDrawingContext>& context
 
 ZWindowPicture::~ZWindowPicture() = default;
 
-void ZWindowPicture::Make(const ZPoint& size)
+void ZWindowPicture::Make(const ZPoint& size, const ZDeviceScale& scale)
 {
     assert(size.x >= 0 && size.y >= 0);
     Release();
     if (size.x == 0 || size.y == 0)
         return;
-    mBitmap = std::make_unique<ZBitmap>(size.x, size.y, mContext.get());
+    mBitmap = std::make_unique<ZBitmap>(size.x, size.y, scale.Get());
     mContext->SetGraphics(mBitmap->GetGraphics());
     mBitmap->GetGraphics()->FillRect(kBlack, mBitmap->GetFrame());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/drawing/ZDeviceScale.h"
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 
@@ -25,8 +26,9 @@ public:
     explicit ZWindowPicture(const boost::shared_ptr<ZDrawingContext>& context);
     ~ZWindowPicture();
 
-    /// Makes a black picture in place of the one before; none for an empty size.
-    void Make(const ZPoint& size);
+    /// Makes a black picture of that size in units in place of the one before; none for an empty
+    /// size.
+    void Make(const ZPoint& size, const ZDeviceScale& scale);
     /// Releases the picture: the context has no target any more.
     void Release();
     /// Null while there is none.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/views/ZWindowTooltip.h"
 
-#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/views/ZTooltip.h"
@@ -40,16 +39,17 @@ void ZWindowTooltip::Hide()
         mTooltip->Left();
 }
 
-void ZWindowTooltip::HandleMouse(const ZNativeMouseEvent& event, bool isDragging)
+void ZWindowTooltip::HandleMouse(ZNativeMouseEvent::Action action, const ZPoint& point,
+                                 bool isDragging)
 {
     if (!mTooltip)
         return;
-    if (event.action == ZNativeMouseEvent::kLeave)
+    if (action == ZNativeMouseEvent::kLeave)
         return mTooltip->Left();
-    if (event.action != ZNativeMouseEvent::kMove)
+    if (action != ZNativeMouseEvent::kMove)
         return mTooltip->MouseDown();
     if (!isDragging)
-        mTooltip->MouseMoved(event.position);
+        mTooltip->MouseMoved(point);
 }
 
 void ZWindowTooltip::HandleKey()

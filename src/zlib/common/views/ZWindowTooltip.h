@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/native/ZNativeWindow.h"
+#include "zlib/common/objects/ZPoint.h"
+
 #include <memory>
 
 namespace orvane
@@ -9,7 +12,6 @@ namespace orvane
 class ZTooltip;
 class ZView;
 class ZWindow;
-struct ZNativeMouseEvent;
 struct ZRect;
 
 /// A window's tooltip, which exists from the first view with a tip on, and what the window's events
@@ -28,7 +30,7 @@ public:
     void Hide();
     /// Reports what the mouse does while no dialog blocks the window. While a view is dragged, the
     /// views that the pointer passes show no tips.
-    void HandleMouse(const ZNativeMouseEvent& event, bool isDragging);
+    void HandleMouse(ZNativeMouseEvent::Action action, const ZPoint& point, bool isDragging);
     void HandleKey();
     /// Returns null while no view has had a tip.
     [[nodiscard]] ZTooltip* Get() const { return mTooltip.get(); }
