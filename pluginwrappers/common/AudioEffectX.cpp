@@ -123,6 +123,11 @@ void AudioEffectX::wantEvents()
     callHost(audioMasterWantMidi, 0, 1);
 }
 
+bool AudioEffectX::sizeWindow(std::int32_t width, std::int32_t height)
+{
+    return callHost(audioMasterSizeWindow, width, height) != 0;
+}
+
 void AudioEffectX::beginEdit(std::int32_t index)
 {
     callHost(audioMasterBeginEdit, index);

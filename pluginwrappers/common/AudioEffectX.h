@@ -45,6 +45,8 @@ public:
     }
     /// Calls setSampleRate, then setBlockSize. [setup]
     virtual bool setBlockSizeAndSampleRate(std::int32_t frames, float rate);
+    /// Asks the host to give the editor's window another size, in pixels; false when it refuses.
+    bool sizeWindow(std::int32_t width, std::int32_t height);
 
 protected:
     /// Notifies the host that the latency or the number of channels has changed.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/common/ZVSTEditor.h"
 
+#include "pluginwrappers/common/AudioEffectX.h"
 #include "pluginwrappers/interface/VstKeyCode.h"
 #include "pluginwrappers/interface/WindowPicture.h"
 #include "zlib/common/drawing/ZBitmap.h"
@@ -46,14 +47,16 @@ char16_t characterOf(const VstKeyCode& key)
 
 }  // namespace
 
-ZVSTEditor::ZVSTEditor(AudioEffect* audioEffect, boost::shared_ptr<ZWindow> window)
+ZVSTEditor::ZVSTEditor(AudioEffectX* audioEffect, boost::shared_ptr<ZWindow> window)
     : AEffEditor(audioEffect)
+    , mPlugin(*audioEffect)
     , mEditor(std::move(window))
     , mKeyMap{{VKEY_BACK, kKeyBackspace}, {VKEY_TAB, kKeyTab},        {VKEY_END, kKeyEnd},
               {VKEY_HOME, kKeyHome},      {VKEY_LEFT, kKeyLeft},      {VKEY_UP, kKeyUp},
               {VKEY_RIGHT, kKeyRight},    {VKEY_DOWN, kKeyDown},      {VKEY_DELETE, kKeyDelete},
               {VKEY_SHIFT, kKeyShift},    {VKEY_CONTROL, kKeyControl}}
 {
+    mEditor.SetHost(this);
 }
 
 ZVSTEditor::~ZVSTEditor() = default;
@@ -106,14 +109,19 @@ bool ZVSTEditor::SampleRateChanged(float rate)
     return true;
 }
 
-void ZVSTEditor::GetPicture(WindowPicture& picture)
+bool ZVSTEditor::ResizeWindow(const ZPoint& size)
 {
-    const ZBitmap& bitmap = mEditor.Draw();
-    const auto pixels = bitmap.GetNative()->GetPremultipliedPixels();
+    return mPlugin.sizeWindow(size.x, size.y);
+}
+
+void ZVSTEditor::GetPicture(WindowPicture& picture, double scale)
+{
+    const ZImage& image = *mEditor.Draw(scale).GetNative();
+    const auto pixels = image.GetPremultipliedPixels();
     mPicture.assign(pixels.begin(), pixels.end());
-    assert(mPicture.size() == static_cast<std::size_t>(bitmap.GetWidth()) *
-                                  static_cast<std::size_t>(bitmap.GetHeight()));
-    picture = {bitmap.GetWidth(), bitmap.GetHeight(), mPicture.data()};
+    assert(mPicture.size() == static_cast<std::size_t>(image.GetWidth()) *
+                                  static_cast<std::size_t>(image.GetHeight()));
+    picture = {image.GetWidth(), image.GetHeight(), mPicture.data()};
 }
 
 }  // namespace orvane

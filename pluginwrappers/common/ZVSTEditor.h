@@ -3,6 +3,7 @@
 
 #include "pluginwrappers/common/AEffEditor.h"
 #include "pluginwrappers/core/ZEditorWindow.h"
+#include "zlib/common/views/ZWindowHost.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -13,6 +14,7 @@
 namespace orvane
 {
 
+class AudioEffectX;
 class ZWindow;
 struct WindowPicture;
 
@@ -21,14 +23,14 @@ struct WindowPicture;
 /// that window. Views keep their state while it is closed.
 ///
 /// Exceptions are reported and do not reach the caller. [host thread, under the interface lock]
-class ZVSTEditor : public AEffEditor
+class ZVSTEditor : public AEffEditor, private ZWindowHost
 {
 public:
-    /// window is not null. [setup]
-    ZVSTEditor(AudioEffect* audioEffect, boost::shared_ptr<ZWindow> window);
+    /// Both are not null; the plug-in owns the editor. [setup]
+    ZVSTEditor(AudioEffectX* audioEffect, boost::shared_ptr<ZWindow> window);
     ~ZVSTEditor() override;
 
-    /// Gives the window's size, which does not depend on whether the editor is open.
+    /// Gives the window's size in pixels, which does not depend on whether the editor is open.
     bool getRect(ERect** rect) override;
     /// Moves the window into parent, from a previous parent if there is one. Returns false and
     /// changes nothing when there is no display or parent is not a window.
@@ -41,10 +43,13 @@ public:
     /// Notifies the views of a new sample rate in Hz. [setup, any thread under the interface lock]
     virtual bool SampleRateChanged(float rate);
     /// Draws the window, whether it is open or not, and fills picture; the editor keeps the pixels
-    /// until the next call. Throws ZException for a window that cannot be drawn.
-    void GetPicture(WindowPicture& picture);
+    /// until the next call. scale is above 0. Throws ZException for a window that cannot be drawn.
+    void GetPicture(WindowPicture& picture, double scale);
 
 private:
+    bool ResizeWindow(const ZPoint& size) override;
+
+    AudioEffectX& mPlugin;
     ZEditorWindow mEditor;
     std::map<std::uint8_t, std::uint8_t> mKeyMap;  // VstVirtualKey -> ZKeyCode
     ERect mRect{};                                 // the host reads it after getRect

@@ -15,6 +15,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <cassert>
 #include <limits>
 #include <new>
@@ -333,11 +334,13 @@ bool ZVSTPlugin::getVendorString(std::span<char> text)
 }
 
 std::intptr_t ZVSTPlugin::vendorSpecific(std::int32_t index, std::intptr_t value, void* ptr,
-                                         float /*opt*/)
+                                         float opt)
 {
     if (index != kVendorOrvane || value != kVendorWindowPicture || ptr == nullptr || !editor)
         return 0;
-    GetEditor().GetPicture(*static_cast<WindowPicture*>(ptr));
+    // The comparison is false for a number that is none, too.
+    const double scale = opt > 0.0f ? std::clamp(opt, kLeastPictureScale, kMostPictureScale) : 1.0f;
+    GetEditor().GetPicture(*static_cast<WindowPicture*>(ptr), scale);
     return 1;
 }
 

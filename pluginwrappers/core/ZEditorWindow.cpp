@@ -38,16 +38,27 @@ ZEditorWindow::ZEditorWindow(boost::shared_ptr<ZWindow> window)
 ZEditorWindow::~ZEditorWindow()
 {
     Close();
+    mWindow->SetHost(nullptr);
 }
 
 std::int32_t ZEditorWindow::GetWidth() const
 {
-    return mWindow->GetWidth();
+    return mWindow->GetPixelSize().x;
 }
 
 std::int32_t ZEditorWindow::GetHeight() const
 {
-    return mWindow->GetHeight();
+    return mWindow->GetPixelSize().y;
+}
+
+void ZEditorWindow::SetHost(ZWindowHost* host)
+{
+    mWindow->SetHost(host);
+}
+
+void ZEditorWindow::SetHostScale(double scale)
+{
+    mWindow->SetHostScale(scale);
 }
 
 bool ZEditorWindow::Open(std::uintptr_t parent)
@@ -95,13 +106,13 @@ void ZEditorWindow::Send(const boost::shared_ptr<const ZMessage>& message)
     mWindow->HandleZMessage(message);
 }
 
-const ZBitmap& ZEditorWindow::Draw()
+const ZBitmap& ZEditorWindow::Draw(double scale)
 {
     // Views that are attached for the first time get their elements' values by posted messages.
     mWindow->AttachViews();
     if (ZApp* const app = ZApp::Of(*mWindow))
         app->ProcessQueue();
-    return mWindow->RenderOffscreen();
+    return mWindow->RenderOffscreen(ZDeviceScale(scale));
 }
 
 }  // namespace orvane

@@ -11,6 +11,7 @@ namespace orvane
 class ZBitmap;
 class ZMessage;
 class ZWindow;
+class ZWindowHost;
 
 /// The editor behind every plug-in interface: between Open and Close it places the description's
 /// window into a parent window of the host. Views keep their state while it is closed.
@@ -27,6 +28,11 @@ public:
     /// The window's size in pixels, which does not depend on whether the editor is open.
     [[nodiscard]] std::int32_t GetWidth() const;
     [[nodiscard]] std::int32_t GetHeight() const;
+    /// Sets whom the window asks for another size, not owned; null for nobody. [setup]
+    void SetHost(ZWindowHost* host);
+    /// Takes the number of pixels on a unit's side that the host wishes; the user's choice counts
+    /// more. Asks the host for another size if the window is open.
+    void SetHostScale(double scale);
     /// Moves the window into parent, from a previous parent if there is one. Returns false and
     /// changes nothing when there is no display or parent is not a window. Reports an exception,
     /// closes the window and returns false.
@@ -40,9 +46,9 @@ public:
     void SampleRateChanged(float rate);
     /// Handles the message as the window does.
     void Send(const boost::shared_ptr<const ZMessage>& message);
-    /// Draws the window, whether it is open or not; the picture stays valid until the next call.
-    /// Throws ZException for a window that cannot be drawn.
-    [[nodiscard]] const ZBitmap& Draw();
+    /// Draws the window at a scale above 0, whether it is open or not; the picture stays valid
+    /// until the next call. Throws ZException for a window that cannot be drawn.
+    [[nodiscard]] const ZBitmap& Draw(double scale);
 
 private:
     boost::shared_ptr<ZWindow> mWindow;

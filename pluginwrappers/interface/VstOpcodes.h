@@ -94,6 +94,7 @@ enum HostOpcode : std::int32_t
     audioMasterWantMidi = 6,
     audioMasterGetTime = 7,
     audioMasterIOChanged = 13,
+    audioMasterSizeWindow = 15,  // index is the width and value the height; 0 when refused
     audioMasterGetSampleRate = 16,
     audioMasterGetBlockSize = 17,
     audioMasterGetCurrentProcessLevel = 23,

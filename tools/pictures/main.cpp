@@ -19,5 +19,5 @@ int main(int argc, char** argv)
     app.add_option("ITEM", item, "The item under the pointer, counted from 0")->required();
     app.add_option("OUT", file, "PNG to write")->required();
     return runProgram("kestrune-menu-picture", app, argc, argv,
-                      [&] { writePicture(drawOpenMenu(view, item), file, file, 1); });
+                      [&] { writePicture(drawOpenMenu(view, item), file, file); });
 }

@@ -20,7 +20,8 @@ namespace
 namespace fs = std::filesystem;
 
 constexpr int kLongestBlock = 65536;
-constexpr int kLargestScale = 8;
+constexpr float kSmallestScale = 0.5f;
+constexpr float kLargestScale = 8.0f;
 
 constexpr const char* kPurpose =
     R"(Renders sound files through the plug-in, as a host does: corrects their pitch to a key, and shifts
@@ -259,8 +260,9 @@ private:
             ->type_name("SECONDS")
             ->check(checkedBy([](const std::string& text) { return parseSeconds(text); }, "time"))
             ->needs(file);
-        mApp.add_option("--window-scale", window.scale, "Draws it so many times as large")
-            ->check(CLI::Range(1, kLargestScale))
+        mApp.add_option("--window-scale", window.scale,
+                        "Draws it so many times as large, in full detail")
+            ->check(CLI::Range(kSmallestScale, kLargestScale))
             ->needs(file);
     }
 

@@ -102,7 +102,8 @@ std::optional<WindowShot> windowShot(const WindowRequest& request, const PluginI
     if (request.file.empty())
         return std::nullopt;
     constexpr std::int64_t kAtTheEnd = std::numeric_limits<std::int64_t>::max();
-    return WindowShot(plugin, request.seconds ? frameAt(*request.seconds, rate) : kAtTheEnd);
+    return WindowShot(plugin, request.seconds ? frameAt(*request.seconds, rate) : kAtTheEnd,
+                      request.scale);
 }
 
 EventSchedule scheduled(const RenderRequest& request, const PluginSettings& settings, int rate,
@@ -227,7 +228,7 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin,
     if (files.report)
         writeJsonReport(files.report->TemporaryPath(), files.report->Name(), request, result);
     if (files.picture)
-        window->Write(files.picture->TemporaryPath(), files.picture->Name(), request.window.scale);
+        window->Write(files.picture->TemporaryPath(), files.picture->Name());
     throwIfInterrupted();
     output.Commit();
     files.Commit();
@@ -241,9 +242,9 @@ std::vector<std::string> drawWindow(const RenderRequest& request, PluginInstance
     noteNamesOfPictures(request, notes);
     prepare(plugin, PluginSettings(plugin), kRate, request, notes);
     TargetFile picture(request.window.file);
-    WindowShot window(plugin, 0);
+    WindowShot window(plugin, 0, request.window.scale);
     window.Take();
-    window.Write(picture.TemporaryPath(), picture.Name(), request.window.scale);
+    window.Write(picture.TemporaryPath(), picture.Name());
     picture.Commit();
     return notes;
 }

@@ -24,8 +24,8 @@ struct WindowRequest
 {
     std::filesystem::path file;  // empty: no picture
     std::optional<double>
-        seconds;    // of the input after which it is drawn; without a value, at the end
-    int scale = 1;  // width and height in the picture of one pixel of the window
+        seconds;         // of the input after which it is drawn; without a value, at the end
+    float scale = 1.0f;  // pixels of the picture on the side of a pixel of the window at 100 %
 };
 
 /// The options of a render. Empty paths and texts were not given.

@@ -211,10 +211,10 @@ bool PluginInstance::SetChunk(std::string chunk, Extent extent)
     return Ask(effSetChunk, extent == Extent::kProgram ? 1 : 0, size, chunk.data()) != 0;
 }
 
-WindowPixels PluginInstance::Window() const
+WindowPixels PluginInstance::Window(float scale) const
 {
     WindowPicture picture{};
-    if (Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture) != 1)
+    if (Ask(effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture, scale) != 1)
         fail("the plug-in in {} does not tell what its window shows", mFile.string());
     const auto count =
         static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);

@@ -77,7 +77,7 @@ public:
 
     /// The current picture of the plug-in's window. Throws ZException when the plug-in has no such
     /// extension.
-    [[nodiscard]] WindowPixels Window() const;
+    [[nodiscard]] WindowPixels Window(float scale) const;
 
     /// The plug-in's effect name, or else the name of its file without the ending.
     [[nodiscard]] std::string Name() const;

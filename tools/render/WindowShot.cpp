@@ -22,25 +22,10 @@ struct CairoDeleter
 };
 using Surface = std::unique_ptr<cairo_surface_t, CairoDeleter>;
 
-WindowPixels enlarged(const WindowPixels& from, int scale)
-{
-    WindowPixels to{from.width * scale, from.height * scale, {}};
-    to.values.reserve(from.values.size() * static_cast<std::size_t>(scale * scale));
-    for (int y = 0; y < to.height; ++y) {
-        const std::uint32_t* const row = from.values.data() + (y / scale) * from.width;
-        for (int x = 0; x < to.width; ++x)
-            to.values.push_back(row[x / scale]);
-    }
-    return to;
-}
-
 }  // namespace
 
-void writePicture(const WindowPixels& from, const std::filesystem::path& path,
-                  const std::string& name, int scale)
+void writePicture(WindowPixels pixels, const std::filesystem::path& path, const std::string& name)
 {
-    assert(scale >= 1);
-    WindowPixels pixels = enlarged(from, scale);
     // Cairo's ARGB32 has the same layout.
     constexpr int kPixelBytes = 4;
     const Surface surface(cairo_image_surface_create_for_data(
@@ -54,13 +39,13 @@ void writePicture(const WindowPixels& from, const std::filesystem::path& path,
 void WindowShot::Take()
 {
     if (mPixels.values.empty())
-        mPixels = mPlugin.Window();
+        mPixels = mPlugin.Window(mScale);
 }
 
-void WindowShot::Write(const std::filesystem::path& path, const std::string& name, int scale) const
+void WindowShot::Write(const std::filesystem::path& path, const std::string& name) const
 {
     assert(!mPixels.values.empty());
-    writePicture(mPixels, path, name, scale);
+    writePicture(mPixels, path, name);
 }
 
 }  // namespace orvane

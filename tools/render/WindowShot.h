@@ -20,19 +20,18 @@ struct WindowPixels
     std::vector<std::uint32_t> values;
 };
 
-/// Writes a PNG in which each pixel is a square of scale x scale, scale >= 1. Errors name the file
-/// by name. Throws ZException when the file cannot be written.
-void writePicture(const WindowPixels& pixels, const std::filesystem::path& path,
-                  const std::string& name, int scale);
+/// Writes a PNG. Errors name the file by name. Throws ZException when the file cannot be written.
+void writePicture(WindowPixels pixels, const std::filesystem::path& path, const std::string& name);
 
 /// A picture of a plug-in's window at one frame of a render.
 class WindowShot
 {
 public:
-    /// The picture is taken once frame frames of the input have been processed.
-    WindowShot(const PluginInstance& plugin, std::int64_t frame)
+    /// The picture is taken once frame frames of the input have been processed, at a scale above 0.
+    WindowShot(const PluginInstance& plugin, std::int64_t frame, float scale)
         : mPlugin(plugin)
         , mFrame(frame)
+        , mScale(scale)
     {
     }
 
@@ -46,11 +45,12 @@ public:
     /// Takes the picture unless it was taken before. Throws as PluginInstance::Window does.
     void Take();
     /// Writes the picture as writePicture does. Call after Take.
-    void Write(const std::filesystem::path& path, const std::string& name, int scale) const;
+    void Write(const std::filesystem::path& path, const std::string& name) const;
 
 private:
     const PluginInstance& mPlugin;
     std::int64_t mFrame;
+    float mScale;
     WindowPixels mPixels;
 };
 
