@@ -95,6 +95,13 @@ void DisplayProbe::SendKey(xcb_window_t window, std::uint32_t symbol)
        reinterpret_cast<const char*>(&key));
 }
 
+void DisplayProbe::SetResources(const std::string& text)
+{
+    Do(xcb_change_property, std::uint8_t{XCB_PROP_MODE_REPLACE}, GetRoot(),
+       xcb_atom_t{XCB_ATOM_RESOURCE_MANAGER}, xcb_atom_t{XCB_ATOM_STRING}, std::uint8_t{8},
+       static_cast<std::uint32_t>(text.size()), text.data());
+}
+
 xcb_atom_t DisplayProbe::GetAtom(std::string_view name)
 {
     const auto reply = Ask(xcb_intern_atom, xcb_intern_atom_reply, std::uint8_t{0},

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -44,6 +45,8 @@ public:
     void Destroy(xcb_window_t window) { Do(xcb_destroy_window, window); }
     /// Sends a message of 32 bit items to a window, as a window manager does.
     void SendMessage(xcb_window_t window, const char* type, std::uint32_t first);
+    /// Sets the resources of the display, lines of "Name:\tvalue".
+    void SetResources(const std::string& text);
     [[nodiscard]] xcb_atom_t GetAtom(std::string_view name);
 
     /// Moves the pointer to a place on the screen.

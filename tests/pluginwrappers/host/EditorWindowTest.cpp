@@ -178,6 +178,45 @@ TEST_F(EditorWindowTest, EachParentShowsTheSameState)
     EXPECT_TRUE(waitFor([this] { return probe->CountResources() == 0; }));
 }
 
+TEST_F(EditorWindowTest, ADenseDisplayGetsALargeWindow)
+{
+    const auto sizeTold = [this] {
+        ERect* rect = nullptr;
+        EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
+        return std::pair(rect->right - rect->left, rect->bottom - rect->top);
+    };
+    probe->SetResources("Xft.dpi:\t192\n");
+    EXPECT_EQ(sizeTold(), std::pair(908, 860));
+    const xcb_window_t large = probe->MakeWindow({0, 0, 908, 768});
+    EXPECT_EQ(openEditor(effect, large), 1);
+    probe->MovePointer(2 * 22, 2 * 163);
+    probe->Click(1);
+    EXPECT_TRUE(waitFor([this] { return effect->getParameter(effect, kCorrectPitch) == 1.0f; }));
+
+    // What the window shows is what a picture of that scale does; a picture of another scale leaves
+    // the window alone.
+    const auto pictureShows = [&](float scale) {
+        WindowPicture picture{};
+        effect->dispatcher(effect, effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture,
+                           scale);
+        EXPECT_EQ(picture.width, static_cast<int>(scale * 454));
+        for (int row = 4; row < 768; row += 23)
+            if (picture.width != 908 ||
+                probe->PixelAt(row, row) != (picture.pixels[row * 908 + row] & 0xFFFFFF))
+                return false;
+        return true;
+    };
+    EXPECT_TRUE(waitFor([&] { return pictureShows(2.0f); }));
+    EXPECT_FALSE(pictureShows(1.0f));
+    EXPECT_TRUE(waitFor([&] { return pictureShows(2.0f); }));
+    probe->SetResources("Xft.dpi:\t96\n");
+    EXPECT_EQ(sizeTold(), std::pair(908, 860)) << "the window that is open is as it was";
+    closeEditor(effect);
+    EXPECT_EQ(sizeTold(), std::pair(454, 430));
+    probe->Destroy(large);
+    Open();
+}
+
 TEST_F(EditorWindowTest, InvalidParentsAreRefused)
 {
     const xcb_window_t gone = MakeParent();

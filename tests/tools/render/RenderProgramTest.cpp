@@ -579,7 +579,13 @@ TEST_F(RenderProgramTest, TheWindowPictureShowsTheStateOfTheOptions)
     const std::vector<std::uint32_t> first = drawn({});
     EXPECT_TRUE(drawn({}) == first);
     EXPECT_TRUE(drawn({"--set", "key=A"}) != first);
-    EXPECT_EQ(drawn({"--window-scale", "2"}).size(), 4 * first.size());
+    EXPECT_EQ(drawn({"--window-scale", "1"}), first);
+    const std::vector<std::uint32_t> twice = drawn({"--window-scale", "2"});
+    ASSERT_EQ(twice.size(), 4 * first.size());
+    std::size_t unlike = 0;
+    for (std::size_t i = 0; i < twice.size(); i += 2)
+        unlike += twice[i] != twice[i + 1] ? 1 : 0;
+    EXPECT_GT(unlike, first.size() / 10) << "it enlarges pixels";
 
     // During a render it shows the voice and does not change the sound.
     const TestSound voice = testVoice(1, 1.5);
