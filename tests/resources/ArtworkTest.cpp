@@ -79,50 +79,45 @@ double luminance(const Colour& colour)
            0.0722 * linear(colour.blue);
 }
 
-/// The contrast ratio of WCAG 2, from 1 to 21.
-double contrast(const Colour& one, const Colour& other)
-{
-    const double first = luminance(one) + 0.05;
-    const double second = luminance(other) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
-
-/// The pixels of an area at a scale; all of them have to be opaque.
-std::vector<Colour> coloursOf(const Area& area, int scale)
+/// The luminances of an area at a scale, each once; all of its pixels have to be opaque.
+std::set<double> luminancesOf(const Area& area, int scale)
 {
     const auto picture =
         packedPicture(std::string(area.picture) + (scale == 2 ? "@2x.png" : ".png"));
     const auto pixels = picture->ReadPixels();
-    std::vector<Colour> colours;
+    std::set<double> luminances;
     for (int y = area.top * scale; y < area.bottom * scale; ++y) {
         for (int x = area.left * scale; x < area.right * scale; ++x) {
             const std::uint32_t pixel =
                 pixels[static_cast<std::size_t>(y * picture->GetWidth() + x)];
             EXPECT_EQ(pixel >> 24, 255u) << area.picture << " " << x << ", " << y;
             const auto channel = [&](int shift) { return static_cast<int>(pixel >> shift & 255); };
-            colours.push_back({channel(16), channel(8), channel(0)});
+            luminances.insert(luminance({channel(16), channel(8), channel(0)}));
         }
     }
-    return colours;
+    return luminances;
+}
+
+/// The least contrast ratio of WCAG 2, from 1 to 21, of any luminance to any of others.
+double leastContrast(const std::set<double>& luminances, const std::set<double>& others)
+{
+    double least = 21.0;
+    for (const double one : luminances)
+        for (const double other : others)
+            least = std::min(least, (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05));
+    return least;
 }
 
 /// The least contrast of any pixel of a mark to any pixel of its ground.
 double leastContrast(const Area& mark, const Area& ground, int scale)
 {
-    double least = 21.0;
-    for (const Colour& one : coloursOf(mark, scale))
-        for (const Colour& other : coloursOf(ground, scale))
-            least = std::min(least, contrast(one, other));
-    return least;
+    return leastContrast(luminancesOf(mark, scale), luminancesOf(ground, scale));
 }
 
 /// The least contrast of a colour to any pixel of an area.
 double leastContrast(const Colour& ink, const Area& ground, int scale)
 {
-    double least = 21.0;
-    for (const Colour& other : coloursOf(ground, scale))
-        least = std::min(least, contrast(ink, other));
-    return least;
+    return leastContrast({luminance(ink)}, luminancesOf(ground, scale));
 }
 
 constexpr Area kPanel{"RedGradientBlackTop", 8, 90, 92, 420};

@@ -585,7 +585,7 @@ TEST_F(RenderProgramTest, TheWindowPictureShowsTheStateOfTheOptions)
     std::size_t unlike = 0;
     for (std::size_t i = 0; i < twice.size(); i += 2)
         unlike += twice[i] != twice[i + 1] ? 1 : 0;
-    EXPECT_GT(unlike, first.size() / 10) << "it enlarges pixels";
+    EXPECT_GT(unlike, first.size() / 20) << "it enlarges pixels";
 
     // During a render it shows the voice and does not change the sound.
     const TestSound voice = testVoice(1, 1.5);
