@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <regex>
 #include <set>
 #include <string>
 #include <utility>
@@ -48,11 +48,12 @@ ZImage::Size sizeOfSource(const std::string& name)
 {
     std::ifstream file(kImages / (name + ".svg"));
     const std::string text(std::istreambuf_iterator<char>(file), {});
-    std::smatch size;
-    const std::regex tag(R"re(<svg [^>]*width="(\d+)" height="(\d+)")re");
-    if (!std::regex_search(text, size, tag))
-        return {};
-    return {std::stoi(size[1]), std::stoi(size[2])};
+    const std::size_t tag = std::min(text.find("<svg "), text.size());
+    const auto attribute = [&](const std::string& name) {
+        const std::size_t at = text.find(' ' + name + "=\"", tag);
+        return at != std::string::npos ? std::atoi(text.c_str() + at + name.size() + 3) : 0;
+    };
+    return {attribute("width"), attribute("height")};
 }
 
 /// Red, green and blue of an opaque pixel, 0 to 255 each.
