@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cmath>
 #include <string>
+#include <system_error>
 
 namespace orvane
 {
@@ -81,6 +82,45 @@ std::int32_t lastChoiceOf(const ZElement& element) noexcept
     return std::max(element.CountDiscreteValues() - 1, 0);
 }
 
+std::int32_t nearestChoice(const ZElement& element, float plain) noexcept
+{
+    const auto last = static_cast<float>(lastChoiceOf(element));
+    return static_cast<std::int32_t>(std::round(std::clamp(plain, 0.0f, last)));
+}
+
+std::string numberText(const ZElement& element, float number)
+{
+    return shortNumber(number) + unitOf(element.GetUnits());
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    const std::size_t begin = text.find_first_not_of(" \t");
+    return begin == std::string_view::npos
+               ? std::string_view()
+               : text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
+}
+
+// Without the locale of the process: names of choices are ASCII.
+bool isSameWord(std::string_view one, std::string_view other)
+{
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    return std::ranges::equal(one, other, {}, lower, lower);
+}
+
+std::optional<float> numberIn(std::string_view text, std::string_view unit)
+{
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    float number = 0.0f;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const std::string_view rest = trimmed({end, text.data() + text.size()});
+    if (error != std::errc() || !std::isfinite(number) ||
+        !(rest.empty() || isSameWord(rest, trimmed(unit))))
+        return std::nullopt;
+    return number;
+}
+
 bool storeChoice(ZElement& element, std::int32_t index) noexcept
 {
     assert(index >= 0 && index <= lastChoiceOf(element));
@@ -151,11 +191,8 @@ bool setPlainFromHost(ZElement& element, float value) noexcept
     if (std::isnan(value))
         return false;
     switch (element.GetType()) {
-    case ZElement::ZDISCRETE: {
-        const auto last = static_cast<float>(lastChoiceOf(element));
-        return storeChoice(element,
-                           static_cast<std::int32_t>(std::round(std::clamp(value, 0.0f, last))));
-    }
+    case ZElement::ZDISCRETE:
+        return storeChoice(element, nearestChoice(element, value));
     case ZElement::ZFLOAT:
         return storeNumber(element, std::clamp(value, element.Min(), element.Max()));
     default:
@@ -169,10 +206,40 @@ ZString displayTextOf(const ZElement& element)
     case ZElement::ZDISCRETE:
         return *element.GetDiscreteString(element.GetDiscrete());
     case ZElement::ZFLOAT:
-        return ZString(shortNumber(element.GetZFloat()) + unitOf(element.GetUnits()));
+        return ZString(numberText(element, element.GetZFloat()));
     default:
         return {};
     }
+}
+
+ZString displayTextOf(const ZElement& element, float plain)
+{
+    if (std::isnan(plain))
+        return {};
+    switch (element.GetType()) {
+    case ZElement::ZDISCRETE:
+        return *element.GetDiscreteString(nearestChoice(element, plain));
+    case ZElement::ZFLOAT:
+        return ZString(numberText(element, std::clamp(plain, element.Min(), element.Max())));
+    default:
+        return {};
+    }
+}
+
+std::optional<float> plainValueOfText(const ZElement& element, std::string_view text)
+{
+    text = trimmed(text);
+    if (element.GetType() == ZElement::ZFLOAT) {
+        const auto number = numberIn(text, unitOf(element.GetUnits()));
+        return number ? std::optional(std::clamp(*number, element.Min(), element.Max()))
+                      : std::nullopt;
+    }
+    if (element.GetType() != ZElement::ZDISCRETE)
+        return std::nullopt;
+    for (std::int32_t i = 0; i < element.CountDiscreteValues(); ++i)
+        if (isSameWord(element.GetDiscreteString(i)->ToNarrow(), text))
+            return static_cast<float>(i);
+    return std::nullopt;
 }
 
 }  // namespace orvane

@@ -3,6 +3,9 @@
 
 #include "zlib/common/objects/ZString.h"
 
+#include <optional>
+#include <string_view>
+
 namespace orvane
 {
 
@@ -34,5 +37,12 @@ bool setPlainFromHost(ZElement& element, float value) noexcept;
 /// Returns the element's value as the host displays it: the text of a choice, or a number with its
 /// unit ("50 ms"). [any thread but the audio thread]
 [[nodiscard]] ZString displayTextOf(const ZElement& element);
+/// Returns the text of a plain value, as it would be displayed; the value is limited and rounded as
+/// by setPlainFromHost. [any thread but the audio thread]
+[[nodiscard]] ZString displayTextOf(const ZElement& element, float plain);
+/// Returns the plain value that a text says: the text of a choice, in letters of any size, or a
+/// number with or without its unit, limited to the range. None for any other text.
+/// [any thread but the audio thread]
+[[nodiscard]] std::optional<float> plainValueOfText(const ZElement& element, std::string_view text);
 
 }  // namespace orvane

@@ -5,6 +5,7 @@
 #include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/documents/ZAudioManager.h"
 #include "zlib/common/documents/ZPlugin.h"
+#include "zlib/common/documents/ZPluginPresetsAudioDocument.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
@@ -241,7 +242,6 @@ void ZPluginCore::HandleMidi(const MidiBytes& midi)
 
 void ZPluginCore::QueueMidi(const MidiBytes& midi) noexcept
 {
-    // A full queue means more messages in one tick than any player sends: the rest is dropped.
     static_cast<void>(mMidi.Push(midi));
 }
 
@@ -273,6 +273,16 @@ void ZPluginCore::LoadPrograms(std::string_view text, ZProgramBank::Extent exten
     // Delivers what the load has posted; after a bank that is left to the next tick.
     if (mApp && extent == ZProgramBank::Extent::kCurrent)
         mApp->ProcessQueue();
+}
+
+bool ZPluginCore::LoadFactoryPreset(std::int32_t index)
+{
+    auto* const presets = dynamic_cast<ZPluginPresetsAudioDocument*>(mDocument.get());
+    if (presets == nullptr || index < 0 || index >= presets->GetPresetCount())
+        return false;
+    presets->LoadFactoryPreset(index);
+    mApp->ProcessQueue();
+    return true;
 }
 
 }  // namespace orvane

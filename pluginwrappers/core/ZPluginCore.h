@@ -3,8 +3,9 @@
 
 #include "pluginwrappers/core/ZAudioFaults.h"
 #include "pluginwrappers/core/ZHostStream.h"
-#include "pluginwrappers/core/ZMidiQueue.h"
+#include "pluginwrappers/core/ZMidiMessage.h"
 #include "pluginwrappers/core/ZProgramBank.h"
+#include "pluginwrappers/core/ZSpscQueue.h"
 #include "pluginwrappers/core/ZStreamClock.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
 
@@ -102,7 +103,8 @@ public:
 
     /// Passes a MIDI message to the document before it returns. Allocates. [any thread]
     void HandleMidi(const MidiBytes& midi);
-    /// Leaves a MIDI message to the next tick. [audio thread]
+    /// Leaves a MIDI message to the next tick; those beyond kMidiPerTick are dropped.
+    /// [audio thread]
     void QueueMidi(const MidiBytes& midi) noexcept;
 
     [[nodiscard]] std::int32_t GetParameterCount() const;
@@ -114,8 +116,14 @@ public:
     /// Restores programs, also while audio runs. Throws what ZProgramBank::Load does, with programs
     /// and state unchanged.
     void LoadPrograms(std::string_view text, ZProgramBank::Extent extent);
+    /// Loads a factory preset into the current program, also while audio runs. Returns false for an
+    /// index out of range. Throws what ZAudioDocument::LoadPreset throws, with the state unchanged.
+    bool LoadFactoryPreset(std::int32_t index);
 
 private:
+    /// More messages than any player sends in the time of a tick.
+    static constexpr std::uint32_t kMidiPerTick = 1024;
+
     [[nodiscard]] boost::shared_ptr<ZSignalLooper> GetSignalLooper() const;
     [[nodiscard]] boost::shared_ptr<ZSignalBay> GetNetwork() const;
     void RouteNetwork();
@@ -129,7 +137,7 @@ private:
     ZAudioFaults mFaults;
     ZStreamClock mClock;
     ZHostStream mStream;
-    ZMidiQueue mMidi;
+    ZSpscQueue<MidiBytes, kMidiPerTick> mMidi;
     std::unique_ptr<ZPlugin> mApp;
     boost::shared_ptr<ZAudioDocument> mDocument;
     boost::shared_ptr<ZWindow> mWindow;  // null when the description has none

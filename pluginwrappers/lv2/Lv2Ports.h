@@ -1,17 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <boost/smart_ptr/shared_ptr.hpp>
-
 #include <cstdint>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
-
-class ZElement;
-class ZPluginCore;
 
 /// The plug-in's name in LV2, under which hosts keep it in projects: it never changes.
 inline constexpr const char* kLv2Uri = "urn:orvane:cantorel-mini";
@@ -19,7 +12,8 @@ inline constexpr const char* kLv2UiUri = "urn:orvane:cantorel-mini#ui";
 /// The property of a saved state that holds the program as text.
 inline constexpr const char* kLv2ProgramUri = "urn:orvane:cantorel-mini#program";
 
-/// The indices of the ports; those of the parameters follow. Hosts may store them: append only.
+/// The indices of the ports; those of plainParametersOf follow, each a control port. Hosts may
+/// store them: append only.
 enum Lv2Port : std::uint32_t
 {
     kLv2AudioIn,  // two
@@ -30,12 +24,5 @@ enum Lv2Port : std::uint32_t
     kLv2FreeWheel,
     kLv2FirstParameter,
 };
-
-/// Returns the elements that are control ports, in the order of the ports: the parameters of the
-/// core, then what only this interface offers. [host thread, under the interface lock]
-[[nodiscard]] std::vector<boost::shared_ptr<ZElement>> lv2ParametersOf(const ZPluginCore& core);
-
-/// Returns the port's name for people. [host thread, under the interface lock]
-[[nodiscard]] std::string lv2LabelOf(const ZElement& element);
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 #include "pluginwrappers/lv2/ZLV2Plugin.h"
 
 #include "kestrune/common/views/KestruneFonts.h"
+#include "pluginwrappers/core/PlainParameters.h"
 #include "pluginwrappers/core/PluginStart.h"
 #include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/documents/ZSetParameterFn.h"
@@ -61,7 +62,7 @@ ZLV2Plugin::ZLV2Plugin(double sampleRate, const Lv2Urids& urids, const LV2_Optio
     , mCore(*this, startApplication())
     , mMaxBlock(kDefaultBlock)
 {
-    for (auto& element : lv2ParametersOf(mCore))
+    for (auto& element : plainParametersOf(mCore))
         mParameters.push_back(std::make_unique<ZLV2Parameter>(std::move(element)));
     mParameterPorts.resize(mParameters.size());
     if (mCore.GetWindow())

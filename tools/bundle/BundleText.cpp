@@ -3,6 +3,7 @@
 
 #include "kestrune/common/identity/KestruneIdentity.h"
 #include "pluginwrappers/core/HostParameter.h"
+#include "pluginwrappers/core/PlainParameters.h"
 #include "pluginwrappers/core/ZPluginCore.h"
 #include "pluginwrappers/lv2/Lv2Ports.h"
 #include "zlib/common/elements/ZElement.h"
@@ -137,7 +138,7 @@ std::string parameterPort(const ZElement& element, std::uint32_t index)
     lv2:minimum {} ;
     lv2:maximum {}{}{}
   ])",
-                       index, element.GetName(), literal(lv2LabelOf(element)),
+                       index, element.GetName(), literal(plainLabelOf(element)),
                        decimal(plainValueOf(element)), decimal(min), decimal(max),
                        isChoice ? choicesOf(element) : std::string(), unitOf(element));
 }
@@ -268,7 +269,7 @@ std::string pluginText(ZPluginCore& core, const std::string& binary)
         kPrefixes, kLv2ProgramUri, kLv2Uri, literal(productName()), 2 * major,
         2 * (minor * 100 + third), kLv2UiUri, audioPorts(), servicePorts());
     std::uint32_t index = kLv2FirstParameter;
-    for (const auto& element : lv2ParametersOf(core))
+    for (const auto& element : plainParametersOf(core))
         text += parameterPort(*element, index++);
     return text + " .\n" + windowText(binary);
 }
@@ -285,7 +286,7 @@ std::string presetsText(ZPluginCore& core)
                         presetUri(i), kLv2Uri, literal(core.GetPrograms().GetName(i)->ToNarrow()),
                         kLv2ProgramUri, literal(core.SavePrograms(ZProgramBank::Extent::kCurrent)));
         const char* separator = " ";
-        for (const auto& element : lv2ParametersOf(core)) {
+        for (const auto& element : plainParametersOf(core)) {
             text += fmt::format("{}[\n    lv2:symbol \"{}\" ;\n    pset:value {}\n  ]", separator,
                                 element->GetName(), decimal(plainValueOf(*element)));
             separator = " , ";

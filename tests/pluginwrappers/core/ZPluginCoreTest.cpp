@@ -94,18 +94,21 @@ TEST_F(ZPluginCoreTest,
     EXPECT_EQ(notes, (std::vector<int>{60, 61, 62, 63}));
 }
 
-TEST(ZMidiQueueTest, KeepsTheOldestMessagesWhenItIsFullAndTakesNewOnesAfterwards)
+TEST(ZSpscQueueTest, KeepsTheOldestItemsWhenItIsFullAndTakesNewOnesAfterwards)
 {
-    ZMidiQueue queue;
-    for (std::uint32_t i = 0; i < ZMidiQueue::kCapacity; ++i)
-        ASSERT_TRUE(queue.Push({0xB0, static_cast<std::uint8_t>(i % 128), 1}));
-    EXPECT_FALSE(queue.Push({0xB0, 1, 2}));
-    EXPECT_EQ(queue.Pop(), (MidiBytes{0xB0, 0, 1}));
-    EXPECT_TRUE(queue.Push({0xB0, 5, 3}));
-    MidiBytes last{};
-    while (const auto midi = queue.Pop())
-        last = *midi;
-    EXPECT_EQ(last, (MidiBytes{0xB0, 5, 3}));
+    constexpr int kCapacity = 8;
+    ZSpscQueue<int, kCapacity> queue;
+    for (int i = 0; i < kCapacity; ++i)
+        ASSERT_TRUE(queue.Push(i));
+    EXPECT_FALSE(queue.Push(100));
+    EXPECT_EQ(*queue.Front(), 0);
+    EXPECT_EQ(queue.Pop(), 0);
+    EXPECT_TRUE(queue.Push(200));
+    int last = 0;
+    while (const auto item = queue.Pop())
+        last = *item;
+    EXPECT_EQ(last, 200);
+    EXPECT_EQ(queue.Front(), nullptr);
 }
 
 }  // namespace
