@@ -23,9 +23,11 @@ ZLV2Parameter::ZLV2Parameter(boost::shared_ptr<ZElement> element)
 
 bool ZLV2Parameter::ReadPort(float value, bool force, std::uint32_t frames) noexcept
 {
-    const std::uint32_t grace = mGraceFrames.load(std::memory_order_relaxed);
+    std::uint32_t grace = mGraceFrames.load(std::memory_order_relaxed);
+    // Fails when the window has just set it anew: then the new time counts from the next block on.
     if (grace > 0)
-        mGraceFrames.store(grace - std::min(grace, frames), std::memory_order_relaxed);
+        mGraceFrames.compare_exchange_strong(grace, grace - std::min(grace, frames),
+                                             std::memory_order_relaxed);
     if (!force && (value == mPort || grace > 0 || mIsHeld.load(std::memory_order_relaxed)))
         return false;
     if (std::isnan(value))
