@@ -19,7 +19,8 @@ touch "$place/home/singer/.vst/Other.so"
 "$install" --library "$library"
 "$install" --library "$library" # again, over what is there
 cmp "$library" "$place/home/singer/.vst/CantorelMini.so"
-expect_files "./home/singer/.local/share/Orvane/Kolm 5pt.ttf
+expect_files "./home/singer/.clap/CantorelMini.clap
+./home/singer/.local/share/Orvane/Kolm 5pt.ttf
 ./home/singer/.lv2/cantorel-mini.lv2/cantorel-mini.so
 ./home/singer/.lv2/cantorel-mini.lv2/manifest.ttl
 ./home/singer/.lv2/cantorel-mini.lv2/plugin.ttl
@@ -34,6 +35,7 @@ expect_files "./home/singer/.vst/Other.so"
 
 "$install" --system --library "$library"
 expect_files "./home/singer/.vst/Other.so
+./usr/lib/clap/CantorelMini.clap
 ./usr/local/lib/lv2/cantorel-mini.lv2/cantorel-mini.so
 ./usr/local/lib/lv2/cantorel-mini.lv2/manifest.ttl
 ./usr/local/lib/lv2/cantorel-mini.lv2/plugin.ttl

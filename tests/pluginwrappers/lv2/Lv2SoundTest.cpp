@@ -3,9 +3,8 @@
 // the same state.
 
 #include "Lv2Host.h"
-#include "pluginwrappers/host/PluginLibrary.h"
+#include "pluginwrappers/host/VstForm.h"
 #include "support/RealtimeGuard.h"
-#include "support/Signals.h"
 
 #include <gtest/gtest.h>
 
@@ -26,79 +25,6 @@ constexpr int kPrograms = 7;
 constexpr std::array<const char*, 8> kParameters{
     "pitchCorrectionOnOff", "transposeOnOff",   "key",     "sourceType", "pitchCorrectionTime",
     "pitchTranspose",       "formantTranspose", "tracking"};
-
-/// A voice between two notes, for long enough that the engine's output is heard.
-std::vector<float> voiceAt(double rate)
-{
-    return harmonicTone(226.0, rate, static_cast<int>(1.5 * rate));
-}
-
-/// Runs the voice through the VST 2.4 form of the plug-in, which an offline host drives.
-class VstForm
-{
-public:
-    explicit VstForm(float rate)
-        : effect(mHost.Open())
-    {
-        TestHost::SetOffline(true);
-        ask(effect, effSetSampleRate, 0, 0, nullptr, rate);
-        ask(effect, effSetBlockSize, 0, 512);
-    }
-    VstForm(const VstForm&) = delete;
-    VstForm& operator=(const VstForm&) = delete;
-    ~VstForm() { closeEffect(effect); }
-
-    [[nodiscard]] std::vector<float> Play(const std::vector<float>& voice,
-                                          const std::function<void(std::size_t)>& before = {}) const
-    {
-        std::vector<float> left = voice;
-        std::vector<float> right = voice;
-        ask(effect, effMainsChanged, 0, 1);
-        for (std::size_t at = 0; at < voice.size(); at += 512) {
-            if (before)
-                before(at);
-            float* channels[] = {left.data() + at, right.data() + at};
-            effect->processReplacing(
-                effect, channels, channels,
-                static_cast<std::int32_t>(std::min<std::size_t>(512, voice.size() - at)));
-        }
-        return left;
-    }
-
-private:
-    const LibraryHost mHost;
-
-public:
-    AEffect* const effect;
-};
-
-/// Returns the first place where two sounds differ; -1 for the same sounds.
-long firstDifference(const std::vector<float>& one, const std::vector<float>& other)
-{
-    if (one.size() != other.size())
-        return 0;
-    const auto [left, right] = std::mismatch(one.begin(), one.end(), other.begin());
-    return left == one.end() ? -1 : left - one.begin();
-}
-
-/// Gives an element another value, everywhere, since a program holds the elements of a bay twice.
-std::string replaced(std::string text, const std::string& name, const std::string& value)
-{
-    const std::string begin = "name=\"" + name + '"';
-    for (std::size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
-        at = text.find("int32value=\"", at) + 12;
-        text.replace(at, text.find('"', at) - at, value);
-    }
-    return text;
-}
-
-/// Adds the switch that lets played notes in, which a state holds only where someone adds it.
-std::string listening(std::string text)
-{
-    return text.insert(text.find("<element name=\"pitchTranspose\""),
-                       "<element name=\"AcceptMIDI\" class=\"ZElementClass\" type=\"ZDISCRETE\" "
-                       "int32value=\"1\">\n</element>\n");
-}
 
 class Lv2SoundTest : public testing::Test
 {

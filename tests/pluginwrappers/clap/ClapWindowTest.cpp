@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window of the CLAP form in a plain X11 host, on a virtual display.
+
+#include "ClapTestHost.h"
+#include "support/DisplayProbe.h"
+#include "support/Eventually.h"
+#include "support/VirtualDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr xcb_rectangle_t kPlace{10, 10, 908, 860};
+constexpr std::uint64_t sizeOf(std::uint64_t width, std::uint64_t height)
+{
+    return width * 65536 + height;
+}
+
+using Notes = std::vector<std::string>;
+
+class ClapWindowTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!VirtualDisplay::IsAvailable())
+            GTEST_SKIP() << "no X server for tests";
+        display = std::make_unique<VirtualDisplay>();
+        probe = std::make_unique<DisplayProbe>();
+        clap = std::make_unique<ClapInstance>(library);
+    }
+    void Open(double scale)
+    {
+        ASSERT_TRUE(clap->gui->create(clap->plugin, kClapWindowX11, false));
+        ASSERT_TRUE(clap->gui->set_scale(clap->plugin, scale));
+        clap_window window{kClapWindowX11, {probe->MakeWindow(kPlace)}};
+        ASSERT_TRUE(clap->gui->set_parent(clap->plugin, &window));
+        ASSERT_TRUE(clap->gui->show(clap->plugin));
+        mScale = scale;
+    }
+    [[nodiscard]] std::uint64_t Size() const
+    {
+        std::uint32_t width = 0;
+        std::uint32_t height = 0;
+        EXPECT_TRUE(clap->gui->get_size(clap->plugin, &width, &height));
+        EXPECT_TRUE(clap->gui->set_size(clap->plugin, width, height));
+        EXPECT_FALSE(clap->gui->set_size(clap->plugin, width + 1, height));
+        return sizeOf(width, height);
+    }
+    /// Returns whether the red head of the window comes to be seen.
+    [[nodiscard]] bool IsSeen() const
+    {
+        return eventually([&] { return probe->PixelAt(At(300), At(45)) >> 16 > 100; });
+    }
+    /// Returns the place on the screen of a coordinate of the window.
+    [[nodiscard]] int At(int unit) const { return 10 + static_cast<int>(unit * mScale); }
+    void MoveTo(int x, int y) const { probe->MovePointer(At(x), At(y)); }
+    /// Returns whether the host comes to be told this and nothing else, by flushes.
+    [[nodiscard]] bool IsTold(const Notes& expected) const
+    {
+        Notes notes;
+        const bool came = eventually([&] {
+            clap->params->flush(clap->plugin, &clap->events.in, &clap->events.out);
+            std::ranges::move(clap->events.TakeNotes(), std::back_inserter(notes));
+            return notes.size() >= expected.size();
+        });
+        EXPECT_EQ(notes, expected);
+        return came && notes == expected;
+    }
+
+    std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<DisplayProbe> probe;
+    ClapLibrary library;
+    std::unique_ptr<ClapInstance> clap;
+
+private:
+    double mScale = 1.0;
+};
+
+TEST_F(ClapWindowTest, EditsAreGesturesOfTheirParameterAtEveryScale)
+{
+    for (const double scale : {1.0, 2.0}) {
+        SCOPED_TRACE(scale);
+        Open(scale);
+        EXPECT_EQ(Size(), scale == 1.0 ? sizeOf(454, 430) : sizeOf(908, 860));
+        ASSERT_TRUE(IsSeen());
+        MoveTo(22, 163);
+        probe->Click(1);
+        EXPECT_TRUE(IsTold({"begin 0", scale == 1.0 ? "0=1000" : "0=0", "end 0"}));
+        EXPECT_GT(clap->host.flushRequests, 0);
+        clap->events.Value(0, 1.0 - clap->Value(0));
+        clap->params->flush(clap->plugin, &clap->events.in, &clap->events.out);
+        clap->events.Clear();
+        EXPECT_TRUE(IsTold({})) << "the host knows what it has set";
+        clap->events.Value(0, 1.0 - clap->Value(0));
+        clap->params->flush(clap->plugin, &clap->events.in, &clap->events.out);
+        clap->events.Clear();
+        clap->gui->destroy(clap->plugin);
+    }
+}
+
+TEST_F(ClapWindowTest, EditsThatTheHostHasNoRoomForWaitAndClosingEndsAGesture)
+{
+    Open(1.0);
+    ASSERT_TRUE(IsSeen());
+    clap->events.room = 1;
+    MoveTo(22, 163);
+    probe->Click(1);
+    EXPECT_TRUE(IsTold({"begin 0"}));
+    clap->events.room = 1000;
+    EXPECT_TRUE(IsTold({"0=1000", "end 0"}));
+    MoveTo(42, 202);
+    probe->Press(1);
+    // The press sets a value, too, the one that the slider has.
+    EXPECT_TRUE(IsTold({"begin 4", "4=50000"}));
+    EXPECT_TRUE(clap->gui->hide(clap->plugin));
+    probe->Release(1);
+    EXPECT_TRUE(IsTold({"end 4"}));
+    EXPECT_TRUE(clap->gui->show(clap->plugin));
+    EXPECT_TRUE(IsSeen());
+}
+
+TEST_F(ClapWindowTest, EditsOfWhatIsNoParameterAreToldOnTheMainThread)
+{
+    Open(1.0);
+    ASSERT_TRUE(IsSeen());
+    EXPECT_TRUE(eventually([&] {
+        MoveTo(110, 243);  // IGNORE of the tonic
+        probe->Click(1);
+        if (clap->host.callbackRequests == 0)
+            return false;
+        clap->plugin->on_main_thread(clap->plugin);
+        return clap->host.dirty > 0;
+    }));
+    EXPECT_TRUE(IsTold({}));
+}
+
+TEST_F(ClapWindowTest, ItAsksForRoomWhenTheHostChangesTheScaleAndAcceptsARefusal)
+{
+    Open(1.0);
+    ASSERT_TRUE(IsSeen());
+    ASSERT_TRUE(clap->gui->set_scale(clap->plugin, 1.5));
+    EXPECT_EQ(clap->host.requestedSize, sizeOf(681, 645));
+    EXPECT_EQ(Size(), sizeOf(681, 645));
+    clap->host.grantsSize = false;
+    ASSERT_TRUE(clap->gui->set_scale(clap->plugin, 2.0));
+    EXPECT_EQ(Size(), sizeOf(681, 645));
+    EXPECT_FALSE(clap->gui->set_scale(clap->plugin, -1.0));
+    EXPECT_FALSE(clap->gui->create(clap->plugin, kClapWindowX11, false)) << "twice";
+    clap->gui->destroy(clap->plugin);
+    EXPECT_FALSE(clap->gui->create(clap->plugin, kClapWindowX11, true)) << "floating";
+    EXPECT_FALSE(clap->gui->create(clap->plugin, "wayland", false));
+    EXPECT_FALSE(clap->gui->show(clap->plugin));
+    for (int i = 0; i < 10; ++i) {
+        Open(1.0);
+        clap->gui->destroy(clap->plugin);
+    }
+    EXPECT_TRUE(eventually([&] { return probe->CountClients() == 0; }));
+}
+
+TEST_F(ClapWindowTest, ARandomUserLeavesNoGestureOpen)
+{
+    Open(1.0);
+    ASSERT_TRUE(IsSeen());
+    clap->Start();
+    std::mt19937 random(17);
+    std::array<float, 512> left{};
+    std::array<float, 512> right{};
+    Notes notes;
+    const auto run = [&] {
+        clap->Run(left.data(), right.data(), 512);
+        std::ranges::move(clap->events.TakeNotes(), std::back_inserter(notes));
+    };
+    for (int i = 0; i < 300; ++i) {
+        // The part of the window without menus and dialogs, which would wait for the user.
+        MoveTo(static_cast<int>(random() % 180), 150 + static_cast<int>(random() % 70));
+        if (i % 3 == 0)
+            probe->Press(1);
+        if (i % 3 == 2)
+            probe->Release(1);
+        clap->events.Value(2, static_cast<double>(random() % 12));
+        run();
+    }
+    probe->Release(1);
+    EXPECT_TRUE(eventually([&] {
+        run();
+        const auto count = [&](const char* kind) {
+            return std::ranges::count_if(
+                notes, [&](const std::string& note) { return note.starts_with(kind); });
+        };
+        return count("begin") == count("end");
+    }));
+    EXPECT_GT(notes.size(), 20u);
+}
+
+}  // namespace
+
+}  // namespace orvane
