@@ -101,7 +101,7 @@ std::uint8_t kindOf(const xcb_generic_event_t& event)
     return event.response_type & 0x7F;
 }
 
-/// The window that receives the event; its field has one of two offsets.
+/// The window that receives the event; its field has one of three offsets.
 xcb_window_t windowOf(const xcb_generic_event_t& event)
 {
     switch (kindOf(event)) {
@@ -113,6 +113,10 @@ xcb_window_t windowOf(const xcb_generic_event_t& event)
     case XCB_ENTER_NOTIFY:
     case XCB_LEAVE_NOTIFY:
         return reinterpret_cast<const xcb_key_press_event_t&>(event).event;
+    case XCB_SELECTION_CLEAR:
+    case XCB_SELECTION_REQUEST:
+    case XCB_SELECTION_NOTIFY:
+        return reinterpret_cast<const xcb_selection_clear_event_t&>(event).owner;
     default:
         return reinterpret_cast<const xcb_expose_event_t&>(event).window;
     }

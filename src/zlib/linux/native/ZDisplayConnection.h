@@ -3,8 +3,10 @@
 
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/linux/native/ZBlitter.h"
+#include "zlib/linux/native/ZDisplayClient.h"
 #include "zlib/linux/native/ZKeyboard.h"
 #include "zlib/linux/native/ZPipeSignalBlock.h"
+#include "zlib/linux/native/ZSelection.h"
 #include "zlib/linux/native/ZXcb.h"
 
 #include <cstdint>
@@ -15,20 +17,6 @@
 
 namespace orvane
 {
-
-/// Receives the display's events for one window. All calls come on the interface thread, under the
-/// interface lock. A client may be destroyed inside any of them.
-class ZDisplayClient
-{
-public:
-    virtual ~ZDisplayClient() = default;
-
-    virtual void HandleEvent(const xcb_generic_event_t& event) = 0;
-    /// Called once for each ZDisplayConnection::PostTo.
-    virtual void HandlePosted() = 0;
-    /// The display is gone, and the window with it.
-    virtual void HandleDisplayLost() = 0;
-};
 
 /// The connection to the display that all windows share: opened for the first window and closed
 /// after the last. The interface thread reads its events. When the server ends, the connection
@@ -65,6 +53,7 @@ public:
     [[nodiscard]] const Format& GetFormat() const { return mFormat; }
     [[nodiscard]] ZBlitter& GetBlitter() { return mBlitter; }
     [[nodiscard]] ZKeyboard& GetKeyboard() { return mKeyboard; }
+    [[nodiscard]] ZSelection& GetSelection() { return mSelection; }
     /// XCB_ATOM_NONE when the display is gone.
     [[nodiscard]] xcb_atom_t GetAtom(const std::string& name);
 
@@ -98,6 +87,7 @@ private:
     ZKeyboard mKeyboard;
     std::map<std::string, xcb_atom_t> mAtoms;
     std::map<xcb_window_t, ZDisplayClient*> mClients;
+    ZSelection mSelection{*this};                         // one of the clients
     std::deque<XcbPointer<xcb_generic_event_t>> mEvents;  // read and not yet dispatched
     bool mDrainPosted = false;
     bool mLossTold = false;

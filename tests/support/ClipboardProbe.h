@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+/// Another program that uses the clipboard of the display that DISPLAY names.
+class ClipboardProbe
+{
+public:
+    ClipboardProbe();
+    ClipboardProbe(const ClipboardProbe&) = delete;
+    ClipboardProbe& operator=(const ClipboardProbe&) = delete;
+    ~ClipboardProbe();
+
+    /// Takes the clipboard, with texts by their target; none of them stands for a program that
+    /// holds something else.
+    void Copy(std::map<std::string, std::string> texts);
+    /// Answers what other programs ask for until the condition is true, within seconds; longer
+    /// texts than partBytes are given out in parts. Returns whether it came to be true.
+    [[nodiscard]] bool Serve(const std::function<bool()>& until, std::size_t partBytes);
+    /// Waits until another program asks, and leaves it without an answer.
+    [[nodiscard]] bool IgnoreRequest();
+    /// Returns the clipboard's content as a target; nothing when it is refused.
+    [[nodiscard]] std::optional<std::string> Paste(const std::string& target);
+    /// Returns the names of the targets that the clipboard's owner offers.
+    [[nodiscard]] std::vector<std::string> PasteTargets();
+
+private:
+    [[nodiscard]] xcb_atom_t Atom(const std::string& name);
+    [[nodiscard]] std::string NameOf(xcb_atom_t atom);
+    void Answer(const xcb_selection_request_event_t& request, std::size_t partBytes);
+    void GivePart(const xcb_property_notify_event_t& change, std::size_t partBytes);
+
+    /// A text that is given out in parts.
+    struct Outgoing
+    {
+        xcb_window_t requestor = XCB_NONE;
+        xcb_atom_t property = XCB_NONE;
+        std::string text;
+        std::size_t given = 0;
+    };
+
+    xcb_connection_t* const mConnection;
+    xcb_window_t mWindow = XCB_NONE;
+    std::map<std::string, std::string> mTexts;
+    std::optional<Outgoing> mOutgoing;
+};
+
+}  // namespace orvane
