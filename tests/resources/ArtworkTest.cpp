@@ -49,9 +49,9 @@ ZImage::Size sizeOfSource(const std::string& name)
     std::ifstream file(kImages / (name + ".svg"));
     const std::string text(std::istreambuf_iterator<char>(file), {});
     const std::size_t tag = std::min(text.find("<svg "), text.size());
-    const auto attribute = [&](const std::string& name) {
-        const std::size_t at = text.find(' ' + name + "=\"", tag);
-        return at != std::string::npos ? std::atoi(text.c_str() + at + name.size() + 3) : 0;
+    const auto attribute = [&](const std::string& key) {
+        const std::size_t at = text.find(' ' + key + "=\"", tag);
+        return at != std::string::npos ? std::atoi(text.c_str() + at + key.size() + 3) : 0;
     };
     return {attribute("width"), attribute("height")};
 }
