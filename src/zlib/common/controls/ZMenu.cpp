@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZNeverDestroyed.h"
 
+#include <cassert>
 #include <utility>
 
 namespace orvane
@@ -40,11 +41,24 @@ const char* ZMenu::GetClassName() const
 void ZMenu::RemoveAllItems()
 {
     mItems.clear();
+    mGroupEnds = false;
 }
 
-void ZMenu::AddItem(const ZString& text, std::int32_t index)
+ZMenu::Item& ZMenu::AddItem(const ZString& text, std::int32_t index)
 {
-    mItems.push_back({text, index, false});
+    Item& item = mItems.emplace_back();
+    item.text = text;
+    item.index = index;
+    item.beginsGroup = std::exchange(mGroupEnds, false);
+    return item;
+}
+
+ZMenu::Item& ZMenu::AddSubmenu(const ZString& text, const boost::shared_ptr<ZMenu>& submenu)
+{
+    assert(submenu && submenu.get() != this);
+    Item& item = AddItem(text, kNoIndex);
+    item.submenu = submenu;
+    return item;
 }
 
 void ZMenu::CheckItem(std::int32_t index, bool on)

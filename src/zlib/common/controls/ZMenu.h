@@ -5,6 +5,8 @@
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZString.h"
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -16,7 +18,8 @@ namespace orvane
 
 class ZWindow;
 
-/// An ordered list of items, each with a text, an index and perhaps a check mark.
+/// An ordered list of items, each with a text, an index and perhaps a check mark. An item can open
+/// another menu; the indices of both then tell the items of both apart.
 /// [interface thread]
 class ZMenu : public ZObject
 {
@@ -27,11 +30,17 @@ public:
         kPopup,
     };
 
+    /// The index of items that cannot be chosen.
+    static constexpr std::int32_t kNoIndex = -1;
+
     struct Item
     {
         ZString text;
         std::int32_t index = 0;  // identifies the item to callers
         bool checked = false;
+        bool enabled = true;               // the user can choose it
+        bool beginsGroup = false;          // a line divides it from the items above
+        boost::shared_ptr<ZMenu> submenu;  // opened by the item; null for none
     };
 
     /// Shows the menu with its top left corner at a point of the screen, waits for the user and
@@ -47,8 +56,12 @@ public:
     [[nodiscard]] const char* GetClassName() const override;
 
     void RemoveAllItems();
-    /// Appends an item.
-    void AddItem(const ZString& text, std::int32_t index);
+    /// Appends an item and returns it; it stays where it is until the next change.
+    Item& AddItem(const ZString& text, std::int32_t index);
+    /// Appends an item that opens a menu, which is not null.
+    Item& AddSubmenu(const ZString& text, const boost::shared_ptr<ZMenu>& submenu);
+    /// Draws a line between the items that are there and the next one.
+    void EndGroup() { mGroupEnds = !mItems.empty(); }
     /// Sets or removes the check mark of the items with that index; there may be none.
     void CheckItem(std::int32_t index, bool on);
     /// Shows the menu as Presenter describes. Returns true with the chosen item's index, or false
@@ -66,6 +79,7 @@ public:
 private:
     Kind mKind;
     std::vector<Item> mItems;
+    bool mGroupEnds = false;  // the next item begins another group
 };
 
 }  // namespace orvane

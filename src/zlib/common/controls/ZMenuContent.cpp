@@ -16,7 +16,7 @@ namespace orvane
 namespace
 {
 
-// In pixels.
+// In units.
 constexpr std::int32_t kBorder = 3;
 constexpr std::int32_t kItemHeight = 19;
 constexpr std::int32_t kArrowHeight = 13;
@@ -47,6 +47,17 @@ void drawArrow(ZDrawingContext& context, const ZRect& rect, bool up, const ZColo
         const std::int32_t row = up ? y - 2 + i : y + 1 - i;
         context.DrawLine(x - i, row, x + i, row);
     }
+}
+
+/// Draws an arrowhead of vertical lines that points right, at the end of an item.
+void drawSubmenuArrow(ZDrawingContext& context, const ZRect& rect, const ZColor& color)
+{
+    const std::int32_t x = rect.right - kRightMargin / 2 - 2;
+    const std::int32_t y = (rect.top + rect.bottom) / 2;
+    context.SetPenColor(color);
+    context.SetPenWidth(1.0f);
+    for (std::int32_t i = 0; i < 4; ++i)
+        context.DrawLine(x + i, y - 3 + i, x + i, y + 3 - i);
 }
 
 void drawCheck(ZDrawingContext& context, const ZRect& rect, const ZColor& color)
@@ -123,11 +134,14 @@ bool ZMenuContent::ScrollTo(std::int32_t first)
 bool ZMenuContent::Highlight(std::int32_t place)
 {
     assert(place >= kNone && place < Count());
-    return std::exchange(mHighlight, place) != place;
+    const std::int32_t enabled = IsEnabled(place) ? place : kNone;
+    return std::exchange(mHighlight, enabled) != enabled;
 }
 
 bool ZMenuContent::HighlightInView(std::int32_t place)
 {
+    if (place == kNone)
+        return Highlight(kNone);
     const std::int32_t first = std::clamp(mFirst, place - mInView + 1, place);
     const bool scrolled = ScrollTo(first);
     return Highlight(place) || scrolled;
@@ -142,8 +156,10 @@ bool ZMenuContent::Mouse(const ZNativeMouseEvent& event)
         return mMoved && Highlight(PlaceAt(event.position));
     case ZNativeMouseEvent::kDown:
     case ZNativeMouseEvent::kDoubleClick:
+    case ZNativeMouseEvent::kContext:
         return Press(event.position);
     case ZNativeMouseEvent::kUp:
+    case ZNativeMouseEvent::kContextUp:
         return Release(event.position);
     case ZNativeMouseEvent::kWheel: {
         const bool scrolled = ScrollTo(mFirst - kWheelItems * event.wheelNotches);
@@ -181,18 +197,23 @@ bool ZMenuContent::Press(const ZPoint& point)
     }
     if (!mArmed)
         return false;
+    mPressed = true;
     if (UpperArrow().Contains(point))
         return ScrollTo(mFirst - 1);
     if (LowerArrow().Contains(point))
         return ScrollTo(mFirst + 1);
-    return Highlight(PlaceAt(point));
+    const std::int32_t place = PlaceAt(point);
+    const bool isNew = Highlight(place);
+    return OpenSubmenu(place, false) || isNew;
 }
 
 bool ZMenuContent::Release(const ZPoint& point)
 {
-    if (!mArmed)
+    if (!mArmed || !(mMoved || mPressed))
         return false;
     const std::int32_t place = PlaceAt(point);
+    if (GetSubmenu(place))
+        return OpenSubmenu(place, false);
     if (place != kNone)
         Choose(place);
     else if (mFirstTouched != kNone && !Frame().Contains(point))
@@ -216,20 +237,20 @@ bool ZMenuContent::Key(const ZNativeKeyEvent& event)
     }
     switch (event.code) {
     case kKeyUp:
-        return HighlightInView(mHighlight <= 0 ? Count() - 1 : mHighlight - 1);
+        return HighlightInView(Next(mHighlight == kNone ? Count() : mHighlight, -1));
     case kKeyDown:
-        return HighlightInView((mHighlight + 1) % Count());
+        return HighlightInView(Next(mHighlight, 1));
     case kKeyHome:
-        return HighlightInView(0);
+        return HighlightInView(Next(kNone, 1));
     case kKeyEnd:
-        return HighlightInView(Count() - 1);
+        return HighlightInView(Next(Count(), -1));
     case kKeyPageUp:
         return Step(-mInView);
     case kKeyPageDown:
         return Step(mInView);
     case kKeyReturn:
     case kKeySpace:
-        if (mHighlight != kNone)
+        if (mHighlight != kNone && !OpenSubmenu(mHighlight, true))
             Choose(mHighlight);
         return false;
     default:
@@ -239,7 +260,45 @@ bool ZMenuContent::Key(const ZNativeKeyEvent& event)
 
 bool ZMenuContent::Step(std::int32_t by)
 {
-    return HighlightInView(std::clamp(std::max(mHighlight, 0) + by, 0, Count() - 1));
+    const std::int32_t place = std::clamp(std::max(mHighlight, 0) + by, 0, Count() - 1);
+    return HighlightInView(IsEnabled(place) ? place : Next(place, by > 0 ? -1 : 1));
+}
+
+std::int32_t ZMenuContent::Next(std::int32_t place, std::int32_t direction) const
+{
+    assert(direction == 1 || direction == -1);
+    std::int32_t next = place;
+    for (std::int32_t i = 0; i < Count(); ++i) {
+        next = (next + direction + Count()) % Count();
+        if (IsEnabled(next))
+            return next;
+    }
+    return std::clamp(place, kNone, Count() - 1);
+}
+
+bool ZMenuContent::IsEnabled(std::int32_t place) const
+{
+    return place != kNone && At(place).enabled;
+}
+
+const ZMenu::Item& ZMenuContent::At(std::int32_t place) const
+{
+    assert(place >= 0 && place < Count());
+    return mItems[static_cast<std::size_t>(place)];
+}
+
+boost::shared_ptr<ZMenu> ZMenuContent::GetSubmenu(std::int32_t place) const
+{
+    return place != kNone && At(place).enabled ? At(place).submenu : nullptr;
+}
+
+bool ZMenuContent::OpenSubmenu(std::int32_t place, bool byKey)
+{
+    if (!GetSubmenu(place))
+        return false;
+    if (mOpenSubmenu)
+        mOpenSubmenu(place, byKey);
+    return true;
 }
 
 bool ZMenuContent::FindLetter(const ZString& text)
@@ -250,7 +309,7 @@ bool ZMenuContent::FindLetter(const ZString& text)
     // Starts behind the highlighted item and ends with that item itself.
     for (std::int32_t i = 1; i <= Count(); ++i) {
         const std::int32_t place = (mHighlight + i) % Count();
-        if (firstLetter(mItems[static_cast<std::size_t>(place)].text) == letter)
+        if (IsEnabled(place) && firstLetter(At(place).text) == letter)
             return HighlightInView(place);
     }
     return false;
@@ -269,8 +328,10 @@ void ZMenuContent::Dismiss()
 void ZMenuContent::Choose(std::int32_t place)
 {
     assert(place >= 0 && place < Count());
+    if (!IsEnabled(place))
+        return;
     if (!mHasEnded)
-        mChosen = mItems[static_cast<std::size_t>(place)].index;
+        mChosen = At(place).index;
     End();
 }
 
@@ -293,14 +354,21 @@ void ZMenuContent::Draw(ZDrawingContext& context)
 
 void ZMenuContent::DrawItem(ZDrawingContext& context, std::int32_t place) const
 {
-    const ZMenu::Item& item = mItems[static_cast<std::size_t>(place)];
+    const ZMenu::Item& item = At(place);
     const ZRect rect = GetItemRect(place);
     const bool isHighlighted = place == mHighlight;
-    const ZColor& color = isHighlighted ? ZPanelStyle::kAccentText : ZPanelStyle::kText;
+    const ZColor& color = !item.enabled   ? ZPanelStyle::kFaintText
+                          : isHighlighted ? ZPanelStyle::kAccentText
+                                          : ZPanelStyle::kText;
     if (isHighlighted)
         ZPanelStyle::fill(context, rect, ZPanelStyle::kAccent);
+    if (item.beginsGroup)
+        ZPanelStyle::fill(context, {rect.left, rect.top, rect.right, rect.top + 1},
+                          ZPanelStyle::kHighlight);
     if (item.checked)
         drawCheck(context, rect, color);
+    if (item.submenu)
+        drawSubmenuArrow(context, rect, color);
     const ZRect text{rect.left + kCheckWidth, rect.top + kTextTop, rect.right, rect.bottom};
     ZPanelStyle::drawLine(context, item.text, text, ZPanelStyle::kAlignLeft, color);
 }

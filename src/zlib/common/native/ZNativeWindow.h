@@ -27,6 +27,8 @@ struct ZNativeMouseEvent
         kDoubleClick,  // replaces the second kDown
         kWheel,
         kLeave,
+        kContext,    // the right button went down
+        kContextUp,  // and up again
     };
 
     Action action = kMove;

@@ -6,6 +6,7 @@
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
@@ -17,6 +18,7 @@
 #include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindowManager.h"
+#include "zlib/common/views/ZWindowMenu.h"
 #include "zlib/common/views/ZWindowTimers.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -55,6 +57,7 @@ ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
     if (const auto changes = xml->GetChild("documentchange"))
         AddDocumentTypes(*changes);
     BuildViews(*xml);
+    MakeContextMenu(*xml);
     if (const auto managers = xml->GetChild("windowmanagers"))
         AddWindowManagers(*managers);
     ComposeTitle();
@@ -86,6 +89,18 @@ void ZWindow::BuildViews(const ZXMLElement& xml)
     mRootView->SetBoundsSize(GetWidth(), GetHeight());
     mRootView->SetContext(mContext);
     mRootView->LayoutSubviews(xml);
+}
+
+void ZWindow::MakeContextMenu(const ZXMLElement& xml)
+{
+    auto* const application = dynamic_cast<ZApplication*>(GetLooper());
+    const auto menu = application ? xml.GetChild("contextmenu") : nullptr;
+    if (!menu)
+        return;
+    mContextMenu = boost::dynamic_pointer_cast<ZWindowMenu>(
+        application->GetClassRegistry().Create(menu->GetAttributeOr("class", ""), menu));
+    if (!mContextMenu)
+        throw ZException("The context menu of window '" + GetName() + "' is of another class");
 }
 
 void ZWindow::AddWindowManagers(const ZXMLElement& xml)

@@ -38,6 +38,7 @@ class ZView;
 class ZWindowFilter;
 class ZWindowHost;
 class ZWindowManager;
+class ZWindowMenu;
 class ZXMLElement;
 
 /// A window that a description defines. It owns the root view, the drawing context that all its
@@ -167,6 +168,10 @@ public:
     /// Gives the keyboard to this view; the view before is told and repainted. Null for none.
     void SetFocusView(ZView* view) { mKeys.SetFocus(view); }
     [[nodiscard]] ZView* GetFocusView() const { return mKeys.GetFocus(); }
+    /// Opens the context menu, if the description gives the window one, at a point of the window
+    /// for a view; null for none. Nothing opens while a view holds the capture or a dialog is open.
+    /// The window may be gone when the call returns.
+    void ShowContextMenu(ZView* view, const ZPoint& point);
     /// Forgets a view that leaves as hover, captured, focus, idle and navigable view.
     void ForgetView(ZView* view);
     /// Registers the rectangle of a view that has a tooltip; rect is in window coordinates.
@@ -221,6 +226,7 @@ protected:
 private:
     // Construction.
     void BuildViews(const ZXMLElement& xml);
+    void MakeContextMenu(const ZXMLElement& xml);
 
     // Messages.
     void SendToRoot(const boost::shared_ptr<const ZMessage>& message);
@@ -244,6 +250,7 @@ private:
     [[nodiscard]] ZRect GetPixelRect() const;
     /// Paints beside the picture that the window of the system shows.
     [[nodiscard]] const ZBitmap& RenderBeside(const ZDeviceScale& scale);
+    [[nodiscard]] ZView* FindTopView(ZPoint point) const;
     void SizeChanged();
     void ReleaseCapture();
     void ComposeTitle();
@@ -272,6 +279,7 @@ private:
     ZWindowKeys mKeys;
     ZWindowFrames mFrames;
     ZWindowTooltip mTooltip;
+    boost::shared_ptr<ZWindowMenu> mContextMenu;  // null for none
     std::unique_ptr<ZNativeWindow> mNativeWindow;
 };
 

@@ -10,6 +10,7 @@
 #include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindow.h"
 #include "zlib/common/views/ZWindowHost.h"
+#include "zlib/common/views/ZWindowMenu.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -169,11 +170,39 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
         return send(ZMOUSEUP, "UpPoint");
     case ZNativeMouseEvent::kDoubleClick:
         return send(ZMOUSEDOUBLECLICK, "ClickPoint");
+    case ZNativeMouseEvent::kContext:
+        if (!mModality.PassFocus() && mNativeWindow)
+            mNativeWindow->SetFocus();
+        return ShowContextMenu(FindTopView(position), position);
     case ZNativeMouseEvent::kLeave:
         return mPointer.LeaveHover();
+    case ZNativeMouseEvent::kContextUp:
     case ZNativeMouseEvent::kWheel:
         return;
     }
+}
+
+/// Returns the view that a click at the point goes to.
+ZView* ZWindow::FindTopView(ZPoint point) const
+{
+    ZView* view = mRootView.get();
+    while (const auto child = view->FindSubviewAt(point)) {
+        const ZPoint origin = child->GetOriginInParent();
+        point = {point.x - origin.x, point.y - origin.y};
+        view = child.get();
+    }
+    return view;
+}
+
+void ZWindow::ShowContextMenu(ZView* view, const ZPoint& point)
+{
+    assert(ZInterfaceLock::IsHeld());
+    if (!mContextMenu || mModalDisabled || mModality.FindBlocker() || mPointer.GetCaptured())
+        return;
+    mTooltip.Hide();
+    mPointer.LeaveHover();
+    const auto menu = mContextMenu;
+    menu->Show(*this, view, point);
 }
 
 bool ZWindow::NativeKey(const ZNativeKeyEvent& event)

@@ -12,6 +12,7 @@ namespace
 
 using Event = ZNativeMouseEvent;
 
+constexpr xcb_button_t kContextButton = 3;
 constexpr xcb_button_t kWheelUp = 4;
 constexpr xcb_button_t kWheelDown = 5;
 
@@ -39,7 +40,7 @@ Event makeEvent(Event::Action action, const xcb_generic_event_t& event)
     return made;
 }
 
-/// The left and the middle button act alike. The right one is left to context menus.
+/// The left and the middle button act alike. The right one opens context menus.
 bool isButton(xcb_button_t button)
 {
     return button == 1 || button == 2;
@@ -74,6 +75,8 @@ std::optional<ZNativeMouseEvent> ZMouse::Translate(const xcb_generic_event_t& ev
         if (isButton(button.detail) && (mHeld == kNoButton || mHeld == button.detail)) {
             mHeld = kNoButton;
             made = makeEvent(Event::kUp, event);
+        } else if (button.detail == kContextButton && mHeld == kNoButton) {
+            made = makeEvent(Event::kContextUp, event);
         }
         break;
     default:
@@ -101,12 +104,16 @@ std::optional<ZNativeMouseEvent> ZMouse::Press(const xcb_button_press_event_t& e
         made.wheelNotches = event.detail == kWheelUp ? 1 : -1;
         return made;
     }
-    if (!isButton(event.detail))
+    if (!isButton(event.detail) && event.detail != kContextButton)
         return std::nullopt;
     // Another button does not take part in a drag. A button whose release went to another window is
     // known to be up by the state.
     if (mHeld != kNoButton && wasDown(mHeld, event.state))
         return std::nullopt;
+    if (event.detail == kContextButton) {
+        mHeld = kNoButton;
+        return makeEvent(Event::kContext, generic);
+    }
     mHeld = event.detail;
     const bool isSecond = IsSecondClick(event);
     mLastPress = isSecond ? xcb_button_press_event_t{} : event;

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -149,6 +150,53 @@ TEST_F(LittleWindowsTest, MenuClosesWithoutTheFocusItsWindowOrTheDisplay)
     display->Kill();
     EXPECT_TRUE(waitFor([this] { return ended.load(); }));
     EXPECT_FALSE(chosen.has_value());
+}
+
+TEST_F(LittleWindowsTest, SubmenusOpenByKeyAndByARestingPointerAndStayOnTheMonitor)
+{
+    const auto inner = boost::make_shared<ZMenu>("inner", ZMenu::Kind::kPopup);
+    inner->AddItem("One", 100);
+    inner->AddItem("Two", 101);
+    const auto outer = boost::make_shared<ZMenu>("outer", ZMenu::Kind::kPopup);
+    outer->AddItem("First", 50);
+    outer->AddSubmenu("More", inner);
+    menu.AddSubmenu("Outer", outer);
+    const auto count = [this] { return probe->GetChildren(probe->GetRoot()).size(); };
+    const auto comes = [&](std::size_t menus) {
+        return waitFor([&] { return count() == before.size() + menus; });
+    };
+    const auto type = [this](std::initializer_list<std::uint32_t> keys) {
+        for (const std::uint32_t key : keys)
+            probe->TypeKey(key);
+    };
+    OpenMenu({100, 120});
+    type({XKB_KEY_End, XKB_KEY_Right, XKB_KEY_Down, XKB_KEY_Return});
+    EXPECT_TRUE(comes(3));
+    type({XKB_KEY_Escape});
+    EXPECT_TRUE(comes(2)) << "Escape closes the last menu";
+    type({XKB_KEY_Right, XKB_KEY_Left, XKB_KEY_Right, XKB_KEY_Down, XKB_KEY_Return});
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(chosen, 101);
+
+    // In the corner of the screen the submenu opens to the left.
+    OpenMenu({1000, 760});
+    const xcb_rectangle_t place = probe->GetPlace(FindNew());
+    const int last = place.y + place.height - 10;
+    probe->MovePointer(place.x + 30, last - 3 * 19);
+    probe->MovePointer(place.x + 40, last);
+    EXPECT_TRUE(comes(2)) << "the pointer rests on the item";
+    const xcb_rectangle_t left = probe->GetPlace(probe->GetChildren(probe->GetRoot()).back());
+    EXPECT_LT(left.x, place.x);
+    EXPECT_LE(left.x + left.width, place.x + 8);
+    EXPECT_EQ(left.y + left.height, 768);
+    // On the way to it the pointer crosses another item without closing it.
+    probe->MovePointer(place.x + 10, last - 19);
+    probe->MovePointer(left.x + left.width - 20, left.y + 12);
+    EXPECT_TRUE(ShowsAt(left.x + 5, left.y + 12, 0x961820)) << "the item is highlighted";
+    EXPECT_TRUE(ShowsAt(place.x + 5, last, 0x961820)) << "so is the one that it belongs to";
+    probe->Click(1);
+    ASSERT_TRUE(Ends());
+    EXPECT_EQ(chosen, 50);
 }
 
 TEST_F(LittleWindowsTest, MessageBoxClosesByItsButtonOrWithTheLastApplication)

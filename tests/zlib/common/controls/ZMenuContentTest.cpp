@@ -3,9 +3,12 @@
 
 #include "zlib/common/native/ZKeyCode.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace orvane
 {
@@ -177,6 +180,55 @@ TEST_F(ZMenuContentTest, ScrollsIfItsWindowIsTooLow)
     const auto low = makeContent({"a", "b", "c", "d", "e", "f"}, 50);
     low->SetSize({low->GetSize().x, 80});
     EXPECT_FALSE(low->GetItemRect(5).IsEmpty()) << "it opens with the checked item in view";
+}
+
+TEST_F(ZMenuContentTest, TheReleaseOfTheOpeningPressChoosesOnlyAfterAMove)
+{
+    content.StartAt(Middle(3));
+    content.ArmButtons();
+    Send(Mouse::kContextUp, Middle(3));
+    EXPECT_EQ(ends, 0) << "held for long without a move";
+    Send(Mouse::kMove, Middle(4));
+    Send(Mouse::kContextUp, Middle(4));
+    EXPECT_EQ(content.GetChosen(), 40);
+}
+
+TEST_F(ZMenuContentTest, DisabledItemsArePassedOverAndSubmenusAreOpened)
+{
+    ZMenu menu("menu", ZMenu::Kind::kPopup);
+    menu.AddItem("Info", 0).enabled = false;
+    menu.AddItem("Bass", 1);
+    menu.AddSubmenu("Tenor", boost::make_shared<ZMenu>("sub", ZMenu::Kind::kPopup));
+    menu.AddItem("Tacet", 3).enabled = false;
+    OpenMenuContent nested(menu);
+    nested.SetSize(nested.GetSize());
+    std::vector<std::pair<std::int32_t, bool>> opened;
+    nested.SetSubmenuOpener(
+        [&](std::int32_t place, bool byKey) { opened.emplace_back(place, byKey); });
+    const auto key = [&](std::uint8_t code, const char* text = "") {
+        nested.Key({.code = code, .text = ZString(text)});
+        return nested.GetHighlight();
+    };
+    EXPECT_EQ(key(kKeyDown), 1);
+    EXPECT_EQ(key(kKeyDown), 2);
+    EXPECT_EQ(key(kKeyDown), 1);
+    EXPECT_EQ(key(kKeyEnd), 2);
+    EXPECT_EQ(key(kKeyPageUp), 1);
+    EXPECT_EQ(key('T', "t"), 2);
+    EXPECT_EQ(key('I', "i"), 2);
+    key(kKeyReturn);
+    const auto at = [&](std::int32_t place) {
+        const ZRect rect = nested.GetItemRect(place);
+        return ZPoint{rect.left + 30, rect.top + 5};
+    };
+    nested.ArmButtons();
+    nested.Mouse({.action = Mouse::kMove, .position = at(3)});
+    nested.Mouse({.action = Mouse::kDown, .position = at(3)});
+    EXPECT_EQ(nested.GetHighlight(), -1);
+    nested.Mouse({.action = Mouse::kUp, .position = at(3)});
+    nested.Mouse({.action = Mouse::kDown, .position = at(2)});
+    EXPECT_EQ(opened, (std::vector<std::pair<std::int32_t, bool>>{{2, true}, {2, false}}));
+    EXPECT_FALSE(nested.GetChosen().has_value());
 }
 
 }  // namespace orvane

@@ -6,8 +6,10 @@
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/objects/ZException.h"
 #include "zlib/common/views/WindowFixture.h"
 #include "zlib/common/views/ZPluginWindow.h"
+#include "zlib/common/views/ZWindowMenu.h"
 #include "zlib/common/views/ZWindowTimers.h"
 
 namespace orvane
@@ -25,6 +27,19 @@ const std::string kCommands =
     "</commandlist>\n"
     "<documentmanager name=\"Test File\" type=\"sdi\"><documenttypes>"
     "<doctype class=\"ZAudioDocumentClass\" name=\"Plain\" /></documenttypes></documentmanager>\n";
+
+/// A context menu that writes down where it is asked for.
+class NotedMenu : public ZWindowMenu
+{
+public:
+    using ZWindowMenu::ZWindowMenu;
+
+    void Show(ZWindow& /*window*/, ZView* view, const ZPoint& point) override
+    {
+        TestView::log.push_back("menu " + (view ? view->GetName() : "none") + " " +
+                                std::to_string(point.x) + "," + std::to_string(point.y));
+    }
+};
 
 /// Makes windows that have no window of the system.
 class ZWindowTest : public WindowFixture
@@ -274,6 +289,29 @@ TEST_F(ZWindowTest, RunsTheCommandOfAKeyAndClosesByItsStyle)
     EXPECT_EQ(documentsAfterClose("hide"), 1);
     EXPECT_EQ(documentsAfterClose("app"), 1);
     EXPECT_EQ(documentsAfterClose("doc"), 0);
+}
+
+TEST_F(ZWindowTest, TheRightButtonOpensTheContextMenuOfWhatIsUnderIt)
+{
+    mApp->GetClassRegistry().AddStandard<NotedMenu>("NotedMenuClass");
+    const auto window = Make(windowType("", "<contextmenu class=\"NotedMenuClass\" />"));
+    window->Show();
+    TestView::TakeLog();
+    EXPECT_EQ(Send(*window, {.action = Mouse::kContext, .position = {15, 12}}),
+              (Log{"menu a 15,12"}));
+    EXPECT_EQ(Send(*window, {.action = Mouse::kContext, .position = {50, 40}}),
+              (Log{"menu main 50,40"}));
+    EXPECT_EQ(Send(*window, {.action = Mouse::kContextUp, .position = {15, 12}}), Log{});
+    window->ShowContextMenu(nullptr, {1, 2});
+    EXPECT_EQ(TestView::TakeLog(), (Log{"menu none 1,2"}));
+    window->SetCapturedView(&View(*window, "b"));
+    EXPECT_EQ(Send(*window, {.action = Mouse::kContext, .position = {15, 12}}), Log{})
+        << "a drag is under way";
+
+    EXPECT_EQ(Send(*MakeShown(), {.action = Mouse::kContext, .position = {15, 12}}), Log{})
+        << "the description has no menu";
+    mApp->GetClassRegistry().AddStandard<TestView>("WrongClass");
+    EXPECT_THROW(Make(windowType("", "<contextmenu class=\"WrongClass\" />")), ZException);
 }
 
 }  // namespace orvane

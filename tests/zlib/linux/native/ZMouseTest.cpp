@@ -57,9 +57,11 @@ TEST(ZMouseTest, OnlyTheButtonThatBeganADragEndsIt)
     EXPECT_EQ(translate(mouse, kPress, 1), Action::kDown);
     EXPECT_EQ(translate(mouse, kPress, 2, XCB_BUTTON_MASK_1), std::nullopt);
     EXPECT_EQ(translate(mouse, kRelease, 2, XCB_BUTTON_MASK_1), std::nullopt);
+    EXPECT_EQ(translate(mouse, kPress, 3, XCB_BUTTON_MASK_1), std::nullopt);
+    EXPECT_EQ(translate(mouse, kRelease, 3, XCB_BUTTON_MASK_1), std::nullopt);
     EXPECT_EQ(translate(mouse, kRelease, 1, XCB_BUTTON_MASK_1), Action::kUp);
-    EXPECT_EQ(translate(mouse, kPress, 3), std::nullopt);
-    EXPECT_EQ(translate(mouse, kRelease, 3, XCB_BUTTON_MASK_3), std::nullopt);
+    EXPECT_EQ(translate(mouse, kPress, 3), Action::kContext);
+    EXPECT_EQ(translate(mouse, kRelease, 3, XCB_BUTTON_MASK_3), Action::kContextUp);
     EXPECT_EQ(translate(mouse, kPress, 2), Action::kDown);
     EXPECT_EQ(translate(mouse, kPress, 1), Action::kDown) << "the release went to another window";
     EXPECT_EQ(translate(mouse, kRelease, 1, XCB_BUTTON_MASK_1), Action::kUp);
