@@ -77,6 +77,20 @@ TEST_F(KestruneCorrectionMeterTest, BarRisesAndFallsFromTheMiddle)
     EXPECT_EQ(BarOf(*meter, 7.0f), none) << "an empty range";
 }
 
+TEST_F(KestruneCorrectionMeterTest, ScaleIsDrawnOverTheDefaultFrameToo)
+{
+    const auto meter = bench.Make<KestruneCorrectionMeter>(
+        "<view><element target=\"correctionMeter\"/>"
+        "<rect name=\"bounds\" left=\"0\" top=\"0\" width=\"42\" height=\"270\"/></view>",
+        42, 270);
+    const auto picture = ViewBench::Paint(*meter);
+    bool isLabelled = false;
+    for (std::int32_t y = 127; y < 144; ++y)
+        for (std::int32_t x = 0; x < 24; ++x)
+            isLabelled = isLabelled || (picture->At(x, y) & 0xffu) > 0x80u;
+    EXPECT_TRUE(isLabelled);
+}
+
 TEST_F(KestruneCorrectionMeterTest, RepaintsTheBarOnlyWhenItsValueHasChanged)
 {
     const auto meter = Make();

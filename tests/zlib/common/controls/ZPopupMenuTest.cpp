@@ -104,6 +104,20 @@ TEST_F(ZPopupMenuTest, ViewAndItemsMayBeGoneWhenTheMenuReturns)
     EXPECT_EQ(element->GetDiscrete(), 0) << "the chosen item no longer exists";
 }
 
+TEST_F(ZPopupMenuTest, LongTextEndsBeforeTheArrows)
+{
+    const auto paintedFrom = [this](const char* text, std::int32_t left) {
+        Paint(*MakeMenu(MakeDiscrete({text})));
+        std::vector<std::uint32_t> pixels;
+        for (std::int32_t y = 0; y < 20; ++y)
+            for (std::int32_t x = left; x < 110; ++x)
+                pixels.push_back(canvas->At(x, y));
+        return pixels;
+    };
+    EXPECT_EQ(paintedFrom("Down Augmented Augmented 4th", 93), paintedFrom("", 93));
+    EXPECT_NE(paintedFrom("Down Augmented Augmented 4th", 60), paintedFrom("", 60));
+}
+
 TEST_F(ZPopupMenuTest, OpensOnlyWithAnElement)
 {
     const auto menu = MakeMenu(nullptr);

@@ -43,6 +43,14 @@ TEST_F(ZBasicViewsTest, ClicksOnTheLogoShowAndHideTheVersion)
     EXPECT_FALSE(logo->ShowsVersion()) << "without a window no timer would end it";
 }
 
+TEST_F(ZBasicViewsTest, GroupBoxesHaveOneLineOfLightBelow)
+{
+    const auto bevel = Make<ZBevelView>("radius=\"5\"", "", "width=\"100\" height=\"30\"");
+    Paint(*bevel);
+    EXPECT_GT(canvas->At(50, 30) & 0xffu, 0xf0u);
+    EXPECT_LT(canvas->AlphaAt(90, 29), 24u);
+}
+
 TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
 {
     const auto radiusOf = [&](const std::string& size) {
