@@ -79,8 +79,8 @@ private:
 {
     int status = 1;
     try {
-        PluginInstance plugin(library);
-        const RenderResult result = renderOffline(request, plugin, [&sender](std::int64_t frames) {
+        const auto plugin = openPlugin(library);
+        const RenderResult result = renderOffline(request, *plugin, [&sender](std::int64_t frames) {
             sender.Send(kFramesLine, std::to_string(frames));
         });
         for (const std::string& note : result.notes)

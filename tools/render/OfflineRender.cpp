@@ -194,6 +194,7 @@ RenderResult renderOffline(const RenderRequest& request, PluginInstance& plugin,
         request.format.empty() ? reader.Format() : parseFormat(request.format, reader.Format());
     requireFittingName(request.output, result.format);
     result.plugin = plugin.Name();
+    result.interface = plugin.Format();
     const PluginSettings settings(plugin);
     EventSchedule events = scheduled(request, settings, rate, result.notes);
     prepare(plugin, settings, rate, request, result.notes);

@@ -55,6 +55,7 @@ struct RenderResult
 {
     SoundFormat format;           // of the output
     std::string plugin;           // its name
+    std::string interface;        // by which it was hosted
     std::string program;          // name of the current program
     RenderSettings settings;      // in force when the render started
     CurrentScale scale;           // in force when the render started

@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "pluginwrappers/interface/AEffect.h"
-#include "pluginwrappers/interface/VstOpcodes.h"
 #include "tools/render/MidiFile.h"
-#include "tools/render/OfflineHost.h"
-#include "tools/render/PluginLibrary.h"
 #include "tools/render/SoundFile.h"
 #include "tools/render/WindowShot.h"
 
-#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -19,46 +14,47 @@
 namespace orvane
 {
 
-/// Hosts one instance of a plug-in through the published interface. Each object is used by the one
+/// Hosts one instance of a stereo plug-in, whatever its interface. Each object is used by the one
 /// thread that created it, as the plug-in's main thread and audio thread in one.
 class PluginInstance
 {
 public:
-    /// Loads a library and opens an instance of its plug-in. Throws ZException when the file is not
-    /// a plug-in, or not a stereo plug-in with processReplacing.
-    explicit PluginInstance(const std::filesystem::path& library);
+    PluginInstance() = default;
     PluginInstance(const PluginInstance&) = delete;
     PluginInstance& operator=(const PluginInstance&) = delete;
-    ~PluginInstance();
+    virtual ~PluginInstance() = default;
 
-    /// Sets the sample rate, in Hz, and the longest block. Call before Start.
-    void SetFormat(int rate, int blockFrames);
+    /// Sets the sample rate, in Hz, and the longest block. Call once, before anything but
+    /// parameters' names and what the plug-in is called.
+    virtual void SetFormat(int rate, int blockFrames) = 0;
     /// Switches processing on. Process may be called from then on.
-    void Start();
+    virtual void Start() = 0;
     /// Sets the frame of the input at which the next block starts; negative before the input.
-    void MoveTo(std::int64_t frame) { mFrame = frame; }
+    virtual void MoveTo(std::int64_t frame) = 0;
     /// Latency in frames, as the plug-in reported it last; call after Start.
-    [[nodiscard]] int Latency() const { return mLatency; }
+    [[nodiscard]] virtual int Latency() const = 0;
     /// Processes the frames [first, first + count) of input into those of output; count is at most
     /// the longest block. Call after Start.
-    void Process(StereoBlock& input, StereoBlock& output, int first, int count);
+    virtual void Process(StereoBlock& input, StereoBlock& output, int first, int count) = 0;
     /// Sends messages that take effect at the start of the next block.
-    void Send(std::span<const MidiEvent> events);
+    virtual void Send(std::span<const MidiEvent> events) = 0;
 
-    [[nodiscard]] int ParameterCount() const { return mEffect->numParams; }
-    [[nodiscard]] std::string ParameterName(int index) const;
+    [[nodiscard]] virtual int ParameterCount() const = 0;
+    [[nodiscard]] virtual std::string ParameterName(int index) const = 0;
+    /// The name by which the plug-in itself knows the parameter; empty when its interface has none.
+    [[nodiscard]] virtual std::string ParameterSymbol(int index) const = 0;
     /// The current value as the plug-in displays it.
-    [[nodiscard]] std::string ParameterText(int index) const;
+    [[nodiscard]] virtual std::string ParameterText(int index) const = 0;
     /// The current value, 0 to 1.
-    [[nodiscard]] float Parameter(int index) const;
-    void SetParameter(int index, float value);
+    [[nodiscard]] virtual float Parameter(int index) const = 0;
+    virtual void SetParameter(int index, float value) = 0;
 
-    [[nodiscard]] int ProgramCount() const { return mEffect->numPrograms; }
+    [[nodiscard]] virtual int ProgramCount() const = 0;
     /// Empty when the plug-in gives no name.
-    [[nodiscard]] std::string ProgramName(int index) const;
+    [[nodiscard]] virtual std::string ProgramName(int index) const = 0;
     /// Index of the current program.
-    [[nodiscard]] int Program() const { return static_cast<int>(Ask(effGetProgram)); }
-    void SetProgram(int index);
+    [[nodiscard]] virtual int Program() const = 0;
+    virtual void SetProgram(int index) = 0;
 
     /// What a chunk holds: all programs or the current one.
     enum class Extent
@@ -66,53 +62,34 @@ public:
         kBank,
         kProgram,
     };
-    /// Whether the plug-in saves its state as chunks.
-    [[nodiscard]] bool HasChunks() const { return (mEffect->flags & effFlagsProgramChunks) != 0; }
+    /// Whether the plug-in saves its state as chunks, and whether also all its programs in one.
+    [[nodiscard]] virtual bool HasChunks() const = 0;
+    [[nodiscard]] virtual bool HasBanks() const = 0;
     /// The plug-in's state in its own format; empty when it gives none. Requires HasChunks.
-    [[nodiscard]] std::string Chunk(Extent extent) const;
+    [[nodiscard]] virtual std::string Chunk(Extent extent) const = 0;
     /// Whether the chunks are XML text with the programs as elements, as those of the product are.
     [[nodiscard]] bool HasTextState() const;
     /// Returns false when the plug-in refuses the chunk. Requires HasChunks.
-    [[nodiscard]] bool SetChunk(std::string chunk, Extent extent);
+    [[nodiscard]] virtual bool SetChunk(std::string chunk, Extent extent) = 0;
 
     /// The current picture of the plug-in's window. Throws ZException when the plug-in has no such
     /// extension.
-    [[nodiscard]] WindowPixels Window(float scale) const;
+    [[nodiscard]] virtual WindowPixels Window(float scale) const = 0;
 
-    /// The plug-in's effect name, or else the name of its file without the ending.
-    [[nodiscard]] std::string Name() const;
-    [[nodiscard]] std::string Vendor() const;
-    [[nodiscard]] int Version() const { return mEffect->version; }
-    [[nodiscard]] std::uint32_t UniqueId() const
-    {
-        return static_cast<std::uint32_t>(mEffect->uniqueID);
-    }
-    [[nodiscard]] int Inputs() const { return mEffect->numInputs; }
-    [[nodiscard]] int Outputs() const { return mEffect->numOutputs; }
+    /// The interface that the plug-in is hosted by, "VST 2.4" or "LV2".
+    [[nodiscard]] virtual std::string Format() const = 0;
+    /// The plug-in's name, or else that of its file without the ending.
+    [[nodiscard]] virtual std::string Name() const = 0;
+    [[nodiscard]] virtual std::string Vendor() const = 0;
+    [[nodiscard]] virtual std::string Version() const = 0;
+    /// The name by which hosts keep the plug-in in projects.
+    [[nodiscard]] virtual std::string Identity() const = 0;
 
-private:
-    struct Closer
-    {
-        void operator()(AEffect* effect) const;
-    };
-
-    static std::intptr_t hostCallback(AEffect* effect, std::int32_t opcode, std::int32_t index,
-                                      std::intptr_t value, void* ptr, float opt);
-
-    std::intptr_t Ask(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
-                      void* ptr = nullptr, float opt = 0.0f) const;
-    [[nodiscard]] std::string AskText(std::int32_t opcode, std::int32_t index = 0,
-                                      std::intptr_t value = 0) const;
-    void RequireStereo() const;
-
-    std::filesystem::path mFile;
-    PluginLibrary mLibrary;
-    OfflineHost mHost;
-    std::atomic<int> mLatency{
-        0};  // written by any thread of the plug-in, read by the thread of this object
-    std::unique_ptr<AEffect, Closer> mEffect;
-    std::int64_t mFrame = 0;  // at which the next block starts
-    bool mIsOn = false;
+    static constexpr int kChannels = 2;  // inputs, and outputs
 };
+
+/// Opens an instance of the plug-in in a VST library. Throws ZException when the file holds no
+/// stereo plug-in that gives an output of its own.
+[[nodiscard]] std::unique_ptr<PluginInstance> openPlugin(const std::filesystem::path& file);
 
 }  // namespace orvane

@@ -14,19 +14,6 @@ namespace
 constexpr int kRate = 44100;  // Hz; the latency depends on it
 constexpr int kBlockFrames = 512;
 
-/// The four characters of a unique id, quoted; empty unless all four are printable.
-std::string characters(std::uint32_t id)
-{
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        const auto c = static_cast<unsigned char>(id >> shift & 0xFFu);
-        if (c < ' ' || c > '~')
-            return {};
-        text += static_cast<char>(c);
-    }
-    return " '" + text + "'";
-}
-
 std::string parameterLines(const PluginInstance& plugin)
 {
     std::string text = fmt::format("parameters  {}\n", plugin.ParameterCount());
@@ -53,9 +40,10 @@ std::string describePlugin(PluginInstance& plugin)
     std::string text = fmt::format("name        {}\n", plugin.Name());
     text += fmt::format("vendor      {}\n", plugin.Vendor());
     text += fmt::format("version     {}\n", plugin.Version());
-    text += fmt::format("unique id   {:08X}{}\n", plugin.UniqueId(), characters(plugin.UniqueId()));
-    text += fmt::format("inputs      {}\n", plugin.Inputs());
-    text += fmt::format("outputs     {}\n", plugin.Outputs());
+    text += fmt::format("interface   {}\n", plugin.Format());
+    text += fmt::format("unique id   {}\n", plugin.Identity());
+    text += fmt::format("inputs      {}\n", PluginInstance::kChannels);
+    text += fmt::format("outputs     {}\n", PluginInstance::kChannels);
     text += fmt::format("latency     {} samples at {} Hz\n", plugin.Latency(), kRate);
     return text + parameterLines(plugin) + programLines(plugin);
 }

@@ -82,8 +82,10 @@ PluginSettings::PluginSettings(PluginInstance& plugin)
 {
     for (int i = 0; i < plugin.ParameterCount(); ++i) {
         const std::string name = plugin.ParameterName(i);
+        const std::string symbol = plugin.ParameterSymbol(i);
         for (std::size_t s = 0; s < kSettingCount; ++s) {
-            if (!name.empty() && settingRule(static_cast<Setting>(s)).label == name)
+            const SettingRule& rule = settingRule(static_cast<Setting>(s));
+            if (symbol.empty() ? !name.empty() && rule.label == name : rule.name == symbol)
                 mIndices[s] = i;
         }
     }

@@ -13,7 +13,8 @@ namespace orvane
 class PluginInstance;
 
 /// Converts between settings, which are indices or numbers in a unit, and the plug-in's parameters,
-/// which go from 0 to 1. Parameters are found by their labels.
+/// which go from 0 to 1. Parameters are found by their symbols where the interface has such, else
+/// by their labels.
 class PluginSettings
 {
 public:

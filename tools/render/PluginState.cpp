@@ -58,6 +58,14 @@ void requireChunks(const PluginInstance& plugin)
              plugin.Name());
 }
 
+void requireBanks(const PluginInstance& plugin)
+{
+    requireChunks(plugin);
+    if (!plugin.HasBanks())
+        fail("the {} plug-in {} keeps one program and no bank: --preset and --save-preset take it",
+             plugin.Format(), plugin.Name());
+}
+
 void giveChunk(PluginInstance& plugin, std::string chunk, Extent extent, const std::string& name)
 {
     if (!plugin.SetChunk(std::move(chunk), extent))
@@ -98,7 +106,7 @@ bool acceptsMidi(const StateText& state)
 
 void loadBank(PluginInstance& plugin, const StateRequest& request, AppliedState& applied)
 {
-    requireChunks(plugin);
+    requireBanks(plugin);
     const std::string name = request.loadChunk.string();
     std::string chunk = readInputFile(request.loadChunk);
     if (plugin.HasTextState()) {
@@ -221,7 +229,7 @@ AppliedState applyState(PluginInstance& plugin, const StateRequest& request)
 void writeBankChunk(const PluginInstance& plugin, const std::filesystem::path& path,
                     const std::string& name)
 {
-    requireChunks(plugin);
+    requireBanks(plugin);
     std::string chunk = plugin.Chunk(Extent::kBank);
     if (chunk.empty())
         fail("the plug-in {} gives no chunk", plugin.Name());

@@ -150,6 +150,7 @@ std::string textReport(const RenderRequest& request, const RenderResult& result)
     std::string text = fmt::format("{} -> {}\n", request.input.string(), request.output.string());
     text += fmt::format("  duration      {:.3f} s, {} Hz, {}\n", result.Seconds(),
                         result.format.rate, result.format.Describe());
+    text += fmt::format("  plug-in       {}, {}\n", result.plugin, result.interface);
     text += fmt::format("  program       {}\n", result.program);
     text += fmt::format("  settings      {}\n", fmt::join(describeSettings(result), ", "));
     text += fmt::format("  latency       {} samples, {:.1f} ms, {}\n", result.latency,
@@ -168,6 +169,7 @@ void writeJsonReport(const std::filesystem::path& path, const std::string& name,
         {"file", request.input.string()},
         {"output", request.output.string()},
         {"plugin", result.plugin},
+        {"interface", result.interface},
         {"program", result.program},
         {"format", result.format.Describe()},
         {"rate", result.format.rate},

@@ -45,12 +45,12 @@ void printNotes(const std::vector<std::string>& notes)
 void renderOne(const CommandLine& command)
 {
     const RenderRequest& request = command.request;
-    PluginInstance plugin(command.library);
+    const auto plugin = openPlugin(command.library);
     RenderResult result;
     {
         ProgressBar progress(isStandardStream(request.input) ? 0 : expectedFrames(request.input),
                              1);
-        result = renderOffline(request, plugin,
+        result = renderOffline(request, *plugin,
                                [&progress](std::int64_t frames) { progress.Add(frames); });
     }
     printNotes(result.notes);
@@ -66,8 +66,8 @@ int run(CommandLine& command)
     if (command.library.empty())
         command.library = findProductLibrary();
     if (command.lists) {
-        PluginInstance plugin(command.library);
-        printText(describePlugin(plugin));
+        const auto plugin = openPlugin(command.library);
+        printText(describePlugin(*plugin));
         return 0;
     }
     watchForInterruption();
@@ -77,8 +77,8 @@ int run(CommandLine& command)
         return failures == 0 ? 0 : kFailed;
     }
     if (command.request.input.empty()) {
-        PluginInstance plugin(command.library);
-        printNotes(drawWindow(command.request, plugin));
+        const auto plugin = openPlugin(command.library);
+        printNotes(drawWindow(command.request, *plugin));
         return 0;
     }
     renderOne(command);

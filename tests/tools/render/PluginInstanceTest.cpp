@@ -4,6 +4,7 @@
 #include "support/PrivateFolder.h"
 #include "tools/fake_plugin/FakePlugin.h"
 #include "tools/render/OfflineRender.h"
+#include "tools/render/PluginLibrary.h"
 #include "tools/render/PluginSettings.h"
 #include "tools/render/RenderProgram.h"
 
@@ -52,8 +53,7 @@ struct FakeRender
     RenderResult Run(const TestSound& sound)
     {
         writeSound(request.input, sound);
-        PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
-        return renderOffline(request, plugin, [](std::int64_t) {});
+        return renderOffline(request, *openPlugin(KESTRUNE_FAKE_PLUGIN), [](std::int64_t) {});
     }
 
     EnvironmentVariable environment;
@@ -144,7 +144,8 @@ TEST(PluginInstanceTest, ProgramChunkPresetAndSettingsComeInThisOrder)
 
 TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
 {
-    PluginInstance plugin(KESTRUNE_FAKE_PLUGIN);
+    const auto opened = openPlugin(KESTRUNE_FAKE_PLUGIN);
+    PluginInstance& plugin = *opened;
     const PluginSettings settings(plugin);
     for (int key = 0; key < 12; ++key) {
         settings.Apply(settingsWith({("key=" + std::to_string(key)).c_str()}));
