@@ -223,8 +223,10 @@ private:
 
     void AddPluginOptions()
     {
-        mApp.add_option("--plugin", mCommand.library,
-                        "Library to render with; else the program's own, or an installed one")
+        mApp.add_option(
+                "--plugin", mCommand.library,
+                "VST library or LV2 bundle to render with; else the program's own library, or an "
+                "installed one")
             ->type_name("FILE");
         mApp.add_flag("--list", mCommand.lists,
                       "Tells what the plug-in says of itself, with its parameters, and ends");

@@ -88,8 +88,9 @@ public:
     static constexpr int kChannels = 2;  // inputs, and outputs
 };
 
-/// Opens an instance of the plug-in in a VST library. Throws ZException when the file holds no
-/// stereo plug-in that gives an output of its own.
+/// Opens an instance of the plug-in in a file: the bundle of an LV2 plug-in, which is a folder, or
+/// a VST library. Throws ZException when the file holds no stereo plug-in that gives an output of
+/// its own.
 [[nodiscard]] std::unique_ptr<PluginInstance> openPlugin(const std::filesystem::path& file);
 
 }  // namespace orvane

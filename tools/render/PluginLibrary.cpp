@@ -40,6 +40,9 @@ void* entryIn(void* handle, const fs::path& file)
         if (void* const entry = ::dlsym(handle, name))
             return entry;
     }
+    if (::dlsym(handle, "lv2_descriptor"))
+        fail("{} is the library of an LV2 plug-in: name its bundle instead, {}", file.string(),
+             fs::absolute(file).parent_path().string());
     fail("{} is no plug-in: it has neither VSTPluginMain nor main", file.string());
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tools/render/UridMap.h"
+
 #include <gtest/gtest.h>
 #include <lilv/lilv.h>
 #include <lv2/atom/atom.h>
@@ -9,53 +11,16 @@
 #include <lv2/options/options.h>
 #include <lv2/parameters/parameters.h>
 #include <lv2/state/state.h>
-#include <lv2/urid/urid.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <map>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 namespace orvane
 {
-
-/// The numbers that a host gives to names, on any thread.
-class UridMap
-{
-public:
-    LV2_URID operator()(const std::string& uri)
-    {
-        const std::lock_guard lock(mMutex);
-        const auto [entry, isNew] = mNumbers.try_emplace(uri, 0);
-        if (isNew) {
-            mNames.push_back(uri);
-            entry->second = static_cast<LV2_URID>(mNames.size());
-        }
-        return entry->second;
-    }
-    const char* Name(LV2_URID urid)
-    {
-        const std::lock_guard lock(mMutex);
-        return mNames.at(urid - 1).c_str();
-    }
-
-    LV2_URID_Map map{this, [](LV2_URID_Map_Handle self, const char* uri) {
-                         return (*static_cast<UridMap*>(self))(uri);
-                     }};
-    LV2_URID_Unmap unmap{this, [](LV2_URID_Unmap_Handle self, LV2_URID urid) {
-                             return static_cast<UridMap*>(self)->Name(urid);
-                         }};
-
-private:
-    std::mutex mMutex;
-    std::map<std::string, LV2_URID> mNumbers;
-    std::vector<std::string> mNames;
-};
 
 /// The built bundle as hosts read it, and nothing else.
 class Lv2Bundle
@@ -162,7 +127,7 @@ public:
     void ClearEvents()
     {
         auto* const sequence = reinterpret_cast<LV2_Atom_Sequence*>(mMidi.data());
-        sequence->atom = {sizeof(LV2_Atom_Sequence_Body), mBundle.urids(LV2_ATOM__Sequence)};
+        sequence->atom = {sizeof(LV2_Atom_Sequence_Body), mSequenceType};
         sequence->body = {0, 0};
     }
     /// Runs one block in place over left and right.
@@ -251,6 +216,7 @@ public:
 
 private:
     Lv2Bundle& mBundle;
+    const LV2_URID mSequenceType = mBundle.urids(LV2_ATOM__Sequence);
     std::int32_t mMaxBlock;
     std::array<std::uint64_t, 256> mMidi{};
 
