@@ -4,15 +4,10 @@
 
 #include "Lv2Host.h"
 #include "pluginwrappers/host/VstForm.h"
-#include "support/RealtimeGuard.h"
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <functional>
-#include <random>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 namespace orvane
@@ -61,26 +56,6 @@ TEST_F(Lv2SoundTest, EveryPresetSoundsAsTheProgramOfTheOtherFormAtEveryRate)
             EXPECT_EQ(firstDifference(lv2.Play(voice), vst.Play(voice)), -1);
             EXPECT_EQ(lv2.Value("latency"), static_cast<float>(vst.effect->initialDelay));
         }
-    }
-}
-
-TEST_F(Lv2SoundTest, ValuesThatPortsHaveBeforeTheFirstBlockAreInForceInIt)
-{
-    const std::vector<float> voice = voiceAt(44100.0);
-    const std::array<std::pair<int, float>, 3> set{{{0, 1.0f}, {2, 5.0f / 11.0f}, {4, 0.0f}}};
-    for (const float freeWheel : {0.0f, 1.0f}) {
-        SCOPED_TRACE(freeWheel);
-        const VstForm vst(44100.0f);
-        for (const auto& [index, value] : set)
-            vst.effect->setParameter(vst.effect, index, value);
-        Lv2Instance lv2(bundle);
-        lv2.Value("freewheel") = freeWheel;
-        lv2.Activate();
-        lv2.Value("pitchCorrectionOnOff") = 1.0f;
-        lv2.Value("key") = 5.0f;
-        lv2.Value("pitchCorrectionTime") = 0.0f;
-        const std::vector<float> sound = lv2.Play(voice);
-        EXPECT_EQ(firstDifference(sound, vst.Play(voice)), -1);
     }
 }
 
@@ -138,62 +113,6 @@ TEST_F(Lv2SoundTest, OptionsChangeRateAndBlockAndTheLatencyFollowsEvenInAnEmptyB
     EXPECT_EQ(firstDifference(lv2.Play(voice), vst.Play(voice)), -1);
 }
 
-TEST_F(Lv2SoundTest, ANoteOnTheEventPortActsAsInTheOtherForm)
-{
-    constexpr std::size_t kNoteAt = 512 * 20;
-    const std::vector<float> voice = voiceAt(44100.0);
-    const VstForm vst(44100.0f);
-    ask(vst.effect, effSetProgram, 0, 0);
-    // Listening, correcting, in C major, which has no A#: the voice is nearest to it once it has.
-    const std::string text =
-        listening(replaced(chunkOf(vst.effect, true), "pitchCorrectionOnOff", "1"));
-    ASSERT_EQ(loadChunk(vst.effect, text, true), 1);
-    const std::vector<float> expected = vst.Play(voice, [&](std::size_t at) {
-        if (at == kNoteAt)
-            sendMidi(vst.effect, 0x90, 69, 100);
-    });
-    const auto play = [&](bool isPlayed) {
-        Lv2Instance lv2(bundle);
-        EXPECT_EQ(lv2.RestoreText(text), LV2_STATE_SUCCESS);
-        lv2.Value("pitchCorrectionOnOff") = 1.0f;
-        lv2.Value("freewheel") = 1.0f;
-        std::vector<float> left = voice;
-        std::vector<float> right = voice;
-        lv2.Activate();
-        for (std::size_t at = 0; at < voice.size(); at += 512) {
-            if (isPlayed && at == kNoteAt)
-                lv2.Send({0x90, 69, 100});
-            lv2.Run(left.data() + at, right.data() + at,
-                    static_cast<std::uint32_t>(std::min<std::size_t>(512, voice.size() - at)));
-        }
-        return left;
-    };
-    EXPECT_EQ(firstDifference(play(true), expected), -1);
-    EXPECT_GT(firstDifference(play(false), expected), static_cast<long>(kNoteAt));
-}
-
-TEST_F(Lv2SoundTest, AStateRoundTripsAndIsTheTextOfTheOtherForm)
-{
-    const VstForm vst(44100.0f);
-    Lv2Instance first(bundle);
-    std::string text = first.Text();
-    EXPECT_EQ(text, chunkOf(vst.effect, true));
-    // What no port reaches, and a choice whose shift stays as it was saved.
-    text = replaced(replaced(text, "intonation", "1"), "pitchTranspose", "4");
-    ASSERT_EQ(first.RestoreText(text), LV2_STATE_SUCCESS);
-    const std::string saved = first.Text();
-    for (const char* const kept : {"\"intonation\" class=\"ZElementClass\" type=\"ZDISCRETE\" "
-                                   "int32value=\"1\"",
-                                   "\"pitchTranspose\" class=\"ZElementClass\" "
-                                   "type=\"ZDISCRETE\" int32value=\"4\""})
-        EXPECT_NE(saved.find(kept), std::string::npos) << kept;
-    ASSERT_EQ(loadChunk(vst.effect, saved, true), 1);
-    EXPECT_EQ(chunkOf(vst.effect, true), saved);
-    Lv2Instance second(bundle, 48000.0);
-    ASSERT_EQ(second.RestoreText(chunkOf(vst.effect, true)), LV2_STATE_SUCCESS);
-    EXPECT_EQ(second.Text(), saved);
-}
-
 TEST_F(Lv2SoundTest, AStateThatCannotBeReadIsRefusedAndChangesNothing)
 {
     Lv2Instance lv2(bundle);
@@ -205,54 +124,6 @@ TEST_F(Lv2SoundTest, AStateThatCannotBeReadIsRefusedAndChangesNothing)
     EXPECT_EQ(lv2.States()->restore(lv2.Handle(), nothing, nullptr, 0, nullptr),
               LV2_STATE_ERR_NO_PROPERTY);
     EXPECT_EQ(lv2.Text(), before);
-}
-
-TEST_F(Lv2SoundTest, RunKeepsTheRulesOfTheAudioThreadWhileStatesAreSavedAndRestoredBeside)
-{
-    Lv2Instance lv2(bundle);
-    lv2.Activate();
-    std::vector<float> left(512);
-    std::vector<float> right(512);
-    lv2.Run(left.data(), right.data(), 512);
-    const std::string text = listening(lv2.Text());
-    const std::jthread other([&](const std::stop_token& stop) {
-        while (!stop.stop_requested()) {
-            EXPECT_EQ(lv2.RestoreText(text), LV2_STATE_SUCCESS);
-            EXPECT_FALSE(lv2.Text().empty());
-        }
-    });
-    const auto begin = std::chrono::steady_clock::now();
-    for (int block = 0; block < 200; ++block) {
-        lv2.Value("pitchCorrectionOnOff") = static_cast<float>(block / 50 % 2);
-        lv2.Value("key") = static_cast<float>(block % 12);
-        lv2.Value("pitchCorrectionTime") = static_cast<float>(block);
-        lv2.Send({0x90, static_cast<std::uint8_t>(block % 128), 1});
-        {
-            const RealtimeGuard guard;
-            lilv_instance_run(lv2.instance, 512);
-            ASSERT_EQ(guard.violations(), 0u) << guard.firstViolation() << " in block " << block;
-        }
-        lv2.ClearEvents();
-        // A faster stream would become the clock and tick inside the blocks.
-        std::this_thread::sleep_until(begin + std::chrono::microseconds(11'610) * block);
-    }
-}
-
-TEST_F(Lv2SoundTest, ManyInstancesCloseInAnyOrder)
-{
-    const std::size_t threads = threadCount();
-    std::vector<std::unique_ptr<Lv2Instance>> instances;
-    for (int i = 0; i < 64; ++i)
-        instances.push_back(std::make_unique<Lv2Instance>(bundle));
-    std::shuffle(instances.begin(), instances.end(), std::mt19937(15));
-    std::vector<float> left(512);
-    std::vector<float> right(512);
-    while (!instances.empty()) {
-        instances.back()->Activate();
-        instances.back()->Run(left.data(), right.data(), 512);
-        instances.pop_back();
-    }
-    EXPECT_TRUE(threadsFallTo(threads));
 }
 
 TEST_F(Lv2SoundTest, AHostWithoutTheMapOfNamesGetsNoInstanceAndALine)
