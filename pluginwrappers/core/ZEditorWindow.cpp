@@ -61,6 +61,11 @@ void ZEditorWindow::SetHostScale(double scale)
     mWindow->SetHostScale(scale);
 }
 
+void ZEditorWindow::TakeScale()
+{
+    static_cast<void>(mWindow->TakeScale());
+}
+
 bool ZEditorWindow::Open(std::uintptr_t parent)
 {
     try {

@@ -33,6 +33,8 @@ public:
     /// Takes the number of pixels on a unit's side that the host wishes; the user's choice counts
     /// more. Asks the host for another size if the window is open.
     void SetHostScale(double scale);
+    /// Asks the host for the size of the scale that counts now, if the window is open with another.
+    void TakeScale();
     /// Moves the window into parent, from a previous parent if there is one. Returns false and
     /// changes nothing when there is no display or parent is not a window. Reports an exception,
     /// closes the window and returns false.

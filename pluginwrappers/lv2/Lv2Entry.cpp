@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 namespace orvane
 {
@@ -108,17 +109,6 @@ ZLV2Editor& editorOf(LV2UI_Handle editor)
     return *static_cast<ZLV2Editor*>(editor);
 }
 
-float scaleFactorOf(const LV2_Feature* const* features)
-{
-    const auto* const map = static_cast<const LV2_URID_Map*>(findFeature(features, LV2_URID__map));
-    const auto* const options =
-        static_cast<const LV2_Options_Option*>(findFeature(features, LV2_OPTIONS__options));
-    if (map == nullptr)
-        return 1.0f;
-    const Lv2Urids urids(*map);
-    return static_cast<float>(findOption(options, urids.scaleFactor, urids).value_or(1.0));
-}
-
 LV2UI_Handle openEditor(const LV2UI_Descriptor* /*descriptor*/, const char* uri,
                         const char* /*bundle*/, LV2UI_Write_Function write,
                         LV2UI_Controller controller, LV2UI_Widget* widget,
@@ -129,12 +119,16 @@ LV2UI_Handle openEditor(const LV2UI_Descriptor* /*descriptor*/, const char* uri,
     void* const parent = requireFeature(features, LV2_UI__parent);
     if (instance == nullptr || parent == nullptr || std::strcmp(uri, kLv2Uri) != 0)
         return nullptr;
+    const auto* const map = static_cast<const LV2_URID_Map*>(findFeature(features, LV2_URID__map));
     try {
+        const auto urids = map != nullptr ? std::optional(Lv2Urids(*map)) : std::nullopt;
         const ZLV2Editor::Host host{
-            write, controller,
+            write,
+            controller,
             static_cast<const LV2UI_Resize*>(findFeature(features, LV2_UI__resize)),
             static_cast<const LV2UI_Touch*>(findFeature(features, LV2_UI__touch)),
-            scaleFactorOf(features)};
+            urids ? &*urids : nullptr,
+            static_cast<const LV2_Options_Option*>(findFeature(features, LV2_OPTIONS__options))};
         auto editor = std::make_unique<ZLV2Editor>(pluginOf(instance), host);
         const std::uintptr_t window = editor->Open(reinterpret_cast<std::uintptr_t>(parent));
         if (window == 0)
@@ -162,10 +156,25 @@ int idleEditor(LV2UI_Handle editor)
     }
 }
 
+std::uint32_t setEditorOptions(LV2UI_Handle editor, const LV2_Options_Option* options)
+{
+    try {
+        return editorOf(editor).SetOptions(options);
+    } catch (...) {
+        reportCurrentException();
+        return LV2_OPTIONS_ERR_UNKNOWN;
+    }
+}
+
 const void* editorExtensionData(const char* uri)
 {
     static const LV2UI_Idle_Interface idle{idleEditor};
-    return std::strcmp(uri, LV2_UI__idleInterface) == 0 ? &idle : nullptr;
+    static const LV2_Options_Interface options{
+        [](LV2UI_Handle, LV2_Options_Option*) -> std::uint32_t { return LV2_OPTIONS_ERR_BAD_KEY; },
+        setEditorOptions};
+    if (std::strcmp(uri, LV2_UI__idleInterface) == 0)
+        return &idle;
+    return std::strcmp(uri, LV2_OPTIONS__interface) == 0 ? &options : nullptr;
 }
 
 }  // namespace

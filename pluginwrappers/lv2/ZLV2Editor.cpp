@@ -4,6 +4,7 @@
 #include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cassert>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -12,8 +13,11 @@ namespace orvane
 ZLV2Editor::ZLV2Editor(ZLV2Plugin& plugin, const Host& host)
     : mPlugin(plugin)
     , mHost(host)
+    , mUrids(host.urids != nullptr ? std::optional(*host.urids) : std::nullopt)
 {
     assert(host.write != nullptr);
+    if (mUrids)
+        mScale = findOption(host.options, mUrids->scaleFactor, *mUrids);
 }
 
 ZLV2Editor::~ZLV2Editor()
@@ -29,20 +33,50 @@ ZLV2Editor::~ZLV2Editor()
 std::uintptr_t ZLV2Editor::Open(std::uintptr_t parent)
 {
     std::uintptr_t handle = 0;
-    int width = 0;
-    int height = 0;
+    ZPoint size;
     {
         const ZInterfaceLock lock;
-        if (!mPlugin.OpenEditor(*this, parent))
+        if (!mPlugin.OpenEditor(*this, *this, mScale, parent))
             return 0;
         const ZEditorWindow& window = *mPlugin.GetEditorWindow();
         handle = window.GetHandle();
-        width = window.GetWidth();
-        height = window.GetHeight();
+        size = {window.GetWidth(), window.GetHeight()};
     }
-    if (mHost.resize != nullptr)
-        mHost.resize->ui_resize(mHost.resize->handle, width, height);
+    // The window is there, in the size that it has, whatever the host answers.
+    static_cast<void>(AskForSize(size));
     return handle;
+}
+
+bool ZLV2Editor::AskForSize(const ZPoint& size) const
+{
+    assert(std::this_thread::get_id() == mHostThread);
+    return mHost.resize != nullptr &&
+           mHost.resize->ui_resize(mHost.resize->handle, size.x, size.y) == 0;
+}
+
+bool ZLV2Editor::ResizeWindow(const ZPoint& size)
+{
+    assert(ZInterfaceLock::IsHeld());
+    if (std::this_thread::get_id() != mHostThread) {
+        mWantsSize = true;
+        return false;
+    }
+    const ZInterfaceUnlock unlocked;
+    return AskForSize(size);
+}
+
+std::uint32_t ZLV2Editor::SetOptions(const LV2_Options_Option* options)
+{
+    if (!mUrids)
+        return LV2_OPTIONS_ERR_UNKNOWN;
+    const auto scale = findOption(options, mUrids->scaleFactor, *mUrids);
+    if (!scale)
+        return LV2_OPTIONS_ERR_BAD_KEY;
+    const ZInterfaceLock lock;
+    mScale = scale;
+    if (mPlugin.HasEditor(*this))
+        mPlugin.GetEditorWindow()->SetHostScale(*scale);
+    return LV2_OPTIONS_SUCCESS;
 }
 
 bool ZLV2Editor::Idle()
@@ -52,6 +86,8 @@ bool ZLV2Editor::Idle()
         const ZInterfaceLock lock;
         if (!mPlugin.HasEditor(*this))
             return false;
+        if (std::exchange(mWantsSize, false))
+            mPlugin.GetEditorWindow()->TakeScale();
         edits = mPlugin.TakeEdits();
     }
     Tell(edits);

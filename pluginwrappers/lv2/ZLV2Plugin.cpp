@@ -277,12 +277,21 @@ std::uint32_t ZLV2Plugin::SetOptions(const LV2_Options_Option* options)
     return LV2_OPTIONS_SUCCESS;
 }
 
-bool ZLV2Plugin::OpenEditor(ZLV2Editor& editor, std::uintptr_t parent)
+bool ZLV2Plugin::OpenEditor(ZLV2Editor& editor, ZWindowHost& host, std::optional<double> scale,
+                            std::uintptr_t parent)
 {
     assert(ZInterfaceLock::IsHeld());
-    if (!mEditor || !mEditor->Open(parent))
+    if (!mEditor)
         return false;
+    mEditor->SetHost(&host);
+    if (scale)
+        mEditor->SetHostScale(*scale);
+    if (!mEditor->Open(parent)) {
+        mEditor->SetHost(mWindowHost);
+        return false;
+    }
     mOpenFor = &editor;
+    mWindowHost = &host;
     return true;
 }
 
@@ -292,7 +301,9 @@ std::vector<ZLV2Plugin::Edit> ZLV2Plugin::CloseEditor(const ZLV2Editor& editor)
     if (mOpenFor != &editor)
         return {};
     mEditor->Close();
+    mEditor->SetHost(nullptr);
     mOpenFor = nullptr;
+    mWindowHost = nullptr;
     return TakeEdits();
 }
 

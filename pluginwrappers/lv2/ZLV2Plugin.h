@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,7 @@ namespace orvane
 {
 
 class ZLV2Editor;
+class ZWindowHost;
 
 /// The LV2 shell: an instance as its host sees it. It translates the interface; the plug-in itself
 /// is a ZPluginCore.
@@ -57,8 +59,10 @@ public:
 
     /// The editor's side; the caller holds the interface lock. [host thread]
     /// Places the window into parent for editor, which takes it from another one; false without a
-    /// window or display.
-    bool OpenEditor(ZLV2Editor& editor, std::uintptr_t parent);
+    /// window or display. host, which the window asks for another size, lives until CloseEditor;
+    /// scale is what it wishes as the number of pixels on a unit's side.
+    bool OpenEditor(ZLV2Editor& editor, ZWindowHost& host, std::optional<double> scale,
+                    std::uintptr_t parent);
     [[nodiscard]] bool HasEditor(const ZLV2Editor& editor) const { return mOpenFor == &editor; }
     [[nodiscard]] ZEditorWindow* GetEditorWindow() { return mEditor.get(); }
 
@@ -100,6 +104,7 @@ private:
     std::vector<std::unique_ptr<ZLV2Parameter>> mParameters;
     std::unique_ptr<ZEditorWindow> mEditor;  // null when the description has no window
     ZLV2Editor* mOpenFor = nullptr;          // the editor that shows the window
+    ZWindowHost* mWindowHost = nullptr;      // of that editor
     std::vector<Edit> mEdits;                // guarded by the interface lock
     std::atomic<bool> mStateChanged{false};  // set by the interface thread, cleared by the audio's
     double mSampleRate = 0.0;                // Hz

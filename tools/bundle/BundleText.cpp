@@ -216,7 +216,7 @@ std::string windowText(const std::string& binary)
   lv2:requiredFeature ui:parent , ui:idleInterface , <http://lv2plug.in/ns/ext/instance-access> ;
   lv2:optionalFeature ui:fixedSize , ui:noUserResize , ui:resize , ui:touch , opts:options , urid:map ;
   opts:supportedOption ui:scaleFactor ;
-  lv2:extensionData ui:idleInterface .
+  lv2:extensionData ui:idleInterface , opts:interface .
 )",
                        kLv2UiUri, binary);
 }

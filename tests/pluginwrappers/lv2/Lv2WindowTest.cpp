@@ -35,17 +35,26 @@ class UiHost
 {
 public:
     UiHost(Lv2Bundle& bundle, Lv2Instance& instance, xcb_window_t parent,
-           const std::string& without = {})
+           const std::string& without = {}, float scaleFactor = 0.0f)
         : mInstance(instance)
+        , mScaleFactor(scaleFactor)
     {
-        const std::array<LV2_Feature, 4> all{
+        mOptions[0] = {LV2_OPTIONS_INSTANCE,
+                       0,
+                       bundle.urids(LV2_UI__scaleFactor),
+                       sizeof mScaleFactor,
+                       bundle.urids(LV2_ATOM__Float),
+                       &mScaleFactor};
+        const std::array<LV2_Feature, 6> all{
             {{LV2_INSTANCE_ACCESS_URI, instance.Handle()},
              {LV2_UI__parent, reinterpret_cast<void*>(static_cast<std::uintptr_t>(parent))},
              {LV2_UI__touch, &mTouch},
-             {LV2_UI__resize, &mResize}}};
+             {LV2_UI__resize, &mResize},
+             {LV2_URID__map, &bundle.urids.map},
+             {LV2_OPTIONS__options, mOptions.data()}}};
         std::vector<const LV2_Feature*> features;
         for (const LV2_Feature& feature : all)
-            if (feature.URI != without)
+            if (feature.URI != without && (scaleFactor > 0.0f || feature.data != mOptions.data()))
                 features.push_back(&feature);
         features.push_back(nullptr);
         ui = Descriptor(bundle).instantiate(&Descriptor(bundle), "urn:orvane:cantorel-mini", "",
@@ -53,6 +62,8 @@ public:
         mCleanup = Descriptor(bundle).cleanup;
         mIdle = static_cast<const LV2UI_Idle_Interface*>(
             Descriptor(bundle).extension_data(LV2_UI__idleInterface));
+        mSetOptions = static_cast<const LV2_Options_Interface*>(
+            Descriptor(bundle).extension_data(LV2_OPTIONS__interface));
     }
     UiHost(const UiHost&) = delete;
     UiHost& operator=(const UiHost&) = delete;
@@ -67,8 +78,16 @@ public:
     /// Gives the window time; returns false when it says that it has ended.
     [[nodiscard]] bool Idle() const { return mIdle->idle(ui) == 0; }
 
+    /// Wishes another scale of the open window.
+    void SetScaleFactor(float scaleFactor)
+    {
+        mScaleFactor = scaleFactor;
+        EXPECT_EQ(mSetOptions->set(ui, mOptions.data()), LV2_OPTIONS_SUCCESS);
+    }
+
     std::vector<std::string> notes;
-    std::array<int, 2> size{};
+    std::array<int, 2> size{};  // that the plug-in has asked for
+    bool refusesSizes = false;
     bool setsPorts = true;
     LV2UI_Widget widget = nullptr;
     LV2UI_Handle ui = nullptr;
@@ -103,16 +122,20 @@ private:
     }
 
     Lv2Instance& mInstance;
+    float mScaleFactor;
+    std::array<LV2_Options_Option, 2> mOptions{};
     LV2UI_Touch mTouch{this, [](LV2UI_Feature_Handle self, std::uint32_t port, bool isGrabbed) {
                            static_cast<UiHost*>(self)->notes.push_back(
                                (isGrabbed ? "begin " : "end ") + std::to_string(port));
                        }};
     LV2UI_Resize mResize{this, [](LV2UI_Feature_Handle self, int width, int height) {
-                             static_cast<UiHost*>(self)->size = {width, height};
-                             return 0;
+                             auto& host = *static_cast<UiHost*>(self);
+                             host.size = {width, height};
+                             return host.refusesSizes ? 1 : 0;
                          }};
     void (*mCleanup)(LV2UI_Handle) = nullptr;
     const LV2UI_Idle_Interface* mIdle = nullptr;
+    const LV2_Options_Interface* mSetOptions = nullptr;
 };
 
 using Notes = std::vector<std::string>;
@@ -279,6 +302,49 @@ TEST_F(Lv2WindowTest, ItReopensElsewhereAndASecondWindowTakesItFromTheFirst)
     EXPECT_TRUE(eventually([&] { return probe->CountClients() == 0; }));
     EXPECT_TRUE((first = Open())->Idle());
     EXPECT_TRUE(IsSeenAt(kPlace));
+}
+
+TEST_F(Lv2WindowTest, TheWindowHasTheScaleOfTheHostAndKeepsItWhenTheHostRefusesAnother)
+{
+    using Size = std::array<int, 2>;
+    constexpr xcb_rectangle_t kLarge{0, 0, 908, 768};
+    const auto open = [&](float scaleFactor) {
+        return std::make_unique<UiHost>(bundle, instance, probe->MakeWindow(kLarge), "",
+                                        scaleFactor);
+    };
+    const auto windowSize = [&](const UiHost& host) {
+        const auto place = probe->GetPlace(
+            static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(host.widget)));
+        return Size{place.width, place.height};
+    };
+    // A click that is meant for the switch of the correction, at a scale.
+    const auto click = [&](int scale) {
+        probe->MovePointer(scale * 22, scale * 163);
+        probe->Click(1);
+    };
+    auto host = open(2.0f);
+    EXPECT_EQ(host->size, (Size{908, 860}));
+    EXPECT_EQ(windowSize(*host), (Size{908, 860}));
+    ASSERT_TRUE(eventually([&] { return probe->PixelAt(600, 90) >> 16 > 100; }));
+    click(2);
+    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
+
+    host->refusesSizes = true;
+    host->SetScaleFactor(1.0f);
+    EXPECT_EQ(host->size, (Size{454, 430})) << "the host is asked";
+    EXPECT_EQ(windowSize(*host), (Size{908, 860}));
+    click(2);
+    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=0", "end 8"}));
+    host->refusesSizes = false;
+    host->SetScaleFactor(1.5f);
+    EXPECT_EQ(host->size, (Size{681, 645}));
+    EXPECT_TRUE(eventually([&] { return windowSize(*host) == Size{681, 645}; }));
+    host->SetScaleFactor(1.0f);
+    EXPECT_TRUE(eventually([&] { return windowSize(*host) == Size{454, 430}; }));
+    click(1);
+    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
+    host->SetScaleFactor(-3.0f);
+    EXPECT_EQ(windowSize(*host), (Size{454, 430})) << "no scale";
 }
 
 TEST_F(Lv2WindowTest, AHostThatLacksAFeatureGetsNoWindowAndALineThatNamesIt)
