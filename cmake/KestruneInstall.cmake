@@ -42,6 +42,7 @@ foreach(text manifest plugin presets)
   install(FILES ${KESTRUNE_LV2_BUNDLE}/${text}.ttl DESTINATION ${bundle} COMPONENT plugin)
 endforeach()
 install(FILES "${PROJECT_SOURCE_DIR}/resources/fonts/Kolm 5pt.ttf"
+  ${packaging}/cantorel-mini-microphone.conf
   DESTINATION ${CMAKE_INSTALL_DATADIR}/Orvane COMPONENT plugin)
 
 # The desktop's entry, icon and metainfo.

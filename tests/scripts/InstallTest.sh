@@ -21,6 +21,9 @@ touch "$place/home/singer/.vst/Other.so"
 cmp "$library" "$place/home/singer/.vst/CantorelMini.so"
 expect_files "./home/singer/.clap/CantorelMini.clap
 ./home/singer/.local/share/Orvane/Kolm 5pt.ttf
+./home/singer/.local/share/Orvane/cantorel-mini-microphone.conf
+./home/singer/.local/share/applications/cantorel-mini.desktop
+./home/singer/.local/share/icons/hicolor/scalable/apps/cantorel-mini.svg
 ./home/singer/.lv2/cantorel-mini.lv2/cantorel-mini.so
 ./home/singer/.lv2/cantorel-mini.lv2/manifest.ttl
 ./home/singer/.lv2/cantorel-mini.lv2/plugin.ttl
@@ -41,7 +44,10 @@ expect_files "./home/singer/.vst/Other.so
 ./usr/local/lib/lv2/cantorel-mini.lv2/plugin.ttl
 ./usr/local/lib/lv2/cantorel-mini.lv2/presets.ttl
 ./usr/local/lib/vst/CantorelMini.so
-./usr/local/share/Orvane/Kolm 5pt.ttf"
+./usr/local/share/Orvane/Kolm 5pt.ttf
+./usr/local/share/Orvane/cantorel-mini-microphone.conf
+./usr/local/share/applications/cantorel-mini.desktop
+./usr/local/share/icons/hicolor/scalable/apps/cantorel-mini.svg"
 "$install" --uninstall --system
 expect_files "./home/singer/.vst/Other.so"
 if "$install" --library "$place/none" 2>/dev/null || "$install" --everywhere 2>/dev/null; then
