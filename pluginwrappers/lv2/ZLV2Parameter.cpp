@@ -24,11 +24,15 @@ ZLV2Parameter::ZLV2Parameter(boost::shared_ptr<ZElement> element)
 bool ZLV2Parameter::ReadPort(float value, bool force, std::uint32_t frames) noexcept
 {
     std::uint32_t grace = mGraceFrames.load(std::memory_order_relaxed);
+    const std::uint32_t rest = grace - std::min(grace, frames);
     // Fails when the window has just set it anew: then the new time counts from the next block on.
-    if (grace > 0)
-        mGraceFrames.compare_exchange_strong(grace, grace - std::min(grace, frames),
-                                             std::memory_order_relaxed);
-    if (!force && (value == mPort || grace > 0 || mIsHeld.load(std::memory_order_relaxed)))
+    const bool isCounted =
+        grace > 0 && mGraceFrames.compare_exchange_strong(grace, rest, std::memory_order_relaxed);
+    // What the port holds at the end is the host's word, even if it is what it held before: a host
+    // that plays automation does not take the user's value.
+    const bool isAnswered = isCounted && rest == 0;
+    const bool isNews = isAnswered || (grace == 0 && value != mPort);
+    if (!force && (!isNews || mIsHeld.load(std::memory_order_relaxed)))
         return false;
     if (std::isnan(value))
         return false;

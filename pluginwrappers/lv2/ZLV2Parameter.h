@@ -20,8 +20,9 @@ class ZLV2Parameter
 public:
     explicit ZLV2Parameter(boost::shared_ptr<ZElement> element);
 
-    /// Takes the port's value when it differs from the one before, or always with force. Returns
-    /// whether the element held another value. frames: length of the block. [audio thread]
+    /// Takes the port's value when it differs from the one before, when the time for answers to
+    /// TakeNews ends, or always with force. Returns whether the element held another value. frames:
+    /// length of the block. [audio thread]
     bool ReadPort(float value, bool force, std::uint32_t frames) noexcept;
 
     /// Marks the begin and the end of a gesture in the window, during which the port is not read.

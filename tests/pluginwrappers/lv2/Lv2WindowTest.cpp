@@ -205,10 +205,17 @@ TEST_F(Lv2WindowTest, AnEditIsAGestureOfItsPortAndOldValuesOfThePortDoNotUndoIt)
     host->setsPorts = false;
     ClickAt(22, 163);
     EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
-    RunBlocks(100);  // for longer than answers of the host may take
-    EXPECT_TRUE(IsCorrecting()) << "the port has not changed";
+    RunBlocks(20);
+    EXPECT_TRUE(IsCorrecting()) << "the host may still answer";
     instance.Value("pitchCorrectionOnOff") = 1.0f;
     RunBlocks(1);
+    EXPECT_TRUE(IsTold(*host, {}));
+    RunBlocks(100);  // for longer than answers of the host may take
+    EXPECT_TRUE(IsCorrecting());
+    ClickAt(22, 163);
+    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=0", "end 8"}));
+    RunBlocks(100);
+    EXPECT_TRUE(IsCorrecting()) << "the host has kept its value, as automation does";
     EXPECT_TRUE(IsTold(*host, {}));
     host->setsPorts = true;
     ClickAt(22, 163);
