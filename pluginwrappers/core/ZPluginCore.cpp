@@ -84,6 +84,7 @@ ZPluginCore::ZPluginCore(ZPluginShell& shell, std::unique_ptr<ZPlugin> app)
     if (!mApp)
         return;
     mApp->SetTickFilter([this] { return AcceptTick(); });
+    mApp->SetPrograms(&mPrograms);
     RouteNetwork();
     MeasureLatency();
 }

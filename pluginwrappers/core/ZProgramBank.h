@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/documents/ZProgramList.h"
 #include "zlib/common/objects/ZString.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -27,7 +28,7 @@ class ZXMLElement;
 ///
 /// Callers hold the interface lock. A load can notify the host of parameters, and the host may call
 /// back: Save, Load and SetCurrent work inside a load, too. [host thread]
-class ZProgramBank
+class ZProgramBank : public ZProgramList
 {
 public:
     /// What a text contains.
@@ -44,10 +45,14 @@ public:
     /// Returns the number of programs of a bank for document.
     [[nodiscard]] static std::int32_t CountOf(const ZAudioDocument* document);
 
-    [[nodiscard]] std::int32_t GetCurrent() const { return mCurrent; }
+    [[nodiscard]] std::int32_t GetCount() const override
+    {
+        return static_cast<std::int32_t>(mPrograms.size());
+    }
+    [[nodiscard]] std::int32_t GetCurrent() const override { return mCurrent; }
     /// Stores the document's state in the current program, then loads program index; ignores an
     /// index out of range. Throws what ZAudioDocument::LoadPreset throws, with the state unchanged.
-    void SetCurrent(std::int32_t index);
+    void SetCurrent(std::int32_t index) override;
 
     /// Returns the name of the current program's preset; without presets the name that was set,
     /// "Init" at first.
@@ -55,7 +60,7 @@ public:
     void SetName(const ZString& name) { mName = name; }
     /// Returns the name of a program's preset; nothing without presets or for an index out of
     /// range.
-    [[nodiscard]] std::optional<ZString> GetName(std::int32_t index) const;
+    [[nodiscard]] std::optional<ZString> GetName(std::int32_t index) const override;
 
     /// Stores the document's state in the current program and returns the programs as text; empty
     /// without a document.

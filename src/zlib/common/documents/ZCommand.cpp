@@ -139,6 +139,18 @@ void ZCommand::Dispatch()
     Send(mMessage);
 }
 
+bool ZCommand::CanDispatch()
+{
+    assert(ZInterfaceLock::IsHeld());
+    ZApp* const app = ZApp::Of(*this);
+    if (!app || !mEnabled || !mMessage)
+        return false;
+    const auto document = app->GetCurrentDocument();
+    const ZHandler* const receiver = FindReceiver(*app, mMessage->GetId(), document.get());
+    return receiver != nullptr &&
+           (receiver != document.get() || document->CanHandle(mMessage->GetId()));
+}
+
 void ZCommand::DispatchFrom(std::int32_t window)
 {
     if (!mMessage)

@@ -65,6 +65,9 @@ public:
     /// follows none when the document is null or has no such element.
     virtual void AttachDocument(const boost::shared_ptr<ZDocument>& document);
 
+    /// Returns whether a dispatch would do something now: the command is enabled, has a receiver,
+    /// and the document, if that is the one, can handle the message.
+    [[nodiscard]] bool CanDispatch();
     /// Dispatches a copy of the message with the added field "CmdWindow".
     void DispatchFrom(std::int32_t window);
 

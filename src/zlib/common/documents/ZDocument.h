@@ -59,6 +59,9 @@ public:
 
     /// Returns false to keep the document open. True here.
     [[nodiscard]] virtual bool AgreesToClose();
+    /// Returns false for a message that would do nothing now, so that a menu need not offer its
+    /// command. True here.
+    [[nodiscard]] virtual bool CanHandle(std::int32_t /*messageId*/) const { return true; }
     /// Reads the document's content from the file; false when it cannot, as here.
     [[nodiscard]] virtual bool ReadFile(ZFile& file);
     /// An element that the document observes has changed; for the id see elementIdOf. Does nothing

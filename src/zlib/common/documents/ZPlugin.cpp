@@ -9,6 +9,7 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/objects/ZMessage.h"
+#include "zlib/common/objects/ZMessageBox.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
 #include "zlib/common/objects/ZXMLElement.h"
@@ -28,6 +29,11 @@ constexpr const char* kLabelFont = "Kolm 5pt.ttf";
 // Handlers change more elements in answer to a load, which is delivered at the next tick, and again
 // in answer to those changes. The count is lowered as a tick begins: two ticks are quiet.
 constexpr std::int32_t kQuietTicks = 3;
+
+// Numbers of the texts that stand below title and version, in order; those without a text are left
+// out.
+constexpr std::int32_t kFirstAboutText = 200;
+constexpr std::int32_t kLastAboutText = 209;
 
 bool isParameter(const ZElement& element)
 {
@@ -109,6 +115,23 @@ void ZPlugin::FlushElementChanges()
         function->StateChanged();
     }
     ZApp::FlushElementChanges();
+}
+
+void ZPlugin::ShowAbout()
+{
+    ZString version;
+    GetVersion(version);
+    ZString text = GetTitle();
+    text.Append(" ");
+    text.Append(version);
+    for (std::int32_t id = kFirstAboutText; id <= kLastAboutText; ++id) {
+        ZString line;
+        if (!GetResourceString(id, line))
+            continue;
+        text.Append("\n\n");
+        text.Append(line);
+    }
+    ZMessageBox::Show(ZMessageBox::kInformation, GetTitle(), text);
 }
 
 void ZPlugin::InitLooper()

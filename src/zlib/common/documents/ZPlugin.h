@@ -12,6 +12,7 @@ namespace orvane
 {
 
 class ZElement;
+class ZProgramList;
 class ZSetParameterFn;
 
 /// The application of a plug-in. The host runs the audio passes, and the exposed elements are the
@@ -27,6 +28,8 @@ public:
     /// ZELEMENTCHANGED: sends the value to the host when the element is a parameter, and marks the
     /// state as changed when it is saved otherwise. Other messages go to ZApp.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
+    /// Shows title, version, licence and plug-in formats, as far as the texts tell them.
+    void ShowAbout() override;
     /// Starts the tick and loads the font of the labels, if its file is installed. [setup]
     void InitLooper() override;
     /// Creates a ZPluginAudioManager and its signal looper. [setup]
@@ -57,6 +60,9 @@ public:
     virtual void SetExposedValue(ZElement& element, float value);
     /// Adds the element as a parameter when it is exposed and of type float or discrete. [setup]
     virtual void AddExposedElement(const boost::shared_ptr<ZElement>& element);
+    /// Sets the programs, which are not owned; null for none. [setup]
+    void SetPrograms(ZProgramList* programs) { mPrograms = programs; }
+    [[nodiscard]] ZProgramList* GetPrograms() const { return mPrograms; }
     /// Lets the next tick on the interface thread tell the host that saved state has changed.
     void MarkStateChanged() { mStateChanged = true; }
 
@@ -73,6 +79,7 @@ private:
     std::vector<boost::shared_ptr<ZElement>> mExposed;
     std::vector<boost::shared_ptr<ZElement>> mStateElements;  // saved, but no parameters
     boost::shared_ptr<ZSetParameterFn> mSetParameterFn;
+    ZProgramList* mPrograms = nullptr;
     bool mStateChanged = false;
     bool mIsLoading = false;       // between ZPRESETLOADBEGIN and ZPRESETLOADEND
     std::int32_t mQuietTicks = 0;  // ticks in which a load may still have consequences

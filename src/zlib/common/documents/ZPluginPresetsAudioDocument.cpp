@@ -7,6 +7,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -18,6 +19,9 @@ namespace
 
 constexpr std::array<const char*, ZPluginPresetsAudioDocument::kMemories> kActiveNames{
     "PresetAActive", "PresetBActive", "PresetCActive", "PresetDActive"};
+
+constexpr std::array<std::int32_t, ZPluginPresetsAudioDocument::kMemories> kRecalls{
+    PLUGINRECALLPRESETA, PLUGINRECALLPRESETB, PLUGINRECALLPRESETC, PLUGINRECALLPRESETD};
 
 bool isMemory(std::int32_t index)
 {
@@ -70,6 +74,14 @@ void ZPluginPresetsAudioDocument::HandleZMessage(boost::shared_ptr<const ZMessag
     default:
         ZPluginAudioDocument::HandleZMessage(std::move(message));
     }
+}
+
+bool ZPluginPresetsAudioDocument::CanHandle(std::int32_t messageId) const
+{
+    const auto recall = std::ranges::find(kRecalls, messageId);
+    if (recall == kRecalls.end())
+        return ZPluginAudioDocument::CanHandle(messageId);
+    return mMemories[static_cast<std::size_t>(recall - kRecalls.begin())] != nullptr;
 }
 
 bool ZPluginPresetsAudioDocument::HasPreset(std::int32_t index) const

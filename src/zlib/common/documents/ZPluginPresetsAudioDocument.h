@@ -31,6 +31,9 @@ public:
     /// messages go to ZPluginAudioDocument.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
+    /// False for the recall of an empty memory.
+    [[nodiscard]] bool CanHandle(std::int32_t messageId) const override;
+
     /// Returns the name of a factory preset, which lives as long as the document; "Init" for an
     /// index out of range.
     [[nodiscard]] virtual const char* GetPresetName(std::int32_t index) const;
