@@ -43,55 +43,76 @@ std::unique_ptr<ZPlugin> startProduct()
     return plugin;
 }
 
-/// A bitmap of the same size and pixels.
-std::unique_ptr<ZBitmap> copyOf(const ZBitmap& bitmap)
+/// A bitmap of the same size, scale and pixels.
+std::unique_ptr<ZBitmap> copyOf(const ZBitmap& bitmap, const ZWindow& window, double scale)
 {
-    auto copy = std::make_unique<ZBitmap>(bitmap.GetWidth(), bitmap.GetHeight(), nullptr);
+    auto copy = std::make_unique<ZBitmap>(window.GetWidth(), window.GetHeight(), scale);
     const auto pixels = bitmap.GetNative()->ReadPixels();
     std::copy(pixels.begin(), pixels.end(), copy->LockPixels().begin());
     copy->UnlockPixels();
     return copy;
 }
 
+/// Draws a menu with an item under the pointer, none for -1, and below it the item's submenu.
 void drawMenu(ZDrawingContext& picture, const ZMenu& menu, const ZPoint& position,
               std::int32_t item)
 {
+    constexpr std::int32_t kOverlap = 3;
     ZMenuContent content(menu);
     content.SetSize(content.GetSize());
     const ZRect place = content.GetItemRect(item);
     const ZPoint pointer{place.left + place.GetWidth() / 2, place.top + place.GetHeight() / 2};
     content.Mouse({ZNativeMouseEvent::kMove, {place.left + 1, place.top + 1}, 0, 0});
     content.Mouse({ZNativeMouseEvent::kMove, pointer, 0, 0});
-    const ZSavedStateScope saved(picture);
-    picture.Translate(position.x, position.y);
-    content.Draw(picture);
+    {
+        const ZSavedStateScope saved(picture);
+        picture.Translate(position.x, position.y);
+        content.Draw(picture);
+    }
+    if (const auto submenu = content.GetSubmenu(content.GetHighlight()))
+        drawMenu(picture, *submenu,
+                 {position.x + content.GetSize().x - kOverlap, position.y + place.top - kOverlap},
+                 ZMenuContent::kNone);
+}
+
+void openMenu(ZWindow& window, const MenuShot& shot)
+{
+    const auto view = window.GetRootView()->FindSubview(shot.view);
+    if (!view)
+        return;
+    if (shot.kind == MenuShot::Kind::kOwn)
+        return view->MouseDown({1, 1}, ZView::kMouseButton);
+    const ZRect frame = view->GetFrame();
+    const ZPoint origin = view->GetWindowOrigin();
+    window.ShowContextMenu(view.get(),
+                           {origin.x + frame.GetWidth() / 2, origin.y + frame.GetHeight() / 2});
 }
 
 }  // namespace
 
-WindowPixels drawOpenMenu(const std::string& view, std::int32_t item)
+WindowPixels drawOpenMenu(const MenuShot& shot)
 {
     const ZInterfaceLock lock;
     const auto plugin = startProduct();
     const auto window = plugin->GetMainWindow();
     window->AttachViews();
     plugin->Tick();
-    const auto menuView = window->GetRootView()->FindSubview(view);
-    const auto picture = copyOf(window->RenderOffscreen());
+    const auto picture =
+        copyOf(window->RenderOffscreen(ZDeviceScale(shot.scale)), *window, shot.scale);
     bool opened = false;
     const auto before = ZMenu::SetPresenter(
         [&](const ZMenu& menu, const ZPoint& position, ZWindow*) -> std::optional<std::int32_t> {
-            drawMenu(*picture, menu, position, item);
+            drawMenu(*picture, menu, position, shot.item);
             opened = true;
             return std::nullopt;
         });
-    if (menuView)
-        menuView->MouseDown({1, 1}, ZView::kMouseButton);
+    openMenu(*window, shot);
     ZMenu::SetPresenter(before);
     if (!opened)
-        throw ZException(ZString("the window has no menu " + view));
-    const std::span<const std::uint32_t> pixels = picture->GetNative()->GetPremultipliedPixels();
-    return {picture->GetWidth(), picture->GetHeight(), {pixels.begin(), pixels.end()}};
+        throw ZException(ZString("the window has no menu " + shot.view));
+    const ZImage& image = *picture->GetNative();
+    const std::span<const std::uint32_t> pixels = image.GetPremultipliedPixels();
+    return {image.GetWidth(), image.GetHeight(), {pixels.begin(), pixels.end()}};
 }
 
 }  // namespace orvane
