@@ -27,6 +27,7 @@ struct HostCall
     AEffect* effect;
     std::int32_t opcode;
     std::int32_t index;
+    std::intptr_t value;
     float opt;
     std::thread::id thread;
 };
@@ -51,6 +52,12 @@ public:
     {
         const std::lock_guard lock(TheRecord().mutex);
         TheRecord().reactions[opcode] = std::move(reaction);
+    }
+    /// Sets what the host answers to an opcode; it answers 0 to all others but the version.
+    static void Answer(std::int32_t opcode, std::intptr_t answer)
+    {
+        const std::lock_guard lock(TheRecord().mutex);
+        TheRecord().answers[opcode] = answer;
     }
     /// Sets whether the host says that it renders offline.
     static void SetOffline(bool offline) { TheRecord().offline = offline; }
@@ -98,31 +105,32 @@ public:
     }
 
     static std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
-                                  std::intptr_t /*value*/, void* /*ptr*/, float opt)
+                                  std::intptr_t value, void* /*ptr*/, float opt)
     {
         Record& record = TheRecord();
         if (opcode == audioMasterGetCurrentProcessLevel)  // sent with each block: neither locked
             return record.offline ? kVstProcessLevelOffline : 0;  // nor recorded
         std::vector<Reaction> reactions;
-        std::intptr_t versionAnswer = 0;
+        std::intptr_t answer = 0;
         {
             const std::lock_guard lock(record.mutex);
-            record.calls.push_back({effect, opcode, index, opt, std::this_thread::get_id()});
+            record.calls.push_back({effect, opcode, index, value, opt, std::this_thread::get_id()});
             for (const std::int32_t key : {kEveryCall, opcode})
                 if (const auto found = record.reactions.find(key); found != record.reactions.end())
                     reactions.push_back(found->second);
-            versionAnswer = record.versionAnswer;
+            if (const auto found = record.answers.find(opcode); found != record.answers.end())
+                answer = found->second;
         }
         for (const Reaction& reaction : reactions)
             reaction(effect);
-        return opcode == audioMasterVersion ? versionAnswer : 0;
+        return answer;
     }
 
 private:
     struct Record
     {
         std::mutex mutex;
-        std::intptr_t versionAnswer = 0;
+        std::map<std::int32_t, std::intptr_t> answers;
         std::atomic<bool> offline = false;
         std::vector<HostCall> calls;
         std::map<std::int32_t, Reaction> reactions;
@@ -137,7 +145,7 @@ private:
     {
         Record& record = TheRecord();
         const std::lock_guard lock(record.mutex);
-        record.versionAnswer = versionAnswer;
+        record.answers = {{audioMasterVersion, versionAnswer}};
         record.offline = false;
         record.calls.clear();
         record.reactions.clear();

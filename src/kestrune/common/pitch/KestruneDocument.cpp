@@ -240,6 +240,43 @@ void KestruneDocument::ShiftFormantsByChoice()
               formantShiftCents(mFormantTranspose->GetDiscrete(), mPitchShift->GetZFloat()));
 }
 
+float KestruneDocument::ShiftOf(const ZElement& choice, std::int32_t index) const
+{
+    return &choice == mPitchTranspose.get() ? pitchShiftCents(index)
+                                            : formantShiftCents(index, mPitchShift->GetZFloat());
+}
+
+boost::shared_ptr<ZElement> KestruneDocument::GetShift(const ZElement& choice) const
+{
+    if (!mPitchShift || !mFormantShift)
+        return nullptr;
+    return &choice == mPitchTranspose.get()     ? mPitchShift
+           : &choice == mFormantTranspose.get() ? mFormantShift
+                                                : nullptr;
+}
+
+std::optional<std::int32_t> KestruneDocument::FindChoice(const ZElement& choice, float cents) const
+{
+    assert(GetShift(choice));
+    for (std::int32_t i = 0; i < choice.CountDiscreteValues(); ++i)
+        if (ShiftOf(choice, i) == cents)
+            return i;
+    return std::nullopt;
+}
+
+void KestruneDocument::EnterShift(const ZElement& choice, float cents)
+{
+    const auto shift = GetShift(choice);
+    assert(shift && cents >= shift->Min() && cents <= shift->Max());
+    const bool formantsFollow =
+        shift == mPitchShift &&
+        mFormantShift->GetZFloat() == ShiftOf(*mFormantTranspose, mFormantTranspose->GetDiscrete());
+    store(*shift, cents);
+    if (formantsFollow)
+        ShiftFormantsByChoice();
+    MarkStateChanged();
+}
+
 // The bay resets the shifts, so the choices must be reset too, or the window would show shifts that
 // are not in force.
 void KestruneDocument::SetChoicesToDefaults()

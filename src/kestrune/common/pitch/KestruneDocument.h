@@ -46,6 +46,15 @@ public:
     /// it. Does nothing if there is no pitch bay or the user cancels. Returns when the user has
     /// answered.
     virtual void SaveCustomScale();
+    /// Returns the element of the shift in cents that a choice of transposition sets; null for any
+    /// other element.
+    [[nodiscard]] boost::shared_ptr<ZElement> GetShift(const ZElement& choice) const;
+    /// Returns the choice of a transposition that stands for a shift now; nothing when none does.
+    [[nodiscard]] std::optional<std::int32_t> FindChoice(const ZElement& choice, float cents) const;
+    /// Sets the shift of a choice of transposition to any value in cents and leaves the choice as
+    /// it is. Formants that are what their choice says follow the pitch as after a choice. The host
+    /// is told that the state has changed, since the shifts are no parameters.
+    void EnterShift(const ZElement& choice, float cents);
     /// True for the shifts, which follow the choices of transposition.
     [[nodiscard]] bool FollowsParameter(std::uint64_t elementId) const override;
 
@@ -56,6 +65,7 @@ private:
     void SetChoicesToDefaults();
     void ShiftPitchByChoice();
     void ShiftFormantsByChoice();
+    [[nodiscard]] float ShiftOf(const ZElement& choice, std::int32_t index) const;
     void LoadEnded();
     void ApplyTracking();
     [[nodiscard]] boost::shared_ptr<ZPsolaBay> PitchBay() const;

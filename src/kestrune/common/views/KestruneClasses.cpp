@@ -11,6 +11,7 @@
 #include "kestrune/common/views/KestruneKeyboardView.h"
 #include "kestrune/common/views/KestruneNameScaleWindow.h"
 #include "kestrune/common/views/KestrunePitchGraph.h"
+#include "kestrune/common/views/KestruneWindowMenu.h"
 #include "zlib/common/documents/ZApp.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 
@@ -29,6 +30,7 @@ void registerKestruneClasses(ZClassRegistry& registry)
     registry.AddStandard<KestruneKeyboardLabel>("KestruneKeyboardLabelClass");
     registry.AddStandard<KestruneKeyboardView>("KestruneKeyboardViewClass");
     registry.AddStandard<KestrunePitchGraph>("KestrunePitchGraphClass");
+    registry.AddStandard<KestruneWindowMenu>("KestruneWindowMenuClass");
     registry.AddStandard<ZPsolaBay>("ZPsolaBayClass");
 }
 

@@ -2,6 +2,7 @@
 // The controls that descriptions name.
 #include "zlib/common/controls/ZBitmapButton.h"
 #include "zlib/common/controls/ZCheckBox.h"
+#include "zlib/common/controls/ZContextMenu.h"
 #include "zlib/common/controls/ZLabelButton.h"
 #include "zlib/common/controls/ZMetalPopupMenu.h"
 #include "zlib/common/controls/ZMetalSlider.h"
@@ -18,6 +19,7 @@ void registerControlClasses(ZClassRegistry& registry)
 {
     registry.AddStandard<ZBitmapButton>("ZBitmapButtonClass");
     registry.AddStandard<ZCheckBox>("ZCheckBoxClass");
+    registry.AddStandard<ZContextMenu>("ZContextMenuClass");
     registry.AddStandard<ZLabelButton>("ZLabelButtonClass");
     registry.AddStandard<ZMetalPopupMenu>("ZMetalPopupMenuClass");
     registry.AddStandard<ZMetalSlider>("ZMetalSliderClass");

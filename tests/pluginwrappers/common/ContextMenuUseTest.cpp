@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The shipped window's context menu: what it offers over each view, and what the host hears.
+
+#include "pluginwrappers/common/ProductInstance.h"
+#include "support/BoxRecorder.h"
+#include "support/PrivateFolder.h"
+#include "zlib/common/buffers/ZBuffer.h"
+#include "zlib/common/controls/ZMenu.h"
+#include "zlib/common/objects/ZClipboard.h"
+#include "zlib/common/views/ZView.h"
+#include "zlib/common/views/ZWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+using Notes = std::vector<std::string>;
+using Path = std::vector<std::string>;
+
+/// A clipboard that holds what the test puts there.
+class TestClipboard : public ZClipboard
+{
+public:
+    TestClipboard()
+        : mBefore(ZClipboard::Set(this))
+    {
+    }
+    ~TestClipboard() override { ZClipboard::Set(mBefore); }
+
+    bool Write(const std::string& text) override
+    {
+        content = text;
+        return true;
+    }
+    std::optional<std::string> Read(const void* /*owner*/) override { return content; }
+
+    std::optional<std::string> content;
+
+private:
+    ZClipboard* mBefore;
+};
+
+/// Uses the window without a display; the menu is answered by the path of labels to an item.
+class ContextMenuUseTest : public testing::Test
+{
+protected:
+    ContextMenuUseTest()
+        : mMenusBefore(ZMenu::SetPresenter(
+              [this](const ZMenu& menu, const ZPoint&, ZWindow*) { return Answer(menu); }))
+    {
+        const ZInterfaceLock lock;
+        window = product.app->GetMainWindow();
+        window->AttachViews();
+        product.app->Tick();
+        product.app->Tick();
+        product.app->Tick();
+        product.app->Tick();
+        TestHost::TakeNotes();
+    }
+    ~ContextMenuUseTest() override { ZMenu::SetPresenter(mMenusBefore); }
+
+    /// Opens the menu over a view, "" for the ground, and chooses the item at the path; returns
+    /// what the host hears of it by the next tick.
+    Notes Choose(const std::string& view, const Path& path)
+    {
+        mPath = path;
+        mFound = false;
+        Open(view);
+        EXPECT_TRUE(mFound) << path.back();
+        product.Tick();
+        return TestHost::TakeNotes();
+    }
+    /// Returns the lines of the menu over a view, or of a submenu: a check mark as "*", what cannot
+    /// be chosen in brackets, what opens a submenu with ">" behind it.
+    Notes Lines(const std::string& view, const Path& submenu = {})
+    {
+        mPath = submenu;
+        mPath.emplace_back();
+        Open(view);
+        return mLines;
+    }
+    [[nodiscard]] ZElement& Element(const std::string& name) const { return product.Element(name); }
+    [[nodiscard]] float Shift(const std::string& name) const { return Element(name).GetZFloat(); }
+
+    const PrivateFolder folder;
+    const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
+    const TestHost host;
+    const ProductInstance product{TestHost::callback};
+    boost::shared_ptr<ZWindow> window;
+
+private:
+    void Open(const std::string& view)
+    {
+        const ZInterfaceLock lock;
+        ZPoint point{300, 60};
+        if (!view.empty()) {
+            const auto found = window->GetRootView()->FindSubview(view);
+            if (!found)
+                throw std::runtime_error("no view " + view);
+            point = {found->GetWindowOrigin().x + 5, found->GetWindowOrigin().y + 8};
+        }
+        window->NativeMouse({ZNativeMouseEvent::kContext, point, ZView::kMouseButton, 0});
+    }
+    std::optional<std::int32_t> Answer(const ZMenu& menu)
+    {
+        const ZMenu* open = &menu;
+        for (std::size_t i = 0; i < mPath.size(); ++i) {
+            NoteLines(*open);
+            const auto item = std::ranges::find_if(open->GetItems(), [&](const auto& each) {
+                return each.text.ToNarrow() == mPath[i];
+            });
+            if (item == open->GetItems().end())
+                return std::nullopt;
+            if (!item->submenu) {
+                mFound = item->enabled && i + 1 == mPath.size();
+                return mFound ? std::optional(item->index) : std::nullopt;
+            }
+            open = item->submenu.get();
+        }
+        return std::nullopt;
+    }
+    void NoteLines(const ZMenu& menu)
+    {
+        mLines.clear();
+        for (const ZMenu::Item& item : menu.GetItems()) {
+            std::string line = item.text.ToNarrow();
+            if (!item.enabled)
+                line = "(" + line + ")";
+            mLines.push_back((item.checked ? "*" : "") + line + (item.submenu ? " >" : ""));
+        }
+    }
+
+    Path mPath;
+    bool mFound = false;
+    Notes mLines;
+    ZMenu::Presenter mMenusBefore;
+};
+
+TEST_F(ContextMenuUseTest, OffersWhatTheWindowHasNoControlsFor)
+{
+    EXPECT_EQ(Lines(""),
+              (Notes{"Programs >", "Save Settings...", "Load Settings...", "Reset Settings",
+                     "Copy Settings", "Paste Settings", "Preset Memories >", "Tracking >",
+                     "Intonation >", "Detune...", "Reference Source >", "MIDI Input",
+                     "Window Scale >", "About Cantorel Mini"}));
+    EXPECT_EQ(Lines("", {"Tracking"}), (Notes{"*Classic", "Fine"}));
+    EXPECT_EQ(Lines("", {"Reference Source"}), (Notes{"Left", "Right", "*Stereo"}));
+    EXPECT_EQ(Lines("", {"Intonation"}).size(), 10u);
+    EXPECT_EQ(Lines("", {"Programs"}).size(), 7u);
+    EXPECT_EQ(Lines("PitchCorrectionTimeSlider")[0], "(Reset to Default)");
+    EXPECT_EQ(Lines("PitchCorrectionTimeSlider")[1], "Enter Value...");
+    EXPECT_EQ(Lines("correctionMeter")[0], "Programs >") << "nothing of the user's to set";
+    const BoxRecorder boxes;
+    Choose("", {"About Cantorel Mini"});
+    ASSERT_EQ(boxes.boxes.size(), 1u);
+    for (const char* part : {"Cantorel Mini 1.0.0", "General Public License", "LV2"})
+        EXPECT_NE(boxes.boxes[0].text.find(part), std::string::npos) << part;
+}
+
+TEST_F(ContextMenuUseTest, ProgramsAndMemoriesReachTheHostAsValuesAndAsAChangedState)
+{
+    const auto first = product.Program();
+    EXPECT_EQ(Lines("", {"Programs"})[0].front(), '*');
+    const std::string third = Lines("", {"Programs"})[2];
+    const Notes heard = Choose("", {"Programs", third});
+    EXPECT_FALSE(heard.empty());
+    EXPECT_EQ(std::ranges::count_if(heard, [](auto& note) { return note.starts_with("begin"); }), 0)
+        << "a load is no gesture";
+    EXPECT_EQ(product.Ask(effGetProgram), 2);
+    EXPECT_EQ(Lines("", {"Programs"})[2], "*" + third);
+
+    Choose("", {"Preset Memories", "Save To Preset Memory B"});
+    EXPECT_EQ(Lines("", {"Preset Memories"})[4], "(Recall Preset Memory A)");
+    Element("key").SetDiscrete(7, false);
+    product.Tick();
+    TestHost::TakeNotes();
+    EXPECT_EQ(
+        Choose("", {"Preset Memories", "Recall Preset Memory B"}),
+        (Notes{"2=" + std::to_string(std::lround(Element("key").GetDiscrete() * 1000.0 / 11.0))}));
+    EXPECT_NE(Element("key").GetDiscrete(), 7);
+    EXPECT_EQ(Lines("", {"Preset Memories"})[5], "*Recall Preset Memory B");
+    Choose("", {"Programs", Lines("", {"Programs"})[0]});
+    EXPECT_EQ(product.Program(), first) << "what was left is as it was";
+}
+
+TEST_F(ContextMenuUseTest, WhatIsNoParameterMarksTheStateAndIsSaved)
+{
+    const std::pair<Path, const char*> choices[] = {
+        {{"Tracking", "Fine"}, "tracking"},
+        {{"Intonation", "Arabic"}, "intonation"},
+        {{"Reference Source", "Left"}, "pitchReference"},
+    };
+    for (const auto& [path, name] : choices) {
+        SCOPED_TRACE(name);
+        const int before = Element(name).GetDiscrete();
+        const std::string saved = product.Program();
+        TestHost::TakeNotes();
+        Choose("", path);
+        EXPECT_NE(Element(name).GetDiscrete(), before);
+        EXPECT_NE(product.Program(), saved);
+        EXPECT_EQ(Lines("", {path[0]})[static_cast<std::size_t>(Element(name).GetDiscrete())],
+                  "*" + path[1]);
+    }
+    Choose("", {"MIDI Input"});
+    EXPECT_EQ(Element("AcceptMIDI").GetDiscrete(), 1);
+    Choose("", {"MIDI Input"});
+    EXPECT_EQ(Element("AcceptMIDI").GetDiscrete(), 0);
+    Choose("", {"Reset Settings"});
+    EXPECT_EQ(Lines("", {"Tracking"})[0], "*Classic");
+}
+
+TEST_F(ContextMenuUseTest, AResetOfAControlIsAGesture)
+{
+    Element("key").SetDiscrete(7, false);
+    Element("pitchCorrectionTime").SetZFloat(200.0f, false);
+    Element("ignoredNotes").GetZBuffer()->Data()[3] = 1.0f;
+    product.Tick();
+    TestHost::TakeNotes();
+    EXPECT_EQ(Choose("KeyMenu", {"Reset to Default"}), (Notes{"begin 2", "2=273", "end 2"}));
+    EXPECT_EQ(Choose("PitchCorrectionTimeSlider", {"Reset to Default"}),
+              (Notes{"begin 4", "4=125", "end 4"}));
+    EXPECT_EQ(Lines("KeyMenu")[0], "(Reset to Default)");
+    Choose("IgnoreKeys", {"Reset to Default"});
+    EXPECT_EQ(Element("ignoredNotes").GetZBuffer()->Data()[3], 0.0f);
+}
+
+TEST_F(ContextMenuUseTest, AShiftThatIsNotWhatTheChoiceSaysIsTold)
+{
+    EXPECT_EQ(Lines("TransposePitchPopup")[0], "(Reset to Default)");
+    Element("PitchShift").SetZFloat(150.0f, false);
+    Element("FormantShift").SetZFloat(-30.5f, false);
+    product.Tick();
+    EXPECT_EQ(Lines("TransposePitchPopup")[0], "(+150 cents, not what the choice says)");
+    EXPECT_EQ(Lines("TransposeFormantPopup")[0], "(-30.5 cents, not what the choice says)");
+    TestHost::TakeNotes();
+    Choose("TransposePitchPopup", {"Reset to Default"});
+    product.Tick();
+    EXPECT_EQ(Shift("PitchShift"), 0.0f);
+    EXPECT_EQ(Lines("TransposePitchPopup")[0], "(Reset to Default)");
+}
+
+TEST_F(ContextMenuUseTest, SettingsAreCopiedAndPastedAsTextAndAnythingElseIsRefused)
+{
+    TestClipboard clipboard;
+    const BoxRecorder boxes;
+    Element("key").SetDiscrete(7, false);
+    Element("detune").SetZFloat(12.5f, false);
+    product.Tick();
+    Choose("", {"Copy Settings"});
+    ASSERT_TRUE(clipboard.content);
+    Choose("", {"Reset Settings"});
+    EXPECT_EQ(Element("key").GetDiscrete(), 3);
+    Choose("", {"Paste Settings"});
+    EXPECT_EQ(Element("key").GetDiscrete(), 7);
+    EXPECT_EQ(Element("detune").GetZFloat(), 12.5f);
+    const std::string saved = product.Program();
+    EXPECT_TRUE(boxes.boxes.empty());
+
+    const std::optional<std::string> others[] = {std::nullopt,
+                                                 "a shopping list",
+                                                 "<preset></preset>",
+                                                 "<html><body></body></html>",
+                                                 "",
+                                                 std::string((std::size_t{16} << 20U) + 1, 'x')};
+    for (const auto& other : others) {
+        clipboard.content = other;
+        Choose("", {"Paste Settings"});
+        EXPECT_EQ(product.Program(), saved);
+    }
+    EXPECT_EQ(boxes.boxes.size(), std::size(others));
+    for (const ShownBox& box : boxes.boxes)
+        EXPECT_EQ(box.title, "Could not paste settings");
+}
+
+TEST_F(ContextMenuUseTest, AScaleThatWaitsIsToldAndTheOneInForceKeepsItsMark)
+{
+    EXPECT_EQ(Lines("", {"Window Scale"}),
+              (Notes{"100 %", "125 %", "150 %", "175 %", "200 %", "250 %", "300 %",
+                     "*As the host or display says"}));
+    Choose("", {"Window Scale", "200 %"});
+    EXPECT_EQ(Lines("", {"Window Scale"})[0], "*100 %");
+    EXPECT_EQ(Lines("", {"Window Scale"})[4], "200 % (when the window opens next)");
+    EXPECT_EQ(window->GetPixelSize(), (ZPoint{908, 860}));
+    Choose("", {"Window Scale", "As the host or display says"});
+    EXPECT_EQ(window->GetPixelSize(), (ZPoint{454, 430}));
+}
+
+}  // namespace
+
+}  // namespace orvane
