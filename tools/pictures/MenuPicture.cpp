@@ -8,6 +8,8 @@
 #include "zlib/common/controls/ZMenuContent.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZPlugin.h"
+#include "zlib/common/documents/ZPluginPresetsAudioDocument.h"
+#include "zlib/common/documents/ZProgramList.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/objects/ZException.h"
@@ -43,6 +45,27 @@ std::unique_ptr<ZPlugin> startProduct()
     return plugin;
 }
 
+/// The programs of the plug-in, all in the state of their presets.
+class PresetList : public ZProgramList
+{
+public:
+    explicit PresetList(ZPlugin& plugin)
+        : mDocument(
+              boost::dynamic_pointer_cast<ZPluginPresetsAudioDocument>(plugin.GetCurrentDocument()))
+    {
+    }
+    [[nodiscard]] std::int32_t GetCount() const override { return mDocument->GetPresetCount(); }
+    [[nodiscard]] std::int32_t GetCurrent() const override { return 0; }
+    [[nodiscard]] std::optional<ZString> GetName(std::int32_t index) const override
+    {
+        return ZString(mDocument->GetPresetName(index));
+    }
+    void SetCurrent(std::int32_t index) override { mDocument->LoadFactoryPreset(index); }
+
+private:
+    boost::shared_ptr<ZPluginPresetsAudioDocument> mDocument;
+};
+
 /// A bitmap of the same size, scale and pixels.
 std::unique_ptr<ZBitmap> copyOf(const ZBitmap& bitmap, const ZWindow& window, double scale)
 {
@@ -60,6 +83,7 @@ void drawMenu(ZDrawingContext& picture, const ZMenu& menu, const ZPoint& positio
     constexpr std::int32_t kOverlap = 3;
     ZMenuContent content(menu);
     content.SetSize(content.GetSize());
+    content.SetHighlight(ZMenuContent::kNone);
     const ZRect place = content.GetItemRect(item);
     const ZPoint pointer{place.left + place.GetWidth() / 2, place.top + place.GetHeight() / 2};
     content.Mouse({ZNativeMouseEvent::kMove, {place.left + 1, place.top + 1}, 0, 0});
@@ -94,6 +118,8 @@ WindowPixels drawOpenMenu(const MenuShot& shot)
 {
     const ZInterfaceLock lock;
     const auto plugin = startProduct();
+    PresetList programs(*plugin);
+    plugin->SetPrograms(&programs);
     const auto window = plugin->GetMainWindow();
     window->AttachViews();
     plugin->Tick();

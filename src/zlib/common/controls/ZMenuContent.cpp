@@ -30,6 +30,16 @@ constexpr std::int32_t kStillRadius = 5;
 
 constexpr std::int32_t kWheelItems = 3;
 
+const ZColor& textColor(const ZMenu::Item& item, bool isHighlighted)
+{
+    // A line of information is not faint: it is there to be read.
+    if (item.index == ZMenu::kNoIndex && !item.submenu)
+        return ZPanelStyle::kQuietText;
+    if (!item.enabled)
+        return ZPanelStyle::kFaintText;
+    return isHighlighted ? ZPanelStyle::kAccentText : ZPanelStyle::kText;
+}
+
 char16_t firstLetter(ZString text)
 {
     text.ToUpper();
@@ -357,9 +367,7 @@ void ZMenuContent::DrawItem(ZDrawingContext& context, std::int32_t place) const
     const ZMenu::Item& item = At(place);
     const ZRect rect = GetItemRect(place);
     const bool isHighlighted = place == mHighlight;
-    const ZColor& color = !item.enabled   ? ZPanelStyle::kFaintText
-                          : isHighlighted ? ZPanelStyle::kAccentText
-                                          : ZPanelStyle::kText;
+    const ZColor& color = textColor(item, isHighlighted);
     if (isHighlighted)
         ZPanelStyle::fill(context, rect, ZPanelStyle::kAccent);
     if (item.beginsGroup)

@@ -140,6 +140,8 @@ void ZMenuLevels::OpenSubmenu(std::size_t depth, std::int32_t place, bool byKey)
         if (!level.MakeWindow(at, parent.mPopup->GetNative().GetHandle()))
             return static_cast<void>(mLevels.pop_back());
         level.mContent.BeginAsSubmenu();
+        // Its checked item is in view, but the highlight stays where the pointer is.
+        level.mContent.SetHighlight(kNone);
         level.mPopup->Show();
     }
     if (byKey)

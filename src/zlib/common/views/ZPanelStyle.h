@@ -26,6 +26,7 @@ constexpr ZColor kField{18, 18, 20, 255};
 constexpr ZColor kEdge{8, 8, 9, 255};
 constexpr ZColor kHighlight{255, 255, 255, 36};
 constexpr ZColor kText{224, 224, 224, 255};
+constexpr ZColor kQuietText{170, 170, 174, 255};
 constexpr ZColor kFaintText{122, 122, 126, 255};
 constexpr ZColor kAccent{150, 24, 32, 255};
 constexpr ZColor kAccentText{255, 255, 255, 255};
