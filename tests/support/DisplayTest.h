@@ -41,6 +41,13 @@ protected:
     {
         return waitFor([&] { return probe->PixelAt(x, y) == color; });
     }
+    /// Does something under the interface lock.
+    template <typename Action>
+    static void Locked(const Action& action)
+    {
+        const ZInterfaceLock lock;
+        action();
+    }
     /// The condition is asked under the interface lock.
     [[nodiscard]] static bool Comes(const std::function<bool()>& condition)
     {

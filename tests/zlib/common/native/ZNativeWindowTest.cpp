@@ -129,10 +129,7 @@ protected:
     {
         if (!client)
             MakeChild();
-        {
-            const ZInterfaceLock lock;
-            client->window->Show();
-        }
+        Locked([&] { client->window->Show(); });
         ASSERT_TRUE(ShowsAt(115, 125, kGreen));
     }
     [[nodiscard]] ZNativeWindow::Settings ChildSettings() const
@@ -166,10 +163,7 @@ TEST_F(ZNativeWindowTest, PaintsWhatIsUncoveredOrInvalid)
 {
     ShowChild();
     const xcb_window_t cover = probe->MakeWindow({120, 130, 30, 20});
-    {
-        const ZInterfaceLock lock;
-        client->paints.clear();
-    }
+    Locked([&] { client->paints.clear(); });
     probe->Destroy(cover);
     ASSERT_TRUE(Comes([&] { return !client->paints.empty(); }));
     EXPECT_TRUE(ShowsAt(125, 135, kGreen));
@@ -196,10 +190,7 @@ TEST_F(ZNativeWindowTest, ParentMayHaveAnotherDepth)
 TEST_F(ZNativeWindowTest, ReportsMovesAndSizes)
 {
     ShowChild();
-    {
-        const ZInterfaceLock lock;
-        client->window->SetRect({30, 40, 180, 120});
-    }
+    Locked([&] { client->window->SetRect({30, 40, 180, 120}); });
     EXPECT_TRUE(Comes([&] { return client->sizes == std::vector<ZPoint>{{150, 80}}; }));
     EXPECT_EQ(client->moves, (std::vector<ZPoint>{{30, 40}}));
     EXPECT_TRUE(ShowsAt(111, 121, kParentColor));
@@ -242,10 +233,7 @@ TEST_F(ZNativeWindowTest, CaptureBringsTheMouseFromEverywhere)
     ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown, Action::kUp, Action::kMove}));
     EXPECT_EQ(client->mouse[3].position, (ZPoint{500, 30}));
     EXPECT_FALSE(probe->Grab()) << "the capture is the window's";
-    {
-        const ZInterfaceLock lock;
-        client->window->SetCapture(false);
-    }
+    Locked([&] { client->window->SetCapture(false); });
     ASSERT_TRUE(waitFor([&] { return probe->Grab(); }));
     const ZInterfaceLock lock;
     EXPECT_FALSE(client->window->SetCapture(true)) << "another program has the mouse";
@@ -260,10 +248,7 @@ TEST_F(ZNativeWindowTest, HeldButtonIsReleasedWhenTheWindowHides)
     probe->Press(1);
     ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown}));
     probe->Hide(parent);
-    {
-        const ZInterfaceLock lock;
-        client->window->Hide();
-    }
+    Locked([&] { client->window->Hide(); });
     ASSERT_TRUE(Comes([&] { return client->Actions().back() == Action::kUp; }));
     EXPECT_TRUE(probe->Grab());
 }
@@ -271,10 +256,7 @@ TEST_F(ZNativeWindowTest, HeldButtonIsReleasedWhenTheWindowHides)
 TEST_F(ZNativeWindowTest, KeysComeWithCodeAndText)
 {
     ShowChild();
-    {
-        const ZInterfaceLock lock;
-        client->window->SetFocus();
-    }
+    Locked([&] { client->window->SetFocus(); });
     ASSERT_TRUE(Comes([&] { return client->focused; }));
     probe->TypeKey(XKB_KEY_a);
     TypeWith(XKB_KEY_Shift_L, XKB_KEY_q);
@@ -343,10 +325,7 @@ TEST_F(ZNativeWindowTest, ReleaseOfAClosingKeyDoesNotReachTheHost)
         popup->window->SetFocus();
     }
     ASSERT_TRUE(Comes([&] { return popup->focused && !popup->paints.empty(); }));
-    {
-        const ZInterfaceLock lock;
-        popup->onNext = [&] { popup->window.reset(); };
-    }
+    Locked([&] { popup->onNext = [&] { popup->window.reset(); }; });
     probe->PressKey(XKB_KEY_Return);
     ASSERT_TRUE(Comes([&] { return popup->keys.size() == 1; }));
     probe->Focus(static_cast<xcb_window_t>(client->window->GetHandle()));
