@@ -2,10 +2,10 @@
 #pragma once
 
 #include "support/SmallApplication.h"
+#include "support/XmlOf.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
-#include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/signals/ZBlockProcessingBay.h"
 #include "zlib/common/signals/ZElementBay.h"
 #include "zlib/common/signals/ZInputBay.h"
@@ -56,11 +56,6 @@ inline std::string networkOfEachClass()
            "<publish bay=\"meter\" export=\"0\" /><publish bay=\"meter\" export=\"1\" />\n</bay>\n";
 }
 
-inline boost::shared_ptr<ZXMLElement> firstBay(const std::string& text)
-{
-    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
-}
-
 /// Connects the network to an input bay and an output bay and runs some passes.
 inline void runBetweenEnds(ZSignalBay& network)
 {
@@ -88,13 +83,13 @@ public:
     BayArchiveCheck()
     {
         registerBays(mApplication.GetClassRegistry());
-        mStanding = boost::make_shared<ZSignalBay>(firstBay(networkOfEachClass()), &mApplication);
+        mStanding = boost::make_shared<ZSignalBay>(xmlOf(networkOfEachClass()), &mApplication);
     }
 
     /// Describes the fault that the text causes; empty when there is none.
     std::string FaultAfter(const std::string& text)
     {
-        const auto xml = firstBay(text);
+        const auto xml = xmlOf(text);
         if (!xml)
             return "";
         std::string fault;
@@ -132,7 +127,7 @@ private:
         if (once == mArchive)
             return "";
         mArchive = once;
-        const ZSignalBay again(firstBay(once), &mApplication);
+        const ZSignalBay again(xmlOf(once), &mApplication);
         const std::string twice = again.ExtractXML()->Write(0);
         return once == twice ? "" : "building its own archive makes of\n" + once + "this\n" + twice;
     }

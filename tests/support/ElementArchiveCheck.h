@@ -2,10 +2,10 @@
 #pragma once
 
 #include "support/SmallApplication.h"
+#include "support/XmlOf.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZException.h"
-#include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -33,14 +33,9 @@ inline std::string elementsOfEachType()
            "</subelements>\n</element>\n";
 }
 
-inline boost::shared_ptr<ZXMLElement> firstElement(const std::string& text)
-{
-    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
-}
-
 inline boost::shared_ptr<ZElement> makeElement(const std::string& text, ZApplication& application)
 {
-    return boost::make_shared<ZElement>(firstElement(text), &application);
+    return boost::make_shared<ZElement>(xmlOf(text), &application);
 }
 
 /// The element of that name below tree; null when there is none.
@@ -58,7 +53,7 @@ inline std::string elementArchiveFault(const std::string& text)
     application.GetClassRegistry().AddStandard<ZElement>("ZElementClass");
     const auto tree = makeElement(elementsOfEachType(), application);
     findBelow(*tree, "names")->SetArchiveDiscreteList(true);
-    if (const auto xml = firstElement(text)) {
+    if (const auto xml = xmlOf(text)) {
         try {
             const ZElement definition(xml, &application);
             static_cast<void>(definition.ExtractXML());
@@ -77,7 +72,7 @@ inline std::string elementArchiveFault(const std::string& text)
         return "a buffer has changed its length";
     // The archive of the restored tree must restore the same values.
     const std::string once = tree->ExtractXML()->Write(0);
-    tree->RestoreBody(firstElement(once));
+    tree->RestoreBody(xmlOf(once));
     const std::string twice = tree->ExtractXML()->Write(0);
     return once == twice ? "" : "restoring its own archive makes of\n" + once + "this\n" + twice;
 }

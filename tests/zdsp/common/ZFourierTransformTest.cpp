@@ -7,9 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <complex>
-#include <memory>
 #include <numbers>
 #include <thread>
 #include <vector>

@@ -76,7 +76,7 @@ public:
 
     void Restore(const std::string& archive)
     {
-        bay->RestoreBody(firstElement(archive));
+        bay->RestoreBody(xmlOf(archive));
         application.ProcessQueue();
     }
     void Add(int count)
@@ -517,8 +517,8 @@ TEST(ZPsolaBayScalesTest, ALoadWithNamesOnlyKeepsTheNumberOfTheScale)
     bench.Add(3);
     bench.SetDiscrete("scale", 6);
     bench.Element("CustomScaleNames")
-        .RestoreBody(firstElement("<element name=\"CustomScaleNames\" type=\"ZDISCRETE\" "
-                                  "int32value=\"0\"></element>"));
+        .RestoreBody(xmlOf("<element name=\"CustomScaleNames\" type=\"ZDISCRETE\" "
+                           "int32value=\"0\"></element>"));
     bench.application.ProcessQueue();
     EXPECT_EQ(bench.Element("scale").GetDiscrete(), 6);
 }

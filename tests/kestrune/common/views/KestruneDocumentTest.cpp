@@ -9,13 +9,12 @@
 #include "kestrune/common/pitch/KestruneScaleTable.h"
 #include "kestrune/common/views/ProductApplication.h"
 #include "support/RealtimeGuard.h"
+#include "support/XmlOf.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/objects/ZXMLDocument.h"
-#include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -149,9 +148,7 @@ TEST_F(KestruneDocumentTest, ALoadWithAChoiceButNotItsShiftMovesTheShift)
     for (const auto& [held, shifts] : rows) {
         Element("FormantShift").SetZFloat(7.0f, false);
         app->Tick();
-        const std::string text = "<file><preset version=\"1.0\">" + held + "</preset></file>";
-        document->LoadPreset(
-            ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0));
+        document->LoadPreset(xmlOf("<file><preset version=\"1.0\">" + held + "</preset></file>"));
         app->Tick();
         EXPECT_EQ(Shifts(), shifts) << held;
     }
@@ -305,9 +302,7 @@ TEST_F(KestruneDocumentTest, TrackingIsSavedOnlyWhileItIsFineAndWhatWasSavedCome
         app->Tick();
     };
     const auto load = [this](const std::string& held) {
-        const std::string text = "<file><preset version=\"1.0\">" + held + "</preset></file>";
-        document->LoadPreset(
-            ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0));
+        document->LoadPreset(xmlOf("<file><preset version=\"1.0\">" + held + "</preset></file>"));
         app->Tick();
     };
     const std::string classic = saved();

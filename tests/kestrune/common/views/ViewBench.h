@@ -67,7 +67,7 @@ public:
     boost::shared_ptr<Counted<View>> Make(const std::string& tag, std::int32_t width,
                                           std::int32_t height)
     {
-        const auto view = boost::make_shared<Counted<View>>(viewXml(tag), &mApplication);
+        const auto view = boost::make_shared<Counted<View>>(xmlOf(tag), &mApplication);
         view->SetBoundsSize(width, height);
         view->OnAttached();
         const auto opened = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
@@ -122,7 +122,7 @@ private:
 
     PictureApplication mApplication;
     boost::shared_ptr<ZDocument> mDocument =
-        boost::make_shared<ZDocument>(viewXml("<documenttype></documenttype>"), &mApplication);
+        boost::make_shared<ZDocument>(xmlOf("<documenttype></documenttype>"), &mApplication);
 };
 
 inline std::vector<float> samplesOf(const ZElement& element)

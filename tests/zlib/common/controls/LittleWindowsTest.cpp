@@ -41,8 +41,8 @@ protected:
         for (int i = 0; i < 8; ++i)
             menu.AddItem(ZString("Item " + std::to_string(i)), i);
         window = std::make_unique<ZWindow>(
-            viewXml("<windowtype name=\"W\"><rect left=\"300\" top=\"300\" width=\"200\" "
-                    "height=\"100\" /></windowtype>"),
+            xmlOf("<windowtype name=\"W\"><rect left=\"300\" top=\"300\" width=\"200\" "
+                  "height=\"100\" /></windowtype>"),
             app.get());
         ASSERT_TRUE(window->Create(nullptr, 0));
         window->Show();
@@ -134,17 +134,13 @@ TEST_F(LittleWindowsTest, MenuClosesWithoutTheFocusItsWindowOrTheDisplay)
     probe->Focus(static_cast<xcb_window_t>(window->GetNativeWindow()->GetHandle()));
     EXPECT_TRUE(Ends()) << "another window took the focus";
     OpenMenu({100, 120});
-    {
-        const ZInterfaceLock lock;
-        window->Hide();
-    }
+    Locked([&] { window->Hide(); });
     EXPECT_TRUE(Ends()) << "its window was hidden";
     OpenMenu({100, 120});
-    {
-        const ZInterfaceLock lock;
+    Locked([&] {
         app->EndModalRuns();
         EXPECT_TRUE(ended) << "EndModalRuns() returned before the menu did";
-    }
+    });
     EXPECT_TRUE(Ends());
     OpenMenu({100, 120});
     display->Kill();
@@ -228,8 +224,8 @@ TEST_F(LittleWindowsTest, DialogGetsTheFocusOfTheWindowsThatItBlocks)
     {
         const ZInterfaceLock lock;
         dialog = std::make_unique<ZWindow>(
-            viewXml("<windowtype name=\"D\" dialog=\"true\" resize=\"true\"><rect left=\"600\" "
-                    "top=\"300\" width=\"100\" height=\"50\" /></windowtype>"),
+            xmlOf("<windowtype name=\"D\" dialog=\"true\" resize=\"true\"><rect left=\"600\" "
+                  "top=\"300\" width=\"100\" height=\"50\" /></windowtype>"),
             app.get());
         ASSERT_TRUE(dialog->Create(window.get(), 0));
         dialog->Show();

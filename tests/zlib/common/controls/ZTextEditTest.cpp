@@ -65,8 +65,8 @@ protected:
     }
 
     const boost::shared_ptr<Canvas> canvas = boost::make_shared<Canvas>(120, 22);
-    OpenTextEdit edit{viewXml("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"120\" "
-                              "height=\"22\" /></view>"),
+    OpenTextEdit edit{xmlOf("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"120\" "
+                            "height=\"22\" /></view>"),
                       nullptr};
 };
 
@@ -142,8 +142,8 @@ TEST_F(ZTextEditTest, MousePlacesTheCaretAndSelects)
 
 TEST(ZLabelButtonTest, ActsOnAClickReturnAndTheSpaceBar)
 {
-    ZLabelButton button(viewXml("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"60\" "
-                                "height=\"22\" /><label text=\"OK\" /></view>"),
+    ZLabelButton button(xmlOf("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"60\" "
+                              "height=\"22\" /><label text=\"OK\" /></view>"),
                         nullptr);
     int count = 0;
     button.SetAction([&count] { ++count; });

@@ -52,11 +52,11 @@ protected:
         app = std::make_unique<SmallPlugin>();
         app->GetClassRegistry().AddStandard<TestView>("TestViewClass");
         window = std::make_unique<ZWindow>(
-            viewXml("<windowtype name=\"W\"><rect left=\"50\" top=\"40\" width=\"101\" "
-                    "height=\"50\" /><subviews><view name=\"a\" class=\"TestViewClass\">"
-                    "<rect name=\"bounds\" left=\"11\" top=\"10\" width=\"20\" height=\"20\" />"
-                    "<brushcolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" />"
-                    "</view></subviews></windowtype>"),
+            xmlOf("<windowtype name=\"W\"><rect left=\"50\" top=\"40\" width=\"101\" "
+                  "height=\"50\" /><subviews><view name=\"a\" class=\"TestViewClass\">"
+                  "<rect name=\"bounds\" left=\"11\" top=\"10\" width=\"20\" height=\"20\" />"
+                  "<brushcolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" />"
+                  "</view></subviews></windowtype>"),
             app.get());
         window->SetHost(&host);
     }
@@ -78,11 +78,6 @@ protected:
     [[nodiscard]] xcb_rectangle_t Place() const
     {
         return probe->GetPlace(static_cast<xcb_window_t>(window->GetNativeWindow()->GetHandle()));
-    }
-    void Pass(const std::function<void()>& call) const
-    {
-        const ZInterfaceLock lock;
-        call();
     }
 
     const PrivateFolder folder;
@@ -111,7 +106,7 @@ TEST_F(ZWindowScaleTest, PixelsArePaintedAndPointedAtByUnits)
         probe->MovePointer(x + at(31) - 1, y + at(30) - 1);
         probe->Click(1);
         EXPECT_TRUE(Comes([] { return std::ranges::count(TestView::log, "a down1 19,19") == 1; }));
-        Pass([&] { window->Destroy(); });
+        Locked([&] { window->Destroy(); });
     }
 }
 
@@ -119,7 +114,7 @@ TEST_F(ZWindowScaleTest, APartIsRepaintedAloneAndWithoutSeams)
 {
     Open(1.25);
     ASSERT_TRUE(ShowsAt(50 + 20, 40 + 20, 0xFF0000));
-    Pass([&] {
+    Locked([&] {
         auto& view = dynamic_cast<TestView&>(*window->GetRootView()->FindSubview("a"));
         view.SetBrushColor({0, 0, 255, 255});
         view.Invalidate();
@@ -135,7 +130,7 @@ TEST_F(ZWindowScaleTest, APartIsRepaintedAloneAndWithoutSeams)
 TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
 {
     Open(1.0);
-    Pass([&] {
+    Locked([&] {
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 200));
         host.meanwhile = [&] { EXPECT_EQ(window->GetPixelSize(), (ZPoint{202, 100})); };
         EXPECT_TRUE(window->TakeScale());
@@ -144,7 +139,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
     EXPECT_TRUE(waitFor([&] { return Place().width == 202 && Place().height == 100; }));
     EXPECT_TRUE(ShowsAt(50 + 61, 40 + 59, 0xFF0000)) << "it is not painted anew";
     // A refused size stays as it was, and comes with the next window.
-    Pass([&] {
+    Locked([&] {
         host.grants = false;
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 150));
         host.meanwhile = nullptr;
@@ -156,7 +151,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
     });
     // The host may close the window while it is asked, or destroy it.
     Open(1.0);
-    Pass([&] {
+    Locked([&] {
         host.grants = true;
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 300));
         host.meanwhile = [&] { window->Destroy(); };
@@ -164,7 +159,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
         EXPECT_EQ(window->GetNativeWindow(), nullptr);
     });
     Open(1.0);
-    Pass([&] {
+    Locked([&] {
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 100));
         host.meanwhile = [&] { window.reset(); };
         ZWindow& asking = *window;

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "support/SignedDescription.h"
+#include "support/XmlOf.h"
 #include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZTrace.h"
-#include "zlib/common/objects/ZXMLDocument.h"
-#include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -19,12 +18,6 @@
 
 namespace orvane
 {
-
-/// Parses a text and returns its first element.
-inline boost::shared_ptr<ZXMLElement> xmlOf(const std::string& text)
-{
-    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
-}
 
 /// Creates a plug-in's application with the description "test.xml", not started.
 inline std::unique_ptr<ZPlugin> makePlugin(const ZResources& resources)

@@ -127,10 +127,10 @@ TEST_F(ZElementArchiveTest, RestoresValuesByName)
         "<element name=\"gain\" type=\"ZFLOAT\" floatvalue=\"1.5\" min=\"5\" max=\"6\" />"
         "<element name=\"key\" int32value=\"17\" /></subelements></element>";
 
-    tree->RestoreBody(firstElement("<element name=\"other\">" + values));
+    tree->RestoreBody(xmlOf("<element name=\"other\">" + values));
     tree->RestoreBody({});
 
-    tree->RestoreBody(firstElement("<element name=\"all\">" + values));
+    tree->RestoreBody(xmlOf("<element name=\"all\">" + values));
     EXPECT_EQ(find("gain")->GetZFloat(), 1.5f) << "not clamped";
     EXPECT_EQ(find("gain")->Max(), 1.0f) << "bounds are the definition's";
     EXPECT_EQ(find("key")->GetDiscrete(), 1) << "clamped to the list";
@@ -139,9 +139,9 @@ TEST_F(ZElementArchiveTest, RestoresValuesByName)
     EXPECT_EQ(observer.ids, (MessageIds{ZATTACHEDTOELEMENT, ZELEMENTCHANGED})) << "without a flush";
     EXPECT_FALSE(find("gain")->IsMarkedChanged());
 
-    find("key")->RestoreBody(firstElement("<element name=\"key\" int32value=\"-3\" />"));
+    find("key")->RestoreBody(xmlOf("<element name=\"key\" int32value=\"-3\" />"));
     EXPECT_EQ(find("key")->GetDiscrete(), 0);
-    find("gain")->RestoreBody(firstElement("<element name=\"gain\" floatvalue=\"nan\" />"));
+    find("gain")->RestoreBody(xmlOf("<element name=\"gain\" floatvalue=\"nan\" />"));
     EXPECT_EQ(find("gain")->GetZFloat(), 0.0f);
 }
 
@@ -152,7 +152,7 @@ TEST_F(ZElementArchiveTest, ArchivesAListOnRequest)
     names.AddDiscreteValue("a \"quoted\" <b>");
     names.SetDiscrete(1, true);
     names.SetArchiveDiscreteList(true);
-    const auto archive = firstElement(names.ExtractXML()->Write(0));
+    const auto archive = xmlOf(names.ExtractXML()->Write(0));
 
     ZElement restored("names", ZElement::ZDISCRETE, &application);
     restored.SetArchiveDiscreteList(true);
@@ -180,7 +180,7 @@ TEST_F(ZElementArchiveTest, BufferComesBackBitByBit)
     samples[1] = -0.0f;
     samples[2] = 1e-45f;
     flags.GetZBuffer()->SetSampleRate(48000.0f);
-    const auto archive = firstElement(flags.ExtractXML()->Write(0));
+    const auto archive = xmlOf(flags.ExtractXML()->Write(0));
 
     ZElement restored("x", ZElement::ZBUFFER, &application, 3);
     restored.RestoreBody(archive);
@@ -197,8 +197,8 @@ TEST_F(ZElementArchiveTest, FailedRestoreLeavesTheBufferAlone)
     ZElement flags("x", ZElement::ZBUFFER, &application, 2);
     flags.GetZBuffer()->Data()[0] = 0.25f;
     const auto restore = [&](const std::string& length, const std::string& attributes) {
-        flags.RestoreBody(firstElement("<element name=\"x\"><buffer length=\"" + length +
-                                       "\"><data " + attributes + " /></buffer></element>"));
+        flags.RestoreBody(xmlOf("<element name=\"x\"><buffer length=\"" + length + "\"><data " +
+                                attributes + " /></buffer></element>"));
     };
     expectZException("Incompatible buffer restore. Buffers are of different size.",
                      [&] { restore("3", "values=\"3f8000003f8000003f800000\""); });

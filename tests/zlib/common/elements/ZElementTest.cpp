@@ -15,7 +15,6 @@
 #include <atomic>
 #include <functional>
 #include <limits>
-#include <string>
 #include <thread>
 
 namespace orvane

@@ -13,7 +13,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <memory>
 #include <thread>
 #include <vector>
 

@@ -23,7 +23,7 @@ protected:
 
     boost::shared_ptr<ZSignalBay> Build(const std::string& text)
     {
-        return boost::make_shared<ZSignalBay>(firstBay(text), &application);
+        return boost::make_shared<ZSignalBay>(xmlOf(text), &application);
     }
 
     static ZElement& GainOf(const ZBay& network)

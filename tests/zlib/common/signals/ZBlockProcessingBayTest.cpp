@@ -20,7 +20,7 @@ namespace
 boost::shared_ptr<ZBlockProcessingBay> bayOf(std::int32_t channels)
 {
     return boost::make_shared<ZBlockProcessingBay>(
-        firstBay("<bay numchannels=\"" + std::to_string(channels) + "\"></bay>"), nullptr);
+        xmlOf("<bay numchannels=\"" + std::to_string(channels) + "\"></bay>"), nullptr);
 }
 
 /// Runs calls on samples that count up from 1, on the right with the other sign, and counts those

@@ -20,8 +20,8 @@ namespace
 struct Source
 {
     explicit Source(const std::string& attributes)
-        : bay(firstBay("<bay name=\"knob\" class=\"ZElementBayClass\"><element name=\"e\" " +
-                       attributes + "></element></bay>"),
+        : bay(xmlOf("<bay name=\"knob\" class=\"ZElementBayClass\"><element name=\"e\" " +
+                    attributes + "></element></bay>"),
               nullptr)
         , port(dynamic_cast<ZSignalPort&>(*bay.GetExport(0)))
     {
@@ -71,7 +71,7 @@ protected:
     float Peak() { return Element("InstPeakdBChannel1")->GetZFloat(); }
 
     SmallApplication application;
-    ZMeterBay meter{firstBay("<bay name=\"Out\" numchannels=\"2\"></bay>"), &application};
+    ZMeterBay meter{xmlOf("<bay name=\"Out\" numchannels=\"2\"></bay>"), &application};
 };
 
 }  // namespace
@@ -179,7 +179,7 @@ TEST_F(ZMeterBayTest, CalibrationSetsTheFloorWhilePassesRun)
 
 TEST(ZThruBayTest, LastInputGoesToTheRemainingOutputs)
 {
-    ZThruBay thru(firstBay("<bay numchannels=\"3\"></bay>"), nullptr);
+    ZThruBay thru(xmlOf("<bay numchannels=\"3\"></bay>"), nullptr);
     const auto left = probe("left", 0);
     const auto right = probe("right", 0);
     right->value = 2.0f;

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/XmlOf.h"
 #include "zlib/common/drawing/ZDrawingContext.h"
-#include "zlib/common/objects/ZXMLDocument.h"
-#include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZView.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -16,12 +15,6 @@
 
 namespace orvane
 {
-
-/// The first element of a text.
-inline boost::shared_ptr<ZXMLElement> viewXml(const std::string& text)
-{
-    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
-}
 
 /// Fills itself with its brush and writes what happens to it as "name event" into a log that all
 /// test views share.

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "support/SmallApplication.h"
+#include "support/XmlOf.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/elements/ZElement.h"
-#include "zlib/common/objects/ZXMLDocument.h"
-#include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZView.h"
 
 #include <boost/make_shared.hpp>
@@ -42,11 +41,10 @@ protected:
     boost::shared_ptr<View> Make(const std::string& attributes, const std::string& tags = "",
                                  const std::string& size = "width=\"110\" height=\"20\"")
     {
-        const std::string text = "<view name=\"view\" " + attributes +
-                                 "><rect name=\"bounds\" left=\"0\" top=\"0\" " + size +
-                                 "></rect>" + tags + "</view>";
-        const ZXMLDocument document(text.data(), static_cast<std::int32_t>(text.size()));
-        return boost::make_shared<View>(document.GetChild(0), &app);
+        return boost::make_shared<View>(xmlOf("<view name=\"view\" " + attributes +
+                                              "><rect name=\"bounds\" left=\"0\" top=\"0\" " +
+                                              size + "></rect>" + tags + "</view>"),
+                                        &app);
     }
     boost::shared_ptr<ZElement> MakeFloat(float min, float max, float value)
     {

@@ -40,8 +40,8 @@ protected:
     [[nodiscard]] bool Waits() const { return tip.GetTimer() != ZWindow::kNoTimer; }
 
     SmallApplication app;
-    ZWindow window{viewXml("<windowtype name=\"Window\"><rect left=\"0\" top=\"0\" width=\"100\" "
-                           "height=\"80\" /></windowtype>"),
+    ZWindow window{xmlOf("<windowtype name=\"Window\"><rect left=\"0\" top=\"0\" width=\"100\" "
+                         "height=\"80\" /></windowtype>"),
                    &app};
     boost::shared_ptr<ZView> first = boost::make_shared<ZView>("first", nullptr);
     boost::shared_ptr<ZView> second = boost::make_shared<ZView>("second", nullptr);
@@ -100,8 +100,8 @@ TEST_F(ZTooltipTest, WindowReportsThePointerAndRemovedViews)
 {
     EXPECT_EQ(window.GetTooltip(), nullptr);
     const auto view = boost::make_shared<ZView>(
-        viewXml("<view><rect name=\"bounds\" left=\"60\" top=\"20\" width=\"20\" height=\"20\" />"
-                "<tooltip type=\"short\" text=\"tip\" /></view>"),
+        xmlOf("<view><rect name=\"bounds\" left=\"60\" top=\"20\" width=\"20\" height=\"20\" />"
+              "<tooltip type=\"short\" text=\"tip\" /></view>"),
         &app);
     window.GetRootView()->AddSubview(view, false);
     window.AttachViews();

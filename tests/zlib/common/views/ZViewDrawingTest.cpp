@@ -163,8 +163,8 @@ TEST_F(ZViewDrawingTest, RepairStaysWithinTheUpdate)
 TEST_F(ZViewDrawingTest, ViewsUnderARepaintedBackgroundAreDrawnAgain)
 {
     const auto root = boost::make_shared<ZView>(
-        viewXml("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"20\" height=\"16\" />"
-                "<bgcolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" /></view>"),
+        xmlOf("<view><rect name=\"bounds\" left=\"0\" top=\"0\" width=\"20\" height=\"16\" />"
+              "<bgcolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" /></view>"),
         nullptr);
     AddTo(*root, "in", {2, 2, 6, 6}, kGreen);
     AddTo(*root, "out", {10, 2, 14, 6}, kGreen);
@@ -180,10 +180,10 @@ TEST_F(ZViewDrawingTest, ViewsUnderARepaintedBackgroundAreDrawnAgain)
 TEST_F(ZViewDrawingTest, FrameStrokesTheOutermostPixelsAndFillsTheRest)
 {
     ZView view(
-        viewXml("<view><rect name=\"bounds\" left=\"2\" top=\"3\" width=\"8\" height=\"6\" />"
-                "<frame style=\"rect\" width=\"1\">"
-                "<strokecolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" />"
-                "<fillcolor red=\"0\" green=\"0\" blue=\"255\" alpha=\"255\" /></frame></view>"),
+        xmlOf("<view><rect name=\"bounds\" left=\"2\" top=\"3\" width=\"8\" height=\"6\" />"
+              "<frame style=\"rect\" width=\"1\">"
+              "<strokecolor red=\"255\" green=\"0\" blue=\"0\" alpha=\"255\" />"
+              "<fillcolor red=\"0\" green=\"0\" blue=\"255\" alpha=\"255\" /></frame></view>"),
         nullptr);
     view.SetContext(canvas);
     view.DrawView(kAll);
@@ -213,8 +213,8 @@ TEST_F(ZViewDrawingTest, BitmapStylePlacesTheBitmap)
 
 TEST_F(ZViewDrawingTest, OnlyAVisibleViewInAWindowIsRepainted)
 {
-    ZWindow window(viewXml("<windowtype><rect left=\"0\" top=\"0\" width=\"20\" height=\"16\" />"
-                           "</windowtype>"),
+    ZWindow window(xmlOf("<windowtype><rect left=\"0\" top=\"0\" width=\"20\" height=\"16\" />"
+                         "</windowtype>"),
                    nullptr);
     const auto view = Make("view", {2, 2, 12, 12}, kGreen);
     const auto child = AddTo(*view, "child", {0, 0, 4, 4}, kBlue);

@@ -59,15 +59,15 @@ protected:
     static Log TakeLog() { return TestView::TakeLog(); }
     boost::shared_ptr<ZDocument> MakeDocument(const std::string& element)
     {
-        const auto document = boost::make_shared<ZDocument>(viewXml("<doctype></doctype>"), &app);
+        const auto document = boost::make_shared<ZDocument>(xmlOf("<doctype></doctype>"), &app);
         document->AddSubElement(boost::make_shared<ZElement>(element, ZElement::ZFLOAT, &app));
         return document;
     }
     std::unique_ptr<ZWindow> MakeWindow()
     {
         return std::make_unique<ZWindow>(
-            viewXml("<windowtype name=\"W\" class=\"ZWindowClass\" child=\"true\">"
-                    "<rect left=\"0\" top=\"0\" width=\"100\" height=\"80\" /></windowtype>"),
+            xmlOf("<windowtype name=\"W\" class=\"ZWindowClass\" child=\"true\">"
+                  "<rect left=\"0\" top=\"0\" width=\"100\" height=\"80\" /></windowtype>"),
             &app);
     }
 
@@ -81,22 +81,22 @@ TEST_F(ZViewTest, WritesTheXmlThatItReads)
 {
     app.strings[5] = "by key";
     const ZView described(
-        viewXml("<view name=\"v\" class=\"ZViewClass\" flex=\"3\" align=\"end\" fill=\"true\">"
-                "<element target=\"one\" /><element target=\"two\" />"
-                "<constraint minwidth=\"20\" maxheight=\"30\" />"
-                "<rect name=\"bounds\" left=\"10\" top=\"20\" width=\"30\" height=\"40\" />"
-                "<scale horizontal=\"2\" vertical=\"0.5\" />"
-                "<pencolor red=\"300\" green=\"1\" blue=\"2\" alpha=\"3\" />"
-                "<bgcolor red=\"1\" green=\"2\" blue=\"3\" alpha=\"4\" />"
-                "<frame style=\"rounded\" width=\"3\" radius=\"4\">"
-                "<strokecolor red=\"9\" green=\"8\" blue=\"7\" alpha=\"6\" /></frame>"
-                "<tooltip type=\"long\" text=\"no\" />"
-                "<tooltip type=\"short\" text=\"yes\" key=\"5\" />"
-                "<subviews><view name=\"s\" class=\"ZStringViewClass\">"
-                "<label text=\"words\" align=\"left\" /></view></subviews></view>"),
+        xmlOf("<view name=\"v\" class=\"ZViewClass\" flex=\"3\" align=\"end\" fill=\"true\">"
+              "<element target=\"one\" /><element target=\"two\" />"
+              "<constraint minwidth=\"20\" maxheight=\"30\" />"
+              "<rect name=\"bounds\" left=\"10\" top=\"20\" width=\"30\" height=\"40\" />"
+              "<scale horizontal=\"2\" vertical=\"0.5\" />"
+              "<pencolor red=\"300\" green=\"1\" blue=\"2\" alpha=\"3\" />"
+              "<bgcolor red=\"1\" green=\"2\" blue=\"3\" alpha=\"4\" />"
+              "<frame style=\"rounded\" width=\"3\" radius=\"4\">"
+              "<strokecolor red=\"9\" green=\"8\" blue=\"7\" alpha=\"6\" /></frame>"
+              "<tooltip type=\"long\" text=\"no\" />"
+              "<tooltip type=\"short\" text=\"yes\" key=\"5\" />"
+              "<subviews><view name=\"s\" class=\"ZStringViewClass\">"
+              "<label text=\"words\" align=\"left\" /></view></subviews></view>"),
         &app);
     const std::string archive = described.ExtractXML()->Write(0);
-    const ZView view(viewXml(archive), &app);
+    const ZView view(xmlOf(archive), &app);
     EXPECT_EQ(view.ExtractXML()->Write(0), archive);
     EXPECT_EQ(view.GetBounds(), (ZRect{10, 20, 40, 60}));
     EXPECT_EQ(view.GetFrame(), (ZRect{0, 0, 30, 40}));
@@ -110,12 +110,12 @@ TEST_F(ZViewTest, WritesTheXmlThatItReads)
 
 TEST_F(ZViewTest, UnknownClassBecomesALabel)
 {
-    const ZView view(viewXml("<view><subviews>"
-                             "<view name=\"a\" class=\"ZViewClass\"><subviews>"
-                             "<view name=\"b\" class=\"NobodyClass\"><rect name=\"bounds\" "
-                             "left=\"1\" top=\"2\" width=\"3\" height=\"4\" /></view></subviews>"
-                             "</view><view name=\"b\" class=\"ZViewClass\"></view></subviews>"
-                             "</view>"),
+    const ZView view(xmlOf("<view><subviews>"
+                           "<view name=\"a\" class=\"ZViewClass\"><subviews>"
+                           "<view name=\"b\" class=\"NobodyClass\"><rect name=\"bounds\" "
+                           "left=\"1\" top=\"2\" width=\"3\" height=\"4\" /></view></subviews>"
+                           "</view><view name=\"b\" class=\"ZViewClass\"></view></subviews>"
+                           "</view>"),
                      &app);
     const auto label = boost::dynamic_pointer_cast<ZStringView>(view.FindSubview("b"));
     ASSERT_NE(label, nullptr);
@@ -285,7 +285,7 @@ TEST_F(ZViewTest, EdgesFollowTheParentByTheStretchMask)
     const auto window = MakeWindow();
     window->AttachViews();
     window->GetRootView()->AddSubview(root, false);
-    const auto filling = boost::make_shared<ZView>(viewXml("<view fill=\"true\"></view>"), &app);
+    const auto filling = boost::make_shared<ZView>(xmlOf("<view fill=\"true\"></view>"), &app);
     root->AddSubview(filling, false);
     EXPECT_EQ(filling->GetBounds(), (ZRect{0, 0, 100, 80}));
     root->Resize(50, 40);

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "zlib/common/objects/ZXMLDocument.h"
+#include "zlib/common/objects/ZXMLElement.h"
+
+#include <cstdint>
+#include <string>
+
+namespace orvane
+{
+
+/// Parses a text and returns its first element; null for a text without one.
+inline boost::shared_ptr<ZXMLElement> xmlOf(const std::string& text)
+{
+    return ZXMLDocument(text.data(), static_cast<std::int32_t>(text.size())).GetChild(0);
+}
+
+}  // namespace orvane
