@@ -212,11 +212,11 @@ TEST_F(ZNativeWindowTest, ReportsButtonsWheelAndHeldKeys)
     for (const std::uint32_t key : held)
         probe->ReleaseKey(key);
     probe->MovePointer(99, 99);
-    ASSERT_TRUE(ActionsAre({Action::kMove, Action::kWheel, Action::kWheel, Action::kDown,
-                            Action::kUp, Action::kLeave}));
-    EXPECT_EQ(client->mouse[1].wheelNotches, 1);
-    EXPECT_EQ(client->mouse[2].wheelNotches, -1);
-    EXPECT_EQ(client->mouse[3].modifiers, 1u | 2u | 8u | 0x10u);
+    ASSERT_TRUE(ActionsAre({Action::kMove, Action::kContext, Action::kContextUp, Action::kWheel,
+                            Action::kWheel, Action::kDown, Action::kUp, Action::kLeave}));
+    EXPECT_EQ(client->mouse[3].wheelNotches, 1);
+    EXPECT_EQ(client->mouse[4].wheelNotches, -1);
+    EXPECT_EQ(client->mouse[5].modifiers, 1u | 2u | 8u | 0x10u);
 }
 
 TEST_F(ZNativeWindowTest, CaptureBringsTheMouseFromEverywhere)
