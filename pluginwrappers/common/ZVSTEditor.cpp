@@ -87,11 +87,16 @@ void ZVSTEditor::close()
 
 bool ZVSTEditor::onKeyDown(VstKeyCode& key)
 {
+    const ZNativeKeyEvent event = KeyEventOf(key);
+    if (mEditor.HasFocus() || event.IsForContextMenu())
+        return mEditor.TakeKey(event);
     if (const auto mapped = mKeyMap.find(key.virt); mapped != mKeyMap.end()) {
         const auto message = boost::make_shared<ZMessage>(ZKEYDOWN);
         message->Add<std::uint8_t>("Key", mapped->second);
         message->Add<bool>("shift", key.virt == VKEY_SHIFT);
         mEditor.Send(message);
+        if (key.virt == VKEY_TAB)
+            static_cast<void>(mEditor.TakeKey(event));
         return true;
     }
     const char16_t character = characterOf(key);
@@ -101,6 +106,29 @@ bool ZVSTEditor::onKeyDown(VstKeyCode& key)
     message->Add<ZString>("Text", ZString(std::u16string(1, character)));
     mEditor.Send(message);
     return true;
+}
+
+ZNativeKeyEvent ZVSTEditor::KeyEventOf(const VstKeyCode& key) const
+{
+    constexpr std::pair<std::uint8_t, std::uint8_t> kOthers[] = {
+        {VKEY_RETURN, kKeyReturn}, {VKEY_ENTER, kKeyReturn},  {VKEY_ESCAPE, kKeyEscape},
+        {VKEY_SPACE, kKeySpace},   {VKEY_PAGEUP, kKeyPageUp}, {VKEY_PAGEDOWN, kKeyPageDown},
+        {VKEY_INSERT, kKeyInsert}, {VKEY_F10, kKeyF10}};
+    ZNativeKeyEvent event;
+    event.shift = (key.modifier & MODIFIER_SHIFT) != 0;
+    event.control = (key.modifier & (MODIFIER_CONTROL | MODIFIER_COMMAND)) != 0;
+    event.alt = (key.modifier & MODIFIER_ALTERNATE) != 0;
+    if (const auto mapped = mKeyMap.find(key.virt); mapped != mKeyMap.end())
+        event.code = mapped->second;
+    for (const auto& [virt, code] : kOthers)
+        if (key.virt == virt)
+            event.code = code;
+    const char16_t character = characterOf(key);
+    if (event.code == kKeyNone && character == u' ')
+        event.code = kKeySpace;
+    if (event.code == kKeyNone && character > u' ')
+        event.text = ZString(std::u16string(1, character));
+    return event;
 }
 
 bool ZVSTEditor::SampleRateChanged(float rate)

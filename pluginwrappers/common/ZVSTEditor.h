@@ -3,6 +3,7 @@
 
 #include "pluginwrappers/common/AEffEditor.h"
 #include "pluginwrappers/core/ZEditorWindow.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/views/ZWindowHost.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -37,8 +38,10 @@ public:
     bool open(void* parent) override;
     /// Removes the window from its parent, which may have been destroyed already.
     void close() override;
-    /// Sends text and the keys that move or delete to the view with the keyboard focus and returns
-    /// true. Returns false for all other keys and for space, which starts and stops many hosts.
+    /// While a view has the keyboard focus, gives the key to that view and returns whether it wants
+    /// it. Else sends text and the keys that move or delete to the window and returns true, which
+    /// gives the focus to a view if the key is Tab; returns false for all other keys and for space,
+    /// which starts and stops many hosts.
     bool onKeyDown(VstKeyCode& key) override;
     /// Notifies the views of a new sample rate in Hz. [setup, any thread under the interface lock]
     virtual bool SampleRateChanged(float rate);
@@ -48,6 +51,7 @@ public:
 
 private:
     bool ResizeWindow(const ZPoint& size) override;
+    [[nodiscard]] ZNativeKeyEvent KeyEventOf(const VstKeyCode& key) const;
 
     AudioEffectX& mPlugin;
     ZEditorWindow mEditor;

@@ -3,9 +3,13 @@
 
 #include "zlib/common/documents/ZApp.h"
 #include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZException.h"
+#include "zlib/common/objects/ZInterfaceThread.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/signals/ZSignalBay.h"
+#include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZWindow.h"
 
 #include <cassert>
@@ -25,6 +29,12 @@ void callAndReport(Call call)
     } catch (const ZException& exception) {
         exception.Report();
     }
+}
+
+/// Whether some view opens a menu or a dialog by the key.
+bool canOpen(const ZNativeKeyEvent& key)
+{
+    return key.Is(kKeyReturn) || key.Is(kKeySpace) || key.Is(kKeyDown) || key.Is(kKeyUp);
 }
 
 }  // namespace
@@ -104,6 +114,32 @@ std::uintptr_t ZEditorWindow::GetHandle() const
 void ZEditorWindow::SampleRateChanged(float rate)
 {
     Send(makeSampleRateMessage(rate));
+}
+
+bool ZEditorWindow::HasFocus() const
+{
+    return mWindow->GetFocusView() != nullptr;
+}
+
+bool ZEditorWindow::TakeKey(const ZNativeKeyEvent& key)
+{
+    if (!mWindow->WantsKey(key))
+        return false;
+    ZEventLoop::Callback later;
+    ZView* const view = mWindow->GetFocusView();
+    if (key.IsForContextMenu())
+        later = [key, window = mWindow.get(), life = mWindow->GetLife()] {
+            if (!life.expired())
+                window->NativeKey(key);
+        };
+    else if (view && canOpen(key) && view->WantsKey(key))  // whatever has the focus by then
+        later = [key, view, life = view->GetLife()] {
+            if (!life.expired())
+                view->KeyDown(key);
+        };
+    if (later && !ZInterfaceThread::IsCurrent() && ZInterfaceThread::Post(later))
+        return true;
+    return mWindow->NativeKey(key);
 }
 
 void ZEditorWindow::Send(const boost::shared_ptr<const ZMessage>& message)

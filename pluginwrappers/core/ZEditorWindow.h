@@ -12,6 +12,7 @@ class ZBitmap;
 class ZMessage;
 class ZWindow;
 class ZWindowHost;
+struct ZNativeKeyEvent;
 
 /// The editor behind every plug-in interface: between Open and Close it places the description's
 /// window into a parent window of the host. Views keep their state while it is closed.
@@ -46,6 +47,11 @@ public:
     [[nodiscard]] std::uintptr_t GetHandle() const;
     /// Notifies the views of a new sample rate in Hz. [setup, any thread under the interface lock]
     void SampleRateChanged(float rate);
+    /// Returns whether a view of the window has the keyboard focus.
+    [[nodiscard]] bool HasFocus() const;
+    /// Has the window handle a key if a view wants it, and returns whether one does. What may open
+    /// a menu is handled later on the interface thread, where menus and dialogs run.
+    [[nodiscard]] bool TakeKey(const ZNativeKeyEvent& key);
     /// Handles the message as the window does.
     void Send(const boost::shared_ptr<const ZMessage>& message);
     /// Draws the window at a scale above 0, whether it is open or not; the picture stays valid

@@ -3,9 +3,11 @@
 
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/elements/ZValueText.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZViewTags.h"
+#include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
 #include <cmath>
@@ -73,6 +75,29 @@ void KestruneCorrectionMeter::IdleTick()
         return;
     mShownCents = cents;
     Invalidate(mMeterFrame.left, mMeterFrame.top, mMeterFrame.right, mMeterFrame.bottom);
+    ShowTip();
+}
+
+void KestruneCorrectionMeter::MouseEntered(const ZPoint& /*point*/)
+{
+    mPointedAt = true;
+    ShowTip();
+}
+
+void KestruneCorrectionMeter::MouseLeft()
+{
+    mPointedAt = false;
+    if (mWindow)
+        mWindow->GetValueTip().Hide(*this);
+}
+
+void KestruneCorrectionMeter::ShowTip()
+{
+    if (!mWindow || !mPointedAt)
+        return;
+    const auto [top, bottom] = BarRows();
+    mWindow->GetValueTip().Show(*this, signedValueText(std::round(ReadCents()), ZElement::kCents),
+                                {mMeterFrame.left, top, mMeterFrame.right, bottom});
 }
 
 // A value outside the range gives a bar that reaches beyond the view, which clips it.
@@ -99,13 +124,17 @@ void KestruneCorrectionMeter::DrawBar()
 {
     mBrushColor = kBarGround;
     FillRect(mMeterFrame);
-    const std::int32_t middle = mMeterFrame.GetHeight() / 2;
-    const std::int32_t end = middle - BarLength();
-    if (end == middle)
+    const auto [top, bottom] = BarRows();
+    if (top == bottom)
         return;
     mBrushColor = kBar;
-    FillRect({mMeterFrame.left + 1, std::min(middle, end), mMeterFrame.right - 1,
-              std::max(middle, end)});
+    FillRect({mMeterFrame.left + 1, top, mMeterFrame.right - 1, bottom});
+}
+
+std::pair<std::int32_t, std::int32_t> KestruneCorrectionMeter::BarRows() const
+{
+    const std::int32_t middle = mMeterFrame.GetHeight() / 2;
+    return std::minmax({middle, middle - BarLength()});
 }
 
 void KestruneCorrectionMeter::DrawScale()

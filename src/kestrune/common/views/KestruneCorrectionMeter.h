@@ -3,13 +3,16 @@
 
 #include "zlib/common/controls/ZControl.h"
 
+#include <utility>
+
 namespace orvane
 {
 
 /// A bar that shows by how many cents the pitch of the voice is being corrected, upwards or
 /// downwards from its middle. The engine writes the element far more often than a window repaints,
 /// so the meter does not observe it but reads it once a frame. It has no ballistics: it shows the
-/// value as it is. [interface thread]
+/// value as it is. While it is pointed at, the window's value tip tells the cents.
+/// [interface thread]
 class KestruneCorrectionMeter : public ZControl
 {
 public:
@@ -23,6 +26,8 @@ public:
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     /// Repaints the bar if the value has changed since the last frame.
     void IdleTick() override;
+    void MouseEntered(const ZPoint& point) override;
+    void MouseLeft() override;
     void Draw(const ZRect& rect) override;
 
 private:
@@ -30,6 +35,9 @@ private:
     [[nodiscard]] float ReadCents() const;
     /// The length of the bar in pixels; positive values go upwards from the middle.
     [[nodiscard]] std::int32_t BarLength() const;
+    /// The bar's ends; the upper one first.
+    [[nodiscard]] std::pair<std::int32_t, std::int32_t> BarRows() const;
+    void ShowTip();
     void DrawBar();
     void DrawScale();
     void DrawTick(std::int32_t y);
@@ -38,6 +46,7 @@ private:
 
     ZRect mMeterFrame;         // the bar's rectangle, in the view's coordinates
     float mShownCents = 0.0f;  // the value at the last frame
+    bool mPointedAt = false;
 };
 
 }  // namespace orvane

@@ -101,6 +101,11 @@ ZRect KestruneIgnoreKeysView::GetBoxRect(std::int32_t note) const
     return {left, 0, left + BoxWidth(), mOnBitmap->GetHeight()};
 }
 
+ZRect KestruneIgnoreKeysView::RectOfDegree(std::int32_t degree) const
+{
+    return GetBoxRect(mStartNote + degree);
+}
+
 std::int32_t KestruneIgnoreKeysView::BoxWidth() const
 {
     return mOnBitmap ? mOnBitmap->GetWidth() : 0;

@@ -40,6 +40,10 @@ public:
     /// The rectangle in which a press switches the box above a note's key.
     [[nodiscard]] ZRect GetBoxRect(std::int32_t note) const;
 
+protected:
+    [[nodiscard]] ZRect RectOfDegree(std::int32_t degree) const override;
+    void FlipDegree(std::int32_t degree) override { FlipBox(degree); }
+
 private:
     /// The width of a box in pixels, 0 without pictures.
     [[nodiscard]] std::int32_t BoxWidth() const;

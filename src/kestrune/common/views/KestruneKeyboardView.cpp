@@ -4,7 +4,10 @@
 #include "kestrune/common/engine/FrequencyToNote.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
 #include <atomic>
@@ -49,6 +52,7 @@ KestruneKeyboardView::KestruneKeyboardView(const boost::shared_ptr<ZXMLElement>&
 {
     mStartNote = 48;
     mEndNote = static_cast<std::uint16_t>(mStartNote + kKeys);
+    SetNavigable(true);
 }
 
 bool KestruneKeyboardView::IsKindOf(std::string_view className) const
@@ -114,6 +118,8 @@ void KestruneKeyboardView::MoveToTonic()
     mEndNote = static_cast<std::uint16_t>(tonic + keys);
     ComputeKeys();
     Invalidate();
+    if (mWindow)
+        mWindow->UpdateFocusRing();
 }
 
 // Sets three octaves, so that the upper tonic is lit and keys an octave apart stay equal.
@@ -198,6 +204,55 @@ void KestruneKeyboardView::FlipKey(std::int32_t note)
         mKeyState[static_cast<std::size_t>(note + octave)] = lit;
     WriteFlag(mKeyStateElement, note - mStartNote, lit);
     Invalidate();
+}
+
+bool KestruneKeyboardView::WantsKey(const ZNativeKeyEvent& key) const
+{
+    return key.Is(kKeySpace) || DegreeAfter(key).has_value();
+}
+
+void KestruneKeyboardView::KeyDown(const ZNativeKeyEvent& key)
+{
+    if (key.Is(kKeySpace))
+        return FlipDegree(mCursor);
+    const auto degree = DegreeAfter(key);
+    if (!degree)
+        return;
+    mCursor = *degree;
+    if (mWindow)
+        mWindow->UpdateFocusRing();
+}
+
+std::optional<std::int32_t> KestruneKeyboardView::DegreeAfter(const ZNativeKeyEvent& key) const
+{
+    constexpr std::int32_t kLast = kOctaveNotes - 1;
+    if (key.Is(kKeyLeft))
+        return std::max(mCursor - 1, 0);
+    if (key.Is(kKeyRight))
+        return std::min(mCursor + 1, kLast);
+    if (key.Is(kKeyHome))
+        return 0;
+    if (key.Is(kKeyEnd))
+        return kLast;
+    return std::nullopt;
+}
+
+ZRect KestruneKeyboardView::GetFocusRect() const
+{
+    const ZRect rect = RectOfDegree(mCursor);
+    return rect.IsEmpty() ? GetFrame() : rect;
+}
+
+ZRect KestruneKeyboardView::RectOfDegree(std::int32_t degree) const
+{
+    assert(degree >= 0 && degree < kOctaveNotes);
+    const auto place = static_cast<std::size_t>(mStartNote + degree);
+    return mLowerRect[place].IsEmpty() ? mUpperRect[place] : mLowerRect[place];
+}
+
+void KestruneKeyboardView::FlipDegree(std::int32_t degree)
+{
+    FlipKey(mStartNote + degree);
 }
 
 void KestruneKeyboardView::WriteFlag(const ZObservedElement& element, std::int32_t index, bool set)

@@ -5,6 +5,8 @@
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/drawing/ZBitmap.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZEditGesture.h"
 #include "zlib/common/views/ZViewTags.h"
@@ -44,6 +46,7 @@ ZBitmapButton::ZBitmapButton(const boost::shared_ptr<ZXMLElement>& xml, ZApplica
 {
     for (std::size_t i = 0; i < kPictureCount; ++i)
         mPictures[i] = readBitmap(*xml, kPictureTypes[i], application);
+    SetNavigable(true);
     ZBitmapButton::SetMomentaryCommand(readCommand(*xml, "OnMomentaryClick", application));
 }
 
@@ -184,23 +187,43 @@ void ZBitmapButton::MouseMoved(const ZPoint& point, std::uint32_t /*mods*/)
         ShowPressed(mFrame.ContainsWithEdges(point));
 }
 
-// A release counts only if the press began on this button. The capture ends before the action, and
-// nothing of the view is used after it: a command may open a dialog, during which the window may be
-// destroyed.
+// A release counts only if the press began on this button. The capture ends before the action.
 void ZBitmapButton::MouseUp(const ZPoint& point, std::uint32_t /*mods*/)
 {
     if (!mMomentary || !HasMouseCapture())
         return;
     const bool acts = IsEnabled() && mFrame.ContainsWithEdges(point);
-    const auto command = mMomentaryCommand;
+    const auto life = GetLife();
     ShowPressed(false);
     SetMouseCapture(false, true);
-    if (!acts)
-        return;
+    if (acts && !life.expired())
+        Act();
+}
+
+// Nothing of the view is used after the action: a command may open a dialog, during which the
+// window may be destroyed.
+void ZBitmapButton::Act()
+{
+    const auto command = mMomentaryCommand;
     if (!command)
         Flip();
     else if (command->IsEnabled())
         command->Dispatch();
+}
+
+bool ZBitmapButton::WantsKey(const ZNativeKeyEvent& key) const
+{
+    return (key.Is(kKeyReturn) || key.Is(kKeySpace)) && TakesPress();
+}
+
+void ZBitmapButton::KeyDown(const ZNativeKeyEvent& key)
+{
+    if (!WantsKey(key))
+        return;
+    if (mMomentary)
+        Act();
+    else
+        Flip();
 }
 
 void ZBitmapButton::OnCaptureLost()

@@ -56,6 +56,11 @@ public:
     void MouseEntered(const ZPoint& point) override;
     void MouseLeft() override;
     void OnCaptureLost() override;
+    /// False while the button is disabled.
+    [[nodiscard]] bool TakesFocus() const override { return TakesPress(); }
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& key) const override;
+    /// Return and the space bar do what a click does.
+    void KeyDown(const ZNativeKeyEvent& key) override;
 
     virtual void SetMomentary(bool momentary) { mMomentary = momentary; }
     /// Sets the command of a momentary click and observes it; null for none.
@@ -77,6 +82,8 @@ private:
     void ShowPressed(bool pressed);
     void SetMouseOver(bool over);
     void Flip();
+    /// Does what a momentary click does. The view may be gone when the call returns.
+    void Act();
 
     bool mMomentary;
     bool mPressed = false;

@@ -3,6 +3,8 @@
 
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
@@ -27,6 +29,7 @@ ZCheckBox::ZCheckBox(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* ap
     , mOnBitmap(readBitmap(*xml, "on", application))
     , mTitle(xml->GetAttribute("title"))
 {
+    SetNavigable(true);
 }
 
 bool ZCheckBox::IsKindOf(std::string_view className) const
@@ -54,6 +57,22 @@ void ZCheckBox::OnAttached()
 }
 
 void ZCheckBox::MouseDown(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+{
+    Flip();
+}
+
+bool ZCheckBox::WantsKey(const ZNativeKeyEvent& key) const
+{
+    return key.Is(kKeySpace);
+}
+
+void ZCheckBox::KeyDown(const ZNativeKeyEvent& key)
+{
+    if (WantsKey(key))
+        Flip();
+}
+
+void ZCheckBox::Flip()
 {
     if (mElement)
         editDiscrete(mElement, mElement->GetDiscrete() > 0 ? 0 : 1);

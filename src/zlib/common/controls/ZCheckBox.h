@@ -13,8 +13,8 @@ namespace orvane
 
 /// A check box with a title for a discrete element. It shows as checked at index 1 only; a press
 /// sets any index above 0 to 0, and 0 to 1. Without an element it shows as unchecked and a press
-/// does nothing. Functions that read the element throw ZException kGeneral if it is not discrete.
-/// [interface thread]
+/// does nothing. The space bar does what a press does. Functions that read the element throw
+/// ZException kGeneral if it is not discrete. [interface thread]
 class ZCheckBox : public ZView
 {
 public:
@@ -29,8 +29,11 @@ public:
     void Draw(const ZRect& update) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& key) const override;
+    void KeyDown(const ZNativeKeyEvent& key) override;
 
 private:
+    void Flip();
     void DrawTitle();
 
     boost::shared_ptr<ZBitmap> mOffBitmap;

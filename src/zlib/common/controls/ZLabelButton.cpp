@@ -2,9 +2,8 @@
 #include "zlib/common/controls/ZLabelButton.h"
 
 #include "zlib/common/native/ZKeyCode.h"
-#include "zlib/common/objects/ZMessageIds.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/views/ZPanelStyle.h"
-#include "zlib/common/views/ZViewMessage.h"
 
 #include <utility>
 
@@ -27,12 +26,14 @@ const char* ZLabelButton::GetClassName() const
     return "ZLabelButtonClass";
 }
 
-void ZLabelButton::HandleZMessage(boost::shared_ptr<const ZMessage> message)
+bool ZLabelButton::WantsKey(const ZNativeKeyEvent& key) const
 {
-    if (message->GetId() != ZKEYDOWN)
-        return ZStringView::HandleZMessage(message);
-    const auto key = requireField<std::uint8_t>(*message, "Key");
-    if (key == kKeyReturn || key == kKeySpace)
+    return key.Is(kKeyReturn) || key.Is(kKeySpace);
+}
+
+void ZLabelButton::KeyDown(const ZNativeKeyEvent& key)
+{
+    if (WantsKey(key))
         Act();
 }
 

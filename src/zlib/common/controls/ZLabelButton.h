@@ -18,10 +18,6 @@ public:
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
 
-    /// On ZKEYDOWN, Return and the space bar run the action. Throws ZException kGeneral if that
-    /// message has no "Key". ZStringView handles all other messages.
-    void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
-
     /// Sets what a click on the button does, and Return or the space bar while it has the focus.
     /// The action may destroy the button.
     void SetAction(std::function<void()> action) { mAction = std::move(action); }
@@ -34,6 +30,9 @@ public:
     void MouseEntered(const ZPoint& point) override;
     void MouseLeft() override;
     void SetFocus(bool focus) override;
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& key) const override;
+    /// Return and the space bar run the action.
+    void KeyDown(const ZNativeKeyEvent& key) override;
 
 private:
     void SetOver(bool over);

@@ -6,10 +6,13 @@
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/drawing/ZPath.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZEditGesture.h"
+#include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZViewTags.h"
 #include "zlib/common/views/ZWindow.h"
 
@@ -31,6 +34,20 @@ boost::shared_ptr<ZBitmap> readMenuBitmap(const ZXMLElement& view, ZApplication*
     return tag ? boost::make_shared<ZBitmap>(*tag, application) : nullptr;
 }
 
+bool opensMenu(const ZNativeKeyEvent& key)
+{
+    return key.Is(kKeyReturn) || key.Is(kKeySpace) || key.Is(kKeyDown) || key.Is(kKeyUp);
+}
+
+/// Whether two texts begin with the same letter, in either case; false for a blank or no text.
+bool beginAlike(ZString one, ZString other)
+{
+    one.ToUpper();
+    other.ToUpper();
+    return !one.IsEmpty() && !other.IsEmpty() && other.Chars()[0] > u' ' &&
+           one.Chars()[0] == other.Chars()[0];
+}
+
 }  // namespace
 
 ZPopupMenu::ZPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
@@ -41,6 +58,7 @@ ZPopupMenu::ZPopupMenu(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* 
     , mItemModifiedElement(*this)
 {
     readNamedRect(*xml, "stringrect", mStringRect);
+    SetNavigable(true);
 }
 
 bool ZPopupMenu::IsKindOf(std::string_view className) const
@@ -65,6 +83,10 @@ void ZPopupMenu::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZELEMENTUPDATED:
         FillMenu();
         Invalidate();
+        break;
+    case ZTEXTINPUT:
+        if (const auto found = FindByLetter(requireField<ZString>(*message, "Text")))
+            editDiscrete(mElement, *found);
         break;
     default:
         ZView::HandleZMessage(message);
@@ -110,6 +132,11 @@ ZPoint ZPopupMenu::MenuPosition(const ZPoint& click) const
 
 void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 {
+    Open(point);
+}
+
+void ZPopupMenu::Open(const ZPoint& at)
+{
     if (!mElement)
         return;
     // The view may be destroyed while the menu is open, so only these copies are used after that.
@@ -120,7 +147,7 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
     menu->CheckItem(current, true);
     mCheckedIndex = current;
     std::int32_t chosen = 0;
-    if (!menu->Popup(MenuPosition(point), mWindow, chosen))
+    if (!menu->Popup(MenuPosition(at), mWindow, chosen))
         return;
     // A preset loaded while the menu was open may have removed the item.
     if (chosen >= element->CountDiscreteValues())
@@ -133,6 +160,28 @@ void ZPopupMenu::MouseDown(const ZPoint& point, std::uint32_t /*mods*/)
 void ZPopupMenu::MouseDoubleClick(const ZPoint& point, std::uint32_t mods)
 {
     MouseDown(point, mods);
+}
+
+bool ZPopupMenu::WantsKey(const ZNativeKeyEvent& key) const
+{
+    return mElement && (opensMenu(key) || FindByLetter(key.text));
+}
+
+void ZPopupMenu::KeyDown(const ZNativeKeyEvent& key)
+{
+    if (opensMenu(key))
+        Open({mFrame.left, mFrame.top});
+}
+
+std::optional<std::int32_t> ZPopupMenu::FindByLetter(const ZString& text) const
+{
+    const std::int32_t count = mElement ? mElement->CountDiscreteValues() : 0;
+    for (std::int32_t i = 1; i <= count; ++i) {
+        const std::int32_t index = (mElement->GetDiscrete() + i) % count;
+        if (beginAlike(*mElement->GetDiscreteString(index), text))
+            return index;
+    }
+    return std::nullopt;
 }
 
 ZString ZPopupMenu::GetText() const

@@ -8,6 +8,7 @@
 #include <boost/smart_ptr/shared_ptr.hpp>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -30,7 +31,7 @@ public:
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
     /// ZELEMENTCHANGED repaints the view and moves the check mark; ZELEMENTUPDATED fills the menu
-    /// again. ZView handles all other messages.
+    /// again; ZTEXTINPUT, "Text", is a text that was typed. ZView handles all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
     void ElementChanged(std::uint64_t elementId) override;
     void OnElementAttached() override;
@@ -41,6 +42,10 @@ public:
     /// without an element. The view may be gone when the function returns.
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
+    /// Return, the space bar and the arrows up and down open the menu, and a text chooses the next
+    /// choice that begins with its letter.
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& key) const override;
+    void KeyDown(const ZNativeKeyEvent& key) override;
 
     /// The text that the view shows: "Unknown" without an element.
     [[nodiscard]] ZString GetText() const;
@@ -53,6 +58,10 @@ protected:
 
 private:
     void FillMenu();
+    void Open(const ZPoint& at);
+    /// The next choice behind the current one, from the last on to the first, that begins with the
+    /// letter that a text begins with, in either case; nothing when there is none.
+    [[nodiscard]] std::optional<std::int32_t> FindByLetter(const ZString& text) const;
     [[nodiscard]] ZPoint MenuPosition(const ZPoint& click) const;
     void DrawTriangle();
 

@@ -3,6 +3,9 @@
 
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/elements/ZValueText.h"
+#include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZEditGesture.h"
@@ -15,6 +18,34 @@
 
 namespace orvane
 {
+
+namespace
+{
+
+constexpr float kStepPercent = 1.0f;
+constexpr float kPagePercent = 10.0f;
+constexpr float kFine = 0.1f;  // what is left of a move with Shift held
+
+/// How far a key moves the value, in percent of the range; 0 for other keys.
+float percentOf(const ZNativeKeyEvent& key)
+{
+    switch (key.code) {
+    case kKeyRight:
+    case kKeyUp:
+        return kStepPercent;
+    case kKeyLeft:
+    case kKeyDown:
+        return -kStepPercent;
+    case kKeyPageUp:
+        return kPagePercent;
+    case kKeyPageDown:
+        return -kPagePercent;
+    default:
+        return 0.0f;
+    }
+}
+
+}  // namespace
 
 ZSlider::ZSlider(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
     : ZControl(xml, application)
@@ -30,6 +61,7 @@ ZSlider::ZSlider(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
     const bool hasEnabled = readNamedColor(*xml, "enabledtrail", mEnabledTrailColor);
     const bool hasDisabled = readNamedColor(*xml, "disabledtrail", mDisabledTrailColor);
     mDrawTrail = hasEnabled || hasDisabled;
+    SetNavigable(true);
     ZSlider::ComputeTrackLength();
 }
 
@@ -53,6 +85,7 @@ void ZSlider::ElementChanged(std::uint64_t elementId)
     ReadRange();
     mValue = mElement->GetZFloat();
     Invalidate();
+    UpdateTip();
 }
 
 void ZSlider::OnElementAttached()
@@ -143,8 +176,14 @@ void ZSlider::MouseDown(const ZPoint& point, std::uint32_t mods)
     const std::int32_t length = mVertical ? thumb.GetHeight() : thumb.GetWidth();
     mGrabOffset =
         thumb.ContainsWithEdges(point) ? Along(point) - Along({thumb.left, thumb.top}) : length / 2;
+    mLastAt = ValueAt(point);
+    mPutBack = 0.0f;
+    const auto life = GetLife();
     SetMouseCapture(true, true);
+    if (life.expired())
+        return;
     TrackMouse(point, mods);
+    UpdateTip();
 }
 
 void ZSlider::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/)
@@ -165,7 +204,10 @@ void ZSlider::MouseUp(const ZPoint& point, std::uint32_t mods)
     else if (HasMouseCapture())
         TrackMouse(point, mods);
     // The capture also ends if the element was detached during the drag.
+    const auto life = GetLife();
     SetMouseCapture(false, true);
+    if (!life.expired())
+        UpdateTip();
 }
 
 void ZSlider::RestoreDefault()
@@ -181,18 +223,89 @@ boost::shared_ptr<ZElement> ZSlider::ElementUnlessHeld() const
     return HasMouseCapture() ? nullptr : mElement;
 }
 
-void ZSlider::MouseWheel(const ZPoint& /*point*/, std::uint32_t /*mods*/, std::int32_t axis,
+void ZSlider::MouseWheel(const ZPoint& /*point*/, std::uint32_t mods, std::int32_t axis,
                          std::int32_t delta)
 {
     if (!mElement)
         return;
     const ZEditGesture edit(ElementUnlessHeld());
-    NudgePercent(static_cast<float>(axis != 0 ? delta : -delta));
+    const auto notches = static_cast<float>(axis != 0 ? delta : -delta);
+    NudgePercent((mods & kMouseShift) != 0 ? kFine * notches : notches);
 }
 
-void ZSlider::TrackMouse(const ZPoint& point, std::uint32_t /*mods*/)
+void ZSlider::TrackMouse(const ZPoint& point, std::uint32_t mods)
 {
-    WriteValue(ValueAt(point));
+    const float at = ValueAt(point);
+    if ((mods & kMouseShift) != 0)
+        mPutBack += (1.0f - kFine) * (at - mLastAt);
+    mLastAt = at;
+    WriteValue(at - mPutBack);
+}
+
+bool ZSlider::WantsKey(const ZNativeKeyEvent& key) const
+{
+    return ValueAfter(key).has_value();
+}
+
+void ZSlider::KeyDown(const ZNativeKeyEvent& key)
+{
+    const auto value = ValueAfter(key);
+    if (!value)
+        return;
+    const auto element = mElement;  // calling the host may detach the view's element
+    const ZEditGesture edit(ElementUnlessHeld());
+    element->SetZFloatClamped(*value, false);
+}
+
+std::optional<float> ZSlider::ValueAfter(const ZNativeKeyEvent& key) const
+{
+    if (!mElement || key.control || key.alt)
+        return std::nullopt;
+    if (key.code == kKeyHome)
+        return mMin;
+    if (key.code == kKeyEnd)
+        return mMax;
+    const float percent = percentOf(key) * (key.shift ? kFine : 1.0f);
+    if (percent == 0.0f)
+        return std::nullopt;
+    return GetValue() + Range() * percent / 100.0f;
+}
+
+void ZSlider::MouseEntered(const ZPoint& /*point*/)
+{
+    mPointedAt = true;
+    UpdateTip();
+}
+
+void ZSlider::MouseLeft()
+{
+    mPointedAt = false;
+    UpdateTip();
+}
+
+// The window takes the capture away right after this call.
+void ZSlider::OnCaptureLost()
+{
+    mPointedAt = false;
+    if (mWindow && !mHasFocus)
+        mWindow->GetValueTip().Hide(*this);
+}
+
+void ZSlider::SetFocus(bool focus)
+{
+    mHasFocus = focus;
+    UpdateTip();
+}
+
+void ZSlider::UpdateTip()
+{
+    if (!mWindow)
+        return;
+    if (mElement && (mPointedAt || mHasFocus || HasMouseCapture()))
+        mWindow->GetValueTip().Show(*this, valueText(GetValue(), mElement->GetUnits()),
+                                    GetThumbRect());
+    else
+        mWindow->GetValueTip().Hide(*this);
 }
 
 // On a track without length every point means the start of the track.

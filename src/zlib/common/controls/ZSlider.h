@@ -7,14 +7,16 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace orvane
 {
 
 /// Shows a float element as a thumb on a track that spans the element's range. The mouse drags the
-/// thumb and the wheel moves it. The maximum is at the right end of a horizontal slider and at the
-/// top of a vertical one.
+/// thumb, the wheel and keys move it; with Shift held all of them move it by a tenth of that. The
+/// maximum is at the right end of a horizontal slider and at the top of a vertical one. While the
+/// thumb is dragged, pointed at or has the keyboard, the window's value tip tells the value.
 ///
 /// Without an element all mouse input is ignored. Functions that read the element throw ZException
 /// kGeneral if it is not a float. [interface thread]
@@ -40,8 +42,17 @@ public:
     /// Moves the value by 1 % of the range for each notch.
     void MouseWheel(const ZPoint& point, std::uint32_t mods, std::int32_t axis,
                     std::int32_t delta) override;
+    void MouseEntered(const ZPoint& point) override;
+    void MouseLeft() override;
+    void OnCaptureLost() override;
+    void SetFocus(bool focus) override;
+    /// Arrows move the value by 1 % of the range, Page Up and Page Down by 10 %, and Home and End
+    /// to the ends.
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& key) const override;
+    void KeyDown(const ZNativeKeyEvent& key) override;
 
-    /// Writes the value that puts the thumb's origin the grab offset before the point.
+    /// Writes the value that puts the thumb's origin the grab offset before the point, less what
+    /// moves with Shift held have put back.
     virtual void TrackMouse(const ZPoint& point, std::uint32_t mods);
     [[nodiscard]] virtual float Range() const { return mMax - mMin; }
     /// Copies minimum and maximum from the element, if there is one.
@@ -82,6 +93,10 @@ private:
     /// The distance of the thumb's origin from the start of the track, in [0, mTrackLength].
     [[nodiscard]] std::int32_t ThumbOffset() const;
     void RestoreDefault();
+    /// The value after a key; nothing for a key that the slider does not use. Not clamped.
+    [[nodiscard]] std::optional<float> ValueAfter(const ZNativeKeyEvent& key) const;
+    /// Shows or hides the value tip, and keeps it at the thumb.
+    void UpdateTip();
     /// The element, or null while a drag has already begun an edit of it.
     [[nodiscard]] boost::shared_ptr<ZElement> ElementUnlessHeld() const;
     void DrawTrail();
@@ -102,6 +117,10 @@ private:
     ZColor mEnabledTrailColor;
     ZColor mDisabledTrailColor;
     std::int32_t mGrabOffset = 0;  // from the thumb's origin to where the mouse holds it
+    float mLastAt = 0.0f;          // the value at the point where the drag was last
+    float mPutBack = 0.0f;         // by how much the thumb stays behind after moves with Shift
+    bool mPointedAt = false;
+    bool mHasFocus = false;
 };
 
 }  // namespace orvane

@@ -3,6 +3,8 @@
 
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
+#include "zlib/common/objects/ZClipboard.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZPanelStyle.h"
@@ -22,12 +24,6 @@ using Select = ZTextField::Select;
 // In pixels.
 constexpr std::int32_t kMarginX = 5;
 constexpr std::int32_t kCaretInset = 3;
-
-bool flag(const ZMessage& message, const char* field)
-{
-    bool value = false;
-    return message.Find<bool>(field, value) && value;
-}
 
 }  // namespace
 
@@ -50,22 +46,18 @@ const char* ZTextEdit::GetClassName() const
 
 void ZTextEdit::HandleZMessage(boost::shared_ptr<const ZMessage> message)
 {
-    switch (message->GetId()) {
-    case ZTEXTINPUT:
-        mField.Insert(requireField<ZString>(*message, "Text"));
-        return Edited();
-    case ZKEYDOWN:
-        return KeyDown(requireField<std::uint8_t>(*message, "Key"),
-                       flag(*message, "shift") ? Select::kExtend : Select::kClear,
-                       flag(*message, "control"));
-    default:
+    if (message->GetId() != ZTEXTINPUT)
         return ZView::HandleZMessage(message);
-    }
+    mField.Insert(requireField<ZString>(*message, "Text"));
+    Edited();
 }
 
-void ZTextEdit::KeyDown(std::uint8_t key, Select select, bool control)
+void ZTextEdit::KeyDown(const ZNativeKeyEvent& key)
 {
-    switch (key) {
+    if (HandleShortcut(key))
+        return;
+    const Select select = key.shift ? Select::kExtend : Select::kClear;
+    switch (key.code) {
     case kKeyReturn:
         // Runs a copy, since the action may destroy the view.
         if (const auto action = mReturn)
@@ -77,13 +69,52 @@ void ZTextEdit::KeyDown(std::uint8_t key, Select select, bool control)
     case kKeyDelete:
         mField.EraseAfter();
         break;
-    case 'A':
-        if (control)
-            mField.SelectAll();
-        break;
     default:
-        MoveByKey(key, select, control);
+        MoveByKey(key.code, select, key.control);
     }
+    Edited();
+}
+
+bool ZTextEdit::HandleShortcut(const ZNativeKeyEvent& key)
+{
+    const auto isControlWith = [&key](std::uint8_t code) {
+        return key.control && !key.alt && key.code == code;
+    };
+    const auto isShiftWith = [&key](std::uint8_t code) { return key.shift && key.Is(code); };
+    const bool cuts = isControlWith('X') || isShiftWith(kKeyDelete);
+    if (isControlWith('V') || isShiftWith(kKeyInsert)) {
+        Paste();
+    } else if (isControlWith('A')) {
+        mField.SelectAll();
+        Edited();
+    } else if (cuts || isControlWith('C') || isControlWith(kKeyInsert)) {
+        Copy();
+        if (cuts && mField.HasSelection())
+            mField.EraseBefore();
+        Edited();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void ZTextEdit::Copy() const
+{
+    ZClipboard* const clipboard = ZClipboard::Get();
+    // Without a display there is nobody to copy for.
+    if (clipboard && mField.HasSelection())
+        static_cast<void>(clipboard->Write(mField.GetSelection().ToNarrow()));
+}
+
+// The view may be gone when another program has answered.
+void ZTextEdit::Paste()
+{
+    ZClipboard* const clipboard = ZClipboard::Get();
+    const auto life = GetLife();
+    const auto text = clipboard ? clipboard->Read(GetApp()) : std::nullopt;
+    if (!text || life.expired())
+        return;
+    mField.Insert(ZString(*text));
     Edited();
 }
 
@@ -180,11 +211,11 @@ void ZTextEdit::MouseDown(const ZPoint& point, std::uint32_t mods)
     Edited();
 }
 
-void ZTextEdit::MouseDoubleClick(const ZPoint& /*point*/, std::uint32_t /*mods*/)
+void ZTextEdit::MouseDoubleClick(const ZPoint& point, std::uint32_t /*mods*/)
 {
     if (mWindow)
         mWindow->SetFocusView(this);
-    mField.SelectAll();
+    mField.SelectWordAt(PlaceAt(point.x));
     Edited();
 }
 
@@ -198,6 +229,11 @@ void ZTextEdit::MouseUp(const ZPoint& /*point*/, std::uint32_t /*mods*/)
 {
     if (mMouseCaptured)
         SetMouseCapture(false, true);
+}
+
+bool ZTextEdit::WantsKey(const ZNativeKeyEvent& key) const
+{
+    return !key.Is(kKeyTab);
 }
 
 void ZTextEdit::SetFocus(bool focus)

@@ -10,7 +10,8 @@ namespace orvane
 {
 
 /// A text field of one line, edited by keyboard and mouse. It gets the keys while it has the focus,
-/// which a click or the Tab key gives it. [interface thread]
+/// which a click or the Tab key gives it. Control with A, C, X and V, and the older Shift or
+/// Control with Insert and Delete, select, copy, cut and paste. [interface thread]
 class ZTextEdit : public ZView
 {
 public:
@@ -18,8 +19,8 @@ public:
 
     [[nodiscard]] bool IsKindOf(std::string_view className) const override;
     [[nodiscard]] const char* GetClassName() const override;
-    /// Handles ZTEXTINPUT with "Text" and ZKEYDOWN with "Key", "shift" and "control". Throws
-    /// ZException kGeneral if "Text" or "Key" is missing. ZView handles all other messages.
+    /// Handles ZTEXTINPUT with "Text". Throws ZException kGeneral if that is missing. ZView handles
+    /// all other messages.
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override;
 
     /// Sets the text and selects all of it.
@@ -30,16 +31,23 @@ public:
 
     void Draw(const ZRect& rect) override;
     void MouseDown(const ZPoint& point, std::uint32_t mods) override;
+    /// Selects the word under the pointer.
     void MouseDoubleClick(const ZPoint& point, std::uint32_t mods) override;
     void MouseMoved(const ZPoint& point, std::uint32_t mods) override;
     void MouseUp(const ZPoint& point, std::uint32_t mods) override;
     void SetFocus(bool focus) override;
+    /// True for all keys but Tab, so that no host acts on what is typed.
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& key) const override;
+    void KeyDown(const ZNativeKeyEvent& key) override;
 
 protected:
     ZTextField mField;
 
 private:
-    void KeyDown(std::uint8_t key, ZTextField::Select select, bool control);
+    /// Does what a shortcut says; false for any other key.
+    bool HandleShortcut(const ZNativeKeyEvent& key);
+    void Copy() const;
+    void Paste();
     void MoveByKey(std::uint8_t key, ZTextField::Select select, bool control);
     [[nodiscard]] ZRect TextArea() const;
     /// The distance in pixels from the start of the text to a place in it.

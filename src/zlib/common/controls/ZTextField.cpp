@@ -133,6 +133,27 @@ void ZTextField::SelectAll()
     mCaret = mText.size();
 }
 
+void ZTextField::SelectWordAt(std::size_t place)
+{
+    assert(place <= mText.size());
+    const std::size_t at = place == mText.size() ? Before(place) : place;
+    if (at == mText.size())
+        return SelectAll();  // of no text
+    const auto isAlike = [this, blank = isBlank(mText[at])](std::size_t i) {
+        return isBlank(mText[i]) == blank;
+    };
+    mAnchor = mCaret = at;
+    while (mAnchor > 0 && isAlike(mAnchor - 1))
+        --mAnchor;
+    while (mCaret < mText.size() && isAlike(mCaret))
+        ++mCaret;
+}
+
+ZString ZTextField::GetSelection() const
+{
+    return ZString(mText.substr(GetSelectionStart(), GetSelectionEnd() - GetSelectionStart()));
+}
+
 std::size_t ZTextField::GetSelectionStart() const
 {
     return std::min(mCaret, mAnchor);

@@ -46,6 +46,9 @@ public:
     void MoveTo(std::size_t place, Select select);
     void MoveToEnd(Select select) { MoveTo(mText.size(), select); }
     void SelectAll();
+    /// Selects the word around a place, or the blanks around it.
+    void SelectWordAt(std::size_t place);
+    [[nodiscard]] ZString GetSelection() const;
 
     [[nodiscard]] std::size_t GetCaret() const { return mCaret; }
     [[nodiscard]] std::size_t GetSelectionStart() const;

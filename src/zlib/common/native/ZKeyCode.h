@@ -26,7 +26,10 @@ enum ZKeyCode : std::uint8_t
     kKeyUp = 0x26,
     kKeyRight = 0x27,
     kKeyDown = 0x28,
+    kKeyInsert = 0x2d,
     kKeyDelete = 0x2e,
+    kKeyMenu = 0x5d,
+    kKeyF10 = 0x79,
 };
 
 }  // namespace orvane

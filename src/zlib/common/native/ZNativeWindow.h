@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "zlib/common/native/ZKeyCode.h"
 #include "zlib/common/objects/ZPoint.h"
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
@@ -45,6 +46,11 @@ struct ZNativeKeyEvent
     bool shift = false;
     bool control = false;
     bool alt = false;
+
+    /// Returns whether this is that key, with neither control nor alt held.
+    [[nodiscard]] bool Is(std::uint8_t key) const { return code == key && !control && !alt; }
+    /// Returns whether desktops open context menus by the key.
+    [[nodiscard]] bool IsForContextMenu() const { return Is(kKeyMenu) || (shift && Is(kKeyF10)); }
 };
 
 /// Receives the events of a native window. All calls come on the interface thread, or inside a call

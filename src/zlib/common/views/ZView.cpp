@@ -4,6 +4,7 @@
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZApplication.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"
@@ -160,6 +161,8 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         return;
     case ZTIMER:
         return HandleTimer(message);
+    case ZKEYDOWN:
+        return KeyDown(keyOf(*message));
     default:
         return ZHandler::HandleZMessage(message);
     }

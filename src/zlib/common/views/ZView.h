@@ -32,6 +32,7 @@ class ZElement;
 class ZOverlay;
 class ZWindow;
 class ZXMLElement;
+struct ZNativeKeyEvent;
 
 /// Base of everything that a window shows: a rectangle with children, a background and optionally
 /// one element whose value it shows. Events arrive as messages; HandleZMessage turns them into the
@@ -137,6 +138,16 @@ public:
     [[nodiscard]] virtual ZPoint GetFrameOrigin() const { return {mFrame.left, mFrame.top}; }
     /// Called by the window when the view has got the keyboard, or has lost it.
     virtual void SetFocus(bool /*focus*/) {}
+    /// Returns whether the Tab key stops at the view, if it is navigable and visible.
+    [[nodiscard]] virtual bool TakesFocus() const { return true; }
+    /// Returns whether the view does something with a key while it has the focus. Keys that it does
+    /// not want stay with the host.
+    [[nodiscard]] virtual bool WantsKey(const ZNativeKeyEvent& /*key*/) const { return false; }
+    /// Called for each key that goes down while the view has the focus. What the key types comes by
+    /// ZTEXTINPUT, so the text is empty here. The view may be gone when the call returns.
+    virtual void KeyDown(const ZNativeKeyEvent& /*key*/) {}
+    /// Returns the part of the view, in its own coordinates, that the focus ring is drawn around.
+    [[nodiscard]] virtual ZRect GetFocusRect() const { return mFrame; }
     /// Returns the tooltip for a point of the view; for an empty text the window's name is shown.
     [[nodiscard]] virtual ZString GetTooltipText(const ZPoint& /*point*/) { return mTooltip.text; }
     [[nodiscard]] virtual ZRect GetFrame() const { return mFrame; }

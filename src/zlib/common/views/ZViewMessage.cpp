@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/views/ZViewMessage.h"
 
+#include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZMessageDocument.h"
 
@@ -15,6 +16,16 @@ ZDocument* requireDocument(const ZMessage& message, const char* field)
     if (!document)
         throw ZException("Couldn't find NewDocument in Message");
     return *document;
+}
+
+ZNativeKeyEvent keyOf(const ZMessage& message)
+{
+    ZNativeKeyEvent key;
+    key.code = requireField<std::uint8_t>(message, "Key");
+    static_cast<void>(message.Find<bool>("shift", key.shift));
+    static_cast<void>(message.Find<bool>("control", key.control));
+    static_cast<void>(message.Find<bool>("alt", key.alt));
+    return key;
 }
 
 boost::shared_ptr<ZMessage> makeMouseMessage(std::int32_t id, const char* field,

@@ -14,6 +14,7 @@ namespace orvane
 {
 
 class ZDocument;
+struct ZNativeKeyEvent;
 
 /// Returns a field that a message of views and windows must hold. Throws ZException kGeneral
 /// "Couldn't find <named> in Message".
@@ -49,6 +50,10 @@ template <ZMsgValue T>
 /// Makes a mouse message with the point in the field of that name, and mods in "MouseMods".
 [[nodiscard]] boost::shared_ptr<ZMessage> makeMouseMessage(std::int32_t id, const char* field,
                                                            const ZPoint& point, std::uint32_t mods);
+/// Returns the key of a ZKEYDOWN, without a text: "Key", and "shift", "control" and "alt" if
+/// they are there. Throws ZException kGeneral when there is no "Key".
+[[nodiscard]] ZNativeKeyEvent keyOf(const ZMessage& message);
+
 /// Makes a ZMOUSEWHEEL with all its fields.
 [[nodiscard]] boost::shared_ptr<ZMessage> makeWheelMessage(const ZPoint& point, std::uint32_t mods,
                                                            std::int32_t axis, std::int32_t delta);

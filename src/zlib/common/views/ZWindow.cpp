@@ -50,6 +50,7 @@ ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
     , mKeys(*this)
     , mFrames(*this)
     , mTooltip(*this)
+    , mValueTip(*this)
 {
     // Timers of this platform have one fixed resolution, so none is requested here.
     if (mAttributes.dialog)
@@ -151,6 +152,7 @@ void ZWindow::Destroy()
     assert(ZInterfaceLock::IsHeld());
     mModality.Unblock();
     mTooltip.Hide();
+    mKeys.LeaveRing();
     ReleaseCapture();
     mPointer.LeaveHover();
     mFrames.SetPaused(true);
@@ -280,6 +282,7 @@ void ZWindow::ForgetView(ZView* view)
     assert(view);
     mFrames.Remove(view);
     mKeys.Forget(view);
+    mValueTip.Hide(*view);
     RemoveTool(view);
     if (mPointer.GetHover() == view)
         mPointer.SetHover(nullptr);
@@ -323,6 +326,14 @@ void ZWindow::RedrawAll()
     mRootView->MarkSubtreeDirty();
 }
 
+void ZWindow::RepaintUnder(const ZRect& rect)
+{
+    if (rect.IsEmpty())
+        return;
+    mRootView->MarkDirtyWithin(rect);
+    Invalidate(rect);
+}
+
 void ZWindow::Update()
 {
     assert(ZInterfaceLock::IsHeld());
@@ -334,6 +345,10 @@ void ZWindow::Paint(const ZRect& rect)
 {
     assert(ZInterfaceLock::IsHeld());
     mRootView->DrawView(rect);
+    if (!mContext->GetGraphics())
+        return;
+    mKeys.DrawRing(*mContext, rect);
+    mValueTip.Draw(*mContext, rect);
 }
 
 void ZWindow::HandleZMessage(boost::shared_ptr<const ZMessage> message)

@@ -9,6 +9,7 @@
 #include "zlib/common/objects/ZRect.h"
 #include "zlib/common/objects/ZString.h"
 #include "zlib/common/views/ZDocumentMaps.h"
+#include "zlib/common/views/ZValueTip.h"
 #include "zlib/common/views/ZWindowAttributes.h"
 #include "zlib/common/views/ZWindowFilters.h"
 #include "zlib/common/views/ZWindowFrames.h"
@@ -119,6 +120,8 @@ public:
     void Destroy();
     /// Marks all views dirty and asks the system to paint the whole window.
     void RedrawAll();
+    /// The same for a rectangle, where something on top of the views has changed.
+    void RepaintUnder(const ZRect& rect);
     /// Paints now what waits to be painted.
     void Update();
     /// Attaches the views, paints the whole window at a scale, without a window of the system, and
@@ -172,11 +175,17 @@ public:
     /// for a view; null for none. Nothing opens while a view holds the capture or a dialog is open.
     /// The window may be gone when the call returns.
     void ShowContextMenu(ZView* view, const ZPoint& point);
+    /// Called by a view whose GetFocusRect has changed.
+    void UpdateFocusRing() { mKeys.UpdateRing(); }
+    /// Returns whether NativeKey would give the key to a view or open the context menu by it.
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent& event) const;
     /// Forgets a view that leaves as hover, captured, focus, idle and navigable view.
     void ForgetView(ZView* view);
     /// Registers the rectangle of a view that has a tooltip; rect is in window coordinates.
     void AddTool(ZView* view, const ZRect& rect) { mTooltip.AddTool(view, rect); }
     void RemoveTool(ZView* view) { mTooltip.RemoveTool(view); }
+    /// Returns the tip that views show their values by.
+    [[nodiscard]] ZValueTip& GetValueTip() { return mValueTip; }
     /// Returns null while no view has a tip.
     [[nodiscard]] ZTooltip* GetTooltip() const { return mTooltip.Get(); }
 
@@ -212,7 +221,8 @@ public:
 
     void NativePaint(const ZRect& update) override;
     void NativeMouse(const ZNativeMouseEvent& event) override;
-    /// Sends keys and text to the focus view; without one it runs the command with that key.
+    /// Opens the context menu by its keys, moves the focus by Tab, sends keys and text to the focus
+    /// view, and runs the command with the key if the view does not want it.
     bool NativeKey(const ZNativeKeyEvent& event) override;
     void NativeMoved(const ZPoint& position) override;
     void NativeSized(std::int32_t width, std::int32_t height) override;
@@ -227,6 +237,8 @@ private:
     // Construction.
     void BuildViews(const ZXMLElement& xml);
     void MakeContextMenu(const ZXMLElement& xml);
+    /// Opens the menu for the focus view or, without one, where the pointer was last.
+    void ShowContextMenuByKey();
 
     // Messages.
     void SendToRoot(const boost::shared_ptr<const ZMessage>& message);
@@ -280,6 +292,7 @@ private:
     ZWindowFrames mFrames;
     ZWindowTooltip mTooltip;
     boost::shared_ptr<ZWindowMenu> mContextMenu;  // null for none
+    ZValueTip mValueTip;
     std::unique_ptr<ZNativeWindow> mNativeWindow;
 };
 

@@ -173,6 +173,7 @@ void ZWindow::NativeMouse(const ZNativeMouseEvent& event)
     case ZNativeMouseEvent::kContext:
         if (!mModality.PassFocus() && mNativeWindow)
             mNativeWindow->SetFocus();
+        mKeys.LeaveRing();
         return ShowContextMenu(FindTopView(position), position);
     case ZNativeMouseEvent::kLeave:
         return mPointer.LeaveHover();
@@ -209,7 +210,28 @@ bool ZWindow::NativeKey(const ZNativeKeyEvent& event)
 {
     mTooltip.HandleKey();
     // A key that comes here below a dialog is neither the host's nor a command.
-    return mModality.PassFocus() || mKeys.Dispatch(event);
+    if (mModality.PassFocus())
+        return true;
+    if (!mContextMenu || !event.IsForContextMenu())
+        return mKeys.Dispatch(event);
+    ShowContextMenuByKey();
+    return true;
+}
+
+void ZWindow::ShowContextMenuByKey()
+{
+    ZView* const focus = mKeys.GetFocus();
+    if (!focus)
+        return ShowContextMenu(FindTopView(mLastMouse), mLastMouse);
+    const ZPoint& origin = focus->GetWindowOrigin();
+    const ZRect rect = focus->GetFocusRect().Offset(origin.x, origin.y);
+    ShowContextMenu(focus, {rect.left, rect.bottom});
+}
+
+bool ZWindow::WantsKey(const ZNativeKeyEvent& event) const
+{
+    const bool isForMenu = mContextMenu && event.IsForContextMenu();
+    return !mModalDisabled && !mModality.FindBlocker() && (isForMenu || mKeys.Wants(event));
 }
 
 void ZWindow::NativeMoved(const ZPoint& position)

@@ -61,8 +61,12 @@ constexpr std::array kCodes{
     Code{XKB_KEY_KP_Right, kKeyRight},
     Code{XKB_KEY_Down, kKeyDown},
     Code{XKB_KEY_KP_Down, kKeyDown},
+    Code{XKB_KEY_Insert, kKeyInsert},
+    Code{XKB_KEY_KP_Insert, kKeyInsert},
     Code{XKB_KEY_Delete, kKeyDelete},
     Code{XKB_KEY_KP_Delete, kKeyDelete},
+    Code{XKB_KEY_Menu, kKeyMenu},
+    Code{XKB_KEY_F10, kKeyF10},
 };
 
 std::uint8_t codeOf(xkb_keysym_t symbol)

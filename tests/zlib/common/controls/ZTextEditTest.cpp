@@ -4,12 +4,15 @@
 #include "zlib/common/controls/ZLabelButton.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/native/ZKeyCode.h"
+#include "zlib/common/native/ZNativeWindow.h"
+#include "zlib/common/objects/ZClipboard.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 namespace orvane
@@ -138,6 +141,54 @@ TEST_F(ZTextEditTest, MousePlacesTheCaretAndSelects)
     EXPECT_EQ(Picture(), "W[WWW]");
     edit.MouseDoubleClick({10, 10}, ZView::kMouseButton);
     EXPECT_EQ(Picture(), "[WWWW]");
+}
+
+TEST_F(ZTextEditTest, ADoubleClickSelectsTheWordOrTheBlanksUnderIt)
+{
+    edit.SetText("WW  WWW");
+    const std::int32_t letter = edit.StringWidth("WW") / 2;
+    const auto doubleClickAt = [&](std::int32_t x) {
+        edit.MouseDoubleClick({5 + x, 10}, ZView::kMouseButton);
+        return Picture();
+    };
+    EXPECT_EQ(doubleClickAt(letter), "[WW]  WWW");
+    EXPECT_EQ(doubleClickAt(2 * letter + 1), "WW[  ]WWW");
+    EXPECT_EQ(doubleClickAt(500), "WW  [WWW]") << "behind the end";
+    edit.SetText("");
+    EXPECT_EQ(doubleClickAt(3), "|");
+}
+
+TEST_F(ZTextEditTest, ShortcutsCopyCutAndPasteTheSelection)
+{
+    struct Clipboard : ZClipboard
+    {
+        bool Write(const std::string& what) override
+        {
+            text = what;
+            return true;
+        }
+        std::optional<std::string> Read(const void* /*owner*/) override { return text; }
+        std::optional<std::string> text;
+    } clipboard;
+    ZClipboard* const before = ZClipboard::Set(&clipboard);
+    edit.SetText("one two");
+    EXPECT_EQ(After('V', false, true), "[one two]") << "the clipboard is empty";
+    EXPECT_EQ(After('C', false, true), "[one two]");
+    EXPECT_EQ(After(kKeyEnd), "one two|");
+    EXPECT_EQ(After('C', false, true), "one two|");
+    EXPECT_EQ(clipboard.text, "one two") << "nothing is selected, so nothing is copied";
+    After(kKeyLeft, true, true);
+    EXPECT_EQ(After('X', false, true), "one |");
+    EXPECT_EQ(clipboard.text, "two");
+    EXPECT_EQ(After(kKeyInsert, true), "one two|");
+    After(kKeyHome, true);
+    EXPECT_EQ(After(kKeyInsert, false, true), "[one two]");
+    EXPECT_EQ(After(kKeyDelete, true), "|");
+    clipboard.text = "a\nb";
+    EXPECT_EQ(After('V', false, true), "ab|") << "a field of one line";
+    EXPECT_TRUE(edit.WantsKey({'Q', {}})) << "what is typed is not the host's";
+    EXPECT_FALSE(edit.WantsKey({kKeyTab, {}}));
+    ZClipboard::Set(before);
 }
 
 TEST(ZLabelButtonTest, ActsOnAClickReturnAndTheSpaceBar)

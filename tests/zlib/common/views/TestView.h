@@ -69,6 +69,7 @@ public:
     void SizeChanged() override { Add("sized", GetBounds().GetWidth(), GetBounds().GetHeight()); }
     void PositionChanged() override { Add("placed", GetBounds().left, GetBounds().top); }
     void ChildResized() override { Add("child resized"); }
+    [[nodiscard]] bool WantsKey(const ZNativeKeyEvent&) const override { return wantsKeys; }
     [[nodiscard]] ZRegion GetOpaqueRegion() const override
     {
         return isOpaque ? ZRegion(GetFrame()) : ZRegion();
@@ -80,6 +81,7 @@ public:
     std::vector<boost::shared_ptr<const ZMessage>> messages;
     bool takesTimers = false;
     bool isOpaque = false;
+    bool wantsKeys = true;
 
 private:
     void Add(const std::string& what) { log.push_back(GetName() + " " + what); }

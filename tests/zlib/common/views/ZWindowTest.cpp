@@ -252,7 +252,7 @@ TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilAClickEndsTheFocus)
 TEST_F(ZWindowTest, TabMovesTheFocusThroughVisibleNavigableViews)
 {
     const auto window = Make();
-    const auto last = boost::make_shared<TestView>("last", ZRect{}, nullptr);
+    const auto last = boost::make_shared<TestView>("last", ZRect{5, 35, 25, 45}, nullptr);
     window->GetRootView()->AddSubview(last, false);
     for (const char* const name : {"a", "b", "last"})
         View(*window, name).SetNavigable(true);
