@@ -2,9 +2,9 @@
 #include "pluginwrappers/core/HostParameter.h"
 
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/elements/ZValueText.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 #include <charconv>
 #include <cmath>
@@ -17,45 +17,8 @@ namespace orvane
 namespace
 {
 
-constexpr int kDecimals = 2;
-
 // Hosts keep values with six digits, which can end just below the value of a choice.
 constexpr float kChoiceTolerance = 1e-4f;
-
-// Two decimals without trailing zeros: further digits only show the rounding of floats.
-std::string shortNumber(float value)
-{
-    std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                   std::chars_format::fixed, kDecimals);
-    std::string text(digits.data(), end.ptr);
-    text.erase(text.find_last_not_of('0') + 1);
-    if (text.ends_with('.'))
-        text.pop_back();
-    return text == "-0" ? "0" : text;
-}
-
-const char* unitOf(ZElement::Units units)
-{
-    switch (units) {
-    case ZElement::kPercent:
-        return " %";
-    case ZElement::kSeconds:
-        return " s";
-    case ZElement::kSampleFrames:
-        return " samples";
-    case ZElement::kHertz:
-        return " Hz";
-    case ZElement::kCents:
-        return " cents";
-    case ZElement::kDecibels:
-        return " dB";
-    case ZElement::kMilliseconds:
-        return " ms";
-    default:
-        return "";
-    }
-}
 
 /// Returns part / whole, limited to the 0..1 that hosts rely on: an element may be out of its range
 /// or NaN, since chunks and presets can hold any number.
@@ -90,7 +53,7 @@ std::int32_t nearestChoice(const ZElement& element, float plain) noexcept
 
 std::string numberText(const ZElement& element, float number)
 {
-    return shortNumber(number) + unitOf(element.GetUnits());
+    return valueText(number, element.GetUnits()).ToNarrow();
 }
 
 std::string_view trimmed(std::string_view text)
