@@ -152,7 +152,7 @@ TEST_F(ContextMenuUseTest, OffersWhatTheWindowHasNoControlsFor)
     EXPECT_EQ(Lines(""),
               (Notes{"Programs >", "Save Settings...", "Load Settings...", "Reset Settings",
                      "Copy Settings", "Paste Settings", "Preset Memories >", "Tracking >",
-                     "Intonation >", "Detune...", "Reference Source >", "MIDI Input",
+                     "Intonation >", "Detune...", "Reference Source >", "MIDI Input", "Pitch Graph",
                      "Window Scale >", "About Cantorel Mini"}));
     EXPECT_EQ(Lines("", {"Tracking"}), (Notes{"*Classic", "Fine"}));
     EXPECT_EQ(Lines("", {"Reference Source"}), (Notes{"Left", "Right", "*Stereo"}));

@@ -6,13 +6,17 @@
 #include "zlib/common/drawing/ZDrawingContext.h"
 #include "zlib/common/drawing/ZPath.h"
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/elements/ZValueText.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
+#include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
 #include <array>
 #include <cassert>
 #include <cmath>
+#include <string>
+#include <vector>
 
 namespace orvane
 {
@@ -31,6 +35,8 @@ constexpr std::array<Range, 5> kRanges{
     {{73.0f, 1300.0f}, {73.0f, 494.0f}, {165.0f, 1300.0f}, {20.0f, 330.0f}, {330.0f, 2500.0f}}};
 constexpr Range kOtherRange{10.0f, 600.0f};
 
+constexpr float kC0Hz = 16.35f;  // as FrequencyToNote() counts
+
 constexpr ZColor kInputColor{250, 201, 103, 255};
 constexpr ZColor kOutputColor{250, 142, 99, 255};
 constexpr ZColor kLegendText{255, 255, 255, 255};
@@ -45,15 +51,42 @@ void append(std::vector<float>& history, const ZElement* pitch)
         history.erase(history.begin());
 }
 
-ZString noteAt(float frequency)
+bool hasNote(float frequency)
 {
     constexpr float kNoNoteBelowHz = 1.0f;
-    if (!std::isfinite(frequency) || frequency < kNoNoteBelowHz)
+    return std::isfinite(frequency) && frequency >= kNoNoteBelowHz;
+}
+
+/// The distance from the nearest note, in [-50, 50].
+float centsFromNote(float frequency)
+{
+    assert(hasNote(frequency));
+    const float cents = 1200.0f * std::log2(frequency / kC0Hz);
+    return std::remainder(cents, 100.0f);
+}
+
+ZString noteAt(float frequency)
+{
+    if (!hasNote(frequency))
         return {};
     int octave = 0;
     int pitchClass = 0;
     FrequencyToNote(frequency, nullptr, &octave, &pitchClass);
     return ZString(ZBWKeys::NoteName(pitchClass) + std::to_string(octave));
+}
+
+/// Returns the pitch in a frame of a history that fills the last frames of the graph.
+std::string pitchText(const std::vector<float>& history, std::size_t frame)
+{
+    const std::size_t first = KestrunePitchGraph::kHistoryLength - history.size();
+    const float frequency = frame < first ? 0.0f : history[frame - first];
+    if (!hasNote(frequency))
+        return "-";
+    const float cents = std::round(centsFromNote(frequency));
+    const float hertz = std::round(frequency * 10.0f) / 10.0f;
+    return noteAt(frequency).ToNarrow() + " " +
+           signedValueText(cents, ZElement::kCents).ToNarrow() + " (" +
+           valueText(hertz, ZElement::kHertz).ToNarrow() + ")";
 }
 
 }  // namespace
@@ -143,6 +176,39 @@ void KestrunePitchGraph::IdleTick()
     append(mInputHistory, mInputPitch.get());
     append(mOutputHistory, mOutputPitch.get());
     Invalidate(mGraphFrame.left, mGraphFrame.top, mGraphFrame.right, mGraphFrame.bottom);
+    ShowTip();
+}
+
+void KestrunePitchGraph::MouseEntered(const ZPoint& point)
+{
+    mPointedAt = true;
+    mLastMove = point;
+    ShowTip();
+}
+
+void KestrunePitchGraph::MouseLeft()
+{
+    mPointedAt = false;
+    if (mWindow)
+        mWindow->GetValueTip().Hide(*this);
+}
+
+void KestrunePitchGraph::ShowTip()
+{
+    if (!mWindow || !mPointedAt)
+        return;
+    const auto [x, y] = mLastMove;
+    mWindow->GetValueTip().Show(*this, TipAt(x), {x, y, x, y});
+}
+
+ZString KestrunePitchGraph::TipAt(std::int32_t x) const
+{
+    const std::int32_t width = std::max(mGraphFrame.GetWidth(), 1);
+    const std::int32_t place = std::clamp(x - mGraphFrame.left, 0, width - 1);
+    const std::size_t frame =
+        static_cast<std::size_t>(place) * kHistoryLength / static_cast<std::size_t>(width);
+    return ZString("in " + pitchText(mInputHistory, frame) + ", out " +
+                   pitchText(mOutputHistory, frame));
 }
 
 void KestrunePitchGraph::SetFrameRate(float rate)

@@ -18,7 +18,9 @@ class ZPath;
 ///
 /// Its elements are named by `<element inputPitch= outputPitch= axisType= pitchRange=>`: two
 /// pitches in Hz, which the graph reads once a frame; the labels of the axis, 0 for notes; and the
-/// index of the pitch range. Each may be missing. [interface thread]
+/// index of the pitch range. Each may be missing. While it is pointed at, the window's value tip
+/// tells both pitches at the pointer's time as notes with their deviation in cents, and in Hz.
+/// [interface thread]
 class KestrunePitchGraph : public ZGraphAxisView
 {
 public:
@@ -38,6 +40,8 @@ public:
     void OnDocumentClosed() override;
     /// Appends the current pitches and repaints the plot.
     void IdleTick() override;
+    void MouseEntered(const ZPoint& point) override;
+    void MouseLeft() override;
     /// Sets the span of the horizontal axis from the number of frames a second.
     void SetFrameRate(float rate) override;
     void Draw(const ZRect& rect) override;
@@ -50,6 +54,9 @@ public:
     [[nodiscard]] std::int32_t HeightOf(float frequency) const;
     /// The frequency, in Hz, at a distance from the plot's upper edge.
     [[nodiscard]] float FrequencyAt(std::int32_t y) const;
+    /// What the tip says of the pitches at x in the view: "in A3 -12 cents (218.5 Hz), out A3 +1
+    /// cents (220.1 Hz)", and "-" for no voice.
+    [[nodiscard]] ZString TipAt(std::int32_t x) const;
 
 protected:
     /// Paints the background and the legend.
@@ -62,6 +69,7 @@ protected:
 private:
     void ShowAxisType();
     void ShowPitchRange();
+    void ShowTip();
     void DrawNoteAxis();
     void DrawHertzAxis();
     /// The distance of row k, in [1, rows], from the plot's upper edge.
@@ -77,6 +85,7 @@ private:
     boost::shared_ptr<ZElement> mOutputPitch;
     ZObservedElement mAxisType;
     ZObservedElement mPitchRange;
+    bool mPointedAt = false;
     bool mNoteAxis = true;         // names of notes instead of Hz
     float mMinFrequency = 10.0f;   // in Hz
     float mMaxFrequency = 600.0f;  // in Hz, above mMinFrequency

@@ -154,6 +154,8 @@ void ZContextMenu::AddTag(Builder& builder, const ZXMLElement& tag)
         return builder.AddSubmenu(labelOf(tag), [&] { AddPrograms(builder); });
     if (tag.IsNamed("scales"))
         return builder.AddSubmenu(labelOf(tag), [&] { AddScales(builder); });
+    if (tag.IsNamed("unfold"))
+        return AddFold(builder, labelOf(tag));
     if (tag.IsNamed("value")) {
         if (const auto element = elementOf(app, tag, ZElement::ZFLOAT))
             builder.AddValue(withDots(labelOf(tag)), element, labelOf(tag));
@@ -233,6 +235,16 @@ void ZContextMenu::AddScales(Builder& builder)
     builder.EndGroup();
     builder.Add("As the host or display says", [&app, &window] { chooseScale(app, window, 0); })
         .checked = !choice;
+}
+
+void ZContextMenu::AddFold(Builder& builder, const ZString& label)
+{
+    ZWindow& window = builder.GetWindow();
+    if (!window.HasFold())
+        return;
+    const bool isOpen = window.IsUnfolded();
+    builder.Add(label, [&window, isOpen] { static_cast<void>(window.Unfold(!isOpen)); }).checked =
+        isOpen;
 }
 
 // The builder.

@@ -21,14 +21,17 @@ class ZXMLElement;
 
 /// The context menu that a description lists, in the order of these tags:
 ///
-///     <item command="" dialog="true" element="" />  a command, by its label; with dialog "..."
-///                                behind it; with element a mark while that is not 0
-///     <choice element="" label="" />  a submenu of the choices of a discrete element
-///     <switch element="" label="" />  a discrete element of two choices, with a mark for the
-///     second <value element="" label="" />   a float element, typed in a dialog <programs label=""
-///     />           a submenu of the plug-in's programs <scales label="" />             a submenu
-///     of the scales of the window <submenu label="">...</submenu> a submenu of these tags <group
-///     />                       a line
+/// - `<item command="" dialog="true" element="" />`: a command, by its label; with dialog "..."
+///   behind it; with element a mark while that is not 0
+/// - `<choice element="" label="" />`: a submenu of the choices of a discrete element
+/// - `<switch element="" label="" />`: a discrete element of two choices, with a mark for the
+/// second
+/// - `<value element="" label="" />`: a float element, typed in a dialog
+/// - `<programs label="" />`: a submenu of the plug-in's programs
+/// - `<scales label="" />`: a submenu of the scales of the window
+/// - `<unfold label="" />`: opens and closes the window's fold, with a mark while it is open
+/// - `<submenu label="">...</submenu>`: a submenu of these tags
+/// - `<group />`: a line
 ///
 /// What names nothing that exists is left out. Over a control of the user's come first "Reset to
 /// Default" and, for a number, "Enter Value...". All goes through commands and elements, so that
@@ -91,6 +94,7 @@ private:
                           const boost::shared_ptr<ZElement>& element);
     static void AddPrograms(Builder& builder);
     static void AddScales(Builder& builder);
+    static void AddFold(Builder& builder, const ZString& label);
 
     boost::shared_ptr<ZXMLElement> mXml;
 };

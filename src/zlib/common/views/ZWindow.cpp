@@ -42,6 +42,7 @@ ZWindow::ZWindow(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* applic
     : ZHandler(xml, application)
     , mAttributes(*xml)
     , mPlace(*xml)
+    , mFold(*xml)
     , mModality(*this)
     , mContext(boost::make_shared<ZDrawingContext>())
     , mPicture(mContext)
@@ -131,6 +132,7 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
         return false;
     // Not at the place that the window before was moved to.
     mPlace.ResetPosition();
+    TakeFold(mFold.IsWanted(ZApp::Of(*this)));
     const ZDeviceScale scale = std::exchange(mScale, FindScale(parent));
     auto native = ZNativeWindow::Create(NativeSettings(parent, nativeParent), *this);
     if (!native) {

@@ -12,6 +12,7 @@
 #include "zlib/common/views/ZValueTip.h"
 #include "zlib/common/views/ZWindowAttributes.h"
 #include "zlib/common/views/ZWindowFilters.h"
+#include "zlib/common/views/ZWindowFold.h"
 #include "zlib/common/views/ZWindowFrames.h"
 #include "zlib/common/views/ZWindowKeys.h"
 #include "zlib/common/views/ZWindowModality.h"
@@ -136,16 +137,22 @@ public:
     /// this class are in units; positions, and what the window of the system takes, are in pixels.
     [[nodiscard]] const ZDeviceScale& GetDeviceScale() const { return mScale; }
     /// Returns width and height in pixels: those of the window of the system, or that a new one
-    /// would have.
+    /// would have by the settings.
     [[nodiscard]] ZPoint GetPixelSize();
     /// Takes the scale that the host wishes, within the limits of ZWindowScale, which counts unless
     /// the user has chosen one.
     void SetHostScale(double scale);
-    /// Looks who decides on the scale now, and what: if that is another scale, asks the host to
-    /// make room and redraws the window. Returns false when the host refuses; then a window of the
-    /// system that is there keeps its scale, and the next one has the new scale. The window may be
-    /// gone when the call returns.
+    /// Looks who decides on the scale now, and what, and whether the user wants the fold open: if
+    /// that is not what the window of the system shows, asks the host to make room and redraws the
+    /// window. Returns false when the host refuses; then a window of the system that is there stays
+    /// as it is, and the next one is as wanted. The window may be gone when the call returns.
     bool TakeScale();
+    /// Returns whether the description has something to unfold below the window.
+    [[nodiscard]] bool HasFold() const { return mFold.Exists(); }
+    [[nodiscard]] bool IsUnfolded() const { return mFold.IsOpen(); }
+    /// Keeps in the user's settings whether the fold is open and has the window follow by
+    /// TakeScale, whose result it returns; false when the setting cannot be stored.
+    bool Unfold(bool isOpen);
     /// Sets whom to ask for another size, not owned; null for nobody, which grants all. [setup]
     void SetHost(ZWindowHost* host) { mHost = host; }
 
@@ -258,6 +265,10 @@ private:
                                                          ZNativeHandle nativeParent) const;
     /// Returns the scale for a new window of the system.
     [[nodiscard]] ZDeviceScale FindScale(const ZWindow* parent);
+    /// Returns width and height in units with the fold open or closed.
+    [[nodiscard]] ZPoint SizeWith(bool isUnfolded) const;
+    /// Opens or closes the fold, unless it is so already.
+    void TakeFold(bool isOpen);
     /// Returns the rectangle of the window of the system in pixels.
     [[nodiscard]] ZRect GetPixelRect() const;
     /// Paints beside the picture that the window of the system shows.
@@ -271,8 +282,9 @@ private:
     ZWindowAttributes mAttributes;
     ZWindowPlace mPlace;
     ZWindowScale mScales;
-    ZDeviceScale mScale;                      // of the picture and the window of the system
-    std::optional<ZDeviceScale> mAskedScale;  // while the host is asked for it
+    ZDeviceScale mScale;                 // of the picture and the window of the system
+    std::optional<ZPoint> mAskedPixels;  // while the host is asked for that size
+    ZWindowFold mFold;
     ZWindowHost* mHost = nullptr;
     ZWindowModality mModality;
     ZWindowFilters mFilters;

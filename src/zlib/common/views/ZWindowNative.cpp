@@ -50,10 +50,38 @@ ZDeviceScale ZWindow::FindScale(const ZWindow* parent)
 
 ZPoint ZWindow::GetPixelSize()
 {
-    const ZDeviceScale scale = mAskedScale     ? *mAskedScale
-                               : mNativeWindow ? mScale
-                                               : FindScale(nullptr);
-    return scale.ToPixels(mPlace.GetSize());
+    if (mAskedPixels)
+        return *mAskedPixels;
+    if (mNativeWindow)
+        return mScale.ToPixels(mPlace.GetSize());
+    return FindScale(nullptr).ToPixels(SizeWith(mFold.IsWanted(ZApp::Of(*this))));
+}
+
+ZPoint ZWindow::SizeWith(bool isUnfolded) const
+{
+    const ZPoint& size = mPlace.GetSize();
+    const std::int32_t folded = size.y - (mFold.IsOpen() ? mFold.GetHeight() : 0);
+    return {size.x, folded + (isUnfolded ? mFold.GetHeight() : 0)};
+}
+
+void ZWindow::TakeFold(bool isOpen)
+{
+    if (isOpen == mFold.IsOpen())
+        return;
+    const ZPoint size = SizeWith(isOpen);
+    mPlace.SetSize(size.x, size.y);
+    SendToRoot(makeMessage<ZRect>(ZRESIZE, "ResizeRect", mPlace.GetArea()));
+    if (isOpen)
+        mFold.Open(*mRootView, GetApp());
+    else
+        mFold.Close(*mRootView);
+}
+
+bool ZWindow::Unfold(bool isOpen)
+{
+    assert(ZInterfaceLock::IsHeld());
+    ZApp* const app = ZApp::Of(*this);
+    return app && mFold.SetWanted(*app, isOpen) && TakeScale();
 }
 
 ZRect ZWindow::GetPixelRect() const
@@ -74,19 +102,22 @@ bool ZWindow::TakeScale()
 {
     assert(ZInterfaceLock::IsHeld());
     const ZDeviceScale scale = FindScale(nullptr);
-    if (!mNativeWindow || scale == mScale || mAskedScale)
+    const bool isUnfolded = mFold.IsWanted(ZApp::Of(*this));
+    const bool isSame = scale == mScale && isUnfolded == mFold.IsOpen();
+    if (!mNativeWindow || mAskedPixels || isSame)
         return true;
-    mAskedScale = scale;
+    mAskedPixels = scale.ToPixels(SizeWith(isUnfolded));
     const auto life = GetLife();
-    const bool isGranted = !mHost || mHost->ResizeWindow(GetPixelSize());
+    const bool isGranted = !mHost || mHost->ResizeWindow(*mAskedPixels);
     if (life.expired())
         return isGranted;
-    mAskedScale.reset();
+    mAskedPixels.reset();
     if (!isGranted || !mNativeWindow)
         return isGranted;
     mTooltip.Hide();
     ReleaseCapture();
     mScale = scale;
+    TakeFold(isUnfolded);
     mNativeWindow->SetRect(GetPixelRect());
     MakeOffscreen();
     RedrawAll();
