@@ -47,7 +47,7 @@ std::vector<std::string> presetNames()
     return names;
 }
 
-const clap_preset_discovery_provider_descriptor& descriptor()
+const clap_preset_discovery_provider_descriptor& providerDescriptor()
 {
     static const clap_preset_discovery_provider_descriptor provider{
         kClapVersion, "orvane.cantorel-mini.presets", productName(), "Orvane Inc."};
@@ -98,10 +98,10 @@ bool getMetadata(const Provider* /*provider*/, std::uint32_t kind, const char* /
 const Provider* createProvider(const clap_preset_discovery_factory* /*factory*/,
                                const clap_preset_discovery_indexer* indexer, const char* id)
 {
-    if (indexer == nullptr || id == nullptr || std::strcmp(id, descriptor().id) != 0)
+    if (indexer == nullptr || id == nullptr || std::strcmp(id, providerDescriptor().id) != 0)
         return nullptr;
     return new (std::nothrow) Provider{
-        &descriptor(),
+        &providerDescriptor(),
         const_cast<clap_preset_discovery_indexer*>(indexer),
         declare,
         [](const Provider* provider) { delete provider; },
@@ -116,7 +116,7 @@ const clap_preset_discovery_factory& clapPresetFactory()
     static const clap_preset_discovery_factory factory{
         [](const clap_preset_discovery_factory* /*factory*/) { return 1u; },
         [](const clap_preset_discovery_factory* /*factory*/, std::uint32_t index) {
-            return index == 0 ? &descriptor() : nullptr;
+            return index == 0 ? &providerDescriptor() : nullptr;
         },
         createProvider};
     return factory;

@@ -102,41 +102,41 @@ private:
     }
     static const void* getExtension(const clap_host*, const char* name)
     {
-        static const clap_host_log log{[](const clap_host* host, std::int32_t, const char* text) {
-            const std::lock_guard lock(From(host).mMutex);
-            From(host).mLines.emplace_back(text);
+        static const clap_host_log log{[](const clap_host* self, std::int32_t, const char* text) {
+            const std::lock_guard lock(From(self).mMutex);
+            From(self).mLines.emplace_back(text);
         }};
         static const clap_host_thread_check threads{
-            [](const clap_host* host) {
-                return std::this_thread::get_id() == From(host).mThread && !From(host).isAudio;
+            [](const clap_host* self) {
+                return std::this_thread::get_id() == From(self).mThread && !From(self).isAudio;
             },
-            [](const clap_host* host) {
-                return std::this_thread::get_id() == From(host).mThread && From(host).isAudio;
+            [](const clap_host* self) {
+                return std::this_thread::get_id() == From(self).mThread && From(self).isAudio;
             }};
         static const clap_host_params params{
-            [](const clap_host* host, std::uint32_t flags) {
+            [](const clap_host* self, std::uint32_t flags) {
                 EXPECT_EQ(flags, CLAP_PARAM_RESCAN_VALUES);
-                ++From(host).rescans;
+                ++From(self).rescans;
             },
             [](const clap_host*, clap_id, std::uint32_t) {},
-            [](const clap_host* host) { ++From(host).flushRequests; }};
-        static const clap_host_state state{[](const clap_host* host) { ++From(host).dirty; }};
+            [](const clap_host* self) { ++From(self).flushRequests; }};
+        static const clap_host_state state{[](const clap_host* self) { ++From(self).dirty; }};
         static const clap_host_latency latency{
-            [](const clap_host* host) { ++From(host).latencyChanges; }};
-        static const clap_host_tail tail{[](const clap_host* host) { ++From(host).tailChanges; }};
+            [](const clap_host* self) { ++From(self).latencyChanges; }};
+        static const clap_host_tail tail{[](const clap_host* self) { ++From(self).tailChanges; }};
         static const clap_host_gui gui{
             [](const clap_host*) {},
-            [](const clap_host* host, std::uint32_t width, std::uint32_t height) {
-                From(host).requestedSize = width * 65536ull + height;
-                return From(host).grantsSize.load();
+            [](const clap_host* self, std::uint32_t width, std::uint32_t height) {
+                From(self).requestedSize = width * 65536ull + height;
+                return From(self).grantsSize.load();
             },
             [](const clap_host*) { return true; }, [](const clap_host*) { return true; },
             [](const clap_host*, bool) {}};
         static const clap_host_preset_load presetLoad{
-            [](const clap_host* host, std::uint32_t, const char*, const char* key, std::int32_t,
-               const char*) { From(host).presets.push_back(std::string("failed ") + key); },
-            [](const clap_host* host, std::uint32_t, const char*, const char* key) {
-                From(host).presets.push_back(std::string("loaded ") + key);
+            [](const clap_host* self, std::uint32_t, const char*, const char* key, std::int32_t,
+               const char*) { From(self).presets.push_back(std::string("failed ") + key); },
+            [](const clap_host* self, std::uint32_t, const char*, const char* key) {
+                From(self).presets.push_back(std::string("loaded ") + key);
             }};
         const std::array<std::pair<const char*, const void*>, 8> all{
             {{kClapLog, &log},

@@ -151,7 +151,8 @@ TEST_P(KeyboardWindowTest, FromTheOpeningToANamedScale)
     probe->PressKey(XKB_KEY_Control_L);
     Type(XKB_KEY_a);
     probe->ReleaseKey(XKB_KEY_Control_L);
-    for (const std::uint32_t letter : {XKB_KEY_k, XKB_KEY_e, XKB_KEY_y, XKB_KEY_s})
+    for (const auto letter :
+         std::initializer_list<std::uint32_t>{XKB_KEY_k, XKB_KEY_e, XKB_KEY_y, XKB_KEY_s})
         Type(letter);
     Type(XKB_KEY_Return);
     EXPECT_TRUE(IsGone(dialog));

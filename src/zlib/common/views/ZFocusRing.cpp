@@ -13,7 +13,7 @@ namespace orvane
 namespace
 {
 
-constexpr ZColor kLight{255, 204, 102, 255};
+constexpr ZColor kRingLight{255, 204, 102, 255};
 constexpr ZColor kDark{0, 0, 0, 255};
 
 /// Fills the frame between a rectangle and that inside it, which is smaller by width on each side.
@@ -50,7 +50,7 @@ void ZFocusRing::Draw(ZDrawingContext& context, const ZRect& update) const
     context.SetClip(update);
     static_assert(kReach == 4, "one dark unit, two light ones, one dark one");
     fillFrame(context, outer, 1, kDark);
-    fillFrame(context, outer.Inset(1, 1), 2, kLight);
+    fillFrame(context, outer.Inset(1, 1), 2, kRingLight);
     fillFrame(context, outer.Inset(3, 3), 1, kDark);
 }
 

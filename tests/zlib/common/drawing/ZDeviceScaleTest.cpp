@@ -39,7 +39,7 @@ std::set<std::uint32_t> colorsOf(const ZBitmap& bitmap)
 }
 
 /// An application with pictures for scale 1, and for some also for scale 2.
-class PictureApplication : public SmallApplication
+class ScaledApplication : public SmallApplication
 {
 public:
     [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
@@ -140,7 +140,7 @@ TEST(ZDeviceScaleTest, TextMeasuresTheSameAndUsesAllPixels)
 
 TEST(ZDeviceScaleTest, ThePictureOfTwiceTheSizeIsDrawnAboveScale1)
 {
-    PictureApplication application;
+    ScaledApplication application;
     ZBitmap both("both.png", &application);
     EXPECT_EQ(both.GetFrame(), (ZRect{0, 0, 4, 3}));
     EXPECT_EQ(both.GetNativeFor(1.0)->GetWidth(), 4);

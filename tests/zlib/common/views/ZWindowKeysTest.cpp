@@ -12,8 +12,8 @@ namespace orvane
 namespace
 {
 
-constexpr std::uint32_t kLight = 0xffffcc66;
-constexpr std::uint32_t kBlack = 0xff000000;
+constexpr std::uint32_t kRingAmber = 0xffffcc66;
+constexpr std::uint32_t kRingDark = 0xff000000;
 
 class ZWindowKeysTest : public WindowFixture
 {
@@ -68,13 +68,14 @@ TEST_F(ZWindowKeysTest, TabBeginsAtEitherEndAndFollowsTheReadingOrder)
 TEST_F(ZWindowKeysTest, TheRingIsThereFromTabToEscapeOrThePressOfAButton)
 {
     const auto hasRing = [this] {
-        const bool has = PixelAt(8, 20) == kLight;
-        EXPECT_EQ(PixelAt(6, 6) == kBlack && PixelAt(7, 7) == kLight && PixelAt(9, 9) == kBlack &&
-                      PixelAt(31, 31) == kLight && PixelAt(33, 33) == kBlack,
+        const bool has = PixelAt(8, 20) == kRingAmber;
+        EXPECT_EQ(PixelAt(6, 6) == kRingDark && PixelAt(7, 7) == kRingAmber &&
+                      PixelAt(9, 9) == kRingDark && PixelAt(31, 31) == kRingAmber &&
+                      PixelAt(33, 33) == kRingDark,
                   has);
         // At two pixels a unit: columns 12 and 13 are dark, 14 to 17 light.
-        EXPECT_EQ(PixelAt(14, 40, 2) == kLight && PixelAt(17, 40, 2) == kLight &&
-                      PixelAt(13, 40, 2) == kBlack && PixelAt(18, 40, 2) == kBlack,
+        EXPECT_EQ(PixelAt(14, 40, 2) == kRingAmber && PixelAt(17, 40, 2) == kRingAmber &&
+                      PixelAt(13, 40, 2) == kRingDark && PixelAt(18, 40, 2) == kRingDark,
                   has);
         return has;
     };
