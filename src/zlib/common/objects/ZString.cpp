@@ -10,6 +10,8 @@
 #include <clocale>
 #include <cwchar>
 #include <cwctype>
+#include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace orvane
@@ -121,24 +123,30 @@ std::size_t wholeCharacters(const std::string& narrow, std::size_t size)
     return size;
 }
 
-// Own locale objects, since the process's locale belongs to the host. They live as long as the
-// library.
+// Own locale objects, since the process's locale belongs to the host. They go with the library,
+// which hosts load and unload many times.
+struct LocaleDeleter
+{
+    void operator()(locale_t locale) const { freelocale(locale); }
+};
+using OwnLocale = std::unique_ptr<std::remove_pointer_t<locale_t>, LocaleDeleter>;
+
+OwnLocale makeLocale(int categories, const char* name)
+{
+    const locale_t wanted = newlocale(categories, name, nullptr);
+    return OwnLocale(wanted ? wanted : newlocale(LC_ALL_MASK, "C", nullptr));
+}
+
 locale_t collationLocale()
 {
-    static const locale_t locale = [] {
-        const locale_t users = newlocale(LC_COLLATE_MASK | LC_CTYPE_MASK, "", nullptr);
-        return users ? users : newlocale(LC_ALL_MASK, "C", nullptr);
-    }();
-    return locale;
+    static const OwnLocale locale = makeLocale(LC_COLLATE_MASK | LC_CTYPE_MASK, "");
+    return locale.get();
 }
 
 locale_t caseLocale()
 {
-    static const locale_t locale = [] {
-        const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-        return unicode ? unicode : newlocale(LC_ALL_MASK, "C", nullptr);
-    }();
-    return locale;
+    static const OwnLocale locale = makeLocale(LC_CTYPE_MASK, "C.UTF-8");
+    return locale.get();
 }
 
 }  // namespace
