@@ -2,6 +2,7 @@
 #include "pluginwrappers/clap/ClapEntry.h"
 
 #include "kestrune/common/identity/KestruneIdentity.h"
+#include "pluginwrappers/clap/ClapCalls.h"
 #include "pluginwrappers/clap/ClapExtensionTables.h"
 #include "pluginwrappers/clap/ClapPresets.h"
 #include "pluginwrappers/clap/ZCLAPPlugin.h"
@@ -18,11 +19,6 @@ namespace orvane
 
 namespace
 {
-
-ZCLAPPlugin& pluginOf(const clap_plugin* record)
-{
-    return *static_cast<ZCLAPPlugin*>(record->plugin_data);
-}
 
 const clap_plugin_descriptor& descriptor()
 {
@@ -49,7 +45,7 @@ const clap_plugin_descriptor& descriptor()
 bool init(const clap_plugin* record)
 {
     try {
-        pluginOf(record).Init();
+        static_cast<ZCLAPPlugin*>(record->plugin_data)->Init();
         return true;
     } catch (...) {
         reportFailedLoad();
@@ -59,8 +55,7 @@ bool init(const clap_plugin* record)
 
 void destroy(const clap_plugin* record)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectMainThread("clap_plugin.destroy");
+    ZCLAPPlugin& plugin = onMainThread(record, "clap_plugin.destroy");
     plugin.GetHost().Expect(!plugin.IsActive(), "clap_plugin.destroy", "comes before deactivate");
     delete &plugin;
 }
@@ -68,8 +63,7 @@ void destroy(const clap_plugin* record)
 bool activate(const clap_plugin* record, double rate, std::uint32_t /*minFrames*/,
               std::uint32_t maxFrames)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectMainThread("clap_plugin.activate");
+    ZCLAPPlugin& plugin = onMainThread(record, "clap_plugin.activate");
     if (!plugin.GetHost().Expect(!plugin.IsActive(), "clap_plugin.activate", "comes twice"))
         return false;
     try {
@@ -82,8 +76,7 @@ bool activate(const clap_plugin* record, double rate, std::uint32_t /*minFrames*
 
 void deactivate(const clap_plugin* record)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectMainThread("clap_plugin.deactivate");
+    ZCLAPPlugin& plugin = onMainThread(record, "clap_plugin.deactivate");
     if (plugin.GetHost().Expect(plugin.IsActive(), "clap_plugin.deactivate",
                                 "comes without activate"))
         plugin.Deactivate();
@@ -91,8 +84,7 @@ void deactivate(const clap_plugin* record)
 
 bool startProcessing(const clap_plugin* record)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectAudioThread("clap_plugin.start_processing");
+    ZCLAPPlugin& plugin = onAudioThread(record, "clap_plugin.start_processing");
     return plugin.GetHost().Expect(plugin.IsActive(), "clap_plugin.start_processing",
                                    "comes without activate") &&
            plugin.StartProcessing();
@@ -100,8 +92,7 @@ bool startProcessing(const clap_plugin* record)
 
 void stopProcessing(const clap_plugin* record)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectAudioThread("clap_plugin.stop_processing");
+    ZCLAPPlugin& plugin = onAudioThread(record, "clap_plugin.stop_processing");
     if (plugin.GetHost().Expect(plugin.IsProcessing(), "clap_plugin.stop_processing",
                                 "comes without start_processing"))
         plugin.StopProcessing();
@@ -109,8 +100,7 @@ void stopProcessing(const clap_plugin* record)
 
 void reset(const clap_plugin* record)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectAudioThread("clap_plugin.reset");
+    ZCLAPPlugin& plugin = onAudioThread(record, "clap_plugin.reset");
     if (!plugin.GetHost().Expect(plugin.IsActive(), "clap_plugin.reset", "comes without activate"))
         return;
     try {
@@ -122,8 +112,7 @@ void reset(const clap_plugin* record)
 
 std::int32_t process(const clap_plugin* record, const clap_process* block)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectAudioThread("clap_plugin.process");
+    ZCLAPPlugin& plugin = onAudioThread(record, "clap_plugin.process");
     if (!plugin.GetHost().Expect(plugin.IsProcessing(), "clap_plugin.process",
                                  "comes without start_processing"))
         return CLAP_PROCESS_ERROR;
@@ -135,11 +124,9 @@ const void* extension(const clap_plugin* /*record*/, const char* name)
     return findClapExtension(name);
 }
 
-void onMainThread(const clap_plugin* record)
+void takeMainThread(const clap_plugin* record)
 {
-    ZCLAPPlugin& plugin = pluginOf(record);
-    plugin.GetHost().ExpectMainThread("clap_plugin.on_main_thread");
-    plugin.OnMainThread();
+    onMainThread(record, "clap_plugin.on_main_thread").OnMainThread();
 }
 
 const clap_plugin* createPlugin(const clap_plugin_factory* /*factory*/, const clap_host* host,
@@ -150,7 +137,7 @@ const clap_plugin* createPlugin(const clap_plugin_factory* /*factory*/, const cl
         return nullptr;
     static const clap_plugin functions{
         &descriptor(),   nullptr,        init,  destroy, activate,  deactivate,
-        startProcessing, stopProcessing, reset, process, extension, onMainThread};
+        startProcessing, stopProcessing, reset, process, extension, takeMainThread};
     auto* const plugin = new (std::nothrow) ZCLAPPlugin(*host, functions);
     return plugin != nullptr ? &plugin->GetRecord() : nullptr;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/clap/ClapExtensionTables.h"
 
+#include "pluginwrappers/clap/ClapCalls.h"
 #include "pluginwrappers/clap/ZCLAPPlugin.h"
 #include "pluginwrappers/interface/ClapExtensions.h"
 #include "zlib/common/objects/ZException.h"
@@ -19,14 +20,6 @@ namespace orvane
 namespace
 {
 
-/// Returns the plug-in for a call that belongs to the main thread.
-ZCLAPPlugin& onMainThread(const clap_plugin* record, const char* function)
-{
-    auto& plugin = *static_cast<ZCLAPPlugin*>(record->plugin_data);
-    plugin.GetHost().ExpectMainThread(function);
-    return plugin;
-}
-
 /// Returns what the function returns; for an exception, which is logged, the value of a failure.
 template <typename Function>
 auto guarded(ZCLAPPlugin& plugin, Function&& function) noexcept -> decltype(function())
@@ -42,15 +35,6 @@ auto guarded(ZCLAPPlugin& plugin, Function&& function) noexcept -> decltype(func
     }
     plugin.GetHost().Log(CLAP_LOG_ERROR, text);
     return decltype(function())();
-}
-
-void writeText(char* target, std::size_t capacity, std::string_view text)
-{
-    if (capacity == 0)
-        return;
-    const std::size_t length = std::min(text.size(), capacity - 1);
-    std::memcpy(target, text.data(), length);
-    target[length] = '\0';
 }
 
 // Ports.
@@ -122,11 +106,10 @@ const clap_plugin_params kParams{
         return found.has_value();
     },
     [](const clap_plugin* record, const clap_input_events* in, const clap_output_events* out) {
-        auto& plugin = *static_cast<ZCLAPPlugin*>(record->plugin_data);
-        if (plugin.IsActive())
-            plugin.GetHost().ExpectAudioThread("clap_plugin_params.flush while active");
-        else
-            plugin.GetHost().ExpectMainThread("clap_plugin_params.flush");
+        const bool isActive = static_cast<ZCLAPPlugin*>(record->plugin_data)->IsActive();
+        ZCLAPPlugin& plugin = isActive
+                                  ? onAudioThread(record, "clap_plugin_params.flush while active")
+                                  : onMainThread(record, "clap_plugin_params.flush");
         plugin.Flush(in, out);
     }};
 

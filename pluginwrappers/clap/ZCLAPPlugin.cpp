@@ -2,6 +2,7 @@
 #include "pluginwrappers/clap/ZCLAPPlugin.h"
 
 #include "kestrune/common/views/KestruneFonts.h"
+#include "pluginwrappers/clap/ClapCalls.h"
 #include "pluginwrappers/core/HostParameter.h"
 #include "pluginwrappers/core/PlainParameters.h"
 #include "pluginwrappers/core/PluginStart.h"
@@ -15,9 +16,7 @@
 
 #include <algorithm>
 #include <cassert>
-#include <charconv>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 namespace orvane
@@ -51,14 +50,6 @@ public:
 private:
     ZCLAPPlugin& mPlugin;
 };
-
-template <std::size_t kSize>
-void writeText(char (&target)[kSize], const std::string& text)
-{
-    const std::size_t length = std::min(text.size(), kSize - 1);
-    std::memcpy(target, text.data(), length);
-    target[length] = '\0';
-}
 
 bool isSilent(const float* samples, std::uint32_t frames) noexcept
 {
@@ -326,7 +317,7 @@ bool ZCLAPPlugin::GetInfo(std::uint32_t index, clap_param_info& info) const
     // A switch is no enumeration: hosts show it as a button.
     if (isChoice && element.CountDiscreteValues() > 2)
         info.flags |= CLAP_PARAM_IS_ENUM;
-    writeText(info.name, plainLabelOf(element));
+    writeText(info.name, sizeof info.name, plainLabelOf(element));
     info.min_value = isChoice ? 0.0 : static_cast<double>(element.Min());
     info.max_value =
         isChoice ? element.CountDiscreteValues() - 1 : static_cast<double>(element.Max());
