@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Many instances of all forms in one process, on threads of a host. KESTRUNE_SOAK_SECONDS sets the
+// length, two seconds otherwise.
+
+#include "pluginwrappers/mixed/ClapGuest.h"
+#include "pluginwrappers/mixed/Lv2Guest.h"
+#include "pluginwrappers/mixed/VstGuest.h"
+#include "support/DisplayProbe.h"
+#include "support/Signals.h"
+#include "support/VirtualDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+#include <mutex>
+#include <numeric>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace orvane
+{
+
+namespace
+{
+
+constexpr std::size_t kInstances = 64;
+constexpr int kMostWindows = 6;
+
+// Points on the window that open no menu: boxes, the slider, keys.
+constexpr std::array<std::array<int, 2>, 4> kControls{{{20, 98}, {20, 163}, {240, 200}, {50, 310}}};
+
+std::chrono::duration<double> soakTime()
+{
+    const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
+    return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 2.0);
+}
+
+/// A host with room for kInstances, whose two audio threads run blocks of all that are there.
+class House
+{
+public:
+    House()
+    {
+        for (std::size_t i = 0; i < mThreads.size(); ++i)
+            mThreads[i] = std::jthread([this, i](const std::stop_token& stop) { Play(stop, i); });
+    }
+    House(const House&) = delete;
+    House& operator=(const House&) = delete;
+    ~House()
+    {
+        for (std::jthread& thread : mThreads)
+            thread = {};
+        EXPECT_TRUE(mIsSound) << "a sample that is not finite, or louder than 8";
+    }
+
+    // Of the main thread.
+    [[nodiscard]] bool IsThere(std::size_t place) const { return mRooms[place].guest != nullptr; }
+    [[nodiscard]] Guest& At(std::size_t place) { return *mRooms[place].guest; }
+    void Open(std::size_t place, bool isOffline)
+    {
+        std::unique_ptr<Guest> guest;
+        if (place % 3 == 0)
+            guest = std::make_unique<VstGuest>();
+        else if (place % 3 == 1)
+            guest = std::make_unique<Lv2Guest>(mBundle, isOffline);
+        else
+            guest = std::make_unique<ClapGuest>(isOffline);
+        const std::lock_guard lock(mRooms[place].mutex);
+        mRooms[place].guest = std::move(guest);
+    }
+    void Close(std::size_t place)
+    {
+        Hide(place);
+        const std::lock_guard lock(mRooms[place].mutex);
+        mRooms[place].guest.reset();
+    }
+    void SaveAndLoad(std::size_t place)
+    {
+        const std::string text = At(place).Save();
+        const std::lock_guard lock(mRooms[place].mutex);
+        EXPECT_TRUE(At(place).Load(text));
+    }
+    /// Shows or hides the window in a new window of the probe.
+    void ToggleWindow(std::size_t place, DisplayProbe& probe)
+    {
+        Room& room = mRooms[place];
+        if (room.hasWindow) {
+            Hide(place);
+        } else if (mWindows < kMostWindows) {
+            const auto corner = static_cast<std::int16_t>(20 * place % 320);
+            EXPECT_TRUE(room.guest->Show(probe.MakeWindow({corner, corner, 454, 430})));
+            room.hasWindow = true;
+            ++mWindows;
+        }
+    }
+    void Idle()
+    {
+        for (Room& room : mRooms)
+            if (room.guest)
+                room.guest->Idle();
+    }
+    /// Returns the key in the saved program; -1 for none.
+    [[nodiscard]] int SavedKey(std::size_t place)
+    {
+        const std::string text = At(place).Save();
+        const std::size_t element = text.find("name=\"key\"");
+        const std::size_t value = text.find("int32value=\"", element);
+        return value < text.size() ? std::atoi(text.c_str() + value + 12) : -1;
+    }
+
+private:
+    struct Room
+    {
+        std::mutex mutex;  // held by an audio thread while it runs a block, and to come or go
+        std::unique_ptr<Guest> guest;
+        bool hasWindow = false;  // of the main thread
+    };
+
+    void Hide(std::size_t place)
+    {
+        if (!std::exchange(mRooms[place].hasWindow, false))
+            return;
+        At(place).Hide();
+        --mWindows;
+    }
+    void Play(const std::stop_token& stop, std::size_t thread)
+    {
+        const std::vector<float> voice = harmonicTone(196.0, 44100.0, Guest::kBlock);
+        for (std::size_t place = thread; !stop.stop_requested();) {
+            Room& room = mRooms[place];
+            if (const std::unique_lock lock(room.mutex, std::try_to_lock); lock && room.guest) {
+                Guest::Block left;
+                std::ranges::copy(voice, left.begin());
+                Guest::Block right = left;
+                room.guest->Run(left, right);
+                for (const float sample : left)
+                    if (!(std::fabs(sample) < 8.0f))
+                        mIsSound = false;
+            }
+            place += mThreads.size();
+            if (place >= mRooms.size()) {
+                place = thread;
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        }
+    }
+
+    Lv2Bundle mBundle;
+    std::array<Room, kInstances> mRooms;
+    int mWindows = 0;
+    std::atomic<bool> mIsSound{true};
+    std::array<std::jthread, 2> mThreads;
+};
+
+std::vector<std::size_t> allPlaces(std::mt19937& random)
+{
+    std::vector<std::size_t> places(kInstances);
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    std::shuffle(places.begin(), places.end(), random);
+    return places;
+}
+
+void act(House& house, DisplayProbe* probe, std::mt19937& random)
+{
+    const std::size_t place = random() % kInstances;
+    const auto what = random() % 8;
+    if (!house.IsThere(place))
+        house.Open(place, random() % 4 == 0);
+    else if (what == 0)
+        house.Close(place);
+    else if (what <= 2)
+        house.SaveAndLoad(place);
+    else if (what <= 4 || probe == nullptr)
+        house.At(place).SetKey(static_cast<int>(random() % 12));
+    else if (what <= 6)
+        house.ToggleWindow(place, *probe);
+    else {
+        const auto [x, y] = kControls[random() % kControls.size()];
+        const auto corner = static_cast<int>(20 * place % 320);
+        probe->MovePointer(corner + x, corner + y);
+        probe->Click(1);
+    }
+    house.Idle();
+}
+
+}  // namespace
+
+TEST(MixedFormsTest, InstancesOfAllFormsComeAndGoInOneProcessInAnyOrderAndKeepToThemselves)
+{
+    std::unique_ptr<VirtualDisplay> screen;
+    std::unique_ptr<DisplayProbe> probe;
+    if (VirtualDisplay::IsAvailable()) {
+        screen = std::make_unique<VirtualDisplay>();
+        probe = std::make_unique<DisplayProbe>();
+    }
+    const TestHost host;
+    {
+        std::mt19937 random(11);
+        House house;
+        for (const std::size_t place : allPlaces(random))
+            house.Open(place, random() % 4 == 0);
+        using Clock = std::chrono::steady_clock;
+        for (const auto end = Clock::now() + soakTime(); Clock::now() < end;)
+            act(house, probe.get(), random);
+        for (std::size_t place = 0; place < kInstances; ++place) {
+            if (!house.IsThere(place))
+                house.Open(place, false);
+            house.At(place).SetKey(static_cast<int>(place % 12));
+        }
+        for (std::size_t place = 0; place < kInstances; ++place)
+            EXPECT_TRUE(eventually([&] {
+                house.Idle();
+                return house.SavedKey(place) == static_cast<int>(place % 12);
+            })) << "instance "
+                << place << " holds the key " << house.SavedKey(place);
+        for (const std::size_t place : allPlaces(random))
+            house.Close(place);
+    }
+    EXPECT_FALSE(PluginLibrary::IsLoaded());
+}
+
+}  // namespace orvane
