@@ -32,12 +32,16 @@ endif()
 
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 set(made ${PROJECT_BINARY_DIR}/packaging)
+file(MAKE_DIRECTORY ${made})
 
 # The plug-in.
 set(bundle ${KESTRUNE_PLUGIN_DIR}/lv2/cantorel-mini.lv2)
 install(TARGETS CantorelMini LIBRARY DESTINATION ${KESTRUNE_PLUGIN_DIR}/vst COMPONENT plugin)
-install(TARGETS cantorel_mini_clap LIBRARY DESTINATION ${KESTRUNE_PLUGIN_DIR}/clap COMPONENT plugin)
-install(TARGETS cantorel_mini_lv2 LIBRARY DESTINATION ${bundle} COMPONENT plugin)
+# Links to the one library, under the names that hosts of CLAP and LV2 look for.
+file(CREATE_LINK ../vst/CantorelMini.so ${made}/CantorelMini.clap SYMBOLIC)
+file(CREATE_LINK ../../vst/CantorelMini.so ${made}/cantorel-mini.so SYMBOLIC)
+install(FILES ${made}/CantorelMini.clap DESTINATION ${KESTRUNE_PLUGIN_DIR}/clap COMPONENT plugin)
+install(FILES ${made}/cantorel-mini.so DESTINATION ${bundle} COMPONENT plugin)
 foreach(text manifest plugin presets)
   install(FILES ${KESTRUNE_LV2_BUNDLE}/${text}.ttl DESTINATION ${bundle} COMPONENT plugin)
 endforeach()

@@ -37,9 +37,14 @@ function(kestrune_rows_from row result)
   set(${result} "${rows}" PARENT_SCOPE)
 endfunction()
 
-# Links a program or library with a row and all rows below it. Objects do not travel through object
+# Links a program or library with rows and all rows below them. Objects do not travel through object
 # libraries, so only those that are linked by name reach the program: hence the whole list.
-function(kestrune_link_row target row)
-  kestrune_rows_from(${row} rows)
-  target_link_libraries(${target} PRIVATE ${rows})
+function(kestrune_link_row target)
+  set(all "")
+  foreach(row IN LISTS ARGN)
+    kestrune_rows_from(${row} rows)
+    list(APPEND all ${rows})
+  endforeach()
+  list(REMOVE_DUPLICATES all)
+  target_link_libraries(${target} PRIVATE ${all})
 endfunction()

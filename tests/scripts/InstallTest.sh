@@ -19,6 +19,9 @@ touch "$place/home/singer/.vst/Other.so"
 "$install" --library "$library"
 "$install" --library "$library" # again, over what is there
 cmp "$library" "$place/home/singer/.vst/CantorelMini.so"
+for name in .clap/CantorelMini.clap .lv2/cantorel-mini.lv2/cantorel-mini.so; do
+  [ "$place/home/singer/$name" -ef "$place/home/singer/.vst/CantorelMini.so" ] # one file
+done
 expect_files "./home/singer/.clap/CantorelMini.clap
 ./home/singer/.local/share/Orvane/Kolm 5pt.ttf
 ./home/singer/.local/share/Orvane/cantorel-mini-microphone.conf

@@ -194,6 +194,21 @@ void act(House& house, DisplayProbe* probe, std::mt19937& random)
 
 }  // namespace
 
+TEST(MixedFormsTest, AllFormsAreOneLibraryWithOneInterfaceThread)
+{
+    const TestHost host;
+    const std::size_t threads = threadCount();
+    {
+        const VstGuest vst;
+        Lv2Bundle bundle;
+        const Lv2Guest lv2(bundle, false);
+        const ClapGuest clap(false);
+        EXPECT_EQ(threadCount(), threads + 1);
+    }
+    EXPECT_TRUE(threadsFallTo(threads));
+    EXPECT_FALSE(PluginLibrary::IsLoaded());
+}
+
 TEST(MixedFormsTest, InstancesOfAllFormsComeAndGoInOneProcessInAnyOrderAndKeepToThemselves)
 {
     std::unique_ptr<VirtualDisplay> screen;
