@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -92,8 +93,18 @@ bool ClipboardProbe::IgnoreRequest()
 {
     return eventually([this] {
         const Pointer<xcb_generic_event_t> event{xcb_poll_for_event(mConnection)};
-        return event && (event->response_type & 0x7F) == XCB_SELECTION_REQUEST;
+        if (!event || (event->response_type & 0x7F) != XCB_SELECTION_REQUEST)
+            return false;
+        mIgnored.push_back(as<xcb_selection_request_event_t>(*event));
+        return true;
     });
+}
+
+void ClipboardProbe::AnswerIgnored(const std::string& text)
+{
+    mTexts = {{"UTF8_STRING", text}};
+    Answer(mIgnored.front(), std::numeric_limits<std::size_t>::max());
+    mIgnored.pop_front();
 }
 
 void ClipboardProbe::Answer(const xcb_selection_request_event_t& request, std::size_t partBytes)
@@ -115,8 +126,13 @@ void ClipboardProbe::Answer(const xcb_selection_request_event_t& request, std::s
             xcb_change_property(mConnection, XCB_PROP_MODE_REPLACE, request.requestor,
                                 request.property, Atom("INCR"), 32, 1, &size);
         } else {
-            xcb_change_property(mConnection, XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, request.target, 8, size, text.data());
+            // No request may be longer than 16 MB.
+            constexpr std::uint32_t kPiece = 8U << 20U;
+            for (std::uint32_t at = 0; at == 0 || at < size; at += kPiece)
+                xcb_change_property(mConnection,
+                                    at == 0 ? XCB_PROP_MODE_REPLACE : XCB_PROP_MODE_APPEND,
+                                    request.requestor, request.property, request.target, 8,
+                                    std::min(size - at, kPiece), text.data() + at);
         }
     }
     std::array<char, 32> bytes{};

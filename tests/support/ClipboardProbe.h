@@ -4,6 +4,7 @@
 #include <xcb/xcb.h>
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -30,6 +31,8 @@ public:
     [[nodiscard]] bool Serve(const std::function<bool()>& until, std::size_t partBytes);
     /// Waits until another program asks, and leaves it without an answer.
     [[nodiscard]] bool IgnoreRequest();
+    /// Answers the oldest request that was left, with a text.
+    void AnswerIgnored(const std::string& text);
     /// Returns the clipboard's content as a target; nothing when it is refused.
     [[nodiscard]] std::optional<std::string> Paste(const std::string& target);
     /// Returns the names of the targets that the clipboard's owner offers.
@@ -54,6 +57,7 @@ private:
     xcb_window_t mWindow = XCB_NONE;
     std::map<std::string, std::string> mTexts;
     std::optional<Outgoing> mOutgoing;
+    std::deque<xcb_selection_request_event_t> mIgnored;
 };
 
 }  // namespace orvane

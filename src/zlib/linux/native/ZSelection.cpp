@@ -7,7 +7,6 @@
 #include <array>
 #include <cassert>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 namespace orvane
@@ -20,7 +19,9 @@ constexpr const char* kClipboard = "CLIPBOARD";
 constexpr const char* kText = "UTF8_STRING";
 constexpr const char* kMimeText = "text/plain;charset=utf-8";
 constexpr const char* kTargets = "TARGETS";
-constexpr const char* kArrival = "ORVANE_CLIPBOARD";
+constexpr const char* kArrival = "ORVANE_CLIPBOARD_";
+/// So many fetches later an answer that comes too late could be taken for another.
+constexpr int kArrivals = 16;
 /// Room for the head of a request that changes a property, in bytes.
 constexpr std::size_t kRequestHead = 64;
 constexpr std::size_t kBytesOfLength = 4;  // requests count their length in units of 4 bytes
@@ -64,6 +65,7 @@ bool ZSelection::Offer(std::string text)
     if (!reply || reply->owner != mWindow)
         return false;
     mOffered = std::move(text);
+    mIsLost = false;
     return true;
 }
 
@@ -85,13 +87,16 @@ std::optional<std::string> ZSelection::Fetch(const void* owner)
     MakeWindow();
     const ZInterfaceThread thread;
     ZModalRun run(thread.GetLoop(), owner);
-    Incoming incoming{.run = run, .text = {}, .heard = std::chrono::steady_clock::now()};
+    mFetches = (mFetches + 1) % kArrivals;
+    Incoming incoming{.run = run,
+                      .arrival = mDisplay.GetAtom(kArrival + std::to_string(mFetches)),
+                      .text = {},
+                      .heard = std::chrono::steady_clock::now()};
     mIncoming = &incoming;
     {
         const ZDisplayUse use(mDisplay.shared_from_this());
         xcb_convert_selection(mDisplay.GetNative(), mWindow, mDisplay.GetAtom(kClipboard),
-                              mDisplay.GetAtom(kText), mDisplay.GetAtom(kArrival),
-                              XCB_CURRENT_TIME);
+                              mDisplay.GetAtom(kText), incoming.arrival, XCB_CURRENT_TIME);
     }
     const auto timer = thread.GetLoop().AddTimer(kPollInterval, [this, &incoming] {
         if (std::chrono::steady_clock::now() - incoming.heard > kPatience)
@@ -112,13 +117,14 @@ void ZSelection::HandleEvent(const xcb_generic_event_t& event)
         return Answer(reinterpret_cast<const xcb_selection_request_event_t&>(event));
     case XCB_SELECTION_CLEAR:
         mOffered.reset();
+        mIsLost = true;
         return;
     case XCB_SELECTION_NOTIFY:
         return TakeAnswer(reinterpret_cast<const xcb_selection_notify_event_t&>(event));
     case XCB_PROPERTY_NOTIFY: {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (change.state == XCB_PROPERTY_NEW_VALUE && change.atom == mDisplay.GetAtom(kArrival) &&
-            mIncoming && mIncoming->inParts)
+        if (change.state == XCB_PROPERTY_NEW_VALUE && mIncoming && mIncoming->inParts &&
+            change.atom == mIncoming->arrival)
             TakePart();
         return;
     }
@@ -180,11 +186,17 @@ bool ZSelection::WriteTarget(const xcb_selection_request_event_t& request, xcb_a
 
 void ZSelection::TakeAnswer(const xcb_selection_notify_event_t& answer)
 {
+    const ZDisplayUse use(mDisplay.shared_from_this());
+    const bool isRefusal = answer.property == XCB_NONE;
+    if (!isRefusal && (!mIncoming || answer.property != mIncoming->arrival)) {
+        // To a fetch that has ended: nobody reads it.
+        xcb_delete_property(mDisplay.GetNative(), mWindow, answer.property);
+        return;
+    }
     if (!mIncoming || mIncoming->inParts)
         return;
-    if (answer.property == XCB_NONE)
+    if (isRefusal)
         return EndFetch(false);
-    const ZDisplayUse use(mDisplay.shared_from_this());
     mIncoming->heard = std::chrono::steady_clock::now();
     // Deleting the property asks for the first part.
     const xcb_atom_t type = ReadProperty(mIncoming->text);
@@ -210,13 +222,17 @@ void ZSelection::TakePart()
 
 xcb_atom_t ZSelection::ReadProperty(std::string& text)
 {
-    constexpr std::uint32_t kAll = std::numeric_limits<std::uint32_t>::max() / kBytesOfLength;
-    const auto reply =
-        xcbReply(xcb_get_property_reply, mDisplay.GetNative(),
-                 xcb_get_property(mDisplay.GetNative(), 1, mWindow, mDisplay.GetAtom(kArrival),
-                                  XCB_GET_PROPERTY_TYPE_ANY, 0, kAll));
+    assert(mIncoming);
+    const auto reply = xcbReply(xcb_get_property_reply, mDisplay.GetNative(),
+                                xcb_get_property(mDisplay.GetNative(), 1, mWindow,
+                                                 mIncoming->arrival, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                                                 std::uint32_t{kMostBytes / kBytesOfLength}));
     if (!reply)
         return XCB_NONE;
+    if (reply->bytes_after > 0) {
+        xcb_delete_property(mDisplay.GetNative(), mWindow, mIncoming->arrival);
+        return XCB_NONE;
+    }
     const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
     text.assign(static_cast<const char*>(xcb_get_property_value(reply.get())), bytes);
     return reply->type;

@@ -35,6 +35,8 @@ public:
     [[nodiscard]] bool Offer(std::string text);
     /// Returns whether any program has the selection.
     [[nodiscard]] bool HasOwner() const;
+    /// Returns whether another program has taken the selection since the last Offer().
+    [[nodiscard]] bool IsLost() const { return mIsLost; }
     /// Returns the text of the selection; nothing when there is none, when it does not come, or
     /// while another fetch runs. Waits in a modal run of the owner; the caller keeps the display.
     [[nodiscard]] std::optional<std::string> Fetch(const void* owner);
@@ -44,6 +46,7 @@ private:
     struct Incoming
     {
         ZModalRun& run;
+        xcb_atom_t arrival;  // the property that the text arrives in, another one than lately
         std::string text;
         std::chrono::steady_clock::time_point heard;  // when the owner last answered
         bool inParts = false;                         // by INCR
@@ -59,14 +62,17 @@ private:
                                    xcb_atom_t property);
     void TakeAnswer(const xcb_selection_notify_event_t& answer);
     void TakePart();
-    /// Reads and deletes the property that texts arrive in; returns its type.
+    /// Reads and deletes the property that the text arrives in; returns its type, none where it
+    /// holds more than kMostBytes.
     xcb_atom_t ReadProperty(std::string& text);
     void EndFetch(bool isComplete);
 
     ZDisplayConnection& mDisplay;
     xcb_window_t mWindow = XCB_NONE;
     std::optional<std::string> mOffered;  // while this window has the selection
-    Incoming* mIncoming = nullptr;        // of the fetch that runs
+    bool mIsLost = false;
+    Incoming* mIncoming = nullptr;  // of the fetch that runs
+    int mFetches = 0;               // counted round
 };
 
 }  // namespace orvane

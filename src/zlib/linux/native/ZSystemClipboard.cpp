@@ -12,8 +12,8 @@ namespace
 {
 
 /// The clipboard of the display. Other programs can paste a text while one of the library's windows
-/// is open. The library keeps it longer: it can be pasted in the next window, as long as no other
-/// program has copied anything.
+/// is open. The library keeps it longer: it can be pasted in the next window, unless another
+/// program has copied something that is there, or did so while a window was open.
 class SystemClipboard : public ZClipboard
 {
 public:
@@ -34,6 +34,8 @@ public:
         const auto display = ZDisplayConnection::Get();
         if (!display || !ZInterfaceThread::IsCurrent())
             return std::nullopt;
+        if (display->GetSelection().IsLost())
+            mKept.reset();
         if (!display->GetSelection().HasOwner())
             return mKept;
         return display->GetSelection().Fetch(owner);

@@ -110,6 +110,42 @@ TEST_F(ZSelectionTest, TheLibraryKeepsWhatItHasCopiedUntilAnotherProgramCopies)
     EXPECT_EQ(Read(), "ours");
     other->Copy(Texts{{"UTF8_STRING", "theirs"}});
     EXPECT_EQ(Read(), "theirs");
+    ASSERT_TRUE(Write("ours again"));
+    other->Copy(Texts{{"UTF8_STRING", "theirs"}});
+    other.emplace();
+    EXPECT_TRUE(waitFor([&] { return Read() == std::nullopt; })) << "theirs is gone, ours is old";
+}
+
+TEST_F(ZSelectionTest, ATextThatIsTooLongIsNotFetchedWhole)
+{
+    const std::string most(std::size_t{32} << 20U, 'x');
+    other->Copy(Texts{{"UTF8_STRING", most}});
+    EXPECT_TRUE(Read(most.size()) == most);
+    other->Copy(Texts{{"UTF8_STRING", most + "y"}});
+    EXPECT_TRUE(Read(most.size() + 1) == std::nullopt);
+    other->Copy(Texts{{"UTF8_STRING", "short"}});
+    EXPECT_EQ(Read(), "short");
+}
+
+TEST_F(ZSelectionTest, AnAnswerThatComesTooLateIsNotTakenForTheNextOne)
+{
+    other->Copy(Texts{{"UTF8_STRING", ""}});
+    std::optional<std::string> text;
+    for (const bool isLast : {false, true}) {
+        std::atomic<bool> ended = false;
+        ZInterfaceThread::Post([&] {
+            text = ZClipboard::Get()->Read(this);
+            ended = true;
+        });
+        ASSERT_TRUE(other->IgnoreRequest());
+        if (isLast)
+            for (const char* const answer : {"too late", "in time"})
+                other->AnswerIgnored(answer);
+        else
+            ZInterfaceThread::EndModalRuns(this);
+        EXPECT_TRUE(waitFor([&] { return ended.load(); }));
+    }
+    EXPECT_EQ(text, "in time");
 }
 
 TEST_F(ZSelectionTest, AWaitForASilentProgramEndsWithItsOwnerOrTheDisplay)
