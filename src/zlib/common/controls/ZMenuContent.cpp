@@ -101,6 +101,9 @@ void ZMenuContent::SetSize(const ZPoint& size)
     mSize = size;
     if (size.y < wanted)
         mInView = std::max((size.y - 2 * (kBorder + kArrowHeight)) / kItemHeight, 1);
+    // A menu with submenus is no list of choices, of which one is in force.
+    if (std::ranges::any_of(mItems, [](const auto& item) { return item.submenu != nullptr; }))
+        return;
     const auto checked =
         std::ranges::find_if(mItems, [](const auto& item) { return item.checked; });
     if (checked != mItems.end())

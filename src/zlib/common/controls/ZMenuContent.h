@@ -40,7 +40,8 @@ public:
 
     /// The size that shows all items, until SetSize() has set another one.
     [[nodiscard]] ZPoint GetSize() const { return mSize; }
-    /// Sets the window's size and scrolls to the item with the check mark.
+    /// Sets the window's size and, in a menu without submenus, goes to the item with the check
+    /// mark.
     void SetSize(const ZPoint& size);
     /// Sets the function to be called once, when the user has chosen or dismissed the menu.
     void SetEnded(std::function<void()> ended) { mEnded = std::move(ended); }

@@ -226,7 +226,8 @@ void ZMenuLevels::Poll()
     Level& level = *mLevels[depth];
     level.RedrawIf(level.mContent.ScrollByPointer());
     const std::int32_t place = level.mContent.GetHighlight();
-    mRested = std::exchange(mRestPlace, place) == place ? mRested + 1 : 0;
+    const auto at = std::pair(depth, place);
+    mRested = std::exchange(mRestPlace, at) == at ? mRested + 1 : 0;
     if (mRested != kRestPolls || place == kNone)
         return;
     if (level.mContent.GetSubmenu(place))

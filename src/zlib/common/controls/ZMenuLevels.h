@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace orvane
@@ -76,9 +77,9 @@ private:
     std::vector<std::unique_ptr<Level>> mLevels;
     bool mHasEnded = false;
     std::optional<std::int32_t> mChosen;
-    std::optional<std::size_t> mPointed;  // the depth of the menu under the pointer
-    std::int32_t mRestPlace = 0;          // the item that the pointer rests on, and how long
-    int mRested = 0;
+    std::optional<std::size_t> mPointed;              // the depth of the menu under the pointer
+    std::pair<std::size_t, std::int32_t> mRestPlace;  // depth and item that the pointer rests on
+    int mRested = 0;                                  // for how many polls
 };
 
 }  // namespace orvane

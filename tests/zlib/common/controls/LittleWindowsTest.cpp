@@ -16,9 +16,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <thread>
 
 namespace orvane
 {
@@ -193,6 +195,42 @@ TEST_F(LittleWindowsTest, SubmenusOpenByKeyAndByARestingPointerAndStayOnTheMonit
     probe->Click(1);
     ASSERT_TRUE(Ends());
     EXPECT_EQ(chosen, 50);
+}
+
+TEST_F(LittleWindowsTest, ASubmenuOpensWhereThePointerRestsAfterItHasRestedInAnother)
+{
+    menu.RemoveAllItems();
+    const auto countMenus = [this] {
+        return probe->GetChildren(probe->GetRoot()).size() - before.size();
+    };
+    for (const int items : {3, 5}) {
+        const auto submenu = boost::make_shared<ZMenu>("submenu", ZMenu::Kind::kPopup);
+        for (int i = 0; i < items; ++i)
+            submenu->AddItem(ZString("Item of a submenu"), 100 * items + i);
+        menu.AddSubmenu("Submenu", submenu);
+    }
+    OpenMenu({100, 120});
+    const xcb_rectangle_t place = probe->GetPlace(FindNew());
+    const auto middleOf = [&](int item) { return place.y + 3 + item * 19 + 9; };
+    const auto submenuOpensWith = [&](int items) {
+        return waitFor([&] {
+            const auto last = probe->GetPlace(probe->GetChildren(probe->GetRoot()).back());
+            return countMenus() == 2 && last.height == items * 19 + 6;
+        });
+    };
+    probe->MovePointer(place.x + 30, middleOf(1));
+    probe->MovePointer(place.x + 40, middleOf(0));
+    ASSERT_TRUE(submenuOpensWith(3));
+    // The second item of both menus is at one height.
+    const int inside = place.x + place.width + 40;
+    probe->MovePointer(inside, middleOf(1));
+    ASSERT_TRUE(ShowsAt(inside - 30, middleOf(1) - 7, 0x961820));
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));  // rests there
+    probe->MovePointer(place.x + 40, middleOf(1));
+    EXPECT_TRUE(submenuOpensWith(5));
+    probe->TypeKey(XKB_KEY_Escape);
+    probe->TypeKey(XKB_KEY_Escape);
+    ASSERT_TRUE(Ends());
 }
 
 TEST_F(LittleWindowsTest, MessageBoxClosesByItsButtonOrWithTheLastApplication)

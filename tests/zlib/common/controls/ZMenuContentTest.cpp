@@ -197,11 +197,12 @@ TEST_F(ZMenuContentTest, DisabledItemsArePassedOverAndSubmenusAreOpened)
 {
     ZMenu menu("menu", ZMenu::Kind::kPopup);
     menu.AddItem("Info", 0).enabled = false;
-    menu.AddItem("Bass", 1);
+    menu.AddItem("Bass", 1).checked = true;
     menu.AddSubmenu("Tenor", boost::make_shared<ZMenu>("sub", ZMenu::Kind::kPopup));
     menu.AddItem("Tacet", 3).enabled = false;
     OpenMenuContent nested(menu);
     nested.SetSize(nested.GetSize());
+    EXPECT_EQ(nested.GetHighlight(), -1) << "the mark is a switch's, not that of a choice";
     std::vector<std::pair<std::int32_t, bool>> opened;
     nested.SetSubmenuOpener(
         [&](std::int32_t place, bool byKey) { opened.emplace_back(place, byKey); });
