@@ -297,6 +297,15 @@ TEST_F(ContextMenuUseTest, AScaleThatWaitsIsToldAndTheOneInForceKeepsItsMark)
     EXPECT_EQ(window->GetPixelSize(), (ZPoint{454, 430}));
 }
 
+TEST_F(ContextMenuUseTest, AGraphThatWaitsForTheNextWindowIsToldAndCanBeTakenBack)
+{
+    Choose("", {"Pitch Graph"});
+    EXPECT_EQ(Lines("")[12], "Pitch Graph (when the window opens next)");
+    Choose("", {"Pitch Graph (when the window opens next)"});
+    EXPECT_EQ(Lines("")[12], "Pitch Graph");
+    EXPECT_EQ(window->GetPixelSize(), (ZPoint{454, 430}));
+}
+
 }  // namespace
 
 }  // namespace orvane

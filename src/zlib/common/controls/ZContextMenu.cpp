@@ -243,8 +243,13 @@ void ZContextMenu::AddFold(Builder& builder, const ZString& label)
     if (!window.HasFold())
         return;
     const bool isOpen = window.IsUnfolded();
-    builder.Add(label, [&window, isOpen] { static_cast<void>(window.Unfold(!isOpen)); }).checked =
-        isOpen;
+    const bool isWanted = window.WantsUnfolded();
+    ZString text = label;
+    // A host has refused the size; choosing the item takes the wish back.
+    if (isWanted != isOpen)
+        text.Append(isWanted ? " (when the window opens next)" : " (until the window opens next)");
+    builder.Add(text, [&window, isWanted] { static_cast<void>(window.Unfold(!isWanted)); })
+        .checked = isOpen;
 }
 
 // The builder.

@@ -150,6 +150,8 @@ public:
     /// Returns whether the description has something to unfold below the window.
     [[nodiscard]] bool HasFold() const { return mFold.Exists(); }
     [[nodiscard]] bool IsUnfolded() const { return mFold.IsOpen(); }
+    /// Returns whether the user's settings want it open, which a host may have refused.
+    [[nodiscard]] bool WantsUnfolded();
     /// Keeps in the user's settings whether the fold is open and has the window follow by
     /// TakeScale, whose result it returns; false when the setting cannot be stored.
     bool Unfold(bool isOpen);

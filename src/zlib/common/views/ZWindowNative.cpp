@@ -77,6 +77,11 @@ void ZWindow::TakeFold(bool isOpen)
         mFold.Close(*mRootView);
 }
 
+bool ZWindow::WantsUnfolded()
+{
+    return mFold.IsWanted(ZApp::Of(*this));
+}
+
 bool ZWindow::Unfold(bool isOpen)
 {
     assert(ZInterfaceLock::IsHeld());
