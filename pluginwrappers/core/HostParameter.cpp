@@ -2,14 +2,13 @@
 #include "pluginwrappers/core/HostParameter.h"
 
 #include "zlib/common/elements/ZElement.h"
+#include "zlib/common/elements/ZValueInput.h"
 #include "zlib/common/elements/ZValueText.h"
 
 #include <algorithm>
 #include <cassert>
-#include <charconv>
 #include <cmath>
 #include <string>
-#include <system_error>
 
 namespace orvane
 {
@@ -69,19 +68,6 @@ bool isSameWord(std::string_view one, std::string_view other)
 {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
     return std::ranges::equal(one, other, {}, lower, lower);
-}
-
-std::optional<float> numberIn(std::string_view text, std::string_view unit)
-{
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    float number = 0.0f;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const std::string_view rest = trimmed({end, text.data() + text.size()});
-    if (error != std::errc() || !std::isfinite(number) ||
-        !(rest.empty() || isSameWord(rest, trimmed(unit))))
-        return std::nullopt;
-    return number;
 }
 
 bool storeChoice(ZElement& element, std::int32_t index) noexcept
@@ -193,7 +179,7 @@ std::optional<float> plainValueOfText(const ZElement& element, std::string_view 
 {
     text = trimmed(text);
     if (element.GetType() == ZElement::ZFLOAT) {
-        const auto number = numberIn(text, unitOf(element.GetUnits()));
+        const auto number = readValue(ZString(std::string(text)), element.GetUnits());
         return number ? std::optional(std::clamp(*number, element.Min(), element.Max()))
                       : std::nullopt;
     }

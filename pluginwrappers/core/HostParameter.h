@@ -41,7 +41,8 @@ bool setPlainFromHost(ZElement& element, float value) noexcept;
 /// by setPlainFromHost. [any thread but the audio thread]
 [[nodiscard]] ZString displayTextOf(const ZElement& element, float plain);
 /// Returns the plain value that a text says: the text of a choice, in letters of any size, or a
-/// number with or without its unit, limited to the range. None for any other text.
+/// number with or without a unit as readValue() takes it, limited to the range. None for any other
+/// text.
 /// [any thread but the audio thread]
 [[nodiscard]] std::optional<float> plainValueOfText(const ZElement& element, std::string_view text);
 

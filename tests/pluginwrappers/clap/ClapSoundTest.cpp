@@ -126,9 +126,10 @@ TEST_F(ClapSoundTest, ParametersHaveTextsOfEveryValueAndBack)
         return clap.params->text_to_value(clap.plugin, parameter, text, &value) ? value : -1.0;
     };
     EXPECT_EQ(valueOf(kTime, " +120MS "), 120.0);
+    EXPECT_EQ(valueOf(kTime, "0,1 s"), 100.0) << "as typed in the window";
     EXPECT_EQ(valueOf(kTime, "1e9"), info.max_value);
     EXPECT_EQ(valueOf(kKey, "c#"), 4.0);
-    for (const char* const none : {"", "h", "12 s", "nan", "ms"}) {
+    for (const char* const none : {"", "h", "12 h", "nan", "ms"}) {
         EXPECT_EQ(valueOf(kTime, none), -1.0) << none;
         EXPECT_EQ(valueOf(kKey, none), -1.0) << none;
     }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -83,17 +84,18 @@ std::optional<float> readValue(const ZString& text, ZElement::Units units)
     const std::string plain = normalized(text);
     double number = 0.0;
     const char* const end = plain.data() + plain.size();
-    const auto [rest, error] = std::from_chars(plain.data(), end, number, std::chars_format::fixed);
-    if (error != std::errc() || !std::isfinite(number))
-        return std::nullopt;
+    const auto [rest, error] = std::from_chars(plain.data(), end, number);
     const std::string_view word = trimmed({rest, static_cast<std::size_t>(end - rest)});
-    if (word.empty())
-        return static_cast<float>(number);
-    const auto found = std::ranges::find_if(
-        kWords, [&](const UnitWord& unit) { return unit.units == units && unit.word == word; });
-    if (found == std::end(kWords))
+    if (!word.empty()) {
+        const auto found = std::ranges::find_if(
+            kWords, [&](const UnitWord& unit) { return unit.units == units && unit.word == word; });
+        if (found == std::end(kWords))
+            return std::nullopt;
+        number *= found->factor;
+    }
+    if (error != std::errc() || !(std::abs(number) <= std::numeric_limits<float>::max()))
         return std::nullopt;
-    return static_cast<float>(number * found->factor);
+    return static_cast<float>(number);
 }
 
 }  // namespace orvane

@@ -31,6 +31,7 @@ TEST(ZValueInputTest, ReadsNumbersWithAndWithoutUnits)
         {"250 ms", ZElement::kSeconds, 0.25f},
         {"1.2kHz", ZElement::kHertz, 1200.0f},
         {"3", ZElement::kGeneric, 3.0f},
+        {"-2.5e1 %", ZElement::kPercent, -25.0f},
     };
     for (const auto& [text, units, value] : rows)
         EXPECT_EQ(readValue(text, units), value) << text;
@@ -38,8 +39,8 @@ TEST(ZValueInputTest, ReadsNumbersWithAndWithoutUnits)
 
 TEST(ZValueInputTest, RefusesWhatIsNoNumberOrOfAnotherUnit)
 {
-    for (const char* text : {"", " ", "ms", "ten", "5 5", "5 cents", "1e9999", "nan", "inf", "--5",
-                             "+-5", "5ms ms", "0x10", "1.5.2"})
+    for (const char* text : {"", " ", "ms", "ten", "5 5", "5 cents", "1e9999", "1e39", "1e38s",
+                             "5e", "nan", "inf", "--5", "+-5", "5ms ms", "0x10", "1.5.2"})
         EXPECT_EQ(readValue(text, kMilliseconds), std::nullopt) << text;
 }
 
