@@ -11,7 +11,6 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
-#include <initializer_list>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -25,7 +24,7 @@ namespace
 {
 
 using Notes = std::vector<std::string>;
-using Keys = std::initializer_list<std::uint32_t>;
+using Keys = std::vector<std::uint32_t>;
 
 constexpr std::int32_t kCorrectionTime = 4;
 constexpr std::uint32_t kMenuGround = 0x262629;
@@ -103,7 +102,7 @@ protected:
             return menu != parent && probe->GetFocus() == menu;
         }));
     }
-    void Type(Keys keys)
+    void Type(const Keys& keys)
     {
         for (const std::uint32_t key : keys)
             probe->TypeKey(key);
@@ -118,7 +117,7 @@ protected:
         ask(effect, effEditIdle);
         return isGone;
     }
-    void Choose(const xcb_point_t& unit, Keys keys)
+    void Choose(const xcb_point_t& unit, const Keys& keys)
     {
         OpenMenu(unit);
         Type(keys);
@@ -126,7 +125,7 @@ protected:
         ASSERT_TRUE(IsGone(menu));
     }
     /// Chooses "Enter Value..." over a control and types a value in the dialog.
-    void EnterValue(const xcb_point_t& unit, Keys value)
+    void EnterValue(const xcb_point_t& unit, const Keys& value)
     {
         OpenMenu(unit);
         Type({XKB_KEY_e, XKB_KEY_Return});
@@ -167,7 +166,7 @@ protected:
         const auto at = text.find("name=\"" + element + "\"");
         return at == std::string::npos ? "" : text.substr(at, text.find('>', at) - at);
     }
-    [[nodiscard]] std::string SavedScale() const
+    [[nodiscard]] std::string SavedSettings() const
     {
         return readTextFile(folder.Path("Orvane/com.orvane.cantorel-mini-vst.conf"));
     }
@@ -251,7 +250,7 @@ TEST_F(ContextMenuTest, AChosenScaleIsAskedForAndKept)
     const auto asked = std::ranges::find(calls, audioMasterSizeWindow, &HostCall::opcode);
     ASSERT_NE(asked, calls.end());
     EXPECT_EQ(std::pair(asked->index, asked->value), std::pair(908, std::intptr_t{860}));
-    EXPECT_NE(SavedScale().find("WindowScale=200"), std::string::npos);
+    EXPECT_NE(SavedSettings().find("WindowScale=200"), std::string::npos);
     // The window takes the mouse in its new pixels.
     scale = 2.0;
     TestHost::TakeNotes();
@@ -270,6 +269,59 @@ TEST_F(ContextMenuTest, AChosenScaleIsAskedForAndKept)
     scale = 1.5;
     Choose(kEmpty, {XKB_KEY_w, XKB_KEY_Right, XKB_KEY_End});
     EXPECT_TRUE(waitFor([&] { return WindowSize() == std::pair(454, 430); }));
+}
+
+TEST_F(ContextMenuTest, ThePitchGraphUnfoldsInAWindowThatTheHostMakesRoomFor)
+{
+    TestHost::Answer(audioMasterSizeWindow, 1);
+    OpenWindow(1.5);
+    const Keys toGraph{XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_p};
+    Choose(kEmpty, toGraph);
+    EXPECT_TRUE(waitFor([&] { return WindowSize() == std::pair(681, 921); }));
+    EXPECT_EQ(SizeTold(), std::pair(681, 921));
+    const auto calls = TestHost::Calls();
+    const auto asked = std::ranges::find(calls, audioMasterSizeWindow, &HostCall::opcode);
+    ASSERT_NE(asked, calls.end());
+    EXPECT_EQ(std::pair(asked->index, asked->value), std::pair(681, std::intptr_t{921}));
+    EXPECT_NE(SavedSettings().find("PitchGraph=1"), std::string::npos);
+    // On the graph's own ground: closing the fold destroys the view below the menu.
+    Choose({220, 470}, toGraph);
+    EXPECT_TRUE(waitFor([&] { return WindowSize() == std::pair(681, 645); }));
+    EXPECT_NE(SavedSettings().find("PitchGraph=0"), std::string::npos);
+}
+
+TEST_F(ContextMenuTest, TheMenuKeyAndShiftF10OpenItForTheControlWithTheRing)
+{
+    OpenWindow();
+    PointAt(kEmpty);
+    probe->Click(1);
+    const auto opensBy = [&](const auto& type) {
+        static_cast<void>(probe->TakeKeys());
+        type();
+        const bool opens = waitFor([&] {
+            menu = Topmost();
+            return menu != parent && probe->GetFocus() == menu;
+        });
+        for (const std::uint32_t key : probe->TakeKeys())
+            EXPECT_EQ(key, std::uint32_t{XKB_KEY_Shift_L}) << "the host hears no more than that";
+        return opens;
+    };
+    const auto typeMenuKey = [&] { probe->TypeKey(XKB_KEY_Menu); };
+    const auto typeShiftF10 = [&] {
+        probe->PressKey(XKB_KEY_Shift_L);
+        probe->TypeKey(XKB_KEY_F10);
+        probe->ReleaseKey(XKB_KEY_Shift_L);
+    };
+    ASSERT_TRUE(waitFor([&] { return probe->GetFocus() == probe->GetChildren(parent).front(); }));
+    ASSERT_TRUE(opensBy(typeMenuKey));
+    EXPECT_EQ(probe->GetPlace(menu).height, 15 * 19 + 6) << "of the window alone";
+    Type({XKB_KEY_Escape});
+    ASSERT_TRUE(IsGone(menu));
+    Type({XKB_KEY_Tab});
+    ASSERT_TRUE(opensBy(typeShiftF10));
+    EXPECT_EQ(probe->GetPlace(menu).height, 16 * 19 + 6) << "with a reset of the first control";
+    Type({XKB_KEY_Escape});
+    EXPECT_TRUE(IsGone(menu));
 }
 
 TEST_F(ContextMenuTest, AHurriedClickLeavesTheMenuOpenAndAReleaseOutsideClosesIt)
