@@ -3,13 +3,17 @@
 // length of each test, two seconds otherwise.
 
 #include "pluginwrappers/common/PluginEntry.h"
+#include "pluginwrappers/interface/ERect.h"
 #include "support/DisplayProbe.h"
+#include "support/PrivateFolder.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
 #include "support/TestHost.h"
 #include "support/VirtualDisplay.h"
+#include "zlib/common/documents/ZFileChooser.h"
 
 #include <gtest/gtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
 #include <array>
@@ -18,8 +22,10 @@
 #include <cmath>
 #include <cstdlib>
 #include <iterator>
+#include <optional>
 #include <random>
 #include <set>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -34,15 +40,42 @@ using Clock = std::chrono::steady_clock;
 
 constexpr float kRate = 44100.0f;
 constexpr std::int32_t kLargestBlock = 2048;
-constexpr xcb_rectangle_t kEditor{40, 30, 454, 430};
+// With room for the window at most of its scales.
+constexpr xcb_rectangle_t kEditor{40, 30, 980, 730};
+constexpr double kWindowWidth = 454.0;
+constexpr std::uint8_t kRightButton = 3;
 
-// Points on the window's controls: menus, check boxes, the slider, buttons, a key.
-constexpr int kControls[][2] = {{100, 65}, {100, 121}, {240, 200}, {20, 98},  {20, 163},
-                                {70, 204}, {50, 310},  {50, 352},  {200, 380}};
+// Points of the window, in units, on its controls: menus, check boxes, the slider, buttons, a key,
+// a box; on the meter, the ground, and the graph, which can be folded.
+constexpr int kControls[][2] = {{100, 65},  {100, 121}, {240, 200}, {20, 98},   {20, 163},
+                                {70, 204},  {50, 310},  {50, 352},  {200, 380}, {200, 300},
+                                {420, 200}, {300, 60},  {200, 500}};
 
-// Symbols of keys: a, 5, space, Return, Escape, down, Tab, Backspace.
-constexpr std::uint32_t kEscape = 0xff1b;
-constexpr std::uint32_t kKeys[] = {'a', '5', ' ', 0xff0d, kEscape, 0xff54, 0xff09, 0xff08};
+using Keys = std::vector<std::uint32_t>;
+
+constexpr std::uint32_t kKeys[] = {XKB_KEY_a,         XKB_KEY_c,      XKB_KEY_n,      XKB_KEY_5,
+                                   XKB_KEY_minus,     XKB_KEY_space,  XKB_KEY_Return, XKB_KEY_Tab,
+                                   XKB_KEY_Tab,       XKB_KEY_Down,   XKB_KEY_Up,     XKB_KEY_Left,
+                                   XKB_KEY_Right,     XKB_KEY_Home,   XKB_KEY_End,    XKB_KEY_Prior,
+                                   XKB_KEY_BackSpace, XKB_KEY_Escape, XKB_KEY_Escape, XKB_KEY_Menu};
+
+/// Ways from a context menu that has opened to an item or into a submenu: the scales, the graph,
+/// values, resets, programs, memories, tracking, intonation, copied and pasted settings, about.
+const Keys kMenuPaths[] = {{XKB_KEY_w, XKB_KEY_Right},
+                           {XKB_KEY_w, XKB_KEY_Right, XKB_KEY_1},
+                           {XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_p},
+                           {XKB_KEY_e, XKB_KEY_Return, XKB_KEY_5, XKB_KEY_5},
+                           {XKB_KEY_r},
+                           {XKB_KEY_p, XKB_KEY_Right, XKB_KEY_Down},
+                           {XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_Right, XKB_KEY_Down},
+                           {XKB_KEY_t, XKB_KEY_Right, XKB_KEY_Down},
+                           {XKB_KEY_i, XKB_KEY_Right, XKB_KEY_Down, XKB_KEY_Down},
+                           {XKB_KEY_c},
+                           {XKB_KEY_p, XKB_KEY_p},
+                           {XKB_KEY_s},
+                           {XKB_KEY_l},
+                           {XKB_KEY_a},
+                           {}};
 
 constexpr const char* kFineTracking =
     "<element name=\"tracking\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"1\">\n"
@@ -166,7 +199,7 @@ void saveAndLoad(AEffect* effect, std::mt19937& random)
     ask(effect, effSetProgram, 0, static_cast<std::intptr_t>(random() % 7));
 }
 
-/// Works mouse and keys at random, the same in every run.
+/// Works mouse, keys and context menus at random, the same in every run.
 class RandomUser
 {
 public:
@@ -175,17 +208,21 @@ public:
     {
     }
 
+    /// Sets how many pixels a unit of the window has, which the user sees.
+    void SetScale(double scale) { mScale = scale; }
     void Act()
     {
         const unsigned what = Below(100);
-        if (what < 50)
+        if (what < 40)
             Move();
-        else if (what < 75)
+        else if (what < 60)
             ToggleButton(static_cast<std::uint8_t>(1 + Below(3)));
-        else if (what < 82)
+        else if (what < 66)
             mDisplay.Click(static_cast<std::uint8_t>(4 + Below(2)));  // the wheel
-        else if (what < 95)
-            mDisplay.TypeKey(kKeys[Below(std::size(kKeys))]);
+        else if (what < 86)
+            TypeKey();
+        else if (what < 92)
+            UseContextMenu();
         else
             ReleaseAll();
         mDisplay.Sync();
@@ -207,13 +244,18 @@ private:
             mX = std::clamp(mX + static_cast<int>(Below(41)) - 20, 0, 1000);
             mY = std::clamp(mY + static_cast<int>(Below(41)) - 20, 0, 760);
         } else if (where < 18) {
-            const auto [x, y] = kControls[Below(std::size(kControls))];
-            mX = kEditor.x + x;
-            mY = kEditor.y + y;
+            return MoveToControl();
         } else {
             mX = static_cast<int>(Below(1024));
             mY = static_cast<int>(Below(768));
         }
+        mDisplay.MovePointer(mX, mY);
+    }
+    void MoveToControl()
+    {
+        const auto [x, y] = kControls[Below(std::size(kControls))];
+        mX = kEditor.x + static_cast<int>(x * mScale);
+        mY = kEditor.y + static_cast<int>(y * mScale);
         mDisplay.MovePointer(mX, mY);
     }
     void ToggleButton(std::uint8_t button)
@@ -225,12 +267,89 @@ private:
         mButtons.insert(button);
         mDisplay.Press(button);
     }
+    void TypeKey()
+    {
+        const bool withShift = Below(4) == 0;
+        if (withShift)
+            mDisplay.PressKey(XKB_KEY_Shift_L);
+        mDisplay.TypeKey(withShift && Below(4) == 0 ? XKB_KEY_F10 : kKeys[Below(std::size(kKeys))]);
+        if (withShift)
+            mDisplay.ReleaseKey(XKB_KEY_Shift_L);
+    }
+    /// Opens the menu, mostly waits for it, and chooses something in it, or closes it again.
+    void UseContextMenu()
+    {
+        ReleaseAll();
+        MoveToControl();
+        mDisplay.Click(kRightButton);
+        mDisplay.Sync();
+        pause(Below(4) * 10);
+        for (const std::uint32_t key : kMenuPaths[Below(std::size(kMenuPaths))])
+            mDisplay.TypeKey(key);
+        for (unsigned steps = Below(4); steps > 0; --steps)
+            mDisplay.TypeKey(XKB_KEY_Down);
+        mDisplay.TypeKey(Below(5) == 0 ? XKB_KEY_Escape : XKB_KEY_Return);
+    }
 
     DisplayProbe& mDisplay;
     std::mt19937 mRandom{7};
     int mX = 0;
     int mY = 0;
+    double mScale = 1.0;
     std::set<std::uint8_t> mButtons;
+};
+
+/// A host with the window of an instance in one of its own. It makes room for it, or refuses.
+class EditorHost
+{
+public:
+    EditorHost(DisplayProbe& display, AEffect* instance)
+        : effect(instance)
+        , mParent(display.MakeWindow(kEditor))
+    {
+    }
+
+    void Open() const
+    {
+        void* const handle = reinterpret_cast<void*>(std::uintptr_t{mParent});
+        ASSERT_EQ(ask(effect, effEditOpen, 0, 0, handle), 1);
+    }
+    void Close() const
+    {
+        ask(effect, effEditClose);
+        EXPECT_TRUE(GesturesEnd()) << "a window that closes ends the gestures in it";
+    }
+    [[nodiscard]] static bool GesturesEnd()
+    {
+        return waitFor([] { return TestHost::OpenGestures() == 0; });
+    }
+    [[nodiscard]] double GetScale() const
+    {
+        ERect* rect = nullptr;
+        ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect));
+        return (rect->right - rect->left) / kWindowWidth;
+    }
+
+    AEffect* const effect;
+
+private:
+    const xcb_window_t mParent;
+};
+
+/// Answers file dialogs: one file to save to and to load, and now and then none.
+class RandomFileDialog
+{
+public:
+    explicit RandomFileDialog(const PrivateFolder& folder)
+    {
+        ZFileChooser::SetPresenter(
+            [path = folder.Path("soak"), calls = 0](const ZFileRequest&) mutable {
+                return ++calls % 3 == 0 ? std::nullopt : std::optional(path);
+            });
+    }
+    RandomFileDialog(const RandomFileDialog&) = delete;
+    RandomFileDialog& operator=(const RandomFileDialog&) = delete;
+    ~RandomFileDialog() { ZFileChooser::SetPresenter(nullptr); }
 };
 
 }  // namespace
@@ -245,21 +364,19 @@ TEST(SoakTest, BlocksNeitherAllocateNorWaitWhileParametersChangeAndProjectsAreSa
     std::this_thread::sleep_for(soakTime());
 }
 
-TEST(SoakTest, EveryGestureEndsWhateverMouseAndKeysDo)
+TEST(SoakTest, EveryGestureEndsWhateverMouseKeysAndContextMenusDo)
 {
     if (!VirtualDisplay::IsAvailable())
         GTEST_SKIP() << "no virtual display on this machine";
+    const PrivateFolder folder;
+    const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
+    const RandomFileDialog files(folder);
     const VirtualDisplay screen;
     DisplayProbe display;
     const TestHost host;
     const Stream stream;
-    const xcb_window_t parent = display.MakeWindow(kEditor);
-    const auto gesturesEnd = [] { return waitFor([] { return TestHost::OpenGestures() == 0; }); };
-    const auto openEditor = [&] {
-        void* const handle = reinterpret_cast<void*>(std::uintptr_t{parent});
-        ASSERT_EQ(ask(stream.effect, effEditOpen, 0, 0, handle), 1);
-    };
-    openEditor();
+    const EditorHost editor(display, stream.effect);
+    editor.Open();
     {
         const auto change = [&](std::mt19937& random) { changeAParameter(stream.effect, random); };
         const std::jthread automation = repeat(0, change);
@@ -267,20 +384,24 @@ TEST(SoakTest, EveryGestureEndsWhateverMouseAndKeysDo)
         int actions = 0;
         for (const auto end = Clock::now() + soakTime(); Clock::now() < end; ++actions) {
             user.Act();
-            if (actions % 20 == 0)
+            if (actions % 20 == 0) {
+                TestHost::Answer(audioMasterSizeWindow, actions % 60 != 0 ? 1 : 0);
                 ask(stream.effect, effEditIdle);
+                user.SetScale(editor.GetScale());
+            }
             if (actions % 500 == 499) {
-                ask(stream.effect, effEditClose);
-                EXPECT_TRUE(gesturesEnd()) << "a window that closes ends the gestures in it";
-                openEditor();
+                editor.Close();
+                editor.Open();
             }
         }
         user.ReleaseAll();
+        testing::Test::RecordProperty("Actions", actions);
+        testing::Test::RecordProperty("Sizes", TestHost::CountOf(audioMasterSizeWindow));
     }
-    display.MovePointer(1000, 700);
+    display.MovePointer(1010, 20);
     for (int i = 0; i < 3; ++i)
-        display.TypeKey(kEscape);
-    EXPECT_TRUE(gesturesEnd());
+        display.TypeKey(XKB_KEY_Escape);
+    EXPECT_TRUE(EditorHost::GesturesEnd());
     EXPECT_TRUE(waitFor([&] { return display.Grab(); })) << "the mouse is not grabbed any more";
     display.Ungrab();
     ask(stream.effect, effEditClose);
