@@ -63,14 +63,15 @@ bool hasFonts(FcConfig* config)
 
 PangoFontMap* makeFontMap(const std::vector<std::string>& files)
 {
+    // The first map of a process has a thread of Pango's read the system's fonts for the default
+    // configuration, which is waited for below: meanwhile this thread reads them for its own.
+    GObjectPointer<PangoFontMap> map(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT));
     const ConfigPointer config = loadConfig(files);
     // Pango's text layout crashes if there is no font at all.
-    if (!config || !hasFonts(config.get()))
+    if (!map || !config || !hasFonts(config.get()))
         return nullptr;
-    PangoFontMap* const map = pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT);
-    if (map)
-        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(map), config.get());
-    return map;
+    pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(map.get()), config.get());
+    return map.release();
 }
 
 /// Font maps out of use are kept in GLib's dataset of this address, under the name of the files
