@@ -66,21 +66,37 @@ private:
     boost::shared_ptr<ZPluginPresetsAudioDocument> mDocument;
 };
 
-/// A bitmap of the same size, scale and pixels.
-std::unique_ptr<ZBitmap> copyOf(const ZBitmap& bitmap, const ZWindow& window, double scale)
+constexpr std::int32_t kOverlap = 3;  // of a submenu over its menu
+
+/// The window's picture at the top of one that is as wide and reaches down to bottom, in units.
+std::unique_ptr<ZBitmap> copyOf(const ZBitmap& bitmap, std::int32_t bottom, double scale)
 {
-    auto copy = std::make_unique<ZBitmap>(window.GetWidth(), window.GetHeight(), scale);
+    constexpr std::uint32_t kDesktop = 0xff5a5f66;
+    const ZRect frame = bitmap.GetFrame();
+    auto copy = std::make_unique<ZBitmap>(frame.right, std::max(frame.bottom, bottom), scale);
     const auto pixels = bitmap.GetNative()->ReadPixels();
-    std::copy(pixels.begin(), pixels.end(), copy->LockPixels().begin());
+    const auto room = copy->LockPixels();
+    std::ranges::fill(room, kDesktop);
+    std::ranges::copy(pixels, room.begin());
     copy->UnlockPixels();
     return copy;
+}
+
+/// How far a menu and the submenu of an item, none for -1, reach down.
+std::int32_t heightOf(const ZMenu& menu, std::int32_t item)
+{
+    ZMenuContent content(menu);
+    content.SetSize(content.GetSize());
+    const auto submenu = content.GetSubmenu(item);
+    const std::int32_t below =
+        submenu ? content.GetItemRect(item).top - kOverlap + heightOf(*submenu, -1) : 0;
+    return std::max(content.GetSize().y, below);
 }
 
 /// Draws a menu with an item under the pointer, none for -1, and below it the item's submenu.
 void drawMenu(ZDrawingContext& picture, const ZMenu& menu, const ZPoint& position,
               std::int32_t item)
 {
-    constexpr std::int32_t kOverlap = 3;
     ZMenuContent content(menu);
     content.SetSize(content.GetSize());
     content.SetHighlight(ZMenuContent::kNone);
@@ -123,18 +139,19 @@ WindowPixels drawOpenMenu(const MenuShot& shot)
     const auto window = plugin->GetMainWindow();
     window->AttachViews();
     plugin->Tick();
-    const auto picture =
-        copyOf(window->RenderOffscreen(ZDeviceScale(shot.scale)), *window, shot.scale);
-    bool opened = false;
+    const ZBitmap& closed = window->RenderOffscreen(ZDeviceScale(shot.scale));
+    std::unique_ptr<ZBitmap> picture;
     const auto before = ZMenu::SetPresenter(
         [&](const ZMenu& menu, const ZPoint& position, ZWindow*) -> std::optional<std::int32_t> {
+            constexpr std::int32_t kMargin = 8;
+            const std::int32_t bottom = position.y + heightOf(menu, shot.item) + kMargin;
+            picture = copyOf(closed, bottom, shot.scale);
             drawMenu(*picture, menu, position, shot.item);
-            opened = true;
             return std::nullopt;
         });
     openMenu(*window, shot);
     ZMenu::SetPresenter(before);
-    if (!opened)
+    if (!picture)
         throw ZException(ZString("the window has no menu " + shot.view));
     const ZImage& image = *picture->GetNative();
     const std::span<const std::uint32_t> pixels = image.GetPremultipliedPixels();
