@@ -130,9 +130,9 @@ bool ZWindow::Create(ZWindow* parent, ZNativeHandle nativeParent)
     assert(ZInterfaceLock::IsHeld());
     if (mPlace.GetArea().IsEmpty())
         return false;
-    // Not at the place that the window before was moved to.
+    // Not at the place that the window before was moved to, nor in the size that it was given.
     mPlace.ResetPosition();
-    TakeFold(mFold.IsWanted(ZApp::Of(*this)));
+    TakeOwnSize(mFold.IsWanted(ZApp::Of(*this)));
     const ZDeviceScale scale = std::exchange(mScale, FindScale(parent));
     auto native = ZNativeWindow::Create(NativeSettings(parent, nativeParent), *this);
     if (!native) {

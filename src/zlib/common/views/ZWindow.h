@@ -267,10 +267,10 @@ private:
                                                          ZNativeHandle nativeParent) const;
     /// Returns the scale for a new window of the system.
     [[nodiscard]] ZDeviceScale FindScale(const ZWindow* parent);
-    /// Returns width and height in units with the fold open or closed.
+    /// Returns the window's own width and height in units with the fold open or closed.
     [[nodiscard]] ZPoint SizeWith(bool isUnfolded) const;
-    /// Opens or closes the fold, unless it is so already.
-    void TakeFold(bool isOpen);
+    /// Takes that size, and opens or closes the fold, unless it is so already.
+    void TakeOwnSize(bool isUnfolded);
     /// Returns the rectangle of the window of the system in pixels.
     [[nodiscard]] ZRect GetPixelRect() const;
     /// Paints beside the picture that the window of the system shows.

@@ -59,19 +59,20 @@ ZPoint ZWindow::GetPixelSize()
 
 ZPoint ZWindow::SizeWith(bool isUnfolded) const
 {
-    const ZPoint& size = mPlace.GetSize();
+    const ZPoint& size = mPlace.GetOwnSize();
     const std::int32_t folded = size.y - (mFold.IsOpen() ? mFold.GetHeight() : 0);
     return {size.x, folded + (isUnfolded ? mFold.GetHeight() : 0)};
 }
 
-void ZWindow::TakeFold(bool isOpen)
+void ZWindow::TakeOwnSize(bool isUnfolded)
 {
-    if (isOpen == mFold.IsOpen())
+    const ZPoint before = mPlace.GetSize();
+    mPlace.SetOwnSize(SizeWith(isUnfolded));
+    if (mPlace.GetSize() != before)
+        SendToRoot(makeMessage<ZRect>(ZRESIZE, "ResizeRect", mPlace.GetArea()));
+    if (isUnfolded == mFold.IsOpen())
         return;
-    const ZPoint size = SizeWith(isOpen);
-    mPlace.SetSize(size.x, size.y);
-    SendToRoot(makeMessage<ZRect>(ZRESIZE, "ResizeRect", mPlace.GetArea()));
-    if (isOpen)
+    if (isUnfolded)
         mFold.Open(*mRootView, GetApp());
     else
         mFold.Close(*mRootView);
@@ -122,7 +123,7 @@ bool ZWindow::TakeScale()
     mTooltip.Hide();
     ReleaseCapture();
     mScale = scale;
-    TakeFold(isUnfolded);
+    TakeOwnSize(isUnfolded);
     mNativeWindow->SetRect(GetPixelRect());
     MakeOffscreen();
     RedrawAll();

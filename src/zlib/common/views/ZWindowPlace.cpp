@@ -21,8 +21,8 @@ ZWindowPlace::ZWindowPlace(const ZXMLElement& xml)
         throw ZException("XML Parser error: No bounds information found in Window!\n");
     const ZRect rect = readRect(*bounds);
     mFirstPosition = mPosition = {rect.left, rect.top};
-    SetSize(rect.GetWidth(), rect.GetHeight());
-    mFirstSize = mSize;
+    SetOwnSize({rect.GetWidth(), rect.GetHeight()});
+    mFirstSize = mOwnSize;
 }
 
 void ZWindowPlace::SetSize(double width, double height)
@@ -33,10 +33,17 @@ void ZWindowPlace::SetSize(double width, double height)
     mSize = {side(width), side(height)};
 }
 
+void ZWindowPlace::SetOwnSize(const ZPoint& size)
+{
+    SetSize(size.x, size.y);
+    mOwnSize = mSize;
+}
+
 void ZWindowPlace::Scale(double scale)
 {
     assert(scale > 0.0);
     SetSize(std::round(mFirstSize.x * scale), std::round(mFirstSize.y * scale));
+    mOwnSize = mSize;
 }
 
 }  // namespace orvane

@@ -167,6 +167,25 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
     });
 }
 
+TEST_F(ZWindowScaleTest, AnotherScaleStartsFromTheWindowsOwnSizeWhateverSizeTheHostHasGivenIt)
+{
+    Open(2.0);
+    Locked([&] {
+        window->NativeSized(404, 300);
+        EXPECT_EQ(window->GetPixelSize(), (ZPoint{404, 300}));
+        EXPECT_EQ(window->GetRootView()->GetBounds(), (ZRect{0, 0, 202, 150}));
+        ASSERT_TRUE(ZWindowScale::SetChoice(*app, 300));
+        EXPECT_TRUE(window->TakeScale());
+        EXPECT_EQ(host.asked, (std::vector<ZPoint>{{303, 150}}));
+        EXPECT_EQ(window->GetRootView()->GetBounds(), (ZRect{0, 0, 101, 50}));
+        window->NativeSized(404, 300);
+        window->Destroy();
+        EXPECT_EQ(window->GetPixelSize(), (ZPoint{303, 150})) << "of the next window";
+    });
+    Open(2.0);
+    EXPECT_TRUE(waitFor([&] { return Place().width == 303 && Place().height == 150; }));
+}
+
 TEST_F(ZWindowScaleTest, TheUserCountsMoreThanTheHostAndTheHostMoreThanTheDisplay)
 {
     const auto found = [this](const ZWindowScale& scale) {
