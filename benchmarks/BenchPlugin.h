@@ -8,6 +8,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace orvane
 {
@@ -40,6 +42,25 @@ inline void startPlugin(AEffect* effect, bool corrects)
     ask(effect, effSetSampleRate, 0, nullptr, kBenchRate);
     ask(effect, effSetBlockSize, kBenchBlock);
     ask(effect, effMainsChanged, 1);
+}
+
+/// Loads the program that is set, with the other tracking: what is saved without one is Classic.
+inline void chooseTracking(AEffect* effect, bool isFine)
+{
+    void* data = nullptr;
+    constexpr std::int32_t kProgram = 1;
+    const std::intptr_t size = effect->dispatcher(effect, effGetChunk, kProgram, 0, &data, 0.0f);
+    std::string text(static_cast<const char*>(data), static_cast<std::size_t>(size));
+    constexpr std::string_view kFine = "<element name=\"tracking\" int32value=\"1\"></element>\n";
+    constexpr std::string_view kName = "<element name=\"tracking\"";
+    if (const auto at = text.find(kName); at != std::string::npos) {
+        constexpr std::string_view kEnd = "</element>";
+        text.erase(at, text.find(kEnd, at) + kEnd.size() - at);
+    }
+    if (isFine)
+        text.insert(text.rfind("</elements>"), kFine);
+    effect->dispatcher(effect, effSetChunk, kProgram, static_cast<std::intptr_t>(text.size()),
+                       text.data(), 0.0f);
 }
 
 [[nodiscard]] inline double milliseconds(std::chrono::nanoseconds time)

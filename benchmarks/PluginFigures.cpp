@@ -199,18 +199,6 @@ std::intptr_t offlineHost(AEffect* effect, std::int32_t opcode, std::int32_t ind
                : benchHost(effect, opcode, index, value, ptr, opt);
 }
 
-void chooseFineTracking(AEffect* effect)
-{
-    void* data = nullptr;
-    constexpr std::int32_t kProgram = 1;
-    const std::intptr_t size = effect->dispatcher(effect, effGetChunk, kProgram, 0, &data, 0.0f);
-    std::string text(static_cast<const char*>(data), static_cast<std::size_t>(size));
-    text.insert(text.rfind("</elements>"),
-                "<element name=\"tracking\" int32value=\"1\"></element>\n");
-    effect->dispatcher(effect, effSetChunk, kProgram, static_cast<std::intptr_t>(text.size()),
-                       text.data(), 0.0f);
-}
-
 /// The loudest click above 7 kHz in dB, while transposition by an octave is switched on and off.
 double switchClicks(PluginEntry entry, bool isFine)
 {
@@ -218,7 +206,7 @@ double switchClicks(PluginEntry entry, bool isFine)
     constexpr int kPitch = 5;
     AEffect* const effect = entry(offlineHost);
     if (isFine)
-        chooseFineTracking(effect);
+        chooseTracking(effect, true);
     effect->setParameter(effect, kPitch, 0.0f);
     startPlugin(effect, false);
     constexpr int kBlocks = 600;
