@@ -22,6 +22,19 @@ constexpr int kBridgedRecords = 3;
 /// The path has changed when its period differs by more, as a share.
 constexpr float kChangedPath = 0.04f;
 
+// The steps are: pieces to listen to, the candidates' energies, parts of their lags, and these,
+// counted from the last.
+constexpr int kPieces = 8;
+constexpr int kFindStep = 2;
+constexpr int kRefineStep = 1;
+constexpr int kSettleStep = 0;
+constexpr int kLastSteps = 3;
+// In the units of KestruneClassicAnalysis.
+constexpr int kListenCost = 2;
+constexpr int kEnergyCost = 2;
+constexpr int kCorrelateCost = 1;
+constexpr int kLastCost = 4;
+
 }  // namespace
 
 void KestruneFineAnalysis::Allocate(const KestruneGeometry& geometry, float sampleRate,
@@ -34,16 +47,19 @@ void KestruneFineAnalysis::Allocate(const KestruneGeometry& geometry, float samp
     mPath.Allocate(mGeometry.depth);
     mRefiner.Allocate(mGeometry);
     mRecords.Allocate(geometry.recordCount);
+    mWorkLeft = 0;
 }
 
 void KestruneFineAnalysis::SetRange(float lowHz, float highHz) noexcept
 {
+    assert(mWorkLeft == 0);
     mListener.SetLowest(lowHz);
     mCandidates.SetRange(lowHz, highHz);
 }
 
 void KestruneFineAnalysis::Restart(std::int64_t position) noexcept
 {
+    assert(mWorkLeft == 0);
     mListener.Restart(position);
     mPath.Restart();
     mNotes.Release();
@@ -51,16 +67,58 @@ void KestruneFineAnalysis::Restart(std::int64_t position) noexcept
     mRecords.Fill(mHeldPeriod);
 }
 
-void KestruneFineAnalysis::Listen(const KestruneStereoRing& input, std::int64_t head,
-                                  std::int16_t reference) noexcept
+int KestruneFineAnalysis::StepCount() const noexcept
 {
-    input.ReadMono(reference, input.Index(head - mGeometry.blockSize), mGeometry.blockSize,
+    return kPieces + 1 + mCandidates.PartCount() + kLastSteps;
+}
+
+int KestruneFineAnalysis::CostOf(int step) const noexcept
+{
+    if (step < kPieces)
+        return kListenCost;
+    if (step == kPieces)
+        return kEnergyCost;
+    return step < StepCount() - kLastSteps ? kCorrelateCost : kLastCost;
+}
+
+void KestruneFineAnalysis::Begin(const KestruneStereoRing& input, std::int64_t end,
+                                 std::int16_t reference) noexcept
+{
+    assert(mWorkLeft == 0 && !mMono.empty());
+    input.ReadMono(reference, input.Index(end - mGeometry.blockSize), mGeometry.blockSize,
                    mMono.data());
-    mListener.Listen(mMono.data(), mGeometry.blockSize);
-    mPath.Add(mCandidates.Find(mListener.Coarse()));
-    AddRecord();
-    RefineRecord(mGeometry.depth - kBridgedRecords);
-    SettleRecord();
+    mStep = 0;
+    for (int step = 0; step < StepCount(); ++step)
+        mWorkLeft += CostOf(step);
+}
+
+void KestruneFineAnalysis::Step() noexcept
+{
+    assert(mWorkLeft > 0);
+    const int step = mStep++;
+    mWorkLeft -= CostOf(step);
+    if (step < kPieces)
+        return ListenToPiece(step);
+    if (step == kPieces)
+        return mCandidates.Begin(mListener.Coarse());
+    switch (StepCount() - 1 - step) {
+    case kFindStep:
+        mPath.Add(mCandidates.Find());
+        return AddRecord();
+    case kRefineStep:
+        return RefineRecord(mGeometry.depth - kBridgedRecords);
+    case kSettleStep:
+        return SettleRecord();
+    default:
+        mCandidates.Correlate(step - kPieces - 1);
+    }
+}
+
+void KestruneFineAnalysis::ListenToPiece(int piece) noexcept
+{
+    const int begin = piece * mGeometry.blockSize / kPieces;
+    const int end = (piece + 1) * mGeometry.blockSize / kPieces;
+    mListener.Listen(mMono.data() + begin, end - begin);
 }
 
 void KestruneFineAnalysis::AddRecord() noexcept
@@ -70,7 +128,7 @@ void KestruneFineAnalysis::AddRecord() noexcept
         static_cast<double>((mListener.Coarse().Newest() - mGeometry.halfSpan) * mGeometry.factor -
                             mGeometry.filterDelay);
     record.period = mHeldPeriod;
-    mRecords.Write(record);
+    mRecords.Append(record);
 }
 
 void KestruneFineAnalysis::RefineRecord(int age) noexcept

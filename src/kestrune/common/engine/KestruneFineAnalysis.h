@@ -22,6 +22,8 @@ class KestruneStereoRing;
 /// blocks later, when what followed has decided on it: whether there is a voice, its exact period,
 /// and the note that it is meant to be on.
 ///
+/// A block is taken in by Begin and worked off in steps, as by KestruneClassicAnalysis.
+///
 /// In a settled record, strength is the clarity of the voice, hold is 1 for a voice and 0 for
 /// none, and period without a voice is that of the last one.
 class KestruneFineAnalysis
@@ -32,18 +34,22 @@ public:
 
     /// [setup]
     void Allocate(const KestruneGeometry& geometry, float sampleRate, int blockSize);
-    /// Frequency range in Hz. What was heard stays. [audio thread]
+    /// Frequency range in Hz. What was heard stays. The block's work must be done. [audio thread]
     void SetRange(float lowHz, float highHz) noexcept;
+    /// The notes may change while the block's work is done. [audio thread]
     [[nodiscard]] KestruneNoteChoice& Notes() noexcept { return mNotes; }
-    /// Forgets what was heard; the next block begins at this stream position. [audio thread]
+    /// Forgets what was heard; the next block begins at this stream position. The block's work must
+    /// be done. [audio thread]
     void Restart(std::int64_t position) noexcept;
 
-    /// Takes in the newest block of the input, which ends before the stream position head.
-    /// reference: as in KestruneStereoRing::ReadMono. [audio thread]
-    void Listen(const KestruneStereoRing& input, std::int64_t head,
-                std::int16_t reference) noexcept;
-    /// Moves on to the record of the next block. [audio thread]
-    void Advance() noexcept { mRecords.Advance(); }
+    /// Takes in the newest block of the input, which ends before the stream position end; the work
+    /// of the block before must be done. reference: as in KestruneStereoRing::ReadMono.
+    /// [audio thread]
+    void Begin(const KestruneStereoRing& input, std::int64_t end, std::int16_t reference) noexcept;
+    /// Cost of the steps until the work of the block is done. [audio thread]
+    [[nodiscard]] int WorkLeft() const noexcept { return mWorkLeft; }
+    /// Does the next step; there must be work left. [audio thread]
+    void Step() noexcept;
 
     [[nodiscard]] const KestruneRecordRing& Records() const noexcept { return mRecords; }
     [[nodiscard]] const KestruneFineGeometry& Geometry() const noexcept { return mGeometry; }
@@ -51,6 +57,9 @@ public:
     [[nodiscard]] int SettledNear(double time) const noexcept;
 
 private:
+    [[nodiscard]] int StepCount() const noexcept;
+    [[nodiscard]] int CostOf(int step) const noexcept;
+    void ListenToPiece(int piece) noexcept;
     void AddRecord() noexcept;
     void RefineRecord(int age) noexcept;
     void SettleRecord() noexcept;
@@ -59,6 +68,8 @@ private:
 
     KestruneFineGeometry mGeometry;
     std::vector<float> mMono;  // the newest block
+    int mStep = 0;             // the next
+    int mWorkLeft = 0;
     KestruneListener mListener;
     KestrunePitchCandidates mCandidates;
     KestrunePitchPath mPath;

@@ -2,6 +2,7 @@
 #include "kestrune/common/engine/KestruneFineSynthesis.h"
 
 #include "kestrune/common/engine/KestruneFineAnalysis.h"
+#include "kestrune/common/engine/KestruneGrainQueue.h"
 
 #include <algorithm>
 #include <cassert>
@@ -37,18 +38,17 @@ void KestruneFineSynthesis::Allocate(const KestruneFineGeometry& geometry)
     mDryStep = kDryStepSeconds * static_cast<double>(geometry.sampleRate);
     mLongestFlank = static_cast<double>(geometry.longestPeriod);
     mAlignment.Allocate(geometry.longestPeriod);
-    mGrain.Allocate(geometry.longestPeriod);
 }
 
 void KestruneFineSynthesis::Restart() noexcept
 {
     mOnset = Onset::kNone;
+    mInputPeriod = 0.0f;
     mRatio = 1.0f;
     RestartCorrection();
 }
 
-void KestruneFineSynthesis::PlaceGrains(const KestruneFineAnalysis& analysis,
-                                        const KestruneStereoRing& input, KestruneStereoRing& output,
+void KestruneFineSynthesis::PlaceGrains(const KestruneFineAnalysis& analysis, Rings rings,
                                         KestruneMarks& marks, std::int64_t horizon, Shifts shifts,
                                         std::int16_t reference) noexcept
 {
@@ -57,7 +57,7 @@ void KestruneFineSynthesis::PlaceGrains(const KestruneFineAnalysis& analysis,
         if (records.HoldAt(marks.output) < kVoicedHold) {
             mOnset = Onset::kNone;
             mInputPeriod = records.PeriodAt(marks.output);
-            PlaceDryGrain(input, output, marks, mDryStep);
+            PlaceDryGrain(rings, marks, mDryStep);
             continue;
         }
         if (mOnset == Onset::kNone) {
@@ -65,34 +65,29 @@ void KestruneFineSynthesis::PlaceGrains(const KestruneFineAnalysis& analysis,
             const double mark = marks.output;
             const float period =
                 records.PeriodAt(mark + 2.0 * static_cast<double>(records.PeriodAt(mark)));
-            const double wait = mAlignment.WaitAt(input, reference, mark, period);
+            const double wait = mAlignment.WaitAt(rings.input, reference, mark, period);
             if (wait >= 1.0) {
                 mInputPeriod = period;
-                PlaceDryGrain(input, output, marks, wait);
+                PlaceDryGrain(rings, marks, wait);
                 continue;
             }
         }
-        PlaceVoicedGrain(analysis, input, output, marks, shifts);
+        PlaceVoicedGrain(analysis, rings, marks, shifts);
     }
 }
 
-void KestruneFineSynthesis::PlaceDryGrain(const KestruneStereoRing& input,
-                                          KestruneStereoRing& output, KestruneMarks& marks,
-                                          double step) noexcept
+void KestruneFineSynthesis::PlaceDryGrain(Rings rings, KestruneMarks& marks, double step) noexcept
 {
     marks.input = marks.output;
     mRatio = 1.0f;
     RestartCorrection();
-    mGrain.Add(input, marks.input, output, marks.output,
-               {std::clamp(marks.step, kShortestFlank, mLongestFlank), step}, 1.0f);
+    Place(rings, marks, {std::clamp(marks.step, kShortestFlank, mLongestFlank), step}, 1.0f);
     marks.output += step;
     marks.step = step;
 }
 
-void KestruneFineSynthesis::PlaceVoicedGrain(const KestruneFineAnalysis& analysis,
-                                             const KestruneStereoRing& input,
-                                             KestruneStereoRing& output, KestruneMarks& marks,
-                                             Shifts shifts) noexcept
+void KestruneFineSynthesis::PlaceVoicedGrain(const KestruneFineAnalysis& analysis, Rings rings,
+                                             KestruneMarks& marks, Shifts shifts) noexcept
 {
     const KestruneRecordRing& records = analysis.Records();
     const bool isFirst = mOnset == Onset::kAligned;
@@ -112,11 +107,21 @@ void KestruneFineSynthesis::PlaceVoicedGrain(const KestruneFineAnalysis& analysi
         mRatio *= Correct(analysis, marks.input, period);
     mOnset = Onset::kPast;
     mInputPeriod = period;
-    mGrain.Add(input, marks.input, output, marks.output, {mRightFlank, static_cast<double>(period)},
-               shifts.formantFactor);
+    Place(rings, marks, {mRightFlank, static_cast<double>(period)}, shifts.formantFactor);
     mRightFlank = static_cast<double>(period);
     marks.step = static_cast<double>(period / mRatio);
     marks.output += marks.step;
+}
+
+void KestruneFineSynthesis::Place(Rings rings, const KestruneMarks& marks,
+                                  KestruneFlankedGrain::Flanks flanks, float formantFactor) noexcept
+{
+    KestrunePlacedGrain grain;
+    grain.inputMark = marks.input;
+    grain.outputMark = marks.output;
+    grain.formantFactor = formantFactor;
+    grain.flanks = flanks;
+    rings.grains.Place(grain, rings.input, rings.output);
 }
 
 float KestruneFineSynthesis::Correct(const KestruneFineAnalysis& analysis, double inputMark,

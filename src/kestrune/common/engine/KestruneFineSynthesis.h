@@ -12,6 +12,7 @@ namespace orvane
 {
 
 class KestruneFineAnalysis;
+class KestruneGrainQueue;
 class KestruneStereoRing;
 struct KestruneFineGeometry;
 
@@ -41,14 +42,22 @@ public:
     /// Sets the correction back to none. [audio thread]
     void RestartCorrection() noexcept { mGlide.Start(1.0f); }
 
+    /// Where grains come from and go to.
+    struct Rings
+    {
+        const KestruneStereoRing& input;
+        KestruneStereoRing& output;
+        KestruneGrainQueue& grains;  // that are placed and sound later
+    };
+
     /// Places grains up to the stream position horizon. reference: as in
     /// KestruneStereoRing::ReadMono. [audio thread]
-    void PlaceGrains(const KestruneFineAnalysis& analysis, const KestruneStereoRing& input,
-                     KestruneStereoRing& output, KestruneMarks& marks, std::int64_t horizon,
-                     Shifts shifts, std::int16_t reference) noexcept;
+    void PlaceGrains(const KestruneFineAnalysis& analysis, Rings rings, KestruneMarks& marks,
+                     std::int64_t horizon, Shifts shifts, std::int16_t reference) noexcept;
 
     /// Of the newest grain. [audio thread]
     [[nodiscard]] float CorrectionRatio() const noexcept { return mGlide.Ratio(); }
+    /// In samples; 0 before the first grain. [audio thread]
     [[nodiscard]] float InputPeriod() const noexcept { return mInputPeriod; }
     /// Pitch of the output over that of the input. [audio thread]
     [[nodiscard]] float Ratio() const noexcept { return mRatio; }
@@ -62,10 +71,11 @@ private:
         kPast      // the voice sounds
     };
 
-    void PlaceDryGrain(const KestruneStereoRing& input, KestruneStereoRing& output,
-                       KestruneMarks& marks, double step) noexcept;
-    void PlaceVoicedGrain(const KestruneFineAnalysis& analysis, const KestruneStereoRing& input,
-                          KestruneStereoRing& output, KestruneMarks& marks, Shifts shifts) noexcept;
+    void PlaceDryGrain(Rings rings, KestruneMarks& marks, double step) noexcept;
+    void PlaceVoicedGrain(const KestruneFineAnalysis& analysis, Rings rings, KestruneMarks& marks,
+                          Shifts shifts) noexcept;
+    void Place(Rings rings, const KestruneMarks& marks, KestruneFlankedGrain::Flanks flanks,
+               float formantFactor) noexcept;
     /// Moves the correction towards the note of the grain at the input mark.
     float Correct(const KestruneFineAnalysis& analysis, double inputMark, float period) noexcept;
 
@@ -73,11 +83,10 @@ private:
     double mLongestFlank = 0.0;  // samples
     float mSampleRate = 0.0f;    // Hz
     KestruneGlottalAlignment mAlignment;
-    KestruneFlankedGrain mGrain;
     KestruneGlide mGlide;
     Onset mOnset = Onset::kNone;
     double mRightFlank = 0.0;   // of the last grain of the voice, in samples
-    float mInputPeriod = 0.0f;  // samples
+    float mInputPeriod = 0.0f;  // samples; 0 before the first grain
     float mRatio = 1.0f;
 };
 

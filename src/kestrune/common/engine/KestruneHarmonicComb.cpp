@@ -16,6 +16,8 @@ namespace
 /// 2^(1/240): 5 cents.
 const float kCandidateRatio = static_cast<float>(std::exp2(1.0 / 240.0));
 constexpr float kHarmonicDecay = 0.8f;
+constexpr std::uint32_t kBinsOfPart = 1024;
+constexpr float kBelowEverySum = -1000000.0f;
 
 int harmonicCount(float spectrumTop, float frequency)
 {
@@ -79,30 +81,43 @@ void KestruneHarmonicComb::SetRange(float minHz, float maxHz, float spectrumTop,
             mHarmonicBins[place] = static_cast<std::uint16_t>(position + 0.5f);
         }
     }
+    // One at least, so that a range without candidates finds its lowest frequency.
+    mPartCount = 1 + static_cast<int>(end / kBinsOfPart);
 }
 
-float KestruneHarmonicComb::Find(std::span<const float> spectrum, float voicing) noexcept
+void KestruneHarmonicComb::FindInPart(int part, std::span<const float> spectrum,
+                                      float voicing) noexcept
 {
-    assert(voicing >= 0.0f && voicing <= 1.0f);
-    const float kept = 1.0f - voicing;
-    float best = -1000000.0f;
-    float found = mMinFrequency;
-    float frequency = mMinFrequency;
-    for (int first = 0; first < mCandidateCount; first += kLanes) {
-        const Sums sums = WeightedSums(spectrum.data(), first / kLanes);
-        float* const comb = mComb.data() + first;
-        for (std::size_t lane = 0; lane < kLanes; ++lane)
-            comb[lane] = kept * comb[lane] + voicing * sums[lane];
-        const int lanes = std::min(kLanes, mCandidateCount - first);
-        for (int lane = 0; lane < lanes; ++lane) {
-            if (comb[lane] > best) {
-                best = comb[lane];
-                found = frequency;
-            }
-            frequency *= kCandidateRatio;
-        }
+    assert(part >= 0 && part < mPartCount && voicing >= 0.0f && voicing <= 1.0f);
+    if (part == 0) {
+        mNextGroup = 0;
+        mNextFrequency = mMinFrequency;
+        mGreatest = kBelowEverySum;
+        mFound = mMinFrequency;
     }
-    return found;
+    const std::uint32_t end = static_cast<std::uint32_t>(part + 1) * kBinsOfPart;
+    const int groups = (mCandidateCount + kLanes - 1) / kLanes;
+    while (mNextGroup < groups && mFirstBin[static_cast<std::size_t>(mNextGroup)] < end)
+        FindInGroup(mNextGroup++, spectrum.data(), voicing);
+    assert(part + 1 < mPartCount || mNextGroup == groups);
+}
+
+void KestruneHarmonicComb::FindInGroup(int group, const float* spectrum, float voicing) noexcept
+{
+    const float kept = 1.0f - voicing;
+    const Sums sums = WeightedSums(spectrum, group);
+    const int first = group * kLanes;
+    float* const comb = mComb.data() + first;
+    for (std::size_t lane = 0; lane < kLanes; ++lane)
+        comb[lane] = kept * comb[lane] + voicing * sums[lane];
+    const int lanes = std::min(kLanes, mCandidateCount - first);
+    for (int lane = 0; lane < lanes; ++lane) {
+        if (comb[lane] > mGreatest) {
+            mGreatest = comb[lane];
+            mFound = mNextFrequency;
+        }
+        mNextFrequency *= kCandidateRatio;
+    }
 }
 
 KestruneHarmonicComb::Sums KestruneHarmonicComb::WeightedSums(const float* spectrum,

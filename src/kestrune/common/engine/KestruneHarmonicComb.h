@@ -31,10 +31,16 @@ public:
     /// binsPerHz = transform size / sample rate. Sums keep their indices, whatever pitch these mean
     /// now. [audio thread]
     void SetRange(float minHz, float maxHz, float spectrumTop, float binsPerHz) noexcept;
-    /// Adds a spectrum, as values by bin, to the smoothed sums with weight voicing (0 .. 1).
-    /// Returns the candidate with the greatest sum, in Hz; the lowest one of equals.
+    /// Number of parts that the candidates are divided into, which cost about the same.
     /// [audio thread]
-    [[nodiscard]] float Find(std::span<const float> spectrum, float voicing) noexcept;
+    [[nodiscard]] int PartCount() const noexcept { return mPartCount; }
+    /// Adds a spectrum, as values by bin, to the smoothed sums of a part's candidates with weight
+    /// voicing (0 .. 1). All parts follow one another in rising order, with the same spectrum.
+    /// [audio thread]
+    void FindInPart(int part, std::span<const float> spectrum, float voicing) noexcept;
+    /// After the last part: the candidate with the greatest sum, in Hz; the lowest one of equals.
+    /// [audio thread]
+    [[nodiscard]] float Found() const noexcept { return mFound; }
     /// Sets all sums to 0. [audio thread]
     void Clear() noexcept;
 
@@ -43,6 +49,7 @@ private:
     static constexpr int kLanes = 4;
     using Sums = std::array<float, kLanes>;
 
+    void FindInGroup(int group, const float* spectrum, float voicing) noexcept;
     [[nodiscard]] Sums WeightedSums(const float* spectrum, int group) const noexcept;
 
     std::array<float, kMaxHarmonics> mHarmonicWeights;  // 0.8^h, h from 0
@@ -52,6 +59,13 @@ private:
     std::vector<std::uint16_t> mHarmonicBins;           // by group, harmonic and lane
     float mMinFrequency = 0.0f;
     int mCandidateCount = 0;
+    int mPartCount = 0;
+
+    // Of the spectrum that is being added.
+    int mNextGroup = 0;
+    float mNextFrequency = 0.0f;  // of the group's first candidate, Hz
+    float mGreatest = 0.0f;
+    float mFound = 0.0f;  // Hz
 };
 
 }  // namespace orvane

@@ -17,7 +17,7 @@ void KestruneHistory::Allocate(int length)
 
 void KestruneHistory::Restart(std::int64_t nextIndex) noexcept
 {
-    std::fill(mSamples.begin(), mSamples.end(), 0.0f);
+    std::fill_n(mSamples.begin(), mLength, 0.0f);
     mEnd = mLength;
     mNext = nextIndex;
 }

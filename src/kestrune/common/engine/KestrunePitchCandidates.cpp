@@ -28,6 +28,19 @@ constexpr float kUnvoicedStrength = 0.45f;
 /// A shorter period of equal clarity is taken: all its multiples are as clear.
 constexpr float kPenaltyPerOctave = 0.02f;
 constexpr float kUnknown = -2.0f;  // under every correlation
+constexpr int kLagsOfPart = 12;
+
+/// The lags that are looked at, in rising order.
+int nextLag(int lag)
+{
+    return lag + (lag < kEvenLagsFrom ? 1 : 2);
+}
+
+int firstLag(int lowLag)
+{
+    const int lag = lowLag - 1;
+    return lag > kEvenLagsFrom ? lag - lag % 2 : lag;
+}
 
 }  // namespace
 
@@ -48,29 +61,46 @@ void KestrunePitchCandidates::SetRange(float lowHz, float highHz) noexcept
     mLowLag = std::max(2, static_cast<int>(mGeometry.coarseRate / (highHz * semitoneUp)));
     mHighLag =
         std::min(static_cast<int>(std::ceil(mGeometry.coarseRate * threeDown / lowHz)), longest);
+    mPartCount = (std::max(0, mHighLag + 2 - firstLag(mLowLag)) + kLagsOfPart - 1) / kLagsOfPart;
 }
 
-KestrunePitchReadings KestrunePitchCandidates::Find(const KestruneHistory& coarse) noexcept
+void KestrunePitchCandidates::Begin(const KestruneHistory& coarse) noexcept
+{
+    SumSquares(coarse);
+    mGate = LevelGate();
+    std::fill(mClarity.begin(), mClarity.end(), kUnknown);
+}
+
+void KestrunePitchCandidates::Correlate(int part) noexcept
+{
+    assert(part >= 0 && part < mPartCount);
+    if (mGate == 0.0f)
+        return;
+    const int begin = firstLag(mLowLag) + part * kLagsOfPart;
+    const int end = std::min(begin + kLagsOfPart, mHighLag + 2);
+    int lag = begin;
+    if (lag > kEvenLagsFrom)
+        lag += lag % 2;
+    for (; lag < end; lag = nextLag(lag))
+        (void)Clarity(lag);
+}
+
+KestrunePitchReadings KestrunePitchCandidates::Find() noexcept
 {
     KestrunePitchReadings readings;
     readings.count = 1;
     readings.candidates[0].strength = kUnvoicedStrength;
-    SumSquares(coarse);
-    const float gate = LevelGate();
-    if (gate == 0.0f)
+    if (mGate == 0.0f)
         return readings;
 
-    std::fill(mClarity.begin(), mClarity.end(), kUnknown);
-    const auto next = [](int lag) { return lag + (lag < kEvenLagsFrom ? 1 : 2); };
-    int left = mLowLag - 1;
-    if (left > kEvenLagsFrom)
-        left -= left % 2;
-    int lag = next(left);
-    for (int right = next(lag); right <= mHighLag + 1; left = lag, lag = right, right = next(lag)) {
+    int left = firstLag(mLowLag);
+    int lag = nextLag(left);
+    for (int right = nextLag(lag); right <= mHighLag + 1;
+         left = lag, lag = right, right = nextLag(lag)) {
         const float clarity = Clarity(lag);
         if (clarity <= kLeastClarity || clarity <= Clarity(left) || clarity < Clarity(right))
             continue;
-        const KestrunePitchCandidate candidate = Reading(lag, gate);
+        const KestrunePitchCandidate candidate = Reading(lag, mGate);
         if (readings.count < KestrunePitchReadings::kMost) {
             readings.candidates[static_cast<std::size_t>(readings.count++)] = candidate;
             continue;

@@ -40,8 +40,15 @@ public:
     /// at the border. A range whose lowest is above its highest hears no voice. [audio thread]
     void SetRange(float lowHz, float highHz) noexcept;
 
-    /// [audio thread]
-    [[nodiscard]] KestrunePitchReadings Find(const KestruneHistory& coarse) noexcept;
+    /// Begins with the newest moment. The history must not change until Find. [audio thread]
+    void Begin(const KestruneHistory& coarse) noexcept;
+    /// Number of parts that the lags are divided into. [audio thread]
+    [[nodiscard]] int PartCount() const noexcept { return mPartCount; }
+    /// Computes the correlations of a part's lags, so that Find has little left to do. May be left
+    /// out. [audio thread]
+    void Correlate(int part) noexcept;
+    /// The readings of the moment that Begin has begun with. [audio thread]
+    [[nodiscard]] KestrunePitchReadings Find() noexcept;
 
 private:
     void SumSquares(const KestruneHistory& coarse) noexcept;
@@ -57,7 +64,9 @@ private:
     int mStretch = 0;  // coarse samples that are compared at least
     int mLowLag = 0;   // coarse samples
     int mHighLag = 0;
-    const float* mSamples = nullptr;  // the coarse history while Find runs
+    int mPartCount = 0;
+    const float* mSamples = nullptr;  // the coarse history from Begin to Find
+    float mGate = 0.0f;               // of the moment's level, 0 .. 1
     std::vector<double> mSquares;     // sum of the squares before each sample
     std::vector<float> mClarity;      // by lag; kUnknown until it is computed
 };

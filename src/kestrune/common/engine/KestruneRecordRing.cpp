@@ -52,10 +52,17 @@ void KestruneRecordRing::Fill(float period) noexcept
     std::fill(mRecords.begin(), mRecords.end(), record);
     mWrite = 0;
     mRead = 0;
+    mIsEmpty = true;
 }
 
-void KestruneRecordRing::Write(const KestruneAnalysisRecord& record) noexcept
+void KestruneRecordRing::Append(const KestruneAnalysisRecord& record) noexcept
 {
+    const auto count = static_cast<int>(mRecords.size());
+    if (!mIsEmpty)
+        mWrite = (mWrite + 1) % count;
+    if (!mIsEmpty && mWrite == mRead)
+        mRead = (mRead + 1) % count;
+    mIsEmpty = false;
     mRecords[static_cast<std::size_t>(mWrite)] = record;
 }
 
@@ -93,12 +100,10 @@ float KestruneRecordRing::WeightedMedianPeriod() const noexcept
     return window.back().period;
 }
 
-void KestruneRecordRing::Advance() noexcept
+double KestruneRecordRing::FinalUntil() const noexcept
 {
-    const auto count = static_cast<int>(mRecords.size());
-    mWrite = (mWrite + 1) % count;
-    if (mWrite == mRead)
-        mRead = (mRead + 1) % count;
+    // Values behind this record lie between it and the one that is repaired next.
+    return Back(kRepairAge).time;
 }
 
 float KestruneRecordRing::PeriodAt(double time) const noexcept

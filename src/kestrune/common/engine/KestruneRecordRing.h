@@ -30,15 +30,15 @@ public:
     /// Sets all records to time 0, no voicing and the given period in samples. [audio thread]
     void Fill(float period) noexcept;
 
-    /// Replaces the newest record. [audio thread]
-    void Write(const KestruneAnalysisRecord& record) noexcept;
+    /// Adds the newest record; drops the oldest when the ring is full. [audio thread]
+    void Append(const KestruneAnalysisRecord& record) noexcept;
     /// Repairs the record that is four blocks old from the nine newest. If its period is more than
     /// a whole tone off their median, weighted by hold, it becomes that median. If one of the three
     /// newest is weakly voiced, its hold is raised to 0.75 at least. [audio thread]
     void Repair() noexcept;
-    /// Moves on to the place of the next record; drops the oldest when the ring is full.
-    /// [audio thread]
-    void Advance() noexcept;
+    /// The stream position up to which values stay as they are when the next record comes and is
+    /// followed by Repair. [audio thread]
+    [[nodiscard]] double FinalUntil() const noexcept;
 
     /// Values at a stream position: interpolated linearly between records, constant before the
     /// oldest and after the newest. [audio thread]
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] float StrengthAt(double time) const noexcept;
     [[nodiscard]] float HoldAt(double time) const noexcept;
 
-    /// The record written age calls of Advance ago; 0 is the newest. [audio thread]
+    /// The record of that age; 0 is the newest. [audio thread]
     [[nodiscard]] const KestruneAnalysisRecord& Back(int age) const noexcept;
     [[nodiscard]] KestruneAnalysisRecord& Back(int age) noexcept;
     /// Number of records in the ring. [audio thread]
@@ -58,8 +58,9 @@ private:
     [[nodiscard]] float At(double time, float KestruneAnalysisRecord::*value) const noexcept;
 
     std::vector<KestruneAnalysisRecord> mRecords;
-    int mWrite = 0;  // index of the newest record
-    int mRead = 0;   // index of the oldest record
+    int mWrite = 0;        // index of the newest record
+    int mRead = 0;         // index of the oldest record
+    bool mIsEmpty = true;  // the first record takes the place of what Fill wrote
 };
 
 }  // namespace orvane

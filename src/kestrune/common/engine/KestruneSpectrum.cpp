@@ -9,8 +9,12 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <iterator>
 #include <memory>
 #include <new>
+#include <numbers>
+#include <numeric>
+#include <utility>
 
 namespace orvane
 {
@@ -27,6 +31,51 @@ constexpr float kTwoPi = 6.2831854820251465f;
 // Variance of a normalised band: that of white noise, and the least of a clear voice.
 constexpr float kNoiseVariance = 0.13f;
 constexpr float kVoiceVariance = 0.18f;
+
+/// log2 of the number of parts: as many as keep the bins of the spectrum among those that a part
+/// has, but not more than make the parts as cheap as the other steps of a block.
+int thinningOrder(const KestruneGeometry& geometry)
+{
+    constexpr int kMostOrder = 2;
+    int order = 0;
+    while (order < kMostOrder && geometry.spectrumBins <= (geometry.fftSize >> (order + 2)) + 1)
+        ++order;
+    return order;
+}
+
+/// Several sums side by side: the compiler may not change the order of one sum by itself.
+double sumOfSquares(const float* samples, int count)
+{
+    constexpr int kLanes = 8;
+    double sums[kLanes] = {};
+    int i = 0;
+    for (; i + kLanes <= count; i += kLanes)
+        for (int lane = 0; lane < kLanes; ++lane)
+            sums[lane] +=
+                static_cast<double>(samples[i + lane]) * static_cast<double>(samples[i + lane]);
+    double sum = 0.0;
+    for (; i < count; ++i)
+        sum += static_cast<double>(samples[i]) * static_cast<double>(samples[i]);
+    return std::accumulate(std::begin(sums), std::end(sums), sum);
+}
+
+struct TurnedBins
+{
+    const float* re;
+    const float* im;
+    const float* cosine;
+    const float* sine;
+};
+
+/// Adds bins times exp(-i angle).
+void addTurned(float* __restrict re, float* __restrict im, const TurnedBins& bins,
+               std::size_t count)
+{
+    for (std::size_t k = 0; k < count; ++k) {
+        re[k] += bins.re[k] * bins.cosine[k] + bins.im[k] * bins.sine[k];
+        im[k] += bins.im[k] * bins.cosine[k] - bins.re[k] * bins.sine[k];
+    }
+}
 
 /// Fails as the other containers of the engine do: throws std::bad_alloc when there is no memory.
 std::unique_ptr<ZBuffer> allocateBuffer(std::uint32_t length)
@@ -45,11 +94,25 @@ void KestruneSpectrum::Allocate(const KestruneGeometry& geometry)
 {
     const auto fftSize = static_cast<std::uint32_t>(geometry.fftSize);
     const auto bins = static_cast<std::uint32_t>(geometry.spectrumBins);
+    const int order = thinningOrder(geometry);
+    const std::uint32_t parts = 1u << order;
     mAnalysisWindow.assign(static_cast<std::size_t>(geometry.maxWindowLength), 0.0f);
     mFrameLength = 0;
     mGain = ZGain::Create(false);
-    mFourier = ZFourierTransform::Create(geometry.order, 0, 1);
-    mFrame = allocateBuffer(fftSize);
+    mFourier = ZFourierTransform::Create(geometry.order - order, 0, 1);
+    mFrame.assign(static_cast<std::size_t>(geometry.maxWindowLength) + parts, 0.0f);
+    mThinnedFrame = allocateBuffer(fftSize / parts);
+    mThinned.clear();
+    for (std::uint32_t first = 0; first < parts; ++first) {
+        Thinned thinned{allocateBuffer(bins), allocateBuffer(bins), {}, {}};
+        for (std::uint32_t k = 0; k < bins; ++k) {
+            // The transform of a part divides by its length, which is shorter.
+            const double angle = 2.0 * std::numbers::pi * first * k / fftSize;
+            thinned.cosine.push_back(static_cast<float>(std::cos(angle) / parts));
+            thinned.sine.push_back(static_cast<float>(std::sin(angle) / parts));
+        }
+        mThinned.push_back(std::move(thinned));
+    }
     mSpectrum = allocateBuffer(bins);
     mImaginary = allocateBuffer(bins);
 }
@@ -64,31 +127,56 @@ void KestruneSpectrum::SetFrameLength(int length) noexcept
         const float angle = kTwoPi * static_cast<float>(i + 1) / static_cast<float>(length);
         mAnalysisWindow[static_cast<std::size_t>(i)] = kWindowMean - kWindowSwing * std::cos(angle);
     }
-    mFrame->Clear();
+    std::fill(mFrame.begin(), mFrame.end(), 0.0f);
+    mThinnedFrame->Clear();
 }
 
 void KestruneSpectrum::LoadFrame(const KestruneStereoRing& ring, int pos,
                                  std::int16_t reference) noexcept
 {
     assert(mFrameLength > 0);
-    float* frame = mFrame->Data();
+    float* const frame = mFrame.data();
     ring.ReadMono(reference, pos, mFrameLength, frame);
-
-    double sum = 0.0;
-    for (int i = 0; i < mFrameLength; ++i) {
-        const float value = frame[i] * mAnalysisWindow[static_cast<std::size_t>(i)];
-        frame[i] = value;
-        sum += static_cast<double>(value) * value;
-    }
-    mFrameEnergy = static_cast<float>(sum / mFrameLength);
+    const float* const window = mAnalysisWindow.data();
+    for (int i = 0; i < mFrameLength; ++i)
+        frame[i] *= window[i];
+    mFrameEnergy = static_cast<float>(sumOfSquares(frame, mFrameLength) / mFrameLength);
 }
 
-void KestruneSpectrum::Transform() noexcept
+void KestruneSpectrum::TransformPart(int part) noexcept
 {
-    mFourier->TransformReal(*mFrame, *mSpectrum, *mImaginary);
+    assert(part >= 0 && part < PartCount());
+    if (part + 1 < PartCount())
+        return TransformThinned(part);
+    AddUp();
     mGain->Multiply(*mSpectrum, *mSpectrum);
     mGain->MultiplyAdd(*mImaginary, *mImaginary, *mSpectrum);
     mGain->PowerToDecibels96(*mSpectrum);
+}
+
+void KestruneSpectrum::TransformThinned(int first) noexcept
+{
+    const auto parts = static_cast<int>(mThinned.size());
+    // As many for every part, so that none leaves a sample for the next: zeros follow the frame.
+    const int count = (mFrameLength + parts - 1) / parts;
+    const float* const frame = mFrame.data() + first;
+    float* const thinned = mThinnedFrame->Data();
+    for (int i = 0; i < count; ++i)
+        thinned[i] = frame[i * parts];
+    const Thinned& bins = mThinned[static_cast<std::size_t>(first)];
+    mFourier->TransformReal(*mThinnedFrame, *bins.re, *bins.im);
+}
+
+void KestruneSpectrum::AddUp() noexcept
+{
+    const std::size_t bins = mSpectrum->Length();
+    float* const re = mSpectrum->Data();
+    float* const im = mImaginary->Data();
+    std::fill_n(re, bins, 0.0f);
+    std::fill_n(im, bins, 0.0f);
+    for (const Thinned& part : mThinned)
+        addTurned(re, im, {part.re->Data(), part.im->Data(), part.cosine.data(), part.sine.data()},
+                  bins);
 }
 
 float KestruneSpectrum::NormalizeBand(Band band) noexcept

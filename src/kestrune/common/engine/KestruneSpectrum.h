@@ -17,7 +17,12 @@ class KestruneStereoRing;
 struct KestruneGeometry;
 
 /// The log-power spectrum of the newest frame of input, and the voicing that it shows. LoadFrame,
-/// Transform and NormalizeBand are called in this order, once a block.
+/// the parts of the transform and NormalizeBand are called in this order, once a block.
+///
+/// One transform of the whole frame would be a third of a block's work in one piece. With R parts
+/// of every R-th sample (decimation in time), part r having the spectrum F_r, the low bins are
+/// X[k] = sum of exp(-2 pi i k r / N) F_r[k] (J. Cooley and J. Tukey, Math. Comp. 19, 1965); they
+/// need no other bins of the parts.
 class KestruneSpectrum
 {
 public:
@@ -38,8 +43,11 @@ public:
     /// Copies the frame that begins at pos and multiplies it by the window. reference: 0 left,
     /// 1 right, any other value the sum of both. [audio thread]
     void LoadFrame(const KestruneStereoRing& ring, int pos, std::int16_t reference) noexcept;
-    /// Computes the power of the frame's bins in dB, -96 at least. [audio thread]
-    void Transform() noexcept;
+    /// Parts of the transform, of about the same cost. [audio thread]
+    [[nodiscard]] int PartCount() const noexcept { return static_cast<int>(mThinned.size()) + 1; }
+    /// After the last part, which follow in rising order, there is the power of the frame's bins in
+    /// dB, -96 at least. [audio thread]
+    void TransformPart(int part) noexcept;
     /// Scales the band to -1 .. +1. Returns the voicing that its shape shows, 0 .. 1: clear peaks
     /// over a low floor have a high variance, noise a low one. [audio thread]
     [[nodiscard]] float NormalizeBand(Band band) noexcept;
@@ -51,12 +59,27 @@ public:
     [[nodiscard]] std::span<const float> Values() const noexcept;
 
 private:
+    /// Bins of every R-th sample of the frame, and the factors that turn them into their share of
+    /// the frame's bins.
+    struct Thinned
+    {
+        std::unique_ptr<ZBuffer> re;
+        std::unique_ptr<ZBuffer> im;
+        std::vector<float> cosine;
+        std::vector<float> sine;
+    };
+
+    void TransformThinned(int first) noexcept;
+    void AddUp() noexcept;
+
     std::vector<float> mAnalysisWindow;  // its first mFrameLength values are in use
     int mFrameLength = 0;
     float mFrameEnergy = 0.0f;  // mean square of the windowed frame
     std::unique_ptr<ZGain> mGain;
     std::unique_ptr<ZFourierTransform> mFourier;
-    std::unique_ptr<ZBuffer> mFrame;  // windowed frame, zero-padded to the transform's size
+    std::vector<float> mFrame;  // windowed frame, and zeros up to the end
+    std::unique_ptr<ZBuffer> mThinnedFrame;
+    std::vector<Thinned> mThinned;  // R, by the first sample
     // Bins up to the top of the widest band; higher ones are not computed.
     std::unique_ptr<ZBuffer> mSpectrum;  // real part, then power, then dB, then normalised
     std::unique_ptr<ZBuffer> mImaginary;

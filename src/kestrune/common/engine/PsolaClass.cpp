@@ -17,6 +17,9 @@ namespace
 constexpr float kMillisecond = 0.001f;
 constexpr float kWeakStrength = 0.3f;
 constexpr float kMostStretch = 2.0f;
+// In the units of KestruneClassicAnalysis.
+constexpr int kWorkOfProcess = 3;
+constexpr int kWorkOfGrain = 3;
 
 /// The grain buffers are sized for these shifts, so every value is clamped.
 float boundedOctaves(float octaves)
@@ -45,18 +48,21 @@ void PsolaClass::SetFormantShift(float octaves) noexcept
 
 void PsolaClass::SetReferenceFrequency(float hz) noexcept
 {
+    CatchUp();
     mCorrection.SetReferenceFrequency(hz);
     mFineAnalysis.Notes().SetReferenceFrequency(hz);
 }
 
 void PsolaClass::SetScaleTones(const float* tones, int count) noexcept
 {
+    CatchUp();
     mCorrection.SetTones(tones, count);
     mFineAnalysis.Notes().SetTones(tones, count);
 }
 
 void PsolaClass::SetIgnoredNotes(ZBuffer* buffer) noexcept
 {
+    CatchUp();
     mCorrection.SetIgnoredNotes(buffer);
     mFineAnalysis.Notes().SetIgnoredNotes(buffer);
 }
@@ -71,9 +77,10 @@ void PsolaClass::SetFrequencyRange(float minHz, float maxHz) noexcept
 {
     mMinFrequency = std::clamp(minHz, kLowestMinFrequency, kHighestMinFrequency);
     mMaxFrequency = std::clamp(maxHz, kLowestMaxFrequency, kHighestMaxFrequency);
-    mSpectrumTop = mMaxFrequency * kSpectrumTopFactor;
-    if (IsAllocated())
-        UpdateRange();
+    if (!IsAllocated())
+        return;
+    CatchUp();
+    UpdateRange();
 }
 
 void PsolaClass::SetCorrectionEnabled(bool enabled) noexcept
@@ -97,15 +104,17 @@ void PsolaClass::SetTracking(KestruneTracking tracking) noexcept
 {
     if (tracking == mWantedTracking)
         return;
+    CatchUp();
     mWantedTracking = tracking;
     mSettlingBlocks = KestruneFineAnalysis::kSettlingBlocks;
     // Back before the other one was settled: this one has listened all the time.
     if (tracking == mTracking || !IsAllocated())
         return;
     if (tracking == KestruneTracking::kFine)
-        mFineAnalysis.Restart(Head());
-    else
-        RestartClassic();
+        return mFineAnalysis.Restart(Head());
+    mClassicAnalysis.Reset();
+    mClassicAnalysis.ClearRecords();
+    mCorrection.Restart();
 }
 
 float PsolaClass::GetCorrectionCents() const noexcept
@@ -156,6 +165,7 @@ bool PsolaClass::SetBlockSize(int blockSize)
 
 bool PsolaClass::AllocateBuffers()
 {
+    CatchUp();  // with the memory that the work belongs to
     mGeometry = {};
     if (!KestruneGeometry::Supports(mSampleRate, mBlockSize))
         return false;
@@ -163,9 +173,8 @@ bool PsolaClass::AllocateBuffers()
     try {
         mInputRing.Allocate(geometry.inputRingLength);
         mOutputRing.Allocate(geometry.outputRingLength);
-        mGrain.Allocate(geometry.grainCapacity, geometry.resampledCapacity);
-        mSpectrum.Allocate(geometry);
-        mRecords.Allocate(geometry.recordCount);
+        mGrains.Allocate(geometry);
+        mClassicAnalysis.Allocate(geometry, mSampleRate, mBlockSize);
         mFineAnalysis.Allocate(geometry, mSampleRate, mBlockSize);
         mFineSynthesis.Allocate(mFineAnalysis.Geometry());
     } catch (const std::bad_alloc&) {
@@ -177,7 +186,7 @@ bool PsolaClass::AllocateBuffers()
     mOutputReadPos = 0;
     mMarks = {static_cast<double>(geometry.firstMark), static_cast<double>(geometry.firstMark)};
     UpdateRange();
-    mRecords.Fill(static_cast<float>(mLongestPeriod + mShortestPeriod) * 0.5f);
+    mClassicAnalysis.ClearRecords();
     // Nothing has sounded yet that the wanted tracking would have to go on from.
     mTracking = mWantedTracking;
     mFineAnalysis.Restart(Head());
@@ -198,36 +207,22 @@ void PsolaClass::UpdateGlide() noexcept
 
 void PsolaClass::UpdateRange() noexcept
 {
-    mShortestPeriod = static_cast<int>(mSampleRate / mMaxFrequency);
-    mLongestPeriod = static_cast<int>(mSampleRate / mMinFrequency);
-    mSpectrum.SetFrameLength(
-        static_cast<int>(kWindowFactor * static_cast<float>(mLongestPeriod) + 0.5f));
-    const float binsPerHz = static_cast<float>(mGeometry.fftSize) / mSampleRate;
-    mComb.SetRange(mMinFrequency, mMaxFrequency, mSpectrumTop, binsPerHz);
+    mClassicAnalysis.SetRange(mMinFrequency, mMaxFrequency);
     mFineAnalysis.SetRange(mMinFrequency, mMaxFrequency);
 }
 
 void PsolaClass::Reset() noexcept
 {
+    CatchUp();
     mInputRing.Clear();
     mOutputRing.Clear();
-    mComb.Clear();
-    mDetectedFrequency = (mMinFrequency + mMaxFrequency) * 0.5f;
-    mVoicing = 1.0f;
+    mClassicAnalysis.Reset();
     mCorrection.Restart();
-    mInputPitch = mDetectedFrequency;
-    mOutputPitch = mDetectedFrequency;
+    mInputPitch = (mMinFrequency + mMaxFrequency) * 0.5f;
+    mOutputPitch = mInputPitch;
     if (IsAllocated())
         mFineAnalysis.Restart(Head());
     mFineSynthesis.Restart();
-}
-
-void PsolaClass::RestartClassic() noexcept
-{
-    mComb.Clear();
-    mDetectedFrequency = (mMinFrequency + mMaxFrequency) * 0.5f;
-    mRecords.Fill(static_cast<float>(mLongestPeriod + mShortestPeriod) * 0.5f);
-    mCorrection.Restart();
 }
 
 void PsolaClass::Process(const float* const* inputs, float* const* outputs, int count) noexcept
@@ -240,15 +235,43 @@ void PsolaClass::ProcessStereo(const float* const* inputs, float* const* outputs
 {
     assert(IsAllocated() && count == mBlockSize);
     assert(inputs && outputs);
+    CatchUp();
     mInputRing.Write(inputs, mInputWritePos, count);
     mInputWritePos = (mInputWritePos + count) % mInputRing.Length();
     AnalyzeFrame();
     SynthesizeStereo();
+    // All but the longest grains begin later than what is taken now.
+    const std::int64_t taken = mStreamPos - mGeometry.firstMark;
+    while (mGrains.Count() > 0 && mGrains.Begin() < taken)
+        mGrains.SoundNext(mInputRing, mOutputRing);
     mOutputRing.Take(outputs, mOutputReadPos, count);
     mOutputReadPos = (mOutputReadPos + count) % mOutputRing.Length();
     mStreamPos += count;
-    mRecords.Advance();
-    mFineAnalysis.Advance();
+    mBlockWork = WorkLeft();
+}
+
+int PsolaClass::WorkLeft() const noexcept
+{
+    return mGrains.Count() * kWorkOfGrain + mClassicAnalysis.WorkLeft() + mFineAnalysis.WorkLeft();
+}
+
+void PsolaClass::CatchUp(float share) noexcept
+{
+    assert(share >= 0.0f && share <= 1.0f);
+    const int block = mBlockWork + kWorkOfProcess;
+    const int left = static_cast<int>((1.0f - share) * static_cast<float>(block)) - kWorkOfProcess;
+    while (WorkLeft() > std::max(left, 0))
+        DoWork();
+}
+
+void PsolaClass::DoWork() noexcept
+{
+    if (mGrains.Count() > 0)
+        mGrains.SoundNext(mInputRing, mOutputRing);
+    else if (mClassicAnalysis.WorkLeft() > 0)
+        mClassicAnalysis.Step();
+    else
+        mFineAnalysis.Step();
 }
 
 bool PsolaClass::Listens(KestruneTracking tracking) const noexcept
@@ -258,10 +281,11 @@ bool PsolaClass::Listens(KestruneTracking tracking) const noexcept
 
 void PsolaClass::AnalyzeFrame() noexcept
 {
+    const std::int64_t end = Head() + mBlockSize;
     if (Listens(KestruneTracking::kClassic))
-        ListenClassic();
+        mClassicAnalysis.Begin(mInputRing, end, mPitchReference);
     if (Listens(KestruneTracking::kFine))
-        mFineAnalysis.Listen(mInputRing, Head() + mBlockSize, mPitchReference);
+        mFineAnalysis.Begin(mInputRing, end, mPitchReference);
     if (mTracking != mWantedTracking && --mSettlingBlocks == 0)
         GoOver();
 }
@@ -271,32 +295,6 @@ void PsolaClass::GoOver() noexcept
     mTracking = mWantedTracking;
     if (mTracking == KestruneTracking::kFine)
         mFineSynthesis.Restart();
-}
-
-void PsolaClass::ListenClassic() noexcept
-{
-    const int length = mSpectrum.FrameLength();
-    mSpectrum.LoadFrame(mInputRing, mInputRing.Index(mInputWritePos - length), mPitchReference);
-    mSpectrum.Transform();
-    mVoicing = mSpectrum.NormalizeBand(AnalysedBand()) * mSpectrum.LevelGate();
-    mDetectedFrequency = mComb.Find(mSpectrum.Values(), mVoicing);
-
-    KestruneAnalysisRecord record;
-    record.time = static_cast<double>(Head()) - length * 0.5;
-    record.period = mSampleRate / mDetectedFrequency;
-    record.strength = mVoicing;
-    record.hold = mVoicing;
-    mRecords.Write(record);
-    mRecords.Repair();
-}
-
-KestruneSpectrum::Band PsolaClass::AnalysedBand() const noexcept
-{
-    const auto bin = [this](float frequency) {
-        const float position = static_cast<float>(mGeometry.fftSize) * frequency / mSampleRate;
-        return static_cast<int>(position + 0.5f);
-    };
-    return {bin(mMinFrequency), bin(mSpectrumTop)};
 }
 
 void PsolaClass::SynthesizeStereo() noexcept
@@ -313,8 +311,11 @@ void PsolaClass::PlaceFineGrains() noexcept
     shifts.pitchFactor = mTransposeEnabled ? std::exp2(mPitchShift) : 1.0f;
     shifts.formantFactor = mTransposeEnabled ? std::exp2(mFormantShift) : 1.0f;
     shifts.isCorrected = mCorrectionEnabled;
-    mFineSynthesis.PlaceGrains(mFineAnalysis, mInputRing, mOutputRing, mMarks, mStreamPos, shifts,
-                               mPitchReference);
+    // A block behind the classic tracking, as the newest block has not been listened to.
+    mFineSynthesis.PlaceGrains(mFineAnalysis, {mInputRing, mOutputRing, mGrains}, mMarks,
+                               mStreamPos - mBlockSize, shifts, mPitchReference);
+    if (mFineSynthesis.InputPeriod() == 0.0f)
+        return;
     mInputPitch = mSampleRate / mFineSynthesis.InputPeriod();
     mOutputPitch = mInputPitch * mFineSynthesis.Ratio();
 }
@@ -332,9 +333,13 @@ void PsolaClass::PlaceClassicGrains() noexcept
         mInputPitch = frequency;
         mOutputPitch = frequency * ratio;
 
-        mGrain.Cut(mInputRing, mMarks.input, GrainLength(voice.period, ratio));
-        mGrain.AddTo(mOutputRing, mMarks.output, formantFactor);
-        const float step = mRecords.PeriodAt(mMarks.output) / ratio;
+        KestrunePlacedGrain grain;
+        grain.inputMark = mMarks.input;
+        grain.outputMark = mMarks.output;
+        grain.formantFactor = formantFactor;
+        grain.length = GrainLength(voice.period, ratio);
+        mGrains.Place(grain, mInputRing, mOutputRing);
+        const float step = RecordsFor(mMarks.output).PeriodAt(mMarks.output) / ratio;
         mMarks.output += step;
         mMarks.step = static_cast<double>(step);
     }
@@ -344,20 +349,29 @@ void PsolaClass::PlaceClassicGrains() noexcept
 
 PsolaClass::VoiceAtMark PsolaClass::MoveInputMark() noexcept
 {
-    float period = mRecords.PeriodAt(mMarks.input);
+    float period = RecordsFor(mMarks.input).PeriodAt(mMarks.input);
     while (std::fabs(mMarks.input + period - mMarks.output) <
            std::fabs(mMarks.input - mMarks.output)) {
         mMarks.input += period;
-        period = mRecords.PeriodAt(mMarks.input);
+        period = RecordsFor(mMarks.input).PeriodAt(mMarks.input);
     }
-    return {period, mRecords.HoldAt(mMarks.input)};
+    return {period, RecordsFor(mMarks.input).HoldAt(mMarks.input)};
 }
 
-int PsolaClass::GrainLength(float period, float ratio) const noexcept
+const KestruneRecordRing& PsolaClass::RecordsFor(double time) noexcept
+{
+    const KestruneRecordRing& records = mClassicAnalysis.Records();
+    if (time > records.FinalUntil())
+        while (mClassicAnalysis.WorkLeft() > 0)
+            mClassicAnalysis.Step();
+    return records;
+}
+
+int PsolaClass::GrainLength(float period, float ratio) noexcept
 {
     assert(period > 0.0f && ratio > 0.0f);
     const int length = static_cast<int>(period * kGrainFactor);
-    const float strength = mRecords.StrengthAt(mMarks.output);
+    const float strength = RecordsFor(mMarks.output).StrengthAt(mMarks.output);
     if (ratio >= 1.0f || strength > kWeakStrength)
         return length;
     // When marks are further apart than in the input, grains of two periods leave gaps, which are

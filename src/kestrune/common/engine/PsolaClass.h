@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "kestrune/common/engine/KestruneClassicAnalysis.h"
 #include "kestrune/common/engine/KestruneCorrection.h"
 #include "kestrune/common/engine/KestruneFineAnalysis.h"
 #include "kestrune/common/engine/KestruneFineSynthesis.h"
 #include "kestrune/common/engine/KestruneGeometry.h"
-#include "kestrune/common/engine/KestruneGrain.h"
-#include "kestrune/common/engine/KestruneHarmonicComb.h"
+#include "kestrune/common/engine/KestruneGrainQueue.h"
 #include "kestrune/common/engine/KestruneMarks.h"
-#include "kestrune/common/engine/KestruneRecordRing.h"
-#include "kestrune/common/engine/KestruneSpectrum.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
 #include "kestrune/common/engine/KestruneTracking.h"
 
@@ -36,6 +34,11 @@ class ZBuffer;
 /// one block of the size given to Initialize. Output follows input by GetLatency samples, plus or
 /// minus the distance between input mark and output mark, which is at most half a period.
 ///
+/// What a block costs is spread: Process only places the grains. It puts off to sound them, and to
+/// listen to the block, whose pitch is not needed before the next one. CatchUp does a share of that
+/// work, and the next call of Process, or of a setter that matters for it, what is left. The output
+/// is the same, whenever the work is done.
+///
 /// Setters store without a lock: call them between blocks, never while Process runs. Those marked
 /// [setup] allocate; all others may be called on the audio thread.
 class PsolaClass
@@ -52,6 +55,10 @@ public:
     virtual void Process(const float* const* inputs, float* const* outputs, int count) noexcept;
     virtual void ProcessStereo(const float* const* inputs, float* const* outputs,
                                int count) noexcept;
+    /// Brings the work that the last block has put off to this share of it (0 .. 1), as near as its
+    /// steps allow. A host of the engine whose calls are shorter than a block calls this in
+    /// between, so that none of them costs much more than another. [audio thread]
+    void CatchUp(float share) noexcept;
 
     /// Shifts in octaves, clamped to -1 .. 1; they have no effect while transposition is off.
     /// [audio thread]
@@ -107,7 +114,8 @@ public:
 
 protected:
     [[nodiscard]] virtual bool AllocateBuffers();
-    /// Detects the pitch of the newest frame and repairs the record that is four blocks old.
+    /// Begins to detect the pitch of the newest frame, and to repair the record that is four blocks
+    /// old.
     virtual void AnalyzeFrame() noexcept;
     /// Places grains up to the stream position.
     virtual void SynthesizeStereo() noexcept;
@@ -125,40 +133,38 @@ private:
     [[nodiscard]] std::int64_t Head() const noexcept;
     void UpdateRange() noexcept;
     void UpdateGlide() noexcept;
-    void RestartClassic() noexcept;
-    void ListenClassic() noexcept;
+    [[nodiscard]] int WorkLeft() const noexcept;
+    void DoWork() noexcept;
+    /// Does all work that is left.
+    void CatchUp() noexcept { CatchUp(1.0f); }
     void PlaceClassicGrains() noexcept;
     void PlaceFineGrains() noexcept;
     void GoOver() noexcept;
     [[nodiscard]] bool Listens(KestruneTracking tracking) const noexcept;
-    [[nodiscard]] KestruneSpectrum::Band AnalysedBand() const noexcept;
+    /// The classic records, with the newest block's if that changes the values at a stream
+    /// position.
+    const KestruneRecordRing& RecordsFor(double time) noexcept;
     /// Moves the input mark by whole periods as near to the output mark as possible.
     VoiceAtMark MoveInputMark() noexcept;
-    [[nodiscard]] int GrainLength(float period, float ratio) const noexcept;
+    [[nodiscard]] int GrainLength(float period, float ratio) noexcept;
 
     float mSampleRate = 44100.0f;  // Hz
     int mBlockSize = 512;
     float mMinFrequency = 100.0f;  // lowest candidate, Hz
     float mMaxFrequency = 1300.0f;
-    float mSpectrumTop = 1950.0f;  // upper edge of the analysed band, Hz
-    int mShortestPeriod = 0;       // of the frequency range, in samples
-    int mLongestPeriod = 0;
     KestruneGeometry mGeometry;  // all 0 while the engine must not run
 
     KestruneStereoRing mInputRing;  // stream position p has index p modulo the length
     int mInputWritePos = 0;
     std::int16_t mPitchReference = 0;
-    KestruneSpectrum mSpectrum;
-    KestruneHarmonicComb mComb;
-    float mVoicing = 1.0f;  // of the newest frame, 0 .. 1
-    float mDetectedFrequency = 700.0f;
-    KestruneRecordRing mRecords;
+    KestruneClassicAnalysis mClassicAnalysis;
     std::int64_t mStreamPos = 0;  // synthesis horizon: the block places grains up to here
 
     KestruneMarks mMarks;
-    KestruneStereoRing mOutputRing;  // sum of the grains
+    KestruneStereoRing mOutputRing;  // sum of the grains that have sounded
     int mOutputReadPos = 0;
-    KestruneGrain mGrain;
+    KestruneGrainQueue mGrains;
+    int mBlockWork = 0;        // that the last block has put off, in steps
     float mPitchShift = 0.0f;  // octaves
     float mFormantShift = 0.0f;
     bool mTransposeEnabled = false;

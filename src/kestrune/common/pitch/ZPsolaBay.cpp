@@ -254,6 +254,12 @@ void ZPsolaBay::ProcessBlock() noexcept
         mElements.ClearDisplays();
 }
 
+void ZPsolaBay::CatchUp(float share) noexcept
+{
+    if (mEngineRuns)
+        mEngine->CatchUp(share);
+}
+
 void ZPsolaBay::UpdatePath(bool isWet) noexcept
 {
     if (isWet != mIsWet)

@@ -65,6 +65,7 @@ public:
     /// allocates nor waits. [any thread]
     void Reset() override;
     void ProcessBlock() noexcept override;
+    void CatchUp(float share) noexcept override;
 
     /// Appends a custom scale; numbers outside 0 .. 11 are ignored. Characters of the name that an
     /// archive cannot hold are replaced. Tells the user in a message box when the archive is full

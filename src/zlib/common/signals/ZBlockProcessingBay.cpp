@@ -141,6 +141,10 @@ void ZBlockProcessingBay::ProcessBlock() noexcept
         OutputBlock(channel).CopyFrom(InputBlock(channel));
 }
 
+void ZBlockProcessingBay::CatchUp(float /*share*/) noexcept
+{
+}
+
 void ZBlockProcessingBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_t count,
                                         std::int32_t /*firstExport*/,
                                         std::int32_t /*exportCount*/) noexcept
@@ -162,6 +166,8 @@ void ZBlockProcessingBay::ProcessSignal(std::uint64_t /*position*/, std::uint32_
             mFill = 0;
         }
     }
+    if (mFill > 0)
+        CatchUp(static_cast<float>(mFill) / static_cast<float>(blockSize));
     for (ZSignalPort* const port : SignalExports())
         port->SetAvailable(count);
 }

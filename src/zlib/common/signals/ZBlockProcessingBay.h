@@ -55,6 +55,10 @@ public:
     /// Processes the input blocks, GetBlockSize() new samples of each channel, into the output
     /// blocks. [audio thread]
     virtual void ProcessBlock() noexcept;
+    /// A pass that ends within a block calls this with the share of the block that is collected
+    /// (0 .. 1): a place for work that ProcessBlock puts off, so that no pass costs much more than
+    /// another. [audio thread]
+    virtual void CatchUp(float share) noexcept;
 
     /// Replaces the blocks by silent ones of that size, 0 for none; a negative size follows
     /// GetMaxBuffer(). Sets the latency to one block, so that the engine's must be set again.

@@ -4,6 +4,7 @@
 #include "PlainFine.h"
 #include "kestrune/common/engine/KestruneFineAnalysis.h"
 #include "kestrune/common/engine/KestruneFlankedGrain.h"
+#include "kestrune/common/engine/KestruneGlide.h"
 #include "kestrune/common/engine/KestruneGlottalAlignment.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
@@ -68,7 +69,10 @@ public:
         mListener.Listen(block, hop);
         CompareSignal(mListener.Coarse(), mPlain.coarse);
         CompareSignal(mListener.Middle(), mPlain.middle);
-        const KestrunePitchReadings readings = mCandidates.Find(mListener.Coarse());
+        mCandidates.Begin(mListener.Coarse());
+        for (int part = 0; part < mCandidates.PartCount(); ++part)
+            mCandidates.Correlate(part);
+        const KestrunePitchReadings readings = mCandidates.Find();
         CompareReadings(readings);
         mPath.Add(readings);
         for (int age = 0; age <= mSizes.depth; ++age)
@@ -185,7 +189,9 @@ TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
             const float* const in[] = {song.data() + at, song.data() + at};
             const auto head = static_cast<std::int64_t>(at) + geometry.latency;
             ring.Write(in, ring.Index(head), hop);
-            analysis.Listen(ring, head + hop, 0);
+            analysis.Begin(ring, head + hop, 0);
+            while (analysis.WorkLeft() > 0)
+                analysis.Step();
             for (const double sample : plain.Process(song.data() + at))
                 expected.push_back(static_cast<float>(sample));
             if (plain.records.size() > 14) {
@@ -200,7 +206,6 @@ TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
                 }
                 voiced += record.isVoiced ? 1 : 0;
             }
-            analysis.Advance();
         }
         EXPECT_GT(voiced, 50);
         EXPECT_LT(errorDecibels(std::span(output).first(expected.size()), expected), -60.0);
@@ -252,6 +257,25 @@ TEST(KestruneNoteChoiceTest, NotesAreThoseOfTheScaleInEveryOctaveAndIgnoredOnesA
     EXPECT_EQ(noteOf(-1.0).semitones, 0.0);
     EXPECT_TRUE(noteOf(100.2).isLeft) << "the degree that is sung counts, not that of the scale";
     EXPECT_FALSE(noteOf(100.9).isLeft);
+}
+
+TEST(KestruneGlideTest, AQuarterOfTheErrorIsLeftAfterTheTimeAndWithoutOneNothing)
+{
+    constexpr int kBlock = 500;
+    KestruneGlide glide;
+    glide.Start(1.5f);
+    glide.SetTime(0.1f, 50000.0f, kBlock);  // ten blocks
+    EXPECT_TRUE(glide.IsGradual());
+    EXPECT_NEAR(glide.Step(1.1f), 1.1 + 0.4 * std::pow(0.25, 0.1), 1e-6);
+    for (int block = 1; block < 10; ++block)
+        glide.Step(1.1f);
+    EXPECT_NEAR(glide.Ratio(), 1.2f, 1e-5f);
+    for (const float seconds : {0.0f, -1.0f}) {
+        glide.SetTime(seconds, 50000.0f, kBlock);
+        EXPECT_FALSE(glide.IsGradual());
+        EXPECT_EQ(glide.Step(0.8f), 0.8f);
+        glide.Start(1.5f);
+    }
 }
 
 TEST(KestruneGlottalAlignmentTest, TheFirstGrainStandsJustBehindThePulse)

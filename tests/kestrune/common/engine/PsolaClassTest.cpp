@@ -17,6 +17,7 @@
 #include <memory>
 #include <new>
 #include <numbers>
+#include <random>
 #include <vector>
 
 // Memory aligned beyond the default is what sample buffers ask for.
@@ -203,6 +204,74 @@ TEST(PsolaClassTest, OutputIsThatOfThePlainForm)
     }
 }
 
+/// Output of an engine whose settings change between blocks. catchUp(engine, block) is called after
+/// every block, before the changes.
+template <class CatchUp>
+std::vector<float> outputOfChanges(const std::vector<float>& sound, CatchUp catchUp)
+{
+    auto engine = engineAt(kRate);
+    correct(*engine);
+    std::vector<float> output(sound.size());
+    std::mt19937 random(5);
+    int block = 0;
+    for (std::size_t at = 0; at + kHop <= sound.size(); at += kHop, ++block) {
+        const float* const inputs[] = {sound.data() + at, sound.data() + at};
+        float* const outputs[] = {output.data() + at, output.data() + at};
+        engine->Process(inputs, outputs, kHop);
+        catchUp(*engine, block);
+        switch (random() % 40) {
+        case 0:
+            engine->SetFrequencyRange(20.0f, 330.0f);  // its records come latest
+            break;
+        case 1:
+            engine->SetFrequencyRange(165.0f, 1318.0f);
+            break;
+        case 2:
+            engine->SetPitchShift(-1.0f);
+            engine->SetFormantShift(-1.0f);
+            break;
+        case 3:
+            engine->SetPitchShift(0.3f);
+            engine->SetFormantShift(0.0f);
+            break;
+        case 4:
+            engine->SetTracking(kTrackings[random() % 2]);
+            break;
+        case 5:
+            engine->SetPitchReference(static_cast<std::int16_t>(random() % 3));
+            break;
+        case 6:
+            if (random() % 4 == 0)
+                engine->Reset();
+            break;
+        default:
+            break;
+        }
+    }
+    return output;
+}
+
+TEST(PsolaClassTest, OutputIsTheSameWheneverTheWorkOfABlockIsDone)
+{
+    std::vector<float> sound = renderSong(demoSong(), static_cast<double>(kRate));
+    const auto low = harmonicTone(31.0, kRate, 2 * static_cast<int>(kRate));
+    sound.insert(sound.end(), low.begin(), low.end());
+    const auto expected = outputOfChanges(sound, [](PsolaClass&, int) {});
+    EXPECT_GT(largest(expected), 0.1f);
+    std::mt19937 random(9);
+    EXPECT_EQ(outputOfChanges(sound,
+                              [&](PsolaClass& engine, int block) {
+                                  if (block % 16 < 8)
+                                      return engine.CatchUp(1.0f);
+                                  float share = 0.0f;
+                                  while (share < 1.0f && random() % 8 != 0) {
+                                      engine.CatchUp(share);
+                                      share += static_cast<float>(random() % 100) * 0.003f;
+                                  }
+                              }),
+              expected);
+}
+
 TEST(PsolaClassTest, AnySoundGivesFiniteOutputAtEveryRate)
 {
     for (const float rate : {8000.0f, 44100.0f, 384000.0f}) {
@@ -272,7 +341,7 @@ TEST(PsolaClassTest, ABufferThatCannotBeMadeMakesInitializeFail)
     }
     alignedAllocationsLeft = std::numeric_limits<int>::max();
     EXPECT_TRUE(isReady);
-    EXPECT_EQ(refusals, 3) << "the frame and both halves of its spectrum";
+    EXPECT_EQ(refusals, 11) << "the thinned frame, both halves of its four spectra, and their sum";
 }
 
 }  // namespace orvane
