@@ -3,11 +3,13 @@
 
 #include "kestrune/common/engine/KestruneGeometry.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
+#include "kestrune/common/engine/KestruneVibrato.h"
 
 #include <algorithm>
 #include <array>
 #include <cassert>
 #include <cmath>
+#include <span>
 
 namespace orvane
 {
@@ -21,6 +23,8 @@ constexpr float kVoicedClarity = 0.40f;
 constexpr int kBridgedRecords = 3;
 /// The path has changed when its period differs by more, as a share.
 constexpr float kChangedPath = 0.04f;
+/// Pitches before a record in which a vibrato is looked for.
+constexpr int kEarlierPitches = 10;
 
 // The steps are: pieces to listen to, the candidates' energies, parts of their lags, and these,
 // counted from the last.
@@ -187,16 +191,28 @@ void KestruneFineAnalysis::ChooseNote(KestruneAnalysisRecord& record) noexcept
     record.hasNote = record.hold > 0.0f;
     if (!record.hasNote)
         return mNotes.Release();
-    std::array<double, KestruneNoteChoice::kMostPitches> pitches{};
+    // What was before, then this record and those after it.
+    std::array<double, kEarlierPitches + KestruneNoteChoice::kMostPitches> pitches{};
     std::size_t count = 0;
     const auto add = [&](float period) {
         pitches[count++] = 12.0 * std::log2(static_cast<double>(mGeometry.sampleRate) /
                                             static_cast<double>(period));
     };
+    int earlier = 0;
+    while (earlier < kEarlierPitches && mRecords.Back(mGeometry.depth + earlier + 1).hasNote)
+        ++earlier;
+    for (int age = earlier; age > 0; --age)
+        add(mRecords.Back(mGeometry.depth + age).period);
     add(record.period);
     for (int age = mGeometry.depth - 1; age >= 0 && mPath.PeriodBack(age) > 0.0f; --age)
         add(mPath.PeriodBack(age));
-    const KestruneNoteChoice::Note note = mNotes.Choose({pitches.data(), count});
+    const auto first = static_cast<std::size_t>(earlier);
+    const std::span<double> course(pitches.data() + first, count - first);
+    const double rate = static_cast<double>(mGeometry.sampleRate) / mGeometry.blockSize;
+    // The notes that a wide vibrato swings over are not meant.
+    if (const auto middle = vibratoMiddle({pitches.data(), count}, earlier, rate))
+        std::fill(course.begin(), course.end(), *middle);
+    const KestruneNoteChoice::Note note = mNotes.Choose(course);
     record.note = note.semitones;
     record.isLeft = note.isLeft;
 }

@@ -6,6 +6,7 @@
 #include "kestrune/common/engine/KestruneFlankedGrain.h"
 #include "kestrune/common/engine/KestruneGlide.h"
 #include "kestrune/common/engine/KestruneGlottalAlignment.h"
+#include "kestrune/common/engine/KestruneVibrato.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
 #include "tools/singer/Singer.h"
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
 #include <span>
 #include <utility>
@@ -257,6 +259,51 @@ TEST(KestruneNoteChoiceTest, NotesAreThoseOfTheScaleInEveryOctaveAndIgnoredOnesA
     EXPECT_EQ(noteOf(-1.0).semitones, 0.0);
     EXPECT_TRUE(noteOf(100.2).isLeft) << "the degree that is sung counts, not that of the scale";
     EXPECT_FALSE(noteOf(100.9).isLeft);
+}
+
+/// Pitches of 25 records at 44.1 kHz, in semitones around 60.
+std::vector<double> course(const std::function<double(double)>& semitonesAt)
+{
+    std::vector<double> pitches;
+    for (int i = 0; i < 25; ++i)
+        pitches.push_back(60.0 + semitonesAt(i * kHop / 44100.0));
+    return pitches;
+}
+
+TEST(KestruneVibratoTest, OnlyAWideAndEvenSwingHasAMiddle)
+{
+    constexpr double kRecords = 44100.0 / kHop;
+    constexpr int kMayBegin = 10;
+    const auto middleOf = [](const std::function<double(double)>& semitonesAt) {
+        return vibratoMiddle(course(semitonesAt), kMayBegin, kRecords);
+    };
+    for (const double hz : {4.5, 5.3, 6.0, 7.4})
+        for (const double extent : {0.7, 1.0, 1.5})
+            for (const double phase : {0.0, 0.7, 2.5}) {
+                SCOPED_TRACE(testing::Message() << hz << " Hz by " << extent << ", " << phase);
+                const double turn = 2.0 * std::numbers::pi * hz;
+                const auto sine = [&](double at) { return std::sin(turn * at + phase); };
+                const auto middle = middleOf([&](double at) { return extent * sine(at); });
+                ASSERT_TRUE(middle);
+                EXPECT_NEAR(*middle, 60.0, 0.1);
+                EXPECT_FALSE(middleOf([&](double at) { return 0.4 * extent / 1.5 * sine(at); }));
+                EXPECT_FALSE(
+                    middleOf([&](double at) { return sine(at) > 0.0 ? extent : -extent; }));
+                EXPECT_FALSE(
+                    middleOf([&](double at) { return extent * std::tanh(3.0 * sine(at)); }));
+            }
+    // It begins within the earlier pitches.
+    const auto late = middleOf([](double at) {
+        return at < 0.07 ? 0.0 : std::sin(2.0 * std::numbers::pi * 6.0 * (at - 0.07));
+    });
+    ASSERT_TRUE(late);
+    EXPECT_NEAR(*late, 60.0, 0.1);
+    for (const double seconds : {0.01, 0.08, 0.2})
+        EXPECT_FALSE(middleOf([&](double at) {
+            return 2.0 * std::clamp((at - 0.15) / seconds, 0.0, 1.0);
+        })) << "a step of "
+            << seconds << " s";
+    EXPECT_FALSE(vibratoMiddle(std::vector<double>{60.0}, 0, kRecords));
 }
 
 TEST(KestruneGlideTest, AQuarterOfTheErrorIsLeftAfterTheTimeAndWithoutOneNothing)
