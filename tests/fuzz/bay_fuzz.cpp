@@ -3,7 +3,6 @@
 
 #include "FuzzFault.h"
 #include "support/BayArchiveCheck.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cstdint>
 

@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/views/ProductApplication.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZResources.h"
-#include "zlib/common/objects/ZString.h"
 #include "zlib/common/objects/ZStringTable.h"
-#include "zlib/common/objects/ZXMLDocument.h"
 #include "zlib/common/objects/ZXMLElement.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <functional>
-#include <set>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace orvane
 {

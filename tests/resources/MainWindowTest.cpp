@@ -2,13 +2,12 @@
 #include "kestrune/common/views/KestruneFonts.h"
 #include "kestrune/common/views/ProductApplication.h"
 #include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/drawing/ZFont.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZResources.h"
 #include "zlib/common/views/ZWindowManager.h"
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

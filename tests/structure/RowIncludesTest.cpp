@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <gtest/gtest.h>
+
+#include "support/Test.h"
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <map>
-#include <set>
 #include <sstream>
-#include <string>
-#include <vector>
 
 namespace
 {

@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Test.h"
 #include "zlib/common/objects/ZException.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <string>
-#include <utility>
 
 namespace orvane
 {

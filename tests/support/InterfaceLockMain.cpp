@@ -4,11 +4,8 @@
 // ZInterfaceUnlock.
 
 #include "support/Eventually.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
 
 namespace orvane
 {

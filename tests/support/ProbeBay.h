@@ -5,7 +5,6 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/signals/ZOutputBay.h"
-#include "zlib/common/signals/ZSignalBay.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

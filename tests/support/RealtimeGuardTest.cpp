@@ -1,22 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/RealtimeGuard.h"
 
-#include <gtest/gtest.h>
+#include "support/Test.h"
+
 #include <poll.h>
 #include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <mutex>
-#include <span>
-#include <thread>
-#include <utility>
 
 namespace orvane
 {

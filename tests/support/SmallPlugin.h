@@ -4,7 +4,6 @@
 #include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZPlugin.h"
-#include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZMessage.h"

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "zlib/common/objects/ZXMLDocument.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
 #include <cstdint>

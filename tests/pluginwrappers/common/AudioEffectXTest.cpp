@@ -4,17 +4,11 @@
 #include "pluginwrappers/common/PluginEntry.h"
 #include "support/BoxRecorder.h"
 #include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "support/TestHost.h"
 #include "zlib/common/objects/ZException.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <new>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -6,6 +6,7 @@
 #include "support/Eventually.h"
 #include "support/Signals.h"
 #include "support/SmallPlugin.h"
+#include "support/Test.h"
 #include "zdsp/common/ZVectorSupport.h"
 #include "zlib/common/documents/ZAudioManager.h"
 #include "zlib/common/signals/ZInputBay.h"
@@ -13,20 +14,8 @@
 #include "zlib/common/signals/ZSignalLooper.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
-#include <gtest/gtest.h>
 
-#include <array>
-#include <atomic>
-#include <chrono>
-#include <cmath>
-#include <cstring>
-#include <functional>
 #include <future>
-#include <limits>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

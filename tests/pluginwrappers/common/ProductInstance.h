@@ -4,8 +4,6 @@
 #include "kestrune/common/views/ProductApplication.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
 #include "support/TestHost.h"
-#include "zlib/common/documents/ZDocument.h"
-#include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
 #include <cstddef>

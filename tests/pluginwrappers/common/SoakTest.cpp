@@ -3,32 +3,16 @@
 // length of each test, two seconds otherwise.
 
 #include "pluginwrappers/common/PluginEntry.h"
-#include "pluginwrappers/interface/ERect.h"
 #include "support/DisplayProbe.h"
 #include "support/PrivateFolder.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
+#include "support/Test.h"
 #include "support/TestHost.h"
 #include "support/VirtualDisplay.h"
 #include "zlib/common/documents/ZFileChooser.h"
 
-#include <gtest/gtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
-
-#include <algorithm>
-#include <array>
-#include <atomic>
-#include <chrono>
-#include <cmath>
-#include <cstdlib>
-#include <iterator>
-#include <optional>
-#include <random>
-#include <set>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pluginwrappers/core/ZStreamClock.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <utility>
-#include <vector>
+#include "support/Test.h"
 
 namespace orvane
 {

@@ -1,18 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PluginLibrary.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <iterator>
-#include <limits>
-#include <map>
-#include <random>
-#include <string>
-#include <utility>
-
 namespace orvane
 {
 

@@ -4,14 +4,6 @@
 #include "PluginLibrary.h"
 #include "support/Signals.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
-#include <thread>
-#include <utility>
-#include <vector>
-
 namespace orvane
 {
 

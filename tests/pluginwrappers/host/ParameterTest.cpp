@@ -4,17 +4,7 @@
 #include "PluginLibrary.h"
 #include "pluginwrappers/interface/VstParameterProperties.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <limits>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -2,16 +2,12 @@
 #pragma once
 
 #include "support/Eventually.h"
+#include "support/Test.h"
 #include "support/TestHost.h"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
-#include <cstddef>
 #include <filesystem>
-#include <iterator>
-#include <stdexcept>
-#include <thread>
 
 namespace orvane
 {

@@ -1,19 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Signals.h"
-#include "tools/measure/ClipNotes.h"
+#include "support/Test.h"
 #include "tools/measure/NoteAccuracy.h"
-#include "tools/measure/PitchTracker.h"
 #include "tools/measure/SoundClip.h"
 #include "tools/singer/Singer.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <numbers>
-#include <stdexcept>
-#include <vector>
 
 namespace orvane
 {

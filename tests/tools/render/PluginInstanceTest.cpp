@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/PluginInstance.h"
 
-#include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "tools/fake_plugin/FakePlugin.h"
 #include "tools/render/OfflineRender.h"
 #include "tools/render/PluginLibrary.h"
@@ -9,7 +9,6 @@
 #include "tools/render/RenderProgram.h"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 namespace orvane
 {

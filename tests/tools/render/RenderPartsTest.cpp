@@ -1,31 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "kestrune/common/engine/KestruneScales.h"
 #include "support/ExpectZException.h"
-#include "support/PrivateFolder.h"
 #include "support/Signals.h"
 #include "tools/render/AutomationFile.h"
 #include "tools/render/MidiFile.h"
 #include "tools/render/OfflineRender.h"
 #include "tools/render/PitchPlot.h"
-#include "tools/render/PitchReader.h"
-#include "tools/render/PitchTrack.h"
 #include "tools/render/RenderProgram.h"
-#include "tools/render/RenderSettings.h"
 #include "tools/render/ScaleGrid.h"
-#include "tools/render/SoundFile.h"
-#include "tools/render/StateText.h"
 
-#include <gtest/gtest.h>
 #include <sndfile.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <random>
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/RenderProgram.h"
 
+#include "support/Test.h"
 #include "tools/singer/Singer.h"
 
 #include <cairo.h>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <stdexcept>
 
 namespace orvane
 {

@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZDelayBuffer.h"
 
+#include "support/Test.h"
 #include "zlib/common/objects/ZException.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <tuple>
 
 namespace orvane
 {

@@ -1,13 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZEnvelopeDetector.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <memory>
-#include <span>
-#include <vector>
+#include "support/Test.h"
 
 namespace orvane
 {

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZFloatMode.h"
 
+#include "support/Test.h"
 #include "zdsp/common/ZVectorSupport.h"
 
-#include <gtest/gtest.h>
-
 #include <cfenv>
-#include <limits>
 
 namespace orvane
 {

@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZGain.h"
 
+#include "support/Test.h"
 #include "zdsp/common/Noise.h"
 #include "zdsp/common/ZVectorSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
 #include <complex>
-#include <limits>
-#include <memory>
-#include <vector>
 
 namespace orvane
 {

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZHammingWindow.h"
 
+#include "support/Test.h"
 #include "zdsp/common/Noise.h"
 #include "zlib/common/objects/ZException.h"
-
-#include <gtest/gtest.h>
-
-#include <tuple>
 
 namespace orvane
 {

@@ -2,15 +2,8 @@
 #include "kestrune/common/engine/FrequencyToNote.h"
 #include "kestrune/common/engine/KestruneCorrection.h"
 #include "kestrune/common/engine/KestruneScales.h"
+#include "support/Test.h"
 #include "zlib/common/buffers/ZBuffer.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -1,22 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "EngineRun.h"
-#include "kestrune/common/engine/PsolaClass.h"
 #include "support/Measure.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
+#include "support/Test.h"
 #include "tools/singer/Singer.h"
-#include "zlib/common/buffers/ZBuffer.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <functional>
-#include <limits>
-#include <memory>
-#include <numbers>
-#include <span>
-#include <vector>
 
 namespace orvane
 {

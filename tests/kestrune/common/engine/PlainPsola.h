@@ -2,7 +2,6 @@
 #pragma once
 
 #include "zdsp/common/ZFourierTransform.h"
-#include "zlib/common/buffers/ZBuffer.h"
 
 #include <algorithm>
 #include <cmath>

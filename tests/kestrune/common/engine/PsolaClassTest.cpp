@@ -5,20 +5,11 @@
 #include "PlainPsola.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
+#include "support/Test.h"
 #include "tools/singer/Singer.h"
 #include "zlib/common/objects/ZException.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <limits>
-#include <memory>
 #include <new>
-#include <numbers>
-#include <random>
-#include <vector>
 
 // Memory aligned beyond the default is what sample buffers ask for.
 static int alignedAllocationsLeft = std::numeric_limits<int>::max();

@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/pitch/KestruneElements.h"
 
+#include "support/Test.h"
 #include "zlib/common/buffers/ZBuffer.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <limits>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -1,16 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "kestrune/common/pitch/KestruneElements.h"
 #include "kestrune/common/pitch/ZPsolaBay.h"
 #include "support/ElementArchiveCheck.h"
-#include "support/SmallApplication.h"
-#include "zlib/common/buffers/ZBuffer.h"
-#include "zlib/common/elements/ZElement.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/signals/ZSignalPort.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 

@@ -5,12 +5,8 @@
 #include "support/Measure.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
-
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
 
 namespace orvane
 {

@@ -9,25 +9,15 @@
 #include "kestrune/common/pitch/KestruneScaleTable.h"
 #include "kestrune/common/views/ProductApplication.h"
 #include "support/RealtimeGuard.h"
+#include "support/Test.h"
 #include "support/XmlOf.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/documents/ZCommandList.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <gtest/gtest.h>
 
-#include <array>
-#include <atomic>
-#include <functional>
-#include <optional>
 #include <sstream>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

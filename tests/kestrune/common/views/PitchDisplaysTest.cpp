@@ -7,11 +7,6 @@
 #include "kestrune/common/views/ViewBench.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <utility>
-
 namespace orvane
 {
 

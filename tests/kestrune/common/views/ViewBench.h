@@ -8,7 +8,6 @@
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/TestView.h"
 
 #include <boost/smart_ptr/make_shared.hpp>

@@ -3,14 +3,8 @@
 
 #include "support/ExpectZException.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <bit>
-#include <cstdint>
-#include <limits>
 #include <numeric>
-#include <vector>
 
 namespace orvane
 {

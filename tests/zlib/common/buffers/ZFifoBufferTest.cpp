@@ -5,16 +5,7 @@
 #include "support/RealtimeGuard.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <limits>
 #include <numeric>
-#include <span>
-#include <thread>
-#include <vector>
 
 namespace orvane
 {

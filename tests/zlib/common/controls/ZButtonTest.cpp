@@ -5,11 +5,6 @@
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 namespace orvane
 {
 

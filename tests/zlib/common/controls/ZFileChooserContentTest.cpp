@@ -2,10 +2,9 @@
 #include "zlib/common/controls/ZFileChooserContent.h"
 
 #include "support/PrivateFolder.h"
-#include "zlib/common/native/ZKeyCode.h"
+#include "support/Test.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <gtest/gtest.h>
 
 namespace orvane
 {

@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/controls/ZMenuContent.h"
 
-#include "zlib/common/native/ZKeyCode.h"
+#include "support/Test.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

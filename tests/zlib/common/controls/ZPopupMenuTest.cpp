@@ -3,12 +3,6 @@
 #include "zlib/common/controls/ZMetalPopupMenu.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <optional>
-#include <string>
-
 namespace orvane
 {
 

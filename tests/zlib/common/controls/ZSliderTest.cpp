@@ -2,10 +2,6 @@
 #include "zlib/common/controls/ZMetalSlider.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
-
 namespace orvane
 {
 

@@ -1,19 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/controls/ZTextEdit.h"
 
+#include "support/Test.h"
 #include "zlib/common/controls/ZLabelButton.h"
 #include "zlib/common/drawing/Canvas.h"
-#include "zlib/common/native/ZKeyCode.h"
 #include "zlib/common/native/ZNativeWindow.h"
 #include "zlib/common/objects/ZClipboard.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
 
 namespace orvane
 {

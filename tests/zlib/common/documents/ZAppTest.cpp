@@ -9,12 +9,9 @@
 #include "zlib/common/documents/ZAudioManager.h"
 #include "zlib/common/documents/ZBrowserLaunch.h"
 #include "zlib/common/documents/ZCommandList.h"
-#include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZUserSettings.h"
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

@@ -14,11 +14,6 @@
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/signals/ZSignalBay.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <utility>
-
 namespace orvane
 {
 

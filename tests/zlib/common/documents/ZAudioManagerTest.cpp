@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/BoxRecorder.h"
 #include "support/SmallPlugin.h"
+#include "support/Test.h"
 #include "zlib/common/documents/DocumentFixture.h"
-#include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/documents/ZPluginAudioManager.h"
 #include "zlib/common/elements/ZAudioFormatElement.h"
 #include "zlib/common/signals/ZInputBay.h"
 #include "zlib/common/signals/ZOutputBay.h"
 #include "zlib/common/signals/ZSignalLooper.h"
 #include "zlib/common/signals/ZSilentDriver.h"
-
-#include <gtest/gtest.h>
-
-#include <stdexcept>
 
 namespace orvane
 {

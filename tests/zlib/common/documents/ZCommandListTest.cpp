@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/documents/ZCommandList.h"
 
+#include "support/Test.h"
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/documents/ZCommand.h"
-#include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

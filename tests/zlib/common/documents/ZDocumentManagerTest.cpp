@@ -10,7 +10,6 @@
 #include "zlib/common/objects/ZFile.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
-#include <gtest/gtest.h>
 
 namespace orvane
 {

@@ -6,12 +6,11 @@
 #include "support/BoxRecorder.h"
 #include "support/Eventually.h"
 #include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/objects/ZFile.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
-
-#include <gtest/gtest.h>
 
 #include <future>
 

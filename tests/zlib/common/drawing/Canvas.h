@@ -3,7 +3,6 @@
 
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
-#include "zlib/common/objects/ZRect.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,14 +3,10 @@
 
 #include "support/PngBytes.h"
 #include "support/SmallApplication.h"
+#include "support/Test.h"
 #include "support/TextMutation.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/objects/ZResources.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <random>
 
 namespace orvane
 {

@@ -4,17 +4,13 @@
 
 #include "support/PngBytes.h"
 #include "support/SmallApplication.h"
+#include "support/Test.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZFont.h"
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/objects/ZResources.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <set>
 
 namespace orvane
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/drawing/ZDrawingContext.h"
 
+#include "support/Test.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/drawing/ZLinearGradientShader.h"
 #include "zlib/common/drawing/ZPath.h"
@@ -9,14 +10,6 @@
 #include "zlib/common/drawing/ZShading.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdlib>
-#include <limits>
-#include <numbers>
 
 namespace orvane
 {

@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/drawing/ZDrawingLibrary.h"
 #include "zlib/common/drawing/ZFont.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 
 #include <filesystem>
-#include <iterator>
-#include <span>
-#include <string>
-#include <thread>
 
 namespace orvane
 {

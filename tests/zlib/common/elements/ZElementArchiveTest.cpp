@@ -6,12 +6,7 @@
 #include "zlib/common/elements/ZAudioFormatElement.h"
 #include "zlib/common/objects/ZMessageIds.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -10,12 +10,6 @@
 #include "zlib/common/objects/ZXMLElement.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <functional>
-#include <limits>
-#include <thread>
 
 namespace orvane
 {

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/elements/ZValueInput.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
+#include "support/Test.h"
 
 namespace orvane
 {

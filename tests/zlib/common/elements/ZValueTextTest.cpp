@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/elements/ZValueText.h"
 
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 namespace orvane
 {

@@ -6,11 +6,6 @@
 #include "support/PrivateFolder.h"
 #include "support/TextMutation.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-
 namespace orvane
 {
 

@@ -6,15 +6,12 @@
 #include "zlib/common/objects/ZTempFile.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <filesystem>
-#include <string>
 
 namespace orvane
 {

@@ -3,19 +3,12 @@
 
 #include "support/Eventually.h"
 #include "support/MessageRecorder.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
-#include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <memory>
-#include <thread>
-#include <vector>
 
 namespace orvane
 {

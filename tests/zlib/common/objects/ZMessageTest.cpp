@@ -7,10 +7,6 @@
 #include "zlib/common/objects/ZMessageRegistry.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 namespace orvane
 {
 

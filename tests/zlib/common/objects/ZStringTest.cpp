@@ -2,16 +2,9 @@
 #include "zlib/common/objects/ZString.h"
 
 #include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZResources.h"
 #include "zlib/common/objects/ZStringTable.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <utility>
 
 namespace orvane
 {

@@ -3,21 +3,15 @@
 
 #include "support/BoxRecorder.h"
 #include "support/RealtimeGuard.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZMailbox.h"
 #include "zlib/common/objects/ZSemaphore.h"
 
-#include <gtest/gtest.h>
 #include <pthread.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <atomic>
-#include <chrono>
-#include <thread>
 
 namespace orvane
 {

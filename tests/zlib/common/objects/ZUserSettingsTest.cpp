@@ -2,13 +2,9 @@
 #include "zlib/common/objects/ZUserSettings.h"
 
 #include "support/PrivateFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 #include <filesystem>
-#include <optional>
-#include <string>
-#include <thread>
 
 namespace orvane
 {

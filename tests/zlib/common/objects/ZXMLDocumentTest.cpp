@@ -6,19 +6,11 @@
 #include "support/PrivateFolder.h"
 #include "support/TextMutation.h"
 #include "zlib/common/objects/ZFile.h"
-#include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/objects/ZXMLSignature.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 
-#include <chrono>
-#include <cstdint>
 #include <filesystem>
-#include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {

@@ -3,12 +3,8 @@
 
 #include "support/BayArchiveCheck.h"
 #include "support/ProbeBay.h"
+#include "support/Test.h"
 #include "support/TextMutation.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
 
 namespace orvane
 {

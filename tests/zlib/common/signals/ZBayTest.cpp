@@ -2,11 +2,7 @@
 #include "zlib/common/signals/ZBay.h"
 
 #include "support/ProbeBay.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace orvane
 {

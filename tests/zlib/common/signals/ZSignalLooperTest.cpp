@@ -4,16 +4,11 @@
 #include "support/Eventually.h"
 #include "support/ProbeBay.h"
 #include "support/SmallApplication.h"
-#include "zlib/common/buffers/ZBuffer.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
+#include "support/Test.h"
 #include "zlib/common/signals/ZInputBay.h"
-#include "zlib/common/signals/ZOutputBay.h"
 #include "zlib/common/signals/ZSilentDriver.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 
 namespace orvane
 {

@@ -4,11 +4,7 @@
 #include "support/BayArchiveCheck.h"
 #include "support/ProbeBay.h"
 #include "support/RealtimeGuard.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <thread>
+#include "support/Test.h"
 
 namespace orvane
 {

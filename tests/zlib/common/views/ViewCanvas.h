@@ -2,18 +2,13 @@
 #pragma once
 
 #include "support/SmallApplication.h"
+#include "support/Test.h"
 #include "support/XmlOf.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/elements/ZElement.h"
 #include "zlib/common/views/ZView.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace orvane
 {

@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Test.h"
 #include "zlib/common/documents/DocumentFixture.h"
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
 
 namespace orvane
 {

@@ -3,11 +3,6 @@
 #include "zlib/common/views/ZBevelView.h"
 #include "zlib/common/views/ZPluginLogoView.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-
 namespace orvane
 {
 

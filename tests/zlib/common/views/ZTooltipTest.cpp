@@ -2,17 +2,12 @@
 #include "zlib/common/views/ZTooltip.h"
 
 #include "support/SmallApplication.h"
-#include "zlib/common/native/ZKeyCode.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
-#include "zlib/common/views/ZContentWindow.h"
 #include "zlib/common/views/ZMessageBoxContent.h"
 #include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
 
 namespace orvane
 {

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/Test.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZOverlay.h"
 #include "zlib/common/views/ZView.h"
-#include "zlib/common/views/ZViewBackground.h"
 #include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
 
 namespace orvane
 {

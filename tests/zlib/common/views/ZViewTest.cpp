@@ -4,17 +4,11 @@
 #include "support/ExpectZException.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/documents/ZDocument.h"
-#include "zlib/common/elements/ZElement.h"
-#include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZStringView.h"
 #include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
-
-#include <utility>
 
 namespace orvane
 {

@@ -3,12 +3,8 @@
 
 #include "support/ExpectZException.h"
 #include "zlib/common/documents/ZDocument.h"
-#include "zlib/common/objects/ZResources.h"
 #include "zlib/common/views/WindowFixture.h"
 #include "zlib/common/views/ZDialog.h"
-
-#include <array>
-#include <string_view>
 
 namespace orvane
 {

@@ -3,16 +3,13 @@
 
 #include "support/Eventually.h"
 #include "support/PrivateFolder.h"
+#include "support/Test.h"
 #include "zlib/common/documents/ZErrorDialog.h"
 
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <atomic>
-#include <chrono>
 
 namespace
 {

@@ -2,12 +2,9 @@
 #include "zlib/linux/native/ZBlitter.h"
 
 #include "support/DisplayProbe.h"
+#include "support/Test.h"
 #include "support/VirtualDisplay.h"
 #include "zlib/common/drawing/ZImage.h"
-
-#include <gtest/gtest.h>
-
-#include <vector>
 
 namespace orvane
 {

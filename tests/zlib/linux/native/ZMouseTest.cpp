@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/native/ZMouse.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
+#include "support/Test.h"
 
 namespace orvane
 {

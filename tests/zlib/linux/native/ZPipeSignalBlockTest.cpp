@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/native/ZPipeSignalBlock.h"
 
-#include <gtest/gtest.h>
+#include "support/Test.h"
+
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 
