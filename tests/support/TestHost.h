@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pluginwrappers/interface/AEffect.h"
+#include "pluginwrappers/interface/ERect.h"
 #include "pluginwrappers/interface/VstEvents.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
 
@@ -157,6 +158,20 @@ inline std::intptr_t ask(AEffect* effect, std::int32_t opcode, std::int32_t inde
                          std::intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f)
 {
     return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+}
+
+/// Opens the effect's window in a window of the display, as hosts do; returns the effect's answer.
+inline std::intptr_t openEditor(AEffect* effect, std::uintptr_t parent)
+{
+    return ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(parent));
+}
+
+/// Returns the width and height that the effect's window has or will have, in pixels.
+inline std::pair<int, int> editorSize(AEffect* effect)
+{
+    ERect* rect = nullptr;
+    ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect));
+    return {rect->right - rect->left, rect->bottom - rect->top};
 }
 
 /// Returns a copy of the bytes of effGetChunk.

@@ -3,17 +3,9 @@
 
 #include "kestrune/common/views/KestrunePitchGraph.h"
 #include "pluginwrappers/common/ProductInstance.h"
-#include "pluginwrappers/interface/ERect.h"
-#include "support/DisplayProbe.h"
 #include "support/PrivateFolder.h"
-#include "support/VirtualDisplay.h"
-#include "zlib/common/views/ZView.h"
+#include "support/VirtualDisplayTest.h"
 #include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <utility>
 
 namespace orvane
 {
@@ -26,31 +18,17 @@ using Size = std::pair<int, int>;
 constexpr std::uint32_t kPlate = 0xB6B6B6;
 constexpr std::uint32_t kInputColor = 0xFAC967;
 
-class EditorFoldTest : public testing::Test
+class EditorFoldTest : public VirtualDisplayTest
 {
 protected:
-    void SetUp() override
-    {
-        if (!VirtualDisplay::IsAvailable())
-            GTEST_SKIP() << "no X server for tests";
-        display = std::make_unique<VirtualDisplay>();
-        probe = std::make_unique<DisplayProbe>();
-        product = std::make_unique<ProductInstance>(TestHost::callback);
-    }
+    void Begin() override { product = std::make_unique<ProductInstance>(TestHost::callback); }
 
-    [[nodiscard]] static Size SizeOf(const ProductInstance& of)
-    {
-        ERect* rect = nullptr;
-        of.Ask(effEditGetRect, 0, 0, static_cast<void*>(&rect));
-        return {rect->right - rect->left, rect->bottom - rect->top};
-    }
+    [[nodiscard]] static Size SizeOf(const ProductInstance& of) { return editorSize(of.effect); }
     void Open(int width, int height)
     {
         const xcb_window_t parent = probe->MakeWindow(
             {0, 0, static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height)});
-        EXPECT_EQ(product->Ask(effEditOpen, 0, 0,
-                               reinterpret_cast<void*>(static_cast<std::uintptr_t>(parent))),
-                  1);
+        EXPECT_EQ(openEditor(product->effect, parent), 1);
         child = probe->GetChildren(parent).front();
     }
     [[nodiscard]] ZWindow& Window() const { return *product->app->GetMainWindow(); }
@@ -66,16 +44,10 @@ protected:
             return Size(place.width, place.height) == size;
         });
     }
-    [[nodiscard]] bool ShowsAt(int x, int y, std::uint32_t color)
-    {
-        return waitFor([&] { return probe->PixelAt(x, y) == color; });
-    }
 
     const PrivateFolder folder;
     const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
     const TestHost host;
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<DisplayProbe> probe;
     std::unique_ptr<ProductInstance> product;
     xcb_window_t child = XCB_NONE;
 };

@@ -14,13 +14,7 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <initializer_list>
-#include <optional>
-#include <string>
-#include <thread>
 
 namespace orvane
 {
@@ -33,11 +27,8 @@ constexpr std::uint32_t kGround = 0x262629;
 class LittleWindowsTest : public DisplayTest
 {
 protected:
-    void SetUp() override
+    void Begin() override
     {
-        DisplayTest::SetUp();
-        if (IsSkipped())
-            return;
         const ZInterfaceLock lock;
         app = std::make_unique<SmallPlugin>();
         for (int i = 0; i < 8; ++i)

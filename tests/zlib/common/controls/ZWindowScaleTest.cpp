@@ -10,11 +10,6 @@
 #include "zlib/common/views/ZWindow.h"
 #include "zlib/common/views/ZWindowHost.h"
 
-#include <algorithm>
-#include <atomic>
-#include <functional>
-#include <optional>
-
 namespace orvane
 {
 
@@ -43,11 +38,8 @@ public:
 class ZWindowScaleTest : public DisplayTest
 {
 protected:
-    void SetUp() override
+    void Begin() override
     {
-        DisplayTest::SetUp();
-        if (IsSkipped())
-            return;
         const ZInterfaceLock lock;
         app = std::make_unique<SmallPlugin>();
         app->GetClassRegistry().AddStandard<TestView>("TestViewClass");

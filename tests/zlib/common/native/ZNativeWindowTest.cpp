@@ -9,11 +9,6 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-#include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace orvane
 {
 
@@ -107,12 +102,7 @@ private:
 class ZNativeWindowTest : public DisplayTest
 {
 protected:
-    void SetUp() override
-    {
-        DisplayTest::SetUp();
-        if (!IsSkipped())
-            parent = probe->MakeWindow({100, 100, 400, 300});
-    }
+    void Begin() override { parent = probe->MakeWindow({100, 100, 400, 300}); }
     void TearDown() override
     {
         const ZInterfaceLock lock;
@@ -426,19 +416,6 @@ TEST_F(ZNativeWindowTest, ReportsAMissingParentOrDisplay)
     setenv("DISPLAY", ":none", 1);
     EXPECT_EQ(linesOf(parent), 1);
     EXPECT_EQ(linesOf(parent), 0) << "it has been told";
-}
-
-TEST_F(ZNativeWindowTest, WindowsLeaveNothingOnTheServer)
-{
-    ShowChild();
-    const std::uint32_t before = probe->CountResources();
-    for (int i = 0; i < 200; ++i) {
-        const ZInterfaceLock lock;
-        const Client another(ChildSettings());
-        another.window->Show();
-        another.window->SetCapture(true);
-    }
-    EXPECT_TRUE(waitFor([&] { return probe->CountResources() == before; }));
 }
 
 TEST_F(ZNativeWindowTest, DialogTellsTheWindowManagerWhatItIs)

@@ -6,11 +6,6 @@
 #include "zlib/common/objects/ZClipboard.h"
 #include "zlib/linux/native/ZDisplayConnection.h"
 
-#include <atomic>
-#include <map>
-#include <optional>
-#include <string>
-
 namespace orvane
 {
 
@@ -22,11 +17,8 @@ using Texts = std::map<std::string, std::string>;
 class ZSelectionTest : public DisplayTest
 {
 protected:
-    void SetUp() override
+    void Begin() override
     {
-        DisplayTest::SetUp();
-        if (IsSkipped())
-            return;
         other.emplace();
         OpenWindow();
     }
