@@ -2,13 +2,7 @@
 // The window of the CLAP form in a plain X11 host, on a virtual display.
 
 #include "ClapTestHost.h"
-#include "support/DisplayProbe.h"
-#include "support/Eventually.h"
-#include "support/VirtualDisplay.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
+#include "support/VirtualDisplayTest.h"
 
 namespace orvane
 {
@@ -24,17 +18,10 @@ constexpr std::uint64_t sizeOf(std::uint64_t width, std::uint64_t height)
 
 using Notes = std::vector<std::string>;
 
-class ClapWindowTest : public testing::Test
+class ClapWindowTest : public VirtualDisplayTest
 {
 protected:
-    void SetUp() override
-    {
-        if (!VirtualDisplay::IsAvailable())
-            GTEST_SKIP() << "no X server for tests";
-        display = std::make_unique<VirtualDisplay>();
-        probe = std::make_unique<DisplayProbe>();
-        clap = std::make_unique<ClapInstance>(library);
-    }
+    void Begin() override { clap = std::make_unique<ClapInstance>(library); }
     void Open(double scale)
     {
         ASSERT_TRUE(clap->gui->create(clap->plugin, kClapWindowX11, false));
@@ -74,8 +61,6 @@ protected:
         return came && notes == expected;
     }
 
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<DisplayProbe> probe;
     ClapLibrary library;
     std::unique_ptr<ClapInstance> clap;
 
@@ -95,12 +80,10 @@ TEST_F(ClapWindowTest, EditsAreGesturesOfTheirParameterAtEveryScale)
         EXPECT_TRUE(IsTold({"begin 0", scale == 1.0 ? "0=1000" : "0=0", "end 0"}));
         EXPECT_GT(clap->host.flushRequests, 0);
         clap->events.Value(0, 1.0 - clap->Value(0));
-        clap->params->flush(clap->plugin, &clap->events.in, &clap->events.out);
-        clap->events.Clear();
+        clap->Flush();
         EXPECT_TRUE(IsTold({})) << "the host knows what it has set";
         clap->events.Value(0, 1.0 - clap->Value(0));
-        clap->params->flush(clap->plugin, &clap->events.in, &clap->events.out);
-        clap->events.Clear();
+        clap->Flush();
         clap->gui->destroy(clap->plugin);
     }
 }
@@ -162,41 +145,6 @@ TEST_F(ClapWindowTest, ItAsksForRoomWhenTheHostChangesTheScaleAndAcceptsARefusal
         clap->gui->destroy(clap->plugin);
     }
     EXPECT_TRUE(eventually([&] { return probe->CountClients() == 0; }));
-}
-
-TEST_F(ClapWindowTest, ARandomUserLeavesNoGestureOpen)
-{
-    Open(1.0);
-    ASSERT_TRUE(IsSeen());
-    clap->Start();
-    std::mt19937 random(17);
-    std::array<float, 512> left{};
-    std::array<float, 512> right{};
-    Notes notes;
-    const auto run = [&] {
-        clap->Run(left.data(), right.data(), 512);
-        std::ranges::move(clap->events.TakeNotes(), std::back_inserter(notes));
-    };
-    for (int i = 0; i < 300; ++i) {
-        // The part of the window without menus and dialogs, which would wait for the user.
-        MoveTo(static_cast<int>(random() % 180), 150 + static_cast<int>(random() % 70));
-        if (i % 3 == 0)
-            probe->Press(1);
-        if (i % 3 == 2)
-            probe->Release(1);
-        clap->events.Value(2, static_cast<double>(random() % 12));
-        run();
-    }
-    probe->Release(1);
-    EXPECT_TRUE(eventually([&] {
-        run();
-        const auto count = [&](const char* kind) {
-            return std::ranges::count_if(
-                notes, [&](const std::string& note) { return note.starts_with(kind); });
-        };
-        return count("begin") == count("end");
-    }));
-    EXPECT_GT(notes.size(), 20u);
 }
 
 }  // namespace

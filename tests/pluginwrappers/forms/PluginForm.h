@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "pluginwrappers/host/VstForm.h"
+#include "pluginwrappers/clap/ClapTestHost.h"
+#include "pluginwrappers/host/PluginLibrary.h"
 #include "pluginwrappers/lv2/Lv2Host.h"
-#include "support/TestHost.h"
+#include "support/Signals.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <vector>
+#include <lv2/instance-access/instance-access.h>
+#include <lv2/ui/ui.h>
+#include <xcb/xcb.h>
 
 namespace orvane
 {
@@ -22,7 +19,7 @@ class PluginForm
 {
 public:
     /// The parameters that all forms have, by the index that they share.
-    enum Parameter : std::size_t
+    enum Parameter : std::uint32_t
     {
         kCorrectPitch,
         kTranspose,
@@ -49,11 +46,21 @@ public:
     virtual void Run(float* left, float* right, std::size_t frames) = 0;
     /// Sets a parameter to a plain value.
     virtual void Set(Parameter parameter, float value) = 0;
+    /// Returns where a parameter is between its least and its largest value, from 0 to 1.
+    [[nodiscard]] virtual float Share(Parameter parameter) = 0;
+    /// Loads one of the factory presets, counted from 0.
+    virtual void LoadPreset(int index) = 0;
+    /// Returns the frames that the host is told after a block.
+    [[nodiscard]] virtual int Latency() = 0;
     /// Sends a MIDI message with the next block.
     virtual void Send(std::uint8_t status, std::uint8_t first, std::uint8_t second) = 0;
     /// Saves the current program as text, and restores one; false when it is refused.
     [[nodiscard]] virtual std::string Text() = 0;
     [[nodiscard]] virtual bool Restore(const std::string& text) = 0;
+    /// Puts the window into one of the host's, gives it time, and takes it away.
+    [[nodiscard]] virtual bool Show(xcb_window_t parent) = 0;
+    virtual void Idle() = 0;
+    virtual void Hide() = 0;
 
     /// Starts, and runs the voice through both channels; before is called with the place of each
     /// block. Returns the left output.
@@ -98,6 +105,12 @@ public:
         effect->setParameter(effect, static_cast<std::int32_t>(parameter),
                              value / kLast[parameter]);
     }
+    [[nodiscard]] float Share(Parameter parameter) override
+    {
+        return effect->getParameter(effect, static_cast<std::int32_t>(parameter));
+    }
+    void LoadPreset(int index) override { ask(effect, effSetProgram, 0, index); }
+    [[nodiscard]] int Latency() override { return effect->initialDelay; }
     void Send(std::uint8_t status, std::uint8_t first, std::uint8_t second) override
     {
         sendMidi(effect, status, first, second);
@@ -107,6 +120,12 @@ public:
     {
         return loadChunk(effect, text, true) == 1;
     }
+    [[nodiscard]] bool Show(xcb_window_t parent) override
+    {
+        return openEditor(effect, parent) == 1;
+    }
+    void Idle() override { ask(effect, effEditIdle); }
+    void Hide() override { ask(effect, effEditClose); }
 
 private:
     const PluginLibrary mLibrary;
@@ -120,10 +139,12 @@ class Lv2PluginForm : public PluginForm
 public:
     explicit Lv2PluginForm(Lv2Bundle& bundle, double rate = 44100.0, bool isOffline = true)
         : lv2(bundle, rate, kBlock)
+        , mBundle(bundle)
         , mFirst(bundle.PortOf("pitchCorrectionOnOff"))
     {
         lv2.Value("freewheel") = isOffline ? 1.0f : 0.0f;
     }
+    ~Lv2PluginForm() override { Lv2PluginForm::Hide(); }
 
     void Start() override { lv2.Activate(); }
     void Stop() override { lv2.Deactivate(); }
@@ -134,6 +155,21 @@ public:
         lv2.Run(static_cast<std::uint32_t>(frames));
     }
     void Set(Parameter parameter, float value) override { lv2.values[mFirst + parameter] = value; }
+    [[nodiscard]] float Share(Parameter parameter) override
+    {
+        const std::uint32_t port = mFirst + parameter;
+        std::vector<float> least(lv2.values.size());
+        std::vector<float> most(lv2.values.size());
+        lilv_plugin_get_port_ranges_float(mBundle.plugin, least.data(), most.data(), nullptr);
+        return (lv2.values[port] - least[port]) / (most[port] - least[port]);
+    }
+    void LoadPreset(int index) override
+    {
+        LilvState* const preset = mBundle.Preset(index + 1);
+        lv2.Restore(preset);
+        lilv_state_free(preset);
+    }
+    [[nodiscard]] int Latency() override { return static_cast<int>(lv2.Value("latency")); }
     void Send(std::uint8_t status, std::uint8_t first, std::uint8_t second) override
     {
         lv2.Send({status, first, second});
@@ -143,11 +179,174 @@ public:
     {
         return lv2.RestoreText(text) == LV2_STATE_SUCCESS;
     }
+    [[nodiscard]] bool Show(xcb_window_t parent) override
+    {
+        mLibrary = ::dlopen(KESTRUNE_LV2_BUNDLE "/cantorel-mini.so", RTLD_NOW | RTLD_LOCAL);
+        if (mLibrary == nullptr)
+            return false;
+        const auto entry =
+            reinterpret_cast<LV2UI_DescriptorFunction>(::dlsym(mLibrary, "lv2ui_descriptor"));
+        mUi = entry(0);
+        const LV2_Feature access{LV2_INSTANCE_ACCESS_URI, lv2.Handle()};
+        const LV2_Feature place{LV2_UI__parent, reinterpret_cast<void*>(std::uintptr_t{parent})};
+        const LV2_Feature map{LV2_URID__map, &mBundle.urids.map};
+        const LV2_Feature* const features[] = {&access, &place, &map, nullptr};
+        LV2UI_Widget widget = nullptr;
+        const auto ignore = [](LV2UI_Controller, std::uint32_t, std::uint32_t, std::uint32_t,
+                               const void*) {};
+        mWindow =
+            mUi->instantiate(mUi, "urn:orvane:cantorel-mini", "", ignore, this, &widget, features);
+        return mWindow != nullptr;
+    }
+    void Idle() override
+    {
+        if (mWindow != nullptr)
+            static_cast<const LV2UI_Idle_Interface*>(mUi->extension_data(LV2_UI__idleInterface))
+                ->idle(mWindow);
+    }
+    void Hide() override
+    {
+        if (mWindow != nullptr)
+            mUi->cleanup(std::exchange(mWindow, nullptr));
+        if (mLibrary != nullptr)
+            ::dlclose(std::exchange(mLibrary, nullptr));
+    }
 
     Lv2Instance lv2;
 
 private:
+    Lv2Bundle& mBundle;
     const std::uint32_t mFirst;  // port of the first parameter
+    void* mLibrary = nullptr;
+    const LV2UI_Descriptor* mUi = nullptr;
+    LV2UI_Handle mWindow = nullptr;
 };
+
+class ClapPluginForm : public PluginForm
+{
+public:
+    explicit ClapPluginForm(const ClapLibrary& library, double rate = 44100.0,
+                            bool isOffline = true)
+        : clap(library)
+        , mRate(rate)
+    {
+        clap.render->set(clap.plugin, isOffline ? CLAP_RENDER_OFFLINE : CLAP_RENDER_REALTIME);
+    }
+
+    void Start() override { clap.Start(mRate, kBlock); }
+    void Stop() override { clap.Stop(); }
+    void Run(float* left, float* right, std::size_t frames) override
+    {
+        clap.Run(left, right, static_cast<std::uint32_t>(frames));
+    }
+    void Set(Parameter parameter, float value) override
+    {
+        clap.events.Value(parameter, static_cast<double>(value));
+        if (!clap.IsRunning())
+            clap.Flush();
+    }
+    [[nodiscard]] float Share(Parameter parameter) override
+    {
+        clap_param_info info;
+        EXPECT_TRUE(clap.params->get_info(clap.plugin, parameter, &info));
+        return static_cast<float>((clap.Value(info.id) - info.min_value) /
+                                  (info.max_value - info.min_value));
+    }
+    void LoadPreset(int index) override { EXPECT_TRUE(clap.LoadPreset(index + 1)); }
+    [[nodiscard]] int Latency() override
+    {
+        return static_cast<int>(clap.latency->get(clap.plugin));
+    }
+    void Send(std::uint8_t status, std::uint8_t first, std::uint8_t second) override
+    {
+        clap.events.Midi({status, first, second});
+    }
+    [[nodiscard]] std::string Text() override { return clap.Text(); }
+    [[nodiscard]] bool Restore(const std::string& text) override
+    {
+        const bool isTaken = clap.Load(text);
+        EXPECT_EQ(clap.host.TakeLines().empty(), isTaken) << "a line for each refusal";
+        return isTaken;
+    }
+    [[nodiscard]] bool Show(xcb_window_t parent) override
+    {
+        const clap_window window{kClapWindowX11, {parent}};
+        return clap.gui->create(clap.plugin, kClapWindowX11, false) &&
+               clap.gui->set_parent(clap.plugin, &window) && clap.gui->show(clap.plugin);
+    }
+    void Idle() override
+    {
+        if (clap.host.callbackRequests.exchange(0) > 0)
+            clap.plugin->on_main_thread(clap.plugin);
+    }
+    void Hide() override { clap.gui->destroy(clap.plugin); }
+
+    ClapInstance clap;
+
+private:
+    const double mRate;
+};
+
+enum class FormKind
+{
+    kVst,
+    kLv2,
+    kClap,
+};
+inline constexpr std::array kFormKinds{FormKind::kVst, FormKind::kLv2, FormKind::kClap};
+
+/// A host that has all forms.
+class FormsHost
+{
+public:
+    [[nodiscard]] std::unique_ptr<PluginForm> Make(FormKind kind, bool isOffline = true,
+                                                   double rate = 44100.0)
+    {
+        if (kind == FormKind::kVst)
+            return std::make_unique<VstPluginForm>(rate, isOffline);
+        if (kind == FormKind::kLv2)
+            return std::make_unique<Lv2PluginForm>(bundle, rate, isOffline);
+        return std::make_unique<ClapPluginForm>(clapLibrary, rate, isOffline);
+    }
+
+private:
+    const TestHost host;
+    Lv2Bundle bundle;
+    ClapLibrary clapLibrary;
+};
+
+/// A voice between two notes, for long enough that the engine's output is heard.
+inline std::vector<float> voiceAt(double rate)
+{
+    return harmonicTone(226.0, rate, static_cast<int>(1.5 * rate));
+}
+
+/// Returns the first place where two sounds differ; -1 for the same sounds.
+inline long firstDifference(const std::vector<float>& one, const std::vector<float>& other)
+{
+    if (one.size() != other.size())
+        return 0;
+    const auto [left, right] = std::mismatch(one.begin(), one.end(), other.begin());
+    return left == one.end() ? -1 : left - one.begin();
+}
+
+/// Gives an element another value, everywhere, since a program holds the elements of a bay twice.
+inline std::string replaced(std::string text, const std::string& name, const std::string& value)
+{
+    const std::string begin = "name=\"" + name + '"';
+    for (std::size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
+        at = text.find("int32value=\"", at) + 12;
+        text.replace(at, text.find('"', at) - at, value);
+    }
+    return text;
+}
+
+/// Adds the switch that lets played notes in, which a state holds only where someone adds it.
+inline std::string listening(std::string text)
+{
+    return text.insert(text.find("<element name=\"pitchTranspose\""),
+                       "<element name=\"AcceptMIDI\" class=\"ZElementClass\" type=\"ZDISCRETE\" "
+                       "int32value=\"1\">\n</element>\n");
+}
 
 }  // namespace orvane

@@ -5,43 +5,26 @@
 
 #include "support/RealtimeGuard.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <memory>
-#include <random>
-#include <thread>
-
 namespace orvane
 {
 
 namespace
 {
 
-enum class Kind
-{
-    kVst,
-    kLv2,
-};
-
-class PluginFormTest : public testing::TestWithParam<Kind>
+class PluginFormsTest : public testing::Test, public FormsHost
 {
 protected:
-    [[nodiscard]] std::unique_ptr<PluginForm> Make(Kind kind, bool isOffline = true)
-    {
-        if (kind == Kind::kVst)
-            return std::make_unique<VstPluginForm>(44100.0, isOffline);
-        return std::make_unique<Lv2PluginForm>(bundle, 44100.0, isOffline);
-    }
-    [[nodiscard]] std::unique_ptr<PluginForm> Make(bool isOffline = true)
+    /// A voice between two notes, for long enough that the engine's output is heard.
+    const std::vector<float> voice = harmonicTone(226.0, 44100.0, 35280);
+};
+
+class PluginFormTest : public PluginFormsTest, public testing::WithParamInterface<FormKind>
+{
+protected:
+    [[nodiscard]] std::unique_ptr<PluginForm> MakeOne(bool isOffline = true)
     {
         return Make(GetParam(), isOffline);
     }
-
-    const TestHost host;
-    Lv2Bundle bundle;
-    /// A voice between two notes, for long enough that the engine's output is heard.
-    const std::vector<float> voice = harmonicTone(226.0, 44100.0, 35280);
 };
 
 void setSome(PluginForm& form)
@@ -52,36 +35,61 @@ void setSome(PluginForm& form)
 
 }  // namespace
 
+TEST_F(PluginFormsTest, EveryPresetSoundsAlikeAtEveryRate)
+{
+    for (const double rate : {44100.0, 48000.0, 96000.0}) {
+        const std::vector<float> sound = voiceAt(rate);
+        for (int preset = 0; preset < 7; ++preset) {
+            const auto vst = Make(FormKind::kVst, /*isOffline*/ true, rate);
+            vst->LoadPreset(preset);
+            std::vector<float> shares;
+            for (std::uint32_t i = 0; i < PluginForm::kParameterCount; ++i)
+                shares.push_back(vst->Share(PluginForm::Parameter{i}));
+            const std::vector<float> expected = vst->Play(sound);
+            for (const FormKind kind : {FormKind::kLv2, FormKind::kClap}) {
+                SCOPED_TRACE(testing::Message() << "preset " << preset << " at " << rate << " Hz, "
+                                                << (kind == FormKind::kLv2 ? "LV2" : "CLAP"));
+                const auto form = Make(kind, /*isOffline*/ true, rate);
+                form->LoadPreset(preset);
+                for (std::uint32_t i = 0; i < shares.size(); ++i)
+                    EXPECT_FLOAT_EQ(form->Share(PluginForm::Parameter{i}), shares[i]) << i;
+                EXPECT_EQ(firstDifference(form->Play(sound), expected), -1);
+                EXPECT_EQ(form->Latency(), vst->Latency());
+            }
+        }
+    }
+}
+
 TEST_P(PluginFormTest, ValuesGivenBeforeTheFirstBlockAreInForceInIt)
 {
     for (const bool isOffline : {false, true}) {
         SCOPED_TRACE(isOffline);
         // One that has had the values, by a program, before a host sets them.
-        const auto settled = Make(isOffline);
+        const auto settled = MakeOne(isOffline);
         const std::string program = replaced(settled->Text(), "pitchCorrectionOnOff", "1");
         ASSERT_TRUE(settled->Restore(replaced(program, "key", "5")));
         setSome(*settled);
         const std::vector<float> expected = settled->Play(voice);
 
-        const auto early = Make(isOffline);
+        const auto early = MakeOne(isOffline);
         setSome(*early);
         EXPECT_EQ(firstDifference(early->Play(voice), expected), -1);
-        const auto later = Make(isOffline);
+        const auto later = MakeOne(isOffline);
         const auto set = [&](std::size_t at) {
             if (at == 0)
                 setSome(*later);
         };
         // A VST host that plays gives values to the ticks once it has begun the stream.
-        if (isOffline || GetParam() == Kind::kLv2) {
+        if (isOffline || GetParam() != FormKind::kVst) {
             EXPECT_EQ(firstDifference(later->Play(voice, set), expected), -1);
         }
-        EXPECT_NE(firstDifference(Make(isOffline)->Play(voice), expected), -1);
+        EXPECT_NE(firstDifference(MakeOne(isOffline)->Play(voice), expected), -1);
     }
 }
 
-TEST_P(PluginFormTest, AProgramReturnsInAnotherInstanceOfEitherForm)
+TEST_P(PluginFormTest, AProgramReturnsInAnotherInstanceOfAnyForm)
 {
-    const auto saved = Make();
+    const auto saved = MakeOne();
     // What no parameter reaches, and a choice whose shift stays as it was saved.
     const std::string text =
         replaced(replaced(saved->Text(), "intonation", "1"), "pitchTranspose", "4");
@@ -91,7 +99,7 @@ TEST_P(PluginFormTest, AProgramReturnsInAnotherInstanceOfEitherForm)
          {"\"intonation\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"1\"",
           "\"pitchTranspose\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"4\""})
         EXPECT_NE(program.find(kept), std::string::npos) << kept;
-    for (const Kind kind : {Kind::kVst, Kind::kLv2}) {
+    for (const FormKind kind : kFormKinds) {
         const auto loaded = Make(kind);
         EXPECT_NE(loaded->Text(), program);
         ASSERT_TRUE(loaded->Restore(program));
@@ -104,7 +112,7 @@ TEST_P(PluginFormTest, AProgramReturnsInAnotherInstanceOfEitherForm)
 TEST_P(PluginFormTest, APlayedNoteIsHeardFromItsBlockOn)
 {
     constexpr std::size_t kNoteAt = 10 * PluginForm::kBlock;
-    const auto play = [&](Kind kind, bool isPlayed) {
+    const auto play = [&](FormKind kind, bool isPlayed) {
         const auto form = Make(kind);
         // Listening, correcting, in C major, which has no A#: the voice is nearest to it once it
         // has.
@@ -117,29 +125,12 @@ TEST_P(PluginFormTest, APlayedNoteIsHeardFromItsBlockOn)
     };
     const std::vector<float> played = play(GetParam(), true);
     EXPECT_GT(firstDifference(play(GetParam(), false), played), static_cast<long>(kNoteAt));
-    EXPECT_EQ(firstDifference(play(Kind::kVst, true), played), -1);
-}
-
-TEST_P(PluginFormTest, ManyInstancesCloseInAnyOrder)
-{
-    const std::size_t threads = threadCount();
-    std::vector<std::unique_ptr<PluginForm>> forms;
-    for (int i = 0; i < 64; ++i)
-        forms.push_back(Make());
-    std::shuffle(forms.begin(), forms.end(), std::mt19937(15));
-    std::vector<float> left(PluginForm::kBlock);
-    std::vector<float> right(PluginForm::kBlock);
-    while (!forms.empty()) {
-        forms.back()->Start();
-        forms.back()->Run(left.data(), right.data(), left.size());
-        forms.pop_back();
-    }
-    EXPECT_TRUE(threadsFallTo(threads));
+    EXPECT_EQ(firstDifference(play(FormKind::kVst, true), played), -1);
 }
 
 TEST_P(PluginFormTest, BlocksKeepTheRulesOfTheAudioThreadWhileProgramsAreSavedAndRestoredBeside)
 {
-    const auto form = Make(/*isOffline*/ false);
+    const auto form = MakeOne(/*isOffline*/ false);
     form->Start();
     std::vector<float> left(PluginForm::kBlock);
     std::vector<float> right(PluginForm::kBlock);
@@ -167,9 +158,11 @@ TEST_P(PluginFormTest, BlocksKeepTheRulesOfTheAudioThreadWhileProgramsAreSavedAn
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, PluginFormTest, testing::Values(Kind::kVst, Kind::kLv2),
-                         [](const testing::TestParamInfo<Kind>& kind) {
-                             return kind.param == Kind::kVst ? "Vst" : "Lv2";
+INSTANTIATE_TEST_SUITE_P(Forms, PluginFormTest, testing::ValuesIn(kFormKinds),
+                         [](const auto& kind) {
+                             return kind.param == FormKind::kVst   ? "Vst"
+                                    : kind.param == FormKind::kLv2 ? "Lv2"
+                                                                   : "Clap";
                          });
 
 }  // namespace orvane

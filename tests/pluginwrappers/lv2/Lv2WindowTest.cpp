@@ -2,23 +2,11 @@
 // The window of the LV2 form in a plain X11 host, on a virtual display.
 
 #include "Lv2Host.h"
-#include "support/DisplayProbe.h"
-#include "support/Eventually.h"
-#include "support/VirtualDisplay.h"
+#include "support/VirtualDisplayTest.h"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/ui/ui.h>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <memory>
-#include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -140,15 +128,11 @@ private:
 
 using Notes = std::vector<std::string>;
 
-class Lv2WindowTest : public testing::Test
+class Lv2WindowTest : public VirtualDisplayTest
 {
 protected:
-    void SetUp() override
+    void Begin() override
     {
-        if (!VirtualDisplay::IsAvailable())
-            GTEST_SKIP() << "no X server for tests";
-        display = std::make_unique<VirtualDisplay>();
-        probe = std::make_unique<DisplayProbe>();
         instance.Activate();
         instance.Run(0);
     }
@@ -191,8 +175,6 @@ protected:
                                     "type=\"ZDISCRETE\" int32value=\"1\"") != std::string::npos;
     }
 
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<DisplayProbe> probe;
     Lv2Bundle bundle;
     Lv2Instance instance{bundle};
 };
@@ -366,35 +348,6 @@ TEST_F(Lv2WindowTest, AHostThatLacksAFeatureGetsNoWindowAndALineThatNamesIt)
     }
     for (const char* const feature : {LV2_UI__touch, LV2_UI__resize})
         EXPECT_NE(UiHost(bundle, instance, probe->MakeWindow(kPlace), feature).ui, nullptr);
-}
-
-TEST_F(Lv2WindowTest, ARandomUserAndAutomationBesideLeaveNoGestureOpen)
-{
-    const auto host = Open();
-    ASSERT_TRUE(IsSeenAt(kPlace));
-    std::mt19937 random(15);
-    for (int i = 0; i < 300; ++i) {
-        // The part of the window without menus and dialogs, which would wait for the user.
-        probe->MovePointer(kPlace.x + static_cast<int>(random() % 180),
-                           kPlace.y + 150 + static_cast<int>(random() % 70));
-        if (i % 3 == 0)
-            probe->Press(1);
-        if (i % 3 == 2)
-            probe->Release(1);
-        instance.Value("key") = static_cast<float>(random() % 12);
-        RunBlocks(1);
-        EXPECT_TRUE(host->Idle());
-    }
-    probe->Release(1);
-    EXPECT_GT(host->notes.size(), 20u);
-    EXPECT_TRUE(eventually([&] {
-        EXPECT_TRUE(host->Idle());
-        const auto count = [&](const char* kind) {
-            return std::count_if(host->notes.begin(), host->notes.end(),
-                                 [&](const std::string& note) { return note.starts_with(kind); });
-        };
-        return count("begin") == count("end");
-    }));
 }
 
 }  // namespace

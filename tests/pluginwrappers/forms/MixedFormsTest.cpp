@@ -2,29 +2,12 @@
 // Many instances of all forms in one process, on threads of a host. KESTRUNE_SOAK_SECONDS sets the
 // length, two seconds otherwise.
 
-#include "pluginwrappers/mixed/ClapGuest.h"
-#include "pluginwrappers/mixed/Lv2Guest.h"
-#include "pluginwrappers/mixed/VstGuest.h"
+#include "PluginForm.h"
 #include "support/DisplayProbe.h"
-#include "support/Signals.h"
 #include "support/VirtualDisplay.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <atomic>
-#include <chrono>
-#include <cmath>
-#include <cstdlib>
-#include <iterator>
-#include <memory>
 #include <mutex>
 #include <numeric>
-#include <random>
-#include <string>
-#include <thread>
-#include <vector>
 
 namespace orvane
 {
@@ -63,31 +46,33 @@ public:
     }
 
     // Of the main thread.
-    [[nodiscard]] bool IsThere(std::size_t place) const { return mRooms[place].guest != nullptr; }
-    [[nodiscard]] Guest& At(std::size_t place) { return *mRooms[place].guest; }
+    [[nodiscard]] bool IsThere(std::size_t place) const { return mRooms[place].form != nullptr; }
+    [[nodiscard]] PluginForm& At(std::size_t place) { return *mRooms[place].form; }
     void Open(std::size_t place, bool isOffline)
     {
-        std::unique_ptr<Guest> guest;
-        if (place % 3 == 0)
-            guest = std::make_unique<VstGuest>();
-        else if (place % 3 == 1)
-            guest = std::make_unique<Lv2Guest>(mBundle, isOffline);
-        else
-            guest = std::make_unique<ClapGuest>(isOffline);
+        const FormKind kind = kFormKinds[place % 3];
+        auto form = mHost.Make(kind, isOffline && kind != FormKind::kVst);
+        form->Start();
         const std::lock_guard lock(mRooms[place].mutex);
-        mRooms[place].guest = std::move(guest);
+        mRooms[place].form = std::move(form);
     }
     void Close(std::size_t place)
     {
         Hide(place);
         const std::lock_guard lock(mRooms[place].mutex);
-        mRooms[place].guest.reset();
+        mRooms[place].form->Stop();
+        mRooms[place].form.reset();
     }
     void SaveAndLoad(std::size_t place)
     {
-        const std::string text = At(place).Save();
+        const std::string text = At(place).Text();
         const std::lock_guard lock(mRooms[place].mutex);
-        EXPECT_TRUE(At(place).Load(text));
+        EXPECT_TRUE(At(place).Restore(text));
+    }
+    void SetKey(std::size_t place, std::size_t key)
+    {
+        const std::lock_guard lock(mRooms[place].mutex);
+        At(place).Set(PluginForm::kKey, static_cast<float>(key));
     }
     /// Shows or hides the window in a new window of the probe.
     void ToggleWindow(std::size_t place, DisplayProbe& probe)
@@ -97,7 +82,7 @@ public:
             Hide(place);
         } else if (mWindows < kMostWindows) {
             const auto corner = static_cast<std::int16_t>(20 * place % 320);
-            EXPECT_TRUE(room.guest->Show(probe.MakeWindow({corner, corner, 454, 430})));
+            EXPECT_TRUE(room.form->Show(probe.MakeWindow({corner, corner, 454, 430})));
             room.hasWindow = true;
             ++mWindows;
         }
@@ -105,13 +90,13 @@ public:
     void Idle()
     {
         for (Room& room : mRooms)
-            if (room.guest)
-                room.guest->Idle();
+            if (room.form)
+                room.form->Idle();
     }
     /// Returns the key in the saved program; -1 for none.
     [[nodiscard]] int SavedKey(std::size_t place)
     {
-        const std::string text = At(place).Save();
+        const std::string text = At(place).Text();
         const std::size_t element = text.find("name=\"key\"");
         const std::size_t value = text.find("int32value=\"", element);
         return value < text.size() ? std::atoi(text.c_str() + value + 12) : -1;
@@ -121,7 +106,7 @@ private:
     struct Room
     {
         std::mutex mutex;  // held by an audio thread while it runs a block, and to come or go
-        std::unique_ptr<Guest> guest;
+        std::unique_ptr<PluginForm> form;
         bool hasWindow = false;  // of the main thread
     };
 
@@ -134,14 +119,13 @@ private:
     }
     void Play(const std::stop_token& stop, std::size_t thread)
     {
-        const std::vector<float> voice = harmonicTone(196.0, 44100.0, Guest::kBlock);
+        const std::vector<float> voice = harmonicTone(196.0, 44100.0, 256);
         for (std::size_t place = thread; !stop.stop_requested();) {
             Room& room = mRooms[place];
-            if (const std::unique_lock lock(room.mutex, std::try_to_lock); lock && room.guest) {
-                Guest::Block left;
-                std::ranges::copy(voice, left.begin());
-                Guest::Block right = left;
-                room.guest->Run(left, right);
+            if (const std::unique_lock lock(room.mutex, std::try_to_lock); lock && room.form) {
+                std::vector<float> left = voice;
+                std::vector<float> right = voice;
+                room.form->Run(left.data(), right.data(), left.size());
                 for (const float sample : left)
                     if (!(std::fabs(sample) < 8.0f))
                         mIsSound = false;
@@ -154,7 +138,7 @@ private:
         }
     }
 
-    Lv2Bundle mBundle;
+    FormsHost mHost;
     std::array<Room, kInstances> mRooms;
     int mWindows = 0;
     std::atomic<bool> mIsSound{true};
@@ -180,7 +164,7 @@ void act(House& house, DisplayProbe* probe, std::mt19937& random)
     else if (what <= 2)
         house.SaveAndLoad(place);
     else if (what <= 4 || probe == nullptr)
-        house.At(place).SetKey(static_cast<int>(random() % 12));
+        house.SetKey(place, random() % 12);
     else if (what <= 6)
         house.ToggleWindow(place, *probe);
     else {
@@ -196,13 +180,12 @@ void act(House& house, DisplayProbe* probe, std::mt19937& random)
 
 TEST(MixedFormsTest, AllFormsAreOneLibraryWithOneInterfaceThread)
 {
-    const TestHost host;
     const std::size_t threads = threadCount();
     {
-        const VstGuest vst;
-        Lv2Bundle bundle;
-        const Lv2Guest lv2(bundle, false);
-        const ClapGuest clap(false);
+        FormsHost host;
+        std::vector<std::unique_ptr<PluginForm>> forms;
+        for (const FormKind kind : kFormKinds)
+            forms.push_back(host.Make(kind));
         EXPECT_EQ(threadCount(), threads + 1);
     }
     EXPECT_TRUE(threadsFallTo(threads));
@@ -217,7 +200,6 @@ TEST(MixedFormsTest, InstancesOfAllFormsComeAndGoInOneProcessInAnyOrderAndKeepTo
         screen = std::make_unique<VirtualDisplay>();
         probe = std::make_unique<DisplayProbe>();
     }
-    const TestHost host;
     {
         std::mt19937 random(11);
         House house;
@@ -229,7 +211,7 @@ TEST(MixedFormsTest, InstancesOfAllFormsComeAndGoInOneProcessInAnyOrderAndKeepTo
         for (std::size_t place = 0; place < kInstances; ++place) {
             if (!house.IsThere(place))
                 house.Open(place, false);
-            house.At(place).SetKey(static_cast<int>(place % 12));
+            house.SetKey(place, place % 12);
         }
         for (std::size_t place = 0; place < kInstances; ++place)
             EXPECT_TRUE(eventually([&] {
