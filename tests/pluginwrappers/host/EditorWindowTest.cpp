@@ -2,25 +2,10 @@
 // The library's window inside windows of a host, on a virtual display: one habit of hosts per test.
 
 #include "PluginLibrary.h"
-#include "pluginwrappers/interface/ERect.h"
 #include "pluginwrappers/interface/WindowPicture.h"
-#include "support/DisplayProbe.h"
-#include "support/VirtualDisplay.h"
+#include "support/VirtualDisplayTest.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
-#include <xkbcommon/xkbcommon-keysyms.h>
-
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdlib>
-#include <functional>
-#include <memory>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -36,11 +21,6 @@ xcb_rectangle_t placeAt(int x, int y)
     return {static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 454, 430};
 }
 
-std::intptr_t openEditor(AEffect* effect, std::uintptr_t parent)
-{
-    return ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(parent));  // as hosts do
-}
-
 void closeEditor(AEffect* effect)
 {
     ask(effect, effEditClose);
@@ -53,14 +33,12 @@ void process(AEffect* effect)
     effect->processReplacing(effect, channels.data(), channels.data(), 256);
 }
 
-class EditorWindowTest : public testing::Test
+class EditorWindowTest : public VirtualDisplayTest
 {
 protected:
-    void SetUp() override
+    void Begin() override
     {
-        if (!VirtualDisplay::IsAvailable())
-            GTEST_SKIP() << "no X server for tests";
-        StartDisplay();
+        parent = MakeParent();
         effect = host->Open();
         ask(effect, effSetBlockSize, 0, 256);
         ask(effect, effMainsChanged, 0, 1);
@@ -72,12 +50,6 @@ protected:
         EXPECT_TRUE(!probe || IsFree());
     }
 
-    void StartDisplay()
-    {
-        display = std::make_unique<VirtualDisplay>();
-        probe = std::make_unique<DisplayProbe>();
-        parent = MakeParent();
-    }
     [[nodiscard]] xcb_window_t MakeParent() const { return probe->MakeWindow(kPlace); }
     /// Returns whether the screen at place comes to show the effect's window.
     [[nodiscard]] bool Shows(AEffect* of, const xcb_rectangle_t& place = kPlace)
@@ -105,14 +77,12 @@ protected:
     {
         return waitFor([&] { return probe->CountClients() == 0; });
     }
-    /// Opens the menu at a point of the window, at first that of pitch ranges, and keeps the button
-    /// down.
-    void OpenMenu(int x = 60, int y = 66)
+    /// Opens the menu of pitch ranges and keeps the button down.
+    void OpenMenu()
     {
         Open();
         const auto before = probe->GetChildren(probe->GetRoot());
-        probe->MovePointer(kPlace.x + x, kPlace.y + y);
-        pressed = std::chrono::steady_clock::now();
+        probe->MovePointer(kPlace.x + 60, kPlace.y + 66);
         probe->Press(1);
         EXPECT_TRUE(
             waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before.size(); }));
@@ -135,13 +105,10 @@ protected:
     static constexpr std::uint32_t kMenuGround = 0x262629;
 
     const std::size_t threadsBefore = threadCount();
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<DisplayProbe> probe;
     xcb_window_t parent = XCB_NONE;
     std::unique_ptr<LibraryHost> host = std::make_unique<LibraryHost>();
     AEffect* effect = nullptr;
     xcb_window_t menu = XCB_NONE;
-    std::chrono::steady_clock::time_point pressed;  // when the menu was opened
 };
 
 /// Ends the process with an open instance; the alarm kills a process that hangs.
@@ -155,10 +122,7 @@ protected:
 
 TEST_F(EditorWindowTest, EachParentShowsTheSameState)
 {
-    ERect* rect = nullptr;
-    EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
-    EXPECT_EQ(rect->right, kPlace.width);
-    EXPECT_EQ(rect->bottom, kPlace.height);
+    EXPECT_EQ(editorSize(effect), std::pair(454, 430));
     Open();
     probe->MovePointer(kPlace.x + 22, kPlace.y + 163);
     probe->Click(1);
@@ -180,13 +144,8 @@ TEST_F(EditorWindowTest, EachParentShowsTheSameState)
 
 TEST_F(EditorWindowTest, ADenseDisplayGetsALargeWindow)
 {
-    const auto sizeTold = [this] {
-        ERect* rect = nullptr;
-        EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
-        return std::pair(rect->right - rect->left, rect->bottom - rect->top);
-    };
     probe->SetResources("Xft.dpi:\t192\n");
-    EXPECT_EQ(sizeTold(), std::pair(908, 860));
+    EXPECT_EQ(editorSize(effect), std::pair(908, 860));
     const xcb_window_t large = probe->MakeWindow({0, 0, 908, 768});
     EXPECT_EQ(openEditor(effect, large), 1);
     probe->MovePointer(2 * 22, 2 * 163);
@@ -210,9 +169,9 @@ TEST_F(EditorWindowTest, ADenseDisplayGetsALargeWindow)
     EXPECT_FALSE(pictureShows(1.0f));
     EXPECT_TRUE(waitFor([&] { return pictureShows(2.0f); }));
     probe->SetResources("Xft.dpi:\t96\n");
-    EXPECT_EQ(sizeTold(), std::pair(908, 860)) << "the window that is open is as it was";
+    EXPECT_EQ(editorSize(effect), std::pair(908, 860)) << "the window that is open is as it was";
     closeEditor(effect);
-    EXPECT_EQ(sizeTold(), std::pair(454, 430));
+    EXPECT_EQ(editorSize(effect), std::pair(454, 430));
     probe->Destroy(large);
     Open();
 }
@@ -307,36 +266,11 @@ TEST_F(EditorWindowTest, TheEndOfTheXServerClosesTheWindowAndNothingElse)
         effect->setParameter(effect, kCorrectPitch, i % 2 == 0 ? 0.0f : 1.0f);
     }
     closeEditor(effect);
-    display.reset();
     StartDisplay();
+    parent = MakeParent();
     Open();
     closeEffect(second);
     EXPECT_EQ(probe->GetChildren(parent).size(), 1u);
-}
-
-TEST_F(EditorWindowTest, AHurriedClickOpensAMenuAndChoosesNothing)
-{
-    using namespace std::chrono_literals;
-    effect->setParameter(effect, kKey, 0.5f);
-    ask(effect, effMainsChanged, 0, 1);  // brings the value to the menu
-    // The pointer is over the first key. A busy machine may be too slow to hurry: then once more.
-    for (bool wasHurried = false; !wasHurried;) {
-        OpenMenu(350, 202);
-        TestHost::TakeNotes();
-        probe->MovePointer(kPlace.x + 352, kPlace.y + 203);
-        std::this_thread::sleep_for(60ms);
-        probe->Release(1);
-        std::this_thread::sleep_for(60ms);
-        const auto notes = TestHost::TakeNotes();
-        const float value = effect->getParameter(effect, kKey);
-        wasHurried = std::chrono::steady_clock::now() - pressed < 400ms;
-        if (wasHurried) {
-            EXPECT_EQ(notes, std::vector<std::string>{});
-            EXPECT_GT(value, 0.0f);
-        }
-        probe->TypeKey(XKB_KEY_Escape);
-        EXPECT_TRUE(MenuIsGone());
-    }
 }
 
 TEST_F(EditorWindowTest, AnOpenMenuClosesWithItsWindow)

@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A user with the context menu of the library's window, on a virtual display, at several scales.
+// A user of the library's window with real keys and the context menu, on a virtual display, at
+// several scales.
 
 #include "PluginLibrary.h"
-#include "pluginwrappers/interface/ERect.h"
-#include "support/DisplayProbe.h"
 #include "support/PrivateFolder.h"
-#include "support/VirtualDisplay.h"
+#include "support/VirtualDisplayTest.h"
 
-#include <gtest/gtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
-
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -26,8 +17,10 @@ namespace
 using Notes = std::vector<std::string>;
 using Keys = std::vector<std::uint32_t>;
 
+constexpr std::int32_t kCorrectPitch = 0;
+constexpr std::int32_t kKey = 2;
 constexpr std::int32_t kCorrectionTime = 4;
-constexpr std::uint32_t kMenuGround = 0x262629;
+constexpr std::uint32_t kRing = 0xFFCC66;
 constexpr std::uint8_t kRightButton = 3;
 
 // Points of the window, in units.
@@ -35,16 +28,13 @@ constexpr xcb_point_t kEmpty{300, 60};
 constexpr xcb_point_t kSlider{70, 203};
 constexpr xcb_point_t kPitch{100, 122};
 
-class ContextMenuTest : public testing::Test
+class EditorUserTest : public VirtualDisplayTest
 {
 protected:
-    void SetUp() override
+    void Begin() override
     {
-        if (!VirtualDisplay::IsAvailable())
-            GTEST_SKIP() << "no X server for tests";
-        display = std::make_unique<VirtualDisplay>();
-        probe = std::make_unique<DisplayProbe>();
-        effect = host->Open();
+        effect = host.Open();
+        ask(effect, effSetBlockSize, 0, 256);
         ask(effect, effMainsChanged, 0, 1);
     }
     void TearDown() override
@@ -53,12 +43,6 @@ protected:
             closeEffect(effect);
     }
 
-    [[nodiscard]] std::pair<int, int> SizeTold()
-    {
-        ERect* rect = nullptr;
-        EXPECT_EQ(ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect)), 1);
-        return {rect->right - rect->left, rect->bottom - rect->top};
-    }
     /// Opens the window in a parent at 20, 10, at the scale of the display's setting.
     void OpenWindow(double byDisplay = 1.0)
     {
@@ -66,10 +50,9 @@ protected:
         probe->SetResources("Xft.dpi:\t" + std::to_string(static_cast<int>(96 * scale)) + "\n");
         // With room for every scale, as a host makes that grants it.
         parent = probe->MakeWindow({kLeft, kTop, 1000, 750});
-        ASSERT_EQ(ask(effect, effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{parent})),
-                  1);
-        probe->Sync();
-        ASSERT_EQ(WindowSize(), SizeTold());
+        ASSERT_EQ(openEditor(effect, parent), 1);
+        probe->Focus(probe->GetChildren(parent).front());
+        ASSERT_EQ(WindowSize(), editorSize(effect));
         TestHost::TakeNotes();
     }
     void CloseWindow()
@@ -90,22 +73,30 @@ protected:
         probe->MovePointer(kLeft + static_cast<int>(unit.x * scale),
                            kTop + static_cast<int>(unit.y * scale));
     }
-    [[nodiscard]] xcb_window_t Topmost() { return probe->GetChildren(probe->GetRoot()).back(); }
-    /// Opens the context menu at a point by a quick click, which leaves it open.
-    void OpenMenu(const xcb_point_t& unit)
+    /// Waits for a menu or a dialog and gives it the keys, as window managers do.
+    [[nodiscard]] xcb_window_t Appears()
     {
-        PointAt(unit);
-        probe->Click(kRightButton);
-        // Tips come and go as well, but without the keyboard.
-        ASSERT_TRUE(waitFor([&] {
-            menu = Topmost();
-            return menu != parent && probe->GetFocus() == menu;
+        xcb_window_t found = XCB_NONE;
+        EXPECT_TRUE(waitFor([&] {
+            found = probe->GetChildren(probe->GetRoot()).back();
+            // Tips come and go as well, but are low.
+            if (found == parent || probe->GetPlace(found).height < 60 * scale)
+                return false;
+            probe->Focus(found);
+            return probe->GetFocus() == found;
         }));
+        return found;
     }
     void Type(const Keys& keys)
     {
         for (const std::uint32_t key : keys)
             probe->TypeKey(key);
+    }
+    void TypeWith(std::uint32_t held, std::uint32_t key)
+    {
+        probe->PressKey(held);
+        probe->TypeKey(key);
+        probe->ReleaseKey(held);
     }
     /// Waits until a window is gone, and until what its end has begun is done.
     [[nodiscard]] bool IsGone(xcb_window_t window)
@@ -117,9 +108,12 @@ protected:
         ask(effect, effEditIdle);
         return isGone;
     }
+    /// Opens the context menu at a point by a quick click and chooses by keys.
     void Choose(const xcb_point_t& unit, const Keys& keys)
     {
-        OpenMenu(unit);
+        PointAt(unit);
+        probe->Click(kRightButton);
+        const xcb_window_t menu = Appears();
         Type(keys);
         Type({XKB_KEY_Return});
         ASSERT_TRUE(IsGone(menu));
@@ -127,19 +121,19 @@ protected:
     /// Chooses "Enter Value..." over a control and types a value in the dialog.
     void EnterValue(const xcb_point_t& unit, const Keys& value)
     {
-        OpenMenu(unit);
-        Type({XKB_KEY_e, XKB_KEY_Return});
-        ASSERT_TRUE(IsGone(menu));
-        ASSERT_TRUE(waitFor([&] { return probe->GetPlace(Topmost()).width == 300 * scale; }));
-        const xcb_window_t dialog = Topmost();
-        // The display gives the keyboard to a window once it is shown.
-        ASSERT_TRUE(waitFor([&] {
-            probe->Focus(dialog);
-            return probe->GetFocus() == dialog;
-        }));
+        Choose(unit, {XKB_KEY_e});
+        const xcb_window_t dialog = Appears();
         Type(value);
         Type({XKB_KEY_Return});
         ASSERT_TRUE(IsGone(dialog));
+    }
+    /// Clicks at a point of a dialog, in units.
+    void ClickIn(xcb_window_t dialog, const xcb_point_t& unit)
+    {
+        const auto place = probe->GetPlace(dialog);
+        probe->MovePointer(place.x + static_cast<int>(unit.x * scale),
+                           place.y + static_cast<int>(unit.y * scale));
+        probe->Click(1);
     }
     /// Expects the host to hear this since the last call, and no more.
     static void ExpectHeard(const Notes& expected)
@@ -151,13 +145,19 @@ protected:
         }));
         EXPECT_EQ(heard, expected);
     }
-    /// Sets the correction time. The plug-in takes no value while it tells the host of others.
-    void SetTime(float value)
+    [[nodiscard]] bool HasValue(std::int32_t parameter, float value) const
     {
-        EXPECT_TRUE(waitFor([&] {
-            effect->setParameter(effect, kCorrectionTime, value);
-            return effect->getParameter(effect, kCorrectionTime) == value;
-        }));
+        return waitFor([&] { return effect->getParameter(effect, parameter) == value; });
+    }
+    /// Returns whether the ring comes to be around what begins at x, y in units of the window.
+    [[nodiscard]] bool RingIsAt(int x, int y)
+    {
+        const auto at = [this](int unit) { return static_cast<int>(unit * scale); };
+        return waitFor([&] {
+            return probe->PixelAt(kLeft + at(x - 3), kTop + at(y - 3)) == kRing &&
+                   probe->PixelAt(kLeft + at(x - 1) - 1, kTop + at(y)) == kRing &&
+                   probe->PixelAt(kLeft + at(x) - 1, kTop + at(y)) == 0;
+        });
     }
     /// Returns the value of an element in the current program's text.
     [[nodiscard]] std::string Saved(const std::string& element)
@@ -176,25 +176,19 @@ protected:
 
     const PrivateFolder folder;
     const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
-    std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<DisplayProbe> probe;
-    std::unique_ptr<LibraryHost> host = std::make_unique<LibraryHost>();
+    const LibraryHost host;
     AEffect* effect = nullptr;
     xcb_window_t parent = XCB_NONE;
     double scale = 1.0;
-    xcb_window_t menu = XCB_NONE;  // the one that was opened last
 };
 
-}  // namespace
-
-TEST_F(ContextMenuTest, ATypedValueIsOneGestureAtEveryScale)
+TEST_F(EditorUserTest, ATypedValueIsOneGestureAtEveryScale)
 {
     for (const double each : {1.0, 1.5, 2.0}) {
         SCOPED_TRACE(each);
         OpenWindow(each);
         EnterValue(kSlider, {XKB_KEY_0, XKB_KEY_period, XKB_KEY_1, XKB_KEY_space, XKB_KEY_s});
-        EXPECT_TRUE(
-            waitFor([&] { return effect->getParameter(effect, kCorrectionTime) == 0.25f; }));
+        EXPECT_TRUE(HasValue(kCorrectionTime, 0.25f));
         ExpectHeard(Notes{"begin 4", "4=250", "end 4"});
         // What is out of the range, or no number, leaves the dialog open.
         EnterValue(kSlider, {XKB_KEY_9, XKB_KEY_9, XKB_KEY_9, XKB_KEY_Return, XKB_KEY_x,
@@ -204,7 +198,29 @@ TEST_F(ContextMenuTest, ATypedValueIsOneGestureAtEveryScale)
     }
 }
 
-TEST_F(ContextMenuTest, ShiftsAreTypedInCentsAndTheHostHearsOfChoices)
+TEST_F(EditorUserTest, ADialogThatIsDismissedChangesNothing)
+{
+    OpenWindow();
+    const std::function<void(xcb_window_t)> ways[] = {
+        [this](xcb_window_t /*dialog*/) { Type({XKB_KEY_Escape}); },
+        [this](xcb_window_t dialog) {
+            ClickIn(dialog, {217, 102});
+        },  // Cancel
+        [this](xcb_window_t dialog) {
+            probe->SendMessage(dialog, "WM_PROTOCOLS", probe->GetAtom("WM_DELETE_WINDOW"));
+        }};
+    for (const auto& dismiss : ways) {
+        Choose(kSlider, {XKB_KEY_e});
+        const xcb_window_t dialog = Appears();
+        Type({XKB_KEY_0});
+        dismiss(dialog);
+        EXPECT_TRUE(IsGone(dialog));
+    }
+    EXPECT_EQ(TestHost::TakeNotes(), Notes{});
+    EXPECT_TRUE(HasValue(kCorrectionTime, 0.125f));
+}
+
+TEST_F(EditorUserTest, ShiftsAreTypedInCentsAndTheHostHearsOfChoices)
 {
     OpenWindow();
     EnterValue(kPitch, {XKB_KEY_1, XKB_KEY_5, XKB_KEY_0});
@@ -216,30 +232,7 @@ TEST_F(ContextMenuTest, ShiftsAreTypedInCentsAndTheHostHearsOfChoices)
     EXPECT_TRUE(waitFor([&] { return Saved("PitchShift").find("700") != std::string::npos; }));
 }
 
-TEST_F(ContextMenuTest, ProgramsMemoriesAndTrackingAreChosenByKey)
-{
-    OpenWindow(2.0);
-    const std::string classic = chunkOf(effect, true);
-    // The start is no edit, and what follows from it passes first.
-    EXPECT_TRUE(waitFor([&] {
-        Choose(kEmpty, {XKB_KEY_t, XKB_KEY_Right, XKB_KEY_c});
-        Choose(kEmpty, {XKB_KEY_t, XKB_KEY_Right, XKB_KEY_f});
-        return TestHost::CountOf(audioMasterUpdateDisplay) > 0;
-    }));
-    EXPECT_NE(Saved("tracking"), "");
-    Choose(kEmpty, {XKB_KEY_t, XKB_KEY_Right, XKB_KEY_c});
-    EXPECT_EQ(chunkOf(effect, true), classic);
-    Choose(kEmpty, {XKB_KEY_p, XKB_KEY_Right, XKB_KEY_Down, XKB_KEY_Down});
-    EXPECT_EQ(ask(effect, effGetProgram), 2);
-    // The third item with that letter holds the memories; of these only one is not empty.
-    SetTime(0.5f);
-    Choose(kEmpty, {XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_Right});
-    SetTime(0.75f);
-    Choose(kEmpty, {XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_Right, XKB_KEY_r});
-    EXPECT_EQ(effect->getParameter(effect, kCorrectionTime), 0.5f);
-}
-
-TEST_F(ContextMenuTest, AChosenScaleIsAskedForAndKept)
+TEST_F(EditorUserTest, AChosenScaleIsAskedForAndKept)
 {
     TestHost::Answer(audioMasterSizeWindow, 1);
     OpenWindow();
@@ -261,9 +254,9 @@ TEST_F(ContextMenuTest, AChosenScaleIsAskedForAndKept)
     Choose(kEmpty, {XKB_KEY_w, XKB_KEY_Right, XKB_KEY_Down, XKB_KEY_Down});
     EXPECT_TRUE(waitFor([] { return TestHost::CountOf(audioMasterSizeWindow) == 1; }));
     EXPECT_EQ(WindowSize(), std::pair(908, 860)) << "the host has refused";
-    EXPECT_EQ(SizeTold(), std::pair(908, 860));
+    EXPECT_EQ(editorSize(effect), std::pair(908, 860));
     CloseWindow();
-    EXPECT_EQ(SizeTold(), std::pair(681, 645)) << "the choice comes with the next window";
+    EXPECT_EQ(editorSize(effect), std::pair(681, 645)) << "the choice comes with the next window";
     TestHost::Answer(audioMasterSizeWindow, 1);
     OpenWindow();
     scale = 1.5;
@@ -271,14 +264,14 @@ TEST_F(ContextMenuTest, AChosenScaleIsAskedForAndKept)
     EXPECT_TRUE(waitFor([&] { return WindowSize() == std::pair(454, 430); }));
 }
 
-TEST_F(ContextMenuTest, ThePitchGraphUnfoldsInAWindowThatTheHostMakesRoomFor)
+TEST_F(EditorUserTest, ThePitchGraphUnfoldsInAWindowThatTheHostMakesRoomFor)
 {
     TestHost::Answer(audioMasterSizeWindow, 1);
     OpenWindow(1.5);
     const Keys toGraph{XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_p};
     Choose(kEmpty, toGraph);
     EXPECT_TRUE(waitFor([&] { return WindowSize() == std::pair(681, 921); }));
-    EXPECT_EQ(SizeTold(), std::pair(681, 921));
+    EXPECT_EQ(editorSize(effect), std::pair(681, 921));
     const auto calls = TestHost::Calls();
     const auto asked = std::ranges::find(calls, audioMasterSizeWindow, &HostCall::opcode);
     ASSERT_NE(asked, calls.end());
@@ -290,70 +283,88 @@ TEST_F(ContextMenuTest, ThePitchGraphUnfoldsInAWindowThatTheHostMakesRoomFor)
     EXPECT_NE(SavedSettings().find("PitchGraph=0"), std::string::npos);
 }
 
-TEST_F(ContextMenuTest, TheMenuKeyAndShiftF10OpenItForTheControlWithTheRing)
+TEST_F(EditorUserTest, TheMenuKeyAndShiftF10OpenTheMenuForTheControlWithTheRing)
 {
     OpenWindow();
     PointAt(kEmpty);
     probe->Click(1);
-    const auto opensBy = [&](const auto& type) {
+    ASSERT_TRUE(waitFor([&] { return probe->GetFocus() == probe->GetChildren(parent).front(); }));
+    const auto heightBy = [&](const std::function<void()>& type) {
         static_cast<void>(probe->TakeKeys());
         type();
-        const bool opens = waitFor([&] {
-            menu = Topmost();
-            return menu != parent && probe->GetFocus() == menu;
-        });
+        const xcb_window_t menu = Appears();
         for (const std::uint32_t key : probe->TakeKeys())
             EXPECT_EQ(key, std::uint32_t{XKB_KEY_Shift_L}) << "the host hears no more than that";
-        return opens;
+        const int height = probe->GetPlace(menu).height;
+        Type({XKB_KEY_Escape});
+        EXPECT_TRUE(IsGone(menu));
+        return height;
     };
-    const auto typeMenuKey = [&] { probe->TypeKey(XKB_KEY_Menu); };
-    const auto typeShiftF10 = [&] {
-        probe->PressKey(XKB_KEY_Shift_L);
-        probe->TypeKey(XKB_KEY_F10);
-        probe->ReleaseKey(XKB_KEY_Shift_L);
-    };
-    ASSERT_TRUE(waitFor([&] { return probe->GetFocus() == probe->GetChildren(parent).front(); }));
-    ASSERT_TRUE(opensBy(typeMenuKey));
-    EXPECT_EQ(probe->GetPlace(menu).height, 15 * 19 + 6) << "of the window alone";
-    Type({XKB_KEY_Escape});
-    ASSERT_TRUE(IsGone(menu));
+    EXPECT_EQ(heightBy([&] { Type({XKB_KEY_Menu}); }), 15 * 19 + 6) << "of the window alone";
     Type({XKB_KEY_Tab});
-    ASSERT_TRUE(opensBy(typeShiftF10));
-    EXPECT_EQ(probe->GetPlace(menu).height, 16 * 19 + 6) << "with a reset of the first control";
-    Type({XKB_KEY_Escape});
-    EXPECT_TRUE(IsGone(menu));
+    EXPECT_EQ(heightBy([&] { TypeWith(XKB_KEY_Shift_L, XKB_KEY_F10); }), 16 * 19 + 6)
+        << "with a reset of the first control";
 }
 
-TEST_F(ContextMenuTest, AHurriedClickLeavesTheMenuOpenAndAReleaseOutsideClosesIt)
-{
-    OpenWindow(1.5);
-    OpenMenu(kEmpty);
-    const auto place = probe->GetPlace(Topmost());
-    EXPECT_TRUE(waitFor(
-        [&, x = place.x + 4, y = place.y + 8] { return probe->PixelAt(x, y) == kMenuGround; }));
-    // The pointer goes from "Save Settings..." to the third item, "Load Settings...".
-    const int third = place.y + static_cast<int>((3 + 2.5 * 19) * 1.5);
-    for (const int y : {third - 28, third}) {
-        probe->MovePointer(place.x + 90, y);
-        EXPECT_TRUE(waitFor([&, x = place.x + 8] { return probe->PixelAt(x, y) == 0x961820; }));
-    }
-    probe->Press(kRightButton);
-    probe->MovePointer(place.x - 30, third);
-    probe->Release(kRightButton);
-    EXPECT_TRUE(IsGone(menu));
-    EXPECT_EQ(TestHost::TakeNotes(), Notes{});
-}
-
-TEST_F(ContextMenuTest, TheMenuStaysOnTheScreen)
+TEST_F(EditorUserTest, KeysLeadFromTheOpeningToANamedScale)
 {
     OpenWindow(2.0);
-    OpenMenu({430, 360});
-    const auto place = probe->GetPlace(Topmost());
-    EXPECT_LE(place.x + place.width, 1024);
-    EXPECT_LE(place.y + place.height, 768);
-    EXPECT_GT(place.height, 400);
-    Type({XKB_KEY_Escape});
+    Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab});
+    EXPECT_TRUE(RingIsAt(15, 157)) << "CORRECT PITCH";
+    Type({XKB_KEY_space});
+    EXPECT_TRUE(HasValue(kCorrectPitch, 1.0f));
+    Type({XKB_KEY_Tab, XKB_KEY_End});
+    EXPECT_TRUE(HasValue(kCorrectionTime, 1.0f));
+    EXPECT_EQ(TestHost::OpenGestures(), 0);
+    Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Return});
+    const xcb_window_t menu = Appears();
+    Type({XKB_KEY_Home, XKB_KEY_Return});
     EXPECT_TRUE(IsGone(menu));
+    EXPECT_TRUE(HasValue(kKey, 0.0f)) << "the first key";
+    Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Right,
+          XKB_KEY_space});
+    TypeWith(XKB_KEY_Shift_L, XKB_KEY_Tab);
+    EXPECT_TRUE(RingIsAt(16, 345)) << "ADD SCALE";
+    Type({XKB_KEY_space});
+    const xcb_window_t dialog = Appears();
+    TypeWith(XKB_KEY_Control_L, XKB_KEY_a);
+    Type({XKB_KEY_k, XKB_KEY_e, XKB_KEY_y, XKB_KEY_s});
+    ClickIn(dialog, {229, 122});  // OK
+    EXPECT_TRUE(IsGone(dialog));
+    EXPECT_TRUE(
+        waitFor([&] { return chunkOf(effect, true).find("\"keys\"") != std::string::npos; }));
 }
+
+TEST_F(EditorUserTest, KeysThatNoControlTakesReachTheHost)
+{
+    OpenWindow();
+    static_cast<void>(probe->TakeKeys());
+    const auto reaches = [this](std::uint32_t key) {
+        // A key that is not passed on would be followed by the other one alone.
+        Type({key, XKB_KEY_F5});
+        bool came = false;
+        EXPECT_TRUE(waitFor([&] {
+            const auto keys = probe->TakeKeys();
+            came = came || std::ranges::count(keys, key) != 0;
+            return std::ranges::count(keys, std::uint32_t{XKB_KEY_F5}) != 0;
+        }));
+        return came;
+    };
+    EXPECT_TRUE(reaches(XKB_KEY_space));
+    EXPECT_TRUE(reaches(XKB_KEY_Escape));
+    EXPECT_FALSE(reaches(XKB_KEY_Tab));
+    EXPECT_FALSE(reaches(XKB_KEY_Tab));
+    EXPECT_FALSE(reaches(XKB_KEY_space)) << "the box takes it";
+    EXPECT_TRUE(reaches(XKB_KEY_q));
+    EXPECT_TRUE(reaches(XKB_KEY_Return));
+    EXPECT_FALSE(reaches(XKB_KEY_Escape)) << "it ends the ring";
+    EXPECT_TRUE(reaches(XKB_KEY_space));
+    Type({XKB_KEY_Tab});
+    PointAt({5, 5});
+    probe->Click(1);
+    EXPECT_TRUE(reaches(XKB_KEY_space)) << "a press of the mouse ends the ring, too";
+}
+
+}  // namespace
 
 }  // namespace orvane
