@@ -5,22 +5,12 @@
 #include "pluginwrappers/common/ChunkCheck.h"
 #include "support/BoxRecorder.h"
 #include "support/Signals.h"
+#include "support/Test.h"
 #include "support/TextMutation.h"
 #include "tools/singer/Singer.h"
-#include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/documents/ZAudioDocument.h"
-#include "zlib/common/signals/ZBay.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <random>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -139,46 +129,6 @@ TEST(ChunkTest, EveryStateReturnsInANewInstance)
         const std::vector<float> voice = steadyVowel(Vowel::kA, 210.0, 44100.0, 2.0);
         EXPECT_EQ(loaded.Play(voice), saved.Play(voice));
     }
-}
-
-TEST(ChunkTest, TheTrackingOfABankOrProgramIsHeardAndOneWithoutItBringsBackClassic)
-{
-    const auto programs = [](const ProductInstance& plugin, std::int32_t tracking) {
-        {
-            const ZInterfaceLock lock;
-            plugin.Element("tracking").SetDiscrete(tracking, false);
-        }
-        plugin.Tick();
-        return std::pair(plugin.Bank(), plugin.Program());
-    };
-    const ProductInstance saved;
-    saved.effect->setParameter(saved.effect, 0, 1.0f);  // correction, or nothing would be heard
-    saved.Tick();
-    const auto classic = programs(saved, 0);
-    const auto fine = programs(saved, 1);
-    EXPECT_EQ(programs(saved, 0), classic);
-    EXPECT_EQ(classic.first.find("tracking"), std::string::npos);
-
-    // The fine tracking leaves noise as it is; the classic one cuts it into grains.
-    const std::vector<float> sound = whiteNoise(0.3f, 90 * 512, 6);
-    const auto leavesNoise = [&](const ProductInstance& plugin) {
-        const std::vector<float> output = plugin.Play(sound);
-        const auto delay = static_cast<std::size_t>(plugin.effect->initialDelay);
-        float difference = 0.0f;
-        for (std::size_t i = 60 * 512; i < output.size(); ++i)
-            difference = std::max(difference, std::fabs(output[i] - sound[i - delay]));
-        return difference < 1e-4f;
-    };
-    const ProductInstance loaded;
-    for (const bool isProgram : {false, true})
-        for (const auto* const state : {&fine, &classic, &fine}) {
-            const std::string& chunk = isProgram ? state->second : state->first;
-            ASSERT_EQ(loadChunk(loaded.effect, chunk, isProgram), 1);
-            loaded.Tick();
-            EXPECT_EQ(leavesNoise(loaded), state == &fine) << isProgram;
-            const std::string again = chunkOf(loaded.effect, isProgram);
-            EXPECT_EQ(again.find("\"tracking\"") != std::string::npos, state == &fine);
-        }
 }
 
 TEST(ChunkTest, MalformedChunksDoNoHarm)

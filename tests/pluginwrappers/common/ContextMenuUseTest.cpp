@@ -1,23 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The shipped window's context menu: what it offers over each view, and what the host hears.
 
-#include "pluginwrappers/common/ProductInstance.h"
-#include "support/BoxRecorder.h"
-#include "support/PrivateFolder.h"
+#include "pluginwrappers/common/WindowUse.h"
 #include "zlib/common/buffers/ZBuffer.h"
-#include "zlib/common/controls/ZMenu.h"
 #include "zlib/common/objects/ZClipboard.h"
-#include "zlib/common/views/ZView.h"
-#include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <optional>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
@@ -25,7 +11,6 @@ namespace orvane
 namespace
 {
 
-using Notes = std::vector<std::string>;
 using Path = std::vector<std::string>;
 
 /// A clipboard that holds what the test puts there.
@@ -51,24 +36,16 @@ private:
     ZClipboard* mBefore;
 };
 
-/// Uses the window without a display; the menu is answered by the path of labels to an item.
-class ContextMenuUseTest : public testing::Test
+/// Answers the context menu by the path of labels to an item.
+class ContextMenuUseTest : public WindowUse
 {
 protected:
     ContextMenuUseTest()
-        : mMenusBefore(ZMenu::SetPresenter(
-              [this](const ZMenu& menu, const ZPoint&, ZWindow*) { return Answer(menu); }))
     {
-        const ZInterfaceLock lock;
-        window = product.app->GetMainWindow();
-        window->AttachViews();
-        product.app->Tick();
-        product.app->Tick();
-        product.app->Tick();
-        product.app->Tick();
+        for (int i = 0; i < 3; ++i)
+            product->Tick();
         TestHost::TakeNotes();
     }
-    ~ContextMenuUseTest() override { ZMenu::SetPresenter(mMenusBefore); }
 
     /// Opens the menu over a view, "" for the ground, and chooses the item at the path; returns
     /// what the host hears of it by the next tick.
@@ -78,7 +55,7 @@ protected:
         mFound = false;
         Open(view);
         EXPECT_TRUE(mFound) << path.back();
-        product.Tick();
+        product->Tick();
         return TestHost::TakeNotes();
     }
     /// Returns the lines of the menu over a view, or of a submenu: a check mark as "*", what cannot
@@ -90,29 +67,14 @@ protected:
         Open(view);
         return mLines;
     }
-    [[nodiscard]] ZElement& Element(const std::string& name) const { return product.Element(name); }
     [[nodiscard]] float Shift(const std::string& name) const { return Element(name).GetZFloat(); }
-
-    const PrivateFolder folder;
-    const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
-    const TestHost host;
-    const ProductInstance product{TestHost::callback};
-    boost::shared_ptr<ZWindow> window;
 
 private:
     void Open(const std::string& view)
     {
-        const ZInterfaceLock lock;
-        ZPoint point{300, 60};
-        if (!view.empty()) {
-            const auto found = window->GetRootView()->FindSubview(view);
-            if (!found)
-                throw std::runtime_error("no view " + view);
-            point = {found->GetWindowOrigin().x + 5, found->GetWindowOrigin().y + 8};
-        }
-        window->NativeMouse({ZNativeMouseEvent::kContext, point, ZView::kMouseButton, 0});
+        Mouse(ZNativeMouseEvent::kContext, view.empty() ? ZPoint{300, 60} : At(view, {5, 8}));
     }
-    std::optional<std::int32_t> Answer(const ZMenu& menu)
+    std::optional<std::int32_t> Answer(const ZMenu& menu) override
     {
         const ZMenu* open = &menu;
         for (std::size_t i = 0; i < mPath.size(); ++i) {
@@ -144,7 +106,6 @@ private:
     Path mPath;
     bool mFound = false;
     Notes mLines;
-    ZMenu::Presenter mMenusBefore;
 };
 
 TEST_F(ContextMenuUseTest, OffersWhatTheWindowHasNoControlsFor)
@@ -176,13 +137,13 @@ TEST_F(ContextMenuUseTest, ProgramsAndMemoriesReachTheHostAsValuesAndAsAChangedS
     EXPECT_FALSE(heard.empty());
     EXPECT_EQ(std::ranges::count_if(heard, [](auto& note) { return note.starts_with("begin"); }), 0)
         << "a load is no gesture";
-    EXPECT_EQ(product.Ask(effGetProgram), 2);
+    EXPECT_EQ(product->Ask(effGetProgram), 2);
     EXPECT_EQ(Lines("", {"Programs"})[2], "*" + third);
 
     Choose("", {"Preset Memories", "Save To Preset Memory B"});
     EXPECT_EQ(Lines("", {"Preset Memories"})[4], "(Recall Preset Memory A)");
     Element("key").SetDiscrete(7, false);
-    product.Tick();
+    product->Tick();
     TestHost::TakeNotes();
     const Notes recalled = Choose("", {"Preset Memories", "Recall Preset Memory B"});
     EXPECT_EQ(std::ranges::count(recalled, "2=273"), 1) << "the key as before";
@@ -205,11 +166,11 @@ TEST_F(ContextMenuUseTest, WhatIsNoParameterMarksTheStateAndIsSaved)
     for (const auto& [path, name] : choices) {
         SCOPED_TRACE(name);
         const int before = Element(name).GetDiscrete();
-        const std::string saved = product.Program();
+        const std::string saved = product->Program();
         TestHost::TakeNotes();
         Choose("", path);
         EXPECT_NE(Element(name).GetDiscrete(), before);
-        EXPECT_NE(product.Program(), saved);
+        EXPECT_NE(product->Program(), saved);
         EXPECT_EQ(Lines("", {path[0]})[static_cast<std::size_t>(Element(name).GetDiscrete())],
                   "*" + path[1]);
     }
@@ -226,7 +187,7 @@ TEST_F(ContextMenuUseTest, AResetOfAControlIsAGesture)
     Element("key").SetDiscrete(7, false);
     Element("pitchCorrectionTime").SetZFloat(200.0f, false);
     Element("ignoredNotes").GetZBuffer()->Data()[3] = 1.0f;
-    product.Tick();
+    product->Tick();
     TestHost::TakeNotes();
     EXPECT_EQ(Choose("KeyMenu", {"Reset to Default"}), (Notes{"begin 2", "2=273", "end 2"}));
     EXPECT_EQ(Choose("PitchCorrectionTimeSlider", {"Reset to Default"}),
@@ -241,12 +202,12 @@ TEST_F(ContextMenuUseTest, AShiftThatIsNotWhatTheChoiceSaysIsTold)
     EXPECT_EQ(Lines("TransposePitchPopup")[0], "(Reset to Default)");
     Element("PitchShift").SetZFloat(150.0f, false);
     Element("FormantShift").SetZFloat(-30.5f, false);
-    product.Tick();
+    product->Tick();
     EXPECT_EQ(Lines("TransposePitchPopup")[0], "(+150 cents, not what the choice says)");
     EXPECT_EQ(Lines("TransposeFormantPopup")[0], "(-30.5 cents, not what the choice says)");
     TestHost::TakeNotes();
     Choose("TransposePitchPopup", {"Reset to Default"});
-    product.Tick();
+    product->Tick();
     EXPECT_EQ(Shift("PitchShift"), 0.0f);
     EXPECT_EQ(Lines("TransposePitchPopup")[0], "(Reset to Default)");
 }
@@ -257,7 +218,7 @@ TEST_F(ContextMenuUseTest, SettingsAreCopiedAndPastedAsTextAndAnythingElseIsRefu
     const BoxRecorder boxes;
     Element("key").SetDiscrete(7, false);
     Element("detune").SetZFloat(12.5f, false);
-    product.Tick();
+    product->Tick();
     Choose("", {"Copy Settings"});
     ASSERT_TRUE(clipboard.content);
     Choose("", {"Reset Settings"});
@@ -265,7 +226,7 @@ TEST_F(ContextMenuUseTest, SettingsAreCopiedAndPastedAsTextAndAnythingElseIsRefu
     Choose("", {"Paste Settings"});
     EXPECT_EQ(Element("key").GetDiscrete(), 7);
     EXPECT_EQ(Element("detune").GetZFloat(), 12.5f);
-    const std::string saved = product.Program();
+    const std::string saved = product->Program();
     EXPECT_TRUE(boxes.boxes.empty());
 
     const std::optional<std::string> others[] = {std::nullopt,
@@ -277,7 +238,7 @@ TEST_F(ContextMenuUseTest, SettingsAreCopiedAndPastedAsTextAndAnythingElseIsRefu
     for (const auto& other : others) {
         clipboard.content = other;
         Choose("", {"Paste Settings"});
-        EXPECT_EQ(product.Program(), saved);
+        EXPECT_EQ(product->Program(), saved);
     }
     EXPECT_EQ(boxes.boxes.size(), std::size(others));
     for (const ShownBox& box : boxes.boxes)

@@ -2,37 +2,18 @@
 // What the host learns of the work in the shipped window, and what it may do meanwhile.
 
 #include "kestrune/common/views/KestruneKeyboardView.h"
-#include "pluginwrappers/common/ProductInstance.h"
-#include "support/BoxRecorder.h"
+#include "pluginwrappers/common/WindowUse.h"
 #include "support/DisplayProbe.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
 #include "support/VirtualDisplay.h"
-#include "zlib/common/controls/ZMenu.h"
 #include "zlib/common/controls/ZPopupMenu.h"
 #include "zlib/common/objects/ZException.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/views/ZView.h"
-#include "zlib/common/views/ZWindow.h"
 #include "zlib/common/views/ZWindowFilter.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdint>
-#include <functional>
-#include <memory>
 #include <new>
-#include <optional>
-#include <span>
-#include <stdexcept>
-#include <string>
-#include <thread>
-#include <tuple>
-#include <vector>
 
 namespace orvane
 {
@@ -40,65 +21,7 @@ namespace orvane
 namespace
 {
 
-using Notes = std::vector<std::string>;
-
-/// Operates the shipped window without a display; a menu returns the choice. The plug-in ticks only
-/// when the test calls Tick.
-class EditorUseTest : public testing::Test
-{
-protected:
-    EditorUseTest()
-        : mMenusBefore(ZMenu::SetPresenter(
-              [this](const ZMenu&, const ZPoint&, ZWindow*) { return mChoice; }))
-    {
-        const ZInterfaceLock lock;
-        window = product->app->GetMainWindow();
-        window->AttachViews();
-        product->app->Tick();
-    }
-    ~EditorUseTest() override { ZMenu::SetPresenter(mMenusBefore); }
-
-    /// Converts a view's point to the window's coordinates.
-    [[nodiscard]] ZPoint At(const std::string& view, const ZPoint& point) const
-    {
-        const ZPoint origin = Find(view).GetWindowOrigin();
-        return {origin.x + point.x, origin.y + point.y};
-    }
-    [[nodiscard]] ZView& Find(const std::string& view) const
-    {
-        const auto found = window->GetRootView()->FindSubview(view);
-        if (!found)
-            throw std::runtime_error("no view " + view);
-        return *found;
-    }
-    void Mouse(ZNativeMouseEvent::Action action, const ZPoint& at) const
-    {
-        const ZInterfaceLock lock;
-        window->NativeMouse({action, at, ZView::kMouseButton, 0});
-    }
-    void Click(const std::string& view, const ZPoint& point = {5, 5}) const
-    {
-        const ZPoint at = At(view, point);
-        for (const auto action :
-             {ZNativeMouseEvent::kMove, ZNativeMouseEvent::kDown, ZNativeMouseEvent::kUp})
-            Mouse(action, at);
-    }
-    void ChooseInMenu(const std::string& view, std::int32_t index)
-    {
-        mChoice = index;
-        Click(view);
-    }
-    ZElement& Element(const std::string& name) const { return product->Element(name); }
-
-    const TestHost host;
-    std::unique_ptr<ProductInstance> product =
-        std::make_unique<ProductInstance>(TestHost::callback);
-    boost::shared_ptr<ZWindow> window;
-
-private:
-    std::optional<std::int32_t> mChoice;
-    ZMenu::Presenter mMenusBefore;
-};
+using EditorUseTest = WindowUse;
 
 TEST_F(EditorUseTest, ADragOfTheSliderIsOneGestureThatEndsWithTheLastValue)
 {
@@ -125,15 +48,16 @@ TEST_F(EditorUseTest, ADragOfTheSliderIsOneGestureThatEndsWithTheLastValue)
 
 TEST_F(EditorUseTest, MenusAndSwitchesNotifyTheHostInOneGestureIfTheyHaveAParameter)
 {
-    const std::tuple<const char*, const char*, std::string> menus[] = {
+    const std::tuple<const char*, const char*, std::string> rows[] = {
         {"TypeMenu", "sourceType", "3"},
         {"TransposePitchPopup", "pitchTranspose", "5"},
         {"TransposeFormantPopup", "formantTranspose", "6"},
         {"KeyMenu", "key", "2"}};
-    for (const auto& [view, name, index] : menus) {
+    for (const auto& [view, name, index] : rows) {
         SCOPED_TRACE(view);
         for (const std::int32_t i : {Element(name).CountDiscreteValues() - 1, 0}) {
-            ChooseInMenu(view, i);
+            choice = i;
+            Click(view);
             EXPECT_EQ(Element(name).GetDiscrete(), i);
             EXPECT_EQ(TestHost::TakeNotes(),
                       (Notes{"begin " + index, index + (i == 0 ? "=0" : "=1000"), "end " + index}));
@@ -145,7 +69,8 @@ TEST_F(EditorUseTest, MenusAndSwitchesNotifyTheHostInOneGestureIfTheyHaveAParame
     Click("Pitch Correction Enable");
     EXPECT_EQ(TestHost::TakeNotes(),
               (Notes{"begin 1", "1=1000", "end 1", "begin 0", "0=1000", "end 0"}));
-    ChooseInMenu("ScaleMenu", 0);
+    choice = 0;
+    Click("ScaleMenu");
     EXPECT_EQ(TestHost::TakeNotes(), Notes{}) << "no parameter";
 }
 
@@ -269,9 +194,7 @@ TEST_F(EditorUseTest, AFailureWhileTheWindowIsShownIsReportedAndTheWindowOpensLa
     const VirtualDisplay display;
     DisplayProbe probe;
     const xcb_window_t parent = probe.MakeWindow({0, 0, 454, 430});
-    const auto open = [&] {
-        return product->Ask(effEditOpen, 0, 0, reinterpret_cast<void*>(std::uintptr_t{parent}));
-    };
+    const auto open = [&] { return openEditor(product->effect, parent); };
     const BoxRecorder recorder;
     const std::function<void()> failures[] = {[] { throw ZException("torn"); },
                                               [] { throw std::bad_alloc(); }};
@@ -291,26 +214,6 @@ TEST_F(EditorUseTest, AFailureWhileTheWindowIsShownIsReportedAndTheWindowOpensLa
         product->Ask(effEditClose);
     }
     EXPECT_EQ(recorder.boxes.size(), 2u);
-}
-
-TEST_F(EditorUseTest, ClosingThePluginWaitsForTheNotificationOfAGesture)
-{
-    const ZPoint at = At("PitchCorrectionTimeSlider", {5, 5});
-    ZWindow* const kept = window.get();
-    window.reset();
-    std::thread closer;
-    TestHost::On(audioMasterBeginEdit, [&](AEffect*) {
-        closer = std::thread([&] { product.reset(); });
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    });
-    {
-        const ZInterfaceLock lock;
-        kept->NativeMouse({ZNativeMouseEvent::kDown, at, ZView::kMouseButton, 0});
-    }
-    closer.join();
-    const Notes notes = TestHost::TakeNotes();
-    EXPECT_EQ(std::ranges::count(notes, "begin 4"), 1);
-    EXPECT_EQ(notes.back(), "end 4");
 }
 
 }  // namespace

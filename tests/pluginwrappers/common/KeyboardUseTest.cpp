@@ -3,22 +3,8 @@
 // hears of it.
 
 #include "kestrune/common/views/KestruneIgnoreKeysView.h"
-#include "pluginwrappers/common/ProductInstance.h"
-#include "pluginwrappers/interface/VstKeyCode.h"
+#include "pluginwrappers/common/WindowUse.h"
 #include "support/Eventually.h"
-#include "zlib/common/controls/ZMenu.h"
-#include "zlib/common/native/ZKeyCode.h"
-#include "zlib/common/views/ZView.h"
-#include "zlib/common/views/ZWindow.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
@@ -26,30 +12,9 @@ namespace orvane
 namespace
 {
 
-using Notes = std::vector<std::string>;
-
-/// Types keys into the shipped window, which has no display; a menu returns the choice.
-class KeyboardUseTest : public testing::Test
+class KeyboardUseTest : public WindowUse
 {
 protected:
-    KeyboardUseTest()
-        : mMenusBefore(ZMenu::SetPresenter([this](const ZMenu&, const ZPoint&, ZWindow*) {
-            ++menus;
-            return choice;
-        }))
-    {
-        const ZInterfaceLock lock;
-        window = product.app->GetMainWindow();
-        window->AttachViews();
-        product.app->Tick();
-    }
-    ~KeyboardUseTest() override { ZMenu::SetPresenter(mMenusBefore); }
-
-    bool Type(std::uint8_t code, const char* text = "", bool shift = false) const
-    {
-        const ZInterfaceLock lock;
-        return window->NativeKey({code, ZString(text), shift});
-    }
     /// Goes to a control by Tab.
     void GoTo(const std::string& name) const
     {
@@ -60,48 +25,28 @@ protected:
         }
         ADD_FAILURE() << "Tab does not reach " << name;
     }
-    ZElement& Element(const std::string& name) const { return product.Element(name); }
     /// What the host is told until the tick after a key.
     Notes NotesOf(std::uint8_t code, const char* text = "", bool shift = false) const
     {
         TestHost::TakeNotes();
         EXPECT_TRUE(Type(code, text, shift));
         Notes notes = TestHost::TakeNotes();
-        product.Tick();
+        product->Tick();
         EXPECT_EQ(TestHost::TakeNotes(), Notes{});
         return notes;
     }
-
-    const TestHost host;
-    ProductInstance product{TestHost::callback};
-    boost::shared_ptr<ZWindow> window;
-    std::optional<std::int32_t> choice;
-    int menus = 0;
-
-private:
-    ZMenu::Presenter mMenusBefore;
 };
 
 TEST_F(KeyboardUseTest, TabReadsTheWindowFromTopLeftToBottomRight)
 {
-    const Notes order{"TypeMenu",
-                      "Transpose Enable",
-                      "TransposePitchPopup",
-                      "TransposeFormantPopup",
-                      "Pitch Correction Enable",
-                      "PitchCorrectionTimeSlider",
-                      "ScaleMenu",
-                      "KeyMenu",
-                      "IgnoreKeys",
-                      "AcceptsMIDIButton",
-                      "CustomScaleCancelButton",
-                      "CustomScaleDoneButton",
-                      "PianoKeyboard",
-                      "TypeMenu"};
-    Notes found;
-    for (std::size_t i = 0; i < order.size(); ++i) {
+    const std::string order =
+        "TypeMenu, Transpose Enable, TransposePitchPopup, TransposeFormantPopup, Pitch Correction "
+        "Enable, PitchCorrectionTimeSlider, ScaleMenu, KeyMenu, IgnoreKeys, AcceptsMIDIButton, "
+        "CustomScaleCancelButton, CustomScaleDoneButton, PianoKeyboard, TypeMenu, ";
+    std::string found;
+    for (std::ptrdiff_t i = std::ranges::count(order, ','); i > 0; --i) {
         Type(kKeyTab);
-        found.push_back(window->GetFocusView()->GetName());
+        found += window->GetFocusView()->GetName() + ", ";
     }
     EXPECT_EQ(found, order);
 }
@@ -131,7 +76,7 @@ TEST_F(KeyboardUseTest, EachKindOfControlDoesWhatItsKeysSayInOneGesture)
     choice = 0;
     for (const std::uint8_t key : {kKeySpace, kKeyReturn, kKeyDown}) {
         Element("key").SetDiscrete(5, false);
-        product.Tick();
+        product->Tick();
         EXPECT_EQ(NotesOf(key, key == kKeySpace ? " " : ""), (Notes{"begin 2", "2=0", "end 2"}));
     }
     EXPECT_EQ(menus, 3);
@@ -152,15 +97,13 @@ TEST_F(KeyboardUseTest, EachKindOfControlDoesWhatItsKeysSayInOneGesture)
 
 TEST_F(KeyboardUseTest, ArrowsWalkTheKeysAndTheSpaceBarSwitchesThem)
 {
-    const auto& boxes = dynamic_cast<const KestruneIgnoreKeysView&>(
-        *window->GetRootView()->FindSubview("IgnoreKeys"));
-    const auto& keys = dynamic_cast<const KestruneKeyboardView&>(
-        *window->GetRootView()->FindSubview("PianoKeyboard"));
+    const auto& boxes = dynamic_cast<const KestruneIgnoreKeysView&>(Find("IgnoreKeys"));
+    const auto& keys = dynamic_cast<const KestruneKeyboardView&>(Find("PianoKeyboard"));
     constexpr std::int32_t kC = 48;
     GoTo("IgnoreKeys");
     for (const std::uint8_t key : {kKeyLeft, kKeyRight, kKeyRight, kKeySpace})
         EXPECT_TRUE(Type(key));
-    product.Tick();
+    product->Tick();
     EXPECT_TRUE(boxes.IsIgnored(2));
     EXPECT_EQ(boxes.GetFocusRect(), boxes.GetBoxRect(kC + 2));
     EXPECT_FALSE(Type(kKeyUp));
@@ -168,21 +111,21 @@ TEST_F(KeyboardUseTest, ArrowsWalkTheKeysAndTheSpaceBarSwitchesThem)
     GoTo("PianoKeyboard");
     for (const std::uint8_t key : {kKeyEnd, kKeyRight, kKeyLeft, kKeySpace})
         EXPECT_TRUE(Type(key));
-    product.Tick();
+    product->Tick();
     EXPECT_TRUE(keys.IsKeyLit(kC + 10));
     EXPECT_EQ(Element("currentScaleModified").GetDiscrete(), 1);
     EXPECT_EQ(keys.GetFocusRect(), keys.GetUpperRect(kC + 10)) << "a black key";
     GoTo("CustomScaleCancelButton");
     Type(kKeySpace, " ");
-    product.Tick();
+    product->Tick();
     EXPECT_FALSE(keys.IsKeyLit(kC + 10)) << "RESET takes the change back";
 }
 
 TEST_F(KeyboardUseTest, KeysThatTheHostPassesDoTheSameAsThoseOfTheDisplay)
 {
     const auto pass = [this](std::uint8_t virt, int character = 0, int modifier = 0) {
-        return product.Ask(effEditKeyDown, character, virt, nullptr,
-                           static_cast<float>(modifier)) == 1;
+        return product->Ask(effEditKeyDown, character, virt, nullptr,
+                            static_cast<float>(modifier)) == 1;
     };
     const auto focus = [this] { return window->GetFocusView()->GetName(); };
     EXPECT_FALSE(pass(VKEY_SPACE)) << "the host's";
@@ -218,32 +161,28 @@ TEST_F(KeyboardUseTest, SliderAndMeterTellTheirValuesWhileTheyArePointedAtOrHeld
 {
     const auto mouse = [this](ZNativeMouseEvent::Action action, const char* view, ZPoint at,
                               std::uint32_t more = 0) {
-        const ZInterfaceLock lock;
-        const ZPoint origin = window->GetRootView()->FindSubview(view)->GetWindowOrigin();
-        window->NativeMouse({action,
-                             {origin.x + at.x, origin.y + at.y},
-                             ZView::kMouseButton | more,
-                             action == ZNativeMouseEvent::kWheel ? 1 : 0});
-        product.app->Tick();
+        Mouse(action, At(view, at), ZView::kMouseButton | more,
+              action == ZNativeMouseEvent::kWheel ? 1 : 0);
+        product->Tick();
         return window->GetValueTip().GetText().ToNarrow();
     };
-    using Mouse = ZNativeMouseEvent;
+    using Event = ZNativeMouseEvent;
     const char* const slider = "PitchCorrectionTimeSlider";
-    EXPECT_EQ(mouse(Mouse::kMove, slider, {20, 10}), "50 ms");
+    EXPECT_EQ(mouse(Event::kMove, slider, {20, 10}), "50 ms");
     // The middle of the thumb is at 26 of 110; 80 units are 400 ms.
-    EXPECT_EQ(mouse(Mouse::kDown, slider, {26, 10}), "50 ms");
-    EXPECT_EQ(mouse(Mouse::kMove, slider, {46, 10}), "150 ms");
-    EXPECT_EQ(mouse(Mouse::kMove, slider, {56, 10}, ZView::kMouseShift), "155 ms");
-    EXPECT_EQ(mouse(Mouse::kMove, slider, {57, 10}), "160 ms") << "no jump after Shift";
-    EXPECT_EQ(mouse(Mouse::kMove, slider, {57, 100}), "160 ms") << "held outside";
-    EXPECT_EQ(mouse(Mouse::kUp, slider, {57, 100}), "");
-    EXPECT_EQ(mouse(Mouse::kWheel, slider, {57, 10}), "");
+    EXPECT_EQ(mouse(Event::kDown, slider, {26, 10}), "50 ms");
+    EXPECT_EQ(mouse(Event::kMove, slider, {46, 10}), "150 ms");
+    EXPECT_EQ(mouse(Event::kMove, slider, {56, 10}, ZView::kMouseShift), "155 ms");
+    EXPECT_EQ(mouse(Event::kMove, slider, {57, 10}), "160 ms") << "no jump after Shift";
+    EXPECT_EQ(mouse(Event::kMove, slider, {57, 100}), "160 ms") << "held outside";
+    EXPECT_EQ(mouse(Event::kUp, slider, {57, 100}), "");
+    EXPECT_EQ(mouse(Event::kWheel, slider, {57, 10}), "");
     EXPECT_EQ(Element("pitchCorrectionTime").GetZFloat(), 164.0f);
-    mouse(Mouse::kWheel, slider, {57, 10}, ZView::kMouseShift);
+    mouse(Event::kWheel, slider, {57, 10}, ZView::kMouseShift);
     EXPECT_NEAR(Element("pitchCorrectionTime").GetZFloat(), 164.4f, 1e-4f);
 
     Element("correctionMeter").SetZFloat(-12.4f, false);
-    EXPECT_EQ(mouse(Mouse::kMove, "correctionMeter", {35, 60}), "-12 cents");
+    EXPECT_EQ(mouse(Event::kMove, "correctionMeter", {35, 60}), "-12 cents");
     const ZInterfaceLock lock;
     Element("correctionMeter").SetZFloat(31.0f, false);
     window->IdleFrame();
