@@ -1,26 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The steps of the fine tracking, one by one.
+// The fine tracking beside its plain form.
 #include "EngineRun.h"
 #include "PlainFine.h"
 #include "kestrune/common/engine/KestruneFineAnalysis.h"
-#include "kestrune/common/engine/KestruneFlankedGrain.h"
 #include "kestrune/common/engine/KestruneGlide.h"
-#include "kestrune/common/engine/KestruneGlottalAlignment.h"
 #include "kestrune/common/engine/KestruneVibrato.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
+#include "support/Test.h"
 #include "tools/singer/Singer.h"
 #include "zlib/common/buffers/ZBuffer.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <functional>
-#include <numbers>
-#include <span>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -46,102 +35,7 @@ std::vector<float> swingingVoice(float rate, double seconds)
     return sound;
 }
 
-/// Listener, candidates, path and refinement, each beside its plain form.
-class StepsBesidePlainOnes
-{
-public:
-    explicit StepsBesidePlainOnes(float rate)
-        : hop(hopAt(rate))
-        , mPlain(static_cast<double>(rate), hop, 73.0, 1318.0)
-    {
-        const KestruneGeometry geometry = KestruneGeometry::For(rate, hop);
-        mSizes = KestruneFineGeometry::For(rate, hop, geometry);
-        mListener.Allocate(mSizes);
-        mListener.SetLowest(73.0f);
-        mListener.Restart(geometry.latency);
-        mCandidates.Allocate(mSizes);
-        mCandidates.SetRange(73.0f, 1318.0f);
-        mPath.Allocate(mSizes.depth);
-        mRefiner.Allocate(mSizes);
-    }
-
-    void Listen(const float* block)
-    {
-        mPlain.Process(block);
-        mListener.Listen(block, hop);
-        CompareSignal(mListener.Coarse(), mPlain.coarse);
-        CompareSignal(mListener.Middle(), mPlain.middle);
-        mCandidates.Begin(mListener.Coarse());
-        for (int part = 0; part < mCandidates.PartCount(); ++part)
-            mCandidates.Correlate(part);
-        const KestrunePitchReadings readings = mCandidates.Find();
-        CompareReadings(readings);
-        mPath.Add(readings);
-        for (int age = 0; age <= mSizes.depth; ++age)
-            ASSERT_NEAR(mPath.PeriodBack(age), mPlain.path[static_cast<std::size_t>(age)], 0.01);
-        CompareRefinement();
-    }
-
-    const int hop;
-    int refined = 0;
-
-private:
-    static void CompareSignal(const KestruneHistory& history, const std::vector<double>& plain)
-    {
-        ASSERT_EQ(static_cast<std::size_t>(history.Newest()) + 1, plain.size());
-        const float* const samples = history.From(history.Newest() - 99);
-        for (std::size_t i = 0; i < 100; ++i)
-            ASSERT_NEAR(samples[i], plain[plain.size() - 100 + i], 1e-5);
-    }
-    void CompareReadings(const KestrunePitchReadings& readings) const
-    {
-        auto found = readings.candidates;
-        std::sort(found.begin() + 1, found.begin() + readings.count,
-                  [](const auto& a, const auto& b) { return a.strength > b.strength; });
-        const auto expected = mPlain.Candidates();
-        ASSERT_EQ(static_cast<std::size_t>(readings.count), expected.size());
-        for (std::size_t i = 0; i < expected.size(); ++i) {
-            ASSERT_NEAR(found[i].strength, expected[i].strength, 1e-4);
-            ASSERT_NEAR(found[i].period, expected[i].period, 0.02 + 1e-4 * expected[i].period);
-        }
-    }
-    void CompareRefinement()
-    {
-        constexpr std::size_t kAge = 11;
-        const double rough = mPlain.path[kAge];
-        if (mPlain.records.size() <= kAge || rough == 0.0)
-            return;
-        PlainFine::Record record = mPlain.records[mPlain.records.size() - 1 - kAge];
-        mPlain.Refine(record, rough);
-        const KestruneRefinedPeriod measured =
-            mRefiner.Refine(mListener.Middle(), record.time, static_cast<float>(rough));
-        ASSERT_NEAR(centsBetween(static_cast<double>(measured.period), record.period), 0.0, 0.05);
-        ASSERT_NEAR(measured.clarity, record.clarity, 1e-4);
-        ++refined;
-    }
-
-    PlainFine mPlain;
-    KestruneFineGeometry mSizes;
-    KestruneListener mListener;
-    KestrunePitchCandidates mCandidates;
-    KestrunePitchPath mPath;
-    KestrunePeriodRefiner mRefiner;
-};
-
 }  // namespace
-
-TEST(FineStepsTest, ListenerCandidatesPathAndRefinementAreThoseOfThePlainForm)
-{
-    for (const float rate : {16000.0f, 44100.0f, 96000.0f}) {
-        SCOPED_TRACE(rate);
-        const std::vector<float> sound = swingingVoice(rate, 1.4);
-        StepsBesidePlainOnes steps(rate);
-        const auto hop = static_cast<std::size_t>(steps.hop);
-        for (std::size_t at = 0; at + hop <= sound.size(); at += hop)
-            ASSERT_NO_FATAL_FAILURE(steps.Listen(sound.data() + at)) << at;
-        EXPECT_GT(steps.refined, 40);
-    }
-}
 
 TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
 {
@@ -152,7 +46,9 @@ TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
         float pitchShift;  // semitones
         float formantShift;
         double seconds;
-    } rows[] = {{44100.0f, 50.0f, 2.0f, 1.0f, 4.5}, {96000.0f, 0.0f, -5.0f, -7.0f, 1.5}};
+    } rows[] = {{44100.0f, 50.0f, 2.0f, 1.0f, 4.5},
+                {96000.0f, 0.0f, -5.0f, -7.0f, 1.5},
+                {16000.0f, 20.0f, 0.0f, 3.0f, 1.5}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.rate);
         std::vector<float> song = row.rate == 44100.0f ? renderSong(demoSong(), 44100.0)
@@ -323,55 +219,6 @@ TEST(KestruneGlideTest, AQuarterOfTheErrorIsLeftAfterTheTimeAndWithoutOneNothing
         EXPECT_EQ(glide.Step(0.8f), 0.8f);
         glide.Start(1.5f);
     }
-}
-
-TEST(KestruneGlottalAlignmentTest, TheFirstGrainStandsJustBehindThePulse)
-{
-    constexpr double kPeriod = 240.5;
-    KestruneStereoRing ring;
-    ring.Allocate(4096);
-    std::vector<float> pulses(4096);
-    for (double at = 100.0; at < 4000.0; at += kPeriod)
-        pulses[static_cast<std::size_t>(at)] = 1.0f;
-    const float* const in[] = {pulses.data(), pulses.data()};
-    ring.Write(in, 0, 4096);
-    KestruneGlottalAlignment alignment;
-    alignment.Allocate(900);
-    for (double mark = 500.0; mark < 1500.0; mark += 33.25) {
-        const double wait = alignment.WaitAt(ring, 0, mark, static_cast<float>(kPeriod));
-        const double behind = std::remainder(mark + wait - 100.5 - 0.05 * kPeriod, kPeriod);
-        ASSERT_NEAR(behind, 0.0, 1.0) << mark;
-        ASSERT_GE(wait, 0.0);
-        ASSERT_LT(wait, kPeriod);
-    }
-}
-
-TEST(KestruneFlankedGrainTest, GrainsWhoseFlanksMeetAddUpToTheInput)
-{
-    const std::vector<float> sound = whiteNoise(0.5f, 8192, 8);
-    KestruneStereoRing input;
-    KestruneStereoRing output;
-    input.Allocate(8192);
-    output.Allocate(8192);
-    const float* const in[] = {sound.data(), sound.data()};
-    input.Write(in, 0, 8192);
-    KestruneFlankedGrain grain;
-    grain.Allocate(900);
-    double mark = 1000.0;
-    double left = 300.0;
-    const double steps[] = {1.0, 899.5, 40.25, 333.0, 2.5, 176.4};
-    for (int i = 0; mark < 7000.0; ++i) {
-        const double right = steps[i % 6];
-        grain.Add(input, mark, output, mark, {left, right}, 1.0f);
-        mark += right;
-        left = right;
-    }
-    std::vector<float> sum(8192);
-    std::vector<float> other(8192);
-    float* const out[] = {sum.data(), other.data()};
-    output.Take(out, 0, 8192);
-    for (std::size_t i = 1000; i < 6000; ++i)  // the last marks' flanks meet none
-        ASSERT_NEAR(sum[i], sound[i], 2e-6f) << i;
 }
 
 }  // namespace orvane
