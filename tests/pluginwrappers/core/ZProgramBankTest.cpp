@@ -4,15 +4,7 @@
 #include "pluginwrappers/common/ProductInstance.h"
 #include "support/BoxRecorder.h"
 #include "support/SmallPlugin.h"
-#include "zlib/common/objects/ZXMLDocument.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
+#include "support/Test.h"
 
 namespace orvane
 {
@@ -114,16 +106,6 @@ TEST_F(ZProgramBankTest, AChunkIsTheTextOfOneOrAllProgramsAndSurvivesAStartOnThe
     EXPECT_EQ(programsOf(bank).size(), 7u);
     EXPECT_EQ(plugin.Program(), programsOf(bank)[4]);
     EXPECT_EQ(plugin.Bank(), bank);
-}
-
-TEST_F(ZProgramBankTest, ABankStaysTheSameHoweverOftenItIsLoadedAndSaved)
-{
-    plugin.LoadBank(plugin.Bank());
-    const std::string bank = plugin.Bank();
-    for (int i = 0; i < 2; ++i) {
-        plugin.LoadBank(plugin.Bank());
-        EXPECT_EQ(plugin.Bank(), bank);
-    }
 }
 
 TEST_F(ZProgramBankTest, AChunkBeyondTheLargestTextIsRefusedWithAMessage)

@@ -3,14 +3,9 @@
 
 #include "tools/render/Lv2PluginInstance.h"
 
+#include "support/Test.h"
 #include "tools/render/OfflineRender.h"
 #include "tools/render/RenderProgram.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -53,16 +48,6 @@ protected:
 };
 
 }  // namespace
-
-TEST_F(Lv2PluginInstanceTest, EveryPresetGivesTheSamplesOfTheVstLibrary)
-{
-    for (int program = 0; program < 7; ++program) {
-        SCOPED_TRACE(program);
-        request.state.program = std::to_string(program);
-        ExpectSameSamples();
-        EXPECT_FALSE(result.program.empty());
-    }
-}
 
 TEST_F(Lv2PluginInstanceTest, PresetsTuningSettingsAutomationAndMidiActAsInTheVstLibrary)
 {

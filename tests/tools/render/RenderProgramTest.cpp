@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/render/RenderProgram.h"
 
+#include "support/Test.h"
 #include "tools/fake_plugin/FakePlugin.h"
 #include "tools/render/PitchPlot.h"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <chrono>
-#include <cmath>
 #include <csignal>
-#include <limits>
-#include <set>
-#include <thread>
 
 namespace orvane
 {
@@ -222,32 +216,6 @@ TEST_F(RenderProgramTest, SavedChunksAndPresetsGiveTheSameSoundAgain)
     EXPECT_EQ(runRender({In(), Out(), "--load-chunk", broken}).signal, 0);
 }
 
-TEST_F(RenderProgramTest, MidiNotesEditTheScaleWhenAPresetEnablesMidi)
-{
-    // The note removes the A, which is sung, from the scale.
-    const TestSound voice = testVoice(1, 0.5);
-    const Words words{"--midi", File("m.mid", kOneNote), "--preset",
-                      Preset(element("AcceptMIDI", "int32value=\"1\""))};
-    EXPECT_NE(Render(voice, kCorrect + words).samples, Render(voice, kCorrect).samples);
-}
-
-TEST_F(RenderProgramTest, AutomationActsWithinATickAndIsReproducible)
-{
-    constexpr double kTickAndHop = 0.041666 + 0.0116;  // seconds
-    const TestSound voice = testVoice(1, 1.5);
-    for (const char* seconds : {"0.7", "0.72"}) {
-        const std::string line = std::string(seconds) + ",pitchCorrectionOnOff,On\n";
-        const Words words{"--automate", File("a.csv", line), "--block", "64"};
-        const std::vector<float> output = Render(voice, words).samples;
-        EXPECT_EQ(Render(voice, words).samples, output);
-        const auto turned = std::mismatch(output.begin(), output.end(), voice.samples.begin());
-        const double late =
-            static_cast<double>(turned.first - output.begin()) / voice.rate - std::stod(seconds);
-        EXPECT_GE(late, -0.001);
-        EXPECT_LE(late, kTickAndHop + 0.001);
-    }
-}
-
 TEST_F(RenderProgramTest, TheReportHasFiguresSettingsAndThePitchTrack)
 {
     const nlohmann::json json = ReportOf(testVoice(1, 1.5), kCorrect + Words{"--set", "key=D"});
@@ -376,18 +344,6 @@ TEST_F(RenderProgramTest, StandardInputAndOutputCarryASound)
     EXPECT_EQ(run.status, 0);
     EXPECT_NE(run.err.find("latency       18871 samples"), std::string::npos) << run.err;
     EXPECT_EQ(readSound(File("out.wav", run.out)).samples, expected);
-}
-
-TEST_F(RenderProgramTest, ASoundThatBeginsAtItsFirstSampleIsTransposedFromThere)
-{
-    TestSound voice = testVoice(1, 1.0);
-    voice.samples.erase(voice.samples.begin(), voice.samples.begin() + 2000);  // no fade-in
-    // At a ratio of 1 the engine's path is the input itself, but not exactly as the dry path is.
-    const std::vector<float> output = Render(voice, {"--set", "transposeOnOff=On"}).samples;
-    for (std::size_t i = 0; i < 256; ++i)
-        ASSERT_NEAR(output[i], voice.samples[i], 0.01) << i;
-    const std::vector<float> corrected = Render(voice, kCorrect).samples;
-    EXPECT_FALSE(std::equal(corrected.begin(), corrected.begin() + 16, voice.samples.begin()));
 }
 
 TEST_F(RenderProgramTest, ShortFilesKeepTheirLength)

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZFourierTransform.h"
 
+#include "support/Test.h"
 #include "zdsp/common/Noise.h"
 #include "zlib/common/objects/ZException.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <complex>
-#include <numbers>
-#include <thread>
-#include <vector>
 
 namespace orvane
 {
@@ -149,29 +144,6 @@ TEST(ZFourierTransformTest, RefusesUnsupportedOrders)
 {
     for (const int order : {-1, 0, 25, 32})
         EXPECT_THROW((void)ZFourierTransform::Create(order, kForward, 1), ZException) << order;
-}
-
-TEST(ZFourierTransformTest, ThreadsTransformAtTheSameTime)
-{
-    ZBuffer time(1024, "ZBuffer");
-    fillWithNoise(time, 1);
-    Spectrum expected(513);
-    ZFourierTransform::Create(10, kForward, 1)->TransformReal(time, expected.re, expected.im);
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&] {
-            for (int round = 0; round < 20; ++round) {
-                Spectrum spectrum(513);
-                const auto transform = ZFourierTransform::Create(10, kForward, 1);
-                transform->TransformReal(time, spectrum.re, spectrum.im);
-                // Bit by bit: the plan is the same whoever came before.
-                EXPECT_TRUE(
-                    std::equal(spectrum.re.Data(), spectrum.re.Data() + 513, expected.re.Data()));
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 }  // namespace orvane

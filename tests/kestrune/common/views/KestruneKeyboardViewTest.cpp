@@ -4,14 +4,7 @@
 #include "kestrune/common/views/KestruneIgnoreKeysView.h"
 #include "kestrune/common/views/KestruneKeyboardLabel.h"
 #include "kestrune/common/views/ViewBench.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <limits>
-#include <string>
-#include <utility>
-#include <vector>
+#include "support/Test.h"
 
 namespace orvane
 {
@@ -32,8 +25,6 @@ const std::string kKeyboardTag =
     "<font typeface=\"Arial\" height=\"11\"/>" +
     keyPictures("w", "nk", ".png") + keyPictures("l", "nkl", "_RedDot.png") +
     keyPictures("d", "nkd", ".png") + "</view>";
-
-constexpr std::int32_t kBox = 14;  // width and height of the box's picture, in pixels
 
 const std::string kBoxesTag =
     "<view name=\"boxes\"><element startingnote=\"key\"/><element keystate=\"notesInScale\"/>"
@@ -308,18 +299,6 @@ TEST_F(KestruneKeyboardViewTest, LabelNamesKeyAndScale)
     EXPECT_EQ(label->GetText().ToNarrow(), "A Major ->");
 }
 
-TEST_F(KestruneIgnoreKeysViewTest, BoxesAreCentredOnTheirKeysInEveryKey)
-{
-    for (std::int32_t index = 0; index < 12; ++index) {
-        Choose(index);
-        for (std::int32_t note = 45 + index; note < 57 + index; ++note) {
-            const ZRect upper = boxes->GetUpperRect(note);
-            EXPECT_NEAR(boxes->GetBoxPos(note).x + kBox / 2, (upper.left + upper.right) / 2.0, 1.0)
-                << note;
-        }
-    }
-}
-
 TEST_F(KestruneIgnoreKeysViewTest, ClickSwitchesTheBoxOfADegreeWhichMovesWithTheKey)
 {
     for (std::int32_t degree = 0; degree < 12; ++degree) {
@@ -347,15 +326,6 @@ TEST_F(KestruneIgnoreKeysViewTest, AnyFlagButZeroIsIgnoredAndAClickSetsItToZero)
     EXPECT_EQ(Ignored(), (Notes{1, 2, 3}));
     Click({boxes->GetBoxRect(49).left, 3});
     EXPECT_EQ(samplesOf(*ignored)[1], 0.0f);
-}
-
-TEST_F(KestruneIgnoreKeysViewTest, PaintsCheckedAndUncheckedBoxes)
-{
-    Click({boxes->GetBoxRect(50).left + 2, 3});
-    const auto picture = ViewBench::Paint(*boxes);
-    for (const auto& [note, file] :
-         {std::pair{50, "GreenCheckBoxOn.png"}, {48, "GreenCheckBoxOff.png"}})
-        EXPECT_EQ(picture->At(boxes->GetBoxPos(note).x + 5, 6), bench.PixelOf(file, {5, 6}));
 }
 
 }  // namespace

@@ -2,18 +2,10 @@
 #include "zlib/common/objects/ZEventLoop.h"
 
 #include "support/BoxRecorder.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZSemaphore.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <stdexcept>
-#include <thread>
-#include <vector>
 
 namespace orvane
 {
@@ -142,51 +134,6 @@ TEST(ZEventLoopTest, RemoveDoesNotWaitUnderTheInterfaceLock)
     EXPECT_EQ(ticks, 0) << "a callback that waits for the lock must not run";
 }
 
-TEST(ZModalRunTest, ServesOtherSourcesWithoutTheInterfaceLock)
-{
-    ServedLoop served;
-    ZSemaphore ended("ended", 0);
-    ZSemaphore tick("tick", 0);
-    ZModalRun menu(served.loop, &menu);
-    served.loop.Post([&] {
-        menu.Run();
-        EXPECT_TRUE(ZInterfaceLock::IsHeld());
-        ended.Release();
-    });
-    served.Flush();  // delivered inside the modal run
-    const auto timer = served.loop.AddTimer(1ms, [&] { tick.Release(); });
-    {
-        const ZInterfaceLock lock;  // free, although a callback is in progress
-    }
-    tick.Wait();
-    tick.Wait();
-    EXPECT_EQ(ended.Wait(0), 1);
-    menu.End();
-    EXPECT_EQ(ended.Wait(), 0);
-    served.loop.Remove(timer);
-}
-
-TEST(ZModalRunTest, EndingAnOwnersRunsWaitsForTheirCallbacks)
-{
-    ServedLoop served;
-    const int window = 0;
-    for (const void* const owner : {static_cast<const void*>(&window), {}}) {
-        bool callbackLeft = false;  // guarded by the interface lock
-        served.loop.Post([&] {
-            ZModalRun menu(served.loop, owner);
-            menu.Run();
-            std::this_thread::sleep_for(5ms);
-            callbackLeft = true;
-        });
-        served.Flush();
-        const ZInterfaceLock lock;
-        served.loop.EndModalRuns(owner);
-        EXPECT_TRUE(callbackLeft);
-        EXPECT_TRUE(ZInterfaceLock::IsHeld());
-    }
-    served.Flush();  // the loop itself has no owner either, and must go on
-}
-
 TEST(ZModalRunTest, EndingAnOwnersRunsEndsThoseThatTheirCallbacksBeginMeanwhile)
 {
     ServedLoop served;
@@ -242,24 +189,6 @@ TEST(ZInterfaceLockTest, IsRecursiveAndReleasedAtEveryDepth)
         std::thread([] { const ZInterfaceLock lock; }).join();
     }
     EXPECT_TRUE(ZInterfaceLock::IsHeld());
-}
-
-TEST(ZInterfaceLockTest, RelockingDoesNotStarveAnotherThread)
-{
-    std::atomic<bool> stop{false};
-    std::thread greedy([&] {
-        while (!stop) {
-            const ZInterfaceLock lock;
-            std::this_thread::sleep_for(1ms);
-        }
-    });
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < 20; ++i) {
-        const ZInterfaceLock lock;
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
-    stop = true;
-    greedy.join();
 }
 
 }  // namespace orvane

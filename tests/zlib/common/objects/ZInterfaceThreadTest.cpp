@@ -2,19 +2,12 @@
 #include "zlib/common/objects/ZInterfaceThread.h"
 
 #include "support/BoxRecorder.h"
+#include "support/Test.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZLooper.h"
-#include "zlib/common/objects/ZMessageBox.h"
-#include "zlib/common/objects/ZSemaphore.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
-
-#include <atomic>
-#include <cstdlib>
-#include <thread>
-#include <vector>
 
 namespace orvane
 {
@@ -59,22 +52,6 @@ void flush(const ZInterfaceThread& hold)
 
 }  // namespace
 
-TEST(ZInterfaceThreadTest, ThreadsMakeAndDestroyReferencesAtTheSameTime)
-{
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i)
-        threads.emplace_back([] {
-            for (int n = 0; n < 20; ++n) {
-                const ZInterfaceLock lock;  // released while the thread is joined
-                const ZInterfaceThread hold;
-                hold.GetLoop().Post([] { const ZInterfaceLock inner; });
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_FALSE(ZInterfaceThread::Post([] {}));
-}
-
 TEST(ZInterfaceThreadTest, LastReferenceMayBeDestroyedOnTheThread)
 {
     ZSemaphore gone("gone", 0);
@@ -92,29 +69,6 @@ TEST(ZInterfaceThreadDeathTest, OpenInstanceDoesNotKeepTheProcessFromEnding)
 {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(exitWithOpenInstance(), testing::ExitedWithCode(0), "^$");
-}
-
-TEST(ZMessageBoxTest, BoxOfAnotherThreadIsShownOnTheInterfaceThread)
-{
-    ZSemaphore open("open", 0);
-    ZSemaphore close("close", 0);
-    std::atomic<int> shown{0};
-    std::atomic<bool> onThread{false};
-    const ModalPresenter presenter([&](ZMessageBox::Kind, const ZString&, const ZString&) {
-        onThread = ZInterfaceThread::IsCurrent();
-        ++shown;
-        open.Release();
-        const ZInterfaceUnlock unlocked;
-        close.Wait();
-        return true;
-    });
-    const ZInterfaceThread hold;
-    ZMessageBox::Show(ZMessageBox::kError, "title", "text");
-    open.Wait();
-    close.Release();
-    flush(hold);
-    EXPECT_EQ(shown, 1);
-    EXPECT_TRUE(onThread);
 }
 
 TEST(ZMessageBoxTest, BoxWithoutADisplayIsALineOnStandardError)
@@ -141,16 +95,6 @@ TEST(ZMessageBoxTest, OpenTextIsNotShownTwice)
     recorder.whileOpen = nullptr;
     ZMessageBox::Show(ZMessageBox::kError, "later", "same text");
     EXPECT_EQ(recorder.boxes.size(), 2u);
-}
-
-TEST(ZMessageBoxTest, ReportOfAnExceptionHasTextCodeAndAdvice)
-{
-    BoxRecorder recorder;
-    ZException("Message not found").Report();
-    ASSERT_EQ(recorder.boxes.size(), 1u);
-    EXPECT_EQ(recorder.boxes[0].text,
-              "Message not found\n\rCode -1. You should close the plugin and remove it from any "
-              "inserts before trying to use it again");
 }
 
 }  // namespace orvane

@@ -3,7 +3,6 @@
 
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
-#include "zlib/common/native/ZKeyCode.h"
 #include "zlib/common/views/WindowFixture.h"
 
 namespace orvane
@@ -63,6 +62,9 @@ TEST_F(ZWindowKeysTest, TabBeginsAtEitherEndAndFollowsTheReadingOrder)
     EXPECT_TRUE(Type(kKeyEscape));
     EXPECT_TRUE(Type(kKeyTab, true));
     EXPECT_EQ(Focus(), "high");
+    View(window, "below").Hide();
+    EXPECT_TRUE(Type(kKeyTab, true));
+    EXPECT_EQ(Focus(), "left") << "what is hidden is passed over";
 }
 
 TEST_F(ZWindowKeysTest, TheRingIsThereFromTabToEscapeOrThePressOfAButton)

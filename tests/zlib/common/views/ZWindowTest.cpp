@@ -5,7 +5,6 @@
 #include "zlib/common/documents/ZCommandList.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/drawing/Canvas.h"
-#include "zlib/common/native/ZKeyCode.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/views/WindowFixture.h"
 #include "zlib/common/views/ZPluginWindow.h"
@@ -247,29 +246,6 @@ TEST_F(ZWindowTest, KeysGoToTheFocusViewUntilAClickEndsTheFocus)
     EXPECT_TRUE(shift);
     Send(*window, {Mouse::kDown, {1, 1}, 1});
     EXPECT_FALSE(window->NativeKey({'X', "x", false, false, false}));
-}
-
-TEST_F(ZWindowTest, TabMovesTheFocusThroughVisibleNavigableViews)
-{
-    const auto window = Make();
-    const auto last = boost::make_shared<TestView>("last", ZRect{5, 35, 25, 45}, nullptr);
-    window->GetRootView()->AddSubview(last, false);
-    for (const char* const name : {"a", "b", "last"})
-        View(*window, name).SetNavigable(true);
-    window->Show();
-    const auto focusAfterTab = [&](bool shift) {
-        EXPECT_TRUE(window->NativeKey({kKeyTab, {}, shift, false, false}));
-        return window->GetFocusView()->GetName();
-    };
-    window->SetFocusView(&View(*window, "a"));
-    EXPECT_EQ(focusAfterTab(false), "b");
-    EXPECT_EQ(focusAfterTab(false), "last");
-    EXPECT_EQ(focusAfterTab(false), "a");
-    EXPECT_EQ(focusAfterTab(true), "last");
-    View(*window, "b").Hide();
-    EXPECT_EQ(focusAfterTab(true), "a");
-    window->GetRootView()->RemoveSubview(last);
-    EXPECT_EQ(focusAfterTab(true), "a");
 }
 
 TEST_F(ZWindowTest, RunsTheCommandOfAKeyAndClosesByItsStyle)
