@@ -1,28 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/KestruneCorrelation.h"
 
+#include "zdsp/common/ZDotProduct.h"
+
 #include <algorithm>
 #include <cassert>
 
 namespace orvane
 {
 
+namespace
+{
+
+/// Chosen when the library is loaded.
+const ZDotProduct::Function kDot = ZDotProduct::Fastest();
+
+}  // namespace
+
 double dotProduct(const float* a, const float* b, int count) noexcept
 {
-    assert(count >= 0);
-    // Several sums side by side: the compiler may not change the order of one sum by itself.
-    constexpr int kLanes = 8;
-    float sums[kLanes] = {};
-    int i = 0;
-    for (; i + kLanes <= count; i += kLanes)
-        for (int lane = 0; lane < kLanes; ++lane)
-            sums[lane] += a[i + lane] * b[i + lane];
-    double total = 0.0;
-    for (const float sum : sums)
-        total += static_cast<double>(sum);
-    for (; i < count; ++i)
-        total += static_cast<double>(a[i]) * static_cast<double>(b[i]);
-    return total;
+    return kDot(a, b, count);
 }
 
 double normalisedCorrelation(double product, double energyA, double energyB) noexcept
