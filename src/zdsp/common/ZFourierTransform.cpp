@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZFourierTransform.h"
 
-#include "zdsp/sse/ZFourierTransformSSE.h"
+#include "zdsp/common/ZFourierTransformSSE.h"
 #include "zlib/common/objects/ZException.h"
 
 #include <new>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "zdsp/sse/ZFourierTransformSSE.h"
+#include "zdsp/common/ZFourierTransformSSE.h"
 
 #include "zlib/common/objects/ZException.h"
 
