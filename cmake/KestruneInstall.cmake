@@ -73,7 +73,7 @@ install(FILES ${packaging}/cantorel-mini.svg
 install(TARGETS kestrune-render RUNTIME COMPONENT program)
 find_program(KESTRUNE_GZIP gzip REQUIRED)
 find_program(KESTRUNE_HELP2MAN help2man)
-if(KESTRUNE_HELP2MAN AND NOT KESTRUNE_SANITIZER)
+if(KESTRUNE_HELP2MAN AND NOT KESTRUNE_SANITIZER AND NOT CMAKE_CROSSCOMPILING)
   set(man_page ${made}/kestrune-render.1)
   add_custom_command(
     OUTPUT ${man_page}.gz

@@ -52,7 +52,7 @@ std::string readLine(int descriptor)
 
 bool VirtualDisplay::IsAvailable()
 {
-    return access(kServer, X_OK) == 0;
+    return access(kServer, X_OK) == 0 && std::getenv("KESTRUNE_NO_DISPLAY") == nullptr;
 }
 
 VirtualDisplay::VirtualDisplay(const std::vector<std::string>& options)

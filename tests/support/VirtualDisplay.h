@@ -14,7 +14,8 @@ namespace orvane
 class VirtualDisplay
 {
 public:
-    /// Whether this machine has such a server; a test skips where it has none.
+    /// Whether this machine has such a server, and the environment does not set
+    /// KESTRUNE_NO_DISPLAY; a test skips where it has none.
     [[nodiscard]] static bool IsAvailable();
 
     /// options are further arguments of the server. Throws std::runtime_error when it does not
