@@ -4,6 +4,7 @@
 #include "pluginwrappers/common/WindowUse.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZClipboard.h"
+#include "zlib/common/views/ZEditGesture.h"
 
 namespace orvane
 {
@@ -195,6 +196,38 @@ TEST_F(ContextMenuUseTest, AResetOfAControlIsAGesture)
     EXPECT_EQ(Lines("KeyMenu")[0], "(Reset to Default)");
     Choose("IgnoreKeys", {"Reset to Default"});
     EXPECT_EQ(Element("ignoredNotes").GetZBuffer()->Data()[3], 0.0f);
+}
+
+TEST_F(ContextMenuUseTest, EditsOfOneControlThatOverlapAreOneGestureToTheHost)
+{
+    // The host's calls stand for the time in which the event loop goes on.
+    const auto key = product->app->GetCurrentDocument()->FindElement("key");
+    const auto edit = [&](std::int32_t value) {
+        const ZInterfaceLock lock;
+        editDiscrete(key, value);
+    };
+    bool isFirst = true;
+    TestHost::On(audioMasterBeginEdit, [&](AEffect*) {
+        if (std::exchange(isFirst, false))
+            edit(5);
+    });
+    edit(7);
+    product->Tick();
+    EXPECT_EQ(TestHost::TakeNotes(), (Notes{"begin 2", "2=636", "end 2"}));
+
+    std::optional<ZEditGesture> next;
+    TestHost::On(audioMasterEndEdit, [&](AEffect*) {
+        const ZInterfaceLock lock;
+        if (!next)
+            next.emplace(key);
+    });
+    edit(3);
+    EXPECT_EQ(TestHost::TakeNotes(), (Notes{"begin 2", "2=273", "end 2", "begin 2"}));
+    {
+        const ZInterfaceLock lock;
+        next->End();
+    }
+    EXPECT_EQ(TestHost::TakeNotes(), Notes{"end 2"});
 }
 
 TEST_F(ContextMenuUseTest, AShiftThatIsNotWhatTheChoiceSaysIsTold)

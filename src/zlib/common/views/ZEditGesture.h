@@ -13,6 +13,9 @@ class ZElement;
 /// Tells the host that the user edits an element, from Begin to End: a view holds one for its
 /// drags, a single edit has one in its scope. Hosts record automation only between the two.
 ///
+/// Edits of one element can overlap: while a menu that has closed sets its element, the event loop
+/// can go on with the user's next press. The host hears of them as one.
+///
 /// The host is called with the interface lock given up: when Begin or End returns, views may have
 /// been destroyed, this object included where it belongs to one. The element stays alive.
 /// [interface thread]
