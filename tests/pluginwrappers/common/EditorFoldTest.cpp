@@ -123,6 +123,8 @@ TEST_F(EditorFoldTest, AtTwoPixelsAUnitTheGraphTellsThePitchesAtThePointer)
     })) << tip();
     pointAt(60, 500);
     EXPECT_TRUE(waitFor([&] { return tip() == "in -, out -"; })) << "before there was a pitch";
+    const ZInterfaceLock lock;
+    EXPECT_LE(Window().GetValueTip().GetRect().bottom, 440) << "the plot's upper edge";
 }
 
 }  // namespace orvane

@@ -197,8 +197,9 @@ void KestrunePitchGraph::ShowTip()
 {
     if (!mWindow || !mPointedAt)
         return;
-    const auto [x, y] = mLastMove;
-    mWindow->GetValueTip().Show(*this, TipAt(x), {x, y, x, y});
+    // Above the plot, where it covers no curve.
+    const std::int32_t x = mLastMove.x;
+    mWindow->GetValueTip().Show(*this, TipAt(x), {x, mGraphFrame.top, x, mGraphFrame.bottom});
 }
 
 ZString KestrunePitchGraph::TipAt(std::int32_t x) const
