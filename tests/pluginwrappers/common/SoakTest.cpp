@@ -14,6 +14,8 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
+#include <sstream>
+
 namespace orvane
 {
 
@@ -301,11 +303,33 @@ public:
     void Close() const
     {
         ask(effect, effEditClose);
-        EXPECT_TRUE(GesturesEnd()) << "a window that closes ends the gestures in it";
+        ASSERT_TRUE(GesturesEnd())
+            << "a window that closes ends the gestures in it:" << GesturesUpToFault();
     }
     [[nodiscard]] static bool GesturesEnd()
     {
         return waitFor([] { return TestHost::OpenGestures() == 0; });
+    }
+    /// Returns the last calls about gestures up to one that does not fit, each with its thread.
+    [[nodiscard]] static std::string GesturesUpToFault()
+    {
+        std::set<std::int32_t> open;
+        std::vector<std::string> calls;
+        for (const HostCall& call : TestHost::Calls()) {
+            const bool begins = call.opcode == audioMasterBeginEdit;
+            if (!begins && call.opcode != audioMasterEndEdit)
+                continue;
+            std::ostringstream text;
+            text << (begins ? "\nbegin " : "\nend ") << call.index << " on " << call.thread;
+            calls.push_back(text.str());
+            if (begins ? !open.insert(call.index).second : open.erase(call.index) == 0)
+                break;
+        }
+        constexpr std::size_t kShown = 6;
+        std::string text;
+        for (std::size_t i = calls.size() - std::min(calls.size(), kShown); i < calls.size(); ++i)
+            text += calls[i];
+        return text;
     }
     [[nodiscard]] double GetScale() const
     {
