@@ -72,8 +72,10 @@ constexpr std::int32_t kOverlap = 3;  // of a submenu over its menu
 std::unique_ptr<ZBitmap> copyOf(const ZBitmap& bitmap, std::int32_t bottom, double scale)
 {
     constexpr std::uint32_t kDesktop = 0xff5a5f66;
+    constexpr std::int32_t kMargin = 8;
     const ZRect frame = bitmap.GetFrame();
-    auto copy = std::make_unique<ZBitmap>(frame.right, std::max(frame.bottom, bottom), scale);
+    const std::int32_t height = bottom > frame.bottom ? bottom + kMargin : frame.bottom;
+    auto copy = std::make_unique<ZBitmap>(frame.right, height, scale);
     const auto pixels = bitmap.GetNative()->ReadPixels();
     const auto room = copy->LockPixels();
     std::ranges::fill(room, kDesktop);
@@ -143,9 +145,7 @@ WindowPixels drawOpenMenu(const MenuShot& shot)
     std::unique_ptr<ZBitmap> picture;
     const auto before = ZMenu::SetPresenter(
         [&](const ZMenu& menu, const ZPoint& position, ZWindow*) -> std::optional<std::int32_t> {
-            constexpr std::int32_t kMargin = 8;
-            const std::int32_t bottom = position.y + heightOf(menu, shot.item) + kMargin;
-            picture = copyOf(closed, bottom, shot.scale);
+            picture = copyOf(closed, position.y + heightOf(menu, shot.item), shot.scale);
             drawMenu(*picture, menu, position, shot.item);
             return std::nullopt;
         });
