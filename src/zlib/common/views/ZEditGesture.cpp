@@ -22,20 +22,35 @@ ZPlugin* pluginOf(ZElement& element)
     return dynamic_cast<ZPlugin*>(ZApp::Of(element));
 }
 
-/// How many edits of an element are under way, for those that have any. Guarded by the interface
-/// lock.
-const ZNeverDestroyed<std::map<const ZElement*, int>> editsUnderWay;
-
-void tellBegin(const boost::shared_ptr<ZElement>& element)
+/// What is going on with an element that has edits under way.
+struct Edits
 {
-    if (ZPlugin* const plugin = pluginOf(*element))
-        plugin->BeginEdit(element.get());
-}
+    int underWay = 0;
+    bool isTold = false;     // the host knows of an edit, or is being told
+    bool isTelling = false;  // a call of the host is under way
+};
 
-void tellEnd(const boost::shared_ptr<ZElement>& element)
+/// Guarded by the interface lock.
+const ZNeverDestroyed<std::map<const ZElement*, Edits>> editsOfElements;
+
+/// Brings what the host knows up to date. Calls of the host give the interface lock up, so what
+/// changes meanwhile is told by the thread that is telling already: calls on several threads could
+/// overtake each other.
+void tellHost(const boost::shared_ptr<ZElement>& element)
 {
-    if (ZPlugin* const plugin = pluginOf(*element))
-        plugin->EndEdit(element.get());
+    Edits& edits = (*editsOfElements)[element.get()];
+    while (!edits.isTelling && edits.isTold != (edits.underWay > 0)) {
+        edits.isTelling = true;
+        edits.isTold = !edits.isTold;
+        ZPlugin* const plugin = pluginOf(*element);
+        if (plugin && edits.isTold)
+            plugin->BeginEdit(element.get());
+        else if (plugin)
+            plugin->EndEdit(element.get());
+        edits.isTelling = false;
+    }
+    if (!edits.isTelling && edits.underWay == 0)
+        (*editsOfElements).erase(element.get());
 }
 
 }  // namespace
@@ -50,8 +65,8 @@ void ZEditGesture::Begin(const boost::shared_ptr<ZElement>& element)
     // A copy, and the call last: this object may be destroyed in it.
     const auto edited = element;
     mElement = edited;
-    if (++(*editsUnderWay)[edited.get()] == 1)
-        tellBegin(edited);
+    ++(*editsOfElements)[edited.get()].underWay;
+    tellHost(edited);
 }
 
 void ZEditGesture::End()
@@ -60,16 +75,10 @@ void ZEditGesture::End()
     if (!edited)
         return;
     assert(ZInterfaceLock::IsHeld());
-    int& edits = (*editsUnderWay)[edited.get()];
-    if (edits > 1) {
-        --edits;
-        return;
-    }
-    tellEnd(edited);
-    if (--edits == 0)
-        (*editsUnderWay).erase(edited.get());
-    else
-        tellBegin(edited);  // of an edit that has begun while the host was told
+    Edits& edits = (*editsOfElements)[edited.get()];
+    assert(edits.underWay > 0);
+    --edits.underWay;
+    tellHost(edited);
 }
 
 void editDiscrete(boost::shared_ptr<ZElement> element, std::int32_t index)

@@ -14,7 +14,8 @@ class ZElement;
 /// drags, a single edit has one in its scope. Hosts record automation only between the two.
 ///
 /// Edits of one element can overlap: while a menu that has closed sets its element, the event loop
-/// can go on with the user's next press. The host hears of them as one.
+/// can go on with the user's next press. The host hears of them as one. While a thread calls the
+/// host, it also tells what others have begun or ended meanwhile, so these may return before that.
 ///
 /// The host is called with the interface lock given up: when Begin or End returns, views may have
 /// been destroyed, this object included where it belongs to one. The element stays alive.
