@@ -115,14 +115,14 @@ TEST_F(EditorFoldTest, AtTwoPixelsAUnitTheGraphTellsThePitchesAtThePointer)
         const ZInterfaceLock lock;
         Window().NativeMouse({ZNativeMouseEvent::kMove, {2 * x, 2 * y}, 1, 0});
     };
+    pointAt(60, 500);
+    EXPECT_TRUE(waitFor([&] { return tip() == "in -, out -"; })) << "before there was a pitch";
     pointAt(440, 500);
     EXPECT_TRUE(waitFor([&] {
         product->Element("inputPitch").SetZFloat(218.5f, false);  // which silence takes back
         product->Element("outputPitch").SetZFloat(220.0f, false);
         return tip() == "in A3 -12 cents (218.5 Hz), out A3 0 cents (220 Hz)";
     })) << tip();
-    pointAt(60, 500);
-    EXPECT_TRUE(waitFor([&] { return tip() == "in -, out -"; })) << "before there was a pitch";
     const ZInterfaceLock lock;
     EXPECT_LE(Window().GetValueTip().GetRect().bottom, 440) << "the plot's upper edge";
 }
