@@ -18,6 +18,8 @@ public:
     explicit DiscreteItem(ZString text, boost::shared_ptr<const ZXMLElement> xml = {});
 
     [[nodiscard]] const ZString& GetText() const { return mText; }
+    /// Returns the tag that the item was read from, in which a description may say more of it than
+    /// its text; null for an item made in code.
     [[nodiscard]] const boost::shared_ptr<const ZXMLElement>& GetXML() const { return mXML; }
 
 private:

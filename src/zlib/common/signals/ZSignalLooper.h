@@ -59,7 +59,6 @@ public:
     /// In Hz, above 0. Applied by the next InitLooper. [setup]
     void SetSampleRate(float rate);
     [[nodiscard]] float GetSampleRate() const { return mSampleRate; }
-    [[nodiscard]] std::uint32_t GetPreferredBuffer() const { return mPreferredBuffer; }
     [[nodiscard]] std::uint32_t GetMaxBuffer() const { return mMaxBuffer; }
 
     /// The end bays: owned by this looper and handlers of it.

@@ -35,8 +35,6 @@ public:
     [[nodiscard]] const ZPoint& GetOwnSize() const { return mOwnSize; }
     /// Returns the window in its own coordinates.
     [[nodiscard]] ZRect GetArea() const { return {0, 0, mSize.x, mSize.y}; }
-    /// Returns the window in the coordinates of its position.
-    [[nodiscard]] ZRect GetRect() const { return GetArea().Offset(mPosition.x, mPosition.y); }
 
 private:
     ZPoint mFirstPosition;
