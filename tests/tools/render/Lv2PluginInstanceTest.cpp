@@ -90,7 +90,6 @@ TEST_F(Lv2PluginInstanceTest, WhatIsNoBundleOrNotInOneIsRefusedByALineThatSaysWh
 {
     const std::string in = request.input.string();
     const std::string out = request.output.string();
-    const std::string binary = std::string(KESTRUNE_LV2_BUNDLE) + "/cantorel-mini.so";
     std::filesystem::create_directory(mFolder.Path("none"));
     std::filesystem::create_directory(mFolder.Path("empty.lv2"));
     writeTextFile(mFolder.Path("empty.lv2/manifest.ttl"), "@prefix a: <urn:a#> .\n");
@@ -98,7 +97,6 @@ TEST_F(Lv2PluginInstanceTest, WhatIsNoBundleOrNotInOneIsRefusedByALineThatSaysWh
     for (const auto& [words, says] :
          {std::pair{Words{in, out, "--plugin", mFolder.Path("none")}, "it has no manifest.ttl"},
           {Words{in, out, "--plugin", mFolder.Path("empty.lv2")}, "holds 0 plug-ins"},
-          {Words{in, out, "--plugin", binary}, "name its bundle instead"},
           {Words{in, out, "--plugin", KESTRUNE_LV2_BUNDLE, "--save-chunk", mFolder.Path("c")},
            "--preset and --save-preset take it"},
           {Words{"--window", mFolder.Path("w.png"), "--plugin", KESTRUNE_LV2_BUNDLE},
