@@ -13,11 +13,11 @@ double dotPlain(const float* a, const float* b, int count) noexcept
 {
     assert(count >= 0);
     // Several sums side by side: the compiler may not change the order of one sum by itself.
-    constexpr int kLanes = 8;
-    float sums[kLanes] = {};
+    constexpr int kPartialSums = 8;
+    float sums[kPartialSums] = {};
     int i = 0;
-    for (; i + kLanes <= count; i += kLanes)
-        for (int lane = 0; lane < kLanes; ++lane)
+    for (; i + kPartialSums <= count; i += kPartialSums)
+        for (int lane = 0; lane < kPartialSums; ++lane)
             sums[lane] += a[i + lane] * b[i + lane];
     double total = 0.0;
     for (const float sum : sums)

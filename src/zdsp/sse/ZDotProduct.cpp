@@ -15,12 +15,12 @@ namespace
 [[gnu::target("avx2")]] double dotAvx2(const float* a, const float* b, int count) noexcept
 {
     assert(count >= 0);
-    constexpr int kLanes = 8;
+    constexpr int kPartialSums = 8;
     __m256 lanes = _mm256_setzero_ps();
     int i = 0;
-    for (; i + kLanes <= count; i += kLanes)
+    for (; i + kPartialSums <= count; i += kPartialSums)
         lanes = _mm256_add_ps(lanes, _mm256_mul_ps(_mm256_loadu_ps(a + i), _mm256_loadu_ps(b + i)));
-    float sums[kLanes];
+    float sums[kPartialSums];
     _mm256_storeu_ps(sums, lanes);
     double total = 0.0;
     for (const float sum : sums)

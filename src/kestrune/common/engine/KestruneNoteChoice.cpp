@@ -23,8 +23,8 @@ constexpr double kChangeCost = 2.0;
 constexpr double kMostDistance = 2.0;
 constexpr double kMostBeyondNearest = 1.0;
 
-constexpr std::array<double, 12> kChromatic{0.0, 1.0, 2.0, 3.0, 4.0,  5.0,
-                                            6.0, 7.0, 8.0, 9.0, 10.0, 11.0};
+constexpr std::array<double, 12> kAllDegrees{0.0, 1.0, 2.0, 3.0, 4.0,  5.0,
+                                             6.0, 7.0, 8.0, 9.0, 10.0, 11.0};
 
 /// A note with the cheapest way to it.
 struct Way
@@ -79,7 +79,7 @@ KestruneNoteChoice::Note KestruneNoteChoice::Choose(std::span<const double> pitc
         mHeldDegree.reset();
         return note;
     }
-    ChooseAmong(kChromatic, course, mHeldDegree);
+    ChooseAmong(kAllDegrees, course, mHeldDegree);
     const double octaves = std::floor(*mHeldDegree / kSemitonesPerOctave);
     const auto degree = static_cast<unsigned>(*mHeldDegree - octaves * kSemitonesPerOctave);
     note.isLeft = (ignored >> degree & 1u) != 0;
@@ -129,7 +129,7 @@ unsigned KestruneNoteChoice::IgnoredDegrees() const noexcept
     if (!mIgnoredNotes)
         return degrees;
     // The interface thread may be writing the flags.
-    for (std::size_t degree = 0; degree < kChromatic.size(); ++degree)
+    for (std::size_t degree = 0; degree < kAllDegrees.size(); ++degree)
         if (std::atomic_ref(mIgnoredNotes->Data()[degree]).load(std::memory_order_relaxed) == 1.0f)
             degrees |= 1u << degree;
     return degrees;

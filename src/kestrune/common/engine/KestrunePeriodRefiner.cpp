@@ -15,7 +15,7 @@ namespace orvane
 namespace
 {
 
-constexpr double kStretchSeconds = 0.012;
+constexpr double kRefinedSeconds = 0.012;
 constexpr double kLongestLagSeconds = 0.010;  // at several periods
 constexpr int kReach = 3;
 constexpr double kReachOfPeriod = 0.04;
@@ -94,7 +94,7 @@ KestrunePeriodRefiner::Peak KestrunePeriodRefiner::FindPeak(const KestruneHistor
                                                             double period) const noexcept
 {
     const int length =
-        std::max(static_cast<int>(kStretchSeconds * static_cast<double>(mGeometry.middleRate)),
+        std::max(static_cast<int>(kRefinedSeconds * static_cast<double>(mGeometry.middleRate)),
                  static_cast<int>(period));
     const auto centre = static_cast<int>(std::lround(lag));
     const double moment = (time + mGeometry.factor - 1) / mGeometry.thin;
