@@ -12,19 +12,12 @@ namespace
 double dotPlain(const float* a, const float* b, int count) noexcept
 {
     assert(count >= 0);
-    // Several sums side by side: the compiler may not change the order of one sum by itself.
-    constexpr int kPartialSums = 8;
-    float sums[kPartialSums] = {};
+    float sums[kPartialDotProducts] = {};
     int i = 0;
-    for (; i + kPartialSums <= count; i += kPartialSums)
-        for (int lane = 0; lane < kPartialSums; ++lane)
+    for (; i + kPartialDotProducts <= count; i += kPartialDotProducts)
+        for (int lane = 0; lane < kPartialDotProducts; ++lane)
             sums[lane] += a[i + lane] * b[i + lane];
-    double total = 0.0;
-    for (const float sum : sums)
-        total += static_cast<double>(sum);
-    for (; i < count; ++i)
-        total += static_cast<double>(a[i]) * static_cast<double>(b[i]);
-    return total;
+    return ZDotProduct::AddUp(sums, a + i, b + i, count - i);
 }
 
 }  // namespace
@@ -32,6 +25,17 @@ double dotPlain(const float* a, const float* b, int count) noexcept
 ZDotProduct::Function ZDotProduct::Plain() noexcept
 {
     return dotPlain;
+}
+
+double ZDotProduct::AddUp(const float (&sums)[kPartialDotProducts], const float* a, const float* b,
+                          int left) noexcept
+{
+    double total = 0.0;
+    for (const float sum : sums)
+        total += static_cast<double>(sum);
+    for (int i = 0; i < left; ++i)
+        total += static_cast<double>(a[i]) * static_cast<double>(b[i]);
+    return total;
 }
 
 }  // namespace orvane

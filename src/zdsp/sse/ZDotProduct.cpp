@@ -15,19 +15,13 @@ namespace
 [[gnu::target("avx2")]] double dotAvx2(const float* a, const float* b, int count) noexcept
 {
     assert(count >= 0);
-    constexpr int kPartialSums = 8;
     __m256 lanes = _mm256_setzero_ps();
     int i = 0;
-    for (; i + kPartialSums <= count; i += kPartialSums)
+    for (; i + kPartialDotProducts <= count; i += kPartialDotProducts)
         lanes = _mm256_add_ps(lanes, _mm256_mul_ps(_mm256_loadu_ps(a + i), _mm256_loadu_ps(b + i)));
-    float sums[kPartialSums];
+    float sums[kPartialDotProducts];
     _mm256_storeu_ps(sums, lanes);
-    double total = 0.0;
-    for (const float sum : sums)
-        total += static_cast<double>(sum);
-    for (; i < count; ++i)
-        total += static_cast<double>(a[i]) * static_cast<double>(b[i]);
-    return total;
+    return ZDotProduct::AddUp(sums, a + i, b + i, count - i);
 }
 
 }  // namespace

@@ -37,10 +37,9 @@ void KestruneClassicAnalysis::SetRange(float lowHz, float highHz) noexcept
     assert(mWorkLeft == 0 && mFftSize > 0);
     mLowest = lowHz;
     mHighest = highHz;
-    mSpectrumTop = highHz * kSpectrumTopFactor;
     const auto longestPeriod = static_cast<float>(static_cast<int>(mSampleRate / lowHz));
     mSpectrum.SetFrameLength(static_cast<int>(kWindowFactor * longestPeriod + 0.5f));
-    mComb.SetRange(lowHz, highHz, mSpectrumTop, static_cast<float>(mFftSize) / mSampleRate);
+    mComb.SetRange(lowHz, highHz, SpectrumTop(), static_cast<float>(mFftSize) / mSampleRate);
 }
 
 void KestruneClassicAnalysis::Reset() noexcept
@@ -106,13 +105,18 @@ void KestruneClassicAnalysis::Step() noexcept
         AddRecord();
 }
 
+float KestruneClassicAnalysis::SpectrumTop() const noexcept
+{
+    return mHighest * kSpectrumTopFactor;
+}
+
 KestruneSpectrum::Band KestruneClassicAnalysis::Band() const noexcept
 {
     const auto bin = [this](float frequency) {
         const float position = static_cast<float>(mFftSize) * frequency / mSampleRate;
         return static_cast<int>(position + 0.5f);
     };
-    return {bin(mLowest), bin(mSpectrumTop)};
+    return {bin(mLowest), bin(SpectrumTop())};
 }
 
 void KestruneClassicAnalysis::AddRecord() noexcept

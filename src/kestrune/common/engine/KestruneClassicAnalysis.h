@@ -45,6 +45,8 @@ public:
 private:
     [[nodiscard]] int CostOf(int step) const noexcept;
     [[nodiscard]] int StepCount() const noexcept;
+    /// Upper edge of the analysed band, in Hz.
+    [[nodiscard]] float SpectrumTop() const noexcept;
     [[nodiscard]] KestruneSpectrum::Band Band() const noexcept;
     void AddRecord() noexcept;
 
@@ -53,7 +55,6 @@ private:
     int mFftSize = 0;
     float mLowest = 100.0f;  // candidate, Hz
     float mHighest = 1300.0f;
-    float mSpectrumTop = 1950.0f;  // upper edge of the analysed band, Hz
     KestruneSpectrum mSpectrum;
     KestruneHarmonicComb mComb;
     KestruneRecordRing mRecords;

@@ -164,7 +164,7 @@ private:
     KestruneStereoRing mOutputRing;  // sum of the grains that have sounded
     int mOutputReadPos = 0;
     KestruneGrainQueue mGrains;
-    int mBlockWork = 0;        // that the last block has put off, in steps
+    int mBlockWork = 0;  // that the last block has put off, in units of KestruneClassicAnalysis
     float mPitchShift = 0.0f;  // octaves
     float mFormantShift = 0.0f;
     bool mTransposeEnabled = false;
