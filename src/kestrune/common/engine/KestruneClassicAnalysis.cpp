@@ -12,12 +12,11 @@ namespace orvane
 namespace
 {
 
-// The steps are: to load the frame, the parts of the transform, to shape the spectrum, and the
-// parts of the comb.
-constexpr int kFirstTransformStep = 1;
-constexpr int kTransformCost = 4;
-constexpr int kShapeCost = 1;
-constexpr int kCombCost = 2;
+// The steps are: to load the frame, to measure it, the parts of the transform, to shape the
+// spectrum, and the parts of the comb.
+constexpr int kFirstTransformStep = 2;
+constexpr int kShapeCost = 4;
+constexpr int kCombCost = 8;
 
 }  // namespace
 
@@ -27,7 +26,7 @@ void KestruneClassicAnalysis::Allocate(const KestruneGeometry& geometry, float s
     mSampleRate = sampleRate;
     mBlockSize = blockSize;
     mFftSize = geometry.fftSize;
-    mSpectrum.Allocate(geometry);
+    mSpectrum.Allocate(geometry, blockSize);
     mRecords.Allocate(geometry.recordCount);
     mWorkLeft = 0;
 }
@@ -63,12 +62,11 @@ int KestruneClassicAnalysis::StepCount() const noexcept
 
 int KestruneClassicAnalysis::CostOf(int step) const noexcept
 {
-    constexpr int kSamplesOfUnit = 700;
     const int shapeStep = kFirstTransformStep + mSpectrum.PartCount();
     if (step < kFirstTransformStep)
-        return 1 + mSpectrum.FrameLength() / kSamplesOfUnit;
+        return 1 + mSpectrum.FrameLength() / mBlockSize;
     if (step < shapeStep)
-        return kTransformCost;
+        return mSpectrum.CostOf(step - kFirstTransformStep);
     return step == shapeStep ? kShapeCost : kCombCost;
 }
 
@@ -89,11 +87,13 @@ void KestruneClassicAnalysis::Step() noexcept
     assert(mWorkLeft > 0 && mInput);
     const int step = mStep++;
     mWorkLeft -= CostOf(step);
-    const int transformPart = step - kFirstTransformStep;
-    const int combPart = transformPart - mSpectrum.PartCount() - 1;
-    if (transformPart < 0)
+    if (step == 0)
         return mSpectrum.LoadFrame(*mInput, mInput->Index(mEnd - mSpectrum.FrameLength()),
                                    mReference);
+    if (step < kFirstTransformStep)
+        return mSpectrum.MeasureFrame();
+    const int transformPart = step - kFirstTransformStep;
+    const int combPart = transformPart - mSpectrum.PartCount() - 1;
     if (transformPart < mSpectrum.PartCount())
         return mSpectrum.TransformPart(transformPart);
     if (combPart < 0) {

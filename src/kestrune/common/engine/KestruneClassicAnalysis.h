@@ -16,8 +16,8 @@ struct KestruneGeometry;
 /// The listening half of the classic tracking: finds the pitch of the newest frame in its spectrum
 /// and writes a record of it, then repairs the record that is four blocks old.
 ///
-/// A block is taken in by Begin and worked off in steps, whose cost is counted in units of about
-/// four thousand processor instructions.
+/// A block is taken in by Begin and worked off in steps, whose cost is counted in units of about a
+/// thousand processor instructions in blocks of 512 samples; all costs grow with the block.
 class KestruneClassicAnalysis
 {
 public:
@@ -37,6 +37,8 @@ public:
     void Begin(const KestruneStereoRing& input, std::int64_t end, std::int16_t reference) noexcept;
     /// Cost of the steps until the work of the block is done. [audio thread]
     [[nodiscard]] int WorkLeft() const noexcept { return mWorkLeft; }
+    /// Cost of the next step; there must be work left. [audio thread]
+    [[nodiscard]] int NextCost() const noexcept { return CostOf(mStep); }
     /// Does the next step; there must be work left. [audio thread]
     void Step() noexcept;
 

@@ -3,10 +3,8 @@
 
 #include "kestrune/common/engine/KestruneGeometry.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
-#include "kestrune/common/engine/KestruneVibrato.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 #include <cmath>
 #include <span>
@@ -23,21 +21,24 @@ constexpr float kVoicedClarity = 0.40f;
 constexpr int kBridgedRecords = 3;
 /// The path has changed when its period differs by more, as a share.
 constexpr float kChangedPath = 0.04f;
-/// Pitches before a record in which a vibrato is looked for.
-constexpr int kEarlierPitches = 10;
 
 // The steps are: pieces to listen to, the candidates' energies, parts of their lags, and these,
-// counted from the last.
+// counted from the last: the one that finds the candidates, the one that refines a period, the one
+// that settles a record, the parts of the vibrato, and the one that chooses the note.
 constexpr int kPieces = 8;
-constexpr int kFindStep = 2;
-constexpr int kRefineStep = 1;
-constexpr int kSettleStep = 0;
-constexpr int kLastSteps = 3;
+constexpr int kFindStep = KestruneVibrato::kParts + 3;
+constexpr int kRefineStep = KestruneVibrato::kParts + 2;
+constexpr int kSettleStep = KestruneVibrato::kParts + 1;
+constexpr int kChooseStep = 0;
+constexpr int kLastSteps = KestruneVibrato::kParts + 4;
 // In the units of KestruneClassicAnalysis.
-constexpr int kListenCost = 2;
-constexpr int kEnergyCost = 2;
-constexpr int kCorrelateCost = 1;
-constexpr int kLastCost = 4;
+constexpr int kListenCost = 5;
+constexpr int kEnergyCost = 10;
+constexpr int kPartsFoundForUnit = 3;
+constexpr int kRefineCost = 11;
+constexpr int kSettleCost = 2;
+constexpr int kVibratoCost = 5;
+constexpr int kChooseCost = 15;
 
 }  // namespace
 
@@ -82,7 +83,19 @@ int KestruneFineAnalysis::CostOf(int step) const noexcept
         return kListenCost;
     if (step == kPieces)
         return kEnergyCost;
-    return step < StepCount() - kLastSteps ? kCorrelateCost : kLastCost;
+    switch (StepCount() - 1 - step) {
+    case kFindStep:
+        return 2 + mCandidates.PartCount() / kPartsFoundForUnit;
+    case kRefineStep:
+        return kRefineCost;
+    case kSettleStep:
+        return kSettleCost;
+    case kChooseStep:
+        return kChooseCost;
+    default:
+        return step < StepCount() - kLastSteps ? mCandidates.CostOf(step - kPieces - 1)
+                                               : kVibratoCost;
+    }
 }
 
 void KestruneFineAnalysis::Begin(const KestruneStereoRing& input, std::int64_t end,
@@ -105,7 +118,8 @@ void KestruneFineAnalysis::Step() noexcept
         return ListenToPiece(step);
     if (step == kPieces)
         return mCandidates.Begin(mListener.Coarse());
-    switch (StepCount() - 1 - step) {
+    const int stepsAfter = StepCount() - 1 - step;
+    switch (stepsAfter) {
     case kFindStep:
         mPath.Add(mCandidates.Find());
         return AddRecord();
@@ -113,7 +127,11 @@ void KestruneFineAnalysis::Step() noexcept
         return RefineRecord(mGeometry.depth - kBridgedRecords);
     case kSettleStep:
         return SettleRecord();
+    case kChooseStep:
+        return ChooseNote();
     default:
+        if (stepsAfter < kSettleStep)
+            return FitVibrato(kSettleStep - 1 - stepsAfter);
         mCandidates.Correlate(step - kPieces - 1);
     }
 }
@@ -166,7 +184,7 @@ void KestruneFineAnalysis::SettleRecord() noexcept
         mHeldPeriod = record.period;
     else
         record.period = mHeldPeriod;
-    ChooseNote(record);
+    GatherPitches();
 }
 
 bool KestruneFineAnalysis::IsVoiced() const noexcept
@@ -186,31 +204,46 @@ bool KestruneFineAnalysis::IsVoiced() const noexcept
     return false;
 }
 
-void KestruneFineAnalysis::ChooseNote(KestruneAnalysisRecord& record) noexcept
+void KestruneFineAnalysis::GatherPitches() noexcept
 {
-    record.hasNote = record.hold > 0.0f;
-    if (!record.hasNote)
-        return mNotes.Release();
-    // What was before, then this record and those after it.
-    std::array<double, kEarlierPitches + KestruneNoteChoice::kMostPitches> pitches{};
-    std::size_t count = 0;
-    const auto add = [&](float period) {
-        pitches[count++] = 12.0 * std::log2(static_cast<double>(mGeometry.sampleRate) /
-                                            static_cast<double>(period));
+    const KestruneAnalysisRecord& settled = mRecords.Back(mGeometry.depth);
+    mPitchCount = 0;
+    mEarlierCount = 0;
+    if (settled.hold == 0.0f)
+        return;
+    const auto add = [this](float period) {
+        mPitches[static_cast<std::size_t>(mPitchCount++)] =
+            12.0 *
+            std::log2(static_cast<double>(mGeometry.sampleRate) / static_cast<double>(period));
     };
-    int earlier = 0;
-    while (earlier < kEarlierPitches && mRecords.Back(mGeometry.depth + earlier + 1).hasNote)
-        ++earlier;
-    for (int age = earlier; age > 0; --age)
+    while (mEarlierCount < kEarlierPitches &&
+           mRecords.Back(mGeometry.depth + mEarlierCount + 1).hasNote)
+        ++mEarlierCount;
+    for (int age = mEarlierCount; age > 0; --age)
         add(mRecords.Back(mGeometry.depth + age).period);
-    add(record.period);
+    add(settled.period);
     for (int age = mGeometry.depth - 1; age >= 0 && mPath.PeriodBack(age) > 0.0f; --age)
         add(mPath.PeriodBack(age));
-    const auto first = static_cast<std::size_t>(earlier);
-    const std::span<double> course(pitches.data() + first, count - first);
-    const double rate = static_cast<double>(mGeometry.sampleRate) / mGeometry.blockSize;
+    mVibrato.Begin({mPitches.data(), static_cast<std::size_t>(mPitchCount)}, mEarlierCount,
+                   static_cast<double>(mGeometry.sampleRate) / mGeometry.blockSize);
+}
+
+void KestruneFineAnalysis::FitVibrato(int part) noexcept
+{
+    if (mPitchCount > 0)
+        mVibrato.FitPart(part);
+}
+
+void KestruneFineAnalysis::ChooseNote() noexcept
+{
+    KestruneAnalysisRecord& record = mRecords.Back(mGeometry.depth);
+    record.hasNote = mPitchCount > 0;
+    if (!record.hasNote)
+        return mNotes.Release();
+    const auto count = static_cast<std::size_t>(mPitchCount - mEarlierCount);
+    const std::span<double> course(mPitches.data() + mEarlierCount, count);
     // The notes that a wide vibrato swings over are not meant.
-    if (const auto middle = vibratoMiddle({pitches.data(), count}, earlier, rate))
+    if (const auto middle = mVibrato.Middle())
         std::fill(course.begin(), course.end(), *middle);
     const KestruneNoteChoice::Note note = mNotes.Choose(course);
     record.note = note.semitones;

@@ -8,7 +8,9 @@
 #include "kestrune/common/engine/KestrunePitchCandidates.h"
 #include "kestrune/common/engine/KestrunePitchPath.h"
 #include "kestrune/common/engine/KestruneRecordRing.h"
+#include "kestrune/common/engine/KestruneVibrato.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -48,6 +50,8 @@ public:
     void Begin(const KestruneStereoRing& input, std::int64_t end, std::int16_t reference) noexcept;
     /// Cost of the steps until the work of the block is done. [audio thread]
     [[nodiscard]] int WorkLeft() const noexcept { return mWorkLeft; }
+    /// Cost of the next step; there must be work left. [audio thread]
+    [[nodiscard]] int NextCost() const noexcept { return CostOf(mStep); }
     /// Does the next step; there must be work left. [audio thread]
     void Step() noexcept;
 
@@ -57,6 +61,9 @@ public:
     [[nodiscard]] int SettledNear(double time) const noexcept;
 
 private:
+    /// Pitches before a record in which a vibrato is looked for.
+    static constexpr int kEarlierPitches = 10;
+
     [[nodiscard]] int StepCount() const noexcept;
     [[nodiscard]] int CostOf(int step) const noexcept;
     void ListenToPiece(int piece) noexcept;
@@ -64,7 +71,9 @@ private:
     void RefineRecord(int age) noexcept;
     void SettleRecord() noexcept;
     [[nodiscard]] bool IsVoiced() const noexcept;
-    void ChooseNote(KestruneAnalysisRecord& record) noexcept;
+    void GatherPitches() noexcept;
+    void FitVibrato(int part) noexcept;
+    void ChooseNote() noexcept;
 
     KestruneFineGeometry mGeometry;
     std::vector<float> mMono;  // the newest block
@@ -74,6 +83,11 @@ private:
     KestrunePitchCandidates mCandidates;
     KestrunePitchPath mPath;
     KestrunePeriodRefiner mRefiner;
+    // Around the record that is settled, in semitones: those before it, its own, those after it.
+    std::array<double, kEarlierPitches + KestruneNoteChoice::kMostPitches> mPitches{};
+    int mPitchCount = 0;  // 0 while there is no voice
+    int mEarlierCount = 0;
+    KestruneVibrato mVibrato;
     KestruneNoteChoice mNotes;
     KestruneRecordRing mRecords;
     float mHeldPeriod = 0.0f;  // of the last voice, in samples

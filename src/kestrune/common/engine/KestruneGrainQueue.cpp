@@ -24,8 +24,10 @@ std::int64_t beginOf(const KestrunePlacedGrain& grain)
 
 }  // namespace
 
-void KestruneGrainQueue::Allocate(const KestruneGeometry& geometry)
+void KestruneGrainQueue::Allocate(const KestruneGeometry& geometry, int blockSize)
 {
+    assert(blockSize > 0);
+    mBlockSize = blockSize;
     mGrain.Allocate(geometry.grainCapacity, geometry.resampledCapacity);
     mFlankedGrain.Allocate(geometry.maxPeriod);
     mPlaced.resize(kMost);
@@ -36,6 +38,21 @@ void KestruneGrainQueue::Clear() noexcept
 {
     mCount = 0;
     mNext = 0;
+    mWorkLeft = 0;
+}
+
+int KestruneGrainQueue::CostOf(const KestrunePlacedGrain& grain) const noexcept
+{
+    constexpr int kCostOfBlock = 14;
+    const int length =
+        grain.length > 0 ? grain.length : static_cast<int>(grain.flanks.left + grain.flanks.right);
+    return 1 + kCostOfBlock * length / mBlockSize;
+}
+
+int KestruneGrainQueue::NextCost() const noexcept
+{
+    assert(Count() > 0);
+    return CostOf(mPlaced[static_cast<std::size_t>(mNext)]);
 }
 
 void KestruneGrainQueue::Place(const KestrunePlacedGrain& grain, const KestruneStereoRing& input,
@@ -46,6 +63,7 @@ void KestruneGrainQueue::Place(const KestrunePlacedGrain& grain, const KestruneS
         SoundNext(input, output);
     mBegin = Count() == 0 ? beginOf(grain) : std::min(mBegin, beginOf(grain));
     mPlaced[static_cast<std::size_t>(mCount++)] = grain;
+    mWorkLeft += CostOf(grain);
 }
 
 void KestruneGrainQueue::SoundNext(const KestruneStereoRing& input,
@@ -53,6 +71,7 @@ void KestruneGrainQueue::SoundNext(const KestruneStereoRing& input,
 {
     assert(Count() > 0);
     const KestrunePlacedGrain grain = mPlaced[static_cast<std::size_t>(mNext++)];
+    mWorkLeft -= CostOf(grain);
     if (mNext == mCount)
         Clear();
     if (grain.length == 0)

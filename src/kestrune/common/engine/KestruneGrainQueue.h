@@ -30,7 +30,7 @@ class KestruneGrainQueue
 {
 public:
     /// Throws std::bad_alloc if memory is short. [setup]
-    void Allocate(const KestruneGeometry& geometry);
+    void Allocate(const KestruneGeometry& geometry, int blockSize);
     /// Drops all grains. [audio thread]
     void Clear() noexcept;
 
@@ -39,6 +39,10 @@ public:
                KestruneStereoRing& output) noexcept;
     /// Number of grains that have not sounded yet. [audio thread]
     [[nodiscard]] int Count() const noexcept { return mCount - mNext; }
+    /// Cost of the grains that have not sounded, and of the next of them, which there must be, in
+    /// the units of KestruneClassicAnalysis. [audio thread]
+    [[nodiscard]] int WorkLeft() const noexcept { return mWorkLeft; }
+    [[nodiscard]] int NextCost() const noexcept;
     /// A stream position that no grain in the queue begins before; the queue must not be empty.
     /// [audio thread]
     [[nodiscard]] std::int64_t Begin() const noexcept { return mBegin; }
@@ -49,11 +53,15 @@ private:
     /// More than the grains of a block, but for the highest voices moved up an octave.
     static constexpr int kMost = 32;
 
+    [[nodiscard]] int CostOf(const KestrunePlacedGrain& grain) const noexcept;
+
+    int mBlockSize = 0;
     KestruneGrain mGrain;
     KestruneFlankedGrain mFlankedGrain;
     std::vector<KestrunePlacedGrain> mPlaced;
     int mCount = 0;
     int mNext = 0;
+    int mWorkLeft = 0;
     std::int64_t mBegin = 0;
 };
 

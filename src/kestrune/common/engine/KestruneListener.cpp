@@ -39,25 +39,21 @@ std::vector<float> makeLowPass(int factor)
 
 void KestruneListener::RunningMean::Allocate(int length)
 {
-    mSamples.resize(static_cast<std::size_t>(length));
-    mScale = 1.0 / length;
+    assert(length > 0);
+    mLength = length;
     Restart();
 }
 
-void KestruneListener::RunningMean::Restart() noexcept
-{
-    std::fill(mSamples.begin(), mSamples.end(), 0.0f);
-    mAt = 0;
-    mSum = 0.0;
-}
-
-float KestruneListener::RunningMean::Next(float sample) noexcept
+void KestruneListener::RunningMean::Run(const float* samples, int count, float* means) noexcept
 {
     // In double precision, so that rounding does not pile up in the sum of a loud signal.
-    mSum += static_cast<double>(sample) - static_cast<double>(mSamples[mAt]);
-    mSamples[mAt] = sample;
-    mAt = mAt + 1 == mSamples.size() ? 0 : mAt + 1;
-    return static_cast<float>(mSum * mScale);
+    const double scale = 1.0 / mLength;
+    double sum = mSum;
+    for (int i = 0; i < count; ++i) {
+        sum += static_cast<double>(samples[i]) - static_cast<double>(samples[i - mLength]);
+        means[i] = static_cast<float>(sum * scale);
+    }
+    mSum = sum;
 }
 
 void KestruneListener::Allocate(const KestruneFineGeometry& geometry)
@@ -68,6 +64,8 @@ void KestruneListener::Allocate(const KestruneFineGeometry& geometry)
     mRecent.assign(mLowPass.size() - 1 + static_cast<std::size_t>(geometry.blockSize), 0.0f);
     mFirstMean.Allocate(geometry.factor);
     mSecondMean.Allocate(geometry.factor);
+    mOnceSmoothed.assign(static_cast<std::size_t>(geometry.factor + geometry.blockSize), 0.0f);
+    mTwiceSmoothed.assign(static_cast<std::size_t>(geometry.blockSize), 0.0f);
     mCoarse.Allocate(geometry.coarseLength);
     mMiddle.Allocate(geometry.middleLength);
 }
@@ -92,6 +90,7 @@ void KestruneListener::Restart(std::int64_t position) noexcept
     mNext = position;
     std::fill(mRecent.begin(), mRecent.end(), 0.0f);
     std::fill(std::begin(mState), std::end(mState), 0.0);
+    std::fill(mOnceSmoothed.begin(), mOnceSmoothed.end(), 0.0f);
     mFirstMean.Restart();
     mSecondMean.Restart();
     const auto firstMultiple = [position](int step) { return (position + step - 1) / step; };
@@ -103,19 +102,20 @@ void KestruneListener::Listen(const float* mono, int count) noexcept
 {
     assert(mono && count >= 0 && count <= mGeometry.blockSize);
     const auto taps = static_cast<int>(mLowPass.size());
-    // Both steps are powers of 2.
-    const std::int64_t withinCoarse = mGeometry.factor - 1;
-    const std::int64_t withinMiddle = mGeometry.thin - 1;
     std::copy_n(mono, count, mRecent.begin() + (taps - 1));
-    for (int i = 0; i < count; ++i, ++mNext) {
-        const float mean = mSecondMean.Next(mFirstMean.Next(mono[i]));
-        if ((mNext & withinMiddle) == 0)
-            mMiddle.Append(mean);
-        if ((mNext & withinCoarse) == 0)
-            mCoarse.Append(HighPass(
-                static_cast<float>(dotProduct(mLowPass.data(), mRecent.data() + i, taps))));
-    }
+    float* const onceSmoothed = mOnceSmoothed.data() + mGeometry.factor;
+    mFirstMean.Run(mRecent.data() + (taps - 1), count, onceSmoothed);
+    mSecondMean.Run(onceSmoothed, count, mTwiceSmoothed.data());
+    // Both steps are powers of 2.
+    const auto first = [this](int step) { return static_cast<int>(-mNext & (step - 1)); };
+    for (int i = first(mGeometry.thin); i < count; i += mGeometry.thin)
+        mMiddle.Append(mTwiceSmoothed[static_cast<std::size_t>(i)]);
+    for (int i = first(mGeometry.factor); i < count; i += mGeometry.factor)
+        mCoarse.Append(
+            HighPass(static_cast<float>(dotProduct(mLowPass.data(), mRecent.data() + i, taps))));
+    mNext += count;
     std::copy_n(mRecent.begin() + count, taps - 1, mRecent.begin());
+    std::copy_n(mOnceSmoothed.begin() + count, mGeometry.factor, mOnceSmoothed.begin());
 }
 
 float KestruneListener::HighPass(float sample) noexcept

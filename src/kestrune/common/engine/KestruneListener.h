@@ -32,19 +32,19 @@ public:
     [[nodiscard]] const KestruneHistory& Middle() const noexcept { return mMiddle; }
 
 private:
-    /// The mean of the last factor samples.
+    /// Means of as many samples as the coarse signal is thinned by.
     class RunningMean
     {
     public:
         void Allocate(int length);
-        void Restart() noexcept;
-        float Next(float sample) noexcept;
+        void Restart() noexcept { mSum = 0.0; }
+        /// Writes the mean of each of count samples and the length - 1 before it; as many as the
+        /// length must be readable before samples. [audio thread]
+        void Run(const float* samples, int count, float* means) noexcept;
 
     private:
-        std::vector<float> mSamples;
-        std::size_t mAt = 0;
+        int mLength = 0;
         double mSum = 0.0;
-        double mScale = 1.0;
     };
 
     [[nodiscard]] float HighPass(float sample) noexcept;
@@ -58,6 +58,8 @@ private:
     double mState[2] = {0.0, 0.0};   // of the high pass
     RunningMean mFirstMean;
     RunningMean mSecondMean;
+    std::vector<float> mOnceSmoothed;   // as many samples as the mean's length, then the block
+    std::vector<float> mTwiceSmoothed;  // the block
     KestruneHistory mCoarse;
     KestruneHistory mMiddle;
 };

@@ -64,6 +64,15 @@ void KestrunePitchCandidates::SetRange(float lowHz, float highHz) noexcept
     mPartCount = (std::max(0, mHighLag + 2 - firstLag(mLowLag)) + kLagsOfPart - 1) / kLagsOfPart;
 }
 
+int KestrunePitchCandidates::CostOf(int part) const noexcept
+{
+    assert(part >= 0 && part < mPartCount);
+    constexpr int kProductsOfUnit = 1000;
+    const int first = firstLag(mLowLag) + part * kLagsOfPart;
+    const int lags = first < kEvenLagsFrom ? kLagsOfPart : kLagsOfPart / 2;
+    return lags * std::max(mStretch, first) / kProductsOfUnit + 1;
+}
+
 void KestrunePitchCandidates::Begin(const KestruneHistory& coarse) noexcept
 {
     SumSquares(coarse);

@@ -44,6 +44,8 @@ public:
     void Begin(const KestruneHistory& coarse) noexcept;
     /// Number of parts that the lags are divided into. [audio thread]
     [[nodiscard]] int PartCount() const noexcept { return mPartCount; }
+    /// Cost of Correlate, in the units of KestruneClassicAnalysis. [audio thread]
+    [[nodiscard]] int CostOf(int part) const noexcept;
     /// Computes the correlations of a part's lags, so that Find has little left to do. May be left
     /// out. [audio thread]
     void Correlate(int part) noexcept;

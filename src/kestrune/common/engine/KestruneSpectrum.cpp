@@ -90,8 +90,10 @@ std::unique_ptr<ZBuffer> allocateBuffer(std::uint32_t length)
 
 }  // namespace
 
-void KestruneSpectrum::Allocate(const KestruneGeometry& geometry)
+void KestruneSpectrum::Allocate(const KestruneGeometry& geometry, int blockSize)
 {
+    assert(blockSize > 0);
+    mBlockSize = blockSize;
     const auto fftSize = static_cast<std::uint32_t>(geometry.fftSize);
     const auto bins = static_cast<std::uint32_t>(geometry.spectrumBins);
     const int order = thinningOrder(geometry);
@@ -140,21 +142,41 @@ void KestruneSpectrum::LoadFrame(const KestruneStereoRing& ring, int pos,
     const float* const window = mAnalysisWindow.data();
     for (int i = 0; i < mFrameLength; ++i)
         frame[i] *= window[i];
-    mFrameEnergy = static_cast<float>(sumOfSquares(frame, mFrameLength) / mFrameLength);
+}
+
+void KestruneSpectrum::MeasureFrame() noexcept
+{
+    mFrameEnergy = static_cast<float>(sumOfSquares(mFrame.data(), mFrameLength) / mFrameLength);
 }
 
 void KestruneSpectrum::TransformPart(int part) noexcept
 {
     assert(part >= 0 && part < PartCount());
-    if (part + 1 < PartCount())
-        return TransformThinned(part);
-    AddUp();
-    mGain->Multiply(*mSpectrum, *mSpectrum);
-    mGain->MultiplyAdd(*mImaginary, *mImaginary, *mSpectrum);
-    mGain->PowerToDecibels96(*mSpectrum);
+    if (part == PartCount() - 1)
+        return ToDecibels();
+    if (part == PartCount() - 2)
+        return AddUp();
+    const int first = part / 2;
+    if (part % 2 == 0)
+        return ThinFrame(first);
+    const Thinned& bins = mThinned[static_cast<std::size_t>(first)];
+    mFourier->TransformReal(*mThinnedFrame, *bins.re, *bins.im);
 }
 
-void KestruneSpectrum::TransformThinned(int first) noexcept
+int KestruneSpectrum::CostOf(int part) const noexcept
+{
+    assert(part >= 0 && part < PartCount());
+    constexpr int kTransformCost = 14;
+    constexpr int kAddCost = 10;
+    constexpr int kDecibelsCost = 6;
+    if (part == PartCount() - 1)
+        return kDecibelsCost;
+    if (part == PartCount() - 2)
+        return kAddCost;
+    return part % 2 == 0 ? 1 + mFrameLength / (2 * mBlockSize) : kTransformCost;
+}
+
+void KestruneSpectrum::ThinFrame(int first) noexcept
 {
     const auto parts = static_cast<int>(mThinned.size());
     // As many for every part, so that none leaves a sample for the next: zeros follow the frame.
@@ -163,8 +185,6 @@ void KestruneSpectrum::TransformThinned(int first) noexcept
     float* const thinned = mThinnedFrame->Data();
     for (int i = 0; i < count; ++i)
         thinned[i] = frame[i * parts];
-    const Thinned& bins = mThinned[static_cast<std::size_t>(first)];
-    mFourier->TransformReal(*mThinnedFrame, *bins.re, *bins.im);
 }
 
 void KestruneSpectrum::AddUp() noexcept
@@ -177,6 +197,13 @@ void KestruneSpectrum::AddUp() noexcept
     for (const Thinned& part : mThinned)
         addTurned(re, im, {part.re->Data(), part.im->Data(), part.cosine.data(), part.sine.data()},
                   bins);
+}
+
+void KestruneSpectrum::ToDecibels() noexcept
+{
+    mGain->Multiply(*mSpectrum, *mSpectrum);
+    mGain->MultiplyAdd(*mImaginary, *mImaginary, *mSpectrum);
+    mGain->PowerToDecibels96(*mSpectrum);
 }
 
 float KestruneSpectrum::NormalizeBand(Band band) noexcept

@@ -17,7 +17,8 @@ class KestruneStereoRing;
 struct KestruneGeometry;
 
 /// The log-power spectrum of the newest frame of input, and the voicing that it shows. LoadFrame,
-/// the parts of the transform and NormalizeBand are called in this order, once a block.
+/// MeasureFrame, the parts of the transform and NormalizeBand are called in this order, once a
+/// block.
 ///
 /// One transform of the whole frame would be a third of a block's work in one piece. With R parts
 /// of every R-th sample (decimation in time), part r having the spectrum F_r, the low bins are
@@ -34,7 +35,7 @@ public:
     };
 
     /// Throws ZException when a buffer or the transform cannot be made. [setup]
-    void Allocate(const KestruneGeometry& geometry);
+    void Allocate(const KestruneGeometry& geometry, int blockSize);
     /// Sets the frame's length in samples, at most the geometry's maxWindowLength.
     /// [audio thread]
     void SetFrameLength(int length) noexcept;
@@ -43,8 +44,15 @@ public:
     /// Copies the frame that begins at pos and multiplies it by the window. reference: 0 left,
     /// 1 right, any other value the sum of both. [audio thread]
     void LoadFrame(const KestruneStereoRing& ring, int pos, std::int16_t reference) noexcept;
-    /// Parts of the transform, of about the same cost. [audio thread]
-    [[nodiscard]] int PartCount() const noexcept { return static_cast<int>(mThinned.size()) + 1; }
+    /// Measures the level of the frame. [audio thread]
+    void MeasureFrame() noexcept;
+    /// Number of parts that the transform is divided into. [audio thread]
+    [[nodiscard]] int PartCount() const noexcept
+    {
+        return 2 * static_cast<int>(mThinned.size()) + 2;
+    }
+    /// Cost of a part, in the units of KestruneClassicAnalysis. [audio thread]
+    [[nodiscard]] int CostOf(int part) const noexcept;
     /// After the last part, which follow in rising order, there is the power of the frame's bins in
     /// dB, -96 at least. [audio thread]
     void TransformPart(int part) noexcept;
@@ -69,9 +77,11 @@ private:
         std::vector<float> sine;
     };
 
-    void TransformThinned(int first) noexcept;
+    void ThinFrame(int first) noexcept;
     void AddUp() noexcept;
+    void ToDecibels() noexcept;
 
+    int mBlockSize = 512;
     std::vector<float> mAnalysisWindow;  // its first mFrameLength values are in use
     int mFrameLength = 0;
     float mFrameEnergy = 0.0f;  // mean square of the windowed frame

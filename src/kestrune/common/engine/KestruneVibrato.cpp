@@ -13,8 +13,9 @@ namespace
 {
 
 constexpr double kLowestHz = 4.0;
-constexpr double kHighestHz = 8.0;
 constexpr double kStepHz = 0.5;
+constexpr int kRatesOfPart = 3;
+static_assert(KestruneVibrato::kParts * kRatesOfPart == 9, "rates from 4 to 8 Hz");
 /// Fewer cycles do not tell a swing from a step.
 constexpr double kLeastCycles = 1.1;
 /// The begin of a vibrato is looked for at every second record.
@@ -66,15 +67,17 @@ public:
         const double ps = about(mPitchSin, mPitch, mSin);
         const double power = about(mPitchPitch, mPitch, mPitch);
         const double determinant = cc * ss - cs * cs;
-        const double a = (pc * ss - ps * cs) / determinant;
-        const double b = (ps * cc - pc * cs) / determinant;
+        a = (pc * ss - ps * cs) / determinant;
+        b = (ps * cc - pc * cs) / determinant;
         middle = (mPitch - a * mCos - b * mSin) / mCount;
-        extent = std::hypot(a, b);
         unexplained = 1.0 - (a * pc + b * ps) / power;
     }
 
+    [[nodiscard]] double Extent() const noexcept { return std::hypot(a, b); }
+
     double middle = 0.0;
-    double extent = 0.0;
+    double a = 0.0;
+    double b = 0.0;
     double unexplained = 1.0;  // share of the power around the mean
 
 private:
@@ -96,34 +99,50 @@ private:
 
 }  // namespace
 
-std::optional<double> vibratoMiddle(std::span<const double> pitches, int mayBegin,
-                                    double recordsPerSecond) noexcept
+void KestruneVibrato::Begin(std::span<const double> pitches, int mayBegin,
+                            double recordsPerSecond) noexcept
 {
     assert(mayBegin >= 0 && static_cast<std::size_t>(mayBegin) < pitches.size());
     assert(recordsPerSecond > 0.0);
+    mPitches = pitches;
+    mMayBegin = static_cast<std::size_t>(mayBegin);
+    mRate = recordsPerSecond;
+    mLeast = kMostUnexplained;
+    mMiddle.reset();
     const auto [lowest, highest] = std::minmax_element(pitches.begin(), pitches.end());
     if (*highest - *lowest < 2.0 * kLeastExtent)
-        return {};
-    std::optional<double> middle;
-    double least = kMostUnexplained;
-    for (double hz = kLowestHz; hz <= kHighestHz; hz += kStepHz) {
-        SineFit fit(2.0 * std::numbers::pi * hz / recordsPerSecond);
-        const auto enough = static_cast<std::size_t>(kLeastCycles * recordsPerSecond / hz) + 1;
-        for (std::size_t count = 1; count <= pitches.size(); ++count) {
-            // From the last one back, relative to it so that the sums stay exact.
-            fit.Add(pitches[pitches.size() - count] - pitches.back());
-            const std::size_t begin = pitches.size() - count;
-            if (count < enough || begin > static_cast<std::size_t>(mayBegin) ||
-                begin % kBeginStep != 0)
-                continue;
-            fit.Solve();
-            if (fit.unexplained > least || fit.extent < kLeastExtent || fit.extent > kMostExtent)
-                continue;
-            least = fit.unexplained;
-            middle = fit.middle + pitches.back();
-        }
+        mPitches = {};
+}
+
+void KestruneVibrato::FitPart(int part) noexcept
+{
+    assert(part >= 0 && part < kParts);
+    if (mPitches.empty())
+        return;
+    for (int rate = part * kRatesOfPart; rate < (part + 1) * kRatesOfPart; ++rate)
+        Fit(kLowestHz + rate * kStepHz);
+}
+
+void KestruneVibrato::Fit(double hz) noexcept
+{
+    SineFit fit(2.0 * std::numbers::pi * hz / mRate);
+    const double last = mPitches.back();
+    const auto enough = static_cast<std::size_t>(kLeastCycles * mRate / hz) + 1;
+    for (std::size_t count = 1; count <= mPitches.size(); ++count) {
+        // From the last one back, relative to it so that the sums stay exact.
+        const std::size_t begin = mPitches.size() - count;
+        fit.Add(mPitches[begin] - last);
+        if (count < enough || begin > mMayBegin || begin % kBeginStep != 0)
+            continue;
+        fit.Solve();
+        if (fit.unexplained > mLeast)
+            continue;
+        const double extent = fit.Extent();
+        if (extent < kLeastExtent || extent > kMostExtent)
+            continue;
+        mLeast = fit.unexplained;
+        mMiddle = fit.middle + last;
     }
-    return middle;
 }
 
 }  // namespace orvane

@@ -17,9 +17,8 @@ namespace
 constexpr float kMillisecond = 0.001f;
 constexpr float kWeakStrength = 0.3f;
 constexpr float kMostStretch = 2.0f;
-// In the units of KestruneClassicAnalysis.
-constexpr int kWorkOfProcess = 3;
-constexpr int kWorkOfGrain = 3;
+// Of ProcessStereo itself, in the units of KestruneClassicAnalysis.
+constexpr int kWorkOfProcess = 14;
 
 /// The grain buffers are sized for these shifts, so every value is clamped.
 float boundedOctaves(float octaves)
@@ -173,7 +172,7 @@ bool PsolaClass::AllocateBuffers()
     try {
         mInputRing.Allocate(geometry.inputRingLength);
         mOutputRing.Allocate(geometry.outputRingLength);
-        mGrains.Allocate(geometry);
+        mGrains.Allocate(geometry, mBlockSize);
         mClassicAnalysis.Allocate(geometry, mSampleRate, mBlockSize);
         mFineAnalysis.Allocate(geometry, mSampleRate, mBlockSize);
         mFineSynthesis.Allocate(mFineAnalysis.Geometry());
@@ -252,15 +251,24 @@ void PsolaClass::ProcessStereo(const float* const* inputs, float* const* outputs
 
 int PsolaClass::WorkLeft() const noexcept
 {
-    return mGrains.Count() * kWorkOfGrain + mClassicAnalysis.WorkLeft() + mFineAnalysis.WorkLeft();
+    return mGrains.WorkLeft() + mClassicAnalysis.WorkLeft() + mFineAnalysis.WorkLeft();
+}
+
+int PsolaClass::NextCost() const noexcept
+{
+    if (mGrains.Count() > 0)
+        return mGrains.NextCost();
+    return mClassicAnalysis.WorkLeft() > 0 ? mClassicAnalysis.NextCost() : mFineAnalysis.NextCost();
 }
 
 void PsolaClass::CatchUp(float share) noexcept
 {
     assert(share >= 0.0f && share <= 1.0f);
     const int block = mBlockWork + kWorkOfProcess;
-    const int left = static_cast<int>((1.0f - share) * static_cast<float>(block)) - kWorkOfProcess;
-    while (WorkLeft() > std::max(left, 0))
+    const int left =
+        std::max(static_cast<int>((1.0f - share) * static_cast<float>(block)) - kWorkOfProcess, 0);
+    // A step is done now if more than half of it is due; in the end all are.
+    while (WorkLeft() > 0 && (left == 0 || 2 * (WorkLeft() - left) > NextCost()))
         DoWork();
 }
 

@@ -134,6 +134,7 @@ private:
     void UpdateRange() noexcept;
     void UpdateGlide() noexcept;
     [[nodiscard]] int WorkLeft() const noexcept;
+    [[nodiscard]] int NextCost() const noexcept;
     void DoWork() noexcept;
     /// Does all work that is left.
     void CatchUp() noexcept { CatchUp(1.0f); }

@@ -166,12 +166,20 @@ std::vector<double> course(const std::function<double(double)>& semitonesAt)
     return pitches;
 }
 
+std::optional<double> vibratoMiddle(const std::vector<double>& pitches, int mayBegin)
+{
+    KestruneVibrato vibrato;
+    vibrato.Begin(pitches, mayBegin, 44100.0 / kHop);
+    for (int part = 0; part < KestruneVibrato::kParts; ++part)
+        vibrato.FitPart(part);
+    return vibrato.Middle();
+}
+
 TEST(KestruneVibratoTest, OnlyAWideAndEvenSwingHasAMiddle)
 {
-    constexpr double kRecords = 44100.0 / kHop;
     constexpr int kMayBegin = 10;
     const auto middleOf = [](const std::function<double(double)>& semitonesAt) {
-        return vibratoMiddle(course(semitonesAt), kMayBegin, kRecords);
+        return vibratoMiddle(course(semitonesAt), kMayBegin);
     };
     for (const double hz : {4.5, 5.3, 6.0, 7.4})
         for (const double extent : {0.7, 1.0, 1.5})
@@ -199,7 +207,7 @@ TEST(KestruneVibratoTest, OnlyAWideAndEvenSwingHasAMiddle)
             return 2.0 * std::clamp((at - 0.15) / seconds, 0.0, 1.0);
         })) << "a step of "
             << seconds << " s";
-    EXPECT_FALSE(vibratoMiddle(std::vector<double>{60.0}, 0, kRecords));
+    EXPECT_FALSE(vibratoMiddle({60.0}, 0));
 }
 
 TEST(KestruneGlideTest, AQuarterOfTheErrorIsLeftAfterTheTimeAndWithoutOneNothing)
