@@ -5,6 +5,7 @@
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZViewMessage.h"
+#include "zlib/common/views/ZWindow.h"
 
 #include <cassert>
 
@@ -88,6 +89,13 @@ void dispatchMouse(ZView& view, const ZMessage& message)
             static_cast<void>(mouse.SendToChild(view));
         return;
     }
+    case ZMOUSEENTERED:
+        view.MouseEntered(requireField<ZPoint>(message, "EnteredPoint"));
+        if (view.GetWindow())
+            view.GetWindow()->SetHoverView(&view);
+        return;
+    case ZMOUSELEFT:
+        return view.MouseLeft();
     default:
         assert(message.GetId() == ZMOUSEWHEEL);
         return dispatchWheel(view, message);

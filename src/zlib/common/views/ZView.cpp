@@ -113,14 +113,33 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZMOUSEDOUBLECLICK:
     case ZMOUSEUP:
     case ZMOUSEWHEEL:
+    case ZMOUSEENTERED:
+    case ZMOUSELEFT:
         return dispatchMouse(*this, *message);
     case ZMOUSEMOVED:
         mLastMove = requireField<ZPoint>(*message, "MovePoint");
         return dispatchMouse(*this, *message);
-    case ZMOUSEENTERED:
-        return HandleMouseEntered(*message);
-    case ZMOUSELEFT:
-        return MouseLeft();
+    case ZTIMER:
+        return HandleTimer(message);
+    case ZKEYDOWN:
+        return KeyDown(keyOf(*message));
+    case ZATTACHEDTOELEMENT:
+    case ZELEMENTCHANGED:
+        return ElementChanged(requireField<std::uint64_t>(*message, "elementid"));
+    case ZHIDE:
+        return Hide();
+    case ZSHOW:
+        return Show();
+    case ZDRAW:
+        return;
+    default:
+        return HandleTreeMessage(message);
+    }
+}
+
+void ZView::HandleTreeMessage(const boost::shared_ptr<const ZMessage>& message)
+{
+    switch (message->GetId()) {
     case ZATTACHED:
         return HandleAttached(message);
     case ZDETACHED:
@@ -130,9 +149,6 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
         return HandleDocument(message);
     case ZDOCUMENTCLOSED:
         return HandleDocumentClosed(message);
-    case ZATTACHEDTOELEMENT:
-    case ZELEMENTCHANGED:
-        return ElementChanged(requireField<std::uint64_t>(*message, "elementid"));
     case ZRESIZE:
         return HandleResize(*message);
     case ZCHILDRESIZED:
@@ -153,26 +169,9 @@ void ZView::HandleZMessage(boost::shared_ptr<const ZMessage> message)
     case ZDISABLE:
     case ZRELEASEMOVIE:
         return SendToSubviews(message);
-    case ZHIDE:
-        return Hide();
-    case ZSHOW:
-        return Show();
-    case ZDRAW:
-        return;
-    case ZTIMER:
-        return HandleTimer(message);
-    case ZKEYDOWN:
-        return KeyDown(keyOf(*message));
     default:
         return ZHandler::HandleZMessage(message);
     }
-}
-
-void ZView::HandleMouseEntered(const ZMessage& message)
-{
-    MouseEntered(requireField<ZPoint>(message, "EnteredPoint"));
-    if (mWindow)
-        mWindow->SetHoverView(this);
 }
 
 void ZView::HandleTimer(const boost::shared_ptr<const ZMessage>& message)
@@ -558,25 +557,10 @@ void ZView::DrawBackground(const ZRect& rect)
         return;
     mBackground.MakeShadedBitmap(*mContext, mFrame, GetShaderName());
     if (RepairsUnderChildren())
-        RepairUnderChildren(rect);
+        mBackground.RepairBitmap(*mContext, mSubviews.FindExposed(rect));
     else if (mBackground.HasBitmap())
         mBackground.DrawBitmap(*mContext, mFrame);
     mBackground.DrawFrame(*mContext, mFrame, rect);
-}
-
-void ZView::RepairUnderChildren(const ZRect& rect)
-{
-    for (const ZRect& part : mSubviews.FindExposed(rect)) {
-        const ZSavedStateScope saved(*mContext);
-        mContext->SetClip(part);
-        mBackground.DrawBitmapAtOrigin(*mContext);
-    }
-}
-
-bool ZView::RepairsUnderChildren() const
-{
-    return !mDirty && mBackground.HasBitmap() &&
-           mBackground.GetBitmapStyle() == ZViewBackground::kBitmapOrigin;
 }
 
 void ZView::SetHorizontalScale(float scale)

@@ -300,7 +300,8 @@ private:
     void ReadBounds(const ZXMLElement& xml);
 
     // Messages.
-    void HandleMouseEntered(const ZMessage& message);
+    /// Handles what reaches a view with all others of its window; others go to the base.
+    void HandleTreeMessage(const boost::shared_ptr<const ZMessage>& message);
     void HandleTimer(const boost::shared_ptr<const ZMessage>& message);
     void HandleChildResized(const boost::shared_ptr<const ZMessage>& message);
     void HandleResize(const ZMessage& message);
@@ -326,8 +327,7 @@ private:
     {
         Invalidate(rect.left, rect.top, rect.right, rect.bottom);
     }
-    [[nodiscard]] bool RepairsUnderChildren() const;
-    void RepairUnderChildren(const ZRect& rect);
+    [[nodiscard]] bool RepairsUnderChildren() const { return !mDirty && mBackground.CanRepair(); }
     [[nodiscard]] const ZViewBackground::Frame& Frame() const { return mBackground.GetFrame(); }
     [[nodiscard]] ZViewBackground::Frame& Frame() { return mBackground.GetFrame(); }
 

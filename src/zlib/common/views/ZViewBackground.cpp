@@ -261,6 +261,16 @@ void ZViewBackground::DrawBitmap(ZDrawingContext& context, const ZRect& frame) c
     }
 }
 
+void ZViewBackground::RepairBitmap(ZDrawingContext& context, std::span<const ZRect> parts) const
+{
+    assert(CanRepair());
+    for (const ZRect& part : parts) {
+        const ZSavedStateScope saved(context);
+        context.SetClip(part);
+        DrawBitmapAtOrigin(context);
+    }
+}
+
 void ZViewBackground::DrawBitmapAtOrigin(ZDrawingContext& context) const
 {
     assert(mBitmap);

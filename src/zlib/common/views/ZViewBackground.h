@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 
 namespace orvane
@@ -64,7 +65,8 @@ public:
     /// Whether the view paints its background before each drawing of its own.
     [[nodiscard]] bool IsPainted() const { return mIsPainted; }
     [[nodiscard]] bool HasBitmap() const { return mBitmap != nullptr; }
-    [[nodiscard]] std::int32_t GetBitmapStyle() const { return mBitmapStyle; }
+    /// Whether there is a bitmap, parts of which can be painted alone by RepairBitmap.
+    [[nodiscard]] bool CanRepair() const { return mBitmap && mBitmapStyle == kBitmapOrigin; }
     [[nodiscard]] const ZString& GetShaderName() const { return mShaderName; }
     [[nodiscard]] const Frame& GetFrame() const { return mFrame; }
     [[nodiscard]] Frame& GetFrame() { return mFrame; }
@@ -78,6 +80,8 @@ public:
     void DrawBitmap(ZDrawingContext& context, const ZRect& frame) const;
     /// Paints the bitmap with its corner at 0, 0, whatever its style. Needs HasBitmap().
     void DrawBitmapAtOrigin(ZDrawingContext& context) const;
+    /// Paints the bitmap within each of the rectangles alone. Needs CanRepair().
+    void RepairBitmap(ZDrawingContext& context, std::span<const ZRect> parts) const;
     /// Paints the frame, where the bitmap leaves room for one. Without a style it fills update with
     /// the background's colour. The context keeps pen, brush and smoothing.
     void DrawFrame(ZDrawingContext& context, const ZRect& frame, const ZRect& update) const;
