@@ -7,7 +7,6 @@
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
 #include "zlib/common/views/ZViewTags.h"
-#include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,6 +36,7 @@ KestruneCorrectionMeter::KestruneCorrectionMeter(const boost::shared_ptr<ZXMLEle
                                                  ZApplication* application)
     : ZControl(xml, application)
     , mMeterFrame(GetFrame())
+    , mTip(*this, [this] { return TellCents(); })
 {
     readNamedRect(*xml, "meterframe", mMeterFrame);
     SetAnimated(true);
@@ -75,29 +75,14 @@ void KestruneCorrectionMeter::IdleTick()
         return;
     mShownCents = cents;
     Invalidate(mMeterFrame.left, mMeterFrame.top, mMeterFrame.right, mMeterFrame.bottom);
-    ShowTip();
+    mTip.Update();
 }
 
-void KestruneCorrectionMeter::MouseEntered(const ZPoint& /*point*/)
+ZHoverTip::Content KestruneCorrectionMeter::TellCents() const
 {
-    mPointedAt = true;
-    ShowTip();
-}
-
-void KestruneCorrectionMeter::MouseLeft()
-{
-    mPointedAt = false;
-    if (mWindow)
-        mWindow->GetValueTip().Hide(*this);
-}
-
-void KestruneCorrectionMeter::ShowTip()
-{
-    if (!mWindow || !mPointedAt)
-        return;
     const auto [top, bottom] = BarRows();
-    mWindow->GetValueTip().Show(*this, signedValueText(std::round(ReadCents()), ZElement::kCents),
-                                {mMeterFrame.left, top, mMeterFrame.right, bottom});
+    return {signedValueText(std::round(ReadCents()), ZElement::kCents),
+            {mMeterFrame.left, top, mMeterFrame.right, bottom}};
 }
 
 // A value outside the range gives a bar that reaches beyond the view, which clips it.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "zlib/common/controls/ZControl.h"
+#include "zlib/common/views/ZHoverTip.h"
 
 #include <utility>
 
@@ -26,8 +27,8 @@ public:
     void ExtractBody(const boost::shared_ptr<ZXMLElement>& xml) const override;
     /// Repaints the bar if the value has changed since the last frame.
     void IdleTick() override;
-    void MouseEntered(const ZPoint& point) override;
-    void MouseLeft() override;
+    void MouseEntered(const ZPoint& /*point*/) override { mTip.Enter(); }
+    void MouseLeft() override { mTip.Leave(); }
     void Draw(const ZRect& rect) override;
 
 private:
@@ -37,7 +38,8 @@ private:
     [[nodiscard]] std::int32_t BarLength() const;
     /// The bar's ends; the upper one first.
     [[nodiscard]] std::pair<std::int32_t, std::int32_t> BarRows() const;
-    void ShowTip();
+    /// The cents, beside the bar.
+    [[nodiscard]] ZHoverTip::Content TellCents() const;
     void DrawBar();
     void DrawScale();
     void DrawTick(std::int32_t y);
@@ -46,7 +48,7 @@ private:
 
     ZRect mMeterFrame;         // the bar's rectangle, in the view's coordinates
     float mShownCents = 0.0f;  // the value at the last frame
-    bool mPointedAt = false;
+    ZHoverTip mTip;
 };
 
 }  // namespace orvane

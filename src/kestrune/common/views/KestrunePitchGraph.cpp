@@ -9,7 +9,6 @@
 #include "zlib/common/elements/ZValueText.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZXMLElement.h"
-#include "zlib/common/views/ZWindow.h"
 
 #include <algorithm>
 #include <array>
@@ -100,6 +99,7 @@ KestrunePitchGraph::KestrunePitchGraph(const boost::shared_ptr<ZXMLElement>& xml
     , mPitchRangeName(readElementName(*xml, "pitchRange"))
     , mAxisType(*this)
     , mPitchRange(*this)
+    , mTip(*this, [this] { return TellPitches(); })
 {
     SetAnimated(true);
 }
@@ -176,30 +176,20 @@ void KestrunePitchGraph::IdleTick()
     append(mInputHistory, mInputPitch.get());
     append(mOutputHistory, mOutputPitch.get());
     Invalidate(mGraphFrame.left, mGraphFrame.top, mGraphFrame.right, mGraphFrame.bottom);
-    ShowTip();
+    mTip.Update();
 }
 
 void KestrunePitchGraph::MouseEntered(const ZPoint& point)
 {
-    mPointedAt = true;
     mLastMove = point;
-    ShowTip();
+    mTip.Enter();
 }
 
-void KestrunePitchGraph::MouseLeft()
+ZHoverTip::Content KestrunePitchGraph::TellPitches() const
 {
-    mPointedAt = false;
-    if (mWindow)
-        mWindow->GetValueTip().Hide(*this);
-}
-
-void KestrunePitchGraph::ShowTip()
-{
-    if (!mWindow || !mPointedAt)
-        return;
     // Above the plot, where it covers no curve.
     const std::int32_t x = mLastMove.x;
-    mWindow->GetValueTip().Show(*this, TipAt(x), {x, mGraphFrame.top, x, mGraphFrame.bottom});
+    return {TipAt(x), {x, mGraphFrame.top, x, mGraphFrame.bottom}};
 }
 
 ZString KestrunePitchGraph::TipAt(std::int32_t x) const

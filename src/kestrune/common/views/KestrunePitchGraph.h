@@ -3,6 +3,7 @@
 
 #include "zlib/common/elements/ZObservedElement.h"
 #include "zlib/common/views/ZGraphAxisView.h"
+#include "zlib/common/views/ZHoverTip.h"
 
 #include <string>
 #include <vector>
@@ -41,7 +42,7 @@ public:
     /// Appends the current pitches and repaints the plot.
     void IdleTick() override;
     void MouseEntered(const ZPoint& point) override;
-    void MouseLeft() override;
+    void MouseLeft() override { mTip.Leave(); }
     /// Sets the span of the horizontal axis from the number of frames a second.
     void SetFrameRate(float rate) override;
     void Draw(const ZRect& rect) override;
@@ -69,13 +70,14 @@ protected:
 private:
     void ShowAxisType();
     void ShowPitchRange();
-    void ShowTip();
     void DrawNoteAxis();
     void DrawHertzAxis();
     /// The distance of row k, in [1, rows], from the plot's upper edge.
     [[nodiscard]] std::int32_t RowAt(std::int32_t k, std::int32_t rows) const;
     void DrawCurve(const std::vector<float>& history, const ZColor& color);
     [[nodiscard]] ZPoint PlaceOf(float x, float frequency) const;
+    /// The pitches at the pointer, above the plot.
+    [[nodiscard]] ZHoverTip::Content TellPitches() const;
 
     std::string mInputPitchName;
     std::string mOutputPitchName;
@@ -85,7 +87,7 @@ private:
     boost::shared_ptr<ZElement> mOutputPitch;
     ZObservedElement mAxisType;
     ZObservedElement mPitchRange;
-    bool mPointedAt = false;
+    ZHoverTip mTip;
     bool mNoteAxis = true;         // names of notes instead of Hz
     float mMinFrequency = 10.0f;   // in Hz
     float mMaxFrequency = 600.0f;  // in Hz, above mMinFrequency
