@@ -105,7 +105,7 @@ constexpr std::uint32_t kInputColor = 0xfffac967;
 
 const char* const kGraphTag =
     "<view name=\"graph\"><element inputPitch=\"inputPitch\" outputPitch=\"outputPitch\"/>"
-    "<element pitchRange=\"sourceType\"/>"
+    "<element pitchRange=\"sourceType\" axisType=\"axis\"/>"
     "<rect name=\"bounds\" left=\"0\" top=\"0\" width=\"360\" height=\"160\"/>"
     "<rect name=\"graphframe\" left=\"50\" top=\"10\" width=\"300\" height=\"130\"/>"
     "<color name=\"gradstartcolor\" red=\"0\" green=\"0\" blue=\"0\" alpha=\"255\"/>"
@@ -146,6 +146,7 @@ protected:
     boost::shared_ptr<ZElement> input = bench.Add("inputPitch", ZElement::ZFLOAT);
     boost::shared_ptr<ZElement> output = bench.Add("outputPitch", ZElement::ZFLOAT);
     boost::shared_ptr<ZElement> range = bench.Add("sourceType", ZElement::ZDISCRETE);
+    boost::shared_ptr<ZElement> axis = bench.Add("axis", ZElement::ZDISCRETE);
     boost::shared_ptr<Counted<OpenGraph>> graph = bench.Make<OpenGraph>(kGraphTag, 360, 160);
 };
 
@@ -163,6 +164,17 @@ TEST_F(KestrunePitchGraphTest, KeepsTheLast150FramesAndRepaintsAtEach)
     EXPECT_EQ(graph->lastPart, graph->GetGraphFrame());
     Sing(std::numeric_limits<float>::infinity(), -1.0f, 1);
     EXPECT_EQ(graph->mInputHistory.back(), 0.0f);
+}
+
+TEST_F(KestrunePitchGraphTest, TellsThePitchesAtAPlaceAsNotesAndInHertz)
+{
+    Sing(218.5f, 220.0f, 75);
+    EXPECT_EQ(graph->TipAt(60), ZString("in -, out -")) << "before there was a pitch";
+    EXPECT_EQ(graph->TipAt(340), ZString("in A3 -12 cents (218.5 Hz), out A3 0 cents (220 Hz)"));
+    const auto notes = ViewBench::Paint(*graph)->Pixels();
+    axis->SetDiscrete(1, false);
+    bench.Tick();
+    EXPECT_NE(ViewBench::Paint(*graph)->Pixels(), notes) << "labels in Hz";
 }
 
 TEST_F(KestrunePitchGraphTest, CurvesAndLabelsLineUpInEveryRange)

@@ -3,6 +3,7 @@
 
 #include "support/PrivateFolder.h"
 #include "support/Test.h"
+#include "zlib/common/drawing/Canvas.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -74,6 +75,13 @@ TEST_F(ZFileChooserContentTest, OpensFoldersAndFilesByMouseAndKeys)
     Type(open, folder.Path());
     Press(open, kKeyReturn);
     EXPECT_EQ(open.GetFolder(), folder.Path());
+    // From the last line up to the first, and from there down to the folder.
+    for (const ZKeyCode key : {kKeyPageDown, kKeyPageUp, kKeyDown, kKeyDown, kKeyUp})
+        Press(open, key);
+    const ZRect line = ZFileChooserContent::GetLineRect(1);
+    Canvas canvas(line.right, line.bottom);
+    open.Draw(canvas);
+    EXPECT_EQ(canvas.At(line.right - 2, line.top + 2), 0xff961820u) << "the folder is marked";
     DoubleClickLine(open, 1);
     EXPECT_EQ(open.GetFolder(), folder.Path("sub"));
     Press(open, kKeyDown);
@@ -85,7 +93,10 @@ TEST_F(ZFileChooserContentTest, OpensFoldersAndFilesByMouseAndKeys)
 
 TEST_F(ZFileChooserContentTest, DoesNotOpenAFileThatIsNotThere)
 {
-    Type(open, "none.xml");
+    Type(open, "none.xm");
+    for (const ZKeyCode key : {kKeyLeft, kKeyBackspace, kKeyEnd})
+        Press(open, key);
+    Type(open, "l");
     Press(open, kKeyReturn);
     EXPECT_EQ(ended, 0);
     Press(open, kKeyEscape);

@@ -147,6 +147,47 @@ TEST_F(ZSliderTest, WorksWithoutAnElementAndWithoutATrack)
     EXPECT_EQ(narrow->GetThumbRect().left, 0);
 }
 
+TEST_F(ZSliderTest, ScaleMarksDivideTheTrackAndMayHaveTheirValuesBesideThem)
+{
+    for (const bool isVertical : {false, true}) {
+        const auto slider = isVertical
+                                ? MakeSlider(MakeFloat(0.0f, 1.0f, 0.0f),
+                                             kVertical + std::string(" drawscaletext=\"true\""),
+                                             "width=\"60\" height=\"40\"")
+                                : MakeSlider(MakeFloat(0.0f, 1.0f, 0.0f));
+        slider->SetThumbBitmap(plainBitmap(1, 1));
+        Paint(*slider);
+        const auto before = std::move(canvas);
+        slider->SetScaleMarkCount(3);
+        Paint(*slider);
+        std::vector<std::int32_t> places;  // along a line beside the groove
+        for (std::int32_t at = 0; at < (isVertical ? kHeight : 110); ++at) {
+            const ZPoint point = isVertical ? ZPoint{14, at} : ZPoint{at, 14};
+            if (canvas->At(point.x, point.y) != before->At(point.x, point.y))
+                places.push_back(at);
+        }
+        using Places = std::vector<std::int32_t>;  // each mark has its light beside it
+        EXPECT_EQ(places,
+                  isVertical ? (Places{10, 11, 19, 20, 29, 30}) : (Places{15, 16, 54, 55, 94, 95}));
+        constexpr std::uint32_t kLabel = 0xff333333;
+        EXPECT_EQ(std::ranges::count(canvas->Pixels(), kLabel) > 0, isVertical);
+    }
+}
+
+TEST_F(ZSliderTest, APlainSliderDrawsATrailToTheOutlineOfItsThumb)
+{
+    const auto slider =
+        Make<ZSlider>(R"(orient="horizontal" thumbsize="10" thumbheight="20")",
+                      R"(<color name="enabledtrail" red="0" green="0" blue="0" alpha="255" />)");
+    slider->AttachToElement(MakeFloat(0.0f, 90.0f, 45.0f));
+    Paint(*slider);
+    EXPECT_EQ(canvas->Ink().left, 10);
+    EXPECT_EQ(canvas->AlphaAt(30, 10), 255u);
+    EXPECT_EQ(canvas->AlphaAt(45, 5), 255u);
+    EXPECT_EQ(canvas->AlphaAt(50, 5), 0u);
+    EXPECT_EQ(canvas->AlphaAt(70, 10), 0u);
+}
+
 }  // namespace
 
 }  // namespace orvane

@@ -65,6 +65,31 @@ TEST(ZAudioManagerTest, RunsASilentDriverWhereNoneCanBeMade)
     }
 }
 
+TEST(ZAudioManagerTest, RunsTheSilentDriverByNameAndRoutesTheInputOfItsDocument)
+{
+    const auto app = SmallPlugin::Make();
+    const BoxRecorder recorder;
+    ZAudioManager manager(
+        xmlOf("<audiomanager><drivermodel name=\"None\" /><drivermodel name=\"Silent\" />"
+              "</audiomanager>"),
+        app.get());
+    ZDriverSettings settings;
+    settings.model = 1;
+    manager.BuildDriverModel(settings);
+    EXPECT_TRUE(recorder.boxes.empty());
+    const auto looper = manager.GetSignalLooper();
+    manager.Start();
+    EXPECT_TRUE(looper->IsRunning());
+    manager.Stop();
+    EXPECT_FALSE(looper->IsRunning());
+    const auto document = boost::make_shared<ZAudioDocument>(
+        xmlOf("<doctype><networks><network type=\"input\"><bay name=\"in\" "
+              "class=\"GainBayClass\" numchannels=\"2\" /></network></networks></doctype>"),
+        app.get());
+    manager.AttachDocument(document);
+    EXPECT_TRUE(document->GetInputNetwork()->IsRouted(1, *looper->GetInputBay(), 1));
+}
+
 TEST(ZAudioManagerTest, RoutesTheOutputOfDocumentsOfItsType)
 {
     const auto app = SmallPlugin::Make();

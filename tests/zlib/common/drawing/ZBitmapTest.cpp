@@ -115,6 +115,18 @@ TEST(ZBitmapTest, LockedPixelsAreKeptWithoutLoss)
     EXPECT_EQ(bitmap.Pixels(), before);
 }
 
+TEST(ZBitmapTest, AShadowIsTheMeanOverTheSquareAroundEachPixel)
+{
+    Canvas source(7, 5);
+    source.FillRect(3, 2, 4, 3);
+    const auto shadow = source.MakeShadow(1, {0, 0, 0, 180});
+    const auto pixels = shadow->GetNative()->ReadPixels();
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const bool isNear = i % 7 >= 2 && i % 7 <= 4 && i / 7 >= 1 && i / 7 <= 3;
+        EXPECT_EQ(pixels[i], isNear ? 180u / 9 << 24 : 0u) << i;
+    }
+}
+
 TEST(ZImageTest, DecodesNoCutOrTooLargePicture)
 {
     const PngBytes png = makePng(9, 9);

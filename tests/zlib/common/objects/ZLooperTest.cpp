@@ -148,6 +148,21 @@ TEST(ZLooperTest, TimersRunOnTheInterfaceThreadUntilRemoved)
     EXPECT_EQ(looper.timers, fired);
 }
 
+TEST(ZLooperTest, RunsOnAThreadOfItsOwnUntilItQuits)
+{
+    ZLooper looper("own");
+    MessageRecorder handler(&looper);
+    std::thread::id thread;
+    handler.onMessage = [&] { thread = std::this_thread::get_id(); };
+    looper.Run();
+    handler.PostZMessage(messageOf(ZPLAY));
+    EXPECT_TRUE(eventually([&] { return handler.count == 1; }));
+    looper.Quit();
+    EXPECT_NE(thread, std::this_thread::get_id());
+    handler.PostZMessage(messageOf(ZPLAY));
+    EXPECT_EQ(handler.ids, MessageIds{ZPLAY});
+}
+
 TEST(ZLooperTest, ThreadsPostAndBroadcastWhileHandlersComeAndGo)
 {
     ZLooper looper("test");

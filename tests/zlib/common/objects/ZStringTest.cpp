@@ -128,6 +128,20 @@ TEST(ZStringTest, ToCStringCutsAtAWholeCharacter)
     ASSERT_TRUE(ZString("abcdefgh").ToCString(buffer));
     EXPECT_STREQ(buffer.data(), "abcd");
     EXPECT_FALSE(ZString("a").ToCString({}));
+    std::array<unsigned char, 5> counted{};
+    ASSERT_TRUE(ZString("abc\xC3\xA9").ToPString(counted));
+    EXPECT_EQ(counted, (std::array<unsigned char, 5>{3, 'a', 'b', 'c'}));
+}
+
+TEST(ZStringTest, ToFloatReadsANumberAtTheStartWithAPointInEveryLocale)
+{
+    for (const auto& [text, number] :
+         {std::pair{" +1.5dB", 1.5f}, {"-2e3", -2000.0f}, {"1,5", 1.0f}, {"x", 7.0f}, {"", 7.0f}})
+    {
+        float value = 7.0f;
+        EXPECT_EQ(ZString(text).ToFloat(value), number != 7.0f);
+        EXPECT_EQ(value, number) << text;
+    }
 }
 
 }  // namespace orvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/views/ViewCanvas.h"
 #include "zlib/common/views/ZBevelView.h"
+#include "zlib/common/views/ZGraphAxisView.h"
 #include "zlib/common/views/ZPluginLogoView.h"
 
 namespace orvane
@@ -54,6 +55,55 @@ TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
     EXPECT_EQ(radiusOf("width=\"100\" height=\"50\""), 5);
     EXPECT_EQ(radiusOf("width=\"100\" height=\"8\""), 4);
     EXPECT_EQ(radiusOf("width=\"6\" height=\"50\""), 3);
+}
+
+TEST_F(ZBasicViewsTest, SquareGroupBoxesAreLightAboveAndDarkBelow)
+{
+    Paint(*Make<ZBevelView>(
+        R"(bevelsize="2")",
+        R"(<color name="bevelhighlight" red="255" green="255" blue="255" alpha="255" />)"
+        R"(<color name="bevellowlight" red="0" green="0" blue="0" alpha="255" />)"
+        R"(<color name="bevelbase" red="100" green="100" blue="100" alpha="255" />)"));
+    const auto greyAt = [&](std::int32_t x, std::int32_t y) { return canvas->At(x, y) & 0xffu; };
+    EXPECT_EQ(greyAt(50, 0), 255u);
+    EXPECT_GT(greyAt(50, 1), 100u);
+    EXPECT_LT(greyAt(50, 18), 100u);
+    EXPECT_EQ(greyAt(109, 10), 0u);
+    EXPECT_EQ(canvas->AlphaAt(50, 10), 0u);
+}
+
+TEST_F(ZBasicViewsTest, AxesHaveTheirTicksAtEqualPartsAndTheirValuesAsMinutesOrDecimals)
+{
+    const auto graph = Make<ZGraphAxisView>(
+        R"(yaxisnumticks="3" xaxisstyle="minutes" yaxisdecimalplaces="1")",
+        R"(<rect name="graphframe" left="40" top="0" width="60" height="20"></rect>)");
+    EXPECT_EQ(graph->XLabel(-75.4f), ZString("-1:15"));
+    EXPECT_EQ(graph->YLabel(2.25f), ZString("2.2"));
+    Paint(*graph);
+    const auto tickAt = [&](std::int32_t y) { return (canvas->At(38, y) & 0xffu) == 141u; };
+    for (std::int32_t y = 0; y < 20; ++y)
+        EXPECT_EQ(tickAt(y), y == 5 || y == 10 || y == 15) << y;
+}
+
+TEST_F(ZBasicViewsTest, OutlinesAndPartsOfBitmapsAreDrawnWhereTheViewSays)
+{
+    struct Shapes : ZView
+    {
+        using ZView::ZView;
+        void Draw(const ZRect& /*rect*/) override
+        {
+            DrawEllipse({0, 0, 21, 11});
+            DrawArc({40, 0}, 10, 0, 90);
+            DrawBitmapPart(*bitmap, {0, 0, 1, 1}, {60, 5, 64, 8});
+        }
+        boost::shared_ptr<ZBitmap> bitmap = plainBitmap(2, 2);
+    };
+    Paint(*Make<Shapes>(""));
+    for (const ZPoint& edge : {ZPoint{0, 5}, {20, 5}, {10, 0}, {10, 10}, {40, 10}, {50, 0}})
+        EXPECT_EQ(canvas->AlphaAt(edge.x, edge.y), 255u) << edge.x << ", " << edge.y;
+    EXPECT_EQ(canvas->AlphaAt(10, 5) + canvas->AlphaAt(30, 0), 0u);
+    EXPECT_EQ(canvas->At(63, 7), 0xffff0000u);
+    EXPECT_EQ(canvas->AlphaAt(64, 8), 0u);
 }
 
 }  // namespace

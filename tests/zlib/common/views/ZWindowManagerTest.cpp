@@ -159,6 +159,13 @@ TEST_F(ZWindowManagerTest, MessagesReachTheirWindows)
 
     windows->HandleZMessage(messageWith<ZString>(ZSHOW, "WindowTitle", ZString("Front")));
     EXPECT_TRUE(windows->GetWindow(0)->IsAttached());
+
+    EXPECT_EQ(windows->GetTopLevel(0), 0) << "no window of the system";
+    const auto dialog = messageWith<ZString>(ZSHOWDIALOG, "DialogName", ZString("None"));
+    dialog->Add<ZString>("SourceXML", ZString("XML"));
+    dialog->Add<std::int32_t>("CmdWindow", 0);
+    expectZException("WindowManager failed to load XML dialog resource.",
+                     [&] { windows->HandleZMessage(dialog); });
 }
 
 TEST(ZDialogTest, RefusesResourcesThatAreNotSigned)
