@@ -4,7 +4,7 @@
 
 #include "ClapFuzzInstance.h"
 #include "FuzzFault.h"
-#include "StateCheck.h"
+#include "support/StateCheck.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -4,8 +4,8 @@
 // them.
 
 #include "FuzzFault.h"
-#include "StateCheck.h"
 #include "pluginwrappers/lv2/Lv2Entry.h"
+#include "support/StateCheck.h"
 #include "tools/render/UridMap.h"
 
 #include <lv2/atom/atom.h>

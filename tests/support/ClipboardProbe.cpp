@@ -5,11 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <memory>
-#include <stdexcept>
 #include <utility>
 
 namespace orvane
@@ -17,13 +14,6 @@ namespace orvane
 
 namespace
 {
-
-struct Freer
-{
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T>
-using Pointer = std::unique_ptr<T, Freer>;
 
 template <typename T>
 const T& as(const xcb_generic_event_t& event)
@@ -33,35 +23,9 @@ const T& as(const xcb_generic_event_t& event)
 
 }  // namespace
 
-ClipboardProbe::ClipboardProbe()
-    : mConnection(xcb_connect(nullptr, nullptr))
-{
-    if (xcb_connection_has_error(mConnection) != 0)
-        throw std::runtime_error("no display");
-    const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(mConnection)).data;
-    mWindow = xcb_generate_id(mConnection);
-    xcb_create_window(mConnection, XCB_COPY_FROM_PARENT, mWindow, screen->root, 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-}
-
-ClipboardProbe::~ClipboardProbe()
-{
-    xcb_disconnect(mConnection);
-}
-
-xcb_atom_t ClipboardProbe::Atom(const std::string& name)
-{
-    const Pointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        mConnection,
-        xcb_intern_atom(mConnection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_NONE};
-}
-
 std::string ClipboardProbe::NameOf(xcb_atom_t atom)
 {
-    const Pointer<xcb_get_atom_name_reply_t> reply(
-        xcb_get_atom_name_reply(mConnection, xcb_get_atom_name(mConnection, atom), nullptr));
+    const auto reply = Ask(xcb_get_atom_name, xcb_get_atom_name_reply, atom);
     if (!reply)
         return {};
     return {xcb_get_atom_name_name(reply.get()),
@@ -71,8 +35,7 @@ std::string ClipboardProbe::NameOf(xcb_atom_t atom)
 void ClipboardProbe::Copy(std::map<std::string, std::string> texts)
 {
     mTexts = std::move(texts);
-    xcb_set_selection_owner(mConnection, mWindow, Atom("CLIPBOARD"), XCB_CURRENT_TIME);
-    static_cast<void>(Atom("CLIPBOARD"));  // waits until the server has done it
+    Do(xcb_set_selection_owner, mWindow, GetAtom("CLIPBOARD"), kNow);
 }
 
 bool ClipboardProbe::Serve(const std::function<bool()>& until, std::size_t partBytes)
@@ -124,7 +87,7 @@ void ClipboardProbe::Answer(const xcb_selection_request_event_t& request, std::s
             xcb_change_window_attributes(mConnection, request.requestor, XCB_CW_EVENT_MASK, &wish);
             mOutgoing = {request.requestor, request.property, text};
             xcb_change_property(mConnection, XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, Atom("INCR"), 32, 1, &size);
+                                request.property, GetAtom("INCR"), 32, 1, &size);
         } else {
             // No request may be longer than 16 MB.
             constexpr std::uint32_t kPiece = 8U << 20U;
@@ -137,8 +100,8 @@ void ClipboardProbe::Answer(const xcb_selection_request_event_t& request, std::s
     }
     std::array<char, 32> bytes{};
     std::memcpy(bytes.data(), &answer, sizeof answer);
-    xcb_send_event(mConnection, 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, bytes.data());
-    xcb_flush(mConnection);
+    Do(xcb_send_event, std::uint8_t{0}, request.requestor, std::uint32_t{XCB_EVENT_MASK_NO_EVENT},
+       static_cast<const char*>(bytes.data()));
 }
 
 void ClipboardProbe::GivePart(const xcb_property_notify_event_t& change, std::size_t partBytes)
@@ -149,7 +112,7 @@ void ClipboardProbe::GivePart(const xcb_property_notify_event_t& change, std::si
     // The last part is empty.
     const std::string part = mOutgoing->text.substr(mOutgoing->given, partBytes);
     xcb_change_property(mConnection, XCB_PROP_MODE_REPLACE, mOutgoing->requestor,
-                        mOutgoing->property, Atom("UTF8_STRING"), 8,
+                        mOutgoing->property, GetAtom("UTF8_STRING"), 8,
                         static_cast<std::uint32_t>(part.size()), part.data());
     xcb_flush(mConnection);
     mOutgoing->given += part.size();
@@ -159,10 +122,8 @@ void ClipboardProbe::GivePart(const xcb_property_notify_event_t& change, std::si
 
 std::optional<std::string> ClipboardProbe::Paste(const std::string& target)
 {
-    const xcb_atom_t property = Atom("PASTED");
-    xcb_convert_selection(mConnection, mWindow, Atom("CLIPBOARD"), Atom(target), property,
-                          XCB_CURRENT_TIME);
-    xcb_flush(mConnection);
+    const xcb_atom_t property = GetAtom("PASTED");
+    Do(xcb_convert_selection, mWindow, GetAtom("CLIPBOARD"), GetAtom(target), property, kNow);
     std::optional<xcb_atom_t> given;
     const bool answered = eventually([&] {
         const Pointer<xcb_generic_event_t> event{xcb_poll_for_event(mConnection)};
@@ -172,10 +133,8 @@ std::optional<std::string> ClipboardProbe::Paste(const std::string& target)
     });
     if (!answered || given == xcb_atom_t{XCB_NONE})
         return std::nullopt;
-    const Pointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        mConnection,
-        xcb_get_property(mConnection, 1, mWindow, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1U << 24),
-        nullptr));
+    const auto reply = Ask(xcb_get_property, xcb_get_property_reply, std::uint8_t{1}, mWindow,
+                           property, xcb_atom_t{XCB_GET_PROPERTY_TYPE_ANY}, 0u, 1u << 24);
     if (!reply)
         return std::nullopt;
     return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),

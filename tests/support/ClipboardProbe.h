@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <xcb/xcb.h>
+#include "support/DisplayProbe.h"
 
 #include <cstddef>
 #include <deque>
@@ -15,14 +15,9 @@ namespace orvane
 {
 
 /// Another program that uses the clipboard of the display that DISPLAY names.
-class ClipboardProbe
+class ClipboardProbe : public DisplayProbe
 {
 public:
-    ClipboardProbe();
-    ClipboardProbe(const ClipboardProbe&) = delete;
-    ClipboardProbe& operator=(const ClipboardProbe&) = delete;
-    ~ClipboardProbe();
-
     /// Takes the clipboard, with texts by their target; none of them stands for a program that
     /// holds something else.
     void Copy(std::map<std::string, std::string> texts);
@@ -39,7 +34,6 @@ public:
     [[nodiscard]] std::vector<std::string> PasteTargets();
 
 private:
-    [[nodiscard]] xcb_atom_t Atom(const std::string& name);
     [[nodiscard]] std::string NameOf(xcb_atom_t atom);
     void Answer(const xcb_selection_request_event_t& request, std::size_t partBytes);
     void GivePart(const xcb_property_notify_event_t& change, std::size_t partBytes);
@@ -53,8 +47,7 @@ private:
         std::size_t given = 0;
     };
 
-    xcb_connection_t* const mConnection;
-    xcb_window_t mWindow = XCB_NONE;
+    const xcb_window_t mWindow = MakeWindow({0, 0, 1, 1}, /*shown*/ false);
     std::map<std::string, std::string> mTexts;
     std::optional<Outgoing> mOutgoing;
     std::deque<xcb_selection_request_event_t> mIgnored;

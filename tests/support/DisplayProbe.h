@@ -85,7 +85,7 @@ public:
     /// Waits until the server has done what was asked for.
     void Sync() { static_cast<void>(GetFocus()); }
 
-private:
+protected:
     static constexpr xcb_timestamp_t kNow = XCB_CURRENT_TIME;
 
     struct Freer
@@ -111,12 +111,14 @@ private:
         return Pointer<Reply>(take(mConnection, request(mConnection, arguments...), nullptr));
     }
 
+    xcb_connection_t* const mConnection;
+
+private:
     void Fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
     [[nodiscard]] xcb_keycode_t FindKey(std::uint32_t symbol) const;
     [[nodiscard]] std::uint32_t FindSymbol(xcb_keycode_t key) const;
     [[nodiscard]] std::vector<std::uint32_t> GetOtherClients();
 
-    xcb_connection_t* const mConnection;
     const xcb_screen_t* mScreen = nullptr;
     Pointer<xcb_get_keyboard_mapping_reply_t> mKeys;
 };

@@ -7,7 +7,6 @@
 #include "zlib/common/documents/ZWindowKeeper.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
-#include "zlib/common/objects/ZTrace.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
 
@@ -42,30 +41,6 @@ boost::shared_ptr<ZMessage> messageWith(std::int32_t id, const char* field, cons
     message->Add<T>(field, value);
     return message;
 }
-
-/// Records the trace lines during its life; one object at a time.
-class TraceRecorder
-{
-public:
-    TraceRecorder()
-        : mBefore(ZTrace::SetSink([](std::string_view line) { lines.emplace_back(line); }))
-    {
-        lines.clear();
-    }
-    TraceRecorder(const TraceRecorder&) = delete;
-    TraceRecorder& operator=(const TraceRecorder&) = delete;
-    ~TraceRecorder() { ZTrace::SetSink(mBefore); }
-
-    [[nodiscard]] static bool Has(std::string_view line)
-    {
-        return std::find(lines.begin(), lines.end(), line) != lines.end();
-    }
-
-    inline static std::vector<std::string> lines;
-
-private:
-    ZTrace::Sink mBefore;
-};
 
 /// A window manager that records its messages.
 class WindowRecorder : public ZWindowKeeper
