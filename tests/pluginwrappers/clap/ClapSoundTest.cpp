@@ -27,7 +27,7 @@ TEST_F(ClapSoundTest, EventsInsideABlockActAsIfTheBlockBeganThere)
     const std::vector<float> voice = voiceAt(44100.0);
     VstPluginForm vst;
     // Listening, in C major, which has no A#: the voice is nearest to it once it has.
-    const std::string text = listening(vst.Text());
+    const std::string text = switchedOn(vst.Text(), "AcceptMIDI");
     ASSERT_TRUE(vst.Restore(text));
     const std::vector<float> expected = vst.Play(voice, [&](std::size_t at) {
         if (at == 0)
@@ -109,6 +109,35 @@ TEST_F(ClapSoundTest, ParametersHaveTextsOfEveryValueAndBack)
     clap.events.Value(77, 1.0);
     clap.params->flush(clap.plugin, &clap.events.in, &clap.events.out);
     EXPECT_EQ(clap.Value(kKey), 11.0);
+}
+
+TEST_F(ClapSoundTest, OneStereoPortLeadsInAndOneOutAndNotesComeInByMidi)
+{
+    const ClapInstance clap(library);
+    const clap_plugin* const plugin = clap.plugin;
+    const auto& audio = clap.Get<clap_plugin_audio_ports>(kClapAudioPorts);
+    const auto& notes = clap.Get<clap_plugin_note_ports>(kClapNotePorts);
+    clap_audio_port_info ports[2];
+    clap_note_port_info note;
+    for (const bool isInput : {false, true}) {
+        clap_audio_port_info& port = ports[isInput ? 1 : 0];
+        EXPECT_EQ(audio.count(plugin, isInput), 1u);
+        ASSERT_TRUE(audio.get(plugin, 0, isInput, &port));
+        EXPECT_FALSE(audio.get(plugin, 1, isInput, &port));
+        EXPECT_EQ(port.channel_count, 2u);
+        EXPECT_EQ(notes.count(plugin, isInput), isInput ? 1u : 0u);
+        EXPECT_EQ(notes.get(plugin, 0, isInput, &note), isInput);
+    }
+    EXPECT_EQ(ports[0].in_place_pair, ports[1].id);
+    EXPECT_EQ(ports[1].in_place_pair, ports[0].id);
+    EXPECT_EQ(note.supported_dialects, CLAP_NOTE_DIALECT_MIDI);
+
+    const auto& pages = clap.Get<clap_plugin_remote_controls>(kClapRemoteControls);
+    clap_remote_controls_page page;
+    ASSERT_EQ(pages.count(plugin), 1u);
+    ASSERT_TRUE(pages.get(plugin, 0, &page));
+    EXPECT_FALSE(pages.get(plugin, 1, &page));
+    EXPECT_EQ(page.param_ids[kTime], kTime);
 }
 
 TEST_F(ClapSoundTest, AStateMayComeByteByByteAndWhatIsNoneIsRefusedWithALine)

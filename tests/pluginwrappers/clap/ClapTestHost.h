@@ -254,13 +254,13 @@ public:
         plugin = factory.create_plugin(&factory, &host.host, "orvane.cantorel-mini");
         if (plugin == nullptr || !plugin->init(plugin))
             throw std::runtime_error("the library makes no instance");
-        find(params, kClapParams);
-        find(state, kClapState);
-        find(render, kClapRender);
-        find(latency, kClapLatency);
-        find(tail, kClapTail);
-        find(gui, kClapGui);
-        find(presets, kClapPresetLoad);
+        params = &Get<clap_plugin_params>(kClapParams);
+        state = &Get<clap_plugin_state>(kClapState);
+        render = &Get<clap_plugin_render>(kClapRender);
+        latency = &Get<clap_plugin_latency>(kClapLatency);
+        tail = &Get<clap_plugin_tail>(kClapTail);
+        gui = &Get<clap_plugin_gui>(kClapGui);
+        presets = &Get<clap_plugin_preset_load>(kClapPresetLoad);
     }
     ClapInstance(const ClapInstance&) = delete;
     ClapInstance& operator=(const ClapInstance&) = delete;
@@ -331,6 +331,15 @@ public:
         return value;
     }
 
+    template <typename Extension>
+    [[nodiscard]] const Extension& Get(const char* name) const
+    {
+        const void* const extension = plugin->get_extension(plugin, name);
+        if (extension == nullptr)
+            throw std::runtime_error(std::string("the plug-in has no ") + name);
+        return *static_cast<const Extension*>(extension);
+    }
+
     ClapTestHost host;
     ClapEvents events;
     const clap_plugin* plugin = nullptr;
@@ -343,14 +352,6 @@ public:
     const clap_plugin_preset_load* presets = nullptr;
 
 private:
-    template <typename Extension>
-    void find(const Extension*& extension, const char* name) const
-    {
-        extension = static_cast<const Extension*>(plugin->get_extension(plugin, name));
-        if (extension == nullptr)
-            throw std::runtime_error(std::string("the plug-in has no ") + name);
-    }
-
     bool mIsRunning = false;
 };
 

@@ -136,6 +136,11 @@ TEST_F(ClapWindowTest, ItAsksForRoomWhenTheHostChangesTheScaleAndAcceptsARefusal
     EXPECT_EQ(Size(), sizeOf(681, 645));
     EXPECT_FALSE(clap->gui->set_scale(clap->plugin, -1.0));
     EXPECT_FALSE(clap->gui->create(clap->plugin, kClapWindowX11, false)) << "twice";
+    EXPECT_FALSE(clap->gui->can_resize(clap->plugin));
+    const char* api = nullptr;
+    bool isFloating = true;
+    EXPECT_TRUE(clap->gui->get_preferred_api(clap->plugin, &api, &isFloating));
+    EXPECT_TRUE(clap->gui->is_api_supported(clap->plugin, api, isFloating));
     clap->gui->destroy(clap->plugin);
     EXPECT_FALSE(clap->gui->create(clap->plugin, kClapWindowX11, true)) << "floating";
     EXPECT_FALSE(clap->gui->create(clap->plugin, "wayland", false));

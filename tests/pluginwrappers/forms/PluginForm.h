@@ -6,10 +6,6 @@
 #include "pluginwrappers/lv2/Lv2Host.h"
 #include "support/Signals.h"
 
-#include <lv2/instance-access/instance-access.h>
-#include <lv2/ui/ui.h>
-#include <xcb/xcb.h>
-
 namespace orvane
 {
 
@@ -144,7 +140,6 @@ public:
     {
         lv2.Value("freewheel") = isOffline ? 1.0f : 0.0f;
     }
-    ~Lv2PluginForm() override { Lv2PluginForm::Hide(); }
 
     void Start() override { lv2.Activate(); }
     void Stop() override { lv2.Deactivate(); }
@@ -181,45 +176,23 @@ public:
     }
     [[nodiscard]] bool Show(xcb_window_t parent) override
     {
-        mLibrary = ::dlopen(KESTRUNE_LV2_BUNDLE "/cantorel-mini.so", RTLD_NOW | RTLD_LOCAL);
-        if (mLibrary == nullptr)
-            return false;
-        const auto entry =
-            reinterpret_cast<LV2UI_DescriptorFunction>(::dlsym(mLibrary, "lv2ui_descriptor"));
-        mUi = entry(0);
-        const LV2_Feature access{LV2_INSTANCE_ACCESS_URI, lv2.Handle()};
-        const LV2_Feature place{LV2_UI__parent, reinterpret_cast<void*>(std::uintptr_t{parent})};
-        const LV2_Feature map{LV2_URID__map, &mBundle.urids.map};
-        const LV2_Feature* const features[] = {&access, &place, &map, nullptr};
-        LV2UI_Widget widget = nullptr;
-        const auto ignore = [](LV2UI_Controller, std::uint32_t, std::uint32_t, std::uint32_t,
-                               const void*) {};
-        mWindow =
-            mUi->instantiate(mUi, "urn:orvane:cantorel-mini", "", ignore, this, &widget, features);
-        return mWindow != nullptr;
+        mWindow = std::make_unique<Lv2WindowHost>(mBundle, lv2, parent);
+        mWindow->setsPorts = false;  // a block may be running
+        return mWindow->ui != nullptr;
     }
     void Idle() override
     {
-        if (mWindow != nullptr)
-            static_cast<const LV2UI_Idle_Interface*>(mUi->extension_data(LV2_UI__idleInterface))
-                ->idle(mWindow);
+        if (mWindow)
+            static_cast<void>(mWindow->Idle());
     }
-    void Hide() override
-    {
-        if (mWindow != nullptr)
-            mUi->cleanup(std::exchange(mWindow, nullptr));
-        if (mLibrary != nullptr)
-            ::dlclose(std::exchange(mLibrary, nullptr));
-    }
+    void Hide() override { mWindow.reset(); }
 
     Lv2Instance lv2;
 
 private:
     Lv2Bundle& mBundle;
     const std::uint32_t mFirst;  // port of the first parameter
-    void* mLibrary = nullptr;
-    const LV2UI_Descriptor* mUi = nullptr;
-    LV2UI_Handle mWindow = nullptr;
+    std::unique_ptr<Lv2WindowHost> mWindow;
 };
 
 class ClapPluginForm : public PluginForm
@@ -341,12 +314,14 @@ inline std::string replaced(std::string text, const std::string& name, const std
     return text;
 }
 
-/// Adds the switch that lets played notes in, which a state holds only where someone adds it.
-inline std::string listening(std::string text)
+/// Adds an element with the value 1 that a state holds only where someone adds it: "AcceptMIDI",
+/// which lets played notes in, or "tracking", for the fine one.
+inline std::string switchedOn(std::string text, const std::string& name)
 {
     return text.insert(text.find("<element name=\"pitchTranspose\""),
-                       "<element name=\"AcceptMIDI\" class=\"ZElementClass\" type=\"ZDISCRETE\" "
-                       "int32value=\"1\">\n</element>\n");
+                       "<element name=\"" + name +
+                           "\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"1\">\n"
+                           "</element>\n");
 }
 
 }  // namespace orvane

@@ -116,7 +116,8 @@ TEST_P(PluginFormTest, APlayedNoteIsHeardFromItsBlockOn)
         const auto form = Make(kind);
         // Listening, correcting, in C major, which has no A#: the voice is nearest to it once it
         // has.
-        EXPECT_TRUE(form->Restore(listening(replaced(form->Text(), "pitchCorrectionOnOff", "1"))));
+        EXPECT_TRUE(form->Restore(
+            switchedOn(replaced(form->Text(), "pitchCorrectionOnOff", "1"), "AcceptMIDI")));
         form->Set(PluginForm::kCorrectPitch, 1.0f);
         return form->Play(voice, [&](std::size_t at) {
             if (isPlayed && at == kNoteAt)
@@ -135,10 +136,11 @@ TEST_P(PluginFormTest, BlocksKeepTheRulesOfTheAudioThreadWhileProgramsAreSavedAn
     std::vector<float> left(PluginForm::kBlock);
     std::vector<float> right(PluginForm::kBlock);
     form->Run(left.data(), right.data(), left.size());
-    const std::string text = listening(form->Text());
+    const std::string classic = switchedOn(form->Text(), "AcceptMIDI");
+    const std::string fine = switchedOn(classic, "tracking");
     const std::jthread other([&](const std::stop_token& stop) {
-        while (!stop.stop_requested()) {
-            EXPECT_TRUE(form->Restore(text));
+        for (int turn = 0; !stop.stop_requested(); ++turn) {
+            EXPECT_TRUE(form->Restore(turn % 8 < 4 ? classic : fine));
             EXPECT_FALSE(form->Text().empty());
         }
     });

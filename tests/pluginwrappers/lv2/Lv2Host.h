@@ -4,13 +4,17 @@
 #include "support/Test.h"
 #include "tools/render/UridMap.h"
 
+#include <dlfcn.h>
 #include <lilv/lilv.h>
 #include <lv2/atom/atom.h>
 #include <lv2/buf-size/buf-size.h>
+#include <lv2/instance-access/instance-access.h>
 #include <lv2/midi/midi.h>
 #include <lv2/options/options.h>
 #include <lv2/parameters/parameters.h>
 #include <lv2/state/state.h>
+#include <lv2/ui/ui.h>
+#include <xcb/xcb.h>
 
 namespace orvane
 {
@@ -217,6 +221,115 @@ public:
     std::vector<float> values;  // of control ports, by index
     std::array<std::uint64_t, 64> notify{};
     LilvInstance* instance = nullptr;
+};
+
+/// A host's window with the plug-in's in it; records what the plug-in tells its host, "begin 8",
+/// "8=1000" (in thousandths), "end 8", and sets ports as it is told.
+class Lv2WindowHost
+{
+public:
+    Lv2WindowHost(Lv2Bundle& bundle, Lv2Instance& instance, xcb_window_t parent,
+                  const std::string& without = {}, float scaleFactor = 0.0f)
+        : mInstance(instance)
+        , mScaleFactor(scaleFactor)
+    {
+        mOptions[0] = {LV2_OPTIONS_INSTANCE,
+                       0,
+                       bundle.urids(LV2_UI__scaleFactor),
+                       sizeof mScaleFactor,
+                       bundle.urids(LV2_ATOM__Float),
+                       &mScaleFactor};
+        const std::array<LV2_Feature, 6> all{
+            {{LV2_INSTANCE_ACCESS_URI, instance.Handle()},
+             {LV2_UI__parent, reinterpret_cast<void*>(static_cast<std::uintptr_t>(parent))},
+             {LV2_UI__touch, &mTouch},
+             {LV2_UI__resize, &mResize},
+             {LV2_URID__map, &bundle.urids.map},
+             {LV2_OPTIONS__options, mOptions.data()}}};
+        std::vector<const LV2_Feature*> features;
+        for (const LV2_Feature& feature : all)
+            if (feature.URI != without && (scaleFactor > 0.0f || feature.data != mOptions.data()))
+                features.push_back(&feature);
+        features.push_back(nullptr);
+        ui = Descriptor(bundle).instantiate(&Descriptor(bundle), "urn:orvane:cantorel-mini", "",
+                                            write, this, &widget, features.data());
+        mCleanup = Descriptor(bundle).cleanup;
+        mIdle = static_cast<const LV2UI_Idle_Interface*>(
+            Descriptor(bundle).extension_data(LV2_UI__idleInterface));
+        mSetOptions = static_cast<const LV2_Options_Interface*>(
+            Descriptor(bundle).extension_data(LV2_OPTIONS__interface));
+    }
+    Lv2WindowHost(const Lv2WindowHost&) = delete;
+    Lv2WindowHost& operator=(const Lv2WindowHost&) = delete;
+    ~Lv2WindowHost() { Close(); }
+
+    void Close()
+    {
+        if (ui != nullptr)
+            mCleanup(std::exchange(ui, nullptr));
+    }
+
+    /// Gives the window time; returns false when it says that it has ended.
+    [[nodiscard]] bool Idle() const { return mIdle->idle(ui) == 0; }
+
+    /// Wishes another scale of the open window.
+    void SetScaleFactor(float scaleFactor)
+    {
+        mScaleFactor = scaleFactor;
+        EXPECT_EQ(mSetOptions->set(ui, mOptions.data()), LV2_OPTIONS_SUCCESS);
+    }
+
+    std::vector<std::string> notes;
+    std::array<int, 2> size{};  // that the plug-in has asked for
+    bool refusesSizes = false;
+    bool setsPorts = true;
+    LV2UI_Widget widget = nullptr;
+    LV2UI_Handle ui = nullptr;
+
+private:
+    static const LV2UI_Descriptor& Descriptor(Lv2Bundle& bundle)
+    {
+        LilvUIs* const uis = lilv_plugin_get_uis(bundle.plugin);
+        const LilvUI* const found = lilv_uis_get(uis, lilv_uis_begin(uis));
+        char* const path = lilv_node_get_path(lilv_ui_get_binary_uri(found), nullptr);
+        // The instance keeps the library loaded.
+        void* const library = ::dlopen(path, RTLD_NOW);
+        lilv_free(path);
+        lilv_uis_free(uis);
+        const auto entry =
+            reinterpret_cast<LV2UI_DescriptorFunction>(::dlsym(library, "lv2ui_descriptor"));
+        const LV2UI_Descriptor* const descriptor = entry(0);
+        ::dlclose(library);
+        return *descriptor;
+    }
+    static void write(LV2UI_Controller self, std::uint32_t port, std::uint32_t size,
+                      std::uint32_t protocol, const void* value)
+    {
+        auto& host = *static_cast<Lv2WindowHost*>(self);
+        EXPECT_EQ(size, sizeof(float));
+        EXPECT_EQ(protocol, 0u);
+        const float number = *static_cast<const float*>(value);
+        host.notes.push_back(std::to_string(port) + "=" +
+                             std::to_string(std::lround(number * 1000.0f)));
+        if (host.setsPorts)
+            host.mInstance.values.at(port) = number;
+    }
+
+    Lv2Instance& mInstance;
+    float mScaleFactor;
+    std::array<LV2_Options_Option, 2> mOptions{};
+    LV2UI_Touch mTouch{this, [](LV2UI_Feature_Handle self, std::uint32_t port, bool isGrabbed) {
+                           static_cast<Lv2WindowHost*>(self)->notes.push_back(
+                               (isGrabbed ? "begin " : "end ") + std::to_string(port));
+                       }};
+    LV2UI_Resize mResize{this, [](LV2UI_Feature_Handle self, int width, int height) {
+                             auto& host = *static_cast<Lv2WindowHost*>(self);
+                             host.size = {width, height};
+                             return host.refusesSizes ? 1 : 0;
+                         }};
+    void (*mCleanup)(LV2UI_Handle) = nullptr;
+    const LV2UI_Idle_Interface* mIdle = nullptr;
+    const LV2_Options_Interface* mSetOptions = nullptr;
 };
 
 }  // namespace orvane

@@ -3,6 +3,8 @@
 
 #include "pluginwrappers/forms/PluginForm.h"
 
+#include <sstream>
+
 namespace orvane
 {
 
@@ -95,25 +97,13 @@ TEST_F(Lv2SoundTest, AHostWithoutTheMapOfNamesGetsNoInstanceAndALine)
 
 TEST_F(Lv2SoundTest, ThePortsAreThoseOfTheBundleAndKeepTheirPlaces)
 {
-    const std::array<std::string_view, 16> symbols{"in_left",
-                                                   "in_right",
-                                                   "out_left",
-                                                   "out_right",
-                                                   "midi_in",
-                                                   "notify",
-                                                   "latency",
-                                                   "freewheel",
-                                                   "pitchCorrectionOnOff",
-                                                   "transposeOnOff",
-                                                   "key",
-                                                   "sourceType",
-                                                   "pitchCorrectionTime",
-                                                   "pitchTranspose",
-                                                   "formantTranspose",
-                                                   "tracking"};
-    ASSERT_EQ(lilv_plugin_get_num_ports(bundle.plugin), symbols.size());
-    for (std::uint32_t i = 0; i < symbols.size(); ++i)
-        EXPECT_EQ(bundle.PortOf(std::string(symbols[i])), i) << symbols[i];
+    std::istringstream symbols("in_left in_right out_left out_right midi_in notify latency "
+                               "freewheel pitchCorrectionOnOff transposeOnOff key sourceType "
+                               "pitchCorrectionTime pitchTranspose formantTranspose tracking");
+    std::uint32_t count = 0;
+    for (std::string symbol; symbols >> symbol; ++count)
+        EXPECT_EQ(bundle.PortOf(symbol), count) << symbol;
+    EXPECT_EQ(lilv_plugin_get_num_ports(bundle.plugin), count);
     EXPECT_TRUE(lilv_plugin_has_latency(bundle.plugin));
     EXPECT_EQ(lilv_plugin_get_latency_port_index(bundle.plugin), 6u);
     const LilvPort* const time = lilv_plugin_get_port_by_index(bundle.plugin, 12);

@@ -4,10 +4,6 @@
 #include "Lv2Host.h"
 #include "support/VirtualDisplayTest.h"
 
-#include <dlfcn.h>
-#include <lv2/instance-access/instance-access.h>
-#include <lv2/ui/ui.h>
-
 namespace orvane
 {
 
@@ -16,115 +12,6 @@ namespace
 
 constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
 constexpr xcb_rectangle_t kOtherPlace{560, 100, 454, 430};
-
-/// A host's window with the plug-in's in it; records what the plug-in tells its host, "begin 8",
-/// "8=1000" (in thousandths), "end 8", and sets ports as it is told.
-class UiHost
-{
-public:
-    UiHost(Lv2Bundle& bundle, Lv2Instance& instance, xcb_window_t parent,
-           const std::string& without = {}, float scaleFactor = 0.0f)
-        : mInstance(instance)
-        , mScaleFactor(scaleFactor)
-    {
-        mOptions[0] = {LV2_OPTIONS_INSTANCE,
-                       0,
-                       bundle.urids(LV2_UI__scaleFactor),
-                       sizeof mScaleFactor,
-                       bundle.urids(LV2_ATOM__Float),
-                       &mScaleFactor};
-        const std::array<LV2_Feature, 6> all{
-            {{LV2_INSTANCE_ACCESS_URI, instance.Handle()},
-             {LV2_UI__parent, reinterpret_cast<void*>(static_cast<std::uintptr_t>(parent))},
-             {LV2_UI__touch, &mTouch},
-             {LV2_UI__resize, &mResize},
-             {LV2_URID__map, &bundle.urids.map},
-             {LV2_OPTIONS__options, mOptions.data()}}};
-        std::vector<const LV2_Feature*> features;
-        for (const LV2_Feature& feature : all)
-            if (feature.URI != without && (scaleFactor > 0.0f || feature.data != mOptions.data()))
-                features.push_back(&feature);
-        features.push_back(nullptr);
-        ui = Descriptor(bundle).instantiate(&Descriptor(bundle), "urn:orvane:cantorel-mini", "",
-                                            write, this, &widget, features.data());
-        mCleanup = Descriptor(bundle).cleanup;
-        mIdle = static_cast<const LV2UI_Idle_Interface*>(
-            Descriptor(bundle).extension_data(LV2_UI__idleInterface));
-        mSetOptions = static_cast<const LV2_Options_Interface*>(
-            Descriptor(bundle).extension_data(LV2_OPTIONS__interface));
-    }
-    UiHost(const UiHost&) = delete;
-    UiHost& operator=(const UiHost&) = delete;
-    ~UiHost() { Close(); }
-
-    void Close()
-    {
-        if (ui != nullptr)
-            mCleanup(std::exchange(ui, nullptr));
-    }
-
-    /// Gives the window time; returns false when it says that it has ended.
-    [[nodiscard]] bool Idle() const { return mIdle->idle(ui) == 0; }
-
-    /// Wishes another scale of the open window.
-    void SetScaleFactor(float scaleFactor)
-    {
-        mScaleFactor = scaleFactor;
-        EXPECT_EQ(mSetOptions->set(ui, mOptions.data()), LV2_OPTIONS_SUCCESS);
-    }
-
-    std::vector<std::string> notes;
-    std::array<int, 2> size{};  // that the plug-in has asked for
-    bool refusesSizes = false;
-    bool setsPorts = true;
-    LV2UI_Widget widget = nullptr;
-    LV2UI_Handle ui = nullptr;
-
-private:
-    static const LV2UI_Descriptor& Descriptor(Lv2Bundle& bundle)
-    {
-        LilvUIs* const uis = lilv_plugin_get_uis(bundle.plugin);
-        const LilvUI* const found = lilv_uis_get(uis, lilv_uis_begin(uis));
-        char* const path = lilv_node_get_path(lilv_ui_get_binary_uri(found), nullptr);
-        // The instance keeps the library loaded.
-        void* const library = ::dlopen(path, RTLD_NOW);
-        lilv_free(path);
-        lilv_uis_free(uis);
-        const auto entry =
-            reinterpret_cast<LV2UI_DescriptorFunction>(::dlsym(library, "lv2ui_descriptor"));
-        const LV2UI_Descriptor* const descriptor = entry(0);
-        ::dlclose(library);
-        return *descriptor;
-    }
-    static void write(LV2UI_Controller self, std::uint32_t port, std::uint32_t size,
-                      std::uint32_t protocol, const void* value)
-    {
-        auto& host = *static_cast<UiHost*>(self);
-        EXPECT_EQ(size, sizeof(float));
-        EXPECT_EQ(protocol, 0u);
-        const float number = *static_cast<const float*>(value);
-        host.notes.push_back(std::to_string(port) + "=" +
-                             std::to_string(std::lround(number * 1000.0f)));
-        if (host.setsPorts)
-            host.mInstance.values.at(port) = number;
-    }
-
-    Lv2Instance& mInstance;
-    float mScaleFactor;
-    std::array<LV2_Options_Option, 2> mOptions{};
-    LV2UI_Touch mTouch{this, [](LV2UI_Feature_Handle self, std::uint32_t port, bool isGrabbed) {
-                           static_cast<UiHost*>(self)->notes.push_back(
-                               (isGrabbed ? "begin " : "end ") + std::to_string(port));
-                       }};
-    LV2UI_Resize mResize{this, [](LV2UI_Feature_Handle self, int width, int height) {
-                             auto& host = *static_cast<UiHost*>(self);
-                             host.size = {width, height};
-                             return host.refusesSizes ? 1 : 0;
-                         }};
-    void (*mCleanup)(LV2UI_Handle) = nullptr;
-    const LV2UI_Idle_Interface* mIdle = nullptr;
-    const LV2_Options_Interface* mSetOptions = nullptr;
-};
 
 using Notes = std::vector<std::string>;
 
@@ -136,9 +23,9 @@ protected:
         instance.Activate();
         instance.Run(0);
     }
-    [[nodiscard]] std::unique_ptr<UiHost> Open(const xcb_rectangle_t& place = kPlace)
+    [[nodiscard]] std::unique_ptr<Lv2WindowHost> Open(const xcb_rectangle_t& place = kPlace)
     {
-        auto host = std::make_unique<UiHost>(bundle, instance, probe->MakeWindow(place));
+        auto host = std::make_unique<Lv2WindowHost>(bundle, instance, probe->MakeWindow(place));
         EXPECT_NE(host->ui, nullptr);
         return host;
     }
@@ -160,7 +47,7 @@ protected:
             instance.Run(left.data(), right.data(), 512);
     }
     /// Returns whether the host comes to be told this and nothing else.
-    [[nodiscard]] static bool IsTold(UiHost& host, const Notes& expected)
+    [[nodiscard]] static bool IsTold(Lv2WindowHost& host, const Notes& expected)
     {
         const bool came = eventually([&] {
             EXPECT_TRUE(host.Idle());
@@ -296,58 +183,45 @@ TEST_F(Lv2WindowTest, ItReopensElsewhereAndASecondWindowTakesItFromTheFirst)
 TEST_F(Lv2WindowTest, TheWindowHasTheScaleOfTheHostAndKeepsItWhenTheHostRefusesAnother)
 {
     using Size = std::array<int, 2>;
-    constexpr xcb_rectangle_t kLarge{0, 0, 908, 768};
-    const auto open = [&](float scaleFactor) {
-        return std::make_unique<UiHost>(bundle, instance, probe->MakeWindow(kLarge), "",
-                                        scaleFactor);
+    Lv2WindowHost host(bundle, instance, probe->MakeWindow({0, 0, 908, 768}), "",
+                       /*scaleFactor*/ 2.0f);
+    const auto hasSize = [&](const Size& size) {
+        return eventually([&] {
+            const auto place = probe->GetPlace(
+                static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(host.widget)));
+            return Size{place.width, place.height} == size;
+        });
     };
-    const auto windowSize = [&](const UiHost& host) {
-        const auto place = probe->GetPlace(
-            static_cast<xcb_window_t>(reinterpret_cast<std::uintptr_t>(host.widget)));
-        return Size{place.width, place.height};
-    };
-    // A click that is meant for the switch of the correction, at a scale.
-    const auto click = [&](int scale) {
-        probe->MovePointer(scale * 22, scale * 163);
-        probe->Click(1);
-    };
-    auto host = open(2.0f);
-    EXPECT_EQ(host->size, (Size{908, 860}));
-    EXPECT_EQ(windowSize(*host), (Size{908, 860}));
-    ASSERT_TRUE(eventually([&] { return probe->PixelAt(600, 90) >> 16 > 100; }));
-    click(2);
-    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
-
-    host->refusesSizes = true;
-    host->SetScaleFactor(1.0f);
-    EXPECT_EQ(host->size, (Size{454, 430})) << "the host is asked";
-    EXPECT_EQ(windowSize(*host), (Size{908, 860}));
-    click(2);
-    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=0", "end 8"}));
-    host->refusesSizes = false;
-    host->SetScaleFactor(1.5f);
-    EXPECT_EQ(host->size, (Size{681, 645}));
-    EXPECT_TRUE(eventually([&] { return windowSize(*host) == Size{681, 645}; }));
-    host->SetScaleFactor(1.0f);
-    EXPECT_TRUE(eventually([&] { return windowSize(*host) == Size{454, 430}; }));
-    click(1);
-    EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
-    host->SetScaleFactor(-3.0f);
-    EXPECT_EQ(windowSize(*host), (Size{454, 430})) << "no scale";
+    EXPECT_EQ(host.size, (Size{908, 860}));
+    EXPECT_TRUE(hasSize({908, 860}));
+    host.refusesSizes = true;
+    host.SetScaleFactor(1.0f);
+    EXPECT_EQ(host.size, (Size{454, 430})) << "the host is asked";
+    EXPECT_TRUE(hasSize({908, 860}));
+    host.refusesSizes = false;
+    host.SetScaleFactor(1.5f);
+    EXPECT_EQ(host.size, (Size{681, 645}));
+    EXPECT_TRUE(hasSize({681, 645}));
+    host.SetScaleFactor(-3.0f);
+    EXPECT_TRUE(hasSize({681, 645})) << "no scale";
+    ASSERT_TRUE(eventually([&] { return probe->PixelAt(450, 68) >> 16 > 100; }));
+    probe->MovePointer(33, 244);  // the switch of the correction
+    probe->Click(1);
+    EXPECT_TRUE(IsTold(host, {"begin 8", "8=1000", "end 8"}));
 }
 
 TEST_F(Lv2WindowTest, AHostThatLacksAFeatureGetsNoWindowAndALineThatNamesIt)
 {
     for (const char* const feature : {LV2_INSTANCE_ACCESS_URI, LV2_UI__parent}) {
         testing::internal::CaptureStderr();
-        const UiHost host(bundle, instance, probe->MakeWindow(kPlace), feature);
+        const Lv2WindowHost host(bundle, instance, probe->MakeWindow(kPlace), feature);
         const std::string said = testing::internal::GetCapturedStderr();
         EXPECT_EQ(host.ui, nullptr);
         EXPECT_EQ(host.widget, nullptr);
         EXPECT_NE(said.find(feature), std::string::npos) << said;
     }
     for (const char* const feature : {LV2_UI__touch, LV2_UI__resize})
-        EXPECT_NE(UiHost(bundle, instance, probe->MakeWindow(kPlace), feature).ui, nullptr);
+        EXPECT_NE(Lv2WindowHost(bundle, instance, probe->MakeWindow(kPlace), feature).ui, nullptr);
 }
 
 }  // namespace
