@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/views/KestruneFonts.h"
 #include "kestrune/common/views/ProductApplication.h"
-#include "support/PrivateFolder.h"
 #include "support/Test.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/drawing/ZFont.h"
@@ -49,20 +48,6 @@ TEST(MainWindowTest, LabelsUseTheFontThatTheLibraryCarries)
     addProductFonts(*product);
     EXPECT_EQ(widthIn("No Such Typeface"), fallback);
     EXPECT_NE(widthIn("Kolm 5pt"), fallback);
-}
-
-TEST(MainWindowTest, AFontFileThatIsLoadedAtAnyTimeIsKnownToTextsAtOnce)
-{
-    const ZInterfaceLock lock;
-    const auto product = startProduct();
-    const PrivateFolder folder;
-    const auto font = product->GetResources().Find("FONT", "Kolm 5pt.ttf");
-    ASSERT_TRUE(font);
-    writeTextFile(folder.Path("font.ttf"),
-                  std::string(reinterpret_cast<const char*>(font->data()), font->size()));
-    const std::int32_t before = widthIn("Kolm 5pt");
-    product->LoadFont(folder.Path("font.ttf"));
-    EXPECT_NE(widthIn("Kolm 5pt"), before);
 }
 
 }  // namespace orvane

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the host learns of the work in the shipped window, and what it may do meanwhile.
 
-#include "kestrune/common/views/KestruneKeyboardView.h"
 #include "pluginwrappers/common/WindowUse.h"
 #include "support/DisplayProbe.h"
-#include "support/Measure.h"
-#include "support/Signals.h"
 #include "support/VirtualDisplay.h"
-#include "zlib/common/controls/ZPopupMenu.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/views/ZWindowFilter.h"
 
@@ -72,45 +68,6 @@ TEST_F(EditorUseTest, MenusAndSwitchesNotifyTheHostInOneGestureIfTheyHaveAParame
     choice = 0;
     Click("ScaleMenu");
     EXPECT_EQ(TestHost::TakeNotes(), Notes{}) << "no parameter";
-}
-
-TEST_F(EditorUseTest, AClickedKeyBecomesATargetOfTheCorrectionAndIsShown)
-{
-    // In C major, whose keyboard begins at note 48. The voice is nearer to A# than to A or B.
-    constexpr std::int32_t kASharp = 58;
-    constexpr float kRate = 44100.0f;
-    const auto& keys = dynamic_cast<const KestruneKeyboardView&>(Find("PianoKeyboard"));
-    const auto expectPitch = [&](double hz, std::int32_t note) {
-        const auto output = product->Play(harmonicTone(231.0, kRate, 512 * 160));
-        EXPECT_NEAR(measurePitch(std::span(output).last(16384), kRate, hz), hz, 0.4);
-        product->Tick();
-        product->Tick();
-        EXPECT_EQ(keys.GetPlayingNote(), note);
-    };
-    Element("pitchCorrectionOnOff").SetDiscrete(1, false);
-    Element("pitchCorrectionTime").SetZFloat(0.0f, false);
-    expectPitch(220.0, 57);
-    const ZRect rect = keys.GetUpperRect(kASharp);
-    Click("PianoKeyboard", {(rect.left + rect.right) / 2, 60});
-    product->Tick();
-    EXPECT_TRUE(keys.IsKeyLit(kASharp));
-    EXPECT_EQ(dynamic_cast<const ZPopupMenu&>(Find("ScaleMenu")).GetText().ToNarrow(), "\"  Major");
-    expectPitch(233.082, kASharp);
-}
-
-TEST_F(EditorUseTest, TheWindowReceivesEachNewRateOnce)
-{
-    struct Recorder : ZWindowFilter
-    {
-        void FilterMessage(const ZMessage& /*message*/) override { ++rates; }
-        int rates = 0;
-    } recorder;
-    const ZInterfaceLock lock;
-    window->AddFilter(ZSAMPLERATECHANGED, &recorder);
-    for (int i = 0; i < 2; ++i)
-        product->Ask(effSetSampleRate, 0, 0, nullptr, 96000.0f);
-    EXPECT_EQ(recorder.rates, 1);
-    window->RemoveFilter(ZSAMPLERATECHANGED, &recorder);
 }
 
 TEST_F(EditorUseTest, TextAndEditingKeysReachTheWindowAndTheOthersStayWithTheHost)

@@ -37,20 +37,6 @@ protected:
     }
 };
 
-TEST_F(KeyboardUseTest, TabReadsTheWindowFromTopLeftToBottomRight)
-{
-    const std::string order =
-        "TypeMenu, Transpose Enable, TransposePitchPopup, TransposeFormantPopup, Pitch Correction "
-        "Enable, PitchCorrectionTimeSlider, ScaleMenu, KeyMenu, IgnoreKeys, AcceptsMIDIButton, "
-        "CustomScaleCancelButton, CustomScaleDoneButton, PianoKeyboard, TypeMenu, ";
-    std::string found;
-    for (std::ptrdiff_t i = std::ranges::count(order, ','); i > 0; --i) {
-        Type(kKeyTab);
-        found += window->GetFocusView()->GetName() + ", ";
-    }
-    EXPECT_EQ(found, order);
-}
-
 TEST_F(KeyboardUseTest, EachKindOfControlDoesWhatItsKeysSayInOneGesture)
 {
     GoTo("Pitch Correction Enable");

@@ -14,7 +14,6 @@ namespace
 {
 
 constexpr std::int32_t kCorrectPitch = 0;
-constexpr std::int32_t kKey = 2;
 
 xcb_rectangle_t placeAt(int x, int y)
 {
@@ -39,7 +38,7 @@ protected:
     void Begin() override
     {
         parent = MakeParent();
-        effect = host->Open();
+        effect = host.Open();
         ask(effect, effSetBlockSize, 0, 256);
         ask(effect, effMainsChanged, 0, 1);
     }
@@ -104,9 +103,8 @@ protected:
     static constexpr xcb_rectangle_t kPlace{100, 100, 454, 430};
     static constexpr std::uint32_t kMenuGround = 0x262629;
 
-    const std::size_t threadsBefore = threadCount();
     xcb_window_t parent = XCB_NONE;
-    std::unique_ptr<LibraryHost> host = std::make_unique<LibraryHost>();
+    const LibraryHost host;
     AEffect* effect = nullptr;
     xcb_window_t menu = XCB_NONE;
 };
@@ -142,40 +140,6 @@ TEST_F(EditorWindowTest, EachParentShowsTheSameState)
     EXPECT_TRUE(waitFor([this] { return probe->CountResources() == 0; }));
 }
 
-TEST_F(EditorWindowTest, ADenseDisplayGetsALargeWindow)
-{
-    probe->SetResources("Xft.dpi:\t192\n");
-    EXPECT_EQ(editorSize(effect), std::pair(908, 860));
-    const xcb_window_t large = probe->MakeWindow({0, 0, 908, 768});
-    EXPECT_EQ(openEditor(effect, large), 1);
-    probe->MovePointer(2 * 22, 2 * 163);
-    probe->Click(1);
-    EXPECT_TRUE(waitFor([this] { return effect->getParameter(effect, kCorrectPitch) == 1.0f; }));
-
-    // What the window shows is what a picture of that scale does; a picture of another scale leaves
-    // the window alone.
-    const auto pictureShows = [&](float scale) {
-        WindowPicture picture{};
-        effect->dispatcher(effect, effVendorSpecific, kVendorOrvane, kVendorWindowPicture, &picture,
-                           scale);
-        EXPECT_EQ(picture.width, static_cast<int>(scale * 454));
-        for (int row = 4; row < 768; row += 23)
-            if (picture.width != 908 ||
-                probe->PixelAt(row, row) != (picture.pixels[row * 908 + row] & 0xFFFFFF))
-                return false;
-        return true;
-    };
-    EXPECT_TRUE(waitFor([&] { return pictureShows(2.0f); }));
-    EXPECT_FALSE(pictureShows(1.0f));
-    EXPECT_TRUE(waitFor([&] { return pictureShows(2.0f); }));
-    probe->SetResources("Xft.dpi:\t96\n");
-    EXPECT_EQ(editorSize(effect), std::pair(908, 860)) << "the window that is open is as it was";
-    closeEditor(effect);
-    EXPECT_EQ(editorSize(effect), std::pair(454, 430));
-    probe->Destroy(large);
-    Open();
-}
-
 TEST_F(EditorWindowTest, InvalidParentsAreRefused)
 {
     const xcb_window_t gone = MakeParent();
@@ -190,38 +154,11 @@ TEST_F(EditorWindowTest, InvalidParentsAreRefused)
     EXPECT_TRUE(Shows(effect)) << "the first opening is unaffected";
 }
 
-TEST_F(EditorWindowTest, TheLibraryUnloadsAfterTheLastWindow)
-{
-    Open();
-    closeEffect(std::exchange(effect, nullptr));
-    host.reset();
-    EXPECT_FALSE(PluginLibrary::IsLoaded());
-    EXPECT_TRUE(threadsFallTo(threadsBefore));
-}
-
 TEST_F(EditorWindowTest, AProcessWithAnOpenWindowEndsCleanlyAndAtOnce)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     Open();
     EXPECT_EXIT(exitAtOnce(), testing::ExitedWithCode(0), "^$");
-}
-
-TEST_F(EditorWindowTest, ManyInstancesShowTheirOwnStatesAndCloseInAnyOrder)
-{
-    std::vector<AEffect*> effects;
-    for (int i = 0; i < 20; ++i) {
-        AEffect* const each = effects.emplace_back(host->Open());
-        each->setParameter(each, i % 2 == 0 ? kCorrectPitch : kKey, 1.0f);
-        ask(each, effMainsChanged, 0, 1);  // brings the value to the views
-        const xcb_rectangle_t place = placeAt(20 * i, 16 * i);
-        EXPECT_EQ(openEditor(each, probe->MakeWindow(place)), 1);
-        EXPECT_TRUE(Shows(each, place)) << i;
-    }
-    EXPECT_EQ(probe->CountClients(), 1u) << "one connection for all";
-    for (std::size_t i = 0; i < 20; i += 2)
-        closeEditor(effects[i]);
-    for (std::size_t i = 0; i < 20; ++i)
-        closeEffect(effects[19 - i]);
 }
 
 TEST_F(EditorWindowTest, AHiddenParentShowsTheSameWhenItIsShownAgain)
@@ -256,8 +193,9 @@ TEST_F(EditorWindowTest, AParentMayBeDestroyedWithoutEffEditClose)
 TEST_F(EditorWindowTest, TheEndOfTheXServerClosesTheWindowAndNothingElse)
 {
     Open();
-    AEffect* const second = host->Open();
+    AEffect* const second = host.Open();
     EXPECT_EQ(openEditor(second, parent), 1);
+    EXPECT_EQ(probe->CountClients(), 1u) << "one connection for all";
     probe.reset();
     display->Kill();
     for (int i = 0; i < 20; ++i) {
@@ -279,7 +217,7 @@ TEST_F(EditorWindowTest, AnOpenMenuClosesWithItsWindow)
         [&] { closeEditor(effect); },
         [&] { probe->Destroy(parent); },
         [&] { openEditor(effect, MakeParent()); },
-        [&] { closeEffect(std::exchange(effect, host->Open())); },
+        [&] { closeEffect(std::exchange(effect, host.Open())); },
     };
     for (std::size_t i = 0; i < ends.size(); ++i) {
         OpenMenu();
