@@ -3,12 +3,11 @@
 #include "support/Signals.h"
 #include "tools/render/AutomationFile.h"
 #include "tools/render/MidiFile.h"
-#include "tools/render/OfflineRender.h"
-#include "tools/render/PitchPlot.h"
+#include "tools/render/PitchReader.h"
+#include "tools/render/PitchTrack.h"
 #include "tools/render/RenderProgram.h"
 #include "tools/render/ScaleGrid.h"
-
-#include <sndfile.h>
+#include "tools/render/StateText.h"
 
 #include <cstdio>
 
@@ -202,28 +201,6 @@ TEST(PitchTrackTest, DistancesAreTheMedianAndThe95thPercentile)
     const ScaleDistance after = distanceFromScale(points, grid, &PitchPoint::outputHz);
     EXPECT_NEAR(after.percentile95.value(), 0.0, 0.01);
     EXPECT_FALSE(distanceFromScale({}, grid, &PitchPoint::inputHz).median.has_value());
-}
-
-TEST(PitchPlotTest, AnHourIsDrawnAsBandsAtThePitchesThatOccur)
-{
-    // The output moves between five notes, two semitones apart, every half second.
-    RenderResult result;
-    result.format = {44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16};
-    result.frames = std::int64_t{3600} * kRate;
-    result.scale = builtInScale(1);
-    for (int i = 0; i < 3600 * 80; ++i) {
-        const auto hz = static_cast<float>(hzAt(2.0 * (i / 40 % 5)));
-        result.points.push_back({i / 80.0, hz * 1.01f, hz, 0.5f, 1.0f, true});
-    }
-    const PrivateFolder folder;
-    writePitchPlot(folder.Path("plot.png"), "plot.png", {}, result);
-    const Picture picture = readPicture(folder.Path("plot.png"));
-    std::set<std::size_t> rows;  // those below the legend where the output's blue prevails
-    for (std::size_t i = 100 * picture.width; i < picture.pixels.size(); ++i)
-        if ((picture.pixels[i] & 0xFF) > ((picture.pixels[i] >> 16) & 0xFF) + 0x40)
-            rows.insert(i / picture.width);
-    EXPECT_GE(rows.size(), 5u);
-    EXPECT_LE(rows.size(), 20u) << "of about 630";
 }
 
 TEST(MidiFileTest, MessagesOfAllTracksFollowTheTempo)

@@ -179,18 +179,6 @@ TEST_F(RenderProgramTest, ASymbolicLinkIsKeptAndItsTargetIsReplaced)
     EXPECT_TRUE(std::filesystem::is_symlink(Out()));
 }
 
-TEST_F(RenderProgramTest, MonoIsHeardAsTwoChannelsAlike)
-{
-    const TestSound mono = testVoice(1, 0.3);
-    TestSound stereo{44100, 2, mono.format, {}};
-    for (const float sample : mono.samples)
-        stereo.samples.insert(stereo.samples.end(), {sample, sample});
-    const std::vector<float> single = Render(mono, kCorrect).samples;
-    const std::vector<float> both = Render(stereo, kCorrect).samples;
-    for (std::size_t i = 0; i < single.size(); ++i)
-        ASSERT_EQ(single[i], both.at(2 * i)) << i;
-}
-
 TEST_F(RenderProgramTest, SavedChunksAndPresetsGiveTheSameSoundAgain)
 {
     const TestSound voice = testVoice(1, 0.5);
@@ -199,7 +187,9 @@ TEST_F(RenderProgramTest, SavedChunksAndPresetsGiveTheSameSoundAgain)
     const std::string chunk = mFolder.Path("chunk");
     const std::string preset = mFolder.Path("saved.xml");
     std::vector<float> saved;
-    for (const Words& settings : {Words{}, kCorrect + Words{"--set", "formantTranspose=Biggest"}}) {
+    for (const Words& settings :
+         {Words{}, kCorrect + Words{"--set", "formantTranspose=Biggest", "--tracking", "fine"}})
+    {
         saved = Render(voice, Words{"--program", "Adult to Child", "--save-chunk", chunk,
                                     "--save-preset", preset} +
                                   settings)
@@ -209,6 +199,7 @@ TEST_F(RenderProgramTest, SavedChunksAndPresetsGiveTheSameSoundAgain)
         EXPECT_EQ(Render(voice, {"--preset", preset}).samples, saved);
     }
     EXPECT_NE(Render(voice, {"--load-chunk", chunk, "--program", "6"}).samples, saved);
+    EXPECT_NE(Render(voice, {"--preset", preset, "--tracking", "classic"}).samples, saved);
     const std::string program =
         File("program", "<VST_Program Number=\"3\">\n" + readTextFile(preset) + "</VST_Program>\n");
     EXPECT_EQ(Render(voice, {"--preset", program}).samples, saved);
@@ -222,6 +213,7 @@ TEST_F(RenderProgramTest, TheReportHasFiguresSettingsAndThePitchTrack)
     EXPECT_EQ(json["frames"], 66150);
     EXPECT_EQ(json["latency_samples"], kLatency);
     EXPECT_EQ(json["settings"]["key"]["text"], "D");
+    EXPECT_EQ(json["settings"]["tracking"]["text"], "Classic");
     EXPECT_EQ(json["settings"]["pitchCorrectionTime"]["text"], "50 ms");
     EXPECT_NEAR(json["before"]["median_cents"], 30.0, 3.0);
     EXPECT_LT(json["after"]["median_cents"], 3.0);
@@ -275,21 +267,6 @@ TEST_F(RenderProgramTest, ScaleIntonationDetuneAndReferenceReachThePlugin)
         ReportOf(voice, kCorrect + Words{"--scale", "Chromatic", "--detune", "30"});
     EXPECT_LT(detuned["before"]["median_cents"], 3.0);
     EXPECT_LT(detuned["after"]["median_cents"], 3.0);
-}
-
-TEST_F(RenderProgramTest, TheTrackingIsChosenByAnOptionOrAPresetAndReported)
-{
-    const TestSound voice = testVoice(1, 0.5);
-    const std::string preset = mFolder.Path("fine.xml");
-    const std::vector<float> classic = Render(voice, kCorrect).samples;
-    const Words fineWords = kCorrect + Words{"--tracking", "fine"};
-    const std::vector<float> fine =
-        Render(voice, fineWords + Words{"--save-preset", preset}).samples;
-    EXPECT_NE(fine, classic);
-    EXPECT_EQ(Render(voice, {"--preset", preset}).samples, fine);
-    EXPECT_EQ(Render(voice, {"--preset", preset, "--tracking", "classic"}).samples, classic);
-    EXPECT_EQ(ReportOf(voice, {"--preset", preset})["settings"]["tracking"]["text"], "Fine");
-    EXPECT_EQ(ReportOf(voice, kCorrect)["settings"]["tracking"]["text"], "Classic");
 }
 
 TEST_F(RenderProgramTest, APresetsSettingsAreReportedFromThePluginsState)
