@@ -3,8 +3,10 @@
 #include "benchmarks/TrackedEngine.h"
 #include "support/Measure.h"
 #include "support/Signals.h"
+#include "tools/singer/Singer.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <numbers>
 #include <string_view>
@@ -187,6 +189,38 @@ void printSwings()
         });
 }
 
+/// Per cent of the time within notes of the demo song, corrected to its scale, in which the output
+/// is more than 50 cents off the intended note, and the median of the cents off.
+void printSong()
+{
+    std::puts(
+        "A synthetic song with glides, vibrato, breath and consonants, corrected: per cent of "
+        "the time more\n  than 50 cents off, median of the cents off (good: below 1 / 2)");
+    const Song song = demoSong();
+    const auto sung = renderSong(song, kTrackedRate);
+    std::printf("  %-38s", "within notes");
+    for (const KestruneTracking tracking : kTrackings) {
+        auto engine = trackedEngine(tracking);
+        constexpr std::array<float, 6> kMajor{2, 4, 5, 7, 9, 11};
+        engine->SetReferenceFrequency(static_cast<float>(noteHz(3.0)));  // C
+        engine->SetScaleTones(kMajor.data(), static_cast<int>(kMajor.size()));
+        engine->SetCorrectionEnabled(true);
+        const auto output = runAligned(*engine, sung);
+        std::vector<double> errors;
+        for (const SungNote& note : song.notes) {
+            constexpr double kBorder = 0.05;  // seconds
+            const double end = note.endSeconds() - kBorder;
+            for (double at = note.onsetSeconds + note.glideSeconds + kBorder; at < end; at += 0.01)
+                errors.push_back(centsOff(output, at, note.intendedHz()));
+        }
+        const auto wrong =
+            std::count_if(errors.begin(), errors.end(), [](double cents) { return cents > 50.0; });
+        std::printf("  %6.1f / %6.1f%s",
+                    100.0 * static_cast<double>(wrong) / static_cast<double>(errors.size()),
+                    Spread(errors).median, tracking == KestruneTracking::kClassic ? "   |" : "\n");
+    }
+}
+
 /// Whether more than a tenth of the blocks of a steady vowel are read more than 50 cents off.
 bool isWrongCell(KestruneTracking tracking, int source, bool isMale, char vowel, double hz)
 {
@@ -247,6 +281,7 @@ int main(int argc, char** argv)
     printCorrection();
     printLegato();
     printSwings();
+    printSong();
     printSounds();
     const bool all = argc > 1 && std::string_view(argv[1]) == "all";
     printVowels(all ? 1.0 : 3.0);
