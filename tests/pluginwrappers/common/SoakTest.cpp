@@ -3,13 +3,11 @@
 // length, two seconds otherwise.
 
 #include "pluginwrappers/common/PluginEntry.h"
-#include "support/DisplayProbe.h"
 #include "support/PrivateFolder.h"
 #include "support/RealtimeGuard.h"
 #include "support/Signals.h"
-#include "support/Test.h"
 #include "support/TestHost.h"
-#include "support/VirtualDisplay.h"
+#include "support/VirtualDisplayTest.h"
 #include "zlib/common/documents/ZFileChooser.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -263,24 +261,26 @@ private:
     std::set<std::uint8_t> mButtons;
 };
 
-/// A host with the window of an instance in one of its own. It makes room for it, or refuses.
-class EditorHost
+/// A host with the window of an instance that plays in one of its own. It makes room for it, or
+/// refuses, and its file dialogs name one file to save to and to load, and now and then none.
+class SoakTest : public VirtualDisplayTest
 {
-public:
-    EditorHost(DisplayProbe& display, AEffect* instance)
-        : effect(instance)
-        , mParent(display.MakeWindow(kEditor))
+protected:
+    void Begin() override
     {
+        ZFileChooser::SetPresenter(
+            [path = folder.Path("soak"), calls = 0](const ZFileRequest&) mutable {
+                return ++calls % 3 == 0 ? std::nullopt : std::optional(path);
+            });
+        parent = probe->MakeWindow(kEditor);
+        stream = std::make_unique<Stream>();
     }
+    void TearDown() override { ZFileChooser::SetPresenter(nullptr); }
 
-    void Open() const
-    {
-        void* const handle = reinterpret_cast<void*>(std::uintptr_t{mParent});
-        ASSERT_EQ(ask(effect, effEditOpen, 0, 0, handle), 1);
-    }
+    void Open() const { ASSERT_EQ(openEditor(stream->effect, parent), 1); }
     void Close() const
     {
-        ask(effect, effEditClose);
+        ask(stream->effect, effEditClose);
         ASSERT_TRUE(GesturesEnd())
             << "a window that closes ends the gestures in it:" << GesturesUpToFault();
     }
@@ -309,77 +309,46 @@ public:
             text += calls[i];
         return text;
     }
-    [[nodiscard]] double GetScale() const
-    {
-        ERect* rect = nullptr;
-        ask(effect, effEditGetRect, 0, 0, static_cast<void*>(&rect));
-        return (rect->right - rect->left) / kWindowWidth;
-    }
 
-    AEffect* const effect;
-
-private:
-    const xcb_window_t mParent;
-};
-
-/// Answers file dialogs: one file to save to and to load, and now and then none.
-class RandomFileDialog
-{
-public:
-    explicit RandomFileDialog(const PrivateFolder& folder)
-    {
-        ZFileChooser::SetPresenter(
-            [path = folder.Path("soak"), calls = 0](const ZFileRequest&) mutable {
-                return ++calls % 3 == 0 ? std::nullopt : std::optional(path);
-            });
-    }
-    RandomFileDialog(const RandomFileDialog&) = delete;
-    RandomFileDialog& operator=(const RandomFileDialog&) = delete;
-    ~RandomFileDialog() { ZFileChooser::SetPresenter(nullptr); }
+    const PrivateFolder folder;
+    const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
+    const TestHost host;
+    xcb_window_t parent = XCB_NONE;
+    std::unique_ptr<Stream> stream;
 };
 
 }  // namespace
 
-TEST(SoakTest, EveryGestureEndsWhateverMouseKeysAndContextMenusDo)
+TEST_F(SoakTest, EveryGestureEndsWhateverMouseKeysAndContextMenusDo)
 {
-    if (!VirtualDisplay::IsAvailable())
-        GTEST_SKIP() << "no virtual display on this machine";
-    const PrivateFolder folder;
-    const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
-    const RandomFileDialog files(folder);
-    const VirtualDisplay screen;
-    DisplayProbe display;
-    const TestHost host;
-    const Stream stream;
-    const EditorHost editor(display, stream.effect);
-    editor.Open();
+    Open();
     {
-        const std::jthread automation(changeParameters, stream.effect);
-        RandomUser user(display);
+        const std::jthread automation(changeParameters, stream->effect);
+        RandomUser user(*probe);
         int actions = 0;
         for (const auto end = Clock::now() + soakTime(); Clock::now() < end; ++actions) {
             user.Act();
             if (actions % 20 == 0) {
                 TestHost::Answer(audioMasterSizeWindow, actions % 60 != 0 ? 1 : 0);
-                ask(stream.effect, effEditIdle);
-                user.SetScale(editor.GetScale());
+                ask(stream->effect, effEditIdle);
+                user.SetScale(editorSize(stream->effect).first / kWindowWidth);
             }
             if (actions % 500 == 499) {
-                editor.Close();
-                editor.Open();
+                Close();
+                Open();
             }
         }
         user.ReleaseAll();
-        testing::Test::RecordProperty("Actions", actions);
-        testing::Test::RecordProperty("Sizes", TestHost::CountOf(audioMasterSizeWindow));
+        RecordProperty("Actions", actions);
+        RecordProperty("Sizes", TestHost::CountOf(audioMasterSizeWindow));
     }
-    display.MovePointer(1010, 20);
+    probe->MovePointer(1010, 20);
     for (int i = 0; i < 3; ++i)
-        display.TypeKey(XKB_KEY_Escape);
-    EXPECT_TRUE(EditorHost::GesturesEnd());
-    EXPECT_TRUE(waitFor([&] { return display.Grab(); })) << "the mouse is not grabbed any more";
-    display.Ungrab();
-    ask(stream.effect, effEditClose);
+        probe->TypeKey(XKB_KEY_Escape);
+    EXPECT_TRUE(GesturesEnd());
+    EXPECT_TRUE(waitFor([&] { return probe->Grab(); })) << "the mouse is not grabbed any more";
+    probe->Ungrab();
+    ask(stream->effect, effEditClose);
     EXPECT_GT(TestHost::CountOf(audioMasterBeginEdit), 0);
 }
 
