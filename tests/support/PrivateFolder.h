@@ -37,6 +37,13 @@ public:
         return std::distance(std::filesystem::directory_iterator(mPath), {});
     }
 
+    /// Puts a shell script there under the name of a program.
+    void Install(const std::string& name, const std::string& script) const
+    {
+        std::ofstream(mPath / name) << "#!/bin/sh\n" << script << "\n";
+        std::filesystem::permissions(mPath / name, std::filesystem::perms::owner_all);
+    }
+
 private:
     std::filesystem::path mPath;
 };

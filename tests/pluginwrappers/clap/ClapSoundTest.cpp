@@ -228,44 +228,32 @@ TEST_F(ClapSoundTest, PresetsAreFoundWithoutAnInstanceAndRefusedByAnyOtherKey)
     } found;
     const auto& factory = library.Get<clap_preset_discovery_factory>(kClapPresetDiscoveryFactory);
     ASSERT_EQ(factory.count(&factory), 1u);
-    const clap_preset_discovery_indexer indexer{
-        kClapVersion,
-        "test",
-        "",
-        "",
-        "1",
-        &found,
-        [](const clap_preset_discovery_indexer*, const void*) { return true; },
-        [](const clap_preset_discovery_indexer*, const clap_preset_discovery_location* location) {
-            return location->kind == CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN;
-        },
-        [](const clap_preset_discovery_indexer*, const void*) { return true; },
-        [](const clap_preset_discovery_indexer*, const char*) -> const void* { return nullptr; }};
+    clap_preset_discovery_indexer indexer{};
+    indexer.declare_location = [](const clap_preset_discovery_indexer*,
+                                  const clap_preset_discovery_location* location) {
+        return location->kind == CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN;
+    };
     EXPECT_EQ(factory.create(&factory, &indexer, "another"), nullptr);
     const auto* const provider =
         factory.create(&factory, &indexer, factory.get_descriptor(&factory, 0)->id);
     ASSERT_TRUE(provider->init(provider));
     using Receiver = clap_preset_discovery_metadata_receiver;
-    const Receiver receiver{&found,
-                            [](const Receiver* self, std::int32_t, const char*) {
-                                ++static_cast<Found*>(self->receiver_data)->errors;
-                            },
-                            [](const Receiver* self, const char* name, const char* key) {
-                                auto& names = static_cast<Found*>(self->receiver_data)->names;
-                                names.emplace_back(name);
-                                EXPECT_EQ(key, std::to_string(names.size()));
-                                return true;
-                            },
-                            [](const Receiver*, const clap_universal_plugin_id* id) {
-                                EXPECT_STREQ(id->id, "orvane.cantorel-mini");
-                            },
-                            nullptr,
-                            [](const Receiver*, std::uint32_t) {},
-                            [](const Receiver*, const char*) {},
-                            nullptr,
-                            nullptr,
-                            nullptr,
-                            nullptr};
+    Receiver receiver{};
+    receiver.receiver_data = &found;
+    receiver.on_error = [](const Receiver* self, std::int32_t, const char*) {
+        ++static_cast<Found*>(self->receiver_data)->errors;
+    };
+    receiver.begin_preset = [](const Receiver* self, const char* name, const char* key) {
+        auto& names = static_cast<Found*>(self->receiver_data)->names;
+        names.emplace_back(name);
+        EXPECT_EQ(key, std::to_string(names.size()));
+        return true;
+    };
+    receiver.add_plugin_id = [](const Receiver*, const clap_universal_plugin_id* id) {
+        EXPECT_STREQ(id->id, "orvane.cantorel-mini");
+    };
+    receiver.set_flags = [](const Receiver*, std::uint32_t) {};
+    receiver.add_creator = [](const Receiver*, const char*) {};
     EXPECT_TRUE(provider->get_metadata(provider, CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN, nullptr,
                                        &receiver));
     EXPECT_FALSE(

@@ -2,8 +2,8 @@
 // The shipped window's context menu: what it offers over each view, and what the host hears.
 
 #include "pluginwrappers/common/WindowUse.h"
+#include "support/TestClipboard.h"
 #include "zlib/common/buffers/ZBuffer.h"
-#include "zlib/common/objects/ZClipboard.h"
 #include "zlib/common/views/ZEditGesture.h"
 
 namespace orvane
@@ -13,29 +13,6 @@ namespace
 {
 
 using Path = std::vector<std::string>;
-
-/// A clipboard that holds what the test puts there.
-class TestClipboard : public ZClipboard
-{
-public:
-    TestClipboard()
-        : mBefore(ZClipboard::Set(this))
-    {
-    }
-    ~TestClipboard() override { ZClipboard::Set(mBefore); }
-
-    bool Write(const std::string& text) override
-    {
-        content = text;
-        return true;
-    }
-    std::optional<std::string> Read(const void* /*owner*/) override { return content; }
-
-    std::optional<std::string> content;
-
-private:
-    ZClipboard* mBefore;
-};
 
 /// Answers the context menu by the path of labels to an item.
 class ContextMenuUseTest : public WindowUse

@@ -2,10 +2,10 @@
 #include "zlib/common/controls/ZTextEdit.h"
 
 #include "support/Test.h"
+#include "support/TestClipboard.h"
 #include "zlib/common/controls/ZLabelButton.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/native/ZNativeWindow.h"
-#include "zlib/common/objects/ZClipboard.h"
 #include "zlib/common/objects/ZMessage.h"
 #include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
@@ -155,35 +155,24 @@ TEST_F(ZTextEditTest, ADoubleClickSelectsTheWordOrTheBlanksUnderIt)
 
 TEST_F(ZTextEditTest, ShortcutsCopyCutAndPasteTheSelection)
 {
-    struct Clipboard : ZClipboard
-    {
-        bool Write(const std::string& what) override
-        {
-            text = what;
-            return true;
-        }
-        std::optional<std::string> Read(const void* /*owner*/) override { return text; }
-        std::optional<std::string> text;
-    } clipboard;
-    ZClipboard* const before = ZClipboard::Set(&clipboard);
+    TestClipboard clipboard;
     edit.SetText("one two");
     EXPECT_EQ(After('V', false, true), "[one two]") << "the clipboard is empty";
     EXPECT_EQ(After('C', false, true), "[one two]");
     EXPECT_EQ(After(kKeyEnd), "one two|");
     EXPECT_EQ(After('C', false, true), "one two|");
-    EXPECT_EQ(clipboard.text, "one two") << "nothing is selected, so nothing is copied";
+    EXPECT_EQ(clipboard.content, "one two") << "nothing is selected, so nothing is copied";
     After(kKeyLeft, true, true);
     EXPECT_EQ(After('X', false, true), "one |");
-    EXPECT_EQ(clipboard.text, "two");
+    EXPECT_EQ(clipboard.content, "two");
     EXPECT_EQ(After(kKeyInsert, true), "one two|");
     After(kKeyHome, true);
     EXPECT_EQ(After(kKeyInsert, false, true), "[one two]");
     EXPECT_EQ(After(kKeyDelete, true), "|");
-    clipboard.text = "a\nb";
+    clipboard.content = "a\nb";
     EXPECT_EQ(After('V', false, true), "ab|") << "a field of one line";
     EXPECT_TRUE(edit.WantsKey({'Q', {}})) << "what is typed is not the host's";
     EXPECT_FALSE(edit.WantsKey({kKeyTab, {}}));
-    ZClipboard::Set(before);
 }
 
 TEST(ZLabelButtonTest, ActsOnAClickReturnAndTheSpaceBar)

@@ -177,10 +177,8 @@ TEST(ZAppTest, ApplicationsCanBeDestroyedInAnyOrder)
 TEST(ZAppTest, OpensWebAddressesOnlyThroughTheDesktop)
 {
     const PrivateFolder folder;
-    writeTextFile(folder.Path("xdg-open"),
-                  "#!/bin/sh\nprintf '%s' \"$1\" >'" + folder.Path("part") + "'\nmv '" +
-                      folder.Path("part") + "' '" + folder.Path("opened") + "'\n");
-    std::filesystem::permissions(folder.Path("xdg-open"), std::filesystem::perms::owner_all);
+    folder.Install("xdg-open", "printf '%s' \"$1\" >'" + folder.Path("part") + "'\nmv '" +
+                                   folder.Path("part") + "' '" + folder.Path("opened") + "'");
     const EnvironmentVariable path("PATH", (folder.Path() + ":" + std::getenv("PATH")).c_str());
     const TestResources resources("");
     const auto app = makePlugin(resources);

@@ -25,12 +25,6 @@ using namespace std::chrono_literals;
 class ZFileChooserTest : public testing::Test
 {
 protected:
-    /// Installs a shell script under the name of a program.
-    void Install(const std::string& name, const std::string& script)
-    {
-        writeTextFile(folder.Path(name), "#!/bin/sh\n" + script + "\n");
-        std::filesystem::permissions(folder.Path(name), std::filesystem::perms::owner_all);
-    }
     /// Asks for a file on the interface thread; the result is its path, or "none".
     std::future<std::string> Ask()
     {
@@ -70,14 +64,14 @@ TEST_F(ZFileChooserTest, ReturnsTheChosenPathOrNone)
     addWindows(*app).topLevel = 77;
     const std::string keepArguments =
         "for a in \"$@\"; do echo \"$a\"; done > " + folder.Path("arguments");
-    Install("zenity", keepArguments + "; echo '/tmp/a b.xml'");
+    folder.Install("zenity", keepArguments + "; echo '/tmp/a b.xml'");
     EXPECT_EQ(Answer(Ask()), "/tmp/a b.xml");
     const std::string text = readTextFile(folder.Path("arguments"));
     for (const char* argument : {"--title=Title - Prompt\n", "--modal\n--attach=77\n",
                                  "--file-filter=Kind (*.xml) | *.xml\n"})
         EXPECT_NE(text.find(argument), std::string::npos) << argument;
 
-    Install("kdialog", keepArguments + "; exit 1");
+    folder.Install("kdialog", keepArguments + "; exit 1");
     const EnvironmentVariable kde("XDG_CURRENT_DESKTOP", "KDE");
     EXPECT_EQ(Answer(Ask()), "none");
     EXPECT_TRUE(readTextFile(folder.Path("arguments"))
@@ -103,7 +97,7 @@ TEST_F(ZFileChooserTest, ShowsThePlainDialogWithoutAProgram)
 
 TEST_F(ZFileChooserTest, OpenDialogEndsWithItsApplication)
 {
-    Install("zenity", ": > " + folder.Path("open") + "; while :; do :; done");
+    folder.Install("zenity", ": > " + folder.Path("open") + "; while :; do :; done");
     auto asked = Ask();
     ASSERT_TRUE(eventually([&] { return std::filesystem::exists(folder.Path("open")); }));
     EXPECT_EQ(Answer(Ask()), "none") << "a second one";

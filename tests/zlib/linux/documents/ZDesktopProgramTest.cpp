@@ -57,10 +57,8 @@ TEST(ZErrorDialogTest, StartsADialogWithoutWaitingForIt)
     const EnvironmentVariable path("PATH", (folder.Path() + ":/usr/bin:/bin").c_str());
     const EnvironmentVariable display("DISPLAY", ":none");
     // First in the order of the dialogs, so that none of the system's is started.
-    writeTextFile(folder.Path("zenity"), "#!/bin/sh\nprintf '%s\\n' \"$@\" >'" +
-                                             folder.Path("part") + "'\nmv '" + folder.Path("part") +
-                                             "' '" + folder.Path("shown") + "'\nsleep 5\n");
-    std::filesystem::permissions(folder.Path("zenity"), std::filesystem::perms::owner_all);
+    folder.Install("zenity", "printf '%s\\n' \"$@\" >'" + folder.Path("part") + "'\nmv '" +
+                                 folder.Path("part") + "' '" + folder.Path("shown") + "'\nsleep 5");
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_TRUE(startErrorDialog("Title", "It <failed>."));
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
