@@ -3,6 +3,7 @@
 
 #include "kestrune/common/engine/KestruneGrainWindow.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
+#include "zdsp/common/ZVectorClones.h"
 
 #include <algorithm>
 #include <cassert>
@@ -52,6 +53,7 @@ void KestruneFlankedGrain::Allocate(int longestFlank)
     mOutput.assign(kLowestFormantsStretch * length, 0.0f);
 }
 
+ORVANE_VECTOR_CLONES
 void KestruneFlankedGrain::Add(const KestruneStereoRing& input, double inputMark,
                                KestruneStereoRing& output, double outputMark, Flanks flanks,
                                float formantFactor) noexcept
@@ -98,6 +100,7 @@ void KestruneFlankedGrain::Add(const KestruneStereoRing& input, double inputMark
     }
 }
 
+ORVANE_VECTOR_CLONES
 void KestruneFlankedGrain::FillWindow(int first, int count, float fraction, Flanks flanks,
                                       float formantFactor) noexcept
 {

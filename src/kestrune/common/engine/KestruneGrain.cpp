@@ -2,6 +2,7 @@
 #include "kestrune/common/engine/KestruneGrain.h"
 
 #include "kestrune/common/engine/KestruneGrainWindow.h"
+#include "zdsp/common/ZVectorClones.h"
 
 #include <algorithm>
 #include <cassert>
@@ -20,6 +21,7 @@ void KestruneGrain::Allocate(int grainCapacity, int resampledCapacity)
     mResampled.assign(static_cast<std::size_t>(resampledCapacity), 0.0f);
 }
 
+ORVANE_VECTOR_CLONES
 void KestruneGrain::FillWindow(float* window, int length, float fraction) noexcept
 {
     const auto span = static_cast<float>(length + 1);
@@ -29,6 +31,7 @@ void KestruneGrain::FillWindow(float* window, int length, float fraction) noexce
     }
 }
 
+ORVANE_VECTOR_CLONES
 void KestruneGrain::Cut(const KestruneStereoRing& input, double mark, int length) noexcept
 {
     assert(length > 0 && length + 2 <= static_cast<int>(mGrainWindow.size()));
@@ -80,6 +83,7 @@ void KestruneGrain::Resample(int channel, int resampledLength, float formantFact
     }
 }
 
+ORVANE_VECTOR_CLONES
 void KestruneGrain::Shift(const float* grain, int length, float offset) noexcept
 {
     float* const resampled = mResampled.data();

@@ -43,7 +43,7 @@ void KestruneGrainQueue::Clear() noexcept
 
 int KestruneGrainQueue::CostOf(const KestrunePlacedGrain& grain) const noexcept
 {
-    constexpr int kCostOfBlock = 14;
+    constexpr int kCostOfBlock = 8;
     const int length =
         grain.length > 0 ? grain.length : static_cast<int>(grain.flanks.left + grain.flanks.right);
     return 1 + kCostOfBlock * length / mBlockSize;

@@ -105,7 +105,8 @@ void KestruneHarmonicComb::FindInPart(int part, std::span<const float> spectrum,
 void KestruneHarmonicComb::FindInGroup(int group, const float* spectrum, float voicing) noexcept
 {
     const float kept = 1.0f - voicing;
-    const Sums sums = WeightedSums(spectrum, group);
+    // Without a voice the sums stay as they are, whatever the spectrum holds.
+    const Sums sums = voicing > 0.0f ? WeightedSums(spectrum, group) : Sums{};
     const int first = group * kLanes;
     float* const comb = mComb.data() + first;
     for (std::size_t lane = 0; lane < kLanes; ++lane)

@@ -4,6 +4,7 @@
 #include "kestrune/common/engine/KestruneGeometry.h"
 #include "kestrune/common/engine/KestruneLevelGate.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
+#include "zdsp/common/ZVectorClones.h"
 #include "zlib/common/objects/ZException.h"
 
 #include <algorithm>
@@ -44,6 +45,7 @@ int thinningOrder(const KestruneGeometry& geometry)
 }
 
 /// Several sums side by side: the compiler may not change the order of one sum by itself.
+ORVANE_VECTOR_CLONES
 double sumOfSquares(const float* samples, int count)
 {
     constexpr int kLanes = 8;
@@ -68,6 +70,7 @@ struct TurnedBins
 };
 
 /// Adds bins times exp(-i angle).
+ORVANE_VECTOR_CLONES
 void addTurned(float* __restrict re, float* __restrict im, const TurnedBins& bins,
                std::size_t count)
 {
@@ -167,7 +170,7 @@ int KestruneSpectrum::CostOf(int part) const noexcept
 {
     assert(part >= 0 && part < PartCount());
     constexpr int kTransformCost = 14;
-    constexpr int kAddCost = 10;
+    constexpr int kAddCost = 6;
     constexpr int kDecibelsCost = 6;
     if (part == PartCount() - 1)
         return kDecibelsCost;

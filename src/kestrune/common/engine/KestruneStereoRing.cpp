@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "kestrune/common/engine/KestruneStereoRing.h"
 
+#include "zdsp/common/ZVectorClones.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cmath>
@@ -19,6 +21,7 @@ float bounded(float sample)
     return std::fabs(sample) <= kLargestSample ? sample : 0.0f;
 }
 
+ORVANE_VECTOR_CLONES
 void addTo(float* __restrict sum, const float* __restrict samples, int count)
 {
     for (int i = 0; i < count; ++i)
