@@ -90,19 +90,29 @@ void KestruneClassicAnalysis::Step() noexcept
     if (step == 0)
         return mSpectrum.LoadFrame(*mInput, mInput->Index(mEnd - mSpectrum.FrameLength()),
                                    mReference);
-    if (step < kFirstTransformStep)
-        return mSpectrum.MeasureFrame();
-    const int transformPart = step - kFirstTransformStep;
-    const int combPart = transformPart - mSpectrum.PartCount() - 1;
-    if (transformPart < mSpectrum.PartCount())
-        return mSpectrum.TransformPart(transformPart);
-    if (combPart < 0) {
-        mVoicing = mSpectrum.NormalizeBand(Band()) * mSpectrum.LevelGate();
+    if (step < kFirstTransformStep) {
+        mSpectrum.MeasureFrame();
+        mGate = mSpectrum.LevelGate();
         return;
     }
+    const int transformPart = step - kFirstTransformStep;
+    const int combPart = transformPart - mSpectrum.PartCount() - 1;
+    if (combPart < 0)
+        return AnalyseSpectrum(transformPart);
     mComb.FindInPart(combPart, mSpectrum.Values(), mVoicing);
     if (mWorkLeft == 0)
         AddRecord();
+}
+
+void KestruneClassicAnalysis::AnalyseSpectrum(int part) noexcept
+{
+    // What is too quiet for a voice needs no spectrum: without voicing the comb's sums stay.
+    mVoicing = 0.0f;
+    if (mGate == 0.0f)
+        return;
+    if (part < mSpectrum.PartCount())
+        return mSpectrum.TransformPart(part);
+    mVoicing = mSpectrum.NormalizeBand(Band()) * mGate;
 }
 
 float KestruneClassicAnalysis::SpectrumTop() const noexcept

@@ -50,6 +50,8 @@ private:
     /// Upper edge of the analysed band, in Hz.
     [[nodiscard]] float SpectrumTop() const noexcept;
     [[nodiscard]] KestruneSpectrum::Band Band() const noexcept;
+    /// Does a part of the transform or, after the last, shapes the spectrum.
+    void AnalyseSpectrum(int part) noexcept;
     void AddRecord() noexcept;
 
     float mSampleRate = 44100.0f;  // Hz
@@ -66,6 +68,7 @@ private:
     std::int16_t mReference = 0;
     int mStep = 0;  // the next
     int mWorkLeft = 0;
+    float mGate = 0.0f;     // of the frame's level, 0 .. 1
     float mVoicing = 0.0f;  // of the frame, 0 .. 1
 };
 
