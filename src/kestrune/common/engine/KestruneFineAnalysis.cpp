@@ -22,18 +22,10 @@ constexpr int kBridgedRecords = 3;
 /// The path has changed when its period differs by more, as a share.
 constexpr float kChangedPath = 0.04f;
 
-// The steps are: pieces to listen to, the candidates' energies, parts of their lags, and these,
-// counted from the last: the one that finds the candidates, the one that refines a period, the one
-// that settles a record, the parts of the vibrato, and the one that chooses the note.
-constexpr int kPieces = 8;
-constexpr int kFindStep = KestruneVibrato::kParts + 3;
-constexpr int kRefineStep = KestruneVibrato::kParts + 2;
-constexpr int kSettleStep = KestruneVibrato::kParts + 1;
-constexpr int kChooseStep = 0;
-constexpr int kLastSteps = KestruneVibrato::kParts + 4;
+constexpr int kPieces = 8;  // that a block is listened to in
 // In the units of KestruneClassicAnalysis.
 constexpr int kListenCost = 5;
-constexpr int kEnergyCost = 10;
+constexpr int kSquaresCost = 10;
 constexpr int kPartsFoundForUnit = 3;
 constexpr int kRefineCost = 11;
 constexpr int kSettleCost = 2;
@@ -72,30 +64,41 @@ void KestruneFineAnalysis::Restart(std::int64_t position) noexcept
     mRecords.Fill(mHeldPeriod);
 }
 
-int KestruneFineAnalysis::StepCount() const noexcept
+int KestruneFineAnalysis::PartsOf(Task task) const noexcept
 {
-    return kPieces + 1 + mCandidates.PartCount() + kLastSteps;
+    switch (task) {
+    case Task::kListen:
+        return kPieces;
+    case Task::kCorrelate:
+        return mCandidates.PartCount();
+    case Task::kFitVibrato:
+        return KestruneVibrato::kParts;
+    default:
+        return 1;
+    }
 }
 
-int KestruneFineAnalysis::CostOf(int step) const noexcept
+int KestruneFineAnalysis::CostOf(Task task, int part) const noexcept
 {
-    if (step < kPieces)
+    switch (task) {
+    case Task::kListen:
         return kListenCost;
-    if (step == kPieces)
-        return kEnergyCost;
-    switch (StepCount() - 1 - step) {
-    case kFindStep:
+    case Task::kSumSquares:
+        return kSquaresCost;
+    case Task::kCorrelate:
+        return mCandidates.CostOf(part);
+    case Task::kFind:
         return 2 + mCandidates.PartCount() / kPartsFoundForUnit;
-    case kRefineStep:
+    case Task::kRefine:
         return kRefineCost;
-    case kSettleStep:
+    case Task::kSettle:
         return kSettleCost;
-    case kChooseStep:
+    case Task::kFitVibrato:
+        return kVibratoCost;
+    case Task::kChooseNote:
         return kChooseCost;
-    default:
-        return step < StepCount() - kLastSteps ? mCandidates.CostOf(step - kPieces - 1)
-                                               : kVibratoCost;
     }
+    return 0;
 }
 
 void KestruneFineAnalysis::Begin(const KestruneStereoRing& input, std::int64_t end,
@@ -104,35 +107,42 @@ void KestruneFineAnalysis::Begin(const KestruneStereoRing& input, std::int64_t e
     assert(mWorkLeft == 0 && !mMono.empty());
     input.ReadMono(reference, input.Index(end - mGeometry.blockSize), mGeometry.blockSize,
                    mMono.data());
-    mStep = 0;
-    for (int step = 0; step < StepCount(); ++step)
-        mWorkLeft += CostOf(step);
+    mTask = Task::kListen;
+    mPart = 0;
+    for (int task = 0; task < kTasks; ++task)
+        for (int part = 0; part < PartsOf(Task{task}); ++part)
+            mWorkLeft += CostOf(Task{task}, part);
 }
 
 void KestruneFineAnalysis::Step() noexcept
 {
     assert(mWorkLeft > 0);
-    const int step = mStep++;
-    mWorkLeft -= CostOf(step);
-    if (step < kPieces)
-        return ListenToPiece(step);
-    if (step == kPieces)
+    mWorkLeft -= NextCost();
+    Do(mTask, mPart);
+    for (++mPart; mPart >= PartsOf(mTask) && mTask != Task::kChooseNote; mPart = 0)
+        mTask = Task{static_cast<int>(mTask) + 1};
+}
+
+void KestruneFineAnalysis::Do(Task task, int part) noexcept
+{
+    switch (task) {
+    case Task::kListen:
+        return ListenToPiece(part);
+    case Task::kSumSquares:
         return mCandidates.Begin(mListener.Coarse());
-    const int stepsAfter = StepCount() - 1 - step;
-    switch (stepsAfter) {
-    case kFindStep:
+    case Task::kCorrelate:
+        return mCandidates.Correlate(part);
+    case Task::kFind:
         mPath.Add(mCandidates.Find());
         return AddRecord();
-    case kRefineStep:
+    case Task::kRefine:
         return RefineRecord(mGeometry.depth - kBridgedRecords);
-    case kSettleStep:
+    case Task::kSettle:
         return SettleRecord();
-    case kChooseStep:
+    case Task::kFitVibrato:
+        return FitVibrato(part);
+    case Task::kChooseNote:
         return ChooseNote();
-    default:
-        if (stepsAfter < kSettleStep)
-            return FitVibrato(kSettleStep - 1 - stepsAfter);
-        mCandidates.Correlate(step - kPieces - 1);
     }
 }
 

@@ -51,7 +51,7 @@ public:
     /// Cost of the steps until the work of the block is done. [audio thread]
     [[nodiscard]] int WorkLeft() const noexcept { return mWorkLeft; }
     /// Cost of the next step; there must be work left. [audio thread]
-    [[nodiscard]] int NextCost() const noexcept { return CostOf(mStep); }
+    [[nodiscard]] int NextCost() const noexcept { return CostOf(mTask, mPart); }
     /// Does the next step; there must be work left. [audio thread]
     void Step() noexcept;
 
@@ -64,8 +64,23 @@ private:
     /// Pitches before a record in which a vibrato is looked for.
     static constexpr int kEarlierPitches = 10;
 
-    [[nodiscard]] int StepCount() const noexcept;
-    [[nodiscard]] int CostOf(int step) const noexcept;
+    /// What a block's work consists of, in this order. Some have parts, of which each is a step.
+    enum class Task
+    {
+        kListen,
+        kSumSquares,
+        kCorrelate,
+        kFind,
+        kRefine,
+        kSettle,
+        kFitVibrato,
+        kChooseNote
+    };
+    static constexpr int kTasks = 8;
+
+    [[nodiscard]] int PartsOf(Task task) const noexcept;
+    [[nodiscard]] int CostOf(Task task, int part) const noexcept;
+    void Do(Task task, int part) noexcept;
     void ListenToPiece(int piece) noexcept;
     void AddRecord() noexcept;
     void RefineRecord(int age) noexcept;
@@ -76,8 +91,9 @@ private:
     void ChooseNote() noexcept;
 
     KestruneFineGeometry mGeometry;
-    std::vector<float> mMono;  // the newest block
-    int mStep = 0;             // the next
+    std::vector<float> mMono;    // the newest block
+    Task mTask = Task::kListen;  // of the next step
+    int mPart = 0;
     int mWorkLeft = 0;
     KestruneListener mListener;
     KestrunePitchCandidates mCandidates;
