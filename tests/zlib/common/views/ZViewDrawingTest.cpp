@@ -188,6 +188,28 @@ TEST_F(ZViewDrawingTest, FrameStrokesTheOutermostPixelsAndFillsTheRest)
     EXPECT_EQ(canvas->Ink(), (ZRect{2, 3, 10, 9}));
     EXPECT_EQ(canvas->At(9, 8), kRedPixel);
     EXPECT_EQ(canvas->At(8, 7), kBluePixel);
+
+    ZView round(
+        xmlOf("<view><rect name=\"bounds\" left=\"11\" top=\"3\" width=\"8\" height=\"9\" />"
+              "<frame style=\"rounded\" radius=\"3\" /></view>"),
+        nullptr);
+    round.SetContext(canvas);
+    round.DrawView(kAll);
+    EXPECT_LT(canvas->AlphaAt(11, 3), 128u);
+    EXPECT_GT(canvas->AlphaAt(15, 3), 128u);
+    EXPECT_EQ(canvas->At(15, 7), kGreenPixel) << "the default colour";
+}
+
+TEST_F(ZViewDrawingTest, AShaderFillsTheBackgroundAndIsWrittenByItsName)
+{
+    ZView view(xmlOf("<view><rect name=\"bounds\" left=\"2\" top=\"3\" width=\"8\" height=\"6\" />"
+                     "<bgbitmap shader=\"ZNyquistBkgdShader\" /></view>"),
+               nullptr);
+    view.SetContext(canvas);
+    view.DrawView(kAll);
+    EXPECT_EQ(canvas->Ink(), (ZRect{2, 3, 10, 9}));
+    EXPECT_NE(view.ExtractXML()->Write(0).find("<bgbitmap shader=\"ZNyquistBkgdShader\""),
+              std::string::npos);
 }
 
 TEST_F(ZViewDrawingTest, BitmapStylePlacesTheBitmap)
