@@ -96,6 +96,11 @@ TEST_F(ZFileTest, ReadsBackWhatItWroteAndReportsFailures)
     file->WriteLong(-123456789);
     file->WriteShort(-1234);
     EXPECT_EQ(file->Write("abcdef", 6), 6);
+    EXPECT_EQ(file->GetPosition(), 12);
+    const ZFile copy(*file);
+    EXPECT_TRUE(copy.Equals(*file)) << "names the same file";
+    EXPECT_FALSE(copy.IsOpen());
+    EXPECT_FALSE(copy.Equals(*fileAt(mFolder.Path("other"))));
     file->Seek(0);
     file->ReadLong(number);
     file->ReadShort(half);
