@@ -18,7 +18,9 @@ namespace
 {
 
 /// A voice that swings by an octave, with a rest and a noise in between: quickly made at any rate.
-std::vector<float> swingingVoice(float rate, double seconds)
+/// A rough one is hoarse, so that it is hard to tell from noise and from a voice an octave lower,
+/// and crackles within its notes.
+std::vector<float> swingingVoice(float rate, double seconds, bool isRough)
 {
     auto sound = whiteNoise(0.2f, static_cast<int>(seconds * static_cast<double>(rate)), 12);
     double phase = 0.0;
@@ -30,7 +32,12 @@ std::vector<float> swingingVoice(float rate, double seconds)
         double sum = 0.0;
         for (int h = 1; h <= 8 && !isRest && !isNoise; ++h)
             sum += std::sin(2.0 * std::numbers::pi * std::fmod(h * phase, 1.0)) / h;
-        sound[i] = sound[i] * (isNoise ? 1.0f : 0.005f) + static_cast<float>(0.2 * sum);
+        const double hoarseness = isRough ? 0.5 + 0.5 * std::sin(23.0 * at) : 0.0;
+        const double everySecondCycle = std::fmod(0.5 * phase, 1.0) < 0.5 ? 1.0 : -1.0;
+        sum *= 1.0 + 0.5 * hoarseness * everySecondCycle;
+        const double crackle = isRough && std::fmod(at, 0.37) < 0.02 ? 4.0 : 0.0;
+        const auto noise = static_cast<float>(isNoise ? 1.0 : 0.005 + 1.5 * hoarseness + crackle);
+        sound[i] = sound[i] * noise + static_cast<float>(0.2 * sum);
     }
     return sound;
 }
@@ -46,13 +53,16 @@ TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
         float pitchShift;  // semitones
         float formantShift;
         double seconds;
+        bool isRough = false;
     } rows[] = {{44100.0f, 50.0f, 2.0f, 1.0f, 4.5},
                 {96000.0f, 0.0f, -5.0f, -7.0f, 1.5},
+                {22050.0f, 0.0f, 0.0f, 0.0f, 4.0, true},
                 {16000.0f, 20.0f, 0.0f, 3.0f, 1.5}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.rate);
-        std::vector<float> song = row.rate == 44100.0f ? renderSong(demoSong(), 44100.0)
-                                                       : swingingVoice(row.rate, row.seconds);
+        std::vector<float> song = row.rate == 44100.0f
+                                      ? renderSong(demoSong(), 44100.0)
+                                      : swingingVoice(row.rate, row.seconds, row.isRough);
         song.resize(static_cast<std::size_t>(row.seconds * static_cast<double>(row.rate)));
         const int hop = hopAt(row.rate);
         PsolaClass engine;
