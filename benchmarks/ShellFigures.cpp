@@ -13,8 +13,10 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace orvane;
@@ -98,17 +100,13 @@ private:
     float mLatency = 0.0f;
 };
 
-std::unique_ptr<Shell> open(void* library)
-{
-    if (::dlsym(library, "lv2_descriptor"))
-        return std::make_unique<Lv2Shell>(library);
-    return std::make_unique<VstShell>(library);
-}
+/// Opens an instance by one of the interfaces of a library.
+using Open = std::function<std::unique_ptr<Shell>()>;
 
-void runBlocks(void* library, int blocks)
+void runBlocks(const Open& open, int blocks)
 {
     const std::vector<float> voice = renderSong(demoSong(), kBenchRate);
-    const auto shell = open(library);
+    const auto shell = open();
     std::array<float, kBlock> left{};
     std::array<float, kBlock> right{};
     for (int i = 0; i < blocks; ++i) {
@@ -119,19 +117,19 @@ void runBlocks(void* library, int blocks)
     }
 }
 
-double openingMilliseconds(void* library)
+double openingMilliseconds(const Open& open)
 {
     double longest = 0.0;
     for (int i = 0; i < 20; ++i) {
         const auto begin = BenchClock::now();
-        const auto shell = open(library);
+        const auto shell = open();
         if (i > 0)  // the first one reads what all use
             longest = std::max(longest, milliseconds(BenchClock::now() - begin));
     }
     return longest;
 }
 
-double megabytesOfAnInstance(void* library)
+double megabytesOfAnInstance(const Open& open)
 {
     constexpr int kInstances = 16;
     const auto used = [] {
@@ -139,31 +137,36 @@ double megabytesOfAnInstance(void* library)
         return static_cast<double>(state.uordblks + state.hblkhd);
     };
     std::vector<std::unique_ptr<Shell>> shells;
-    shells.push_back(open(library));
+    shells.push_back(open());
     const double before = used();
     for (int i = 0; i < kInstances; ++i)
-        shells.push_back(open(library));
+        shells.push_back(open());
     return (used() - before) / kInstances / 1e6;
 }
 
 }  // namespace
 
-/// Prints opening time and memory of the plug-in in a library of either form; with a number, only
-/// runs that many blocks, for counting instructions: shell_figures LIBRARY [BLOCKS].
+/// Prints opening time and memory of the plug-in by an interface, VST or LV2; with a number, only
+/// runs that many blocks, for counting instructions: shell_figures LIBRARY INTERFACE [BLOCKS].
 int main(int argc, char** argv)
 {
-    void* const library = argc > 1 ? ::dlopen(argv[1], RTLD_NOW) : nullptr;
-    if (!library) {
-        std::fputs("shell_figures LIBRARY [BLOCKS]: the library does not load\n", stderr);
+    void* const library = argc > 2 ? ::dlopen(argv[1], RTLD_NOW) : nullptr;
+    const std::string_view interface = library ? argv[2] : "";
+    if (interface != "VST" && interface != "LV2") {
+        std::fputs("shell_figures LIBRARY VST|LV2 [BLOCKS]: the library does not load\n", stderr);
         return 2;
     }
-    if (argc > 2) {
-        runBlocks(library, std::atoi(argv[2]));
+    const auto open = [&]() -> std::unique_ptr<Shell> {
+        if (interface == "LV2")
+            return std::make_unique<Lv2Shell>(library);
+        return std::make_unique<VstShell>(library);
+    };
+    if (argc > 3) {
+        runBlocks(open, std::atoi(argv[3]));
     } else {
         std::printf("  %-4s opens in at most %.1f ms, takes %.2f MB an instance (good: below 20 ms "
                     "and 5 MB)\n",
-                    ::dlsym(library, "lv2_descriptor") ? "LV2" : "VST",
-                    openingMilliseconds(library), megabytesOfAnInstance(library));
+                    argv[2], openingMilliseconds(open), megabytesOfAnInstance(open));
     }
     ::dlclose(library);
     return 0;
