@@ -20,16 +20,16 @@ constexpr double kHighestHz = 9000.0;
 constexpr double kFemaleFormants = 1.17;
 constexpr double kFadeSeconds = 0.008;
 
-struct Vowel
+struct VowelFormants
 {
     char letter;
     std::array<double, HarmonicVoice::kFormants> formants;  // Hz, of a man
 };
-constexpr Vowel kMaleVowels[] = {{'a', {730.0, 1090.0, 2440.0, 3400.0, 4500.0}},
-                                 {'e', {530.0, 1840.0, 2480.0, 3400.0, 4500.0}},
-                                 {'i', {270.0, 2290.0, 3010.0, 3600.0, 4500.0}},
-                                 {'o', {570.0, 840.0, 2410.0, 3400.0, 4500.0}},
-                                 {'u', {300.0, 870.0, 2240.0, 3300.0, 4500.0}}};
+constexpr VowelFormants kMaleVowels[] = {{'a', {730.0, 1090.0, 2440.0, 3400.0, 4500.0}},
+                                         {'e', {530.0, 1840.0, 2480.0, 3400.0, 4500.0}},
+                                         {'i', {270.0, 2290.0, 3010.0, 3600.0, 4500.0}},
+                                         {'o', {570.0, 840.0, 2410.0, 3400.0, 4500.0}},
+                                         {'u', {300.0, 870.0, 2240.0, 3300.0, 4500.0}}};
 
 }  // namespace
 
@@ -86,7 +86,7 @@ std::vector<float> HarmonicVoice::Sing(double seconds,
 
 HarmonicVoice maleVoice(char vowel)
 {
-    const auto* const found = std::ranges::find(kMaleVowels, vowel, &Vowel::letter);
+    const auto* const found = std::ranges::find(kMaleVowels, vowel, &VowelFormants::letter);
     if (found == std::end(kMaleVowels))
         throw std::invalid_argument("a vowel is one of a, e, i, o, u");
     HarmonicVoice voice;
