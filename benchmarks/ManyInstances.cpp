@@ -25,34 +25,34 @@ constexpr int kThreads = 2;
 constexpr std::chrono::duration<double> kPeriod(kCall / static_cast<double>(kBenchRate));
 
 /// An instance that corrects, heard at a place of its own in the song.
-class Singer
+class Instance
 {
 public:
-    Singer(PluginEntry entry, const std::vector<float>& song, std::size_t start)
-        : effect_(entry(benchHost))
-        , song_(song)
-        , position_(start)
+    Instance(PluginEntry entry, const std::vector<float>& song, std::size_t start)
+        : mEffect(entry(benchHost))
+        , mSong(song)
+        , mPosition(start)
     {
-        startPlugin(effect_, true);
+        startPlugin(mEffect, true);
     }
-    Singer(const Singer&) = delete;
-    Singer& operator=(const Singer&) = delete;
-    ~Singer() { ask(effect_, effClose); }
+    Instance(const Instance&) = delete;
+    Instance& operator=(const Instance&) = delete;
+    ~Instance() { ask(mEffect, effClose); }
 
     void Play()
     {
-        std::copy_n(song_.begin() + static_cast<std::ptrdiff_t>(position_), kCall, samples_[0]);
-        std::copy_n(samples_[0], kCall, samples_[1]);
-        float* channels[] = {samples_[0], samples_[1]};
-        effect_->processReplacing(effect_, channels, channels, kCall);
-        position_ = (position_ + kCall) % (song_.size() - kCall);
+        std::copy_n(mSong.begin() + static_cast<std::ptrdiff_t>(mPosition), kCall, mSamples[0]);
+        std::copy_n(mSamples[0], kCall, mSamples[1]);
+        float* channels[] = {mSamples[0], mSamples[1]};
+        mEffect->processReplacing(mEffect, channels, channels, kCall);
+        mPosition = (mPosition + kCall) % (mSong.size() - kCall);
     }
 
 private:
-    AEffect* const effect_;
-    const std::vector<float>& song_;
-    std::size_t position_;
-    float samples_[2][kCall] = {};
+    AEffect* const mEffect;
+    const std::vector<float>& mSong;
+    std::size_t mPosition;
+    float mSamples[2][kCall] = {};
 };
 
 /// Asks for the scheduling that hosts give to their audio threads. Without the right to it the
@@ -98,15 +98,15 @@ std::vector<double> playInRealTime(int seconds, Work work)
 std::vector<double> playInstances(PluginEntry entry, const std::vector<float>& song, int instances,
                                   int seconds)
 {
-    std::vector<std::unique_ptr<Singer>> singers;
+    std::vector<std::unique_ptr<Instance>> playing;
     for (int i = 0; i < instances; ++i) {
         const double place = static_cast<double>(i) / (instances + 1);
-        singers.push_back(std::make_unique<Singer>(
+        playing.push_back(std::make_unique<Instance>(
             entry, song, static_cast<std::size_t>(place * static_cast<double>(song.size()))));
     }
     return playInRealTime(seconds, [&](int thread) {
-        for (auto k = static_cast<std::size_t>(thread); k < singers.size(); k += kThreads)
-            singers[k]->Play();
+        for (auto k = static_cast<std::size_t>(thread); k < playing.size(); k += kThreads)
+            playing[k]->Play();
     });
 }
 

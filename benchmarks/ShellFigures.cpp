@@ -153,7 +153,9 @@ int main(int argc, char** argv)
     void* const library = argc > 2 ? ::dlopen(argv[1], RTLD_NOW) : nullptr;
     const std::string_view interface = library ? argv[2] : "";
     if (interface != "VST" && interface != "LV2") {
-        std::fputs("shell_figures LIBRARY VST|LV2 [BLOCKS]: the library does not load\n", stderr);
+        std::fputs(
+            "shell_figures LIBRARY VST|LV2 [BLOCKS]: no library that loads, or another word\n",
+            stderr);
         return 2;
     }
     const auto open = [&]() -> std::unique_ptr<Shell> {

@@ -76,7 +76,7 @@ private:
         kFitVibrato,
         kChooseNote
     };
-    static constexpr int kTasks = 8;
+    static constexpr int kTasks = static_cast<int>(Task::kChooseNote) + 1;
 
     [[nodiscard]] int PartsOf(Task task) const noexcept;
     [[nodiscard]] int CostOf(Task task, int part) const noexcept;
