@@ -3,23 +3,14 @@
 
 #include "pluginwrappers/clap/ClapEntry.h"
 #include "pluginwrappers/interface/ClapExtensions.h"
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <string>
-#include <string_view>
+#include "support/Standard.h"
 
 namespace orvane
 {
 
 /// An instance that processes, in a host that renders offline and ignores what the log says.
-class ClapFuzzInstance
+struct ClapFuzzInstance
 {
-public:
     static constexpr std::uint32_t kFrames = 512;  // the longest block
 
     ClapFuzzInstance()
@@ -36,8 +27,7 @@ public:
         if (!plugin->activate(plugin, 44100.0, 1, kFrames) || !plugin->start_processing(plugin))
             std::abort();
     }
-    ClapFuzzInstance(const ClapFuzzInstance&) = delete;
-    ClapFuzzInstance& operator=(const ClapFuzzInstance&) = delete;
+    ClapFuzzInstance(ClapFuzzInstance&&) = delete;
 
     /// Loads a state by a stream that gives at most `most` bytes a call.
     bool Load(std::string_view text, std::size_t most = SIZE_MAX) const

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
+
 #include <cstdio>
-#include <cstdlib>
-#include <string>
 
 namespace orvane
 {

@@ -4,8 +4,6 @@
 #include "FuzzFault.h"
 #include "support/BayArchiveCheck.h"
 
-#include <cstdint>
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const orvane::ZInterfaceLock lock;

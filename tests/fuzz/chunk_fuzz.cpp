@@ -5,9 +5,6 @@
 #include "FuzzFault.h"
 #include "pluginwrappers/common/ChunkCheck.h"
 
-#include <cstdint>
-#include <string>
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size == 0)

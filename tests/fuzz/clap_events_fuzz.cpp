@@ -6,10 +6,6 @@
 #include "FuzzFault.h"
 #include "pluginwrappers/interface/ClapPlugin.h"
 
-#include <cmath>
-#include <memory>
-#include <vector>
-
 namespace
 {
 
@@ -33,9 +29,8 @@ enum What : std::uint8_t
 };
 
 /// The events of one block, each in memory of its own size, which the address sanitizer guards.
-class Events
+struct Events
 {
-public:
     void Add(const Head& head, const std::uint8_t* data, std::size_t size)
     {
         const auto length = static_cast<std::uint32_t>(sizeof(clap_event_header) + size);

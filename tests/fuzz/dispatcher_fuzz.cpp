@@ -5,14 +5,8 @@
 
 #include "pluginwrappers/common/PluginEntry.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
+#include "support/Standard.h"
 #include "zlib/common/objects/ZMessageBox.h"
-
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
 
 namespace
 {

@@ -5,8 +5,6 @@
 #include "support/ElementArchiveCheck.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
-#include <cstdint>
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const orvane::ZInterfaceLock lock;

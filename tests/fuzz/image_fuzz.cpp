@@ -5,9 +5,6 @@
 #include "zlib/common/drawing/ZGraphics.h"
 #include "zlib/common/drawing/ZImage.h"
 
-#include <cstdint>
-#include <cstdlib>
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace orvane;

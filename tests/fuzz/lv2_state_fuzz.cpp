@@ -11,23 +11,14 @@
 #include <lv2/atom/atom.h>
 #include <lv2/state/state.h>
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdint>
-#include <cstring>
-#include <memory>
-#include <string>
-
 namespace orvane
 {
 
 namespace
 {
 
-class Lv2FuzzInstance
+struct Lv2FuzzInstance
 {
-public:
     Lv2FuzzInstance()
     {
         const LV2_Feature map{LV2_URID__map, &mUrids.map};
@@ -41,8 +32,7 @@ public:
             mDescriptor.connect_port(mHandle, port, mSound[port % 2].data());
         mDescriptor.activate(mHandle);
     }
-    Lv2FuzzInstance(const Lv2FuzzInstance&) = delete;
-    Lv2FuzzInstance& operator=(const Lv2FuzzInstance&) = delete;
+    Lv2FuzzInstance(Lv2FuzzInstance&&) = delete;
 
     /// Restores the bytes, which have no 0 behind them; type 0 is that of a text.
     bool Restore(const void* bytes, std::size_t size, std::uint32_t type)

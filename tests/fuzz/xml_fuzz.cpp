@@ -7,8 +7,6 @@
 #include "zlib/common/objects/ZString.h"
 #include "zlib/common/objects/ZXMLSignature.h"
 
-#include <cstdint>
-
 namespace orvane
 {
 

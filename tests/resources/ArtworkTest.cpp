@@ -78,11 +78,10 @@ std::set<double> luminancesOf(const Area& area, int scale)
     std::set<double> luminances;
     for (int y = area.top * scale; y < area.bottom * scale; ++y) {
         for (int x = area.left * scale; x < area.right * scale; ++x) {
-            const std::uint32_t pixel =
-                pixels[static_cast<std::size_t>(y * picture->GetWidth() + x)];
-            EXPECT_EQ(pixel >> 24, 255u) << area.picture << " " << x << ", " << y;
-            const auto channel = [&](int shift) { return static_cast<int>(pixel >> shift & 255); };
-            luminances.insert(luminance({channel(16), channel(8), channel(0)}));
+            const auto pixel =
+                static_cast<int>(pixels[static_cast<std::size_t>(y * picture->GetWidth() + x)]);
+            EXPECT_EQ(pixel >> 24, -1) << area.picture << " " << x << ", " << y;
+            luminances.insert(luminance({pixel >> 16 & 255, pixel >> 8 & 255, pixel & 255}));
         }
     }
     return luminances;

@@ -23,22 +23,6 @@ std::int32_t widthIn(const char* typeface)
 
 }  // namespace
 
-TEST(MainWindowTest, AnApplicationNeedsOnlyItsResourcesToMakeDocumentAndWindow)
-{
-    const ZInterfaceLock lock;
-    ZPlugin app(kestruneResources());
-    app.SetStandalone(false);
-    app.SetResourceName("kestrune_vst.xml");
-    app.ZHandler::PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART));
-    app.ProcessQueue();
-    ASSERT_NE(app.GetCurrentDocument(), nullptr);
-    EXPECT_EQ(app.GetCurrentDocument()->GetName(), "Untitled Media File 1");
-    EXPECT_NE(app.GetMainWindow(), nullptr);
-    ZString version;
-    app.GetVersion(version);
-    EXPECT_EQ(version.ToNarrow(), "1.0.0");
-}
-
 TEST(MainWindowTest, LabelsUseTheFontThatTheLibraryCarries)
 {
     const ZInterfaceLock lock;

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 namespace
 {
@@ -61,10 +60,9 @@ std::vector<fs::path> projectIncludes(const fs::path& file)
             continue;
         const std::string header =
             line.substr(directive.size(), line.find('"', directive.size()) - directive.size());
-        for (const fs::path& base : {root / "src", root}) {
+        for (const fs::path& base : {root / "src", root})
             if (fs::exists(base / header))
                 headers.push_back(fs::relative(base / header, root));
-        }
     }
     return headers;
 }
@@ -74,10 +72,9 @@ TEST(RowIncludesTest, EveryIncludeStaysInItsRowOrGoesToARowBelow)
     const auto rows = readRows();
     ASSERT_GT(rows.size(), 10u) << "no table of rows in " << KESTRUNE_ROW_TABLE;
     std::map<std::string, std::string> rowOfFolder;
-    for (const auto& [name, row] : rows) {
+    for (const auto& [name, row] : rows)
         for (const std::string& folder : row.folders)
             rowOfFolder[folder] = name;
-    }
 
     std::size_t includes = 0;
     for (const auto& [folder, name] : rowOfFolder) {

@@ -15,10 +15,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
 namespace orvane
 {
 
@@ -77,9 +73,8 @@ inline void runBetweenEnds(ZSignalBay& network)
 }
 
 /// Builds and runs a network from any bytes, and restores a standing network from them.
-class BayArchiveCheck
+struct BayArchiveCheck
 {
-public:
     BayArchiveCheck()
     {
         registerBays(mApplication.GetClassRegistry());

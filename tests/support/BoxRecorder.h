@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/objects/ZMessageBox.h"
-
-#include <functional>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
@@ -19,25 +16,20 @@ struct ShownBox
 };
 
 /// Records message boxes instead of showing them, for the life of the object.
-class BoxRecorder
+struct BoxRecorder
 {
-public:
-    BoxRecorder()
-        : mBefore(ZMessageBox::SetPresenter(
-              [this](ZMessageBox::Kind kind, const ZString& title, const ZString& text) {
-                  boxes.push_back({kind, title.ToNarrow(), text.ToNarrow()});
-                  if (whileOpen)
-                      whileOpen();
-              }))
-    {
-    }
     ~BoxRecorder() { ZMessageBox::SetPresenter(mBefore); }
 
     std::vector<ShownBox> boxes;
     std::function<void()> whileOpen;
 
 private:
-    ZMessageBox::Presenter mBefore;
+    ZMessageBox::Presenter mBefore = ZMessageBox::SetPresenter(
+        [this](ZMessageBox::Kind kind, const ZString& title, const ZString& text) {
+            boxes.push_back({kind, title.ToNarrow(), text.ToNarrow()});
+            if (whileOpen)
+                whileOpen();
+        });
 };
 
 }  // namespace orvane

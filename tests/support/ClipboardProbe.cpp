@@ -3,12 +3,6 @@
 
 #include "support/Eventually.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <limits>
-#include <utility>
-
 namespace orvane
 {
 

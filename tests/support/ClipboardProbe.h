@@ -3,21 +3,14 @@
 
 #include "support/DisplayProbe.h"
 
-#include <cstddef>
 #include <deque>
-#include <functional>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
 
 /// Another program that uses the clipboard of the display that DISPLAY names.
-class ClipboardProbe : public DisplayProbe
+struct ClipboardProbe : DisplayProbe
 {
-public:
     /// Takes the clipboard, with texts by their target; none of them stands for a program that
     /// holds something else.
     void Copy(std::map<std::string, std::string> texts);

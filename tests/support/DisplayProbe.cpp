@@ -4,10 +4,6 @@
 #include <xcb/res.h>
 #include <xcb/xtest.h>
 
-#include <numeric>
-#include <span>
-#include <stdexcept>
-
 namespace orvane
 {
 
@@ -136,6 +132,25 @@ void DisplayProbe::TypeKey(std::uint32_t symbol)
 {
     PressKey(symbol);
     ReleaseKey(symbol);
+}
+
+void DisplayProbe::TypeWith(std::uint32_t held, std::uint32_t symbol)
+{
+    PressKey(held);
+    TypeKey(symbol);
+    ReleaseKey(held);
+}
+
+void DisplayProbe::Type(std::string_view keys)
+{
+    constexpr std::string_view kFromHome = "[<^>_{}]";  // in the order of their symbols
+    for (const char key : keys) {
+        const auto letter = static_cast<std::uint32_t>(key);
+        const auto place = kFromHome.find(key);
+        TypeKey(place < kFromHome.size() ? 0xFF50 + static_cast<std::uint32_t>(place)
+                : key < ' '              ? 0xFF00 + letter
+                                         : letter);
+    }
 }
 
 xcb_keycode_t DisplayProbe::FindKey(std::uint32_t symbol) const

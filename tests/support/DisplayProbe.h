@@ -5,15 +5,6 @@
 
 #include <xcb/xcb.h>
 
-#include <chrono>
-#include <cstdint>
-#include <cstdlib>
-#include <functional>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
-
 namespace orvane
 {
 
@@ -25,13 +16,11 @@ namespace orvane
 
 /// All else that is on the display DISPLAY names: the windows of a host, on a connection of its
 /// own, and the user, with real keys and buttons, who sees the screen.
-class DisplayProbe
+struct DisplayProbe
 {
-public:
     /// Throws std::runtime_error when there is no display.
     DisplayProbe();
-    DisplayProbe(const DisplayProbe&) = delete;
-    DisplayProbe& operator=(const DisplayProbe&) = delete;
+    DisplayProbe(DisplayProbe&&) = delete;
     ~DisplayProbe();
 
     [[nodiscard]] xcb_window_t GetRoot() const { return mScreen->root; }
@@ -62,6 +51,11 @@ public:
     void PressKey(std::uint32_t symbol) { Fake(XCB_KEY_PRESS, FindKey(symbol)); }
     void ReleaseKey(std::uint32_t symbol) { Fake(XCB_KEY_RELEASE, FindKey(symbol)); }
     void TypeKey(std::uint32_t symbol);
+    /// With another key held meanwhile.
+    void TypeWith(std::uint32_t held, std::uint32_t symbol);
+    /// Types letters, and Tab, Return, Escape and Backspace as \t, \r, \x1b and \b. The signs
+    /// [<^>_{}] are Home, the arrows, Page Up, Page Down and End.
+    void Type(std::string_view keys);
     /// Sends a window the key that bears the symbol, as programs do that pass keys on.
     void SendKey(xcb_window_t window, std::uint32_t symbol);
     /// Gives the key that bears a symbol another one.
@@ -84,8 +78,6 @@ public:
     [[nodiscard]] std::uint32_t CountClients();
     /// Waits until the server has done what was asked for.
     void Sync() { static_cast<void>(GetFocus()); }
-
-protected:
     static constexpr xcb_timestamp_t kNow = XCB_CURRENT_TIME;
 
     struct Freer

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Locked.h"
 #include "support/VirtualDisplayTest.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
 
 namespace orvane
@@ -10,23 +10,12 @@ namespace orvane
 
 /// Tests of the library on a display of their own. A test plays the user and the host: it holds the
 /// interface lock only where it takes it itself.
-class DisplayTest : public VirtualDisplayTest
+struct DisplayTest : VirtualDisplayTest
 {
-protected:
-    /// Does something under the interface lock.
-    template <typename Action>
-    static void Locked(const Action& action)
-    {
-        const ZInterfaceLock lock;
-        action();
-    }
     /// The condition is asked under the interface lock.
     [[nodiscard]] static bool Comes(const std::function<bool()>& condition)
     {
-        return waitFor([&] {
-            const ZInterfaceLock lock;
-            return condition();
-        });
+        return waitFor([&] { return locked(condition); });
     }
 
     const ZInterfaceUnlock unlocked;

@@ -9,9 +9,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <cstdint>
-#include <string>
-
 namespace orvane
 {
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <chrono>
-#include <thread>
+#include "support/Standard.h"
 
 namespace orvane
 {

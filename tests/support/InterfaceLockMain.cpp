@@ -14,9 +14,8 @@ namespace
 {
 
 /// Holds the lock from before a test's fixture is made until after it is gone.
-class InterfaceLockListener : public testing::EmptyTestEventListener
+struct InterfaceLockListener : testing::EmptyTestEventListener
 {
-public:
     void OnTestStart(const testing::TestInfo& /*test*/) override { mLock.emplace(); }
     void OnTestEnd(const testing::TestInfo& /*test*/) override { mLock.reset(); }
 

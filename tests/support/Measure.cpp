@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Measure.h"
 
-#include <algorithm>
-#include <cmath>
-#include <numbers>
-#include <vector>
+#include "support/Standard.h"
 
 namespace orvane
 {

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/objects/ZHandler.h"
 #include "zlib/common/objects/ZMessage.h"
-
-#include <atomic>
-#include <cstdint>
-#include <functional>
-#include <vector>
 
 namespace orvane
 {
@@ -15,9 +11,8 @@ namespace orvane
 using MessageIds = std::vector<std::int32_t>;
 
 /// A handler that records the ids of its messages.
-class MessageRecorder : public ZHandler
+struct MessageRecorder : ZHandler
 {
-public:
     explicit MessageRecorder(ZLooper* looper)
         : ZHandler("recorder", looper)
     {

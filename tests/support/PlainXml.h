@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/objects/ZXMLElement.h"
-
-#include <cstdint>
-#include <string>
-#include <vector>
 
 namespace orvane
 {

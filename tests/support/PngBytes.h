@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cairo/cairo.h>
+#include "support/Standard.h"
+#include "zlib/common/objects/ZResources.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <span>
-#include <stdexcept>
-#include <vector>
+#include <cairo/cairo.h>
 
 namespace orvane
 {
@@ -36,6 +32,13 @@ inline PngBytes makePng(int width, int height, bool alpha = true)
     if (cairo_surface_write_to_png_stream(surface.get(), write, &bytes) != CAIRO_STATUS_SUCCESS)
         throw std::runtime_error("no PNG made");
     return bytes;
+}
+
+/// A picture among the resources.
+inline ZResources::Entry pictureEntry(std::string_view name, const PngBytes& bytes)
+{
+    const char* const begin = reinterpret_cast<const char*>(bytes.data());
+    return {"IMAGE", name, begin, begin + bytes.size()};
 }
 
 inline void putBigEndian(std::span<std::byte> out, std::uint32_t value)

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstdlib>
+#include "support/Standard.h"
+
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <stdexcept>
-#include <string>
 
 namespace orvane
 {
 
 /// A new folder for a test. The destructor removes it with its content.
-class PrivateFolder
+struct PrivateFolder
 {
-public:
     /// Makes the folder in where.
     explicit PrivateFolder(const std::filesystem::path& where = "/tmp")
     {
@@ -23,8 +20,7 @@ public:
             throw std::runtime_error("no folder for the test in " + where.string());
         mPath = name;
     }
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
+    PrivateFolder(PrivateFolder&&) = delete;
     ~PrivateFolder() { std::filesystem::remove_all(mPath); }
 
     [[nodiscard]] std::string Path(const std::string& name = "") const
@@ -32,10 +28,7 @@ public:
         return name.empty() ? mPath.string() : (mPath / name).string();
     }
     /// The number of files and folders in it.
-    [[nodiscard]] std::ptrdiff_t Count() const
-    {
-        return std::distance(std::filesystem::directory_iterator(mPath), {});
-    }
+    auto Count() const { return std::distance(std::filesystem::directory_iterator(mPath), {}); }
 
     /// Puts a shell script there under the name of a program.
     void Install(const std::string& name, const std::string& script) const
@@ -63,9 +56,8 @@ inline std::string readTextFile(const std::string& path)
 }
 
 /// Sets an environment variable, or unsets it for null, for the life of the object.
-class EnvironmentVariable
+struct EnvironmentVariable
 {
-public:
     EnvironmentVariable(const char* name, const char* value)
         : mName(name)
     {
@@ -75,8 +67,7 @@ public:
         }
         Set(value);
     }
-    EnvironmentVariable(const EnvironmentVariable&) = delete;
-    EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+    EnvironmentVariable(EnvironmentVariable&&) = delete;
     ~EnvironmentVariable() { Set(mWasSet ? mBefore.c_str() : nullptr); }
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/objects/ZException.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
@@ -8,17 +9,13 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <cstdint>
-#include <string>
-
 namespace orvane
 {
 
 /// A bay with any number of ports that counts its runs. Every export is the sum of the audio
 /// imports plus value.
-class ProbeBay : public ZSignalBay
+struct ProbeBay : ZSignalBay
 {
-public:
     ProbeBay(std::string_view name, std::int32_t imports, std::int32_t exports,
              ZPort::Type type = ZPort::kAudio)
         : ZSignalBay(name)

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/RealtimeGuard.h"
 
+#include "support/Standard.h"
+
 #include <boost/preprocessor/seq/for_each.hpp>
 #include <dlfcn.h>
-
-#include <cstddef>
-#include <cstdlib>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KESTRUNE_SANITIZED_HEAP 1

@@ -11,9 +11,8 @@ namespace orvane
 /// A program that links the guard, and every library that it loads, calls the guard's functions
 /// instead of the C library's, and those call the C library's in turn. Calls inside the C library
 /// are not counted: a write of a buffered stream counts as a call of the stream's function.
-class RealtimeGuard
+struct RealtimeGuard
 {
-public:
     /// Under the thread sanitizer locks and waits are not counted. The sanitizer ignores the locks
     /// of some libraries by their caller, and would take the guard for the caller of all locks.
 #ifdef __SANITIZE_THREAD__
@@ -24,8 +23,7 @@ public:
 
     RealtimeGuard() noexcept;
     ~RealtimeGuard();
-    RealtimeGuard(const RealtimeGuard&) = delete;
-    RealtimeGuard& operator=(const RealtimeGuard&) = delete;
+    RealtimeGuard(RealtimeGuard&&) = delete;
 
     /// The number of calls since this guard was made.
     [[nodiscard]] unsigned violations() const noexcept;

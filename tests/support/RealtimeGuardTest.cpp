@@ -10,7 +10,6 @@
 
 #include <condition_variable>
 #include <cstdio>
-#include <mutex>
 
 namespace orvane
 {

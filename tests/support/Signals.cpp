@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Signals.h"
 
-#include <algorithm>
-#include <cmath>
-#include <numbers>
-#include <random>
-
 namespace orvane
 {
 

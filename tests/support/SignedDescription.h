@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/objects/ZResources.h"
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 
-#include <array>
 #include <cstdio>
-#include <memory>
-#include <stdexcept>
-#include <string>
-#include <string_view>
 
 namespace orvane
 {
@@ -46,9 +42,8 @@ inline std::string signDescription(const std::string& text)
 }
 
 /// The resources of a small product: a description named "test.xml", and texts.
-class TestResources
+struct TestResources
 {
-public:
     /// A signed description whose `app` has that content.
     explicit TestResources(const std::string& appContent,
                            const std::string& appAttributes = " title=\"Test\"")
@@ -69,8 +64,7 @@ public:
         , mResources(mEntries)
     {
     }
-    TestResources(const TestResources&) = delete;
-    TestResources& operator=(const TestResources&) = delete;
+    TestResources(TestResources&&) = delete;
 
     operator const ZResources&() const { return mResources; }
 

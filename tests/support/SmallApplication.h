@@ -1,22 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/objects/ZApplication.h"
 #include "zlib/common/objects/ZClassRegistry.h"
+#include "zlib/common/objects/ZResources.h"
 #include "zlib/common/objects/ZString.h"
-
-#include <cstdint>
-#include <map>
-#include <string>
 
 namespace orvane
 {
 
 /// An application that only has a registry and a string table. Messages are delivered when a test
 /// calls ProcessQueue.
-class SmallApplication : public ZApplication
+struct SmallApplication : ZApplication
 {
-public:
     SmallApplication()
         : ZApplication("SmallApplication")
     {
@@ -33,7 +30,10 @@ public:
         return true;
     }
 
+    [[nodiscard]] const ZResources& GetResources() const override { return resources; }
+
     std::map<std::int32_t, std::string> strings;
+    ZResources resources{std::span<const ZResources::Entry>()};
 
 private:
     ZClassRegistry mRegistry{this};

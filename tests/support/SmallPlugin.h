@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/documents/ZAudioDocument.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 #include "zlib/common/documents/ZPlugin.h"
@@ -14,22 +15,13 @@
 
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
-#include <atomic>
-#include <cmath>
-#include <cstring>
-#include <memory>
-#include <span>
-#include <vector>
-
 namespace orvane
 {
 
 /// Multiplies by the value that its element "gain" had at the last tick. Its block size, which is
 /// also its latency, is a hundredth of a second.
-class GainBay : public ZBlockProcessingBay
+struct GainBay : ZBlockProcessingBay
 {
-public:
     GainBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
         : ZBlockProcessingBay(xml, application)
         , mElement(boost::make_shared<ZElement>("gain", ZElement::ZFLOAT, application))
@@ -61,9 +53,8 @@ public:
     {
         const float gain = mGain;
         for (std::int32_t channel = 0; channel < GetChannelCount(); ++channel)
-            std::transform(InputBlock(channel).Data(), InputBlock(channel).Data() + GetBlockSize(),
-                           OutputBlock(channel).Data(),
-                           [gain](float sample) { return sample * gain; });
+            for (std::int32_t i = 0; i < GetBlockSize(); ++i)
+                OutputBlock(channel).Data()[i] = gain * InputBlock(channel).Data()[i];
     }
 
 private:
@@ -72,9 +63,8 @@ private:
 };
 
 /// A document that records MIDI messages.
-class SmallDocument : public ZAudioDocument
+struct SmallDocument : ZAudioDocument
 {
-public:
     using ZAudioDocument::ZAudioDocument;
 
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
@@ -89,9 +79,8 @@ public:
 
 /// A plug-in's application with a document of one bay. Its description needs no signature. Make
 /// holds the interface lock.
-class SmallPlugin : public ZPlugin
+struct SmallPlugin : ZPlugin
 {
-public:
     SmallPlugin()
         : ZPlugin(kNoResources)
     {
@@ -125,10 +114,7 @@ public:
         return boost::dynamic_pointer_cast<SmallDocument>(GetCurrentDocument());
     }
     /// The element "gain" of the current document.
-    [[nodiscard]] boost::shared_ptr<ZElement> Gain() const
-    {
-        return GetCurrentDocument()->FindElement("gain");
-    }
+    boost::shared_ptr<ZElement> Gain() const { return GetCurrentDocument()->FindElement("gain"); }
 
 private:
     static constexpr ZResources kNoResources{std::span<const ZResources::Entry>()};

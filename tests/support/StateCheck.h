@@ -9,9 +9,8 @@ namespace orvane
 /// Gives an instance states and checks it afterwards. Instance has Load(text), which returns
 /// whether the state was taken, Save(), and RunBlock(), which returns whether the sound is finite.
 template <typename Instance>
-class StateCheck
+struct StateCheck
 {
-public:
     explicit StateCheck(Instance& instance)
         : mInstance(instance)
     {

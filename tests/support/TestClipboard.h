@@ -1,22 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/objects/ZClipboard.h"
-
-#include <optional>
-#include <string>
 
 namespace orvane
 {
 
 /// A clipboard that holds what the test puts there, in the place of the display's.
-class TestClipboard : public ZClipboard
+struct TestClipboard : ZClipboard
 {
-public:
-    TestClipboard()
-        : mBefore(ZClipboard::Set(this))
-    {
-    }
     ~TestClipboard() override { ZClipboard::Set(mBefore); }
 
     bool Write(const std::string& text) override
@@ -29,7 +22,7 @@ public:
     std::optional<std::string> content;
 
 private:
-    ZClipboard* mBefore;
+    ZClipboard* mBefore = ZClipboard::Set(this);
 };
 
 }  // namespace orvane

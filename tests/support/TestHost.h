@@ -5,19 +5,7 @@
 #include "pluginwrappers/interface/ERect.h"
 #include "pluginwrappers/interface/VstEvents.h"
 #include "pluginwrappers/interface/VstOpcodes.h"
-
-#include <atomic>
-#include <cmath>
-#include <cstdint>
-#include <functional>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <set>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
+#include "support/Standard.h"
 
 namespace orvane
 {
@@ -35,17 +23,15 @@ struct HostCall
 
 /// The host's side of the interface: records the calls of its callback, on any thread. The callback
 /// carries no object, so there is one record for the process; each TestHost starts an empty one.
-class TestHost
+struct TestHost
 {
-public:
     using Reaction = std::function<void(AEffect*)>;
 
     /// As opcode of On: every call.
     static constexpr std::int32_t kEveryCall = -1;
 
     explicit TestHost(std::intptr_t versionAnswer = kVstVersion) { Reset(versionAnswer); }
-    TestHost(const TestHost&) = delete;
-    TestHost& operator=(const TestHost&) = delete;
+    TestHost(TestHost&&) = delete;
     ~TestHost() { Reset(0); }
 
     /// Runs a reaction inside each call of the opcode, after the call has been recorded.
@@ -152,6 +138,25 @@ private:
         record.reactions.clear();
     }
 };
+
+/// How long a soak goes on: KESTRUNE_SOAK_SECONDS, otherwise two seconds.
+inline std::chrono::duration<double> soakTime()
+{
+    const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
+    return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 2.0);
+}
+
+/// Returns the text with a value of an element replaced, wherever the element stands in it.
+inline std::string withValue(std::string text, const std::string& element,
+                             const std::string& attribute, const std::string& value)
+{
+    const std::string name = "<element name=\"" + element + '"';
+    for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at)) {
+        at = text.find(attribute + "=\"", at) + attribute.size() + 2;
+        text.replace(at, text.find('"', at) - at, value);
+    }
+    return text;
+}
 
 /// Sends an opcode to an effect.
 inline std::intptr_t ask(AEffect* effect, std::int32_t opcode, std::int32_t index = 0,

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
-#include <random>
-#include <string>
+#include "support/Standard.h"
 
 namespace orvane
 {

@@ -7,10 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cstdlib>
-#include <stdexcept>
-
 namespace orvane
 {
 

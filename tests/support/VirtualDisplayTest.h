@@ -9,9 +9,8 @@ namespace orvane
 {
 
 /// Tests on a display of their own, skipped where there can be none.
-class VirtualDisplayTest : public testing::Test
+struct VirtualDisplayTest : testing::Test
 {
-protected:
     void SetUp() final
     {
         if (!VirtualDisplay::IsAvailable())

@@ -7,16 +7,14 @@
 
 #include <dlfcn.h>
 
-#include <mutex>
 #include <variant>
 
 namespace orvane
 {
 
 /// The built library, loaded as hosts do.
-class ClapLibrary
+struct ClapLibrary
 {
-public:
     ClapLibrary()
     {
         if (mHandle == nullptr)
@@ -25,8 +23,7 @@ public:
         if (entry == nullptr || !entry->init(KESTRUNE_CLAP_LIBRARY))
             throw std::runtime_error("the library does not start");
     }
-    ClapLibrary(const ClapLibrary&) = delete;
-    ClapLibrary& operator=(const ClapLibrary&) = delete;
+    ClapLibrary(ClapLibrary&&) = delete;
     ~ClapLibrary()
     {
         entry->deinit();
@@ -47,12 +44,10 @@ public:
 };
 
 /// A host with all extensions; records what it is told.
-class ClapTestHost
+struct ClapTestHost
 {
-public:
     ClapTestHost() = default;
-    ClapTestHost(const ClapTestHost&) = delete;
-    ClapTestHost& operator=(const ClapTestHost&) = delete;
+    ClapTestHost(ClapTestHost&&) = delete;
 
     [[nodiscard]] std::vector<std::string> TakeLines()
     {
@@ -121,19 +116,12 @@ private:
             [](const clap_host* self, std::uint32_t, const char*, const char* key) {
                 From(self).presets.push_back(std::string("loaded ") + key);
             }};
-        const std::array<std::pair<const char*, const void*>, 8> all{
-            {{kClapLog, &log},
-             {kClapThreadCheck, &threads},
-             {kClapParams, &params},
-             {kClapState, &state},
-             {kClapLatency, &latency},
-             {kClapTail, &tail},
-             {kClapGui, &gui},
-             {kClapPresetLoad, &presetLoad}}};
-        for (const auto& [known, extension] : all)
-            if (std::strcmp(known, name) == 0)
-                return extension;
-        return nullptr;
+        static const std::map<std::string_view, const void*> all{
+            {kClapLog, &log},     {kClapThreadCheck, &threads},  {kClapParams, &params},
+            {kClapState, &state}, {kClapLatency, &latency},      {kClapTail, &tail},
+            {kClapGui, &gui},     {kClapPresetLoad, &presetLoad}};
+        const auto found = all.find(name);
+        return found != all.end() ? found->second : nullptr;
     }
 
     std::mutex mMutex;
@@ -141,9 +129,8 @@ private:
 };
 
 /// Events of a block, both ways.
-class ClapEvents
+struct ClapEvents
 {
-public:
     ClapEvents() { mNotes.reserve(kMostNotes); }
 
     void Value(clap_id parameter, double value, std::uint32_t time = 0,
@@ -207,22 +194,20 @@ private:
 };
 
 /// A stream of a state in memory, which moves a few bytes a call.
-class ClapText
+struct ClapText
 {
-public:
-    explicit ClapText(std::string content = {}, std::size_t most = 1000)
+    explicit ClapText(std::string content = {})
         : text(std::move(content))
-        , mMost(most)
     {
     }
 
     const clap_istream in{
         this, [](const clap_istream* stream, void* buffer, std::uint64_t size) -> std::int64_t {
             auto& self = *static_cast<ClapText*>(stream->ctx);
-            const std::size_t count = std::min(
-                {static_cast<std::size_t>(size), self.mMost, self.text.size() - self.mRead});
-            std::memcpy(buffer, self.text.data() + self.mRead, count);
-            self.mRead += count;
+            const std::size_t count =
+                std::min({static_cast<std::size_t>(size), self.most, self.text.size() - self.read});
+            std::memcpy(buffer, self.text.data() + self.read, count);
+            self.read += count;
             return static_cast<std::int64_t>(count);
         }};
     const clap_ostream out{
@@ -231,23 +216,20 @@ public:
             auto& self = *static_cast<ClapText*>(stream->ctx);
             if (self.isFull)
                 return -1;
-            const std::size_t count = std::min<std::size_t>(size, self.mMost);
+            const std::size_t count = std::min<std::size_t>(size, self.most);
             self.text.append(static_cast<const char*>(buffer), count);
             return static_cast<std::int64_t>(count);
         }};
 
     std::string text;
+    std::size_t most = 1000;  // bytes a call
+    std::size_t read = 0;
     bool isFull = false;
-
-private:
-    const std::size_t mMost;
-    std::size_t mRead = 0;
 };
 
 /// One instance, made and initialised.
-class ClapInstance
+struct ClapInstance
 {
-public:
     explicit ClapInstance(const ClapLibrary& library)
     {
         const auto& factory = library.Get<clap_plugin_factory>(kClapPluginFactory);
@@ -262,8 +244,7 @@ public:
         gui = &Get<clap_plugin_gui>(kClapGui);
         presets = &Get<clap_plugin_preset_load>(kClapPresetLoad);
     }
-    ClapInstance(const ClapInstance&) = delete;
-    ClapInstance& operator=(const ClapInstance&) = delete;
+    ClapInstance(ClapInstance&&) = delete;
     ~ClapInstance()
     {
         Stop();

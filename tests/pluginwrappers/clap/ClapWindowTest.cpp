@@ -11,16 +11,15 @@ namespace
 {
 
 constexpr xcb_rectangle_t kPlace{10, 10, 908, 860};
-constexpr std::uint64_t sizeOf(std::uint64_t width, std::uint64_t height)
-{
-    return width * 65536 + height;
-}
+// Width and height as the host notes them.
+constexpr std::uint64_t kAt1 = 454 << 16 | 430;
+constexpr std::uint64_t kAt1And5 = 681 << 16 | 645;
+constexpr std::uint64_t kAt2 = 908 << 16 | 860;
 
 using Notes = std::vector<std::string>;
 
-class ClapWindowTest : public VirtualDisplayTest
+struct ClapWindowTest : VirtualDisplayTest
 {
-protected:
     void Begin() override { clap = std::make_unique<ClapInstance>(library); }
     void Open(double scale)
     {
@@ -38,7 +37,7 @@ protected:
         EXPECT_TRUE(clap->gui->get_size(clap->plugin, &width, &height));
         EXPECT_TRUE(clap->gui->set_size(clap->plugin, width, height));
         EXPECT_FALSE(clap->gui->set_size(clap->plugin, width + 1, height));
-        return sizeOf(width, height);
+        return std::uint64_t{width} << 16 | height;
     }
     /// Returns whether the red head of the window comes to be seen.
     [[nodiscard]] bool IsSeen() const
@@ -52,19 +51,18 @@ protected:
     [[nodiscard]] bool IsTold(const Notes& expected) const
     {
         Notes notes;
-        const bool came = eventually([&] {
-            clap->params->flush(clap->plugin, &clap->events.in, &clap->events.out);
+        static_cast<void>(eventually([&] {
+            clap->Flush();
             std::ranges::move(clap->events.TakeNotes(), std::back_inserter(notes));
             return notes.size() >= expected.size();
-        });
+        }));
         EXPECT_EQ(notes, expected);
-        return came && notes == expected;
+        return notes == expected;
     }
 
     ClapLibrary library;
     std::unique_ptr<ClapInstance> clap;
 
-private:
     double mScale = 1.0;
 };
 
@@ -73,7 +71,7 @@ TEST_F(ClapWindowTest, EditsAreGesturesOfTheirParameterAtEveryScale)
     for (const double scale : {1.0, 2.0}) {
         SCOPED_TRACE(scale);
         Open(scale);
-        EXPECT_EQ(Size(), scale == 1.0 ? sizeOf(454, 430) : sizeOf(908, 860));
+        EXPECT_EQ(Size(), scale == 1.0 ? kAt1 : kAt2);
         ASSERT_TRUE(IsSeen());
         MoveTo(22, 163);
         probe->Click(1);
@@ -129,11 +127,11 @@ TEST_F(ClapWindowTest, ItAsksForRoomWhenTheHostChangesTheScaleAndAcceptsARefusal
     Open(1.0);
     ASSERT_TRUE(IsSeen());
     ASSERT_TRUE(clap->gui->set_scale(clap->plugin, 1.5));
-    EXPECT_EQ(clap->host.requestedSize, sizeOf(681, 645));
-    EXPECT_EQ(Size(), sizeOf(681, 645));
+    EXPECT_EQ(clap->host.requestedSize, kAt1And5);
+    EXPECT_EQ(Size(), kAt1And5);
     clap->host.grantsSize = false;
     ASSERT_TRUE(clap->gui->set_scale(clap->plugin, 2.0));
-    EXPECT_EQ(Size(), sizeOf(681, 645));
+    EXPECT_EQ(Size(), kAt1And5);
     EXPECT_FALSE(clap->gui->set_scale(clap->plugin, -1.0));
     EXPECT_FALSE(clap->gui->create(clap->plugin, kClapWindowX11, false)) << "twice";
     EXPECT_FALSE(clap->gui->can_resize(clap->plugin));

@@ -19,9 +19,8 @@ namespace
 /// The calls of the operations below, in order.
 std::vector<std::string> gEvents;
 
-class RecordingEditor : public AEffEditor
+struct RecordingEditor : AEffEditor
 {
-public:
     using AEffEditor::AEffEditor;
     ~RecordingEditor() override { gEvents.emplace_back("editor deleted"); }
 
@@ -34,9 +33,8 @@ public:
 };
 
 /// Records a rate and a size, and calls failure in its other operations.
-class FailingEffect : public AudioEffectX
+struct FailingEffect : AudioEffectX
 {
-public:
     FailingEffect()
         : AudioEffectX(/*host*/ nullptr, /*programs*/ 3, /*parameters*/ 2)
     {

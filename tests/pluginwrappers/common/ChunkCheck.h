@@ -4,19 +4,12 @@
 #include "pluginwrappers/common/ProductInstance.h"
 #include "support/StateCheck.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdint>
-#include <string>
-
 namespace orvane
 {
 
 /// Loads any bytes as a chunk and checks the state of the instance afterwards.
-class ChunkCheck
+struct ChunkCheck
 {
-public:
     /// Loads the bytes and returns what is wrong then; empty when nothing is.
     std::string FaultAfter(const std::string& bytes, bool isProgram)
     {
@@ -35,9 +28,8 @@ public:
 
 private:
     /// An instance that plays, and its current program.
-    class Playing : public ProductInstance
+    struct Playing : ProductInstance
     {
-    public:
         Playing()
         {
             Ask(effSetBlockSize, 0, kFrames);
@@ -47,12 +39,10 @@ private:
         [[nodiscard]] std::string Save() const { return Program(); }
         [[nodiscard]] bool RunBlock() const
         {
-            std::array<float, kFrames> in{0.5f};
-            std::array<float, kFrames> left{};
-            std::array<float, kFrames> right{};
-            float* inputs[] = {in.data(), in.data()};
-            float* outputs[] = {left.data(), right.data()};
-            effect->processReplacing(effect, inputs, outputs, kFrames);
+            std::array<float, kFrames> left{0.5f};
+            std::array<float, kFrames> right{0.5f};
+            float* channels[] = {left.data(), right.data()};
+            effect->processReplacing(effect, channels, channels, kFrames);
             const auto isFinite = [](float sample) { return std::isfinite(sample); };
             return std::ranges::all_of(left, isFinite) && std::ranges::all_of(right, isFinite);
         }

@@ -10,8 +10,6 @@
 #include "tools/singer/Singer.h"
 #include "zlib/common/documents/ZAudioDocument.h"
 
-#include <sstream>
-
 namespace orvane
 {
 
@@ -53,13 +51,8 @@ std::string valueOf(const ZElement& element)
 }
 
 /// Makes random changes, each of which the window allows.
-class RandomUser
+struct RandomUser
 {
-public:
-    explicit RandomUser(unsigned seed)
-        : mRandom(seed)
-    {
-    }
 
     void Work(const ProductInstance& plugin)
     {
@@ -74,7 +67,6 @@ public:
         }
     }
 
-private:
     bool Whether() { return pick(mRandom, 2) == 0; }
     void Change(ZElement& element)
     {
@@ -115,7 +107,7 @@ TEST(ChunkTest, EveryStateReturnsInANewInstance)
     for (int seed = 0; seed < randomStates(); ++seed) {
         SCOPED_TRACE(seed);
         const ProductInstance saved;
-        RandomUser(static_cast<unsigned>(seed)).Work(saved);
+        RandomUser{std::mt19937(static_cast<unsigned>(seed))}.Work(saved);
         const bool isProgram = seed % 2 != 0;
         const ProductInstance loaded;
         ASSERT_EQ(loadChunk(loaded.effect, chunkOf(saved.effect, isProgram), isProgram), 1);

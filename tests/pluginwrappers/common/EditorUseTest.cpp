@@ -112,10 +112,7 @@ TEST_F(EditorUseTest, ClosingOrHidingTheWindowEndsTheGesture)
     const ZPoint at = At("PitchCorrectionTimeSlider", {50, 8});
     const std::function<void()> ends[] = {
         [&] { product->Ask(effEditClose); },
-        [&] {
-            const ZInterfaceLock lock;
-            window->Hide();
-        },
+        [&] { locked([&] { window->Hide(); }); },
         [&] {
             window.reset();
             product.reset();
@@ -159,11 +156,10 @@ TEST_F(EditorUseTest, AFailureWhileTheWindowIsShownIsReportedAndTheWindowOpensLa
         window.reset();
         product = std::make_unique<ProductInstance>(TestHost::callback);
         const auto faulty = boost::make_shared<Faulty>("faulty", nullptr);
-        {
-            const ZInterfaceLock lock;
+        locked([&] {
             window = product->app->GetMainWindow();
             window->GetRootView()->AddSubview(faulty, false);
-        }
+        });
         faulty->failure = failure;
         EXPECT_EQ(open(), 0);
         faulty->failure = [] {};

@@ -42,9 +42,8 @@ Stereo ones(std::size_t frames)
     return {std::vector<float>(frames, 1.0f), std::vector<float>(frames, 1.0f)};
 }
 
-class HostPathTest : public testing::Test
+struct HostPathTest : testing::Test
 {
-protected:
     static constexpr std::int32_t kLatency = 441;  // at 44.1 kHz
 
     HostPathTest() { Open(); }
@@ -94,13 +93,11 @@ protected:
     /// Sets the gain as the user does.
     void SetGain(float value) const
     {
-        const ZInterfaceLock lock;
-        gain->SetZFloat(value, false);
+        locked([&] { gain->SetZFloat(value, false); });
     }
     void StartTicking()
     {
-        const ZInterfaceLock lock;
-        app->InitLooper();
+        locked([&] { app->InitLooper(); });
     }
     static bool HostIsNotified()
     {
@@ -126,20 +123,13 @@ protected:
     boost::weak_ptr<SmallDocument> document;
 };
 
-class HostCallsTest : public HostPathTest
-{
-};
+using HostCallsTest = HostPathTest;
 
-class StateNoticeTest : public testing::Test
+struct StateNoticeTest : testing::Test
 {
-protected:
-    StateNoticeTest()
-    {
-        const ZInterfaceLock lock;
-        product.app->InitLooper();
-    }
     void SetUp() override
     {
+        locked([&] { product.app->InitLooper(); });
         WaitForTicks();
         TestHost::TakeNotes();
     }
@@ -153,14 +143,6 @@ protected:
 };
 
 }  // namespace
-
-TEST_F(HostPathTest, ADescriptionWithoutAWindowHasNoEditor)
-{
-    EXPECT_EQ(effect->flags, 0x38);
-    void* rect = nullptr;
-    EXPECT_EQ(Ask(effEditGetRect, 0, &rect), 0);
-    EXPECT_EQ(rect, nullptr);
-}
 
 TEST_F(HostPathTest, ProcessAddsInDoublePrecisionWhatProcessReplacingWouldWrite)
 {
@@ -189,6 +171,7 @@ TEST_F(HostPathTest, MissingArraysAndBlockSizesDoNoHarm)
 {
     Stereo in = noise(100, 7);
     EXPECT_EQ(Replace(in)[0], std::vector<float>(100, 0.0f)) << "no block size yet";
+    EXPECT_EQ(Ask(effEditGetRect, 0, &in), 0) << "the description has no window";
     Begin(441);
     std::array<float*, 2> none{nullptr, nullptr};
     std::array<float*, 2> one{in[0].data(), nullptr};
@@ -303,9 +286,7 @@ TEST_F(HostPathTest, ChangesApplyAtATickOrWhenTheLoadingThreadBeginsAStream)
     StartTicking();  // by the wall clock, while the host plays
     SetGain(0.25f);
     EXPECT_TRUE(eventually([this] { return !gain->IsMarkedChanged(); }));
-    {
-        const ZInterfaceLock tickIsOver;
-    }
+    locked([] {});  // the tick is over
     EXPECT_EQ(HeardGain(), 0.25f);
 }
 
@@ -329,13 +310,8 @@ TEST_F(HostPathTest, CallsOfTheAudioThreadDoNotWaitForTheInterfaceLock)
 TEST_F(HostPathTest, MidiEventsReachTheDocumentAsMessages)
 {
     using Fields = std::array<int, 5>;  // id, channel, note or controller, amount, bend
-    struct Row
-    {
-        std::array<int, 3> bytes;
-        Fields fields;
-    };
     constexpr std::int32_t kNone = 0;
-    const Row rows[] = {
+    const std::pair<std::array<int, 3>, Fields> rows[] = {
         {{0x83, 60, 64}, {ZMIDINOTEOFF, 3, 60, 64, 0}},
         {{0x9f, 60, 64}, {ZMIDINOTEON, 15, 60, 64, 0}},
         {{0x90, 60, 0}, {ZMIDINOTEOFF, 0, 60, 0, 0}},
@@ -350,11 +326,10 @@ TEST_F(HostPathTest, MidiEventsReachTheDocumentAsMessages)
     auto& midi = app->Document()->midi;
     VstEvent systemExclusive{};
     systemExclusive.type = 6;
-    for (const Row& row : rows) {
+    for (const auto& [sent, expected] : rows) {
         VstMidiEvent event{};
         event.type = kVstMidiType;
-        for (std::size_t i = 0; i < 3; ++i)
-            event.midiData[i] = static_cast<char>(row.bytes[i]);
+        std::ranges::copy(sent, event.midiData);
         std::array<char, sizeof event + 1> bytes;
         char* const oddAddress = bytes.data() + 1 - reinterpret_cast<std::uintptr_t>(&bytes) % 2;
         std::memcpy(oddAddress, &event, sizeof event);
@@ -368,7 +343,7 @@ TEST_F(HostPathTest, MidiEventsReachTheDocumentAsMessages)
                         message->Find("Amount", part[2]) && message->Find("BigAmount", bend));
             fields = {message->GetId(), part[0], part[1], part[2], bend};
         }
-        EXPECT_EQ(fields, row.fields) << row.bytes[0];
+        EXPECT_EQ(fields, expected) << sent[0];
     }
     VstEvents none{1, 0, {nullptr, nullptr}};
     EXPECT_EQ(Ask(effProcessEvents, 0, &none), 1);
@@ -382,22 +357,20 @@ TEST_F(HostCallsTest, ChangesAreSentOncePerTickAndTheHostCannotSetParametersMean
         read = effect->getParameter(effect, 0);
     });
     StartTicking();
-    {
-        const ZInterfaceLock lock;
+    locked([&] {
         app->BeginEdit(gain);
         for (const float value : {0.1f, 0.2f, 0.5f})
             gain->SetZFloat(value, false);
-    }
+    });
     ASSERT_TRUE(eventually([&] { return read != -1.0f; }));
     EXPECT_FLOAT_EQ(read, 0.75f);
     EXPECT_EQ(gain->GetZFloat(), 0.5f);
-    {
-        // A pending change is sent before the end of its gesture, and not again at the tick.
-        const ZInterfaceLock lock;
+    // A pending change is sent before the end of its gesture, and not again at the tick.
+    locked([&] {
         gain->SetZFloat(-0.5f, false);
         app->EndEdit(gain);
         app->Tick();
-    }
+    });
     EXPECT_EQ(TestHost::TakeNotes(), (Notes{"begin 0", "0=750", "0=250", "end 0"}));
 }
 
@@ -432,12 +405,8 @@ TEST_F(HostCallsTest, ClosingWaitsForACallOfTheHostInProgress)
 
 TEST_F(HostCallsTest, AnEffectClosedInsideItsOwnCallIsDeletedAfterThatCall)
 {
-    struct Row
-    {
-        std::int32_t opcode;  // of the call in which the host closes the effect
-        std::function<void()> cause;
-    };
-    const Row rows[] = {
+    // The calls in which the host closes the effect, and what causes them.
+    const std::pair<std::int32_t, std::function<void()>> rows[] = {
         {audioMasterAutomate, [this] { SetGain(0.5f); }},
         {audioMasterBeginEdit,
          [this] {
@@ -449,14 +418,14 @@ TEST_F(HostCallsTest, AnEffectClosedInsideItsOwnCallIsDeletedAfterThatCall)
         {audioMasterWantMidi, [this] { Ask(effMainsChanged, 1); }},
         {audioMasterWantMidi, [this] { std::thread([this] { Ask(effMainsChanged, 1); }).join(); }},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.opcode);
+    for (const auto& [opcode, cause] : rows) {
+        SCOPED_TRACE(opcode);
         const TestHost fresh;
         std::atomic<bool> isClosed{false};
         std::atomic<bool> livedInside{false};
         std::atomic<int> callsAfter{0};
         TestHost::On(TestHost::kEveryCall, [&](AEffect*) { callsAfter += isClosed ? 1 : 0; });
-        TestHost::On(row.opcode, [&](AEffect*) {
+        TestHost::On(opcode, [&](AEffect*) {
             if (isClosed.exchange(true))
                 return;
             Ask(effClose);
@@ -464,7 +433,7 @@ TEST_F(HostCallsTest, AnEffectClosedInsideItsOwnCallIsDeletedAfterThatCall)
             livedInside = !document.expired();
         });
         StartTicking();
-        row.cause();
+        cause();
         ExpectDeletion();
         EXPECT_TRUE(livedInside);
         EXPECT_EQ(callsAfter, 0);
@@ -492,22 +461,19 @@ TEST_F(HostCallsTest, AHostMayCloseOnTheThreadThatItsCallWaitsFor)
 
 TEST_F(StateNoticeTest, TheHostIsToldOnceOfChangesThatComeTogetherAndOfARecalledMemory)
 {
-    {
-        const ZInterfaceLock lock;
+    locked([&] {
         product.Element("intonation").SetDiscrete(2, false);
         product.Element("detune").SetZFloat(10.0f, false);
         product.Tick();  // on this thread, where the host must not be called
-    }
+    });
     ASSERT_TRUE(eventually([] { return Notices() > 0; }));
     WaitForTicks();
     EXPECT_EQ(Notices(), 1);
     EXPECT_NE(TestHost::Calls().front().thread, std::this_thread::get_id());
-    {
-        const ZInterfaceLock lock;
-        const auto document = product.app->GetCurrentDocument();
-        document->HandleZMessage(boost::make_shared<ZMessage>(PLUGINSAVETOPRESETA));
-        document->HandleZMessage(boost::make_shared<ZMessage>(PLUGINRECALLPRESETA));
-    }
+    for (const std::int32_t id : {PLUGINSAVETOPRESETA, PLUGINRECALLPRESETA})
+        locked([&] {
+            product.app->GetCurrentDocument()->HandleZMessage(boost::make_shared<ZMessage>(id));
+        });
     EXPECT_TRUE(eventually([] { return Notices() == 2; }));
 }
 
@@ -516,10 +482,7 @@ TEST_F(StateNoticeTest, TheHostIsToldOfAChoiceThatIsSavedOnlyWhileItIsNotTheDefa
     for (const std::int32_t tracking : {1, 0}) {
         WaitForTicks();
         const int before = Notices();
-        {
-            const ZInterfaceLock lock;
-            product.Element("tracking").SetDiscrete(tracking, false);
-        }
+        locked([&] { product.Element("tracking").SetDiscrete(tracking, false); });
         EXPECT_TRUE(eventually([before] { return Notices() == before + 1; })) << tracking;
     }
 }
@@ -527,10 +490,7 @@ TEST_F(StateNoticeTest, TheHostIsToldOfAChoiceThatIsSavedOnlyWhileItIsNotTheDefa
 TEST_F(StateNoticeTest, ParametersAndWhatTheHostLoadsAreNoNotice)
 {
     product.effect->setParameter(product.effect, 1, 1.0f);
-    {
-        const ZInterfaceLock lock;
-        product.Element("pitchTranspose").SetDiscrete(4, false);
-    }
+    locked([&] { product.Element("pitchTranspose").SetDiscrete(4, false); });
     WaitForTicks();
     product.Ask(effSetProgram, 0, 3);
     WaitForTicks();

@@ -12,9 +12,8 @@ namespace orvane
 namespace
 {
 
-class KeyboardUseTest : public WindowUse
+struct KeyboardUseTest : WindowUse
 {
-protected:
     /// Goes to a control by Tab.
     void GoTo(const std::string& name) const
     {

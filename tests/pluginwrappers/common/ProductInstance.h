@@ -3,23 +3,15 @@
 
 #include "kestrune/common/views/ProductApplication.h"
 #include "pluginwrappers/common/ZVSTPlugin.h"
+#include "support/Locked.h"
 #include "support/TestHost.h"
-#include "zlib/common/objects/ZInterfaceLock.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
 
 /// The shipped plug-in with access to its elements. It ticks only when a test calls Tick.
-class ProductInstance
+struct ProductInstance
 {
-public:
     explicit ProductInstance(audioMasterCallback host = nullptr)
     {
         const ZInterfaceLock lock;
@@ -36,14 +28,8 @@ public:
     }
     [[nodiscard]] std::string Bank() const { return chunkOf(effect, false); }
     [[nodiscard]] std::string Program() const { return chunkOf(effect, true); }
-    std::intptr_t LoadBank(const std::string& bytes) const
-    {
-        return loadChunk(effect, bytes, false);
-    }
-    std::intptr_t LoadProgram(const std::string& bytes) const
-    {
-        return loadChunk(effect, bytes, true);
-    }
+    auto LoadBank(const std::string& bytes) const { return loadChunk(effect, bytes, false); }
+    auto LoadProgram(const std::string& bytes) const { return loadChunk(effect, bytes, true); }
 
     [[nodiscard]] ZElement& Element(const std::string& name) const
     {
@@ -51,8 +37,7 @@ public:
     }
     void Tick() const
     {
-        const ZInterfaceLock lock;
-        app->Tick();
+        locked([this] { app->Tick(); });
     }
 
     /// Starts a new stream, runs a voice through both channels and returns the left output.

@@ -14,20 +14,16 @@ namespace orvane
 
 /// The user of the shipped window, which has no display here; the test answers its menus. The
 /// plug-in ticks only when the test calls Tick.
-class WindowUse : public testing::Test
+struct WindowUse : testing::Test
 {
-protected:
     using Notes = std::vector<std::string>;
 
     WindowUse()
-        : mMenusBefore(ZMenu::SetPresenter(
-              [this](const ZMenu& menu, const ZPoint&, ZWindow*) { return Answer(menu); }))
     {
-        {
-            const ZInterfaceLock lock;
+        locked([this] {
             window = product->app->GetMainWindow();
             window->AttachViews();
-        }
+        });
         product->Tick();
     }
     ~WindowUse() override { ZMenu::SetPresenter(mMenusBefore); }
@@ -54,8 +50,7 @@ protected:
     void Mouse(ZNativeMouseEvent::Action action, const ZPoint& at,
                std::uint32_t modifiers = ZView::kMouseButton, std::int32_t notches = 0) const
     {
-        const ZInterfaceLock lock;
-        window->NativeMouse({action, at, modifiers, notches});
+        locked([&] { window->NativeMouse({action, at, modifiers, notches}); });
     }
     void Click(const std::string& view, const ZPoint& point = {5, 5}) const
     {
@@ -66,13 +61,9 @@ protected:
     }
     bool Type(std::uint8_t code, const char* text = "", bool shift = false) const
     {
-        const ZInterfaceLock lock;
-        return window->NativeKey({code, ZString(text), shift});
+        return locked([&] { return window->NativeKey({code, ZString(text), shift}); });
     }
-    [[nodiscard]] ZElement& Element(const std::string& name) const
-    {
-        return product->Element(name);
-    }
+    ZElement& Element(const std::string& name) const { return product->Element(name); }
 
     const PrivateFolder folder;
     const EnvironmentVariable settings{"XDG_CONFIG_HOME", folder.Path().c_str()};
@@ -84,7 +75,8 @@ protected:
     int menus = 0;                       // that were opened
 
 private:
-    ZMenu::Presenter mMenusBefore;
+    ZMenu::Presenter mMenusBefore = ZMenu::SetPresenter(
+        [this](const ZMenu& menu, const ZPoint&, ZWindow*) { return Answer(menu); });
 };
 
 }  // namespace orvane

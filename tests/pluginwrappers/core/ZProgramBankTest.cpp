@@ -15,9 +15,8 @@ namespace
 constexpr std::int32_t kAdultToChild = 1;
 constexpr std::int32_t kPitchTranspose = 5;  // as a parameter
 
-class ZProgramBankTest : public testing::Test
+struct ZProgramBankTest : testing::Test
 {
-protected:
     [[nodiscard]] std::string Name(std::int32_t opcode, std::int32_t index = 0) const
     {
         std::array<char, kVstMaxProgNameLen> room;
@@ -45,18 +44,6 @@ std::vector<std::string> programsOf(const std::string& bank)
         at = next;
     }
     return programs;
-}
-
-/// Returns the text with a value of an element replaced, in all programs.
-std::string withValue(std::string text, const std::string& element, const std::string& attribute,
-                      const std::string& value)
-{
-    const std::string tag = "<element name=\"" + element + "\"";
-    for (std::size_t at = text.find(tag); at != std::string::npos; at = text.find(tag, at + 1)) {
-        const std::size_t begin = text.find(attribute + "=\"", at) + attribute.size() + 2;
-        text.replace(begin, text.find('"', begin) - begin, value);
-    }
-    return text;
 }
 
 }  // namespace
@@ -153,10 +140,8 @@ TEST_F(ZProgramBankTest, ARestoredShiftIsNotOverwrittenByAnEarlierChoice)
         const ProductInstance fresh;
         const auto pitchShift = [&] { return fresh.Element("PitchShift").GetZFloat(); };
         fresh.effect->setParameter(fresh.effect, kPitchTranspose, 1.0f);
-        if (waits) {
-            const ZInterfaceLock lock;
-            fresh.Element("pitchTranspose").FlushMark(fresh.app);
-        }
+        if (waits)
+            locked([&] { fresh.Element("pitchTranspose").FlushMark(fresh.app); });
         fresh.Ask(effSetProgram, 0, kAdultToChild);
         EXPECT_EQ(fresh.LoadBank(chunk), 1);
         fresh.Tick();

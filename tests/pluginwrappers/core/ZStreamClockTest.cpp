@@ -19,9 +19,8 @@ std::int64_t countOf(const std::vector<bool>& ticks)
     return std::count(ticks.begin(), ticks.end(), true);
 }
 
-class SimulatedHost
+struct SimulatedHost
 {
-public:
     /// Plays blocks at intervals of pace and returns for each whether the stream ticked.
     std::vector<bool> Play(int blocks, ZStreamClock::Clock::duration pace, bool offline = false)
     {

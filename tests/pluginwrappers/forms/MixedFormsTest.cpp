@@ -6,9 +6,6 @@
 #include "support/DisplayProbe.h"
 #include "support/VirtualDisplay.h"
 
-#include <mutex>
-#include <numeric>
-
 namespace orvane
 {
 
@@ -21,23 +18,15 @@ constexpr int kMostWindows = 6;
 // Points on the window that open no menu: boxes, the slider, keys.
 constexpr std::array<std::array<int, 2>, 4> kControls{{{20, 98}, {20, 163}, {240, 200}, {50, 310}}};
 
-std::chrono::duration<double> soakTime()
-{
-    const char* const seconds = std::getenv("KESTRUNE_SOAK_SECONDS");
-    return std::chrono::duration<double>(seconds != nullptr ? std::atof(seconds) : 2.0);
-}
-
 /// A host with room for kInstances, whose two audio threads run blocks of all that are there.
-class House
+struct House
 {
-public:
     House()
     {
         for (std::size_t i = 0; i < mThreads.size(); ++i)
             mThreads[i] = std::jthread([this, i](const std::stop_token& stop) { Play(stop, i); });
     }
-    House(const House&) = delete;
-    House& operator=(const House&) = delete;
+    House(House&&) = delete;
     ~House()
     {
         for (std::jthread& thread : mThreads)

@@ -11,9 +11,8 @@ namespace orvane
 
 /// An instance of the built plug-in behind one of its interfaces, as a host has it, for what is the
 /// same behind all of them. A test keeps a TestHost while it has instances.
-class PluginForm
+struct PluginForm
 {
-public:
     /// The parameters that all forms have, by the index that they share.
     enum Parameter : std::uint32_t
     {
@@ -31,8 +30,7 @@ public:
     static constexpr std::size_t kBlock = 512;  // frames, the longest block
 
     PluginForm() = default;
-    PluginForm(const PluginForm&) = delete;
-    PluginForm& operator=(const PluginForm&) = delete;
+    PluginForm(PluginForm&&) = delete;
     virtual ~PluginForm() = default;
 
     /// Begins and ends a stream.
@@ -76,9 +74,8 @@ public:
     }
 };
 
-class VstPluginForm : public PluginForm
+struct VstPluginForm : PluginForm
 {
-public:
     explicit VstPluginForm(double rate = 44100.0, bool isOffline = true)
         : effect(mLibrary.Entry()(TestHost::callback))
     {
@@ -112,14 +109,8 @@ public:
         sendMidi(effect, status, first, second);
     }
     [[nodiscard]] std::string Text() override { return chunkOf(effect, true); }
-    [[nodiscard]] bool Restore(const std::string& text) override
-    {
-        return loadChunk(effect, text, true) == 1;
-    }
-    [[nodiscard]] bool Show(xcb_window_t parent) override
-    {
-        return openEditor(effect, parent) == 1;
-    }
+    bool Restore(const std::string& text) override { return loadChunk(effect, text, true) == 1; }
+    bool Show(xcb_window_t parent) override { return openEditor(effect, parent) == 1; }
     void Idle() override { ask(effect, effEditIdle); }
     void Hide() override { ask(effect, effEditClose); }
 
@@ -130,9 +121,8 @@ public:
     AEffect* const effect;
 };
 
-class Lv2PluginForm : public PluginForm
+struct Lv2PluginForm : PluginForm
 {
-public:
     explicit Lv2PluginForm(Lv2Bundle& bundle, double rate = 44100.0, bool isOffline = true)
         : lv2(bundle, rate, kBlock)
         , mBundle(bundle)
@@ -195,9 +185,8 @@ private:
     std::unique_ptr<Lv2WindowHost> mWindow;
 };
 
-class ClapPluginForm : public PluginForm
+struct ClapPluginForm : PluginForm
 {
-public:
     explicit ClapPluginForm(const ClapLibrary& library, double rate = 44100.0,
                             bool isOffline = true)
         : clap(library)
@@ -226,10 +215,7 @@ public:
                                   (info.max_value - info.min_value));
     }
     void LoadPreset(int index) override { EXPECT_TRUE(clap.LoadPreset(index + 1)); }
-    [[nodiscard]] int Latency() override
-    {
-        return static_cast<int>(clap.latency->get(clap.plugin));
-    }
+    int Latency() override { return static_cast<int>(clap.latency->get(clap.plugin)); }
     void Send(std::uint8_t status, std::uint8_t first, std::uint8_t second) override
     {
         clap.events.Midi({status, first, second});
@@ -269,9 +255,8 @@ enum class FormKind
 inline constexpr std::array kFormKinds{FormKind::kVst, FormKind::kLv2, FormKind::kClap};
 
 /// A host that has all forms.
-class FormsHost
+struct FormsHost
 {
-public:
     [[nodiscard]] std::unique_ptr<PluginForm> Make(FormKind kind, bool isOffline = true,
                                                    double rate = 44100.0)
     {
@@ -301,17 +286,6 @@ inline long firstDifference(const std::vector<float>& one, const std::vector<flo
         return 0;
     const auto [left, right] = std::mismatch(one.begin(), one.end(), other.begin());
     return left == one.end() ? -1 : left - one.begin();
-}
-
-/// Gives an element another value, everywhere, since a program holds the elements of a bay twice.
-inline std::string replaced(std::string text, const std::string& name, const std::string& value)
-{
-    const std::string begin = "name=\"" + name + '"';
-    for (std::size_t at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
-        at = text.find("int32value=\"", at) + 12;
-        text.replace(at, text.find('"', at) - at, value);
-    }
-    return text;
 }
 
 /// Adds an element with the value 1 that a state holds only where someone adds it: "AcceptMIDI",

@@ -11,20 +11,14 @@ namespace orvane
 namespace
 {
 
-class PluginFormsTest : public testing::Test, public FormsHost
+struct PluginFormsTest : testing::Test, FormsHost
 {
-protected:
-    /// A voice between two notes, for long enough that the engine's output is heard.
-    const std::vector<float> voice = harmonicTone(226.0, 44100.0, 35280);
+    const std::vector<float> voice = voiceAt(44100.0);
 };
 
-class PluginFormTest : public PluginFormsTest, public testing::WithParamInterface<FormKind>
+struct PluginFormTest : PluginFormsTest, testing::WithParamInterface<FormKind>
 {
-protected:
-    [[nodiscard]] std::unique_ptr<PluginForm> MakeOne(bool isOffline = true)
-    {
-        return Make(GetParam(), isOffline);
-    }
+    [[nodiscard]] auto MakeOne(bool isOffline = true) { return Make(GetParam(), isOffline); }
 };
 
 void setSome(PluginForm& form)
@@ -66,8 +60,9 @@ TEST_P(PluginFormTest, ValuesGivenBeforeTheFirstBlockAreInForceInIt)
         SCOPED_TRACE(isOffline);
         // One that has had the values, by a program, before a host sets them.
         const auto settled = MakeOne(isOffline);
-        const std::string program = replaced(settled->Text(), "pitchCorrectionOnOff", "1");
-        ASSERT_TRUE(settled->Restore(replaced(program, "key", "5")));
+        const std::string program =
+            withValue(settled->Text(), "pitchCorrectionOnOff", "int32value", "1");
+        ASSERT_TRUE(settled->Restore(withValue(program, "key", "int32value", "5")));
         setSome(*settled);
         const std::vector<float> expected = settled->Play(voice);
 
@@ -91,9 +86,8 @@ TEST_P(PluginFormTest, AProgramReturnsInAnotherInstanceOfAnyForm)
 {
     const auto saved = MakeOne();
     // What no parameter reaches, and a choice whose shift stays as it was saved.
-    const std::string text =
-        replaced(replaced(saved->Text(), "intonation", "1"), "pitchTranspose", "4");
-    ASSERT_TRUE(saved->Restore(text));
+    const std::string text = withValue(saved->Text(), "intonation", "int32value", "1");
+    ASSERT_TRUE(saved->Restore(withValue(text, "pitchTranspose", "int32value", "4")));
     const std::string program = saved->Text();
     for (const char* const kept :
          {"\"intonation\" class=\"ZElementClass\" type=\"ZDISCRETE\" int32value=\"1\"",
@@ -116,8 +110,8 @@ TEST_P(PluginFormTest, APlayedNoteIsHeardFromItsBlockOn)
         const auto form = Make(kind);
         // Listening, correcting, in C major, which has no A#: the voice is nearest to it once it
         // has.
-        EXPECT_TRUE(form->Restore(
-            switchedOn(replaced(form->Text(), "pitchCorrectionOnOff", "1"), "AcceptMIDI")));
+        EXPECT_TRUE(form->Restore(switchedOn(
+            withValue(form->Text(), "pitchCorrectionOnOff", "int32value", "1"), "AcceptMIDI")));
         form->Set(PluginForm::kCorrectPitch, 1.0f);
         return form->Play(voice, [&](std::size_t at) {
             if (isPlayed && at == kNoteAt)

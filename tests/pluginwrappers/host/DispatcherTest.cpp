@@ -7,9 +7,7 @@ namespace orvane
 namespace
 {
 
-class DispatcherTest : public InstanceTest
-{
-};
+using DispatcherTest = InstanceTest;
 
 // The answers other than 0 to a null pointer, index 0 and value 0.
 const std::map<std::int32_t, std::intptr_t> kAnswers{

@@ -15,7 +15,6 @@ namespace
 {
 
 using Notes = std::vector<std::string>;
-using Keys = std::vector<std::uint32_t>;
 
 constexpr std::int32_t kCorrectPitch = 0;
 constexpr std::int32_t kKey = 2;
@@ -29,9 +28,8 @@ constexpr xcb_point_t kEmpty{300, 60};
 constexpr xcb_point_t kSlider{70, 203};
 constexpr xcb_point_t kPitch{100, 122};
 
-class EditorUserTest : public VirtualDisplayTest
+struct EditorUserTest : VirtualDisplayTest
 {
-protected:
     void Begin() override
     {
         effect = host.Open();
@@ -63,10 +61,7 @@ protected:
     }
     [[nodiscard]] std::pair<int, int> WindowSize()
     {
-        const auto children = probe->GetChildren(parent);
-        if (children.empty())
-            return {};
-        const auto place = probe->GetPlace(children.front());
+        const auto place = probe->GetPlace(probe->GetChildren(parent).at(0));
         return {place.width, place.height};
     }
     void PointAt(const xcb_point_t& unit)
@@ -88,17 +83,6 @@ protected:
         }));
         return found;
     }
-    void Type(const Keys& keys)
-    {
-        for (const std::uint32_t key : keys)
-            probe->TypeKey(key);
-    }
-    void TypeWith(std::uint32_t held, std::uint32_t key)
-    {
-        probe->PressKey(held);
-        probe->TypeKey(key);
-        probe->ReleaseKey(held);
-    }
     /// Waits until a window is gone, and until what its end has begun is done.
     [[nodiscard]] bool IsGone(xcb_window_t window)
     {
@@ -110,22 +94,20 @@ protected:
         return isGone;
     }
     /// Opens the context menu at a point by a quick click and chooses by keys.
-    void Choose(const xcb_point_t& unit, const Keys& keys)
+    void Choose(const xcb_point_t& unit, const std::string& keys)
     {
         PointAt(unit);
         probe->Click(kRightButton);
         const xcb_window_t menu = Appears();
-        Type(keys);
-        Type({XKB_KEY_Return});
+        probe->Type(keys + "\r");
         ASSERT_TRUE(IsGone(menu));
     }
     /// Chooses "Enter Value..." over a control and types a value in the dialog.
-    void EnterValue(const xcb_point_t& unit, const Keys& value)
+    void EnterValue(const xcb_point_t& unit, const std::string& value)
     {
-        Choose(unit, {XKB_KEY_e});
+        Choose(unit, "e");
         const xcb_window_t dialog = Appears();
-        Type(value);
-        Type({XKB_KEY_Return});
+        probe->Type(value + "\r");
         ASSERT_TRUE(IsGone(dialog));
     }
     /// Clicks at a point of a dialog, in units.
@@ -165,11 +147,7 @@ protected:
     {
         const std::string text = chunkOf(effect, true);
         const auto at = text.find("name=\"" + element + "\"");
-        return at == std::string::npos ? "" : text.substr(at, text.find('>', at) - at);
-    }
-    [[nodiscard]] std::string SavedSettings() const
-    {
-        return readTextFile(folder.Path("Orvane/com.orvane.cantorel-mini-vst.conf"));
+        return text.substr(at, text.find('>', at) - at);
     }
 
     static constexpr std::int16_t kLeft = 20;
@@ -188,12 +166,11 @@ TEST_F(EditorUserTest, ATypedValueIsOneGestureAtEveryScale)
     for (const double each : {1.0, 1.5, 2.0}) {
         SCOPED_TRACE(each);
         OpenWindow(each);
-        EnterValue(kSlider, {XKB_KEY_0, XKB_KEY_period, XKB_KEY_1, XKB_KEY_space, XKB_KEY_s});
+        EnterValue(kSlider, "0.1 s");
         EXPECT_TRUE(HasValue(kCorrectionTime, 0.25f));
         ExpectHeard(Notes{"begin 4", "4=250", "end 4"});
         // What is out of the range, or no number, leaves the dialog open.
-        EnterValue(kSlider, {XKB_KEY_9, XKB_KEY_9, XKB_KEY_9, XKB_KEY_Return, XKB_KEY_x,
-                             XKB_KEY_Return, XKB_KEY_5, XKB_KEY_0});
+        EnterValue(kSlider, "999\rx\r50");
         ExpectHeard(Notes{"begin 4", "4=125", "end 4"});
         CloseWindow();
     }
@@ -202,19 +179,16 @@ TEST_F(EditorUserTest, ATypedValueIsOneGestureAtEveryScale)
 TEST_F(EditorUserTest, ADialogThatIsDismissedChangesNothing)
 {
     OpenWindow();
-    const std::function<void(xcb_window_t)> ways[] = {
-        [this](xcb_window_t /*dialog*/) { Type({XKB_KEY_Escape}); },
-        [this](xcb_window_t dialog) {
-            ClickIn(dialog, {217, 102});
-        },  // Cancel
-        [this](xcb_window_t dialog) {
-            probe->SendMessage(dialog, "WM_PROTOCOLS", probe->GetAtom("WM_DELETE_WINDOW"));
-        }};
-    for (const auto& dismiss : ways) {
-        Choose(kSlider, {XKB_KEY_e});
+    for (const int way : {0, 1, 2}) {
+        Choose(kSlider, "e");
         const xcb_window_t dialog = Appears();
-        Type({XKB_KEY_0});
-        dismiss(dialog);
+        probe->Type("0");
+        if (way == 0)
+            probe->Type("\x1b");
+        else if (way == 1)
+            ClickIn(dialog, {217, 102});  // Cancel
+        else
+            probe->SendMessage(dialog, "WM_PROTOCOLS", probe->GetAtom("WM_DELETE_WINDOW"));
         EXPECT_TRUE(IsGone(dialog));
     }
     EXPECT_EQ(TestHost::TakeNotes(), Notes{});
@@ -224,11 +198,11 @@ TEST_F(EditorUserTest, ADialogThatIsDismissedChangesNothing)
 TEST_F(EditorUserTest, ShiftsAreTypedInCentsAndTheHostHearsOfChoices)
 {
     OpenWindow();
-    EnterValue(kPitch, {XKB_KEY_1, XKB_KEY_5, XKB_KEY_0});
+    EnterValue(kPitch, "150");
     EXPECT_NE(Saved("PitchShift").find("150"), std::string::npos) << Saved("PitchShift");
     EXPECT_NE(Saved("FormantShift").find("75"), std::string::npos) << "natural formants follow";
     EXPECT_EQ(TestHost::TakeNotes(), Notes{}) << "no parameter says so";
-    EnterValue(kPitch, {XKB_KEY_7, XKB_KEY_0, XKB_KEY_0});
+    EnterValue(kPitch, "700");
     ExpectHeard(Notes{"begin 5", "5=208", "end 5"});
     EXPECT_TRUE(waitFor([&] { return Saved("PitchShift").find("700") != std::string::npos; }));
 }
@@ -237,17 +211,18 @@ TEST_F(EditorUserTest, AChosenScaleIsAskedForAndKept)
 {
     TestHost::Answer(audioMasterSizeWindow, 1);
     OpenWindow();
-    Choose(kEmpty, {XKB_KEY_w, XKB_KEY_Right, XKB_KEY_2});
+    Choose(kEmpty, "w>2");
     EXPECT_TRUE(waitFor([&] { return WindowSize() == std::pair(908, 860); }));
     const auto calls = TestHost::Calls();
     const auto asked = std::ranges::find(calls, audioMasterSizeWindow, &HostCall::opcode);
     ASSERT_NE(asked, calls.end());
     EXPECT_EQ(std::pair(asked->index, asked->value), std::pair(908, std::intptr_t{860}));
-    EXPECT_NE(SavedSettings().find("WindowScale=200"), std::string::npos);
+    const auto saved = readTextFile(folder.Path("Orvane/com.orvane.cantorel-mini-vst.conf"));
+    EXPECT_NE(saved.find("WindowScale=200"), std::string::npos);
     // The window takes the mouse in its new pixels.
     scale = 2.0;
     TestHost::TakeNotes();
-    EnterValue(kSlider, {XKB_KEY_1, XKB_KEY_0, XKB_KEY_0});
+    EnterValue(kSlider, "100");
     ExpectHeard(Notes{"begin 4", "4=250", "end 4"});
 }
 
@@ -256,8 +231,7 @@ TEST_F(EditorUserTest, ThePitchGraphUnfoldsWhenTheHostMakesRoomOrElseWithTheNext
     constexpr std::pair kFolded(681, 645);
     constexpr std::pair kUnfolded(681, 921);
     OpenWindow(1.5);
-    const Keys toGraph{XKB_KEY_p, XKB_KEY_p, XKB_KEY_p, XKB_KEY_p};
-    Choose(kEmpty, toGraph);
+    Choose(kEmpty, "pppp");
     EXPECT_TRUE(waitFor([] { return TestHost::CountOf(audioMasterSizeWindow) == 1; }));
     EXPECT_EQ(WindowSize(), kFolded) << "the host has refused";
     CloseWindow();
@@ -277,9 +251,9 @@ TEST_F(EditorUserTest, ThePitchGraphUnfoldsWhenTheHostMakesRoomOrElseWithTheNext
         return false;
     })) << "no tip tells the pitches";
     // On the graph's own ground: closing the fold destroys the view below the menu.
-    Choose({220, 470}, toGraph);
+    Choose({220, 470}, "pppp");
     EXPECT_TRUE(waitFor([&] { return WindowSize() == kFolded; }));
-    Choose(kEmpty, toGraph);
+    Choose(kEmpty, "pppp");
     EXPECT_TRUE(waitFor([&] { return WindowSize() == kUnfolded; }));
     EXPECT_EQ(editorSize(effect), kUnfolded);
 }
@@ -297,39 +271,38 @@ TEST_F(EditorUserTest, TheMenuKeyAndShiftF10OpenTheMenuForTheControlWithTheRing)
         for (const std::uint32_t key : probe->TakeKeys())
             EXPECT_EQ(key, std::uint32_t{XKB_KEY_Shift_L}) << "the host hears no more than that";
         const int height = probe->GetPlace(menu).height;
-        Type({XKB_KEY_Escape});
+        probe->Type("\x1b");
         EXPECT_TRUE(IsGone(menu));
         return height;
     };
-    EXPECT_EQ(heightBy([&] { Type({XKB_KEY_Menu}); }), 15 * 19 + 6) << "of the window alone";
-    Type({XKB_KEY_Tab});
-    EXPECT_EQ(heightBy([&] { TypeWith(XKB_KEY_Shift_L, XKB_KEY_F10); }), 16 * 19 + 6)
+    EXPECT_EQ(heightBy([&] { probe->TypeKey(XKB_KEY_Menu); }), 15 * 19 + 6) << "of the window";
+    probe->Type("\t");
+    EXPECT_EQ(heightBy([&] { probe->TypeWith(XKB_KEY_Shift_L, XKB_KEY_F10); }), 16 * 19 + 6)
         << "with a reset of the first control";
 }
 
 TEST_F(EditorUserTest, KeysLeadFromTheOpeningToANamedScale)
 {
     OpenWindow(2.0);
-    Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab});
+    probe->Type("\t\t\t\t\t");
     EXPECT_TRUE(RingIsAt(15, 157)) << "CORRECT PITCH";
-    Type({XKB_KEY_space});
+    probe->Type(" ");
     EXPECT_TRUE(HasValue(kCorrectPitch, 1.0f));
-    Type({XKB_KEY_Tab, XKB_KEY_End});
+    probe->Type("\t]");
     EXPECT_TRUE(HasValue(kCorrectionTime, 1.0f));
     EXPECT_EQ(TestHost::OpenGestures(), 0);
-    Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Return});
+    probe->Type("\t\t\r");
     const xcb_window_t menu = Appears();
-    Type({XKB_KEY_Home, XKB_KEY_Return});
+    probe->Type("[\r");
     EXPECT_TRUE(IsGone(menu));
     EXPECT_TRUE(HasValue(kKey, 0.0f)) << "the first key";
-    Type({XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Tab, XKB_KEY_Right,
-          XKB_KEY_space});
-    TypeWith(XKB_KEY_Shift_L, XKB_KEY_Tab);
+    probe->Type("\t\t\t\t\t> ");
+    probe->TypeWith(XKB_KEY_Shift_L, XKB_KEY_Tab);
     EXPECT_TRUE(RingIsAt(16, 345)) << "ADD SCALE";
-    Type({XKB_KEY_space});
+    probe->Type(" ");
     const xcb_window_t dialog = Appears();
-    TypeWith(XKB_KEY_Control_L, XKB_KEY_a);
-    Type({XKB_KEY_k, XKB_KEY_e, XKB_KEY_y, XKB_KEY_s});
+    probe->TypeWith(XKB_KEY_Control_L, XKB_KEY_a);
+    probe->Type("keys");
     ClickIn(dialog, {229, 122});  // OK
     EXPECT_TRUE(IsGone(dialog));
     EXPECT_TRUE(

@@ -32,9 +32,8 @@ void process(AEffect* effect)
     effect->processReplacing(effect, channels.data(), channels.data(), 256);
 }
 
-class EditorWindowTest : public VirtualDisplayTest
+struct EditorWindowTest : VirtualDisplayTest
 {
-protected:
     void Begin() override
     {
         parent = MakeParent();
@@ -72,7 +71,7 @@ protected:
         EXPECT_TRUE(Shows(effect));
     }
     /// Returns whether the plug-in comes to have no connection to the display.
-    [[nodiscard]] bool IsFree()
+    bool IsFree()
     {
         return waitFor([&] { return probe->CountClients() == 0; });
     }

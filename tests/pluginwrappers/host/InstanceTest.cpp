@@ -55,13 +55,13 @@ std::vector<float> run(AEffect* effect, std::vector<float> signal)
 
 TEST(LifecycleTest, AHostWithoutAVersionGetsNoInstance)
 {
-    const LibraryHost host(/*versionAnswer*/ 0);
+    const LibraryHost host{TestHost(/*versionAnswer*/ 0)};
     const std::size_t before = threadCount();
     EXPECT_EQ(host.Open(), nullptr);
     EXPECT_EQ(TestHost::Calls().size(), 1u);
-    EXPECT_EQ(host.Library().Entry()(nullptr), nullptr);
+    EXPECT_EQ(host.library.Entry()(nullptr), nullptr);
     EXPECT_TRUE(threadsFallTo(before));
-    EXPECT_EQ(host.Library().Entry("main"), host.Library().Entry("VSTPluginMain"));
+    EXPECT_EQ(host.library.Entry("main"), host.library.Entry("VSTPluginMain"));
 }
 
 TEST(LifecycleTest, ANewRecordIsCompleteAndUsableAtOnce)
@@ -69,9 +69,8 @@ TEST(LifecycleTest, ANewRecordIsCompleteAndUsableAtOnce)
     const LibraryHost host;
     AEffect* const effect = host.Open();
     ASSERT_NE(effect, nullptr);
-    const auto calls = TestHost::Calls();
-    ASSERT_EQ(calls.size(), 1u) << "hosts crash on other opcodes here";
-    EXPECT_EQ(calls[0].opcode, audioMasterVersion);
+    ASSERT_EQ(TestHost::Calls().size(), 1u) << "hosts crash on other opcodes here";
+    EXPECT_EQ(TestHost::Calls()[0].opcode, audioMasterVersion);
     EXPECT_EQ(effect->magic, 0x56737450);
     EXPECT_EQ(effect->flags, 0x39);
     EXPECT_EQ(effect->uniqueID, 0x6f636d6e);  // ocmn

@@ -12,9 +12,8 @@ namespace orvane
 namespace
 {
 
-class ParameterTest : public InstanceTest
+struct ParameterTest : InstanceTest
 {
-protected:
     [[nodiscard]] std::string Text(std::int32_t opcode, std::int32_t index) const
     {
         std::array<char, 24> text;
@@ -35,58 +34,49 @@ std::vector<float> parametersOf(AEffect* effect)
     return values;
 }
 
-class HostHabitsTest : public InstanceTest
-{
-};
+using HostHabitsTest = InstanceTest;
 
 }  // namespace
 
 TEST_F(ParameterTest, ParametersAreTheExposedElementsInTreeOrderAtTheirDefaults)
 {
-    struct Row
-    {
-        const char* name;
-        const char* display;
-        float value;
-    };
-    const Row rows[] = {{"Correct Pitch", "Bypass", 0.0f},
-                        {"Transpose", "Bypass", 0.0f},
-                        {"Key", "C", 3.0f / 11.0f},
-                        {"Pitch Range", "Normal (D2 - E6)", 0.0f},
-                        {"Pitch Correcton Time", "50 ms", 0.125f},
-                        {"Pitch Transposition", "None", 0.5f},
-                        {"Formant Transposition", "Natural", 0.5f}};
+    const std::tuple<const char*, const char*, float> rows[] = {
+        {"Correct Pitch", "Bypass", 0.0f},
+        {"Transpose", "Bypass", 0.0f},
+        {"Key", "C", 3.0f / 11.0f},
+        {"Pitch Range", "Normal (D2 - E6)", 0.0f},
+        {"Pitch Correcton Time", "50 ms", 0.125f},
+        {"Pitch Transposition", "None", 0.5f},
+        {"Formant Transposition", "Natural", 0.5f}};
     ASSERT_EQ(effect->numParams, static_cast<std::int32_t>(std::size(rows)));
     for (std::int32_t i = 0; i < effect->numParams; ++i) {
-        const Row& row = rows[i];
-        EXPECT_EQ(Text(effGetParamName, i), row.name);
-        EXPECT_EQ(Text(effGetParamDisplay, i), row.display);
-        EXPECT_FLOAT_EQ(effect->getParameter(effect, i), row.value);
+        const auto& [name, display, value] = rows[i];
+        EXPECT_EQ(Text(effGetParamName, i), name);
+        EXPECT_EQ(Text(effGetParamDisplay, i), display);
+        EXPECT_FLOAT_EQ(effect->getParameter(effect, i), value);
     }
     EXPECT_EQ(Text(effGetParamName, effect->numParams), "");
 }
 
 TEST_F(ParameterTest, AValueOfTheHostReadsBackAtOnceAsTheElementHoldsIt)
 {
-    struct Row
-    {
-        std::int32_t index;
-        float set;
-        float get;
-        const char* display;
-    };
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    for (const Row& row : {Row{0, 1.0f, 1.0f, "On"}, Row{0, 0.99f, 0.0f, "Bypass"},
-                           Row{2, 1.0f, 1.0f, "G#"}, Row{2, 0.5f, 5.0f / 11.0f, "D"},
-                           Row{3, 7.0f, 1.0f, "Upper Register (E4 - D#"},  // cut to 24 bytes
-                           Row{4, 0.5f, 0.5f, "200 ms"}, Row{4, 0.00125f, 0.00125f, "0.5 ms"},
-                           Row{4, kInfinity, 1.0f, "400 ms"}, Row{4, std::nanf(""), 1.0f, "400 ms"},
-                           Row{4, -kInfinity, 0.0f, "0 ms"}})
-    {
-        SCOPED_TRACE(row.display);
-        effect->setParameter(effect, row.index, row.set);
-        EXPECT_FLOAT_EQ(effect->getParameter(effect, row.index), row.get);
-        EXPECT_EQ(Text(effGetParamDisplay, row.index), row.display);
+    const std::tuple<std::int32_t, float, float, const char*> rows[] = {
+        {0, 1.0f, 1.0f, "On"},
+        {0, 0.99f, 0.0f, "Bypass"},
+        {2, 1.0f, 1.0f, "G#"},
+        {2, 0.5f, 5.0f / 11.0f, "D"},
+        {3, 7.0f, 1.0f, "Upper Register (E4 - D#"},  // cut to 24 bytes
+        {4, 0.5f, 0.5f, "200 ms"},
+        {4, 0.00125f, 0.00125f, "0.5 ms"},
+        {4, kInfinity, 1.0f, "400 ms"},
+        {4, std::nanf(""), 1.0f, "400 ms"},
+        {4, -kInfinity, 0.0f, "0 ms"}};
+    for (const auto& [index, set, get, display] : rows) {
+        SCOPED_TRACE(display);
+        effect->setParameter(effect, index, set);
+        EXPECT_FLOAT_EQ(effect->getParameter(effect, index), get);
+        EXPECT_EQ(Text(effGetParamDisplay, index), display);
     }
 }
 

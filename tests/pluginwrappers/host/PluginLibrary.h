@@ -15,16 +15,14 @@ namespace orvane
 using PluginEntryProc = AEffect* (*)(audioMasterCallback host);
 
 /// The plug-in's library, loaded as hosts do.
-class PluginLibrary
+struct PluginLibrary
 {
-public:
     PluginLibrary()
     {
         if (mHandle == nullptr)
             throw std::runtime_error(::dlerror());
     }
-    PluginLibrary(const PluginLibrary&) = delete;
-    PluginLibrary& operator=(const PluginLibrary&) = delete;
+    PluginLibrary(PluginLibrary&&) = delete;
     ~PluginLibrary() { ::dlclose(mHandle); }
 
     [[nodiscard]] PluginEntryProc Entry(const char* name = "VSTPluginMain") const
@@ -45,21 +43,14 @@ private:
 };
 
 /// A host that has loaded the library.
-class LibraryHost
+struct LibraryHost
 {
-public:
-    explicit LibraryHost(std::intptr_t versionAnswer = kVstVersion)
-        : mHost(versionAnswer)
-    {
-    }
 
     /// Opens an instance; null when the plug-in refuses to load.
-    [[nodiscard]] AEffect* Open() const { return mLibrary.Entry()(TestHost::callback); }
-    [[nodiscard]] const PluginLibrary& Library() const { return mLibrary; }
+    [[nodiscard]] AEffect* Open() const { return library.Entry()(TestHost::callback); }
 
-private:
-    TestHost mHost;
-    PluginLibrary mLibrary;
+    const TestHost host;
+    const PluginLibrary library{};
 };
 
 /// Ends an instance.
@@ -69,9 +60,8 @@ inline void closeEffect(AEffect* effect)
 }
 
 /// Tests of one instance.
-class InstanceTest : public testing::Test
+struct InstanceTest : testing::Test
 {
-protected:
     ~InstanceTest() override { closeEffect(effect); }
 
     const LibraryHost host;

@@ -20,9 +20,8 @@ namespace orvane
 {
 
 /// The built bundle as hosts read it, and nothing else.
-class Lv2Bundle
+struct Lv2Bundle
 {
-public:
     Lv2Bundle()
         : world(lilv_world_new())
     {
@@ -36,8 +35,7 @@ public:
         if (plugin == nullptr)
             throw std::runtime_error("the bundle holds no plug-in");
     }
-    Lv2Bundle(const Lv2Bundle&) = delete;
-    Lv2Bundle& operator=(const Lv2Bundle&) = delete;
+    Lv2Bundle(Lv2Bundle&&) = delete;
     ~Lv2Bundle() { lilv_world_free(world); }
 
     /// Returns the index of a port; the number of ports for an unknown symbol.
@@ -65,9 +63,8 @@ public:
 };
 
 /// One instance with all its ports connected, at first to the defaults of the bundle.
-class Lv2Instance
+struct Lv2Instance
 {
-public:
     explicit Lv2Instance(Lv2Bundle& bundle, double rate = 44100.0, std::int32_t maxBlock = 512)
         : mBundle(bundle)
         , mMaxBlock(maxBlock)
@@ -91,18 +88,14 @@ public:
         Connect("notify", notify.data());
         ClearEvents();
     }
-    Lv2Instance(const Lv2Instance&) = delete;
-    Lv2Instance& operator=(const Lv2Instance&) = delete;
+    Lv2Instance(Lv2Instance&&) = delete;
     ~Lv2Instance() { lilv_instance_free(instance); }
 
     void Connect(const std::string& symbol, void* data) const
     {
         lilv_instance_connect_port(instance, mBundle.PortOf(symbol), data);
     }
-    [[nodiscard]] float& Value(const std::string& symbol)
-    {
-        return values.at(mBundle.PortOf(symbol));
-    }
+    float& Value(const std::string& symbol) { return values.at(mBundle.PortOf(symbol)); }
     void Activate() const { lilv_instance_activate(instance); }
     void Deactivate() const { lilv_instance_deactivate(instance); }
 
@@ -225,9 +218,8 @@ public:
 
 /// A host's window with the plug-in's in it; records what the plug-in tells its host, "begin 8",
 /// "8=1000" (in thousandths), "end 8", and sets ports as it is told.
-class Lv2WindowHost
+struct Lv2WindowHost
 {
-public:
     Lv2WindowHost(Lv2Bundle& bundle, Lv2Instance& instance, xcb_window_t parent,
                   const std::string& without = {}, float scaleFactor = 0.0f)
         : mInstance(instance)
@@ -259,8 +251,7 @@ public:
         mSetOptions = static_cast<const LV2_Options_Interface*>(
             Descriptor(bundle).extension_data(LV2_OPTIONS__interface));
     }
-    Lv2WindowHost(const Lv2WindowHost&) = delete;
-    Lv2WindowHost& operator=(const Lv2WindowHost&) = delete;
+    Lv2WindowHost(Lv2WindowHost&&) = delete;
     ~Lv2WindowHost() { Close(); }
 
     void Close()

@@ -3,17 +3,14 @@
 
 #include "pluginwrappers/forms/PluginForm.h"
 
-#include <sstream>
-
 namespace orvane
 {
 
 namespace
 {
 
-class Lv2SoundTest : public testing::Test
+struct Lv2SoundTest : testing::Test
 {
-protected:
     const TestHost host;
     Lv2Bundle bundle;
 };
@@ -91,7 +88,7 @@ TEST_F(Lv2SoundTest, AHostWithoutTheMapOfNamesGetsNoInstanceAndALine)
     testing::internal::CaptureStderr();
     EXPECT_EQ(lilv_plugin_instantiate(bundle.plugin, 44100.0, none), nullptr);
     const std::string said = testing::internal::GetCapturedStderr();
-    EXPECT_NE(said.find(LV2_URID__map), std::string::npos) << said;
+    EXPECT_NE(said.find(LV2_URID__map), std::string::npos);
     EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
 }
 
@@ -106,10 +103,6 @@ TEST_F(Lv2SoundTest, ThePortsAreThoseOfTheBundleAndKeepTheirPlaces)
     EXPECT_EQ(lilv_plugin_get_num_ports(bundle.plugin), count);
     EXPECT_TRUE(lilv_plugin_has_latency(bundle.plugin));
     EXPECT_EQ(lilv_plugin_get_latency_port_index(bundle.plugin), 6u);
-    const LilvPort* const time = lilv_plugin_get_port_by_index(bundle.plugin, 12);
-    LilvNode* const name = lilv_port_get_name(bundle.plugin, time);
-    EXPECT_STREQ(lilv_node_as_string(name), "Pitch Correction Time");
-    lilv_node_free(name);
 }
 
 }  // namespace

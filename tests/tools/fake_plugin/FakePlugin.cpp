@@ -8,13 +8,8 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <deque>
-#include <string_view>
-#include <utility>
 
 namespace orvane
 {
@@ -39,7 +34,8 @@ struct Fake
     std::string mode;
     AEffect effect{};
     std::array<float, kNames.size()> values{0.0f, 3.0f / 11.0f, 0.125f, 0.5f};
-    std::array<std::deque<float>, 2> delayed{};
+    std::array<std::deque<float>, 2> delayed{std::deque<float>(kFakeLatency),
+                                             std::deque<float>(kFakeLatency)};
     int blocks = 0;  // started
 };
 
@@ -62,8 +58,8 @@ void note(fmt::format_string<Parts...> text, Parts&&... parts)
 
 std::intptr_t takeMessages(const VstEvents& events)
 {
+    const VstEvent* const* const places = events.events;
     for (std::int32_t i = 0; i < events.numEvents; ++i) {
-        const VstEvent* const* places = events.events;
         const auto& message = *reinterpret_cast<const VstMidiEvent*>(places[i]);
         note("{}: {:02x} {} {} after {}", message.type,
              static_cast<unsigned char>(message.midiData[0]), int{message.midiData[1]},
@@ -74,9 +70,8 @@ std::intptr_t takeMessages(const VstEvents& events)
 
 std::intptr_t giveChunk(void** place)
 {
-    static std::string chunk = kFakeChunk;
-    *place = chunk.data();
-    return static_cast<std::intptr_t>(chunk.size());
+    *place = const_cast<char*>(kFakeChunk);
+    return static_cast<std::intptr_t>(std::strlen(kFakeChunk));
 }
 
 std::intptr_t dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index,
@@ -126,14 +121,6 @@ void noteHost(Fake& fake)
          askHost(fake, audioMasterGetCurrentProcessLevel), product.data());
 }
 
-void changeLatency(Fake& fake)
-{
-    fake.effect.initialDelay = kFakeLaterLatency;
-    for (auto& channel : fake.delayed)
-        channel.insert(channel.begin(), kFakeLaterLatency - kFakeLatency, 0.0f);
-    askHost(fake, audioMasterIOChanged);
-}
-
 void beginBlock(Fake& fake, std::int32_t frames)
 {
     if (fake.mode == "crash")
@@ -143,8 +130,12 @@ void beginBlock(Fake& fake, std::int32_t frames)
     const auto* const time =
         reinterpret_cast<const VstTimeInfo*>(askHost(fake, audioMasterGetTime));
     note("{} frames at {:g}, quarter {:.3f}", frames, time->samplePos, time->ppqPos);
-    if ((fake.mode == "early" && fake.blocks == 1) || (fake.mode == "late" && fake.blocks == 10))
-        changeLatency(fake);
+    if ((fake.mode == "early" && fake.blocks == 1) || (fake.mode == "late" && fake.blocks == 10)) {
+        fake.effect.initialDelay = kFakeLaterLatency;
+        for (auto& channel : fake.delayed)
+            channel.insert(channel.begin(), kFakeLaterLatency - kFakeLatency, 0.0f);
+        askHost(fake, audioMasterIOChanged);
+    }
 }
 
 void replace(AEffect* effect, float** inputs, float** outputs, std::int32_t frames)
@@ -179,8 +170,6 @@ AEffect* openFake(audioMasterCallback host)
     fakeLog() = {};
     const char* const mode = std::getenv(kFakeMode);
     auto* const fake = new Fake{host, mode ? mode : ""};
-    for (auto& channel : fake->delayed)
-        channel.assign(kFakeLatency, 0.0f);
     AEffect& effect = fake->effect;
     effect.magic = kEffectMagic;
     effect.dispatcher = dispatch;

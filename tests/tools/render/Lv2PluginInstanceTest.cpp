@@ -13,9 +13,8 @@ namespace orvane
 namespace
 {
 
-class Lv2PluginInstanceTest : public testing::Test
+struct Lv2PluginInstanceTest : testing::Test
 {
-protected:
     Lv2PluginInstanceTest()
     {
         request.input = mFolder.Path("in.wav");
@@ -67,10 +66,9 @@ TEST_F(Lv2PluginInstanceTest, PresetsTuningSettingsAutomationAndMidiActAsInTheVs
     static_cast<void>(Render(KESTRUNE_LV2_BUNDLE));
     EXPECT_EQ(result.settings.Text(Setting::kTracking), "Fine");
 
-    RenderRequest plain;
-    plain.input = request.input;
-    plain.output = request.output;
-    request = plain;
+    const RenderRequest before = std::exchange(request, {});
+    request.input = before.input;
+    request.output = before.output;
     request.state.preset = saved;
     request.settings.Assign("pitchCorrectionOnOff=On");
     ExpectSameSamples();

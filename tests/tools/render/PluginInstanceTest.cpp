@@ -26,10 +26,10 @@ const FakePluginLog& fakePluginLog()
     return *log();
 }
 
-RenderSettings settingsWith(std::initializer_list<const char*> assignments)
+RenderSettings settingsWith(const std::vector<std::string>& assignments)
 {
     RenderSettings settings;
-    for (const char* assignment : assignments)
+    for (const std::string& assignment : assignments)
         settings.Assign(assignment);
     return settings;
 }
@@ -147,7 +147,7 @@ TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
     PluginInstance& plugin = *opened;
     const PluginSettings settings(plugin);
     for (int key = 0; key < 12; ++key) {
-        settings.Apply(settingsWith({("key=" + std::to_string(key)).c_str()}));
+        settings.Apply(settingsWith({"key=" + std::to_string(key)}));
         EXPECT_EQ(settings.Current().Index(Setting::kKey), key);
     }
     settings.Apply(

@@ -52,17 +52,13 @@ double voicedShare(const std::vector<float>& sound, float hz, float wobbleCents 
     PitchTrack track(kRate, static_cast<int>(sound.size()), 2);
     track.Feed({sound, sound}, static_cast<int>(sound.size()));
     std::vector<PitchReading> readings;
-    for (std::int64_t frame = 2000; frame < std::ssize(sound) - 2000; frame += 512) {
-        const float sign = readings.size() % 2 == 0 ? 0.5f : -0.5f;
-        const float pitch = hz * std::exp2(sign * wobbleCents / 1200.0f);
-        readings.push_back({frame, pitch});
-    }
+    for (std::int64_t frame = 2000; frame < std::ssize(sound) - 2000; frame += 512)
+        readings.push_back(
+            {frame, hz * std::exp2((frame % 1024 < 512 ? 0.5f : -0.5f) * wobbleCents / 1200.0f)});
     track.AddInput(readings);
     track.Finish(std::ssize(sound));
-    const auto& points = track.Points();
-    const auto voiced =
-        std::count_if(points.begin(), points.end(), [](const PitchPoint& p) { return p.isVoiced; });
-    return static_cast<double>(voiced) / static_cast<double>(points.size());
+    const auto voiced = std::ranges::count_if(track.Points(), &PitchPoint::isVoiced);
+    return static_cast<double>(voiced) / static_cast<double>(track.Points().size());
 }
 
 using Bytes = std::vector<std::uint8_t>;
@@ -112,9 +108,9 @@ const Bytes kTune = part("MTrk", Bytes{0, 0x90, 60, 100,        // on
 TEST(PitchReaderTest, ReadingsAreForTheFramesWhereThePitchWasSungForAllBlockSizes)
 {
     std::vector<float> voice = testVoice(1, 1.0).samples;
-    TestSound upper = testVoice(2, 1.0);
-    for (std::size_t i = 0; i < upper.Frames(); ++i)
-        voice.push_back(upper.samples[2 * i + 1]);
+    const TestSound upper = testVoice(2, 1.0);
+    for (std::size_t i = 1; i < upper.samples.size(); i += 2)
+        voice.push_back(upper.samples[i]);
     const auto step = static_cast<std::int64_t>(voice.size() / 2);
     const std::vector<PitchReading> whole = readingsOf(voice, kRate);
     const std::vector<PitchReading> pieces = readingsOf(voice, 77);
@@ -147,7 +143,7 @@ TEST(PitchTrackTest, OutputReadingsJoinTheInputReadingsInOrder)
     EXPECT_EQ(pitches, (std::vector<float>{200, 210, 300, 310, 400, 0}));
 }
 
-TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
+TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScaleAndNotesAreInOrOutOfIt)
 {
     const ScaleGrid cMajor = gridWith({});
     EXPECT_NEAR(cMajor.CentsOff(hzAt(0.3)), 30.0, 1e-3);   // over A
@@ -157,10 +153,6 @@ TEST(ScaleGridTest, DistanceIsToTheNearestNoteOfTheScale)
     const ScaleGrid just = gridWith({{Setting::kIntonation, 1.0f}});
     EXPECT_NEAR(just.CentsOff(hzAt(-5.0)), 14.0, 1e-3);  // E of equal temperament
     EXPECT_NEAR(gridWith({{Setting::kDetune, 50.0f}}).CentsOff(hzAt(0.0)), 50.0, 1e-3);
-}
-
-TEST(ScaleGridTest, NotesHaveNamesAndAreInOrOutOfTheScale)
-{
     const auto notes = gridWith({{Setting::kKey, 0.0f}, {Setting::kScale, 2.0f}}).Notes(56.5, 60.5);
     std::string listing;
     for (const ScaleGrid::Note& note : notes)

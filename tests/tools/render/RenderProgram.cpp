@@ -15,10 +15,7 @@ namespace orvane
 
 void writeSound(const std::filesystem::path& path, const TestSound& sound)
 {
-    SF_INFO info{};
-    info.samplerate = sound.rate;
-    info.channels = sound.channels;
-    info.format = sound.format;
+    SF_INFO info{0, sound.rate, sound.channels, sound.format, 0, 0};
     SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
     if (!file)
         throw std::runtime_error(sf_strerror(nullptr));
@@ -45,9 +42,7 @@ TestSound testVoice(int channels, double seconds, int rate)
     constexpr double kPitch = 223.845;  // A3 and 30 cents
     const std::vector<float> left = steadyVowel(Vowel::kA, kPitch, rate, seconds);
     const std::vector<float> right = steadyVowel(Vowel::kO, 2 * kPitch, rate, seconds);
-    TestSound sound;
-    sound.rate = rate;
-    sound.channels = channels;
+    TestSound sound{.rate = rate, .channels = channels, .samples = {}};
     for (std::size_t i = 0; i < left.size(); ++i) {
         sound.samples.push_back(left[i]);
         if (channels == 2)
@@ -77,12 +72,11 @@ RenderProgram::RenderProgram(const std::vector<std::string>& arguments, const st
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    const auto redirect = [&actions](int stream, const std::string& path) {
-        posix_spawn_file_actions_addopen(&actions, stream, path.c_str(), O_WRONLY | O_CREAT, 0600);
-    };
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, input.c_str(), O_RDONLY, 0);
-    redirect(STDOUT_FILENO, mStreams.Path("out"));
-    redirect(STDERR_FILENO, mStreams.Path("err"));
+    const std::string paths[] = {input, mStreams.Path("out"), mStreams.Path("err")};
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        posix_spawn_file_actions_addopen(&actions, stream, paths[stream].c_str(),
+                                         stream == STDIN_FILENO ? O_RDONLY : O_WRONLY | O_CREAT,
+                                         0600);
     const int error = posix_spawn(&mProcess, argv[0], &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)

@@ -5,10 +5,7 @@
 
 #include <sndfile.h>
 
-#include <cstdint>
 #include <filesystem>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
@@ -21,10 +18,9 @@ struct TestSound
     int format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
     std::vector<float> samples;
 
-    [[nodiscard]] std::size_t Frames() const
-    {
-        return samples.size() / static_cast<std::size_t>(channels);
-    }
+    friend bool operator==(const TestSound&, const TestSound&) = default;
+
+    [[nodiscard]] std::size_t Frames() const { return samples.size() / std::size_t(channels); }
 };
 
 void writeSound(const std::filesystem::path& path, const TestSound& sound);
@@ -46,9 +42,8 @@ struct ProgramRun
 };
 
 /// A running program whose output streams go to files.
-class RenderProgram
+struct RenderProgram
 {
-public:
     /// input is the file that standard input reads.
     explicit RenderProgram(const std::vector<std::string>& arguments,
                            const std::string& program = KESTRUNE_RENDER_PROGRAM,

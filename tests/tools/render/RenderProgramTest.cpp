@@ -56,9 +56,8 @@ std::string foreignLibrary()
     return info.dli_fname;
 }
 
-class RenderProgramTest : public testing::Test
+struct RenderProgramTest : testing::Test
 {
-protected:
     /// Renders a sound with additional arguments and expects success.
     TestSound Render(const TestSound& sound, const Words& more)
     {
@@ -96,6 +95,7 @@ void expectLines(const ProgramRun& run, int status, const Words& texts)
 {
     SCOPED_TRACE(run.err);
     EXPECT_EQ(run.status, status);
+    EXPECT_TRUE(status == 0 || run.out.empty());
     EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), std::ssize(texts));
     for (const std::string& text : texts)
         EXPECT_NE(run.err.find(text), std::string::npos) << text;
@@ -106,16 +106,15 @@ std::set<int> columnsWith(const Picture& picture, unsigned colour)
 {
     constexpr std::size_t kHeading = 100;  // pixels, with the legend in it
     std::set<int> columns;
-    for (std::size_t i = kHeading * picture.width; i < picture.pixels.size(); ++i) {
+    for (std::size_t i = kHeading * picture.width; i < picture.pixels.size(); ++i)
         if ((picture.pixels[i] & 0xFFFFFF) == colour)
             columns.insert(static_cast<int>(i % picture.width));
-    }
     return columns;
 }
 
 }  // namespace
 
-TEST_F(RenderProgramTest, DryOutputEqualsTheInputInTheSameFormat)
+TEST_F(RenderProgramTest, DryOutputEqualsTheInputInTheSameFormatOrTheOneThatIsNamed)
 {
     for (const int format : {SF_FORMAT_WAV | SF_FORMAT_PCM_U8, SF_FORMAT_WAV | SF_FORMAT_PCM_16,
                              SF_FORMAT_WAV | SF_FORMAT_FLOAT, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24,
@@ -128,17 +127,9 @@ TEST_F(RenderProgramTest, DryOutputEqualsTheInputInTheSameFormat)
             voice.samples[100] = 1.0f;
             voice.samples[102] = -1.0f;
             const TestSound output = Render(voice, {});
-            const TestSound input = readSound(In());
-            EXPECT_EQ(output.format, input.format);
-            EXPECT_EQ(output.rate, input.rate);
-            EXPECT_EQ(output.channels, input.channels);
-            EXPECT_EQ(output.samples, input.samples);
+            EXPECT_TRUE(output == readSound(In()));
         }
     }
-}
-
-TEST_F(RenderProgramTest, FormatChoosesContainerAndBits)
-{
     TestSound voice = testVoice(1, 0.3);
     for (const auto& [format, code] : {std::pair{"flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24},
                                        {"WAV", SF_FORMAT_WAV | SF_FORMAT_FLOAT},
@@ -190,10 +181,9 @@ TEST_F(RenderProgramTest, SavedChunksAndPresetsGiveTheSameSoundAgain)
     for (const Words& settings :
          {Words{}, kCorrect + Words{"--set", "formantTranspose=Biggest", "--tracking", "fine"}})
     {
-        saved = Render(voice, Words{"--program", "Adult to Child", "--save-chunk", chunk,
-                                    "--save-preset", preset} +
-                                  settings)
-                    .samples;
+        const Words save{"--program", "Adult to Child", "--save-chunk",
+                         chunk,       "--save-preset",  preset};
+        saved = Render(voice, save + settings).samples;
         EXPECT_NE(saved, voice.samples);
         EXPECT_EQ(Render(voice, {"--load-chunk", chunk}).samples, saved);
         EXPECT_EQ(Render(voice, {"--preset", preset}).samples, saved);
@@ -220,8 +210,7 @@ TEST_F(RenderProgramTest, TheReportHasFiguresSettingsAndThePitchTrack)
     const nlohmann::json& pitch = json["pitch"];
     for (const char* name : {"time", "input_hz", "output_hz", "voiced"})
         EXPECT_NEAR(static_cast<double>(pitch[name].size()), 1.5 / 0.0116, 3.0) << name;
-    const auto voiced = std::count(pitch["voiced"].begin(), pitch["voiced"].end(), true);
-    EXPECT_GT(static_cast<double>(voiced), 0.8 * static_cast<double>(pitch["time"].size()));
+    EXPECT_GT(std::count(pitch["voiced"].begin(), pitch["voiced"].end(), true), 100);
 }
 
 TEST_F(RenderProgramTest, OptionsWithoutEffectAreNotedOnceEach)
@@ -326,9 +315,7 @@ TEST_F(RenderProgramTest, StandardInputAndOutputCarryASound)
 TEST_F(RenderProgramTest, ShortFilesKeepTheirLength)
 {
     for (const std::size_t frames : {0u, 1u, 511u, 512u, 1024u}) {
-        TestSound sound;
-        sound.channels = 2;
-        sound.samples.assign(2 * frames, 0.25f);
+        const TestSound sound{.channels = 2, .samples = std::vector<float>(2 * frames, 0.25f)};
         const Words plot{"--plot", mFolder.Path("p.png")};
         EXPECT_TRUE(ReportOf(sound, kCorrect + plot)["before"]["median_cents"].is_null());
         EXPECT_EQ(readSound(Out()).Frames(), frames);
@@ -408,9 +395,7 @@ TEST_F(RenderProgramTest, RefusalsAreOneLineWithTheRemedyAndLeaveNoFile)
         {{"--window", picture, "--plot", out}, "requires IN"},
     };
     for (const auto& [arguments, says] : refusals) {
-        const ProgramRun run = runRender(arguments);
-        expectLines(run, 2, {says});
-        EXPECT_EQ(run.out, "");
+        expectLines(runRender(arguments), 2, {says});
         EXPECT_EQ(namesIn(mFolder), names) << says;
     }
     EXPECT_EQ(readSound(in).samples, samples);
@@ -420,24 +405,20 @@ TEST_F(RenderProgramTest, UnsuitablePluginsAreRefusedInOneLine)
 {
     writeSound(In(), testVoice(1, 0.1));
     const std::string preset = Preset("");
-    struct Refusal
-    {
-        const char* mode;
-        Words arguments;
-        const char* says;
-    };
-    for (const Refusal& refusal :
-         {Refusal{"refuse", {}, "does not start"}, Refusal{"nomagic", {}, "is no plug-in"},
-          Refusal{"mono", {}, "1 inputs and 1 outputs"}, Refusal{"adds", {}, "only adds"},
-          Refusal{"picky", {"--preset", preset}, "Fake refuses what "},
-          Refusal{"chunkless", {"--preset", preset}, "Fake stores no chunks"},
-          Refusal{"chunkless", {"--save-chunk", mFolder.Path("c")}, "Fake stores no chunks"},
-          Refusal{"", {"--program", "3"}, "no program '3'; it has First (0), Second (1),  (2)"},
-          Refusal{"", {"--set", "transposeOnOff=1"}, "no parameter 'Transpose'; it has Correct"}})
-    {
-        const EnvironmentVariable environment(kFakeMode, refusal.mode);
+    const std::tuple<const char*, Words, const char*> refusals[] = {
+        {"refuse", {}, "does not start"},
+        {"nomagic", {}, "is no plug-in"},
+        {"mono", {}, "1 inputs and 1 outputs"},
+        {"adds", {}, "only adds"},
+        {"picky", {"--preset", preset}, "Fake refuses what "},
+        {"chunkless", {"--preset", preset}, "Fake stores no chunks"},
+        {"chunkless", {"--save-chunk", mFolder.Path("c")}, "Fake stores no chunks"},
+        {"", {"--program", "3"}, "no program '3'; it has First (0), Second (1),  (2)"},
+        {"", {"--set", "transposeOnOff=1"}, "no parameter 'Transpose'; it has Correct"}};
+    for (const auto& [mode, arguments, says] : refusals) {
+        const EnvironmentVariable environment(kFakeMode, mode);
         const Words words{In(), Out(), "--plugin", KESTRUNE_FAKE_PLUGIN};
-        expectLines(runRender(words + refusal.arguments), 2, {refusal.says});
+        expectLines(runRender(words + arguments), 2, {says});
         EXPECT_EQ(namesIn(mFolder), (Words{"in", "preset.xml"}));
     }
     const TestSound voice = testVoice(1, 0.3);
@@ -473,9 +454,7 @@ TEST_F(RenderProgramTest, ListHelpAndVersionSucceed)
 
 TEST_F(RenderProgramTest, AnInterruptedRunLeavesNoFileAndEndsByTheSignal)
 {
-    TestSound quiet;
-    quiet.samples.assign(44100 * 60, 0.0f);
-    writeSound(In(), quiet);
+    writeSound(In(), {.samples = std::vector<float>(44100 * 60)});
     for (const int signal : {SIGINT, SIGTERM}) {
         RenderProgram program(Words{In(), Out(), "--block", "1"} + kCorrect);
         while (namesIn(mFolder).size() < 2)  // until the output is being written

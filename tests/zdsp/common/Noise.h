@@ -4,9 +4,6 @@
 #include "support/Signals.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
-#include <algorithm>
-#include <cstdint>
-
 namespace orvane
 {
 

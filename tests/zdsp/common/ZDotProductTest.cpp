@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZDotProduct.h"
 
-#include <gtest/gtest.h>
+#include "support/Standard.h"
 
-#include <algorithm>
-#include <random>
-#include <vector>
+#include <gtest/gtest.h>
 
 namespace orvane
 {

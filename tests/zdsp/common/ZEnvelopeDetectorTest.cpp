@@ -9,9 +9,8 @@ namespace orvane
 namespace
 {
 
-class ZEnvelopeDetectorTest : public testing::Test
+struct ZEnvelopeDetectorTest : testing::Test
 {
-protected:
     float process(const std::vector<float>& samples) { return mDetector->Process(samples); }
     float processConstant(float value, std::size_t samples = 512)
     {

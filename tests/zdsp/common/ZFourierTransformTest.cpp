@@ -21,13 +21,9 @@ using Complex = std::complex<double>;
 /// Complex values; of a real signal of N samples the bins 0 to N / 2.
 struct Spectrum
 {
-    explicit Spectrum(std::uint32_t length)
-        : re(length, "ZBuffer")
-        , im(length, "ZBuffer")
-    {
-    }
-    ZBuffer re;
-    ZBuffer im;
+    std::uint32_t length;
+    ZBuffer re{length, "ZBuffer"};
+    ZBuffer im{length, "ZBuffer"};
 };
 
 /// The transform by its definition, scaled as the class says.
@@ -48,6 +44,8 @@ std::vector<Complex> textbook(const Spectrum& values, int direction)
 
 TEST(ZFourierTransformTest, RealSpectrumMatchesTheDefinition)
 {
+    for (const int order : {-1, 0, 25, 32})
+        EXPECT_THROW((void)ZFourierTransform::Create(order, kForward, 1), ZException) << order;
     for (const int order : {1, 2, 3, 4, 5, 10}) {
         SCOPED_TRACE(order);
         const std::uint32_t length = 1u << order;
@@ -138,12 +136,6 @@ TEST(ZFourierTransformTest, ComplexTransformsMatchTheDefinition)
             }
         }
     }
-}
-
-TEST(ZFourierTransformTest, RefusesUnsupportedOrders)
-{
-    for (const int order : {-1, 0, 25, 32})
-        EXPECT_THROW((void)ZFourierTransform::Create(order, kForward, 1), ZException) << order;
 }
 
 }  // namespace orvane

@@ -48,21 +48,18 @@ enum Target
     kOut,
     kAddToOut
 };
-
 enum Factor
 {
     kRamp,
     kOther,
     kGain
 };
-
 enum Result
 {
     kNone,
     kSum,
     kPeak
 };
-
 struct Operation
 {
     const char* name;
@@ -108,12 +105,6 @@ const std::vector<Operation> kOperations = {
 };
 // clang-format on
 
-double rampAt(const Work& work, std::uint32_t i)
-{
-    const std::uint32_t steps = std::max(work.a.Length() - 1, 1u);
-    return work.start + (static_cast<double>(work.end) - work.start) * i / steps;
-}
-
 void expectPlainResult(ZGain& gain, const Operation& operation, std::uint32_t samples)
 {
     Work work(samples);
@@ -123,7 +114,10 @@ void expectPlainResult(ZGain& gain, const Operation& operation, std::uint32_t sa
     double sum = 0.0;
     double peak = 0.0;
     for (std::uint32_t i = 0; i < samples; ++i) {
-        const double factors[] = {rampAt(before, i), before.b.Data()[i], before.gain};
+        const double steps = std::max(samples - 1, 1u);
+        const double ramp =
+            before.start + (static_cast<double>(before.end) - before.start) * i / steps;
+        const double factors[] = {ramp, before.b.Data()[i], before.gain};
         const double start = operation.target == kAddToOut ? before.out.Data()[i] : 0.0;
         const double value = start + before.a.Data()[i] * factors[operation.factor];
         // The ramp is a sum with one rounding per sample.
@@ -138,9 +132,8 @@ void expectPlainResult(ZGain& gain, const Operation& operation, std::uint32_t sa
 }
 
 /// Tests run on both forms; without vector code both are the plain form.
-class ZGainTest : public testing::TestWithParam<bool>
+struct ZGainTest : testing::TestWithParam<bool>
 {
-protected:
     std::unique_ptr<ZGain> mGain = ZGain::Create(GetParam());
 };
 
@@ -149,14 +142,10 @@ INSTANTIATE_TEST_SUITE_P(Forms, ZGainTest, testing::Values(true, false),
 
 }  // namespace
 
-TEST_P(ZGainTest, CreateGivesTheRequestedForm)
+TEST_P(ZGainTest, OperationsMatchTheirFormulaAtEveryLength)
 {
     const bool vector = ZVectorSupport::ProcessorClass() == ZVectorSupport::kVector;
     EXPECT_STREQ(mGain->GetName(), !GetParam() && vector ? "ZGainSSE" : "ZGain");
-}
-
-TEST_P(ZGainTest, OperationsMatchTheirFormulaAtEveryLength)
-{
     for (const Operation& operation : kOperations) {
         for (std::uint32_t samples = 1; samples <= 17; ++samples) {
             SCOPED_TRACE(testing::Message() << operation.name << " over " << samples);
@@ -197,20 +186,10 @@ TEST_P(ZGainTest, CountsAndOffsetsBoundWhatIsWritten)
 
 TEST_P(ZGainTest, MinimumSkipsSamplesThatRaiseTheMaximum)
 {
-    const struct
-    {
-        std::vector<float> samples;
-        float min;
-        float max;
-    } cases[] = {
-        {{1, 2, 3, 4, 5}, 100, 5},
-        {{5, 4, 3, 2, 1}, 1, 5},
-        {{-1, 3, -2, 4, -5}, -5, 4},
-        {{2}, 100, 2},
-        {{3, 3, 3}, 3, 3},
-        {{-200, -150, -300}, -300, -100},
-        {{1, kNan, 0.5f, kNan}, 0.5f, 1},
-    };
+    const std::tuple<std::vector<float>, float, float> cases[] = {
+        {{1, 2, 3, 4, 5}, 100, 5},   {{5, 4, 3, 2, 1}, 1, 5},
+        {{-1, 3, -2, 4, -5}, -5, 4}, {{-200, -150, -300}, -300, -100},
+        {{3, 3, 3}, 3, 3},           {{1, kNan, 0.5f, kNan}, 0.5f, 1}};
     for (const auto& [samples, min, max] : cases) {
         SCOPED_TRACE(testing::PrintToString(samples));
         ZBuffer buffer(static_cast<std::uint32_t>(samples.size()), "ZBuffer");
@@ -271,7 +250,7 @@ TEST_P(ZGainTest, DecibelsMatchTheirDefinitionDownToTheFloor)
     }
 }
 
-TEST(ZGainGuardTest, SmallProductsToAnotherBufferAreZero)
+TEST(ZGainGuardTest, SmallProductsToAnotherBufferAreZeroUnlessTheyAreComplex)
 {
     const auto gain = ZGain::Create(true);
     const float small = std::ldexp(1.5f, -100);
@@ -290,19 +269,15 @@ TEST(ZGainGuardTest, SmallProductsToAnotherBufferAreZero)
                 EXPECT_EQ(written.Data()[i], kept ? small * work.gain : 0.0f);
         }
     }
-}
-
-TEST(ZGainGuardTest, ComplexProductsHaveNoGuard)
-{
-    ZBuffer small(1, "ZBuffer");
-    ZBuffer other(1, "ZBuffer");
-    ZBuffer none(1, "ZBuffer");
-    small.Data()[0] = std::ldexp(1.5f, -100);
-    other.Data()[0] = std::ldexp(1.5f, -27);
+    Work first(1);
+    Work second(1);
+    first.a.Data()[0] = small;
+    second.a.Data()[0] = std::ldexp(1.5f, -27);
+    first.b.Data()[0] = second.b.Data()[0] = 0.0f;
     ZBuffer re(1, "ZBuffer");
     ZBuffer im(1, "ZBuffer");
-    ZGain::Create(true)->ComplexMultiply(small, none, other, none, re, im);
-    EXPECT_EQ(re.Data()[0], small.Data()[0] * other.Data()[0]);
+    gain->ComplexMultiply(first.a, first.b, second.a, second.b, re, im);
+    EXPECT_EQ(re.Data()[0], small * second.a.Data()[0]);
     EXPECT_GT(re.Data()[0], 0.0f);
 }
 

@@ -8,7 +8,7 @@
 namespace orvane
 {
 
-TEST(ZHammingWindowTest, IsSymmetric)
+TEST(ZHammingWindowTest, IsSymmetricAndNormalisesByAnyNumberOfDivisions)
 {
     const auto window = ZHammingWindow::Create(9);
     const float* const samples = window->Window().Data();
@@ -19,6 +19,18 @@ TEST(ZHammingWindowTest, IsSymmetric)
     }
     EXPECT_EQ(ZHammingWindow::Create(1)->Window().Data()[0], 1.0f);
     EXPECT_THROW(std::ignore = ZHammingWindow::Create(0), ZException);
+    const auto plain = ZHammingWindow::Create(5);
+    double all = 0.0;
+    for (std::uint32_t i = 0; i < 5; ++i)
+        all += plain->Window().Data()[i];
+    for (const std::uint32_t divisions : {6u, 0xFFFFFFFFu}) {
+        const auto normalised = ZHammingWindow::Create(5);
+        normalised->NormalizeSum(divisions);
+        EXPECT_NEAR(normalised->Window().Data()[2], 1.0 / all, 1e-6) << divisions;
+    }
+    const auto normalised = ZHammingWindow::Create(5);
+    normalised->NormalizePower(0);  // as one division: the first sample alone
+    EXPECT_NEAR(normalised->Window().Data()[2], 1.0 / (0.08 * 0.08), 1e-3);
 }
 
 TEST(ZHammingWindowTest, UnapplyRestoresTheSignal)
@@ -47,22 +59,6 @@ TEST(ZHammingWindowTest, UnapplyRestoresTheSignal)
         window->Apply(signal);
         EXPECT_EQ(signal.Data()[10], windowed.Data()[10]);
     }
-}
-
-TEST(ZHammingWindowTest, NormalisationsEndForAnyNumberOfDivisions)
-{
-    const auto plain = ZHammingWindow::Create(5);
-    double all = 0.0;
-    for (std::uint32_t i = 0; i < 5; ++i)
-        all += plain->Window().Data()[i];
-    for (const std::uint32_t divisions : {6u, 0xFFFFFFFFu}) {
-        const auto window = ZHammingWindow::Create(5);
-        window->NormalizeSum(divisions);
-        EXPECT_NEAR(window->Window().Data()[2], 1.0 / all, 1e-6) << divisions;
-    }
-    const auto window = ZHammingWindow::Create(5);
-    window->NormalizePower(0);  // as one division: the first sample alone
-    EXPECT_NEAR(window->Window().Data()[2], 1.0 / (0.08 * 0.08), 1e-3);
 }
 
 }  // namespace orvane

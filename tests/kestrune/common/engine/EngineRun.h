@@ -2,8 +2,7 @@
 #pragma once
 
 #include "kestrune/common/engine/PsolaClass.h"
-
-#include <vector>
+#include "support/Standard.h"
 
 namespace orvane
 {
@@ -39,6 +38,15 @@ inline Stereo runEngine(PsolaClass& engine, int hop, const Stereo& input)
 inline std::vector<float> runEngine(PsolaClass& engine, int hop, const std::vector<float>& both)
 {
     return runEngine(engine, hop, Stereo{both, both})[0];
+}
+
+/// The loudest sample; infinite when one is not finite.
+inline float largestOf(std::span<const float> sound)
+{
+    float most = 0.0f;
+    for (const float sample : sound)
+        most = std::isfinite(sample) ? std::max(most, std::fabs(sample)) : HUGE_VALF;
+    return most;
 }
 
 }  // namespace orvane

@@ -122,11 +122,8 @@ TEST(FineStepsTest, RecordsNotesAndSoundAreThoseOfThePlainForm)
 
 TEST(KestruneNoteChoiceTest, ANoteIsLeftWhereTheVoiceGainsTwoSemitonesTimesRecordsByIt)
 {
-    const struct
-    {
-        std::vector<std::pair<int, double>> pitches;  // count, semitones above the root
-        double note;
-    } rows[] = {
+    // Counts and pitches, in semitones above the root, and the note.
+    const std::pair<std::vector<std::pair<int, double>>, double> rows[] = {
         {{{15, 0.55}}, 0.0},           // 15 records gain 0.1 each
         {{{15, 0.6}}, 1.0},            // and 0.2 each
         {{{5, 0.6}}, 0.0},             // the voice ends
@@ -135,16 +132,16 @@ TEST(KestruneNoteChoiceTest, ANoteIsLeftWhereTheVoiceGainsTwoSemitonesTimesRecor
         {{{1, 7.0}, {14, 0.0}}, 0.0},  // one that was read wrong
         {{{15, -1.0}}, -1.0},          // in the octave below
     };
-    for (const auto& row : rows) {
+    for (const auto& [sung, note] : rows) {
         KestruneNoteChoice choice;
         choice.SetReferenceFrequency(1.0f);
         choice.SetTones(kChromatic.data(), static_cast<int>(kChromatic.size()));
         const double start = 0.0;
         EXPECT_EQ(choice.Choose({&start, 1}).semitones, 0.0);
         std::vector<double> pitches;
-        for (const auto& [count, pitch] : row.pitches)
+        for (const auto& [count, pitch] : sung)
             pitches.insert(pitches.end(), static_cast<std::size_t>(count), pitch);
-        EXPECT_EQ(choice.Choose(pitches).semitones, row.note) << &row - rows;
+        EXPECT_EQ(choice.Choose(pitches).semitones, note) << testing::PrintToString(pitches);
     }
 }
 
@@ -176,7 +173,7 @@ std::vector<double> course(const std::function<double(double)>& semitonesAt)
     return pitches;
 }
 
-std::optional<double> vibratoMiddle(const std::vector<double>& pitches, int mayBegin)
+std::optional<double> vibratoMiddle(const std::vector<double>& pitches, int mayBegin = 10)
 {
     KestruneVibrato vibrato;
     vibrato.Begin(pitches, mayBegin, 44100.0 / kHop);
@@ -187,9 +184,8 @@ std::optional<double> vibratoMiddle(const std::vector<double>& pitches, int mayB
 
 TEST(KestruneVibratoTest, OnlyAWideAndEvenSwingHasAMiddle)
 {
-    constexpr int kMayBegin = 10;
-    const auto middleOf = [](const std::function<double(double)>& semitonesAt) {
-        return vibratoMiddle(course(semitonesAt), kMayBegin);
+    const auto middleOf = [](const auto& semitonesAt) {
+        return vibratoMiddle(course(semitonesAt));
     };
     for (const double hz : {4.5, 5.3, 6.0, 7.4})
         for (const double extent : {0.7, 1.0, 1.5})

@@ -2,14 +2,9 @@
 #pragma once
 
 #include "kestrune/common/engine/KestruneGeometry.h"
+#include "support/Standard.h"
 
-#include <algorithm>
-#include <cmath>
 #include <complex>
-#include <limits>
-#include <map>
-#include <numbers>
-#include <vector>
 
 namespace orvane
 {

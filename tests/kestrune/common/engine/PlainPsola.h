@@ -1,15 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zdsp/common/ZFourierTransform.h"
-
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <memory>
-#include <numbers>
-#include <utility>
-#include <vector>
 
 namespace orvane
 {
@@ -17,9 +10,8 @@ namespace orvane
 /// The pitch engine in its plain form: every bin, every cosine, one sample and one modulo at a
 /// time. Slow, and the measure of the fast one.
 /// Both channels are the same here, and the detector hears their sum.
-class PlainPsola
+struct PlainPsola
 {
-public:
     PlainPsola(float sampleRate, int blockSize, float minHz, float maxHz)
         : mRate(sampleRate)
         , mBlock(blockSize)

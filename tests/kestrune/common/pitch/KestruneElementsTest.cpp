@@ -13,9 +13,10 @@ namespace
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-class KestruneElementsTest : public testing::Test
+struct KestruneElementsTest : testing::Test
 {
-protected:
+    using E = KestruneElements;
+
     KestruneElementsTest() { elements.SetDefaults(); }
     KestruneElements elements{nullptr};
 };
@@ -27,8 +28,8 @@ TEST_F(KestruneElementsTest, DefaultsAreNotifiedAndLeaveScalesOfTheUser)
     const KestruneElements fresh(nullptr);
     for (const auto& element : fresh.GetList())
         EXPECT_FALSE(element->IsMarkedChanged()) << "new: " << element->GetName();
-    elements[KestruneElements::kIgnoredNotes].GetZBuffer()->Data()[3] = 1.0f;
-    elements[KestruneElements::kCustomScaleTones].GetZBuffer()->Data()[3] = 1.0f;
+    for (const auto flags : {E::kIgnoredNotes, E::kCustomScaleTones})
+        elements[flags].GetZBuffer()->Data()[3] = 1.0f;
     elements[KestruneElements::kKey].SetDiscrete(7, true);
     elements.SetDefaults();
     EXPECT_EQ(elements[KestruneElements::kKey].GetDiscrete(), 3);

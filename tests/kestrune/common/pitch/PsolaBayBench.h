@@ -8,40 +8,25 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <algorithm>
-#include <cstdint>
-#include <span>
-#include <vector>
-
 namespace orvane
 {
 
 /// A pitch bay by itself, with an application whose tick runs when a test says so.
 template <class Bay = ZPsolaBay>
-class PsolaBayBench
+struct PsolaBayBench
 {
-public:
     static constexpr std::int32_t kMaxBuffer = 2048;
 
     explicit PsolaBayBench(std::int32_t channels = 2)
-        : bay(boost::make_shared<Bay>(Description(channels), &application))
+        : bay(boost::make_shared<Bay>(
+              xmlOf("<bay name=\"PsolaBay\" class=\"ZPsolaBayClass\" numchannels=\"" +
+                    std::to_string(channels) + "\"></bay>"),
+              &application))
     {
         bay->SetMaxBuffer(kMaxBuffer);
     }
 
-    static boost::shared_ptr<ZXMLElement> Description(std::int32_t channels)
-    {
-        auto xml = boost::make_shared<ZXMLElement>("bay");
-        xml->AddAttribute("name", "PsolaBay");
-        xml->AddAttribute("class", "ZPsolaBayClass");
-        xml->AddAttribute("numchannels", channels);
-        return xml;
-    }
-
-    [[nodiscard]] ZElement& Element(const char* name) const
-    {
-        return *findBelow(*bay->GetElement(), name);
-    }
+    ZElement& Element(const char* name) const { return *findBelow(*bay->GetElement(), name); }
 
     /// Turns marks into messages and delivers these.
     void Tick()
@@ -97,8 +82,7 @@ public:
     {
         const std::size_t length = inputs[0].size();
         std::vector<std::vector<float>> outputs(inputs.size(), std::vector<float>(length));
-        std::size_t turn = 0;
-        for (std::size_t at = 0; at < length; ++turn) {
+        for (std::size_t at = 0, turn = 0; at < length; ++turn) {
             const std::size_t size = sizes[turn % sizes.size()];
             const auto count = static_cast<std::uint32_t>(std::min(size, length - at));
             Call(inputs, outputs, at, count);
@@ -111,10 +95,7 @@ public:
     boost::shared_ptr<Bay> bay;
 
 private:
-    static float* PortOf(ZPort* port)
-    {
-        return static_cast<ZSignalPort*>(port)->GetBuffer()->Data();
-    }
+    static auto PortOf(ZPort* port) { return static_cast<ZSignalPort*>(port)->GetBuffer()->Data(); }
 };
 
 }  // namespace orvane

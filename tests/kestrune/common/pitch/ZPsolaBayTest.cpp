@@ -47,9 +47,8 @@ using Applied = std::pair<int, int>;
 const Degrees kMajor{0, 2, 4, 5, 7, 9, 11};
 
 /// Notes the scales that are put in force.
-class ScaleBay : public ZPsolaBay
+struct ScaleBay : ZPsolaBay
 {
-public:
     using ZPsolaBay::ZPsolaBay;
     void ApplyScale(int scaleIndex, int intonationIndex) override
     {
@@ -60,9 +59,8 @@ public:
 };
 
 /// A bay that is ready and at rest.
-class Bench : public PsolaBayBench<ScaleBay>
+struct Bench : PsolaBayBench<ScaleBay>
 {
-public:
     explicit Bench(std::int32_t channels = 2)
         : PsolaBayBench(channels)
     {
@@ -70,6 +68,19 @@ public:
         Tick();
     }
 
+    using Values = std::vector<std::pair<const char*, float>>;
+
+    /// Sets elements, floats or discrete ones, in one tick.
+    void Set(const Values& values)
+    {
+        for (const auto& [name, value] : values) {
+            ZElement& element = Element(name);
+            element.GetType() == ZElement::ZFLOAT
+                ? element.SetZFloat(value, false)
+                : element.SetDiscrete(static_cast<std::int32_t>(value), false);
+        }
+        Tick();
+    }
     void Restore(const std::string& archive)
     {
         bay->RestoreBody(xmlOf(archive));
@@ -105,18 +116,12 @@ std::vector<std::string> namesOf(const ZElement& element)
 TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
 {
     Bench bench;
-    bench.SetDiscrete("key", 5);
-    bench.SetDiscrete("intonation", 1);
-    bench.SetDiscrete("sourceType", 1);
-    bench.SetDiscrete("pitchReference", 0);
-    bench.Element("detune").SetZFloat(20.0f, false);
-    bench.Element("pitchCorrectionTime").SetZFloat(5.0f, false);
-    bench.Element("PitchShift").SetZFloat(-300.0f, false);
-    bench.Element("FormantShift").SetZFloat(200.0f, false);
+    bench.Set({{"key", 5}, {"intonation", 1}, {"sourceType", 1}, {"pitchReference", 0}});
+    bench.Set({{"detune", 20}, {"pitchCorrectionTime", 5}});
+    bench.Set({{"PitchShift", -300}, {"FormantShift", 200}});
     bench.SetFlags("notesInScale", {0, 6, 9});
     bench.SetFlags("ignoredNotes", {6});
-    bench.SetDiscrete("pitchCorrectionOnOff", 1);
-    bench.SetDiscrete("transposeOnOff", 1);
+    bench.Set({{"pitchCorrectionOnOff", 1}, {"transposeOnOff", 1}});
     const Stereo input = voice(90 * kBlock);
     const Stereo output = bench.Run(input, {333, 512, 2000});
 
@@ -162,8 +167,7 @@ TEST(ZPsolaBayTest, EverySettingReachesTheEngineWhichTakesTheAirAfterOneLatency)
 TEST(ZPsolaBayTest, SwitchingOffLeavesTheEngineOnTheAirForOneLatency)
 {
     Bench bench;
-    bench.Element("PitchShift").SetZFloat(700.0f, false);
-    bench.SetDiscrete("transposeOnOff", 1);
+    bench.Set({{"PitchShift", 700}, {"transposeOnOff", 1}});
     const Stereo early = voice(60 * kBlock);
     const Stereo late = voice(80 * kBlock, 4);
     static_cast<void>(bench.Run(early));
@@ -207,7 +211,7 @@ TEST(ZPsolaBayTest, SwitchingBackBeforeTheOutputHasChangedLeavesThePathThatIsHea
 TEST(ZPsolaBayTest, WithTheFineTrackingOutputFadesBetweenThePathsAndNothingClicks)
 {
     // Each row is a change while the voice sounds, and whether it changes the path on the output.
-    const std::pair<std::vector<std::pair<const char*, float>>, bool> rows[] = {
+    const std::pair<Bench::Values, bool> rows[] = {
         {{{"PitchShift", 300}, {"transposeOnOff", 1}}, true},
         {{{"PitchShift", -500}, {"FormantShift", -500}, {"sourceType", 2}}, false},  // a program
         {{{"pitchCorrectionOnOff", 1}, {"key", 9}}, false},
@@ -223,13 +227,7 @@ TEST(ZPsolaBayTest, WithTheFineTrackingOutputFadesBetweenThePathsAndNothingClick
         Stereo heard = bench.Run(Stereo(2, {sung.begin(), sung.begin() + piece}));
         auto at = sung.begin() + piece;
         for (const auto& [changes, isOfPaths] : rows) {
-            for (const auto& [name, value] : changes) {
-                ZElement& element = bench.Element(name);
-                element.GetType() == ZElement::ZFLOAT
-                    ? element.SetZFloat(value, false)
-                    : element.SetDiscrete(static_cast<std::int32_t>(value), false);
-            }
-            bench.Tick();
+            bench.Set(changes);
             heard = bench.Run(Stereo(2, {at, at + piece}));
             at += piece;
             const double clicks = clickDecibels(heard[0], 44100.0);
@@ -334,7 +332,7 @@ TEST(ZPsolaBayTest, RateThatNoEngineTakesLeavesTheVoiceDry)
         EXPECT_EQ(countNotDelayed(output, input, static_cast<std::size_t>(latency), 0, 90000), 0u);
     }
     // Rates that it takes may follow by any factor, and settings stay.
-    for (const float rate : {44100.0f, 768000.0f, 8000.0f, 48000.0f}) {
+    for (const float rate : {768000.0f, 8000.0f, 48000.0f}) {
         bench.SetSampleRate(rate);
         EXPECT_NEAR(static_cast<float>(bench.bay->GetLatency()) / rate, 0.428f, 0.002f);
         static_cast<void>(bench.Run(noise(20000)));
@@ -363,17 +361,13 @@ TEST(ZPsolaBayTest, CloneHasTheScalesAndElementsOfItsOwn)
     bench.bay->AddCustomScale(ZString("Mine"), Degrees{0, 1});
     const auto clone = boost::dynamic_pointer_cast<ZPsolaBay>(bench.bay->Clone());
     ASSERT_TRUE(clone && clone->Prepare());
-    const ZElement& elements = *clone->GetElement();
-    EXPECT_NE(findBelow(elements, "key")->GetDiscrete(), 7);
+    const auto elements = clone->GetElement();
+    EXPECT_NE(findBelow(*elements, "key")->GetDiscrete(), 7);
     clone->ApplyScale(4, 0);
-    EXPECT_EQ(findBelow(elements, "notesInScale")->GetZBuffer()->Data()[1], 1.0f);
-    EXPECT_EQ(findBelow(elements, "notesInScale")->GetZBuffer()->Data()[2], 0.0f);
-}
-
-TEST(ZPsolaBayTest, ElementsThatOutliveTheBayForgetIt)
-{
-    const auto elements = Bench().bay->GetElement();
-    EXPECT_EQ(findBelow(*elements, "key")->GetObserverCount(), 0);
+    const float* const notes = findBelow(*elements, "notesInScale")->GetZBuffer()->Data();
+    EXPECT_EQ(degreesOf({notes, 12}), (Degrees{0, 1}));
+    const auto orphans = Bench().bay->GetElement();
+    EXPECT_EQ(findBelow(*orphans, "key")->GetObserverCount(), 0) << "they forget the bay";
 }
 
 TEST(ZPsolaBayScalesTest, ChosenAndEditedScalesExcludeEachOther)
@@ -401,6 +395,13 @@ TEST(ZPsolaBayScalesTest, ChosenAndEditedScalesExcludeEachOther)
     bench.SetFlags("notesInScale", {0, 6});
     bench.SetDiscrete("intonation", 4);
     isInForce({1, 4}, kMajor, true);
+    // Copies between elements need no engine, and scales do.
+    PsolaBayBench<ScaleBay> idle;
+    idle.SetFlags("notesInScale", {0, 6});
+    idle.SetDiscrete("scale", 3);
+    EXPECT_EQ(idle.Flags("currentCustomScale"), (Degrees{0, 6}));
+    EXPECT_EQ(idle.Flags("notesInScale"), (Degrees{0, 6}));
+    EXPECT_TRUE(idle.bay->applied.empty());
 }
 
 TEST(ZPsolaBayScalesTest, RestoredIndexGivesWayToEditedNotes)
@@ -418,17 +419,6 @@ TEST(ZPsolaBayScalesTest, RestoredIndexGivesWayToEditedNotes)
     EXPECT_EQ(bench.bay->applied.back(), Applied(-1, 0));
     EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 1}));
     EXPECT_EQ(bench.Element("scale").GetDiscrete(), 3);
-}
-
-TEST(ZPsolaBayScalesTest, CopiesBetweenElementsNeedNoEngineAndScalesDo)
-{
-    PsolaBayBench<ScaleBay> bench;
-    bench.SetFlags("notesInScale", {0, 6});
-    EXPECT_EQ(bench.Flags("currentCustomScale"), (Degrees{0, 6}));
-    EXPECT_EQ(bench.Element("currentScaleModified").GetDiscrete(), 1);
-    bench.SetDiscrete("scale", 3);
-    EXPECT_EQ(bench.Flags("notesInScale"), (Degrees{0, 6}));
-    EXPECT_TRUE(bench.bay->applied.empty());
 }
 
 TEST(ZPsolaBayScalesTest, TheUserIsToldOnceWhenTheArchiveIsFull)
@@ -495,7 +485,8 @@ TEST(ZPsolaBayScalesTest, EditedNotesComeBackAndSavingThemTellsNobody)
     EXPECT_EQ(other.Element("scale").GetDiscrete(), 2);
 }
 
-TEST(ZPsolaBayScalesTest, ALoadWithFewerNamesLeavesNoScaleWithoutAName)
+TEST(ZPsolaBayScalesTest,
+     ALoadWithFewerNamesLeavesNoScaleWithoutANameAndOneWithNamesOnlyKeepsItsNumber)
 {
     Bench bench;
     bench.Add(3);
@@ -505,16 +496,10 @@ TEST(ZPsolaBayScalesTest, ALoadWithFewerNamesLeavesNoScaleWithoutAName)
     EXPECT_EQ(bench.Element("scale").CountDiscreteValues(), 4);
     EXPECT_EQ(bench.Element("scale").GetDiscreteDefault(), 1);
     EXPECT_TRUE(archiveOf(*bench.bay) == archive);
-}
-
-TEST(ZPsolaBayScalesTest, ALoadWithNamesOnlyKeepsTheNumberOfTheScale)
-{
-    Bench bench;
     bench.Add(3);
     bench.SetDiscrete("scale", 6);
     bench.Element("CustomScaleNames")
-        .RestoreBody(xmlOf("<element name=\"CustomScaleNames\" type=\"ZDISCRETE\" "
-                           "int32value=\"0\"></element>"));
+        .RestoreBody(xmlOf("<element name=\"CustomScaleNames\" int32value=\"0\"></element>"));
     bench.application.ProcessQueue();
     EXPECT_EQ(bench.Element("scale").GetDiscrete(), 6);
 }

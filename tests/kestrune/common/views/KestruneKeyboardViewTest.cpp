@@ -15,7 +15,6 @@ namespace
 constexpr std::int32_t kKeyOfA = 0;
 constexpr std::int32_t kKeyOfC = 3;
 constexpr std::int32_t kKeyOfGSharp = 11;
-constexpr float kC4 = 261.63f;
 
 const std::vector<float> kMajor{1, 0, 1, 0, 1, 1, 0, 1, 0, 1, 0, 1};
 
@@ -42,18 +41,16 @@ ZPoint middleOf(const ZRect& rect)
     return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
 }
 
-class OpenKeyboardView : public KestruneKeyboardView
+struct OpenKeyboardView : KestruneKeyboardView
 {
-public:
     using KestruneKeyboardView::KestruneKeyboardView;
     using KestruneKeyboardView::mEndNote;
     using KestruneKeyboardView::mLowerRect;
     using KestruneKeyboardView::mStartNote;
 };
 
-class KestruneKeyboardViewTest : public ::testing::Test
+struct KestruneKeyboardViewTest : ::testing::Test
 {
-protected:
     using Notes = std::vector<std::int32_t>;
 
     KestruneKeyboardViewTest()
@@ -64,7 +61,6 @@ protected:
         view = bench.Make<OpenKeyboardView>(kKeyboardTag, 296, 147);
     }
 
-    // Notes in the keyboard's range.
     [[nodiscard]] Notes Lit() const { return NotesThat(&ZBWKeys::IsKeyLit); }
     [[nodiscard]] Notes Down() const { return NotesThat(&ZBWKeys::IsKeyDown); }
     [[nodiscard]] Notes NotesThat(bool (ZBWKeys::*is)(std::int32_t) const) const
@@ -76,10 +72,7 @@ protected:
         return found;
     }
     /// The middle of the lower part of a white key.
-    [[nodiscard]] ZPoint Low(std::int32_t note) const
-    {
-        return middleOf(view->mLowerRect[static_cast<std::size_t>(note)]);
-    }
+    [[nodiscard]] ZPoint Low(std::size_t note) const { return middleOf(view->mLowerRect[note]); }
     void Press(const ZPoint& point) { view->MouseDown(point, ZView::kMouseButton); }
     void Move(const ZPoint& point) { view->MouseMoved(point, ZView::kMouseButton); }
     void Release(const ZPoint& point) { view->MouseUp(point, ZView::kMouseButton); }
@@ -103,9 +96,8 @@ protected:
     boost::shared_ptr<Counted<OpenKeyboardView>> view;
 };
 
-class KestruneIgnoreKeysViewTest : public KestruneKeyboardViewTest
+struct KestruneIgnoreKeysViewTest : KestruneKeyboardViewTest
 {
-protected:
     void Click(const ZPoint& point)
     {
         boxes->MouseDown(point, ZView::kMouseButton);
@@ -202,7 +194,7 @@ TEST_F(KestruneKeyboardViewTest, SharedEdgesBelongToTheHigherKeyAndTheUpperTonic
     }
 }
 
-TEST_F(KestruneKeyboardViewTest, ReleaseOutsideThePressedKeyLeavesTheScale)
+TEST_F(KestruneKeyboardViewTest, ReleaseOutsideOrAMoveOfTheKeyboardEndsThePressAndLeavesTheScale)
 {
     const ZPoint inside = Low(48);
     const ZPoint outside = Low(53);
@@ -224,14 +216,12 @@ TEST_F(KestruneKeyboardViewTest, ReleaseOutsideThePressedKeyLeavesTheScale)
     Release(d);
     EXPECT_EQ(samplesOf(*notes)[2], 0.0f);
     EXPECT_EQ(samplesOf(*notes)[0], 1.0f);
-}
-
-TEST_F(KestruneKeyboardViewTest, PressEndsWhenTheKeyboardMovesOrIsDetached)
-{
+    setSamples(*notes, kMajor);
+    bench.Tick();
     const ZPoint point = Low(48);
-    const std::function<void()> ends[] = {[&] { Choose(kKeyOfGSharp); },
-                                          [&] { view->OnDetached(); },
-                                          [&] { ViewBench::CloseDocument(*view); }};
+    const std::function<void()> ends[] = {
+        [&] { Choose(kKeyOfGSharp); }, [&] { view->OnDetached(); },
+        [&] { view->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED)); }};
     for (const auto& end : ends) {
         Press(point);
         ASSERT_NE(Down(), Notes{});
@@ -251,12 +241,12 @@ TEST_F(KestruneKeyboardViewTest, SungNoteIsFoldedIntoTheOctaveOfTheKeyboard)
                                       {587.33f, 50},
                                       {16.35f, 48},
                                       {523.25f, 60},
-                                      {kC4, 48}})
+                                      {261.63f, 48}})
         EXPECT_EQ(Sing(pitch), note) << pitch;
     // Pitches outside the scale and values that are no pitch change nothing.
     using Limits = std::numeric_limits<float>;
     const int before = view->repaints;
-    for (const float pitch : {277.18f, kC4, 0.0f, -kC4, Limits::quiet_NaN(), Limits::infinity()})
+    for (const float pitch : {277.18f, 0.0f, -261.63f, Limits::quiet_NaN(), Limits::infinity()})
         EXPECT_EQ(Sing(pitch), 48) << pitch;
     EXPECT_EQ(view->repaints, before);
 
@@ -271,17 +261,12 @@ TEST_F(KestruneKeyboardViewTest, PaintsKeysByTheirStateWithBlackKeysOnTop)
     Sing(329.63f);
     Press(middleOf(view->GetUpperRect(54)));
     const auto picture = ViewBench::Paint(*view);
-    struct Row
-    {
-        std::int32_t note;
-        const char* file;
-        ZPoint at;
-    };
-    for (const Row& row : {Row{50, "nkl2_RedDot.png", {20, 120}}, Row{52, "nkd3.png", {20, 120}},
-                           Row{49, "nk4.png", {12, 80}}, Row{54, "nkd4.png", {12, 80}}})
-        EXPECT_EQ(picture->At(view->GetKeyPos(row.note).x + row.at.x, row.at.y),
-                  bench.PixelOf(row.file, row.at))
-            << row.note;
+    for (const auto& [note, file, at] : {std::tuple(50, "nkl2_RedDot.png", ZPoint{20, 120}),
+                                         {52, "nkd3.png", {20, 120}},
+                                         {49, "nk4.png", {12, 80}},
+                                         {54, "nkd4.png", {12, 80}}})
+        EXPECT_EQ(picture->At(view->GetKeyPos(note).x + at.x, at.y), bench.PixelOf(file, at))
+            << note;
 }
 
 TEST_F(KestruneKeyboardViewTest, LabelNamesKeyAndScale)

@@ -21,20 +21,15 @@ const char* const kMeterTag =
     "<rect name=\"bounds\" left=\"0\" top=\"0\" width=\"42\" height=\"270\"/>"
     "<rect name=\"meterframe\" left=\"30\" top=\"0\" width=\"10\" height=\"270\"/></view>";
 
-class KestruneCorrectionMeterTest : public ::testing::Test
+struct KestruneCorrectionMeterTest : ::testing::Test
 {
-protected:
-    using Meter = Counted<KestruneCorrectionMeter>;
     using Rows = std::pair<std::int32_t, std::int32_t>;
 
     KestruneCorrectionMeterTest() { cents->SetRange(-200.0f, 200.0f, true); }
 
-    boost::shared_ptr<Meter> Make()
-    {
-        return bench.Make<KestruneCorrectionMeter>(kMeterTag, 42, 270);
-    }
+    auto Make() { return bench.Make<KestruneCorrectionMeter>(kMeterTag, 42, 270); }
     /// First and last row of the bar, -1 without a bar.
-    Rows BarOf(Meter& meter, float value)
+    Rows BarOf(ZView& meter, float value)
     {
         cents->SetZFloat(value, true);
         const auto picture = ViewBench::Paint(meter);
@@ -111,17 +106,15 @@ const char* const kGraphTag =
     "<color name=\"gradstartcolor\" red=\"0\" green=\"0\" blue=\"0\" alpha=\"255\"/>"
     "<color name=\"gradendcolor\" red=\"0\" green=\"0\" blue=\"0\" alpha=\"255\"/></view>";
 
-class OpenGraph : public KestrunePitchGraph
+struct OpenGraph : KestrunePitchGraph
 {
-public:
     using KestrunePitchGraph::KestrunePitchGraph;
     using KestrunePitchGraph::mInputHistory;
     using KestrunePitchGraph::mOutputHistory;
 };
 
-class KestrunePitchGraphTest : public ::testing::Test
+struct KestrunePitchGraphTest : ::testing::Test
 {
-protected:
     void Sing(float in, float out, int frames) const
     {
         input->SetZFloat(in, true);

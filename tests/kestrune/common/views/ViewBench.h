@@ -12,11 +12,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <algorithm>
-#include <cstdint>
-#include <string>
-#include <vector>
-
 namespace orvane
 {
 
@@ -32,9 +27,8 @@ inline std::string keyPictures(const std::string& state, const std::string& file
 
 /// A view that counts its requests for a repaint, which do not need a window here.
 template <typename View>
-class Counted : public View
+struct Counted : View
 {
-public:
     using View::View;
     void Invalidate() override { ++repaints; }
     void Invalidate(std::int32_t left, std::int32_t top, std::int32_t right,
@@ -50,9 +44,8 @@ public:
 
 /// Views of the product with its pictures, over a document with the elements of a test. Changes of
 /// elements reach the views at Tick().
-class ViewBench
+struct ViewBench
 {
-public:
     boost::shared_ptr<ZElement> Add(const std::string& name, ZElement::Type type,
                                     std::uint32_t length = 0)
     {
@@ -84,19 +77,13 @@ public:
         mApplication.ProcessQueue();
     }
 
-    static void CloseDocument(ZView& view)
-    {
-        view.HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
-    }
-
     /// Paints a part of the view; all of it by default.
-    static boost::shared_ptr<Canvas> Paint(ZView& view) { return Paint(view, view.GetFrame()); }
-    static boost::shared_ptr<Canvas> Paint(ZView& view, const ZRect& part)
+    static boost::shared_ptr<Canvas> Paint(ZView& view, std::optional<ZRect> part = std::nullopt)
     {
         const auto canvas =
             boost::make_shared<Canvas>(view.GetFrame().right, view.GetFrame().bottom);
         view.SetContext(canvas);
-        view.Draw(part);
+        view.Draw(part.value_or(view.GetFrame()));
         view.SetContext(nullptr);
         return canvas;
     }
@@ -109,17 +96,10 @@ public:
             static_cast<std::size_t>(at.y * bitmap.GetWidth() + at.x));
     }
 
-private:
-    class PictureApplication : public SmallApplication
-    {
-    public:
-        [[nodiscard]] const ZResources& GetResources() const override
-        {
-            return kestruneResources();
-        }
-    };
+    ViewBench() { mApplication.resources = kestruneResources(); }
 
-    PictureApplication mApplication;
+private:
+    SmallApplication mApplication;
     boost::shared_ptr<ZDocument> mDocument =
         boost::make_shared<ZDocument>(xmlOf("<documenttype></documenttype>"), &mApplication);
 };

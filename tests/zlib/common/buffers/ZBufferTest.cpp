@@ -4,7 +4,6 @@
 #include "support/ExpectZException.h"
 
 #include <bit>
-#include <numeric>
 
 namespace orvane
 {
@@ -81,12 +80,7 @@ TEST(ZBufferTest, CopyRangeStaysInsideBothBuffers)
 {
     ZBuffer source(5, "ZBuffer");
     set(source, {1, 2, 3, 4, 5});
-    const struct
-    {
-        ZRange range;
-        std::int64_t offset;
-        Samples result;
-    } cases[] = {
+    const std::tuple<ZRange, std::int64_t, Samples> cases[] = {
         {{1, 3}, 0, {2, 3, 4, 0}},  {{0, 5}, 2, {0, 0, 1, 2}}, {{-1, 3}, 0, {0, 1, 2, 0}},
         {{1, 3}, -1, {3, 4, 0, 0}}, {{3, 9}, 1, {0, 4, 5, 0}}, {{-3, 9}, -4, {2, 3, 4, 5}},
     };

@@ -12,9 +12,8 @@ namespace
 {
 
 /// Counts how often it is run.
-class CountingCommand : public ZCommand
+struct CountingCommand : ZCommand
 {
-public:
     explicit CountingCommand(ZApplication* application)
         : ZCommand(xmlOf("<command name=\"count\"></command>"), application)
     {
@@ -24,9 +23,8 @@ public:
     int runs = 0;
 };
 
-class ZBitmapButtonTest : public ViewCanvasTest
+struct ZBitmapButtonTest : ViewCanvasTest
 {
-protected:
     using Picture = ZBitmapButton::Picture;
 
     /// A button whose pictures have different widths.
@@ -113,32 +111,27 @@ TEST_F(ZBitmapButtonTest, DisabledCommandGreysTheButtonAndBlocksThePress)
 
 TEST_F(ZBitmapButtonTest, ShowsTheFirstPictureThatFitsTheState)
 {
-    struct Case
-    {
-        std::vector<Picture> pictures;
-        std::string state;
-        Picture shown;
-    };
     using B = ZBitmapButton;
     const std::vector<Picture> all{
         B::kOff,         B::kOn,         B::kPress, B::kPressWhileOn, B::kPressWhileOff,
         B::kDisabledOff, B::kDisabledOn, B::kOver,  B::kOverWhileOn,  B::kOverWhileOff};
     const std::vector<Picture> pressed{B::kOff, B::kPressWhileOn, B::kPressWhileOff};
-    for (const Case& c : {
-             Case{all, "on pressed over", B::kPress},
-             {all, "over", B::kOver},
-             {all, "over disabled", B::kOverWhileOff},
-             {all, "on disabled", B::kDisabledOn},
-             {all, "on", B::kOn},
-             {pressed, "on pressed", B::kPressWhileOn},
-             {pressed, "pressed", B::kPressWhileOff},
-             {{B::kOff, B::kDisabledOff}, "on disabled", B::kDisabledOff},
-             {{B::kOff}, "on pressed over", B::kOff},
-         })
-    {
-        SCOPED_TRACE(c.state);
-        const auto is = [&](const char* word) { return c.state.find(word) != std::string::npos; };
-        const auto button = MakeButton(true, c.pictures);
+    const std::tuple<std::vector<Picture>, std::string, Picture> cases[] = {
+        {all, "on pressed over", B::kPress},
+        {all, "over", B::kOver},
+        {all, "over disabled", B::kOverWhileOff},
+        {all, "on disabled", B::kDisabledOn},
+        {all, "on", B::kOn},
+        {pressed, "on pressed", B::kPressWhileOn},
+        {pressed, "pressed", B::kPressWhileOff},
+        {{B::kOff, B::kDisabledOff}, "on disabled", B::kDisabledOff},
+        {{B::kOff}, "on pressed over", B::kOff}};
+    for (const auto& [pictures, state, shown] : cases) {
+        SCOPED_TRACE(state);
+        const auto is = [&, &state = state](const char* word) {
+            return state.find(word) != std::string::npos;
+        };
+        const auto button = MakeButton(true, pictures);
         const auto element = MakeDiscrete({"off", "on"});
         element->SetDiscrete(is("on") ? 1 : 0, true);
         button->AttachToElement(element);
@@ -147,7 +140,7 @@ TEST_F(ZBitmapButtonTest, ShowsTheFirstPictureThatFitsTheState)
         if (is("over"))
             button->MouseEntered(kInside);
         button->SetEnabled(!is("disabled"));
-        EXPECT_EQ(Shown(*button), c.shown);
+        EXPECT_EQ(Shown(*button), shown);
     }
 }
 

@@ -24,9 +24,8 @@ ZFileRequest requestFor(ZFileRequest::Purpose purpose)
     return request;
 }
 
-class ZFileChooserContentTest : public testing::Test
+struct ZFileChooserContentTest : testing::Test
 {
-protected:
     ZFileChooserContentTest()
     {
         for (const char* name : {"b.xml", "A.XML", "note.txt", ".hidden.xml", "bad\xff.xml"})
@@ -104,7 +103,7 @@ TEST_F(ZFileChooserContentTest, DoesNotOpenAFileThatIsNotThere)
     EXPECT_EQ(open.GetChosen(), std::nullopt);
 }
 
-TEST_F(ZFileChooserContentTest, AsksBeforeItReplacesAFile)
+TEST_F(ZFileChooserContentTest, AsksBeforeItReplacesAFileAndSavesUnderANewName)
 {
     Type(save, "b");
     Press(save, kKeyReturn);
@@ -116,18 +115,15 @@ TEST_F(ZFileChooserContentTest, AsksBeforeItReplacesAFile)
     Press(save, kKeyReturn);
     EXPECT_EQ(save.GetChosen(), folder.Path("b.xml"));
     EXPECT_EQ(ended, 1);
-}
-
-TEST_F(ZFileChooserContentTest, SavesUnderANewName)
-{
-    Type(save, "new/x");
-    Press(save, kKeyReturn);
-    EXPECT_EQ(ended, 0) << "there is no such folder";
-    Press(save, kKeyHome);
+    ZFileChooserContent fresh{requestFor(ZFileRequest::kSave), folder.Path()};
+    Type(fresh, "new/x");
+    Press(fresh, kKeyReturn);
+    EXPECT_EQ(fresh.GetChosen(), std::nullopt) << "there is no such folder";
+    Press(fresh, kKeyHome);
     for (int i = 0; i < 4; ++i)
-        Press(save, kKeyDelete);
-    Press(save, kKeyReturn);
-    EXPECT_EQ(save.GetChosen(), folder.Path("x.xml"));
+        Press(fresh, kKeyDelete);
+    Press(fresh, kKeyReturn);
+    EXPECT_EQ(fresh.GetChosen(), folder.Path("x.xml"));
 }
 
 }  // namespace orvane

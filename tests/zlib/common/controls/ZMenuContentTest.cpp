@@ -14,9 +14,8 @@ namespace
 using Mouse = ZNativeMouseEvent;
 
 /// Shows what is highlighted and scrolled to.
-class OpenMenuContent : public ZMenuContent
+struct OpenMenuContent : ZMenuContent
 {
-public:
     using ZMenuContent::mFirst;
     using ZMenuContent::mHighlight;
     using ZMenuContent::ZMenuContent;
@@ -35,9 +34,8 @@ std::unique_ptr<OpenMenuContent> makeContent(const std::vector<std::string>& tex
     return content;
 }
 
-class ZMenuContentTest : public testing::Test
+struct ZMenuContentTest : testing::Test
 {
-protected:
     void SetUp() override
     {
         content.SetEnded([this] { ++ends; });
@@ -114,35 +112,25 @@ TEST_F(ZMenuContentTest, PressOrDragOutsideDismissesIt)
     EXPECT_EQ(ends, 1);
     EXPECT_FALSE(content.GetChosen().has_value());
 
-    int dismissals = 0;
-    const auto dismissed = [&](auto&& act) {
+    for (const bool isByKey : {false, true}) {
         const auto other = makeContent({"one"});
-        other->SetEnded([&] { ++dismissals; });
-        act(*other);
+        other->SetEnded([&] { ++ends; });
+        other->StartAt({5, 5});
+        isByKey ? other->Key({.code = kKeyEscape, .text = {}})
+                : other->Mouse({.action = Mouse::kDown, .position = kOutside});
+        EXPECT_EQ(ends, isByKey ? 3 : 2);
         EXPECT_FALSE(other->GetChosen().has_value());
-    };
-    dismissed([](auto& menu) {
-        menu.StartAt({5, 5});
-        menu.Mouse({.action = Mouse::kDown, .position = kOutside});
-    });
-    dismissed([](auto& menu) { menu.Key({.code = kKeyEscape, .text = {}}); });
-    EXPECT_EQ(dismissals, 2);
+    }
 }
 
 TEST_F(ZMenuContentTest, KeysMoveTheHighlightFindALetterAndChoose)
 {
-    EXPECT_EQ(HighlightAfter(kKeyDown), 3);
-    EXPECT_EQ(HighlightAfter(kKeyHome), 0);
-    EXPECT_EQ(HighlightAfter(kKeyUp), 5);
-    EXPECT_EQ(HighlightAfter(kKeyDown), 0);
-    EXPECT_EQ(HighlightAfter(kKeyEnd), 5);
-    EXPECT_EQ(HighlightAfter('B', "b"), 1);
-    EXPECT_EQ(HighlightAfter('B', "B"), 2);
-    EXPECT_EQ(HighlightAfter('B', "b"), 4);
-    EXPECT_EQ(HighlightAfter('B', "b"), 1);
-    EXPECT_EQ(HighlightAfter('X', "x"), 1);
-    EXPECT_EQ(HighlightAfter(kKeyPageDown), 5);
-    EXPECT_EQ(HighlightAfter(kKeyPageUp), 0);
+    const std::tuple<int, const char*, int> steps[] = {
+        {kKeyDown, "", 3}, {kKeyHome, "", 0}, {kKeyUp, "", 5},       {kKeyDown, "", 0},
+        {kKeyEnd, "", 5},  {'B', "b", 1},     {'B', "B", 2},         {'B', "b", 4},
+        {'B', "b", 1},     {'X', "x", 1},     {kKeyPageDown, "", 5}, {kKeyPageUp, "", 0}};
+    for (const auto& [key, text, highlight] : steps)
+        EXPECT_EQ(HighlightAfter(static_cast<std::uint8_t>(key), text), highlight) << key << text;
     EXPECT_EQ(ends, 0);
     HighlightAfter(kKeyReturn);
     EXPECT_EQ(content.GetChosen(), 0);
@@ -205,11 +193,10 @@ TEST_F(ZMenuContentTest, DisabledItemsArePassedOverAndSubmenusAreOpened)
         nested.Key({.code = code, .text = ZString(text)});
         return nested.GetHighlight();
     };
-    EXPECT_EQ(key(kKeyDown), 1);
-    EXPECT_EQ(key(kKeyDown), 2);
-    EXPECT_EQ(key(kKeyDown), 1);
-    EXPECT_EQ(key(kKeyEnd), 2);
-    EXPECT_EQ(key(kKeyPageUp), 1);
+    const std::pair<std::uint8_t, int> steps[] = {
+        {kKeyDown, 1}, {kKeyDown, 2}, {kKeyDown, 1}, {kKeyEnd, 2}, {kKeyPageUp, 1}};
+    for (const auto& [code, highlight] : steps)
+        EXPECT_EQ(key(code), highlight) << &code - &steps[0].first;
     EXPECT_EQ(key('T', "t"), 2);
     EXPECT_EQ(key('I', "i"), 2);
     key(kKeyReturn);

@@ -13,9 +13,8 @@ namespace
 constexpr const char* kHorizontal = R"(orient="horizontal" thumbsize="15" thumbheight="16")";
 constexpr const char* kVertical = R"(orient="vertical" thumbsize="10" thumbheight="16")";
 
-class ZSliderTest : public ViewCanvasTest
+struct ZSliderTest : ViewCanvasTest
 {
-protected:
     boost::shared_ptr<ZMetalSlider>
     MakeSlider(const boost::shared_ptr<ZElement>& element,
                const std::string& attributes = kHorizontal,
@@ -150,11 +149,11 @@ TEST_F(ZSliderTest, WorksWithoutAnElementAndWithoutATrack)
 TEST_F(ZSliderTest, ScaleMarksDivideTheTrackAndMayHaveTheirValuesBesideThem)
 {
     for (const bool isVertical : {false, true}) {
+        const auto element = MakeFloat(0.0f, 1.0f, 0.0f);
+        const std::string attributes = kVertical + std::string(" drawscaletext=\"true\"");
         const auto slider = isVertical
-                                ? MakeSlider(MakeFloat(0.0f, 1.0f, 0.0f),
-                                             kVertical + std::string(" drawscaletext=\"true\""),
-                                             "width=\"60\" height=\"40\"")
-                                : MakeSlider(MakeFloat(0.0f, 1.0f, 0.0f));
+                                ? MakeSlider(element, attributes, "width=\"60\" height=\"40\"")
+                                : MakeSlider(element);
         slider->SetThumbBitmap(plainBitmap(1, 1));
         Paint(*slider);
         const auto before = std::move(canvas);

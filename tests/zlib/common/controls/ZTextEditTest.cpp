@@ -25,16 +25,14 @@ boost::shared_ptr<ZMessage> keyDown(std::uint8_t key, bool shift = false, bool c
     return message;
 }
 
-class OpenTextEdit : public ZTextEdit
+struct OpenTextEdit : ZTextEdit
 {
-public:
     using ZTextEdit::mField;
     using ZTextEdit::ZTextEdit;
 };
 
-class ZTextEditTest : public testing::Test
+struct ZTextEditTest : testing::Test
 {
-protected:
     ZTextEditTest() { edit.SetContext(canvas); }
 
     void Type(const char* text)
@@ -86,21 +84,16 @@ TEST_F(ZTextEditTest, TypingReplacesTheSelection)
 TEST_F(ZTextEditTest, KeysMoveTheCaretSelectAndErase)
 {
     edit.SetText("one two");
-    EXPECT_EQ(After(kKeyRight), "one two|");
-    EXPECT_EQ(After(kKeyLeft, false, true), "one |two");
-    EXPECT_EQ(After(kKeyLeft, true), "one[ ]two");
-    EXPECT_EQ(After(kKeyLeft), "one| two");
-    EXPECT_EQ(After(kKeyDelete), "one|two");
-    EXPECT_EQ(After(kKeyBackspace), "on|two");
-    EXPECT_EQ(After(kKeyHome, true), "[on]two");
-    EXPECT_EQ(After(kKeyDelete), "|two");
-    EXPECT_EQ(After(kKeyBackspace), "|two");
-    EXPECT_EQ(After(kKeyEnd), "two|");
-    EXPECT_EQ(After(kKeyDelete), "two|");
-    EXPECT_EQ(After('A', false, true), "[two]");
-    EXPECT_EQ(After('A'), "[two]");
-    EXPECT_EQ(After(kKeyHome), "|two");
-    EXPECT_EQ(After(kKeyRight, true, true), "[two]");
+    const std::tuple<int, const char*, const char*> steps[] = {
+        {kKeyRight, "", "one two|"}, {kKeyLeft, "c", "one |two"}, {kKeyLeft, "s", "one[ ]two"},
+        {kKeyLeft, "", "one| two"},  {kKeyDelete, "", "one|two"}, {kKeyBackspace, "", "on|two"},
+        {kKeyHome, "s", "[on]two"},  {kKeyDelete, "", "|two"},    {kKeyBackspace, "", "|two"},
+        {kKeyEnd, "", "two|"},       {kKeyDelete, "", "two|"},    {'A', "c", "[two]"},
+        {'A', "", "[two]"},          {kKeyHome, "", "|two"},      {kKeyRight, "sc", "[two]"}};
+    for (const auto& [key, held, picture] : steps)
+        EXPECT_EQ(After(static_cast<std::uint8_t>(key), std::strchr(held, 's') != nullptr,
+                        std::strchr(held, 'c') != nullptr),
+                  picture);
 }
 
 TEST_F(ZTextEditTest, SurrogatePairIsOneCharacter)
@@ -120,7 +113,7 @@ TEST_F(ZTextEditTest, SurrogatePairIsOneCharacter)
     EXPECT_EQ(edit.GetText().ToNarrow(), full + "y");
 }
 
-TEST_F(ZTextEditTest, MousePlacesTheCaretAndSelects)
+TEST_F(ZTextEditTest, MousePlacesTheCaretAndSelectsAndADoubleClickTakesWordsOrBlanks)
 {
     edit.SetText("WWWW");
     const std::int32_t letter = edit.StringWidth("WWWW") / 4;
@@ -136,12 +129,7 @@ TEST_F(ZTextEditTest, MousePlacesTheCaretAndSelects)
     EXPECT_EQ(Picture(), "W[WWW]");
     edit.MouseDoubleClick({10, 10}, ZView::kMouseButton);
     EXPECT_EQ(Picture(), "[WWWW]");
-}
-
-TEST_F(ZTextEditTest, ADoubleClickSelectsTheWordOrTheBlanksUnderIt)
-{
     edit.SetText("WW  WWW");
-    const std::int32_t letter = edit.StringWidth("WW") / 2;
     const auto doubleClickAt = [&](std::int32_t x) {
         edit.MouseDoubleClick({5 + x, 10}, ZView::kMouseButton);
         return Picture();

@@ -19,9 +19,8 @@ namespace
 using Log = TestView::Log;
 
 /// A host that is asked for sizes.
-class SizingHost : public ZWindowHost
+struct SizingHost : ZWindowHost
 {
-public:
     bool ResizeWindow(const ZPoint& size) override
     {
         asked.push_back(size);
@@ -35,9 +34,8 @@ public:
     std::function<void()> meanwhile;
 };
 
-class ZWindowScaleTest : public DisplayTest
+struct ZWindowScaleTest : DisplayTest
 {
-protected:
     void Begin() override
     {
         const ZInterfaceLock lock;
@@ -87,18 +85,16 @@ TEST_F(ZWindowScaleTest, PixelsArePaintedAndPointedAtByUnits)
         SCOPED_TRACE(scale);
         Open(scale);
         const auto at = [scale](int unit) { return static_cast<int>(unit * scale + 0.5); };
-        const int x = 50;
-        const int y = 40;
         EXPECT_TRUE(waitFor([&] { return Place().width == at(101) && Place().height == at(50); }));
-        EXPECT_TRUE(ShowsAt(x + at(11), y + at(10), 0xFF0000));
-        EXPECT_TRUE(ShowsAt(x + at(31) - 1, y + at(30) - 1, 0xFF0000));
-        EXPECT_TRUE(ShowsAt(x + at(11) - 1, y + at(20), 0));
-        EXPECT_TRUE(ShowsAt(x + at(31), y + at(20), 0));
+        EXPECT_TRUE(ShowsAt(50 + at(11), 40 + at(10), 0xFF0000));
+        EXPECT_TRUE(ShowsAt(50 + at(31) - 1, 40 + at(30) - 1, 0xFF0000));
+        EXPECT_TRUE(ShowsAt(50 + at(11) - 1, 40 + at(20), 0));
+        EXPECT_TRUE(ShowsAt(50 + at(31), 40 + at(20), 0));
         // The last pixel of a view is in its last unit.
-        probe->MovePointer(x + at(31) - 1, y + at(30) - 1);
+        probe->MovePointer(50 + at(31) - 1, 40 + at(30) - 1);
         probe->Click(1);
         EXPECT_TRUE(Comes([] { return std::ranges::count(TestView::log, "a down1 19,19") == 1; }));
-        Locked([&] { window->Destroy(); });
+        locked([&] { window->Destroy(); });
     }
 }
 
@@ -106,7 +102,7 @@ TEST_F(ZWindowScaleTest, APartIsRepaintedAloneAndWithoutSeams)
 {
     Open(1.25);
     ASSERT_TRUE(ShowsAt(50 + 20, 40 + 20, 0xFF0000));
-    Locked([&] {
+    locked([&] {
         auto& view = dynamic_cast<TestView&>(*window->GetRootView()->FindSubview("a"));
         view.SetBrushColor({0, 0, 255, 255});
         view.Invalidate();
@@ -122,7 +118,7 @@ TEST_F(ZWindowScaleTest, APartIsRepaintedAloneAndWithoutSeams)
 TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
 {
     Open(1.0);
-    Locked([&] {
+    locked([&] {
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 200));
         host.meanwhile = [&] { EXPECT_EQ(window->GetPixelSize(), (ZPoint{202, 100})); };
         EXPECT_TRUE(window->TakeScale());
@@ -131,7 +127,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
     EXPECT_TRUE(waitFor([&] { return Place().width == 202 && Place().height == 100; }));
     EXPECT_TRUE(ShowsAt(50 + 61, 40 + 59, 0xFF0000)) << "it is not painted anew";
     // A refused size stays as it was, and comes with the next window.
-    Locked([&] {
+    locked([&] {
         host.grants = false;
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 150));
         host.meanwhile = nullptr;
@@ -143,7 +139,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
     });
     // The host may close the window while it is asked, or destroy it.
     Open(1.0);
-    Locked([&] {
+    locked([&] {
         host.grants = true;
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 300));
         host.meanwhile = [&] { window->Destroy(); };
@@ -151,7 +147,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
         EXPECT_EQ(window->GetNativeWindow(), nullptr);
     });
     Open(1.0);
-    Locked([&] {
+    locked([&] {
         ASSERT_TRUE(ZWindowScale::SetChoice(*app, 100));
         host.meanwhile = [&] { window.reset(); };
         ZWindow& asking = *window;
@@ -162,7 +158,7 @@ TEST_F(ZWindowScaleTest, AnOpenWindowFollowsTheUserWhenTheHostAgrees)
 TEST_F(ZWindowScaleTest, AnotherScaleStartsFromTheWindowsOwnSizeWhateverSizeTheHostHasGivenIt)
 {
     Open(2.0);
-    Locked([&] {
+    locked([&] {
         window->NativeSized(404, 300);
         EXPECT_EQ(window->GetPixelSize(), (ZPoint{404, 300}));
         EXPECT_EQ(window->GetRootView()->GetBounds(), (ZRect{0, 0, 202, 150}));
@@ -221,13 +217,12 @@ TEST_F(ZWindowScaleTest, AMenuIsAsLargeAsItsWindow)
     for (int i = 0; i < 30; ++i)
         menu.AddItem(ZString("Item " + std::to_string(i)), i);
     probe->Sync();
-    const auto before = probe->GetChildren(probe->GetRoot());
+    const auto before = probe->GetChildren(probe->GetRoot()).size();
     ZInterfaceThread::Post([&] {
         chosen = ZMenuWindow::Show(menu, {300, 200}, window.get());
         ended = true;
     });
-    ASSERT_TRUE(
-        waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before.size(); }));
+    ASSERT_TRUE(waitFor([&] { return probe->GetChildren(probe->GetRoot()).size() > before; }));
     const xcb_rectangle_t place = probe->GetPlace(probe->GetChildren(probe->GetRoot()).back());
     EXPECT_EQ(place.height, 768) << "30 items of 19 units do not fit";
     ASSERT_TRUE(ShowsAt(place.x + 8, place.y + 400, 0x262629));

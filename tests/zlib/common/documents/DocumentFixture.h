@@ -10,11 +10,6 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace orvane
 {
 
@@ -43,13 +38,9 @@ boost::shared_ptr<ZMessage> messageWith(std::int32_t id, const char* field, cons
 }
 
 /// A window manager that records its messages.
-class WindowRecorder : public ZWindowKeeper
+struct WindowRecorder : ZWindowKeeper
 {
-public:
-    explicit WindowRecorder(ZApp* app)
-        : ZWindowKeeper("windows", app)
-    {
-    }
+    using ZWindowKeeper::ZWindowKeeper;
     void HandleZMessage(boost::shared_ptr<const ZMessage> message) override
     {
         told.push_back(message);
@@ -78,7 +69,7 @@ inline WindowRecorder& addWindows(ZApp& app)
 {
     const auto before = ZWindowKeeper::SetMaker(
         [](const boost::shared_ptr<ZXMLElement>&, ZApp* owner) -> std::unique_ptr<ZWindowKeeper> {
-            return std::make_unique<WindowRecorder>(owner);
+            return std::make_unique<WindowRecorder>("windows", owner);
         });
     app.AddWindowManager(xmlOf("<windowmanager></windowmanager>"));
     ZWindowKeeper::SetMaker(before);

@@ -36,8 +36,7 @@ const std::string kWhole = kStartup + kCommandList + "<audiomanager></audiomanag
 
 void expectStartFails(const ZResources& resources, std::int32_t code, const std::string& text)
 {
-    const auto app = makePlugin(resources);
-    expectZException(code, text, [&] { start(*app); });
+    expectZException(code, text, [app = makePlugin(resources)] { start(*app); });
 }
 
 const std::string kParameters =
@@ -56,9 +55,8 @@ const std::string kParameters =
     "<discrete name=\"A\" /><discrete name=\"B\" /></element>"
     "</elements></doctype></documenttypes></documentmanager>\n";
 
-class ZPluginTest : public testing::Test
+struct ZPluginTest : testing::Test
 {
-protected:
     ZPluginTest()
     {
         start(*app);
@@ -214,12 +212,10 @@ TEST_F(ZPluginTest, ReadsAndSetsValuesByTypeWithoutAllocating)
     app->SetExposedValue(*level, 0.75f);
     app->SetExposedValue(*choice, 1.9f);
     app->SetExposedValue(*place, 1.0f);
-    const float values[] = {app->GetExposedValue(*level), app->GetExposedValue(*choice),
+    const std::array values{app->GetExposedValue(*level), app->GetExposedValue(*choice),
                             app->GetExposedValue(*place)};
     EXPECT_EQ(guard.violations(), 0u);
-    EXPECT_EQ(values[0], 0.75f);
-    EXPECT_EQ(values[1], 1.0f);
-    EXPECT_EQ(values[2], 0.0f);
+    EXPECT_EQ(values, (std::array{0.75f, 1.0f, 0.0f}));
     EXPECT_TRUE(level->IsMarkedChanged());
 }
 

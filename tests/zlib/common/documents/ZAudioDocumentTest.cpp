@@ -23,9 +23,8 @@ namespace
 using Ids = std::vector<std::int32_t>;
 
 /// A bay with a float and a buffer element and a latency; it records the messages it gets.
-class GainBay : public ZSignalBay
+struct GainBay : ZSignalBay
 {
-public:
     GainBay(const boost::shared_ptr<ZXMLElement>& xml, ZApplication* application)
         : ZSignalBay(xml, application)
     {
@@ -72,9 +71,8 @@ struct Listener : ZHandler
     Ids heard;
 };
 
-class ZAudioDocumentTest : public testing::Test
+struct ZAudioDocumentTest : testing::Test
 {
-protected:
     ZAudioDocumentTest() { app->GetClassRegistry().AddStandard<GainBay>("GainBayClass"); }
     ~ZAudioDocumentTest() override { ZFileChooser::SetPresenter(nullptr); }
 
@@ -136,15 +134,12 @@ TEST_F(ZAudioDocumentTest, CallsItsHookWhenCurrentAndOnUndoAndRedo)
         void BecameCurrent() override { ++turns; }
         int turns = 0;
     };
+    static std::string steps;
+    steps.clear();
     struct Step : ZTransaction
     {
-        explicit Step(std::string& steps)
-            : log(steps)
-        {
-        }
-        void Undo() override { log += "undo "; }
-        void Redo() override { log += "redo "; }
-        std::string& log;
+        void Undo() override { steps += "undo "; }
+        void Redo() override { steps += "redo "; }
     };
     const auto document = Make<Counting>("");
     for (const boost::shared_ptr<ZDocument> to : {document, Make<Counting>("")})
@@ -152,9 +147,7 @@ TEST_F(ZAudioDocumentTest, CallsItsHookWhenCurrentAndOnUndoAndRedo)
             messageWith<boost::shared_ptr<ZDocument>>(ZDOCUMENTCHANGED, "NewDocument", to));
     EXPECT_EQ(document->turns, 1);
 
-    std::string steps;
-    ZTransactionManager& transactions = *document->GetTransactionManager();
-    transactions.Add(std::make_unique<Step>(steps));
+    document->GetTransactionManager()->Add(std::make_unique<Step>());
     for (const std::int32_t id : {ZREDO, ZUNDO, ZUNDO, ZREDO, ZREDO, ZUNDO})
         document->HandleZMessage(boost::make_shared<ZMessage>(id));
     EXPECT_EQ(steps, "undo redo undo ");
@@ -192,7 +185,7 @@ TEST_F(ZAudioDocumentTest, LoadDeliversPendingChangesBeforeItsOwn)
         element->RemoveObserver(&listener);
 }
 
-TEST_F(ZAudioDocumentTest, LoadsTheFileThatItSaved)
+TEST_F(ZAudioDocumentTest, LoadsTheFileThatItSavedWhichReplacesAnother)
 {
     const auto document = Make<ZPluginAudioDocument>(kContent);
     const PrivateFolder folder;
@@ -221,12 +214,7 @@ TEST_F(ZAudioDocumentTest, LoadsTheFileThatItSaved)
     }
     EXPECT_EQ(folder.Count(), 2);
     EXPECT_THROW(Send(*document, ZPRESETSAVE, folder.Path("none/file.xml")), ZException);
-}
-
-TEST_F(ZAudioDocumentTest, SavingReplacesAFileInsteadOfWritingIntoIt)
-{
-    const auto document = Make<ZPluginAudioDocument>(kContent);
-    const PrivateFolder folder;
+    // A file is replaced, not written into.
     writeTextFile(folder.Path("mine.xml"), "old");
     std::filesystem::create_hard_link(folder.Path("mine.xml"), folder.Path("old.xml"));
     Send(*document, ZPRESETSAVE, folder.Path("mine.xml"));

@@ -34,9 +34,8 @@ const char* const kDocuments =
     "<discrete name=\"Off\" /><discrete name=\"On\" /></element>"
     "</elements></doctype></documenttypes></documentmanager>";
 
-class ZCommandListTest : public testing::Test
+struct ZCommandListTest : testing::Test
 {
-protected:
     ZCommandListTest() { app->AddCommandList(xmlOf(kCommands)); }
 
     [[nodiscard]] boost::shared_ptr<ZCommand> Command(const char* name) const
@@ -50,8 +49,7 @@ protected:
     {
         const auto message = messageWith<std::int32_t>(ZKEYCOMMAND, "hotkey", key);
         message->Add<bool>("shift", shift);
-        if (control)
-            message->Add<bool>("control", true);
+        message->Add<bool>("control", control);
         list().HandleZMessage(message);
     }
 
@@ -102,10 +100,8 @@ TEST_F(ZCommandListTest, MenuChoiceDispatchesACopyOfTheMessage)
     ASSERT_EQ(windows.told.size(), 2u);
     std::int32_t window = 0;
     std::int32_t value = 0;
-    EXPECT_TRUE(windows.told[0]->Find("CmdWindow", window));
-    EXPECT_EQ(window, 42);
-    EXPECT_TRUE(windows.told[0]->Find("value", value));
-    EXPECT_EQ(value, 5);
+    EXPECT_TRUE(windows.told[0]->Find("CmdWindow", window) && window == 42);
+    EXPECT_TRUE(windows.told[0]->Find("value", value) && value == 5);
     EXPECT_FALSE(windows.told[1]->Find("CmdWindow", window));
     EXPECT_EQ(windows.told[1], Command("first")->GetMessage());
 }

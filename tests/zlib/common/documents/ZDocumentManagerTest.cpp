@@ -18,9 +18,8 @@ namespace
 {
 
 /// A document that can refuse to close and records its name at the first hook.
-class StubbornDocument : public ZDocument
+struct StubbornDocument : ZDocument
 {
-public:
     using ZDocument::ZDocument;
     [[nodiscard]] bool AgreesToClose() override { return agrees; }
     void DocumentMade() override { nameWhenMade = GetName(); }
@@ -38,9 +37,8 @@ const char* const kManager =
     "<filetypes><filetype docclass=\"StubbornDocumentClass\" winext=\"stub\" mactype=\"Stub\" "
     "mimetype=\"text/stub\" /></filetypes></documentmanager>";
 
-class ZDocumentManagerTest : public testing::Test
+struct ZDocumentManagerTest : testing::Test
 {
-protected:
     ZDocumentManagerTest()
     {
         app->GetClassRegistry().AddStandard<StubbornDocument>("StubbornDocumentClass");

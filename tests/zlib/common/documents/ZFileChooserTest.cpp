@@ -22,9 +22,8 @@ namespace
 
 using namespace std::chrono_literals;
 
-class ZFileChooserTest : public testing::Test
+struct ZFileChooserTest : testing::Test
 {
-protected:
     /// Asks for a file on the interface thread; the result is its path, or "none".
     std::future<std::string> Ask()
     {

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Standard.h"
 #include "zlib/common/drawing/ZBitmap.h"
 #include "zlib/common/drawing/ZImage.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <vector>
 
 namespace orvane
 {
@@ -17,19 +13,15 @@ constexpr ZColor kWhite{255, 255, 255, 255};
 constexpr ZColor kRed{255, 0, 0, 255};
 
 /// A bitmap to draw into, with its pixels to look at: transparent at first.
-class Canvas : public ZBitmap
+struct Canvas : ZBitmap
 {
-public:
     Canvas(std::int32_t width, std::int32_t height)
         : ZBitmap(width, height, nullptr)
     {
     }
 
     /// As 0xAARRGGBB.
-    [[nodiscard]] std::uint32_t At(std::int32_t x, std::int32_t y) const
-    {
-        return Pixels()[Index(x, y)];
-    }
+    std::uint32_t At(std::int32_t x, std::int32_t y) const { return Pixels()[Index(x, y)]; }
     [[nodiscard]] std::uint32_t AlphaAt(std::int32_t x, std::int32_t y) const
     {
         return GetNative()->GetPremultipliedPixels()[Index(x, y)] >> 24;
@@ -51,12 +43,10 @@ public:
     [[nodiscard]] ZRect Ink() const
     {
         ZRect ink;
-        for (std::int32_t y = 0; y < GetHeight(); ++y) {
-            for (std::int32_t x = 0; x < GetWidth(); ++x) {
+        for (std::int32_t y = 0; y < GetHeight(); ++y)
+            for (std::int32_t x = 0; x < GetWidth(); ++x)
                 if (AlphaAt(x, y) != 0)
                     ink = ink.Union({x, y, x + 1, y + 1});
-            }
-        }
         return ink;
     }
     /// Sum of all alphas in pixels.
@@ -68,7 +58,6 @@ public:
         return sum;
     }
 
-private:
     [[nodiscard]] std::size_t Index(std::int32_t x, std::int32_t y) const
     {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(GetWidth()) +

@@ -14,25 +14,17 @@ namespace orvane
 namespace
 {
 
-ZResources::Entry entry(std::string_view name, const PngBytes& bytes)
-{
-    const char* const begin = reinterpret_cast<const char*>(bytes.data());
-    return {"IMAGE", name, begin, begin + bytes.size()};
-}
-
 /// An application with pictures among its resources, and with files for others.
-class PictureApplication : public SmallApplication
+struct PictureApplication : SmallApplication
 {
-public:
-    [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
+    PictureApplication() { resources = ZResources(mEntries); }
 
-private:
     PngBytes mPicture = makePng(4, 3);
     PngBytes mOpaque = makePng(2, 2, false);
     PngBytes mBroken = PngBytes(mPicture.begin(), mPicture.end() - 30);
-    std::array<ZResources::Entry, 3> mEntries{
-        {entry("nk1.png", mPicture), entry("opaque.png", mOpaque), entry("broken.png", mBroken)}};
-    ZResources mResources{mEntries};
+    std::array<ZResources::Entry, 3> mEntries{{pictureEntry("nk1.png", mPicture),
+                                               pictureEntry("opaque.png", mOpaque),
+                                               pictureEntry("broken.png", mBroken)}};
 };
 
 }  // namespace
@@ -89,16 +81,12 @@ TEST(ZBitmapTest, DrawsWithItsAlphaTimesTheOneGiven)
     half.DrawBitmap(source, {0, 0}, 0.5f);
     EXPECT_NEAR(half.AlphaAt(0, 0), 128.0, 1.0);
     EXPECT_NEAR(half.AlphaAt(1, 0), 64.0, 1.0);
-}
-
-TEST(ZBitmapTest, PartBeyondThePictureDrawsNothing)
-{
-    Canvas source(2, 2);
-    source.FillRect(0, 0, 2, 2);
-    Canvas canvas(8, 8);
-    canvas.DrawBitmap(source, -1, -1, 3, 3, 0, 0, 8, 8, 1.0f);
-    EXPECT_EQ(canvas.Ink(), (ZRect{2, 2, 6, 6}));
-    EXPECT_EQ(canvas.Coverage(), 16.0);
+    Canvas enlarged(8, 8);
+    canvas.SetAlphaBlend(false);
+    canvas.FillRect(0, 0, 2, 1);
+    enlarged.DrawBitmap(canvas, -1, -1, 3, 3, 0, 0, 8, 8, 1.0f);
+    EXPECT_EQ(enlarged.Ink(), (ZRect{2, 2, 6, 4})) << "a part beyond the picture draws nothing";
+    EXPECT_EQ(enlarged.Coverage(), 8.0);
 }
 
 TEST(ZBitmapTest, LockedPixelsAreKeptWithoutLoss)

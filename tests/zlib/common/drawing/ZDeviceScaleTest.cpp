@@ -35,28 +35,17 @@ std::set<std::uint32_t> colorsOf(const ZBitmap& bitmap)
 }
 
 /// An application with pictures for scale 1, and for some also for scale 2.
-class ScaledApplication : public SmallApplication
+struct ScaledApplication : SmallApplication
 {
-public:
-    [[nodiscard]] const ZResources& GetResources() const override { return mResources; }
-
-private:
-    static ZResources::Entry EntryOf(std::string_view name, const PngBytes& bytes)
-    {
-        const char* const begin = reinterpret_cast<const char*>(bytes.data());
-        return {"IMAGE", name, begin, begin + bytes.size()};
-    }
+    ScaledApplication() { resources = ZResources(mEntries); }
 
     PngBytes mPlain = makePng(4, 3);
     PngBytes mDouble = makePng(8, 6);
-    PngBytes mSingle = makePng(4, 3);
-    PngBytes mWrong = makePng(4, 3);
     PngBytes mWrongDouble = makePng(9, 6);
     std::array<ZResources::Entry, 5> mEntries{
-        {EntryOf("both.png", mPlain), EntryOf("Both@2X.png", mDouble),
-         EntryOf("single.png", mSingle), EntryOf("wrong.png", mWrong),
-         EntryOf("wrong@2x.png", mWrongDouble)}};
-    ZResources mResources{mEntries};
+        {pictureEntry("both.png", mPlain), pictureEntry("Both@2X.png", mDouble),
+         pictureEntry("single.png", mPlain), pictureEntry("wrong.png", mPlain),
+         pictureEntry("wrong@2x.png", mWrongDouble)}};
 };
 
 }  // namespace

@@ -53,7 +53,7 @@ TEST(ZDrawingContextTest, FillsThePixelsBetweenTheEdges)
     EXPECT_EQ(canvas.Coverage(), 9.0);
 }
 
-TEST(ZDrawingContextTest, LinesHoldBothEndPointsInAllDirections)
+TEST(ZDrawingContextTest, LinesHoldBothEndPointsAndAreNoThinnerThanAPixel)
 {
     for (std::int32_t y = 0; y < 7; ++y) {
         for (std::int32_t x = 0; x < 7; ++x) {
@@ -65,10 +65,6 @@ TEST(ZDrawingContextTest, LinesHoldBothEndPointsInAllDirections)
             EXPECT_EQ(canvas.AlphaAt(x, y), 255u);
         }
     }
-}
-
-TEST(ZDrawingContextTest, LinesAreNoThinnerThanAPixel)
-{
     Canvas wide(6, 5);
     wide.SetPenWidth(3.0f);
     wide.DrawLine(1, 2, 4, 2);
@@ -95,7 +91,7 @@ TEST(ZDrawingContextTest, PixelsBlendOrReplaceByTheBlendMode)
     EXPECT_EQ(canvas.At(1, 0), 0x33FF0000u);
 }
 
-TEST(ZDrawingContextTest, RestoringBringsBackClipTransformAndBlending)
+TEST(ZDrawingContextTest, RestoringBringsBackClipTransformAndBlendingAndEndsInnerStates)
 {
     Canvas canvas(4, 4);
     canvas.SetClip(ZRect{0, 0, 2, 4});
@@ -112,22 +108,18 @@ TEST(ZDrawingContextTest, RestoringBringsBackClipTransformAndBlending)
     canvas.FillRect(0, 0, 4, 2);
     EXPECT_EQ(canvas.Rows(), Rows({"##..", "##..", "....", "...."}));
     EXPECT_EQ(canvas.At(0, 0), 0xFFFF0000u);
-}
-
-TEST(ZDrawingContextTest, OuterStateEndsInnerOnes)
-{
-    Canvas canvas(4, 1);
-    auto outer = canvas.SaveState();
-    canvas.Translate(1, 0);
-    auto inner = canvas.SaveState();
-    canvas.Translate(1, 0);
-    canvas.RestoreState(outer);
+    Canvas row(4, 1);
+    auto outer = row.SaveState();
+    row.Translate(1, 0);
+    auto inner = row.SaveState();
+    row.Translate(1, 0);
+    row.RestoreState(outer);
     EXPECT_EQ(outer, nullptr);
-    canvas.FillRect(0, 0, 1, 1);
-    canvas.Translate(3, 0);
-    canvas.RestoreState(inner);
-    canvas.FillRect(0, 0, 1, 1);
-    EXPECT_EQ(canvas.Rows(), Rows({"#..#"}));
+    row.FillRect(0, 0, 1, 1);
+    row.Translate(3, 0);
+    row.RestoreState(inner);
+    row.FillRect(0, 0, 1, 1);
+    EXPECT_EQ(row.Rows(), Rows({"#..#"}));
 }
 
 TEST(ZDrawingContextTest, ScalesThePenAndTurnsClockwise)

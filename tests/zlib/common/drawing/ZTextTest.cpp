@@ -19,9 +19,8 @@ constexpr const char* kInstalledFile =
     "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf";
 
 /// A canvas with a font.
-class Page : public Canvas
+struct Page : Canvas
 {
-public:
     explicit Page(const char* typeface = "Arial", std::int32_t height = 20)
         : Canvas(400, 120)
     {
@@ -63,7 +62,7 @@ std::string renamedFont()
 
 }  // namespace
 
-TEST(ZTextTest, InkLiesWithinWhatWasMeasured)
+TEST(ZTextTest, InkLiesWithinWhatWasMeasuredAndHeightIsTheEmInPixels)
 {
     for (const char* typeface : {"Arial", "DejaVu Sans", "No Such Typeface", ""}) {
         for (const std::int32_t height : {5, 11, 18, 40}) {
@@ -77,10 +76,6 @@ TEST(ZTextTest, InkLiesWithinWhatWasMeasured)
             EXPECT_EQ(page.StringBounds(text, {10, 5, 400, 120}), box);
         }
     }
-}
-
-TEST(ZTextTest, HeightIsTheEmInPixels)
-{
     Page page("Arial", 100);
     // Of the typeface: a capital H is 1409 of 2048 units high, the M 1706 wide.
     page.DrawString("H", {0, 0, 400, 120}, 1);
@@ -101,7 +96,7 @@ TEST(ZTextTest, AlignsLeftCentreAndRight)
     EXPECT_EQ(inkOf("MMM", rect, 3), left);
 }
 
-TEST(ZTextTest, WrapsAtWordsOrEndsInAnEllipsis)
+TEST(ZTextTest, WrapsAtWordsOrEndsInAnEllipsisAndIsCutBelowItsRectangle)
 {
     Page page;
     const std::int32_t lineHeight = page.StringHeight("X");
@@ -117,10 +112,6 @@ TEST(ZTextTest, WrapsAtWordsOrEndsInAnEllipsis)
     EXPECT_LE(inkOf("TUNING METER", rect, 1, true).GetHeight(), lineHeight);
     EXPECT_EQ(inkOf("TUNING", rect, 1, true), inkOf("TUNING", rect, 1, false)) << "it fits";
     EXPECT_LE(inkOf("WIDE TEXT", {20, 10, 24, 30}, 1, true).right, 25);
-}
-
-TEST(ZTextTest, TextTallerThanItsRectangleIsCutBelowIt)
-{
     const ZRect whole = inkOf("TUNING METER", {10, 10, 90, 100}, 1);
     ASSERT_GT(whole.bottom, 40) << "two lines";
     for (const bool truncate : {false, true})

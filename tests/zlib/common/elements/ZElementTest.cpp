@@ -85,9 +85,11 @@ TEST(ZElementTest, ChildHasOneContainerAtATime)
     EXPECT_EQ(child->GetContainer(), &later);
 }
 
-class ZElementNotificationTest : public testing::Test
+struct ZElementNotificationTest : testing::Test
 {
-protected:
+    /// What the view hears when the application's queue runs.
+    MessageIds Heard() { return heardBy(view, application); }
+
     SmallApplication application;
     MessageRecorder host{&application};
     MessageRecorder view{&application};
@@ -97,7 +99,7 @@ protected:
     {
         gain.AddObserver(&host);
         gain.AddObserver(&view);
-        ASSERT_EQ(heardBy(view, application), MessageIds{ZATTACHEDTOELEMENT});
+        ASSERT_EQ(Heard(), MessageIds{ZATTACHEDTOELEMENT});
         host.ids.clear();
     }
 };
@@ -106,23 +108,22 @@ TEST_F(ZElementNotificationTest, ManyChangesAreHeardOnce)
 {
     gain.SetZFloat(0.1f, false);
     gain.SetZFloat(0.2f, false);
-    EXPECT_EQ(heardBy(view, application), MessageIds{}) << "a setter only marks";
+    EXPECT_EQ(Heard(), MessageIds{}) << "a setter only marks";
     gain.FlushMark(&host);
     gain.SetZFloat(0.3f, false);
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED});
+    EXPECT_EQ(Heard(), MessageIds{ZELEMENTCHANGED});
     EXPECT_EQ(host.ids, MessageIds{ZELEMENTCHANGED});
     gain.SetZFloat(0.4f, true);
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(view, application), MessageIds{})
-        << "the mark is taken, the quiet form sets none";
+    EXPECT_EQ(Heard(), MessageIds{}) << "the mark is taken, the quiet form sets none";
 }
 
 TEST_F(ZElementNotificationTest, HostDoesNotHearItsOwnChanges)
 {
     gain.MarkChangedByHost();
     gain.FlushMark(&host);
-    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED});
+    EXPECT_EQ(Heard(), MessageIds{ZELEMENTCHANGED});
     EXPECT_TRUE(host.ids.empty());
 
     gain.MarkChangedByHost();
@@ -134,10 +135,10 @@ TEST_F(ZElementNotificationTest, HostDoesNotHearItsOwnChanges)
 TEST_F(ZElementNotificationTest, ChangeOfRangeIsToldAtOnceAndMarked)
 {
     gain.SetRange(0.0f, 3.0f, true);
-    EXPECT_EQ(heardBy(view, application), MessageIds{});
+    EXPECT_EQ(Heard(), MessageIds{});
     EXPECT_FALSE(gain.IsMarkedChanged());
     gain.SetRange(0.0f, 2.0f, false);
-    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTUPDATED});
+    EXPECT_EQ(Heard(), MessageIds{ZELEMENTUPDATED});
     EXPECT_TRUE(gain.IsMarkedChanged());
 }
 
@@ -146,10 +147,10 @@ TEST_F(ZElementNotificationTest, ReplacedListIsToldOnce)
     ZElement scale("scale", ZElement::ZDISCRETE, &application);
     scale.AddDiscreteValue("Chromatic");
     scale.AddObserver(&view);
-    ASSERT_EQ(heardBy(view, application), MessageIds{ZATTACHEDTOELEMENT});
+    ASSERT_EQ(Heard(), MessageIds{ZATTACHEDTOELEMENT});
     scale.SetDiscrete(2, true);
     scale.ReplaceDiscreteValues({ZString("Major"), ZString("Minor")});
-    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTUPDATED});
+    EXPECT_EQ(Heard(), MessageIds{ZELEMENTUPDATED});
     EXPECT_EQ(scale.CountDiscreteValues(), 2);
     EXPECT_EQ(*scale.GetDiscreteString(1), ZString("Minor"));
     EXPECT_EQ(scale.GetDiscrete(), 1) << "clamped to the list";
@@ -162,9 +163,9 @@ TEST_F(ZElementNotificationTest, ObserversMayLeaveWhileTheyAreTold)
         gain.RemoveObserver(&view);
     };
     gain.ElementChanged(nullptr, false);
-    EXPECT_EQ(heardBy(view, application), MessageIds{ZELEMENTCHANGED}) << "it was on its way";
+    EXPECT_EQ(Heard(), MessageIds{ZELEMENTCHANGED}) << "it was on its way";
     gain.ElementChanged(nullptr, false);
-    EXPECT_EQ(heardBy(view, application), MessageIds{});
+    EXPECT_EQ(Heard(), MessageIds{});
 }
 
 TEST(ZElementThreadTest, ThreadsShareElements)

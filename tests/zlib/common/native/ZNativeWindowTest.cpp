@@ -31,9 +31,8 @@ std::unique_ptr<ZImage> makeImage(std::int32_t width, std::int32_t height, std::
 
 /// Fills its window with a colour, and writes down what happens to it. Tests look at it under the
 /// interface lock.
-class Client : public ZNativeWindowClient
+struct Client : ZNativeWindowClient
 {
-public:
     explicit Client(const ZNativeWindow::Settings& settings)
         : window(ZNativeWindow::Create(settings, *this))
     {
@@ -99,9 +98,8 @@ private:
     }
 };
 
-class ZNativeWindowTest : public DisplayTest
+struct ZNativeWindowTest : DisplayTest
 {
-protected:
     void Begin() override { parent = probe->MakeWindow({100, 100, 400, 300}); }
     void TearDown() override
     {
@@ -119,24 +117,24 @@ protected:
     {
         if (!client)
             MakeChild();
-        Locked([&] { client->window->Show(); });
+        locked([&] { client->window->Show(); });
         ASSERT_TRUE(ShowsAt(115, 125, kGreen));
     }
-    [[nodiscard]] ZNativeWindow::Settings ChildSettings() const
+    [[nodiscard]] ZNativeWindow::Settings
+    ChildSettings(ZNativeWindow::Kind kind = ZNativeWindow::Kind::kChild) const
     {
-        return {ZNativeWindow::Kind::kChild, parent, {10, 20, 210, 120}, ""};
+        return {kind, parent, {10, 20, 210, 120}, ""};
     }
-    void OnNext(std::function<void()> callback) const
+    /// The keys that reached the host's windows, at least one.
+    [[nodiscard]] std::vector<std::uint32_t> HostKeys(std::uint8_t type = XCB_KEY_PRESS)
     {
-        const ZInterfaceLock lock;
-        client->onNext = std::move(callback);
+        std::vector<std::uint32_t> keys;
+        EXPECT_TRUE(waitFor([&] { return !(keys = probe->TakeKeys(type)).empty(); }));
+        return keys;
     }
-    /// With a key of the user's held meanwhile.
-    void TypeWith(std::uint32_t held, std::uint32_t key) const
+    [[nodiscard]] bool HasKeys(std::size_t count) const
     {
-        probe->PressKey(held);
-        probe->TypeKey(key);
-        probe->ReleaseKey(held);
+        return Comes([&] { return client->keys.size() == count; });
     }
     [[nodiscard]] bool ActionsAre(const std::vector<Action>& actions) const
     {
@@ -153,7 +151,7 @@ TEST_F(ZNativeWindowTest, PaintsWhatIsUncoveredOrInvalid)
 {
     ShowChild();
     const xcb_window_t cover = probe->MakeWindow({120, 130, 30, 20});
-    Locked([&] { client->paints.clear(); });
+    locked([&] { client->paints.clear(); });
     probe->Destroy(cover);
     ASSERT_TRUE(Comes([&] { return !client->paints.empty(); }));
     EXPECT_TRUE(ShowsAt(125, 135, kGreen));
@@ -180,7 +178,7 @@ TEST_F(ZNativeWindowTest, ParentMayHaveAnotherDepth)
 TEST_F(ZNativeWindowTest, ReportsMovesAndSizes)
 {
     ShowChild();
-    Locked([&] { client->window->SetRect({30, 40, 180, 120}); });
+    locked([&] { client->window->SetRect({30, 40, 180, 120}); });
     EXPECT_TRUE(Comes([&] { return client->sizes == std::vector<ZPoint>{{150, 80}}; }));
     EXPECT_EQ(client->moves, (std::vector<ZPoint>{{30, 40}}));
     EXPECT_TRUE(ShowsAt(111, 121, kParentColor));
@@ -215,7 +213,7 @@ TEST_F(ZNativeWindowTest, CaptureBringsTheMouseFromEverywhere)
     static_cast<void>(probe->MakeWindow({600, 100, 100, 100}));
     probe->MovePointer(120, 140);
     ASSERT_TRUE(ActionsAre({Action::kMove}));
-    OnNext([&] { EXPECT_TRUE(client->window->SetCapture(true)); });
+    locked([&] { client->onNext = [&] { EXPECT_TRUE(client->window->SetCapture(true)); }; });
     probe->Press(1);
     ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown}));
     probe->Release(1);
@@ -223,7 +221,7 @@ TEST_F(ZNativeWindowTest, CaptureBringsTheMouseFromEverywhere)
     ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown, Action::kUp, Action::kMove}));
     EXPECT_EQ(client->mouse[3].position, (ZPoint{500, 30}));
     EXPECT_FALSE(probe->Grab()) << "the capture is the window's";
-    Locked([&] { client->window->SetCapture(false); });
+    locked([&] { client->window->SetCapture(false); });
     ASSERT_TRUE(waitFor([&] { return probe->Grab(); }));
     const ZInterfaceLock lock;
     EXPECT_FALSE(client->window->SetCapture(true)) << "another program has the mouse";
@@ -234,11 +232,11 @@ TEST_F(ZNativeWindowTest, HeldButtonIsReleasedWhenTheWindowHides)
 {
     ShowChild();
     probe->MovePointer(120, 140);
-    OnNext([&] { client->window->SetCapture(true); });
+    locked([&] { client->onNext = [&] { client->window->SetCapture(true); }; });
     probe->Press(1);
     ASSERT_TRUE(ActionsAre({Action::kMove, Action::kDown}));
     probe->Hide(parent);
-    Locked([&] { client->window->Hide(); });
+    locked([&] { client->window->Hide(); });
     ASSERT_TRUE(Comes([&] { return client->Actions().back() == Action::kUp; }));
     EXPECT_TRUE(probe->Grab());
 }
@@ -246,14 +244,13 @@ TEST_F(ZNativeWindowTest, HeldButtonIsReleasedWhenTheWindowHides)
 TEST_F(ZNativeWindowTest, KeysComeWithCodeAndText)
 {
     ShowChild();
-    Locked([&] { client->window->SetFocus(); });
+    locked([&] { client->window->SetFocus(); });
     ASSERT_TRUE(Comes([&] { return client->focused; }));
-    probe->TypeKey(XKB_KEY_a);
-    TypeWith(XKB_KEY_Shift_L, XKB_KEY_q);
-    TypeWith(XKB_KEY_Control_L, XKB_KEY_z);
-    probe->TypeKey(XKB_KEY_Left);
-    probe->TypeKey(XKB_KEY_Return);
-    ASSERT_TRUE(Comes([&] { return client->keys.size() == 7; }));
+    probe->Type("a");
+    probe->TypeWith(XKB_KEY_Shift_L, XKB_KEY_q);
+    probe->TypeWith(XKB_KEY_Control_L, XKB_KEY_z);
+    probe->Type("<\r");
+    ASSERT_TRUE(HasKeys(7));
     std::string told;
     for (const ZNativeKeyEvent& key : client->keys)
         told += std::to_string(key.code) + (key.shift ? "s" : "") + (key.control ? "c" : "") + "'" +
@@ -263,13 +260,11 @@ TEST_F(ZNativeWindowTest, KeysComeWithCodeAndText)
 
     probe->ChangeKey(XKB_KEY_q, XKB_KEY_adiaeresis);
     probe->TypeKey(XKB_KEY_q);
-    ASSERT_TRUE(Comes([&] { return client->keys.size() == 8; }));
+    ASSERT_TRUE(HasKeys(8));
     EXPECT_EQ(client->keys.back().text.ToNarrow(), "\xC3\xA4") << "the user's new map";
     probe->ChangeKey(XKB_KEY_w, XKB_KEY_dead_acute);
-    probe->TypeKey(XKB_KEY_w);
-    probe->TypeKey(XKB_KEY_e);
-    probe->TypeKey(XKB_KEY_e);
-    ASSERT_TRUE(Comes([&] { return client->keys.size() == 11; }));
+    probe->Type("wee");
+    ASSERT_TRUE(HasKeys(11));
     EXPECT_TRUE(client->keys[8].text.IsEmpty());
     EXPECT_EQ(client->keys[9].text.ToNarrow(), "\xC3\xA9") << "an accent and its letter";
     EXPECT_EQ(client->keys[10].text.ToNarrow(), "e");
@@ -287,16 +282,11 @@ TEST_F(ZNativeWindowTest, UnusedKeysReachTheHostOnce)
         probe->MovePointer(120, 140);
         probe->Focus(ours ? static_cast<xcb_window_t>(client->window->GetHandle()) : parent);
         probe->TypeKey(XKB_KEY_space);
-        ASSERT_TRUE(Comes([&] { return client->keys.size() == (ours ? 1u : 2u); }));
-        std::vector<std::uint32_t> keys;
-        ASSERT_TRUE(waitFor([&] {
-            keys = probe->TakeKeys();
-            return !keys.empty();
-        }));
-        EXPECT_EQ(keys, (std::vector<std::uint32_t>{XKB_KEY_space}));
+        ASSERT_TRUE(HasKeys(ours ? 1 : 2));
+        EXPECT_EQ(HostKeys(), (std::vector<std::uint32_t>{XKB_KEY_space}));
     }
     probe->SendKey(static_cast<xcb_window_t>(client->window->GetHandle()), XKB_KEY_space);
-    ASSERT_TRUE(Comes([&] { return client->keys.size() == 3; }));
+    ASSERT_TRUE(HasKeys(3));
     EXPECT_TRUE(probe->TakeKeys().empty()) << "a sent key may be one that was passed on";
 }
 
@@ -308,25 +298,18 @@ TEST_F(ZNativeWindowTest, ReleaseOfAClosingKeyDoesNotReachTheHost)
     std::unique_ptr<Client> popup;
     {
         const ZInterfaceLock lock;
-        auto settings = ChildSettings();
-        settings.kind = ZNativeWindow::Kind::kPopup;
-        popup = std::make_unique<Client>(settings);
+        popup = std::make_unique<Client>(ChildSettings(ZNativeWindow::Kind::kPopup));
         popup->window->Show();
         popup->window->SetFocus();
     }
     ASSERT_TRUE(Comes([&] { return popup->focused && !popup->paints.empty(); }));
-    Locked([&] { popup->onNext = [&] { popup->window.reset(); }; });
+    locked([&] { popup->onNext = [&] { popup->window.reset(); }; });
     probe->PressKey(XKB_KEY_Return);
     ASSERT_TRUE(Comes([&] { return popup->keys.size() == 1; }));
     probe->Focus(static_cast<xcb_window_t>(client->window->GetHandle()));
     probe->ReleaseKey(XKB_KEY_Return);
     probe->TypeKey(XKB_KEY_space);
-    std::vector<std::uint32_t> keys;
-    ASSERT_TRUE(waitFor([&] {
-        keys = probe->TakeKeys(XCB_KEY_RELEASE);
-        return !keys.empty();
-    }));
-    EXPECT_EQ(keys, (std::vector<std::uint32_t>{XKB_KEY_space}));
+    EXPECT_EQ(HostKeys(XCB_KEY_RELEASE), (std::vector<std::uint32_t>{XKB_KEY_space}));
     const ZInterfaceLock lock;
     popup.reset();
 }

@@ -16,17 +16,12 @@ namespace
 {
 
 /// An event loop with a thread that serves it.
-class ServedLoop
+struct ServedLoop
 {
-public:
-    ServedLoop()
-        : mThread([this] { loop.Run(); })
-    {
-    }
     ~ServedLoop()
     {
         loop.End();
-        mThread.join();
+        thread.join();
     }
 
     /// Returns when everything that was posted before has been delivered.
@@ -38,9 +33,7 @@ public:
     }
 
     ZEventLoop loop{ZEventLoop::Locking::kUnderInterfaceLock};
-
-private:
-    std::thread mThread;
+    std::thread thread{[this] { loop.Run(); }};
 };
 
 }  // namespace

@@ -31,9 +31,8 @@ boost::shared_ptr<ZFile> fileWith(const std::string& path, const std::string& te
     return fileAt(path);
 }
 
-class ZFileTest : public testing::Test
+struct ZFileTest : testing::Test
 {
-protected:
     PrivateFolder mFolder;
 };
 
@@ -104,8 +103,7 @@ TEST_F(ZFileTest, ReadsBackWhatItWroteAndReportsFailures)
     file->Seek(0);
     file->ReadLong(number);
     file->ReadShort(half);
-    EXPECT_EQ(number, -123456789);
-    EXPECT_EQ(half, -1234);
+    EXPECT_TRUE(number == -123456789 && half == -1234);
     EXPECT_EQ(file->Read(text, 8), 6);
     EXPECT_STREQ(text, "abcdef");
     expectZException("Unable to read file.", [&] { file->ReadShort(half); });

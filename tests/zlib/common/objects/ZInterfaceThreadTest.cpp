@@ -15,20 +15,6 @@ namespace orvane
 namespace
 {
 
-/// Installs a modal presenter for the life of the object.
-class ModalPresenter
-{
-public:
-    explicit ModalPresenter(ZMessageBox::ModalPresenter presenter)
-        : mBefore(ZMessageBox::SetModalPresenter(std::move(presenter)))
-    {
-    }
-    ~ModalPresenter() { ZMessageBox::SetModalPresenter(mBefore); }
-
-private:
-    ZMessageBox::ModalPresenter mBefore;
-};
-
 /// Returns when everything that was posted before has been delivered.
 void flush(const ZInterfaceThread& hold)
 {
@@ -73,7 +59,7 @@ TEST(ZInterfaceThreadDeathTest, OpenInstanceDoesNotKeepTheProcessFromEnding)
 
 TEST(ZMessageBoxTest, BoxWithoutADisplayIsALineOnStandardError)
 {
-    const ModalPresenter noDisplay(
+    const auto before = ZMessageBox::SetModalPresenter(
         [](ZMessageBox::Kind, const ZString&, const ZString&) { return false; });
     testing::internal::CaptureStderr();
     ZMessageBox::Show(ZMessageBox::kWarning, "no thread", "one");
@@ -82,6 +68,7 @@ TEST(ZMessageBoxTest, BoxWithoutADisplayIsALineOnStandardError)
         ZMessageBox::Show(ZMessageBox::kInformation, "no display", "two");
         flush(hold);
     }
+    ZMessageBox::SetModalPresenter(before);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "no thread (warning): one\nno display (information): two\n");
 }

@@ -39,13 +39,9 @@ void sendChange(ZLooper& looper, const ZObject& element, ZHandler& target)
 }
 
 /// A looper that counts its ticks and ZTIMER messages.
-class TickingLooper : public ZLooper
+struct TickingLooper : ZLooper
 {
-public:
-    TickingLooper()
-        : ZLooper("ticking")
-    {
-    }
+    using ZLooper::ZLooper;
     ~TickingLooper() override { StopTimers(); }
     void HandleZMessage(MessagePtr message) override
     {
@@ -54,17 +50,9 @@ public:
         ZLooper::HandleZMessage(message);
     }
 
-    /// Waits for the next ticks of the looper's own timer.
-    [[nodiscard]] bool SeesTicks(int count)
-    {
-        return eventually([this, end = ticks + count] { return ticks >= end; });
-    }
-
     std::atomic<int> ticks{0};
     std::atomic<int> timers{0};
     std::uint32_t lastTimer = 0;
-
-protected:
     void FlushElementChanges() override { ++ticks; }
 };
 
@@ -128,7 +116,7 @@ TEST(ZLooperTest, RemovingAHandlerDropsItsMessages)
 
 TEST(ZLooperTest, TimersRunOnTheInterfaceThreadUntilRemoved)
 {
-    TickingLooper looper;
+    TickingLooper looper("ticking");
     MessageRecorder handler(&looper);
     std::atomic<bool> proper{false};
     handler.onMessage = [&] {
@@ -144,7 +132,7 @@ TEST(ZLooperTest, TimersRunOnTheInterfaceThreadUntilRemoved)
     looper.RemoveTimer(id);
     EXPECT_EQ(looper.lastTimer, static_cast<std::uint32_t>(id));
     const int fired = looper.timers;
-    EXPECT_TRUE(looper.SeesTicks(2));
+    EXPECT_TRUE(eventually([&, end = looper.ticks + 2] { return looper.ticks >= end; }));
     EXPECT_EQ(looper.timers, fired);
 }
 

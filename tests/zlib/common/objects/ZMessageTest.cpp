@@ -49,14 +49,11 @@ TEST(ZMessageTest, ReadsFieldsOfEveryTypeFromADescription)
     const ZXMLDocument document(text.data(), static_cast<std::int32_t>(text.size()));
     const ZMessage message(document.GetChild(0), ZClassRegistry(nullptr));
     EXPECT_EQ(message.GetId(), ZFILENEW);
-    EXPECT_EQ(field<std::int8_t>(message, "a"), -8);
-    EXPECT_EQ(field<std::uint8_t>(message, "b"), 200);
-    EXPECT_EQ(field<std::int16_t>(message, "c"), -16);
-    EXPECT_EQ(field<std::uint16_t>(message, "d"), 60000);
-    EXPECT_EQ(field<std::int32_t>(message, "e"), -32);
-    EXPECT_EQ(field<std::int64_t>(message, "g"), -64);
-    EXPECT_EQ(field<float>(message, "i"), 0.5f);
-    EXPECT_TRUE(field<bool>(message, "l"));
+    EXPECT_TRUE(
+        field<std::int8_t>(message, "a") == -8 && field<std::uint8_t>(message, "b") == 200 &&
+        field<std::int16_t>(message, "c") == -16 && field<std::uint16_t>(message, "d") == 60000 &&
+        field<std::int32_t>(message, "e") == -32 && field<std::int64_t>(message, "g") == -64);
+    EXPECT_TRUE(field<float>(message, "i") == 0.5f && field<bool>(message, "l"));
     EXPECT_EQ(field<ZString>(message, "filename").ToNarrow(), "Kestrune");
     EXPECT_EQ(field<ZPoint>(message, "m"), (ZPoint{1, -2}));
     EXPECT_EQ(field<ZRect>(message, "n"), (ZRect{2147483647, 20, 2147483647, 60}));
@@ -67,12 +64,13 @@ TEST(ZMessageRegistryTest, FindsTheNumberOfEachKnownName)
 {
     ZMessageRegistry registry;
     // One name from each side of the gaps in the numbers.
-    EXPECT_EQ(registry.Find("ZERROR"), -1);
-    EXPECT_EQ(registry.Find("ZLOOPERSTART"), 46);
-    EXPECT_EQ(registry.Find("ZMETER"), 51);
-    EXPECT_EQ(registry.Find("ZPRINTLINE"), 80);
-    EXPECT_EQ(registry.Find("ZPRESETLOADBEGIN"), 182);
-    EXPECT_EQ(registry.Find("ZUSERMESSAGESTART"), 16777216);
+    for (const auto& [name, number] : {std::pair{"ZERROR", -1},
+                                       {"ZLOOPERSTART", 46},
+                                       {"ZMETER", 51},
+                                       {"ZPRINTLINE", 80},
+                                       {"ZPRESETLOADBEGIN", 182},
+                                       {"ZUSERMESSAGESTART", 16777216}})
+        EXPECT_EQ(registry.Find(name), number);
     expectZException("Message not found", [&] { (void)registry.Find("ZMOUSEWHEEL"); });
     expectZException("Message already defined", [&] { registry.Add("ZOK", 5); });
 }

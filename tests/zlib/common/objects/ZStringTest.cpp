@@ -24,7 +24,7 @@ std::optional<ZString> find(std::string_view lines, std::int32_t id)
 
 }  // namespace
 
-TEST(ZStringTableTest, FindsTheTextOfANumber)
+TEST(ZStringTableTest, FindsTheTextOfANumberCutAtAWholeCharacter)
 {
     constexpr std::string_view kLines = "# remark\n"
                                         "7\n7 \n 8 eight\n9nine\n5000000000 five\n\n"
@@ -41,10 +41,6 @@ TEST(ZStringTableTest, FindsTheTextOfANumber)
     for (const std::int32_t id : {0, 8, 9, 71, 705032704})
         EXPECT_FALSE(find(kLines, id)) << id;
     EXPECT_FALSE(find("", 1));
-}
-
-TEST(ZStringTableTest, CutsLongTextsAtAWholeCharacter)
-{
     const std::string clef = "\xF0\x9D\x84\x9E";  // two units
     EXPECT_EQ(find("1 " + std::string(2000, 'x'), 1)->Length(), 1023);
     EXPECT_EQ(find("1 " + std::string(1022, 'x') + clef, 1), ZString(std::string(1022, 'x')));
@@ -99,16 +95,12 @@ TEST(ZResourcesTest, TextsComeInTheNearestLanguageOfTheUser)
     }
 }
 
-TEST(ZStringTest, CountsUtf16UnitsAndConvertsToUtf8AndBack)
+TEST(ZStringTest, ConvertsToUtf8AndBackWithAReplacementForWhatIsInvalid)
 {
     const std::string narrow = "C\xE2\x99\xAF \xF0\x9D\x84\x9E \xC3\xA9";  // C♯ 𝄞 é
     const ZString text(narrow);
     EXPECT_EQ(text.Length(), 7);  // the clef takes two units
     EXPECT_EQ(text.ToNarrow(), narrow);
-}
-
-TEST(ZStringTest, InvalidUtf8BecomesTheReplacementCharacter)
-{
     const std::pair<const char*, std::size_t> cases[] = {
         {"\xFF", 1},
         {"\xE2\x99", 2},      // cut short

@@ -14,9 +14,8 @@ using namespace std::string_literals;
 namespace
 {
 
-class ZUserSettingsTest : public testing::Test
+struct ZUserSettingsTest : testing::Test
 {
-protected:
     [[nodiscard]] std::string FilePath() const { return mFolder.Path("Orvane/Mini.conf"); }
     void Write(const std::string& text) const
     {

@@ -119,7 +119,7 @@ TEST(ZXMLTagTest, ReadsAttributesAndTracesWhatItSkips)
                                                 "ERROR: Value expected, tag termination found\n"}));
 }
 
-TEST(ZXMLTagTest, ReadsTheKindOfEachTag)
+TEST(ZXMLTagTest, ReadsTheKindOfEachTagAndCutsLongNamesAndValues)
 {
     const std::vector<std::pair<std::string, std::pair<std::string, int>>> cases{
         {"<a>", {"a", 1}},   {"</a>", {"a", -1}},
@@ -135,10 +135,6 @@ TEST(ZXMLTagTest, ReadsTheKindOfEachTag)
             EXPECT_EQ(tag.GetKind(), expected.second) << text;
         }
     }
-}
-
-TEST(ZXMLTagTest, CutsLongNamesAndValues)
-{
     const std::string name(5000, 'n');
     const std::string value(100000, 'v');
     const ZXMLTag tag = read("<" + name + " " + name + "=\"" + value + "\" last=\"1\">");

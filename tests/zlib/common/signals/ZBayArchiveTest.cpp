@@ -12,9 +12,8 @@ namespace orvane
 namespace
 {
 
-class ZBayArchiveTest : public testing::Test
+struct ZBayArchiveTest : testing::Test
 {
-protected:
     ZBayArchiveTest() { registerBays(application.GetClassRegistry()); }
 
     boost::shared_ptr<ZSignalBay> Build(const std::string& text)

@@ -20,14 +20,8 @@ boost::shared_ptr<ZBlockProcessingBay> bayOf(std::int32_t channels)
 
 /// Runs calls on samples that count up from 1, on the right with the other sign, and counts those
 /// that do not come out after the delay.
-class BlockRun
+struct BlockRun
 {
-public:
-    BlockRun(ZBlockProcessingBay& bay, std::int64_t delay)
-        : mBay(bay)
-        , mDelay(delay)
-    {
-    }
 
     void Call(std::int32_t count)
     {
@@ -43,10 +37,6 @@ public:
         done += count;
     }
 
-    std::int64_t done = 0;
-    int faults = 0;
-
-private:
     static ZSignalPort& Port(ZPort* port) { return dynamic_cast<ZSignalPort&>(*port); }
     static float Sample(std::int32_t channel, std::int64_t place)
     {
@@ -55,6 +45,8 @@ private:
 
     ZBlockProcessingBay& mBay;
     std::int64_t mDelay;
+    std::int64_t done = 0;
+    int faults = 0;
 };
 
 }  // namespace
@@ -68,7 +60,7 @@ TEST(ZBlockProcessingBayTest, OutputIsTheInputABlockLater)
             const auto bay = bayOf(channels);
             bay->SetMaxBuffer(2000);
             bay->SetBlockSize(blockSize);
-            BlockRun run(*bay, blockSize);
+            BlockRun run{*bay, blockSize};
             for (int call = 0; call < 40; ++call)
                 run.Call(static_cast<std::int32_t>(pick(random, call % 2 ? 2001 : 100)));
             EXPECT_EQ(run.faults, 0);
@@ -88,9 +80,9 @@ TEST(ZBlockProcessingBayTest, ResetLosesWhatIsInFlight)
     };
     for (const auto& way : ways) {
         SCOPED_TRACE(&way - ways);
-        BlockRun(*bay, 64).Call(100);
+        BlockRun{*bay, 64}.Call(100);
         way();
-        BlockRun run(*bay, 64);
+        BlockRun run{*bay, 64};
         run.Call(300);
         EXPECT_EQ(run.faults, 0);
     }

@@ -22,15 +22,13 @@ boost::shared_ptr<ZOutputBay> sinkOf(std::int32_t channels = 1)
 
 /// A random network of bays whose routes lead from lower to higher numbers, and the plain account
 /// of what a pass must do in it.
-class RandomNetwork
+struct RandomNetwork
 {
-public:
     explicit RandomNetwork(unsigned seed)
         : mRandom(seed)
     {
-        for (int i = 0; i < kBays; ++i) {
+        for (int i = 0; i < kBays; ++i)
             bays.push_back(probe("bay", i < 3 ? 0 : 1 + static_cast<int>(pick(mRandom, 3)), 2));
-        }
         for (std::int32_t i = 0; i < sink->GetImportCount(); ++i)
             sink->Route(i, *bays[static_cast<std::size_t>(kBays - 1 - i)], 0);
     }

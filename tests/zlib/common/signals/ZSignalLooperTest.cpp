@@ -17,9 +17,8 @@ namespace
 {
 
 /// A looper with one bay between its ends.
-class ZSignalLooperTest : public testing::Test
+struct ZSignalLooperTest : testing::Test
 {
-protected:
     ZSignalLooperTest()
     {
         for (std::int32_t channel = 0; channel < ZSignalLooper::kChannels; ++channel) {
@@ -36,11 +35,6 @@ protected:
     {
         for (std::int32_t channel = 0; channel < ZSignalLooper::kChannels; ++channel)
             looper.InputWrite({transfer.Data(), count}, channel);
-    }
-    void Read(std::uint32_t count)
-    {
-        for (std::int32_t channel = 0; channel < ZSignalLooper::kChannels; ++channel)
-            looper.OutputRead({transfer.Data(), count}, channel);
     }
 
     SmallApplication app;
@@ -98,10 +92,9 @@ TEST_F(ZSignalLooperTest, TwoThreadsDoNotMeetInOneNetwork)
         }
         looper.Drain();
         looper.Fill(64);
-        while (looper.OutputAvailable(0) > 0 && looper.OutputAvailable(1) > 0) {
-            Read(1);
-            ++read;
-        }
+        for (; looper.OutputAvailable(0) > 0 && looper.OutputAvailable(1) > 0; ++read)
+            for (const std::int32_t channel : {0, 1})
+                looper.OutputRead({transfer.Data(), 1}, channel);
     };
     for (int i = 0; i < 2000; ++i)
         pass();

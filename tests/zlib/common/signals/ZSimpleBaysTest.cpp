@@ -29,9 +29,8 @@ struct Source
 };
 
 /// A line from input to output, without anything between.
-class ZEndBaysTest : public testing::Test
+struct ZEndBaysTest : testing::Test
 {
-protected:
     ZEndBaysTest()
     {
         input.SetFifoSize(64);
@@ -45,9 +44,8 @@ protected:
     ZOutputBay output{"output", 2};
 };
 
-class ZMeterBayTest : public testing::Test
+struct ZMeterBayTest : testing::Test
 {
-protected:
     boost::shared_ptr<ZElement> Element(const std::string& name)
     {
         boost::shared_ptr<ZElement> element;

@@ -7,20 +7,13 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include <cmath>
-#include <cstdint>
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace orvane
 {
 
 /// Fills itself with its brush and writes what happens to it as "name event" into a log that all
 /// test views share.
-class TestView : public ZView
+struct TestView : ZView
 {
-public:
     using Log = std::vector<std::string>;
     using ZView::ZView;
 
@@ -70,10 +63,7 @@ public:
     void PositionChanged() override { Add("placed", GetBounds().left, GetBounds().top); }
     void ChildResized() override { Add("child resized"); }
     [[nodiscard]] bool WantsKey(const ZNativeKeyEvent&) const override { return wantsKeys; }
-    [[nodiscard]] ZRegion GetOpaqueRegion() const override
-    {
-        return isOpaque ? ZRegion(GetFrame()) : ZRegion();
-    }
+    ZRegion GetOpaqueRegion() const override { return isOpaque ? ZRegion(GetFrame()) : ZRegion(); }
 
     void SetDirty() { mDirty = true; }
 

@@ -25,9 +25,8 @@ inline boost::shared_ptr<ZBitmap> plainBitmap(std::int32_t width, std::int32_t h
 
 /// Fixture for a view without a window: an application whose queue the test runs, elements, and a
 /// canvas of 120 by 40 pixels.
-class ViewCanvasTest : public testing::Test
+struct ViewCanvasTest : testing::Test
 {
-protected:
     static constexpr std::int32_t kWidth = 120;
     static constexpr std::int32_t kHeight = 40;
 

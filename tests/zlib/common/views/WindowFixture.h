@@ -27,9 +27,8 @@ inline std::string windowType(const std::string& attributes = "", const std::str
 }
 
 /// Fixture with a plug-in's application that knows windows and test views.
-class WindowFixture : public testing::Test
+struct WindowFixture : testing::Test
 {
-protected:
     explicit WindowFixture(const std::string& description = "")
         : mResources(description)
     {

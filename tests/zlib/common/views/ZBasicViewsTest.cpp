@@ -49,12 +49,10 @@ TEST_F(ZBasicViewsTest, GroupBoxesHaveOneLineOfLightBelow)
 
 TEST_F(ZBasicViewsTest, SmallGroupBoxesHaveSmallerCorners)
 {
-    const auto radiusOf = [&](const std::string& size) {
-        return Make<ZBevelView>("radius=\"9\"", "", size)->GetCornerRadius();
-    };
-    EXPECT_EQ(radiusOf("width=\"100\" height=\"50\""), 5);
-    EXPECT_EQ(radiusOf("width=\"100\" height=\"8\""), 4);
-    EXPECT_EQ(radiusOf("width=\"6\" height=\"50\""), 3);
+    for (const auto& [size, radius] : {std::pair{"width=\"100\" height=\"50\"", 5},
+                                       {"width=\"100\" height=\"8\"", 4},
+                                       {"width=\"6\" height=\"50\"", 3}})
+        EXPECT_EQ(Make<ZBevelView>("radius=\"9\"", "", size)->GetCornerRadius(), radius);
 }
 
 TEST_F(ZBasicViewsTest, SquareGroupBoxesAreLightAboveAndDarkBelow)

@@ -16,9 +16,8 @@ namespace
 {
 
 /// A tip whose timers fire when the test says so; the lock that the test holds blocks real ones.
-class ZTooltipTest : public testing::Test
+struct ZTooltipTest : testing::Test
 {
-protected:
     void SetUp() override
     {
         first->SetTooltipText("first");
@@ -142,15 +141,11 @@ TEST(ZMessageBoxContentTest, EndsByKeysButtonAndTitleBar)
     box.Dismiss();
     EXPECT_EQ(ends, 4);
     const ZPoint button{box.GetButtonRect().left + 3, box.GetButtonRect().top + 3};
-    const auto send = [&](ZNativeMouseEvent::Action action, const ZPoint& at) {
-        box.Mouse({.action = action, .position = at, .modifiers = 1, .wheelNotches = 0});
-    };
-    send(ZNativeMouseEvent::kDown, button);
-    send(ZNativeMouseEvent::kUp, {1, 1});
-    EXPECT_EQ(ends, 4);
-    send(ZNativeMouseEvent::kDown, button);
-    send(ZNativeMouseEvent::kUp, button);
-    EXPECT_EQ(ends, 5);
+    for (const auto& [release, expected] : {std::pair{ZPoint{1, 1}, 4}, {button, 5}}) {
+        box.Mouse({.action = ZNativeMouseEvent::kDown, .position = button, .modifiers = 1});
+        box.Mouse({.action = ZNativeMouseEvent::kUp, .position = release, .modifiers = 1});
+        EXPECT_EQ(ends, expected);
+    }
 }
 
 }  // namespace orvane

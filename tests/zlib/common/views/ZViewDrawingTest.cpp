@@ -16,15 +16,15 @@ using Log = TestView::Log;
 
 constexpr ZColor kGreen{0, 255, 0, 255};
 constexpr ZColor kBlue{0, 0, 255, 255};
+constexpr ZColor kHalfGreen{0, 255, 0, 128};
 constexpr std::uint32_t kRedPixel = 0xffff0000;
 constexpr std::uint32_t kGreenPixel = 0xff00ff00;
 constexpr std::uint32_t kBluePixel = 0xff0000ff;
 constexpr ZRect kAll{0, 0, 1000, 1000};
 
 /// A view whose background bitmap needs no resource.
-class PictureView : public ZView
+struct PictureView : ZView
 {
-public:
     PictureView(const ZRect& bounds, ZViewBackground::BitmapStyle style, const ZColor& color,
                 ZPoint size)
         : ZView("picture", bounds, nullptr)
@@ -41,9 +41,8 @@ struct OverlayRecorder : ZOverlay
     void DrawOverlay(ZDrawingContext&) override { TestView::log.emplace_back("overlay"); }
 };
 
-class ZViewDrawingTest : public testing::Test
+struct ZViewDrawingTest : testing::Test
 {
-protected:
     ZViewDrawingTest() { TestView::log.clear(); }
 
     boost::shared_ptr<TestView> Make(const std::string& name, const ZRect& bounds,
@@ -128,8 +127,8 @@ TEST_F(ZViewDrawingTest, OnlyADirtyTransparentChildGetsItsBackgroundRepaired)
     const auto box = boost::make_shared<ZView>("box", ZRect{2, 2, 18, 14}, nullptr);
     root.AddSubview(box, false);
     // Half transparent, so that painting twice changes the pixels.
-    const auto left = AddTo(*box, "left", {0, 0, 4, 4}, {0, 255, 0, 128});
-    const auto right = AddTo(*box, "right", {4, 0, 8, 4}, {0, 255, 0, 128});
+    const auto left = AddTo(*box, "left", {0, 0, 4, 4}, kHalfGreen);
+    const auto right = AddTo(*box, "right", {4, 0, 8, 4}, kHalfGreen);
     root.SetContext(canvas);
     root.DrawView(kAll);
     const auto before = canvas->Pixels();

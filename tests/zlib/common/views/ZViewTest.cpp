@@ -18,11 +18,6 @@ namespace
 
 using Log = TestView::Log;
 
-boost::shared_ptr<ZMessage> mouse(std::int32_t id, const char* field, const ZPoint& point)
-{
-    return makeMouseMessage(id, field, point, 3);
-}
-
 boost::shared_ptr<ZMessage> documentMessage(ZDocument* document)
 {
     const auto message = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
@@ -30,9 +25,8 @@ boost::shared_ptr<ZMessage> documentMessage(ZDocument* document)
     return message;
 }
 
-class ZViewTest : public testing::Test
+struct ZViewTest : testing::Test
 {
-protected:
     ZViewTest()
     {
         app.GetClassRegistry().RegisterStandardClasses();
@@ -51,6 +45,11 @@ protected:
         return view;
     }
     static Log TakeLog() { return TestView::TakeLog(); }
+    /// Sends the root a message of the mouse.
+    void Mouse(std::int32_t id, const char* field, const ZPoint& point) const
+    {
+        root->HandleZMessage(makeMouseMessage(id, field, point, 3));
+    }
     boost::shared_ptr<ZDocument> MakeDocument(const std::string& element)
     {
         const auto document = boost::make_shared<ZDocument>(xmlOf("<doctype></doctype>"), &app);
@@ -124,7 +123,7 @@ TEST_F(ZViewTest, TopChildGetsTheMouseInItsOwnCoordinates)
     const auto inner = Make("inner", {5, 5, 10, 10});
     above->AddSubview(inner, false);
     const auto click = [this](const ZPoint& at) {
-        root->HandleZMessage(mouse(ZMOUSEDOWN, "ClickPoint", at));
+        Mouse(ZMOUSEDOWN, "ClickPoint", at);
         return TakeLog();
     };
     EXPECT_EQ(click({5, 5}), Log{"root down3 5,5"});
@@ -148,12 +147,12 @@ TEST_F(ZViewTest, TopChildGetsTheMouseInItsOwnCoordinates)
 TEST_F(ZViewTest, OnlyTheCapturedViewGetsMoves)
 {
     const auto child = Add("child", {10, 10, 30, 30});
-    root->HandleZMessage(mouse(ZMOUSEUP, "UpPoint", {11, 12}));
-    root->HandleZMessage(mouse(ZMOUSEDOUBLECLICK, "ClickPoint", {11, 12}));
-    root->HandleZMessage(mouse(ZMOUSEMOVED, "MovePoint", {11, 12}));
+    Mouse(ZMOUSEUP, "UpPoint", {11, 12});
+    Mouse(ZMOUSEDOUBLECLICK, "ClickPoint", {11, 12});
+    Mouse(ZMOUSEMOVED, "MovePoint", {11, 12});
     EXPECT_EQ(TakeLog(), (Log{"child up 1,2", "root up 11,12", "child double 1,2"}));
     child->SetMouseCapture(true, false);
-    root->HandleZMessage(mouse(ZMOUSEMOVED, "MovePoint", {13, 14}));
+    Mouse(ZMOUSEMOVED, "MovePoint", {13, 14});
     root->HandleZMessage(makeWheelMessage({13, 14}, 1, 1, -2));
     EXPECT_EQ(TakeLog(), (Log{"child moved 3,4", "child wheel1-2 3,4"}));
 }
@@ -176,7 +175,7 @@ TEST_F(ZViewTest, TimersStopAtTheViewThatHandlesThem)
     EXPECT_EQ(TakeLog(), (Log{"inner shown", "child shown", "root shown"}));
 }
 
-TEST_F(ZViewTest, DocumentBindsTheElementOfTheTargetName)
+TEST_F(ZViewTest, DocumentBindsTheElementOfTheTargetNameUnlessTheViewIsAnimated)
 {
     const auto child = Add("child", {});
     child->SetTargetName("level");
@@ -197,10 +196,6 @@ TEST_F(ZViewTest, DocumentBindsTheElementOfTheTargetName)
     root->HandleZMessage(boost::make_shared<ZMessage>(ZDOCUMENTCLOSED));
     EXPECT_EQ(child->GetElement(), nullptr);
     EXPECT_EQ(second->GetObserverCount(), 0);
-}
-
-TEST_F(ZViewTest, AnimatedViewDoesNotObserveItsElement)
-{
     const auto element = boost::make_shared<ZElement>("level", ZElement::ZFLOAT, &app);
     root->AttachToElement(element);
     root->SetAnimated(true);
@@ -258,7 +253,7 @@ TEST_F(ZViewTest, WindowOriginFollowsMovesAndFrameOrigin)
     EXPECT_EQ(inner->GetWindowOrigin(), (ZPoint{3, 5}));
     outer->SetFrameOrigin(2, 0);
     EXPECT_EQ(inner->GetWindowOrigin(), (ZPoint{1, 5}));
-    outer->HandleZMessage(mouse(ZMOUSEDOWN, "ClickPoint", {5, 5}));
+    outer->HandleZMessage(makeMouseMessage(ZMOUSEDOWN, "ClickPoint", {5, 5}, 3));
     EXPECT_EQ(TakeLog(), (Log{"outer placed 0,1", "inner down3 2,1"}));
 }
 

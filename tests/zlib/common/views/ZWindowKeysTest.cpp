@@ -14,9 +14,8 @@ namespace
 constexpr std::uint32_t kRingAmber = 0xffffcc66;
 constexpr std::uint32_t kRingDark = 0xff000000;
 
-class ZWindowKeysTest : public WindowFixture
+struct ZWindowKeysTest : WindowFixture
 {
-protected:
     ZWindowKeysTest()
     {
         for (const char* const name : {"a", "b"})
@@ -25,10 +24,7 @@ protected:
 
     /// Types a key; returns whether the window has used it.
     bool Type(std::uint8_t code, bool shift = false) { return window.NativeKey({code, {}, shift}); }
-    [[nodiscard]] std::string Focus() const
-    {
-        return window.GetFocusView() ? window.GetFocusView()->GetName() : "none";
-    }
+    auto Focus() const { return window.GetFocusView() ? window.GetFocusView()->GetName() : "none"; }
     /// Returns a pixel of the window, with the scale's number of pixels on the side of a unit.
     [[nodiscard]] std::uint32_t PixelAt(std::int32_t x, std::int32_t y, int scale = 1)
     {

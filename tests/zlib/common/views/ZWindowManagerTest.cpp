@@ -31,9 +31,8 @@ std::string manager(const std::string& maps)
            kWindowTypes + "</windowmanager>";
 }
 
-class ZWindowManagerTest : public WindowFixture
+struct ZWindowManagerTest : WindowFixture
 {
-protected:
     boost::shared_ptr<ZDocument> MakeDocument(const std::string& typeName)
     {
         const auto document =
@@ -48,7 +47,7 @@ protected:
     static void Tell(ZHandler& handler, std::int32_t id, const char* field,
                      const boost::shared_ptr<ZDocument>& document)
     {
-        handler.HandleZMessage(messageWith<boost::shared_ptr<ZDocument>>(id, field, document));
+        handler.HandleZMessage(messageWith(id, field, document));
     }
     void MakeWindow(ZWindowManager& windows, const char* name) const
     {

@@ -28,9 +28,8 @@ const std::string kCommands =
     "<doctype class=\"ZAudioDocumentClass\" name=\"Plain\" /></documenttypes></documentmanager>\n";
 
 /// A context menu that writes down where it is asked for.
-class NotedMenu : public ZWindowMenu
+struct NotedMenu : ZWindowMenu
 {
-public:
     using ZWindowMenu::ZWindowMenu;
 
     void Show(ZWindow& /*window*/, ZView* view, const ZPoint& point) override
@@ -41,9 +40,8 @@ public:
 };
 
 /// Makes windows that have no window of the system.
-class ZWindowTest : public WindowFixture
+struct ZWindowTest : WindowFixture
 {
-protected:
     ZWindowTest()
         : WindowFixture(kCommands)
     {
@@ -179,15 +177,18 @@ TEST_F(ZWindowTest, ResizingResizesTheViewsAndThePicture)
 TEST_F(ZWindowTest, MouseReachesTheViewBelowItOrTheCapturedOne)
 {
     const auto window = MakeShown();
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {15, 12}, 1}), Log{"a entered 5,2"});
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {16, 12}, 1}), Log{});
-    EXPECT_EQ(window->GetLastMouse(), (ZPoint{16, 12}));
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), (Log{"a left", "b entered 1,1"}));
-    EXPECT_EQ(Send(*window, {Mouse::kDown, {61, 11}, 3}), Log{"b down3 1,1"});
-    EXPECT_EQ(Send(*window, {Mouse::kUp, {61, 11}, 1}), Log{"b up 1,1"});
-    EXPECT_EQ(Send(*window, {Mouse::kWheel, {61, 11}, 1, -2}), Log{"b wheel1-2 1,1"});
-    EXPECT_EQ(Send(*window, {Mouse::kLeave, {61, 11}}), Log{"b left"});
-    EXPECT_EQ(Send(*window, {Mouse::kMove, {61, 11}, 1}), Log{"b entered 1,1"});
+    const std::pair<Mouse, Log> steps[] = {
+        {{Mouse::kMove, {15, 12}, 1}, {"a entered 5,2"}},
+        {{Mouse::kMove, {16, 12}, 1}, {}},
+        {{Mouse::kMove, {61, 11}, 1}, {"a left", "b entered 1,1"}},
+        {{Mouse::kDown, {61, 11}, 3}, {"b down3 1,1"}},
+        {{Mouse::kUp, {61, 11}, 1}, {"b up 1,1"}},
+        {{Mouse::kWheel, {61, 11}, 1, -2}, {"b wheel1-2 1,1"}},
+        {{Mouse::kLeave, {61, 11}}, {"b left"}},
+        {{Mouse::kMove, {61, 11}, 1}, {"b entered 1,1"}}};
+    for (const auto& [event, log] : steps)
+        EXPECT_EQ(Send(*window, event), log);
+    EXPECT_EQ(window->GetLastMouse(), (ZPoint{61, 11}));
 
     TestView& b = View(*window, "b");
     b.SetMouseCapture(true, true);

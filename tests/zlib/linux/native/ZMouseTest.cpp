@@ -49,14 +49,13 @@ TEST(ZMouseTest, DoubleClickIsQuickNearAndOfOneButton)
 
 TEST(ZMouseTest, OnlyTheButtonThatBeganADragEndsIt)
 {
-    constexpr auto kPress = XCB_BUTTON_PRESS;
-    constexpr auto kRelease = XCB_BUTTON_RELEASE;
+    constexpr std::uint8_t kPress = XCB_BUTTON_PRESS;
+    constexpr std::uint8_t kRelease = XCB_BUTTON_RELEASE;
     ZMouse mouse;
     EXPECT_EQ(translate(mouse, kPress, 1), Action::kDown);
-    EXPECT_EQ(translate(mouse, kPress, 2, XCB_BUTTON_MASK_1), std::nullopt);
-    EXPECT_EQ(translate(mouse, kRelease, 2, XCB_BUTTON_MASK_1), std::nullopt);
-    EXPECT_EQ(translate(mouse, kPress, 3, XCB_BUTTON_MASK_1), std::nullopt);
-    EXPECT_EQ(translate(mouse, kRelease, 3, XCB_BUTTON_MASK_1), std::nullopt);
+    for (std::uint8_t other = 2; other <= 3; ++other)
+        for (const std::uint8_t type : {kPress, kRelease})
+            EXPECT_EQ(translate(mouse, type, other, XCB_BUTTON_MASK_1), std::nullopt);
     EXPECT_EQ(translate(mouse, kRelease, 1, XCB_BUTTON_MASK_1), Action::kUp);
     EXPECT_EQ(translate(mouse, kPress, 3), Action::kContext);
     EXPECT_EQ(translate(mouse, kRelease, 3, XCB_BUTTON_MASK_3), Action::kContextUp);
