@@ -7,8 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -169,5 +168,3 @@ TEST(ArtworkTest, TextsContrastWithThePicturesBelow)
             }
     }
 }
-
-}  // namespace orvane

@@ -7,8 +7,7 @@
 #include "zlib/common/objects/ZStringTable.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -99,5 +98,3 @@ TEST(DescriptionTest, LabelsWithAKeyHaveTheTextOfTheStringTable)
     });
     EXPECT_EQ(keys.size(), 5u);
 }
-
-}  // namespace orvane

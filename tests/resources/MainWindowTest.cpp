@@ -8,8 +8,7 @@
 #include "zlib/common/objects/ZResources.h"
 #include "zlib/common/views/ZWindowManager.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -33,5 +32,3 @@ TEST(MainWindowTest, LabelsUseTheFontThatTheLibraryCarries)
     EXPECT_EQ(widthIn("No Such Typeface"), fallback);
     EXPECT_NE(widthIn("Kolm 5pt"), fallback);
 }
-
-}  // namespace orvane

@@ -11,8 +11,7 @@
 #include <condition_variable>
 #include <cstdio>
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(RealtimeGuardTest, CountsEveryKindOfForbiddenCall)
 {
@@ -74,5 +73,3 @@ TEST(RealtimeGuardTest, CountsOnlyCallsOfItsOwnThreadAndLifetime)
     }
     other.join();
 }
-
-}  // namespace orvane

@@ -3,8 +3,7 @@
 
 #include "pluginwrappers/forms/PluginForm.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -276,5 +275,3 @@ TEST_F(ClapSoundTest, PresetsAreFoundWithoutAnInstanceAndRefusedByAnyOtherKey)
 }
 
 }  // namespace
-
-}  // namespace orvane

@@ -4,8 +4,7 @@
 #include "ClapTestHost.h"
 #include "support/VirtualDisplayTest.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -29,6 +28,7 @@ struct ClapWindowTest : VirtualDisplayTest
         ASSERT_TRUE(clap->gui->set_parent(clap->plugin, &window));
         ASSERT_TRUE(clap->gui->show(clap->plugin));
         mScale = scale;
+        ASSERT_TRUE(IsSeen());
     }
     [[nodiscard]] std::uint64_t Size() const
     {
@@ -72,7 +72,6 @@ TEST_F(ClapWindowTest, EditsAreGesturesOfTheirParameterAtEveryScale)
         SCOPED_TRACE(scale);
         Open(scale);
         EXPECT_EQ(Size(), scale == 1.0 ? kAt1 : kAt2);
-        ASSERT_TRUE(IsSeen());
         MoveTo(22, 163);
         probe->Click(1);
         EXPECT_TRUE(IsTold({"begin 0", scale == 1.0 ? "0=1000" : "0=0", "end 0"}));
@@ -89,7 +88,6 @@ TEST_F(ClapWindowTest, EditsAreGesturesOfTheirParameterAtEveryScale)
 TEST_F(ClapWindowTest, EditsThatTheHostHasNoRoomForWaitAndClosingEndsAGesture)
 {
     Open(1.0);
-    ASSERT_TRUE(IsSeen());
     clap->events.room = 1;
     MoveTo(22, 163);
     probe->Click(1);
@@ -110,7 +108,6 @@ TEST_F(ClapWindowTest, EditsThatTheHostHasNoRoomForWaitAndClosingEndsAGesture)
 TEST_F(ClapWindowTest, EditsOfWhatIsNoParameterAreToldOnTheMainThread)
 {
     Open(1.0);
-    ASSERT_TRUE(IsSeen());
     EXPECT_TRUE(eventually([&] {
         MoveTo(110, 243);  // IGNORE of the tonic
         probe->Click(1);
@@ -125,7 +122,6 @@ TEST_F(ClapWindowTest, EditsOfWhatIsNoParameterAreToldOnTheMainThread)
 TEST_F(ClapWindowTest, ItAsksForRoomWhenTheHostChangesTheScaleAndAcceptsARefusal)
 {
     Open(1.0);
-    ASSERT_TRUE(IsSeen());
     ASSERT_TRUE(clap->gui->set_scale(clap->plugin, 1.5));
     EXPECT_EQ(clap->host.requestedSize, kAt1And5);
     EXPECT_EQ(Size(), kAt1And5);
@@ -151,5 +147,3 @@ TEST_F(ClapWindowTest, ItAsksForRoomWhenTheHostChangesTheScaleAndAcceptsARefusal
 }
 
 }  // namespace
-
-}  // namespace orvane

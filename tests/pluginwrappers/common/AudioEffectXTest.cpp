@@ -10,8 +10,7 @@
 
 #include <new>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -107,5 +106,3 @@ TEST(PluginEntryTest, AFailureWhileAHostLoadsThePluginIsALineOnStandardError)
         EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
     }
 }
-
-}  // namespace orvane

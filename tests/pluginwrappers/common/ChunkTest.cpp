@@ -10,8 +10,7 @@
 #include "tools/singer/Singer.h"
 #include "zlib/common/documents/ZAudioDocument.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -168,5 +167,3 @@ TEST(ChunkTest, RandomlyDamagedChunksDoNoHarm)
         ASSERT_EQ(check.FaultAfter(text, i % 2 != 0), "") << i;
     }
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/views/ZEditGesture.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -254,5 +253,3 @@ TEST_F(ContextMenuUseTest, AScaleOrAGraphThatWaitsIsToldAndCanBeTakenBack)
 }
 
 }  // namespace
-
-}  // namespace orvane

@@ -11,8 +11,7 @@
 
 #include <new>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -170,5 +169,3 @@ TEST_F(EditorUseTest, AFailureWhileTheWindowIsShownIsReportedAndTheWindowOpensLa
 }
 
 }  // namespace
-
-}  // namespace orvane

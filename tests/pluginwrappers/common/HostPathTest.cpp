@@ -17,8 +17,7 @@
 
 #include <future>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -498,5 +497,3 @@ TEST_F(StateNoticeTest, ParametersAndWhatTheHostLoadsAreNoNotice)
     WaitForTicks();
     EXPECT_EQ(Notices(), 0);
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "pluginwrappers/common/WindowUse.h"
 #include "support/Eventually.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -175,5 +174,3 @@ TEST_F(KeyboardUseTest, SliderAndMeterTellTheirValuesWhileTheyArePointedAtOrHeld
 }
 
 }  // namespace
-
-}  // namespace orvane

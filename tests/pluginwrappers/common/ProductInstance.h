@@ -44,17 +44,15 @@ struct ProductInstance
     [[nodiscard]] std::vector<float> Play(std::vector<float> voice) const
     {
         constexpr std::size_t kBlock = 512;
-        std::vector<float> left(voice.size());
-        std::vector<float> right(voice.size());
+        std::vector<float> right = voice;
         Ask(effSetBlockSize, 0, kBlock);
         Ask(effMainsChanged, 0, 0);
         Ask(effMainsChanged, 0, 1);
         for (std::size_t at = 0; at + kBlock <= voice.size(); at += kBlock) {
-            float* in[] = {voice.data() + at, voice.data() + at};
-            float* out[] = {left.data() + at, right.data() + at};
-            effect->processReplacing(effect, in, out, kBlock);
+            float* channels[] = {voice.data() + at, right.data() + at};
+            effect->processReplacing(effect, channels, channels, kBlock);
         }
-        return left;
+        return voice;
     }
 
     ZPlugin* app = nullptr;

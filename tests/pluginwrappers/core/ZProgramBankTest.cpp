@@ -6,8 +6,7 @@
 #include "support/SmallPlugin.h"
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -213,5 +212,3 @@ TEST(ZProgramBankWithoutPresetsTest, HasOneProgramWithTheNameThatTheHostSets)
     EXPECT_EQ(programsOf(chunk).size(), 1u);
     EXPECT_EQ(loadChunk(effect, chunk, false), 1);
 }
-
-}  // namespace orvane

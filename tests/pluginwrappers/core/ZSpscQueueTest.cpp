@@ -3,8 +3,7 @@
 
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZSpscQueueTest, KeepsTheOldestItemsWhenItIsFullAndTakesNewOnesAfterwards)
 {
@@ -22,5 +21,3 @@ TEST(ZSpscQueueTest, KeepsTheOldestItemsWhenItIsFullAndTakesNewOnesAfterwards)
     EXPECT_EQ(last, 200);
     EXPECT_EQ(queue.Front(), nullptr);
 }
-
-}  // namespace orvane

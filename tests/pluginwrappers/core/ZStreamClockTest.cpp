@@ -3,8 +3,7 @@
 
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 using namespace std::chrono_literals;
 
@@ -95,5 +94,3 @@ TEST(ZStreamClockTest, TheTimerTicksAgainOnceAStreamStops)
     EXPECT_EQ(host.Play(1, 1us, false), std::vector<bool>{false}) << "in real time again";
     EXPECT_TRUE(host.clock.WallClockTicks(host.now));
 }
-
-}  // namespace orvane

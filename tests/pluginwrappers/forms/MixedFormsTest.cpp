@@ -6,8 +6,7 @@
 #include "support/DisplayProbe.h"
 #include "support/VirtualDisplay.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -213,5 +212,3 @@ TEST(MixedFormsTest, InstancesOfAllFormsComeAndGoInOneProcessInAnyOrderAndKeepTo
     }
     EXPECT_FALSE(PluginLibrary::IsLoaded());
 }
-
-}  // namespace orvane

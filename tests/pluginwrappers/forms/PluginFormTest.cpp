@@ -5,8 +5,7 @@
 
 #include "support/RealtimeGuard.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -160,5 +159,3 @@ INSTANTIATE_TEST_SUITE_P(Forms, PluginFormTest, testing::ValuesIn(kFormKinds),
                                     : kind.param == FormKind::kLv2 ? "Lv2"
                                                                    : "Clap";
                          });
-
-}  // namespace orvane

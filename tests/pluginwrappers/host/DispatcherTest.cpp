@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PluginLibrary.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -95,5 +94,3 @@ TEST_F(DispatcherTest, RandomArgumentsDoNoHarm)
     }
     EXPECT_EQ(ask(effect, effGetVstVersion), 2400);
 }
-
-}  // namespace orvane

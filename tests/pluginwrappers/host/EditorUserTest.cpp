@@ -8,8 +8,7 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -310,5 +309,3 @@ TEST_F(EditorUserTest, KeysLeadFromTheOpeningToANamedScale)
 }
 
 }  // namespace
-
-}  // namespace orvane

@@ -7,8 +7,7 @@
 
 #include <unistd.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -234,5 +233,3 @@ TEST_F(EditorWindowTest, AnOpenMenuClosesWithItsWindow)
     ask(effect, effEditIdle);
     closeEffect(std::exchange(effect, nullptr));
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 
 #include <cstdio>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -159,5 +158,3 @@ TEST_F(HostHabitsTest, SettingEveryParameterAgainAfterTheBankLeavesTheRestoredSt
     EXPECT_EQ(chunkOf(reopened, true), chunkOf(effect, true));
     closeEffect(reopened);
 }
-
-}  // namespace orvane

@@ -3,8 +3,7 @@
 
 #include "pluginwrappers/forms/PluginForm.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -106,5 +105,3 @@ TEST_F(Lv2SoundTest, ThePortsAreThoseOfTheBundleAndKeepTheirPlaces)
 }
 
 }  // namespace
-
-}  // namespace orvane

@@ -4,8 +4,7 @@
 #include "Lv2Host.h"
 #include "support/VirtualDisplayTest.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -26,6 +25,7 @@ struct Lv2WindowTest : VirtualDisplayTest
     {
         auto host = std::make_unique<Lv2WindowHost>(bundle, instance, probe->MakeWindow(place));
         EXPECT_NE(host->ui, nullptr);
+        EXPECT_TRUE(IsSeenAt(place));
         return host;
     }
     /// Returns whether the red and black window comes to be seen at the place.
@@ -69,7 +69,6 @@ TEST_F(Lv2WindowTest, AnEditIsAGestureOfItsPortAndOldValuesOfThePortDoNotUndoIt)
 {
     const auto host = Open();
     EXPECT_EQ(host->size, (std::array<int, 2>{454, 430}));
-    ASSERT_TRUE(IsSeenAt(kPlace));
     host->setsPorts = false;
     ClickAt(22, 163);
     EXPECT_TRUE(IsTold(*host, {"begin 8", "8=1000", "end 8"}));
@@ -99,7 +98,6 @@ TEST_F(Lv2WindowTest, AnEditIsAGestureOfItsPortAndOldValuesOfThePortDoNotUndoIt)
 TEST_F(Lv2WindowTest, AnswersToEarlierValuesOfAGestureDoNotMoveItBack)
 {
     const auto host = Open();
-    ASSERT_TRUE(IsSeenAt(kPlace));
     probe->MovePointer(kPlace.x + 42, kPlace.y + 202);
     probe->Press(1);
     probe->MovePointer(kPlace.x + 60, kPlace.y + 202);
@@ -126,7 +124,6 @@ TEST_F(Lv2WindowTest, AnswersToEarlierValuesOfAGestureDoNotMoveItBack)
 TEST_F(Lv2WindowTest, ClosingInTheMiddleOfAGestureEndsItForTheHost)
 {
     const auto host = Open();
-    ASSERT_TRUE(IsSeenAt(kPlace));
     probe->MovePointer(kPlace.x + 42, kPlace.y + 202);
     probe->Press(1);
     EXPECT_TRUE(IsTold(*host, {"begin 12"}));
@@ -138,7 +135,6 @@ TEST_F(Lv2WindowTest, ClosingInTheMiddleOfAGestureEndsItForTheHost)
 TEST_F(Lv2WindowTest, TheHostIsToldOfEditsThatNoPortCarries)
 {
     const auto host = Open();
-    ASSERT_TRUE(IsSeenAt(kPlace));
     // A load and the start are no edits, and what follows from them passes first.
     EXPECT_TRUE(eventually([&] {
         ClickAt(110, 243);  // IGNORE of the tonic
@@ -161,9 +157,7 @@ TEST_F(Lv2WindowTest, ItReopensElsewhereAndASecondWindowTakesItFromTheFirst)
     for (int i = 0; i < 10; ++i)
         EXPECT_NE(Open()->widget, nullptr);
     auto first = Open();
-    EXPECT_TRUE(IsSeenAt(kPlace));
     auto second = Open(kOtherPlace);
-    EXPECT_TRUE(IsSeenAt(kOtherPlace));
     EXPECT_FALSE(first->Idle());
     EXPECT_TRUE(second->Idle());
     first.reset();
@@ -172,7 +166,6 @@ TEST_F(Lv2WindowTest, ItReopensElsewhereAndASecondWindowTakesItFromTheFirst)
     second.reset();
     EXPECT_TRUE(eventually([&] { return probe->CountClients() == 0; }));
     EXPECT_TRUE((first = Open())->Idle());
-    EXPECT_TRUE(IsSeenAt(kPlace));
 }
 
 TEST_F(Lv2WindowTest, TheWindowHasTheScaleOfTheHostAndKeepsItWhenTheHostRefusesAnother)
@@ -220,5 +213,3 @@ TEST_F(Lv2WindowTest, AHostThatLacksAFeatureGetsNoWindowAndALineThatNamesIt)
 }
 
 }  // namespace
-
-}  // namespace orvane

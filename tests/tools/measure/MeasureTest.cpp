@@ -8,8 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -107,5 +106,3 @@ TEST(PitchTrackerTest, AccuracyIsTheDistanceOfAToneFromItsNote)
     EXPECT_EQ(late.pitchedShare, 1.0);
     EXPECT_LT(noteAccuracy(tracker, notes, 0.0).pitchedShare, 0.7);
 }
-
-}  // namespace orvane

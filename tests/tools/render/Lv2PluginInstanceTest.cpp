@@ -7,8 +7,7 @@
 #include "tools/render/OfflineRender.h"
 #include "tools/render/RenderProgram.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -112,5 +111,3 @@ TEST_F(Lv2PluginInstanceTest, WhatIsNoBundleOrNotInOneIsRefusedByALineThatSaysWh
                                    "Tracking                 Classic ", "6  Woman to Man\n"})
         EXPECT_NE(list.out.find(part), std::string::npos) << part << "\n" << list.out;
 }
-
-}  // namespace orvane

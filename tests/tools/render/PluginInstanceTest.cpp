@@ -10,8 +10,7 @@
 
 #include <dlfcn.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -160,5 +159,3 @@ TEST(PluginSettingsTest, EveryValueArrivesAndOthersStay)
     EXPECT_EQ(current.Value(Setting::kPitchShift), 0.0f);
     EXPECT_EQ(plugin.Parameter(3), 0.5f);
 }
-
-}  // namespace orvane

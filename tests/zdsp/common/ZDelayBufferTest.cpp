@@ -4,8 +4,7 @@
 #include "support/Test.h"
 #include "zlib/common/objects/ZException.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZDelayBufferTest, DelaysEachSampleInTheNextPowerOfTwo)
 {
@@ -34,5 +33,3 @@ TEST(ZDelayBufferTest, DelaysEachSampleInTheNextPowerOfTwo)
     EXPECT_EQ(ZDelayBuffer::Create(1024)->Size(), 1024u);
     EXPECT_THROW(std::ignore = ZDelayBuffer::Create(0xFFFFFFFFu), ZException);
 }
-
-}  // namespace orvane

@@ -5,8 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZDotProductTest, TheFastestFormGivesTheSameAsThePlainOne)
 {
@@ -27,5 +26,3 @@ TEST(ZDotProductTest, TheFastestFormGivesTheSameAsThePlainOne)
         exact += static_cast<double>(a[i + 1]) * static_cast<double>(b[i]);
     }
 }
-
-}  // namespace orvane

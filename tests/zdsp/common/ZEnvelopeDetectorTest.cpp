@@ -3,8 +3,7 @@
 
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -99,5 +98,3 @@ TEST_F(ZEnvelopeDetectorTest, RecoversFromInfiniteAndNanSamples)
         EXPECT_NEAR(processConstant(0.1f), -20.0, 1e-4) << value;
     }
 }
-
-}  // namespace orvane

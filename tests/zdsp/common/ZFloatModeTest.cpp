@@ -6,8 +6,7 @@
 
 #include <cfenv>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -40,5 +39,3 @@ TEST(ZFloatModeTest, FlushesDenormalsAndRestoresTheHostsMode)
     std::fesetround(FE_TONEAREST);
     std::feclearexcept(FE_ALL_EXCEPT);
 }
-
-}  // namespace orvane

@@ -7,8 +7,7 @@
 
 #include <complex>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -80,17 +79,15 @@ TEST(ZFourierTransformTest, InverseRestoresTheRealSignal)
         // Not parts of any real signal's spectrum.
         spectrum.im.Data()[0] = 5.0f;
         spectrum.im.Data()[length / 2] = 6.0f;
-        Spectrum copy(length / 2 + 1);
-        copy.re.CopyFrom(spectrum.re);
-        copy.im.CopyFrom(spectrum.im);
+        const std::vector<float> re(spectrum.re.Data(), spectrum.re.Data() + length / 2 + 1);
+        const std::vector<float> im(spectrum.im.Data(), spectrum.im.Data() + length / 2 + 1);
         ZBuffer back(length, "ZBuffer");
-        ZFourierTransform::Create(order, kInverse, 1)->TransformReal(back, copy.re, copy.im);
+        ZFourierTransform::Create(order, kInverse, 1)
+            ->TransformReal(back, spectrum.re, spectrum.im);
         for (std::uint32_t i = 0; i < length; ++i)
             ASSERT_NEAR(back.Data()[i], time.Data()[i], 3e-6) << i;
-        for (std::uint32_t k = 0; k <= length / 2; ++k) {
-            ASSERT_EQ(copy.re.Data()[k], spectrum.re.Data()[k]) << k;
-            ASSERT_EQ(copy.im.Data()[k], spectrum.im.Data()[k]) << k;
-        }
+        EXPECT_TRUE(std::equal(re.begin(), re.end(), spectrum.re.Data()));
+        EXPECT_TRUE(std::equal(im.begin(), im.end(), spectrum.im.Data()));
     }
 }
 
@@ -137,5 +134,3 @@ TEST(ZFourierTransformTest, ComplexTransformsMatchTheDefinition)
         }
     }
 }
-
-}  // namespace orvane

@@ -7,8 +7,7 @@
 
 #include <complex>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -231,12 +230,12 @@ TEST_P(ZGainTest, DecibelsMatchTheirDefinitionDownToTheFloor)
     std::vector<float> values{0.0f, -1.0f, kNan, -kInfinity, 1e-44f};
     for (float power = 1e-13f; power < 1e13f; power *= 1.0173f)
         values.push_back(power);
-    ZBuffer powers(static_cast<std::uint32_t>(values.size()), "ZBuffer");
-    std::copy(values.begin(), values.end(), powers.Data());
-    ZBuffer amplitudes(powers.Length(), "ZBuffer");
-    amplitudes.CopyFrom(powers);
-    ZBuffer above60(powers.Length(), "ZBuffer");
-    above60.CopyFrom(powers);
+    const auto length = static_cast<std::uint32_t>(values.size());
+    ZBuffer powers(length, "ZBuffer");
+    ZBuffer amplitudes(length, "ZBuffer");
+    ZBuffer above60(length, "ZBuffer");
+    for (ZBuffer* const buffer : {&powers, &amplitudes, &above60})
+        std::ranges::copy(values, buffer->Data());
 
     mGain->PowerToDecibels96(powers);
     mGain->AmplitudeToDecibels96(amplitudes);
@@ -280,5 +279,3 @@ TEST(ZGainGuardTest, SmallProductsToAnotherBufferAreZeroUnlessTheyAreComplex)
     EXPECT_EQ(re.Data()[0], small * second.a.Data()[0]);
     EXPECT_GT(re.Data()[0], 0.0f);
 }
-
-}  // namespace orvane

@@ -5,8 +5,7 @@
 #include "zdsp/common/Noise.h"
 #include "zlib/common/objects/ZException.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZHammingWindowTest, IsSymmetricAndNormalisesByAnyNumberOfDivisions)
 {
@@ -60,5 +59,3 @@ TEST(ZHammingWindowTest, UnapplyRestoresTheSignal)
         EXPECT_EQ(signal.Data()[10], windowed.Data()[10]);
     }
 }
-
-}  // namespace orvane

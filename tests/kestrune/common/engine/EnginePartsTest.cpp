@@ -5,8 +5,7 @@
 #include "support/Test.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -108,5 +107,3 @@ TEST(KestruneScalesTest, TonesAreTheDegreesMovedByTheirIntonationAndRise)
             EXPECT_TRUE(std::ranges::is_sorted(listOf(tonesOf(scale, row))))
                 << scale << ", " << row;
 }
-
-}  // namespace orvane

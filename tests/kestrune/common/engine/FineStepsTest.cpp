@@ -11,8 +11,7 @@
 #include "tools/singer/Singer.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -234,5 +233,3 @@ TEST(KestruneGlideTest, AQuarterOfTheErrorIsLeftAfterTheTimeAndWithoutOneNothing
         glide.Start(1.5f);
     }
 }
-
-}  // namespace orvane

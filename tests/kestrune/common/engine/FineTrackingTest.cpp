@@ -6,8 +6,7 @@
 #include "support/Test.h"
 #include "tools/singer/Singer.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -57,9 +56,8 @@ double mostOff(const std::vector<float>& sound, float rate, double hz, double fr
     double most = 0.0;
     const auto length = static_cast<std::size_t>(static_cast<double>(rate) * 0.04);
     for (double at = from; at < to; at += 0.02) {
-        const std::span<const float> stretch(
-            sound.data() + static_cast<std::size_t>(at * static_cast<double>(rate)), length);
-        const double read = measurePitch(stretch, static_cast<double>(rate), hz);
+        const auto first = static_cast<std::size_t>(at * static_cast<double>(rate));
+        const double read = measurePitch(std::span(sound).subspan(first, length), rate, hz);
         most = std::max(most, std::fabs(centsBetween(read, hz)));
     }
     return most;
@@ -112,11 +110,10 @@ TEST(FineTrackingTest, CorrectsWithinTwoCentsAtEveryRateAndInEachRange)
 TEST(FineTrackingTest, AHighVoiceWithAStrongOvertoneIsNotReadAnOctaveTooLow)
 {
     // The period is no whole number of coarse samples, and the third harmonic is the loudest.
-    std::vector<float> voice(44100);
-    for (std::size_t i = 0; i < voice.size(); ++i) {
-        const double turn = 2.0 * std::numbers::pi * 880.0 / 44100.0 * static_cast<double>(i);
-        voice[i] = static_cast<float>(0.1 * std::sin(turn) + 0.2 * std::sin(3.0 * turn));
-    }
+    auto voice = harmonicTone(880.0, kRate, 44100, 1000.0);
+    const auto third = harmonicTone(2640.0, kRate, 44100, 3000.0);
+    std::ranges::transform(voice, third, voice.begin(),
+                           [](float a, float b) { return 0.4f * a + 0.8f * b; });
     auto engine = trackingEngine(kRate);
     runEngine(*engine, kHop, voice);
     EXPECT_NEAR(engine->GetInputPitch(), 880.0f, 0.5f);
@@ -242,10 +239,9 @@ TEST(FineTrackingTest, WhatIsNoSingleVoiceIsNoLouderAndClicksNoMoreThanWithClass
     std::vector<float> square(static_cast<std::size_t>(length));
     std::vector<float> drums = whiteNoise(0.9f, length, 9);
     std::vector<float> chord(square.size());
-    for (const double hz : {220.0, 277.18, 329.63}) {
-        const auto tone = harmonicTone(hz, kRate, length, 2500.0);
-        std::transform(chord.begin(), chord.end(), tone.begin(), chord.begin(), std::plus<float>());
-    }
+    for (const double hz : {220.0, 277.18, 329.63})
+        std::ranges::transform(chord, harmonicTone(hz, kRate, length, 2500.0), chord.begin(),
+                               std::plus<float>());
     for (std::size_t i = 0; i < square.size(); ++i) {
         square[i] = i / 200 % 2 == 0 ? 1.0f : -1.0f;
         drums[i] *= std::exp(static_cast<float>(i % 15000) / -900.0f);
@@ -303,5 +299,3 @@ TEST(FineTrackingTest, AnySoundAndAnyChangeGiveFiniteOutputInTime)
         EXPECT_LT(largestOf(output), 8.0f);
     }
 }
-
-}  // namespace orvane

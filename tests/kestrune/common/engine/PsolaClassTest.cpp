@@ -102,8 +102,7 @@ TEST(PsolaClassTest, BothChannelsShareMarksAndGrainsAndMayBeChangedInPlace)
     for (const auto tracking : kTrackings) {
         auto left = steadyVowel(Vowel::kA, 200.0, kRate, 1.5);
         auto right = left;
-        for (float& sample : right)
-            sample *= -0.5f;
+        std::ranges::transform(left, right.begin(), [](float sample) { return -0.5f * sample; });
         auto apart = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f, tracking);
         auto inPlace = engineAt(kRate, 73.0f, 1318.0f, 0.3f, 0.0f, tracking);
         const auto expected = runEngine(*apart, kHop, Stereo{left, right})[0];

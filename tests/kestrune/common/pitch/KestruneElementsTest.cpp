@@ -4,8 +4,7 @@
 #include "support/Test.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -91,5 +90,3 @@ TEST_F(KestruneElementsTest, DisplaysAreNotifiedOfChangesOnly)
     elements.ClearDisplays();
     EXPECT_FALSE(elements[KestruneElements::kInputPitch].IsMarkedChanged());
 }
-
-}  // namespace orvane

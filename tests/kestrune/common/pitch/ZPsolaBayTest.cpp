@@ -8,8 +8,7 @@
 #include "support/Test.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -514,5 +513,3 @@ TEST(ZPsolaBayScalesTest, TheListShowsANameAsItWillBeSaved)
     other.Restore(archiveOf(*bench.bay));
     EXPECT_EQ(namesOf(other.Element("scale")), shown);
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "kestrune/common/views/ViewBench.h"
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -73,6 +72,11 @@ struct KestruneKeyboardViewTest : ::testing::Test
     }
     /// The middle of the lower part of a white key.
     [[nodiscard]] ZPoint Low(std::size_t note) const { return middleOf(view->mLowerRect[note]); }
+    void Click(const ZPoint& point)
+    {
+        Press(point);
+        Release(point);
+    }
     void Press(const ZPoint& point) { view->MouseDown(point, ZView::kMouseButton); }
     void Move(const ZPoint& point) { view->MouseMoved(point, ZView::kMouseButton); }
     void Release(const ZPoint& point) { view->MouseUp(point, ZView::kMouseButton); }
@@ -168,13 +172,10 @@ TEST_F(KestruneKeyboardViewTest, ClickAddsANoteToTheScaleOrRemovesIt)
     EXPECT_TRUE(view->IsKeyLit(54)) << "before the element reports the change";
     EXPECT_EQ(samplesOf(*notes)[6], 1.0f);
     bench.Tick();
-    Press(fSharp);
-    Release(fSharp);
+    Click(fSharp);
     EXPECT_EQ(samplesOf(*notes), kMajor);
-
     // The tonic stays lit when its flag is cleared; the upper tonic does not.
-    Press(Low(48));
-    Release(Low(48));
+    Click(Low(48));
     bench.Tick();
     EXPECT_EQ(samplesOf(*notes)[0], 0.0f);
     EXPECT_EQ(Lit(), (Notes{48, 50, 52, 53, 55, 57, 59}));
@@ -314,5 +315,3 @@ TEST_F(KestruneIgnoreKeysViewTest, AnyFlagButZeroIsIgnoredAndAClickSetsItToZero)
 }
 
 }  // namespace
-
-}  // namespace orvane

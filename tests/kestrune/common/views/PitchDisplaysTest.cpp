@@ -7,8 +7,7 @@
 #include "kestrune/common/views/ViewBench.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -218,5 +217,3 @@ TEST_F(KestruneCentsSliderTest, SnapsToSemitonesUnlessControlIsHeld)
 }
 
 }  // namespace
-
-}  // namespace orvane

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "resources/KestruneResources.h"
+#include "support/MessageWith.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/buffers/ZBuffer.h"
 #include "zlib/common/documents/ZDocument.h"
 #include "zlib/common/drawing/Canvas.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -62,9 +61,7 @@ struct ViewBench
         const auto view = boost::make_shared<Counted<View>>(xmlOf(tag), &mApplication);
         view->SetBoundsSize(width, height);
         view->OnAttached();
-        const auto opened = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
-        opened->Add<ZDocument*>("Document", mDocument.get());
-        view->HandleZMessage(opened);
+        view->HandleZMessage(messageWith(ZDOCUMENTNEW, "Document", mDocument.get()));
         mApplication.ProcessQueue();
         return view;
     }

@@ -5,8 +5,7 @@
 
 #include <bit>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -111,5 +110,3 @@ TEST(ZBufferTest, IntegersReadBackAndAreClamped)
     // Offset binary: 255, 0, 128, 255.
     EXPECT_EQ(stored<std::int8_t>(beyond), (std::vector<std::int8_t>{-1, 0, -128, -1}));
 }
-
-}  // namespace orvane

@@ -5,8 +5,7 @@
 #include "support/RealtimeGuard.h"
 #include "zlib/common/buffers/ZBuffer.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZFifoBufferTest, DistinguishesFullFromEmptyAtEveryPosition)
 {
@@ -77,5 +76,3 @@ TEST(ZFifoBufferTest, PassesSamplesInOrderBetweenTwoThreads)
     EXPECT_EQ(wrong, 0u);
     EXPECT_EQ(fifo.Available(), 0u);
 }
-
-}  // namespace orvane

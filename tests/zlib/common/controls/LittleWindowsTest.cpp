@@ -14,8 +14,7 @@
 
 #include <initializer_list>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -285,5 +284,3 @@ TEST_F(LittleWindowsTest, FileDialogSavesUnderTheTypedNameAndEndsWithItsOwner)
     ASSERT_TRUE(Ends());
     EXPECT_EQ(path, std::nullopt);
 }
-
-}  // namespace orvane

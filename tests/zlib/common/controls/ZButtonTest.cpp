@@ -5,8 +5,7 @@
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -161,5 +160,3 @@ TEST_F(ZCheckBoxTest, PressSwitchesBetweenZeroAndOne)
 }
 
 }  // namespace
-
-}  // namespace orvane

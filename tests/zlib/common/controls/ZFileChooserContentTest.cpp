@@ -7,8 +7,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -125,5 +124,3 @@ TEST_F(ZFileChooserContentTest, AsksBeforeItReplacesAFileAndSavesUnderANewName)
     Press(fresh, kKeyReturn);
     EXPECT_EQ(fresh.GetChosen(), folder.Path("x.xml"));
 }
-
-}  // namespace orvane

@@ -5,8 +5,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -213,5 +212,3 @@ TEST_F(ZMenuContentTest, DisabledItemsArePassedOverAndSubmenusAreOpened)
     EXPECT_EQ(opened, (std::vector<std::pair<std::int32_t, bool>>{{2, true}, {2, false}}));
     EXPECT_FALSE(nested.GetChosen().has_value());
 }
-
-}  // namespace orvane

@@ -3,8 +3,7 @@
 #include "zlib/common/controls/ZMetalPopupMenu.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -113,5 +112,3 @@ TEST_F(ZPopupMenuTest, LongTextEndsBeforeTheArrows)
 }
 
 }  // namespace
-
-}  // namespace orvane

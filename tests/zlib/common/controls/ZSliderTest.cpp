@@ -2,8 +2,7 @@
 #include "zlib/common/controls/ZMetalSlider.h"
 #include "zlib/common/views/ViewCanvas.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -188,5 +187,3 @@ TEST_F(ZSliderTest, APlainSliderDrawsATrailToTheOutlineOfItsThumb)
 }
 
 }  // namespace
-
-}  // namespace orvane

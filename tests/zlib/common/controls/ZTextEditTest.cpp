@@ -1,28 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/controls/ZTextEdit.h"
 
+#include "support/MessageWith.h"
 #include "support/Test.h"
 #include "support/TestClipboard.h"
 #include "zlib/common/controls/ZLabelButton.h"
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/native/ZNativeWindow.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
 
 boost::shared_ptr<ZMessage> keyDown(std::uint8_t key, bool shift = false, bool control = false)
 {
-    const auto message = boost::make_shared<ZMessage>(ZKEYDOWN);
-    message->Add<std::uint8_t>("Key", key);
-    message->Add<bool>("shift", shift);
-    message->Add<bool>("control", control);
-    return message;
+    return messageWith(ZKEYDOWN, "Key", key, "shift", shift, "control", control);
 }
 
 struct OpenTextEdit : ZTextEdit
@@ -37,9 +31,7 @@ struct ZTextEditTest : testing::Test
 
     void Type(const char* text)
     {
-        const auto message = boost::make_shared<ZMessage>(ZTEXTINPUT);
-        message->Add<ZString>("Text", ZString(text));
-        edit.HandleZMessage(message);
+        edit.HandleZMessage(messageWith<ZString>(ZTEXTINPUT, "Text", text));
     }
     std::string After(std::uint8_t key, bool shift = false, bool control = false)
     {
@@ -182,5 +174,3 @@ TEST(ZLabelButtonTest, ActsOnAClickReturnAndTheSpaceBar)
         button.HandleZMessage(keyDown(key));
     EXPECT_EQ(count, 3);
 }
-
-}  // namespace orvane

@@ -10,8 +10,7 @@
 #include "zlib/common/views/ZWindow.h"
 #include "zlib/common/views/ZWindowHost.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -236,5 +235,3 @@ TEST_F(ZWindowScaleTest, AMenuIsAsLargeAsItsWindow)
     EXPECT_TRUE(waitFor([&] { return ended.load(); }));
     EXPECT_EQ(chosen, 3);
 }
-
-}  // namespace orvane

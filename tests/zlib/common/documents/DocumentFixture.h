@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/MessageWith.h"
 #include "support/SignedDescription.h"
 #include "support/XmlOf.h"
 #include "zlib/common/documents/ZPlugin.h"
 #include "zlib/common/documents/ZWindowKeeper.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
 
 namespace orvane
 {
@@ -26,15 +23,6 @@ inline void start(ZPlugin& plugin)
 {
     plugin.ZHandler::PostZMessage(boost::make_shared<ZMessage>(ZLOOPERSTART));
     plugin.ProcessQueue();
-}
-
-/// Creates a message with one field.
-template <typename T>
-boost::shared_ptr<ZMessage> messageWith(std::int32_t id, const char* field, const T& value)
-{
-    auto message = boost::make_shared<ZMessage>(id);
-    message->Add<T>(field, value);
-    return message;
 }
 
 /// A window manager that records its messages.

@@ -13,8 +13,7 @@
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/objects/ZUserSettings.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -235,5 +234,3 @@ TEST_F(ZPluginTest, LoadsTheLabelFontFromTheDataFolders)
         EXPECT_EQ(app->GetFonts().back(), font);
     }
 }
-
-}  // namespace orvane

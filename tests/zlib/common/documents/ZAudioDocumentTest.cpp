@@ -14,8 +14,7 @@
 #include "zlib/common/objects/ZClassRegistry.h"
 #include "zlib/common/signals/ZSignalBay.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -266,5 +265,3 @@ TEST_F(ZAudioDocumentTest, BaseClassChecksTheVersion)
     EXPECT_EQ(boxes.boxes[0].title, "Could not load preset");
     EXPECT_EQ(boxes.boxes[0].text, "Incorrect Preset version.");
 }
-
-}  // namespace orvane

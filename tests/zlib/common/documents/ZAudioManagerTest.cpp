@@ -10,8 +10,7 @@
 #include "zlib/common/signals/ZSignalLooper.h"
 #include "zlib/common/signals/ZSilentDriver.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -115,5 +114,3 @@ TEST(ZAudioManagerTest, RoutesTheOutputOfTheCurrentDocumentOfItsType)
     EXPECT_EQ(network->GetRouteCount(), 0) << "another document";
     EXPECT_EQ(currentDocument(*app)->GetOutputNetwork()->GetRouteCount(), 2);
 }
-
-}  // namespace orvane

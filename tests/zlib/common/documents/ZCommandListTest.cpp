@@ -6,8 +6,7 @@
 #include "zlib/common/documents/ZCommand.h"
 #include "zlib/common/documents/ZDocumentManager.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -47,10 +46,8 @@ struct ZCommandListTest : testing::Test
     [[nodiscard]] ZCommandList& list() const { return *app->GetCommandList(); }
     void Stroke(std::int32_t key, bool shift, bool control)
     {
-        const auto message = messageWith<std::int32_t>(ZKEYCOMMAND, "hotkey", key);
-        message->Add<bool>("shift", shift);
-        message->Add<bool>("control", control);
-        list().HandleZMessage(message);
+        list().HandleZMessage(
+            messageWith(ZKEYCOMMAND, "hotkey", key, "shift", shift, "control", control));
     }
 
     const TestResources resources{""};
@@ -80,9 +77,8 @@ TEST_F(ZCommandListTest, MessagesEnableOneOrAllCommandsAndRenameOne)
     EXPECT_TRUE(Command("own")->IsEnabled());
     EXPECT_FALSE(Command("off")->IsEnabled());
     list().HandleZMessage(messageWith<ZString>(ZENABLE, "commandName", "nobody"));
-    const auto label = messageWith<ZString>(ZLABEL, "commandName", "own");
-    label->Add<ZString>("commandLabel", "Renamed");
-    list().HandleZMessage(label);
+    list().HandleZMessage(
+        messageWith<ZString>(ZLABEL, "commandName", "own", "commandLabel", ZString("Renamed")));
     EXPECT_STREQ(Command("own")->GetMenuName(), "Renamed");
     list().HandleZMessage(boost::make_shared<ZMessage>(ZENABLE));
     EXPECT_TRUE(Command("first")->IsEnabled());
@@ -93,9 +89,7 @@ TEST_F(ZCommandListTest, MenuChoiceDispatchesACopyOfTheMessage)
 {
     EXPECT_EQ(Command("own")->GetMenuId(), 7);
     EXPECT_EQ(Command("off")->GetMenuId(), 50001) << "an id of its own uses up no number";
-    const auto choice = messageWith<std::int32_t>(ZCommandList::kMenuChoice, "MenuID", 50000);
-    choice->Add<std::int32_t>("CmdWindow", 42);
-    list().HandleZMessage(choice);
+    list().HandleZMessage(messageWith(ZCommandList::kMenuChoice, "MenuID", 50000, "CmdWindow", 42));
     Command("first")->Dispatch();
     ASSERT_EQ(windows.told.size(), 2u);
     std::int32_t window = 0;
@@ -121,5 +115,3 @@ TEST_F(ZCommandListTest, CheckMarkFollowsItsElement)
     app->Tick();
     EXPECT_FALSE(Command("follower")->IsChecked());
 }
-
-}  // namespace orvane

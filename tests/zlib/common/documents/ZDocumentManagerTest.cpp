@@ -11,8 +11,7 @@
 
 #include <boost/smart_ptr/weak_ptr.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -108,9 +107,7 @@ TEST_F(ZDocumentManagerTest, OpensAFileInADocumentOfTheFittingType)
     const auto good = boost::make_shared<ZFile>("good", "/nowhere/good.stub", "STUB");
     const auto bad = boost::make_shared<ZFile>("bad", "/nowhere/bad.stub", "stub");
 
-    const auto open = messageWith<ZString>(ZFILEOPEN, "doctype", "Unknown");
-    open->Add<boost::shared_ptr<ZFile>>("file", good);
-    files.HandleZMessage(open);
+    files.HandleZMessage(messageWith<ZString>(ZFILEOPEN, "doctype", "Unknown", "file", good));
     ASSERT_EQ(files.GetDocumentCount(), 1);
     EXPECT_EQ(files.GetCurrentDocument()->GetTitle().ToNarrow(), "good");
 
@@ -120,5 +117,3 @@ TEST_F(ZDocumentManagerTest, OpensAFileInADocumentOfTheFittingType)
     ASSERT_EQ(recorder.boxes.size(), 1u);
     EXPECT_EQ(recorder.boxes[0].title, "Error Opening Document");
 }
-
-}  // namespace orvane

@@ -14,8 +14,7 @@
 
 #include <future>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -108,5 +107,3 @@ TEST_F(ZFileChooserTest, OpenDialogEndsWithItsApplication)
     ASSERT_EQ(asked.wait_for(0s), std::future_status::ready) << "it is over by then";
     EXPECT_EQ(asked.get(), "none");
 }
-
-}  // namespace orvane

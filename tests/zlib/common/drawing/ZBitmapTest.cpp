@@ -8,8 +8,7 @@
 #include "zlib/common/drawing/Canvas.h"
 #include "zlib/common/objects/ZResources.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -154,5 +153,3 @@ TEST(ZImageTest, SpoiltBytesGiveAPictureOrNone)
                                                   static_cast<std::size_t>(image->GetHeight()));
     }
 }
-
-}  // namespace orvane

@@ -12,8 +12,7 @@
 
 #include <boost/make_shared.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -174,5 +173,3 @@ TEST(ZDeviceScaleTest, ABitmapFitsContextsOfItsScale)
     EXPECT_EQ(pixelAt(target, 5, 5), 0xFF000000u);
     EXPECT_EQ(pixelAt(target, 6, 5), 0U);
 }
-
-}  // namespace orvane

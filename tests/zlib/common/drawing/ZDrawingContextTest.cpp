@@ -11,8 +11,7 @@
 
 #include <boost/make_shared.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -211,5 +210,3 @@ TEST(ZShadingTest, ShadingsRunThroughTheirThreeGreys)
     expectGreys(ZLinearGradientShader(kBlack, kWhite, 0.25f, 0.9f), {0.0, 0.125, 0.25, 0.625, 1.0},
                 {0, 64, 128, 191.5, 255});
 }
-
-}  // namespace orvane

@@ -9,8 +9,7 @@
 
 #include <filesystem>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -192,5 +191,3 @@ TEST(ZTextTest, ThreadsDrawWhileFontsComeAndGo)
     work();
     other.join();
 }
-
-}  // namespace orvane

@@ -8,8 +8,7 @@
 
 #include <bit>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -213,5 +212,3 @@ TEST_F(ZElementArchiveTest, SurvivesSpoiltArchives)
         ASSERT_EQ(elementArchiveFault(text), "") << text;
     }
 }
-
-}  // namespace orvane

@@ -11,8 +11,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -208,5 +207,3 @@ TEST(ZElementThreadTest, ThreadsShareElements)
     application.ProcessQueue();
     EXPECT_EQ(lastHeard, 20000.0f) << "the last change is never lost";
 }
-
-}  // namespace orvane

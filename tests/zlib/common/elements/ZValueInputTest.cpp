@@ -3,8 +3,7 @@
 
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -35,5 +34,3 @@ TEST(ZValueInputTest, ReadsNumbersWithAndWithoutUnitsAndRefusesAllElse)
                              "5e", "nan", "inf", "--5", "+-5", "5ms ms", "0x10", "1.5.2"})
         EXPECT_EQ(readValue(text, kMilliseconds), std::nullopt) << text;
 }
-
-}  // namespace orvane

@@ -3,8 +3,7 @@
 
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZValueTextTest, NumbersAreShortAndHaveTheirUnit)
 {
@@ -15,5 +14,3 @@ TEST(ZValueTextTest, NumbersAreShortAndHaveTheirUnit)
     EXPECT_EQ(signedValueText(-3.0f, ZElement::kCents), ZString("-3 cents"));
     EXPECT_EQ(signedValueText(0.001f, ZElement::kCents), ZString("0 cents"));
 }
-
-}  // namespace orvane

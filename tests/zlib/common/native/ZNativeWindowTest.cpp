@@ -9,8 +9,7 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -412,5 +411,3 @@ TEST_F(ZNativeWindowTest, DialogTellsTheWindowManagerWhatItIs)
     EXPECT_EQ(probe->GetProperty(window, "WM_TRANSIENT_FOR").size(), 4u);
     EXPECT_FALSE(probe->GetProperty(window, "WM_NORMAL_HINTS").empty());
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "support/PrivateFolder.h"
 #include "support/TextMutation.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -78,5 +77,3 @@ TEST(ZBufferedFileTest, ReportsAFullDiskAtCloseOrInTheDestructor)
     }
     EXPECT_EQ(recorder.boxes.size(), 1u);
 }
-
-}  // namespace orvane

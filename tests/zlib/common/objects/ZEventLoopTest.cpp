@@ -7,8 +7,7 @@
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZSemaphore.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 using namespace std::chrono_literals;
 
@@ -183,5 +182,3 @@ TEST(ZInterfaceLockTest, IsRecursiveAndReleasedAtEveryDepth)
     }
     EXPECT_TRUE(ZInterfaceLock::IsHeld());
 }
-
-}  // namespace orvane

@@ -13,8 +13,7 @@
 
 #include <filesystem>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -213,5 +212,3 @@ TEST_F(ZFileTest, TemporaryFileExistsUntilItsObjectIsDestroyed)
     expectZException("Unable to GetTempPath.", [&] { MakeTempFile(xml, file); });
     EXPECT_EQ(file, nullptr);
 }
-
-}  // namespace orvane

@@ -9,8 +9,7 @@
 
 #include <unistd.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -83,5 +82,3 @@ TEST(ZMessageBoxTest, OpenTextIsNotShownTwice)
     ZMessageBox::Show(ZMessageBox::kError, "later", "same text");
     EXPECT_EQ(recorder.boxes.size(), 2u);
 }
-
-}  // namespace orvane

@@ -3,15 +3,12 @@
 
 #include "support/Eventually.h"
 #include "support/MessageRecorder.h"
+#include "support/MessageWith.h"
 #include "support/Test.h"
 #include "zlib/common/objects/ZInterfaceLock.h"
 #include "zlib/common/objects/ZInterfaceThread.h"
-#include "zlib/common/objects/ZMessageIds.h"
 
-#include <boost/make_shared.hpp>
-
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -25,9 +22,7 @@ MessagePtr messageOf(std::int32_t id)
 
 MessagePtr changeOf(const ZObject& element)
 {
-    auto message = boost::make_shared<ZMessage>(ZELEMENTCHANGED);
-    message->Add<std::uint64_t>("elementid", elementIdOf(&element));
-    return message;
+    return messageWith<std::uint64_t>(ZELEMENTCHANGED, "elementid", elementIdOf(&element));
 }
 
 /// Posts an element change as its sender does: only when none is pending.
@@ -178,5 +173,3 @@ TEST(ZLooperTest, ThreadsPostAndBroadcastWhileHandlersComeAndGo)
     EXPECT_EQ(std::count(handler.ids.begin(), handler.ids.end(), ZRESET), 1500);
     EXPECT_FALSE(looper.IsElementChangePending(*changeOf(element), &handler));
 }
-
-}  // namespace orvane

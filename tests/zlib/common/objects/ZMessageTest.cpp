@@ -7,8 +7,7 @@
 #include "zlib/common/objects/ZMessageRegistry.h"
 #include "zlib/common/objects/ZXMLElement.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -74,5 +73,3 @@ TEST(ZMessageRegistryTest, FindsTheNumberOfEachKnownName)
     expectZException("Message not found", [&] { (void)registry.Find("ZMOUSEWHEEL"); });
     expectZException("Message already defined", [&] { registry.Add("ZOK", 5); });
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "zlib/common/objects/ZResources.h"
 #include "zlib/common/objects/ZStringTable.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -135,5 +134,3 @@ TEST(ZStringTest, ToFloatReadsANumberAtTheStartWithAPointInEveryLocale)
         EXPECT_EQ(value, number) << text;
     }
 }
-
-}  // namespace orvane

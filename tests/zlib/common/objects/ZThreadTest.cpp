@@ -13,8 +13,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace orvane
-{
+using namespace orvane;
 
 TEST(ZSemaphoreTest, CountsAndTimesOut)
 {
@@ -110,5 +109,3 @@ TEST(ZMailboxTest, ValuesArriveWholeInOrderAndWithoutALock)
     writer.join();
     EXPECT_EQ(faults, 0);
 }
-
-}  // namespace orvane

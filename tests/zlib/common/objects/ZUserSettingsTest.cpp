@@ -6,8 +6,7 @@
 
 #include <filesystem>
 
-namespace orvane
-{
+using namespace orvane;
 
 using namespace std::string_literals;
 
@@ -98,5 +97,3 @@ TEST_F(ZUserSettingsTest, TwoWritersLoseNothing)
         for (const std::string name : {"a", "b"})
             EXPECT_EQ(Get((name + std::to_string(i)).c_str()), i) << name;
 }
-
-}  // namespace orvane

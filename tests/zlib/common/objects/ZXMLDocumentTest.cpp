@@ -12,8 +12,7 @@
 
 #include <filesystem>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -191,5 +190,3 @@ TEST(ZXMLSignatureTest, RefusesAnyAlteredOrMissingByte)
     }
     EXPECT_TRUE(verifies(windows)) << "with other line ends";
 }
-
-}  // namespace orvane

@@ -9,8 +9,7 @@
 
 #include <clocale>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -142,5 +141,3 @@ TEST(ZXMLTagTest, ReadsTheKindOfEachTagAndCutsLongNamesAndValues)
     EXPECT_EQ(attributes(tag),
               (Attributes{{name.substr(0, 511), value.substr(0, 39999)}, {"last", "1"}}));
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "support/Test.h"
 #include "support/TextMutation.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -140,5 +139,3 @@ TEST_F(ZBayArchiveTest, SurvivesSpoiltDescriptions)
         ASSERT_EQ(fault, "") << text;
     }
 }
-
-}  // namespace orvane

@@ -4,8 +4,7 @@
 #include "support/ProbeBay.h"
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -118,5 +117,3 @@ TEST(ZBayTest, DestroyedBayLeavesNoPortsAndRoutesBehind)
     }
     EXPECT_TRUE(source->GetExport(0)->GetRoutes().empty());
 }
-
-}  // namespace orvane

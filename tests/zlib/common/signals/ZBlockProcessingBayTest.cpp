@@ -6,8 +6,7 @@
 #include "support/Test.h"
 #include "support/TextMutation.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -100,5 +99,3 @@ TEST(ZBlockProcessingBayTest, NegativeSizeFollowsTheLongestPass)
     bay->SetMaxBuffer(100);
     EXPECT_EQ(bay->GetBlockSize(), 512);
 }
-
-}  // namespace orvane

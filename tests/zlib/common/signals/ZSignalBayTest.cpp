@@ -5,8 +5,7 @@
 #include "support/Test.h"
 #include "support/TextMutation.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -219,5 +218,3 @@ TEST(ZSignalBayTest, EachBayRunsOnItsOwnTimeBase)
     runPass(*sink, 10);
     EXPECT_EQ(source->lastPosition, 3u);
 }
-
-}  // namespace orvane

@@ -10,8 +10,7 @@
 
 #include <boost/make_shared.hpp>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -106,5 +105,3 @@ TEST_F(ZSignalLooperTest, TwoThreadsDoNotMeetInOneNetwork)
     looper.Stop();
     EXPECT_LE(read, written);
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "support/RealtimeGuard.h"
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -194,5 +193,3 @@ TEST(ZThruBayTest, LastInputGoesToTheRemainingOutputs)
         EXPECT_EQ(out.Data()[9], expected[i]);
     }
 }
-
-}  // namespace orvane

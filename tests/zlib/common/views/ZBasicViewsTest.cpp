@@ -4,8 +4,7 @@
 #include "zlib/common/views/ZGraphAxisView.h"
 #include "zlib/common/views/ZPluginLogoView.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -105,5 +104,3 @@ TEST_F(ZBasicViewsTest, OutlinesAndPartsOfBitmapsAreDrawnWhereTheViewSays)
 }
 
 }  // namespace
-
-}  // namespace orvane

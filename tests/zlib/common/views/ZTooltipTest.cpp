@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/common/views/ZTooltip.h"
 
+#include "support/MessageWith.h"
 #include "support/SmallApplication.h"
 #include "support/Test.h"
-#include "zlib/common/objects/ZMessage.h"
-#include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZMessageBoxContent.h"
 #include "zlib/common/views/ZWindow.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -27,9 +25,7 @@ struct ZTooltipTest : testing::Test
 
     void FireTimer()
     {
-        const auto message = boost::make_shared<ZMessage>(ZTIMER);
-        message->Add<std::int64_t>("TimerID", tip.GetTimer());
-        tip.HandleZMessage(message);
+        tip.HandleZMessage(messageWith<std::int64_t>(ZTIMER, "TimerID", tip.GetTimer()));
     }
     [[nodiscard]] bool Waits() const { return tip.GetTimer() != ZWindow::kNoTimer; }
 
@@ -147,5 +143,3 @@ TEST(ZMessageBoxContentTest, EndsByKeysButtonAndTitleBar)
         EXPECT_EQ(ends, expected);
     }
 }
-
-}  // namespace orvane

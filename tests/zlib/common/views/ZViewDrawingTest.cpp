@@ -6,8 +6,7 @@
 #include "zlib/common/views/ZView.h"
 #include "zlib/common/views/ZWindow.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -250,5 +249,3 @@ TEST_F(ZViewDrawingTest, OnlyAVisibleViewInAWindowIsRepainted)
     const ZBitmap& picture = window.RenderOffscreen();
     EXPECT_EQ(picture.GetNative()->ReadPixels()[3 * 20 + 3], kGreenPixel);
 }
-
-}  // namespace orvane

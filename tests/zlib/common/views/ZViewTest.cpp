@@ -2,27 +2,24 @@
 #include "zlib/common/views/ZView.h"
 
 #include "support/ExpectZException.h"
+#include "support/MessageWith.h"
 #include "support/SmallApplication.h"
 #include "zlib/common/documents/ZDocument.h"
-#include "zlib/common/objects/ZMessageIds.h"
 #include "zlib/common/views/TestView.h"
 #include "zlib/common/views/ZStringView.h"
 #include "zlib/common/views/ZViewMessage.h"
 #include "zlib/common/views/ZWindow.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
 
 using Log = TestView::Log;
 
-boost::shared_ptr<ZMessage> documentMessage(ZDocument* document)
+boost::shared_ptr<ZMessage> documentMessage(const boost::shared_ptr<ZDocument>& document)
 {
-    const auto message = boost::make_shared<ZMessage>(ZDOCUMENTNEW);
-    message->Add<ZDocument*>("Document", document);
-    return message;
+    return messageWith(ZDOCUMENTNEW, "Document", document.get());
 }
 
 struct ZViewTest : testing::Test
@@ -166,10 +163,8 @@ TEST_F(ZViewTest, TimersStopAtTheViewThatHandlesThem)
     EXPECT_EQ(TakeLog(), (Log{"inner hidden", "child hidden"}));
     child->HandleZMessage(boost::make_shared<ZMessage>(ZCHILDRESIZED));
     EXPECT_EQ(TakeLog(), (Log{"child child resized", "root child resized"}));
-    const auto timer = boost::make_shared<ZMessage>(ZTIMER);
-    timer->Add<std::int64_t>("TimerID", 7);
     child->takesTimers = true;
-    root->HandleZMessage(timer);
+    root->HandleZMessage(messageWith<std::int64_t>(ZTIMER, "TimerID", 7));
     EXPECT_EQ(TakeLog(), (Log{"root timer", "child timer"}));
     root->HandleZMessage(boost::make_shared<ZMessage>(ZSHOW));
     EXPECT_EQ(TakeLog(), (Log{"inner shown", "child shown", "root shown"}));
@@ -181,9 +176,9 @@ TEST_F(ZViewTest, DocumentBindsTheElementOfTheTargetNameUnlessTheViewIsAnimated)
     child->SetTargetName("level");
     const auto first = MakeDocument("level");
     const auto second = MakeDocument("level");
-    root->HandleZMessage(documentMessage(first.get()));
+    root->HandleZMessage(documentMessage(first));
     EXPECT_EQ(child->GetElement(), first->FindElement("level"));
-    root->HandleZMessage(documentMessage(second.get()));
+    root->HandleZMessage(documentMessage(second));
     EXPECT_EQ(first->GetObserverCount(), 0);
     EXPECT_EQ(first->FindElement("level")->GetObserverCount(), 0);
     EXPECT_EQ(child->GetElement(), second->FindElement("level"));
@@ -216,7 +211,7 @@ TEST_F(ZViewTest, RemovedOrDestroyedViewLeavesWindowAndDocument)
     view->AddSubview(child, false);
     for (const bool dies : {false, true}) {
         window->GetRootView()->AddSubview(view, false);
-        view->HandleZMessage(documentMessage(document.get()));
+        view->HandleZMessage(documentMessage(document));
         child->SetMouseCapture(true, true);
         window->SetHoverView(child.get());
         window->SetFocusView(child.get());
@@ -280,5 +275,3 @@ TEST_F(ZViewTest, EdgesFollowTheParentByTheStretchMask)
     root->Resize(50, 40);
     EXPECT_EQ(filling->GetBounds(), (ZRect{0, 0, 50, 40}));
 }
-
-}  // namespace orvane

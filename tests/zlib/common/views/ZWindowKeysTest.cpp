@@ -5,8 +5,7 @@
 #include "zlib/common/drawing/ZImage.h"
 #include "zlib/common/views/WindowFixture.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -135,5 +134,3 @@ TEST_F(ZWindowKeysTest, AValueTipStandsInsideTheWindowAboveItsViewOrBelow)
     window.GetRootView()->RemoveSubview(window.GetRootView()->FindSubview("b"));
     EXPECT_TRUE(tip.GetRect().IsEmpty());
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "zlib/common/views/WindowFixture.h"
 #include "zlib/common/views/ZDialog.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -51,9 +50,8 @@ struct ZWindowManagerTest : WindowFixture
     }
     void MakeWindow(ZWindowManager& windows, const char* name) const
     {
-        auto message = messageWith<boost::shared_ptr<ZDocument>>(ZWINNEW, "NewDocument", mDocument);
-        message->Add<ZString>("WindowName", ZString(name));
-        windows.HandleZMessage(message);
+        windows.HandleZMessage(
+            messageWith(ZWINNEW, "NewDocument", mDocument, "WindowName", ZString(name)));
     }
 
     const boost::shared_ptr<ZDocument> mDocument = MakeDocument("Song");
@@ -160,9 +158,8 @@ TEST_F(ZWindowManagerTest, MessagesReachTheirWindows)
     EXPECT_TRUE(windows->GetWindow(0)->IsAttached());
 
     EXPECT_EQ(windows->GetTopLevel(0), 0) << "no window of the system";
-    const auto dialog = messageWith<ZString>(ZSHOWDIALOG, "DialogName", ZString("None"));
-    dialog->Add<ZString>("SourceXML", ZString("XML"));
-    dialog->Add<std::int32_t>("CmdWindow", 0);
+    const auto dialog = messageWith<ZString>(ZSHOWDIALOG, "DialogName", "None", "SourceXML",
+                                             ZString("XML"), "CmdWindow", std::int32_t{0});
     expectZException("WindowManager failed to load XML dialog resource.",
                      [&] { windows->HandleZMessage(dialog); });
 }
@@ -186,5 +183,3 @@ TEST(ZDialogTest, RefusesResourcesThatAreNotSigned)
                      "XML setup file does not contain a valid signature.",
                      [&] { ZDialog(*app, "Unsigned"); });
 }
-
-}  // namespace orvane

@@ -11,8 +11,7 @@
 #include "zlib/common/views/ZWindowMenu.h"
 #include "zlib/common/views/ZWindowTimers.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -290,5 +289,3 @@ TEST_F(ZWindowTest, TheRightButtonOpensTheContextMenuOfWhatIsUnderIt)
     mApp->GetClassRegistry().AddStandard<TestView>("WrongClass");
     EXPECT_THROW(Make(windowType("", "<contextmenu class=\"WrongClass\" />")), ZException);
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "support/VirtualDisplay.h"
 #include "zlib/common/drawing/ZImage.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -54,5 +53,3 @@ TEST(ZBlitterTest, PicturesArriveWhole)
     expectWholePictures(ZBlitter::Route::kBest);
     expectWholePictures(ZBlitter::Route::kConnection);
 }
-
-}  // namespace orvane

@@ -3,8 +3,7 @@
 
 #include "support/Test.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -64,5 +63,3 @@ TEST(ZMouseTest, OnlyTheButtonThatBeganADragEndsIt)
     EXPECT_EQ(translate(mouse, kRelease, 1, XCB_BUTTON_MASK_1), Action::kUp);
     EXPECT_EQ(translate(mouse, kRelease, 1), Action::kUp) << "of a press in another window";
 }
-
-}  // namespace orvane

@@ -9,8 +9,7 @@
 #include <cerrno>
 #include <csignal>
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -37,5 +36,3 @@ TEST(ZPipeSignalBlockTest, BrokenPipeRaisesNoSignalInside)
     close(ends[0]);
     std::signal(SIGPIPE, before);
 }
-
-}  // namespace orvane

@@ -6,8 +6,7 @@
 #include "zlib/common/objects/ZClipboard.h"
 #include "zlib/linux/native/ZDisplayConnection.h"
 
-namespace orvane
-{
+using namespace orvane;
 
 namespace
 {
@@ -145,5 +144,3 @@ TEST_F(ZSelectionTest, AWaitForASilentProgramEndsWithItsOwnerOrTheDisplay)
         EXPECT_EQ(text, std::nullopt);
     }
 }
-
-}  // namespace orvane
