@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zdsp/common/ZDotProduct.h"
 
+#include <algorithm>
 #include <cassert>
+#include <iterator>
 
 namespace orvane
 {
@@ -17,7 +19,12 @@ double dotPlain(const float* a, const float* b, int count) noexcept
     for (; i + kPartialDotProducts <= count; i += kPartialDotProducts)
         for (int lane = 0; lane < kPartialDotProducts; ++lane)
             sums[lane] += a[i + lane] * b[i + lane];
-    return ZDotProduct::AddUp(sums, a + i, b + i, count - i);
+    double added[kPartialDotProducts];
+    std::copy(std::begin(sums), std::end(sums), added);
+    for (int distance = kPartialDotProducts / 2; distance > 0; distance /= 2)
+        for (int lane = 0; lane < distance; ++lane)
+            added[lane] += added[lane + distance];
+    return ZDotProduct::AddProducts(added[0], a + i, b + i, count - i);
 }
 
 }  // namespace
@@ -25,17 +32,6 @@ double dotPlain(const float* a, const float* b, int count) noexcept
 ZDotProduct::Function ZDotProduct::Plain() noexcept
 {
     return dotPlain;
-}
-
-double ZDotProduct::AddUp(const float (&sums)[kPartialDotProducts], const float* a, const float* b,
-                          int left) noexcept
-{
-    double total = 0.0;
-    for (const float sum : sums)
-        total += static_cast<double>(sum);
-    for (int i = 0; i < left; ++i)
-        total += static_cast<double>(a[i]) * static_cast<double>(b[i]);
-    return total;
 }
 
 }  // namespace orvane

@@ -4,6 +4,7 @@
 #include "kestrune/common/engine/KestruneGeometry.h"
 #include "kestrune/common/engine/KestruneStereoRing.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace orvane
@@ -15,8 +16,12 @@ namespace
 // The steps are: to load the frame, to measure it, the parts of the transform, to shape the
 // spectrum, and the parts of the comb.
 constexpr int kFirstTransformStep = 2;
-constexpr int kShapeCost = 4;
+constexpr int kShapeCost = 2;
 constexpr int kCombCost = 8;
+
+/// Blocks that a record must be ahead of the synthesis: four until it is repaired, one in which it
+/// is made, and one that a block's marks reach into. The marks of voices below 70 Hz reach further.
+constexpr int kLeastLeadBlocks = 6;
 
 }  // namespace
 
@@ -26,30 +31,45 @@ void KestruneClassicAnalysis::Allocate(const KestruneGeometry& geometry, float s
     mSampleRate = sampleRate;
     mBlockSize = blockSize;
     mFftSize = geometry.fftSize;
+    mLead = geometry.lead;
     mSpectrum.Allocate(geometry, blockSize);
     mRecords.Allocate(geometry.recordCount);
+    mWaitingFrames = 0;
+    mMayWait = 0;
+    mFrameWork = 0;
     mWorkLeft = 0;
 }
 
 void KestruneClassicAnalysis::SetRange(float lowHz, float highHz) noexcept
 {
-    assert(mWorkLeft == 0 && mFftSize > 0);
+    assert(mFftSize > 0);
+    while (mFrameWork > 0)
+        Step();
     mLowest = lowHz;
     mHighest = highHz;
     const auto longestPeriod = static_cast<float>(static_cast<int>(mSampleRate / lowHz));
     mSpectrum.SetFrameLength(static_cast<int>(kWindowFactor * longestPeriod + 0.5f));
     mComb.SetRange(lowHz, highHz, SpectrumTop(), static_cast<float>(mFftSize) / mSampleRate);
+    mFrameCost = 0;
+    for (int step = 0; step < StepCount(); ++step)
+        mFrameCost += CostOf(step);
+    const int lead = mLead - mSpectrum.FrameLength() / 2;
+    mMostBehind = std::clamp(lead / mBlockSize - kLeastLeadBlocks, 0, kReducedBlocks / 2);
+    CountWork();
 }
 
 void KestruneClassicAnalysis::Reset() noexcept
 {
-    assert(mWorkLeft == 0);
     mComb.Clear();
+    mWaitingFrames = 0;
+    mMayWait = 0;
+    mFrameWork = 0;
+    mWorkLeft = 0;
 }
 
 void KestruneClassicAnalysis::ClearRecords() noexcept
 {
-    assert(mWorkLeft == 0);
+    assert(!IsBehind());
     const int periods =
         static_cast<int>(mSampleRate / mLowest) + static_cast<int>(mSampleRate / mHighest);
     mRecords.Fill(static_cast<float>(periods) * 0.5f);
@@ -64,29 +84,58 @@ int KestruneClassicAnalysis::CostOf(int step) const noexcept
 {
     const int shapeStep = kFirstTransformStep + mSpectrum.PartCount();
     if (step < kFirstTransformStep)
-        return 1 + mSpectrum.FrameLength() / mBlockSize;
+        return 1 + mSpectrum.FrameLength() * (step == 0 ? 4 : 3) / (4 * mBlockSize);
     if (step < shapeStep)
         return mSpectrum.CostOf(step - kFirstTransformStep);
     return step == shapeStep ? kShapeCost : kCombCost;
 }
 
 void KestruneClassicAnalysis::Begin(const KestruneStereoRing& input, std::int64_t end,
-                                    std::int16_t reference) noexcept
+                                    std::int16_t reference, Pace pace) noexcept
 {
-    assert(mWorkLeft == 0 && mFftSize > 0);
+    assert(WorkLeft() == 0 && mFftSize > 0);
     mInput = &input;
-    mEnd = end;
+    mNewest = end;
     mReference = reference;
+    ++mWaitingFrames;
+    const int most = mMostBehind * mFrameCost;
+    if (pace == Pace::kReduced)
+        mMayWait = std::min(mMayWait + most / kReducedBlocks, most);
+    else
+        mMayWait = std::max(mMayWait - mFrameCost / 2, 0);
+    CountWork();
+}
+
+void KestruneClassicAnalysis::CountWork() noexcept
+{
+    mNextCost = CostOf(mFrameWork > 0 ? mStep : 0);
+    const int due = mFrameWork + mWaitingFrames * mFrameCost - mMayWait;
+    // The next step waits with the rest if only a smaller part of it is due.
+    const bool mayWait = mMayWait > 0 && 2 * due <= mNextCost;
+    mWorkLeft = mayWait ? 0 : std::max(due, 0);
+}
+
+void KestruneClassicAnalysis::BeginFrame() noexcept
+{
+    assert(mWaitingFrames > 0);
+    --mWaitingFrames;
+    mEnd = mNewest - static_cast<std::int64_t>(mWaitingFrames) * mBlockSize;
     mStep = 0;
-    for (int step = 0; step < StepCount(); ++step)
-        mWorkLeft += CostOf(step);
+    mFrameWork = mFrameCost;
 }
 
 void KestruneClassicAnalysis::Step() noexcept
 {
-    assert(mWorkLeft > 0 && mInput);
-    const int step = mStep++;
-    mWorkLeft -= CostOf(step);
+    assert(IsBehind() && mInput);
+    if (mFrameWork == 0)
+        BeginFrame();
+    mFrameWork -= mNextCost;
+    Do(mStep++);
+    CountWork();
+}
+
+void KestruneClassicAnalysis::Do(int step) noexcept
+{
     if (step == 0)
         return mSpectrum.LoadFrame(*mInput, mInput->Index(mEnd - mSpectrum.FrameLength()),
                                    mReference);
@@ -100,7 +149,7 @@ void KestruneClassicAnalysis::Step() noexcept
     if (combPart < 0)
         return AnalyseSpectrum(transformPart);
     mComb.FindInPart(combPart, mSpectrum.Values(), mVoicing);
-    if (mWorkLeft == 0)
+    if (mFrameWork == 0)
         AddRecord();
 }
 

@@ -26,11 +26,12 @@ constexpr int kPieces = 8;  // that a block is listened to in
 // In the units of KestruneClassicAnalysis.
 constexpr int kListenCost = 5;
 constexpr int kSquaresCost = 10;
-constexpr int kPartsFoundForUnit = 3;
-constexpr int kRefineCost = 11;
+constexpr int kFindCost = 3;
+constexpr int kRefineCost = 9;
 constexpr int kSettleCost = 2;
-constexpr int kVibratoCost = 5;
-constexpr int kChooseCost = 15;
+constexpr int kVibratoCost = 4;
+constexpr int kChooseCost = 12;
+constexpr int kCostWithoutVoice = 1;  // of each of these
 
 }  // namespace
 
@@ -88,15 +89,15 @@ int KestruneFineAnalysis::CostOf(Task task, int part) const noexcept
     case Task::kCorrelate:
         return mCandidates.CostOf(part);
     case Task::kFind:
-        return 2 + mCandidates.PartCount() / kPartsFoundForUnit;
+        return kFindCost;
     case Task::kRefine:
-        return kRefineCost;
+        return mExpectsPeriod ? kRefineCost : kCostWithoutVoice;
     case Task::kSettle:
         return kSettleCost;
     case Task::kFitVibrato:
-        return kVibratoCost;
+        return mExpectsVoice ? kVibratoCost : kCostWithoutVoice;
     case Task::kChooseNote:
-        return kChooseCost;
+        return mExpectsVoice ? kChooseCost : kCostWithoutVoice;
     }
     return 0;
 }
@@ -109,18 +110,23 @@ void KestruneFineAnalysis::Begin(const KestruneStereoRing& input, std::int64_t e
                    mMono.data());
     mTask = Task::kListen;
     mPart = 0;
+    // The newest reading hardly ever changes the path so far back.
+    mExpectsPeriod = mPath.PeriodBack(mGeometry.depth - kBridgedRecords - 1) > 0.0f;
+    mExpectsVoice = mPath.PeriodBack(mGeometry.depth - 1) > 0.0f;
     for (int task = 0; task < kTasks; ++task)
         for (int part = 0; part < PartsOf(Task{task}); ++part)
             mWorkLeft += CostOf(Task{task}, part);
+    mNextCost = CostOf(mTask, mPart);
 }
 
 void KestruneFineAnalysis::Step() noexcept
 {
     assert(mWorkLeft > 0);
-    mWorkLeft -= NextCost();
+    mWorkLeft -= mNextCost;
     Do(mTask, mPart);
     for (++mPart; mPart >= PartsOf(mTask) && mTask != Task::kChooseNote; mPart = 0)
         mTask = Task{static_cast<int>(mTask) + 1};
+    mNextCost = CostOf(mTask, mPart);
 }
 
 void KestruneFineAnalysis::Do(Task task, int part) noexcept

@@ -51,7 +51,7 @@ public:
     /// Cost of the steps until the work of the block is done. [audio thread]
     [[nodiscard]] int WorkLeft() const noexcept { return mWorkLeft; }
     /// Cost of the next step; there must be work left. [audio thread]
-    [[nodiscard]] int NextCost() const noexcept { return CostOf(mTask, mPart); }
+    [[nodiscard]] int NextCost() const noexcept { return mNextCost; }
     /// Does the next step; there must be work left. [audio thread]
     void Step() noexcept;
 
@@ -95,6 +95,9 @@ private:
     Task mTask = Task::kListen;  // of the next step
     int mPart = 0;
     int mWorkLeft = 0;
+    int mNextCost = 0;
+    bool mExpectsPeriod = false;  // that has to be refined in this block
+    bool mExpectsVoice = false;   // in the record that is settled
     KestruneListener mListener;
     KestrunePitchCandidates mCandidates;
     KestrunePitchPath mPath;

@@ -40,7 +40,7 @@ KestruneFineGeometry KestruneFineGeometry::For(float sampleRate, int blockSize,
     g.middleLength = geometry.inputRingLength / g.thin;
     g.longestPeriod = geometry.maxPeriod;
 
-    const int lead = (kAnalysisLeadBlocks + 1) * blockSize + geometry.grainCapacity / 2;
+    const int lead = geometry.lead + blockSize;
     g.depth = std::min(kMostDepth, (lead - g.recordDelay - g.factor) / blockSize);
     assert(g.depth >= kLeastDepth && g.depth < geometry.recordCount);
     return g;

@@ -35,12 +35,12 @@ KestruneGeometry KestruneGeometry::For(float sampleRate, int blockSize)
     g.resampledCapacity = static_cast<int>(g.grainCapacity / kLowestFormantRatio) + 1;
     g.outputRingLength = g.resampledCapacity + 2 * blockSize + 1;
 
-    const int lead = g.grainCapacity / 2 + kAnalysisLeadBlocks * blockSize;
-    g.inputRingLength = std::max({lead + 2 * blockSize + g.resampledCapacity / 2,
+    g.lead = g.grainCapacity / 2 + kAnalysisLeadBlocks * blockSize;
+    g.inputRingLength = std::max({g.lead + 2 * blockSize + g.resampledCapacity / 2,
                                   g.grainCapacity + blockSize, g.maxWindowLength});
     g.firstMark = g.resampledCapacity / 2;
     g.firstStreamPos = g.firstMark + blockSize;
-    g.latency = lead + g.firstStreamPos;
+    g.latency = g.lead + g.firstStreamPos;
     g.recordCount = g.inputRingLength / blockSize + 1;
 
     g.order = static_cast<int>(std::ceil(std::log2(static_cast<double>(g.maxWindowLength))));

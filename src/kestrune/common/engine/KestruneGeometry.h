@@ -37,6 +37,7 @@ struct KestruneGeometry
     int resampledCapacity = 0;  // the longest grain, resampled for formants an octave down
     int outputRingLength = 0;
     int inputRingLength = 0;
+    int lead = 0;            // from the synthesis horizon to the newest input
     int firstMark = 0;       // start of the input mark and of the output mark
     int firstStreamPos = 0;  // start of the synthesis horizon
     int latency = 0;         // from input to output; also the input's first write position

@@ -102,25 +102,25 @@ void KestruneNoteChoice::ChooseAmong(std::span<const double> tones, std::span<co
             ways[count++] = {note, note, !held || note == *held ? 0.0 : kChangeCost};
         }
     const std::span<Way> all(ways.data(), count);
-    const auto cheapest = [all] {
-        return *std::min_element(all.begin(), all.end(),
-                                 [](const Way& a, const Way& b) { return a.cost < b.cost; });
-    };
+    const auto isCheaper = [](const Way& a, const Way& b) { return a.cost < b.cost; };
+    Way least = *std::min_element(all.begin(), all.end(), isCheaper);
     for (std::size_t i = 0; i < pitches.size(); ++i) {
-        const Way least = cheapest();
         double most = std::numeric_limits<double>::max();
         for (const Way& way : all)
             most = std::min(most, std::fabs(way.note - pitches[i]) + kMostBeyondNearest);
         most = std::max(most, kMostDistance);
+        const Way before = least;
+        least.cost = std::numeric_limits<double>::max();
         for (Way& way : all) {
-            if (i > 0 && way.cost > least.cost + kChangeCost) {
-                way.cost = least.cost + kChangeCost;
-                way.origin = least.origin;
+            if (i > 0 && way.cost > before.cost + kChangeCost) {
+                way.cost = before.cost + kChangeCost;
+                way.origin = before.origin;
             }
             way.cost += std::min(std::fabs(way.note - pitches[i]), most);
+            least = std::min(least, way, isCheaper);
         }
     }
-    held = cheapest().origin;
+    held = least.origin;
 }
 
 unsigned KestruneNoteChoice::IgnoredDegrees() const noexcept

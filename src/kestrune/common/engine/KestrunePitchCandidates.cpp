@@ -67,10 +67,13 @@ void KestrunePitchCandidates::SetRange(float lowHz, float highHz) noexcept
 int KestrunePitchCandidates::CostOf(int part) const noexcept
 {
     assert(part >= 0 && part < mPartCount);
-    constexpr int kProductsOfUnit = 1000;
+    // In instructions; five products take two.
+    constexpr int kUnit = 1000;
+    constexpr int kOfPart = 900;
+    constexpr int kOfLag = 60;
     const int first = firstLag(mLowLag) + part * kLagsOfPart;
     const int lags = first < kEvenLagsFrom ? kLagsOfPart : kLagsOfPart / 2;
-    return lags * std::max(mStretch, first) / kProductsOfUnit + 1;
+    return (kOfPart + lags * (kOfLag + std::max(mStretch, first) * 2 / 5) + kUnit / 2) / kUnit;
 }
 
 void KestrunePitchCandidates::Begin(const KestruneHistory& coarse) noexcept
@@ -78,6 +81,9 @@ void KestrunePitchCandidates::Begin(const KestruneHistory& coarse) noexcept
     SumSquares(coarse);
     mGate = LevelGate();
     std::fill(mClarity.begin(), mClarity.end(), kUnknown);
+    mLeftLag = firstLag(mLowLag);
+    mReadings.count = 1;
+    mReadings.candidates[0].strength = kUnvoicedStrength;
 }
 
 void KestrunePitchCandidates::Correlate(int part) noexcept
@@ -92,35 +98,38 @@ void KestrunePitchCandidates::Correlate(int part) noexcept
         lag += lag % 2;
     for (; lag < end; lag = nextLag(lag))
         (void)Clarity(lag);
+    ReadPeaksBefore(end);
 }
 
-KestrunePitchReadings KestrunePitchCandidates::Find() noexcept
+const KestrunePitchReadings& KestrunePitchCandidates::Find() noexcept
 {
-    KestrunePitchReadings readings;
-    readings.count = 1;
-    readings.candidates[0].strength = kUnvoicedStrength;
-    if (mGate == 0.0f)
-        return readings;
+    if (mGate > 0.0f)
+        ReadPeaksBefore(mHighLag + 2);
+    return mReadings;
+}
 
-    int left = firstLag(mLowLag);
-    int lag = nextLag(left);
-    for (int right = nextLag(lag); right <= mHighLag + 1;
-         left = lag, lag = right, right = nextLag(lag)) {
+void KestrunePitchCandidates::ReadPeaksBefore(int end) noexcept
+{
+    int lag = nextLag(mLeftLag);
+    for (int right = nextLag(lag); right < end; lag = right, right = nextLag(lag)) {
         const float clarity = Clarity(lag);
-        if (clarity <= kLeastClarity || clarity <= Clarity(left) || clarity < Clarity(right))
-            continue;
-        const KestrunePitchCandidate candidate = Reading(lag, mGate);
-        if (readings.count < KestrunePitchReadings::kMost) {
-            readings.candidates[static_cast<std::size_t>(readings.count++)] = candidate;
-            continue;
-        }
-        const auto weakest =
-            std::min_element(readings.candidates.begin() + 1, readings.candidates.end(),
-                             [](const auto& a, const auto& b) { return a.strength < b.strength; });
-        if (candidate.strength > weakest->strength)
-            *weakest = candidate;
+        if (clarity > kLeastClarity && clarity > Clarity(mLeftLag) && clarity >= Clarity(right))
+            Add(Reading(lag));
+        mLeftLag = lag;
     }
-    return readings;
+}
+
+void KestrunePitchCandidates::Add(const KestrunePitchCandidate& candidate) noexcept
+{
+    if (mReadings.count < KestrunePitchReadings::kMost) {
+        mReadings.candidates[static_cast<std::size_t>(mReadings.count++)] = candidate;
+        return;
+    }
+    const auto weakest =
+        std::min_element(mReadings.candidates.begin() + 1, mReadings.candidates.end(),
+                         [](const auto& a, const auto& b) { return a.strength < b.strength; });
+    if (candidate.strength > weakest->strength)
+        *weakest = candidate;
 }
 
 void KestrunePitchCandidates::SumSquares(const KestruneHistory& coarse) noexcept
@@ -179,7 +188,7 @@ double KestrunePitchCandidates::Between(int lag, double offset) noexcept
     return sum / weights;
 }
 
-KestrunePitchCandidate KestrunePitchCandidates::Reading(int lag, float gate) noexcept
+KestrunePitchCandidate KestrunePitchCandidates::Reading(int lag) noexcept
 {
     if (lag >= kEvenLagsFrom) {
         const int around[] = {lag, lag - 1, lag + 1};
@@ -195,7 +204,7 @@ KestrunePitchCandidate KestrunePitchCandidates::Reading(int lag, float gate) noe
     KestrunePitchCandidate candidate;
     candidate.period = exactLag * static_cast<float>(mGeometry.factor);
     candidate.octaves = std::log2(candidate.period);
-    candidate.strength = static_cast<float>(height) * gate -
+    candidate.strength = static_cast<float>(height) * mGate -
                          kPenaltyPerOctave * std::log2(exactLag / static_cast<float>(mLowLag));
     return candidate;
 }

@@ -46,11 +46,11 @@ public:
     [[nodiscard]] int PartCount() const noexcept { return mPartCount; }
     /// Cost of Correlate, in the units of KestruneClassicAnalysis. [audio thread]
     [[nodiscard]] int CostOf(int part) const noexcept;
-    /// Computes the correlations of a part's lags, so that Find has little left to do. May be left
-    /// out. [audio thread]
+    /// Computes the correlations of a part's lags and reads their peaks, so that Find has little
+    /// left to do. May be left out. [audio thread]
     void Correlate(int part) noexcept;
     /// The readings of the moment that Begin has begun with. [audio thread]
-    [[nodiscard]] KestrunePitchReadings Find() noexcept;
+    [[nodiscard]] const KestrunePitchReadings& Find() noexcept;
 
 private:
     void SumSquares(const KestruneHistory& coarse) noexcept;
@@ -60,7 +60,10 @@ private:
     [[nodiscard]] float Clarity(int lag) noexcept;
     /// The correlation between lags, at lag + offset.
     [[nodiscard]] double Between(int lag, double offset) noexcept;
-    [[nodiscard]] KestrunePitchCandidate Reading(int lag, float gate) noexcept;
+    /// Reads the peaks that have not been read yet, up to the last lag but one before the end.
+    void ReadPeaksBefore(int end) noexcept;
+    [[nodiscard]] KestrunePitchCandidate Reading(int lag) noexcept;
+    void Add(const KestrunePitchCandidate& candidate) noexcept;
 
     KestruneFineGeometry mGeometry;
     int mStretch = 0;  // coarse samples that are compared at least
@@ -71,6 +74,8 @@ private:
     float mGate = 0.0f;               // of the moment's level, 0 .. 1
     std::vector<double> mSquares;     // sum of the squares before each sample
     std::vector<float> mClarity;      // by lag; kUnknown until it is computed
+    int mLeftLag = 0;                 // before the next that may be a peak
+    KestrunePitchReadings mReadings;
 };
 
 }  // namespace orvane

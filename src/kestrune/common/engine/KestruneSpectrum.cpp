@@ -44,6 +44,13 @@ int thinningOrder(const KestruneGeometry& geometry)
     return order;
 }
 
+ORVANE_VECTOR_CLONES
+void scale(float* __restrict samples, const float* __restrict factors, int count)
+{
+    for (int i = 0; i < count; ++i)
+        samples[i] *= factors[i];
+}
+
 /// Several sums side by side: the compiler may not change the order of one sum by itself.
 ORVANE_VECTOR_CLONES
 double sumOfSquares(const float* samples, int count)
@@ -142,9 +149,7 @@ void KestruneSpectrum::LoadFrame(const KestruneStereoRing& ring, int pos,
     assert(mFrameLength > 0);
     float* const frame = mFrame.data();
     ring.ReadMono(reference, pos, mFrameLength, frame);
-    const float* const window = mAnalysisWindow.data();
-    for (int i = 0; i < mFrameLength; ++i)
-        frame[i] *= window[i];
+    scale(frame, mAnalysisWindow.data(), mFrameLength);
 }
 
 void KestruneSpectrum::MeasureFrame() noexcept
@@ -170,13 +175,13 @@ int KestruneSpectrum::CostOf(int part) const noexcept
 {
     assert(part >= 0 && part < PartCount());
     constexpr int kTransformCost = 14;
-    constexpr int kAddCost = 6;
-    constexpr int kDecibelsCost = 6;
+    constexpr int kAddCost = 4;
+    constexpr int kDecibelsCost = 4;
     if (part == PartCount() - 1)
         return kDecibelsCost;
     if (part == PartCount() - 2)
         return kAddCost;
-    return part % 2 == 0 ? 1 + mFrameLength / (2 * mBlockSize) : kTransformCost;
+    return part % 2 == 0 ? 1 + mFrameLength / (3 * mBlockSize) : kTransformCost;
 }
 
 void KestruneSpectrum::ThinFrame(int first) noexcept
@@ -186,6 +191,7 @@ void KestruneSpectrum::ThinFrame(int first) noexcept
     const int count = (mFrameLength + parts - 1) / parts;
     const float* const frame = mFrame.data() + first;
     float* const thinned = mThinnedFrame->Data();
+#pragma GCC unroll 8
     for (int i = 0; i < count; ++i)
         thinned[i] = frame[i * parts];
 }

@@ -20,6 +20,8 @@ constexpr float kMostStretch = 2.0f;
 // Of ProcessStereo itself, in the units of KestruneClassicAnalysis.
 constexpr int kWorkOfProcess = 14;
 
+static_assert(KestruneClassicAnalysis::kReducedBlocks == KestruneFineAnalysis::kSettlingBlocks);
+
 /// The grain buffers are sized for these shifts, so every value is clamped.
 float boundedOctaves(float octaves)
 {
@@ -195,7 +197,7 @@ bool PsolaClass::AllocateBuffers()
 
 std::int64_t PsolaClass::Head() const noexcept
 {
-    return mStreamPos + mGeometry.grainCapacity / 2 + kAnalysisLeadBlocks * mBlockSize;
+    return mStreamPos + mGeometry.lead;
 }
 
 void PsolaClass::UpdateGlide() noexcept
@@ -254,11 +256,21 @@ int PsolaClass::WorkLeft() const noexcept
     return mGrains.WorkLeft() + mClassicAnalysis.WorkLeft() + mFineAnalysis.WorkLeft();
 }
 
-int PsolaClass::NextCost() const noexcept
+PsolaClass::Work PsolaClass::NextWork(int due) const noexcept
 {
     if (mGrains.Count() > 0)
+        return Work::kGrain;
+    // While both listen, short steps of the fine analysis fill what a long one does not fit into.
+    const bool isFineNext = mFineAnalysis.WorkLeft() > 0 &&
+                            (mClassicAnalysis.WorkLeft() == 0 || mClassicAnalysis.NextCost() > due);
+    return isFineNext ? Work::kFineStep : Work::kClassicStep;
+}
+
+int PsolaClass::CostOf(Work work) const noexcept
+{
+    if (work == Work::kGrain)
         return mGrains.NextCost();
-    return mClassicAnalysis.WorkLeft() > 0 ? mClassicAnalysis.NextCost() : mFineAnalysis.NextCost();
+    return work == Work::kFineStep ? mFineAnalysis.NextCost() : mClassicAnalysis.NextCost();
 }
 
 void PsolaClass::CatchUp(float share) noexcept
@@ -267,19 +279,25 @@ void PsolaClass::CatchUp(float share) noexcept
     const int block = mBlockWork + kWorkOfProcess;
     const int left =
         std::max(static_cast<int>((1.0f - share) * static_cast<float>(block)) - kWorkOfProcess, 0);
-    // A step is done now if more than half of it is due; in the end all are.
-    while (WorkLeft() > 0 && (left == 0 || 2 * (WorkLeft() - left) > NextCost()))
-        DoWork();
+    for (int due = WorkLeft() - left; due > 0; due = WorkLeft() - left) {
+        const Work next = NextWork(due);
+        // Done now if more than half of it is due; in the end all is.
+        if (left > 0 && 2 * due <= CostOf(next))
+            return;
+        Do(next);
+    }
 }
 
-void PsolaClass::DoWork() noexcept
+void PsolaClass::Do(Work work) noexcept
 {
-    if (mGrains.Count() > 0)
-        mGrains.SoundNext(mInputRing, mOutputRing);
-    else if (mClassicAnalysis.WorkLeft() > 0)
-        mClassicAnalysis.Step();
-    else
-        mFineAnalysis.Step();
+    switch (work) {
+    case Work::kGrain:
+        return mGrains.SoundNext(mInputRing, mOutputRing);
+    case Work::kClassicStep:
+        return mClassicAnalysis.Step();
+    case Work::kFineStep:
+        return mFineAnalysis.Step();
+    }
 }
 
 bool PsolaClass::Listens(KestruneTracking tracking) const noexcept
@@ -289,12 +307,18 @@ bool PsolaClass::Listens(KestruneTracking tracking) const noexcept
 
 void PsolaClass::AnalyzeFrame() noexcept
 {
+    using Pace = KestruneClassicAnalysis::Pace;
     const std::int64_t end = Head() + mBlockSize;
+    // While both listen, the classic records can wait; the fine ones cannot.
+    const bool isSettling = mTracking != mWantedTracking;
     if (Listens(KestruneTracking::kClassic))
-        mClassicAnalysis.Begin(mInputRing, end, mPitchReference);
+        mClassicAnalysis.Begin(mInputRing, end, mPitchReference,
+                               isSettling ? Pace::kReduced : Pace::kFull);
+    else if (mClassicAnalysis.IsBehind())
+        mClassicAnalysis.Reset();
     if (Listens(KestruneTracking::kFine))
         mFineAnalysis.Begin(mInputRing, end, mPitchReference);
-    if (mTracking != mWantedTracking && --mSettlingBlocks == 0)
+    if (isSettling && --mSettlingBlocks == 0)
         GoOver();
 }
 
@@ -369,9 +393,8 @@ PsolaClass::VoiceAtMark PsolaClass::MoveInputMark() noexcept
 const KestruneRecordRing& PsolaClass::RecordsFor(double time) noexcept
 {
     const KestruneRecordRing& records = mClassicAnalysis.Records();
-    if (time > records.FinalUntil())
-        while (mClassicAnalysis.WorkLeft() > 0)
-            mClassicAnalysis.Step();
+    while (time > records.FinalUntil() && mClassicAnalysis.IsBehind())
+        mClassicAnalysis.Step();
     return records;
 }
 

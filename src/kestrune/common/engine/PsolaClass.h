@@ -123,6 +123,14 @@ protected:
     virtual float ComputeCorrectionRatio(float frequency, float hold) noexcept;
 
 private:
+    /// What a block puts off is done in these steps.
+    enum class Work
+    {
+        kGrain,
+        kClassicStep,
+        kFineStep
+    };
+
     struct VoiceAtMark
     {
         float period;  // samples
@@ -134,15 +142,17 @@ private:
     void UpdateRange() noexcept;
     void UpdateGlide() noexcept;
     [[nodiscard]] int WorkLeft() const noexcept;
-    [[nodiscard]] int NextCost() const noexcept;
-    void DoWork() noexcept;
+    /// due: the work that there is time for, of that which is left.
+    [[nodiscard]] Work NextWork(int due) const noexcept;
+    [[nodiscard]] int CostOf(Work work) const noexcept;
+    void Do(Work work) noexcept;
     /// Does all work that is left.
     void CatchUp() noexcept { CatchUp(1.0f); }
     void PlaceClassicGrains() noexcept;
     void PlaceFineGrains() noexcept;
     void GoOver() noexcept;
     [[nodiscard]] bool Listens(KestruneTracking tracking) const noexcept;
-    /// The classic records, with the newest block's if that changes the values at a stream
+    /// The classic records, with those of frames that wait if they change the values at a stream
     /// position.
     const KestruneRecordRing& RecordsFor(double time) noexcept;
     /// Moves the input mark by whole periods as near to the output mark as possible.

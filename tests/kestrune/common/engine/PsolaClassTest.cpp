@@ -222,6 +222,39 @@ TEST(PsolaClassTest, OutputIsTheSameWheneverTheWorkOfABlockIsDone)
               expected);
 }
 
+TEST(PsolaClassTest, AChangeOfTrackingIsNotHeardBeforeItHappens)
+{
+    const auto sound = renderSong(demoSong(), static_cast<double>(kRate));
+    constexpr auto kBlock = static_cast<std::size_t>(kHop);
+    using Choices = std::map<std::size_t, KestruneTracking>;
+    // The records of the lowest range come latest.
+    for (const float lowest : {20.0f, 73.0f}) {
+        const auto play = [&](const Choices& choices) {
+            auto engine = engineAt(kRate, lowest, 1318.0f, -0.3f);
+            correct(*engine);
+            std::vector<float> output(sound.size());
+            for (std::size_t block = 0; (block + 1) * kBlock <= sound.size(); ++block) {
+                if (const auto choice = choices.find(block); choice != choices.end())
+                    engine->SetTracking(choice->second);
+                const float* const in = sound.data() + block * kBlock;
+                float* const out = output.data() + block * kBlock;
+                engine->Process(std::array{in, in}.data(), std::array{out, out}.data(), kHop);
+            }
+            return output;
+        };
+        const auto expected = play({});
+        EXPECT_EQ(play({{60, KestruneTracking::kFine},
+                        {78, KestruneTracking::kClassic},
+                        {82, KestruneTracking::kFine},
+                        {100, KestruneTracking::kClassic}}),
+                  expected);
+        const auto changed = play({{60, KestruneTracking::kFine}});
+        const auto first = std::mismatch(changed.begin(), changed.end(), expected.begin()).first;
+        EXPECT_GE(first - changed.begin(), 78 * kHop) << "of the 19th block, at the earliest";
+        EXPECT_LT(first - changed.begin(), 140 * kHop);
+    }
+}
+
 TEST(PsolaClassTest, AnySoundGivesFiniteOutputAtEveryRate)
 {
     for (const float rate : {8000.0f, 44100.0f, 384000.0f}) {
