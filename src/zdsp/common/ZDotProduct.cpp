@@ -16,6 +16,7 @@ double dotPlain(const float* a, const float* b, int count) noexcept
     assert(count >= 0);
     float sums[kPartialDotProducts] = {};
     int i = 0;
+#pragma GCC unroll 4
     for (; i + kPartialDotProducts <= count; i += kPartialDotProducts)
         for (int lane = 0; lane < kPartialDotProducts; ++lane)
             sums[lane] += a[i + lane] * b[i + lane];
