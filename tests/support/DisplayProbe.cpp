@@ -145,7 +145,7 @@ void DisplayProbe::Type(std::string_view keys)
 {
     constexpr std::string_view kFromHome = "[<^>_{}]";  // in the order of their symbols
     for (const char key : keys) {
-        const auto letter = static_cast<std::uint32_t>(key);
+        const std::uint32_t letter = static_cast<unsigned char>(key);
         const auto place = kFromHome.find(key);
         TypeKey(place < kFromHome.size() ? 0xFF50 + static_cast<std::uint32_t>(place)
                 : key < ' '              ? 0xFF00 + letter
