@@ -27,11 +27,10 @@ constexpr int kPieces = 8;  // that a block is listened to in
 constexpr int kListenCost = 5;
 constexpr int kSquaresCost = 10;
 constexpr int kFindCost = 3;
-constexpr int kRefineCost = 9;
 constexpr int kSettleCost = 2;
 constexpr int kVibratoCost = 4;
 constexpr int kChooseCost = 12;
-constexpr int kCostWithoutVoice = 1;  // of each of these
+constexpr int kCostWithoutVoice = 1;  // of each of these, and of the refinement
 
 }  // namespace
 
@@ -91,7 +90,7 @@ int KestruneFineAnalysis::CostOf(Task task, int part) const noexcept
     case Task::kFind:
         return kFindCost;
     case Task::kRefine:
-        return mExpectsPeriod ? kRefineCost : kCostWithoutVoice;
+        return mRefineCost;
     case Task::kSettle:
         return kSettleCost;
     case Task::kFitVibrato:
@@ -111,7 +110,8 @@ void KestruneFineAnalysis::Begin(const KestruneStereoRing& input, std::int64_t e
     mTask = Task::kListen;
     mPart = 0;
     // The newest reading hardly ever changes the path so far back.
-    mExpectsPeriod = mPath.PeriodBack(mGeometry.depth - kBridgedRecords - 1) > 0.0f;
+    const float refined = mPath.PeriodBack(mGeometry.depth - kBridgedRecords - 1);
+    mRefineCost = refined > 0.0f ? mRefiner.CostOf(refined) : kCostWithoutVoice;
     mExpectsVoice = mPath.PeriodBack(mGeometry.depth - 1) > 0.0f;
     for (int task = 0; task < kTasks; ++task)
         for (int part = 0; part < PartsOf(Task{task}); ++part)

@@ -96,8 +96,8 @@ private:
     int mPart = 0;
     int mWorkLeft = 0;
     int mNextCost = 0;
-    bool mExpectsPeriod = false;  // that has to be refined in this block
-    bool mExpectsVoice = false;   // in the record that is settled
+    int mRefineCost = 0;
+    bool mExpectsVoice = false;  // in the record that is settled
     KestruneListener mListener;
     KestrunePitchCandidates mCandidates;
     KestrunePitchPath mPath;

@@ -22,6 +22,11 @@ constexpr double kReachOfPeriod = 0.04;
 constexpr int kReachAtMultiple = 2;
 constexpr double kMostLossOfClarity = 0.1;
 
+int reachFor(double period)
+{
+    return kReach + static_cast<int>(kReachOfPeriod * period);
+}
+
 /// The correlation of a stretch of samples with the one that begins a lag later. Lags are best
 /// asked for in steps of a few samples: the energy of the later stretch is carried on.
 class Stretch
@@ -67,13 +72,29 @@ void KestrunePeriodRefiner::Allocate(const KestruneFineGeometry& geometry)
     mGeometry = geometry;
 }
 
+int KestrunePeriodRefiner::LengthFor(double period) const noexcept
+{
+    const double least = kRefinedSeconds * static_cast<double>(mGeometry.middleRate);
+    return std::max(static_cast<int>(least), static_cast<int>(period));
+}
+
+int KestrunePeriodRefiner::CostOf(float period) const noexcept
+{
+    // Every second lag within the reach and some around the top; the rest is done for short periods
+    // only. In instructions; five products take two.
+    constexpr int kUnit = 1000;
+    constexpr int kOfLag = 60;
+    constexpr int kMoreLags = 6;
+    const double coarse = static_cast<double>(period) / mGeometry.thin;
+    return 1 + (reachFor(coarse) + kMoreLags) * (kOfLag + LengthFor(coarse) * 2 / 5) / kUnit;
+}
+
 KestruneRefinedPeriod KestrunePeriodRefiner::Refine(const KestruneHistory& middle, double time,
                                                     float period) const noexcept
 {
     assert(period > 0.0f);
     const double coarse = static_cast<double>(period) / mGeometry.thin;
-    const int reach = kReach + static_cast<int>(kReachOfPeriod * coarse);
-    const Peak first = FindPeak(middle, time, coarse, reach, coarse);
+    const Peak first = FindPeak(middle, time, coarse, reachFor(coarse), coarse);
     const auto clarity = static_cast<float>(std::min(first.height, 1.0));
     if (!first.found)
         return {period, clarity};
@@ -93,9 +114,7 @@ KestrunePeriodRefiner::Peak KestrunePeriodRefiner::FindPeak(const KestruneHistor
                                                             double time, double lag, int reach,
                                                             double period) const noexcept
 {
-    const int length =
-        std::max(static_cast<int>(kRefinedSeconds * static_cast<double>(mGeometry.middleRate)),
-                 static_cast<int>(period));
+    const int length = LengthFor(period);
     const auto centre = static_cast<int>(std::lround(lag));
     const double moment = (time + mGeometry.factor - 1) / mGeometry.thin;
     const auto start =

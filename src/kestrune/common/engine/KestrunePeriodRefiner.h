@@ -24,6 +24,9 @@ public:
     /// [setup]
     void Allocate(const KestruneFineGeometry& geometry);
 
+    /// Cost of Refine for a period in samples, in the units of KestruneClassicAnalysis.
+    /// [audio thread]
+    [[nodiscard]] int CostOf(float period) const noexcept;
     /// time: a stream position; period: roughly, in samples. Where no peak is near, the period
     /// stays. [audio thread]
     [[nodiscard]] KestruneRefinedPeriod Refine(const KestruneHistory& middle, double time,
@@ -38,6 +41,8 @@ private:
         double height = 0.0;  // of the largest value where no peak was found
     };
 
+    /// Length of the compared stretches for a period, both in middle samples.
+    [[nodiscard]] int LengthFor(double period) const noexcept;
     /// lag: where the peak is looked for, plus or minus reach; period: of the voice, which the
     /// compared stretches hold at least once. All in middle samples.
     [[nodiscard]] Peak FindPeak(const KestruneHistory& middle, double time, double lag, int reach,
