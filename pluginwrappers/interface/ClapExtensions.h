@@ -15,6 +15,7 @@ namespace orvane
 constexpr const char* kClapAudioPorts = "clap.audio-ports";
 constexpr const char* kClapPortStereo = "stereo";
 constexpr std::uint32_t CLAP_AUDIO_PORT_IS_MAIN = 1u << 0;
+/// An audio port, as the plug-in describes it.
 struct clap_audio_port_info
 {
     clap_id id;
@@ -24,6 +25,7 @@ struct clap_audio_port_info
     const char* port_type;
     clap_id in_place_pair;  // the port of the other direction that may use the same memory
 };
+/// The plug-in's audio ports of either direction.
 struct clap_plugin_audio_ports
 {
     std::uint32_t (*count)(const clap_plugin* plugin, bool is_input);  // [main-thread]
@@ -34,6 +36,7 @@ struct clap_plugin_audio_ports
 // Note ports.
 constexpr const char* kClapNotePorts = "clap.note-ports";
 constexpr std::uint32_t CLAP_NOTE_DIALECT_MIDI = 1u << 1;
+/// A port of notes, as the plug-in describes it.
 struct clap_note_port_info
 {
     clap_id id;
@@ -41,6 +44,7 @@ struct clap_note_port_info
     std::uint32_t preferred_dialect;
     char name[kClapNameSize];
 };
+/// The plug-in's note ports of either direction.
 struct clap_plugin_note_ports
 {
     std::uint32_t (*count)(const clap_plugin* plugin, bool is_input);  // [main-thread]
@@ -54,6 +58,7 @@ constexpr std::uint32_t CLAP_PARAM_IS_STEPPED = 1u << 0;
 constexpr std::uint32_t CLAP_PARAM_IS_AUTOMATABLE = 1u << 5;
 constexpr std::uint32_t CLAP_PARAM_IS_ENUM = 1u << 16;
 constexpr std::uint32_t CLAP_PARAM_RESCAN_VALUES = 1u << 0;
+/// A parameter, as the plug-in describes it. Values are plain: in the unit of the parameter.
 struct clap_param_info
 {
     clap_id id;
@@ -65,6 +70,7 @@ struct clap_param_info
     double max_value;
     double default_value;
 };
+/// The plug-in's parameters.
 struct clap_plugin_params
 {
     std::uint32_t (*count)(const clap_plugin* plugin);  // [main-thread]
@@ -80,6 +86,7 @@ struct clap_plugin_params
     void (*flush)(const clap_plugin* plugin, const clap_input_events* in,
                   const clap_output_events* out);
 };
+/// What the plug-in tells the host of its parameters.
 struct clap_host_params
 {
     void (*rescan)(const clap_host* host, std::uint32_t flags);                   // [main-thread]
@@ -89,23 +96,27 @@ struct clap_host_params
 
 // State.
 constexpr const char* kClapState = "clap.state";
+/// What a state is read from.
 struct clap_istream
 {
     void* ctx;
     /// Returns how many bytes were read; 0 at the end, -1 for a failure.
     std::int64_t (*read)(const clap_istream* stream, void* buffer, std::uint64_t size);
 };
+/// What a state is written to.
 struct clap_ostream
 {
     void* ctx;
     /// Returns how many bytes were written, which may be fewer; -1 for a failure.
     std::int64_t (*write)(const clap_ostream* stream, const void* buffer, std::uint64_t size);
 };
+/// Saves and loads the plug-in's state; false for a failure.
 struct clap_plugin_state
 {
     bool (*save)(const clap_plugin* plugin, const clap_ostream* stream);  // [main-thread]
     bool (*load)(const clap_plugin* plugin, const clap_istream* stream);  // [main-thread]
 };
+/// Hears that the state differs from the saved one.
 struct clap_host_state
 {
     void (*mark_dirty)(const clap_host* host);  // [main-thread]
@@ -113,10 +124,12 @@ struct clap_host_state
 
 // Latency, which may change in activate alone.
 constexpr const char* kClapLatency = "clap.latency";
+/// Tells the latency in samples.
 struct clap_plugin_latency
 {
     std::uint32_t (*get)(const clap_plugin* plugin);  // [main-thread]
 };
+/// Hears that the latency is another one.
 struct clap_host_latency
 {
     void (*changed)(const clap_host* host);  // [main-thread]
@@ -125,10 +138,12 @@ struct clap_host_latency
 // Tail: samples of sound after the end of the input.
 constexpr const char* kClapTail = "clap.tail";
 constexpr std::uint32_t kClapInfiniteTail = INT32_MAX;
+/// Tells the length of the tail.
 struct clap_plugin_tail
 {
     std::uint32_t (*get)(const clap_plugin* plugin);  // [main-thread, audio-thread]
 };
+/// Hears that the tail is another one.
 struct clap_host_tail
 {
     void (*changed)(const clap_host* host);  // [audio-thread]
@@ -138,6 +153,7 @@ struct clap_host_tail
 constexpr const char* kClapRender = "clap.render";
 constexpr std::int32_t CLAP_RENDER_REALTIME = 0;
 constexpr std::int32_t CLAP_RENDER_OFFLINE = 1;
+/// Hears whether the host plays or renders faster than it plays.
 struct clap_plugin_render
 {
     bool (*has_hard_realtime_requirement)(const clap_plugin* plugin);  // [main-thread]
@@ -147,6 +163,7 @@ struct clap_plugin_render
 // The window.
 constexpr const char* kClapGui = "clap.gui";
 constexpr const char* kClapWindowX11 = "x11";
+/// A window of the host that the plug-in puts its own into, by the name of the window system.
 struct clap_window
 {
     const char* api;
@@ -155,6 +172,7 @@ struct clap_window
         void* ptr;
     };
 };
+/// How the user may resize the window.
 struct clap_gui_resize_hints
 {
     bool can_resize_horizontally;
@@ -182,6 +200,7 @@ struct clap_plugin_gui
     bool (*show)(const clap_plugin* plugin);
     bool (*hide)(const clap_plugin* plugin);
 };
+/// What the plug-in asks of the host for its window; false when the host refuses.
 struct clap_host_gui
 {
     void (*resize_hints_changed)(const clap_host* host);  // [any]
@@ -196,11 +215,13 @@ struct clap_host_gui
 constexpr const char* kClapLog = "clap.log";
 constexpr std::int32_t CLAP_LOG_ERROR = 3;
 constexpr std::int32_t CLAP_LOG_HOST_MISBEHAVING = 5;
+/// The host's log.
 struct clap_host_log
 {
     void (*log)(const clap_host* host, std::int32_t severity, const char* message);
 };
 constexpr const char* kClapThreadCheck = "clap.thread-check";
+/// Whether the calling thread is the one that the standard means.
 struct clap_host_thread_check
 {
     bool (*is_main_thread)(const clap_host* host);
@@ -211,6 +232,7 @@ struct clap_host_thread_check
 constexpr const char* kClapRemoteControls = "clap.remote-controls/2";
 constexpr const char* kClapRemoteControlsDraft = "clap.remote-controls.draft/2";
 constexpr std::uint32_t kClapRemoteControlsCount = 8;
+/// A page, as the plug-in describes it; kClapInvalidId leaves a knob free.
 struct clap_remote_controls_page
 {
     char section_name[kClapNameSize];
@@ -219,6 +241,7 @@ struct clap_remote_controls_page
     clap_id param_ids[kClapRemoteControlsCount];
     bool is_for_preset;
 };
+/// The plug-in's pages.
 struct clap_plugin_remote_controls
 {
     std::uint32_t (*count)(const clap_plugin* plugin);  // [main-thread]
@@ -234,11 +257,13 @@ enum ClapPresetLocation : std::uint32_t
     CLAP_PRESET_DISCOVERY_LOCATION_FILE = 0,
     CLAP_PRESET_DISCOVERY_LOCATION_PLUGIN = 1,
 };
+/// Loads a preset; false for a failure, which the host hears of by on_error.
 struct clap_plugin_preset_load
 {
     bool (*from_location)(const clap_plugin* plugin, std::uint32_t location_kind,
                           const char* location, const char* load_key);  // [main-thread]
 };
+/// Hears how the loading of a preset ended.
 struct clap_host_preset_load
 {
     void (*on_error)(const clap_host* host, std::uint32_t location_kind, const char* location,

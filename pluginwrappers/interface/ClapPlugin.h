@@ -103,6 +103,7 @@ struct clap_input_events
     std::uint32_t (*size)(const clap_input_events* list);
     const clap_event_header* (*get)(const clap_input_events* list, std::uint32_t index);
 };
+/// Takes the events that the plug-in sends in a block, in the order of their times.
 struct clap_output_events
 {
     void* ctx;
@@ -144,6 +145,7 @@ enum ClapProcessStatus : std::int32_t
     CLAP_PROCESS_SLEEP = 4,
 };
 
+/// What a host may know of a plug-in before it makes one.
 struct clap_plugin_descriptor
 {
     clap_version version;

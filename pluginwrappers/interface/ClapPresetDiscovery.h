@@ -15,6 +15,7 @@ constexpr const char* kClapPresetDiscoveryFactory = "clap.preset-discovery-facto
 constexpr const char* kClapPresetDiscoveryFactoryDraft = "clap.preset-discovery-factory/draft-2";
 constexpr std::uint32_t CLAP_PRESET_DISCOVERY_IS_FACTORY_CONTENT = 1u << 0;
 
+/// A plug-in of any interface.
 struct clap_universal_plugin_id
 {
     const char* abi;  // "clap"
@@ -47,6 +48,7 @@ struct clap_preset_discovery_metadata_receiver
                            const char* value);
 };
 
+/// A place that a provider finds presets in.
 struct clap_preset_discovery_location
 {
     std::uint32_t flags;
@@ -55,6 +57,7 @@ struct clap_preset_discovery_location
     const char* location;  // null for a plug-in
 };
 
+/// What an indexer may know of a provider before it makes one.
 struct clap_preset_discovery_provider_descriptor
 {
     clap_version version;
@@ -63,6 +66,7 @@ struct clap_preset_discovery_provider_descriptor
     const char* vendor;
 };
 
+/// The library's side: declares locations, then tells of the presets in each.
 struct clap_preset_discovery_provider
 {
     const clap_preset_discovery_provider_descriptor* desc;
@@ -92,6 +96,7 @@ struct clap_preset_discovery_indexer
     const void* (*get_extension)(const clap_preset_discovery_indexer* indexer, const char* id);
 };
 
+/// Makes the providers of a library.
 struct clap_preset_discovery_factory
 {
     std::uint32_t (*count)(const clap_preset_discovery_factory* factory);

@@ -12,6 +12,7 @@
 namespace orvane
 {
 
+/// Frees what lilv hands over.
 struct LilvNodeDeleter
 {
     void operator()(LilvNode* node) const { lilv_node_free(node); }
