@@ -178,7 +178,8 @@ AEffect* openFake(audioMasterCallback host)
     effect.processReplacing = replace;
     effect.numPrograms = 3;
     effect.numParams = static_cast<std::int32_t>(kNames.size());
-    effect.numInputs = effect.numOutputs = fake->mode == "mono" ? 1 : 2;
+    effect.numInputs = fake->mode == "mono" ? 1 : 2;
+    effect.numOutputs = 2;
     effect.flags = fake->mode == "adds" ? 0 : effFlagsCanReplacing;
     effect.flags |= fake->mode == "chunkless" ? 0 : effFlagsProgramChunks;
     effect.initialDelay = kFakeLatency;

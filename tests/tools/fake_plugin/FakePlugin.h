@@ -21,7 +21,7 @@ inline constexpr const char* kFakeChunk =
 /// Name of the environment variable that holds the mode: "" or one of
 ///   refuse     the entry function returns null
 ///   nomagic    the effect has no magic number
-///   mono       one channel in and out
+///   mono       one channel in, two out
 ///   adds       no processReplacing
 ///   early      the latency changes in the first block
 ///   late       the latency changes in the tenth block

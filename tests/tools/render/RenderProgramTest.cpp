@@ -408,7 +408,7 @@ TEST_F(RenderProgramTest, UnsuitablePluginsAreRefusedInOneLine)
     const std::tuple<const char*, Words, const char*> refusals[] = {
         {"refuse", {}, "does not start"},
         {"nomagic", {}, "is no plug-in"},
-        {"mono", {}, "1 inputs and 1 outputs"},
+        {"mono", {}, "1 inputs and 2 outputs"},
         {"adds", {}, "only adds"},
         {"picky", {"--preset", preset}, "Fake refuses what "},
         {"chunkless", {"--preset", preset}, "Fake stores no chunks"},

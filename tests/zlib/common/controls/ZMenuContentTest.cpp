@@ -209,6 +209,8 @@ TEST_F(ZMenuContentTest, DisabledItemsArePassedOverAndSubmenusAreOpened)
     EXPECT_EQ(nested.GetHighlight(), -1);
     nested.Mouse({.action = Mouse::kUp, .position = at(3)});
     nested.Mouse({.action = Mouse::kDown, .position = at(2)});
-    EXPECT_EQ(opened, (std::vector<std::pair<std::int32_t, bool>>{{2, true}, {2, false}}));
+    nested.Mouse({.action = Mouse::kUp, .position = at(2)});
+    EXPECT_EQ(opened,
+              (std::vector<std::pair<std::int32_t, bool>>{{2, true}, {2, false}, {2, false}}));
     EXPECT_FALSE(nested.GetChosen().has_value());
 }
