@@ -127,6 +127,7 @@ TEST_F(ClapSoundTest, OneStereoPortLeadsInAndOneOutAndNotesComeInByMidi)
     }
     EXPECT_EQ(ports[0].in_place_pair, ports[1].id);
     EXPECT_EQ(ports[1].in_place_pair, ports[0].id);
+    EXPECT_EQ(note.supported_dialects, CLAP_NOTE_DIALECT_MIDI);
 
     const auto& pages = clap.Get<clap_plugin_remote_controls>(kClapRemoteControls);
     clap_remote_controls_page page;

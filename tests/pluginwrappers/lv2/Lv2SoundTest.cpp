@@ -102,6 +102,10 @@ TEST_F(Lv2SoundTest, ThePortsAreThoseOfTheBundleAndKeepTheirPlaces)
     EXPECT_EQ(lilv_plugin_get_num_ports(bundle.plugin), count);
     EXPECT_TRUE(lilv_plugin_has_latency(bundle.plugin));
     EXPECT_EQ(lilv_plugin_get_latency_port_index(bundle.plugin), 6u);
+    const LilvPort* const time = lilv_plugin_get_port_by_index(bundle.plugin, 12);
+    LilvNode* const name = lilv_port_get_name(bundle.plugin, time);
+    EXPECT_STREQ(lilv_node_as_string(name), "Pitch Correction Time");
+    lilv_node_free(name);
 }
 
 }  // namespace
