@@ -335,7 +335,8 @@ TEST_F(HostPathTest, MidiEventsReachTheDocumentAsMessages)
     for (const auto& [sent, expected] : rows) {
         VstMidiEvent event{};
         event.type = kVstMidiType;
-        std::ranges::copy(sent, event.midiData);
+        for (std::size_t i = 0; i < sent.size(); ++i)
+            event.midiData[i] = static_cast<char>(sent[i]);
         std::array<char, sizeof event + 1> bytes;
         char* const oddAddress = bytes.data() + 1 - reinterpret_cast<std::uintptr_t>(&bytes) % 2;
         std::memcpy(oddAddress, &event, sizeof event);
