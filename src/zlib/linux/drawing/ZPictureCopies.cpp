@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "zlib/linux/drawing/ZPictureCopies.h"
 
+#include "zlib/common/drawing/ZPictureScaler.h"
 #include "zlib/linux/drawing/ZImageNative.h"
 
 #include <cassert>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace orvane
@@ -16,19 +18,28 @@ namespace
 // A picture is drawn at few sizes: those of one scale, which differ by a pixel with the place.
 constexpr std::size_t kMostCopies = 8;
 
+std::uint32_t* pixelsOf(cairo_surface_t* surface)
+{
+    return reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(surface));
+}
+
+/// In pixels.
+std::ptrdiff_t strideOf(cairo_surface_t* surface)
+{
+    return cairo_image_surface_get_stride(surface) /
+           static_cast<std::ptrdiff_t>(sizeof(std::uint32_t));
+}
+
 CairoPointer<cairo_surface_t> scaledPart(const ZImage& image, const ZRect& part, const ZPoint& size)
 {
     CairoPointer<cairo_surface_t> copy(
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.x, size.y));
-    const CairoPointer<cairo_t> context(cairo_create(copy.get()));
     const auto source = surfaceOfPart(image, part);
-    cairo_scale(context.get(), static_cast<double>(size.x) / part.GetWidth(),
-                static_cast<double>(size.y) / part.GetHeight());
-    cairo_set_operator(context.get(), CAIRO_OPERATOR_SOURCE);
-    cairo_set_source_surface(context.get(), source.get(), 0.0, 0.0);
-    cairo_pattern_set_extend(cairo_get_source(context.get()), CAIRO_EXTEND_PAD);
-    cairo_pattern_set_filter(cairo_get_source(context.get()), CAIRO_FILTER_BEST);
-    cairo_paint(context.get());
+    cairo_surface_flush(copy.get());
+    ZPictureScaler(ZPoint{part.GetWidth(), part.GetHeight()}, size)
+        .Scale(pixelsOf(source.get()), strideOf(source.get()), pixelsOf(copy.get()),
+               strideOf(copy.get()));
+    cairo_surface_mark_dirty(copy.get());
     return copy;
 }
 
