@@ -25,31 +25,30 @@ double cubic(double x)
     return x < 1.0 ? (1.5 * x - 2.5) * x * x + 1.0 : ((2.5 - 0.5 * x) * x - 4.0) * x + 2.0;
 }
 
-void readPixel(std::uint32_t pixel, float* channels)
+}  // namespace
+
+ZPictureScaler::Channels ZPictureScaler::ChannelsOf(std::uint32_t pixel)
 {
-    for (int c = 0; c < kChannels; ++c)
-        channels[c] = static_cast<float>(pixel >> (c * kChannelBits) & 0xffu);
+    const auto channel = [pixel](int c) {
+        return static_cast<std::int32_t>(pixel >> (c * kChannelBits) & 0xffu);
+    };
+    return __builtin_convertvector((Whole{channel(0), channel(1), channel(2), channel(3)}),
+                                   Channels);
 }
 
-/// The kernel swings beyond what it is given: no channel may leave its range, which ends at alpha.
-std::uint32_t pixelOf(const float* channels)
+std::uint32_t ZPictureScaler::PixelOf(const Channels& channels)
 {
-    const float alpha = std::clamp(channels[kAlpha], 0.0f, kFull);
+    // The kernel swings beyond what it is given: no channel may leave its range, which ends at
+    // alpha.
+    const Channels most = Channels{} + std::clamp(channels[kAlpha], 0.0f, kFull);
+    const Channels positive = channels < 0.0f ? Channels{} : channels;
+    const Channels bounded = positive > most ? most : positive;
+    const Whole whole = __builtin_convertvector(bounded + 0.5f, Whole);
     std::uint32_t pixel = 0;
-    for (int c = 0; c < kChannels; ++c) {
-        const float bounded = std::clamp(channels[c], 0.0f, alpha);
-        pixel |= static_cast<std::uint32_t>(bounded + 0.5f) << (c * kChannelBits);
-    }
+    for (int c = 0; c < kChannels; ++c)
+        pixel |= static_cast<std::uint32_t>(whole[c]) << (c * kChannelBits);
     return pixel;
 }
-
-void addScaled(float* __restrict sum, const float* __restrict values, float factor, int count)
-{
-    for (int i = 0; i < count; ++i)
-        sum[i] += factor * values[i];
-}
-
-}  // namespace
 
 ZPictureScaler::Kernels::Kernels(int from, int to)
     : length(0)
@@ -73,7 +72,7 @@ ZPictureScaler::ZPictureScaler(const ZPoint& from, const ZPoint& to)
     , mTo(to)
     , mAcross(from.x, to.x)
     , mDown(from.y, to.y)
-    , mRow(static_cast<std::size_t>(kChannels * (from.x + 2 * mAcross.length)))
+    , mRow(static_cast<std::size_t>(from.x + 2 * mAcross.length))
 {
     assert(from.x > 0 && from.y > 0 && to.x > 0 && to.y > 0);
 }
@@ -81,44 +80,40 @@ ZPictureScaler::ZPictureScaler(const ZPoint& from, const ZPoint& to)
 void ZPictureScaler::Scale(const std::uint32_t* source, std::ptrdiff_t sourceStride,
                            std::uint32_t* target, std::ptrdiff_t targetStride)
 {
-    const int values = kChannels * mTo.x;
-    std::vector<float> sum(static_cast<std::size_t>(values));
+    const auto width = static_cast<std::size_t>(mTo.x);
+    std::vector<Channels> sum(width);
     // The rows that a pixel is made of, each in the place that its number has modulo their count.
-    std::vector<std::vector<float>> rows(static_cast<std::size_t>(mDown.length), sum);
+    std::vector<std::vector<Channels>> rows(static_cast<std::size_t>(mDown.length), sum);
+    const float* weight = mDown.weights.data();
     int next = 0;  // source row
-    for (int y = 0; y < mTo.y; ++y, target += targetStride) {
-        std::fill(sum.begin(), sum.end(), 0.0f);
-        for (int k = 0; k < mDown.length; ++k) {
-            const auto at = static_cast<std::size_t>(y);
-            const int row = std::clamp(mDown.first[at] + k, 0, mFrom.y - 1);
+    for (const int first : mDown.first) {
+        std::fill(sum.begin(), sum.end(), Channels{});
+        for (int k = 0; k < mDown.length; ++k, ++weight) {
+            const int row = std::clamp(first + k, 0, mFrom.y - 1);
             for (; next <= row; ++next)
                 ScaleAcross(source + next * sourceStride,
                             rows[static_cast<std::size_t>(next % mDown.length)].data());
-            addScaled(sum.data(), rows[static_cast<std::size_t>(row % mDown.length)].data(),
-                      mDown.weights[at * static_cast<std::size_t>(mDown.length) +
-                                    static_cast<std::size_t>(k)],
-                      values);
+            const auto& added = rows[static_cast<std::size_t>(row % mDown.length)];
+            for (std::size_t x = 0; x < width; ++x)
+                sum[x] += *weight * added[x];
         }
-        for (int x = 0; x < mTo.x; ++x)
-            target[x] = pixelOf(sum.data() + kChannels * x);
+        std::transform(sum.begin(), sum.end(), target, PixelOf);
+        target += targetStride;
     }
 }
 
-void ZPictureScaler::ScaleAcross(const std::uint32_t* row, float* out)
+void ZPictureScaler::ScaleAcross(const std::uint32_t* row, Channels* out)
 {
-    float* channels = mRow.data();
     const int beyond = mAcross.length;
-    for (int x = -beyond; x < mFrom.x + beyond; ++x, channels += kChannels)
-        readPixel(row[std::clamp(x, 0, mFrom.x - 1)], channels);
+    for (int x = -beyond; x < mFrom.x + beyond; ++x)
+        mRow[static_cast<std::size_t>(x + beyond)] = ChannelsOf(row[std::clamp(x, 0, mFrom.x - 1)]);
     const float* weight = mAcross.weights.data();
     for (const int first : mAcross.first) {
-        const float* pixel = mRow.data() + kChannels * (first + beyond);
-        float sum[kChannels] = {};
-        for (int k = 0; k < mAcross.length; ++k, ++weight, pixel += kChannels)
-            for (int c = 0; c < kChannels; ++c)
-                sum[c] += *weight * pixel[c];
-        std::copy(std::begin(sum), std::end(sum), out);
-        out += kChannels;
+        const Channels* const pixels = mRow.data() + first + beyond;
+        Channels sum{};
+        for (int k = 0; k < beyond; ++k)
+            sum += *weight++ * pixels[k];
+        *out++ = sum;
     }
 }
 

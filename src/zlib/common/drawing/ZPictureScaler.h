@@ -29,6 +29,10 @@ public:
                std::ptrdiff_t targetStride);
 
 private:
+    /// The channels of a pixel side by side, 0 to 255 each; alpha is the last.
+    using Channels [[gnu::vector_size(16)]] = float;
+    using Whole [[gnu::vector_size(16)]] = std::int32_t;
+
     /// What each pixel of one direction is made of: a run of source pixels, which may begin before
     /// the first or end behind the last.
     struct Kernels
@@ -40,15 +44,15 @@ private:
         std::vector<float> weights;  // length for each pixel
     };
 
-    /// Reads a row and scales it across. row is in pixels, out has four floats a pixel.
-    void ScaleAcross(const std::uint32_t* row, float* out);
+    [[nodiscard]] static Channels ChannelsOf(std::uint32_t pixel);
+    [[nodiscard]] static std::uint32_t PixelOf(const Channels& channels);
+    void ScaleAcross(const std::uint32_t* row, Channels* out);
 
     ZPoint mFrom;
     ZPoint mTo;
     Kernels mAcross;
     Kernels mDown;
-    std::vector<float> mRow;  // channels of a source row, with as many pixels as a run before and
-                              // behind it
+    std::vector<Channels> mRow;  // a source row, with as many pixels as a run before and behind it
 };
 
 }  // namespace orvane
