@@ -34,10 +34,7 @@ void KestruneClassicAnalysis::Allocate(const KestruneGeometry& geometry, float s
     mLead = geometry.lead;
     mSpectrum.Allocate(geometry, blockSize);
     mRecords.Allocate(geometry.recordCount);
-    mWaitingFrames = 0;
-    mMayWait = 0;
-    mFrameWork = 0;
-    mWorkLeft = 0;
+    DropFrames();
 }
 
 void KestruneClassicAnalysis::SetRange(float lowHz, float highHz) noexcept
@@ -61,6 +58,11 @@ void KestruneClassicAnalysis::SetRange(float lowHz, float highHz) noexcept
 void KestruneClassicAnalysis::Reset() noexcept
 {
     mComb.Clear();
+    DropFrames();
+}
+
+void KestruneClassicAnalysis::DropFrames() noexcept
+{
     mWaitingFrames = 0;
     mMayWait = 0;
     mFrameWork = 0;
@@ -83,8 +85,11 @@ int KestruneClassicAnalysis::StepCount() const noexcept
 int KestruneClassicAnalysis::CostOf(int step) const noexcept
 {
     const int shapeStep = kFirstTransformStep + mSpectrum.PartCount();
+    const int frame = mSpectrum.FrameLength();
+    if (step == 0)
+        return 1 + frame / mBlockSize;
     if (step < kFirstTransformStep)
-        return 1 + mSpectrum.FrameLength() * (step == 0 ? 4 : 3) / (4 * mBlockSize);
+        return 1 + 3 * frame / (4 * mBlockSize);
     if (step < shapeStep)
         return mSpectrum.CostOf(step - kFirstTransformStep);
     return step == shapeStep ? kShapeCost : kCombCost;

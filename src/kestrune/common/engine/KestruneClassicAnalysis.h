@@ -65,6 +65,8 @@ private:
     [[nodiscard]] int StepCount() const noexcept;
     void BeginFrame() noexcept;
     void Do(int step) noexcept;
+    /// Begins anew with the next block.
+    void DropFrames() noexcept;
     void CountWork() noexcept;
     /// Upper edge of the analysed band, in Hz.
     [[nodiscard]] float SpectrumTop() const noexcept;

@@ -81,12 +81,11 @@ int KestrunePeriodRefiner::LengthFor(double period) const noexcept
 int KestrunePeriodRefiner::CostOf(float period) const noexcept
 {
     // Every second lag within the reach and some around the top; the rest is done for short periods
-    // only. In instructions; five products take two.
-    constexpr int kUnit = 1000;
-    constexpr int kOfLag = 60;
+    // only.
     constexpr int kMoreLags = 6;
     const double coarse = static_cast<double>(period) / mGeometry.thin;
-    return 1 + (reachFor(coarse) + kMoreLags) * (kOfLag + LengthFor(coarse) * 2 / 5) / kUnit;
+    const int lags = reachFor(coarse) + kMoreLags;
+    return 1 + lags * correlationInstructions(LengthFor(coarse)) / kInstructionsOfUnit;
 }
 
 KestruneRefinedPeriod KestrunePeriodRefiner::Refine(const KestruneHistory& middle, double time,

@@ -67,13 +67,12 @@ void KestrunePitchCandidates::SetRange(float lowHz, float highHz) noexcept
 int KestrunePitchCandidates::CostOf(int part) const noexcept
 {
     assert(part >= 0 && part < mPartCount);
-    // In instructions; five products take two.
-    constexpr int kUnit = 1000;
-    constexpr int kOfPart = 900;
-    constexpr int kOfLag = 60;
+    constexpr int kInstructionsOfPart = 900;
     const int first = firstLag(mLowLag) + part * kLagsOfPart;
     const int lags = first < kEvenLagsFrom ? kLagsOfPart : kLagsOfPart / 2;
-    return (kOfPart + lags * (kOfLag + std::max(mStretch, first) * 2 / 5) + kUnit / 2) / kUnit;
+    const int instructions =
+        kInstructionsOfPart + lags * correlationInstructions(std::max(mStretch, first));
+    return (instructions + kInstructionsOfUnit / 2) / kInstructionsOfUnit;
 }
 
 void KestrunePitchCandidates::Begin(const KestruneHistory& coarse) noexcept
