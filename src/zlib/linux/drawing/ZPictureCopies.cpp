@@ -34,6 +34,8 @@ CairoPointer<cairo_surface_t> scaledPart(const ZImage& image, const ZRect& part,
 {
     CairoPointer<cairo_surface_t> copy(
         cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.x, size.y));
+    if (cairo_surface_status(copy.get()) != CAIRO_STATUS_SUCCESS)
+        return nullptr;
     const auto source = surfaceOfPart(image, part);
     cairo_surface_flush(copy.get());
     ZPictureScaler(ZPoint{part.GetWidth(), part.GetHeight()}, size)
@@ -66,7 +68,7 @@ CairoPointer<cairo_surface_t> copyAtSize(const ZImage& image, const ZRect& part,
         if (copy.part == part && copy.size == size)
             return CairoPointer<cairo_surface_t>(cairo_surface_reference(copy.surface.get()));
     auto copy = scaledPart(image, part, size);
-    if (native.keepsCopies) {
+    if (copy && native.keepsCopies) {
         if (native.copies.size() >= kMostCopies)
             native.copies.erase(native.copies.begin());
         native.copies.push_back(

@@ -13,8 +13,9 @@ namespace orvane
 /// in pixels beside the part. It shares the image's pixels. part is in pixels and inside the image.
 [[nodiscard]] CairoPointer<cairo_surface_t> surfaceOfPart(const ZImage& image, const ZRect& part);
 
-/// Returns a surface, without a device scale, of the part at another size in pixels. A shared image
-/// keeps the last few, since the same views are drawn again and again and good scaling is slow.
+/// Returns a surface, without a device scale, of the part at another size in pixels, at least 1 by
+/// 1; null if there is no surface as large. A shared image keeps the last few, since the same views
+/// are drawn again and again and good scaling is slow.
 [[nodiscard]] CairoPointer<cairo_surface_t> copyAtSize(const ZImage& image, const ZRect& part,
                                                        const ZPoint& size);
 

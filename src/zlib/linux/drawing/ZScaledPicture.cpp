@@ -29,23 +29,6 @@ struct Way
     }
 };
 
-/// Makes the picture the context's source and its area the path, pixel by pixel.
-void placeOnPixels(cairo_t* context, const ZImage& image, const ZRect& part, const ZEdges& edges,
-                   double scale)
-{
-    const ZRect place = nearestPixels(context, edges, scale);
-    const ZPoint size{place.GetWidth(), place.GetHeight()};
-    const bool isSameSize = part.GetWidth() == size.x && part.GetHeight() == size.y;
-    const auto surface = isSameSize ? surfaceOfPart(image, part) : copyAtSize(image, part, size);
-    cairo_surface_set_device_scale(surface.get(), scale, scale);
-    cairo_identity_matrix(context);
-    const double left = place.left / scale;
-    const double top = place.top / scale;
-    cairo_rectangle(context, left, top, size.x / scale, size.y / scale);
-    cairo_set_source_surface(context, surface.get(), left, top);
-    cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
-}
-
 /// Makes the picture the context's source and its area the path, by any transform.
 void placeByTransform(cairo_t* context, const ZImage& image, const ZRect& part, const ZEdges& edges)
 {
@@ -55,6 +38,25 @@ void placeByTransform(cairo_t* context, const ZImage& image, const ZRect& part, 
                 (edges.bottom - edges.top) / part.GetHeight());
     cairo_rectangle(context, 0.0, 0.0, part.GetWidth(), part.GetHeight());
     cairo_set_source_surface(context, surface.get(), 0.0, 0.0);
+}
+
+/// Makes the picture the context's source and its area the path, pixel by pixel.
+void placeOnPixels(cairo_t* context, const ZImage& image, const ZRect& part, const ZEdges& edges,
+                   double scale)
+{
+    const ZRect place = nearestPixels(context, edges, scale);
+    const ZPoint size{place.GetWidth(), place.GetHeight()};
+    const bool isSameSize = part.GetWidth() == size.x && part.GetHeight() == size.y;
+    const auto surface = isSameSize ? surfaceOfPart(image, part) : copyAtSize(image, part, size);
+    if (!surface)
+        return placeByTransform(context, image, part, edges);
+    cairo_surface_set_device_scale(surface.get(), scale, scale);
+    cairo_identity_matrix(context);
+    const double left = place.left / scale;
+    const double top = place.top / scale;
+    cairo_rectangle(context, left, top, size.x / scale, size.y / scale);
+    cairo_set_source_surface(context, surface.get(), left, top);
+    cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
 }
 
 }  // namespace
@@ -72,6 +74,8 @@ bool ZScaledPicture::SetSource(cairo_t* context, const ZImage& image) const
                    target.GetHeight()};
     const ZEdges edges{across.Of(part.left), down.Of(part.top), across.Of(part.right),
                        down.Of(part.bottom)};
+    if (edges.right <= edges.left || edges.bottom <= edges.top)
+        return false;
     cairo_new_path(context);
     if (onlyTranslates(context))
         placeOnPixels(context, image, part, edges, scale);

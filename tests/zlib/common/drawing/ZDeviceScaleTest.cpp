@@ -144,6 +144,10 @@ TEST(ZDeviceScaleTest, ThePictureOfTwiceTheSizeIsDrawnAboveScale1)
     EXPECT_EQ(pixelAt(part, 0, 0), expected[8 * 2 + 2]);
     EXPECT_EQ(pixelAt(part, 3, 1), expected[8 * 3 + 5]);
     ZBitmap between(4, 3, 1.5);
+    // Larger than any surface, and further away than any pixel.
+    between.DrawBitmap(both, 0, 0, 4, 3, 0, 0, 40000, 3, 1.0f);
+    constexpr std::int32_t kFar = 2000000000;
+    between.DrawBitmap(both, 0, 0, 4, 3, kFar, kFar, kFar + 4, kFar + 3, 1.0f);
     between.DrawBitmap(both, 0, 0, 1.0f);
     EXPECT_EQ(std::ranges::count(between.GetNative()->ReadPixels(), 0U), 0);
 
